@@ -1,0 +1,45 @@
+# What every target of the project shares: the language, the warnings, the sanitizers.
+option(VANTRY_WERROR "Warnings are errors" OFF)
+option(VANTRY_SANITIZE "ASan and UBSan for all that does not link Qt" OFF)
+
+add_library(vantry_flags INTERFACE)
+target_compile_features(vantry_flags INTERFACE cxx_std_20)
+target_compile_options(vantry_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                                              $<$<BOOL:${VANTRY_WERROR}>:-Werror>)
+target_include_directories(vantry_flags INTERFACE "${CMAKE_SOURCE_DIR}/src")
+
+# Everything but the front end is instrumented; the front end only links the runtime, since Qt is not.
+add_library(vantry_sanitized INTERFACE)
+if(VANTRY_SANITIZE)
+  target_compile_options(vantry_sanitized INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                    -fno-omit-frame-pointer)
+  target_link_options(vantry_sanitized INTERFACE -fsanitize=address,undefined)
+endif()
+
+# A layer of the client: all sources of the folders given, and the layers below it.
+function(vantry_layer name)
+  cmake_parse_arguments(ARG "" "" "FOLDERS;LINKS" ${ARGN})
+  set(sources)
+  foreach(folder IN LISTS ARG_FOLDERS)
+    file(GLOB found CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
+    list(APPEND sources ${found})
+  endforeach()
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC vantry_flags vantry_sanitized ${ARG_LINKS})
+endfunction()
+
+# The tests of one folder as one program; it links the lowest layer that holds what it tests.
+function(vantry_tests folder)
+  cmake_parse_arguments(ARG "" "" "LINKS;LABELS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
+  if(NOT sources)
+    return()
+  endif()
+  string(REPLACE "/" "_" program "${folder}_tests")
+  add_executable(${program} ${sources})
+  target_include_directories(${program} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+  target_link_libraries(${program} PRIVATE ${ARG_LINKS} vantry_flags vantry_sanitized GTest::gmock_main)
+  target_precompile_headers(${program} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
+  gtest_discover_tests(${program} TEST_PREFIX "${folder}: " DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 120 LABELS "${folder}")
+endfunction()
