@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "messaging/modGlobal.h"
+#include "messaging/server_session.h"
+#include "platform/controls.h"
+
+namespace vantry {
+
+/// Stands while the connection is opened, and tells why it could not be.
+class ConnectDialog {
+ public:
+  explicit ConnectDialog(Windows& windows) : windows_(windows) {}
+  void SetSession(ServerSession& session) { session_ = &session; }
+  void Close();
+
+  // For TagMessage::Connect.
+  void open();
+  /// Says why no server answers; true to try again.
+  [[nodiscard]] bool askRetry(const std::string& reason);
+
+ private:
+  Windows& windows_;
+  ServerSession* session_ = nullptr;
+  std::unique_ptr<Form> window_;
+};
+
+/// The operator's login: three tries, a plain word on a wrong one.
+class LogonDialog {
+ public:
+  LogonDialog(Windows& windows, ServerTools& tools) : windows_(windows), tools_(tools) {}
+  /// True when the operator has logged on; his id is the session's then. With `onlyOperator` the id is fixed:
+  /// the same operator goes on after his session has ended.
+  [[nodiscard]] bool Run(ServerSession& session, TagMessage& message, std::string_view onlyOperator = {});
+
+ private:
+  Windows& windows_;
+  ServerTools& tools_;
+};
+
+/// The catalogue search.
+class BibSearchDialog {
+ public:
+  void Initialise(TagMessage& message, ServerSession& session, bool allowHoldingsKeyword) {
+    message_ = &message;
+    session_ = &session;
+    allowHoldingsKeyword_ = allowHoldingsKeyword;
+  }
+  bool RetainSearch = false;
+  bool AutoTruncate = false;
+
+ private:
+  TagMessage* message_ = nullptr;
+  ServerSession* session_ = nullptr;
+  bool allowHoldingsKeyword_ = false;
+};
+
+}  // namespace vantry

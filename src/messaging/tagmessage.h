@@ -1,0 +1,76 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "messaging/transport.h"
+
+namespace vantry {
+
+class ConnectDialog;
+class ServerSession;
+
+/// The one object through which every window speaks to the server.
+///
+/// `Add` the tags, `Send` the code, read the reply with `Get`, `Count` and `NextRecord` until the next
+/// `Send`.
+class TagMessage {
+ public:
+  /// Asked when a request found no server, with one sentence about why: true tries the same request again.
+  using AskRetry = std::function<bool(const std::string& reason)>;
+  /// Asked when the session has ended on the server: true when the operator has logged on anew.
+  using LogonAgain = std::function<bool()>;
+
+  explicit TagMessage(Transport& transport);
+
+  AskRetry OnLost;
+  LogonAgain OnSessionEnded;
+
+  /// Opens the link for a module; true on success. What the operator should read has been said by the dialog.
+  [[nodiscard]] bool Connect(int moduleNumber, ServerSession& session, ConnectDialog& dialog);
+
+  void Add(std::string_view tag, std::string_view value);
+  /// Sends what was added and waits for the reply; afterwards the outgoing list is empty. Returns the reply's
+  /// code, or -999 when the operator gave up a lost connection.
+  [[nodiscard]] int Send(std::string_view code);
+
+  /// The value of the tag in the walk's current record. Before a walk and after its end: in the head, else in
+  /// the first record that carries the tag. Empty where it is missing.
+  [[nodiscard]] std::string Get(std::string_view tag) const;
+  /// Number of records that carry the tag.
+  [[nodiscard]] int Count(std::string_view tag) const;
+  /// Moves the tag's own walk to the next record that carries it; false when there is none.
+  bool NextRecord(std::string_view tag);
+
+  /// A request within a walk: while this object lives, the message may be used freely; then the reply and the
+  /// walks of before are back.
+  class Inner {
+   public:
+    explicit Inner(TagMessage& message);
+    ~Inner();
+    Inner(const Inner&) = delete;
+    Inner& operator=(const Inner&) = delete;
+
+   private:
+    TagMessage& message_;
+    std::vector<TagValue> outgoing_;
+    Reply reply_;
+    std::map<std::string, int, std::less<>> cursors_;
+    int current_;
+  };
+
+ private:
+  Transport& transport_;
+  std::vector<TagValue> outgoing_;
+  Reply reply_;
+  std::map<std::string, int, std::less<>> cursors_;  ///< the record on which each tag's walk stands
+  int current_ = -1;                                 ///< the record that `Get` reads; -1 outside a walk
+};
+
+/// A fresh random id for a request.
+[[nodiscard]] std::string newRequestId();
+
+}  // namespace vantry

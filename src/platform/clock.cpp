@@ -1,0 +1,15 @@
+#include "platform/clock.h"
+
+#include <ctime>
+
+namespace vantry {
+
+DateTime SystemClock::now() const {
+  const std::time_t seconds = std::time(nullptr);
+  std::tm parts{};
+  localtime_r(&seconds, &parts);
+  return {{parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday},
+          {parts.tm_hour, parts.tm_min, parts.tm_sec}};
+}
+
+}  // namespace vantry

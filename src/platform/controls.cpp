@@ -1,0 +1,127 @@
+#include "platform/controls.h"
+
+#include <algorithm>
+
+#include "platform/form.h"
+
+namespace vantry {
+
+Control::Control(Container& parent, std::string name, ControlKind kind)
+    : parent_(parent), name_(std::move(name)), kind_(kind) {
+  parent.controls_.push_back(this);
+}
+
+bool Control::usable() const {
+  return Enabled && Visible && parent_.reachable();
+}
+
+void Control::SetFocus() {
+  form().focusOn(*this);
+}
+
+void Button::press() {
+  if (usable()) raise(Click);
+}
+
+TextBox::TextBox(Container& parent, std::string name)
+    : Control(parent, std::move(name), ControlKind::TextBox) {
+  Text.Changed = [this] { raise(Change); };
+}
+
+void TextBox::type(std::string_view text) {
+  if (usable() && !Locked) Text = std::string(text);
+}
+
+void TextBox::pressEnter() {
+  if (usable()) raise(Enter);
+}
+
+CheckBox::CheckBox(Container& parent, std::string name, std::string caption)
+    : Control(parent, std::move(name), ControlKind::CheckBox) {
+  Caption.put(std::move(caption));
+  Value.Changed = [this] { raise(Click); };
+}
+
+void CheckBox::toggle() {
+  if (usable()) Value = !Value;
+}
+
+OptionButton::OptionButton(Container& parent, std::string name, std::string caption)
+    : Control(parent, std::move(name), ControlKind::OptionButton) {
+  Caption.put(std::move(caption));
+  Value.Changed = [this] {
+    if (!Value) return;
+    for (Control* other : this->parent().Controls()) {
+      if (other != this && other->kind() == ControlKind::OptionButton)
+        static_cast<OptionButton*>(other)->Value = false;
+    }
+    raise(Click);
+  };
+}
+
+void OptionButton::choose() {
+  if (usable()) Value = true;
+}
+
+ListControl::ListControl(Container& parent, std::string name, ControlKind kind)
+    : Control(parent, std::move(name), kind) {
+  ListIndex.Changed = [this] { raise(Click); };
+}
+
+void ListControl::AddItem(std::string text, std::string data) {
+  items_.push_back({std::move(text), std::move(data)});
+  tell(Aspect::List);
+}
+
+void ListControl::Clear() {
+  items_.clear();
+  ListIndex.put(-1);  // an emptied list has lost its selection, which is no choice of the operator's
+  tell(Aspect::List);
+}
+
+const std::string& ListControl::List(int index) const {
+  static const std::string none;
+  return index < 0 || index >= ListCount() ? none : items_[static_cast<std::size_t>(index)].text;
+}
+
+const std::string& ListControl::ItemData(int index) const {
+  static const std::string none;
+  return index < 0 || index >= ListCount() ? none : items_[static_cast<std::size_t>(index)].data;
+}
+
+int ListControl::indexOfData(std::string_view data) const {
+  const auto found =
+      std::find_if(items_.begin(), items_.end(), [&](const Item& i) { return i.data == data; });
+  return found == items_.end() ? -1 : static_cast<int>(found - items_.begin());
+}
+
+int ListControl::indexOf(std::string_view text) const {
+  const auto found =
+      std::find_if(items_.begin(), items_.end(), [&](const Item& i) { return i.text == text; });
+  return found == items_.end() ? -1 : static_cast<int>(found - items_.begin());
+}
+
+void ListControl::select(int index) {
+  if (usable() && index >= -1 && index < ListCount()) ListIndex = index;
+}
+
+void ListBox::doubleClick(int index) {
+  if (!usable()) return;
+  select(index);
+  raise(DblClick);
+}
+
+Frame::Frame(Container& parent, std::string name, std::string caption, int border)
+    : Control(parent, std::move(name), ControlKind::Frame), Container(parent.form()) {
+  Caption.put(std::move(caption));
+  BorderStyle.put(border);
+}
+
+Timer::Timer(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::Timer) {
+  Enabled.put(false);
+  Visible.put(false);
+  Enabled.Changed = [this] { form().timerChanged(*this); };
+  Interval.Changed = [this] { form().timerChanged(*this); };
+}
+
+}  // namespace vantry

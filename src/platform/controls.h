@@ -1,0 +1,173 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/control.h"
+
+namespace vantry {
+
+/// Text that is only read. With `ReadOnlyField` it looks like a field that cannot be changed.
+class Label : public Control {
+ public:
+  Label(Container& parent, std::string name, std::string caption = {})
+      : Control(parent, std::move(name), ControlKind::Label) {
+    Caption.put(std::move(caption));
+  }
+  Property<std::string> Caption{*this, Aspect::Caption};
+  bool ReadOnlyField = false;
+  bool Heading = false;  ///< drawn large, as the heading of what stands below
+  bool Swatch = false;   ///< drawn as a field of its BackColor, as legends are
+};
+
+/// A picture from the program's own set, by its name.
+class Image : public Control {
+ public:
+  Image(Container& parent, std::string name, std::string picture)
+      : Control(parent, std::move(name), ControlKind::Image), Picture(std::move(picture)) {}
+  std::string Picture;
+};
+
+class Button : public Control {
+ public:
+  Button(Container& parent, std::string name, std::string caption)
+      : Control(parent, std::move(name), ControlKind::Button) {
+    Caption.put(std::move(caption));
+  }
+  Property<std::string> Caption{*this, Aspect::Caption};
+  Event Click;
+  bool Default = false;  ///< pressed by Enter
+  bool Cancel = false;   ///< pressed by Escape
+
+  /// The operator presses it; a button that cannot be used stays silent.
+  void press();
+};
+
+class TextBox : public Control {
+ public:
+  TextBox(Container& parent, std::string name);
+  Property<std::string> Text{*this, Aspect::Text};
+  Property<bool> Locked{*this, Aspect::State};
+  Event Change;
+  int MaxLength = 0;  ///< in characters; 0: no limit
+  bool Password = false;
+  bool MultiLine = false;
+  Event Enter;  ///< the operator pressed Enter in it
+
+  /// The operator replaces the text.
+  void type(std::string_view text);
+  void pressEnter();
+};
+
+class CheckBox : public Control {
+ public:
+  CheckBox(Container& parent, std::string name, std::string caption);
+  Property<std::string> Caption{*this, Aspect::Caption};
+  Property<bool> Value{*this, Aspect::Value};
+  Event Click;
+
+  void toggle();
+};
+
+/// One of several: giving one its value takes it from the others of the same container.
+class OptionButton : public Control {
+ public:
+  OptionButton(Container& parent, std::string name, std::string caption);
+  Property<std::string> Caption{*this, Aspect::Caption};
+  Property<bool> Value{*this, Aspect::Value};
+  Event Click;
+
+  void choose();
+};
+
+/// A list of texts, each with a text of data behind it; -1 is no selection.
+class ListControl : public Control {
+ public:
+  Property<int> ListIndex{*this, Aspect::Selection, -1};
+  Event Click;
+
+  void AddItem(std::string text, std::string data = {});
+  void Clear();
+  int ListCount() const { return static_cast<int>(items_.size()); }
+  /// The text or the data of an entry; empty beyond the ends.
+  const std::string& List(int index) const;
+  const std::string& ItemData(int index) const;
+  /// The first entry with this data or text, or -1.
+  int indexOfData(std::string_view data) const;
+  int indexOf(std::string_view text) const;
+
+  /// The operator selects an entry.
+  void select(int index);
+
+ protected:
+  ListControl(Container& parent, std::string name, ControlKind kind);
+
+ private:
+  struct Item {
+    std::string text;
+    std::string data;
+  };
+  std::vector<Item> items_;
+};
+
+class ComboBox : public ListControl {
+ public:
+  ComboBox(Container& parent, std::string name)
+      : ListControl(parent, std::move(name), ControlKind::ComboBox) {}
+  /// The selected entry's text; empty without a selection.
+  const std::string& Text() const { return List(ListIndex); }
+};
+
+class ListBox : public ListControl {
+ public:
+  ListBox(Container& parent, std::string name) : ListControl(parent, std::move(name), ControlKind::ListBox) {}
+  Event DblClick;
+  void doubleClick(int index);
+};
+
+/// A part of a window that holds controls of its own. `BorderStyle` 0 shows neither line nor caption.
+class Frame : public Control, public Container {
+ public:
+  Frame(Container& parent, std::string name, std::string caption = {}, int border = 1);
+  Property<std::string> Caption{*this, Aspect::Caption};
+  Property<int> BorderStyle{*this, Aspect::State, 1};
+  bool reachable() const override { return usable(); }
+
+  using Container::form;
+};
+
+/// A ticking clock of a window; silent while disabled or while the interval is 0.
+class Timer : public Control {
+ public:
+  Timer(Container& parent, std::string name);
+  Property<int> Interval{*this, Aspect::Value};  ///< milliseconds
+  Event Tick;
+};
+
+/// Controls of one kind under one name, told apart by their index: "chkLegend(0)".
+template <class T>
+class ControlArray {
+ public:
+  ControlArray(std::string name, int first = 0) : name_(std::move(name)), first_(first) {}
+
+  /// Makes the next one.
+  template <class... Args>
+  T& add(Container& parent, Args&&... args) {
+    const std::string name = name_ + "(" + std::to_string(first_ + static_cast<int>(items_.size())) + ")";
+    items_.push_back(std::make_unique<T>(parent, name, std::forward<Args>(args)...));
+    return *items_.back();
+  }
+  T& operator()(int index) { return *items_.at(static_cast<std::size_t>(index - first_)); }
+  const T& operator()(int index) const { return *items_.at(static_cast<std::size_t>(index - first_)); }
+  int LBound() const { return first_; }
+  int UBound() const { return first_ + static_cast<int>(items_.size()) - 1; }
+
+ private:
+  std::string name_;
+  int first_;
+  std::vector<std::unique_ptr<T>> items_;
+};
+
+}  // namespace vantry

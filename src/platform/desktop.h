@@ -1,0 +1,86 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/element.h"
+
+namespace vantry {
+
+class Control;
+class Form;
+class MenuItem;
+class Timer;
+
+/// A message box. `buttons` are captions with mnemonics, the first one is the default.
+struct Box {
+  enum class Kind { Question, Information, Warning, Critical };
+  Kind kind = Kind::Information;
+  std::string text;
+  std::string caption;  ///< empty: the program's name
+  std::vector<std::string> buttons = {"&OK"};
+};
+
+enum class Pointer { Default, Hourglass };
+
+/// What a toolkit, or a test, does for the windows. All calls come from the one thread of the program.
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  virtual void show(Form& form) = 0;
+  /// Takes the form off the screen; it may be shown again.
+  virtual void hide(Form& form) = 0;
+  /// The form is being destroyed, its controls are gone already: drop all that refers to it.
+  virtual void forget(Form& form) = 0;
+  virtual void activate(Form& form) = 0;
+  /// Shows the form and returns when it is hidden or unloaded; the other windows cannot be used meanwhile.
+  virtual void runModal(Form& form) = 0;
+  /// Paints at once what has changed, without handling the operator's input.
+  virtual void repaint(Form& form) = 0;
+  /// Handles what is pending, so that a window stands fully drawn.
+  virtual void handleEvents() = 0;
+  virtual void focus(Control& control) = 0;
+  virtual void setPointer(Pointer pointer) = 0;
+
+  /// The index of the button pressed; closing the box is its last button.
+  virtual int messageBox(const Box& box) = 0;
+  /// The text entered, or nothing when the operator cancelled.
+  virtual std::optional<std::string> inputBox(std::string_view prompt, std::string_view caption,
+                                              std::string_view initial) = 0;
+  /// Opens the menu below the control, or at the pointer; returns when it is closed and its choice has run.
+  virtual void popupMenu(MenuItem& menu, const Control* below) = 0;
+  virtual void timerChanged(Timer& timer) = 0;
+
+  /// Width of a text in a grid's cell, in twips (1440 to the inch), without margins.
+  virtual int textWidth(std::string_view text) = 0;
+  /// The system's short date, in the letters d, M and y: "dd/MM/yyyy".
+  virtual std::string shortDateFormat() = 0;
+
+  virtual void playSound(std::string_view file) = 0;
+  virtual void openBrowser(std::string_view address) = 0;
+  /// Opens the help pages at a topic; empty for their start.
+  virtual void showHelp(std::string_view topic) = 0;
+  /// Leaves the event loop: the program ends and no further event runs.
+  virtual void endProgram() = 0;
+};
+
+// The kinds of boxes that the windows use.
+inline void informationBox(Desktop& desktop, std::string text, std::string caption = {}) {
+  desktop.messageBox({Box::Kind::Information, std::move(text), std::move(caption)});
+}
+inline void warningBox(Desktop& desktop, std::string text, std::string caption = {}) {
+  desktop.messageBox({Box::Kind::Warning, std::move(text), std::move(caption)});
+}
+inline void criticalBox(Desktop& desktop, std::string text, std::string caption = {}) {
+  desktop.messageBox({Box::Kind::Critical, std::move(text), std::move(caption)});
+}
+/// Whether the operator said yes.
+inline bool questionBox(Desktop& desktop, std::string text, std::string caption = {}) {
+  return desktop.messageBox({Box::Kind::Question, std::move(text), std::move(caption), {"&Yes", "&No"}}) == 0;
+}
+
+}  // namespace vantry

@@ -1,0 +1,120 @@
+#include "platform/form.h"
+
+#include <functional>
+
+#include "platform/controls.h"
+#include "platform/desktop.h"
+#include "platform/windows.h"
+
+namespace vantry {
+
+Form::Form(Windows& windows, std::string name)
+    : Container(static_cast<Form&>(*this)), windows_(windows), name_(std::move(name)) {}
+
+Form::~Form() {
+  if (loaded_) windows_.remove(*this);
+  windows_.desktop().forget(*this);
+}
+
+void Form::Load() {
+  if (loaded_) return;
+  loaded_ = true;
+  windows_.add(*this);
+  Form_Load();
+}
+
+void Form::Show() {
+  Load();
+  shown_ = true;
+  windows_.desktop().show(*this);
+}
+
+void Form::ShowModal() {
+  Load();
+  if (!loaded_) return;  // Form_Load may have unloaded it
+  shown_ = modal_ = true;
+  windows_.desktop().runModal(*this);
+  modal_ = false;
+}
+
+void Form::Hide() {
+  if (!shown_) return;
+  shown_ = false;
+  windows_.desktop().hide(*this);
+}
+
+bool Form::Unload() {
+  if (!loaded_) return true;
+  if (!Form_Unload()) return false;
+  loaded_ = false;
+  active_ = nullptr;
+  Hide();
+  windows_.remove(*this);
+  return true;
+}
+
+void Form::SetFocus() {
+  windows_.desktop().activate(*this);
+}
+
+void Form::Refresh() {
+  windows_.desktop().repaint(*this);
+}
+
+void Form::closeByOperator() {
+  if (Enabled) Unload();
+}
+
+static Control* findIn(const Container& container, std::string_view name) {
+  for (Control* control : container.Controls()) {
+    if (control->Name() == name) return control;
+    if (control->kind() != ControlKind::Frame) continue;
+    if (Control* inner = findIn(*static_cast<Frame*>(control), name)) return inner;
+  }
+  return nullptr;
+}
+
+Control* Form::findControl(std::string_view name) const {
+  return findIn(*this, name);
+}
+
+void Form::focusOn(Control& control) {
+  // A busy window's controls cannot be used, yet commands place the focus before they make it ready again.
+  if (!control.Enabled || !control.Visible) return;
+  active_ = &control;
+  windows_.desktop().focus(control);
+  raise(control.GotFocus);
+}
+
+void Form::focusMoved(Control* control) {
+  if (active_ == control) return;
+  active_ = control;
+  if (control) raise(control->GotFocus);
+}
+
+void Form::timerChanged(Timer& timer) {
+  windows_.desktop().timerChanged(timer);
+}
+
+MenuItem::MenuItem(Form& form, std::string name, std::string caption) : form_(form), name_(std::move(name)) {
+  Caption.put(std::move(caption));
+  form.menus_.push_back(this);
+}
+
+MenuItem::MenuItem(MenuItem& parent, std::string name, std::string caption)
+    : form_(parent.form()), parent_(&parent), name_(std::move(name)) {
+  Caption.put(std::move(caption));
+  parent.items_.push_back(this);
+}
+
+bool MenuItem::usable() const {
+  if (!Enabled || !form_.Enabled) return false;
+  if (!parent_) return true;  // bar entries that are hidden serve as popups
+  return Visible && parent_->usable() && (!parent_->parent_ || parent_->Visible);
+}
+
+void MenuItem::choose() {
+  if (usable()) raise(Click);
+}
+
+}  // namespace vantry

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/control.h"
+#include "platform/menu.h"
+
+namespace vantry {
+
+class Timer;
+class Windows;
+
+enum class FormState { Normal, Minimized, Maximized };
+
+/// A window. Deriving classes declare controls as members and answer the `Form_` events.
+///
+/// A form is loaded by `Load` or by its first showing (`Form_Load` runs once), and stands among the loaded
+/// windows until `Unload`, which `Form_Unload` may refuse. Loaded anew, it runs `Form_Load` again.
+class Form : public Element, public Container {
+ public:
+  Form(Windows& windows, std::string name);
+  ~Form() override;
+
+  const std::string& Name() const { return name_; }
+  Windows& windows() const { return windows_; }
+
+  Property<std::string> Caption{*this, Aspect::Caption};
+  Property<std::string> Tag{*this, Aspect::State};
+  Property<bool> Enabled{*this, Aspect::Enabled, true};
+  Property<FormState> WindowState{*this, Aspect::State, FormState::Normal};
+  bool Resizable = true;
+  std::string Icon;  ///< name of an icon of the program's set
+
+  virtual void Form_Load() {}
+  virtual void Form_Activate() {}
+  /// False refuses to close.
+  virtual bool Form_Unload() { return true; }
+
+  void Load();
+  void Show();
+  /// Returns when the window is hidden or unloaded.
+  void ShowModal();
+  void Hide();
+  /// Whether the window is gone; false when it refused.
+  bool Unload();
+  /// Brings the window to the front and gives it the focus.
+  void SetFocus();
+  void Refresh();
+
+  bool isLoaded() const { return loaded_; }
+  bool isShown() const { return shown_; }
+  bool isModal() const { return modal_; }
+
+  const std::vector<MenuItem*>& Menus() const { return menus_; }
+  /// The control of this name, within frames as well, or nullptr.
+  Control* findControl(std::string_view name) const;
+  /// The control that has the focus, or nullptr.
+  Control* ActiveControl() const { return active_; }
+
+  // What the controls and the front end need of their window.
+  bool reachable() const override { return Enabled; }
+  void focusOn(Control& control);
+  /// The operator moved the focus, or the front end did.
+  void focusMoved(Control* control);
+  void timerChanged(Timer& timer);
+  /// The operator closes the window by the system's command; a disabled window stays.
+  void closeByOperator();
+
+ private:
+  friend class MenuItem;
+  Windows& windows_;
+  std::string name_;
+  std::vector<MenuItem*> menus_;
+  Control* active_ = nullptr;
+  bool loaded_ = false;
+  bool shown_ = false;
+  bool modal_ = false;
+};
+
+}  // namespace vantry

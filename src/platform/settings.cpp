@@ -1,0 +1,140 @@
+#include "platform/settings.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <system_error>
+
+#include "platform/text.h"
+
+namespace vantry {
+
+[[noreturn]] static void cannotWrite(const std::filesystem::path& file) {
+  throw std::runtime_error("Cannot write " + file.string() + ": " +
+                           std::error_code(errno, std::generic_category()).message());
+}
+
+void writeFileWhole(const std::filesystem::path& file, std::string_view content) {
+  std::error_code ignored;  // a folder that cannot be made shows in the open below
+  std::filesystem::create_directories(file.parent_path(), ignored);
+  const std::filesystem::path fresh = file.string() + ".new";
+  const int handle = ::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  if (handle < 0) cannotWrite(fresh);
+  bool written = true;
+  while (!content.empty() && written) {
+    const auto count = ::write(handle, content.data(), content.size());
+    written = count > 0;
+    if (written) content.remove_prefix(static_cast<std::size_t>(count));
+  }
+  written = written && ::fsync(handle) == 0;
+  const bool closed = ::close(handle) == 0;
+  if (!written || !closed || std::rename(fresh.c_str(), file.c_str()) != 0) cannotWrite(file);
+}
+
+/// Values stand on one line: a backslash, a line break and a NUL are written with a backslash.
+static std::string escaped(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    switch (c) {
+      case '\\':
+        result += "\\\\";
+        break;
+      case '\n':
+        result += "\\n";
+        break;
+      case '\r':
+        result += "\\r";
+        break;
+      case '\0':
+        result += "\\0";
+        break;
+      default:
+        result += c;
+    }
+  }
+  return result;
+}
+
+static bool unescape(std::string_view text, std::string& result) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\0') return false;
+    if (text[i] != '\\') {
+      result += text[i];
+      continue;
+    }
+    if (++i == text.size()) return false;
+    const auto sign = std::string_view("\\nr0").find(text[i]);
+    if (sign == std::string_view::npos) return false;
+    result += "\\\n\r\0"[sign];
+  }
+  return true;
+}
+
+static std::string sectionName(std::string_view application, std::string_view section) {
+  return lower(application) + '\\' + lower(section);
+}
+
+FileSettings::FileSettings(std::filesystem::path file) : file_(std::move(file)) {
+  read();
+}
+
+void FileSettings::read() {
+  std::ifstream stream(file_, std::ios::binary);
+  std::string line;
+  Section* section = nullptr;
+  bool bad = false;
+  while (std::getline(stream, line)) {
+    if (line.empty() || line.front() == ';') continue;
+    if (line.front() == '[' && line.back() == ']') {
+      section = &sections_[lower(line.substr(1, line.size() - 2))];
+      continue;
+    }
+    const auto equals = line.find('=');
+    std::string text;
+    if (!section || equals == std::string::npos || equals == 0 ||
+        !unescape(std::string_view(line).substr(equals + 1), text)) {
+      bad = true;
+      continue;
+    }
+    const std::string key = line.substr(0, equals);
+    (*section)[lower(key)] = {key, text};
+  }
+  if (bad) keepAside();
+}
+
+std::string FileSettings::GetSetting(std::string_view application, std::string_view section,
+                                     std::string_view key, std::string_view fallback) const {
+  const auto found = sections_.find(sectionName(application, section));
+  if (found == sections_.end()) return std::string(fallback);
+  const auto entry = found->second.find(lower(key));
+  return entry == found->second.end() ? std::string(fallback) : entry->second.text;
+}
+
+void FileSettings::SaveSetting(std::string_view application, std::string_view section, std::string_view key,
+                               std::string_view text) {
+  Entry& entry = sections_[sectionName(application, section)][lower(key)];
+  if (entry.key.empty()) entry.key = key;
+  entry.text = text;
+  std::ostringstream content;
+  content << "; Settings of one user; written by the program.\n";
+  for (const auto& [name, entries] : sections_) {
+    content << '[' << name << "]\n";
+    for (const auto& [small, stored] : entries) content << stored.key << '=' << escaped(stored.text) << '\n';
+  }
+  writeFileWhole(file_, content.str());
+}
+
+void FileSettings::keepAside() {
+  if (keptAside_) return;
+  keptAside_ = true;
+  std::error_code ignored;  // the copy is a courtesy: without it the program starts all the same
+  std::filesystem::copy_file(file_, file_.string() + ".bad",
+                             std::filesystem::copy_options::overwrite_existing, ignored);
+}
+
+}  // namespace vantry

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantry {
+
+[[nodiscard]] std::string_view trim(std::string_view text);
+/// Letters of ASCII only; other bytes stay.
+[[nodiscard]] std::string lower(std::string_view text);
+[[nodiscard]] bool equalNoCase(std::string_view a, std::string_view b);
+/// The number at the start of the text, behind blanks; 0 where there is none.
+[[nodiscard]] double val(std::string_view text);
+/// As `val`, cut to a whole number within the range of int.
+[[nodiscard]] int intOf(std::string_view text);
+/// Whether the whole text, without blanks around it, is a decimal number.
+[[nodiscard]] bool isNumber(std::string_view text);
+
+}  // namespace vantry

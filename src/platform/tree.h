@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/control.h"
+
+namespace vantry {
+
+/// One node of a tree.
+struct TreeNode {
+  std::string key;
+  std::string text;
+  std::string tag;    ///< the window's own data
+  int image = 0;      ///< place in the tree's pictures, counted from 1; 0 for none
+  int openImage = 0;  ///< shown instead while the node is expanded; 0 for the same
+  bool expanded = false;
+  TreeNode* parent = nullptr;
+  std::vector<TreeNode*> children;
+  std::vector<std::string> columns;  ///< texts beside the node's own
+};
+
+/// Keyed nodes below each other.
+class Tree : public Control {
+ public:
+  Tree(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::Tree) {}
+
+  std::vector<std::string> Pictures;  ///< names of icons of the program's set
+  Property<std::string> SelectedKey{*this, Aspect::Selection};
+  Event Click;
+  Event DblClick;
+  Event Expand;
+
+  /// Adds a node below the parent (empty: a root). Nothing when the key is taken or the parent is unknown.
+  [[nodiscard]] TreeNode* Add(std::string_view parentKey, std::string key, std::string text, int image = 0);
+  void Remove(std::string_view key);
+  void Clear();
+  TreeNode* find(std::string_view key) const;
+  const std::vector<TreeNode*>& Roots() const { return roots_; }
+  int Count() const { return static_cast<int>(nodes_.size()); }
+  /// Tells the shower after nodes were changed in place.
+  void changed() const { tell(Aspect::List); }
+
+  // The operator's actions.
+  void click(std::string_view key);
+  void doubleClick(std::string_view key);
+  void setExpanded(std::string_view key, bool expanded);
+
+ private:
+  void drop(TreeNode& node);
+  std::unordered_map<std::string, std::unique_ptr<TreeNode>> nodes_;
+  std::vector<TreeNode*> roots_;
+};
+
+}  // namespace vantry
