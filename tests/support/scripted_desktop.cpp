@@ -1,0 +1,129 @@
+#include "support/scripted_desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/controls.h"
+
+namespace vantry::test {
+
+static std::string inWords(Box::Kind kind, std::string_view text, std::string_view caption) {
+  static constexpr const char* kinds[] = {"question", "information", "warning", "critical"};
+  std::string words = std::string(kinds[static_cast<int>(kind)]) + " box \"" + std::string(text) + '"';
+  if (!caption.empty()) words += " captioned \"" + std::string(caption) + '"';
+  return words;
+}
+
+ScriptedDesktop::~ScriptedDesktop() {
+  checkAllCame();
+}
+
+void ScriptedDesktop::checkAllCame() {
+  for (const auto& announcement : announced_) ADD_FAILURE() << "never came: " << announcement.what;
+  announced_.clear();
+}
+
+std::optional<ScriptedDesktop::Announcement> ScriptedDesktop::take(const std::string& what) {
+  if (announced_.empty() || announced_.front().what != what) {
+    ADD_FAILURE() << "came: " << what << "\nexpected: "
+                  << (announced_.empty() ? std::string("nothing") : announced_.front().what);
+    return std::nullopt;
+  }
+  Announcement announcement = std::move(announced_.front());
+  announced_.pop_front();
+  return announcement;
+}
+
+void ScriptedDesktop::expectBox(Box::Kind kind, std::string text, int answer, std::string caption) {
+  announced_.push_back({inWords(kind, text, caption), answer, {}, {}, {}});
+}
+
+void ScriptedDesktop::expectModal(std::string name, std::function<void(Form&)> play) {
+  announced_.push_back({"modal window " + name, 0, {}, {}, std::move(play)});
+}
+
+void ScriptedDesktop::expectPopup(std::string menu, std::string entry) {
+  announced_.push_back({"popup menu " + menu, 0, std::move(entry), {}, {}});
+}
+
+void ScriptedDesktop::expectInput(std::string prompt, std::optional<std::string> answer) {
+  announced_.push_back({"input box \"" + prompt + '"', 0, {}, std::move(answer), {}});
+}
+
+int ScriptedDesktop::messageBox(const Box& box) {
+  const auto announcement = take(inWords(box.kind, box.text, box.caption));
+  // A box that nobody announced is closed, which is its last button.
+  return announcement ? announcement->answer : static_cast<int>(box.buttons.size()) - 1;
+}
+
+std::optional<std::string> ScriptedDesktop::inputBox(std::string_view prompt, std::string_view,
+                                                     std::string_view) {
+  const auto announcement = take("input box \"" + std::string(prompt) + '"');
+  return announcement ? announcement->input : std::nullopt;
+}
+
+void ScriptedDesktop::runModal(Form& form) {
+  form.Form_Activate();
+  const auto announcement = take("modal window " + form.Name());
+  if (announcement) announcement->play(form);
+  if (!form.isShown()) return;
+  if (announcement) ADD_FAILURE() << "modal window " << form.Name() << " was left open";
+  form.Hide();
+}
+
+static MenuItem* entryOf(const MenuItem& menu, const std::string& name) {
+  for (MenuItem* item : menu.Items()) {
+    if (item->Name() == name) return item;
+    if (MenuItem* inner = entryOf(*item, name)) return inner;
+  }
+  return nullptr;
+}
+
+void ScriptedDesktop::popupMenu(MenuItem& menu, const Control*) {
+  const auto announcement = take("popup menu " + menu.Name());
+  if (!announcement || announcement->entry.empty()) return;
+  MenuItem* entry = entryOf(menu, announcement->entry);
+  ASSERT_NE(entry, nullptr) << menu.Name() << " has no entry " << announcement->entry;
+  EXPECT_TRUE(entry->usable()) << announcement->entry << " cannot be chosen";
+  entry->choose();
+}
+
+void ScriptedDesktop::show(Form& form) {
+  form.Form_Activate();
+}
+
+void ScriptedDesktop::hide(Form&) {}
+
+void ScriptedDesktop::forget(Form& form) {
+  std::erase_if(timers_, [&](const RunningTimer& running) { return &running.timer->form() == &form; });
+}
+
+void ScriptedDesktop::activate(Form& form) {
+  form.Form_Activate();
+}
+
+void ScriptedDesktop::repaint(Form& form) {
+  ++repaints;
+  if (onRepaint) onRepaint(form);
+}
+
+void ScriptedDesktop::timerChanged(Timer& timer) {
+  std::erase_if(timers_, [&](const RunningTimer& running) { return running.timer == &timer; });
+  if (timer.Enabled && timer.Interval > 0) timers_.push_back({&timer, now_ + timer.Interval});
+}
+
+void ScriptedDesktop::passTime(int milliseconds) {
+  const long long until = now_ + milliseconds;
+  for (;;) {
+    const auto next = std::min_element(timers_.begin(), timers_.end(),
+                                       [](const auto& a, const auto& b) { return a.due < b.due; });
+    if (next == timers_.end() || next->due > until) break;
+    now_ = next->due;
+    next->due += next->timer->Interval;
+    raise(next->timer->Tick);
+  }
+  now_ = until;
+}
+
+}  // namespace vantry::test

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+#include "platform/windows.h"
+
+namespace vantry::test {
+
+/// The operator and his screen, as a script. Every box, modal window, popup menu and input box must have been
+/// announced, in its order; what was not announced fails the test, and so does what was announced and never
+/// came.
+class ScriptedDesktop : public Desktop {
+ public:
+  ScriptedDesktop() = default;
+  ~ScriptedDesktop() override;
+
+  void expectBox(Box::Kind kind, std::string text, int answer = 0, std::string caption = {});
+  void expectInformation(std::string text) { expectBox(Box::Kind::Information, std::move(text)); }
+  void expectWarning(std::string text) { expectBox(Box::Kind::Warning, std::move(text)); }
+  void expectCritical(std::string text) { expectBox(Box::Kind::Critical, std::move(text)); }
+  /// Yes and No, and what the operator says.
+  void expectQuestion(std::string text, bool yes) {
+    expectBox(Box::Kind::Question, std::move(text), yes ? 0 : 1);
+  }
+  /// The modal window of this name appears; `play` is what the operator does with it, and must close it.
+  void expectModal(std::string name, std::function<void(Form&)> play);
+  template <class Window>
+  void expectModalWindow(std::string name, std::function<void(Window&)> play) {
+    expectModal(std::move(name), [play](Form& form) { play(dynamic_cast<Window&>(form)); });
+  }
+  /// The popup menu of this name opens and the operator chooses an entry; empty: he closes it.
+  void expectPopup(std::string menu, std::string entry);
+  void expectInput(std::string prompt, std::optional<std::string> answer);
+
+  /// Fails for each announcement that has not come, and forgets them. Runs at the end as well.
+  void checkAllCame();
+
+  /// Moves time: timers that are due tick, in the order of their times.
+  void passTime(int milliseconds);
+
+  std::string shortDate = "dd/MM/yyyy";
+  Pointer pointer = Pointer::Default;
+  bool ended = false;
+  int repaints = 0;
+  std::vector<std::string> sounds;
+  std::vector<std::string> addresses;
+  std::vector<std::string> helpTopics;
+  /// Runs at each repaint, for tests that watch what the operator sees during a command.
+  std::function<void(Form&)> onRepaint;
+
+  void show(Form& form) override;
+  void hide(Form& form) override;
+  void forget(Form& form) override;
+  void activate(Form& form) override;
+  void runModal(Form& form) override;
+  void repaint(Form& form) override;
+  void handleEvents() override {}
+  void focus(Control&) override {}
+  void setPointer(Pointer shape) override { pointer = shape; }
+  int messageBox(const Box& box) override;
+  std::optional<std::string> inputBox(std::string_view prompt, std::string_view caption,
+                                      std::string_view initial) override;
+  void popupMenu(MenuItem& menu, const Control* below) override;
+  void timerChanged(Timer& timer) override;
+  int textWidth(std::string_view text) override { return static_cast<int>(text.size()) * 100; }
+  std::string shortDateFormat() override { return shortDate; }
+  void playSound(std::string_view file) override { sounds.emplace_back(file); }
+  void openBrowser(std::string_view address) override { addresses.emplace_back(address); }
+  void showHelp(std::string_view topic) override { helpTopics.emplace_back(topic); }
+  void endProgram() override { ended = true; }
+
+ private:
+  struct Announcement {
+    std::string what;  ///< in words, for messages; what comes must read the same
+    int answer = 0;
+    std::string entry;
+    std::optional<std::string> input;
+    std::function<void(Form&)> play;
+  };
+  struct RunningTimer {
+    Timer* timer;
+    long long due;
+  };
+  /// Takes the next announcement when it is this one; otherwise fails the test.
+  std::optional<Announcement> take(const std::string& what);
+
+  std::deque<Announcement> announced_;
+  std::vector<RunningTimer> timers_;
+  long long now_ = 0;
+};
+
+}  // namespace vantry::test
