@@ -24,6 +24,11 @@ struct Box {
   std::vector<std::string> buttons = {"&OK"};
 };
 
+/// Unwinds the command that ended the program. The front end catches it around each event that it dispatches
+/// and around the program's start, leaves its event loops, and throws it again out of a modal window's
+/// showing.
+struct ProgramEnd {};
+
 enum class Pointer { Default, Hourglass };
 
 /// What a toolkit, or a test, does for the windows. All calls come from the one thread of the program.
@@ -64,8 +69,9 @@ class Desktop {
   virtual void openBrowser(std::string_view address) = 0;
   /// Opens the help pages at a topic; empty for their start.
   virtual void showHelp(std::string_view topic) = 0;
-  /// Leaves the event loop: the program ends and no further event runs.
-  virtual void endProgram() = 0;
+  /// Ends the program: no further event of any window runs. Throws ProgramEnd, so that the command under way
+  /// ends here as well.
+  [[noreturn]] virtual void endProgram() = 0;
 };
 
 // The kinds of boxes that the windows use.

@@ -17,9 +17,10 @@ struct TagValue {
 
 /// One request of the protocol, as a row of `requestTable()`.
 ///
-/// `sent` is a pattern over tags, in the order in which they are added: tags stand one after another, parted by
-/// blanks; `( ... )` groups, `|` separates alternatives inside a group, and `?`, `*`, `+` behind a tag or a group
-/// mean optional, repeated or absent, repeated at least once. "BOOKID (EID | IM)* ETIME?" is an example.
+/// `sent` is a pattern over tags, in the order in which they are added: tags stand one after another, parted
+/// by blanks; `( ... )` groups, `|` separates alternatives inside a group, and `?`, `*`, `+` behind a tag or
+/// a group mean optional, repeated or absent, repeated at least once. "BOOKID (EID | IM)* ETIME?" is an
+/// example.
 struct RequestRow {
   std::string_view code;
   std::string_view sent;

@@ -96,7 +96,7 @@ void ScriptedDesktop::show(Form& form) {
 void ScriptedDesktop::hide(Form&) {}
 
 void ScriptedDesktop::forget(Form& form) {
-  std::erase_if(timers_, [&](const RunningTimer& running) { return &running.timer->form() == &form; });
+  std::erase_if(timers_, [&](const RunningTimer& running) { return running.form == &form; });
 }
 
 void ScriptedDesktop::activate(Form& form) {
@@ -110,7 +110,7 @@ void ScriptedDesktop::repaint(Form& form) {
 
 void ScriptedDesktop::timerChanged(Timer& timer) {
   std::erase_if(timers_, [&](const RunningTimer& running) { return running.timer == &timer; });
-  if (timer.Enabled && timer.Interval > 0) timers_.push_back({&timer, now_ + timer.Interval});
+  if (timer.Enabled && timer.Interval > 0) timers_.push_back({&timer, &timer.form(), now_ + timer.Interval});
 }
 
 void ScriptedDesktop::passTime(int milliseconds) {

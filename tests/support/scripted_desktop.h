@@ -71,7 +71,10 @@ class ScriptedDesktop : public Desktop {
   void playSound(std::string_view file) override { sounds.emplace_back(file); }
   void openBrowser(std::string_view address) override { addresses.emplace_back(address); }
   void showHelp(std::string_view topic) override { helpTopics.emplace_back(topic); }
-  void endProgram() override { ended = true; }
+  [[noreturn]] void endProgram() override {
+    ended = true;
+    throw ProgramEnd{};
+  }
 
  private:
   struct Announcement {
@@ -83,6 +86,7 @@ class ScriptedDesktop : public Desktop {
   };
   struct RunningTimer {
     Timer* timer;
+    const Form* form;
     long long due;
   };
   /// Takes the next announcement when it is this one; otherwise fails the test.

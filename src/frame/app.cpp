@@ -1,0 +1,27 @@
+#include "frame/app.h"
+
+namespace vantry {
+
+App::App(const Outside& outside, std::string line)
+    : desktop(outside.desktop),
+      clock(outside.clock),
+      settings(outside.settings),
+      components(outside.components),
+      commandLine(std::move(line)),
+      windows(outside.desktop),
+      message(outside.transport),
+      session(outside.transport),
+      tools(outside.desktop),
+      global(windows, message, tools),
+      connectDialog(windows),
+      ini(outside.userFolder),
+      helpMap(outside.programFolder),
+      helpFile((outside.programFolder / "Vantry.chm").string()) {
+  global.Abort = [this] { main().Abort(); };
+  message.OnLost = [this](const std::string& reason) { return connectDialog.askRetry(reason); };
+  message.OnSessionEnded = [this] {
+    return LogonDialog(windows, tools).Run(session, message, session.GetOperatorId());
+  };
+}
+
+}  // namespace vantry

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "frame/main_window.h"
+#include "frame/makers.h"
+#include "frame/operator_context.h"
+#include "frame/preferences.h"
+#include "messaging/dialogs.h"
+#include "messaging/modGlobal.h"
+#include "messaging/server_session.h"
+#include "messaging/server_tools.h"
+#include "messaging/tagmessage.h"
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/inifile.h"
+#include "platform/settings.h"
+#include "platform/windows.h"
+
+namespace vantry {
+
+class ComponentCheck;
+
+/// The program's two modes.
+enum class Mode { None, Standard, Monitor };
+
+/// Slots through which a window tells the one that it opens what to show; read in that window's `Form_Load`.
+struct RecordSlots {
+  std::array<std::string, kRecordKinds> ids;
+  std::array<int, kRecordKinds> modes{};  ///< 1 new record, 0 existing record
+  std::array<std::string, kRecordKinds> typeNames;
+  std::array<std::string, kRecordKinds> typeIds;
+  int source = 0;  ///< which window opens the next one
+};
+
+/// The source slot's number of the main window.
+inline constexpr int kSourceMainWindow = 5;
+
+/// What the program shares. One object; windows and modules get it by reference.
+class App {
+ public:
+  /// The outside world, which outlives the program's own objects.
+  struct Outside {
+    Desktop& desktop;
+    Transport& transport;
+    const Clock& clock;
+    Settings& settings;
+    ComponentCheck& components;
+    std::filesystem::path programFolder;  ///< where help and help map stand
+    std::filesystem::path userFolder;     ///< where "vantry.ini" stands
+  };
+
+  App(const Outside& outside, std::string commandLine);
+
+  Desktop& desktop;
+  const Clock& clock;
+  Settings& settings;
+  ComponentCheck& components;
+  const std::string commandLine;
+
+  Windows windows;
+  TagMessage message;
+  ServerSession session;
+  ServerTools tools;
+  modGlobal global;
+  ConnectDialog connectDialog;
+  IniFile ini;
+  IniFile helpMap;
+  BibSearchDialog bibSearch;
+
+  OperatorContext context;
+  Preferences preferences;
+  DaySlots daySlots;
+  int daemonPeriod = 0;  ///< milliseconds between refreshes of the Schedule Monitor; 0 for none
+  Mode mode = Mode::None;
+  RecordSlots slots;
+  Makers makers;
+  std::string helpFile;
+  std::string supportCaption;
+
+  /// The main window; made by the composition root before the program starts.
+  MainWindow& main() const { return *main_; }
+  void setMain(MainWindow& main) { main_ = &main; }
+
+ private:
+  MainWindow* main_ = nullptr;
+};
+
+}  // namespace vantry

@@ -1,0 +1,45 @@
+#include "frame/frmLocation.h"
+
+namespace vantry {
+
+frmLocation::frmLocation(App& app) : Form(app.windows, "frmLocation"), app_(app) {
+  Caption = "Choose Booking Desk Location";
+  cmdOK.Default = true;
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  faLocations.DblClick = [this] { cmdOK_Click(); };
+  Layout = Column{lblLocation, faLocations, Row{Stretch{}, cmdOK}};
+}
+
+void frmLocation::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  faLocations.Redraw = false;
+  faLocations.FormatString = "<Location Name|<Owning Library";
+  const auto& locations = app_.context.authorizedLocations;
+  faLocations.Rows = static_cast<int>(locations.size()) + 1;
+  int row = 1;
+  for (const Location& location : locations) {
+    faLocations.TextMatrix(row, 0, location.name);
+    faLocations.TextMatrix(row, 1, location.owningLibrary);
+    faLocations.RowData(row, location.id);
+    ++row;
+  }
+  faLocations.AutoSize(0, 1);
+  faLocations.Row = 1;
+  faLocations.Redraw = true;
+}
+
+void frmLocation::Form_Activate() {
+  faLocations.SetFocus();
+}
+
+void frmLocation::cmdOK_Click() {
+  const int row = faLocations.Row;
+  if (row < 1) return;
+  app_.context.locationId = faLocations.RowData(row);
+  app_.context.locationName = faLocations.TextMatrix(row, 0);
+  app_.global.BusyAllForms();
+  answered_ = true;
+  Unload();
+}
+
+}  // namespace vantry

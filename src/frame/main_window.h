@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/element.h"
+
+namespace vantry {
+
+class Form;
+struct Preferences;
+enum class Applies;
+
+/// What modules below the main window need of it.
+class MainWindow {
+ public:
+  virtual ~MainWindow() = default;
+
+  virtual Form& form() = 0;
+  /// Ends the program's session: unloads the main window, which ends the program.
+  virtual void Abort() = 0;
+
+  // Start-up and login.
+  virtual void placeFrames() = 0;
+  virtual void showStatus(int panel, std::string_view text) = 0;
+  virtual void showOperator(std::string_view operatorId) = 0;
+  virtual void mnuModeStandard_Click() = 0;
+  virtual void mnuModeDaemon_Click() = 0;
+  virtual void refillStaff() = 0;
+  /// Shows the category lists in the trees that hang on them.
+  virtual void BuildMainTrees() = 0;
+  /// Puts the preferences that one step of their reading has completed into the window's controls.
+  virtual void applyPreferences(Applies what) = 0;
+
+  // After a booking was changed elsewhere.
+  virtual void GetBookingsForDate() = 0;
+};
+
+}  // namespace vantry

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vantry {
+
+class App;
+class Form;
+
+/// Kinds of the record opener. 5 and 6 have no window.
+enum RecordKind {
+  kEquipment = 0,
+  kGroup = 1,
+  kRoom = 2,
+  kMaintenance = 3,
+  kGroupMember = 4,
+  kBooking = 7,
+  kWizard = 8
+};
+inline constexpr int kRecordKinds = 21;
+
+/// Makes the windows and runs the commands that stand on a higher floor than their callers. The program's
+/// composition root fills it.
+class Makers {
+ public:
+  using RecordMaker = std::function<std::unique_ptr<Form>(App&)>;
+  using Command = std::function<void(App&)>;
+
+  /// Hears of a window or command that this program does not hold.
+  std::function<void(std::string_view)> notBuilt;
+
+  void addRecord(int kind, RecordMaker maker) {
+    records_.at(static_cast<std::size_t>(kind)) = std::move(maker);
+  }
+  void addCommand(std::string name, Command command) { commands_[std::move(name)] = std::move(command); }
+
+  /// A new window for a record of the kind; nullptr for a kind without one.
+  [[nodiscard]] std::unique_ptr<Form> makeRecord(int kind, App& app) const;
+  /// Runs the command of a window's or routine's name.
+  void run(std::string_view name, App& app) const;
+
+ private:
+  std::array<RecordMaker, kRecordKinds> records_;
+  std::map<std::string, Command, std::less<>> commands_;
+};
+
+}  // namespace vantry

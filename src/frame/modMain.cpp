@@ -1,0 +1,154 @@
+#include "frame/modMain.h"
+
+#include "frame/components.h"
+#include "frame/frmLocation.h"
+#include "platform/text.h"
+
+namespace vantry {
+
+static constexpr int kModuleNumber = 6;
+
+bool Main(App& app) {
+  app.components.RegisterComponents();
+  app.components.ValidateResources(app.commandLine);
+  // The help file's name is the program's since App was made.
+  app.session.Initialise("Vantry", app.commandLine);
+  app.context.abort = false;
+  if (app.tools.CheckStartup(app.session)) return false;
+  app.supportCaption = app.session.GetSupportWebCaption();
+  app.connectDialog.SetSession(app.session);
+  if (!app.message.Connect(kModuleNumber, app.session, app.connectDialog)) return false;
+  app.ini.Open("vantry.ini");
+  ReadPreferences(app);
+  app.main().form().Show();
+  app.main().placeFrames();
+  app.main().form().Refresh();
+  app.desktop.handleEvents();
+  app.connectDialog.Close();
+  app.main().showStatus(2, "Vantry Login...");
+  LoadOperatorContext(app);
+  app.global.BusyAllForms();
+  app.bibSearch.Initialise(app.message, app.session, true);
+  app.global.ReadyAllForms();
+  return true;
+}
+
+void ReadPreferences(App& app) {
+  bool unreadable = false;
+  for (const PreferenceRow& row : preferenceTable()) {
+    if (!readPreference(row, app.settings, app.preferences)) unreadable = true;
+    if (row.applies != Applies::Nothing) app.main().applyPreferences(row.applies);
+  }
+  app.bibSearch.RetainSearch = app.preferences.RetainSearch;
+  app.bibSearch.AutoTruncate = app.preferences.AutoTruncateBib;
+  app.daySlots = daySlots(app.preferences.Start, app.preferences.End, app.preferences.Interval);
+  app.daemonPeriod = MinutesToMilliseconds(app.preferences.DaemonInterval);
+  if (unreadable) app.settings.keepAside();
+}
+
+/// A failing request is told; the caller goes on with what the reply gave.
+static int sendAndReport(App& app, std::string_view code) {
+  const int rc = app.message.Send(code);
+  if (rc != 0) app.global.ReportRequestError(rc, code, "");
+  return rc;
+}
+
+static void readAuthorizedLocations(App& app) {
+  OperatorContext& context = app.context;
+  app.message.Add("OI", context.operatorId);
+  sendAndReport(app, "RLL");
+  app.global.ReadyAllForms();
+  context.authorizedLocations.clear();
+  if (app.message.Count("LNA") == 0) {
+    criticalBox(app.desktop,
+                "No authorized locations found for Media. Please consult your system administrator.");
+    context.abort = true;
+    return;
+  }
+  while (app.message.NextRecord("LNA")) {
+    context.authorizedLocations.push_back(
+        {app.message.Get("LNA"), app.message.Get("LOC"), app.message.Get("OLN")});
+  }
+  if (context.authorizedLocations.size() == 1) {
+    context.locationName = context.authorizedLocations.front().name;
+    context.locationId = context.authorizedLocations.front().id;
+  } else {
+    frmLocation(app).ShowModal();
+  }
+}
+
+/// Ends the program where the rights cannot be read.
+static void readRights(App& app) {
+  app.message.Add("LOC", app.context.locationId);
+  if (sendAndReport(app, "SLL") != 0) app.main().Abort();
+  std::array<std::string, kRights> values;
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = app.message.Get(kRightCodes[i]);
+  app.context.rights.set(std::move(values));
+}
+
+static void readAllLocations(App& app) {
+  app.context.allLocations.clear();
+  if (sendAndReport(app, "GETLOCS") != 0) return;
+  app.context.allLocations.reserve(static_cast<std::size_t>(app.message.Count("LOC")));
+  while (app.message.NextRecord("LOC"))
+    app.context.allLocations.push_back({app.message.Get("LNA"), app.message.Get("LOC"), {}});
+}
+
+static bool isMonitorView(int view) {
+  return view >= 8 && view <= 12;
+}
+static bool isStandardView(int view) {
+  return (view >= 0 && view <= 7) || view == 13 || view == 14;
+}
+
+static void chooseFirstView(App& app) {
+  const int view = app.preferences.View >= 15 ? app.preferences.LastView : app.preferences.View;
+  if (isMonitorView(view)) app.main().mnuModeDaemon_Click();
+  if (isStandardView(view)) app.main().mnuModeStandard_Click();
+}
+
+void LoadOperatorContext(App& app) {
+  app.context.abort = false;
+  if (!LogonDialog(app.windows, app.tools).Run(app.session, app.message)) app.main().Abort();
+  app.global.BusyAllForms();
+  app.context.operatorId = app.session.GetOperatorId();
+  readAuthorizedLocations(app);
+  if (app.context.abort) app.main().Abort();
+  app.global.BusyAllForms();
+  readRights(app);
+  readAllLocations(app);
+  app.main().refillStaff();
+  app.global.BusyAllForms();
+  LoadCategoryLists(app);
+  chooseFirstView(app);
+  app.main().showStatus(1, app.context.locationName);
+  if (app.preferences.BookingCalendars) app.makers.run("frmSched", app);
+  app.main().showOperator(app.context.operatorId);
+  app.global.ReadyAllForms();
+}
+
+/// One list of categories, walked by the tag of its ids.
+static std::vector<Category> readCategories(App& app, std::string_view code, std::string_view id,
+                                            std::string_view name) {
+  std::vector<Category> categories;
+  if (sendAndReport(app, code) != 0) return categories;
+  while (app.message.NextRecord(id)) {
+    categories.push_back(
+        {app.message.Get(id), app.message.Get(name), app.message.Get("MIC"), app.message.Get("RST") == "Y"});
+  }
+  return categories;
+}
+
+void LoadCategoryLists(App& app) {
+  CategoryLists& lists = app.context.categories;
+  lists.equipment = readCategories(app, "GETECAT", "ETI", "ETY");
+  lists.groups = readCategories(app, "GETGCAT", "ETI", "ETY");
+  lists.rooms = readCategories(app, "GETRCAT", "RTI", "RTY");
+  lists.years.clear();
+  if (sendAndReport(app, "GETMYER") == 0) {
+    while (app.message.NextRecord("MYE")) lists.years.push_back(app.message.Get("MYE").substr(0, 4));
+  }
+  app.main().BuildMainTrees();
+}
+
+}  // namespace vantry

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "frame/app.h"
+#include "platform/grid.h"
+
+namespace vantry {
+
+/// The start-up routine. False when the program ends without a main window; nothing more is to be said then.
+[[nodiscard]] bool Main(App& app);
+
+/// The login, and all that follows from who has logged on: location, rights, lists, first view.
+void LoadOperatorContext(App& app);
+
+/// Reads all preferences and puts them into the main window.
+void ReadPreferences(App& app);
+
+/// Four requests for the lists behind the trees: equipment, groups, rooms, years of maintenance.
+void LoadCategoryLists(App& app);
+
+/// Opens the window of a record, or brings the one that stands to the front. An empty id is a new record.
+void OpenRecordWindow(App& app, int kind, std::string_view id);
+/// Unloads the window of that record, if one is open.
+void CloseRecordWindow(App& app, int kind, std::string_view id);
+
+/// Fits all columns to their texts when `AutoSizeCells` is on.
+void SetGridAutoSize(const App& app, Grid& grid);
+/// Lets equal neighbouring cells merge, or not.
+void SetGridMerge(Grid& grid, bool on);
+
+}  // namespace vantry

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "frame/rights.h"
+
+namespace vantry {
+
+/// A booking desk location. The owning library is known for authorized locations only.
+struct Location {
+  std::string name;
+  std::string id;
+  std::string owningLibrary;
+};
+
+/// A type of equipment, group or room, as the trees show it.
+struct Category {
+  std::string id;
+  std::string name;
+  std::string count;
+  bool storage = false;  ///< of room types
+};
+
+struct CategoryLists {
+  std::vector<Category> equipment;
+  std::vector<Category> groups;
+  std::vector<Category> rooms;
+  std::vector<std::string> years;
+};
+
+/// Who works here and where; filled after each login, the same for all windows until the next log-off.
+struct OperatorContext {
+  std::string operatorId;
+  std::string locationName;
+  std::string locationId;
+  std::vector<Location> authorizedLocations;
+  std::vector<Location> allLocations;
+  Rights rights;
+  CategoryLists categories;
+  bool abort = false;  ///< no location can be used
+};
+
+}  // namespace vantry

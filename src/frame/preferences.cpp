@@ -1,0 +1,105 @@
+#include "frame/preferences.h"
+
+#include <charconv>
+#include <limits>
+
+#include "platform/settings.h"
+#include "platform/text.h"
+
+namespace vantry {
+
+static bool convert(std::string_view text, bool* target) {
+  text = trim(text);
+  const bool on = equalNoCase(text, "true") || text == "-1" || text == "1";
+  if (!on && !equalNoCase(text, "false") && text != "0") return false;
+  *target = on;
+  return true;
+}
+
+template <class Number>
+static bool convertNumber(std::string_view text, Number* target) {
+  text = trim(text);
+  long long number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size()) return false;
+  if constexpr (std::is_signed_v<Number>) {
+    if (number < std::numeric_limits<Number>::min() || number > std::numeric_limits<Number>::max())
+      return false;
+  } else {
+    // Colours of the desktop's palette have the top bit set; some stores hold them as negative numbers.
+    if (number < std::numeric_limits<std::int32_t>::min() || number > std::numeric_limits<Number>::max())
+      return false;
+  }
+  *target = static_cast<Number>(number);
+  return true;
+}
+
+static bool convert(std::string_view text, int* target) {
+  return convertNumber(text, target);
+}
+static bool convert(std::string_view text, Colour* target) {
+  return convertNumber(text, target);
+}
+static bool convert(std::string_view text, std::string* target) {
+  *target = text;
+  return true;
+}
+
+bool readPreference(const PreferenceRow& row, const Settings& store, Preferences& preferences) {
+  const std::string text = store.GetSetting(kSettingsApplication, kSettingsSection, row.key, row.fallback);
+  return std::visit(
+      [&](auto* target) {
+        if (convert(text, target)) return true;
+        convert(row.fallback, target);
+        return false;
+      },
+      row.slot(preferences));
+}
+
+static std::string textOf(bool value) {
+  return value ? "true" : "false";
+}
+static std::string textOf(int value) {
+  return std::to_string(value);
+}
+static std::string textOf(Colour value) {
+  return std::to_string(value);
+}
+static std::string textOf(const std::string& value) {
+  return value;
+}
+
+std::string storedText(const PreferenceRow& row, const Preferences& preferences) {
+  Preferences copy = preferences;
+  return std::visit([](const auto* value) { return textOf(*value); }, row.slot(copy));
+}
+
+DaySlots daySlots(int start, int end, int interval) {
+  static constexpr std::array<int, 6> minutes = {5, 10, 15, 20, 30, 60};
+  DaySlots slots;
+  slots.startMinute = start * 60;
+  slots.endMinute = end == 12 ? 720 : (end + 12) * 60;  // midnight as minute 720 is deliberate
+  slots.interval = minutes[static_cast<std::size_t>(interval >= 0 && interval < 6 ? interval : 1)];
+  slots.count = (slots.endMinute - slots.startMinute) / slots.interval;
+  slots.perHour = 60 / slots.interval;
+  int hour = start;
+  int minute = 0;
+  for (int slot = 0; slot < slots.count; ++slot) {
+    // The hour is not folded to twelve: one in the afternoon reads 13:00 PM.
+    slots.captions.push_back(std::to_string(hour) + (minute < 10 ? ":0" : ":") + std::to_string(minute) +
+                             (hour >= 12 && hour != 24 ? " PM" : " AM"));
+    minute += slots.interval;
+    if (minute < 60) continue;
+    ++hour;
+    minute -= 60;
+  }
+  return slots;
+}
+
+int MinutesToMilliseconds(std::string_view minutes) {
+  const double milliseconds = val(minutes) * 60000;
+  return milliseconds < 0 || milliseconds > std::numeric_limits<int>::max() ? 0
+                                                                            : static_cast<int>(milliseconds);
+}
+
+}  // namespace vantry

@@ -1,0 +1,86 @@
+#include "frame/modMain.h"
+
+namespace vantry {
+
+/// The request for the type of a record, before its window opens; empty codes have none.
+struct TypeRequest {
+  std::string_view code, id, typeName, typeId;
+};
+
+static TypeRequest typeRequestOf(int kind) {
+  switch (kind) {
+    case kEquipment:
+    case kGroup:
+    case kGroupMember:
+      return {"GETEGTN", "EID", "ETY", "ETI"};
+    case kRoom:
+      return {"GETRTN", "RID", "RTY", "RTI"};
+    default:
+      return {};
+  }
+}
+
+static std::string windowTag(int kind, std::string_view id) {
+  return std::to_string(kind) + " - " + std::string(id);
+}
+
+static Form* windowOf(App& app, const std::string& tag) {
+  for (int i = 0; i < app.windows.Count(); ++i) {
+    if (app.windows[i].Tag == tag) return &app.windows[i];
+  }
+  return nullptr;
+}
+
+static void readType(App& app, int kind, std::string_view id) {
+  const auto slot = static_cast<std::size_t>(kind);
+  app.slots.typeNames[slot].clear();
+  app.slots.typeIds[slot].clear();
+  const TypeRequest request = typeRequestOf(kind);
+  if (request.code.empty() || id.empty()) return;
+  app.message.Add(request.id, id);
+  const int rc = app.message.Send(request.code);
+  if (rc != 0) {
+    app.global.ReportRequestError(rc, request.code, "");  // and the window opens with empty slots
+    return;
+  }
+  app.slots.typeNames[slot] = app.message.Get(request.typeName);
+  app.slots.typeIds[slot] = app.message.Get(request.typeId);
+}
+
+void OpenRecordWindow(App& app, int kind, std::string_view id) {
+  app.global.BusyAllForms();
+  if (Form* standing = id.empty() ? nullptr : windowOf(app, windowTag(kind, id))) {
+    standing->WindowState = FormState::Normal;
+    standing->SetFocus();
+    app.global.ReadyAllForms();
+    return;
+  }
+  const auto slot = static_cast<std::size_t>(kind);
+  app.slots.ids[slot] = id;
+  app.slots.modes[slot] = id.empty() ? 1 : 0;
+  // Several new records can stand side by side: the number of loaded windows tells them apart.
+  const std::string tag = windowTag(kind, id.empty() ? std::to_string(app.windows.Count()) : std::string(id));
+  readType(app, kind, id);
+  if (auto window = app.makers.makeRecord(kind, app)) {
+    Form& shown = app.windows.keep(std::move(window));
+    shown.Tag = tag;
+    shown.Show();
+  }
+  app.global.ReadyAllForms();
+}
+
+void CloseRecordWindow(App& app, int kind, std::string_view id) {
+  if (Form* standing = windowOf(app, windowTag(kind, id))) standing->Unload();
+}
+
+void SetGridAutoSize(const App& app, Grid& grid) {
+  if (app.preferences.AutoSizeCells) grid.AutoSize(1, grid.Cols - 1);
+}
+
+void SetGridMerge(Grid& grid, bool on) {
+  grid.MergeCells = on ? MergeMode::Free : MergeMode::Never;
+  for (int row = 0; row < grid.Rows; ++row) grid.MergeRow(row, on);
+  for (int col = 0; col < grid.Cols; ++col) grid.MergeCol(col, true);
+}
+
+}  // namespace vantry
