@@ -20,15 +20,18 @@ struct TagValue {
 /// `sent` is a pattern over tags, in the order in which they are added: tags stand one after another, parted
 /// by blanks; `( ... )` groups, `|` separates alternatives inside a group, and `?`, `*`, `+` behind a tag or
 /// a group mean optional, repeated or absent, repeated at least once. "BOOKID (EID | IM)* ETIME?" is an
-/// example.
+/// example. A tag that takes another form here than the dictionary gives it says so with a colon: "HBK:Flag".
+///
+/// A reply has a head, or records, or both. A record carries at least one of the tags of `walk` and leaves
+/// out what it has no value for: two tags there mean two kinds of records, each walked by its own tag.
 struct RequestRow {
   std::string_view code;
   std::string_view sent;
   std::string_view head;     ///< tags of the reply's head, parted by blanks
   std::string_view records;  ///< tags of each record, parted by blanks
-  std::string_view walk;     ///< the tag that every record carries; empty when the reply is single
-  std::string_view rights;   ///< any one of these rights lets an operator send it; empty: every operator may
-  bool writes;               ///< whether the request may change stored data
+  std::string_view walk;    ///< the tag that every record carries, or several; empty when the reply is single
+  std::string_view rights;  ///< any one of these rights lets an operator send it; empty: every operator may
+  bool writes;              ///< whether the request may change stored data
   std::string_view meaning;  ///< one line for people
 };
 
@@ -46,6 +49,10 @@ struct MessageFault {
 };
 
 /// Checks tags, their order and the form of their values against the row; nothing when the message is sound.
+/// Missing names the first required tag that is not there; Unexpected names a tag that the request does not
+/// know or that stands where it cannot stand; BadValue the first tag whose value has not its form. Time and
+/// memory grow with the number of tags only. Throws std::invalid_argument for a row whose pattern is no
+/// pattern, which no row of the table is.
 [[nodiscard]] std::optional<MessageFault> checkMessage(const RequestRow& row, std::span<const TagValue> tags);
 
 /// Splits a list of words parted by blanks, as the rows hold them.
