@@ -121,6 +121,7 @@ void Grid::RemoveItem(int row) {
 void Grid::AutoSize(int fromCol, int toCol) {
   Desktop& desktop = form().windows().desktop();
   for (int col = fromCol; col <= toCol; ++col) {
+    if (column(col).width == 0) continue;
     int widest = 0;
     for (int row = 0; row < Rows; ++row) widest = std::max(widest, desktop.textWidth(TextMatrix(row, col)));
     column(col).width = std::min(widest + kCellMargins, kWidestFit);

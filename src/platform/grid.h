@@ -77,7 +77,7 @@ class Grid : public Control {
   void MergeRow(int row, bool on);
 
   void RemoveItem(int row);
-  /// Fits the columns from one to the other to their texts.
+  /// Fits the columns from one to the other to their texts; hidden ones stay hidden.
   void AutoSize(int fromCol, int toCol);
   /// Sorts the data rows by the orders given to columns, the leftmost first; rows that compare equal keep
   /// their places. The orders are forgotten afterwards.

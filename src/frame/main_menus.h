@@ -1,0 +1,107 @@
+#pragma once
+
+#include "platform/menu.h"
+
+namespace vantry {
+
+/// The main window's menus and popup menus, with their captions.
+struct MainMenus {
+  explicit MainMenus(Form& window) : form(window) {}
+  Form& form;
+
+  MenuItem mnuFile{form, "mnuFile", "&File"};
+  MenuItem mnuFileGetRequests{mnuFile, "mnuFileGetRequests", "&Get Requests"};
+  MenuItem mnuFileNew{mnuFile, "mnuFileNew", "&New"};
+  MenuItem mnuFileNewInventory{mnuFileNew, "mnuFileNewInventory", "&Inventory"};
+  MenuItem mnuFileNewInvEquip{mnuFileNewInventory, "mnuFileNewInvEquip", "&Equipment"};
+  MenuItem mnuFileNewInvGroup{mnuFileNewInventory, "mnuFileNewInvGroup", "&Group"};
+  MenuItem mnuFileNewInvRoom{mnuFileNewInventory, "mnuFileNewInvRoom", "&Room"};
+  MenuItem mnuFileNewInvMaint{mnuFileNewInventory, "mnuFileNewInvMaint", "&Maintenance"};
+  MenuItem mnuFileNewBooking{mnuFileNew, "mnuFileNewBooking", "&Booking"};
+  MenuItem mnuFileNewBookingWiz{mnuFileNew, "mnuFileNewBookingWiz", "Booking &Wizard"};
+  MenuItem mnuFileNewPickup{mnuFileNew, "mnuFileNewPickup", "&Pick-Up"};
+  MenuItem mnuFilePrint{mnuFile, "mnuFilePrint", "&Print"};
+  MenuItem mnuFilePrintDetail{mnuFilePrint, "mnuFilePrintDetail", "Item &Detail (selected)"};
+  MenuItem mnuFilePrintDetailAll{mnuFilePrint, "mnuFilePrintDetailAll", "Item Detail (&all)"};
+  MenuItem mnuFilePrintListing{mnuFilePrint, "mnuFilePrintListing", "Summary &Listing"};
+  MenuItem mnuFileLine1{mnuFile, "mnuFileLine1", "-"};
+  MenuItem mnuFileLoginInfo{mnuFile, "mnuFileLoginInfo", "&Login Information..."};
+  MenuItem mnuFileChangePassword{mnuFile, "mnuFileChangePassword", "Change Pass&word..."};
+  MenuItem mnuFileLine2{mnuFile, "mnuFileLine2", "-"};
+  MenuItem mnuFileLogoff{mnuFile, "mnuFileLogoff", "Log &Off "};
+  MenuItem mnuFileExit{mnuFile, "mnuFileExit", "E&xit"};
+
+  MenuItem mnuView{form, "mnuView", "&View"};
+  MenuItem mnuViewInventory{mnuView, "mnuViewInventory", "&Inventory"};
+  MenuItem mnuViewInventoryRooms{mnuViewInventory, "mnuViewInventoryRooms", "Rooms"};
+  MenuItem mnuViewInventoryEquipment{mnuViewInventory, "mnuViewInventoryEquipment", "Equipment"};
+  MenuItem mnuViewInventoryGroups{mnuViewInventory, "mnuViewInventoryGroups", "Equipment Groups"};
+  MenuItem mnuViewInventoryMaintenance{mnuViewInventory, "mnuViewInventoryMaintenance",
+                                       "Equipment Maintenance"};
+  MenuItem mnuViewSchedule{mnuView, "mnuViewSchedule", "&Schedule"};
+  MenuItem mnuViewScheduleCharge{mnuViewSchedule, "mnuViewScheduleCharge", "Charge"};
+  MenuItem mnuViewScheduleDischarge{mnuViewSchedule, "mnuViewScheduleDischarge", "Discharge"};
+  MenuItem mnuViewScheduleQuickDischarge{mnuViewSchedule, "mnuViewScheduleQuickDischarge", "Quick Discharge"};
+  MenuItem mnuViewScheduleDay{mnuViewSchedule, "mnuViewScheduleDay", "Day View"};
+  MenuItem mnuViewScheduleMonth{mnuViewSchedule, "mnuViewScheduleMonth", "Month View"};
+  MenuItem mnuViewScheduleYear{mnuViewSchedule, "mnuViewScheduleYear", "Year View"};
+  MenuItem mnuViewStaff{mnuView, "mnuViewStaff", "&Staff"};
+  MenuItem mnuViewDaemonConflict{mnuView, "mnuViewDaemonConflict", "Conflict Resolution && Warning"};
+  MenuItem mnuViewDaemonDelivery{mnuView, "mnuViewDaemonDelivery", "Delivery and Cleanup Notification"};
+  MenuItem mnuViewDaemonPickup{mnuView, "mnuViewDaemonPickup", "Pickup Slips"};
+  MenuItem mnuViewDaemonRooms{mnuView, "mnuViewDaemonRooms", "Room Schedules"};
+  MenuItem mnuViewDaemonLibRooms{mnuView, "mnuViewDaemonLibRooms", "Library Media Scheduled Rooms"};
+  MenuItem mnuViewDaemonEquipmentPickUpList{mnuView, "mnuViewDaemonEquipmentPickUpList",
+                                            "Equipment Pick List"};
+  MenuItem mnuViewDaemonItemPickUpList{mnuView, "mnuViewDaemonItemPickUpList", "Item Pick List"};
+  MenuItem mnuViewLine1{mnuView, "mnuViewLine1", "-"};
+  MenuItem mnuViewMergeCells{mnuView, "mnuViewMergeCells", "&Merge Cells"};
+
+  MenuItem mnuTools{form, "mnuTools", "&Tools"};
+  MenuItem mnuToolsSearch{mnuTools, "mnuToolsSearch", "&Search"};
+  MenuItem mnuToolsOptions{mnuTools, "mnuToolsOptions", "&Options..."};
+  MenuItem mnuToolsDefaults{mnuTools, "mnuToolsDefaults", "Session &Defaults..."};
+
+  MenuItem mnuMode{form, "mnuMode", "&Mode"};
+  MenuItem mnuModeStandard{mnuMode, "mnuModeStandard", "&Standard"};
+  MenuItem mnuModeDaemon{mnuMode, "mnuModeDaemon", "Schedule &Monitor"};
+
+  MenuItem mnuHelp{form, "mnuHelp", "&Help"};
+  MenuItem mnuHelpTopics{mnuHelp, "mnuHelpTopics", "&Help Topics"};
+  MenuItem mnuHelpWeb{mnuHelp, "mnuHelpWeb", "&Tolmark on the Web"};
+  MenuItem mnuHelpWebSite0{mnuHelpWeb, "mnuHelpWebSite(0)", "Tolmark &Home Page"};
+  MenuItem mnuHelpWebSite1{mnuHelpWeb, "mnuHelpWebSite(1)", "Corvane &Support Web"};
+  MenuItem mnuHelpAbout{mnuHelp, "mnuHelpAbout", "&About Vantry..."};
+
+  // Popup menus: hidden from the bar.
+  MenuItem mnuPopupTools{form, "mnuPopupTools", "Popup Tools"};
+  MenuItem mnuPopupGroup{form, "mnuPopupGroup", "Popup Group"};
+  MenuItem mnuPopupMember{form, "mnuPopupMember", "Popup Member"};
+  MenuItem mnuPopupScheduler{form, "mnuPopupScheduler", "Popup Scheduler"};
+
+  MenuItem mnuPopupNewBooking{form, "mnuPopupNewBooking", "Popup New Booking"};
+  MenuItem mnuPopupNewBookingFreeform{mnuPopupNewBooking, "mnuPopupNewBookingFreeform", "&Free form"};
+  MenuItem mnuPopupNewBookingWizard{mnuPopupNewBooking, "mnuPopupNewBookingWizard", "&Wizard"};
+  MenuItem mnuPopupNewBookingPickup{mnuPopupNewBooking, "mnuPopupNewBookingPickup", "&Pick-Up"};
+
+  MenuItem mnuPopupBookings{form, "mnuPopupBookings", "Popup Bookings"};
+  MenuItem mnuPopupBookingsNew{mnuPopupBookings, "mnuPopupBookingsNew", "New"};
+  MenuItem mnuPopupBookingsEdit{mnuPopupBookings, "mnuPopupBookingsEdit", "Edit"};
+  MenuItem mnuPopupBookingsDelete{mnuPopupBookings, "mnuPopupBookingsDelete", "Delete"};
+  MenuItem mnuPopupBookingsCancel{mnuPopupBookings, "mnuPopupBookingsCancel", "Cancel"};
+  MenuItem mnuPopupBookingsCharge{mnuPopupBookings, "mnuPopupBookingsCharge", "Charge"};
+  MenuItem mnuPopupBookingsDischarge{mnuPopupBookings, "mnuPopupBookingsDischarge", "Discharge..."};
+  MenuItem mnuPopupBookingsLine{mnuPopupBookings, "mnuPopupBookingsLine", "-"};
+  MenuItem mnuPopupBookingsSort{mnuPopupBookings, "mnuPopupBookingsSort", "Sort"};
+  MenuItem mnuPopupBookingSortAsc{mnuPopupBookingsSort, "mnuPopupBookingSortAsc", "Ascending"};
+  MenuItem mnuPopupBookingSortDesc{mnuPopupBookingsSort, "mnuPopupBookingSortDesc", "Descending"};
+  MenuItem mnuPopupBookingsPrint{mnuPopupBookings, "mnuPopupBookingsPrint", "Print"};
+  MenuItem mnuPopupBookingsPrintDetail{mnuPopupBookingsPrint, "mnuPopupBookingsPrintDetail",
+                                       "Item Detail (selected)"};
+  MenuItem mnuPopupBookingsPrintDetailAll{mnuPopupBookingsPrint, "mnuPopupBookingsPrintDetailAll",
+                                          "Item Details (all)"};
+  MenuItem mnuPopupBookingsPrintListing{mnuPopupBookingsPrint, "mnuPopupBookingsPrintListing",
+                                        "Summary Listing"};
+};
+
+}  // namespace vantry

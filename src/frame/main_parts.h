@@ -1,0 +1,32 @@
+#pragma once
+
+#include "frame/app.h"
+#include "frame/main_menus.h"
+#include "platform/bars.h"
+#include "platform/fields.h"
+
+namespace vantry {
+
+/// What the views of the main window share: its menus, its status bar and the hidden controls through which
+/// server dates become texts.
+struct MainParts {
+  App& app;
+  Form& form;
+  MainMenus& menus;
+  StatusBar& StatusBar1;
+  DateField& dtServerDate;
+  TimeField& txtServerTime;
+  DateField& dtTempDate;
+
+  /// Shows a text in the second status panel at once.
+  void showMessage(std::string_view text) const {
+    StatusBar1.Panels(2).Text = std::string(text);
+    StatusBar1.Refresh();
+  }
+  /// The running count of a walk over a reply.
+  void showProgress(int number, int total) const {
+    showMessage(std::to_string(number) + " of " + std::to_string(total) + " record(s) processed");
+  }
+};
+
+}  // namespace vantry

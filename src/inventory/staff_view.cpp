@@ -1,0 +1,42 @@
+#include "inventory/staff_view.h"
+
+#include "frame/modMain.h"
+
+namespace vantry {
+
+StaffView::StaffView(const MainParts& parts, Frame& frame) : faStaff(frame, "faStaff"), parts_(parts) {
+  frame.Layout = Column{faStaff};
+}
+
+void StaffView::BuildStaffFlexArray() {
+  faStaff.Rows = 1;
+  faStaff.FormatString = "ID?|<Staff Name|<Active?|<Active Bookings";
+  faStaff.ColWidth(0, 0);
+  faStaff.ColWidth(1, 3600);
+}
+
+void StaffView::refill() {
+  App& app = parts_.app;
+  app.global.BusyAllForms();
+  faStaff.Redraw = false;
+  faStaff.Rows = 1;
+  const int rc = app.message.Send("GETOPS");
+  if (rc != 0) {
+    faStaff.Redraw = true;
+    app.global.ReadyAllForms();
+    app.global.ReportRequestError(rc, "GETOPS", parts_.form.Name());
+    return;
+  }
+  faStaff.Rows = app.message.Count("PID") + 1;
+  for (int row = 1; app.message.NextRecord("PID"); ++row) {
+    faStaff.TextMatrix(row, 0, app.message.Get("PID"));
+    faStaff.TextMatrix(row, 1, app.message.Get("PATNM"));
+    faStaff.TextMatrix(row, 2, app.message.Get("PSTS") == "Y" ? "Y" : "N");
+    faStaff.TextMatrix(row, 3, app.message.Get("BCNT"));
+  }
+  SetGridAutoSize(app, faStaff);
+  faStaff.Redraw = true;
+  app.global.ReadyAllForms();
+}
+
+}  // namespace vantry

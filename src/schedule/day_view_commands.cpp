@@ -1,0 +1,175 @@
+// The commands of the day view on the selected booking.
+#include <span>
+
+#include "frame/modMain.h"
+#include "platform/text.h"
+#include "schedule/day_view.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+void DayView::dtViewBookings_Change() {
+  raise(UpdateCalendars);
+  GetBookingsForDate();
+  parts_.dtTempDate.Value = dtViewBookings.Value;
+}
+
+void DayView::cmdToday_Click() {
+  const Date today = parts_.app.clock.now().date;
+  if (dtViewBookings.Value.get() == today) {
+    dtViewBookings_Change();  // the list is read again
+    return;
+  }
+  dtViewBookings.Value = today;  // the change does the work
+  parts_.dtTempDate.Value = today;
+}
+
+void DayView::cmdNewBooking_Click() {
+  switch (parts_.app.preferences.NewBooking) {
+    case 0:
+      parts_.app.desktop.popupMenu(parts_.menus.mnuPopupNewBooking, &cmdNewBooking);
+      break;
+    case 1:
+      raise(newFreeForm);
+      break;
+    case 2:
+      raise(newByWizard);
+      break;
+    case 3:
+      raise(newPickUp);
+      break;
+    default:
+      break;
+  }
+}
+
+void DayView::faDayBookings_Click() {
+  if (!faDayBookings.hasData()) return;
+  MainMenus& m = parts_.menus;
+  for (MenuItem* entry : {&m.mnuPopupBookingsPrint, &m.mnuFilePrintListing, &m.mnuFilePrintDetailAll})
+    entry->Enabled = true;
+  const int row = faDayBookings.Row;
+  if (row < faDayBookings.FixedRows) return;
+  for (MenuItem* entry :
+       {&m.mnuFilePrintDetail, &m.mnuPopupBookingsPrintListing, &m.mnuPopupBookingsPrintDetailAll,
+        &m.mnuPopupBookingsPrintDetail, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsSort})
+    entry->Enabled = true;
+  cmdPrintDayView.Enabled = true;
+  cmdEditBooking.Enabled = true;
+  allowByStatus(selectedStatus());
+  parts_.app.slots.source = kSourceMainWindow;
+  selectedId_ = faDayBookings.TextMatrix(row, faDayBookings.columnOfData(0));
+}
+
+int DayView::selectedStatus() const {
+  return intOf(faDayBookings.TextMatrix(faDayBookings.Row, faDayBookings.columnOfData(1)));
+}
+
+void DayView::allowByStatus(int status) {
+  const Rights& rights = parts_.app.context.rights;
+  const bool ended = status >= 1 && status <= 4;
+  const bool out = status == 99 || status == 999;
+  // Delete has no right of its own: the cancel right governs both.
+  const bool mayDelete = !out && rights.has(Right::BKCAN);
+  const bool mayCancel = !out && !ended && rights.has(Right::BKCAN);
+  const bool mayCharge = !out && !ended && rights.has(Right::BKCHA);
+  MainMenus& m = parts_.menus;
+  cmdDeleteBooking.Enabled = mayDelete;
+  m.mnuPopupBookingsDelete.Enabled = mayDelete;
+  cmdCancelBooking.Enabled = mayCancel;
+  m.mnuPopupBookingsCancel.Enabled = mayCancel;
+  cmdChargeDayView.Enabled = mayCharge;
+  m.mnuPopupBookingsCharge.Enabled = mayCharge;
+  cmdDischargeDayView.Enabled = out;
+  m.mnuPopupBookingsDischarge.Enabled = out;
+}
+
+void DayView::faDayBookings_DblClick() {
+  if (faDayBookings.MouseRow < faDayBookings.FixedRows || faDayBookings.Row < faDayBookings.FixedRows) return;
+  cmdEditBooking_Click();
+}
+
+void DayView::faDayBookings_RightClick() {
+  MainMenus& m = parts_.menus;
+  for (MenuItem* entry : {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete,
+                          &m.mnuPopupBookingsCancel, &m.mnuPopupBookingsLine, &m.mnuPopupBookingsPrint})
+    entry->Visible = true;
+  parts_.app.desktop.popupMenu(m.mnuPopupBookings, nullptr);
+}
+
+void DayView::cmdEditBooking_Click() {
+  parts_.app.slots.source = kSourceMainWindow;
+  OpenRecordWindow(parts_.app, kBooking, selectedId_);
+}
+
+/// A return code that a command words by itself.
+struct OwnWords {
+  int rc;
+  std::string_view warning;
+};
+
+/// A command that does away with the selected booking: the question, the request that asks whether it may be,
+/// the request that does it.
+struct DayView::Removal {
+  std::string_view question;
+  std::string_view check;
+  std::string_view code;
+  std::string_view checkForm;  ///< the form that a failed check is reported for; empty: this window
+  std::span<const OwnWords> ownWords;
+};
+
+int DayView::sendForSelected(std::string_view code) {
+  parts_.app.message.Add(tags::BOOKID, selectedId_);
+  return parts_.app.message.Send(code);
+}
+
+void DayView::removeSelected(const Removal& removal) {
+  App& app = parts_.app;
+  if (!questionBox(app.desktop, std::string(removal.question))) return;
+  app.global.BusyAllForms();
+  int rc = sendForSelected(removal.check);
+  if (rc != 0) {
+    app.global.ReadyAllForms();
+    for (const OwnWords& words : removal.ownWords) {
+      if (words.rc == rc) return warningBox(app.desktop, std::string(words.warning));
+    }
+    const std::string_view form = removal.checkForm.empty() ? parts_.form.Name() : removal.checkForm;
+    return app.global.ReportRequestError(rc, removal.check, form);
+  }
+  rc = sendForSelected(removal.code);
+  app.global.ReadyAllForms();
+  if (rc != 0) return app.global.ReportRequestError(rc, removal.code, parts_.form.Name());
+  GetBookingsForDate();
+}
+
+void DayView::cmdDeleteBooking_Click() {
+  static constexpr OwnWords ownWords[] = {{106, "Booking in progress.  Cannot delete!"}};
+  // A failed check is reported for the booking editor's window; this is deliberate.
+  removeSelected(
+      {"Are you sure you wish to delete the selected booking?", "VALDELBK", "DELBK", "frmBooking", ownWords});
+}
+
+void DayView::cmdCancelBooking_Click() {
+  static constexpr OwnWords ownWords[] = {{114, "Booking not eligible for cancellation.  Equipment charged."},
+                                          {115, "Booking not eligible for cancellation.  Item charged."}};
+  removeSelected({"Are you sure you wish to cancel the selected booking?", "VERCAN", "CANBK", "", ownWords});
+}
+
+void DayView::cmdChargeDayView_Click() {
+  parts_.app.slots.ids[kBooking] = selectedId_;
+  parts_.app.makers.run("ChargeBookingMain", parts_.app);
+  const int status = selectedStatus();
+  if (status == 99 || status == 999) faDayBookings_Click();
+}
+
+void DayView::cmdDischargeDayView_Click() {
+  parts_.app.slots.ids[kBooking] = selectedId_;
+  parts_.app.makers.run("DischargeBookingMain", parts_.app);
+  if (selectedStatus() == 1) faDayBookings_Click();
+}
+
+void DayView::cmdPrintDayView_Click() {
+  raise(printListing);
+}
+
+}  // namespace vantry

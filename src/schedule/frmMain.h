@@ -1,0 +1,132 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+#include <vector>
+
+#include "frame/main_parts.h"
+#include "inventory/staff_view.h"
+#include "platform/tree.h"
+#include "schedule/day_view.h"
+#include "schedule/main_views.h"
+
+namespace vantry {
+
+/// The main window: holds every list of the program as a frame, of which one shows at a time, and composes the
+/// views, each a class of its own.
+class frmMain : public Form, public MainWindow {
+ public:
+  explicit frmMain(App& app);
+
+  // Form
+  void Form_Load() override;
+  bool Form_Unload() override;
+  void Form_Terminate();
+
+  // MainWindow
+  Form& form() override { return *this; }
+  void Abort() override { Unload(); }
+  void placeFrames() override;
+  void showStatus(int panel, std::string_view text) override;
+  void showOperator(std::string_view operatorId) override;
+  void mnuModeStandard_Click() override;
+  void mnuModeDaemon_Click() override;
+  void refillStaff() override { staffView.refill(); }
+  void BuildMainTrees() override {}  // the trees stand with the inventory views
+  void applyPreferences(Applies what) override;
+  void GetBookingsForDate() override { dayView.GetBookingsForDate(); }
+
+  void HideFrames();
+  void SetFormSecurity(int kind);
+  void DisplayStandardDefaultView();
+  void DisplayDaemonDefaultView();
+  void StartStopTimer(bool start);
+  void barMain_ComboSelChange();
+  /// The one way into a view.
+  void showView(ViewId id);
+  void mnuViewScheduleDay_Click() { showView(ViewId::Day); }
+  void mnuViewMergeCells_Click();
+  void mnuView_Click();
+  void mnuFileLogoff_Click();
+  void mnuFileExit_Click();
+  void mnuFileNewBooking_Click();
+  void mnuFileNewBookingWiz_Click();
+  void mnuFileNewPickup_Click();
+  void mnuFilePrintListing_Click();
+  void mnuToolsOptions_Click();
+  void mnuToolsSearch_Click();
+  void mnuPopupBookingSortAsc_Click();
+  void mnuPopupBookingSortDesc_Click();
+
+  /// The view whose frame shows, or nullptr.
+  const ViewRow* visibleView() const;
+  Frame& frameOf(const ViewRow& view);
+
+  MainMenus menus{*this};
+  ToolBar barMain{*this, "barMain"};
+  ComboBox abView{*this, "abView"};
+  ListBar albStandard{*this, "albStandard"};
+  ListBar albDaemon{*this, "albDaemon"};
+  Label lblView{*this, "lblView"};
+  ControlArray<Frame> fraMain{"fraMain", 1};
+  ControlArray<Frame> fraView{"fraView", 1};
+  ControlArray<Frame> fraDaemon{"fraDaemon", 1};
+  ControlArray<Frame> fraStaff{"fraStaff", 1};
+  StatusBar StatusBar1{*this, "StatusBar1"};
+  DateField dtServerDate{*this, "dtServerDate"};
+  TimeField txtServerTime{*this, "txtServerTime"};
+  DateField dtTempDate{*this, "dtTempDate"};
+  Timer tmrDaemon{*this, "tmrDaemon"};
+  Label lblMultipleBookingsColor{*this, "lblMultipleBookingsColor", "Multiple bookings"};
+  Label lblSingleBookingColor{*this, "lblSingleBookingColor", "Single booking"};
+
+ private:
+  void makeFrames();
+  MainParts parts();
+
+ public:
+  // The views, and the controls of views to come that the start-up fills.
+  DayView dayView;
+  StaffView staffView;
+  LegendLabels legendDelivery;
+  ComboBox cboChargeSearch;
+  ComboBox cboDischargeSearch;
+  ComboBox cboQuickDischargeType;
+  Tree tvwCDetails;
+  Tree tvwDDetails;
+
+  /// Set for the booking editor: the booking that it opens is a pick-up.
+  bool newPickup = false;
+  /// For StartStopTimer's clock: ticks of the timer until the next refresh.
+  int ticksToRefresh = 0;
+
+ private:
+  void buildToolBar();
+  void buildListBars();
+  void connectMenus();
+  void connectViews();
+  void connectTools();
+  void takeColours();
+  void fillSearchLists();
+  void disablePrintEntries();
+  void adjustViewEntries();
+  void fillViewCombo(Mode mode);
+  void runNewRecord();
+  void openNewBooking(int kind);
+  void secureWholeBar();
+  void secureNewRecords();
+  void secureInventory(int kind);
+  void secureBookings();
+  void closeWorkingWindows();
+  /// Tells which windows still stand; false when none but this one does.
+  bool tellOpenWindows(std::string_view sentence);
+  Grid* visibleBookingGrid();
+
+  App& app_;
+  bool firstTime_ = true;  ///< until the first standard mode after a login
+  std::vector<ViewId> comboViews_;
+  std::array<std::vector<int>, 4> columnSettings_;
+  const ViewRow* currentView_ = nullptr;
+};
+
+}  // namespace vantry

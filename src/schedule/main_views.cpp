@@ -1,0 +1,69 @@
+#include "schedule/main_views.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace vantry {
+
+using M = MainMenus;
+using enum FrameArray;
+
+static constexpr std::string_view kSchedule = " Booking Schedule - ";
+static constexpr std::string_view kMonitor = " Schedule Monitor - ";
+
+// clang-format off
+static constexpr ViewRow kViews[] = {
+    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::RoomRights, kKindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms"},
+    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::EquipmentRights, kKindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment"},
+    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::EquipmentRights, kKindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups"},
+    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::MaintenanceRights, kKindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance"},
+    {ViewId::Charge, 13, View, 4, Mode::Standard, ViewNeeds::Charge, 13, &M::mnuViewScheduleCharge, "charge", "Schedule - Charge", kSchedule},
+    {ViewId::Discharge, 14, View, 5, Mode::Standard, ViewNeeds::Discharge, 14, &M::mnuViewScheduleDischarge, "discharge", "Schedule - Discharge", kSchedule},
+    {ViewId::QuickDischarge, kNoNumber, View, 6, Mode::Standard, ViewNeeds::Discharge, 15, &M::mnuViewScheduleQuickDischarge, "quick-discharge", "Schedule - Quick Discharge", kSchedule},
+    {ViewId::Day, 0, View, 1, Mode::Standard, ViewNeeds::Nothing, kKindBookings, &M::mnuViewScheduleDay, "day", "Schedule - Day View", kSchedule},
+    {ViewId::Month, 1, View, 2, Mode::Standard, ViewNeeds::Nothing, 10, &M::mnuViewScheduleMonth, "month", "Schedule - Month View", kSchedule},
+    {ViewId::Year, 2, View, 3, Mode::Standard, ViewNeeds::Nothing, 11, &M::mnuViewScheduleYear, "year", "Schedule - Year View", kSchedule},
+    {ViewId::Staff, 7, Staff, 1, Mode::Standard, ViewNeeds::Nothing, 12, &M::mnuViewStaff, "staff", "Staff", "= Staff"},
+    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor},
+    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor},
+    {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor},
+    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor},
+    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor},
+    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor},
+    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor},
+};
+// clang-format on
+
+std::span<const ViewRow> viewTable() { return kViews; }
+
+const ViewRow& viewOf(ViewId id) { return kViews[static_cast<std::size_t>(id)]; }
+
+const ViewRow* viewOfNumber(int number) {
+  if (number == kNoNumber) return nullptr;
+  const auto found =
+      std::find_if(std::begin(kViews), std::end(kViews), [&](const ViewRow& v) { return v.number == number; });
+  return found == std::end(kViews) ? nullptr : &*found;
+}
+
+bool maySee(const Rights& rights, const ViewRow& view) {
+  switch (view.needs) {
+    case ViewNeeds::Nothing: return true;
+    case ViewNeeds::EquipmentRights: return mayReach(rights, Subject::Equipment);
+    case ViewNeeds::MaintenanceRights: return mayReach(rights, Subject::Maintenance);
+    case ViewNeeds::RoomRights: return mayReach(rights, Subject::Rooms);
+    case ViewNeeds::Charge: return rights.has(Right::BKCHA);
+    case ViewNeeds::Discharge: return rights.has(Right::BKDIS);
+  }
+  throw std::logic_error("a view without a rule");
+}
+
+std::string plainCaption(std::string_view caption) {
+  std::string text;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&' && ++i == caption.size()) break;  // "&&" stands for one "&"
+    text += caption[i];
+  }
+  return text;
+}
+
+}  // namespace vantry

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "frame/app.h"
+#include "frame/main_menus.h"
+
+namespace vantry {
+
+/// The views of the main window. Each has one row in the table that drives its frame, menu entry, list bar entry,
+/// place in the view combo and heading.
+enum class ViewId {
+  Rooms,
+  Equipment,
+  Groups,
+  Maintenance,
+  Charge,
+  Discharge,
+  QuickDischarge,
+  Day,
+  Month,
+  Year,
+  Staff,
+  Conflict,
+  Delivery,
+  Pickup,
+  RoomSchedules,
+  LibRooms,
+  EquipmentList,
+  ItemList
+};
+
+/// The arrays of frames, of which one frame shows at a time.
+enum class FrameArray { Main, View, Daemon, Staff };
+
+/// What an operator needs to see a view.
+enum class ViewNeeds { Nothing, EquipmentRights, MaintenanceRights, RoomRights, Charge, Discharge };
+
+/// A view without a number cannot be the first one, and is not remembered as the last.
+inline constexpr int kNoNumber = -1;
+
+struct ViewRow {
+  ViewId id;
+  int number;  ///< as preferences and the settings file keep it
+  FrameArray array;
+  int frame;  ///< index in its array
+  Mode mode;
+  ViewNeeds needs;
+  int kind;  ///< the heading's tag: what the list on the screen is, for reports and commands
+  MenuItem MainMenus::*menu;
+  std::string_view picture;
+  std::string_view comboText;
+  std::string_view heading;  ///< what stands before the menu entry's caption; with "=" the whole heading
+};
+
+/// In the order of the view combo.
+[[nodiscard]] std::span<const ViewRow> viewTable();
+[[nodiscard]] const ViewRow& viewOf(ViewId id);
+/// The row of a view number, or nullptr.
+[[nodiscard]] const ViewRow* viewOfNumber(int number);
+
+[[nodiscard]] bool maySee(const Rights& rights, const ViewRow& view);
+
+/// The kinds that `SetFormSecurity` knows beside the inventory's own indexes.
+inline constexpr int kKindEquipment = 0;
+inline constexpr int kKindGroups = 1;
+inline constexpr int kKindRooms = 2;
+inline constexpr int kKindMaintenance = 3;
+inline constexpr int kKindWholeBar = 5;
+inline constexpr int kKindBookings = 9;
+
+/// A menu caption as plain text, without its mnemonic.
+[[nodiscard]] std::string plainCaption(std::string_view caption);
+
+}  // namespace vantry
