@@ -3,12 +3,11 @@
 // Bookings: reading and writing them, the checks of policy, and what the editor and the wizard look up.
 //
 // Parts that return in many patterns:
-//   the place    (RID | LOC)?                  room, or else location of a pick-up or of a generic room
-//   the times    (STIME ETIME)+                one pair per booking; calendars also take days of the week
-//   the media    (MTID BI MI IM)*              one group per row
-//   the equipment (EID EQIR?)* (ETI IFL)*      pieces and groups, then generic types; where pieces that stand
-//   in
-//                                              the room do not count, without EQIR
+//   the place      (RID | LOC)?                     the room, or the location of a pick-up or a generic room
+//   the times      (STIME ETIME)+                   a pair per booking; calendars also take days of the week
+//   the media      (MTID BI MI IM)*                 a group per row
+//   the equipment  (EID EQIR?)* (ETI IFL)*          pieces and groups, then generic types
+//                  EID* (ETI IFL)*                  the same without what stands in the room
 // Refusals that conflict with other bookings add records to be walked by CNUM.
 
 namespace vantry {
@@ -20,8 +19,7 @@ constexpr RequestRow kRequests[] = {
     // Reading
     {"GETMSD", "BOOKID",
      "BTID ADBK PATNM PGNM PPATNM PID PPID PGID WIZ UTIME CTIME CNUM BKRES SCHCOM CNM UNM CLN ULN CDT UDT "
-     "STIME "
-     "ETIME ODE OPU",
+     "STIME ETIME ODE OPU",
      "", "", kBookings, kReads, "head of a booking"},
     {"GETSRM", "BOOKID", "RID LOC RCOP RCA RTI RNM RTY", "", "", kBookings, kReads,
      "place of a booking: its room, pick-up location or generic room"},
@@ -40,8 +38,7 @@ constexpr RequestRow kRequests[] = {
      "(MTID BI MI IM)* SCHCOM ODE OPU WIZ UTIME CTIME",
      "", "BOOKID CNM LNA CDT CNUM", "BOOKID", "BKADD", kWrites,
      "makes one booking per pair of times; 137: done, equipment of the room satisfies a generic type; 181: "
-     "the "
-     "times overlap"},
+     "the times overlap"},
     {"UPDBK",
      "BOOKID (STIME ETIME)+ PID PGID PPID ADBK (RID | LOC | RCOP RCA LOC RTI) BTID (EID EQIR?)* (ETI IFL)* "
      "(MTID BI MI IM)* SCHCOM ODE OPU WIZ UTIME CTIME",
@@ -53,8 +50,7 @@ constexpr RequestRow kRequests[] = {
     {"CRMTM", "PGID ADBK (STIME SDOW ETIME EDOW)+ RID", "", "VUF STIME ETIME DATE BKINT BKPER", "VUF",
      kMakeBookings, kReads,
      "whether a room that the library schedules can be had at the times; 167: against the calendar; 185: "
-     "against "
-     "its policy"},
+     "against its policy"},
     {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE", "VUF", kMakeBookings, kReads,
      "whether pick-ups can be made at the times; 167: against the calendar"},
     {"VALDLO", "RID PGID (MTID BI MI IM)* (EID EQIR?)* (ETI IFL)*", "", "VD1 VD2", "VD1", kMakeBookings,
@@ -95,9 +91,8 @@ constexpr RequestRow kRequests[] = {
     {"PATPRIV", "PGID PID", "ICNT ECNT PVALD BKM BCNT", "", "", kBookings, kReads,
      "privileges of a requester; 144: expired"},
     {"VALRP", "PID PGID? PUP", "VUF VD1 VD2", "", "", kMakeBookings, kReads,
-     "whether a patron may book or pick up; 108: barcode not active; 109: held mail; 110: over a limit, told "
-     "by "
-     "VUF and VD1, VD2; 118, 119: too much equipment, too many items; 144: expired"},
+     "whether a patron may book or pick up; 108: barcode not active; 109: held mail; 110: over a limit, "
+     "told by VUF and VD1, VD2; 118, 119: too much equipment, too many items; 144: expired"},
     {"GPBAR", "PID", "", "BNO BST PGNM PGID", "BNO", kBookings, kReads,
      "barcodes of a patron with their groups"},
 

@@ -10,9 +10,8 @@ using namespace rights;
 constexpr RequestRow kRequests[] = {
     // Records of equipment and groups
     {"GETEDTL", "EID",
-     "ENO BNO EMA EFO EMO ESN STY EQVP EQVR ESU EDP ENM GRPNO GRPID CNM UNM CDT UDT CLN ULN EHB EHM TRNM LNA "
-     "LOC "
-     "RNM RID",
+     "ENO BNO EMA EFO EMO ESN STY EQVP EQVR ESU EDP ENM GRPNO GRPID CNM UNM CDT UDT CLN ULN EHB EHM TRNM "
+     "LNA LOC RNM RID",
      "", "", kEquipment, kReads, "one piece of equipment"},
     {"NEWEQIPD", "BNO ETI ETY ENO EMA EFO EMO ESN EQVP EQVR ESU EDP ENM LOC RID RNM", "EID CLN CDT CNM MVL",
      "", "", "EQADD", kWrites, "makes a piece of equipment"},
@@ -60,9 +59,8 @@ constexpr RequestRow kRequests[] = {
     {"AETGB", "EID GRPID", "", "", "", "EQUPD", kWrites,
      "keeps a piece that left its group in its future bookings"},
     {"ADDREQP", "EID RID ULI?", "", "", "", kEquipmentOrRooms, kWrites,
-     "places a piece or group in a room, which needs EQADD, EQUPD or RMUPD; where it is there already, or is "
-     "new, "
-     "only a question; 174: a pending booking holds it, nothing moves"},
+     "places a piece or group in a room, which needs EQADD, EQUPD or RMUPD; where it is there already, or "
+     "is new, only a question; 174: a pending booking holds it, nothing moves"},
     {"DLTEBFR", "EID", "", "", "", "EBM", kWrites,
      "frees a piece from its pending bookings before a move; 100: a delivery or pick-up needs it"},
     {"GETREQP", "RID BRTY?", "", "EID BNO ENO ETY EIU ESDS", "EID", kRoomsOrBookings, kReads,
@@ -127,8 +125,7 @@ constexpr RequestRow kRequests[] = {
      "makes a maintenance record; the short form comes from the barcode dialog"},
     {"UPDEMAINTD", "MID EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "UDT ULN UNM", "", "", "EQMUPD", kWrites,
      "changes a maintenance record; the detail lines sent replace those stored; the short form leaves the "
-     "rest as "
-     "it is"},
+     "rest as it is"},
     {"REMMAINT", "MID", "", "", "", "EQMDEL", kWrites, "deletes a maintenance record"},
     {"GETMITM", "MSD EID", "", "MID MDYI MDYO ON MTY ETY ENO", "MID", kEquipmentOrMaintenance, kReads,
      "maintenance records of a month, of one piece or, with EID 0, of all"},

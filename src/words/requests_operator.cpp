@@ -12,9 +12,8 @@ constexpr RequestRow kRequests[] = {
      "booking desk locations at which the operator may work"},
     {"SLL", "LOC",
      "EQADD EQDEL EQUPD EQV EQMADD EQMDEL EQMUPD EQMV RMADD RMDEL RMUPD RMV ITADD ITDEL ITUPD ITV PAADD "
-     "PADEL "
-     "PAUPD PAV PACOU BKADD BKUPD BKCAN BKV BKVHI BKCHA BKDIS BKREN OVPAT OVITM OVOTR CHDDA FEADD FEPAY "
-     "FEADJ EBM",
+     "PADEL PAUPD PAV PACOU BKADD BKUPD BKCAN BKV BKVHI BKCHA BKDIS BKREN OVPAT OVITM OVOTR CHDDA FEADD "
+     "FEPAY FEADJ EBM",
      "", "", kEveryone, kReads, "rights of the operator at a location"},
     {"GETLOCS", "", "", "LNA LOC", "LOC", kEveryone, kReads, "all locations"},
     {"OPOV", "(OVPAT | OVITM | OVOTR) OI PW", "", "", "", kEveryone, kWrites,

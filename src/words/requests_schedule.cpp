@@ -18,8 +18,7 @@ constexpr RequestRow kRequests[] = {
     {"GPICCA", "", "", "MCID MCDESC MCCAL", "MCID", kEveryone, kReads, "calendars of pick-ups"},
     {"GCDTL", "MCID",
      "MCID STIME ETIME SOP SHBE SHEE MOP MHBE MHEE TOP THBE THEE WOP WHBE WHEE THOP THHBE THHEE FOP FHBE "
-     "FHEE "
-     "SASOP SAHBE SAHEE",
+     "FHEE SASOP SAHBE SAHEE",
      "", "", kEveryone, kReads, "a calendar: its span and its week"},
     {"GCALEX", "MCID", "", "EXDT EXOP EXOPH EXCLH", "EXDT", kEveryone, kReads,
      "exception days of a calendar"},
@@ -52,8 +51,7 @@ constexpr RequestRow kRequests[] = {
     {"CBK", "BOOKID", "", "EID ETY AENO EIU RNM IM TITL MDSC LO CP EN CH YR RID RNO ENO PMSG CHFA STIME STY",
      "EID IM RID RNO ENO CHFA", "BKCHA", kWrites,
      "charges a booking: records of what was assigned, by EID, IM and RID, and of popup notes, by RNO and "
-     "ENO; "
-     "128: nothing is charged, CHFA tells why"},
+     "ENO; 128: nothing is charged, CHFA tells why"},
     {"BND", "BOOKID", "", "TITL IM ETY BNO ENO EID", "IM EID", "BKDIS", kReads,
      "media and equipment of a booking that are still out"},
     {"GIREFD", "BOOKID", "", "EID", "EID", "BKDIS", kReads,
@@ -69,9 +67,8 @@ constexpr RequestRow kRequests[] = {
 
     // Search and the confirmation. What a category of a search shows depends on the rights to that subject.
     {"FIND", "(SRCHTAG SRCHVAL?)* SRCHFOR SRCHLOC SRCHOP?", "SRCHCNT",
-     "BOOKID STIME ETIME REQ CNUM BTYP DPL ECNT ICNT ETI EID ENO LNA RNM STY EMA EMO ESN GRPNO GRPNA EFO MNC "
-     "RTI "
-     "RID RNO RCA MSD MID MDYI ETY ON PID PFN PMN PLN PSSN PIID PGNM PGID BNO BST BSI",
+     "BOOKID STIME ETIME REQ CNUM BTYP DPL ECNT ICNT ETI EID ENO LNA RNM STY EMA EMO ESN GRPNO GRPNA EFO "
+     "MNC RTI RID RNO RCA MSD MID MDYI ETY ON PID PFN PMN PLN PSSN PIID PGNM PGID BNO BST BSI",
      "BOOKID ETI RTI MSD PID", kEveryone, kReads,
      "the search: bookings walked by BOOKID, equipment and groups by ETI, rooms by RTI, maintenance by MSD, "
      "patrons by PID"},

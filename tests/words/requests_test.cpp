@@ -1,0 +1,142 @@
+#include "words/requests.h"
+
+#include "words/messages.h"
+
+namespace vantry {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::string verdictOn(std::string_view code, std::string_view message) {
+  const RequestRow* row = findRequest(code);
+  return row ? wordsFor(checkMessage(*row, messageOf(message))) : "no such request";
+}
+
+struct Sent {
+  std::string_view code;
+  std::string_view message;
+};
+
+// What the windows send, each in all the ways in which they send it.
+const Sent kSound[] = {
+    {"RLL", "OI=desk"},
+    {"GETLOCS", ""},
+    {"OPOV", "OVITM=Y OI=chief PW=abc"},
+    {"UPDOPS", "PID=1 PID=2 PID=3 PSTS=N"},
+    {"UPAI", "PID=4 LTRE=0 HBK=12 CANBK=1 UNBK="},
+    {"GETGCAT", ""},
+    {"GETGCAT", "RID=3"},
+    {"GETNGRPE", "ETI=1 EID=2"},
+    {"GETNGRPE", "ETI=1 RID=2"},
+    {"GETIBYB", "BARORNO=0 BNO=E-1"},
+    {"GETIBYB", "EPT=2 BARORNO=1 ENO=TV1"},
+    {"ADDREQP", "EID=5 RID=0"},
+    {"ADDREQP", "EID= RID=2 ULI=1"},
+    {"NEWEQIPD",
+     "BNO= ETI=1 ETY=TV ENO=TV1 EMA EFO EMO ESN EQVP=12.50 EQVR=0 ESU EDP=2026-01-02 ENM LOC=1 RID=2 RNM=A"},
+    {"UPDEQIPD", "EID= ETI=1 ETY=TV ENO=TV1 EMA EFO EMO ESN EQVP=12 EQVR=0 ESU EDP ENM LOC=1 RID=2 RNM=A"},
+    {"NEWEGSTS", "EID=1 SID=2 SNO=lost ULI=1"},
+    {"NEWEGSTS", "EID=1 SID=2 ULI=1"},
+    {"GETEGSTS", "MID=1"},
+    {"NEWROOMD", "RTI=1 RTY=Class RNO=101 RNM= LOC=1 RCA=30 RDI=1 RDTL=x RDI=2 RDTL=y"},
+    {"UPDROOMD", "RID=9 RTI=1 RTY=Class RNO=101 RNM= LOC=1 RCA="},
+    {"UPDEMAINTD", "MID=1 EID=2 BNO=x"},
+    {"UPDEMAINTD", "MID=1 EID=2 BNO=x MNO MDI=2026-01-01 MDO ENM MTI=1 MCO=a MTI=2 MCO"},
+    {"GETMITM", "MSD=2026-7-01 EID=0"},
+    {"GETREQP", "RID=1"},
+    {"GETREQP", "RID=1 BRTY=1"},
+    {"CHKUPD", "BOOKID=1 UDT=2026-11-24_09:00:00"},
+    {"NEWBK",
+     "STIME=2026-11-24_09:00:00 ETIME=2026-11-24_10:00:00 STIME=2026-11-25_09:00:00 "
+     "ETIME=2026-11-25_10:00:00 PID=1 "
+     "PGID=2 PPID=0 ADBK=N RCOP=0 RCA=20 LOC=1 RTI=3 BTID=2 EID=4 EQIR=Y EID=5 ETI=6 IFL=Y ETI=7 IFL=N "
+     "MTID=1 BI=2 "
+     "MI=3 IM=0 SCHCOM ODE=0 OPU=0 WIZ=N UTIME=0 CTIME=15"},
+    {"UPDBK",
+     "BOOKID=8 STIME=2026-11-24_09:00:00 ETIME=2026-11-24_10:00:00 PID=0 PGID=0 PPID=0 ADBK=Y LOC=2 BTID=3 "
+     "SCHCOM ODE "
+     "OPU WIZ=N UTIME CTIME"},
+    {"CRMTM", "PGID=1 ADBK=N STIME=2026-11-24_09:00:00 SDOW=3 ETIME=2026-11-24_10:00:00 EDOW=3 RID=4"},
+    {"VALDLO", "RID=1 PGID=2 MTID=1 BI=2 MI=3 IM=4 EID=1 EQIR=Y EID=2 ETI=3 IFL=N"},
+    {"VALPLO", "LOC=1 PGID=2"},
+    {"VALIAVL", "BOOKID=0 PGID=2 STIME=2026-11-24 ETIME=2026-11-24 MTID=1 BI=2 MI=3 IM=4"},
+    {"VALEAVL", "BOOKID=0 LOC=1 PGID=2 STIME=2026-11-24 ETIME=2026-11-24"},
+    {"VITMUSG", "BOOKID=0 MTID=1 PGID=2 RID=1 MI=3 IM=4 STIME=2026-11-24 ETIME=2026-11-24"},
+    {"VEQUSG", "BOOKID=0 ETI=1 PGID=2 STIME=2026-11-24 ETIME=2026-11-24"},
+    {"VALRP", "PID=1 PGID=2 PUP=N"},
+    {"VALRP", "PID=1 PUP=Y"},
+    {"GLSRM", "ADBK=Y PGID=0"},
+    {"GLSRM", "WIZ=Y ADBK=Y"},
+    {"GMIID", "IM=12x"},
+    {"GBHI", "BI=1 MI=0 BI=2 MI=7"},
+    {"GETSEQ", "BOOKID=1 SC=Y"},
+    {"BOOKDAY", "DATE=2026-11-24 HBK=N"},
+    {"BOOKMTH", "DATE=2026-09-01 HBK=Y MNTHS=Y"},
+    {"BOOKMTH", "DATE=2026-09-01 HBK=Y YRS=Y"},
+    {"DELD", "LOC=1 LOC=2 LOC=1 HRS=24"},
+    {"GECN", "LOC=1 DHRS=24 RHRS=8 PHRS="},
+    {"GEPL", "CLI=1 LOC=1 LOC=2 STIME=2026-11-24_00:00:00 ETIME=2026-11-24_23:59:59 OI=desk"},
+    {"SSC", "CNUM=1234?"},
+    {"SSD", "IM=12?"},
+    {"SSD", "CN=QA_76 CNTY=MLC#"},
+    {"SSD", "EQBAR=E-1 QD=Y"},
+    {"DBK", "BOOKID=1"},
+    {"DBK", "BOOKID=1 IM=1 IM=2 EID=3 EID=4 ETIME=2026-11-24_09:00:00"},
+    {"FIND", "SRCHTAG=17 SRCHVAL=P-1 SRCHFOR=6 SRCHLOC=5 SRCHOP="},
+    {"FIND", "SRCHTAG=10 SRCHTAG=22 SRCHVAL=Lee? SRCHTAG=24 SRCHVAL=Ann SRCHFOR=1 SRCHLOC=4 SRCHOP=AND"},
+    {"FIND", "SRCHFOR=0 SRCHLOC=0"},
+};
+
+TEST(CheckMessage, TakesWhatTheWindowsSend) {
+  for (const Sent& row : kSound)
+    EXPECT_EQ(verdictOn(row.code, row.message), "sound") << row.code << " " << row.message;
+}
+
+struct Refused {
+  std::string_view code;
+  std::string_view message;
+  std::string_view verdict;
+};
+
+const Refused kRefused[] = {
+    {"GETLOCS", "LOC=1", "Unexpected LOC"},
+    {"OPOV", "BKADD=Y OI=chief PW=abc", "Unexpected BKADD"},
+    {"DELOPS", "", "Missing PID"},
+    {"BOOKDAY", "DATE=2026-11-24", "Missing HBK"},
+    {"BOOKDAY", "DATE=2026-02-30 HBK=N", "BadValue DATE"},
+    {"BOOKDAY", "DATE=2026-11-24 HBK=3", "BadValue HBK"},
+    {"UPAI", "PID=4 LTRE=0 HBK=Y CANBK=1 UNBK=0", "BadValue HBK"},
+    {"BOOKMTH", "DATE=2026-09-01 HBK=Y MNTHS=Y YRS=Y", "Unexpected YRS"},
+    {"NEWROOMD", "RTI=1 RTY=x RNO=1 RNM LOC=1 RCA=30 RDI=1 RDI=2 RDTL=y", "Unexpected RDI"},
+    {"UPDEMAINTD", "MID=1 EID=2 BNO=x MNO", "Missing MDI"},
+    {"VALEAVL", "BOOKID=0 LOC=1 PGID=2 STIME=2026-11-24 ETIME=2026-11-24 EID=1 EQIR=Y", "Unexpected EQIR"},
+    {"VALRMAVL", "BOOKID=1 STIME=2026-11-24 ETIME=2026-11-24 STIME=2026-11-25 ETIME=2026-11-25 RID=1 PGID=1",
+     "Unexpected STIME"},
+    {"CDELTM", "PGID=1 ADBK=N STIME=2026-11-24 ETIME=2026-11-24", "Missing SDOW"},
+    {"VALPLO", "LOC=1 PGID=2 ETI=1", "Missing IFL"},
+    {"SSC", "IM=1", "Unexpected IM"},
+    {"SSD", "CN=QA76", "Missing CNTY"},
+    {"SSD", "PLN=Lee QD=Y", "Unexpected QD"},
+    {"DBK", "BOOKID=1 EID=1 IM=2", "Unexpected IM"},
+    {"DBK", "BOOKID=1 IM=1 IM=12?", "BadValue IM"},
+    {"DELD", "HRS=24", "Missing LOC"},
+    {"CHKUPD", "BOOKID=one UDT=yesterday", "BadValue BOOKID"},
+    {"FIND", "SRCHVAL=x SRCHFOR=1 SRCHLOC=4", "Unexpected SRCHVAL"},
+};
+
+TEST(CheckMessage, NamesTheTagThatMakesAMessageUnfit) {
+  for (const Refused& row : kRefused) {
+    EXPECT_EQ(verdictOn(row.code, row.message), row.verdict) << row.code << " " << row.message;
+  }
+}
+
+TEST(WordsOf, SplitsAtBlanksOnly) {
+  EXPECT_THAT(wordsOf(""), IsEmpty());
+  EXPECT_THAT(wordsOf("  "), IsEmpty());
+  EXPECT_THAT(wordsOf("A"), ElementsAre("A"));
+  EXPECT_THAT(wordsOf(" A  B-C "), ElementsAre("A", "B-C"));
+}
+
+}  // namespace
+}  // namespace vantry
