@@ -88,7 +88,7 @@ struct Preferences {
 };
 
 /// What of the main window has its values once a row of the table is read.
-enum class Applies { Nothing, Legend, ListBars, Colours, Searches, Catalogue };
+enum class Applies { Nothing, Legend, ListBars, Colours, Searches };
 
 /// One key of the store. Its place in the table is its place in the order of reading.
 struct PreferenceRow {

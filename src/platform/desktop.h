@@ -65,6 +65,7 @@ class Desktop {
   /// The system's short date, in the letters d, M and y: "dd/MM/yyyy".
   virtual std::string shortDateFormat() = 0;
 
+  /// Plays a wave file; a file that does not exist is silence.
   virtual void playSound(std::string_view file) = 0;
   virtual void openBrowser(std::string_view address) = 0;
   /// Opens the help pages at a topic; empty for their start.

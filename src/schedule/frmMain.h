@@ -12,9 +12,23 @@
 
 namespace vantry {
 
-/// The main window: holds every list of the program as a frame, of which one shows at a time, and composes the
-/// views, each a class of its own.
+/// The frames of the views, laid on top of each other.
+struct MainFrames {
+  explicit MainFrames(Form& form);
+  ControlArray<Frame> fraMain{"fraMain", 1};
+  ControlArray<Frame> fraView{"fraView", 1};
+  ControlArray<Frame> fraDaemon{"fraDaemon", 1};
+  ControlArray<Frame> fraStaff{"fraStaff", 1};
+
+  ControlArray<Frame>& array(FrameArray which);
+  Frame& of(const ViewRow& view) { return array(view.array)(view.frame); }
+};
+
+/// The main window: holds every list of the program as a frame, of which one shows at a time, and composes
+/// the views, each a class of its own.
 class frmMain : public Form, public MainWindow {
+  App& app_;
+
  public:
   explicit frmMain(App& app);
 
@@ -60,7 +74,6 @@ class frmMain : public Form, public MainWindow {
 
   /// The view whose frame shows, or nullptr.
   const ViewRow* visibleView() const;
-  Frame& frameOf(const ViewRow& view);
 
   MainMenus menus{*this};
   ToolBar barMain{*this, "barMain"};
@@ -68,10 +81,7 @@ class frmMain : public Form, public MainWindow {
   ListBar albStandard{*this, "albStandard"};
   ListBar albDaemon{*this, "albDaemon"};
   Label lblView{*this, "lblView"};
-  ControlArray<Frame> fraMain{"fraMain", 1};
-  ControlArray<Frame> fraView{"fraView", 1};
-  ControlArray<Frame> fraDaemon{"fraDaemon", 1};
-  ControlArray<Frame> fraStaff{"fraStaff", 1};
+  MainFrames frames{*this};
   StatusBar StatusBar1{*this, "StatusBar1"};
   DateField dtServerDate{*this, "dtServerDate"};
   TimeField txtServerTime{*this, "txtServerTime"};
@@ -80,20 +90,15 @@ class frmMain : public Form, public MainWindow {
   Label lblMultipleBookingsColor{*this, "lblMultipleBookingsColor", "Multiple bookings"};
   Label lblSingleBookingColor{*this, "lblSingleBookingColor", "Single booking"};
 
- private:
-  void makeFrames();
-  MainParts parts();
-
- public:
   // The views, and the controls of views to come that the start-up fills.
-  DayView dayView;
-  StaffView staffView;
-  LegendLabels legendDelivery;
-  ComboBox cboChargeSearch;
-  ComboBox cboDischargeSearch;
-  ComboBox cboQuickDischargeType;
-  Tree tvwCDetails;
-  Tree tvwDDetails;
+  DayView dayView{parts(), frames.fraView(1)};
+  StaffView staffView{parts(), frames.fraStaff(1)};
+  LegendLabels legendDelivery{frames.fraDaemon(2), 1};
+  ComboBox cboChargeSearch{frames.fraView(4), "cboChargeSearch"};
+  ComboBox cboDischargeSearch{frames.fraView(5), "cboDischargeSearch"};
+  ComboBox cboQuickDischargeType{frames.fraView(6), "cboQuickDischargeType"};
+  Tree tvwCDetails{frames.fraView(4), "tvwCDetails"};
+  Tree tvwDDetails{frames.fraView(5), "tvwDDetails"};
 
   /// Set for the booking editor: the booking that it opens is a pick-up.
   bool newPickup = false;
@@ -101,6 +106,8 @@ class frmMain : public Form, public MainWindow {
   int ticksToRefresh = 0;
 
  private:
+  MainParts parts();
+  void arrange();
   void buildToolBar();
   void buildListBars();
   void connectMenus();
@@ -122,7 +129,6 @@ class frmMain : public Form, public MainWindow {
   bool tellOpenWindows(std::string_view sentence);
   Grid* visibleBookingGrid();
 
-  App& app_;
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
   std::array<std::vector<int>, 4> columnSettings_;

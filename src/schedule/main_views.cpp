@@ -34,25 +34,35 @@ static constexpr ViewRow kViews[] = {
 };
 // clang-format on
 
-std::span<const ViewRow> viewTable() { return kViews; }
+std::span<const ViewRow> viewTable() {
+  return kViews;
+}
 
-const ViewRow& viewOf(ViewId id) { return kViews[static_cast<std::size_t>(id)]; }
+const ViewRow& viewOf(ViewId id) {
+  return kViews[static_cast<std::size_t>(id)];
+}
 
 const ViewRow* viewOfNumber(int number) {
   if (number == kNoNumber) return nullptr;
-  const auto found =
-      std::find_if(std::begin(kViews), std::end(kViews), [&](const ViewRow& v) { return v.number == number; });
+  const auto found = std::find_if(std::begin(kViews), std::end(kViews),
+                                  [&](const ViewRow& v) { return v.number == number; });
   return found == std::end(kViews) ? nullptr : &*found;
 }
 
 bool maySee(const Rights& rights, const ViewRow& view) {
   switch (view.needs) {
-    case ViewNeeds::Nothing: return true;
-    case ViewNeeds::EquipmentRights: return mayReach(rights, Subject::Equipment);
-    case ViewNeeds::MaintenanceRights: return mayReach(rights, Subject::Maintenance);
-    case ViewNeeds::RoomRights: return mayReach(rights, Subject::Rooms);
-    case ViewNeeds::Charge: return rights.has(Right::BKCHA);
-    case ViewNeeds::Discharge: return rights.has(Right::BKDIS);
+    case ViewNeeds::Nothing:
+      return true;
+    case ViewNeeds::EquipmentRights:
+      return mayReach(rights, Subject::Equipment);
+    case ViewNeeds::MaintenanceRights:
+      return mayReach(rights, Subject::Maintenance);
+    case ViewNeeds::RoomRights:
+      return mayReach(rights, Subject::Rooms);
+    case ViewNeeds::Charge:
+      return rights.has(Right::BKCHA);
+    case ViewNeeds::Discharge:
+      return rights.has(Right::BKDIS);
   }
   throw std::logic_error("a view without a rule");
 }

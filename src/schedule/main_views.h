@@ -9,8 +9,8 @@
 
 namespace vantry {
 
-/// The views of the main window. Each has one row in the table that drives its frame, menu entry, list bar entry,
-/// place in the view combo and heading.
+/// The views of the main window. Each has one row in the table that drives its frame, menu entry, list bar
+/// entry, place in the view combo and heading.
 enum class ViewId {
   Rooms,
   Equipment,

@@ -1,0 +1,200 @@
+#include "schedule/frmMain.h"
+
+#include "frame/booking_sort.h"
+#include "frame/modMain.h"
+#include "platform/text.h"
+
+namespace vantry {
+
+/// The timer of the Schedule Monitor is only the clock of its test: it ticks once a second.
+static constexpr int kTickMilliseconds = 1000;
+
+MainFrames::MainFrames(Form& form) {
+  for (int i = 1; i <= 4; ++i) fraMain.add(form);
+  for (int i = 1; i <= 6; ++i) fraView.add(form);
+  for (int i = 1; i <= 7; ++i) fraDaemon.add(form);
+  fraStaff.add(form);
+}
+
+ControlArray<Frame>& MainFrames::array(FrameArray which) {
+  switch (which) {
+    case FrameArray::Main:
+      return fraMain;
+    case FrameArray::View:
+      return fraView;
+    case FrameArray::Daemon:
+      return fraDaemon;
+    case FrameArray::Staff:
+      break;
+  }
+  return fraStaff;
+}
+
+frmMain::frmMain(App& app) : Form(app.windows, "frmMain"), app_(app) {
+  Caption = "Vantry";
+  Icon = "vantry";
+  lblView.Heading = true;
+  StatusBar1.Panels(3).style = Panel::Style::Date;
+  StatusBar1.Panels(4).style = Panel::Style::Time;
+  StatusBar1.Panels(5).style = Panel::Style::Picture;
+  StatusBar1.Panels(5).Picture = "lock";
+  StatusBar1.Panels(5).Visible = false;
+  // What serves the views without being seen, or waits for its view to be built.
+  for (Control* control : std::initializer_list<Control*>{
+           &dtServerDate, &txtServerTime, &dtTempDate, &lblMultipleBookingsColor, &lblSingleBookingColor,
+           &cboChargeSearch, &cboDischargeSearch, &cboQuickDischargeType, &tvwCDetails, &tvwDDetails,
+           &legendDelivery.lblCharged, &legendDelivery.lblComplete, &legendDelivery.lblCanceled,
+           &legendDelivery.lblUnclaimed, &legendDelivery.lblOverdue})
+    control->Visible = false;
+  dtTempDate.Value = app.clock.now().date;
+  tmrDaemon.Interval = kTickMilliseconds;
+  buildToolBar();
+  connectMenus();
+  connectTools();
+  connectViews();
+  arrange();
+}
+
+MainParts frmMain::parts() {
+  return {app_, *this, menus, StatusBar1, dtServerDate, txtServerTime, dtTempDate};
+}
+
+void frmMain::Form_Load() {
+  firstTime_ = true;
+  app_.tools.PrepareForm(*this);
+  HideFrames();
+  for (auto& settings : columnSettings_) settings.clear();
+  for (MenuItem* popup : {&menus.mnuPopupTools, &menus.mnuPopupGroup, &menus.mnuPopupMember,
+                          &menus.mnuPopupNewBooking, &menus.mnuPopupScheduler, &menus.mnuPopupBookings})
+    popup->Visible = false;
+  dayView.BuildBookingFlexArray();
+  staffView.BuildStaffFlexArray();
+  tvwCDetails.Pictures = {"folder-closed", "folder-open"};
+  tvwDDetails.Pictures = {"folder-closed", "folder-open"};
+  lblView.BackColor = albStandard.BackColor;
+  menus.mnuHelpWebSite1.Caption = app_.supportCaption;
+  albDaemon.Visible = false;
+  albStandard.Visible = app_.preferences.Position != 2;
+  fillSearchLists();
+  if (app_.session.IsIndicatorShown()) StatusBar1.Panels(5).Visible = true;
+}
+
+void frmMain::HideFrames() {
+  for (const ViewRow& view : viewTable()) {
+    Frame& frame = frames.of(view);
+    frame.Visible = false;
+    frame.BorderStyle = 0;
+    frame.Caption = "";
+  }
+}
+
+void frmMain::placeFrames() {
+  arrange();
+}
+
+void frmMain::showStatus(int panel, std::string_view text) {
+  StatusBar1.Panels(panel).Text = std::string(text);
+  StatusBar1.Refresh();
+}
+
+void frmMain::showOperator(std::string_view operatorId) {
+  menus.mnuFileLogoff.Caption = "Log &Off " + std::string(operatorId);
+}
+
+void frmMain::fillSearchLists() {
+  const auto fill = [](ComboBox& combo, std::initializer_list<const char*> texts) {
+    combo.Clear();
+    for (const char* text : texts) combo.AddItem(text);
+  };
+  fill(cboChargeSearch,
+       {"Requester Barcode", "Pickup Patron Barcode", "Confirmation Number", "Patron Last Name"});
+  fill(cboDischargeSearch,
+       {"Requester Barcode", "Pickup Patron Barcode", "Confirmation Number", "Media Barcode",
+        "Equipment Barcode", "Patron Last Name", "Item ID", "Equipment Number"});
+  // The kinds of call numbers carry the numbers by which the server's catalogue knows them.
+  for (const auto& [text, number] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"Library of Congress Call Number", "0"},
+           {"Dewey Decimal Call Number", "1"},
+           {"NLM Classification Call Number", "2"},
+           {"Government Documents Call Number", "3"},
+           {"Other Call Number", "8"},
+           {"Codoc Classification Call Number", "999"}})
+    cboDischargeSearch.AddItem(text, number);
+  fill(cboQuickDischargeType, {"Media Barcode", "Item ID", "Equipment Barcode", "Equipment Number"});
+}
+
+void frmMain::takeColours() {
+  const Preferences& p = app_.preferences;
+  dayView.legend.takeColours(p);
+  legendDelivery.takeColours(p);
+  const auto take = [&](Label& label, ListColour colour) {
+    label.BackColor = p.back(colour);
+    label.ForeColor = p.fore(colour);
+  };
+  take(lblMultipleBookingsColor, ListColour::MultipleBookings);
+  take(lblSingleBookingColor, ListColour::SingleBooking);
+  take(lblView, ListColour::View);
+}
+
+void frmMain::applyPreferences(Applies what) {
+  Load();  // the first use of a control loads the window
+  const Preferences& p = app_.preferences;
+  switch (what) {
+    case Applies::Nothing:
+      break;
+    case Applies::Legend: {
+      const bool shown[kLegendPlaces] = {p.DisplayCharged, p.DisplayCompleted, p.DisplayCanceled,
+                                         p.DisplayUnclaimed, p.DisplayOverdue};
+      for (int place = 0; place < kLegendPlaces; ++place) dayView.chkLegend(place).Value = shown[place];
+      break;
+    }
+    case Applies::ListBars:
+      albDaemon.BackgroundPicture = p.Background;
+      albStandard.BackgroundPicture = p.Background;
+      barMain.ToolTips = p.ToolTips;
+      arrange();
+      break;
+    case Applies::Colours:
+      takeColours();
+      break;
+    case Applies::Searches:
+      cboChargeSearch.ListIndex = p.ChargeSearch;
+      cboDischargeSearch.ListIndex = p.DischargeSearch;
+      SetGridMerge(dayView.faDayBookings, p.MergeCells);
+      SetGridAutoSize(app_, dayView.faDayBookings);
+      break;
+  }
+}
+
+void frmMain::StartStopTimer(bool start) {
+  if (app_.daemonPeriod == 0) return;
+  tmrDaemon.Enabled = false;
+  if (!start) return;
+  ticksToRefresh = app_.daemonPeriod / kTickMilliseconds;
+  tmrDaemon.Enabled = true;
+}
+
+void frmMain::mnuViewMergeCells_Click() {
+  const bool on = !menus.mnuViewMergeCells.Checked;
+  menus.mnuViewMergeCells.Checked = on;
+  app_.preferences.MergeCells = on;
+  if (frames.fraView(1).Visible) SetGridMerge(dayView.faDayBookings, on);
+}
+
+void frmMain::mnuView_Click() {
+  showStatus(2, "");
+}
+
+Grid* frmMain::visibleBookingGrid() {
+  return frames.fraView(1).Visible ? &dayView.faDayBookings : nullptr;
+}
+
+void frmMain::mnuPopupBookingSortAsc_Click() {
+  if (Grid* grid = visibleBookingGrid()) SortAscendingBookings(*grid);
+}
+
+void frmMain::mnuPopupBookingSortDesc_Click() {
+  if (Grid* grid = visibleBookingGrid()) SortDescendingBookings(*grid);
+}
+
+}  // namespace vantry

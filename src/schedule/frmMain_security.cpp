@@ -1,0 +1,90 @@
+// What the operator's rights leave of the main window.
+#include <span>
+
+#include "schedule/frmMain.h"
+
+namespace vantry {
+
+namespace {
+
+/// A menu entry or tool that hangs on one right.
+struct SecuredEntry {
+  MenuItem MainMenus::*menu;
+  int tool;  ///< id on the tool bar; 0 for none
+  Right right;
+};
+
+constexpr SecuredEntry kNewInventory[] = {
+    {&MainMenus::mnuFileNewInvEquip, 301, Right::EQADD},
+    {&MainMenus::mnuFileNewInvGroup, 302, Right::EQADD},
+    {&MainMenus::mnuFileNewInvRoom, 303, Right::RMADD},
+    {&MainMenus::mnuFileNewInvMaint, 304, Right::EQMADD},
+};
+
+constexpr SecuredEntry kNewBookings[] = {
+    {&MainMenus::mnuFileNewBooking, 202, Right::BKADD},
+    {&MainMenus::mnuFileNewBookingWiz, 203, Right::BKADD},
+    {&MainMenus::mnuFileNewPickup, 204, Right::BKADD},
+    {&MainMenus::mnuPopupNewBookingFreeform, 0, Right::BKADD},
+    {&MainMenus::mnuPopupNewBookingWizard, 0, Right::BKADD},
+    {&MainMenus::mnuPopupNewBookingPickup, 0, Right::BKADD},
+    {&MainMenus::mnuPopupBookingsNew, 0, Right::BKADD},
+};
+
+Subject subjectOfKind(int kind) {
+  return kind == kKindRooms         ? Subject::Rooms
+         : kind == kKindMaintenance ? Subject::Maintenance
+                                    : Subject::Equipment;
+}
+
+}  // namespace
+
+void frmMain::SetFormSecurity(int kind) {
+  if (kind == kKindWholeBar) return secureWholeBar();
+  if (kind >= kKindEquipment && kind <= kKindMaintenance) return secureInventory(kind);
+  secureBookings();
+}
+
+void frmMain::secureWholeBar() {
+  menus.mnuViewInventory.Visible = true;
+  buildListBars();
+  adjustViewEntries();
+  secureNewRecords();
+  secureBookings();
+}
+
+void frmMain::secureNewRecords() {
+  const Rights& rights = app_.context.rights;
+  const auto apply = [&](std::span<const SecuredEntry> entries, bool reachable) {
+    bool any = false;
+    for (const SecuredEntry& entry : entries) {
+      const bool on = reachable && rights.has(entry.right);
+      (menus.*entry.menu).Enabled = on;
+      if (entry.tool != 0) barMain.tool(entry.tool).Enabled = on;
+      any = any || on;
+    }
+    return any;
+  };
+  const bool inventory = apply(kNewInventory, menus.mnuViewInventory.Visible);
+  const bool bookings = apply(kNewBookings, true);
+  menus.mnuFileNewInventory.Enabled = inventory;
+  barMain.tool("abNew").Enabled = inventory || bookings;
+  dayView.cmdNewBooking.Enabled = bookings;
+}
+
+void frmMain::secureInventory(int kind) {
+  const Rights& rights = app_.context.rights;
+  barMain.tool("abNew").Enabled = rights.has(rightsOf(subjectOfKind(kind)).add);
+}
+
+void frmMain::secureBookings() {
+  const bool only = viewOnly(app_.context.rights, Subject::Bookings);
+  const bool mayAdd = app_.context.rights.has(Right::BKADD);
+  for (const SecuredEntry& entry : kNewBookings) (menus.*entry.menu).Enabled = mayAdd && !only;
+  dayView.cmdNewBooking.Enabled = mayAdd && !only;
+  barMain.tool("abNew").Enabled = mayAdd && !only;
+  menus.mnuPopupBookingsEdit.Caption = only ? "View" : "Edit";
+  dayView.cmdEditBooking.Caption = only ? "Vie&w" : "&Edit";
+}
+
+}  // namespace vantry
