@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -9,22 +10,25 @@
 
 namespace vantry {
 
+class frmConnect;
+
 /// Stands while the connection is opened, and tells why it could not be.
 class ConnectDialog {
  public:
-  explicit ConnectDialog(Windows& windows) : windows_(windows) {}
+  explicit ConnectDialog(Windows& windows);
+  ~ConnectDialog();
   void SetSession(ServerSession& session) { session_ = &session; }
   void Close();
 
-  // For TagMessage::Connect.
+  // For TagMessage::Connect, and for TagMessage::OnLost.
   void open();
-  /// Says why no server answers; true to try again.
+  /// Says why no server answers; true to try again. The window need not be open.
   [[nodiscard]] bool askRetry(const std::string& reason);
 
  private:
   Windows& windows_;
   ServerSession* session_ = nullptr;
-  std::unique_ptr<Form> window_;
+  std::unique_ptr<frmConnect> window_;
 };
 
 /// The operator's login: three tries, a plain word on a wrong one.
