@@ -30,7 +30,6 @@ void ConnectDialog::Close() {
 }
 
 bool ConnectDialog::askRetry(const std::string& reason) {
-  // The request that waits has set the hourglass, and waits on after a Retry.
   const Box question{Box::Kind::Warning, reason, {}, {"&Retry", "E&xit"}};
   return windows_.desktop().messageBox(question) == 0;
 }

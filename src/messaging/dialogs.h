@@ -35,8 +35,9 @@ class ConnectDialog {
 class LogonDialog {
  public:
   LogonDialog(Windows& windows, ServerTools& tools) : windows_(windows), tools_(tools) {}
-  /// True when the operator has logged on; his id is the session's then. With `onlyOperator` the id is fixed:
-  /// the same operator goes on after his session has ended.
+  /// True when the operator has logged on; his id is the session's then. False when he cancelled, or was
+  /// refused three times. An operator of before is logged off first. With `onlyOperator` the id is fixed: the
+  /// same operator goes on, within the request that found his session ended.
   [[nodiscard]] bool Run(ServerSession& session, TagMessage& message, std::string_view onlyOperator = {});
 
  private:
