@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -9,30 +10,34 @@
 
 namespace vantry {
 
+class frmConnect;
+
 /// Stands while the connection is opened, and tells why it could not be.
 class ConnectDialog {
  public:
-  explicit ConnectDialog(Windows& windows) : windows_(windows) {}
+  explicit ConnectDialog(Windows& windows);
+  ~ConnectDialog();
   void SetSession(ServerSession& session) { session_ = &session; }
   void Close();
 
-  // For TagMessage::Connect.
+  // For TagMessage::Connect, and for TagMessage::OnLost.
   void open();
-  /// Says why no server answers; true to try again.
+  /// Says why no server answers; true to try again. The window need not be open.
   [[nodiscard]] bool askRetry(const std::string& reason);
 
  private:
   Windows& windows_;
   ServerSession* session_ = nullptr;
-  std::unique_ptr<Form> window_;
+  std::unique_ptr<frmConnect> window_;
 };
 
 /// The operator's login: three tries, a plain word on a wrong one.
 class LogonDialog {
  public:
   LogonDialog(Windows& windows, ServerTools& tools) : windows_(windows), tools_(tools) {}
-  /// True when the operator has logged on; his id is the session's then. With `onlyOperator` the id is fixed:
-  /// the same operator goes on after his session has ended.
+  /// True when the operator has logged on; his id is the session's then. False when he cancelled, or was
+  /// refused three times. An operator of before is logged off first. With `onlyOperator` the id is fixed: the
+  /// same operator goes on, within the request that found his session ended.
   [[nodiscard]] bool Run(ServerSession& session, TagMessage& message, std::string_view onlyOperator = {});
 
  private:

@@ -24,17 +24,23 @@ class TagMessage {
   /// Asked when the session has ended on the server: true when the operator has logged on anew.
   using LogonAgain = std::function<bool()>;
 
-  explicit TagMessage(Transport& transport);
+  explicit TagMessage(Transport& transport) : transport_(transport) {}
 
   AskRetry OnLost;
   LogonAgain OnSessionEnded;
 
-  /// Opens the link for a module; true on success. What the operator should read has been said by the dialog.
+  /// Opens the link for a module; true on success. What the operator should read has been said by the dialog,
+  /// which asks him to try again until a server answers or he gives up. The dialog stays open on success.
   [[nodiscard]] bool Connect(int moduleNumber, ServerSession& session, ConnectDialog& dialog);
 
   void Add(std::string_view tag, std::string_view value);
   /// Sends what was added and waits for the reply; afterwards the outgoing list is empty. Returns the reply's
-  /// code, or -999 when the operator gave up a lost connection.
+  /// code; -999 when the operator gave up a lost connection or did not log on again after the session had
+  /// ended.
+  ///
+  /// A request that the server will never take gives -98 with its sentence in `CANTREAD`. While a question
+  /// about a lost connection stands, timers still fire: a `Send` from one of them gives the silent code -99
+  /// and disturbs nothing.
   [[nodiscard]] int Send(std::string_view code);
 
   /// The value of the tag in the walk's current record. Before a walk and after its end: in the head, else in
@@ -63,9 +69,14 @@ class TagMessage {
   };
 
  private:
+  DeliveryResult deliver(const Request& request);
+  int take(Reply reply);
+  void forgetReply();
+
   Transport& transport_;
   std::vector<TagValue> outgoing_;
   Reply reply_;
+  bool sending_ = false;
   std::map<std::string, int, std::less<>> cursors_;  ///< the record on which each tag's walk stands
   int current_ = -1;                                 ///< the record that `Get` reads; -1 outside a walk
 };

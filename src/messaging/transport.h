@@ -29,11 +29,12 @@ class Reply {
   void beginRecord();
 
   int recordCount() const { return static_cast<int>(starts_.size()); }
-  /// The value of a tag in the head (record -1) or in a record; nullptr where it is missing.
   struct Value {
     std::string_view text;
     bool present = false;
   };
+  /// The value of a tag in the head (record -1) or in a record; the first one where a record carries it
+  /// twice. The text lives as long as the reply and until the next `add`.
   [[nodiscard]] Value value(int record, std::string_view tag) const;
 
  private:
@@ -43,7 +44,9 @@ class Reply {
     std::uint32_t length;
   };
   int tagNumber(std::string_view tag) const;
+  std::uint32_t numberFor(std::string_view tag);
   std::vector<std::string> tagNames_;
+  std::size_t nextTag_ = 0;  ///< the tag that most likely comes next: records repeat their tags in order
   std::string text_;
   std::vector<Field> fields_;
   std::vector<std::size_t> starts_;  ///< first field of each record
@@ -54,7 +57,8 @@ enum class Delivery {
   Answered,      ///< the reply is whole
   NotDelivered,  ///< nothing was sent, or the server refused to take it now
   Unknown,       ///< sent, but no whole reply came: the server may have run the request
-  SessionEnded   ///< the server no longer knows the session
+  SessionEnded,  ///< the server no longer knows the session
+  Rejected       ///< the server will never take this request as it stands; nothing was run
 };
 
 struct DeliveryResult {
@@ -76,6 +80,8 @@ class Transport {
   /// Opens a session for the operator; the transport keeps it for all later requests.
   [[nodiscard]] virtual LogonResult logon(std::string_view operatorId, std::string_view password) = 0;
   virtual void logoff() = 0;
+  /// Whether the line to the server is protected.
+  [[nodiscard]] virtual bool secured() const { return false; }
   /// Changes the operator's password; the reason for people where the server refuses.
   [[nodiscard]] virtual bool changePassword(std::string_view old, std::string_view fresh,
                                             std::string& reason) = 0;

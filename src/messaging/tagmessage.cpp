@@ -1,0 +1,155 @@
+#include "messaging/tagmessage.h"
+
+#include <random>
+#include <utility>
+
+#include "messaging/dialogs.h"
+#include "messaging/server_session.h"
+
+namespace vantry {
+namespace {
+
+/// Codes that arise on this side of the wire.
+constexpr int kGivenUp = -999;
+constexpr int kBusy = -99;
+constexpr int kNotTaken = -98;
+
+Reply failure(int rc) {
+  Reply reply;
+  reply.rc = rc;
+  return reply;
+}
+
+}  // namespace
+
+bool TagMessage::Connect(int /*moduleNumber*/, ServerSession& session, ConnectDialog& dialog) {
+  // One server serves all modules, so the module's number goes nowhere.
+  dialog.open();
+  std::string reason;
+  while (!transport_.reach(reason)) {
+    if (dialog.askRetry(reason)) continue;
+    dialog.Close();
+    return false;
+  }
+  session.setIndicator(transport_.secured());
+  return true;
+}
+
+void TagMessage::Add(std::string_view tag, std::string_view value) {
+  outgoing_.push_back({std::string(tag), std::string(value)});
+}
+
+int TagMessage::Send(std::string_view code) {
+  const Request request{newRequestId(), std::string(code), std::exchange(outgoing_, {})};
+  if (sending_) return kBusy;
+  forgetReply();
+  sending_ = true;
+  DeliveryResult result;
+  try {
+    result = deliver(request);
+  } catch (...) {
+    sending_ = false;
+    throw;
+  }
+  sending_ = false;
+  outgoing_.clear();
+  switch (result.delivery) {
+    case Delivery::Answered:
+      return take(std::move(result.reply));
+    case Delivery::Rejected: {
+      Reply reply = failure(kNotTaken);
+      reply.add("CANTREAD", result.reason);
+      return take(std::move(reply));
+    }
+    default:
+      return take(failure(kGivenUp));
+  }
+}
+
+/// Until the server has answered or refused, or the operator gives up: the same request with the same id,
+/// which the server runs once.
+DeliveryResult TagMessage::deliver(const Request& request) {
+  for (;;) {
+    DeliveryResult result = transport_.send(request);
+    switch (result.delivery) {
+      case Delivery::Answered:
+      case Delivery::Rejected:
+        return result;
+      case Delivery::SessionEnded:
+        if (!OnSessionEnded || !OnSessionEnded()) return result;
+        break;
+      case Delivery::NotDelivered:
+      case Delivery::Unknown:
+        if (!OnLost || !OnLost(result.reason)) return result;
+        break;
+    }
+  }
+}
+
+int TagMessage::take(Reply reply) {
+  forgetReply();
+  reply_ = std::move(reply);
+  return reply_.rc;
+}
+
+void TagMessage::forgetReply() {
+  reply_ = {};
+  cursors_.clear();
+  current_ = -1;
+}
+
+std::string TagMessage::Get(std::string_view tag) const {
+  if (current_ >= 0) return std::string(reply_.value(current_, tag).text);
+  for (int record = -1; record < reply_.recordCount(); ++record) {
+    const Reply::Value value = reply_.value(record, tag);
+    if (value.present) return std::string(value.text);
+  }
+  return {};
+}
+
+int TagMessage::Count(std::string_view tag) const {
+  int count = 0;
+  for (int record = 0; record < reply_.recordCount(); ++record) {
+    if (reply_.value(record, tag).present) ++count;
+  }
+  return count;
+}
+
+bool TagMessage::NextRecord(std::string_view tag) {
+  const auto known = cursors_.find(tag);
+  int& cursor = known != cursors_.end() ? known->second : cursors_.emplace(tag, -1).first->second;
+  while (cursor < reply_.recordCount() && !reply_.value(++cursor, tag).present) {
+  }
+  current_ = cursor < reply_.recordCount() ? cursor : -1;
+  return current_ >= 0;
+}
+
+TagMessage::Inner::Inner(TagMessage& message)
+    : message_(message),
+      outgoing_(std::exchange(message.outgoing_, {})),
+      reply_(std::exchange(message.reply_, {})),
+      cursors_(std::exchange(message.cursors_, {})),
+      current_(std::exchange(message.current_, -1)) {}
+
+TagMessage::Inner::~Inner() {
+  message_.outgoing_ = std::move(outgoing_);
+  message_.reply_ = std::move(reply_);
+  message_.cursors_ = std::move(cursors_);
+  message_.current_ = current_;
+}
+
+std::string newRequestId() {
+  // A version 4 UUID, drawn from the system's source of randomness.
+  std::random_device random;
+  std::string id;
+  for (int word = 0; word < 4; ++word) {
+    std::uint32_t bits = static_cast<std::uint32_t>(random());
+    if (word == 1) bits = (bits & 0xFFFF0FFFU) | 0x00004000U;
+    if (word == 2) bits = (bits & 0x3FFFFFFFU) | 0x80000000U;
+    for (int shift = 28; shift >= 0; shift -= 4) id += "0123456789abcdef"[(bits >> shift) & 0xFU];
+  }
+  for (const std::size_t place : {8U, 13U, 18U, 23U}) id.insert(place, 1, '-');
+  return id;
+}
+
+}  // namespace vantry
