@@ -1,0 +1,321 @@
+#include "server/database.h"
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+#include <thread>
+
+#include <soci/postgresql/soci-postgresql.h>
+#include <soci/sqlite3/soci-sqlite3.h>
+
+namespace vantry::server {
+
+namespace {
+
+// The result codes of SQLite that need telling apart; its own header must not stand beside the library's.
+constexpr int sqliteBusy = 5;
+constexpr int sqliteLocked = 6;
+constexpr int sqliteReadOnly = 8;
+constexpr int sqliteCannotOpen = 14;
+
+constexpr int mostRetries = 30;
+
+const soci::backend_factory& factoryOf(const Dialect& dialect) {
+  if (dialect.kind == Dialect::Kind::Postgresql) return *soci::factory_postgresql();
+  return *soci::factory_sqlite3();
+}
+
+StoreError::Kind kindOf(const soci::sqlite3_soci_error& error) {
+  switch (error.result() & 0xff) {
+    case sqliteBusy:
+    case sqliteLocked:
+    case sqliteCannotOpen:
+      return StoreError::Kind::Busy;
+    case sqliteReadOnly:
+      return StoreError::Kind::ReadOnly;
+    default:
+      return StoreError::Kind::Failed;
+  }
+}
+
+StoreError::Kind kindOf(const soci::postgresql_soci_error& error) {
+  const std::string state = error.sqlstate();
+  if (state == "40001" || state == "40P01") return StoreError::Kind::Contested;
+  if (state == "23P01") return StoreError::Kind::Overlap;
+  if (state == "25006") return StoreError::Kind::ReadOnly;
+  if (state.starts_with("08") || state.starts_with("57") || state.starts_with("53"))
+    return StoreError::Kind::Busy;
+  return StoreError::Kind::Failed;
+}
+
+/// Turns what the database library throws into the one kind of error that the server knows. Called while
+/// handling.
+[[noreturn]] void rethrowAsStoreError() {
+  try {
+    throw;
+  } catch (const soci::sqlite3_soci_error& error) {
+    throw StoreError(kindOf(error), error.what());
+  } catch (const soci::postgresql_soci_error& error) {
+    throw StoreError(kindOf(error), error.what());
+  } catch (const soci::soci_error& error) {
+    throw StoreError(StoreError::Kind::Failed, error.what());
+  }
+}
+
+void backOff(int attempt) {
+  thread_local std::minstd_rand random{std::random_device{}()};
+  const int longest = std::min(1 << std::min(attempt, 6), 50);
+  std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned>(longest * 1000)));
+}
+
+}  // namespace
+
+Connection::Connection(const Dialect& dialect, const std::string& url)
+    : dialect_(dialect), session_(factoryOf(dialect), connectText(dialect, url)) {
+  if (dialect.kind == Dialect::Kind::Postgresql) {
+    run("set client_min_messages = warning");
+    return;
+  }
+  run("pragma journal_mode = wal");
+  run("pragma synchronous = full");
+  run("pragma foreign_keys = on");
+  run("pragma temp_store = memory");
+  run("pragma cache_size = -16000");
+}
+
+void Connection::run(const std::string& sql) {
+  soci::statement statement(session_);
+  statement.alloc();
+  statement.prepare(sql);
+  statement.define_and_bind();
+  statement.execute(true);
+}
+
+std::unique_ptr<soci::statement> Connection::take(std::string_view sql) {
+  if (const auto found = statements_.find(sql); found != statements_.end() && found->second) {
+    return std::move(found->second);
+  }
+  auto statement = std::make_unique<soci::statement>(session_);
+  statement->alloc();
+  statement->prepare(std::string(sql));
+  return statement;
+}
+
+void Connection::give(std::string_view sql, std::unique_ptr<soci::statement> statement) {
+  if (const auto found = statements_.find(sql); found != statements_.end()) {
+    found->second = std::move(statement);
+  } else {
+    statements_.emplace(std::string(sql), std::move(statement));
+  }
+}
+
+Query::Query(Connection& connection, std::string_view sql)
+    : connection_(connection), sql_(sql), statement_(connection.take(sql)) {}
+
+Query::~Query() {
+  // A statement that failed, or that was left before its last row, is dropped: kept, it would hold its locks.
+  if (failed_ || (started_ && !ended_)) return;
+  statement_->bind_clean_up();
+  connection_.give(sql_, std::move(statement_));
+}
+
+Query& Query::bind(const char* name, std::int64_t value) {
+  Value& kept = values_.emplace_back();
+  kept.number = value;
+  statement_->exchange(soci::use(kept.number, name));
+  return *this;
+}
+
+Query& Query::bind(const char* name, std::string_view value) {
+  Value& kept = values_.emplace_back();
+  kept.text = value;
+  statement_->exchange(soci::use(kept.text, name));
+  return *this;
+}
+
+Query& Query::bind(const char* name, std::optional<std::int64_t> value) {
+  Value& kept = values_.emplace_back();
+  kept.number = value.value_or(0);
+  kept.state = value ? soci::i_ok : soci::i_null;
+  statement_->exchange(soci::use(kept.number, kept.state, name));
+  return *this;
+}
+
+void Query::define(std::int64_t& target) {
+  Target& kept = targets_.emplace_back();
+  kept.wide = &target;
+  statement_->exchange(soci::into(kept.number, kept.state));
+}
+
+void Query::define(int& target) {
+  Target& kept = targets_.emplace_back();
+  kept.narrow = &target;
+  statement_->exchange(soci::into(kept.number, kept.state));
+}
+
+void Query::define(bool& target) {
+  Target& kept = targets_.emplace_back();
+  kept.flag = &target;
+  statement_->exchange(soci::into(kept.number, kept.state));
+}
+
+void Query::define(std::string& target) {
+  Target& kept = targets_.emplace_back();
+  kept.text = &target;
+  statement_->exchange(soci::into(target, kept.state));
+}
+
+void Query::clearNulls() {
+  for (Target& target : targets_) {
+    if (target.state == soci::i_null) {
+      target.number = 0;
+      if (target.text != nullptr) target.text->clear();
+    }
+    if (target.wide != nullptr) *target.wide = target.number;
+    if (target.narrow != nullptr) *target.narrow = static_cast<int>(target.number);
+    if (target.flag != nullptr) *target.flag = target.number != 0;
+  }
+}
+
+bool Query::next() {
+  if (ended_) return false;
+  try {
+    if (!started_) {
+      started_ = true;
+      statement_->define_and_bind();
+      statement_->execute(false);
+    }
+    ended_ = !statement_->fetch();
+  } catch (...) {
+    failed_ = true;
+    throw;
+  }
+  if (!ended_) clearNulls();
+  return !ended_;
+}
+
+std::int64_t Query::run() {
+  try {
+    started_ = true;
+    statement_->define_and_bind();
+    statement_->execute(true);
+    ended_ = true;
+    return statement_->get_affected_rows();
+  } catch (...) {
+    failed_ = true;
+    throw;
+  }
+}
+
+/// A connection out of the pool for as long as it is needed. One that failed is closed and not given back.
+class Database::Lease {
+ public:
+  explicit Lease(Database& database) : database_(database) {
+    std::unique_lock lock(database_.mutex_);
+    database_.returned_.wait(lock,
+                             [&] { return !database_.idle_.empty() || database_.open_ < database_.limit_; });
+    if (!database_.idle_.empty()) {
+      connection_ = std::move(database_.idle_.back());
+      database_.idle_.pop_back();
+      return;
+    }
+    ++database_.open_;
+    lock.unlock();
+    try {
+      connection_ = std::make_unique<Connection>(database_.dialect_, database_.url_);
+    } catch (...) {
+      lock.lock();
+      --database_.open_;
+      database_.returned_.notify_one();
+      throw;
+    }
+  }
+
+  ~Lease() {
+    const std::lock_guard lock(database_.mutex_);
+    if (connection_) {
+      database_.idle_.push_back(std::move(connection_));
+    } else {
+      --database_.open_;
+    }
+    database_.returned_.notify_one();
+  }
+
+  Lease(const Lease&) = delete;
+  Lease& operator=(const Lease&) = delete;
+
+  Connection& operator*() { return *connection_; }
+  void close() { connection_.reset(); }
+
+ private:
+  Database& database_;
+  std::unique_ptr<Connection> connection_;
+};
+
+Database::Database(const std::string& url, int connections)
+    : dialect_(dialectOf(url)), url_(url), limit_(static_cast<std::size_t>(std::max(connections, 1))) {
+  plain([](Connection&) {});
+}
+
+Database::~Database() = default;
+
+void Database::runOnce(const Work& work, std::string_view begin) {
+  Lease lease(*this);
+  bool open = false;
+  try {
+    (*lease).run(std::string(begin));
+    open = true;
+    work(*lease);
+    (*lease).run("commit");
+  } catch (...) {
+    try {
+      if (open) (*lease).run("rollback");
+    } catch (const soci::soci_error&) {
+      lease.close();  // what state it is in is not known any more
+    }
+    throw;
+  }
+}
+
+void Database::read(const Work& work) {
+  for (int attempt = 0;; ++attempt) {
+    try {
+      return runOnce(work, dialect_.beginRead);
+    } catch (const soci::soci_error&) {
+      try {
+        rethrowAsStoreError();
+      } catch (const StoreError& error) {
+        if (error.kind() != StoreError::Kind::Contested || attempt >= mostRetries) throw;
+      }
+    }
+    backOff(attempt);
+  }
+}
+
+void Database::write(const Work& work) {
+  for (int attempt = 0;; ++attempt) {
+    try {
+      std::unique_lock<std::mutex> turn;
+      if (dialect_.kind == Dialect::Kind::Sqlite) turn = std::unique_lock(writing_);
+      return runOnce(work, dialect_.beginWrite);
+    } catch (const soci::soci_error&) {
+      try {
+        rethrowAsStoreError();
+      } catch (const StoreError& error) {
+        if (error.kind() != StoreError::Kind::Contested || attempt >= mostRetries) throw;
+      }
+    }
+    backOff(attempt);
+  }
+}
+
+void Database::plain(const Work& work) {
+  try {
+    Lease lease(*this);
+    work(*lease);
+  } catch (const soci::soci_error&) {
+    rethrowAsStoreError();
+  }
+}
+
+}  // namespace vantry::server

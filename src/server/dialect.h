@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantry::server {
+
+/// What differs between the databases. All other SQL of the server is written in what they share.
+struct Dialect {
+  enum class Kind { Sqlite, Postgresql };
+  Kind kind;
+  std::string_view backend;     ///< the name that the database library knows it by
+  std::string_view identity;    ///< column type of a key that the database counts up itself
+  std::string_view beginRead;   ///< statement that opens a reading transaction
+  std::string_view beginWrite;  ///< statement that opens a serializable writing transaction
+  std::string_view marker;      ///< lines of a schema step that start so are for this database only
+};
+
+/// The dialect of a database address: "postgresql://..." or a file's path.
+[[nodiscard]] const Dialect& dialectOf(std::string_view url);
+
+/// What the database library wants to be told to connect.
+[[nodiscard]] std::string connectText(const Dialect& dialect, std::string_view url);
+
+/// Makes a schema text the dialect's own: "$KEY" becomes its identity column; lines marked for the other
+/// database go.
+[[nodiscard]] std::string translateSchema(const Dialect& dialect, std::string_view text);
+
+}  // namespace vantry::server

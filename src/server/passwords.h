@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantry::server {
+
+/// How dear a hash is made. `Quick` is for tests and for figures only.
+enum class HashCost { Interactive, Quick };
+
+/// The text to store for a password: salted, slow to try out, and telling its own parameters.
+[[nodiscard]] std::string hashPassword(std::string_view password, HashCost cost = HashCost::Interactive);
+
+[[nodiscard]] bool matchesPassword(std::string_view hash, std::string_view password);
+
+/// Does the work of a check that must fail, so that an unknown operator takes as long as a wrong password.
+void wasteCheck(std::string_view password, HashCost cost = HashCost::Interactive);
+
+/// What a new password lacks, as one sentence; empty when it will do.
+[[nodiscard]] std::string weaknessOf(std::string_view password);
+
+/// A new session token: 256 random bits as text.
+[[nodiscard]] std::string makeToken();
+
+/// What is stored of a token, so that a copy of the database opens no session.
+[[nodiscard]] std::string hashToken(std::string_view token);
+
+}  // namespace vantry::server

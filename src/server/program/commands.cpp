@@ -1,0 +1,155 @@
+#include "server/program/commands.h"
+
+#include <csignal>
+
+#include <iostream>
+
+#include <spdlog/spdlog.h>
+
+#include "server/administration.h"
+#include "server/backup.h"
+#include "server/database.h"
+#include "server/migrations.h"
+#include "server/passwords.h"
+#include "server/program/terminal.h"
+
+namespace vantry::server {
+
+namespace {
+
+/// The work of one command on a database whose schema is up to date.
+void change(const std::string& url, const Database::Work& work) {
+  Database database(url, 1);
+  migrate(database);
+  database.write(work);
+}
+
+std::vector<std::string> expandRights(const std::vector<std::string>& words) {
+  if (words.size() != 1) return words;
+  if (words.front() == "none") return {};
+  const bool all = words.front() == "all";
+  if (!all && words.front() != "view") return words;
+  const std::vector<std::string_view> codes = all ? allRights() : viewRights();
+  return {codes.begin(), codes.end()};
+}
+
+void printNamed(const std::vector<NamedRow>& rows) {
+  for (const NamedRow& row : rows) std::cout << row.id << '\t' << row.name << '\n';
+}
+
+bool isLoopback(const std::string& address) {
+  return address == "localhost" || address == "::1" || address.starts_with("127.");
+}
+
+/// Waits for the signal that ends the program. Blocked in every thread, so that it arrives here.
+void waitForEnd(const sigset_t& ends) {
+  int signal = 0;
+  sigwait(&ends, &signal);
+}
+
+}  // namespace
+
+void initialise(const std::string& url) {
+  Database database(url, 1);
+  migrate(database);
+  std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
+}
+
+void makeDemo(const std::string& database, const DemoOptions& options) {
+  if (!createDemoDatabase(database, options)) {
+    throw AdministrationError("The database holds a library already.");
+  }
+  std::cout << "The demo library stands in " << database << ".\n";
+}
+
+void serve(const Server::Options& options, bool behindProxy) {
+  if (options.certificate.empty() && !isLoopback(options.address) && !behindProxy) {
+    throw AdministrationError(
+        "Passwords would travel in the clear: give --certificate and --key, or say --behind-proxy when "
+        "something in "
+        "front of this server speaks TLS.");
+  }
+  sigset_t ends;
+  sigemptyset(&ends);
+  sigaddset(&ends, SIGINT);
+  sigaddset(&ends, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+  Server server(options);
+  server.start();
+  spdlog::info("serving on {} port {}{}", options.address, server.port(),
+               options.certificate.empty() ? "" : " with TLS");
+  waitForEnd(ends);
+  spdlog::info("stopping");
+  server.stop();
+}
+
+void backUpTo(const std::string& database, const std::string& file) {
+  backUp(database, file);
+  std::cout << "The copy stands in " << file << ".\n";
+}
+
+void addLibraryNamed(const std::string& database, const std::string& name) {
+  change(database, [&](Connection& db) { addLibrary(db, name); });
+}
+
+void listLibraries(const std::string& database) {
+  change(database, [](Connection& db) { printNamed(libraries(db)); });
+}
+
+void addLocationNamed(const std::string& database, const std::string& name, const std::string& library) {
+  change(database, [&](Connection& db) { addLocation(db, name, library); });
+}
+
+void listLocations(const std::string& database) {
+  change(database, [](Connection& db) {
+    for (const LocationRow& row : allLocations(db)) {
+      std::cout << row.id << '\t' << row.name << '\t' << row.library << '\n';
+    }
+  });
+}
+
+void addGroupNamed(const std::string& database, const std::string& name) {
+  change(database, [&](Connection& db) { addPatronGroup(db, name); });
+}
+
+void listGroups(const std::string& database) {
+  change(database, [](Connection& db) { printNamed(patronGroups(db)); });
+}
+
+void addOperatorNamed(const std::string& database, const OperatorCommand& command) {
+  const std::string hash = hashPassword(readNewPassword());
+  change(database, [&](Connection& db) {
+    const Moment now = wallClock();
+    addOperator(db, {.login = command.login, .name = command.name, .passwordHash = hash}, now);
+    if (!command.location.empty()) {
+      setRights(db, command.login, command.location, expandRights(command.rights), now);
+    }
+  });
+}
+
+void setOperatorRights(const std::string& database, const OperatorCommand& command) {
+  change(database, [&](Connection& db) {
+    setRights(db, command.login, command.location, expandRights(command.rights), wallClock());
+  });
+}
+
+void setOperatorPassword(const std::string& database, const std::string& login) {
+  const std::string hash = hashPassword(readNewPassword());
+  change(database, [&](Connection& db) { setOperatorPassword(db, login, hash, wallClock()); });
+}
+
+void setOperatorActive(const std::string& database, const std::string& login, bool active) {
+  change(database, [&](Connection& db) { setOperatorActive(db, login, active, wallClock()); });
+}
+
+void listOperators(const std::string& database) {
+  change(database, [](Connection& db) {
+    for (const OperatorRow& row : operators(db)) {
+      std::cout << row.login << '\t' << row.name << '\t' << (row.active ? "active" : "disabled");
+      for (const std::string& location : row.locations) std::cout << '\t' << location;
+      std::cout << '\n';
+    }
+  });
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "server/server.h"
+
+namespace vantry::server {
+
+// What the program's commands do. Each throws std::runtime_error with a sentence for people.
+
+struct OperatorCommand {
+  std::string login;
+  std::string name;
+  std::string location;
+  std::vector<std::string> rights;  ///< codes, or one of the words "all", "view", "none"
+};
+
+void initialise(const std::string& database);
+void makeDemo(const std::string& database, const DemoOptions& options);
+void serve(const Server::Options& options, bool behindProxy);
+void backUpTo(const std::string& database, const std::string& file);
+
+void addLibraryNamed(const std::string& database, const std::string& name);
+void listLibraries(const std::string& database);
+void addLocationNamed(const std::string& database, const std::string& name, const std::string& library);
+void listLocations(const std::string& database);
+void addGroupNamed(const std::string& database, const std::string& name);
+void listGroups(const std::string& database);
+
+void addOperatorNamed(const std::string& database, const OperatorCommand& command);
+void setOperatorRights(const std::string& database, const OperatorCommand& command);
+void setOperatorPassword(const std::string& database, const std::string& login);
+void setOperatorActive(const std::string& database, const std::string& login, bool active);
+void listOperators(const std::string& database);
+
+}  // namespace vantry::server

@@ -1,0 +1,148 @@
+#include <csignal>
+
+#include <iostream>
+
+#include <spdlog/spdlog.h>
+#include <CLI/CLI.hpp>
+
+#include "server/program/commands.h"
+
+namespace {
+
+using namespace vantry;
+using namespace vantry::server;
+
+/// Everything that the command line can say.
+struct Given {
+  std::string database = "vantry.sqlite";
+  std::string file;
+  std::string name;
+  std::string library;
+  bool behindProxy = false;
+  DemoOptions demo;
+  std::vector<std::string> bookingsOn;
+  Server::Options server;
+  OperatorCommand account;
+};
+
+void describeServing(CLI::App& app, Given& given) {
+  CLI::App* init = app.add_subcommand("init", "Make the database, or bring its schema up to date");
+  init->callback([&given] { initialise(given.database); });
+
+  CLI::App* demo = app.add_subcommand("demo", "Fill a new database with a small believable library");
+  demo->add_option("--seed", given.demo.seed, "The same seed and date give the same library");
+  demo->add_option("--date", given.demo.date, "The day it is made for, YYYY-MM-DD; today without it");
+  demo->add_option("--bookings-on", given.bookingsOn,
+                   "DATE N: a day that gets exactly N bookings, for measuring")
+      ->expected(2);
+  demo->callback([&given] {
+    if (!given.bookingsOn.empty()) {
+      given.demo.bookingsOn = given.bookingsOn[0];
+      given.demo.bookingsOnCount = std::stoi(given.bookingsOn[1]);
+    }
+    makeDemo(given.database, given.demo);
+  });
+
+  CLI::App* serving = app.add_subcommand("serve", "Serve the database over HTTP");
+  given.server.port = 8750;
+  serving->add_option("--address", given.server.address, "Address to listen on")->capture_default_str();
+  serving->add_option("--port", given.server.port, "Port to listen on; 0 takes any")->capture_default_str();
+  serving->add_option("--certificate", given.server.certificate, "PEM file of the certificate, for HTTPS");
+  serving->add_option("--key", given.server.key, "PEM file of its key");
+  serving->add_option("--threads", given.server.threads, "Clients that may stay connected at one time")
+      ->capture_default_str();
+  serving->add_flag("--behind-proxy", given.behindProxy, "Something in front of this server speaks TLS");
+  serving->callback([&given] {
+    given.server.database = given.database;
+    serve(given.server, given.behindProxy);
+  });
+
+  CLI::App* backup = app.add_subcommand("backup", "Write a copy of the database, also while it is served");
+  backup->add_option("file", given.file, "The file to write; it must not exist")->required();
+  backup->callback([&given] { backUpTo(given.database, given.file); });
+}
+
+void describeLibrary(CLI::App& app, Given& given) {
+  CLI::App* library = app.add_subcommand("library", "Libraries")->require_subcommand(1);
+  CLI::App* addLibrary = library->add_subcommand("add", "Add a library");
+  addLibrary->add_option("name", given.name)->required();
+  addLibrary->callback([&given] { addLibraryNamed(given.database, given.name); });
+  library->add_subcommand("list", "List them")->callback([&given] { listLibraries(given.database); });
+
+  CLI::App* location = app.add_subcommand("location", "Booking desk locations")->require_subcommand(1);
+  CLI::App* addLocation = location->add_subcommand("add", "Add a location");
+  addLocation->add_option("name", given.name)->required();
+  addLocation->add_option("--library", given.library, "The library that it belongs to")->required();
+  addLocation->callback([&given] { addLocationNamed(given.database, given.name, given.library); });
+  location->add_subcommand("list", "List them")->callback([&given] { listLocations(given.database); });
+
+  CLI::App* group = app.add_subcommand("group", "Patron groups")->require_subcommand(1);
+  CLI::App* addGroup = group->add_subcommand("add", "Add a patron group");
+  addGroup->add_option("name", given.name)->required();
+  addGroup->callback([&given] { addGroupNamed(given.database, given.name); });
+  group->add_subcommand("list", "List them")->callback([&given] { listGroups(given.database); });
+}
+
+void describeRights(CLI::App& command, Given& given, bool required) {
+  command.add_option("--location", given.account.location, "The location at which the rights hold")
+      ->required(required);
+  command.add_option("--rights", given.account.rights, "Codes of rights, or one of all, view, none")
+      ->required(required)
+      ->delimiter(',');
+}
+
+void describeOperators(CLI::App& app, Given& given) {
+  CLI::App* accounts =
+      app.add_subcommand("operator", "Operators; passwords come from the terminal or the standard input")
+          ->require_subcommand(1);
+  CLI::App* add = accounts->add_subcommand("add", "Add an operator");
+  add->add_option("login", given.account.login, "The name to log on with")->required();
+  add->add_option("--name", given.account.name, "The name that records show")->required();
+  describeRights(*add, given, false);
+  add->callback([&given] { addOperatorNamed(given.database, given.account); });
+
+  CLI::App* rights = accounts->add_subcommand("rights", "Set exactly these rights at a location");
+  rights->add_option("login", given.account.login)->required();
+  describeRights(*rights, given, true);
+  rights->callback([&given] { setOperatorRights(given.database, given.account); });
+
+  CLI::App* password =
+      accounts->add_subcommand("password", "Set a new password; ends the operator's sessions");
+  password->add_option("login", given.account.login)->required();
+  password->callback([&given] { setOperatorPassword(given.database, given.account.login); });
+
+  CLI::App* disable = accounts->add_subcommand("disable", "Let an operator in no more; ends the sessions");
+  disable->add_option("login", given.account.login)->required();
+  disable->callback([&given] { setOperatorActive(given.database, given.account.login, false); });
+
+  CLI::App* enable = accounts->add_subcommand("enable", "Let a disabled operator in again");
+  enable->add_option("login", given.account.login)->required();
+  enable->callback([&given] { setOperatorActive(given.database, given.account.login, true); });
+
+  accounts->add_subcommand("list", "List them")->callback([&given] { listOperators(given.database); });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);
+  Given given;
+  CLI::App app("The server of a library's booking desks.", "vantry-server");
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.add_option("--database", given.database, "A SQLite file, or postgresql://...")
+      ->envname("VANTRY_DATABASE")
+      ->capture_default_str();
+  describeServing(app, given);
+  describeLibrary(app, given);
+  describeOperators(app, given);
+  try {
+    app.parse(argc, argv);
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error);
+  } catch (const std::exception& error) {
+    std::cerr << "vantry-server: " << error.what() << '\n';
+    return 1;
+  }
+}

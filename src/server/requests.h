@@ -1,0 +1,67 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "server/database.h"
+#include "server/moment.h"
+#include "server/passwords.h"
+#include "words/requests.h"
+
+namespace vantry::server {
+
+/// What the server does, without a word about HTTP: logins and requests. Holds no state of its own, so that
+/// several processes may work on one store. Safe for many threads at once. Every operation may throw
+/// StoreError.
+class RequestRunner {
+ public:
+  RequestRunner(Database& database, Clock clock, HashCost cost);
+
+  struct LoginResult {
+    enum class Kind { Granted, Refused, TooMany } kind;
+    std::string token;      ///< when granted
+    std::string login;      ///< when granted: the operator's name as it is stored
+    Moment retryAfter = 0;  ///< when there were too many tries: seconds to wait
+  };
+  [[nodiscard]] LoginResult login(std::string_view name, std::string_view password, std::string_view address);
+
+  /// False when the token opens no session.
+  bool logout(std::string_view token);
+
+  struct PasswordResult {
+    enum class Kind { Changed, NoSession, WrongOld, TooWeak, TooMany } kind;
+    std::string weakness;  ///< when too weak: one sentence
+    Moment retryAfter = 0;
+  };
+  [[nodiscard]] PasswordResult changePassword(std::string_view token, std::string_view old,
+                                              std::string_view fresh, std::string_view address);
+
+  struct Incoming {
+    std::string_view token;
+    std::string_view code;
+    std::string_view requestId;
+    std::span<const TagValue> tags;
+  };
+  struct Answer {
+    enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
+    std::string json;  ///< when done: the reply
+  };
+  /// Runs a request once: a repeated id of a writing request is answered with the stored reply.
+  [[nodiscard]] Answer run(const Incoming& incoming);
+
+  /// Work that time brings; called now and then.
+  void keepHouse();
+
+ private:
+  struct Judged;
+  Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
+  Answer runReading(const Incoming& incoming);
+  Answer runWriting(const Incoming& incoming);
+
+  Database& database_;
+  Clock clock_;
+  HashCost cost_;
+};
+
+}  // namespace vantry::server

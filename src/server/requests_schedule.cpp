@@ -1,0 +1,82 @@
+// What is booked: a day's list, and the counts of a month and of a year.
+
+#include <array>
+#include <map>
+
+#include "server/booking_store.h"
+#include "server/handlers.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+/// The requester of a list row: a name; nothing for an administrative booking; "-1" where the name is
+/// withheld.
+std::string_view requesterOf(const BookingListRow& row) {
+  if (row.administrative) return {};
+  return isWithheld(row.withheld, row.status) ? std::string_view("-1") : std::string_view(row.requester);
+}
+
+void addBooking(Reply& reply, const BookingListRow& row) {
+  reply.record()
+      .set(tags::BOOKID, row.id)
+      .set(tags::BKRES, static_cast<int>(row.status))
+      .set(tags::STIME, momentText(row.startsAt))
+      .set(tags::ETIME_, momentText(row.endsAt))
+      .set(tags::REQ, requesterOf(row))
+      .set(tags::CNUM, confirmationNumber(row.id))
+      .set(tags::BTYP, bookingTypeName(row.type))
+      .set(tags::DPL, row.place)
+      .set(tags::ECNT, row.equipmentCount)
+      .set(tags::ICNT, row.itemCount);
+}
+
+/// History is shown when it is asked for by somebody who may see it.
+bool showsHistory(Context& context, const Message& message) {
+  return message.flag(tags::HBK) && holdsAnyRight(context.db, context.session, "BKVHI");
+}
+
+Reply bookingsOfDay(Context& context, const Message& message) {
+  Reply reply;
+  const std::optional<Moment> date = parseMoment(message.text(tags::DATE));
+  if (!date) return reply;
+  const bool history = showsHistory(context, message);
+  visitBookings(context.db, context.session.locationId, *date, *date + day, [&](const BookingListRow& row) {
+    if (history || !isHistorical(row.status, row.endsAt, context.now)) addBooking(reply, row);
+  });
+  return reply;
+}
+
+Reply bookingCounts(Context& context, const Message& message) {
+  Reply reply;
+  const std::optional<Moment> date = parseMoment(message.text(tags::DATE));
+  if (!date) return reply;
+  const bool wholeYear = message.flag(tags::YRS);
+  const Moment from = wholeYear ? makeMoment(yearOf(*date), 1, 1) : startOfMonth(*date);
+  const Moment until = startOfMonth(from, wholeYear ? 12 : 1);
+  const bool history = showsHistory(context, message);
+  std::map<Moment, int> counts;
+  visitBookingMarks(context.db, context.session.locationId, from, until, [&](const BookingMark& mark) {
+    if (history || !isHistorical(mark.status, mark.endsAt, context.now)) ++counts[startOfDay(mark.startsAt)];
+  });
+  for (const auto& [dayStart, count] : counts) {
+    reply.record();
+    if (wholeYear) reply.set(tags::MNTHS, monthOf(dayStart));
+    reply.set(tags::DAY, dayOfMonth(dayStart)).set(tags::BCNT, count);
+  }
+  return reply;
+}
+
+constexpr std::array rows{
+    HandlerRow{"BOOKDAY", bookingsOfDay},
+    HandlerRow{"BOOKMTH", bookingCounts},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> scheduleRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server
