@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace vantry {
+
+class Server;
+
+/// The library's server within this process, on a free port of the loopback. The client speaks to it as to
+/// any other server, so nothing is different for a library that later runs one of its own.
+class EmbeddedServer {
+ public:
+  struct Options {
+    std::filesystem::path
+        database;              ///< SQLite file; made with its folder, and with a small library, when missing
+    std::string demoDate;      ///< "YYYY-MM-DD", the day that the small library is made for; empty: today
+    bool quickHashes = false;  ///< cheap password hashes, for tests only
+  };
+
+  /// Runs when it returns; making the library takes some seconds. Throws std::runtime_error, with a sentence
+  /// for people, when the file cannot be used or no port can be had.
+  explicit EmbeddedServer(const Options& options);
+  ~EmbeddedServer();
+  EmbeddedServer(const EmbeddedServer&) = delete;
+  EmbeddedServer& operator=(const EmbeddedServer&) = delete;
+
+  /// "http://127.0.0.1:port"
+  [[nodiscard]] std::string address() const;
+
+ private:
+  std::unique_ptr<Server> server_;
+};
+
+}  // namespace vantry
