@@ -167,11 +167,10 @@ void frmMain::applyPreferences(Applies what) {
 }
 
 void frmMain::StartStopTimer(bool start) {
-  if (app_.daemonPeriod == 0) return;
-  tmrDaemon.Enabled = false;
+  if (app_.daemonPeriod == 0) return;  // no refresh by itself
+  tmrDaemon.Enabled = start;
   if (!start) return;
   ticksToRefresh = app_.daemonPeriod / kTickMilliseconds;
-  tmrDaemon.Enabled = true;
 }
 
 void frmMain::mnuViewMergeCells_Click() {

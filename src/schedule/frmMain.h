@@ -45,6 +45,7 @@ class frmMain : public Form, public MainWindow {
   void showOperator(std::string_view operatorId) override;
   void mnuModeStandard_Click() override;
   void mnuModeDaemon_Click() override;
+  void StartStopTimer(bool start) override;
   void refillStaff() override { staffView.refill(); }
   void BuildMainTrees() override {}  // the trees stand with the inventory views
   void applyPreferences(Applies what) override;
@@ -54,7 +55,6 @@ class frmMain : public Form, public MainWindow {
   void SetFormSecurity(int kind);
   void DisplayStandardDefaultView();
   void DisplayDaemonDefaultView();
-  void StartStopTimer(bool start);
   void barMain_ComboSelChange();
   /// The one way into a view.
   void showView(ViewId id);
