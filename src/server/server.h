@@ -52,7 +52,6 @@ struct DemoOptions {
   int daysAhead = 365;     ///< and into the future
   std::string bookingsOn;  ///< a day that gets exactly `bookingsOnCount` bookings; empty: none
   int bookingsOnCount = 0;
-  bool quickHashes = false;  ///< cheap password hashes, for tests only
 };
 
 /// Writes a small believable library into the database if the database is new (the file is missing or holds
