@@ -17,8 +17,9 @@ namespace vantry {
 class HttpTransport : public Transport {
  public:
   struct Options {
-    std::string address;          ///< "http://host:port" or "https://host:port"; the port may be missing
-    std::string certificateFile;  ///< PEM file of the authority to trust; empty: the system's authorities
+    std::string address;  ///< "http://host:port" or "https://host:port"; the port may be missing
+    std::string certificateFile =
+        {};  ///< PEM file of the authority to trust; empty: the system's authorities
     bool plainBeyondLoopback = false;  ///< allows HTTP without TLS to another machine
     std::chrono::milliseconds connectLimit{5'000};
     std::chrono::milliseconds silenceLimit{30'000};  ///< how long the server may send nothing
