@@ -31,7 +31,10 @@ enum class ControlKind {
   ToolBar,
   ListBar,
   Timer,
-  Image
+  Image,
+  MonthCalendar,
+  YearCalendar,
+  TabStrip
 };
 
 /// Holds controls in the order in which they were made, which is their tab order: a form or a frame.
