@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace vantry {
+
+/// The platform's texts are UTF-8, the toolkit's are not.
+inline QString qt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+inline std::string utf8(const QString& text) {
+  return text.toStdString();
+}
+/// A caption without the signs of its mnemonic, where none can be used.
+QString withoutMnemonic(std::string_view caption);
+
+}  // namespace vantry
