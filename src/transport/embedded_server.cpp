@@ -15,7 +15,6 @@ EmbeddedServer::EmbeddedServer(const Options& options) {
   if (!std::filesystem::exists(options.database)) {
     DemoOptions demo;
     demo.date = options.demoDate;
-    demo.quickHashes = options.quickHashes;
     createDemoDatabase(options.database.string(), demo);
   }
   Server::Options server;

@@ -1,0 +1,51 @@
+#include "desktop/screenshot.h"
+
+#include "desktop/qt_desktop.h"
+#include "frame/app.h"
+#include "frame/frmLocation.h"
+#include "messaging/frmLogon.h"
+
+namespace vantry {
+
+/// The small library's operator with all rights.
+static constexpr const char* kOperator = "admin";
+static constexpr const char* kPassword = "admin-demo";
+static constexpr int kStepMilliseconds = 20;
+/// So many steps without a first view mean that none will come.
+static constexpr int kPatience = 1500;
+
+Screenshot::Screenshot(QtDesktop& desktop, std::function<App&()> app, std::string file)
+    : desktop_(desktop), app_(std::move(app)), file_(std::move(file)) {
+  timer_.setInterval(kStepMilliseconds);
+  QObject::connect(&timer_, &QTimer::timeout, [this] { desktop_.dispatch([this] { step(); }); });
+  timer_.start();
+}
+
+static Form* shownWindow(App& app, std::string_view name) {
+  for (int i = 0; i < app.windows.Count(); ++i) {
+    if (app.windows[i].Name() == name && app.windows[i].isShown()) return &app.windows[i];
+  }
+  return nullptr;
+}
+
+void Screenshot::step() {
+  App& app = app_();
+  if (++passes_ > kPatience) desktop_.endProgram();
+  if (auto* logon = dynamic_cast<frmLogon*>(shownWindow(app, "frmLogon"))) {
+    logon->txtOperator.type(kOperator);
+    logon->txtPassword.type(kPassword);
+    logon->cmdOK.press();
+    return;
+  }
+  if (auto* location = dynamic_cast<frmLocation*>(shownWindow(app, "frmLocation"))) {
+    location->cmdOK.press();
+    return;
+  }
+  if (app.mode == Mode::None || !app.main().form().Enabled) return;
+  timer_.stop();
+  desktop_.handleEvents();
+  written_ = desktop_.writePicture(app.main().form(), file_);
+  desktop_.endProgram();
+}
+
+}  // namespace vantry
