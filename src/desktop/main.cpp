@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <memory>
 
+#include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
 #include "desktop/program_options.h"
 #include "desktop/qt_desktop.h"
-#include "desktop/screenshot.h"
 #include "desktop/style.h"
 #include "frame/app.h"
 #include "frame/modMain.h"
@@ -41,12 +41,15 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   App app({desktop, transport, clock, settings, components, options.program, options.user}, options.rest);
   frmMain mainWindow(app);
   app.setMain(mainWindow);
-  std::unique_ptr<Screenshot> screenshot;
-  if (!options.screenshot.empty())
-    screenshot = std::make_unique<Screenshot>(
-        desktop, [&app]() -> App& { return app; }, options.screenshot);
+  std::unique_ptr<DemoOperator> operatorAtTheDesk;
+  bool written = options.screenshot.empty();
+  if (!written) {
+    operatorAtTheDesk = std::make_unique<DemoOperator>(
+        desktop, [&app]() -> App& { return app; },
+        [&] { written = desktop.writePicture(mainWindow, options.screenshot); });
+  }
   const int code = desktop.run([&] { return Main(app); });
-  return screenshot && !screenshot->isWritten() ? 1 : code;
+  return written ? code : 1;
 }
 
 int start(int argc, char** argv) {

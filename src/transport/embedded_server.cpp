@@ -2,8 +2,6 @@
 
 #include <system_error>
 
-#include "server/server.h"
-
 namespace vantry {
 
 /// One client keeps one connection; a few more for whoever looks at the same library meanwhile.
@@ -12,11 +10,8 @@ static constexpr int kThreads = 8;
 EmbeddedServer::EmbeddedServer(const Options& options) {
   std::error_code ignored;  // a folder that cannot be made shows when the database is opened
   std::filesystem::create_directories(options.database.parent_path(), ignored);
-  if (!std::filesystem::exists(options.database)) {
-    DemoOptions demo;
-    demo.date = options.demoDate;
-    createDemoDatabase(options.database.string(), demo);
-  }
+  // Also a file whose first start was broken off gets its library.
+  createDemoDatabase(options.database.string(), options.demo);
   Server::Options server;
   server.database = options.database.string();
   server.threads = kThreads;

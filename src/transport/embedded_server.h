@@ -4,19 +4,18 @@
 #include <memory>
 #include <string>
 
-namespace vantry {
+#include "server/server.h"
 
-class Server;
+namespace vantry {
 
 /// The library's server within this process, on a free port of the loopback. The client speaks to it as to
 /// any other server, so nothing is different for a library that later runs one of its own.
 class EmbeddedServer {
  public:
   struct Options {
-    std::filesystem::path
-        database;              ///< SQLite file; made with its folder, and with a small library, when missing
-    std::string demoDate;      ///< "YYYY-MM-DD", the day that the small library is made for; empty: today
-    bool quickHashes = false;  ///< cheap password hashes, for tests only
+    std::filesystem::path database;  ///< SQLite file; made with its folder when missing
+    DemoOptions demo = {};           ///< the small library that a file without one gets
+    bool quickHashes = false;        ///< cheap password hashes, for tests only
   };
 
   /// Runs when it returns; making the library takes some seconds. Throws std::runtime_error, with a sentence

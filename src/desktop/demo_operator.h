@@ -2,7 +2,6 @@
 
 #include <QTimer>
 #include <functional>
-#include <string>
 
 namespace vantry {
 
@@ -10,22 +9,19 @@ class App;
 class QtDesktop;
 
 /// Works the program as the small library's operator would: logs on, takes the first location, waits for the
-/// first view, writes its picture and ends the program.
-class Screenshot {
+/// first view, then runs what was wanted and ends the program.
+class DemoOperator {
  public:
-  /// `app` is asked for when it is needed; the program is made after this object.
-  Screenshot(QtDesktop& desktop, std::function<App&()> app, std::string file);
-
-  bool isWritten() const { return written_; }
+  /// `app` is asked for when it is needed; the program may be made after this object.
+  DemoOperator(QtDesktop& desktop, std::function<App&()> app, std::function<void()> atTheDesk);
 
  private:
   void step();
   QtDesktop& desktop_;
   std::function<App&()> app_;
-  std::string file_;
+  std::function<void()> atTheDesk_;
   QTimer timer_;
   int passes_ = 0;
-  bool written_ = false;
 };
 
 }  // namespace vantry

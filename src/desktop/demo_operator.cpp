@@ -1,4 +1,4 @@
-#include "desktop/screenshot.h"
+#include "desktop/demo_operator.h"
 
 #include "desktop/qt_desktop.h"
 #include "frame/app.h"
@@ -10,12 +10,13 @@ namespace vantry {
 /// The small library's operator with all rights.
 static constexpr const char* kOperator = "admin";
 static constexpr const char* kPassword = "admin-demo";
+static constexpr const char* kLocation = "Riverside Media Desk";
 static constexpr int kStepMilliseconds = 20;
 /// So many steps without a first view mean that none will come.
 static constexpr int kPatience = 1500;
 
-Screenshot::Screenshot(QtDesktop& desktop, std::function<App&()> app, std::string file)
-    : desktop_(desktop), app_(std::move(app)), file_(std::move(file)) {
+DemoOperator::DemoOperator(QtDesktop& desktop, std::function<App&()> app, std::function<void()> atTheDesk)
+    : desktop_(desktop), app_(std::move(app)), atTheDesk_(std::move(atTheDesk)) {
   timer_.setInterval(kStepMilliseconds);
   QObject::connect(&timer_, &QTimer::timeout, [this] { desktop_.dispatch([this] { step(); }); });
   timer_.start();
@@ -28,7 +29,7 @@ static Form* shownWindow(App& app, std::string_view name) {
   return nullptr;
 }
 
-void Screenshot::step() {
+void DemoOperator::step() {
   App& app = app_();
   if (++passes_ > kPatience) desktop_.endProgram();
   if (auto* logon = dynamic_cast<frmLogon*>(shownWindow(app, "frmLogon"))) {
@@ -38,13 +39,16 @@ void Screenshot::step() {
     return;
   }
   if (auto* location = dynamic_cast<frmLocation*>(shownWindow(app, "frmLocation"))) {
+    for (int row = 1; row < location->faLocations.Rows; ++row) {
+      if (location->faLocations.TextMatrix(row, 0) == kLocation) location->faLocations.selectRow(row);
+    }
     location->cmdOK.press();
     return;
   }
   if (app.mode == Mode::None || !app.main().form().Enabled) return;
   timer_.stop();
   desktop_.handleEvents();
-  written_ = desktop_.writePicture(app.main().form(), file_);
+  atTheDesk_();
   desktop_.endProgram();
 }
 
