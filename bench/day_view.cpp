@@ -1,7 +1,7 @@
 // From the date's change to the painted list, split into server, wire, fill and paint; start and memory
 // beside it.
 //
-//   bench_day_view FOLDER COUNT     a library with COUNT bookings on one day, made in FOLDER when missing
+//   day_view FOLDER COUNT     a library with COUNT bookings on one day, made in FOLDER when missing
 //
 // Runs the client's own windows with the real front end (offscreen without a display) against the embedded
 // server, and prints one line per figure: the median of the rounds, in milliseconds.
@@ -139,7 +139,7 @@ int run(const std::string& folder, int count, QtDesktop& desktop, Clock::time_po
 int main(int argc, char** argv) {
   const auto begin = vantry::Clock::now();
   if (argc != 3) {
-    std::fprintf(stderr, "usage: bench_day_view FOLDER COUNT\n");
+    std::fprintf(stderr, "usage: day_view FOLDER COUNT\n");
     return 2;
   }
   QApplication application(argc, argv);

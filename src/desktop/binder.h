@@ -69,6 +69,6 @@ std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent
 using BinderMaker = std::unique_ptr<Binder>(Control&, Host&, QWidget*);
 BinderMaker bindLabel, bindImage, bindButton, bindTextBox, bindCheckBox, bindOptionButton, bindComboBox,
     bindListBox, bindFrame, bindDateField, bindTimeField, bindGrid, bindTree, bindStatusBar, bindToolBar,
-    bindListBar;
+    bindListBar, bindMonthCalendar, bindYearCalendar, bindTabStrip;
 
 }  // namespace vantry

@@ -27,6 +27,9 @@ static constexpr std::array kBinders = {
     BinderRow{ControlKind::ToolBar, bindToolBar},
     BinderRow{ControlKind::ListBar, bindListBar},
     BinderRow{ControlKind::Image, bindImage},
+    BinderRow{ControlKind::MonthCalendar, bindMonthCalendar},
+    BinderRow{ControlKind::YearCalendar, bindYearCalendar},
+    BinderRow{ControlKind::TabStrip, bindTabStrip},
 };
 
 std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent) {
