@@ -63,13 +63,4 @@ void Binder::showColours() {
   widget_.update();
 }
 
-QString withoutMnemonic(std::string_view caption) {
-  std::string text;
-  for (std::size_t i = 0; i < caption.size(); ++i) {
-    if (caption[i] == '&' && ++i == caption.size()) break;
-    text += caption[i];
-  }
-  return qt(text);
-}
-
 }  // namespace vantry

@@ -22,7 +22,7 @@ class Host {
   /// Runs an event of the platform's. It must be the last that the caller does: the window may be gone after
   /// it.
   virtual void act(const std::function<void()>& event) = 0;
-  /// Where a popup menu opens that the keyboard asked for.
+  /// Where a popup menu opens that the next event asks for.
   virtual void popupAt(const QPoint& position) = 0;
   virtual Binder* binderOf(const Control& control) const = 0;
 };

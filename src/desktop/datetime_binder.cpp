@@ -185,18 +185,14 @@ class DateBinder : public EntryBinder<DateField, Date> {
 
 class TimeBinder : public EntryBinder<TimeField, Time> {
  public:
-  TimeBinder(TimeField& field, Host& host, EntryLine& line)
-      : EntryBinder(field, host, line),
-        twelveHours_(QLocale().timeFormat(QLocale::ShortFormat).contains('A', Qt::CaseInsensitive)) {
+  TimeBinder(TimeField& field, Host& host, EntryLine& line) : EntryBinder(field, host, line) {
     line.setFixedWidth(line.fontMetrics().horizontalAdvance(QStringLiteral("00:00 PM")) + 6 * style::kUnit);
     line.onStep = [this](int step, bool large) { moveBy(step * (large ? 60 : kQuarter)); };
   }
 
  protected:
   std::optional<Time> read(const QString& text) const override { return parseClockTime(utf8(text)); }
-  QString write(const Time& time) const override {
-    return qt(twelveHours_ ? hourMinuteAmPm(time) : hourMinute(time));
-  }
+  QString write(const Time& time) const override { return shortTime(time); }
   bool isWhole(const QString& text) const override {
     const auto time = read(text);
     return time && write(*time) == text;
@@ -209,8 +205,6 @@ class TimeBinder : public EntryBinder<TimeField, Time> {
     const int moment = (now.hour * 60 + now.minute + minutes + kMinutesOfDay) % kMinutesOfDay;
     enter(Time{moment / 60, moment % 60, 0});
   }
-
-  bool twelveHours_;
 };
 
 std::unique_ptr<Binder> bindDateField(Control& control, Host& host, QWidget* parent) {

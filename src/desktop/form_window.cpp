@@ -29,6 +29,7 @@ static constexpr int kNoticed = 200;
 static constexpr int kPaintInterval = 40;
 /// A window with menus is a working window and starts large.
 static constexpr QSize kWorkingSize{1280, 800};
+static constexpr int kNarrowest = 340;
 static constexpr double kShareOfScreen = 0.94;
 
 static bool isBar(ControlKind kind) {
@@ -76,6 +77,7 @@ void FormWindow::build() {
   menus_ = std::make_unique<Menus>(form_, *this, *this);
   if (menus_->bar()) outer->setMenuBar(menus_->bar());
   body_ = new QWidget(this);
+  body_->setMinimumWidth(kNarrowest);
   buildControls(form_, body_);
   for (const Control* control : form_.Controls()) {
     if (control->kind() == ControlKind::ToolBar) outer->addWidget(&binderOf(*control)->widget());
@@ -158,7 +160,8 @@ void FormWindow::arrange() {
   for (Control* bar : left) middle_->addWidget(widgetOf(*bar));
   middle_->addWidget(body_, 1);
   for (Control* bar : right) middle_->addWidget(widgetOf(*bar));
-  arrangeContainer(*body_, inner, 2 * style::kUnit, find);
+  const bool dialog = !menus_ || !menus_->bar();
+  arrangeContainer(*body_, inner, (dialog ? 3 : 2) * style::kUnit, find);
   for (const auto& [control, binder] : byControl_) {
     if (control->kind() != ControlKind::Frame) continue;
     const auto& frame = static_cast<const Frame&>(*control);
@@ -292,6 +295,7 @@ void FormWindow::act(const std::function<void()>& event) {
   if (released_) return;
   if (Control* control = controlOf(QApplication::focusWidget())) binderOf(*control)->commit();
   if (!released_) desktop_.dispatch(event);
+  popupPosition_ = {};
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

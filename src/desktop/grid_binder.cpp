@@ -55,10 +55,10 @@ class GridBinder : public Binder {
     if (std::abs(model_->rowCount() - before) <= 1) view_.verticalScrollBar()->setValue(place);
   }
   void showColumns() {
-    for (int column = 0; column < model_->columnCount(); ++column) {
-      const int twips = grid_.ColWidth(column);
-      view_.showWidth(column, twips <= 0 ? 0 : style::pixels(twips));
-    }
+    std::vector<int> widths;
+    for (int column = 0; column < model_->columnCount(); ++column)
+      widths.push_back(grid_.ColWidth(column) <= 0 ? 0 : style::pixels(grid_.ColWidth(column)));
+    view_.showWidths(std::move(widths));
   }
   void showSelection() {
     const int row = grid_.Row - grid_.FixedRows;
@@ -74,14 +74,14 @@ class GridBinder : public Binder {
       case Action::DoubleClick:
         return act([this, gridRow, column] { grid_.doubleClick(gridRow, column); });
       case Action::RightClick:
-        return act([this, gridRow, column] { rightClicked(gridRow, column); });
+        host().popupAt(view_.menuPlace());
+        return act([this, gridRow, column] { grid_.rightClick(gridRow, column); });
       case Action::Select:
         return act([this, gridRow] { grid_.selectRow(gridRow); });
       case Action::Choose:
         return act([this] { grid_.chooseRow(); });
     }
   }
-  void rightClicked(int row, int column) { grid_.rightClick(row, column); }
 
   Grid& grid_;
   GridView& view_;

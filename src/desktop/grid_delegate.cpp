@@ -77,7 +77,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   // The text of merged cells stands in the first of them that can be seen.
   const bool hidden = (merge.above && index.row() != view_.rowAt(0)) || merge.left;
   if (hidden || cell.text.empty()) return;
-  const QRect room = option.rect.adjusted(style::kUnit, 0, -style::kUnit - 1, 0);
+  const QRect room = option.rect.adjusted(style::kCellMargin, 0, -style::kCellMargin, 0);
   QString text = qt(cell.text);
   text.replace('\n', ' ');
   if (option.fontMetrics.horizontalAdvance(text) > room.width())

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <algorithm>
+#include <numeric>
 
 #include "desktop/grid_delegate.h"
 #include "desktop/grid_model.h"
@@ -41,7 +42,6 @@ void GridView::setUpHeader() {
   header->setSectionsMovable(true);
   header->setSectionsClickable(true);
   header->setHighlightSections(false);
-  header->setStretchLastSection(true);
   header->setMinimumSectionSize(style::kUnit);
   header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   header->setFixedHeight(std::max(style::kFieldHeight, fontMetrics().height() + 2 * style::kUnit));
@@ -49,11 +49,11 @@ void GridView::setUpHeader() {
   connect(header, &QHeaderView::sectionClicked, this,
           [this](int column) { tell(Action::Click, kHeading, column); });
   connect(header, &QHeaderView::customContextMenuRequested, this, [this](const QPoint& position) {
+    menuPlace_ = horizontalHeader()->viewport()->mapToGlobal(position);
     tell(Action::RightClick, kHeading, horizontalHeader()->logicalIndexAt(position));
   });
   connect(header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-    const bool byHand = !showingWidths_ && QApplication::mouseButtons() & Qt::LeftButton;
-    if (byHand && width > 0 && onResizeColumn) onResizeColumn(column, width);
+    if (!showingWidths_ && QApplication::mouseButtons() & Qt::LeftButton) resizedByHand(column, width);
   });
   // The grid moves its columns itself; the header goes back to its own order before it does.
   connect(header, &QHeaderView::sectionMoved, this, [this](int, int from, int to) {
@@ -93,16 +93,42 @@ void GridView::showSelected(int row, int column) {
   setCurrentIndex(model()->index(row, column));
 }
 
-void GridView::showWidth(int column, int width) {
+void GridView::showWidths(std::vector<int> widths) {
+  widths_ = std::move(widths);
   showingWidths_ = true;
-  setColumnHidden(column, width <= 0);
-  if (width > 0 && columnWidth(column) != width) setColumnWidth(column, width);
+  for (int column = 0; column < static_cast<int>(widths_.size()); ++column) {
+    const int width = widths_[static_cast<std::size_t>(column)];
+    setColumnHidden(column, width <= 0);
+    if (width > 0 && columnWidth(column) != width) setColumnWidth(column, width);
+  }
   showingWidths_ = false;
+  fillWidth();
+}
+
+void GridView::fillWidth() {
+  int others = 0;
+  int last = -1;
+  for (int column = 0; column < static_cast<int>(widths_.size()); ++column) {
+    if (widths_[static_cast<std::size_t>(column)] <= 0) continue;
+    if (last >= 0) others += widths_[static_cast<std::size_t>(last)];
+    last = column;
+  }
+  if (last < 0 || showingWidths_) return;
+  showingWidths_ = true;
+  setColumnWidth(last, std::max(widths_[static_cast<std::size_t>(last)], viewport()->width() - others));
+  showingWidths_ = false;
+}
+
+void GridView::resizedByHand(int column, int width) {
+  if (width <= 0 || column >= static_cast<int>(widths_.size())) return;
+  widths_[static_cast<std::size_t>(column)] = width;
+  if (onResizeColumn) onResizeColumn(column, width);
 }
 
 QSize GridView::sizeHint() const {
   const int rows = kHintRows * verticalHeader()->defaultSectionSize();
-  const int width = horizontalHeader()->length() + verticalScrollBar()->sizeHint().width() + 2;
+  const int width =
+      std::accumulate(widths_.begin(), widths_.end(), 0) + verticalScrollBar()->sizeHint().width() + 2;
   return {std::clamp(width, kHintNarrowest, kHintWidest), rows + horizontalHeader()->height() + 2};
 }
 
@@ -142,8 +168,11 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
+  menuPlace_ = event->globalPos();
   if (event->reason() != QContextMenuEvent::Keyboard) return tellAt(Action::RightClick, event->pos());
   const int row = selectedRow();
+  const QPoint below = row < 0 ? QPoint() : visualRect(currentIndex()).bottomLeft();
+  menuPlace_ = viewport()->mapToGlobal(below);
   tell(Action::RightClick, row < 0 ? kBeyond : row, std::max(0, currentIndex().column()));
 }
 
@@ -176,9 +205,9 @@ void GridView::keyPressEvent(QKeyEvent* event) {
   if (row >= 0 && row != before) tell(Action::Select, row, std::max(0, currentIndex().column()));
 }
 
-void GridView::focusInEvent(QFocusEvent* event) {
-  QTableView::focusInEvent(event);
-  viewport()->update();
+void GridView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  fillWidth();
 }
 
 }  // namespace vantry

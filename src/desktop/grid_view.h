@@ -2,6 +2,7 @@
 
 #include <QTableView>
 #include <functional>
+#include <vector>
 
 namespace vantry {
 
@@ -18,6 +19,8 @@ class GridView : public QTableView {
   std::function<void(Action, int row, int column)> onAction;
   std::function<void(int from, int to)> onMoveColumn;
   std::function<void(int column, int width)> onResizeColumn;
+  /// Where the last right click was, on the screen; for the keyboard, below the selected row.
+  QPoint menuPlace() const { return menuPlace_; }
   /// Whether Enter chooses a row here.
   bool enterChooses = false;
 
@@ -29,8 +32,8 @@ class GridView : public QTableView {
   int selectedRow() const;
   /// Shows this row as the selected one; -1 for none.
   void showSelected(int row, int column);
-  /// Width 0 hides the column.
-  void showWidth(int column, int width);
+  /// The columns' widths; 0 hides. What is left of the list's width goes to the last one that shows.
+  void showWidths(std::vector<int> widths);
 
   QSize sizeHint() const override;
 
@@ -40,13 +43,17 @@ class GridView : public QTableView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void tell(Action action, int row, int column);
   void tellAt(Action action, const QPoint& position);
   void setUpHeader();
   bool startSelection(int key);
+  void fillWidth();
+  void resizedByHand(int column, int width);
+  std::vector<int> widths_;
+  QPoint menuPlace_;
   bool showingWidths_ = false;
   bool pressed_ = false;
 };

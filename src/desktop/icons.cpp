@@ -39,8 +39,10 @@ class SvgEngine : public QIconEngine {
     const QColor text = palette.color(QPalette::WindowText);
     const QColor ground = palette.color(QPalette::Window);
     const bool off = mode == QIcon::Disabled;
-    const QColor ink = style::blend(text, ground, off ? 0.7 : 0.2);
-    const QColor accent = off ? ink : style::accent();
+    const bool chosen = mode == QIcon::Selected;
+    const QColor ink =
+        chosen ? palette.color(QPalette::HighlightedText) : style::blend(text, ground, off ? 0.7 : 0.2);
+    const QColor accent = off || chosen ? ink : style::accent();
     const QSize pixels = (QSizeF(size) * scale).toSize();
     const QString key = QStringLiteral("vantry-%1-%2x%3-%4-%5")
                             .arg(qHash(drawing_))

@@ -1,3 +1,4 @@
+#include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
 #include <QPainter>
@@ -13,6 +14,7 @@ namespace vantry {
 /// From this length on a text is a sentence that may wrap.
 static constexpr int kSentence = 70;
 static constexpr int kImageSize = 40;
+static constexpr int kEmblemSize = 56;
 
 /// A label, or what looks like a field and cannot be changed, or a field of colour.
 class LabelWidget : public QLabel {
@@ -23,13 +25,16 @@ class LabelWidget : public QLabel {
     if (label.Heading) setFont(style::headingFont());
     if (field_) setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (field_ || swatch_) setContentsMargins(style::kUnit, 2, style::kUnit, 2);
-    if (swatch_) setAlignment(Qt::AlignCenter);
+    if (swatch_) {
+      setAlignment(Qt::AlignCenter);
+      setFixedHeight(std::max(style::kRowHeight, fontMetrics().height() + style::kUnit));
+    }
     if (field_) setMinimumHeight(style::kFieldHeight);
   }
 
  protected:
   void paintEvent(QPaintEvent* event) override {
-    if (field_ || swatch_) paintGround();
+    if (field_ || swatch_ || testAttribute(Qt::WA_SetPalette)) paintGround();
     QLabel::paintEvent(event);
   }
 
@@ -37,9 +42,12 @@ class LabelWidget : public QLabel {
   void paintGround() {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const bool ownGround = swatch_ && testAttribute(Qt::WA_SetPalette);
-    const QColor ground = ownGround ? palette().color(backgroundRole()) : style::headerGround();
-    painter.setPen(style::hairline());
+    // A ground was given only where it differs from the window's.
+    const QColor given = palette().color(backgroundRole());
+    const bool plain = given == QGuiApplication::palette().color(backgroundRole());
+    if (plain && !field_ && !swatch_) return;
+    const QColor ground = field_ && plain ? style::headerGround() : given;
+    painter.setPen(field_ || swatch_ ? QPen(style::hairline()) : QPen(Qt::NoPen));
     painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
   }
@@ -78,7 +86,9 @@ std::unique_ptr<Binder> bindLabel(Control& control, Host& host, QWidget* parent)
 
 std::unique_ptr<Binder> bindImage(Control& control, Host& host, QWidget* parent) {
   auto* label = new QLabel(parent);
-  label->setPixmap(icon(static_cast<Image&>(control).Picture).pixmap(kImageSize, kImageSize));
+  const std::string& picture = static_cast<Image&>(control).Picture;
+  const int size = picture == "vantry" ? kEmblemSize : kImageSize;
+  label->setPixmap(icon(picture).pixmap(QSize(size, size), label->devicePixelRatioF()));
   label->setAlignment(Qt::AlignCenter);
   return std::make_unique<Binder>(control, host, *label);
 }

@@ -138,6 +138,7 @@ static QLayout* buildFields(const LayoutNode& node, const WidgetOf& widgetOf) {
     addField(*grid, row, field, widgetOf);
     join(label, field, widgetOf);
   }
+  if (!growsDown(node)) grid->setRowStretch(grid->rowCount(), 1);
   return grid;
 }
 

@@ -176,8 +176,9 @@ void QtDesktop::flushAll() {
 }
 
 void QtDesktop::handleEvents() {
-  flushAll();
   ++dispatching_;
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  flushAll();
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   --dispatching_;
   leaveIfEnded();

@@ -1,9 +1,7 @@
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
-#include <QLocale>
 #include <QPainter>
 #include <QTimer>
 #include <array>
@@ -13,6 +11,9 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "platform/bars.h"
+#include "platform/clock.h"
+#include "platform/form.h"
+#include "platform/windows.h"
 
 namespace vantry {
 
@@ -102,14 +103,13 @@ class StatusBinder : public Binder {
   }
 
   void showClock() {
-    const QDateTime now = QDateTime::currentDateTime();
-    const QLocale locale;
+    const DateTime now = SystemClock().now();
+    const std::string date = formatDate(now.date, bar_.form().windows().shortDateFormat());
+    const QString time = shortTime(now.time);
     for (int i = 1; i <= StatusBar::kPanels; ++i) {
       const auto kind = bar_.Panels(i).style;
-      if (kind == Panel::Style::Date)
-        widget_.label(i).setText(locale.toString(now.date(), QLocale::ShortFormat));
-      if (kind == Panel::Style::Time)
-        widget_.label(i).setText(locale.toString(now.time(), QLocale::ShortFormat));
+      if (kind == Panel::Style::Date) widget_.label(i).setText(qt(date));
+      if (kind == Panel::Style::Time) widget_.label(i).setText(time);
     }
   }
 

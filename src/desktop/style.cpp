@@ -19,9 +19,9 @@ namespace vantry::style {
 
 static constexpr double kTwipsPerInch = 1440.0;
 /// The mean width of a letter that the columns' widths were chosen for, in parts of an inch.
-static constexpr double kLetterInch = 5.1 / 96.0;
+static constexpr double kLetterInch = 4.75 / 96.0;
 static constexpr double kLeastContrast = 3.0;
-static constexpr double kPointSize = 9.5;
+static constexpr double kPointSize = 9.0;
 
 /// One scheme: the few colours that all others come from.
 struct Colours {

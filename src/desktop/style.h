@@ -17,6 +17,7 @@ namespace vantry::style {
 /// All distances are multiples of it.
 inline constexpr int kUnit = 6;
 inline constexpr int kRowHeight = 22;
+inline constexpr int kCellMargin = 5;
 inline constexpr int kFieldHeight = 28;
 inline constexpr int kMenuIcon = 16;
 inline constexpr int kToolIcon = 20;

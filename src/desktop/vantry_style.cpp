@@ -174,7 +174,7 @@ int VantryStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, con
     case PM_MenuButtonIndicator:
       return 18;
     case PM_HeaderMargin:
-      return kUnit;
+      return style::kCellMargin;
     case PM_FocusFrameHMargin:
       return kUnit / 2;
     default:
@@ -226,8 +226,10 @@ QSize VantryStyle::sizeFromContents(ContentsType type, const QStyleOption* optio
       const bool keys = item && item->text.contains('\t');
       return {size.width() + style::kMenuIcon + (keys ? 10 : 8) * kUnit, kMenuRow};
     }
-    case CT_GroupBox:
-      return result;
+    case CT_CheckBox: {
+      const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option);
+      return box && box->text.isEmpty() ? QSize(kIndicator + 4, kIndicator + 4) : result;
+    }
     case CT_ItemViewItem:
       result.setHeight(std::max(style::kRowHeight, result.height()));
       return result;
@@ -321,6 +323,11 @@ void VantryStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
     case PE_FrameMenu:
     case PE_FrameGroupBox:
       return;
+    case PE_PanelItemViewRow:
+    case PE_PanelItemViewItem:
+      if (!isOn(*option, State_Selected) || (widget && widget->hasFocus())) break;
+      painter->fillRect(option->rect, style::tint());
+      return;
     case PE_PanelMenu:
       painter->fillRect(option->rect, option->palette.color(QPalette::Base));
       panel(*painter, option->rect, style::outline(), {}, 0);
@@ -354,8 +361,9 @@ void VantryStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
       return;
     }
     default:
-      QProxyStyle::drawPrimitive(element, option, painter, widget);
+      break;
   }
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 static void drawMenuItem(const QStyle& base, const QStyleOptionMenuItem& item, QPainter& painter) {
@@ -417,6 +425,15 @@ void VantryStyle::drawControl(ControlElement element, const QStyleOption* option
     case CE_HeaderSection:
     case CE_HeaderEmptyArea:
       return drawHeaderSection(*option, *painter);
+    case CE_ItemViewItem: {
+      QStyleOptionViewItem item = *qstyleoption_cast<const QStyleOptionViewItem*>(option);
+      if (isOn(item, State_Selected) && widget && !widget->hasFocus()) {
+        // The selection of a list without the focus stands back.
+        painter->fillRect(item.rect, style::tint());
+        item.state &= ~State_Selected;
+      }
+      return QProxyStyle::drawControl(element, &item, painter, widget);
+    }
     case CE_MenuItem:
       return drawMenuItem(*proxy(), *qstyleoption_cast<const QStyleOptionMenuItem*>(option), *painter);
     case CE_MenuBarItem: {
