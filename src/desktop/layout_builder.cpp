@@ -14,7 +14,8 @@ namespace vantry {
 using Kind = LayoutNode::Kind;
 
 static bool isList(ControlKind kind) {
-  return kind == ControlKind::Grid || kind == ControlKind::Tree || kind == ControlKind::ListBox;
+  return kind == ControlKind::Grid || kind == ControlKind::Tree || kind == ControlKind::ListBox ||
+         kind == ControlKind::MonthCalendar || kind == ControlKind::YearCalendar;
 }
 
 bool growsDown(const LayoutNode& node) {
