@@ -23,6 +23,7 @@ namespace vantry {
 
 /// Letters up to here have a place of their own in the table of widths.
 static constexpr std::size_t kCommonLetters = 0x600;
+static constexpr QSize kPictureSize{1366, 768};
 /// A box that no window is to answer any more.
 static constexpr int kFailure = 1;
 
@@ -357,6 +358,9 @@ void QtDesktop::showHelp(std::string_view topic) {
 bool QtDesktop::writePicture(Form& form, const std::string& file) {
   FormWindow* window = windowOf(form);
   if (!window || !window->isVisible()) return false;
+  // The screen that nobody sees is small; the picture takes the size of a common desk's.
+  if (QApplication::platformName() == "offscreen") window->resize(kPictureSize);
+  handleEvents();
   window->flush();
   return window->grab().save(qt(file), "PNG");
 }
