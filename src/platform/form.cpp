@@ -26,13 +26,14 @@ void Form::Load() {
 
 void Form::Show() {
   Load();
+  if (!loaded_) return;  // Form_Load may have unloaded it
   shown_ = true;
   windows_.desktop().show(*this);
 }
 
 void Form::ShowModal() {
   Load();
-  if (!loaded_) return;  // Form_Load may have unloaded it
+  if (!loaded_) return;
   shown_ = modal_ = true;
   windows_.desktop().runModal(*this);
   modal_ = false;

@@ -20,8 +20,8 @@ void frmMain::closeWorkingWindows() {
 bool frmMain::tellOpenWindows(std::string_view sentence) {
   if (windows().Count() <= 1) return false;
   std::string text;
-  for (int i = 0; i < windows().Count(); ++i) text += windows()[i].Caption.get() + "\r\n";
-  informationBox(app_.desktop, text + "\r\n" + std::string(sentence));
+  for (int i = 0; i < windows().Count(); ++i) text += windows()[i].Caption.get() + "\n";
+  informationBox(app_.desktop, text + "\n" + std::string(sentence));
   app_.global.ReadyAllForms();
   return true;
 }

@@ -111,11 +111,6 @@ void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus stat
       .run();
 }
 
-void freeThingsOf(Connection& db, std::int64_t bookingId) {
-  Query query(db, "delete from occupancy where booking_id = :booking_id");
-  query.bind("booking_id", bookingId).run();
-}
-
 void deleteBooking(Connection& db, std::int64_t bookingId) {
   Query query(db, "delete from bookings where id = :id");
   query.bind("id", bookingId).run();

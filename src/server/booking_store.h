@@ -66,7 +66,6 @@ struct Stamp {
 [[nodiscard]] Moment nextStamp(Moment last, Moment now);
 
 void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp);
-void freeThingsOf(Connection& db, std::int64_t bookingId);
 void deleteBooking(Connection& db, std::int64_t bookingId);
 void countCancelled(Connection& db, std::int64_t patronId);
 

@@ -4,6 +4,7 @@
 
 #include "server/booking_store.h"
 #include "server/handlers.h"
+#include "server/occupancy.h"
 #include "words/tags.h"
 
 namespace vantry::server {

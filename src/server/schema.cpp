@@ -478,12 +478,31 @@ create table longest_occupancy (
 );
 )";
 
+// Lists whose entries have a meaning for the server. Their keys are fixed.
+constexpr std::string_view fixedLists = R"(
+insert into barcode_statuses (id, name, active) values
+  (1, 'Active', 1), (2, 'Inactive', 0), (3, 'Lost', 0), (4, 'Expired', 0);
+insert into note_types (id, for_rooms, name, popup_kind) values
+  (1, 0, 'General Note', 0), (2, 0, 'Booking Popup', 1), (3, 0, 'Charge Popup', 2), (4, 0, 'Discharge Popup', 3),
+  (11, 1, 'General Note', 0), (12, 1, 'Booking Popup', 1), (13, 1, 'Charge Popup', 7),
+  (14, 1, 'Discharge Popup', 8);
+insert into status_types (id, for_rooms, name, priority, effect) values
+  (1, 0, 'Missing', 10, 3), (2, 0, 'Out for Repair', 20, 3), (3, 0, 'Damaged', 30, 1),
+  (4, 0, 'Incomplete', 40, 1), (5, 0, 'Cleaning Due', 50, 2), (6, 0, 'New', 60, 2),
+  (11, 1, 'Closed', 10, 3), (12, 1, 'Under Renovation', 20, 3), (13, 1, 'Equipment Faulty', 30, 1),
+  (14, 1, 'Reserved for Staff', 40, 1);
+@postgresql alter table barcode_statuses alter column id restart with 101;
+@postgresql alter table note_types alter column id restart with 101;
+@postgresql alter table status_types alter column id restart with 101;
+)";
+
 constexpr std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
     Migration{3, "patrons and media", patronsAndMedia},
     Migration{4, "policies and calendars", policies},
     Migration{5, "bookings", bookings},
+    Migration{6, "fixed lists", fixedLists},
 };
 
 }  // namespace

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "server/database.h"
+#include "server/moment.h"
+
+namespace vantry::server {
+
+/// What can be taken for a time. Kinds below 10 are single things, which nothing can hold twice at once; the
+/// store guards that too. The others are wishes, which only count against what there is.
+enum class ThingKind : int {
+  Equipment = 1,
+  Item = 2,
+  Room = 3,
+  EquipmentWish = 11,
+  ItemWish = 12,
+  RoomWish = 13,
+};
+
+/// One thing, or one wish. `family` is what availability is counted by: the equipment type, the holdings
+/// record, the room type.
+struct Thing {
+  ThingKind kind;
+  std::int64_t thing = 0;
+  std::int64_t family = 0;
+};
+
+/// A time for which a booking takes a thing, set-up and clean-up included: [startsAt, endsAt).
+struct Occupation {
+  std::int64_t bookingId = 0;
+  std::optional<std::int64_t> lineId;  ///< the booking's line that takes it; none for its room
+  Moment startsAt = 0;
+  Moment endsAt = 0;
+};
+
+void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
+
+/// Gives everything back that the booking holds.
+void freeThingsOf(Connection& db, std::int64_t bookingId);
+
+}  // namespace vantry::server

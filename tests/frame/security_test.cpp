@@ -1,0 +1,186 @@
+#include <algorithm>
+#include <iterator>
+#include <set>
+
+#include "support/desk.h"
+
+namespace vantry::test {
+namespace {
+
+TEST(Rights, OnlyACapitalYIsOn) {
+  Rights rights;
+  std::array<std::string, kRights> values;
+  values[static_cast<std::size_t>(Right::BKADD)] = "Y";
+  values[static_cast<std::size_t>(Right::BKUPD)] = "y";
+  values[static_cast<std::size_t>(Right::BKCAN)] = "Yes";
+  rights.set(values);
+  EXPECT_TRUE(rights.has(Right::BKADD));
+  EXPECT_FALSE(rights.has(Right::BKUPD));
+  EXPECT_FALSE(rights.has(Right::BKCAN));
+}
+
+TEST(Rights, ViewOnlyMeansViewAndNothingElse) {
+  EXPECT_TRUE(ViewOnly(true, false, false, false));
+  EXPECT_FALSE(ViewOnly(false, false, false, false));
+  EXPECT_FALSE(ViewOnly(true, true, false, false));
+  EXPECT_FALSE(ViewOnly(true, false, true, false));
+  EXPECT_FALSE(ViewOnly(true, false, false, true));
+}
+
+using Security = Desk;
+
+/// What the main window offers, as a set of names.
+std::set<std::string> offers(frmMain& main) {
+  std::set<std::string> found;
+  const auto walk = [&](auto&& self, const MenuItem& item) -> void {
+    if (!item.isLine() && item.usable()) found.insert(item.Name());
+    for (const MenuItem* inner : item.Items()) self(self, *inner);
+  };
+  for (const MenuItem* menu : main.Menus()) walk(walk, *menu);
+  for (const BarGroup& group : main.albStandard.Groups()) {
+    for (const BarEntry& entry : group.entries) found.insert("bar: " + entry.key);
+  }
+  for (int i = 0; i < main.abView.ListCount(); ++i) found.insert("combo: " + main.abView.List(i));
+  for (const Tool* tool : main.barMain.Tools()) {
+    for (const Tool* choice : tool->choices) {
+      if (tool->Enabled && choice->Enabled) found.insert("tool: " + choice->Caption.get());
+    }
+  }
+  if (main.dayView.cmdNewBooking.usable()) found.insert("cmdNewBooking");
+  return found;
+}
+
+TEST_F(Security, EachSubjectDisappearsWithItsRights) {
+  start();
+  const std::set<std::string> all = offers(main());
+  struct Case {
+    const char* off;
+    std::set<std::string> gone;
+  };
+  const std::set<std::string> newBookings = {"mnuFileNewBooking",
+                                             "mnuFileNewBookingWiz",
+                                             "mnuFileNewPickup",
+                                             "mnuPopupNewBookingFreeform",
+                                             "mnuPopupNewBookingWizard",
+                                             "mnuPopupNewBookingPickup",
+                                             "mnuPopupBookingsNew",
+                                             "cmdNewBooking",
+                                             "bar: New Booking",
+                                             "bar: Booking Wizard",
+                                             "bar: New Pick-Up",
+                                             "tool: Booking",
+                                             "tool: Booking Wizard",
+                                             "tool: Pick-Up",
+                                             "tool: Equipment",
+                                             "tool: Group",
+                                             "tool: Room",
+                                             "tool: Maintenance"};
+  const std::vector<Case> cases = {
+      {"EQADD", {"mnuFileNewInvEquip", "mnuFileNewInvGroup", "tool: Equipment", "tool: Group"}},
+      {"EQMADD", {"mnuFileNewInvMaint", "tool: Maintenance"}},
+      {"RMADD", {"mnuFileNewInvRoom", "tool: Room"}},
+      {"RMV", {}},
+      {"RMV RMADD RMUPD RMDEL",
+       {"mnuViewInventoryRooms", "bar: Rooms", "combo: Inventory - Rooms", "mnuFileNewInvRoom",
+        "tool: Room"}},
+      {"EQMV EQMADD EQMUPD EQMDEL",
+       {"mnuViewInventoryMaintenance", "bar: Equipment Maintenance",
+        "combo: Inventory - Equipment Maintenance", "mnuFileNewInvMaint", "tool: Maintenance"}},
+      {"EQV EQADD EQUPD EQDEL",
+       {"mnuViewInventoryEquipment", "mnuViewInventoryGroups", "bar: Equipment", "bar: Equipment Groups",
+        "combo: Inventory - Equipment", "combo: Inventory - Equipment Groups", "mnuFileNewInvEquip",
+        "mnuFileNewInvGroup", "tool: Equipment", "tool: Group"}},
+      {"BKCHA", {"mnuViewScheduleCharge", "bar: Charge", "combo: Schedule - Charge"}},
+      {"BKDIS",
+       {"mnuViewScheduleDischarge", "mnuViewScheduleQuickDischarge", "bar: Discharge", "bar: Quick Discharge",
+        "combo: Schedule - Discharge", "combo: Schedule - Quick Discharge"}},
+      {"BKADD", newBookings},
+  };
+  for (const Case& c : cases) {
+    start(allRightsBut(c.off));
+    std::set<std::string> gone;
+    const std::set<std::string> left = offers(main());
+    std::set_difference(all.begin(), all.end(), left.begin(), left.end(), std::inserter(gone, gone.end()));
+    EXPECT_EQ(gone, c.gone) << "without " << c.off;
+  }
+}
+
+TEST_F(Security, WithoutAnySubjectTheInventoryGoesAndWithoutCirculationTheScheduleMenu) {
+  start(onlyRights("BKADD BKV"));
+  const std::set<std::string> left = offers(main());
+  EXPECT_FALSE(left.contains("mnuViewInventory"));
+  EXPECT_FALSE(main().menus.mnuFileNewInvEquip.Enabled);
+  EXPECT_FALSE(left.contains("mnuViewSchedule"));
+  EXPECT_TRUE(left.contains("bar: Day View")) << "the views themselves stay within reach";
+  EXPECT_TRUE(left.contains("combo: Schedule - Month View"));
+}
+
+TEST_F(Security, AViewThatMayNotBeSeenLeadsToTheDay) {
+  settings.prefer("View", "4");
+  start(allRightsBut("RMV RMADD RMUPD RMDEL"));
+  EXPECT_EQ(main().lblView.Caption, " Booking Schedule - Day View");
+}
+
+TEST_F(Security, AViewOnlyOperatorViewsBookings) {
+  startWithBookings("BOOKID=7 BKRES=0 CNUM=M7", onlyRights("BKV RMV"));
+  EXPECT_EQ(main().menus.mnuPopupBookingsEdit.Caption, "View");
+  EXPECT_EQ(day().cmdEditBooking.Caption, "Vie&w");
+  EXPECT_FALSE(day().cmdNewBooking.Enabled);
+  day().faDayBookings.click(1, 0);
+  EXPECT_TRUE(day().cmdEditBooking.Enabled);
+  EXPECT_FALSE(day().cmdDeleteBooking.Enabled);
+  EXPECT_FALSE(day().cmdCancelBooking.Enabled);
+  EXPECT_FALSE(day().cmdChargeDayView.Enabled);
+  main().mnuFileNewBooking_Click();
+  EXPECT_TRUE(notBuilt.empty()) << "a command that is off opens nothing, however it is reached";
+}
+
+TEST_F(Security, AViewOnlySubjectLosesItsNewCommandAndShowsView) {
+  start(allRightsBut("RMADD RMUPD RMDEL"));
+  main().menus.mnuViewInventoryRooms.choose();
+  EXPECT_EQ(main().menus.mnuPopupToolsEdit.Caption, "View");
+  EXPECT_FALSE(main().barMain.tool("abNew").Enabled);
+  EXPECT_FALSE(main().menus.mnuPopupToolsNew.Enabled);
+  main().menus.mnuViewInventoryEquipment.choose();
+  EXPECT_EQ(main().menus.mnuPopupToolsEdit.Caption, "Edit");
+  EXPECT_TRUE(main().barMain.tool("abNew").Enabled);
+}
+
+TEST_F(Security, ModesKeepTheirTimersAndMenus) {
+  start();
+  for (int round = 0; round < 2; ++round) {
+    main().menus.mnuModeDaemon.choose();
+    EXPECT_TRUE(main().tmrDaemon.Enabled);
+    EXPECT_TRUE(main().albDaemon.Visible);
+    EXPECT_FALSE(main().albStandard.Visible);
+    EXPECT_FALSE(main().menus.mnuFileNew.Visible);
+    EXPECT_TRUE(main().menus.mnuFileGetRequests.Visible);
+    EXPECT_FALSE(main().menus.mnuToolsSearch.Enabled);
+    EXPECT_TRUE(main().menus.mnuViewDaemonRooms.Visible);
+    EXPECT_FALSE(main().menus.mnuViewScheduleDay.Visible);
+    server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
+    main().menus.mnuModeStandard.choose();
+    EXPECT_FALSE(main().tmrDaemon.Enabled);
+    EXPECT_TRUE(main().albStandard.Visible);
+    EXPECT_TRUE(main().menus.mnuToolsSearch.Enabled);
+    EXPECT_FALSE(main().menus.mnuViewDaemonRooms.Visible);
+  }
+}
+
+TEST_F(Security, ComboAndListBarLeadToTheSameViews) {
+  start();
+  main().abView.select(main().abView.indexOf("Staff"));
+  EXPECT_EQ(main().lblView.Caption, " Staff");
+  EXPECT_TRUE(main().frames.fraStaff(1).Visible);
+  EXPECT_FALSE(main().frames.fraView(1).Visible);
+  settings.prefer("Sound1", "");
+  main().albStandard.click("Rooms");
+  EXPECT_EQ(main().lblView.Caption, "Inventory - Rooms");
+  EXPECT_EQ(main().abView.Text(), "Inventory - Rooms");
+  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
+  main().albStandard.click("Day View");
+  EXPECT_EQ(main().abView.Text(), "Schedule - Day View");
+}
+
+}  // namespace
+}  // namespace vantry::test

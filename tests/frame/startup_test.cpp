@@ -1,0 +1,229 @@
+#include <fstream>
+#include <sstream>
+
+#include "frame/frmLocation.h"
+#include "frame/modMain.h"
+#include "messaging/frmError.h"
+#include "messaging/frmLogon.h"
+#include "support/desk.h"
+
+namespace vantry::test {
+namespace {
+
+struct StartUp : Desk {
+  void expectBookings(std::string_view block = "") {
+    server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N").replies(block);
+  }
+  std::string iniText() const {
+    std::ostringstream text;
+    text << std::ifstream(folder / "vantry.ini").rdbuf();
+    return text.str();
+  }
+};
+
+TEST_F(StartUp, OneLocationNeedsNoQuestionAndTheDayIsThere) {
+  build("/nocheck desk");
+  expectContext();
+  expectBookings("BOOKID=7 BKRES=0 STIME=2026-11-24 09:00:00 ETIME=2026-11-24 10:00:00");
+  ASSERT_TRUE(Main(*app));
+  EXPECT_THAT(components.calls, testing::ElementsAre("register", "validate /nocheck desk"));
+  EXPECT_EQ(main().StatusBar1.Panels(1).Text, "Main Desk");
+  EXPECT_EQ(main().menus.mnuFileLogoff.Caption, "Log &Off desk");
+  EXPECT_EQ(day().lblNumBookings.Caption, "1 Booking");
+  EXPECT_EQ(app->context.allLocations.size(), 2u);
+  EXPECT_TRUE(main().Enabled) << "the windows are ready";
+  EXPECT_EQ(windowsShown(), 1) << "the connection's window is gone";
+}
+
+TEST_F(StartUp, SeveralLocationsAreAskedFor) {
+  build();
+  expectLogOn();
+  server.expect("RLL", "OI=desk").replies(R"(
+    LNA="Main Desk" LOC=3 OLN="City Library"
+    LNA=Branch      LOC=4 OLN="County Library")");
+  desktop.expectModalWindow<frmLocation>("frmLocation", [](frmLocation& window) {
+    EXPECT_EQ(window.Caption, "Choose Booking Desk Location");
+    EXPECT_EQ(window.ActiveControl(), &window.faLocations);
+    EXPECT_EQ(window.faLocations.TextMatrix(0, 1), "Owning Library");
+    EXPECT_EQ(window.faLocations.TextMatrix(2, 1), "County Library");
+    window.closeByOperator();
+    EXPECT_TRUE(window.isShown()) << "it has to be answered";
+    window.faLocations.doubleClick(2, 0);
+  });
+  server.expect("SLL", "LOC=4").replies(allRightsBut());
+  expectLists();
+  expectBookings();
+  ASSERT_TRUE(Main(*app));
+  EXPECT_EQ(main().StatusBar1.Panels(1).Text, "Branch");
+  EXPECT_EQ(app->context.locationId, "4");
+}
+
+TEST_F(StartUp, WithoutALocationTheProgramEnds) {
+  const auto box = "No authorized locations found for Media. Please consult your system administrator.";
+  for (const int rc : {0, -97}) {
+    build();
+    expectLogOn();
+    if (rc == 0) {
+      server.expect("RLL", "OI=desk");
+    } else {
+      server.expect("RLL", "OI=desk").fails(rc);
+      desktop.expectModal("frmError", [](Form& form) { form.Unload(); });
+    }
+    desktop.expectCritical(box);
+    EXPECT_TRUE(endsProgram([&] { (void)Main(*app); })) << rc;
+    desktop.ended = false;
+  }
+}
+
+TEST_F(StartUp, FailingRightsEndTheProgramFailingLocationsDoNot) {
+  build();
+  expectLogOn();
+  server.expect("RLL", "OI=desk").replies("LNA=Main LOC=3");
+  server.expect("SLL", "LOC=3").fails(-97);
+  desktop.expectModalWindow<frmError>("frmError", [](frmError& window) {
+    EXPECT_EQ(window.lblModuleText.Caption, "SLL");
+    EXPECT_EQ(window.lblFormNameText.Caption, "");
+    window.cmdOKCompress.press();
+  });
+  EXPECT_TRUE(endsProgram([&] { (void)Main(*app); }));
+
+  desktop.ended = false;
+  build();
+  expectLogOn();
+  server.expect("RLL", "OI=desk").replies("LNA=Main LOC=3");
+  server.expect("SLL", "LOC=3").replies(allRightsBut());
+  server.expect("GETLOCS").fails(1);
+  desktop.expectModal("frmError", [](Form& form) { form.Unload(); });
+  for (const char* code : {"GETOPS", "GETECAT", "GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
+  expectBookings();
+  EXPECT_TRUE(Main(*app));
+  EXPECT_TRUE(app->context.allLocations.empty());
+}
+
+TEST_F(StartUp, ACancelledLoginEndsTheProgram) {
+  build();
+  desktop.expectModalWindow<frmLogon>("frmLogon", [](frmLogon& window) { window.cmdCancel.press(); });
+  EXPECT_TRUE(endsProgram([&] { (void)Main(*app); }));
+}
+
+TEST_F(StartUp, AnUnreachableServerEndsItWithoutAMainWindow) {
+  build();
+  server.expectUnreachable("No server.");
+  desktop.expectBox(Box::Kind::Warning, "No server.", 1);
+  EXPECT_FALSE(Main(*app));
+  EXPECT_FALSE(main().isLoaded());
+}
+
+TEST_F(StartUp, TheViewPreferenceChoosesModeAndView) {
+  struct Case {
+    const char* view;
+    const char* last;
+    const char* heading;
+    Mode mode;
+  };
+  for (const Case& c :
+       {Case{"0", "0", " Booking Schedule - Day View", Mode::Standard},
+        Case{"3", "0", "Inventory - Equipment Groups", Mode::Standard},
+        Case{"7", "0", " Staff", Mode::Standard},
+        Case{"8", "0", " Schedule Monitor - Conflict Resolution & Warning", Mode::Monitor},
+        Case{"12", "0", " Schedule Monitor - Library Media Scheduled Rooms", Mode::Monitor},
+        Case{"14", "0", " Booking Schedule - Discharge", Mode::Standard},
+        Case{"15", "14", " Booking Schedule - Discharge", Mode::Standard},
+        Case{"15", "9", " Schedule Monitor - Delivery and Cleanup Notification", Mode::Monitor},
+        Case{"15", "15", "", Mode::None}}) {
+    settings.prefer("View", c.view);
+    settings.prefer("LastView", c.last);
+    build();
+    expectContext();
+    if (c.heading == std::string(" Booking Schedule - Day View")) expectBookings();
+    ASSERT_TRUE(Main(*app));
+    EXPECT_EQ(main().lblView.Caption, c.heading) << c.view << ", " << c.last;
+    EXPECT_EQ(app->mode, c.mode);
+    EXPECT_EQ(main().tmrDaemon.Enabled, c.mode == Mode::Monitor);
+  }
+}
+
+TEST_F(StartUp, TheCalendarsOpenWhereTheyAreWanted) {
+  settings.prefer("BookingCalendars", "true");
+  build();
+  expectContext();
+  expectBookings();
+  ASSERT_TRUE(Main(*app));
+  EXPECT_THAT(notBuilt, testing::Contains("frmSched"));
+}
+
+TEST_F(StartUp, AfterALogOffTheNextOperatorsContextHolds) {
+  start();
+  EXPECT_TRUE(day().cmdNewBooking.Enabled);
+  expectLogOn("branch");
+  server.expect("RLL", "OI=branch").replies("LNA=Branch LOC=4 OLN=County");
+  server.expect("SLL", "LOC=4").replies(onlyRights("BKV"));
+  expectLists();
+  expectBookings();
+  main().menus.mnuFileLogoff.choose();
+  EXPECT_EQ(main().menus.mnuFileLogoff.Caption, "Log &Off branch");
+  EXPECT_EQ(main().StatusBar1.Panels(1).Text, "Branch");
+  EXPECT_FALSE(app->context.rights.has(Right::BKADD));
+  EXPECT_FALSE(day().cmdNewBooking.Enabled);
+  EXPECT_EQ(day().cmdEditBooking.Caption, "Vie&w");
+  EXPECT_FALSE(main().albStandard.has("Rooms"));
+  EXPECT_EQ(main().lblView.Caption, " Booking Schedule - Day View");
+}
+
+/// A window with unsaved work.
+struct WorkingWindow : Form {
+  explicit WorkingWindow(App& app, std::string tag, bool refuses)
+      : Form(app.windows, "frmWork"), refuses_(refuses) {
+    Tag = std::move(tag);
+    Caption = "Booking " + Tag.get();
+  }
+  bool Form_Unload() override { return !refuses_; }
+  bool refuses_;
+};
+
+TEST_F(StartUp, AWindowThatRefusesBlocksLogOffAndExit) {
+  start();
+  auto& first = app->windows.keep(std::make_unique<WorkingWindow>(*app, "7 - 1", false));
+  auto& second = app->windows.keep(std::make_unique<WorkingWindow>(*app, "7 - 2", true));
+  auto& third = app->windows.keep(std::make_unique<WorkingWindow>(*app, "7 - 3", false));
+  for (Form* form : std::initializer_list<Form*>{&first, &second, &third}) form->Show();
+  desktop.expectInformation(
+      "Vantry\nBooking 7 - 2\n\nCould not log off.  Please resolve any issues with open Vantry "
+      "windows.");
+  main().menus.mnuFileLogoff.choose();
+  EXPECT_FALSE(first.isLoaded());
+  EXPECT_FALSE(third.isLoaded()) << "no window is skipped while the collection shrinks";
+  EXPECT_EQ(app->context.operatorId, "desk");
+  EXPECT_TRUE(main().Enabled);
+  desktop.expectInformation(
+      "Vantry\nBooking 7 - 2\n\nUnable to quit application.  Please resolve any issues with open "
+      "Vantry "
+      "windows.");
+  main().menus.mnuFileExit.choose();
+  EXPECT_FALSE(desktop.ended);
+
+  second.refuses_ = false;
+  EXPECT_TRUE(endsProgram([&] { main().menus.mnuFileExit.choose(); }));
+}
+
+TEST_F(StartUp, TheSystemsCloseAsksNothingAndKeepsTheView) {
+  start();
+  WorkingWindow open(*app, "7 - 2", true);
+  open.Show();
+  main().menus.mnuViewStaff.choose();
+  EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
+  EXPECT_EQ(iniText(), "[ListBar]\nLastView=7\n");
+  main().HideFrames();
+  EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
+  EXPECT_EQ(iniText(), "[ListBar]\nLastView=0\n") << "no view shows";
+}
+
+TEST_F(StartUp, AGivenUpConnectionEndsTheProgramInTheMiddleOfACommand) {
+  start();
+  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N").losesRequest("The line is down.");
+  desktop.expectBox(Box::Kind::Warning, "The line is down.", 1);
+  EXPECT_TRUE(endsProgram([&] { day().cmdToday.press(); }));
+}
+
+}  // namespace
+}  // namespace vantry::test
