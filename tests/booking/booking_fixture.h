@@ -7,31 +7,11 @@
 #include "booking/booking_form.h"
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
-#include "frame/components.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_server.h"
+#include "support/desk.h"
 
 namespace vantry::test {
 
-struct FixedClock : Clock {
-  DateTime moment{{2026, 11, 24}, {10, 20, 0}};
-  [[nodiscard]] DateTime now() const override { return moment; }
-};
-
-struct EmptySettings : Settings {
-  [[nodiscard]] std::string GetSetting(std::string_view, std::string_view, std::string_view,
-                                       std::string_view fallback) const override {
-    return std::string(fallback);
-  }
-  void SaveSetting(std::string_view, std::string_view, std::string_view, std::string_view) override {}
-  void keepAside() override {}
-};
-
-struct NoComponents : ComponentCheck {
-  void RegisterComponents() override {}
-  void ValidateResources(std::string_view) override {}
-};
-
+/// "Seals" so that a test can read it.
 struct PlainSealer : PasswordSealer {
   bool reachable = true;
   [[nodiscard]] std::optional<std::string> seal(std::string_view password) override {
@@ -45,8 +25,8 @@ struct BookingTest : testing::Test {
   ScriptedDesktop desktop;
   ScriptedServer server;
   FixedClock clock;
-  EmptySettings settings;
-  NoComponents components;
+  MemorySettings settings;
+  NotedComponents components;
   PlainSealer sealer;
   App app{{desktop, server, clock, settings, components, {}, {}}, ""};
 
