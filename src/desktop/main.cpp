@@ -15,6 +15,7 @@
 #include "schedule/frmMain.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
+#include "transport/sealed_box.h"
 
 namespace vantry {
 namespace {
@@ -39,6 +40,8 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   FileSettings settings(options.user / "settings.ini");
   InstalledComponents components(desktop);
   App app({desktop, transport, clock, settings, components, options.program, options.user}, options.rest);
+  SealedBox sealer(transport);
+  app.session.setSealer(sealer);
   frmMain mainWindow(app);
   app.setMain(mainWindow);
   if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });
