@@ -59,6 +59,14 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> scheduleRequests();
 [[nodiscard]] std::span<const HandlerRow> calendarRequests();
 [[nodiscard]] std::span<const HandlerRow> bookingEndRequests();
+[[nodiscard]] std::span<const HandlerRow> bookingReadRequests();
+[[nodiscard]] std::span<const HandlerRow> bookingWriteRequests();
+[[nodiscard]] std::span<const HandlerRow> bookingListRequests();
+[[nodiscard]] std::span<const HandlerRow> placeCheckRequests();
+[[nodiscard]] std::span<const HandlerRow> usageCheckRequests();
+[[nodiscard]] std::span<const HandlerRow> patronRequests();
+[[nodiscard]] std::span<const HandlerRow> mediaRequests();
+[[nodiscard]] std::span<const HandlerRow> overrideRequests();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

@@ -429,6 +429,8 @@ create index bookings_room on bookings (room_id, starts_at);
 create index bookings_setup_staff on bookings (setup_staff_id) where setup_staff_id is not null;
 create index bookings_cleanup_staff on bookings (cleanup_staff_id) where cleanup_staff_id is not null;
 create index bookings_due on bookings (ends_at) where status in (0, 99);
+create index bookings_current on bookings (patron_id) where status in (0, 99, 999);
+create index bookings_room_out on bookings (room_id) where room_charged_at is not null and room_returned_at is null;
 create table booking_items (
   id $KEY,
   booking_id bigint not null references bookings on delete cascade,
@@ -443,6 +445,7 @@ create table booking_items (
 );
 create index booking_items_booking on booking_items (booking_id, place);
 create index booking_items_item on booking_items (item_id);
+create index booking_items_out on booking_items (item_id) where charged_at is not null and returned_at is null;
 create table booking_equipment (
   id $KEY,
   booking_id bigint not null references bookings on delete cascade,
@@ -457,6 +460,7 @@ create table booking_equipment (
 );
 create index booking_equipment_booking on booking_equipment (booking_id, place);
 create index booking_equipment_piece on booking_equipment (equipment_id);
+create index booking_equipment_out on booking_equipment (equipment_id) where charged_at is not null and returned_at is null;
 create table occupancy (
   id $KEY,
   kind smallint not null,
