@@ -67,6 +67,9 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> patronRequests();
 [[nodiscard]] std::span<const HandlerRow> mediaRequests();
 [[nodiscard]] std::span<const HandlerRow> overrideRequests();
+[[nodiscard]] std::span<const HandlerRow> chargeRequests();
+[[nodiscard]] std::span<const HandlerRow> dischargeRequests();
+[[nodiscard]] std::span<const HandlerRow> circulationSearchRequests();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

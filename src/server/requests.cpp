@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "server/accounts.h"
+#include "server/due_bookings.h"
 #include "server/handlers.h"
 #include "words/requests.h"
 
@@ -213,6 +214,7 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
 
 void RequestRunner::keepHouse() {
   database_.write([&](Connection& db) { dropExpired(db, clock_()); });
+  settleDueBookings(database_, clock_());
 }
 
 }  // namespace vantry::server
