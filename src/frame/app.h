@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "frame/booking_shared.h"
 #include "frame/main_window.h"
 #include "frame/makers.h"
 #include "frame/operator_context.h"
@@ -76,6 +77,7 @@ class App {
   int daemonPeriod = 0;  ///< milliseconds between refreshes of the Schedule Monitor; 0 for none
   Mode mode = Mode::None;
   RecordSlots slots;
+  BookingShared booking;
   Makers makers;
   std::string helpFile;
   std::string supportCaption;

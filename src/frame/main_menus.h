@@ -75,8 +75,40 @@ struct MainMenus {
 
   // Popup menus: hidden from the bar.
   MenuItem mnuPopupTools{form, "mnuPopupTools", "Popup Tools"};
+  MenuItem mnuPopupToolsNew{mnuPopupTools, "mnuPopupToolsNew", "New"};
+  MenuItem mnuPopupToolsEdit{mnuPopupTools, "mnuPopupToolsEdit", "Edit"};
+  MenuItem mnuPopupToolsDelete{mnuPopupTools, "mnuPopupToolsDelete", "Delete"};
+  MenuItem mnuPopupToolsSort{mnuPopupTools, "mnuPopupToolsSort", "Sort"};
+  MenuItem mnuPopupToolsSortAscending{mnuPopupToolsSort, "mnuPopupToolsSortAscending", "Ascending"};
+  MenuItem mnuPopupToolsSortDescending{mnuPopupToolsSort, "mnuPopupToolsSortDescending", "Descending"};
+  MenuItem mnuPopupToolsPrint{mnuPopupTools, "mnuPopupToolsPrint", "Print"};
+  MenuItem mnuPopupToolsPrintDetail{mnuPopupToolsPrint, "mnuPopupToolsPrintDetail", "Item Detail (selected)"};
+  MenuItem mnuPopupToolsPrintDetailAll{mnuPopupToolsPrint, "mnuPopupToolsPrintDetailAll",
+                                       "Item Details (all)"};
+  MenuItem mnuPopupToolsPrintListing{mnuPopupToolsPrint, "mnuPopupToolsPrintListing", "Summary Listing"};
+
   MenuItem mnuPopupGroup{form, "mnuPopupGroup", "Popup Group"};
+  MenuItem mnuPopupGroupNew{mnuPopupGroup, "mnuPopupGroupNew", "New"};
+  MenuItem mnuPopupGroupEdit{mnuPopupGroup, "mnuPopupGroupEdit", "Edit"};
+  MenuItem mnuPopupGroupDelete{mnuPopupGroup, "mnuPopupGroupDelete", "Delete"};
+  MenuItem mnuPopupGroupMembers{mnuPopupGroup, "mnuPopupGroupMembers", "Members"};
+  MenuItem mnuPopupGroupSort{mnuPopupGroup, "mnuPopupGroupSort", "Sort"};
+  MenuItem mnuPopupGroupSortAscending{mnuPopupGroupSort, "mnuPopupGroupSortAscending", "Ascending"};
+  MenuItem mnuPopupGroupSortDescending{mnuPopupGroupSort, "mnuPopupGroupSortDescending", "Descending"};
+  MenuItem mnuPopupGroupPrint{mnuPopupGroup, "mnuPopupGroupPrint", "Print"};
+  MenuItem mnuPopupGroupPrintDetail{mnuPopupGroupPrint, "mnuPopupGroupPrintDetail", "Item Detail (selected)"};
+  MenuItem mnuPopupGroupPrintDetailAll{mnuPopupGroupPrint, "mnuPopupGroupPrintDetailAll",
+                                       "Item Details (all)"};
+  MenuItem mnuPopupGroupPrintListing{mnuPopupGroupPrint, "mnuPopupGroupPrintListing", "Summary Listing"};
+
   MenuItem mnuPopupMember{form, "mnuPopupMember", "Popup Member"};
+  MenuItem mnuPopupMemberNew{mnuPopupMember, "mnuPopupMemberNew", "New"};
+  MenuItem mnuPopupMemberEdit{mnuPopupMember, "mnuPopupMemberEdit", "Edit"};
+  MenuItem mnuPopupMemberDelete{mnuPopupMember, "mnuPopupMemberDelete", "Delete"};
+  MenuItem mnuPopupMemberSort{mnuPopupMember, "mnuPopupMemberSort", "Sort"};
+  MenuItem mnuPopupMemberSortAscending{mnuPopupMemberSort, "mnuPopupMemberSortAscending", "Ascending"};
+  MenuItem mnuPopupMemberSortDescending{mnuPopupMemberSort, "mnuPopupMemberSortDescending", "Descending"};
+
   MenuItem mnuPopupScheduler{form, "mnuPopupScheduler", "Popup Scheduler"};
 
   MenuItem mnuPopupNewBooking{form, "mnuPopupNewBooking", "Popup New Booking"};

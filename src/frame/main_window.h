@@ -25,6 +25,8 @@ class MainWindow {
   virtual void showOperator(std::string_view operatorId) = 0;
   virtual void mnuModeStandard_Click() = 0;
   virtual void mnuModeDaemon_Click() = 0;
+  /// Starts or stops the clock of the Schedule Monitor's refreshes.
+  virtual void StartStopTimer(bool start) = 0;
   virtual void refillStaff() = 0;
   /// Shows the category lists in the trees that hang on them.
   virtual void BuildMainTrees() = 0;

@@ -43,6 +43,10 @@ void ReadPreferences(App& app) {
   app.bibSearch.AutoTruncate = app.preferences.AutoTruncateBib;
   app.daySlots = daySlots(app.preferences.Start, app.preferences.End, app.preferences.Interval);
   app.daemonPeriod = MinutesToMilliseconds(app.preferences.DaemonInterval);
+  if (app.mode == Mode::Monitor) {
+    app.main().StartStopTimer(false);
+    app.main().StartStopTimer(true);
+  }
   if (unreadable) app.settings.keepAside();
 }
 

@@ -4,9 +4,12 @@
 
 namespace vantry {
 
-bool LogonDialog::Run(ServerSession& session, TagMessage& /*message*/, std::string_view onlyOperator) {
+bool LogonDialog::Run(ServerSession& session, TagMessage& message, std::string_view onlyOperator) {
   // Whoever was logged on before is so no longer, also if nobody follows him.
-  if (onlyOperator.empty()) session.transport().logoff();
+  if (onlyOperator.empty()) {
+    session.transport().logoff();
+    message.forgetSession();
+  }
   frmLogon window(windows_, tools_, session, onlyOperator);
   window.ShowModal();
   // A request that waits for the log-on goes on waiting for its reply.

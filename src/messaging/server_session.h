@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "messaging/password_sealer.h"
 #include "messaging/transport.h"
 
 namespace vantry {
@@ -21,6 +23,12 @@ class ServerSession {
   [[nodiscard]] std::string GetDataFontName() const { return {}; }
   [[nodiscard]] const std::string& GetOperatorId() const { return operatorId_; }
 
+  /// The encoder of passwords that requests carry: set once by whoever composes the program.
+  void setSealer(PasswordSealer& sealer) { sealer_ = &sealer; }
+  /// A password sealed for the server; nothing where its key cannot be had now. Throws std::logic_error for a
+  /// program without an encoder.
+  [[nodiscard]] std::optional<std::string> seal(std::string_view password) const;
+
   // For the dialogs of the connection and the login.
   void setOperatorId(std::string id) { operatorId_ = std::move(id); }
   void setIndicator(bool shown) { indicator_ = shown; }
@@ -32,6 +40,7 @@ class ServerSession {
   std::string commandLine_;
   std::string operatorId_;
   bool indicator_ = false;
+  PasswordSealer* sealer_ = nullptr;
 };
 
 }  // namespace vantry

@@ -14,6 +14,9 @@ constexpr int kGivenUp = -999;
 constexpr int kBusy = -99;
 constexpr int kNotTaken = -98;
 
+/// The request that tells a session at which location it works.
+constexpr std::string_view kLocationRequest = "SLL";
+
 Reply failure(int rc) {
   Reply reply;
   reply.rc = rc;
@@ -55,6 +58,7 @@ int TagMessage::Send(std::string_view code) {
   outgoing_.clear();
   switch (result.delivery) {
     case Delivery::Answered:
+      if (code == kLocationRequest && result.reply.rc == 0) location_ = request.tags;
       return take(std::move(result.reply));
     case Delivery::Rejected: {
       Reply reply = failure(kNotTaken);
@@ -76,7 +80,7 @@ DeliveryResult TagMessage::deliver(const Request& request) {
       case Delivery::Rejected:
         return result;
       case Delivery::SessionEnded:
-        if (!OnSessionEnded || !OnSessionEnded()) return result;
+        if (!resumeSession()) return result;
         break;
       case Delivery::NotDelivered:
       case Delivery::Unknown:
@@ -84,6 +88,15 @@ DeliveryResult TagMessage::deliver(const Request& request) {
         break;
     }
   }
+}
+
+/// After a new log-on the session knows its operator only; the location has to be told again. Whether the
+/// server still grants it shows in the request that waits.
+bool TagMessage::resumeSession() {
+  if (!OnSessionEnded || !OnSessionEnded()) return false;
+  if (location_.empty()) return true;
+  const DeliveryResult told = deliver({newRequestId(), std::string(kLocationRequest), location_});
+  return told.delivery == Delivery::Answered || told.delivery == Delivery::Rejected;
 }
 
 int TagMessage::take(Reply reply) {

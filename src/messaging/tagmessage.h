@@ -51,6 +51,9 @@ class TagMessage {
   /// Moves the tag's own walk to the next record that carries it; false when there is none.
   bool NextRecord(std::string_view tag);
 
+  /// Another operator begins: what is known of the session before is forgotten.
+  void forgetSession() { location_.clear(); }
+
   /// A request within a walk: while this object lives, the message may be used freely; then the reply and the
   /// walks of before are back.
   class Inner {
@@ -70,6 +73,7 @@ class TagMessage {
 
  private:
   DeliveryResult deliver(const Request& request);
+  bool resumeSession();
   int take(Reply reply);
   void forgetReply();
 
@@ -77,6 +81,7 @@ class TagMessage {
   std::vector<TagValue> outgoing_;
   Reply reply_;
   bool sending_ = false;
+  std::vector<TagValue> location_;  ///< the tags that told the session its location; empty before that
   std::map<std::string, int, std::less<>> cursors_;  ///< the record on which each tag's walk stands
   int current_ = -1;                                 ///< the record that `Get` reads; -1 outside a walk
 };

@@ -85,6 +85,9 @@ class Transport {
   /// Changes the operator's password; the reason for people where the server refuses.
   [[nodiscard]] virtual bool changePassword(std::string_view old, std::string_view fresh,
                                             std::string& reason) = 0;
+  /// The server's public key, for passwords that requests carry, as the health call tells it; empty where it
+  /// cannot be had now.
+  [[nodiscard]] virtual std::string passwordKey() { return {}; }
   [[nodiscard]] virtual DeliveryResult send(const Request& request) = 0;
 };
 

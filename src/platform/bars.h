@@ -96,6 +96,8 @@ class ListBar : public Control {
  public:
   ListBar(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::ListBar) {}
   Property<int> CurrentGroup{*this, Aspect::Selection, 0};
+  /// Key of the entry whose view shows, which is marked; empty for none.
+  Property<std::string> CurrentItem{*this, Aspect::State};
   Property<std::string> BackgroundPicture{*this, Aspect::Picture};  ///< path of an image file; empty for none
   /// Raised with the key of the entry that the operator clicked.
   std::function<void(std::string_view)> ItemClick;

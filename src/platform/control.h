@@ -31,7 +31,16 @@ enum class ControlKind {
   ToolBar,
   ListBar,
   Timer,
-  Image
+  Image,
+  MonthCalendar,
+  YearCalendar,
+  TabStrip,
+  NumberField,
+  CurrencyField,
+  MaskedField,
+  SpinTimeField,
+  Ruler,
+  ScheduleBar
 };
 
 /// Holds controls in the order in which they were made, which is their tab order: a form or a frame.
@@ -76,6 +85,8 @@ class Control : public Element {
   std::string AccessibleName;
 
   Event GotFocus;
+  /// The focus has moved to another control of the window; may take it back.
+  Event LostFocus;
 
   /// Moves the focus here, if the operator could.
   void SetFocus();

@@ -59,6 +59,8 @@ class TextBox : public Control {
   /// The operator replaces the text.
   void type(std::string_view text);
   void pressEnter();
+  /// Selects the whole text, so that typing replaces it.
+  void SelectText() const { tell(Aspect::Selection); }
 };
 
 class CheckBox : public Control {

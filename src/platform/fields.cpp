@@ -25,7 +25,10 @@ void DateField::pressEnter() {
 }
 
 TimeField::TimeField(Container& parent, std::string name)
-    : Control(parent, std::move(name), ControlKind::TimeField) {
+    : TimeField(parent, std::move(name), ControlKind::TimeField) {}
+
+TimeField::TimeField(Container& parent, std::string name, ControlKind kind)
+    : Control(parent, std::move(name), kind) {
   Value.Changed = [this] { raise(Change); };
 }
 

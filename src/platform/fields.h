@@ -38,6 +38,9 @@ class TimeField : public Control {
   std::string textAmPm() const;
   void enter(std::optional<Time> time);
   void pressEnter();
+
+ protected:
+  TimeField(Container& parent, std::string name, ControlKind kind);
 };
 
 }  // namespace vantry

@@ -1,6 +1,7 @@
 #include "platform/form.h"
 
 #include <functional>
+#include <utility>
 
 #include "platform/controls.h"
 #include "platform/desktop.h"
@@ -25,13 +26,14 @@ void Form::Load() {
 
 void Form::Show() {
   Load();
+  if (!loaded_) return;  // Form_Load may have unloaded it
   shown_ = true;
   windows_.desktop().show(*this);
 }
 
 void Form::ShowModal() {
   Load();
-  if (!loaded_) return;  // Form_Load may have unloaded it
+  if (!loaded_) return;
   shown_ = modal_ = true;
   windows_.desktop().runModal(*this);
   modal_ = false;
@@ -81,15 +83,21 @@ Control* Form::findControl(std::string_view name) const {
 void Form::focusOn(Control& control) {
   // A busy window's controls cannot be used, yet commands place the focus before they make it ready again.
   if (!control.Enabled || !control.Visible) return;
-  active_ = &control;
+  leaveFor(&control);
+  if (active_ != &control) return;
   windows_.desktop().focus(control);
   raise(control.GotFocus);
 }
 
 void Form::focusMoved(Control* control) {
   if (active_ == control) return;
-  active_ = control;
-  if (control) raise(control->GotFocus);
+  leaveFor(control);
+  if (control && active_ == control) raise(control->GotFocus);
+}
+
+void Form::leaveFor(Control* next) {
+  Control* left = std::exchange(active_, next);
+  if (left && left != next) raise(left->LostFocus);
 }
 
 void Form::timerChanged(Timer& timer) {

@@ -69,6 +69,8 @@ class Form : public Element, public Container {
 
  private:
   friend class MenuItem;
+  /// Moves the active control; the one before may take the focus back.
+  void leaveFor(Control* next);
   Windows& windows_;
   std::string name_;
   std::vector<MenuItem*> menus_;

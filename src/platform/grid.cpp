@@ -114,7 +114,7 @@ void Grid::RemoveItem(int row) {
   rows_.erase(rows_.begin() + row);
   const int selected = Row;
   Rows.put(Rows - 1);
-  Row = selected == row || selected >= Rows ? 0 : selected > row ? selected - 1 : selected;
+  Row = selected == row ? 0 : selected > row ? selected - 1 : selected;
   tellIfDrawn(Aspect::Structure);
 }
 

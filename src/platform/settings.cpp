@@ -89,6 +89,7 @@ void FileSettings::read() {
   Section* section = nullptr;
   bool bad = false;
   while (std::getline(stream, line)) {
+    if (line.ends_with('\r')) line.pop_back();  // an editor's; in values it is written with a backslash
     if (line.empty() || line.front() == ';') continue;
     if (line.front() == '[' && line.back() == ']') {
       section = &sections_[lower(line.substr(1, line.size() - 2))];

@@ -29,13 +29,27 @@ bool equalNoCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return lowerOf(x) == lowerOf(y); });
 }
 
-double val(std::string_view text) {
-  text = trim(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
+/// A decimal number and the place behind it. The library would also take the words "inf" and "nan", which are
+/// names of people here.
+struct LeadingNumber {
+  double value = 0;
+  std::size_t length = 0;  ///< 0 where no number stands
+};
+
+static LeadingNumber leadingNumber(std::string_view text) {
+  const std::size_t sign = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
+  if (sign == text.size() || std::string_view("0123456789.").find(text[sign]) == std::string_view::npos)
+    return {};
+  const std::size_t plus = text.starts_with('+') ? 1 : 0;
   double number = 0;
   const auto [end, error] =
-      std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-  return error == std::errc{} ? number : 0;
+      std::from_chars(text.data() + plus, text.data() + text.size(), number, std::chars_format::fixed);
+  if (error != std::errc{}) return {};
+  return {number, static_cast<std::size_t>(end - text.data())};
+}
+
+double val(std::string_view text) {
+  return leadingNumber(trim(text)).value;
 }
 
 int intOf(std::string_view text) {
@@ -47,11 +61,7 @@ int intOf(std::string_view text) {
 
 bool isNumber(std::string_view text) {
   text = trim(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
-  double number = 0;
-  const auto [end, error] =
-      std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-  return error == std::errc{} && end == text.data() + text.size();
+  return !text.empty() && leadingNumber(text).length == text.size();
 }
 
 }  // namespace vantry

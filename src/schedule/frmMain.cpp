@@ -34,6 +34,7 @@ frmMain::frmMain(App& app) : Form(app.windows, "frmMain"), app_(app) {
   Caption = "Vantry";
   Icon = "vantry";
   lblView.Heading = true;
+  lblSingleBookingColor.Swatch = lblMultipleBookingsColor.Swatch = true;
   StatusBar1.Panels(3).style = Panel::Style::Date;
   StatusBar1.Panels(4).style = Panel::Style::Time;
   StatusBar1.Panels(5).style = Panel::Style::Picture;
@@ -41,10 +42,10 @@ frmMain::frmMain(App& app) : Form(app.windows, "frmMain"), app_(app) {
   StatusBar1.Panels(5).Visible = false;
   // What serves the views without being seen, or waits for its view to be built.
   for (Control* control : std::initializer_list<Control*>{
-           &dtServerDate, &txtServerTime, &dtTempDate, &lblMultipleBookingsColor, &lblSingleBookingColor,
-           &cboChargeSearch, &cboDischargeSearch, &cboQuickDischargeType, &tvwCDetails, &tvwDDetails,
-           &legendDelivery.lblCharged, &legendDelivery.lblComplete, &legendDelivery.lblCanceled,
-           &legendDelivery.lblUnclaimed, &legendDelivery.lblOverdue})
+           &dtServerDate, &txtServerTime, &dtTempDate, &cboChargeSearch, &cboDischargeSearch,
+           &cboQuickDischargeType, &tvwCDetails, &tvwDDetails, &legendDelivery.lblCharged,
+           &legendDelivery.lblComplete, &legendDelivery.lblCanceled, &legendDelivery.lblUnclaimed,
+           &legendDelivery.lblOverdue})
     control->Visible = false;
   dtTempDate.Value = app.clock.now().date;
   tmrDaemon.Interval = kTickMilliseconds;
@@ -80,12 +81,20 @@ void frmMain::Form_Load() {
 }
 
 void frmMain::HideFrames() {
+  lblSingleBookingColor.Visible = false;
+  lblMultipleBookingsColor.Visible = false;
   for (const ViewRow& view : viewTable()) {
     Frame& frame = frames.of(view);
     frame.Visible = false;
     frame.BorderStyle = 0;
     frame.Caption = "";
   }
+}
+
+void frmMain::UpdateCalendars() {
+  if (dayView.dtViewBookings.isEmpty()) return;
+  monthView.update(*dayView.dtViewBookings.Value.get());
+  yearView.update(*dayView.dtViewBookings.Value.get());
 }
 
 void frmMain::placeFrames() {
@@ -167,11 +176,10 @@ void frmMain::applyPreferences(Applies what) {
 }
 
 void frmMain::StartStopTimer(bool start) {
-  if (app_.daemonPeriod == 0) return;
-  tmrDaemon.Enabled = false;
+  if (app_.daemonPeriod == 0) return;  // no refresh by itself
+  tmrDaemon.Enabled = start;
   if (!start) return;
   ticksToRefresh = app_.daemonPeriod / kTickMilliseconds;
-  tmrDaemon.Enabled = true;
 }
 
 void frmMain::mnuViewMergeCells_Click() {

@@ -7,6 +7,7 @@
 #include "frame/main_parts.h"
 #include "inventory/staff_view.h"
 #include "platform/tree.h"
+#include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
 #include "schedule/main_views.h"
 
@@ -45,6 +46,7 @@ class frmMain : public Form, public MainWindow {
   void showOperator(std::string_view operatorId) override;
   void mnuModeStandard_Click() override;
   void mnuModeDaemon_Click() override;
+  void StartStopTimer(bool start) override;
   void refillStaff() override { staffView.refill(); }
   void BuildMainTrees() override {}  // the trees stand with the inventory views
   void applyPreferences(Applies what) override;
@@ -54,7 +56,6 @@ class frmMain : public Form, public MainWindow {
   void SetFormSecurity(int kind);
   void DisplayStandardDefaultView();
   void DisplayDaemonDefaultView();
-  void StartStopTimer(bool start);
   void barMain_ComboSelChange();
   /// The one way into a view.
   void showView(ViewId id);
@@ -71,6 +72,9 @@ class frmMain : public Form, public MainWindow {
   void mnuToolsSearch_Click();
   void mnuPopupBookingSortAsc_Click();
   void mnuPopupBookingSortDesc_Click();
+
+  /// Keeps month and year on the day view's date.
+  void UpdateCalendars();
 
   /// The view whose frame shows, or nullptr.
   const ViewRow* visibleView() const;
@@ -92,6 +96,8 @@ class frmMain : public Form, public MainWindow {
 
   // The views, and the controls of views to come that the start-up fills.
   DayView dayView{parts(), frames.fraView(1)};
+  MonthView monthView{parts(), frames.fraView(2), bookingColours()};
+  YearView yearView{parts(), frames.fraView(3), bookingColours()};
   StaffView staffView{parts(), frames.fraStaff(1)};
   LegendLabels legendDelivery{frames.fraDaemon(2), 1};
   ComboBox cboChargeSearch{frames.fraView(4), "cboChargeSearch"};
@@ -107,6 +113,8 @@ class frmMain : public Form, public MainWindow {
 
  private:
   MainParts parts();
+  BookingColours bookingColours() { return {lblSingleBookingColor, lblMultipleBookingsColor}; }
+  void readView(ViewId id);
   void arrange();
   void buildToolBar();
   void buildListBars();

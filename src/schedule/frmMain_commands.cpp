@@ -20,26 +20,28 @@ constexpr std::string_view kPickUpKey = "New Pick-Up";
 }  // namespace
 
 void frmMain::arrange() {
-  const LayoutNode views = Column{lblView,
-                                  frames.fraMain(1),
-                                  frames.fraMain(2),
-                                  frames.fraMain(3),
-                                  frames.fraMain(4),
-                                  frames.fraView(1),
-                                  frames.fraView(2),
-                                  frames.fraView(3),
-                                  frames.fraView(4),
-                                  frames.fraView(5),
-                                  frames.fraView(6),
-                                  frames.fraDaemon(1),
-                                  frames.fraDaemon(2),
-                                  frames.fraDaemon(3),
-                                  frames.fraDaemon(4),
-                                  frames.fraDaemon(5),
-                                  frames.fraDaemon(6),
-                                  frames.fraDaemon(7),
-                                  frames.fraStaff(1)}
-                               .share(1);
+  const LayoutNode views = Column{
+      lblView,
+      frames.fraMain(1),
+      frames.fraMain(2),
+      frames.fraMain(3),
+      frames.fraMain(4),
+      frames.fraView(1),
+      frames.fraView(2),
+      frames.fraView(3),
+      frames.fraView(4),
+      frames.fraView(5),
+      frames.fraView(6),
+      frames.fraDaemon(1),
+      frames.fraDaemon(2),
+      frames.fraDaemon(3),
+      frames.fraDaemon(4),
+      frames.fraDaemon(5),
+      frames.fraDaemon(6),
+      frames.fraDaemon(7),
+      frames.fraStaff(1),
+      Row{lblSingleBookingColor, lblMultipleBookingsColor,
+          Stretch{}}}.share(1);
   const int position = app_.preferences.Position;
   const LayoutNode middle =
       position == 1 ? Row{views, albStandard, albDaemon} : Row{albStandard, albDaemon, views};
@@ -165,6 +167,8 @@ void frmMain::connectViews() {
   };
   m.mnuPopupBookingSortAsc.Click = [this] { mnuPopupBookingSortAsc_Click(); };
   m.mnuPopupBookingSortDesc.Click = [this] { mnuPopupBookingSortDesc_Click(); };
+  dayView.UpdateCalendars = [this] { UpdateCalendars(); };
+  monthView.showDay = yearView.showDay = [this] { showView(ViewId::Day); };
   dayView.newFreeForm = [this] { mnuFileNewBooking_Click(); };
   dayView.newByWizard = [this] { mnuFileNewBookingWiz_Click(); };
   dayView.newPickUp = [this] { mnuFileNewPickup_Click(); };

@@ -31,11 +31,20 @@ constexpr SecuredEntry kNewBookings[] = {
     {&MainMenus::mnuPopupBookingsNew, 0, Right::BKADD},
 };
 
-Subject subjectOfKind(int kind) {
-  return kind == kKindRooms         ? Subject::Rooms
-         : kind == kKindMaintenance ? Subject::Maintenance
-                                    : Subject::Equipment;
-}
+/// An inventory list: its subject, and its popup's entries for a new record and for the selected one.
+struct SecuredList {
+  Subject subject;
+  MenuItem MainMenus::*popupNew;
+  MenuItem MainMenus::*popupEdit;
+};
+
+/// By the lists' own numbers.
+constexpr SecuredList kLists[] = {
+    {Subject::Equipment, &MainMenus::mnuPopupToolsNew, &MainMenus::mnuPopupToolsEdit},
+    {Subject::Equipment, &MainMenus::mnuPopupGroupNew, &MainMenus::mnuPopupGroupEdit},
+    {Subject::Rooms, &MainMenus::mnuPopupToolsNew, &MainMenus::mnuPopupToolsEdit},
+    {Subject::Maintenance, &MainMenus::mnuPopupToolsNew, &MainMenus::mnuPopupToolsEdit},
+};
 
 }  // namespace
 
@@ -74,7 +83,12 @@ void frmMain::secureNewRecords() {
 
 void frmMain::secureInventory(int kind) {
   const Rights& rights = app_.context.rights;
-  barMain.tool("abNew").Enabled = rights.has(rightsOf(subjectOfKind(kind)).add);
+  const SecuredList& list = kLists[kind];
+  const bool only = viewOnly(rights, list.subject);
+  const bool mayAdd = !only && rights.has(rightsOf(list.subject).add);
+  barMain.tool("abNew").Enabled = mayAdd;
+  (menus.*list.popupNew).Enabled = mayAdd;
+  (menus.*list.popupEdit).Caption = only ? "View" : "Edit";
 }
 
 void frmMain::secureBookings() {

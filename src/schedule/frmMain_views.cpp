@@ -116,6 +116,22 @@ void frmMain::showView(ViewId id) {
   lblView.Tag = std::to_string(view.kind);
   abView.ListIndex = abView.indexOf(view.comboText);
   SetFormSecurity(view.kind);
+  const bool calendar = id == ViewId::Month || id == ViewId::Year;
+  lblSingleBookingColor.Visible = calendar;
+  lblMultipleBookingsColor.Visible = calendar;
+  readView(id);
+}
+
+void frmMain::readView(ViewId id) {
+  if (id == ViewId::Month || id == ViewId::Year) {
+    showStatus(2, "Requesting Data From Server...");
+    if (id == ViewId::Month) {
+      monthView.read();
+    } else {
+      yearView.read();
+    }
+    return;
+  }
   if (id != ViewId::Day) return;
   // The day view keeps to the date that the calendars share; a new date reads the list by its own change.
   if (dayView.dtViewBookings.Value.get() == dtTempDate.Value.get()) {

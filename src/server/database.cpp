@@ -70,8 +70,8 @@ void backOff(int attempt) {
 
 }  // namespace
 
-Connection::Connection(const Dialect& dialect, const std::string& url)
-    : dialect_(dialect), session_(factoryOf(dialect), connectText(dialect, url)) {
+Connection::Connection(const Dialect& dialect, const std::string& connectText)
+    : dialect_(dialect), session_(factoryOf(dialect), connectText) {
   if (dialect.kind == Dialect::Kind::Postgresql) {
     run("set client_min_messages = warning");
     return;
@@ -222,7 +222,7 @@ class Database::Lease {
     ++database_.open_;
     lock.unlock();
     try {
-      connection_ = std::make_unique<Connection>(database_.dialect_, database_.url_);
+      connection_ = std::make_unique<Connection>(database_.dialect_, database_.connectText_);
     } catch (...) {
       lock.lock();
       --database_.open_;
@@ -252,24 +252,36 @@ class Database::Lease {
   std::unique_ptr<Connection> connection_;
 };
 
-Database::Database(const std::string& url, int connections)
-    : dialect_(dialectOf(url)), url_(url), limit_(static_cast<std::size_t>(std::max(connections, 1))) {
+Database::Database(const std::string& url, const Options& options)
+    : dialect_(dialectOf(url)),
+      connectText_(connectText(dialect_, url, options.patience)),
+      limit_(static_cast<std::size_t>(std::max(options.connections, 1))) {
   plain([](Connection&) {});
 }
 
 Database::~Database() = default;
 
-void Database::runOnce(const Work& work, std::string_view begin) {
-  Lease lease(*this);
-  bool open = false;
+/// A pooled connection may have died since its last use; it is closed, and the transaction may be tried on
+/// another.
+void Database::begin(Lease& lease, std::string_view statement) {
   try {
-    (*lease).run(std::string(begin));
-    open = true;
+    (*lease).run(std::string(statement));
+  } catch (const soci::soci_error& error) {
+    lease.close();
+    if (dialect_.kind != Dialect::Kind::Postgresql) throw;
+    throw StoreError(StoreError::Kind::Contested, error.what());
+  }
+}
+
+void Database::runOnce(const Work& work, std::string_view beginning) {
+  Lease lease(*this);
+  begin(lease, beginning);
+  try {
     work(*lease);
     (*lease).run("commit");
   } catch (...) {
     try {
-      if (open) (*lease).run("rollback");
+      (*lease).run("rollback");
     } catch (const soci::soci_error&) {
       lease.close();  // what state it is in is not known any more
     }
@@ -277,39 +289,35 @@ void Database::runOnce(const Work& work, std::string_view begin) {
   }
 }
 
-void Database::read(const Work& work) {
+/// Runs the transaction until it is through; only one that met another is tried again.
+void Database::runRepeated(const std::function<void()>& once) {
   for (int attempt = 0;; ++attempt) {
     try {
-      return runOnce(work, dialect_.beginRead);
-    } catch (const soci::soci_error&) {
       try {
+        return once();
+      } catch (const soci::soci_error&) {
         rethrowAsStoreError();
-      } catch (const StoreError& error) {
-        if (error.kind() != StoreError::Kind::Contested || attempt >= mostRetries) throw;
       }
+    } catch (const StoreError& error) {
+      // What the net caught was free when the work looked: on the next run it sees what came between.
+      const bool met =
+          error.kind() == StoreError::Kind::Contested || error.kind() == StoreError::Kind::Overlap;
+      if (!met || attempt >= mostRetries) throw;
     }
     backOff(attempt);
   }
 }
 
+void Database::read(const Work& work) {
+  runRepeated([&] { runOnce(work, dialect_.beginRead); });
+}
+
 void Database::write(const Work& work) {
-  for (int attempt = 0;; ++attempt) {
-    try {
-      std::unique_lock<std::mutex> turn;
-      if (dialect_.kind == Dialect::Kind::Sqlite) turn = std::unique_lock(writing_);
-      return runOnce(work, dialect_.beginWrite);
-    } catch (const soci::soci_error&) {
-      try {
-        rethrowAsStoreError();
-      } catch (const StoreError& error) {
-        // What the net caught was free when the work looked: on the next run it sees what came between.
-        const bool met =
-            error.kind() == StoreError::Kind::Contested || error.kind() == StoreError::Kind::Overlap;
-        if (!met || attempt >= mostRetries) throw;
-      }
-    }
-    backOff(attempt);
-  }
+  runRepeated([&] {
+    std::unique_lock<std::mutex> turn;
+    if (dialect_.kind == Dialect::Kind::Sqlite) turn = std::unique_lock(writing_);
+    runOnce(work, dialect_.beginWrite);
+  });
 }
 
 void Database::plain(const Work& work) {

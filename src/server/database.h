@@ -39,7 +39,7 @@ class StoreError : public std::runtime_error {
 /// One connection to the store, with its prepared statements. Used by one thread at a time.
 class Connection {
  public:
-  Connection(const Dialect& dialect, const std::string& url);
+  Connection(const Dialect& dialect, const std::string& connectText);
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
@@ -134,9 +134,14 @@ class Query {
 /// The store: a pool of connections to one database.
 class Database {
  public:
+  struct Options {
+    int connections = 8;
+    int patience = 10;  ///< seconds to wait for another process that holds a SQLite file
+  };
   /// `url` is a path of a SQLite file, which is made when it is missing, or "postgresql://...". Throws
   /// StoreError.
-  explicit Database(const std::string& url, int connections = 8);
+  Database(const std::string& url, const Options& options);
+  explicit Database(const std::string& url) : Database(url, Options()) {}
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -158,10 +163,12 @@ class Database {
 
  private:
   class Lease;
-  void runOnce(const Work& work, std::string_view begin);
+  void begin(Lease& lease, std::string_view statement);
+  void runOnce(const Work& work, std::string_view beginning);
+  void runRepeated(const std::function<void()>& once);
 
   const Dialect& dialect_;
-  std::string url_;
+  std::string connectText_;
   std::size_t limit_;
   std::mutex mutex_;
   std::condition_variable returned_;

@@ -38,11 +38,9 @@ const Dialect& dialectOf(std::string_view url) {
   return isPostgresql(url) ? postgresql : sqlite;
 }
 
-std::string connectText(const Dialect& dialect, std::string_view url) {
+std::string connectText(const Dialect& dialect, std::string_view url, int patience) {
   if (dialect.kind == Dialect::Kind::Postgresql) return std::string(url);
-  // Ten seconds of patience with another process that writes; within this process writers queue before they
-  // begin.
-  return "db=\"" + std::string(url) + "\" timeout=10 synchronous=full";
+  return "db=\"" + std::string(url) + "\" timeout=" + std::to_string(patience) + " synchronous=full";
 }
 
 std::string translateSchema(const Dialect& dialect, std::string_view text) {

@@ -148,6 +148,11 @@ class HttpFront::Impl {
 
  private:
   void configure() {
+    // The library would share the port with any other program that asks; two servers must not take turns.
+    server_->set_socket_options([](socket_t socket) {
+      const int yes = 1;
+      setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
     server_->set_tcp_nodelay(true);  // before binding: without it each round trip waits some 40 ms
     server_->set_keep_alive_max_count(1'000'000'000);
     server_->set_keep_alive_timeout(keepAliveSeconds);

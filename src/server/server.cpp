@@ -26,7 +26,7 @@ constexpr std::chrono::seconds housekeepingPeriod{60};
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
-      : database_(options.database),
+      : database_(options.database, {.connections = 8, .patience = options.patience}),
         runner_(database_, options.clock ? options.clock : Clock(wallClock),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive),
         front_(runner_, {.address = options.address,

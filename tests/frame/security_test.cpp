@@ -135,6 +135,17 @@ TEST_F(Security, AViewOnlyOperatorViewsBookings) {
   EXPECT_TRUE(notBuilt.empty()) << "a command that is off opens nothing, however it is reached";
 }
 
+TEST_F(Security, AViewOnlySubjectLosesItsNewCommandAndShowsView) {
+  start(allRightsBut("RMADD RMUPD RMDEL"));
+  main().menus.mnuViewInventoryRooms.choose();
+  EXPECT_EQ(main().menus.mnuPopupToolsEdit.Caption, "View");
+  EXPECT_FALSE(main().barMain.tool("abNew").Enabled);
+  EXPECT_FALSE(main().menus.mnuPopupToolsNew.Enabled);
+  main().menus.mnuViewInventoryEquipment.choose();
+  EXPECT_EQ(main().menus.mnuPopupToolsEdit.Caption, "Edit");
+  EXPECT_TRUE(main().barMain.tool("abNew").Enabled);
+}
+
 TEST_F(Security, ModesKeepTheirTimersAndMenus) {
   start();
   for (int round = 0; round < 2; ++round) {

@@ -210,9 +210,9 @@ TEST_F(StartUp, TheSystemsCloseAsksNothingAndKeepsTheView) {
   start();
   WorkingWindow open(*app, "7 - 2", true);
   open.Show();
-  main().menus.mnuViewScheduleMonth.choose();
+  main().menus.mnuViewStaff.choose();
   EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
-  EXPECT_EQ(iniText(), "[ListBar]\nLastView=1\n");
+  EXPECT_EQ(iniText(), "[ListBar]\nLastView=7\n");
   main().HideFrames();
   EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
   EXPECT_EQ(iniText(), "[ListBar]\nLastView=0\n") << "no view shows";

@@ -161,6 +161,25 @@ TEST_F(LostConnection, AnEndedSessionGoesOnAfterANewLogon) {
   EXPECT_TRUE(reasons.empty()) << "the line was never lost";
 }
 
+TEST_F(LostConnection, TheNewSessionIsToldItsLocationBeforeTheRequestComesAgain) {
+  message.OnSessionEnded = [] { return true; };
+  server.expect("SLL", "LOC=3");
+  message.Add("LOC", "3");
+  EXPECT_EQ(message.Send("SLL"), 0);
+
+  server.expect("CANBK", "BOOKID=7").endsSession();
+  server.expect("SLL", "LOC=3").replies("BKCAN=Y");
+  server.expectAgain("CANBK").fails(2);
+  message.Add("BOOKID", "7");
+  EXPECT_EQ(message.Send("CANBK"), 2);
+  EXPECT_EQ(message.Get("BKCAN"), "") << "the reply is that of the request";
+
+  message.forgetSession();
+  server.expect("GETLOCS").endsSession();
+  server.expectAgain();
+  EXPECT_EQ(message.Send("GETLOCS"), 0) << "another operator has no location yet";
+}
+
 TEST_F(LostConnection, ARequestThatIsNeverTakenIsASystemErrorThatSaysWhy) {
   server.expect("GETLOCS").rejects("Not found.");
   EXPECT_EQ(message.Send("GETLOCS"), -98);

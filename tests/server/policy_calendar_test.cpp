@@ -5,8 +5,8 @@
 namespace vantry::server {
 namespace {
 
-/// March 2026: Monday to Friday from eight to eight, Saturday until one; the 17th closed, the 18th from ten to
-/// noon.
+/// March 2026: Monday to Friday from eight to eight, Saturday until one; the 17th closed, the 18th from ten
+/// to noon.
 std::vector<OpenCalendar> march() {
   OpenCalendar calendar{makeMoment(2026, 3, 1), makeMoment(2026, 3, 31), {}, {}};
   for (std::size_t weekday = 1; weekday <= 5; ++weekday) calendar.week[weekday] = {true, 8 * 60, 20 * 60};
@@ -31,7 +31,9 @@ TEST(CalendarPolicy, TellsWhatSpeaksAgainstStartAndEnd) {
     Moment until;
     const char* conflicts;
   };
-  const auto at = [](int day, int hours, int minutes = 0) { return makeMoment(2026, 3, day, hours, minutes); };
+  const auto at = [](int day, int hours, int minutes = 0) {
+    return makeMoment(2026, 3, day, hours, minutes);
+  };
   const Row rows[] = {
       {at(2, 8), at(2, 20), ""},
       {at(2, 9), at(4, 10), ""},  // nights in between are not asked

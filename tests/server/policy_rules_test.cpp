@@ -10,11 +10,14 @@ namespace vantry::server {
 namespace {
 
 constexpr Moment start = 1'000'000 * minute;
-Period span(Moment from, Moment until) { return {start + from * minute, start + until * minute}; }
+Period span(Moment from, Moment until) {
+  return {start + from * minute, start + until * minute};
+}
 
 TEST(TimePolicy, SetUpAndCleanUpBelongToTheTimeTaken) {
   EXPECT_EQ(takenFor(span(60, 120), 15, 30), span(45, 150));
-  EXPECT_EQ(takenFor(span(60, 60), 0, 0), span(60, 61)) << "an immediate pick-up takes its thing all the same";
+  EXPECT_EQ(takenFor(span(60, 60), 0, 0), span(60, 61))
+      << "an immediate pick-up takes its thing all the same";
 }
 
 TEST(TimePolicy, PeriodsThatTouchDoNotOverlap) {
@@ -40,9 +43,9 @@ TEST(TimePolicy, LongestUseByUnit) {
     LongestUse longest;
     bool exceeded;
   };
-  const Row rows[] = {{60, {60, 'M'}, false}, {61, {60, 'M'}, true},       {120, {2, 'H'}, false},
-                      {121, {2, 'H'}, true},  {2 * 1440, {2, 'D'}, false}, {2 * 1440 + 1, {2, 'D'}, true},
-                      {99999, {1, 'T'}, false}, {99999, {0, 'U'}, false},  {99999, {0, 'H'}, false}};
+  const Row rows[] = {{60, {60, 'M'}, false},   {61, {60, 'M'}, true},       {120, {2, 'H'}, false},
+                      {121, {2, 'H'}, true},    {2 * 1440, {2, 'D'}, false}, {2 * 1440 + 1, {2, 'D'}, true},
+                      {99999, {1, 'T'}, false}, {99999, {0, 'U'}, false},    {99999, {0, 'H'}, false}};
   for (const Row& row : rows) {
     EXPECT_EQ(exceeds(span(0, row.minutes), row.longest), row.exceeded)
         << row.minutes << " against " << row.longest.count << row.longest.unit;

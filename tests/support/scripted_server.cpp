@@ -148,16 +148,24 @@ ScriptedServer::Answer ScriptedServer::expect(std::string_view code, std::string
 }
 
 ScriptedServer::Answer ScriptedServer::expectAgain(Place place) {
-  const auto before =
-      std::find_if(steps_.rbegin(), steps_.rend(), [](const Step& step) { return !step.code.empty(); });
-  const bool planned = before != steps_.rend();
-  if (!planned && requests_.empty()) failAt(place, "expectAgain without a request before");
-  const Request last = requests_.empty() ? Request{} : requests_.back();
-  const std::string code = planned ? before->code : last.code;
-  const auto tags = planned ? before->tags : last.tags;
-  Step& step = addStep(requestInWords(code, tags) + " (again)", place);
-  step.code = code;
-  step.tags = tags;
+  return expectAgain({}, place);
+}
+
+ScriptedServer::Answer ScriptedServer::expectAgain(std::string_view code, Place place) {
+  const auto isIt = [&](const auto& one) { return !one.code.empty() && (code.empty() || one.code == code); };
+  const auto planned = std::find_if(steps_.rbegin(), steps_.rend(), isIt);
+  const auto came = std::find_if(requests_.rbegin(), requests_.rend(), isIt);
+  Request before;
+  if (planned != steps_.rend()) {
+    before = {{}, planned->code, planned->tags};
+  } else if (came != requests_.rend()) {
+    before = *came;
+  } else {
+    failAt(place, "nothing that could come again");
+  }
+  Step& step = addStep(requestInWords(before.code, before.tags) + " (again)", place);
+  step.code = before.code;
+  step.tags = before.tags;
   step.again = true;
   return Answer(step);
 }
@@ -237,14 +245,12 @@ void ScriptedServer::checkRequest(const Request& request) const {
 }
 
 void ScriptedServer::checkId(const Request& request, bool again) const {
-  if (again) {
-    EXPECT_TRUE(!requests_.empty() && requests_.back().id == request.id)
-        << request.code << " came again with another id";
-    return;
-  }
-  EXPECT_TRUE(std::none_of(requests_.begin(), requests_.end(),
-                           [&](const Request& other) { return other.id == request.id; }))
-      << request.code << " came with the id of another request: " << request.id;
+  const bool known = std::any_of(requests_.begin(), requests_.end(), [&](const Request& other) {
+    return other.id == request.id && (!again || other.code == request.code);
+  });
+  if (again && !known) ADD_FAILURE() << request.code << " came again with another id";
+  if (!again && known)
+    ADD_FAILURE() << request.code << " came with the id of another request: " << request.id;
 }
 
 std::optional<ScriptedServer::Step> ScriptedServer::stepFor(const Request& request) {

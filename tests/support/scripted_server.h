@@ -58,8 +58,9 @@ class ScriptedServer : public Transport {
 
   /// The next request. A value "*" stands for any; two requests never have the same id.
   Answer expect(std::string_view code, std::string_view tags = {}, Place place = Place::current());
-  /// The request before comes once more, with its id and its tags.
+  /// The request before, or the last one of this code, comes once more with its id and its tags.
   Answer expectAgain(Place place = Place::current());
+  Answer expectAgain(std::string_view code, Place place = Place::current());
   /// Answered whenever it comes while another code is expected next, as often as it does; for what a window
   /// always reads and this test is not about.
   Answer always(std::string_view code, Place place = Place::current());

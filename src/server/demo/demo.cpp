@@ -60,7 +60,7 @@ void moveCountersOn(Connection& db) {
 
 bool createDemoDatabase(const std::string& url, const DemoOptions& options) {
   const Moment today = dayOf(options);
-  Database database(url, 1);
+  Database database(url, {.connections = 1, .patience = 10});
   migrate(database);
   checkKeys(database, false);
   bool made = false;

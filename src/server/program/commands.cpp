@@ -19,7 +19,7 @@ namespace {
 
 /// The work of one command on a database whose schema is up to date.
 void change(const std::string& url, const Database::Work& work) {
-  Database database(url, 1);
+  Database database(url, {.connections = 1, .patience = 10});
   migrate(database);
   database.write(work);
 }
@@ -50,7 +50,7 @@ void waitForEnd(const sigset_t& ends) {
 }  // namespace
 
 void initialise(const std::string& url) {
-  Database database(url, 1);
+  Database database(url, {.connections = 1, .patience = 10});
   migrate(database);
   std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
 }

@@ -1,4 +1,4 @@
-#include "desk_library.h"
+#include "support/server_desk_library.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -65,6 +65,9 @@ insert into policy_media_types (policy_id, media_type_id, may_book, may_deliver,
   values (1, 1, 1, 1, 1, 2, 'D'), (1, 2, 0, 1, 0, 0, 'U');
 insert into policy_room_types (policy_id, room_type_id, may_deliver, may_schedule, longest, longest_unit) values
   (1, 1, 1, 1, 4, 'H');
+)";
+
+constexpr std::string_view exceptions = R"(
 insert into calendar_exceptions (calendar_id, on_date, is_open, opens_at, closes_at) values
   (1, 1773705600, 0, 0, 0), (1, 1773792000, 1, 600, 720);
 )";
@@ -162,7 +165,9 @@ std::string Got::text() const {
   return text;
 }
 
-bool TestStore::isOffered(const std::string& kind) { return kind == "sqlite" || !postgresqlBase().empty(); }
+bool TestStore::isOffered(const std::string& kind) {
+  return kind == "sqlite" || !postgresqlBase().empty();
+}
 
 TestStore::TestStore(const std::string& kind) {
   const std::string name = nextName();
@@ -175,7 +180,8 @@ TestStore::TestStore(const std::string& kind) {
   base_ = postgresqlBase();
   schema_ = name;
   Database(base_, 1).plain([&](Connection& db) { db.run("create schema " + schema_); });
-  url_ = base_ + (base_.find('?') == std::string::npos ? "?" : "&") + "options=-csearch_path%3D" + schema_ + ",public";
+  url_ = base_ + (base_.find('?') == std::string::npos ? "?" : "&") + "options=-csearch_path%3D" + schema_ +
+         ",public";
 }
 
 TestStore::~TestStore() {
@@ -192,15 +198,18 @@ TestStore::~TestStore() {
 }
 
 DeskLibrary::DeskLibrary(const std::string& kind)
-    : store_(kind), now_(std::make_shared<Moment>(makeMoment(2026, 3, 2, 9))),
+    : store_(kind),
+      now_(std::make_shared<Moment>(makeMoment(2026, 3, 2, 9))),
       database_(std::make_unique<Database>(store_.url())) {
   migrate(*database_);
   database_->write([&](Connection& db) {
-    addCalendars(db);
     runAll(db, content);
+    addCalendars(db);
+    runAll(db, exceptions);
     const std::string hash = hashPassword("secret of the desk", HashCost::Quick);
     for (const char* login : {"desk", "chief", "clerk"}) {
-      addOperator(db, {.login = login, .name = std::string("Operator ") + login, .passwordHash = hash}, *now_);
+      addOperator(db, {.login = login, .name = std::string("Operator ") + login, .passwordHash = hash},
+                  *now_);
     }
     const std::vector<std::string_view> all = allRights();
     std::vector<std::string> rights(all.begin(), all.end());
@@ -232,8 +241,7 @@ Got DeskLibrary::sendTo(RequestRunner& runner, const std::string& code, const st
   static std::atomic<int> count = 0;
   const std::string id = "request " + std::to_string(++count);
   const std::vector<TagValue> read = readTags(tags);
-  const auto answer =
-      runner.run({.token = tokens_.at(login), .code = code, .requestId = id, .tags = read});
+  const auto answer = runner.run({.token = tokens_.at(login), .code = code, .requestId = id, .tags = read});
   if (answer.kind != RequestRunner::Answer::Kind::Done) throw std::runtime_error("no answer to " + code);
   return readReply(answer.json);
 }

@@ -48,8 +48,8 @@ class TestStore {
   std::string url_;
 };
 
-/// A small library with one of everything that policy speaks of; see its SQL. Today is Monday, 2 March 2026, nine
-/// o'clock.
+/// A small library with one of everything that policy speaks of; see its SQL. Today is Monday, 2 March 2026,
+/// nine o'clock.
 class DeskLibrary {
  public:
   explicit DeskLibrary(const std::string& kind);
@@ -98,6 +98,6 @@ class OnEachDatabase : public testing::TestWithParam<std::string> {
 
 }  // namespace vantry::server
 
-#define VANTRY_ON_EACH_DATABASE(suite)                                                          \
-  INSTANTIATE_TEST_SUITE_P(Databases, suite, testing::Values("sqlite", "postgresql"),           \
+#define VANTRY_ON_EACH_DATABASE(suite)                                                \
+  INSTANTIATE_TEST_SUITE_P(Databases, suite, testing::Values("sqlite", "postgresql"), \
                            [](const testing::TestParamInfo<std::string>& info) { return info.param; })

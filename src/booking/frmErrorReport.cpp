@@ -1,0 +1,237 @@
+#include "booking/frmErrorReport.h"
+
+#include <algorithm>
+
+#include "booking/modBooking_times.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+/// One report: its caption, and either the captions of its two grids or the tag by which its lines are
+/// walked.
+struct ErrorReportRow {
+  int code;
+  std::string_view caption;
+  std::string_view generic;
+  std::string_view specific;
+  std::string_view walk;  ///< of a report in lines; empty for one in two grids
+};
+
+namespace {
+
+constexpr ErrorReportRow kReports[] = {
+    {kReportNotCharged, "Booking Not Charged", "", "", tags::CHFA},
+    {kReportMedia, "Media Items Unavailable for Booking",
+     "Generic Media Items:", "Specific Media Items:", ""},
+    {kReportEquipment, "Equipment Unavailable for Booking",
+     "Generic Equipment Conflicts:", "Specific Equipment:", ""},
+    {kReportCalendar, "Booking Calendar Conflict", "", "", tags::VUF},
+};
+
+/// A line of a report. Marks in braces stand for values: {D} and {T} for date and time of the boundary, {C}
+/// for the clock time in DATE, a tag for its value.
+struct LineRow {
+  int report;
+  int code;
+  std::string_view boundary;  ///< the tag of the time that the line is about
+  bool onlyWithBoundary;      ///< no line without it
+  std::string_view text;
+};
+
+constexpr std::string_view kStart = tags::STIME;
+constexpr std::string_view kEnd = tags::ETIME_;
+
+constexpr LineRow kLines[] = {
+    {kReportCalendar, 164, kStart, false, "{D} not valid for any calendars"},
+    {kReportCalendar, 165, kEnd, false, "{D} not valid for any calendars"},
+    {kReportCalendar, 166, kStart, true, "Library/Media Center not open on {D} when booking starts"},
+    {kReportCalendar, 166, kEnd, true, "Library/Media Center not open on {D} when booking ends"},
+    {kReportCalendar, 168, kStart, true,
+     "Exception Date:  Library/Media Center not open on {D} at {T} (booking start date/time)"},
+    {kReportCalendar, 168, kEnd, true,
+     "Exception Date:  Library/Media Center not open on {D} at {T} (booking end date/time)"},
+    {kReportCalendar, 169, kStart, false, "Booking starts ({T}) before Library/Media Center opens at {C}"},
+    {kReportCalendar, 170, kEnd, false, "Booking ends ({T}) after Library/Media Center closes at {C}"},
+    {kReportCalendar, 171, kStart, false, "Booking starts ({T}) after Library/Media Center closes at {C}"},
+    {kReportCalendar, 172, kEnd, false, "Booking ends ({T}) before Library/Media Center opens at {C}"},
+
+    {kReportNotCharged, 107, "", false, "Room already charged:  {RNM}"},
+    {kReportNotCharged, 125, "", false, "Equipment already charged:  {ENO} - {ETY}"},
+    {kReportNotCharged, 126, "", false, "Media already charged:  {TITL}"},
+    {kReportNotCharged, 127, kStart, false, "Booking charged too early:  cannot charge before {T} on {D}"},
+    {kReportNotCharged, 134, "", false, "Generic room could not be assigned"},
+    {kReportNotCharged, 135, "", false, "Generic item could not be assigned:  {TITL}"},
+    {kReportNotCharged, 136, "", false, "Generic equipment could not be assigned:  {ETY}"},
+    {kReportNotCharged, 175, "", false, "Equipment cannot be charged:  {ENO} - {ETY} - Status:  {STY}"},
+    // No blank behind this colon, as it stands.
+    {kReportNotCharged, 176, "", false, "Room cannot be charged:  {RNM} - Status:{STY}"},
+    {kReportNotCharged, 177, "", false, "Media cannot be charged:  {TITL} - Status:  {STY}"},
+};
+
+const ErrorReportRow* reportOf(int code) {
+  const auto found = std::find_if(std::begin(kReports), std::end(kReports),
+                                  [&](const ErrorReportRow& row) { return row.code == code; });
+  return found == std::end(kReports) ? nullptr : &*found;
+}
+
+}  // namespace
+
+frmErrorReport::frmErrorReport(App& app, int reportCode)
+    : Form(app.windows, "frmErrorReport"), ReportCode(reportCode), app_(app) {
+  lblHeading.Heading = true;
+  dtDate.Visible = false;
+  txtTime.Visible = false;
+  faErrors.AccessibleName = "Reasons";
+  cmdOK.Default = true;
+  cmdOK.Cancel = true;
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  faErrors.FormatString = "<Error";
+  faErrorsGeneric.FormatString =
+      "<Error|<Start Date|<Start Time|<End Date|<End Time|<Number Available|<Number Booked";
+  faErrorsSpecific.FormatString =
+      "<Error|<Start Date|<Start Time|<End Date|<End Time|<Conflicting Booking Number";
+  Layout = Column{lblHeading,       Gap{},           faErrors,
+                  lblGeneric,       faErrorsGeneric, lblSpecific,
+                  faErrorsSpecific, Gap{},           Row{Stretch{}, cmdOK}};
+}
+
+void frmErrorReport::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  const ErrorReportRow* report = reportOf(ReportCode);
+  if (!report) {
+    Unload();
+    return;
+  }
+  layOut(*report);
+  if (report->code == kReportMedia) fillMedia();
+  if (report->code == kReportEquipment) fillEquipment();
+  if (!report->walk.empty()) fillLines(*report);
+  for (Grid* grid : {&faErrors, &faErrorsGeneric, &faErrorsSpecific}) grid->AutoSize(0, grid->Cols - 1);
+  if (report->walk.empty()) hideEmpty();
+}
+
+void frmErrorReport::layOut(const ErrorReportRow& report) {
+  const bool lines = !report.walk.empty();
+  Caption = std::string(report.caption);
+  lblHeading.Caption = std::string(report.caption);
+  lblGeneric.Caption = std::string(report.generic);
+  lblSpecific.Caption = std::string(report.specific);
+  faErrorsGeneric.AccessibleName = report.generic;
+  faErrorsSpecific.AccessibleName = report.specific;
+  faErrors.Visible = lines;
+  for (Control* control : {static_cast<Control*>(&lblGeneric), static_cast<Control*>(&faErrorsGeneric),
+                           static_cast<Control*>(&lblSpecific), static_cast<Control*>(&faErrorsSpecific)})
+    control->Visible = !lines;
+}
+
+void frmErrorReport::Form_Activate() {
+  cmdOK.SetFocus();
+}
+
+void frmErrorReport::cmdOK_Click() {
+  Unload();
+}
+
+std::string frmErrorReport::dateText(std::string_view serverTime) {
+  ServerTools::PutControlDate(serverTime, dtDate);
+  return dtDate.shortDate();
+}
+
+std::string frmErrorReport::timeText(std::string_view serverTime) {
+  ServerTools::PutControlTime(serverTime, txtTime);
+  return txtTime.textAmPm();
+}
+
+void frmErrorReport::addRow(Grid& grid, Cells cells) {
+  const int row = grid.Rows;
+  grid.Rows = row + 1;
+  int col = 0;
+  for (std::string& cell : cells) grid.TextMatrix(row, col++, std::move(cell));
+}
+
+/// The error, the four texts of the record's times, and the values of some tags.
+frmErrorReport::Cells frmErrorReport::withTimes(std::string error,
+                                                std::initializer_list<std::string_view> lastTags) {
+  const std::string start = app_.message.Get(tags::STIME);
+  const std::string end = app_.message.Get(tags::ETIME_);
+  Cells cells = {std::move(error), dateText(start), timeText(start), dateText(end), timeText(end)};
+  for (const std::string_view tag : lastTags) cells.push_back(app_.message.Get(tag));
+  return cells;
+}
+
+void frmErrorReport::fillMedia() {
+  while (app_.message.NextRecord(tags::CNUM)) {
+    const std::string error = app_.message.Get(tags::TITL) + " not available";
+    if (intOf(app_.message.Get(tags::IM)) != 0)
+      addRow(faErrorsSpecific, withTimes(error, {tags::CNUM}));
+    else
+      addRow(faErrorsGeneric, withTimes(error, {tags::VD1, tags::VD2}));
+  }
+}
+
+std::string frmErrorReport::equipmentName() const {
+  const std::string barcode = app_.message.Get(tags::BNO);
+  const bool byBarcode = app_.preferences.Barcodes && !trim(barcode).empty();
+  return app_.message.Get(tags::ETY) + " (" + (byBarcode ? barcode : app_.message.Get(tags::ENO)) + ")";
+}
+
+void frmErrorReport::fillEquipment() {
+  while (app_.message.NextRecord(tags::CNUM)) {
+    if (!trim(app_.message.Get(tags::CNUM)).empty())
+      addRow(faErrorsSpecific, withTimes(equipmentName() + " not available", {tags::CNUM}));
+    else
+      addRow(faErrorsGeneric,
+             withTimes(app_.message.Get(tags::ETY) + " not available", {tags::VD1, tags::VD2}));
+  }
+}
+
+void frmErrorReport::fillLines(const ErrorReportRow& report) {
+  while (app_.message.NextRecord(report.walk)) addLines(report, intOf(app_.message.Get(report.walk)));
+}
+
+/// A code outside the table adds no line.
+void frmErrorReport::addLines(const ErrorReportRow& report, int code) {
+  for (const LineRow& line : kLines) {
+    if (line.report != report.code || line.code != code) continue;
+    if (line.onlyWithBoundary && app_.message.Get(line.boundary).empty()) continue;
+    addRow(faErrors, {lineText(line.text, line.boundary)});
+  }
+}
+
+std::string frmErrorReport::valueOf(std::string_view mark, std::string_view boundary) {
+  if (mark == "D") return dateText(app_.message.Get(boundary));
+  if (mark == "T") return timeText(app_.message.Get(boundary));
+  if (mark == "C") return FormatClockTime(app_.message.Get(tags::DATE));
+  return app_.message.Get(mark);
+}
+
+std::string frmErrorReport::lineText(std::string_view text, std::string_view boundary) {
+  std::string line;
+  while (!text.empty()) {
+    const auto open = std::min(text.find('{'), text.size());
+    line += text.substr(0, open);
+    text.remove_prefix(open);
+    if (text.empty()) break;
+    const auto close = text.find('}');
+    line += valueOf(text.substr(1, close - 1), boundary);
+    text.remove_prefix(close + 1);
+  }
+  return line;
+}
+
+/// One of the two grids goes when it is empty and the other is not.
+void frmErrorReport::hideEmpty() {
+  if (faErrorsGeneric.hasData() == faErrorsSpecific.hasData()) return;
+  const bool generic = faErrorsGeneric.hasData();
+  lblGeneric.Visible = generic;
+  faErrorsGeneric.Visible = generic;
+  lblSpecific.Visible = !generic;
+  faErrorsSpecific.Visible = !generic;
+}
+
+void ShowErrorReport(App& app, int reportCode) {
+  frmErrorReport(app, reportCode).ShowModal();
+}
+
+}  // namespace vantry

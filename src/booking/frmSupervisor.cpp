@@ -1,0 +1,97 @@
+#include "booking/frmSupervisor.h"
+
+#include "messaging/password_sealer.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+static constexpr int kAttempts = 3;
+static constexpr int kNotAuthorized = 120;
+
+frmSupervisor::frmSupervisor(App& app, std::string_view requiredRight)
+    : Form(app.windows, "frmSupervisor"), app_(app), requiredRight_(requiredRight) {
+  Caption = "Supervisor Override";
+  Resizable = false;
+  txtPassword.Password = true;
+  cmdOK.Default = true;
+  cmdCancel.Cancel = true;
+  txtLogin.Change = [this] { txtLogin_Change(); };
+  txtPassword.Change = [this] { txtPassword_Change(); };
+  txtLogin.GotFocus = [this] { txtLogin.SelectText(); };
+  txtPassword.GotFocus = [this] { txtPassword.SelectText(); };
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  Layout = Column{lblHint, Gap{}, Fields{lblLogin, txtLogin, lblPassword, txtPassword}, Gap{},
+                  Row{Stretch{}, cmdOK, cmdCancel}};
+}
+
+void frmSupervisor::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  enableOK();
+}
+
+void frmSupervisor::Form_Activate() {
+  txtLogin.SetFocus();
+}
+
+void frmSupervisor::txtLogin_Change() {
+  enableOK();
+}
+
+void frmSupervisor::txtPassword_Change() {
+  enableOK();
+}
+
+void frmSupervisor::enableOK() {
+  cmdOK.Enabled = !trim(txtLogin.Text.get()).empty() && !trim(txtPassword.Text.get()).empty();
+}
+
+int frmSupervisor::send(const std::string& sealed) {
+  // The failure that is to be overridden stands in the walk of a reply, which must come through whole.
+  const TagMessage::Inner inner(app_.message);
+  app_.message.Add(requiredRight_, "Y");
+  app_.message.Add(tags::OI, trim(txtLogin.Text.get()));
+  app_.message.Add(tags::PW, sealed);
+  return app_.message.Send("OPOV");
+}
+
+void frmSupervisor::cmdOK_Click() {
+  app_.global.BusyForm(*this);
+  const auto sealed = app_.session.seal(trim(txtPassword.Text.get()));
+  const int rc = sealed ? send(*sealed) : 0;
+  app_.global.ReadyForm(*this);
+  if (!sealed) {
+    // Nothing was asked of the server, so that this is no attempt.
+    warningBox(app_.desktop, "The server does not answer. Please try again.");
+    return;
+  }
+  if (rc != 0) return refused(rc);
+  OperatorId = trim(txtLogin.Text.get());
+  Hide();
+}
+
+void frmSupervisor::refused(int rc) {
+  ++attempts_;
+  criticalBox(app_.desktop, rc == kNotAuthorized ? "Operator not authorized to perform override"
+                                                 : "Invalid Login -- Access Denied");
+  if (attempts_ < kAttempts) {
+    txtLogin.SetFocus();
+    return;
+  }
+  OperatorId.clear();
+  Hide();
+}
+
+void frmSupervisor::cmdCancel_Click() {
+  OperatorId.clear();
+  Hide();
+}
+
+std::string AskSupervisor(App& app, std::string_view requiredRight) {
+  frmSupervisor window(app, requiredRight);
+  window.ShowModal();
+  return window.OperatorId;
+}
+
+}  // namespace vantry

@@ -1,0 +1,152 @@
+// The checks of policy that send their own request: status of equipment, places and rooms.
+#include "booking/frmOverride.h"
+#include "booking/frmOverrideLibSched.h"
+#include "booking/modBooking_policy.h"
+#include "booking/modBooking_tags.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+namespace {
+
+constexpr std::string_view kModule = "modBooking";
+
+/// What most of these checks end with: the patron group, the media and all equipment.
+void writeThings(const BookingForm& form, const BookingRecord& record) {
+  TagMessage& message = form.app.message;
+  message.Add(tags::PGID, std::to_string(record.PatronGroupId));
+  WriteMediaTags(message, form.faMedia);
+  WriteEquipmentTags(message, form.tvwOtherEquipment, form.tvwEquipment, EquipmentForm::Full);
+}
+
+/// Sends; anything but success and the code that is walked is reported. True: the failures are to be walked.
+struct Outcome {
+  bool settled = true;  ///< nothing to walk
+  bool goOn = false;
+};
+Outcome send(App& app, std::string_view code, int walked) {
+  const int rc = app.message.Send(code);
+  app.global.ReadyAllForms();
+  if (rc == 0) return {true, true};
+  if (rc == walked) return {false, false};
+  app.global.ReportRequestError(rc, code, kModule);
+  return {};
+}
+
+/// Types of things that cannot be brought to the place, or had there.
+bool validatePlace(const BookingForm& form, const BookingRecord& record, std::string_view code, int walked) {
+  App& app = form.app;
+  writeThings(form, record);
+  const Outcome outcome = send(app, code, walked);
+  if (outcome.settled) return outcome.goOn;
+  while (app.message.NextRecord(tags::VD1)) {
+    OverrideFacts facts;
+    facts.OverrideContext = walked;
+    facts.OverrideCode = walked;
+    facts.OverrideName = app.message.Get(tags::VD1);  // the tag of the kind of type: MTID or ETI
+    facts.OverrideName2 = app.message.Get(tags::VD2);
+    if (!AskOverride(app, facts)) return false;
+  }
+  return true;
+}
+
+constexpr int kStatusFailure = 147;
+constexpr int kDurationFailure = 148;
+
+bool mayBookLonger(App& app) {
+  return questionBox(app.desktop,
+                     "Room may be scheduled for " +
+                         RoomDurationText(app.message.Get(tags::BKMX), app.message.Get(tags::BKDUR)) +
+                         "  Continue with booking?  ");
+}
+
+constexpr int kRoomTaken = 107;
+constexpr int kWarningLimit = 187;
+
+bool isRoomFree(App& app, const BookingRecord& record, const BookingTime& time, std::string_view separator) {
+  app.global.BusyAllForms();
+  app.message.Add(tags::BOOKID, std::to_string(record.BookingId));
+  app.message.Add(tags::STIME, time.start);
+  app.message.Add(tags::ETIME_, time.end);
+  app.message.Add(tags::RID, std::to_string(record.RoomId));
+  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
+  const int rc = app.message.Send("VALRMAVL");
+  app.global.ReadyAllForms();
+  if (rc == 0) return true;
+  if (rc != kRoomTaken && rc != kContextRoom) {
+    app.global.ReportRequestError(rc, "VALRMAVL", kModule);
+    return false;
+  }
+  if (intOf(app.message.Get(tags::VUF)) == kWarningLimit) return ValidateRoomUsage(app, rc);
+  informationBox(app.desktop, "The selected room is not available for the following booking:  " +
+                                  time.startDate + std::string(separator) + time.startTime);
+  return false;
+}
+
+}  // namespace
+
+bool ValidatePickupLocation(const BookingForm& form, const BookingRecord& record) {
+  form.app.global.BusyAllForms();
+  form.app.message.Add(tags::LOC, std::to_string(record.PickupLocationId));
+  return validatePlace(form, record, "VALPLO", 145);
+}
+
+bool ValidateDeliveryLocation(const BookingForm& form, const BookingRecord& record) {
+  form.app.global.BusyAllForms();
+  form.app.message.Add(tags::RID, std::to_string(record.RoomId));
+  return validatePlace(form, record, "VALDLO", 146);
+}
+
+bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record) {
+  App& app = form.app;
+  app.global.BusyAllForms();
+  app.message.Add(tags::RID, std::to_string(record.RoomId));
+  writeThings(form, record);
+  const Outcome outcome = send(app, "VALLSL", 157);
+  if (outcome.settled) return outcome.goOn;
+  bool goOn = true;
+  while (app.message.NextRecord(tags::VUF)) {
+    const int code = intOf(app.message.Get(tags::VUF));
+    if (code == kStatusFailure && !AskLibSchedOverride(app)) return false;
+    if (code == kDurationFailure && !mayBookLonger(app)) goOn = false;  // and the walk goes on
+  }
+  return goOn;
+}
+
+bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record) {
+  form.app.global.ReadyAllForms();
+  if (record.RoomId == 0) return true;
+  const std::string_view separator = form.times.isMultiple() ? "@" : " @ ";
+  for (const BookingTime& time : form.times.times()) {
+    if (!isRoomFree(form.app, record, time, separator)) return false;
+  }
+  return true;
+}
+
+bool ValidateEquipmentStatus(App& app, int rc) {
+  static constexpr int kWalked = 151;
+  app.global.ReadyAllForms();
+  if (rc == 0) return true;
+  if (rc != kWalked) {
+    app.global.ReportRequestError(rc, "VES", kModule);
+    return false;
+  }
+  while (app.message.NextRecord(tags::VD1)) {
+    const int kind = intOf(app.message.Get(tags::VD1));
+    if (kind == 2) continue;
+    const std::string second = app.message.Get(tags::VD2);
+    if (kind == 1) {
+      if (!questionBox(app.desktop, second + "  Book anyway?")) return false;
+      continue;
+    }
+    OverrideFacts facts;
+    facts.OverrideContext = kWalked;
+    facts.OverrideCode = kWalked;
+    facts.OverrideName = app.message.Get(tags::VD3);
+    facts.OverrideName2 = second;
+    if (!AskOverride(app, facts)) return false;
+  }
+  return true;
+}
+
+}  // namespace vantry

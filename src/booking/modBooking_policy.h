@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "booking/booking_form.h"
+
+namespace vantry {
+
+// The answers of policy. Each routine says what has to be said, asks what has to be asked, and tells whether
+// the command goes on: true. All windows are ready afterwards. A command that goes on makes them busy again.
+
+// Walks of the reply of the last request; `rc` is its return code.
+[[nodiscard]] bool ValidateItemUsage(App& app, int rc);
+[[nodiscard]] bool ValidateItemLimit(App& app, int rc);
+[[nodiscard]] bool ValidateEquipmentUsage(App& app, int rc, std::string_view ety);
+[[nodiscard]] bool ValidateEquipmentLimit(App& app, int rc, std::string_view ety);
+[[nodiscard]] bool ValidateRoomUsage(App& app, int rc);
+[[nodiscard]] bool ValidateRoomTime(App& app, int rc);
+[[nodiscard]] bool ValidateEquipmentStatus(App& app, int rc);
+
+// Checks that send their own request.
+[[nodiscard]] bool ValidatePickupLocation(const BookingForm& form, const BookingRecord& record);
+[[nodiscard]] bool ValidateDeliveryLocation(const BookingForm& form, const BookingRecord& record);
+[[nodiscard]] bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record);
+/// One request per booking time; none without a room.
+[[nodiscard]] bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record);
+
+/// Before a thing is added: true stops the adding, because the requester's limit is reached and nobody
+/// overrides it.
+[[nodiscard]] bool ConfirmItemLimit(App& app, const BookingRecord& record);
+[[nodiscard]] bool ConfirmEquipmentLimit(App& app, const BookingRecord& record);
+
+/// Shows what of the library's calendar stands against the times; for return code 167.
+void ShowCalendarConflict(App& app);
+
+/// A length of time in words: "1 hour", "30 minutes"; a bare number for an unknown unit.
+[[nodiscard]] std::string PeriodText(std::string_view period, std::string_view unit);
+/// How long a library's room may be booked, from the reply's number and unit, with its full stop.
+[[nodiscard]] std::string RoomDurationText(std::string_view most, std::string_view unit);
+
+}  // namespace vantry

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "booking/modBooking_times.h"
+#include "platform/schedule_bar.h"
+
+namespace vantry {
+
+/// Two time fields, a ruler and a schedule bar that show the same two places of the day's scale: what one of
+/// them is given, the others take.
+class TimeLine {
+ public:
+  struct Parts {
+    SpinTimeField& txtNeedTime;
+    SpinTimeField& txtFinishTime;
+    Ruler& rulTimeLine;
+    ScheduleBar& schTimeLine;
+  };
+  TimeLine(const DaySlots& scale, const Parts& parts);
+
+  /// Whether start and end lie on one day, so that the end has to stay behind the start.
+  std::function<bool()> sameDay;
+  /// One of the two times has changed.
+  Event Changed;
+
+  int NeedTimeIndex() const { return indices_.need; }
+  int FinishTimeIndex() const { return indices_.finish; }
+  /// Gives the fields the labels of two places.
+  void setIndices(TimeIndices indices);
+  /// Gives back what was copied from a time line: the times as they stood, and their places.
+  void restore(std::optional<Time> need, std::optional<Time> finish, TimeIndices indices);
+  void lock();
+
+ private:
+  void setScale();
+  void step(int TimeIndices::*which, int by);
+  void choose(int TimeIndices::*which, int index);
+  void dragged();
+  void typed(int TimeIndices::*which, const SpinTimeField& field);
+  void move(TimeIndices indices);
+  void showPlaces();
+
+  DaySlots scale_;
+  Parts parts_;
+  TimeIndices indices_;
+  bool setting_ = false;  ///< the fields change because their places did
+};
+
+}  // namespace vantry

@@ -1,0 +1,193 @@
+#include "booking/times_panel.h"
+
+#include "booking/frmTimeLine.h"
+#include "messaging/server_tools.h"
+#include "platform/text.h"
+
+namespace vantry {
+namespace {
+
+/// Above this many slots the bar is as wide as the window, and the dates with it.
+constexpr int kSlotsBesideDates = 96;
+
+constexpr std::string_view kListFormat =
+    "<Date Needed|<Date Finished|<Time Needed|<Time Finished|<Time Needed Index|<Time Finished Index";
+
+}  // namespace
+
+TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
+    : fraBooking(place, "fraBooking", "Single Booking"),
+      lblNeedDate(fraBooking, "lblNeedDate", "Date &Needed:"),
+      fpdNeedDate(fraBooking, "fpdNeedDate"),
+      lblNeedTime(fraBooking, "lblNeedTime", "Time Needed:"),
+      txtNeedTime(fraBooking, "txtNeedTime"),
+      txtNeedTimeEllipses(fraBooking, "txtNeedTimeEllipses", "..."),
+      lblFinishDate(fraBooking, "lblFinishDate", "Date &Finished:"),
+      fpdFinishDate(fraBooking, "fpdFinishDate"),
+      lblFinishTime(fraBooking, "lblFinishTime", "Time Finished:"),
+      txtFinishTime(fraBooking, "txtFinishTime"),
+      txtFinishTimeEllipses(fraBooking, "txtFinishTimeEllipses", "..."),
+      rulTimeLine(fraBooking, "rulTimeLine"),
+      schTimeLine(fraBooking, "schTimeLine"),
+      cmdMultipleBookings(place, "cmdMultipleBookings", "&Multiple Bookings >>"),
+      fraMultiBooking(place, "fraMultiBooking", "Multiple Bookings"),
+      faDatesTimes(fraMultiBooking, "faDatesTimes"),
+      cmdAddDate(fraMultiBooking, "cmdAddDate", "&Add"),
+      cmdEditDate(fraMultiBooking, "cmdEditDate", "&Edit"),
+      cmdDeleteDate(fraMultiBooking, "cmdDeleteDate", "De&lete"),
+      fpdServerDate(place, "fpdServerDate"),
+      txtServerTime(place, "txtServerTime"),
+      fpdExpireDate(place, "fpdExpireDate"),
+      app_(app),
+      record_(record),
+      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine}) {
+  for (Control* hidden : {static_cast<Control*>(&fpdServerDate), static_cast<Control*>(&txtServerTime),
+                          static_cast<Control*>(&fpdExpireDate)})
+    hidden->Visible = false;
+  schTimeLine.AccessibleName = "Time of the booking";
+  faDatesTimes.AccessibleName = "Times of the bookings";
+  txtNeedTimeEllipses.AccessibleName = "Choose the time needed";
+  txtFinishTimeEllipses.AccessibleName = "Choose the time finished";
+  buildList();
+  connect();
+  arrange(place);
+  fraMultiBooking.Visible = false;
+  cmdMultipleBookings.Tag = "0";
+}
+
+void TimesPanel::arrange(Container& place) {
+  const bool byLine = app_.preferences.ScheduleBar && app_.preferences.UseIntervals;
+  rulTimeLine.Visible = byLine;
+  schTimeLine.Visible = byLine;
+  for (SpinTimeField* field : {&txtNeedTime, &txtFinishTime})
+    field->DropDown = !app_.preferences.ScheduleBar && app_.preferences.UseIntervals;
+  for (Button* button : {&txtNeedTimeEllipses, &txtFinishTimeEllipses})
+    button->Visible = !app_.preferences.ScheduleBar;
+  const int share = app_.daySlots.count > kSlotsBesideDates ? 1 : -1;
+  fraBooking.Layout = Column{Fields{lblNeedDate,
+                                    Row{LayoutNode(fpdNeedDate).share(share), Gap{}, lblNeedTime, txtNeedTime,
+                                        txtNeedTimeEllipses, Stretch{}},
+                                    lblFinishDate,
+                                    Row{LayoutNode(fpdFinishDate).share(share), Gap{}, lblFinishTime,
+                                        txtFinishTime, txtFinishTimeEllipses, Stretch{}}},
+                             rulTimeLine, schTimeLine};
+  fraMultiBooking.Layout = Column{faDatesTimes, Row{cmdAddDate, cmdEditDate, cmdDeleteDate, Stretch{}}};
+  place.Layout = Column{fraBooking, Row{Stretch{}, cmdMultipleBookings}, fraMultiBooking};
+}
+
+void TimesPanel::connect() {
+  timeLine_.sameDay = [this] { return sameDay(); };
+  timeLine_.Changed = [this] { changed(); };
+  for (DateField* field : {&fpdNeedDate, &fpdFinishDate}) field->Change = [this] { changed(); };
+  fpdNeedDate.LostFocus = [this] { fpdNeedDate_LostFocus(); };
+  fpdFinishDate.LostFocus = [this] { fpdFinishDate_LostFocus(); };
+  txtNeedTimeEllipses.Click = [this] { txtNeedTimeEllipses_Click(); };
+  txtFinishTimeEllipses.Click = [this] { txtFinishTimeEllipses_Click(); };
+  for (SpinTimeField* field : {&txtNeedTime, &txtFinishTime}) field->DropDialog = [this] { openTimeLine(); };
+  cmdMultipleBookings.Click = [this] { cmdMultipleBookings_Click(); };
+  cmdAddDate.Click = [this] { cmdAddDate_Click(); };
+  cmdEditDate.Click = [this] { cmdEditDate_Click(); };
+  cmdDeleteDate.Click = [this] { cmdDeleteDate_Click(); };
+  faDatesTimes.DblClick = [this] { cmdEditDate_Click(); };
+}
+
+void TimesPanel::buildList() {
+  faDatesTimes.FormatString = std::string(kListFormat);
+  for (int col = kNeedDate; col <= kFinishTime; ++col) faDatesTimes.ColWidth(col, 1700);
+  faDatesTimes.ColWidth(kNeedIndex, 0);
+  faDatesTimes.ColWidth(kFinishIndex, 0);
+  enableListCommands();
+}
+
+void TimesPanel::changed() {
+  app_.booking.warnings.ClearWarningMarks();
+  raise(Changed);
+}
+
+bool TimesPanel::isMultiple() const {
+  return intOf(cmdMultipleBookings.Tag.get()) == 1 && faDatesTimes.hasData();
+}
+
+bool TimesPanel::sameDay() const {
+  return fpdNeedDate.Value.get() == fpdFinishDate.Value.get();
+}
+
+// What the times are.
+
+BookingTime TimesPanel::singleTime() const {
+  BookingTime time;
+  time.start = ServerTools::GetControlDate(fpdNeedDate, &txtNeedTime);
+  time.end = ServerTools::GetControlDate(fpdFinishDate, &txtFinishTime);
+  if (!fpdNeedDate.isEmpty()) time.startDay = weekday(*fpdNeedDate.Value.get());
+  if (!fpdFinishDate.isEmpty()) time.endDay = weekday(*fpdFinishDate.Value.get());
+  time.startDate = fpdNeedDate.shortDate();
+  time.startTime = txtNeedTime.textAmPm();
+  return time;
+}
+
+std::string TimesPanel::serverTimeOf(const std::string& date, const std::string& time) {
+  fpdServerDate.Value = parseDate(date, app_.windows.shortDateFormat());
+  txtServerTime.Value = parseClockTime(time);
+  return ServerTools::GetControlDate(fpdServerDate, &txtServerTime);
+}
+
+BookingTime TimesPanel::timeOfRow(int row) {
+  const auto text = [&](TimeColumn col) { return faDatesTimes.TextMatrix(row, col); };
+  const auto day = [this] { return fpdServerDate.isEmpty() ? 0 : weekday(*fpdServerDate.Value.get()); };
+  BookingTime time;
+  time.start = serverTimeOf(text(kNeedDate), text(kNeedTime));
+  time.startDay = day();
+  time.end = serverTimeOf(text(kFinishDate), text(kFinishTime));
+  time.endDay = day();
+  time.startDate = text(kNeedDate);
+  time.startTime = text(kNeedTime);
+  return time;
+}
+
+std::vector<BookingTime> TimesPanel::times() {
+  if (!isMultiple()) return {singleTime()};
+  std::vector<BookingTime> all;
+  for (int row = 1; row < faDatesTimes.Rows; ++row) all.push_back(timeOfRow(row));
+  return all;
+}
+
+// Showing them.
+
+void TimesPanel::startToday() {
+  const Date today = app_.clock.now().date;
+  fpdNeedDate.Value = today;
+  fpdFinishDate.Value = today;
+  timeLine_.setIndices({0, 0});
+}
+
+void TimesPanel::showTimes(std::string_view start, std::string_view end) {
+  ServerTools::PutControlDate(start, fpdNeedDate);
+  ServerTools::PutControlTime(start, txtNeedTime);
+  ServerTools::PutControlDate(end, fpdFinishDate);
+  ServerTools::PutControlTime(end, txtFinishTime);
+}
+
+void TimesPanel::startNow() {
+  const int rc = app_.message.Send("ASKT");
+  const std::string now = rc == 0 ? app_.message.Get("STIME") : serverTime(app_.clock.now());
+  showTimes(now, now);
+  timeLine_.lock();
+  for (Button* button : {&txtNeedTimeEllipses, &txtFinishTimeEllipses}) button->Enabled = false;
+}
+
+void TimesPanel::showExpireDate() {
+  ServerTools::PutControlDate(record_.ExpireDate, fpdExpireDate);
+}
+
+void TimesPanel::openTimeLine() {
+  frmTimeLine window(app_);
+  window.SameDay = sameDay();
+  window.Tag =
+      joined({txtNeedTime.Value.get(), txtFinishTime.Value.get(), {NeedTimeIndex(), FinishTimeIndex()}});
+  window.ShowModal();
+  if (window.Tag.get().empty()) return;
+  const TimeLineTag chosen = timeLineTag(window.Tag.get());
+  timeLine_.restore(chosen.need, chosen.finish, chosen.indices);
+}
+
+}  // namespace vantry

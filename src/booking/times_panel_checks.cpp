@@ -1,0 +1,165 @@
+// The checks of a booking's times, and the list of several.
+#include "booking/times_panel.h"
+
+#include "platform/desktop.h"
+#include "platform/text.h"
+
+namespace vantry {
+
+static constexpr std::string_view kStartLater =
+    "Booking start date/time is later than booking end date/time!";
+
+bool TimesPanel::isValid() const {
+  const struct {
+    bool missing;
+    std::string_view text;
+  } checks[] = {{fpdNeedDate.isEmpty(), "Date Needed is invalid!"},
+                {txtNeedTime.isEmpty(), "Time Needed is invalid!"},
+                {fpdFinishDate.isEmpty(), "Date Finished is invalid!"},
+                {txtFinishTime.isEmpty(), "Time Finished is invalid!"}};
+  for (const auto& check : checks) {
+    if (!check.missing) continue;
+    informationBox(app_.desktop, std::string(check.text));
+    return false;
+  }
+  return true;
+}
+
+bool TimesPanel::CheckTimes() {
+  return isMultiple() ? checkList() : checkSingle();
+}
+
+bool TimesPanel::checkSingle() {
+  if (!isValid()) return false;
+  const BookingTime time = singleTime();
+  if (time.start <= time.end) return true;
+  raise(showTab);
+  txtNeedTime.SetFocus();
+  criticalBox(app_.desktop, std::string(kStartLater));
+  return false;
+}
+
+bool TimesPanel::checkList() {
+  // Whether the rows overlap is for the server to find.
+  for (const BookingTime& time : times()) {
+    if (time.start <= time.end) continue;
+    informationBox(app_.desktop, std::string(kStartLater));
+    return false;
+  }
+  return true;
+}
+
+// Leaving a date.
+
+void TimesPanel::fpdNeedDate_LostFocus() {
+  if (!leaveDate(fpdNeedDate, "Date Needed")) return;
+  if (fpdNeedDate.Value.get() > fpdFinishDate.Value.get()) fpdFinishDate.Value = fpdNeedDate.Value;
+  checkExpiry(fpdNeedDate);
+}
+
+void TimesPanel::fpdFinishDate_LostFocus() {
+  if (!leaveDate(fpdFinishDate, "Date Finished")) return;
+  if (fpdFinishDate.Value.get() < fpdNeedDate.Value.get()) fpdNeedDate.Value = fpdFinishDate.Value;
+  checkExpiry(fpdFinishDate);
+}
+
+bool TimesPanel::leaveDate(DateField& field, std::string_view name) {
+  if (!field.isEmpty()) return true;
+  informationBox(app_.desktop, "Please enter a valid date for " + std::string(name) + ".");
+  raise(showTab);
+  field.SetFocus();
+  return false;
+}
+
+void TimesPanel::checkExpiry(DateField& field) {
+  if (record_.isAdministrative() || record_.RequesterId == 0 || fpdExpireDate.isEmpty()) return;
+  if (field.Value.get() <= fpdExpireDate.Value.get()) return;
+  informationBox(app_.desktop, "Booking date cannot be past requester's expiration date of " +
+                                   fpdExpireDate.shortDate() + ".");
+  field.Value = fpdExpireDate.Value;
+}
+
+// The list.
+
+void TimesPanel::enableListCommands() {
+  const bool any = faDatesTimes.hasData();
+  cmdEditDate.Enabled = any;
+  cmdDeleteDate.Enabled = any;
+}
+
+void TimesPanel::cmdMultipleBookings_Click() {
+  const bool open = intOf(cmdMultipleBookings.Tag.get()) != 1;
+  cmdMultipleBookings.Tag = open ? "1" : "0";
+  cmdMultipleBookings.Caption = open ? "<< &Single Booking" : "&Multiple Bookings >>";
+  fraMultiBooking.Visible = open;
+  raise(Changed);
+}
+
+/// Counts one more booking and asks where the requester has as many as he may; false when it is not to be.
+bool TimesPanel::mayAddBooking() {
+  const bool further = faDatesTimes.hasData();
+  if (further) ++record_.BookingCount;
+  const bool limited = record_.RequesterId != 0 && record_.BookingMax != kUnlimitedBookings;
+  if (!limited || record_.BookingCount <= record_.BookingMax) return true;
+  if (questionBox(app_.desktop, "Requester has reached maximum allowed number of bookings (" +
+                                    std::to_string(record_.BookingMax) + ").  Continue anyway?"))
+    return true;
+  if (further) --record_.BookingCount;
+  return false;
+}
+
+void TimesPanel::fillRow(int row) {
+  faDatesTimes.TextMatrix(row, kNeedDate, fpdNeedDate.shortDate());
+  faDatesTimes.TextMatrix(row, kFinishDate, fpdFinishDate.shortDate());
+  faDatesTimes.TextMatrix(row, kNeedTime, txtNeedTime.textAmPm());
+  faDatesTimes.TextMatrix(row, kFinishTime, txtFinishTime.textAmPm());
+  faDatesTimes.TextMatrix(row, kNeedIndex, std::to_string(NeedTimeIndex()));
+  faDatesTimes.TextMatrix(row, kFinishIndex, std::to_string(FinishTimeIndex()));
+}
+
+void TimesPanel::cmdAddDate_Click() {
+  if (!isValid()) return;
+  if (editedRow_ == 0) {
+    if (!mayAddBooking()) return;
+    faDatesTimes.Rows = faDatesTimes.Rows + 1;
+  }
+  const int row = editedRow_ != 0 ? editedRow_ : faDatesTimes.Rows - 1;
+  fillRow(row);
+  faDatesTimes.Row = row;
+  enableListCommands();
+  // With two times there is no way back to a single one but emptying the list.
+  if (faDatesTimes.Rows > 2) cmdMultipleBookings.Visible = false;
+  endEditing();
+  changed();
+}
+
+void TimesPanel::endEditing() {
+  editedRow_ = 0;
+  cmdAddDate.Caption = "&Add";
+}
+
+void TimesPanel::cmdEditDate_Click() {
+  const int row = faDatesTimes.Row;
+  if (row < faDatesTimes.FixedRows) return;
+  const auto text = [&](TimeColumn col) { return faDatesTimes.TextMatrix(row, col); };
+  fpdNeedDate.Value = parseDate(text(kNeedDate), app_.windows.shortDateFormat());
+  fpdFinishDate.Value = parseDate(text(kFinishDate), app_.windows.shortDateFormat());
+  timeLine_.restore(parseClockTime(text(kNeedTime)), parseClockTime(text(kFinishTime)),
+                    {intOf(text(kNeedIndex)), intOf(text(kFinishIndex))});
+  editedRow_ = row;
+  cmdAddDate.Caption = "Update";
+}
+
+void TimesPanel::cmdDeleteDate_Click() {
+  const int row = faDatesTimes.Row;
+  if (row < faDatesTimes.FixedRows) return;
+  faDatesTimes.RemoveItem(row);
+  // Each time but the first was one more booking.
+  if (faDatesTimes.hasData()) --record_.BookingCount;
+  endEditing();
+  enableListCommands();
+  if (!faDatesTimes.hasData()) cmdMultipleBookings.Visible = true;
+  changed();
+}
+
+}  // namespace vantry

@@ -1,0 +1,66 @@
+#include "desktop/binder.h"
+
+#include <QWidget>
+#include <array>
+
+#include "desktop/qtext.h"
+#include "desktop/style.h"
+
+namespace vantry {
+
+static constexpr std::array kAspects = {
+    Aspect::List,    Aspect::Structure, Aspect::Columns, Aspect::Cells,   Aspect::Text,
+    Aspect::Caption, Aspect::Value,     Aspect::Picture, Aspect::State,   Aspect::Selection,
+    Aspect::ToolTip, Aspect::Colour,    Aspect::Enabled, Aspect::Visible,
+};
+
+Binder::Binder(Control& control, Host& host, QWidget& widget)
+    : control_(control), host_(host), widget_(widget) {
+  widget.setObjectName(qt(control.Name()));
+  if (!control.AccessibleName.empty()) widget.setAccessibleName(qt(control.AccessibleName));
+}
+
+void Binder::bind() {
+  for (const Aspect aspect : kAspects) update(aspect);
+  flush();
+  control_.Shower = [this](Aspect aspect) { update(aspect); };
+}
+
+void Binder::release() {
+  control_.Shower = nullptr;
+}
+
+void Binder::update(Aspect aspect) {
+  switch (aspect) {
+    case Aspect::Enabled:
+      widget_.setEnabled(control_.Enabled);
+      break;
+    case Aspect::Visible:
+      widget_.setVisible(control_.Visible);
+      break;
+    case Aspect::ToolTip:
+      widget_.setToolTip(qt(control_.ToolTipText.get()));
+      break;
+    case Aspect::Colour:
+      showColours();
+      break;
+    default:
+      break;
+  }
+}
+
+void Binder::showColours() {
+  if (control_.BackColor == kOwnColour && control_.ForeColor == kOwnColour) {
+    if (widget_.testAttribute(Qt::WA_SetPalette)) widget_.setPalette({});
+    return;
+  }
+  QPalette palette;
+  const QColor back = style::colour(control_.BackColor, palette.color(widget_.backgroundRole()));
+  const QColor fore = style::colour(control_.ForeColor, palette.color(widget_.foregroundRole()));
+  palette.setColor(widget_.backgroundRole(), back);
+  palette.setColor(widget_.foregroundRole(), style::readable(fore, back));
+  widget_.setPalette(palette);
+  widget_.update();
+}
+
+}  // namespace vantry

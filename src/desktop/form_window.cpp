@@ -1,0 +1,341 @@
+#include "desktop/form_window.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+
+#include "desktop/icons.h"
+#include "desktop/layout_builder.h"
+#include "desktop/menus.h"
+#include "desktop/qt_desktop.h"
+#include "desktop/qtext.h"
+#include "desktop/style.h"
+#include "platform/controls.h"
+
+namespace vantry {
+
+/// A wait that the operator notices, in milliseconds; what he pressed during it was not meant for what came
+/// after.
+static constexpr int kNoticed = 200;
+/// As often as the eye can follow.
+static constexpr int kPaintInterval = 40;
+/// A window with menus is a working window and starts large.
+static constexpr QSize kWorkingSize{1280, 800};
+static constexpr int kNarrowest = 340;
+static constexpr double kShareOfScreen = 0.94;
+
+static bool isBar(ControlKind kind) {
+  return kind == ControlKind::ToolBar || kind == ControlKind::StatusBar;
+}
+
+FormWindow::FormWindow(Form& form, QtDesktop& desktop) : form_(form), desktop_(desktop) {
+  setObjectName(qt(form.Name()));
+  setWindowIcon(icon(form.Icon.empty() ? "vantry" : form.Icon));
+  build();
+  form.Shower = [this](Aspect aspect) { update(aspect); };
+  update(Aspect::Caption);
+}
+
+FormWindow::~FormWindow() = default;
+
+void FormWindow::release(bool controlsLive) {
+  if (released_) return;
+  released_ = true;
+  if (controlsLive) {
+    for (const auto& binder : binders_) binder->release();
+    if (menus_) menus_->release();
+    form_.Shower = nullptr;
+  }
+  byControl_.clear();
+  byWidget_.clear();
+  binders_.clear();
+  menus_.reset();
+}
+
+// Building
+
+/// Notes each control that the layout places.
+static void collect(const LayoutNode& node, std::vector<const Control*>& placed) {
+  if (node.kind == LayoutNode::Kind::Item) {
+    placed.push_back(node.control);
+  }
+  for (const LayoutNode& child : node.children) collect(child, placed);
+}
+
+void FormWindow::build() {
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  outer->setSpacing(0);
+  menus_ = std::make_unique<Menus>(form_, *this, *this);
+  if (menus_->bar()) outer->setMenuBar(menus_->bar());
+  body_ = new QWidget(this);
+  body_->setMinimumWidth(kNarrowest);
+  buildControls(form_, body_);
+  for (const Control* control : form_.Controls()) {
+    if (control->kind() == ControlKind::ToolBar) outer->addWidget(&binderOf(*control)->widget());
+  }
+  middle_ = new QHBoxLayout;
+  middle_->setSpacing(0);
+  outer->addLayout(middle_, 1);
+  for (const Control* control : form_.Controls()) {
+    if (control->kind() == ControlKind::StatusBar) outer->addWidget(&binderOf(*control)->widget());
+  }
+  arrange();
+  for (const auto& binder : binders_) binder->bind();
+}
+
+/// Makes the widgets in the order of the controls, which becomes their tab order.
+void FormWindow::buildControls(const Container& container, QWidget* parent) {
+  std::vector<const Control*> placed;
+  collect(container.Layout, placed);
+  for (Control* control : container.Controls()) {
+    const bool shows =
+        isBar(control->kind()) || std::find(placed.begin(), placed.end(), control) != placed.end();
+    if (!shows) continue;
+    QWidget* widget = makeWidget(*control, parent);
+    if (widget && control->kind() == ControlKind::Frame) buildControls(*static_cast<Frame*>(control), widget);
+  }
+}
+
+QWidget* FormWindow::makeWidget(Control& control, QWidget* parent) {
+  if (const Binder* binder = binderOf(control)) return &binder->widget();
+  auto binder = makeBinder(control, *this, parent);
+  if (!binder) return nullptr;
+  QWidget* widget = &binder->widget();
+  byControl_[&control] = binder.get();
+  byWidget_[widget] = &control;
+  binders_.push_back(std::move(binder));
+  return widget;
+}
+
+QWidget* FormWindow::widgetOf(Control& control) const {
+  if (isBar(control.kind())) return nullptr;
+  const Binder* binder = binderOf(control);
+  return binder ? &binder->widget() : nullptr;
+}
+
+static void arrangeContainer(QWidget& widget, const LayoutNode& node, int margin, const WidgetOf& widgetOf) {
+  delete widget.layout();
+  QLayout* layout = buildLayout(node, widgetOf);
+  layout->setContentsMargins(margin, margin, margin, margin);
+  widget.setLayout(layout);
+}
+
+/// List bars at the ends of the outermost row stand at the sides of the window, without margins.
+static LayoutNode takeSides(LayoutNode node, std::vector<Control*>& left, std::vector<Control*>& right) {
+  while (node.kind == LayoutNode::Kind::Column && node.children.size() == 1)
+    node = LayoutNode(node.children.front());
+  if (node.kind != LayoutNode::Kind::Row) return node;
+  const auto isListBar = [](const LayoutNode& child) {
+    return child.kind == LayoutNode::Kind::Item && child.control->kind() == ControlKind::ListBar;
+  };
+  auto& nodes = node.children;
+  while (!nodes.empty() && isListBar(nodes.front())) {
+    left.push_back(nodes.front().control);
+    nodes.erase(nodes.begin());
+  }
+  while (!nodes.empty() && isListBar(nodes.back())) {
+    right.insert(right.begin(), nodes.back().control);
+    nodes.pop_back();
+  }
+  return node;
+}
+
+void FormWindow::arrange() {
+  const WidgetOf find = [this](Control& control) { return widgetOf(control); };
+  while (QLayoutItem* item = middle_->takeAt(0)) delete item;
+  std::vector<Control*> left;
+  std::vector<Control*> right;
+  LayoutNode inner = takeSides(form_.Layout, left, right);
+  // Controls that were not placed before are made now.
+  buildControls(form_, body_);
+  for (Control* bar : left) middle_->addWidget(widgetOf(*bar));
+  middle_->addWidget(body_, 1);
+  for (Control* bar : right) middle_->addWidget(widgetOf(*bar));
+  const bool dialog = !menus_ || !menus_->bar();
+  arrangeContainer(*body_, inner, (dialog ? 3 : 2) * style::kUnit, find);
+  for (const auto& [control, binder] : byControl_) {
+    if (control->kind() != ControlKind::Frame) continue;
+    const auto& frame = static_cast<const Frame&>(*control);
+    arrangeContainer(binder->widget(), frame.Layout, frame.BorderStyle == 0 ? 0 : 2 * style::kUnit, find);
+  }
+  layout()->setSizeConstraint(form_.Resizable ? QLayout::SetDefaultConstraint : QLayout::SetFixedSize);
+}
+
+// Showing
+
+void FormWindow::update(Aspect aspect) {
+  switch (aspect) {
+    case Aspect::Caption:
+      setWindowTitle(withoutMnemonic(form_.Caption.get()));
+      break;
+    case Aspect::Enabled:
+      enabledChanged();
+      break;
+    case Aspect::State:
+      showState();
+      break;
+    case Aspect::Structure: {
+      const std::size_t before = binders_.size();
+      arrange();
+      for (std::size_t i = before; i < binders_.size(); ++i) binders_[i]->bind();
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+void FormWindow::showState() {
+  Qt::WindowStates state = windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  if (form_.WindowState == FormState::Minimized) state |= Qt::WindowMinimized;
+  if (form_.WindowState == FormState::Maximized) state |= Qt::WindowMaximized;
+  if (state != windowState()) setWindowState(state);
+}
+
+/// A busy window keeps its looks, which would flicker with every request; its input is dropped instead, and
+/// what has come in during a noticeable wait is dropped as well.
+void FormWindow::enabledChanged() {
+  if (!form_.Enabled) return busy_.start();
+  if (!busy_.isValid() || busy_.elapsed() < kNoticed) return;
+  settling_ = true;
+  QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, [this] { settling_ = false; }); });
+}
+
+void FormWindow::place(bool modal) {
+  setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+  Qt::WindowFlags flags = modal || !form_.Resizable ? Qt::Dialog : Qt::Window;
+  flags |= Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+  if (!modal && form_.Resizable) flags |= Qt::WindowMinMaxButtonsHint;
+  if ((windowFlags() & flags) != flags) setWindowFlags(flags);
+  if (placed_) return;
+  placed_ = true;
+  const QSize room = screen()->availableSize() * kShareOfScreen;
+  const bool working = menus_ && menus_->bar();
+  resize((working ? kWorkingSize.expandedTo(sizeHint()) : sizeHint()).boundedTo(room));
+  const QWidget* front = QApplication::activeWindow();
+  const QRect around = front && front != this ? front->frameGeometry() : screen()->availableGeometry();
+  move(around.center() - rect().center());
+  if (form_.Resizable) desktop_.readGeometry(*this, form_);
+}
+
+void FormWindow::present(bool modal) {
+  if (isVisible()) return bringToFront();
+  flush();
+  place(modal);
+  showState();
+  winId();  // makes the window, which then knows what it stands above
+  QWidget* front = QApplication::activeWindow();
+  if (modal && front && front != this) windowHandle()->setTransientParent(front->windowHandle());
+  if (Control* active = form_.ActiveControl()) {
+    if (QWidget* widget = widgetOf(*active)) widget->setFocus();
+  }
+  setVisible(true);
+  bringToFront();
+}
+
+void FormWindow::bringToFront() {
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+}
+
+void FormWindow::flushLater() {
+  if (flushComing_ || released_) return;
+  flushComing_ = true;
+  QMetaObject::invokeMethod(
+      this, [this] { flush(); }, Qt::QueuedConnection);
+}
+
+void FormWindow::flush() {
+  flushComing_ = false;
+  for (const auto& binder : binders_) binder->flush();
+}
+
+void FormWindow::paintNow() {
+  if (!isVisible() || (lastPaint_.isValid() && lastPaint_.elapsed() < kPaintInterval)) return;
+  lastPaint_.start();
+  flush();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+  QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
+}
+
+// Finding
+
+Binder* FormWindow::binderOf(const Control& control) const {
+  const auto found = byControl_.find(&control);
+  return found == byControl_.end() ? nullptr : found->second;
+}
+
+Control* FormWindow::controlOf(QWidget* widget) const {
+  for (; widget && widget != this; widget = widget->parentWidget()) {
+    const auto found = byWidget_.find(widget);
+    if (found != byWidget_.end()) return found->second;
+  }
+  return nullptr;
+}
+
+QPoint FormWindow::takePopupPosition() {
+  const QPoint position = popupPosition_.isNull() ? QCursor::pos() : popupPosition_;
+  popupPosition_ = {};
+  return position;
+}
+
+// The operator
+
+void FormWindow::act(const std::function<void()>& event) {
+  if (released_) return;
+  if (Control* control = controlOf(QApplication::focusWidget())) binderOf(*control)->commit();
+  if (!released_) desktop_.dispatch(event);
+  popupPosition_ = {};
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();  // it goes when the form does
+  if (!released_) act([this] { form_.closeByOperator(); });
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (released_ || event->type() != QEvent::WindowStateChange) return;
+  form_.WindowState.put(isMinimized()   ? FormState::Minimized
+                        : isMaximized() ? FormState::Maximized
+                                        : FormState::Normal);
+}
+
+bool FormWindow::event(QEvent* event) {
+  const bool done = QWidget::event(event);
+  if (event->type() == QEvent::WindowActivate && !released_) desktop_.activated(form_);
+  return done;
+}
+
+bool FormWindow::pressButton(bool Button::*which) {
+  for (const auto& binder : binders_) {
+    if (binder->control().kind() != ControlKind::Button) continue;
+    auto& button = static_cast<Button&>(binder->control());
+    auto& widget = static_cast<QPushButton&>(binder->widget());
+    if (!(button.*which) || !widget.isEnabled() || !widget.isVisible()) continue;
+    widget.animateClick();
+    return true;
+  }
+  return false;
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key == Qt::Key_Escape && pressButton(&Button::Cancel)) return;
+  if (key != Qt::Key_Return && key != Qt::Key_Enter) return QWidget::keyPressEvent(event);
+  // A button with the focus is the one that Enter means.
+  if (auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget())) return button->animateClick();
+  if (!pressButton(&Button::Default)) QWidget::keyPressEvent(event);
+}
+
+}  // namespace vantry

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "desktop/binder.h"
+#include "platform/form.h"
+
+class QBoxLayout;
+
+namespace vantry {
+
+class Button;
+class Menus;
+class QtDesktop;
+
+/// The window of one form: menu bar, tool bar, side bars, the form's controls and the status bar.
+///
+/// It lives from the form's first showing until the form has unloaded or is gone, and is freed by the event
+/// loop some time after that.
+class FormWindow : public QWidget, public Host {
+ public:
+  FormWindow(Form& form, QtDesktop& desktop);
+  ~FormWindow() override;
+
+  /// Cuts all that ties it to the form. Of a form that is being destroyed the controls have gone already.
+  void release(bool controlsLive);
+
+  void present(bool modal);
+  void bringToFront();
+  /// Shows what is marked, then paints what has changed.
+  void paintNow();
+  void flush();
+
+  /// The operator's input does not count now.
+  bool isBlocked() const { return !form_.Enabled || settling_; }
+  Binder* binderOf(const Control& control) const override;
+  /// The control that the widget belongs to, or nullptr.
+  Control* controlOf(QWidget* widget) const;
+  Menus* menus() const { return menus_.get(); }
+  /// Where a popup menu without a control opens.
+  QPoint takePopupPosition();
+
+  void flushLater() override;
+  void act(const std::function<void()>& event) override;
+  void popupAt(const QPoint& position) override { popupPosition_ = position; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool event(QEvent* event) override;
+
+ private:
+  void build();
+  void buildControls(const Container& container, QWidget* parent);
+  QWidget* makeWidget(Control& control, QWidget* parent);
+  void arrange();
+  void update(Aspect aspect);
+  void showState();
+  void enabledChanged();
+  void place(bool modal);
+  QWidget* widgetOf(Control& control) const;
+  bool pressButton(bool Button::*which);
+
+  Form& form_;
+  QtDesktop& desktop_;
+  QWidget* body_ = nullptr;
+  QBoxLayout* middle_ = nullptr;
+  std::unique_ptr<Menus> menus_;
+  std::vector<std::unique_ptr<Binder>> binders_;
+  std::unordered_map<const Control*, Binder*> byControl_;
+  std::unordered_map<const QWidget*, Control*> byWidget_;
+  QPoint popupPosition_;
+  QElapsedTimer busy_;
+  QElapsedTimer lastPaint_;
+  bool flushComing_ = false;
+  bool settling_ = false;
+  bool released_ = false;
+  bool placed_ = false;
+};
+
+}  // namespace vantry

@@ -1,0 +1,32 @@
+#include <QGroupBox>
+
+#include "desktop/binder.h"
+#include "desktop/qtext.h"
+#include "platform/controls.h"
+
+namespace vantry {
+
+class FrameBinder : public Binder {
+ public:
+  FrameBinder(Frame& frame, Host& host, QGroupBox& widget)
+      : Binder(frame, host, widget), frame_(frame), widget_(widget) {}
+
+  void update(Aspect aspect) override {
+    if (aspect == Aspect::Caption || aspect == Aspect::State) {
+      widget_.setTitle(frame_.BorderStyle == 0 ? QString() : qt(frame_.Caption.get()));
+      // A flat box has neither line nor distances; the style knows it by this.
+      widget_.setFlat(frame_.BorderStyle == 0);
+    }
+    Binder::update(aspect);
+  }
+
+ private:
+  Frame& frame_;
+  QGroupBox& widget_;
+};
+
+std::unique_ptr<Binder> bindFrame(Control& control, Host& host, QWidget* parent) {
+  return std::make_unique<FrameBinder>(static_cast<Frame&>(control), host, *new QGroupBox(parent));
+}
+
+}  // namespace vantry

@@ -1,0 +1,99 @@
+#include <QScrollBar>
+#include <cstdlib>
+
+#include "desktop/binder.h"
+#include "desktop/grid_model.h"
+#include "desktop/grid_view.h"
+#include "desktop/style.h"
+#include "platform/grid.h"
+
+namespace vantry {
+
+class GridBinder : public Binder {
+ public:
+  GridBinder(Grid& grid, Host& host, GridView& view)
+      : Binder(grid, host, view), grid_(grid), view_(view), model_(new GridModel(grid, this)) {
+    view.setGridModel(model_);
+    view.onAction = [this](GridView::Action action, int row, int column) { acted(action, row, column); };
+    view.onMoveColumn = [this](int from, int to) { act([this, from, to] { grid_.moveColumn(from, to); }); };
+    view.onResizeColumn = [this](int column, int width) {
+      act([this, column, width] { grid_.resizeColumn(column, style::twips(width)); });
+    };
+    view.enterChooses = static_cast<bool>(grid.DblClick);
+  }
+  ~GridBinder() override {
+    view_.onAction = nullptr;
+    view_.onMoveColumn = nullptr;
+    view_.onResizeColumn = nullptr;
+    view_.setModel(nullptr);
+  }
+
+  /// Many changes come one by one; they are shown together.
+  void update(Aspect aspect) override {
+    structure_ = structure_ || aspect == Aspect::Structure;
+    columns_ = columns_ || aspect == Aspect::Columns || aspect == Aspect::Structure;
+    cells_ = cells_ || aspect == Aspect::Cells;
+    selection_ = selection_ || aspect == Aspect::Selection || aspect == Aspect::Structure;
+    if (structure_ || columns_ || cells_ || selection_) host().flushLater();
+    Binder::update(aspect);
+  }
+
+  void flush() override {
+    if (structure_) renew();
+    if (columns_) showColumns();
+    if (selection_) showSelection();
+    if (cells_) view_.viewport()->update();
+    structure_ = columns_ = cells_ = selection_ = false;
+  }
+
+ private:
+  /// A list that only lost or got a row keeps its place.
+  void renew() {
+    const int before = model_->rowCount();
+    const int place = view_.verticalScrollBar()->value();
+    model_->renew();
+    if (std::abs(model_->rowCount() - before) <= 1) view_.verticalScrollBar()->setValue(place);
+  }
+  void showColumns() {
+    std::vector<int> widths;
+    for (int column = 0; column < model_->columnCount(); ++column)
+      widths.push_back(grid_.ColWidth(column) <= 0 ? 0 : style::pixels(grid_.ColWidth(column)));
+    view_.showWidths(std::move(widths));
+  }
+  void showSelection() {
+    const int row = grid_.Row - grid_.FixedRows;
+    view_.showSelected(row >= 0 && row < model_->rowCount() ? row : -1, grid_.Col);
+  }
+
+  void acted(GridView::Action action, int row, int column) {
+    using Action = GridView::Action;
+    const int gridRow = row == GridView::kHeading ? 0 : row == GridView::kBeyond ? -1 : model_->gridRow(row);
+    switch (action) {
+      case Action::Click:
+        return act([this, gridRow, column] { grid_.click(gridRow, column); });
+      case Action::DoubleClick:
+        return act([this, gridRow, column] { grid_.doubleClick(gridRow, column); });
+      case Action::RightClick:
+        host().popupAt(view_.menuPlace());
+        return act([this, gridRow, column] { grid_.rightClick(gridRow, column); });
+      case Action::Select:
+        return act([this, gridRow] { grid_.selectRow(gridRow); });
+      case Action::Choose:
+        return act([this] { grid_.chooseRow(); });
+    }
+  }
+
+  Grid& grid_;
+  GridView& view_;
+  GridModel* model_;
+  bool structure_ = false;
+  bool columns_ = false;
+  bool cells_ = false;
+  bool selection_ = false;
+};
+
+std::unique_ptr<Binder> bindGrid(Control& control, Host& host, QWidget* parent) {
+  return std::make_unique<GridBinder>(static_cast<Grid&>(control), host, *new GridView(parent));
+}
+
+}  // namespace vantry

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QTableView>
+#include <functional>
+#include <vector>
+
+namespace vantry {
+
+class GridModel;
+
+/// The table that shows a grid. It tells of the operator's actions in the grid's rows and columns and leaves
+/// all that follows from them to who listens.
+class GridView : public QTableView {
+ public:
+  explicit GridView(QWidget* parent);
+
+  enum class Action { Click, DoubleClick, RightClick, Select, Choose };
+  /// Row of the model; -1 is beyond the rows, -2 the heading. Called last in an event.
+  std::function<void(Action, int row, int column)> onAction;
+  std::function<void(int from, int to)> onMoveColumn;
+  std::function<void(int column, int width)> onResizeColumn;
+  /// Where the last right click was, on the screen; for the keyboard, below the selected row.
+  QPoint menuPlace() const { return menuPlace_; }
+  /// Whether Enter chooses a row here.
+  bool enterChooses = false;
+
+  static constexpr int kBeyond = -1;
+  static constexpr int kHeading = -2;
+
+  void setGridModel(GridModel* model);
+  /// The selected row of the model, or -1.
+  int selectedRow() const;
+  /// Shows this row as the selected one; -1 for none.
+  void showSelected(int row, int column);
+  /// The columns' widths; 0 hides. What is left of the list's width goes to the last one that shows.
+  void showWidths(std::vector<int> widths);
+
+  QSize sizeHint() const override;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void tell(Action action, int row, int column);
+  void tellAt(Action action, const QPoint& position);
+  void setUpHeader();
+  bool startSelection(int key);
+  void fillWidth();
+  void resizedByHand(int column, int width);
+  std::vector<int> widths_;
+  QPoint menuPlace_;
+  bool showingWidths_ = false;
+  bool pressed_ = false;
+};
+
+}  // namespace vantry

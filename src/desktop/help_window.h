@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QWidget>
+
+class QTextBrowser;
+
+namespace vantry {
+
+/// The help pages, which are kept in the program.
+class HelpWindow : public QWidget {
+ public:
+  HelpWindow();
+  /// Opens the page of that topic, or the first page where there is none.
+  void open(const QString& topic);
+
+ private:
+  QTextBrowser* pages_;
+};
+
+}  // namespace vantry

@@ -1,0 +1,96 @@
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLabel>
+#include <QPainter>
+
+#include "desktop/binder.h"
+#include "desktop/icons.h"
+#include "desktop/qtext.h"
+#include "desktop/style.h"
+#include "platform/controls.h"
+
+namespace vantry {
+
+/// From this length on a text is a sentence that may wrap.
+static constexpr int kSentence = 70;
+static constexpr int kImageSize = 40;
+static constexpr int kEmblemSize = 56;
+
+/// A label, or what looks like a field and cannot be changed, or a field of colour.
+class LabelWidget : public QLabel {
+ public:
+  LabelWidget(const Label& label, QWidget* parent)
+      : QLabel(parent), field_(label.ReadOnlyField), swatch_(label.Swatch) {
+    setTextFormat(Qt::PlainText);
+    if (label.Heading) setFont(style::headingFont());
+    if (field_) setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (field_ || swatch_) setContentsMargins(style::kUnit, 2, style::kUnit, 2);
+    if (swatch_) {
+      setAlignment(Qt::AlignCenter);
+      setFixedHeight(std::max(style::kRowHeight, fontMetrics().height() + style::kUnit));
+    }
+    if (field_) setMinimumHeight(style::kFieldHeight);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (field_ || swatch_ || testAttribute(Qt::WA_SetPalette)) paintGround();
+    QLabel::paintEvent(event);
+  }
+
+ private:
+  void paintGround() {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    // A ground was given only where it differs from the window's.
+    const QColor given = palette().color(backgroundRole());
+    const bool plain = given == QGuiApplication::palette().color(backgroundRole());
+    if (plain && !field_ && !swatch_) return;
+    const QColor ground = field_ && plain ? style::headerGround() : given;
+    painter.setPen(field_ || swatch_ ? QPen(style::hairline()) : QPen(Qt::NoPen));
+    painter.setBrush(ground);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
+  }
+  bool field_;
+  bool swatch_;
+};
+
+class LabelBinder : public Binder {
+ public:
+  LabelBinder(Label& label, Host& host, LabelWidget& widget)
+      : Binder(label, host, widget), label_(label), widget_(widget) {}
+
+  void update(Aspect aspect) override {
+    if (aspect == Aspect::Caption) showCaption();
+    Binder::update(aspect);
+  }
+
+ private:
+  void showCaption() {
+    // A mnemonic works only where the layout has given the label its field; data are shown to the letter.
+    const bool literal = label_.ReadOnlyField || widget_.buddy();
+    const QString text = literal ? qt(label_.Caption.get()) : withoutMnemonic(label_.Caption.get());
+    widget_.setWordWrap(text.size() > kSentence);
+    if (widget_.wordWrap()) widget_.setMinimumWidth(widget_.fontMetrics().averageCharWidth() * kSentence);
+    widget_.setText(text);
+  }
+
+  Label& label_;
+  LabelWidget& widget_;
+};
+
+std::unique_ptr<Binder> bindLabel(Control& control, Host& host, QWidget* parent) {
+  auto& label = static_cast<Label&>(control);
+  return std::make_unique<LabelBinder>(label, host, *new LabelWidget(label, parent));
+}
+
+std::unique_ptr<Binder> bindImage(Control& control, Host& host, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  const std::string& picture = static_cast<Image&>(control).Picture;
+  const int size = picture == "vantry" ? kEmblemSize : kImageSize;
+  label->setPixmap(icon(picture).pixmap(QSize(size, size), label->devicePixelRatioF()));
+  label->setAlignment(Qt::AlignCenter);
+  return std::make_unique<Binder>(control, host, *label);
+}
+
+}  // namespace vantry

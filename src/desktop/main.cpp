@@ -1,0 +1,87 @@
+// The composition root: makes the outside world, the program and its windows, and runs it.
+#include <QApplication>
+#include <QTemporaryDir>
+#include <csignal>
+#include <cstdio>
+#include <memory>
+
+#include "desktop/demo_operator.h"
+#include "desktop/installed_components.h"
+#include "desktop/program_options.h"
+#include "desktop/qt_desktop.h"
+#include "desktop/style.h"
+#include "frame/app.h"
+#include "frame/modMain.h"
+#include "schedule/frmMain.h"
+#include "transport/embedded_server.h"
+#include "transport/http_transport.h"
+
+namespace vantry {
+namespace {
+
+/// A screenshot is taken of a fresh library with fresh settings, whatever the user has.
+void prepareScreenshot(ProgramOptions& options, const QTemporaryDir& folder) {
+  options.user = folder.path().toStdString();
+  options.data = options.user / "library.sqlite";
+  FileSettings settings(options.user / "settings.ini");
+  if (options.view >= 0)
+    settings.SaveSetting(kSettingsApplication, kSettingsSection, "View", std::to_string(options.view));
+}
+
+int runProgram(ProgramOptions options, QtDesktop& desktop) {
+  std::unique_ptr<EmbeddedServer> embedded;
+  if (options.server.empty()) {
+    embedded = std::make_unique<EmbeddedServer>(EmbeddedServer::Options{options.data, {}, false});
+    options.server = embedded->address();
+  }
+  HttpTransport transport({.address = options.server, .certificateFile = options.authority});
+  SystemClock clock;
+  FileSettings settings(options.user / "settings.ini");
+  InstalledComponents components(desktop);
+  App app({desktop, transport, clock, settings, components, options.program, options.user}, options.rest);
+  frmMain mainWindow(app);
+  app.setMain(mainWindow);
+  std::unique_ptr<DemoOperator> operatorAtTheDesk;
+  bool written = options.screenshot.empty();
+  if (!written) {
+    operatorAtTheDesk = std::make_unique<DemoOperator>(
+        desktop, [&app]() -> App& { return app; },
+        [&] { written = desktop.writePicture(mainWindow, options.screenshot); });
+  }
+  const int code = desktop.run([&] { return Main(app); });
+  return written ? code : 1;
+}
+
+int start(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  ProgramOptions options = readOptions(arguments);
+  if (!options.fault.empty()) {
+    std::fprintf(stderr, "%s\n%s", options.fault.c_str(), usageText().c_str());
+    return 2;
+  }
+  if (options.rest == "--help") return std::fputs(usageText().c_str(), stdout) < 0;
+  if (options.rest == "--version") return std::puts("vantry " VANTRY_VERSION) < 0;
+
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Vantry");
+  style::apply(application);
+  options.program = QApplication::applicationDirPath().toStdString();
+  const QTemporaryDir scratch;
+  if (!options.screenshot.empty()) prepareScreenshot(options, scratch);
+  QtDesktop desktop(options.screenshot.empty() ? (options.user / "windows.ini").string() : std::string());
+  try {
+    return runProgram(std::move(options), desktop);
+  } catch (const std::exception& error) {
+    // What keeps the program from starting: an address that is none, a library file that cannot be used.
+    desktop.messageBox({Box::Kind::Critical, error.what(), {}});
+    return 1;
+  }
+}
+
+}  // namespace
+}  // namespace vantry
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);
+  return vantry::start(argc, argv);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace vantry {
+
+/// What the client takes from its command line, its surroundings and the user's "vantry.ini".
+struct ProgramOptions {
+  std::string server;          ///< address of the library's server; empty: the embedded one
+  std::string authority;       ///< PEM file of the authority that vouches for the server; empty: the system's
+  std::filesystem::path data;  ///< the embedded server's file
+  std::filesystem::path user;  ///< folder of settings and "vantry.ini"
+  std::filesystem::path program;  ///< folder of the program
+  std::string screenshot;         ///< PNG file to write instead of working; empty: work
+  int view = -1;                  ///< first view for a screenshot; -1: as preferred
+  std::string rest;               ///< what is not the front end's, as it stood
+  std::string fault;              ///< one sentence about what cannot be understood; empty: all is well
+};
+
+[[nodiscard]] ProgramOptions readOptions(const std::vector<std::string>& arguments);
+
+/// The text that --help prints.
+[[nodiscard]] std::string usageText();
+
+}  // namespace vantry

@@ -1,0 +1,377 @@
+#include "desktop/qt_desktop.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QEventLoop>
+#include <QFontMetricsF>
+#include <QLocale>
+#include <QSettings>
+#include <QTimer>
+#include <QUrl>
+
+#include "desktop/boxes.h"
+#include "desktop/form_window.h"
+#include "desktop/help_window.h"
+#include "desktop/menus.h"
+#include "desktop/qtext.h"
+#include "desktop/sound.h"
+#include "desktop/style.h"
+#include "platform/controls.h"
+#include "platform/windows.h"
+
+namespace vantry {
+
+/// Letters up to here have a place of their own in the table of widths.
+static constexpr std::size_t kCommonLetters = 0x600;
+/// A box that no window is to answer any more.
+static constexpr int kFailure = 1;
+
+QtDesktop::QtDesktop(std::string geometryFile) : geometryFile_(std::move(geometryFile)) {
+  qApp->installEventFilter(this);
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusChanged(now); });
+}
+
+QtDesktop::~QtDesktop() {
+  setPointer(Pointer::Default);
+  for (const auto& [form, window] : windows_) {
+    window->release(true);
+    delete window;
+  }
+}
+
+// Events and their end
+
+int QtDesktop::run(const std::function<bool()>& start) {
+  bool started = false;
+  dispatch([&] { started = start(); });
+  if (started && !ended_) QApplication::exec();
+  ended_ = true;
+  return failed_ ? kFailure : 0;
+}
+
+void QtDesktop::dispatch(const std::function<void()>& event) {
+  if (ended_) return;
+  ++dispatching_;
+  try {
+    event();
+  } catch (const ProgramEnd&) {
+    leave();
+  } catch (const std::exception& error) {
+    failed_ = true;
+    setPointer(Pointer::Default);
+    runBox({Box::Kind::Critical, std::string("The program cannot go on:\n\n") + error.what(), {}});
+    leave();
+  }
+  --dispatching_;
+  if (!toSweep_.empty() && dispatching_ == 0) QTimer::singleShot(0, this, [this] { sweep(); });
+}
+
+void QtDesktop::leave() {
+  ended_ = true;
+  setPointer(Pointer::Default);
+  QApplication::exit(failed_ ? kFailure : 0);
+}
+
+void QtDesktop::leaveIfEnded() const {
+  if (ended_) throw ProgramEnd{};
+}
+
+void QtDesktop::endProgram() {
+  throw ProgramEnd{};
+}
+
+void QtDesktop::sweepLater(Windows& windows) {
+  toSweep_.insert(&windows);
+  if (dispatching_ == 0) QTimer::singleShot(0, this, [this] { sweep(); });
+}
+
+/// Only between events: while a modal window or a box waits, the event that opened it is still under way.
+void QtDesktop::sweep() {
+  if (dispatching_ > 0 || ended_) return;
+  const auto windows = std::move(toSweep_);
+  toSweep_.clear();
+  for (Windows* each : windows) each->sweep();
+}
+
+// Windows
+
+FormWindow* QtDesktop::windowOf(const Form& form) const {
+  const auto found = windows_.find(&form);
+  return found == windows_.end() ? nullptr : found->second;
+}
+
+FormWindow& QtDesktop::prepare(Form& form) {
+  FormWindow*& window = windows_[&form];
+  if (!window) window = new FormWindow(form, *this);
+  return *window;
+}
+
+void QtDesktop::show(Form& form) {
+  prepare(form).present(false);
+  activated(form);
+}
+
+void QtDesktop::runModal(Form& form) {
+  leaveIfEnded();
+  prepare(form).present(true);
+  activated(form);
+  if (form.isShown()) {
+    QEventLoop loop;
+    loops_[&form] = &loop;
+    setPointer(Pointer::Default);
+    loop.exec();
+    loops_.erase(&form);
+  }
+  leaveIfEnded();
+}
+
+void QtDesktop::hide(Form& form) {
+  if (front_ == &form) front_ = nullptr;
+  if (const auto loop = loops_.find(&form); loop != loops_.end()) loop->second->quit();
+  FormWindow* window = windowOf(form);
+  if (window) writeGeometry(*window, form);
+  if (!form.isLoaded()) {
+    dropWindow(form, true);
+    sweepLater(form.windows());
+  } else if (window) {
+    window->hide();
+  }
+}
+
+void QtDesktop::dropWindow(Form& form, bool controlsLive) {
+  FormWindow* window = windowOf(form);
+  if (!window) return;
+  windows_.erase(&form);
+  window->release(controlsLive);
+  window->hide();
+  window->deleteLater();  // it may stand in an event of its own
+}
+
+void QtDesktop::forget(Form& form) {
+  if (front_ == &form) front_ = nullptr;
+  std::erase_if(timers_, [&](const auto& entry) { return entry.second.form == &form; });
+  if (const auto loop = loops_.find(&form); loop != loops_.end()) loop->second->quit();
+  dropWindow(form, false);
+}
+
+void QtDesktop::activate(Form& form) {
+  FormWindow* window = windowOf(form);
+  if (!window || !window->isVisible()) return;
+  window->bringToFront();
+  activated(form);
+}
+
+void QtDesktop::activated(Form& form) {
+  if (front_ == &form || !form.isShown()) return;
+  front_ = &form;
+  dispatch([&form] { form.Form_Activate(); });
+}
+
+void QtDesktop::repaint(Form& form) {
+  if (FormWindow* window = windowOf(form)) window->paintNow();
+}
+
+void QtDesktop::flushAll() {
+  for (const auto& [form, window] : windows_) window->flush();
+}
+
+void QtDesktop::handleEvents() {
+  ++dispatching_;
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  flushAll();
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  --dispatching_;
+  leaveIfEnded();
+}
+
+void QtDesktop::focus(Control& control) {
+  const FormWindow* window = windowOf(control.form());
+  if (Binder* binder = window ? window->binderOf(control) : nullptr)
+    binder->widget().setFocus(Qt::OtherFocusReason);
+}
+
+void QtDesktop::focusChanged(QWidget* now) {
+  if (!now) return;  // another program, or a box of this one
+  const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                  [&](const auto& entry) { return entry.second == now->window(); });
+  if (found == windows_.end()) return;
+  Control* control = found->second->controlOf(now);
+  Form& form = const_cast<Form&>(*found->first);
+  if (control) dispatch([&form, control] { form.focusMoved(control); });
+}
+
+void QtDesktop::setPointer(Pointer pointer) {
+  const bool hourglass = pointer == Pointer::Hourglass;
+  if (hourglass == hourglass_) return;
+  hourglass_ = hourglass;
+  if (hourglass) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+static bool isInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::Drop:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
+  if (!isInput(event->type()) || !watched->isWidgetType()) return false;
+  const QWidget* top = static_cast<QWidget*>(watched)->window();
+  for (const auto& [form, window] : windows_) {
+    if (window == top) return window->isBlocked();
+  }
+  return false;
+}
+
+// Boxes and menus
+
+int QtDesktop::messageBox(const Box& box) {
+  leaveIfEnded();
+  flushAll();
+  const bool hourglass = hourglass_;
+  setPointer(Pointer::Default);
+  const int answer = runBox(box);
+  leaveIfEnded();
+  setPointer(hourglass ? Pointer::Hourglass : Pointer::Default);
+  return answer;
+}
+
+std::optional<std::string> QtDesktop::inputBox(std::string_view prompt, std::string_view caption,
+                                               std::string_view initial) {
+  leaveIfEnded();
+  flushAll();
+  auto answer = runInputBox(prompt, caption, initial);
+  leaveIfEnded();
+  return answer;
+}
+
+void QtDesktop::popupMenu(MenuItem& menu, const Control* below) {
+  leaveIfEnded();
+  FormWindow* window = windowOf(menu.form());
+  if (!window || !window->menus()) return;
+  flushAll();
+  QPoint position = window->takePopupPosition();
+  const Binder* binder = below ? window->binderOf(*below) : nullptr;
+  if (binder) position = binder->widget().mapToGlobal(QPoint(0, binder->widget().height()));
+  MenuItem* chosen = window->menus()->open(menu, position);
+  leaveIfEnded();
+  if (chosen) chosen->choose();
+}
+
+// Timers
+
+void QtDesktop::timerChanged(Timer& timer) {
+  if (!timer.Enabled || timer.Interval <= 0) {
+    // Within its own tick it is only stopped.
+    if (const auto found = timers_.find(&timer); found != timers_.end()) found->second.timer->stop();
+    return;
+  }
+  Ticking& ticking = timers_[&timer];
+  if (!ticking.timer) {
+    ticking.form = &timer.form();
+    ticking.timer = std::make_unique<QTimer>();
+    connect(ticking.timer.get(), &QTimer::timeout, this, [this, &timer] {
+      // A busy window's timer waits for its next turn.
+      if (timer.Enabled && timer.form().Enabled) dispatch([&timer] { raise(timer.Tick); });
+    });
+  }
+  ticking.timer->start(timer.Interval);
+}
+
+// Texts
+
+double QtDesktop::advance(char32_t letter) {
+  if (!metrics_) {
+    metrics_ = std::make_unique<QFontMetricsF>(QApplication::font());
+    advances_.assign(kCommonLetters, -1.0F);
+  }
+  float& width =
+      letter < kCommonLetters ? advances_[letter] : rareAdvances_.try_emplace(letter, -1.0F).first->second;
+  if (width < 0) width = static_cast<float>(metrics_->horizontalAdvance(QString::fromUcs4(&letter, 1)));
+  return static_cast<double>(width);
+}
+
+/// Letter by letter, without the pairs that a font draws closer: a fitted column may be a little wider, and a
+/// hundred thousand cells are measured in no time.
+int QtDesktop::textWidth(std::string_view text) {
+  double width = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const auto first = static_cast<unsigned char>(text[i++]);
+    if (first < 0x80) {
+      width += advance(first);
+      continue;
+    }
+    const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
+    char32_t letter = first & (0x3FU >> more);
+    for (int k = 0; k < more && i < text.size() && (text[i] & 0xC0) == 0x80; ++k, ++i)
+      letter = letter << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+    width += advance(letter);
+  }
+  return style::twips(width);
+}
+
+std::string QtDesktop::shortDateFormat() {
+  const QLocale locale;
+  if (locale.language() == QLocale::C) return "yyyy-MM-dd";
+  QString format = locale.dateFormat(QLocale::ShortFormat);
+  format.remove('\'');
+  format.replace("MMMM", "MM").replace("MMM", "MM");
+  if (!format.contains("yyyy")) format.replace("yy", "yyyy");
+  return utf8(format);
+}
+
+// The outside
+
+void QtDesktop::playSound(std::string_view file) {
+  if (!sound_) sound_ = std::make_unique<SoundPlayer>();
+  sound_->play(std::string(file));
+}
+
+void QtDesktop::openBrowser(std::string_view address) {
+  QDesktopServices::openUrl(QUrl(qt(address)));
+}
+
+void QtDesktop::showHelp(std::string_view topic) {
+  if (!help_) help_ = std::make_unique<HelpWindow>();
+  help_->open(qt(topic));
+}
+
+// Pictures and places
+
+bool QtDesktop::writePicture(Form& form, const std::string& file) {
+  FormWindow* window = windowOf(form);
+  if (!window || !window->isVisible()) return false;
+  window->flush();
+  return window->grab().save(qt(file), "PNG");
+}
+
+void QtDesktop::readGeometry(QWidget& window, const Form& form) const {
+  if (geometryFile_.empty()) return;
+  const QSettings settings(qt(geometryFile_), QSettings::IniFormat);
+  const QByteArray geometry = settings.value("Windows/" + qt(form.Name())).toByteArray();
+  if (!geometry.isEmpty()) window.restoreGeometry(geometry);
+}
+
+void QtDesktop::writeGeometry(const QWidget& window, const Form& form) const {
+  if (geometryFile_.empty() || !form.Resizable || !window.isVisible()) return;
+  QSettings settings(qt(geometryFile_), QSettings::IniFormat);
+  settings.setValue("Windows/" + qt(form.Name()), window.saveGeometry());
+}
+
+}  // namespace vantry

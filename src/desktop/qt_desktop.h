@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QObject>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "platform/desktop.h"
+
+class QEventLoop;
+class QFontMetricsF;
+class QTimer;
+class QWidget;
+
+namespace vantry {
+
+class FormWindow;
+class HelpWindow;
+class SoundPlayer;
+class Windows;
+
+/// The desktop of Qt: shows the platform's windows as real ones. It needs a QApplication and outlives the
+/// windows.
+class QtDesktop final : public QObject, public Desktop {
+ public:
+  /// Sizes and places of windows are kept in that file; without one they are not kept.
+  explicit QtDesktop(std::string geometryFile = {});
+  ~QtDesktop() override;
+
+  /// Starts the program and runs it until it ends. Where `start` says no, it ends at once.
+  int run(const std::function<bool()>& start);
+  /// Writes the picture of a shown form, as PNG; false where it is not shown or the file cannot be written.
+  bool writePicture(Form& form, const std::string& file);
+  /// Runs an event of a window. What it throws ends the program; ProgramEnd does so in silence.
+  void dispatch(const std::function<void()>& event);
+
+  void show(Form& form) override;
+  void hide(Form& form) override;
+  void forget(Form& form) override;
+  void activate(Form& form) override;
+  void runModal(Form& form) override;
+  void repaint(Form& form) override;
+  void handleEvents() override;
+  void focus(Control& control) override;
+  void setPointer(Pointer pointer) override;
+  int messageBox(const Box& box) override;
+  std::optional<std::string> inputBox(std::string_view prompt, std::string_view caption,
+                                      std::string_view initial) override;
+  void popupMenu(MenuItem& menu, const Control* below) override;
+  void timerChanged(Timer& timer) override;
+  int textWidth(std::string_view text) override;
+  std::string shortDateFormat() override;
+  void playSound(std::string_view file) override;
+  void openBrowser(std::string_view address) override;
+  void showHelp(std::string_view topic) override;
+  [[noreturn]] void endProgram() override;
+
+  // For its windows.
+  FormWindow* windowOf(const Form& form) const;
+  /// The form's window has come to the front.
+  void activated(Form& form);
+  void readGeometry(QWidget& window, const Form& form) const;
+  void writeGeometry(const QWidget& window, const Form& form) const;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Ticking {
+    std::unique_ptr<QTimer> timer;
+    const Form* form;
+  };
+  FormWindow& prepare(Form& form);
+  void dropWindow(Form& form, bool controlsLive);
+  void focusChanged(QWidget* now);
+  void flushAll();
+  /// Leaves all event loops, and says so to whoever waits in them.
+  void leave();
+  void leaveIfEnded() const;
+  void sweepLater(Windows& windows);
+  void sweep();
+  double advance(char32_t letter);
+
+  std::string geometryFile_;
+  std::map<const Form*, FormWindow*> windows_;
+  std::map<const Form*, QEventLoop*> loops_;
+  std::map<const Timer*, Ticking> timers_;
+  std::unique_ptr<HelpWindow> help_;
+  std::unique_ptr<SoundPlayer> sound_;
+  std::unique_ptr<QFontMetricsF> metrics_;
+  std::vector<float> advances_;
+  std::map<char32_t, float> rareAdvances_;
+  std::set<Windows*> toSweep_;
+  const Form* front_ = nullptr;
+  int dispatching_ = 0;
+  int waiting_ = 0;
+  bool hourglass_ = false;
+  bool ended_ = false;
+  bool failed_ = false;
+};
+
+}  // namespace vantry

@@ -1,0 +1,137 @@
+#include <QAction>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "desktop/binder.h"
+#include "desktop/icons.h"
+#include "desktop/qtext.h"
+#include "desktop/style.h"
+#include "platform/bars.h"
+
+namespace vantry {
+
+class ToolBarBinder : public Binder {
+ public:
+  ToolBarBinder(ToolBar& bar, Host& host, QToolBar& widget)
+      : Binder(bar, host, widget), bar_(bar), widget_(widget) {
+    for (Tool* tool : bar.Tools()) add(*tool);
+  }
+
+  void update(Aspect aspect) override {
+    if (aspect == Aspect::ToolTip) {
+      for (const auto& [tool, action] : actions_) showToolTip(*tool, *action);
+      return;
+    }
+    Binder::update(aspect);
+  }
+
+  void flush() override {
+    if (combo_) combo_->flush();
+  }
+
+  void release() override {
+    for (const auto& [tool, action] : actions_) tool->Shower = nullptr;
+    if (combo_) combo_->release();
+    Binder::release();
+  }
+
+ private:
+  void add(Tool& tool) {
+    switch (tool.kind) {
+      case Tool::Kind::Line:
+        widget_.addSeparator();
+        return;
+      case Tool::Kind::Combo:
+        return addCombo(tool);
+      case Tool::Kind::Button:
+        return addButton(tool);
+    }
+  }
+
+  void addButton(Tool& tool) {
+    auto* button = new QToolButton(&widget_);
+    button->setObjectName(qt(tool.name));
+    button->setAutoRaise(true);
+    QAction* action = makeAction(tool);
+    button->setDefaultAction(action);
+    button->setToolButtonStyle(tool.Caption.get().empty() ? Qt::ToolButtonIconOnly
+                                                          : Qt::ToolButtonTextBesideIcon);
+    button->setFocusPolicy(Qt::TabFocus);
+    if (!tool.choices.empty()) {
+      auto* menu = new QMenu(button);
+      for (Tool* choice : tool.choices) menu->addAction(makeAction(*choice));
+      button->setMenu(menu);
+      button->setPopupMode(QToolButton::MenuButtonPopup);
+    }
+    // The button's place in the bar hides with the tool.
+    placeOf(tool, widget_.addWidget(button));
+  }
+
+  void addCombo(Tool& tool) {
+    auto* place = new QWidget(&widget_);
+    auto* layout = new QHBoxLayout(place);
+    layout->setContentsMargins(style::kUnit, 0, style::kUnit, 0);
+    layout->setSpacing(style::kUnit);
+    combo_ = makeBinder(*tool.combo, host(), place);
+    if (!tool.Caption.get().empty()) {
+      auto* label = new QLabel(qt(tool.Caption.get()), place);
+      label->setBuddy(&combo_->widget());
+      layout->addWidget(label);
+    }
+    layout->addWidget(&combo_->widget());
+    combo_->bind();
+    placeOf(tool, widget_.addWidget(place));
+    tool.Shower = [this, &tool](Aspect) { places_.at(&tool)->setVisible(tool.Visible); };
+  }
+
+  QAction* makeAction(Tool& tool) {
+    auto* action = new QAction(&widget_);
+    if (!tool.picture.empty()) action->setIcon(icon(tool.picture));
+    connect(action, &QAction::triggered, this, [this, &tool] { act([this, &tool] { bar_.choose(tool); }); });
+    actions_.emplace_back(&tool, action);
+    tool.Shower = [this, &tool, action](Aspect) { show(tool, *action); };
+    show(tool, *action);
+    return action;
+  }
+
+  void show(const Tool& tool, QAction& action) {
+    action.setText(qt(tool.Caption.get()));
+    action.setEnabled(tool.Enabled);
+    action.setVisible(tool.Visible);
+    showToolTip(tool, action);
+    if (const auto place = places_.find(&tool); place != places_.end())
+      place->second->setVisible(tool.Visible);
+  }
+
+  void showToolTip(const Tool& tool, QAction& action) {
+    // Without a text of its own a tool tip would be the caption.
+    const std::string& text = tool.toolTip.empty() ? tool.Caption.get() : tool.toolTip;
+    action.setToolTip(bar_.ToolTips ? withoutMnemonic(text) : QString());
+    if (!bar_.ToolTips) action.setToolTip(QStringLiteral(" "));
+  }
+
+  void placeOf(const Tool& tool, QAction* place) {
+    place->setVisible(tool.Visible);
+    places_[&tool] = place;
+  }
+
+  ToolBar& bar_;
+  QToolBar& widget_;
+  std::vector<std::pair<Tool*, QAction*>> actions_;
+  std::unordered_map<const Tool*, QAction*> places_;
+  std::unique_ptr<Binder> combo_;
+};
+
+std::unique_ptr<Binder> bindToolBar(Control& control, Host& host, QWidget* parent) {
+  auto* widget = new QToolBar(parent);
+  widget->setMovable(false);
+  widget->setFloatable(false);
+  widget->setContextMenuPolicy(Qt::PreventContextMenu);
+  widget->setIconSize({style::kToolIcon, style::kToolIcon});
+  return std::make_unique<ToolBarBinder>(static_cast<ToolBar&>(control), host, *widget);
+}
+
+}  // namespace vantry

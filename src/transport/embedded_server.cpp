@@ -1,0 +1,29 @@
+#include "transport/embedded_server.h"
+
+#include <system_error>
+
+namespace vantry {
+
+/// One client keeps one connection; a few more for whoever looks at the same library meanwhile.
+static constexpr int kThreads = 8;
+
+EmbeddedServer::EmbeddedServer(const Options& options) {
+  std::error_code ignored;  // a folder that cannot be made shows when the database is opened
+  std::filesystem::create_directories(options.database.parent_path(), ignored);
+  // Also a file whose first start was broken off gets its library.
+  createDemoDatabase(options.database.string(), options.demo);
+  Server::Options server;
+  server.database = options.database.string();
+  server.threads = kThreads;
+  server.quickHashes = options.quickHashes;
+  server_ = std::make_unique<Server>(server);
+  server_->start();
+}
+
+EmbeddedServer::~EmbeddedServer() = default;
+
+std::string EmbeddedServer::address() const {
+  return "http://127.0.0.1:" + std::to_string(server_->port());
+}
+
+}  // namespace vantry

@@ -1,0 +1,146 @@
+#include "transport/http_transport.h"
+
+#include "transport/http_line.h"
+#include "transport/json_reader.h"
+#include "transport/json_writer.h"
+
+namespace vantry {
+namespace {
+
+constexpr int kProtocol = 1;
+constexpr const char* kNotOurs = "At this address answers no Vantry server.";
+constexpr const char* kUnreadable = "The server's reply could not be read.";
+
+enum Status {
+  Ok = 200,
+  LastSuccess = 299,
+  BadRequest = 400,
+  Unauthorized = 401,
+  RequestTimeout = 408,
+  TooManyRequests = 429,
+  FirstServerError = 500,
+  Unavailable = 503
+};
+
+/// A flat object of texts.
+std::string objectOf(std::initializer_list<std::pair<std::string_view, std::string_view>> texts) {
+  std::string json = "{";
+  for (const auto& [key, text] : texts) {
+    if (json.size() > 1) json += ',';
+    appendJsonText(json, key);
+    json += ':';
+    appendJsonText(json, text);
+  }
+  return json + '}';
+}
+
+/// The server's own sentence about an error, or ours where it gave none.
+std::string sentenceOf(std::string& body, std::string fallback) {
+  std::string sentence = readText(body, "error");
+  return sentence.empty() ? std::move(fallback) : sentence;
+}
+
+/// What a status other than 200 means for a request that came over.
+DeliveryResult refusalOf(int status, std::string& body) {
+  const auto result = [&](Delivery delivery, std::string fallback) {
+    return DeliveryResult{delivery, {}, sentenceOf(body, std::move(fallback))};
+  };
+  switch (status) {
+    case Unauthorized:
+      return result(Delivery::SessionEnded, "The session has ended.");
+    case RequestTimeout:
+    case TooManyRequests:
+    case Unavailable:
+      return result(Delivery::NotDelivered, "The server cannot work now.");
+    default:
+      break;
+  }
+  // Behind other server errors, of the server or of what stands before it, the request may have been run.
+  if (status >= FirstServerError) return result(Delivery::Unknown, "The server failed.");
+  if (status >= BadRequest) return result(Delivery::Rejected, "The server does not take this request.");
+  return {Delivery::Rejected, {}, kNotOurs};
+}
+
+}  // namespace
+
+HttpTransport::HttpTransport(Options options) : line_(std::make_unique<Line>(std::move(options))) {}
+
+HttpTransport::~HttpTransport() = default;
+
+bool HttpTransport::secured() const {
+  return line_->secured();
+}
+
+bool HttpTransport::reach(std::string& reason) {
+  auto answer = line_->call("GET", "/v1/health", {}, {}, true);
+  if (answer.outcome != Line::Answer::Outcome::Answered) {
+    reason = std::move(answer.reason);
+    return false;
+  }
+  if (answer.status == Unavailable) {
+    reason = sentenceOf(answer.body, "The server cannot work now.");
+    return false;
+  }
+  const bool ours = answer.status == Ok && readText(answer.body, "name") == "vantry";
+  const bool understood = ours && readNumber(answer.body, "protocol") == kProtocol;
+  if (!ours) reason = kNotOurs;
+  if (ours && !understood) reason = "The server is of another version than this program.";
+  return understood;
+}
+
+LogonResult HttpTransport::logon(std::string_view operatorId, std::string_view password) {
+  session_.clear();
+  // A log-on carries no id that would let it be repeated; over a fresh connection it need not be.
+  line_->close();
+  auto answer = line_->call("POST", "/v1/login", {},
+                            objectOf({{"operator", operatorId}, {"password", password}}), false);
+  if (answer.outcome != Line::Answer::Outcome::Answered) return LogonResult::Unreachable;
+  switch (answer.status) {
+    case Ok:
+      session_ = readText(answer.body, "session");
+      return session_.empty() ? LogonResult::Unreachable : LogonResult::Accepted;
+    case BadRequest:
+    case Unauthorized:
+      return LogonResult::Refused;
+    case TooManyRequests:
+      return LogonResult::TooManyTries;
+    default:
+      return LogonResult::Unreachable;
+  }
+}
+
+void HttpTransport::logoff() {
+  if (session_.empty()) return;
+  // Without the server's word the session ends by itself after its time.
+  line_->call("POST", "/v1/logout", {{"Authorization", "Bearer " + session_}}, {}, true);
+  session_.clear();
+}
+
+bool HttpTransport::changePassword(std::string_view old, std::string_view fresh, std::string& reason) {
+  line_->close();
+  auto answer = line_->call("POST", "/v1/password", {{"Authorization", "Bearer " + session_}},
+                            objectOf({{"old", old}, {"new", fresh}}), false);
+  if (answer.outcome != Line::Answer::Outcome::Answered) {
+    reason = std::move(answer.reason);
+    return false;
+  }
+  if (answer.status >= Ok && answer.status <= LastSuccess) return true;
+  reason = sentenceOf(answer.body, "The server does not take this password.");
+  return false;
+}
+
+DeliveryResult HttpTransport::send(const Request& request) {
+  const Line::Headers headers = {{"Authorization", "Bearer " + session_}, {"Request-Id", request.id}};
+  auto answer = line_->call("POST", "/v1/request/" + request.code, headers, requestBody(request.tags), true);
+  using Outcome = Line::Answer::Outcome;
+  if (answer.outcome != Outcome::Answered) {
+    const bool unsent = answer.outcome == Outcome::Unsent;
+    return {unsent ? Delivery::NotDelivered : Delivery::Unknown, {}, std::move(answer.reason)};
+  }
+  if (answer.status != Ok) return refusalOf(answer.status, answer.body);
+  DeliveryResult result{Delivery::Answered, {}, {}};
+  if (!readReply(answer.body, result.reply)) return {Delivery::Unknown, {}, kUnreadable};
+  return result;
+}
+
+}  // namespace vantry

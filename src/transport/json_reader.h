@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "messaging/transport.h"
+
+namespace vantry {
+
+// Readers of the server's bodies. Each takes the text by reference because its buffer may grow behind its
+// end; the text itself stays. Each gives false, or empty text, for whatever is not sound JSON of the expected
+// shape.
+
+/// Fills an empty reply from {"rc":0,"head":{...},"records":[{...}]}. What a false leaves in it means
+/// nothing.
+[[nodiscard]] bool readReply(std::string& body, Reply& reply);
+
+/// The text of one key of the outermost object.
+[[nodiscard]] std::string readText(std::string& body, std::string_view key);
+
+/// The whole number of one key of the outermost object; -1 where there is none.
+[[nodiscard]] int readNumber(std::string& body, std::string_view key);
+
+}  // namespace vantry

@@ -1,0 +1,170 @@
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QScrollBar>
+
+#include "desktop/desktop_test.h"
+#include "desktop/grid_view.h"
+#include "desktop/style.h"
+#include "platform/controls.h"
+#include "platform/grid.h"
+
+namespace vantry::test {
+namespace {
+
+class GridForm : public Form {
+ public:
+  explicit GridForm(Windows& all) : Form(all, "frmGrid") {
+    faList.FormatString = "<ID|<Name|>Count";
+    faList.ColWidth(0, 0);
+    faList.ColWidth(1, 2000);
+    for (int col = 0; col < 3; ++col) faList.ColData(col, col);
+    faList.DblClick = [this] { log += "double " + std::to_string(faList.MouseRow) + " "; };
+    faList.Click = [this] { log += "click " + std::to_string(faList.MouseRow) + " "; };
+    faList.RightClick = [this] { log += "right " + std::to_string(faList.MouseCol) + " "; };
+    Layout = Column{faList};
+  }
+  void fill(int rows) {
+    faList.Redraw = false;
+    faList.Rows = rows + 1;
+    for (int row = 1; row <= rows; ++row) {
+      const std::string number = std::to_string(row);
+      faList.TextMatrix(row, faList.columnOfData(0), number);
+      faList.TextMatrix(row, faList.columnOfData(1), "Name " + number);
+      faList.TextMatrix(row, faList.columnOfData(2), std::to_string(row * 2));
+    }
+    faList.Row = 0;
+    faList.Redraw = true;
+  }
+  Grid faList{*this, "faList"};
+  std::string log;
+};
+
+class GridTest : public DesktopTest {
+ protected:
+  GridForm form{windows};
+  GridView* view = nullptr;
+  void SetUp() override {
+    form.fill(5);
+    show(form);
+    view = &find<GridView>(form, "faList");
+  }
+  QString text(int row, int column) { return view->model()->index(row, column).data().toString(); }
+  QPoint place(int row, int column) { return view->visualRect(view->model()->index(row, column)).center(); }
+  std::string take() { return std::exchange(form.log, {}); }
+};
+
+TEST_F(GridTest, ShowsHeadingsRowsAndWidths) {
+  EXPECT_EQ(view->model()->rowCount(), 5);
+  EXPECT_EQ(view->model()->headerData(1, Qt::Horizontal).toString(), "Name");
+  EXPECT_EQ(text(4, 1), "Name 5");
+  EXPECT_TRUE(view->isColumnHidden(0));
+  EXPECT_EQ(view->columnWidth(1), style::pixels(2000));
+  form.faList.ColWidth(1, 0);
+  form.faList.TextMatrix(5, 2, "new");
+  desktop.handleEvents();
+  EXPECT_TRUE(view->isColumnHidden(1));
+  EXPECT_EQ(text(4, 2), "new");
+}
+
+TEST_F(GridTest, MouseActionsReachTheGrid) {
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(2, 1));
+  EXPECT_EQ(form.faList.Row.get(), 3);
+  EXPECT_EQ(take(), "click 3 ");
+  QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place(3, 2));
+  EXPECT_EQ(take(), "click 4 double 4 ");
+  QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {},
+                    QPoint(view->columnViewportPosition(2) + 20, 10));
+  EXPECT_EQ(take(), "click 0 ");
+  QContextMenuEvent menu(QContextMenuEvent::Mouse, place(1, 2), view->viewport()->mapToGlobal(place(1, 2)));
+  QApplication::sendEvent(view->viewport(), &menu);
+  EXPECT_EQ(take(), "click 2 right 2 ");
+  EXPECT_EQ(form.faList.Row.get(), 2);
+}
+
+TEST_F(GridTest, KeysSelectRowsAndEnterChooses) {
+  view->setFocus();
+  QTest::keyClick(view, Qt::Key_Down);
+  EXPECT_EQ(form.faList.Row.get(), 1) << "the first key selects the first row";
+  QTest::keyClick(view, Qt::Key_End);
+  EXPECT_EQ(form.faList.Row.get(), 5);
+  QTest::keyClick(view, Qt::Key_Up);
+  EXPECT_EQ(form.faList.Row.get(), 4);
+  take();
+  QTest::keyClick(view, Qt::Key_Return);
+  EXPECT_EQ(take(), "double 4 ");
+}
+
+TEST_F(GridTest, TheSelectionFollowsTheGrid) {
+  form.faList.Row = 4;
+  desktop.handleEvents();
+  EXPECT_EQ(view->selectedRow(), 3);
+  EXPECT_EQ(take(), "") << "showing a selection is no click";
+  form.faList.RemoveItem(4);
+  desktop.handleEvents();
+  EXPECT_EQ(view->selectedRow(), -1);
+  EXPECT_EQ(view->model()->rowCount(), 4);
+}
+
+TEST_F(GridTest, AMovedColumnMovesInTheGridAndTheHeaderKeepsItsOrder) {
+  int moves = 0;
+  form.faList.AfterMoveColumn = [&] { ++moves; };
+  view->horizontalHeader()->moveSection(2, 1);  // as dragging does
+  desktop.handleEvents();
+  EXPECT_EQ(moves, 1);
+  EXPECT_EQ(form.faList.columnOfData(2), 1);
+  EXPECT_EQ(view->model()->headerData(1, Qt::Horizontal).toString(), "Count");
+  EXPECT_EQ(view->horizontalHeader()->visualIndex(1), 1);
+  EXPECT_GE(view->columnWidth(2), style::pixels(2000)) << "the width goes with the column";
+  form.fill(3);  // a later fill keeps to the data of the columns
+  desktop.handleEvents();
+  EXPECT_EQ(text(2, 1), "6");
+}
+
+TEST_F(GridTest, NothingIsReadBeyondTheGridWhileItIsFilledAnew) {
+  form.fill(200);
+  desktop.handleEvents();
+  form.faList.Redraw = false;
+  form.faList.Rows = 1;
+  window(form).grab();  // paints while the view still knows 200 rows
+  EXPECT_EQ(text(150, 1), "");
+  form.fill(2);
+  desktop.handleEvents();
+  EXPECT_EQ(view->model()->rowCount(), 2);
+}
+
+TEST_F(GridTest, ManyRowsCostNoWorkPerCell) {
+  const auto cost = [&](int rows) {
+    form.fill(rows);
+    QElapsedTimer clock;
+    clock.start();
+    desktop.handleEvents();
+    window(form).grab();
+    return clock.elapsed();
+  };
+  cost(10);
+  const auto few = cost(1000);
+  const auto many = cost(100000);
+  EXPECT_LT(many, few + 200) << "100 times the rows, and the same work";
+}
+
+TEST_F(GridTest, TheLastColumnFillsTheListAndKeepsItsOwnWidth) {
+  window(form).resize(900, 300);
+  desktop.handleEvents();
+  EXPECT_EQ(view->horizontalHeader()->length(), view->viewport()->width());
+  window(form).resize(340, 300);
+  form.faList.ColWidth(2, 6000);
+  desktop.handleEvents();
+  EXPECT_EQ(view->columnWidth(2), style::pixels(6000));
+}
+
+TEST_F(GridTest, TwipsAndTextWidthsFit) {
+  form.faList.TextMatrix(1, 1, "Wörter, die länger sind als die Spalte");
+  form.faList.AutoSize(1, 1);
+  desktop.handleEvents();
+  const int needed = view->fontMetrics().horizontalAdvance(text(0, 1));
+  EXPECT_GE(view->columnWidth(1), needed + 2 * style::kCellMargin);
+  EXPECT_LT(view->columnWidth(1), needed + 60);
+}
+
+}  // namespace
+}  // namespace vantry::test

@@ -1,0 +1,333 @@
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include <set>
+
+#include "desktop/desktop_test.h"
+#include "platform/bars.h"
+#include "platform/controls.h"
+
+namespace vantry::test {
+namespace {
+
+class WorkForm : public Form {
+ public:
+  explicit WorkForm(Windows& all, std::string name = "frmWork") : Form(all, std::move(name)) {
+    mnuPopup.Visible = false;
+    mnuPopupEdit.Click = [this] { log += "edit "; };
+    mnuFileExit.Click = [this] { log += "exit "; };
+    cmdDo.Click = [this] { raise(action); };
+    barMain.addButton(7, "abSearch", "Search", "search");
+    Tool& fresh = barMain.addButton(100, "abNew", "New", "new");
+    barMain.addChoice(fresh, 202, "Booking", "booking");
+    barMain.ToolClick = [this](const Tool& tool) { log += std::to_string(tool.id) + " "; };
+    albBar.setGroups({{"Group", {{"day", "Day View", "day"}, {"staff", "Staff", "staff"}}}});
+    albBar.ItemClick = [this](std::string_view key) { log += std::string(key) + " "; };
+    fraSecond.Visible = false;
+    fraFirst.Layout = Column{cmdDo};
+    fraSecond.Layout = Column{lblSecond};
+    Layout = Row{albBar, Column{fraFirst, fraSecond}};
+  }
+  void Form_Activate() override { log += "activate "; }
+  bool Form_Unload() override { return mayUnload; }
+
+  MenuItem mnuFile{*this, "mnuFile", "&File"};
+  MenuItem mnuFileExit{mnuFile, "mnuFileExit", "E&xit"};
+  MenuItem mnuPopup{*this, "mnuPopup", ""};
+  MenuItem mnuPopupEdit{mnuPopup, "mnuPopupEdit", "Edit"};
+  MenuItem mnuPopupDelete{mnuPopup, "mnuPopupDelete", "Delete"};
+  ToolBar barMain{*this, "barMain"};
+  ListBar albBar{*this, "albBar"};
+  Frame fraFirst{*this, "fraFirst", "", 0};
+  Button cmdDo{fraFirst, "cmdDo", "&Do"};
+  Frame fraSecond{*this, "fraSecond", "", 0};
+  Label lblSecond{fraSecond, "lblSecond", "Second"};
+  Timer tmrTick{*this, "tmrTick"};
+  StatusBar StatusBar1{*this, "StatusBar1"};
+  Event action;
+  std::string log;
+  bool mayUnload = true;
+};
+
+class WindowsTest : public DesktopTest {
+ protected:
+  WorkForm form{windows};
+  void press(Form& of, const char* name) { QTest::mouseClick(&find<QPushButton>(of, name), Qt::LeftButton); }
+};
+
+TEST_F(WindowsTest, AModalWindowReturnsWhenItIsHiddenOrUnloaded) {
+  show(form);
+  WorkForm dialog(windows, "frmDialog");
+  for (const bool unloads : {false, true}) {
+    form.log.clear();
+    form.action = [&] {
+      dialog.action = [&] { unloads ? static_cast<void>(dialog.Unload()) : dialog.Hide(); };
+      later([&] { press(dialog, "cmdDo"); });
+      dialog.ShowModal();
+      form.log += "returned ";
+    };
+    press(form, "cmdDo");
+    EXPECT_NE(form.log.find("returned "), std::string::npos);
+    EXPECT_FALSE(dialog.isShown());
+    EXPECT_EQ(dialog.isLoaded(), !unloads);
+  }
+}
+
+TEST_F(WindowsTest, TheFrontWindowIsActivatedOnceForEachTimeItComesThere) {
+  show(form);
+  EXPECT_EQ(form.log, "activate ");
+  WorkForm other(windows, "frmOther");
+  show(other);
+  form.SetFocus();
+  desktop.handleEvents();
+  EXPECT_EQ(form.log, "activate activate ");
+  later([] { QApplication::activeModalWidget()->close(); });
+  informationBox(desktop, "A box is no other window.");
+  desktop.handleEvents();
+  EXPECT_EQ(form.log, "activate activate ");
+}
+
+TEST_F(WindowsTest, AKeptWindowIsFreedAfterItsEventAndNotWithinIt) {
+  auto owned = std::make_unique<WorkForm>(windows, "frmKept");
+  WorkForm& kept = windows.keep(std::move(owned));
+  show(kept);
+  const QPointer<QWidget> widget(&window(kept));
+  bool stoodAfterBox = false;
+  kept.action = [&] {
+    kept.Unload();
+    later([] { QApplication::activeModalWidget()->close(); });
+    informationBox(desktop, "Its event is still under way.");
+    stoodAfterBox = kept.Name() == "frmKept";
+  };
+  press(kept, "cmdDo");
+  EXPECT_TRUE(stoodAfterBox);
+  EXPECT_TRUE(waitUntil([&] { return widget.isNull(); })) << "the widget goes with the event loop";
+  EXPECT_EQ(desktop.windowOf(kept), nullptr);
+}
+
+TEST_F(WindowsTest, AnUnloadedWindowCanBeShownAgain) {
+  show(form);
+  form.Unload();
+  form.cmdDo.Enabled = false;  // nobody shows it now
+  show(form);
+  EXPECT_FALSE(find<QPushButton>(form, "cmdDo").isEnabled());
+  EXPECT_TRUE(window(form).isVisible());
+}
+
+TEST_F(WindowsTest, TheSystemsCloseAsksTheForm) {
+  show(form);
+  form.mayUnload = false;
+  window(form).close();
+  EXPECT_TRUE(form.isShown());
+  EXPECT_TRUE(window(form).isVisible());
+  form.mayUnload = true;
+  form.Enabled = false;
+  window(form).close();
+  EXPECT_TRUE(form.isShown()) << "a busy window stays";
+  form.Enabled = true;
+  window(form).close();
+  EXPECT_FALSE(form.isShown());
+  EXPECT_EQ(desktop.windowOf(form), nullptr);
+}
+
+TEST_F(WindowsTest, ABusyWindowTakesNoInputAndKeepsItsFocus) {
+  show(form);
+  int presses = 0;
+  form.action = [&] { ++presses; };
+  find<QWidget>(form, "cmdDo").setFocus();
+  form.Enabled = false;
+  press(form, "cmdDo");
+  QTest::keyClick(&find<QWidget>(form, "cmdDo"), Qt::Key_Space);
+  EXPECT_EQ(presses, 0);
+  form.Enabled = true;
+  EXPECT_TRUE(find<QWidget>(form, "cmdDo").hasFocus());
+  press(form, "cmdDo");
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(WindowsTest, EndingTheProgramUnwindsEveryLoop) {
+  WorkForm dialog(windows, "frmDialog");
+  bool wentOn = false;
+  form.action = [&] {
+    dialog.action = [&] { desktop.endProgram(); };
+    later([&] { press(dialog, "cmdDo"); });
+    dialog.ShowModal();
+    wentOn = true;
+  };
+  const int code = desktop.run([&] {
+    form.Show();
+    later([&] { press(form, "cmdDo"); });
+    return true;
+  });
+  EXPECT_EQ(code, 0);
+  EXPECT_FALSE(wentOn) << "the command that waited ends as well";
+  EXPECT_THROW(form.ShowModal(), ProgramEnd);
+}
+
+TEST_F(WindowsTest, AFailureIsToldAndEndsTheProgram) {
+  std::string told;
+  const int code = desktop.run([&] {
+    form.Show();
+    form.action = [] { throw std::runtime_error("the disk is full"); };
+    later([&] {
+      later([&] {
+        QWidget* box = QApplication::activeModalWidget();
+        told = box->findChild<QLabel*>("text")->text().toStdString();
+        box->close();
+      });
+      press(form, "cmdDo");
+    });
+    return true;
+  });
+  EXPECT_EQ(code, 1);
+  EXPECT_NE(told.find("the disk is full"), std::string::npos);
+}
+
+TEST_F(WindowsTest, BoxesAnswerWithTheirButtonAndClosingIsTheLastOne) {
+  const Box box{Box::Kind::Question, "Sure?", "", {"&Yes", "&No", "Cancel"}};
+  const auto pressed = [&](int index) {
+    later([index] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (index < 0) return static_cast<void>(dialog->close());
+      dialog->findChildren<QPushButton*>()[index]->click();
+    });
+    return desktop.messageBox(box);
+  };
+  EXPECT_EQ(pressed(0), 0);
+  EXPECT_EQ(pressed(1), 1);
+  EXPECT_EQ(pressed(-1), 2);
+  later([] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+  EXPECT_EQ(desktop.messageBox(box), 0) << "the first button is the default";
+
+  later([] {
+    auto* line = QApplication::activeModalWidget()->findChild<QLineEdit*>();
+    QTest::keyClicks(line, "42");
+    QTest::keyClick(line, Qt::Key_Return);
+  });
+  EXPECT_EQ(desktop.inputBox("How many?", "", "1"), "42");
+  later([] { QApplication::activeModalWidget()->close(); });
+  EXPECT_EQ(desktop.inputBox("How many?", "", "1"), std::nullopt);
+}
+
+TEST_F(WindowsTest, MenusMirrorTheirEntries) {
+  show(form);
+  auto* bar = window(form).findChild<QMenuBar*>();
+  ASSERT_NE(bar, nullptr);
+  ASSERT_EQ(bar->actions().size(), 2);
+  EXPECT_FALSE(bar->actions()[1]->isVisible()) << "a popup does not stand in the bar";
+  auto* exit = window(form).findChild<QAction*>("mnuFileExit");
+  exit->trigger();
+  EXPECT_NE(form.log.find("exit "), std::string::npos);
+  form.mnuFileExit.Enabled = false;
+  form.mnuFile.Caption = "&Other";
+  EXPECT_FALSE(exit->isEnabled());
+  EXPECT_EQ(bar->actions()[0]->text(), "&Other");
+}
+
+TEST_F(WindowsTest, APopupRunsItsChoiceBeforeItReturns) {
+  show(form);
+  form.log.clear();
+  form.mnuPopupDelete.Visible = false;
+  later([&] {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_FALSE(menu->actions()[1]->isVisible());
+    menu->setActiveAction(menu->actions()[0]);
+    QTest::keyClick(menu, Qt::Key_Return);
+  });
+  desktop.popupMenu(form.mnuPopup, &form.cmdDo);
+  EXPECT_EQ(form.log, "edit ");
+}
+
+TEST_F(WindowsTest, BarsTellWhatWasChosen) {
+  show(form);
+  form.log.clear();
+  QTest::mouseClick(&find<QToolButton>(form, "abSearch"), Qt::LeftButton);
+  find<QToolButton>(form, "abNew").menu()->actions()[0]->trigger();
+  EXPECT_EQ(form.log, "7 202 ");
+  form.barMain.tool(7).Enabled = false;
+  EXPECT_FALSE(find<QToolButton>(form, "abSearch").isEnabled());
+
+  auto& bar = find<QTreeWidget>(form, "albBar");
+  QTreeWidgetItem* staff = bar.topLevelItem(0)->child(1);
+  QTest::mouseClick(bar.viewport(), Qt::LeftButton, {}, bar.visualItemRect(staff).center());
+  EXPECT_EQ(form.log, "7 202 staff ");
+}
+
+TEST_F(WindowsTest, TheStatusBarShowsTheLastOfManyTexts) {
+  show(form);
+  auto& panel = find<QLabel>(form, "panel(2)");
+  QElapsedTimer clock;
+  clock.start();
+  int texts = 0;
+  std::set<std::string> seen;
+  while (clock.elapsed() < 200) {
+    form.StatusBar1.Panels(2).Text = std::to_string(++texts) + " record(s)";
+    form.StatusBar1.Refresh();
+    seen.insert(panel.text().toStdString());
+  }
+  EXPECT_GE(seen.size(), 3U) << "the operator sees it move";
+  EXPECT_LE(seen.size(), 7U) << "no more often than he can see, of " << texts;
+  EXPECT_TRUE(waitUntil([&] { return panel.text().toStdString() == std::to_string(texts) + " record(s)"; }));
+}
+
+TEST_F(WindowsTest, FramesShareTheirPlaceAndSidesCanChange) {
+  show(form);
+  auto& first = find<QWidget>(form, "fraFirst");
+  auto& second = find<QWidget>(form, "fraSecond");
+  const QPoint place = first.pos();
+  form.fraFirst.Visible = false;
+  form.fraSecond.Visible = true;
+  desktop.handleEvents();
+  EXPECT_EQ(second.pos(), place);
+  auto& bar = find<QWidget>(form, "albBar");
+  EXPECT_EQ(bar.mapTo(&window(form), QPoint()).x(), 0);
+  form.Layout = Row{Column{form.fraFirst, form.fraSecond}, form.albBar};
+  form.tell(Aspect::Structure);
+  desktop.handleEvents();
+  EXPECT_EQ(bar.geometry().right(), window(form).rect().right());
+}
+
+TEST_F(WindowsTest, TimersTickWhileTheirWindowIsReady) {
+  show(form);
+  int ticks = 0;
+  form.tmrTick.Tick = [&] {
+    if (++ticks == 3) form.tmrTick.Enabled = false;
+  };
+  form.tmrTick.Interval = 1;
+  form.Enabled = false;
+  form.tmrTick.Enabled = true;
+  QTest::qWait(20);
+  EXPECT_EQ(ticks, 0);
+  form.Enabled = true;
+  EXPECT_TRUE(waitUntil([&] { return ticks == 3; }));
+  QTest::qWait(20);
+  EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(WindowsTest, SizesAreRememberedByTheName) {
+  const QTemporaryDir folder;
+  QtDesktop keeping(folder.filePath("windows.ini").toStdString());
+  Windows all(keeping);
+  {
+    WorkForm first(all);
+    first.Show();
+    keeping.windowOf(first)->resize(700, 500);
+    first.Unload();
+  }
+  WorkForm second(all);
+  second.Show();
+  EXPECT_EQ(keeping.windowOf(second)->size(), QSize(700, 500));
+}
+
+}  // namespace
+}  // namespace vantry::test

@@ -1,0 +1,264 @@
+#include "platform/controls.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/bars.h"
+#include "platform/fields.h"
+#include "platform/form.h"
+#include "platform/tree.h"
+#include "support/scripted_desktop.h"
+
+namespace vantry::test {
+namespace {
+
+struct Controls : testing::Test {
+  ScriptedDesktop desktop;
+  Windows windows{desktop};
+  Form form{windows, "frmTest"};
+  std::string log;  ///< what happened, in its order
+
+  Event noting(std::string what) {
+    return [this, what] { log += what + ' '; };
+  }
+  std::string take() { return std::exchange(log, {}); }
+};
+
+TEST_F(Controls, ANewValueIsShownBeforeItsEventWhoeverSetIt) {
+  TextBox text(form, "txtName");
+  text.Shower = [this](Aspect aspect) { log += aspect == Aspect::Text ? "shown " : "other "; };
+  text.Change = noting("change");
+  text.Text = "a";
+  EXPECT_EQ(take(), "shown change ");
+  text.type("b");
+  EXPECT_EQ(take(), "shown change ");
+  text.Text = "b";
+  text.type("b");
+  EXPECT_EQ(take(), "") << "an equal value does nothing";
+  text.Locked = true;
+  take();
+  text.type("c");
+  EXPECT_EQ(text.Text, "b") << "a locked field takes nothing from the operator";
+  text.Text = "c";
+  EXPECT_EQ(take(), "shown change ") << "but from the program";
+}
+
+TEST_F(Controls, AnEventMaySetTheValueAgain) {
+  TextBox text(form, "txtName");
+  text.Change = [&] {
+    log += text.Text.get() + ' ';
+    if (text.Text.get().size() > 2) text.Text = text.Text.get().substr(0, 2);
+  };
+  text.Text = "abcd";
+  EXPECT_EQ(text.Text, "ab");
+  EXPECT_EQ(take(), "abcd ab ");
+}
+
+TEST_F(Controls, EachKindRaisesItsEventForCodeAndOperator) {
+  CheckBox check(form, "chkAll", "All");
+  check.Click = noting("check");
+  check.Value = true;
+  check.toggle();
+  EXPECT_EQ(take(), "check check ");
+
+  ComboBox list(form, "cboType");
+  list.Click = noting("list");
+  list.AddItem("One", "1");
+  list.AddItem("Two", "2");
+  EXPECT_EQ(take(), "") << "filling is no choice";
+  list.ListIndex = 1;
+  list.select(0);
+  list.select(0);
+  EXPECT_EQ(take(), "list list ");
+
+  DateField date(form, "dtDay");
+  date.Change = noting("date");
+  date.Value = Date{2026, 11, 24};
+  date.enter(Date{2026, 11, 25});
+  date.enter(std::nullopt);
+  EXPECT_EQ(take(), "date date date ");
+  EXPECT_TRUE(date.isEmpty());
+}
+
+TEST_F(Controls, AFieldThatCannotBeUsedIgnoresTheOperator) {
+  Frame frame(form, "fraOne");
+  Frame inner(frame, "fraTwo");
+  Button button(inner, "cmdGo", "&Go");
+  button.Click = noting("click");
+  const auto presses = [&] {
+    button.press();
+    return !take().empty();
+  };
+  EXPECT_TRUE(presses());
+  EXPECT_TRUE(button.usable());
+  for (Property<bool>* cause : {&button.Enabled, &button.Visible, &inner.Enabled, &inner.Visible,
+                                &frame.Enabled, &frame.Visible, &form.Enabled}) {
+    *cause = false;
+    EXPECT_FALSE(button.usable());
+    EXPECT_FALSE(presses());
+    *cause = true;
+  }
+  EXPECT_TRUE(presses());
+}
+
+TEST_F(Controls, OneOptionOfAContainerIsChosen) {
+  OptionButton red(form, "optRed", "Red");
+  OptionButton green(form, "optGreen", "Green");
+  Frame frame(form, "fraOther");
+  OptionButton other(frame, "optOther", "Other");
+  red.Click = noting("red");
+  green.Click = noting("green");
+  other.Value = true;
+  red.Value = true;
+  green.choose();
+  green.choose();
+  EXPECT_EQ(take(), "red green ") << "losing its value is no click";
+  EXPECT_FALSE(red.Value);
+  EXPECT_TRUE(green.Value);
+  EXPECT_TRUE(other.Value) << "another container is another question";
+  green.Value = false;
+  EXPECT_FALSE(red.Value || green.Value) << "none may be chosen";
+}
+
+TEST_F(Controls, AListKeepsDataBehindItsTexts) {
+  ListBox list(form, "lstRooms");
+  list.Click = noting("click");
+  list.DblClick = noting("double");
+  list.AddItem("Hall", "7");
+  list.AddItem("Attic", "9");
+  EXPECT_EQ(list.indexOfData("9"), 1);
+  EXPECT_EQ(list.indexOf("Hall"), 0);
+  EXPECT_EQ(list.indexOf("hall"), -1);
+  EXPECT_EQ(list.List(-1) + list.List(2) + list.ItemData(2), "") << "beyond its ends it is empty";
+  list.select(2);
+  list.select(-2);
+  EXPECT_EQ(list.ListIndex, -1);
+  list.doubleClick(1);
+  EXPECT_EQ(take(), "click double ");
+  list.Clear();
+  EXPECT_EQ(take(), "") << "an emptied list has no choice to tell";
+  EXPECT_EQ(list.ListIndex, -1);
+  EXPECT_EQ(list.ListCount(), 0);
+}
+
+TEST_F(Controls, AnArrayCountsFromItsFirstIndex) {
+  ControlArray<Frame> frames("fraMain", 1);
+  frames.add(form, "One");
+  frames.add(form, "Two");
+  EXPECT_EQ(frames(2).Name(), "fraMain(2)");
+  EXPECT_EQ(frames.LBound(), 1);
+  EXPECT_EQ(frames.UBound(), 2);
+  EXPECT_THROW((void)frames(0), std::out_of_range);
+  EXPECT_THROW((void)frames(3), std::out_of_range);
+}
+
+TEST_F(Controls, ATimerTicksWhileItIsOnAndItsIntervalIsNotZero) {
+  Timer timer(form, "tmrDaemon");
+  timer.Tick = noting("tick");
+  timer.Interval = 1000;
+  desktop.passTime(3000);
+  EXPECT_EQ(take(), "") << "a timer begins off";
+  timer.Enabled = true;
+  desktop.passTime(2999);
+  EXPECT_EQ(take(), "tick tick ");
+  timer.Interval = 0;
+  desktop.passTime(5000);
+  timer.Interval = 500;
+  desktop.passTime(500);
+  timer.Enabled = false;
+  desktop.passTime(5000);
+  EXPECT_EQ(take(), "tick ");
+}
+
+TEST_F(Controls, FieldsShowDatesInTheSystemsShortForm) {
+  DateField date(form, "dtDay");
+  TimeField time(form, "txtTime");
+  EXPECT_EQ(date.shortDate() + time.text24() + time.textAmPm(), "");
+  date.Value = Date{2026, 1, 5};
+  time.Value = Time{0, 5, 59};
+  EXPECT_EQ(date.shortDate(), "05/01/2026");
+  EXPECT_EQ(time.text24(), "00:05");
+  EXPECT_EQ(time.textAmPm(), "12:05 AM");
+}
+
+TEST_F(Controls, ATreeRefusesATakenKeyAndAnUnknownParent) {
+  Tree tree(form, "tvwMain");
+  TreeNode* root = tree.Add("", "E", "Equipment", 1);
+  ASSERT_NE(root, nullptr);
+  TreeNode* child = tree.Add("E", "E1", "Projectors");
+  ASSERT_NE(child, nullptr);
+  EXPECT_EQ(child->parent, root);
+  EXPECT_EQ(tree.Add("", "E1", "Again"), nullptr) << "a key is taken in the whole tree";
+  EXPECT_EQ(tree.Add("X", "X1", "Lost"), nullptr);
+  EXPECT_EQ(tree.Count(), 2);
+  EXPECT_EQ(tree.find("E1")->text, "Projectors");
+}
+
+TEST_F(Controls, ARemovedNodeTakesWhatIsBelowItAndTheSelection) {
+  Tree tree(form, "tvwMain");
+  for (const auto& [parent, key] : std::vector<std::pair<std::string, std::string>>{
+           {"", "A"}, {"A", "A1"}, {"A1", "A11"}, {"A", "A2"}, {"", "B"}})
+    ASSERT_NE(tree.Add(parent, key, key), nullptr);
+  tree.SelectedKey = "A11";
+  tree.Remove("A1");
+  EXPECT_EQ(tree.Count(), 3);
+  EXPECT_EQ(tree.SelectedKey, "");
+  ASSERT_EQ(tree.find("A")->children.size(), 1U);
+  EXPECT_EQ(tree.find("A")->children.front()->key, "A2");
+  EXPECT_NE(tree.Add("", "A11", "free again"), nullptr);
+  tree.Remove("B");
+  ASSERT_EQ(tree.Roots().size(), 2U);
+  tree.Clear();
+  EXPECT_EQ(tree.Count(), 0);
+  EXPECT_TRUE(tree.Roots().empty());
+}
+
+TEST_F(Controls, ATreeTellsItsClicksAndItsExpansion) {
+  Tree tree(form, "tvwMain");
+  ASSERT_NE(tree.Add("", "A", "A"), nullptr);
+  tree.Click = noting("click");
+  tree.DblClick = noting("double");
+  tree.Expand = noting("expand");
+  tree.click("A");
+  tree.click("A");
+  tree.click("B");
+  tree.doubleClick("A");
+  tree.setExpanded("A", true);
+  tree.setExpanded("A", true);
+  tree.setExpanded("A", false);
+  EXPECT_EQ(take(), "click click click double expand ");
+  EXPECT_EQ(tree.SelectedKey, "A");
+}
+
+TEST_F(Controls, AToolIsChosenWhereItCanBeUsed) {
+  ToolBar bar(form, "barMain");
+  Tool& add = bar.addButton(3, "abNew", "New", "new");
+  bar.addChoice(add, 4, "Room", "room");
+  bar.addLine();
+  bar.ToolClick = [this](const Tool& tool) { log += std::to_string(tool.id) + ' '; };
+  bar.choose(bar.tool(3));
+  bar.choose(bar.tool(4));
+  add.Enabled = false;
+  bar.choose(add);
+  EXPECT_EQ(take(), "3 4 ");
+  EXPECT_EQ(bar.Tools().size(), 2U) << "a choice stands beside its button";
+  EXPECT_EQ(bar.tool("abNew").id, 3);
+  EXPECT_THROW((void)bar.tool(5), std::out_of_range);
+  EXPECT_THROW((void)bar.tool("abOld"), std::out_of_range);
+}
+
+TEST_F(Controls, AListBarKnowsTheEntriesThatItHas) {
+  ListBar bar(form, "albStandard");
+  bar.ItemClick = [this](std::string_view key) { log += std::string(key) + ' '; };
+  bar.setGroups(
+      {{"Schedule", {{"day", "Day", ""}, {"month", "Month", ""}}}, {"Inventory", {{"rooms", "Rooms", ""}}}});
+  bar.CurrentGroup = 1;
+  bar.click("month");
+  bar.click("year");
+  EXPECT_EQ(take(), "month ");
+  bar.setGroups({{"Schedule", {{"day", "Day", ""}}}});
+  EXPECT_EQ(bar.CurrentGroup, 0) << "the open group is gone";
+  EXPECT_FALSE(bar.has("rooms"));
+}
+
+}  // namespace
+}  // namespace vantry::test

@@ -1,0 +1,159 @@
+// Whatever comes in gets a clear answer, and the server goes on.
+
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "server/moment.h"
+#include "support/server_case.h"
+
+namespace vantry::server {
+namespace {
+
+using test::Record;
+using test::ServerCase;
+using test::Tags;
+using test::WireAnswer;
+using test::WireClient;
+
+class BadInputTest : public ServerCase {
+ protected:
+  WireAnswer raw(WireClient& client, const std::string& code, const std::string& body) {
+    Record headers = client.authorization();
+    headers["Request-Id"] = "id-" + std::to_string(++requests_);
+    return client.post("/v1/request/" + code, body, headers);
+  }
+
+ private:
+  int requests_ = 0;
+};
+
+struct RawCase {
+  const char* what;
+  const char* code;
+  std::string body;
+  int status;
+  int rc;
+  const char* tag;  ///< in CANTREAD
+};
+
+TEST_F(BadInputTest, EachKindOfItHasItsAnswer) {
+  const std::string good = R"({"tags":[["DATE","2026-11-24"],["HBK","N"]]})";
+  const RawCase cases[] = {
+      {"sound", "BOOKDAY", good, 200, 0, ""},
+      {"no JSON", "BOOKDAY", "hello", 400, 0, ""},
+      {"nothing", "BOOKDAY", "", 400, 0, ""},
+      {"cut off", "BOOKDAY", good.substr(0, good.size() - 4), 400, 0, ""},
+      {"a number for a text", "BOOKDAY", R"({"tags":[["DATE",20261124],["HBK","N"]]})", 400, 0, ""},
+      {"an object for the list", "BOOKDAY", R"({"tags":{"DATE":"2026-11-24"}})", 400, 0, ""},
+      {"no UTF-8", "BOOKDAY", "{\"tags\":[[\"DATE\",\"\xFF\"],[\"HBK\",\"N\"]]}", 400, 0, ""},
+      {"a NUL", "BOOKDAY", R"({"tags":[["DATE","\u0000"],["HBK","N"]]})", 400, 0, ""},
+      {"a tag missing", "BOOKDAY", R"({"tags":[["DATE","2026-11-24"]]})", 200, -98, "HBK"},
+      {"all tags missing", "BOOKDAY", R"({"tags":[]})", 200, -98, "DATE"},
+      {"a tag of another request", "BOOKDAY", R"({"tags":[["DATE","2026-11-24"],["HBK","N"],["EID","1"]]})",
+       200, -98, "EID"},
+      {"a tag of nobody", "GETLOCS", R"({"tags":[["WHAT","1"]]})", 200, -98, "WHAT"},
+      {"no date", "BOOKDAY", R"({"tags":[["DATE","2026-02-30"],["HBK","N"]]})", 200, -98, "DATE"},
+      {"no flag", "BOOKDAY", R"({"tags":[["DATE","2026-11-24"],["HBK","yes"]]})", 200, -98, "HBK"},
+      {"no number", "CANBK", R"({"tags":[["BOOKID","one"]]})", 200, -98, "BOOKID"},
+      {"SQL for a number", "CANBK", R"({"tags":[["BOOKID","1; delete from bookings"]]})", 200, -98, "BOOKID"},
+      {"a number too large", "CANBK", R"({"tags":[["BOOKID","99999999999999999999"]]})", 200, -98, "BOOKID"},
+      {"an empty number", "CANBK", R"({"tags":[["BOOKID",""]]})", 200, 2, ""},
+      {"an unknown code", "NOSUCH", good, 404, 0, ""},
+      {"a code in small letters", "bookday", good, 404, 0, ""},
+      {"a code with more path", "BOOKDAY/1", good, 404, 0, ""},
+      {"too large", "BOOKDAY", std::string(1024 * 1024 + 1, ' '), 413, 0, ""},
+      {"very many tags", "GETLOCS", "", 200, -98, "X"},
+  };
+  auto client = this->client();
+  for (RawCase each : cases) {
+    SCOPED_TRACE(each.what);
+    if (std::string_view(each.tag) == "X") {
+      each.body = R"({"tags":[["X","1"])";
+      for (int tag = 0; tag < 60'000; ++tag) each.body += R"(,["X","1"])";
+      each.body += "]}";
+    }
+    const WireAnswer answer = raw(*client, each.code, each.body);
+    EXPECT_EQ(answer.status, each.status);
+    EXPECT_EQ(answer.rc, each.rc);
+    EXPECT_EQ(answer.error.empty(), each.status == 200) << answer.body;
+    const auto tag = answer.head.find("CANTREAD");
+    EXPECT_EQ(tag == answer.head.end() ? "" : tag->second, each.tag);
+  }
+  EXPECT_EQ(client->send("GETLOCS", {}).records.size(), 2U) << "and it goes on";
+}
+
+TEST_F(BadInputTest, PathsAndBodiesOfTheOtherCallsToo) {
+  auto client = stranger();
+  EXPECT_EQ(client->get("/v1/health").body, R"({"name":"vantry","protocol":1})");
+  EXPECT_EQ(client->get("/").status, 404);
+  EXPECT_EQ(client->get("/v1/request/BOOKDAY").status, 404);
+  EXPECT_EQ(client->get("/v1/../../etc/passwd").status, 404);
+  for (const char* body : {"", "{}", "[]", R"({"operator":"all"})", R"({"operator":"all","password":1})",
+                           R"({"operator":"all","password":"x","more":"y"})"}) {
+    EXPECT_EQ(client->post("/v1/login", body).status, 400) << body;
+  }
+  EXPECT_EQ(client->post("/v1/request/GETLOCS", R"({"tags":[]})", {{"Request-Id", "1"}}).status, 401);
+  EXPECT_EQ(client->post("/v1/logout", "").status, 401);
+  EXPECT_EQ(client->post("/v1/password", R"({"old":"a","new":"b"})").status, 401);
+  auto known = this->client();
+  EXPECT_EQ(known->post("/v1/request/GETLOCS", R"({"tags":[]})", known->authorization()).status, 400)
+      << "no Request-Id";
+}
+
+TEST_F(BadInputTest, SqlInEveryTextValueStaysText) {
+  auto client = this->client();
+  for (const char* evil : {"'; drop table bookings; --", "\" or \"\"=\"", "1' or '1'='1", "%", "\\"}) {
+    EXPECT_EQ(client->login(evil, evil).status, 401);
+    EXPECT_EQ(client->send("RLL", {{"OI", evil}}).rc, -96);
+  }
+  EXPECT_EQ(value("select count(*) from bookings"), "0") << "the table stands";
+}
+
+TEST_F(BadInputTest, ADatabaseHeldByAnotherProcessIsToldSoAndServesAgainAfterwards) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  auto client = this->client();
+  Database other(database);
+  other.write([&](Connection& db) {
+    db.run("update patrons set fees = 1");
+    const WireAnswer held = client->send("CANBK", {{"BOOKID", "1"}}, "same-id");
+    EXPECT_EQ(held.status, 503);
+    EXPECT_EQ(held.error, "The database cannot be used now.");
+    EXPECT_EQ(client->send("BOOKDAY", {{"DATE", "2026-11-25"}, {"HBK", "N"}}).records.size(), 1U)
+        << "reading goes on";
+  });
+  EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "same-id").rc, 0) << "the repeated id runs now";
+}
+
+TEST_F(BadInputTest, ABrokenStoreGivesTheReturnCodeForIt) {
+  auto client = this->client();
+  sql("drop table calendars");
+  const WireAnswer answer = client->send("GDELCA", {});
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_EQ(answer.rc, -97);
+  EXPECT_EQ(client->send("GETLOCS", {}).rc, 0);
+}
+
+TEST_F(BadInputTest, ADamagedRowGivesASoundReply) {
+  addBooking("2026-11-24 08:00:00", "2026-11-24 09:00:00", {{"status", "'x'"}, {"item_count", "'many'"}});
+  sql("update patrons set last_name = cast(x'FF41' as text), first_name = x'C3' where id = 1");
+  const WireAnswer answer = client()->send("BOOKDAY", {{"DATE", "2026-11-24"}, {"HBK", "N"}});
+  ASSERT_EQ(answer.records.size(), 1U);
+  EXPECT_EQ(answer.records[0].at("REQ"),
+            "\xEF\xBF\xBD"
+            "A, \xEF\xBF\xBD B.");
+}
+
+TEST_F(BadInputTest, AReadOnlyFileIsToldSo) {
+  if (geteuid() == 0) GTEST_SKIP() << "nothing is read-only for this user";
+  stop();
+  ASSERT_EQ(chmod(database.c_str(), 0444), 0);
+  start();
+  const WireAnswer answer = stranger()->login("all", "password-1");
+  EXPECT_EQ(answer.status, 503);
+  EXPECT_EQ(answer.error, "The database cannot be written.");
+}
+
+}  // namespace
+}  // namespace vantry::server

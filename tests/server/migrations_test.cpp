@@ -1,0 +1,86 @@
+#include "server/migrations.h"
+
+#include <gtest/gtest.h>
+
+#include "support/server_case.h"
+
+namespace vantry::server {
+namespace {
+
+using test::TempFolder;
+
+int last() {
+  return static_cast<int>(migrations().size());
+}
+
+int countOf(Database& database, const std::string& table) {
+  int count = -1;
+  database.read([&](Connection& db) {
+    Query query(db, "select count(*) from " + table);
+    query.into(count);
+    while (query.next()) {
+    }
+  });
+  return count;
+}
+
+TEST(Migrations, AreNumberedWithoutGaps) {
+  int expected = 0;
+  for (const Migration& step : migrations()) EXPECT_EQ(step.number, ++expected) << step.name;
+}
+
+TEST(Migrations, BringEveryOlderDatabaseToThePresentAndKeepItsData) {
+  for (int from = 1; from < last(); ++from) {
+    const TempFolder folder;
+    Database database(folder.file("old.sqlite"));
+    migrate(database, from);
+    EXPECT_EQ(schemaVersion(database), from);
+    database.write([](Connection& db) {
+      db.run("insert into libraries (name) values ('Old Library')");
+      db.run("insert into operators (login, name, password) values ('old', 'Old Operator', '-')");
+    });
+    migrate(database);
+    EXPECT_EQ(schemaVersion(database), last());
+    EXPECT_EQ(countOf(database, "libraries"), 1);
+    EXPECT_EQ(countOf(database, "operators"), 1);
+    EXPECT_EQ(countOf(database, "occupancy"), 0) << "the last tables are there";
+  }
+}
+
+TEST(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
+  const TempFolder folder;
+  Database database(folder.file("new.sqlite"));
+  Database other(folder.file("new.sqlite"));
+  migrate(database);
+  migrate(other);
+  migrate(database);
+  EXPECT_EQ(countOf(database, "schema_steps"), last());
+  EXPECT_EQ(countOf(database, "barcode_statuses"), 4);
+}
+
+TEST(Migrations, RefuseADatabaseOfANewerProgram) {
+  const TempFolder folder;
+  Database database(folder.file("new.sqlite"));
+  migrate(database);
+  database.write(
+      [](Connection& db) { db.run("insert into schema_steps (number, name) values (999, 'later')"); });
+  EXPECT_THROW(migrate(database), StoreError);
+}
+
+TEST(Migrations, AFileThatIsNoDatabaseIsRefusedAndStaysAsItWas) {
+  const TempFolder folder;
+  const std::string text(4096, 'x');
+  FILE* file = fopen(folder.file("letter.txt").c_str(), "w");
+  fwrite(text.data(), 1, text.size(), file);
+  fclose(file);
+  EXPECT_THROW(
+      {
+        Database database(folder.file("letter.txt"));
+        migrate(database);
+      },
+      StoreError);
+  EXPECT_EQ(std::filesystem::file_size(folder.file("letter.txt")), text.size());
+}
+
+}  // namespace
+}  // namespace vantry::server

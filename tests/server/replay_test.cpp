@@ -1,0 +1,87 @@
+// A request runs once, however often it arrives.
+
+#include <atomic>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "server/moment.h"
+#include "support/server_case.h"
+
+namespace vantry::server {
+namespace {
+
+using test::ServerCase;
+using test::WireAnswer;
+using test::WireClient;
+
+using ReplayTest = ServerCase;
+
+TEST_F(ReplayTest, ARepeatedIdGetsTheFirstReplyAgain) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  auto client = this->client();
+  const WireAnswer first = client->send("CANBK", {{"BOOKID", "1"}}, "once");
+  const WireAnswer again = client->send("CANBK", {{"BOOKID", "1"}}, "once");
+  EXPECT_EQ(first.rc, 0);
+  EXPECT_EQ(again.body, first.body);
+  EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "twice").rc, 7) << "another id asks anew";
+  EXPECT_EQ(value("select cancelled_bookings from patrons where id = 1"), "1");
+}
+
+TEST_F(ReplayTest, ItIsKnownToTheOtherServersAndAfterARestart) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  auto client = this->client();
+  EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
+  auto second = another();
+  WireClient other(second->port());
+  other.token = client->token;
+  EXPECT_EQ(other.send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
+  stop();
+  start();
+  WireClient later(server->port());
+  later.token = client->token;
+  EXPECT_EQ(later.send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
+}
+
+TEST_F(ReplayTest, ItBelongsToOneSessionAndToOneCode) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  auto client = this->client();
+  EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
+  EXPECT_EQ(client->send("DELBK", {{"BOOKID", "1"}}, "once").status, 400);
+  EXPECT_EQ(value("select count(*) from bookings"), "1");
+  EXPECT_EQ(this->client()->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 7);
+}
+
+TEST_F(ReplayTest, ManyAtOnceRunOnce) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  auto client = this->client();
+  std::atomic<int> good = 0;
+  std::vector<std::thread> threads;
+  for (int each = 0; each < 6; ++each) {
+    threads.emplace_back([&] {
+      WireClient mine(server->port());
+      mine.token = client->token;
+      if (mine.send("CANBK", {{"BOOKID", "1"}}, "once").rc == 0) ++good;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(good, 6);
+  EXPECT_EQ(value("select cancelled_bookings from patrons where id = 1"), "1");
+}
+
+TEST_F(ReplayTest, StoredRepliesGoAfterADay) {
+  auto client = this->client();
+  client->send("CANBK", {{"BOOKID", "77"}}, "old");
+  EXPECT_EQ(value("select count(*) from replies where request_id = 'old'"), "1");
+  now += day + 1;
+  stop();
+  start();
+  for (int wait = 0; wait < 500 && value("select count(*) from replies") != "0"; ++wait) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_EQ(value("select count(*) from replies"), "0");
+  EXPECT_EQ(value("select count(*) from sessions"), "0") << "and dead sessions with them";
+}
+
+}  // namespace
+}  // namespace vantry::server
