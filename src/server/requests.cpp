@@ -60,6 +60,15 @@ Reply runGuarded(Handler handler, Context& context, const Message& message) {
   }
 }
 
+/// Nothing was written, so that a refusal is a reply like any other.
+Reply runReader(Handler handler, Context& context, const Message& message) {
+  try {
+    return handler(context, message);
+  } catch (const Refused& refused) {
+    return refused.reply;
+  }
+}
+
 }  // namespace
 
 /// What stands before the request itself: who asks, whether the message is sound, whether the right is held.
@@ -171,7 +180,7 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
     judged = judge(db, incoming, now);
     if (!judged.session || judged.refusal || handler == nullptr) return;
     Context context{db, *judged.session, now};
-    answer.json = handler->run(context, Message(incoming.tags)).json();
+    answer.json = runReader(handler->run, context, Message(incoming.tags)).json();
   });
   if (!judged.session) return answer;
   const bool stale = judged.session->expiresAt < now + sessionLife - sessionStaleness;

@@ -54,7 +54,7 @@ TEST(TimePolicy, LongestUseByUnit) {
 
 TEST(DeskPolicyTest, WhatNoRuleSpeaksOfIsAllowed) {
   DeskPolicy policy;
-  policy.equipmentTypes[4] = {.mayBook = false};
+  policy.equipmentTypes[4].mayBook = false;
   policy.locations = {{1, true}, {2, false}};
   EXPECT_FALSE(policy.equipmentRule(4).mayBook);
   EXPECT_TRUE(policy.equipmentRule(5).mayBook);
@@ -68,7 +68,10 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   const Moment now = start;
   PatronState patron;
   EXPECT_EQ(refusalToRequest(patron, limits, now), std::nullopt);
-  patron = {.bookings = 2, .items = 3, .equipment = 4, .fees = 500};
+  patron.bookings = 2;
+  patron.items = 3;
+  patron.equipment = 4;
+  patron.fees = 500;
   EXPECT_EQ(refusalToRequest(patron, limits, now), std::nullopt) << "at a limit is within it";
   patron.fees = 501;
   EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 5, 500, 501}));

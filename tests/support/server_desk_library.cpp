@@ -179,7 +179,7 @@ TestStore::TestStore(const std::string& kind) {
   }
   base_ = postgresqlBase();
   schema_ = name;
-  Database(base_, 1).plain([&](Connection& db) { db.run("create schema " + schema_); });
+  Database(base_).plain([&](Connection& db) { db.run("create schema " + schema_); });
   url_ = base_ + (base_.find('?') == std::string::npos ? "?" : "&") + "options=-csearch_path%3D" + schema_ +
          ",public";
 }
@@ -191,7 +191,7 @@ TestStore::~TestStore() {
     return;
   }
   try {
-    Database(base_, 1).plain([&](Connection& db) { db.run("drop schema " + schema_ + " cascade"); });
+    Database(base_).plain([&](Connection& db) { db.run("drop schema " + schema_ + " cascade"); });
   } catch (const StoreError& error) {
     ADD_FAILURE() << error.what();
   }
@@ -248,6 +248,7 @@ Got DeskLibrary::sendTo(RequestRunner& runner, const std::string& code, const st
 
 void DeskLibrary::setNow(int dayOfMarch, int hours, int minutes) {
   *now_ = makeMoment(2026, 3, dayOfMarch, hours, minutes);
+  for (const auto& [login, token] : tokens_) logOn(login);  // sessions do not last for days
 }
 
 void DeskLibrary::execute(const std::string& sql) {
@@ -268,6 +269,10 @@ std::string DeskLibrary::value(const std::string& sql) {
 void OnEachDatabase::SetUp() {
   if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
   library_ = std::make_unique<DeskLibrary>(GetParam());
+}
+
+std::string databaseName(const testing::TestParamInfo<std::string>& kind) {
+  return kind.param;
 }
 
 std::string times(int dayOfMarch, const std::string& from, const std::string& until) {

@@ -89,6 +89,10 @@ class OnEachDatabase : public testing::TestWithParam<std::string> {
   std::unique_ptr<DeskLibrary> library_;
 };
 
+/// The kinds, for INSTANTIATE_TEST_SUITE_P, and how its tests are named.
+inline const auto eachDatabase = testing::Values(std::string("sqlite"), std::string("postgresql"));
+[[nodiscard]] std::string databaseName(const testing::TestParamInfo<std::string>& kind);
+
 /// The times of a day in March 2026 as a message tells them: times(2, "10:00", "11:00").
 [[nodiscard]] std::string times(int dayOfMarch, const std::string& from, const std::string& until);
 
@@ -97,7 +101,3 @@ class OnEachDatabase : public testing::TestWithParam<std::string> {
                                   const std::string& things, const std::string& rest = "UTIME=0; CTIME=0");
 
 }  // namespace vantry::server
-
-#define VANTRY_ON_EACH_DATABASE(suite)                                                \
-  INSTANTIATE_TEST_SUITE_P(Databases, suite, testing::Values("sqlite", "postgresql"), \
-                           [](const testing::TestParamInfo<std::string>& info) { return info.param; })
