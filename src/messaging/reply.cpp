@@ -18,6 +18,13 @@ std::uint32_t Reply::numberFor(std::string_view tag) {
   return static_cast<std::uint32_t>(nextTag_++);
 }
 
+void Reply::reserve(std::size_t bytes) {
+  // On the wire a field takes its text and some twenty bytes; what is never written to costs nothing.
+  constexpr std::size_t fieldOnTheWire = 20;
+  text_.reserve(bytes);
+  fields_.reserve(bytes / fieldOnTheWire);
+}
+
 void Reply::add(std::string_view tag, std::string_view value) {
   const std::uint32_t number = numberFor(tag);
   fields_.push_back(

@@ -25,6 +25,8 @@ class Reply {
   /// Return code; 0 is success.
   int rc = 0;
 
+  /// Makes room for a reply that takes so many bytes on the wire.
+  void reserve(std::size_t bytes);
   void add(std::string_view tag, std::string_view value);
   void beginRecord();
 

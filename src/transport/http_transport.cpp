@@ -63,7 +63,8 @@ DeliveryResult refusalOf(int status, std::string& body) {
 
 }  // namespace
 
-HttpTransport::HttpTransport(Options options) : line_(std::make_unique<Line>(std::move(options))) {}
+HttpTransport::HttpTransport(Options options)
+    : line_(std::make_unique<Line>(std::move(options))), reader_(std::make_unique<ReplyReader>()) {}
 
 HttpTransport::~HttpTransport() = default;
 
@@ -145,7 +146,7 @@ DeliveryResult HttpTransport::send(const Request& request) {
   }
   if (answer.status != Ok) return refusalOf(answer.status, answer.body);
   DeliveryResult result{Delivery::Answered, {}, {}};
-  if (!readReply(answer.body, result.reply)) return {Delivery::Unknown, {}, kUnreadable};
+  if (!reader_->read(answer.body, result.reply)) return {Delivery::Unknown, {}, kUnreadable};
   return result;
 }
 

@@ -9,6 +9,8 @@
 
 namespace vantry {
 
+class ReplyReader;
+
 /// The line to a server over HTTP or HTTPS, by one kept connection.
 ///
 /// A request that finds its kept connection closed is sent once more over a fresh one, with its id, so that
@@ -46,6 +48,7 @@ class HttpTransport : public Transport {
  private:
   class Line;
   std::unique_ptr<Line> line_;
+  std::unique_ptr<ReplyReader> reader_;
   std::string session_;  ///< the token; empty without a session
 };
 

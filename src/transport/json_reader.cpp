@@ -67,19 +67,35 @@ bool isAtEnd(json::document& document) {
   return document.current_location().get(rest) == simdjson::OUT_OF_BOUNDS;
 }
 
-}  // namespace
-
-bool readReply(std::string& body, Reply& reply) {
-  json::parser parser;
+bool readReply(json::parser& parser, std::string& body, Reply& reply) {
   json::document document;
   json::object parts;
   if (parser.iterate(padded(body)).get(document) || document.get_object().get(parts)) return false;
   bool hasCode = false;
+  reply.reserve(body.size());
   for (auto part : parts) {
     json::field field;
     if (std::move(part).get(field) || !readPart(field, reply, hasCode)) return false;
   }
   return hasCode && isAtEnd(document);
+}
+
+/// The working memory takes some five times the reply; that of larger ones is given back.
+constexpr std::size_t kLargestKept = 4U * 1024 * 1024;
+
+}  // namespace
+
+struct ReplyReader::Parser : json::parser {};
+
+ReplyReader::ReplyReader() = default;
+
+ReplyReader::~ReplyReader() = default;
+
+bool ReplyReader::read(std::string& body, Reply& reply) {
+  if (!parser_) parser_ = std::make_unique<Parser>();
+  const bool sound = readReply(*parser_, body, reply);
+  if (body.size() > kLargestKept) parser_.reset();
+  return sound;
 }
 
 std::string readText(std::string& body, std::string_view key) {

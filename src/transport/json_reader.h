@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,9 +12,19 @@ namespace vantry {
 // end; the text itself stays. Each gives false, or empty text, for whatever is not sound JSON of the expected
 // shape.
 
-/// Fills an empty reply from {"rc":0,"head":{...},"records":[{...}]}. What a false leaves in it means
-/// nothing.
-[[nodiscard]] bool readReply(std::string& body, Reply& reply);
+/// Keeps its working memory from one reply to the next: to get it anew takes longer than the reading.
+class ReplyReader {
+ public:
+  ReplyReader();
+  ~ReplyReader();
+  /// Fills an empty reply from {"rc":0,"head":{...},"records":[{...}]}. What a false leaves in it means
+  /// nothing.
+  [[nodiscard]] bool read(std::string& body, Reply& reply);
+
+ private:
+  struct Parser;
+  std::unique_ptr<Parser> parser_;
+};
 
 /// The text of one key of the outermost object.
 [[nodiscard]] std::string readText(std::string& body, std::string_view key);

@@ -40,7 +40,7 @@ TEST(JsonWriter, WritesTagsInTheirOrder) {
 
 std::optional<Reply> read(std::string body) {
   Reply reply;
-  return readReply(body, reply) ? std::optional(std::move(reply)) : std::nullopt;
+  return ReplyReader().read(body, reply) ? std::optional(std::move(reply)) : std::nullopt;
 }
 
 constexpr std::string_view kSound =
