@@ -110,9 +110,11 @@ void frmMain::showView(ViewId id) {
   // Flips to the preference's own value, and so applies it to the grid that shows.
   menus.mnuViewMergeCells.Checked = !app_.preferences.MergeCells;
   mnuViewMergeCells_Click();
-  lblView.Caption = view.heading.starts_with('=')
-                        ? std::string(view.heading.substr(1))
-                        : std::string(view.heading) + plainCaption((menus.*view.menu).Caption.get());
+  const std::string name = plainCaption((menus.*view.menu).Caption.get());
+  lblView.Caption =
+      view.heading.starts_with('=') ? std::string(view.heading.substr(1)) : std::string(view.heading) + name;
+  albStandard.CurrentItem = name;
+  albDaemon.CurrentItem = name;
   lblView.Tag = std::to_string(view.kind);
   abView.ListIndex = abView.indexOf(view.comboText);
   SetFormSecurity(view.kind);
