@@ -21,6 +21,7 @@ static constexpr double kTwipsPerInch = 1440.0;
 /// The mean width of a letter that the columns' widths were chosen for, in parts of an inch.
 static constexpr double kLetterInch = 4.75 / 96.0;
 static constexpr double kLeastContrast = 3.0;
+static constexpr int kNearlyGrey = 40;
 static constexpr double kPointSize = 9.0;
 
 /// One scheme: the few colours that all others come from.
@@ -181,9 +182,13 @@ static double contrast(const QColor& a, const QColor& b) {
   return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
+/// Grey turns black or white at once; a colour keeps as much of itself as can be read.
 QColor readable(const QColor& text, const QColor& ground) {
   if (contrast(text, ground) >= kLeastContrast) return text;
-  const QColor away = luminance(ground) < 0.4 ? QColor(Qt::white) : QColor(Qt::black);
+  const QColor black(Qt::black);
+  const QColor white(Qt::white);
+  const QColor away = contrast(white, ground) > contrast(black, ground) ? white : black;
+  if (text.hslSaturation() < kNearlyGrey) return away;
   for (double part = 0.1; part < 1.0; part += 0.1) {
     const QColor nearer = blend(text, away, part);
     if (contrast(nearer, ground) >= kLeastContrast) return nearer;
