@@ -88,9 +88,7 @@ TEST_P(BookingRequests, SaveRefusesWhatAnotherBookingHoldsAsTheCheckDoes) {
   EXPECT_EQ(send("VALEAVL", check + rows[0].when + "; EID=1").text(), rows[0].reply);
   EXPECT_EQ(send("VALIAVL", check + rows[2].when + "; " + film1).text(), rows[2].reply);
   EXPECT_EQ(save(times(3, "11:30", "12:00"), "LOC=1", 3, std::string("EID=1; ") + film1).rc, 0);
-  EXPECT_EQ(
-      send("VALEAVL", "BOOKID=1; LOC=1; PGID=1; " + times(3, "10:00", "11:00") + "; EID=1").first("VUF"),
-      "187")
+  EXPECT_EQ(send("VALEAVL", "BOOKID=1; LOC=1; PGID=1; " + times(3, "10:00", "11:00") + "; EID=1").rc, 0)
       << "a booking is not in its own way";
 }
 
