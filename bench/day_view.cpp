@@ -106,11 +106,11 @@ void measure(frmMain& window, QtDesktop& desktop, const TimedTransport& line) {
 
 int run(const std::string& folder, int count, QtDesktop& desktop, Clock::time_point begin) {
   const std::string file = folder + "/bench-" + std::to_string(count) + ".sqlite";
-  DemoOptions demo;
-  demo.date = serverDate(kBusyDay);
-  demo.bookingsOn = demo.date;
-  demo.bookingsOnCount = count;
-  if (createDemoDatabase(file, demo)) begin = Clock::now();
+  DemoOptions options;
+  options.date = serverDate(kBusyDay);
+  options.bookingsOn = options.date;
+  options.bookingsOnCount = count;
+  if (createDemoDatabase(file, options)) begin = Clock::now();
   EmbeddedServer server({file, {}, false});
   HttpTransport http({.address = server.address()});
   TimedTransport line(http);
@@ -129,7 +129,7 @@ int run(const std::string& folder, int count, QtDesktop& desktop, Clock::time_po
         measure(window, desktop, line);
         measured = true;
       });
-  desktop.run([&] { return Main(app); });
+  desktop.run([&] { return demo.start(); });
   return measured ? 0 : 1;
 }
 

@@ -56,15 +56,24 @@ void TimeLine::typed(int TimeIndices::*which, const SpinTimeField& field) {
 }
 
 void TimeLine::move(TimeIndices indices) {
-  setIndices(!sameDay || sameDay() ? keptApart(indices) : indices);
+  show(!sameDay || sameDay() ? keptApart(indices) : indices, false);
 }
 
 void TimeLine::setIndices(TimeIndices indices) {
-  // A place past midnight has no time: the field keeps what it shows.
-  const auto need = timeAt(scale_, indices.need);
-  const auto finish = timeAt(scale_, indices.finish);
-  restore(need ? need : parts_.txtNeedTime.Value.get(), finish ? finish : parts_.txtFinishTime.Value.get(),
-          indices);
+  show(indices, true);
+}
+
+/// With `relabel` both fields take their labels; otherwise only one whose place has changed, so that a time
+/// that was typed stays as long as nobody moves it.
+void TimeLine::show(TimeIndices indices, bool relabel) {
+  const auto timeOf = [&](const SpinTimeField& field, int before, int now) {
+    if (before == now && !relabel) return field.Value.get();
+    const auto label = timeAt(scale_, now);
+    return label ? label : field.Value.get();  // a place past midnight has no time
+  };
+  const auto need = timeOf(parts_.txtNeedTime, indices_.need, indices.need);
+  const auto finish = timeOf(parts_.txtFinishTime, indices_.finish, indices.finish);
+  restore(need, finish, indices);
 }
 
 void TimeLine::restore(std::optional<Time> need, std::optional<Time> finish, TimeIndices indices) {

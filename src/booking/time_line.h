@@ -37,6 +37,7 @@ class TimeLine {
   void dragged();
   void typed(int TimeIndices::*which, const SpinTimeField& field);
   void move(TimeIndices indices);
+  void show(TimeIndices indices, bool relabel);
   void showPlaces();
 
   DaySlots scale_;

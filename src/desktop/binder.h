@@ -69,6 +69,7 @@ std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent
 using BinderMaker = std::unique_ptr<Binder>(Control&, Host&, QWidget*);
 BinderMaker bindLabel, bindImage, bindButton, bindTextBox, bindCheckBox, bindOptionButton, bindComboBox,
     bindListBox, bindFrame, bindDateField, bindTimeField, bindGrid, bindTree, bindStatusBar, bindToolBar,
-    bindListBar, bindMonthCalendar, bindYearCalendar, bindTabStrip;
+    bindListBar, bindMonthCalendar, bindYearCalendar, bindTabStrip, bindNumberField, bindCurrencyField,
+    bindMaskedField, bindSpinTimeField, bindRuler, bindScheduleBar;
 
 }  // namespace vantry

@@ -30,6 +30,12 @@ static constexpr std::array kBinders = {
     BinderRow{ControlKind::MonthCalendar, bindMonthCalendar},
     BinderRow{ControlKind::YearCalendar, bindYearCalendar},
     BinderRow{ControlKind::TabStrip, bindTabStrip},
+    BinderRow{ControlKind::NumberField, bindNumberField},
+    BinderRow{ControlKind::CurrencyField, bindCurrencyField},
+    BinderRow{ControlKind::MaskedField, bindMaskedField},
+    BinderRow{ControlKind::SpinTimeField, bindSpinTimeField},
+    BinderRow{ControlKind::Ruler, bindRuler},
+    BinderRow{ControlKind::ScheduleBar, bindScheduleBar},
 };
 
 std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent) {

@@ -12,16 +12,19 @@ class QtDesktop;
 /// first view, then runs what was wanted and ends the program.
 class DemoOperator {
  public:
-  /// `app` is asked for when it is needed; the program may be made after this object.
-  DemoOperator(QtDesktop& desktop, std::function<App&()> app, std::function<void()> atTheDesk);
+  DemoOperator(QtDesktop& desktop, App& app, std::function<void()> atTheDesk);
+
+  /// Starts the program; what `QtDesktop::run` wants.
+  bool start();
 
  private:
   void step();
   QtDesktop& desktop_;
-  std::function<App&()> app_;
+  App& app_;
   std::function<void()> atTheDesk_;
   QTimer timer_;
   int passes_ = 0;
+  bool started_ = false;
 };
 
 }  // namespace vantry

@@ -1,7 +1,9 @@
 #include <QGroupBox>
+#include <QLayout>
 
 #include "desktop/binder.h"
 #include "desktop/qtext.h"
+#include "desktop/style.h"
 #include "platform/controls.h"
 
 namespace vantry {
@@ -16,11 +18,18 @@ class FrameBinder : public Binder {
       widget_.setTitle(frame_.BorderStyle == 0 ? QString() : qt(frame_.Caption.get()));
       // A flat box has neither line nor distances; the style knows it by this.
       widget_.setFlat(frame_.BorderStyle == 0);
+      if (widget_.layout()) giveDistances();
     }
     Binder::update(aspect);
   }
 
  private:
+  /// A border that comes or goes while the window stands; before, the window gives them with the layout.
+  void giveDistances() {
+    const int margin = frame_.BorderStyle == 0 ? 0 : 2 * style::kUnit;
+    widget_.layout()->setContentsMargins(margin, margin, margin, margin);
+  }
+
   Frame& frame_;
   QGroupBox& widget_;
 };

@@ -15,6 +15,7 @@
 #include "schedule/frmMain.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
+#include "transport/sealed_box.h"
 
 namespace vantry {
 namespace {
@@ -39,16 +40,14 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   FileSettings settings(options.user / "settings.ini");
   InstalledComponents components(desktop);
   App app({desktop, transport, clock, settings, components, options.program, options.user}, options.rest);
+  SealedBox sealer(transport);
+  app.session.setSealer(sealer);
   frmMain mainWindow(app);
   app.setMain(mainWindow);
-  std::unique_ptr<DemoOperator> operatorAtTheDesk;
-  bool written = options.screenshot.empty();
-  if (!written) {
-    operatorAtTheDesk = std::make_unique<DemoOperator>(
-        desktop, [&app]() -> App& { return app; },
-        [&] { written = desktop.writePicture(mainWindow, options.screenshot); });
-  }
-  const int code = desktop.run([&] { return Main(app); });
+  if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });
+  bool written = false;
+  DemoOperator demo(desktop, app, [&] { written = desktop.writePicture(mainWindow, options.screenshot); });
+  const int code = desktop.run([&] { return demo.start(); });
   return written ? code : 1;
 }
 

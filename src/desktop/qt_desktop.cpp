@@ -23,10 +23,13 @@ namespace vantry {
 
 /// Letters up to here have a place of their own in the table of widths.
 static constexpr std::size_t kCommonLetters = 0x600;
+static constexpr QSize kPictureSize{1366, 768};
 /// A box that no window is to answer any more.
 static constexpr int kFailure = 1;
 
 QtDesktop::QtDesktop(std::string geometryFile) : geometryFile_(std::move(geometryFile)) {
+  // The program ends when its main window says so, not when a dialog was the only window for a moment.
+  QApplication::setQuitOnLastWindowClosed(false);
   qApp->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusChanged(now); });
 }
@@ -68,6 +71,7 @@ void QtDesktop::dispatch(const std::function<void()>& event) {
 
 void QtDesktop::leave() {
   ended_ = true;
+  for (const auto& [form, window] : windows_) writeGeometry(*window, *form);
   setPointer(Pointer::Default);
   QApplication::exit(failed_ ? kFailure : 0);
 }
@@ -357,6 +361,9 @@ void QtDesktop::showHelp(std::string_view topic) {
 bool QtDesktop::writePicture(Form& form, const std::string& file) {
   FormWindow* window = windowOf(form);
   if (!window || !window->isVisible()) return false;
+  // The screen that nobody sees is small; the picture takes the size of a common desk's.
+  if (QApplication::platformName() == "offscreen") window->resize(kPictureSize);
+  handleEvents();
   window->flush();
   return window->grab().save(qt(file), "PNG");
 }
@@ -366,6 +373,7 @@ void QtDesktop::readGeometry(QWidget& window, const Form& form) const {
   const QSettings settings(qt(geometryFile_), QSettings::IniFormat);
   const QByteArray geometry = settings.value("Windows/" + qt(form.Name())).toByteArray();
   if (!geometry.isEmpty()) window.restoreGeometry(geometry);
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
 }
 
 void QtDesktop::writeGeometry(const QWidget& window, const Form& form) const {

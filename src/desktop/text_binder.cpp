@@ -1,5 +1,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTimer>
 
 #include "desktop/binder.h"
 #include "desktop/qtext.h"
@@ -29,6 +30,9 @@ class LineBinder : public Binder {
   void update(Aspect aspect) override {
     if (aspect == Aspect::Text) showText();
     if (aspect == Aspect::State) widget_.setReadOnly(box_.Locked);
+    // The click that brought the focus still places the cursor, so that the selection comes after it.
+    if (aspect == Aspect::Selection && widget_.hasFocus())
+      QTimer::singleShot(0, &widget_, &QLineEdit::selectAll);
     Binder::update(aspect);
   }
 

@@ -9,8 +9,9 @@ class frmConnect : public Form {
   explicit frmConnect(Windows& windows) : Form(windows, "frmConnect") {
     Caption.put("Vantry");
     Resizable = false;
-    Layout = Column{Gap{}, Row{Gap{}, lblConnecting, Gap{}}, Gap{}};
+    Layout = Row{imgConnect, lblConnecting, Stretch{}};
   }
+  Image imgConnect{*this, "imgConnect", "vantry"};
   Label lblConnecting{*this, "lblConnecting", "Connecting..."};
 };
 

@@ -172,8 +172,8 @@ class HttpFront::Impl {
   }
 
   void route() {
-    server_->Get("/v1/health", [](const httplib::Request&, httplib::Response& response) {
-      answer(response, 200, R"({"name":"vantry","protocol":1})");
+    server_->Get("/v1/health", [this](const httplib::Request&, httplib::Response& response) {
+      answer(response, 200, R"({"name":"vantry","protocol":1,"key":")" + runner_.sealingKey() + "\"}");
     });
     server_->Post("/v1/login", [this](const auto& request, auto& response) { login(request, response); });
     server_->Post("/v1/logout", [this](const auto& request, auto& response) { logout(request, response); });

@@ -5,6 +5,7 @@
 #include "server/accounts.h"
 #include "server/due_bookings.h"
 #include "server/handlers.h"
+#include "server/reply_store.h"
 #include "words/requests.h"
 
 namespace vantry::server {
@@ -17,33 +18,6 @@ Reply faultReply(const MessageFault& fault) {
   Reply reply(rc::badMessage);
   reply.head("CANTREAD", fault.tag);
   return reply;
-}
-
-struct StoredReply {
-  std::string code;
-  std::string json;
-};
-
-std::optional<StoredReply> findReply(Connection& db, std::string_view session, std::string_view requestId) {
-  StoredReply stored;
-  Query query(db, "select code, reply from replies where session = :session and request_id = :request_id");
-  query.bind("session", session).bind("request_id", requestId).into(stored.code, stored.json);
-  while (query.next()) {
-  }
-  return stored.code.empty() ? std::nullopt : std::optional(stored);
-}
-
-void storeReply(Connection& db, std::string_view session, const RequestRunner::Incoming& incoming,
-                std::string_view json, Moment now) {
-  Query query(db,
-              "insert into replies (session, request_id, code, reply, at) "
-              "values (:session, :request_id, :code, :reply, :at)");
-  query.bind("session", session)
-      .bind("request_id", incoming.requestId)
-      .bind("code", incoming.code)
-      .bind("reply", json)
-      .bind("at", now)
-      .run();
 }
 
 /// Runs the request so that a refusal in the middle leaves nothing of it behind.
@@ -71,83 +45,8 @@ Reply runReader(Handler handler, Context& context, const Message& message) {
 
 }  // namespace
 
-/// What stands before the request itself: who asks, whether the message is sound, whether the right is held.
-struct RequestRunner::Judged {
-  std::optional<Session> session;
-  std::optional<Reply> refusal;
-  bool lacksRight = false;
-};
-
 RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost)
-    : database_(database), clock_(std::move(clock)), cost_(cost) {}
-
-RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::string_view password,
-                                                std::string_view address) {
-  const Moment now = clock_();
-  std::optional<OperatorAccount> account;
-  std::optional<Moment> wait;
-  // The try is booked before it is made, so that many at once count as many.
-  database_.write([&](Connection& db) {
-    account = findOperator(db, name);
-    wait = bookLoginTry(db, name, address, now);
-  });
-  if (wait) return {.kind = LoginResult::Kind::TooMany, .token = {}, .login = {}, .retryAfter = *wait};
-  const bool known = account && account->active;
-  if (!known) wasteCheck(password, cost_);
-  const bool granted = known && matchesPassword(account->password, password);
-  std::string token;
-  database_.write([&](Connection& db) {
-    if (!granted) return audit(db, nullptr, now, "login refused", name, address);
-    forgetLoginTries(db, name);
-    token = openSession(db, account->id, now);
-    Session session;
-    session.operatorId = account->id;
-    audit(db, &session, now, "login", account->login, address);
-  });
-  if (!granted) return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
-  return {.kind = LoginResult::Kind::Granted, .token = token, .login = account->login, .retryAfter = 0};
-}
-
-bool RequestRunner::logout(std::string_view token) {
-  bool known = false;
-  database_.write([&](Connection& db) {
-    const std::optional<Session> session = findSession(db, token, clock_());
-    known = session.has_value();
-    if (session) closeSession(db, *session);
-  });
-  return known;
-}
-
-RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view token, std::string_view old,
-                                                            std::string_view fresh,
-                                                            std::string_view address) {
-  using Kind = PasswordResult::Kind;
-  const Moment now = clock_();
-  std::optional<Session> session;
-  std::optional<OperatorAccount> account;
-  std::optional<Moment> wait;
-  database_.write([&](Connection& db) {
-    session = findSession(db, token, now);
-    if (!session) return;
-    account = findOperator(db, session->login);
-    wait = bookLoginTry(db, session->login, address, now);
-  });
-  if (!session || !account) return {.kind = Kind::NoSession, .weakness = {}, .retryAfter = 0};
-  if (wait) return {.kind = Kind::TooMany, .weakness = {}, .retryAfter = *wait};
-  if (!matchesPassword(account->password, old))
-    return {.kind = Kind::WrongOld, .weakness = {}, .retryAfter = 0};
-  const std::string weakness = weaknessOf(fresh);
-  const std::string hash = weakness.empty() ? hashPassword(fresh, cost_) : std::string();
-  database_.write([&](Connection& db) {
-    forgetLoginTries(db, session->login);
-    if (!weakness.empty()) return;
-    setPassword(db, account->id, hash);
-    closeSessionsOf(db, account->id, session->token);
-    audit(db, &*session, now, "password changed", session->login, address);
-  });
-  if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness, .retryAfter = 0};
-  return {.kind = Kind::Changed, .weakness = {}, .retryAfter = 0};
-}
+    : database_(database), clock_(std::move(clock)), cost_(cost), keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
   Judged judged;
@@ -165,6 +64,7 @@ RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incom
 }
 
 Answer RequestRunner::run(const Incoming& incoming) {
+  if (incoming.code == "OPOV") return runOverride(incoming);
   const RequestRow* row = findRequest(incoming.code);
   const HandlerRow* handler = findHandler(incoming.code);
   const bool known = row != nullptr && handler != nullptr;
@@ -203,7 +103,8 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
     const Judged judged = judge(db, incoming, now);
     if (!judged.session) return;
     answer.kind = Answer::Kind::Done;
-    if (const auto stored = findReply(db, judged.session->token, incoming.requestId)) {
+    if (const auto stored =
+            findReply(db, {.session = judged.session->token, .requestId = incoming.requestId})) {
       if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
       answer.json = stored->json;
       return;
@@ -216,7 +117,8 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
                             ? *judged.refusal
                             : runGuarded(findHandler(incoming.code)->run, context, Message(incoming.tags));
     answer.json = reply.json();
-    storeReply(db, judged.session->token, incoming, answer.json, now);
+    storeReply(db, {.session = judged.session->token, .requestId = incoming.requestId},
+               {std::string(incoming.code), answer.json}, now);
   });
   return answer;
 }

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "server/accounts.h"
 #include "server/database.h"
 #include "server/moment.h"
 #include "server/passwords.h"
+#include "server/reply.h"
+#include "server/sealing.h"
 #include "words/requests.h"
 
 namespace vantry::server {
@@ -16,7 +20,11 @@ namespace vantry::server {
 /// StoreError.
 class RequestRunner {
  public:
+  /// The database's schema is up to date.
   RequestRunner(Database& database, Clock clock, HashCost cost);
+
+  /// The key to which clients seal the passwords that stand within requests.
+  [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
 
   struct LoginResult {
     enum class Kind { Granted, Refused, TooMany } kind;
@@ -54,14 +62,26 @@ class RequestRunner {
   void keepHouse();
 
  private:
-  struct Judged;
+  /// What stands before the request itself: who asks, whether the message is sound, whether the right is
+  /// held.
+  struct Judged {
+    std::optional<Session> session;
+    std::optional<Reply> refusal;
+    bool lacksRight = false;
+  };
+  struct Supervisor;
+
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   Answer runReading(const Incoming& incoming);
   Answer runWriting(const Incoming& incoming);
+  Answer runOverride(const Incoming& incoming);
+  Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;
+  [[nodiscard]] int judgeSupervisor(const Supervisor& met, std::string_view sealed) const;
 
   Database& database_;
   Clock clock_;
   HashCost cost_;
+  SealingKeys keys_;
 };
 
 }  // namespace vantry::server

@@ -506,6 +506,14 @@ insert into status_types (id, for_rooms, name, priority, effect) values
 @postgresql alter table status_types alter column id restart with 101;
 )";
 
+constexpr std::string_view sealing = R"(
+create table sealing_keys (
+  id smallint primary key,
+  open_key text not null,
+  secret_key text not null
+);
+)";
+
 constexpr std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -513,6 +521,7 @@ constexpr std::array steps{
     Migration{4, "policies and calendars", policies},
     Migration{5, "bookings", bookings},
     Migration{6, "fixed lists", fixedLists},
+    Migration{7, "sealing keys", sealing},
 };
 
 }  // namespace

@@ -21,21 +21,24 @@ namespace {
 
 constexpr std::chrono::seconds housekeepingPeriod{60};
 
+Database& upToDate(Database& database) {
+  migrate(database);
+  return database;
+}
+
 }  // namespace
 
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
       : database_(options.database, {.connections = 8, .patience = options.patience}),
-        runner_(database_, options.clock ? options.clock : Clock(wallClock),
+        runner_(upToDate(database_), options.clock ? options.clock : Clock(wallClock),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive),
         front_(runner_, {.address = options.address,
                          .port = options.port,
                          .certificate = options.certificate,
                          .key = options.key,
-                         .threads = options.threads}) {
-    migrate(database_);
-  }
+                         .threads = options.threads}) {}
 
   ~Impl() { stop(); }
 

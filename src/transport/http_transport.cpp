@@ -88,6 +88,12 @@ bool HttpTransport::reach(std::string& reason) {
   return understood;
 }
 
+std::string HttpTransport::passwordKey() {
+  auto answer = line_->call("GET", "/v1/health", {}, {}, true);
+  const bool answered = answer.outcome == Line::Answer::Outcome::Answered && answer.status == Ok;
+  return answered ? readText(answer.body, "key") : std::string();
+}
+
 LogonResult HttpTransport::logon(std::string_view operatorId, std::string_view password) {
   session_.clear();
   // A log-on carries no id that would let it be repeated; over a fresh connection it need not be.

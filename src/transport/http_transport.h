@@ -39,6 +39,7 @@ class HttpTransport : public Transport {
   void logoff() override;
   [[nodiscard]] bool changePassword(std::string_view old, std::string_view fresh,
                                     std::string& reason) override;
+  [[nodiscard]] std::string passwordKey() override;
   [[nodiscard]] DeliveryResult send(const Request& request) override;
   [[nodiscard]] bool secured() const override;
 

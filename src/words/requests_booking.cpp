@@ -48,13 +48,13 @@ constexpr RequestRow kRequests[] = {
      "changes a booking; return codes as for NEWBK; 106: it is out; 7: it is over"},
 
     // Checks of times and places
-    {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE", "VUF", kMakeBookings, kReads,
+    {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings, kReads,
      "whether deliveries can be made at the times; 167: against the calendar"},
-    {"CRMTM", "PGID ADBK (STIME SDOW ETIME EDOW)+ RID", "", "VUF STIME ETIME DATE BKINT BKPER", "VUF",
+    {"CRMTM", "PGID ADBK (STIME SDOW ETIME EDOW)+ RID", "", "VUF STIME ETIME DATE:Time BKINT BKPER", "VUF",
      kMakeBookings, kReads,
      "whether a room that the library schedules can be had at the times; 167: against the calendar; 185: "
      "against its policy"},
-    {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE", "VUF", kMakeBookings, kReads,
+    {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings, kReads,
      "whether pick-ups can be made at the times; 167: against the calendar"},
     {"VALDLO", "RID PGID (MTID BI MI IM)* (EID EQIR?)* (ETI IFL)*", "", "VD1 VD2", "VD1", kMakeBookings,
      kReads, "whether the things can be delivered; 146: not those of the types told, VD1 being MTID or ETI"},

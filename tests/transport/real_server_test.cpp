@@ -7,6 +7,7 @@
 #include "transport/certificate.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
+#include "transport/sealed_box.h"
 
 // The line and the real server together.
 
@@ -67,6 +68,31 @@ TEST_F(RealServer, AnOperatorFindsHisDeskAndItsDay) {
   EXPECT_GT(message.Count("BOOKID"), 0);
   ASSERT_TRUE(message.NextRecord("BOOKID"));
   EXPECT_THAT(message.Get("ETIME"), testing::MatchesRegex("2026-1[0-9]-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}"));
+}
+
+TEST_F(RealServer, ASupervisorsSealedLoginStandsInForARight) {
+  ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
+  TagMessage message(transport);
+  message.Add("OI", "desk");
+  ASSERT_EQ(message.Send("RLL"), 0);
+  ASSERT_TRUE(message.NextRecord("LNA"));
+  message.Add("LOC", message.Get("LOC"));
+  ASSERT_EQ(message.Send("SLL"), 0);
+  SealedBox sealer(transport);
+  const auto override = [&](std::string_view login, std::string_view password) {
+    const auto sealed = sealer.seal(password);
+    if (!sealed) throw std::runtime_error("the server tells no key");
+    message.Add("OVOTR", "Y");
+    message.Add("OI", login);
+    message.Add("PW", *sealed);
+    return message.Send("OPOV");
+  };
+  static constexpr int notAuthorized = 120;
+  EXPECT_EQ(override("admin", "admin-demo"), 0);
+  EXPECT_EQ(override("view", "view-demo"), notAuthorized);
+  const int wrong = override("admin", "guess");
+  EXPECT_NE(wrong, 0);
+  EXPECT_NE(wrong, notAuthorized);
 }
 
 TEST_F(RealServer, ASecondStartKeepsTheLibrary) {

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QAbstractSpinBox>
+#include <functional>
+
+#include "desktop/binder.h"
+
+namespace vantry {
+
+/// A line with spin buttons; what a step means, and what the text reads as, is for its owner to say.
+class StepBox : public QAbstractSpinBox {
+ public:
+  explicit StepBox(QWidget* parent);
+
+  std::function<void(int)> onStep;
+  std::function<void()> onLeave;
+  std::function<void()> onOpen;  ///< F4, or Alt and Down
+
+  QLineEdit& line() const { return *lineEdit(); }
+  void stepBy(int steps) override;
+  QValidator::State validate(QString&, int&) const override { return QValidator::Acceptable; }
+  /// Makes the box as wide as this text and its buttons.
+  void fitTo(const QString& text);
+
+ protected:
+  StepEnabled stepEnabled() const override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+};
+
+/// What the fields with a typed text share: it is taken over once it stands as the field would write it, or
+/// when the operator leaves; text that is no value gives way to the value before it.
+class TypedBinder : public Binder {
+ public:
+  TypedBinder(Control& control, Host& host, QWidget& widget, QLineEdit& line);
+
+  void update(Aspect aspect) override;
+  void commit() override;
+
+ protected:
+  /// The model's value as text.
+  virtual QString shown() const = 0;
+  /// Whether the text is a value, or empty.
+  virtual bool isValue(const QString& text) const = 0;
+  /// Hands the text to the model.
+  virtual void enter(const std::string& text) = 0;
+  /// Whether the text under way stands as the field would write it.
+  virtual bool isWhole(const QString& text) const = 0;
+  virtual bool isLocked() const = 0;
+
+ private:
+  void take();
+  void show();
+  QLineEdit& line_;
+  bool typed_ = false;
+  bool taking_ = false;
+};
+
+}  // namespace vantry
