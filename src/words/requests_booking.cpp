@@ -39,23 +39,23 @@ constexpr RequestRow kRequests[] = {
      "ETY MTY", "BOOKID CNM LNA CDT CNUM VUF ETY ENO BNO TITL IM STIME ETIME VD1 VD2", "BOOKID VUF CNUM",
      "BKADD", kWrites,
      "makes one booking per pair of times; 137: done, equipment of the room satisfies a generic type; 181: "
-     "the times overlap; 107, 149, 150: something was taken meanwhile, as VALRMAVL, VALEAVL, VALIAVL tell it"},
+     "the times overlap; 107, 149, 150: something was taken meanwhile, as VALRMAVL, VALEAVL, VALIAVL tell "
+     "it"},
     {"UPDBK",
      "BOOKID (STIME ETIME)+ PID PGID PPID ADBK (RID | LOC | RCOP RCA LOC RTI) BTID (EID EQIR?)* (ETI IFL)* "
      "(MTID BI MI IM)* SCHCOM ODE OPU WIZ UTIME CTIME",
      "UNM LNA UDT ETY MTY", "VUF CNUM ETY ENO BNO TITL LNA IM STIME ETIME VD1 VD2", "VUF CNUM", "BKUPD",
-     kWrites,
-     "changes a booking; return codes as for NEWBK; 106: it is out; 7: it is over"},
+     kWrites, "changes a booking; return codes as for NEWBK; 106: it is out; 7: it is over"},
 
     // Checks of times and places
-    {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings, kReads,
-     "whether deliveries can be made at the times; 167: against the calendar"},
+    {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings,
+     kReads, "whether deliveries can be made at the times; 167: against the calendar"},
     {"CRMTM", "PGID ADBK (STIME SDOW ETIME EDOW)+ RID", "", "VUF STIME ETIME DATE:Time BKINT BKPER", "VUF",
      kMakeBookings, kReads,
      "whether a room that the library schedules can be had at the times; 167: against the calendar; 185: "
      "against its policy"},
-    {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings, kReads,
-     "whether pick-ups can be made at the times; 167: against the calendar"},
+    {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings,
+     kReads, "whether pick-ups can be made at the times; 167: against the calendar"},
     {"VALDLO", "RID PGID (MTID BI MI IM)* (EID EQIR?)* (ETI IFL)*", "", "VD1 VD2", "VD1", kMakeBookings,
      kReads, "whether the things can be delivered; 146: not those of the types told, VD1 being MTID or ETI"},
     {"VALPLO", "LOC PGID (MTID BI MI IM)* (EID EQIR?)* (ETI IFL)*", "", "VD1 VD2", "VD1", kMakeBookings,

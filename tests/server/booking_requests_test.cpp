@@ -305,6 +305,25 @@ TEST_P(BookingRequests, StatusesNotesSuggestionsAndMedia) {
   EXPECT_EQ(send("GMTYP", "").all("MTY"), "Film,Slides");
 }
 
+TEST_P(BookingRequests, EquipmentAndPatronsToChooseFrom) {
+  EXPECT_EQ(send("GETEAVC", "").text(),
+            "0||ETI=4 ETY=Camera MIC=1|ETI=2 ETY=Projector MIC=3|ETI=1 ETY=Television MIC=3");
+  EXPECT_EQ(send("GETEAVC", "RID=1").all("MIC"), "1,2,3") << "what stands there already is no choice";
+  EXPECT_EQ(send("GETGITM", "ETI=3").text(), "0||ECNT=2 EID=5 EIU=Y ENO=SET1 LNA=Main Desk RID=3 RNM=Store");
+  EXPECT_EQ(send("GETNGRPE", "ETI=1").all("ENO"), "MTV,TV1,TV2");
+  EXPECT_EQ(send("GETEITM", "ETI=1").all("GRPNO"), "SET1");
+  EXPECT_EQ(send("GETIBYB", "EPT=3; BARORNO=0; BNO=E2").text(),
+            "0|SRCHCNT=1|BNO=E2 EID=2 EIU=N ENO=TV2 ETY=Television RID=3 STY=Damaged");
+  EXPECT_EQ(send("GETIBYB", "EPT=3; BARORNO=1; ENO=SET1").all("EIU"), "Y");
+  EXPECT_EQ(send("GETIBYB", "EPT=1; BARORNO=1; ENO=SET1").text(), "0|SRCHCNT=0")
+      << "groups are not maintained";
+  const std::string find = "SRCHFOR=6; SRCHLOC=5; SRCHOP=";
+  EXPECT_EQ(send("FIND", "SRCHTAG=17; SRCHVAL=P100; " + find).text(),
+            "0|SRCHCNT=1|BNO=P100 BSI=1 BST=Active PFN=Ada PGID=1 PGNM=Students PID=1 PLN=Bell");
+  EXPECT_EQ(send("FIND", "SRCHTAG=17; SRCHVAL=P10?; " + find).all("PGNM"), "Students,Teachers");
+  EXPECT_EQ(send("FIND", "SRCHTAG=17; SRCHVAL=x' or 'a'='a; " + find).text(), "0|SRCHCNT=0");
+}
+
 TEST_P(BookingRequests, OverridesNeedASupervisorWithTheRightHere) {
   const std::string good = "c2VjcmV0IG9mIHRoZSBkZXNr";  // base64
   EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=" + good).rc, 0);
