@@ -115,11 +115,13 @@ void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp)
   pieces.bind("at", stamp.at).bind("booking_id", booking.id).run();
   Query items(db, "update booking_items set charged_at = :at where booking_id = :booking_id");
   items.bind("at", stamp.at).bind("booking_id", booking.id).run();
+  Query head(db, "update bookings set charged_at = :at where id = :id");
+  head.bind("at", stamp.at).bind("id", booking.id).run();
   // Only a room that the library schedules is handed over; a delivery's room is just its address.
-  Query head(db,
-             "update bookings set charged_at = :at, room_charged_at = case when booking_type = 1 and "
-             "room_id is not null then :room_at else null end where id = :id");
-  head.bind("at", stamp.at).bind("room_at", stamp.at).bind("id", booking.id).run();
+  Query room(db,
+             "update bookings set room_charged_at = :at where id = :id and booking_type = 1 and "
+             "room_id is not null");
+  room.bind("at", stamp.at).bind("id", booking.id).run();
   setBookingStatus(db, booking.id, BookingStatus::Charged, stamp);
 }
 

@@ -91,6 +91,12 @@ void Connection::run(const std::string& sql) {
   statement.execute(true);
 }
 
+std::vector<std::string> Connection::statements() const {
+  std::vector<std::string> texts;
+  for (const auto& [text, statement] : statements_) texts.push_back(text);
+  return texts;
+}
+
 std::unique_ptr<soci::statement> Connection::take(std::string_view sql) {
   if (const auto found = statements_.find(sql); found != statements_.end() && found->second) {
     return std::move(found->second);

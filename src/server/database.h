@@ -48,6 +48,9 @@ class Connection {
 
   [[nodiscard]] const Dialect& dialect() const { return dialect_; }
 
+  /// The statements that were prepared on it, for looking at how they are run.
+  [[nodiscard]] std::vector<std::string> statements() const;
+
  private:
   friend class Query;
   struct TextHash {

@@ -39,7 +39,11 @@ const Dialect& dialectOf(std::string_view url) {
 }
 
 std::string connectText(const Dialect& dialect, std::string_view url, int patience) {
-  if (dialect.kind == Dialect::Kind::Postgresql) return std::string(url);
+  if (dialect.kind == Dialect::Kind::Postgresql) {
+    // The database library takes addresses apart at their "=" and spoils one that has none.
+    const char* mark = url.find('?') == std::string_view::npos ? "?" : "&";
+    return std::string(url) + mark + "application_name=vantry-server";
+  }
   return "db=\"" + std::string(url) + "\" timeout=" + std::to_string(patience) + " synchronous=full";
 }
 

@@ -70,6 +70,8 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> chargeRequests();
 [[nodiscard]] std::span<const HandlerRow> dischargeRequests();
 [[nodiscard]] std::span<const HandlerRow> circulationSearchRequests();
+[[nodiscard]] std::span<const HandlerRow> equipmentListRequests();
+[[nodiscard]] std::span<const HandlerRow> findRequests();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

@@ -17,7 +17,8 @@ constexpr RequestRow kRequests[] = {
      "", "", kEveryone, kReads, "rights of the operator at a location"},
     {"GETLOCS", "", "", "LNA LOC", "LOC", kEveryone, kReads, "all locations"},
     {"OPOV", "(OVPAT | OVITM | OVOTR) OI PW", "", "", "", kEveryone, kWrites,
-     "lets a supervisor's login stand in for a right; 120: the login is good, but has not that right"},
+     "lets a supervisor's login stand in for a right; 120: the login is good, but has not that right; 121: "
+     "it is not good, or was tried too often"},
 
     {"GETOPS", "", "", "PID PATNM PSTS BCNT", "PID", kEveryone, kReads,
      "staff to whom bookings can be assigned"},

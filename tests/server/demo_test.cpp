@@ -81,7 +81,7 @@ TEST_F(DemoTest, HoldsASmallBelievableLibrary) {
   EXPECT_EQ(count("rooms"), 40);
   EXPECT_GT(count("rooms r join room_types t on t.id = r.room_type_id where t.storage = 1"), 0);
   EXPECT_EQ(count("equipment where is_group = 0"), 400);
-  EXPECT_EQ(count("equipment_types where of_groups = 0"), 15);
+  EXPECT_EQ(count("equipment_types where of_groups = 0"), 16);
   EXPECT_EQ(count("equipment where is_group = 1"), 30);
   EXPECT_EQ(count("equipment g where is_group = 1 and not exists (select 1 from equipment m where m.group_id "
                   "= g.id)"),

@@ -40,7 +40,7 @@ TEST_F(RequestsTest, SllTellsEveryRightAsYesOrNo) {
 
 TEST_F(RequestsTest, GetopsCountsTheBookingsThatAreAssignedAndNotOver) {
   sql("insert into staff (patron_id, active) values (1, 1), (2, 0)");
-  addBooking("2026-11-24 09:00:00", "2026-11-24 10:00:00",
+  addBooking("2026-11-24 13:00:00", "2026-11-24 14:00:00",
              {{"setup_staff_id", "1"}, {"cleanup_staff_id", "1"}});
   addBooking("2026-11-25 09:00:00", "2026-11-25 10:00:00", {{"cleanup_staff_id", "1"}, {"status", "99"}});
   addBooking("2026-11-23 09:00:00", "2026-11-23 10:00:00", {{"setup_staff_id", "1"}, {"status", "1"}});
@@ -85,7 +85,7 @@ TEST_F(RequestsTest, BookdayGivesTheRowsOfOneDayOfTheSessionsDesk) {
       "'Hall 5', 0)");
   addBooking("2026-11-24 14:00:00", "2026-11-26 10:00:00",
              {{"booking_type", "2"}, {"room_id", "5"}, {"item_count", "2"}, {"equipment_count", "3"}});
-  addBooking("2026-11-24 00:00:00", "2026-11-24 10:00:00",
+  addBooking("2026-11-24 00:00:00", "2026-11-24 13:00:00",
              {{"pickup_location_id", "1"}, {"administrative", "1"}, {"patron_id", "null"}, {"status", "99"}});
   addBooking("2026-11-23 23:59:59", "2026-11-24 10:00:00");
   addBooking("2026-11-25 00:00:00", "2026-11-25 10:00:00");
@@ -93,7 +93,7 @@ TEST_F(RequestsTest, BookdayGivesTheRowsOfOneDayOfTheSessionsDesk) {
   EXPECT_THAT(bookingsOf("2026-11-24").records, ElementsAre(Record{{"BOOKID", "2"},
                                                                    {"BKRES", "99"},
                                                                    {"STIME", "2026-11-24 00:00:00"},
-                                                                   {"ETIME", "2026-11-24 10:00:00"},
+                                                                   {"ETIME", "2026-11-24 13:00:00"},
                                                                    {"CNUM", "0000002"},
                                                                    {"BTYP", "Pick-Up"},
                                                                    {"DPL", "Main"},
@@ -129,7 +129,7 @@ TEST_F(RequestsTest, HistoryComesWhenAskedForAndAllowed) {
 }
 
 TEST_F(RequestsTest, BookmthCountsTheDaysOfAMonthAndOfAYear) {
-  addBooking("2026-11-01 08:00:00", "2026-11-01 09:00:00");
+  addBooking("2026-11-01 08:00:00", "2026-11-01 09:00:00", {{"status", "999"}});
   addBooking("2026-11-30 23:00:00", "2026-12-01 09:00:00");
   addBooking("2026-11-30 08:00:00", "2026-11-30 09:00:00");
   addBooking("2026-12-01 08:00:00", "2026-12-01 09:00:00");

@@ -56,18 +56,20 @@ void addHolding(Connection& db, std::int64_t id, std::int64_t titleId, std::int6
 }
 
 void addItem(Connection& db, World& world, const World::Item& fresh, int copy, Dice& dice) {
-  Query query(
-      db,
-      "insert into items (id, holding_id, title_id, location_id, media_type_id, barcode, item_type, "
-      "description, year, copy) values (:id, :holding_id, :title_id, :location_id, :media_type_id, :barcode, "
-      "'Media', :description, :year, :copy)");
+  Query query(db,
+              "insert into items (id, holding_id, title_id, location_id, media_type_id, barcode, item_type, "
+              "description, year, copy, status) values (:id, :holding_id, :title_id, :location_id, "
+              ":media_type_id, :barcode, "
+              "'Media', :description, :year, :copy, :status)");
+  const bool lost = fresh.id % 97 == 0;
   query.bind("id", fresh.id).bind("holding_id", fresh.holdingId).bind("title_id", fresh.titleId);
   query.bind("location_id", fresh.locationId);
   query.bind("media_type_id", fresh.mediaTypeId == 0 ? std::nullopt : std::optional(fresh.mediaTypeId));
   query.bind("barcode", numbered("3100", fresh.id, 6));
   query.bind("description", dice.percent(80) ? "Colour, with sound" : "With a printed guide");
-  query.bind("year", std::to_string(dice.between(1988, 2024))).bind("copy", copy).run();
-  world.items.push_back(fresh);
+  query.bind("year", std::to_string(dice.between(1988, 2024))).bind("copy", copy);
+  query.bind("status", lost ? "Lost" : "").run();
+  if (!lost) world.items.push_back(fresh);
 }
 
 void makeMediaTypes(Connection& db, World& world) {

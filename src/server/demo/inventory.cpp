@@ -128,6 +128,7 @@ void makeEquipmentTypes(Connection& db, World& world) {
   };
   for (const EquipmentTypeRow& row : equipmentTypeRows) add(row.name, false, row.setup, row.cleanup);
   for (const GroupTypeRow& row : groupTypeRows) add(row.name, true, 15, 15);
+  add("Hearing Loop", false, 5, 5);  // wanted, and not bought yet
 }
 
 /// A room of the location, a storage room or not; 0 when it has none.

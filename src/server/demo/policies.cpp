@@ -46,8 +46,10 @@ void addCalendar(Connection& db, std::int64_t id, std::int64_t locationId, Calen
   for (std::size_t weekday = 0; weekday < week.size(); ++weekday) {
     Query dayQuery(db,
                    "insert into calendar_days (calendar_id, weekday, is_open, opens_at, closes_at) "
-                   "values (:calendar_id, :weekday, 1, :opens_at, :closes_at)");
-    dayQuery.bind("calendar_id", id).bind("weekday", static_cast<int>(weekday));
+                   "values (:calendar_id, :weekday, :is_open, :opens_at, :closes_at)");
+    // Nobody drives on Sundays.
+    const bool open = kind != CalendarKind::Delivery || weekday != 0;
+    dayQuery.bind("calendar_id", id).bind("weekday", static_cast<int>(weekday)).bind("is_open", open);
     dayQuery.bind("opens_at", week[weekday].opensAt * 60)
         .bind("closes_at", week[weekday].closesAt * 60)
         .run();
@@ -107,14 +109,16 @@ void addPolicy(Connection& db, std::int64_t id, std::int64_t locationId, std::in
 }
 
 void addPolicyLocations(Connection& db, const World& world, std::int64_t id, std::int64_t locationId) {
-  // The two desks of the city share their things; the college keeps to itself.
+  // The two desks of the city share their things, and see what the college would have if it let them; the
+  // college keeps to itself.
   const bool college = locationId == world.locations[2].id;
   for (const World::Location& location : world.locations) {
-    if ((location.id == world.locations[2].id) != college) continue;
+    const bool ofCollege = location.id == world.locations[2].id;
+    if (college && !ofCollege) continue;
     Query query(db,
                 "insert into policy_locations (policy_id, location_id, security) "
-                "values (:policy_id, :location_id, 1)");
-    query.bind("policy_id", id).bind("location_id", location.id).run();
+                "values (:policy_id, :location_id, :security)");
+    query.bind("policy_id", id).bind("location_id", location.id).bind("security", college == ofCollege).run();
   }
 }
 

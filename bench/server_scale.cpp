@@ -1,0 +1,388 @@
+// What the decisions about bookings cost with 10,000 and with 1,000,000 bookings in the store, what many
+// desks get through at once, and whether any two of them ever end on one thing.
+//
+//   server_scale [postgresql://...]     a SQLite file in the temporary folder without an address; the
+//   database
+//                                       named must be empty
+//   server_scale --small                an eighth of the bookings, for a try
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <httplib.h>
+
+#include "server/administration.h"
+#include "server/database.h"
+#include "server/migrations.h"
+#include "server/moment.h"
+#include "server/occupancy.h"
+#include "server/passwords.h"
+#include "server/requests.h"
+#include "server/server.h"
+
+namespace {
+
+using namespace vantry;
+using namespace vantry::server;
+
+constexpr int pieces = 50'000;
+constexpr int types = 50;
+const Moment firstDay = makeMoment(2024, 1, 1);
+constexpr int perDay = 50;  ///< bookings of one desk on one day, however many there are in all
+const Moment now = makeMoment(2026, 11, 24, 12);
+
+using Tags = std::vector<TagValue>;
+
+void add(Tags& tags, std::initializer_list<std::pair<const char*, std::string>> pairs) {
+  for (const auto& [tag, value] : pairs) tags.push_back({tag, value});
+}
+
+/// The things of the library: locations, a store room, pieces, one policy and one operator.
+void makeLibrary(Connection& db) {
+  db.run("insert into libraries (id, name) values (1, 'Bench')");
+  db.run("insert into locations (id, library_id, name) values (1, 1, 'Desk')");
+  for (int desk = 2; desk <= 20; ++desk) {
+    Query query(db, "insert into locations (id, library_id, name) values (:id, 1, :name)");
+    query.bind("id", desk).bind("name", "Desk " + std::to_string(desk)).run();
+  }
+  db.run("insert into patron_groups (id, name) values (1, 'Group')");
+  db.run("insert into room_types (id, name, storage) values (1, 'Store', 1)");
+  db.run(
+      "insert into rooms (id, location_id, room_type_id, number, name, created_at) values (1, 1, 1, '1', "
+      "'S', 0)");
+  for (int type = 1; type <= types; ++type) {
+    Query query(db, "insert into equipment_types (id, name) values (:id, :name)");
+    query.bind("id", type).bind("name", "Type " + std::to_string(type)).run();
+  }
+  for (int piece = 1; piece <= pieces; ++piece) {
+    Query query(db,
+                "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) "
+                "values (:id, :type_id, :number, 1, 1, 0)");
+    query.bind("id", piece)
+        .bind("type_id", piece % types + 1)
+        .bind("number", "E" + std::to_string(piece))
+        .run();
+  }
+  for (int patron = 1; patron <= 5000; ++patron) {
+    Query query(db, "insert into patrons (id, last_name, search_name) values (:id, :name, :search_name)");
+    query.bind("id", patron)
+        .bind("name", "Patron " + std::to_string(patron))
+        .bind("search_name", "patron")
+        .run();
+    Query card(db,
+               "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) values (:id, 1, "
+               ":code, 1)");
+    card.bind("id", patron).bind("code", "P" + std::to_string(patron)).run();
+  }
+  db.run(
+      "insert into calendars (id, location_id, kind, description, starts_on, ends_on) values "
+      "(1, 1, 2, 'All', 0, 4102444800)");
+  for (int weekday = 0; weekday < 7; ++weekday) {
+    Query query(db,
+                "insert into calendar_days (calendar_id, weekday, is_open, opens_at, closes_at) values "
+                "(1, :weekday, 1, 0, 1440)");
+    query.bind("weekday", weekday).run();
+  }
+  const std::vector<std::string_view> all = allRights();
+  addOperator(
+      db,
+      {.login = "bench", .name = "Bench", .passwordHash = hashPassword("bench password", HashCost::Quick)},
+      now);
+  setRights(db, "bench", "Desk", {all.begin(), all.end()}, now);
+}
+
+/// Ten thousand bookings fill 200 days of one desk, a million 1,000 days of twenty desks.
+int daysOf(int count) {
+  return count <= 10'000 ? 200 : 1000;
+}
+
+/// Bookings spread over the days and desks, each with five pieces for two hours; no piece twice at one time,
+/// since each slot of a day has its own share of the pieces.
+void makeBookings(Connection& db, int from, int until, int count) {
+  const int days = daysOf(count);
+  const int desks = std::max(count / days / perDay, 1);
+  for (int number = from; number < until; ++number) {
+    const int slot = static_cast<int>(static_cast<std::int64_t>(number) * days * 4 / count);
+    const Moment starts = firstDay + slot / 4 * day + (8 + slot % 4 * 3) * hour;
+    const bool over = starts < now;
+    Query query(
+        db,
+        "insert into bookings (id, location_id, booking_type, status, patron_id, patron_group_id, starts_at, "
+        "ends_at, pickup_location_id, equipment_count, created_at, updated_at) values (:id, 1, 3, :status, "
+        ":patron_id, 1, :starts_at, :ends_at, 1, 5, 0, 0)");
+    query.bind("id", number + 1).bind("status", over ? 1 : 0).bind("patron_id", number % 5000 + 1);
+    query.bind("starts_at", starts).bind("ends_at", starts + 2 * hour).run();
+    for (int line = 0; line < 5; ++line) {
+      const std::int64_t piece = (static_cast<std::int64_t>(number) * 5 + line) % pieces + 1;
+      Query row(
+          db,
+          "insert into booking_equipment (id, booking_id, place, equipment_id, equipment_type_id) values "
+          "(:id, :booking_id, :place, :piece, :type_id)");
+      const std::int64_t id = static_cast<std::int64_t>(number) * 5 + line + 1;
+      row.bind("id", id).bind("booking_id", number + 1).bind("place", line + 1).bind("piece", piece);
+      row.bind("type_id", piece % types + 1).run();
+      addOccupancy(db, {ThingKind::Equipment, piece, piece % types + 1},
+                   {.bookingId = number + 1, .lineId = id, .startsAt = starts, .endsAt = starts + 2 * hour});
+    }
+  }
+}
+
+void restartKeys(Database& database, int count) {
+  if (database.dialect().kind != Dialect::Kind::Postgresql) return;
+  database.write([&](Connection& db) {
+    db.run("alter table bookings alter column id restart with " + std::to_string(count + 1));
+    db.run("alter table booking_equipment alter column id restart with " + std::to_string(count * 5 + 1));
+  });
+  database.plain([](Connection& db) { db.run("analyze"); });
+}
+
+class Desk {
+ public:
+  explicit Desk(RequestRunner& runner) : runner_(runner) {
+    token_ = runner_.login("bench", "bench password", "bench").token;
+    (void)send("SLL", {{"LOC", "1"}});
+  }
+
+  std::string send(const char* code, const Tags& tags) {
+    static std::atomic<int> count = 0;
+    const std::string id = std::to_string(++count);
+    return runner_.run({.token = token_, .code = code, .requestId = id, .tags = tags}).json;
+  }
+
+  [[nodiscard]] const std::string& token() const { return token_; }
+
+ private:
+  RequestRunner& runner_;
+  std::string token_;
+};
+
+Tags timesAt(Moment starts) {
+  Tags tags;
+  add(tags, {{"STIME", momentText(starts)}, {"ETIME", momentText(starts + hour)}});
+  return tags;
+}
+
+Tags saveAt(Moment starts, const std::vector<std::int64_t>& things) {
+  Tags tags = timesAt(starts);
+  add(tags, {{"PID", "1"}, {"PGID", "1"}, {"PPID", "0"}, {"ADBK", "N"}, {"LOC", "1"}, {"BTID", "3"}});
+  for (const std::int64_t thing : things) add(tags, {{"EID", std::to_string(thing)}});
+  add(tags, {{"SCHCOM", ""}, {"ODE", "0"}, {"OPU", "0"}, {"WIZ", "N"}, {"UTIME", "0"}, {"CTIME", "0"}});
+  return tags;
+}
+
+Tags checkAt(Moment starts, int count, std::mt19937& random) {
+  Tags tags;
+  add(tags, {{"BOOKID", "0"}, {"LOC", "1"}, {"PGID", "1"}});
+  const Tags times = timesAt(starts);
+  tags.insert(tags.end(), times.begin(), times.end());
+  for (int each = 0; each < count; ++each) add(tags, {{"EID", std::to_string(random() % pieces + 1)}});
+  return tags;
+}
+
+double medianOf(int rounds, const std::function<void()>& work) {
+  std::vector<double> all;
+  for (int round = 0; round < rounds; ++round) {
+    const auto before = std::chrono::steady_clock::now();
+    work();
+    all.push_back(
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - before).count());
+  }
+  std::sort(all.begin(), all.end());
+  return all[all.size() / 2];
+}
+
+void measureScale(Desk& desk, int count) {
+  std::mt19937 random(7);
+  const auto days = static_cast<unsigned>(daysOf(count));
+  const double list = medianOf(51, [&] {
+    const Moment date = firstDay + static_cast<Moment>(random() % days) * day;
+    (void)desk.send("BOOKDAY", {{"DATE", dateText(date)}, {"HBK", "Y"}});
+  });
+  const double check = medianOf(201, [&] {
+    const Moment starts = firstDay + static_cast<Moment>(random() % days) * day + 9 * hour;
+    (void)desk.send("VALEAVL", checkAt(starts, 20, random));
+  });
+  // A time of its own for each save, so that none is refused.
+  Moment free = makeMoment(2027, 6, 1);
+  const double save = medianOf(201, [&] {
+    std::vector<std::int64_t> things;
+    for (int each = 0; each < 5; ++each) things.push_back(static_cast<std::int64_t>(random() % pieces) + 1);
+    (void)desk.send("NEWBK", saveAt(free += 2 * hour, things));
+  });
+  std::printf("%8d bookings: a day's list (%d) %7.3f ms, 20 things %7.3f ms, save of 5 things %7.3f ms\n",
+              count, count / days, list, check, save);
+}
+
+void measureMany(RequestRunner& runner) {
+  constexpr int desks = 16;
+  constexpr int each = 250;
+  std::atomic<int> saved = 0;
+  std::vector<std::thread> threads;
+  const auto before = std::chrono::steady_clock::now();
+  for (int number = 0; number < desks; ++number) {
+    threads.emplace_back([&, number] {
+      Desk desk(runner);
+      std::mt19937 random(static_cast<unsigned>(number));
+      for (int round = 0; round < each; ++round) {
+        const Moment starts = makeMoment(2028, 1, 1) + (number * each + round) * hour;
+        std::vector<std::int64_t> things;
+        for (int thing = 0; thing < 5; ++thing)
+          things.push_back(static_cast<std::int64_t>(random() % pieces) + 1);
+        if (desk.send("NEWBK", saveAt(starts, things)).starts_with("{\"rc\":0")) ++saved;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - before;
+  std::printf("16 desks: %d of %d saves of 5 things done, %.0f a second\n", saved.load(), desks * each,
+              saved.load() / taken.count());
+}
+
+void contest(RequestRunner& first, RequestRunner& second, Database& database, int rounds) {
+  std::map<std::string, int> outcomes;
+  Desk one(first);
+  Desk two(second);
+  for (int round = 0; round < rounds; ++round) {
+    const Tags tags = saveAt(makeMoment(2030, 1, 1) + round * hour, {1, 2});
+    std::string replies[2];
+    std::thread other([&] { replies[1] = two.send("NEWBK", tags); });
+    replies[0] = one.send("NEWBK", tags);
+    other.join();
+    std::vector<std::string> codes;
+    for (const std::string& reply : replies) codes.push_back(reply.substr(0, reply.find(',')));
+    std::sort(codes.begin(), codes.end());
+    ++outcomes[codes[0] + " and " + codes[1]];
+  }
+  for (const auto& [outcome, count] : outcomes)
+    std::printf("contested: %s, %d times\n", outcome.c_str(), count);
+  int doubles = 0;
+  database.read([&](Connection& db) {
+    Query query(
+        db,
+        "select count(*) from occupancy a join occupancy b on a.kind = b.kind and a.thing = b.thing and "
+        "a.id < b.id and a.starts_at < b.ends_at and b.starts_at < a.ends_at where a.kind < 10 and a.thing < "
+        "3");
+    query.into(doubles);
+    while (query.next()) {
+    }
+  });
+  std::printf("contested: %d double bookings in %d rounds\n", doubles, rounds);
+}
+
+std::string bodyOf(const Tags& tags) {
+  std::string body = "{\"tags\":[";
+  for (const TagValue& pair : tags) {
+    body += (body.back() == '[' ? "[\"" : ",[\"") + pair.tag + "\",\"" + pair.value + "\"]";
+  }
+  return body + "]}";
+}
+
+/// The requests that an editor sends for one save, over the wire.
+void measureSequence(const std::string& url, const std::string& token) {
+  Server::Options options;
+  options.database = url;
+  options.clock = [] { return now; };
+  Server server(options);
+  server.start();
+  httplib::Client client("127.0.0.1", server.port());
+  client.set_keep_alive(true);
+  client.set_tcp_nodelay(true);
+  int count = 0;
+  const auto send = [&](const char* code, const Tags& tags) {
+    const httplib::Headers headers{{"Authorization", "Bearer " + token},
+                                   {"Request-Id", "wire" + std::to_string(++count)}};
+    const auto answer =
+        client.Post(std::string("/v1/request/") + code, headers, bodyOf(tags), "application/json");
+    if (!answer || answer->status != 200) std::printf("%s failed\n", code);
+  };
+  Moment starts = makeMoment(2032, 1, 1);
+  std::int64_t thing = 100;
+  const auto with = [](std::initializer_list<std::pair<const char*, std::string>> head, const Tags& times,
+                       const std::vector<std::int64_t>& things,
+                       std::initializer_list<std::pair<const char*, std::string>> tail = {}) {
+    Tags tags;
+    add(tags, head);
+    tags.insert(tags.end(), times.begin(), times.end());
+    for (const std::int64_t each : things) add(tags, {{"EID", std::to_string(each)}});
+    add(tags, tail);
+    return tags;
+  };
+  const double list = medianOf(101, [&] { send("BOOKDAY", {{"DATE", "2026-01-05"}, {"HBK", "Y"}}); });
+  const double save = medianOf(101, [&] {
+    starts += 2 * hour;
+    thing += 5;
+    send("NEWBK", saveAt(starts, {thing, thing + 1, thing + 2, thing + 3, thing + 4}));
+  });
+  const double sequence = medianOf(101, [&] {
+    starts += 2 * hour;
+    thing += 5;
+    const std::vector<std::int64_t> five{thing, thing + 1, thing + 2, thing + 3, thing + 4};
+    const Tags times = timesAt(starts);
+    send("CHKUPD", {{"BOOKID", "1"}, {"UDT", "1970-01-01 00:00:00"}});
+    Tags place{{"LOC", "1"}, {"PGID", "1"}};
+    for (const std::int64_t each : five) add(place, {{"EID", std::to_string(each)}});
+    send("VALPLO", place);
+    send("CPUPTM", {{"PGID", "1"}, {"ADBK", "N"}, times[0], {"SDOW", "1"}, times[1], {"EDOW", "1"}});
+    send("VIUL", with({{"BOOKID", "0"}, {"PGID", "1"}, {"BTID", "3"}}, times, {}));
+    send("VEUL", with({{"BOOKID", "0"}, {"PGID", "1"}, {"BTID", "3"}}, times, five));
+    send("VALIAVL", with({{"BOOKID", "0"}, {"LOC", "1"}, {"PGID", "1"}}, times, {}));
+    send("VALEAVL", with({{"BOOKID", "0"}, {"LOC", "1"}, {"PGID", "1"}}, times, five));
+    send("NEWBK", saveAt(starts, five));
+    send("BOOKDAY", {{"DATE", dateText(starts)}, {"HBK", "Y"}});
+  });
+  std::printf(
+      "over the wire: a day's list %.3f ms, save of 5 things %.3f ms, the nine requests of a save %.3f ms\n",
+      list, save, sequence);
+}
+
+void measure(const std::string& url, int most) {
+  Database database(url, {.connections = 20});
+  migrate(database);
+  database.write([](Connection& db) { makeLibrary(db); });
+  RequestRunner runner(
+      database, [] { return now; }, HashCost::Quick);
+  Desk desk(runner);
+  const auto fill = [&](int from, int until, int count) {
+    for (int at = from; at < until; at += 5000) {
+      database.write([&](Connection& db) { makeBookings(db, at, std::min(at + 5000, until), count); });
+    }
+    restartKeys(database, count + 1'000'000);
+  };
+  fill(0, 10'000, 10'000);
+  measureScale(desk, 10'000);
+  database.write([](Connection& db) { db.run("delete from bookings"); });
+  fill(0, most, most);
+  measureScale(desk, most);
+  measureMany(runner);
+  Database other(url);
+  RequestRunner second(
+      other, [] { return now; }, HashCost::Quick);
+  contest(runner, second, database, 10'000);
+  measureSequence(url, desk.token());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string given = argc > 1 ? argv[1] : "";
+  const bool small = given == "--small";
+  const int most = small ? 125'000 : 1'000'000;
+  if (!given.empty() && !small) {
+    measure(given, most);
+    return 0;
+  }
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vantry-bench-scale";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder);
+  measure((folder / "scale.sqlite").string(), most);
+  std::filesystem::remove_all(folder);
+}
