@@ -10,6 +10,8 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
+#include <QWindow>
 
 #include "desktop/icons.h"
 #include "desktop/qtext.h"
@@ -30,7 +32,7 @@ static const char* pictureOf(Box::Kind kind) {
 /// The text above, the buttons below on a ground of their own.
 class BoxDialog : public QDialog {
  public:
-  explicit BoxDialog(std::string_view caption) : QDialog(QApplication::activeWindow()) {
+  explicit BoxDialog(std::string_view caption) {
     setWindowTitle(caption.empty() ? QApplication::applicationDisplayName() : qt(caption));
     setWindowIcon(icon("vantry"));
     setWindowModality(Qt::ApplicationModal);
@@ -79,6 +81,17 @@ class BoxDialog : public QDialog {
   QHBoxLayout& upper() { return *upper_; }
   int count() const { return count_; }
 
+  /// Stands above the window in front, which may go meanwhile: it is no child of it.
+  int ask() {
+    const QWidget* front = QApplication::activeWindow();
+    winId();
+    adjustSize();
+    if (front) windowHandle()->setTransientParent(front->windowHandle());
+    const QRect around = front ? front->frameGeometry() : screen()->availableGeometry();
+    move(around.center() - rect().center());
+    return exec();
+  }
+
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
@@ -108,7 +121,7 @@ int runBox(const Box& box) {
   }
   dialog.setAccessibleName(dialog.windowTitle());
   dialog.setAccessibleDescription(qt(box.text));
-  const int answer = dialog.exec();
+  const int answer = dialog.ask();
   return answer > 0 ? answer - 1 : dialog.count() - 1;
 }
 
@@ -129,7 +142,7 @@ std::optional<std::string> runInputBox(std::string_view prompt, std::string_view
   dialog.addButton(QObject::tr("&OK"));
   dialog.addButton(QObject::tr("&Cancel"));
   line->setFocus();
-  if (dialog.exec() != 1) return std::nullopt;
+  if (dialog.ask() != 1) return std::nullopt;
   return utf8(line->text());
 }
 

@@ -1,6 +1,9 @@
+#include "platform/calendars.h"
+
 #include "desktop/binder.h"
 #include "desktop/calendar_widget.h"
 #include "desktop/qtext.h"
+#include "desktop/style.h"
 
 namespace vantry {
 
@@ -8,39 +11,46 @@ class CalendarBinder : public Binder {
  public:
   CalendarBinder(CalendarControl& calendar, Host& host, CalendarWidget& widget)
       : Binder(calendar, host, widget), calendar_(calendar), widget_(widget) {
-    widget.onClick = [this](const Date& day) { act([this, day] { calendar_.click(day); }); };
-    widget.onOpen = [this](const Date& day) { act([this, day] { calendar_.doubleClick(day); }); };
-    widget.onMove = [this](int days) { act([this, days] { calendar_.moveBy(days); }); };
+    widget.lookOf = [this](const Date& day) {
+      const DayMark& mark = calendar_.markOf(day);
+      return CalendarWidget::Look{style::colour(mark.colour, QColor()), qt(mark.hint)};
+    };
+    widget.onAction = [this](CalendarWidget::Action action, const Date& day) {
+      const bool twice = action == CalendarWidget::Action::DoubleClick;
+      act([this, twice, day] { twice ? calendar_.doubleClick(day) : calendar_.click(day); });
+    };
   }
-  ~CalendarBinder() override { widget_.onClick = widget_.onOpen = nullptr; }
+  ~CalendarBinder() override {
+    widget_.lookOf = nullptr;
+    widget_.onAction = nullptr;
+  }
 
   void update(Aspect aspect) override {
-    if (aspect == Aspect::Value || aspect == Aspect::Cells) {
-      const DayMark& mark = calendar_.markOf(calendar_.Value);
-      widget_.setAccessibleDescription(
-          qt(serverDate(calendar_.Value) + (mark.hint.empty() ? "" : ", " + mark.hint)));
-      widget_.update();
-    }
+    if (aspect == Aspect::Value) widget_.setChosen(calendar_.Value);
+    if (aspect == Aspect::Cells) widget_.update();
+    if (aspect == Aspect::Value || aspect == Aspect::Cells) describe();
     Binder::update(aspect);
   }
 
  private:
+  /// What a screen reader says of the chosen day.
+  void describe() {
+    const std::string& hint = calendar_.markOf(calendar_.Value).hint;
+    widget_.setAccessibleDescription(qt(serverDate(calendar_.Value) + (hint.empty() ? "" : ", " + hint)));
+  }
+
   CalendarControl& calendar_;
   CalendarWidget& widget_;
 };
 
-static std::unique_ptr<Binder> bindCalendar(Control& control, CalendarWidget::Span span, Host& host,
-                                            QWidget* parent) {
-  auto& calendar = static_cast<CalendarControl&>(control);
-  return std::make_unique<CalendarBinder>(calendar, host, *new CalendarWidget(calendar, span, parent));
-}
-
 std::unique_ptr<Binder> bindMonthCalendar(Control& control, Host& host, QWidget* parent) {
-  return bindCalendar(control, CalendarWidget::Span::Month, host, parent);
+  return std::make_unique<CalendarBinder>(static_cast<CalendarControl&>(control), host,
+                                          *new CalendarWidget(CalendarWidget::Span::Month, parent));
 }
 
 std::unique_ptr<Binder> bindYearCalendar(Control& control, Host& host, QWidget* parent) {
-  return bindCalendar(control, CalendarWidget::Span::Year, host, parent);
+  return std::make_unique<CalendarBinder>(static_cast<CalendarControl&>(control), host,
+                                          *new CalendarWidget(CalendarWidget::Span::Year, parent));
 }
 
 }  // namespace vantry

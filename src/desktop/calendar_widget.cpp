@@ -3,229 +3,238 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
 
 #include "desktop/qtext.h"
 #include "desktop/style.h"
+#include "platform/clock.h"
 
 namespace vantry {
 
-static constexpr int kDaysOfWeek = 7;
+static constexpr int kDays = 7;
 static constexpr int kWeeks = 6;
-static constexpr int kMonthsInRow = 4;
-static constexpr Date kNoDay{0, 0, 0};
+static constexpr int kYearColumns = 4;
+static constexpr int kMonths = 12;
+static constexpr int kMonthCell = 64;
+static constexpr int kYearCell = 24;
+static constexpr int kSmallCell = 34;
 
-CalendarWidget::CalendarWidget(const CalendarControl& calendar, Span span, QWidget* parent)
-    : QWidget(parent), calendar_(calendar), span_(span) {
+CalendarWidget::CalendarWidget(Span span, QWidget* parent)
+    : QWidget(parent), span_(span), firstDay_(QLocale().firstDayOfWeek() % kDays + 1) {
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
+void CalendarWidget::setChosen(const Date& day) {
+  chosen_ = day;
+  update();
+}
+
 QSize CalendarWidget::sizeHint() const {
-  return {840, 540};
-}
-QSize CalendarWidget::minimumSizeHint() const {
-  return {480, 320};
-}
-
-/// The column of a day, counted from the system's first day of the week.
-static int columnOf(const Date& day) {
-  const int first = QLocale().firstDayOfWeek() % kDaysOfWeek + 1;  // the toolkit counts from Monday as 1
-  return (weekday(day) - first + kDaysOfWeek) % kDaysOfWeek;
+  if (span_ == Span::Month) return {kDays * kMonthCell, kWeeks * kMonthCell};
+  if (span_ == Span::Small) return {kDays * kSmallCell, (kWeeks + 1) * kYearCell};
+  return {kYearColumns * kDays * kYearCell, kMonths / kYearColumns * (kWeeks + 2) * kYearCell};
 }
 
-QRectF CalendarWidget::monthRect(int month) const {
-  const QRectF all = QRectF(rect()).adjusted(1, 1, -1, -1);
-  if (span_ == Span::Month) return all;
-  const int place = month - 1;
-  const double width = all.width() / kMonthsInRow;
-  const double height = all.height() / (12 / kMonthsInRow);
-  return QRectF(all.left() + width * (place % kMonthsInRow), all.top() + height * (place / kMonthsInRow),
-                width, height)
-      .adjusted(style::kUnit, style::kUnit, -style::kUnit, -style::kUnit);
+// Places
+
+int CalendarWidget::monthColumns() const {
+  return span_ == Span::Year ? kYearColumns : 1;
 }
 
-QRectF CalendarWidget::titleRect(int month) const {
-  QRectF title = monthRect(month);
-  title.setHeight(span_ == Span::Month ? style::kFieldHeight + style::kUnit : style::kRowHeight);
-  return title;
+QRect CalendarWidget::monthRect(int month) const {
+  if (span_ != Span::Year) return rect();
+  const int columns = monthColumns();
+  const int rows = kMonths / columns;
+  const int gap = 2 * style::kUnit;
+  const int width = (rect().width() - (columns - 1) * gap) / columns;
+  const int height = (rect().height() - (rows - 1) * gap) / rows;
+  const int column = (month - 1) % columns;
+  const int row = (month - 1) / columns;
+  return {column * (width + gap), row * (height + gap), width, height};
 }
 
-QRectF CalendarWidget::weeksRect(int month) const {
-  QRectF weeks = monthRect(month);
-  weeks.setTop(titleRect(month).bottom() + (span_ == Span::Month ? style::kRowHeight : style::kUnit * 3));
-  return weeks;
+int CalendarWidget::titleHeight() const {
+  if (span_ == Span::Small) return 0;  // its window has a title
+  return span_ == Span::Month ? style::kFieldHeight + style::kUnit : style::kRowHeight;
 }
 
-QRectF CalendarWidget::dayRect(const Date& day) const {
-  const QRectF weeks = weeksRect(day.month);
-  const double width = weeks.width() / kDaysOfWeek;
-  const double height = weeks.height() / kWeeks;
-  const int place = columnOf({day.year, day.month, 1}) + day.day - 1;
-  return {weeks.left() + width * (place % kDaysOfWeek), weeks.top() + height * (place / kDaysOfWeek), width,
-          height};
+/// Below the names of the month and of the weekdays.
+QRect CalendarWidget::daysRect(int month) const {
+  return monthRect(month).adjusted(0, titleHeight() + fontMetrics().height() + style::kUnit, 0, 0);
 }
 
-Date CalendarWidget::dayAt(const QPointF& position) const {
-  for (int month = firstMonth(); month < firstMonth() + monthCount(); ++month) {
-    if (!weeksRect(month).contains(position)) continue;
-    for (int day = 1; day <= daysInMonth(calendar_.Year(), month); ++day) {
-      if (dayRect({calendar_.Year(), month, day}).contains(position)) return {calendar_.Year(), month, day};
+QRect CalendarWidget::cell(int month, int place) const {
+  const QRect days = daysRect(month);
+  const auto along = [](int start, int length, int parts, int part) { return start + length * part / parts; };
+  const int column = place % kDays;
+  const int row = place / kDays;
+  const int left = along(days.left(), days.width(), kDays, column);
+  const int top = along(days.top(), days.height(), kWeeks, row);
+  return {left, top, along(days.left(), days.width(), kDays, column + 1) - left,
+          along(days.top(), days.height(), kWeeks, row + 1) - top};
+}
+
+int CalendarWidget::lead(int month) const {
+  return (weekday({chosen_.year, month, 1}) - firstDay_ + kDays) % kDays;
+}
+
+bool CalendarWidget::shows(const Date& day) const {
+  return day.year == chosen_.year && (span_ == Span::Year || day.month == chosen_.month);
+}
+
+QRect CalendarWidget::rectOf(const Date& day) const {
+  return cell(day.month, lead(day.month) + day.day - 1);
+}
+
+std::optional<Date> CalendarWidget::dayAt(const QPoint& position) const {
+  for (int month = 1; month <= kMonths; ++month) {
+    if (!shows({chosen_.year, month, 1}) || !daysRect(month).contains(position)) continue;
+    for (int day = 1; day <= daysInMonth(chosen_.year, month); ++day) {
+      const Date date{chosen_.year, month, day};
+      if (rectOf(date).contains(position)) return date;
     }
   }
-  return kNoDay;
+  return std::nullopt;
 }
+
+// Painting
 
 void CalendarWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (span_ == Span::Month) {
-    painter.setPen(style::outline());
-    painter.setBrush(palette().base());
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
+  for (int month = 1; month <= kMonths; ++month) {
+    if (shows({chosen_.year, month, 1})) paintMonth(painter, month);
   }
-  for (int month = firstMonth(); month < firstMonth() + monthCount(); ++month) paintMonth(painter, month);
 }
 
 void CalendarWidget::paintMonth(QPainter& painter, int month) const {
-  const QLocale names = QLocale::c();
-  const QRectF title = titleRect(month);
-  if (span_ == Span::Year) {
-    painter.setPen(style::hairline());
+  const QLocale names = QLocale::c();  // the program speaks one language
+  const QRect all = monthRect(month);
+  const QRect days = daysRect(month);
+  if (span_ != Span::Small) {
+    painter.setPen(style::outline());
     painter.setBrush(palette().base());
-    painter.drawRoundedRect(monthRect(month).adjusted(-3, -3, 3, 3), style::kRadius, style::kRadius);
+    painter.drawRoundedRect(QRectF(all).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
+    painter.setFont(span_ == Span::Month ? style::headingFont() : style::captionFont());
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(QRect(all.left(), all.top(), all.width(), titleHeight()), Qt::AlignCenter,
+                     QStringLiteral("%1 %2").arg(names.standaloneMonthName(month)).arg(chosen_.year));
   }
-  painter.setFont(span_ == Span::Month ? style::headingFont() : style::captionFont());
-  painter.setPen(palette().color(QPalette::Text));
-  painter.drawText(title, Qt::AlignCenter,
-                   names.standaloneMonthName(month) + QString(" %1").arg(calendar_.Year()));
-
-  const QRectF weeks = weeksRect(month);
-  const double width = weeks.width() / kDaysOfWeek;
   painter.setFont(font());
   painter.setPen(style::quietText());
-  for (int column = 0; column < kDaysOfWeek; ++column) {
-    const int day = (QLocale().firstDayOfWeek() - 1 + column) % kDaysOfWeek + 1;
-    const auto format = span_ == Span::Month ? QLocale::LongFormat : QLocale::NarrowFormat;
-    painter.drawText(
-        QRectF(weeks.left() + width * column, title.bottom(), width, weeks.top() - title.bottom()),
-        Qt::AlignCenter, names.standaloneDayName(day, format));
+  const auto format = span_ == Span::Month  ? QLocale::LongFormat
+                      : span_ == Span::Year ? QLocale::NarrowFormat
+                                            : QLocale::ShortFormat;
+  const int line = days.top() - all.top() - titleHeight();
+  for (int column = 0; column < kDays; ++column) {
+    const int day = (firstDay_ + column + kDays - 2) % kDays + 1;  // 1 for Monday, as the locale counts
+    const QRect place = cell(month, column);
+    painter.drawText(QRect(place.left(), days.top() - line, place.width(), line), Qt::AlignCenter,
+                     names.standaloneDayName(day, format));
   }
-  for (int day = 1; day <= daysInMonth(calendar_.Year(), month); ++day)
-    paintDay(painter, {calendar_.Year(), month, day});
+  for (int day = 1; day <= daysInMonth(chosen_.year, month); ++day)
+    paintDay(painter, {chosen_.year, month, day});
 }
 
 void CalendarWidget::paintDay(QPainter& painter, const Date& day) const {
-  const bool big = span_ == Span::Month;
-  const double inset = big ? 2 : 1;
-  const QRectF box = dayRect(day).adjusted(inset, inset, -inset, -inset);
-  const DayMark& mark = calendar_.markOf(day);
-  const QColor ground = style::colour(mark.colour, palette().color(QPalette::Base));
-  const bool marked = mark.colour != kOwnColour;
-  if (marked || day == hovered_) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(marked ? ground : style::tint());
-    painter.drawRoundedRect(box, style::kRadius, style::kRadius);
-  }
-  if (big && !marked) {
-    painter.setPen(style::hairline());
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(box, style::kRadius, style::kRadius);
-  }
-  if (day == calendar_.Value.get()) {
-    painter.setPen(QPen(hasFocus() ? style::accent() : style::outline(), 2));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(box.adjusted(-1, -1, 1, 1), style::kRadius, style::kRadius);
-  }
-  painter.setPen(marked ? style::readable(palette().color(QPalette::Text), ground)
-                        : palette().color(QPalette::Text));
-  painter.drawText(big ? box.adjusted(style::kUnit, style::kUnit / 2.0, 0, 0) : box,
-                   big ? Qt::AlignLeft | Qt::AlignTop : Qt::AlignCenter, QString::number(day.day));
-  if (big && marked) painter.drawText(box, Qt::AlignCenter, qt(mark.hint));
+  const bool large = span_ == Span::Month;
+  const Look look = lookOf ? lookOf(day) : Look{};
+  const QColor plain = day == hovered_ ? style::tint() : palette().color(QPalette::Base);
+  const QColor ground = look.ground.isValid() ? look.ground : plain;
+  const QRectF box = QRectF(rectOf(day)).adjusted(2.5, 2.5, -2.5, -2.5);
+  painter.setPen(large ? QPen(style::hairline()) : QPen(Qt::NoPen));
+  if (day == chosen_) painter.setPen(QPen(hasFocus() ? style::accent() : style::outline(), 2));
+  painter.setBrush(ground);
+  painter.drawRoundedRect(box, style::kRadius, style::kRadius);
+
+  const bool today = day == SystemClock().now().date;
+  QFont own = font();
+  if (today) own.setWeight(QFont::Bold);
+  painter.setFont(own);
+  const QColor ink = style::readable(palette().color(QPalette::Text), ground);
+  painter.setPen(today ? style::readable(style::accent(), ground) : ink);
+  if (!large) return painter.drawText(box, Qt::AlignCenter, QString::number(day.day));
+  const QRectF room = box.adjusted(style::kUnit, style::kUnit / 2.0, -style::kUnit, -style::kUnit / 2.0);
+  painter.drawText(room, Qt::AlignLeft | Qt::AlignTop, QString::number(day.day));
+  painter.setFont(font());
+  painter.setPen(ink);
+  if (room.height() > 2 * fontMetrics().height())
+    painter.drawText(room, Qt::AlignHCenter | Qt::AlignBottom,
+                     fontMetrics().elidedText(look.hint, Qt::ElideRight, static_cast<int>(room.width())));
 }
 
-void CalendarWidget::hover(const Date& day) {
+// The operator
+
+void CalendarWidget::tell(Action action, const Date& day) {
+  if (!onAction) return;
+  const auto listener = onAction;  // whoever listens may go while it does
+  listener(action, day);
+}
+
+void CalendarWidget::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  if (const auto day = dayAt(event->pos())) tell(Action::Click, *day);
+}
+
+void CalendarWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  if (const auto day = dayAt(event->pos())) tell(Action::DoubleClick, *day);
+}
+
+void CalendarWidget::hover(const std::optional<Date>& day) {
   if (day == hovered_) return;
   hovered_ = day;
   update();
 }
 
-void CalendarWidget::mousePressEvent(QMouseEvent* event) {
-  const Date day = dayAt(event->position());
-  if (event->button() == Qt::LeftButton && day != kNoDay && onClick) onClick(day);
-}
-
-void CalendarWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-  const Date day = dayAt(event->position());
-  if (event->button() == Qt::LeftButton && day != kNoDay && onOpen) onOpen(day);
-}
-
 void CalendarWidget::mouseMoveEvent(QMouseEvent* event) {
-  hover(dayAt(event->position()));
+  hover(dayAt(event->pos()));
 }
+
 void CalendarWidget::leaveEvent(QEvent*) {
-  hover(kNoDay);
+  hover(std::nullopt);
 }
 
 void CalendarWidget::keyPressEvent(QKeyEvent* event) {
-  const Date day = calendar_.Value;
-  const auto monthAway = [&](int months) { return dayNumber(addMonths(day, months)) - dayNumber(day); };
-  int days = 0;
   switch (event->key()) {
     case Qt::Key_Left:
-      days = -1;
-      break;
+      return tell(Action::Move, addDays(chosen_, -1));
     case Qt::Key_Right:
-      days = 1;
-      break;
+      return tell(Action::Move, addDays(chosen_, 1));
     case Qt::Key_Up:
-      days = -kDaysOfWeek;
-      break;
+      return tell(Action::Move, addDays(chosen_, -kDays));
     case Qt::Key_Down:
-      days = kDaysOfWeek;
-      break;
+      return tell(Action::Move, addDays(chosen_, kDays));
     case Qt::Key_PageUp:
-      days = monthAway(-1);
-      break;
+      return tell(Action::Move, addMonths(chosen_, -1));
     case Qt::Key_PageDown:
-      days = monthAway(1);
-      break;
+      return tell(Action::Move, addMonths(chosen_, 1));
     case Qt::Key_Home:
-      days = 1 - day.day;
-      break;
+      return tell(Action::Move, {chosen_.year, chosen_.month, 1});
     case Qt::Key_End:
-      days = daysInMonth(day.year, day.month) - day.day;
-      break;
+      return tell(Action::Move, {chosen_.year, chosen_.month, daysInMonth(chosen_.year, chosen_.month)});
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (onOpen) onOpen(day);
-      return;
+      return tell(Action::DoubleClick, chosen_);
     default:
       QWidget::keyPressEvent(event);
-      return;
   }
-  if (days != 0 && onMove) onMove(days);
-}
-
-void CalendarWidget::focusInEvent(QFocusEvent* event) {
-  QWidget::focusInEvent(event);
-  update();
-}
-
-void CalendarWidget::focusOutEvent(QFocusEvent* event) {
-  QWidget::focusOutEvent(event);
-  update();
 }
 
 bool CalendarWidget::event(QEvent* event) {
-  if (event->type() != QEvent::ToolTip) return QWidget::event(event);
-  const auto* help = static_cast<QHelpEvent*>(event);
-  const Date day = dayAt(help->pos());
-  const QString hint = day == kNoDay ? QString() : qt(calendar_.markOf(day).hint);
-  QToolTip::showText(help->globalPos(), hint, this);
-  return true;
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const auto day = dayAt(help->pos());
+    const QString hint = day && lookOf ? lookOf(*day).hint : QString();
+    QToolTip::showText(help->globalPos(), hint, this, day ? rectOf(*day) : QRect());
+    return true;
+  }
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+  return QWidget::event(event);
 }
 
 }  // namespace vantry

@@ -2,23 +2,34 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 
-#include "platform/calendars.h"
+#include "platform/datetime.h"
 
 namespace vantry {
 
-/// Draws the month or the year of a calendar's date, and tells which day the operator means.
+/// Days of a month large enough to read their marks, the twelve months of a year, or one small month.
 class CalendarWidget : public QWidget {
  public:
-  enum class Span { Month, Year };
-  CalendarWidget(const CalendarControl& calendar, Span span, QWidget* parent);
+  enum class Span { Month, Year, Small };
+  enum class Action { Click, DoubleClick, Move };  ///< moved by the keyboard
+  CalendarWidget(Span span, QWidget* parent);
 
-  std::function<void(const Date&)> onClick;
-  std::function<void(const Date&)> onOpen;
-  std::function<void(int)> onMove;  ///< days
+  struct Look {
+    QColor ground;  ///< not valid: none of its own
+    QString hint;
+  };
+  std::function<Look(const Date&)> lookOf;
+  /// Called last in an event.
+  std::function<void(Action, const Date&)> onAction;
 
+  void setChosen(const Date& day);
+  const Date& chosen() const { return chosen_; }
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
+
+  /// The day at that place, and the place of a day of the span shown.
+  std::optional<Date> dayAt(const QPoint& position) const;
+  QRect rectOf(const Date& day) const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -27,26 +38,26 @@ class CalendarWidget : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
-  int monthCount() const { return span_ == Span::Month ? 1 : 12; }
-  int firstMonth() const { return span_ == Span::Month ? calendar_.Month() : 1; }
-  QRectF monthRect(int month) const;
-  QRectF titleRect(int month) const;
-  /// Where the six weeks of a month stand, below its title and the names of the weekdays.
-  QRectF weeksRect(int month) const;
-  QRectF dayRect(const Date& day) const;
-  Date dayAt(const QPointF& position) const;  ///< no date where no day is
+  int monthColumns() const;
+  int titleHeight() const;
+  void hover(const std::optional<Date>& day);
+  QRect monthRect(int month) const;
+  QRect daysRect(int month) const;
+  QRect cell(int month, int place) const;
+  /// Days before the first of the month in its first week.
+  int lead(int month) const;
+  bool shows(const Date& day) const;
   void paintMonth(QPainter& painter, int month) const;
   void paintDay(QPainter& painter, const Date& day) const;
-  void hover(const Date& day);
+  void tell(Action action, const Date& day);
 
-  const CalendarControl& calendar_;
   Span span_;
-  Date hovered_{0, 0, 0};
+  Date chosen_;
+  std::optional<Date> hovered_;
+  int firstDay_;  ///< first day of the week, 1 for Sunday
 };
 
 }  // namespace vantry

@@ -1,16 +1,15 @@
 #include <QAction>
-#include <QCalendarWidget>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
-#include <QTimeZone>
-#include <QVBoxLayout>
 #include <optional>
 
 #include "desktop/binder.h"
+#include "desktop/date_popup.h"
 #include "desktop/icons.h"
 #include "desktop/qtext.h"
 #include "desktop/style.h"
+#include "platform/clock.h"
 #include "platform/fields.h"
 #include "platform/form.h"
 #include "platform/windows.h"
@@ -143,10 +142,7 @@ class DateBinder : public EntryBinder<DateField, Date> {
   }
 
  private:
-  static Date today() {
-    const QDate date = QDate::currentDate();
-    return {date.year(), date.month(), date.day()};
-  }
+  static Date today() { return SystemClock().now().date; }
 
   void moveBy(int step, bool large) {
     commit();
@@ -158,26 +154,11 @@ class DateBinder : public EntryBinder<DateField, Date> {
   void openCalendar() {
     if (!field().usable()) return;
     commit();
-    auto* popup = new QFrame(&line(), Qt::Popup);
-    popup->setAttribute(Qt::WA_DeleteOnClose);
-    popup->setFrameShape(QFrame::StyledPanel);
-    auto* calendar = new QCalendarWidget(popup);
-    calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    calendar->setFirstDayOfWeek(QLocale().firstDayOfWeek());
-    const Date shown = field().Value.get().value_or(today());
-    calendar->setSelectedDate(QDate(shown.year, shown.month, shown.day));
-    auto* layout = new QVBoxLayout(popup);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->addWidget(calendar);
-    const auto choose = [this, popup](const QDate& date) {
-      popup->close();
-      enter(Date{date.year(), date.month(), date.day()});
+    auto* popup = new DatePopup(field().Value.get().value_or(today()), &line());
+    popup->onChosen = [self = QPointer<DateBinder>(this)](const Date& day) {
+      if (self) self->enter(day);
     };
-    connect(calendar, &QCalendarWidget::clicked, this, choose);
-    connect(calendar, &QCalendarWidget::activated, this, choose);
-    popup->move(line().mapToGlobal(QPoint(0, line().height() + 2)));
-    popup->show();
-    calendar->setFocus();
+    popup->openBelow(line());
   }
 
   std::string format_;

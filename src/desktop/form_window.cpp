@@ -30,6 +30,7 @@ static constexpr int kPaintInterval = 40;
 /// A window with menus is a working window and starts large.
 static constexpr QSize kWorkingSize{1280, 800};
 static constexpr int kNarrowest = 340;
+static constexpr QSize kUnseenScreen{1366, 768};
 static constexpr double kShareOfScreen = 0.94;
 
 static bool isBar(ControlKind kind) {
@@ -131,6 +132,9 @@ static void arrangeContainer(QWidget& widget, const LayoutNode& node, int margin
 
 /// List bars at the ends of the outermost row stand at the sides of the window, without margins.
 static LayoutNode takeSides(LayoutNode node, std::vector<Control*>& left, std::vector<Control*>& right) {
+  std::erase_if(node.children, [](const LayoutNode& child) {
+    return child.kind == LayoutNode::Kind::Item && isBar(child.control->kind());
+  });
   while (node.kind == LayoutNode::Kind::Column && node.children.size() == 1)
     node = LayoutNode(node.children.front());
   if (node.kind != LayoutNode::Kind::Row) return node;
@@ -210,6 +214,12 @@ void FormWindow::enabledChanged() {
   QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, [this] { settling_ = false; }); });
 }
 
+/// A screen that nobody sees has no size of its own that would mean anything.
+static QSize roomOn(const QScreen& screen) {
+  if (QGuiApplication::platformName() == "offscreen") return kUnseenScreen;
+  return screen.availableSize() * kShareOfScreen;
+}
+
 void FormWindow::place(bool modal) {
   setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
   Qt::WindowFlags flags = modal || !form_.Resizable ? Qt::Dialog : Qt::Window;
@@ -218,13 +228,15 @@ void FormWindow::place(bool modal) {
   if ((windowFlags() & flags) != flags) setWindowFlags(flags);
   if (placed_) return;
   placed_ = true;
-  const QSize room = screen()->availableSize() * kShareOfScreen;
+  const QSize room = roomOn(*screen());
   const bool working = menus_ && menus_->bar();
   resize((working ? kWorkingSize.expandedTo(sizeHint()) : sizeHint()).boundedTo(room));
   const QWidget* front = QApplication::activeWindow();
   const QRect around = front && front != this ? front->frameGeometry() : screen()->availableGeometry();
   move(around.center() - rect().center());
-  if (form_.Resizable) desktop_.readGeometry(*this, form_);
+  if (!form_.Resizable) return;
+  desktop_.readGeometry(*this, form_);
+  if (isMaximized()) form_.WindowState.put(FormState::Maximized);
 }
 
 void FormWindow::present(bool modal) {
@@ -235,11 +247,22 @@ void FormWindow::present(bool modal) {
   winId();  // makes the window, which then knows what it stands above
   QWidget* front = QApplication::activeWindow();
   if (modal && front && front != this) windowHandle()->setTransientParent(front->windowHandle());
-  if (Control* active = form_.ActiveControl()) {
-    if (QWidget* widget = widgetOf(*active)) widget->setFocus();
-  }
+  if (QWidget* first = firstFocus()) first->setFocus();
   setVisible(true);
   bringToFront();
+}
+
+/// The control that has the focus by the form's word, or the first one that can have it.
+QWidget* FormWindow::firstFocus() const {
+  if (const Control* active = form_.ActiveControl()) {
+    if (const Binder* binder = binderOf(*active)) return &binder->widget();
+  }
+  for (const auto& binder : binders_) {
+    const ControlKind kind = binder->control().kind();
+    if (isBar(kind) || kind == ControlKind::ListBar || !binder->control().usable()) continue;
+    if (binder->widget().focusPolicy() & Qt::TabFocus) return &binder->widget();
+  }
+  return nullptr;
 }
 
 void FormWindow::bringToFront() {

@@ -65,6 +65,7 @@ class FormWindow : public QWidget, public Host {
   void enabledChanged();
   void place(bool modal);
   QWidget* widgetOf(Control& control) const;
+  QWidget* firstFocus() const;
   bool pressButton(bool Button::*which);
 
   Form& form_;

@@ -19,12 +19,13 @@ class GridBinder : public Binder {
     view.onResizeColumn = [this](int column, int width) {
       act([this, column, width] { grid_.resizeColumn(column, style::twips(width)); });
     };
-    view.enterChooses = static_cast<bool>(grid.DblClick);
+    view.takesEnter = [this] { return static_cast<bool>(grid_.DblClick); };
   }
   ~GridBinder() override {
     view_.onAction = nullptr;
     view_.onMoveColumn = nullptr;
     view_.onResizeColumn = nullptr;
+    view_.takesEnter = nullptr;
     view_.setModel(nullptr);
   }
 

@@ -188,7 +188,7 @@ bool GridView::startSelection(int key) {
 void GridView::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
   if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-    if (enterChooses && selectedRow() >= 0) return tell(Action::Choose, selectedRow(), 0);
+    if (takesEnter && takesEnter() && selectedRow() >= 0) return tell(Action::Choose, selectedRow(), 0);
     return event->ignore();
   }
   const int before = selectedRow();

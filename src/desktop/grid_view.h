@@ -22,7 +22,7 @@ class GridView : public QTableView {
   /// Where the last right click was, on the screen; for the keyboard, below the selected row.
   QPoint menuPlace() const { return menuPlace_; }
   /// Whether Enter chooses a row here.
-  bool enterChooses = false;
+  std::function<bool()> takesEnter;
 
   static constexpr int kBeyond = -1;
   static constexpr int kHeading = -2;

@@ -1,6 +1,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QListView>
+#include <QWheelEvent>
 
 #include "desktop/binder.h"
 #include "desktop/list_model.h"
@@ -85,12 +86,12 @@ class ComboBinder : public ListBinder {
   }
   ~ComboBinder() override {
     widget_.disconnect(this);
-    widget_.setModel(new QAbstractListModelOfNothing(&widget_));
+    widget_.setModel(new NoEntries(&widget_));
   }
 
  private:
   /// Stands in when the control's entries have gone and the widget has not yet.
-  class QAbstractListModelOfNothing : public QAbstractListModel {
+  class NoEntries : public QAbstractListModel {
    public:
     using QAbstractListModel::QAbstractListModel;
     int rowCount(const QModelIndex&) const override { return 0; }
@@ -104,14 +105,16 @@ class ComboBinder : public ListBinder {
 class ListWidget : public QListView {
  public:
   using QListView::QListView;
-  std::function<void()> onEnter;
+  /// Called last in an event; false where Enter means nothing here.
+  std::function<bool()> onEnter;
   QSize sizeHint() const override { return {200, kListRows * style::kRowHeight + 2}; }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && onEnter && currentIndex().isValid()) return onEnter();
-    QListView::keyPressEvent(event);
+    const auto listener = onEnter;  // whoever listens may go while it does
+    if (!enter) return QListView::keyPressEvent(event);
+    if (!listener || !currentIndex().isValid() || !listener()) event->ignore();
   }
 };
 
@@ -124,7 +127,11 @@ class ListBoxBinder : public ListBinder {
     connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { selectionChanged(); });
     connect(&widget, &QListView::doubleClicked, this, [this] { choose(); });
-    if (list.DblClick) widget.onEnter = [this] { choose(); };
+    widget.onEnter = [this] {
+      if (!list_.DblClick) return false;
+      choose();
+      return true;
+    };
   }
   ~ListBoxBinder() override {
     widget_.onEnter = nullptr;
@@ -152,8 +159,20 @@ class ListBoxBinder : public ListBinder {
   ListWidget& widget_;
 };
 
+/// The wheel scrolls the window, not a list that nobody has opened or chosen.
+class ComboWidget : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override {
+    if (hasFocus()) return QComboBox::wheelEvent(event);
+    event->ignore();
+  }
+};
+
 std::unique_ptr<Binder> bindComboBox(Control& control, Host& host, QWidget* parent) {
-  return std::make_unique<ComboBinder>(static_cast<ComboBox&>(control), host, *new QComboBox(parent));
+  return std::make_unique<ComboBinder>(static_cast<ComboBox&>(control), host, *new ComboWidget(parent));
 }
 
 std::unique_ptr<Binder> bindListBox(Control& control, Host& host, QWidget* parent) {

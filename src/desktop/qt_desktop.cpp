@@ -28,6 +28,8 @@ static constexpr QSize kPictureSize{1366, 768};
 static constexpr int kFailure = 1;
 
 QtDesktop::QtDesktop(std::string geometryFile) : geometryFile_(std::move(geometryFile)) {
+  // The program ends when its main window says so, not when a dialog was the only window for a moment.
+  QApplication::setQuitOnLastWindowClosed(false);
   qApp->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusChanged(now); });
 }
@@ -69,6 +71,7 @@ void QtDesktop::dispatch(const std::function<void()>& event) {
 
 void QtDesktop::leave() {
   ended_ = true;
+  for (const auto& [form, window] : windows_) writeGeometry(*window, *form);
   setPointer(Pointer::Default);
   QApplication::exit(failed_ ? kFailure : 0);
 }
@@ -370,6 +373,7 @@ void QtDesktop::readGeometry(QWidget& window, const Form& form) const {
   const QSettings settings(qt(geometryFile_), QSettings::IniFormat);
   const QByteArray geometry = settings.value("Windows/" + qt(form.Name())).toByteArray();
   if (!geometry.isEmpty()) window.restoreGeometry(geometry);
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
 }
 
 void QtDesktop::writeGeometry(const QWidget& window, const Form& form) const {

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QTimer>
 #include <array>
+#include <utility>
 
 #include "desktop/binder.h"
 #include "desktop/icons.h"
@@ -47,10 +48,11 @@ class StatusWidget : public QWidget {
     painter.setPen(style::hairline());
     painter.drawLine(rect().topLeft(), rect().topRight());
     // A quiet line between the panels that say something.
+    bool first = true;
     for (const QLabel* label : labels_) {
-      if (label == labels_.front() || !label->isVisible()) continue;
+      if (!label->isVisible()) continue;
       const int x = label->x() - 2 * style::kUnit;
-      painter.drawLine(x, style::kUnit, x, height() - style::kUnit);
+      if (!std::exchange(first, false)) painter.drawLine(x, style::kUnit, x, height() - style::kUnit);
     }
   }
 

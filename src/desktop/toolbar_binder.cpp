@@ -59,7 +59,7 @@ class ToolBarBinder : public Binder {
     button->setDefaultAction(action);
     button->setToolButtonStyle(tool.Caption.get().empty() ? Qt::ToolButtonIconOnly
                                                           : Qt::ToolButtonTextBesideIcon);
-    button->setFocusPolicy(Qt::TabFocus);
+    button->setFocusPolicy(Qt::NoFocus);
     if (!tool.choices.empty()) {
       auto* menu = new QMenu(button);
       for (Tool* choice : tool.choices) menu->addAction(makeAction(*choice));

@@ -218,6 +218,8 @@ QSize VantryStyle::sizeFromContents(ContentsType type, const QStyleOption* optio
           button && button->toolButtonStyle != Qt::ToolButtonIconOnly && !button->text.isEmpty();
       return {size.width() + (text ? 2 * kUnit : kUnit + 4), std::max(field + 2, size.height() + kUnit + 2)};
     }
+    case CT_TabBarTab:
+      return {size.width() + 2 * kUnit, field + 4};
     case CT_MenuBarItem:
       return {size.width() + 3 * kUnit, kMenuRow};
     case CT_MenuItem: {
@@ -322,6 +324,7 @@ void VantryStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
                    2);
     case PE_FrameMenu:
     case PE_FrameGroupBox:
+    case PE_FrameTabBarBase:
       return;
     case PE_PanelItemViewRow:
     case PE_PanelItemViewItem:
@@ -444,6 +447,16 @@ void VantryStyle::drawControl(ControlElement element, const QStyleOption* option
       painter->setPen(
           item.palette.color(enabled ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
       painter->drawText(item.rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine, item.text);
+      return;
+    }
+    case CE_TabBarTabShape: {
+      // The chosen tab carries the accent, the others only a line below.
+      const bool chosen = isOn(*option, State_Selected);
+      painter->setPen(style::hairline());
+      painter->drawLine(option->rect.bottomLeft(), option->rect.bottomRight());
+      const QRect bar(option->rect.left() + kUnit, option->rect.bottom() - 2,
+                      option->rect.width() - 2 * kUnit, 3);
+      if (chosen) panel(*painter, bar, {}, style::accent(), 1);
       return;
     }
     case CE_MenuBarEmptyArea:

@@ -19,6 +19,28 @@ int countOf(Connection& db, const char* sql, std::int64_t bookingId) {
   return count;
 }
 
+constexpr const char* listColumns =
+    "select b.id, b.status, b.starts_at, b.ends_at, b.administrative, p.withheld, p.last_name, p.first_name, "
+    "p.middle_name, b.booking_type, coalesce(r.name, l.name, t.name, ''), b.equipment_count, b.item_count "
+    "from bookings b left join patrons p on p.id = b.patron_id left join rooms r on r.id = b.room_id "
+    "left join locations l on l.id = b.pickup_location_id "
+    "left join room_types t on t.id = b.wanted_room_type_id ";
+
+void visitRows(Query& query, const BookingListVisitor& visit) {
+  BookingListRow row;
+  int status = 0;
+  std::string last;
+  std::string first;
+  std::string middle;
+  query.into(row.id, status, row.startsAt, row.endsAt, row.administrative, row.withheld, last, first, middle,
+             row.type, row.place, row.equipmentCount, row.itemCount);
+  while (query.next()) {
+    row.status = static_cast<BookingStatus>(status);
+    row.requester = personName(last, first, middle);
+    visit(row);
+  }
+}
+
 LinesOut findLinesOut(Connection& db, std::int64_t bookingId) {
   LinesOut out;
   out.equipment = countOf(db,
@@ -36,29 +58,21 @@ LinesOut findLinesOut(Connection& db, std::int64_t bookingId) {
 
 void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
                    const BookingListVisitor& visit) {
-  BookingListRow row;
-  int status = 0;
-  std::string last;
-  std::string first;
-  std::string middle;
-  Query query(db,
-              "select b.id, b.status, b.starts_at, b.ends_at, b.administrative, p.withheld, p.last_name, "
-              "p.first_name, p.middle_name, b.booking_type, coalesce(r.name, l.name, t.name, ''), "
-              "b.equipment_count, b.item_count "
-              "from bookings b left join patrons p on p.id = b.patron_id "
-              "left join rooms r on r.id = b.room_id "
-              "left join locations l on l.id = b.pickup_location_id "
-              "left join room_types t on t.id = b.wanted_room_type_id "
-              "where b.location_id = :location_id and b.starts_at >= :from_at and b.starts_at < :until_at "
-              "order by b.starts_at, b.id");
+  static const std::string sql = std::string(listColumns) +
+                                 "where b.location_id = :location_id and b.starts_at >= :from_at and "
+                                 "b.starts_at < :until_at order by b.starts_at, b.id";
+  Query query(db, sql);
   query.bind("location_id", locationId).bind("from_at", from).bind("until_at", until);
-  query.into(row.id, status, row.startsAt, row.endsAt, row.administrative, row.withheld, last, first, middle,
-             row.type, row.place, row.equipmentCount, row.itemCount);
-  while (query.next()) {
-    row.status = static_cast<BookingStatus>(status);
-    row.requester = personName(last, first, middle);
-    visit(row);
-  }
+  visitRows(query, visit);
+}
+
+std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId) {
+  static const std::string sql = std::string(listColumns) + "where b.id = :id";
+  std::optional<BookingListRow> found;
+  Query query(db, sql);
+  query.bind("id", bookingId);
+  visitRows(query, [&](const BookingListRow& row) { found = row; });
+  return found;
 }
 
 void visitBookingMarks(Connection& db, std::int64_t locationId, Moment from, Moment until,

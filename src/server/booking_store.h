@@ -31,6 +31,9 @@ using BookingListVisitor = std::function<void(const BookingListRow&)>;
 void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
                    const BookingListVisitor& visit);
 
+/// The row of one booking.
+[[nodiscard]] std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId);
+
 /// Start, end and status of the same bookings, for counts.
 struct BookingMark {
   BookingStatus status = BookingStatus::Live;

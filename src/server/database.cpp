@@ -299,7 +299,10 @@ void Database::runRepeated(const std::function<void()>& once) {
         rethrowAsStoreError();
       }
     } catch (const StoreError& error) {
-      if (error.kind() != StoreError::Kind::Contested || attempt >= mostRetries) throw;
+      // What the net caught was free when the work looked: on the next run it sees what came between.
+      const bool met =
+          error.kind() == StoreError::Kind::Contested || error.kind() == StoreError::Kind::Overlap;
+      if (!met || attempt >= mostRetries) throw;
     }
     backOff(attempt);
   }

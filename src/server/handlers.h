@@ -59,6 +59,17 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> scheduleRequests();
 [[nodiscard]] std::span<const HandlerRow> calendarRequests();
 [[nodiscard]] std::span<const HandlerRow> bookingEndRequests();
+[[nodiscard]] std::span<const HandlerRow> bookingReadRequests();
+[[nodiscard]] std::span<const HandlerRow> bookingWriteRequests();
+[[nodiscard]] std::span<const HandlerRow> bookingListRequests();
+[[nodiscard]] std::span<const HandlerRow> placeCheckRequests();
+[[nodiscard]] std::span<const HandlerRow> usageCheckRequests();
+[[nodiscard]] std::span<const HandlerRow> patronRequests();
+[[nodiscard]] std::span<const HandlerRow> mediaRequests();
+[[nodiscard]] std::span<const HandlerRow> overrideRequests();
+[[nodiscard]] std::span<const HandlerRow> chargeRequests();
+[[nodiscard]] std::span<const HandlerRow> dischargeRequests();
+[[nodiscard]] std::span<const HandlerRow> circulationSearchRequests();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

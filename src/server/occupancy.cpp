@@ -1,6 +1,22 @@
 #include "server/occupancy.h"
 
+#include "server/query_help.h"
+
 namespace vantry::server {
+
+namespace {
+
+/// Read before it is written, since it is one row for all desks and hardly ever changes.
+void keepLongest(Connection& db, ThingKind kind, Moment seconds) {
+  if (longestOccupancy(db, kind) >= seconds) return;
+  Query query(db,
+              "insert into longest_occupancy (kind, seconds) values (:kind, :seconds) "
+              "on conflict (kind) do update set seconds = excluded.seconds "
+              "where longest_occupancy.seconds < excluded.seconds");
+  query.bind("kind", static_cast<int>(kind)).bind("seconds", seconds).run();
+}
+
+}  // namespace
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
   Query query(db,
@@ -9,6 +25,15 @@ void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupati
   query.bind("kind", static_cast<int>(thing.kind)).bind("thing", thing.thing).bind("family", thing.family);
   query.bind("starts_at", occupation.startsAt).bind("ends_at", occupation.endsAt);
   query.bind("booking_id", occupation.bookingId).bind("line_id", occupation.lineId).run();
+  keepLongest(db, thing.kind, occupation.endsAt - occupation.startsAt);
+}
+
+Moment longestOccupancy(Connection& db, ThingKind kind) {
+  Moment seconds = 0;
+  Query query(db, "select seconds from longest_occupancy where kind = :kind");
+  query.bind("kind", static_cast<int>(kind));
+  fetchOne(query, seconds);
+  return seconds;
 }
 
 void freeThingsOf(Connection& db, std::int64_t bookingId) {

@@ -37,6 +37,9 @@ struct Occupation {
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
 
+/// No occupancy of the kind is longer, in seconds. It bounds every search for what overlaps a period.
+[[nodiscard]] Moment longestOccupancy(Connection& db, ThingKind kind);
+
 /// Gives everything back that the booking holds.
 void freeThingsOf(Connection& db, std::int64_t bookingId);
 

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "server/accounts.h"
+#include "server/due_bookings.h"
 #include "server/handlers.h"
 #include "server/reply_store.h"
 #include "words/requests.h"
@@ -29,6 +30,15 @@ Reply runGuarded(Handler handler, Context& context, const Message& message) {
   } catch (const Refused& refused) {
     context.db.run("rollback to savepoint request");
     context.db.run("release savepoint request");
+    return refused.reply;
+  }
+}
+
+/// Nothing was written, so that a refusal is a reply like any other.
+Reply runReader(Handler handler, Context& context, const Message& message) {
+  try {
+    return handler(context, message);
+  } catch (const Refused& refused) {
     return refused.reply;
   }
 }
@@ -70,7 +80,7 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
     judged = judge(db, incoming, now);
     if (!judged.session || judged.refusal || handler == nullptr) return;
     Context context{db, *judged.session, now};
-    answer.json = handler->run(context, Message(incoming.tags)).json();
+    answer.json = runReader(handler->run, context, Message(incoming.tags)).json();
   });
   if (!judged.session) return answer;
   const bool stale = judged.session->expiresAt < now + sessionLife - sessionStaleness;
@@ -115,6 +125,7 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
 
 void RequestRunner::keepHouse() {
   database_.write([&](Connection& db) { dropExpired(db, clock_()); });
+  settleDueBookings(database_, clock_());
 }
 
 }  // namespace vantry::server

@@ -3,6 +3,7 @@
 #include <array>
 #include <map>
 
+#include "server/booking_list.h"
 #include "server/booking_store.h"
 #include "server/handlers.h"
 #include "words/tags.h"
@@ -10,27 +11,6 @@
 namespace vantry::server {
 
 namespace {
-
-/// The requester of a list row: a name; nothing for an administrative booking; "-1" where the name is
-/// withheld.
-std::string_view requesterOf(const BookingListRow& row) {
-  if (row.administrative) return {};
-  return isWithheld(row.withheld, row.status) ? std::string_view("-1") : std::string_view(row.requester);
-}
-
-void addBooking(Reply& reply, const BookingListRow& row) {
-  reply.record()
-      .set(tags::BOOKID, row.id)
-      .set(tags::BKRES, static_cast<int>(row.status))
-      .set(tags::STIME, momentText(row.startsAt))
-      .set(tags::ETIME_, momentText(row.endsAt))
-      .set(tags::REQ, requesterOf(row))
-      .set(tags::CNUM, confirmationNumber(row.id))
-      .set(tags::BTYP, bookingTypeName(row.type))
-      .set(tags::DPL, row.place)
-      .set(tags::ECNT, row.equipmentCount)
-      .set(tags::ICNT, row.itemCount);
-}
 
 /// History is shown when it is asked for by somebody who may see it.
 bool showsHistory(Context& context, const Message& message) {
@@ -43,7 +23,7 @@ Reply bookingsOfDay(Context& context, const Message& message) {
   if (!date) return reply;
   const bool history = showsHistory(context, message);
   visitBookings(context.db, context.session.locationId, *date, *date + day, [&](const BookingListRow& row) {
-    if (history || !isHistorical(row.status, row.endsAt, context.now)) addBooking(reply, row);
+    if (history || !isHistorical(row.status, row.endsAt, context.now)) addBookingRow(reply, row);
   });
   return reply;
 }

@@ -138,6 +138,7 @@ create index equipment_type on equipment (equipment_type_id, location_id);
 create index equipment_group on equipment (group_id);
 create index equipment_room on equipment (room_id);
 create index equipment_number on equipment (number);
+@postgresql create index equipment_number_bytes on equipment (number collate "C");
 create table barcode_statuses (
   id $KEY,
   name text not null,
@@ -150,6 +151,7 @@ create table equipment_barcodes (
   primary key (equipment_id, barcode)
 );
 create index equipment_barcodes_code on equipment_barcodes (barcode);
+@postgresql create index equipment_barcodes_code_bytes on equipment_barcodes (barcode collate "C");
 create table status_types (
   id $KEY,
   for_rooms smallint not null,
@@ -251,6 +253,7 @@ create table patrons (
   counters_set_at bigint
 );
 create index patrons_name on patrons (search_name);
+@postgresql create index patrons_name_bytes on patrons (search_name collate "C");
 create index patrons_institution on patrons (institution_id);
 create table patron_barcodes (
   id $KEY,
@@ -260,6 +263,7 @@ create table patron_barcodes (
   status_id bigint not null references barcode_statuses
 );
 create index patron_barcodes_code on patron_barcodes (barcode);
+@postgresql create index patron_barcodes_code_bytes on patron_barcodes (barcode collate "C");
 create index patron_barcodes_patron on patron_barcodes (patron_id);
 create table staff (
   patron_id bigint primary key references patrons,
@@ -291,6 +295,7 @@ create table holdings (
 );
 create index holdings_title on holdings (title_id);
 create index holdings_call_number on holdings (call_number_kind, search_call_number);
+@postgresql create index holdings_call_number_bytes on holdings (call_number_kind, search_call_number collate "C");
 create table items (
   id $KEY,
   holding_id bigint not null references holdings on delete cascade,
@@ -309,6 +314,7 @@ create table items (
 create index items_holding on items (holding_id);
 create index items_title on items (title_id);
 create index items_barcode on items (barcode);
+@postgresql create index items_barcode_bytes on items (barcode collate "C");
 )";
 
 constexpr std::string_view policies = R"(
@@ -429,6 +435,8 @@ create index bookings_room on bookings (room_id, starts_at);
 create index bookings_setup_staff on bookings (setup_staff_id) where setup_staff_id is not null;
 create index bookings_cleanup_staff on bookings (cleanup_staff_id) where cleanup_staff_id is not null;
 create index bookings_due on bookings (ends_at) where status in (0, 99);
+create index bookings_current on bookings (patron_id) where status in (0, 99, 999);
+create index bookings_room_out on bookings (room_id) where room_charged_at is not null and room_returned_at is null;
 create table booking_items (
   id $KEY,
   booking_id bigint not null references bookings on delete cascade,
@@ -443,6 +451,7 @@ create table booking_items (
 );
 create index booking_items_booking on booking_items (booking_id, place);
 create index booking_items_item on booking_items (item_id);
+create index booking_items_out on booking_items (item_id) where charged_at is not null and returned_at is null;
 create table booking_equipment (
   id $KEY,
   booking_id bigint not null references bookings on delete cascade,
@@ -457,6 +466,7 @@ create table booking_equipment (
 );
 create index booking_equipment_booking on booking_equipment (booking_id, place);
 create index booking_equipment_piece on booking_equipment (equipment_id);
+create index booking_equipment_out on booking_equipment (equipment_id) where charged_at is not null and returned_at is null;
 create table occupancy (
   id $KEY,
   kind smallint not null,

@@ -171,6 +171,20 @@ TEST_F(ControlsTest, ATypedDateCountsOnceItIsWholeOrLeft) {
   EXPECT_TRUE(form.dtDay.isEmpty());
 }
 
+TEST_F(ControlsTest, ADateIsChosenInItsCalendar) {
+  form.dtDay.Value = Date{2026, 11, 24};
+  auto& line = find<QLineEdit>(form, "dtDay");
+  QTest::keyClick(&line, Qt::Key_F4);
+  QWidget* popup = QApplication::activePopupWidget();
+  ASSERT_NE(popup, nullptr);
+  QWidget* calendar = QApplication::focusWidget();
+  for (const auto key : {Qt::Key_PageDown, Qt::Key_Right}) QTest::keyClick(calendar, key);
+  EXPECT_EQ(form.dtDay.shortDate(), "2026-11-24") << "moving about chooses nothing";
+  QTest::keyClick(calendar, Qt::Key_Return);
+  EXPECT_EQ(form.dtDay.shortDate(), "2026-12-25");
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
 TEST_F(ControlsTest, AButtonFindsTheValueThatIsStillBeingTyped) {
   std::optional<Time> seen;
   form.cmdOK.Click = [&] { seen = form.tmDay.Value; };

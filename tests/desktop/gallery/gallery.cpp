@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QPixmap>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 #include <iostream>
@@ -12,10 +13,12 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "platform/bars.h"
+#include "platform/calendars.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
 #include "platform/form.h"
 #include "platform/grid.h"
+#include "platform/tabs.h"
 #include "platform/tree.h"
 #include "platform/windows.h"
 
@@ -325,6 +328,25 @@ class IconForm : public Form {
   std::vector<std::unique_ptr<Image>> pictures;
 };
 
+class CalendarForm : public Form {
+ public:
+  explicit CalendarForm(Windows& all) : Form(all, "frmCalendars") {
+    Caption = "Booking Calendars";
+    for (const char* caption : {"Delivery", "Library/Media Center Scheduled", "Pickup"})
+      tabSched.addTab(caption);
+    tabSched.SelectedTab = 1;
+    for (CalendarControl* calendar : std::initializer_list<CalendarControl*>{&calMonth, &calYear}) {
+      calendar->Value = Date{2026, 11, 24};
+      for (int day = 2; day < 300; day += 3)
+        calendar->mark(addDays({2026, 3, 1}, day), {day % 2 == 0 ? 0xC0FFC0U : 0xFFD0B0U, "3 bookings"});
+    }
+    Layout = Column{tabSched, Row{calMonth, calYear}};
+  }
+  TabStrip tabSched{*this, "tabSched"};
+  MonthCalendar calMonth{*this, "calMonth"};
+  YearCalendar calYear{*this, "calYear"};
+};
+
 /// Pictures of what is open now beside the form.
 static void pictureOf(QWidget* widget, const QString& file) {
   QApplication::processEvents();
@@ -348,6 +370,7 @@ int main(int argc, char** argv) {
   FieldsForm fields(all);
   LogonForm logon(all);
   IconForm icons(all);
+  CalendarForm calendars(all);
 
   day.Show();
   desktop.handleEvents();
@@ -367,6 +390,17 @@ int main(int argc, char** argv) {
   fields.Show();
   desktop.handleEvents();
   desktop.writePicture(fields, utf8(folder + "fields.png"));
+  QTest::keyClick(QApplication::activeWindow()->findChild<QWidget*>("dtEnd"), Qt::Key_F4);
+  pictureOf(QApplication::activePopupWidget(), folder + "date.png");
+  QApplication::activePopupWidget()->close();
+  calendars.Show();
+  desktop.handleEvents();
+  desktop.writePicture(calendars, utf8(folder + "calendars.png"));
+  desktop.showHelp("");
+  desktop.handleEvents();
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->objectName() == "help") pictureOf(window, folder + "help.png");
+  }
   logon.Show();
   desktop.handleEvents();
   desktop.writePicture(logon, utf8(folder + "logon.png"));

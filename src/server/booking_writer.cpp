@@ -1,0 +1,284 @@
+#include "server/booking_writer.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+
+#include "server/occupancy.h"
+#include "server/query_help.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+void requireRow(Connection& db, const char* sql, std::int64_t id, std::string_view tag) {
+  if (id == 0) return;
+  int found = 0;
+  Query query(db, sql);
+  query.bind("id", id);
+  if (!fetchOne(query, found)) refuseTag(tag);
+}
+
+std::int64_t familyOf(Connection& db, const MediaAsk& ask) {
+  std::int64_t title = 0;
+  Query query(db, "select title_id from holdings where id = :id");
+  query.bind("id", ask.holdingId);
+  if (!fetchOne(query, title) || title != ask.titleId) refuseTag(tags::MI);
+  return ask.holdingId;
+}
+
+ResolvedMedia resolveMedia(Connection& db, const MediaAsk& ask) {
+  requireRow(db, "select 1 from media_types where id = :id", ask.mediaTypeId, tags::MTID);
+  if (ask.item != 0) {
+    const std::optional<MediaItem> item = findItem(db, ask.item);
+    if (!item) refuseTag(tags::IM);
+    return {{ask.mediaTypeId, item->titleId, item->holdingId, item->id}, item->holdingId};
+  }
+  if (ask.titleId == 0) refuseTag(tags::BI);
+  requireRow(db, "select 1 from titles where id = :id", ask.titleId, tags::BI);
+  return {ask, ask.holdingId == 0 ? 0 : familyOf(db, ask)};
+}
+
+/// A wish is needless for each piece of its type that stands in the room.
+class RoomStock {
+ public:
+  explicit RoomStock(const std::vector<ResolvedPiece>& pieces) {
+    for (const ResolvedPiece& each : pieces) {
+      if (each.inRoom) ++stock_[each.piece.typeId];
+    }
+  }
+  bool take(std::int64_t typeId) {
+    const auto found = stock_.find(typeId);
+    if (found == stock_.end() || found->second == 0) return false;
+    --found->second;
+    return true;
+  }
+
+ private:
+  std::map<std::int64_t, int> stock_;
+};
+
+void addWishes(Connection& db, const BookingDraft& draft, ResolvedThings& things) {
+  RoomStock stock(things.equipment);
+  std::set<std::int64_t> inferred;
+  for (const EquipmentLine& line : draft.equipment) {
+    if (line.ask.piece != 0) continue;
+    // Two media types that need the same equipment share it.
+    if (line.inferred && !inferred.insert(line.ask.typeId).second) continue;
+    if (equipmentTypeName(db, line.ask.typeId).empty()) refuseTag(tags::ETI);
+    if (stock.take(line.ask.typeId)) {
+      things.roomSatisfied = true;
+      continue;
+    }
+    ResolvedPiece wish;
+    wish.piece.typeId = line.ask.typeId;
+    wish.inferred = line.inferred;
+    things.equipment.push_back(wish);
+  }
+}
+
+void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
+  query.bind("booking_type", draft.type).bind("administrative", draft.administrative);
+  query.bind("by_wizard", draft.byWizard).bind("patron_id", orNothing(draft.patronId));
+  query.bind("patron_group_id", orNothing(draft.groupId));
+  query.bind("pickup_patron_id", orNothing(draft.pickupPatronId));
+  query.bind("starts_at", times.from).bind("ends_at", times.until);
+  query.bind("setup_minutes", draft.setupMinutes).bind("cleanup_minutes", draft.cleanupMinutes);
+  query.bind("setup_staff_id", orNothing(draft.setupStaffId));
+  query.bind("cleanup_staff_id", orNothing(draft.cleanupStaffId));
+  query.bind("room_id", orNothing(draft.roomId));
+  query.bind("pickup_location_id", orNothing(draft.pickupLocationId));
+  query.bind("wanted_room_type_id", orNothing(draft.roomWish.typeId));
+  query.bind("wanted_location_id", orNothing(draft.roomWish.locationId));
+  query.bind("wanted_capacity", draft.roomWish.capacity);
+  query.bind("wanted_capacity_op", draft.roomWish.atMost).bind("note", draft.note);
+}
+
+/// Takes each thing once, however many lines name it: a group may stand beside one of its members.
+class Taker {
+ public:
+  Taker(Connection& db, std::int64_t bookingId, const Period& period)
+      : db_(db), bookingId_(bookingId), period_(period) {}
+
+  void take(const Thing& thing, std::optional<std::int64_t> line) {
+    const bool single = static_cast<int>(thing.kind) < 10;
+    if (single && !taken_.insert({static_cast<int>(thing.kind), thing.thing}).second) return;
+    addOccupancy(
+        db_, thing,
+        {.bookingId = bookingId_, .lineId = line, .startsAt = period_.from, .endsAt = period_.until});
+  }
+
+  void takePiece(const Piece& piece, std::int64_t line) {
+    take({ThingKind::Equipment, piece.id, piece.typeId}, line);
+    if (!piece.isGroup) return;
+    for (const Piece& member : membersOf(db_, piece.id)) {
+      take({ThingKind::Equipment, member.id, member.typeId}, line);
+    }
+  }
+
+ private:
+  Connection& db_;
+  std::int64_t bookingId_;
+  Period period_;
+  std::set<std::pair<int, std::int64_t>> taken_;
+};
+
+std::int64_t insertPiece(Connection& db, std::int64_t bookingId, std::int64_t place,
+                         const ResolvedPiece& line) {
+  std::int64_t id = 0;
+  Query query(
+      db,
+      "insert into booking_equipment (booking_id, place, equipment_id, equipment_type_id, is_generic, "
+      "inferred, in_room) values (:booking_id, :place, :equipment_id, :type_id, :is_generic, :inferred, "
+      ":in_room) returning id");
+  query.bind("booking_id", bookingId).bind("place", place).bind("equipment_id", orNothing(line.piece.id));
+  query.bind("type_id", line.piece.typeId).bind("is_generic", line.piece.id == 0);
+  query.bind("inferred", line.inferred).bind("in_room", line.inRoom);
+  fetchOne(query, id);
+  return id;
+}
+
+std::int64_t insertMedia(Connection& db, std::int64_t bookingId, std::int64_t place,
+                         const ResolvedMedia& line) {
+  std::int64_t id = 0;
+  Query query(db,
+              "insert into booking_items (booking_id, place, media_type_id, title_id, holding_id, item_id, "
+              "is_generic) values (:booking_id, :place, :media_type_id, :title_id, :holding_id, :item_id, "
+              ":is_generic) returning id");
+  query.bind("booking_id", bookingId).bind("place", place);
+  query.bind("media_type_id", orNothing(line.ask.mediaTypeId)).bind("title_id", line.ask.titleId);
+  query.bind("holding_id", orNothing(line.ask.holdingId)).bind("item_id", orNothing(line.ask.item));
+  query.bind("is_generic", line.ask.item == 0);
+  fetchOne(query, id);
+  return id;
+}
+
+void setCounts(Connection& db, std::int64_t bookingId, const ResolvedThings& things) {
+  const auto booked = std::count_if(things.equipment.begin(), things.equipment.end(),
+                                    [](const ResolvedPiece& each) { return !each.inRoom; });
+  Query query(
+      db, "update bookings set item_count = :item_count, equipment_count = :equipment_count where id = :id");
+  query.bind("item_count", static_cast<std::int64_t>(things.media.size()));
+  query.bind("equipment_count", static_cast<std::int64_t>(booked)).bind("id", bookingId).run();
+}
+
+void takeRoom(Connection& db, const BookingDraft& draft, Taker& taker) {
+  // A delivery only passes through its room; the library's own schedule takes it.
+  if (draft.type != 1) return;
+  if (draft.roomId != 0) {
+    const std::optional<BookableRoom> room = findRoom(db, draft.roomId);
+    return taker.take({ThingKind::Room, draft.roomId, room ? room->typeId : 0}, std::nullopt);
+  }
+  if (draft.roomWish.typeId == 0) return;
+  taker.take({ThingKind::RoomWish, draft.roomWish.typeId, draft.roomWish.locationId}, std::nullopt);
+}
+
+}  // namespace
+
+ResolvedThings resolveThings(Connection& db, const BookingDraft& draft) {
+  ResolvedThings things;
+  std::set<std::int64_t> pieces;
+  for (const EquipmentLine& line : draft.equipment) {
+    if (line.ask.piece == 0 || !pieces.insert(line.ask.piece).second) continue;
+    const std::optional<Piece> piece = findPiece(db, line.ask.piece);
+    if (!piece) refuseTag(tags::EID);
+    // A piece that has left the room since then needs a booking of its own after all.
+    const bool inRoom = line.inRoom && draft.roomId != 0 && piece->roomId == draft.roomId;
+    things.equipment.push_back({.piece = *piece, .inRoom = inRoom, .inferred = false});
+  }
+  addWishes(db, draft, things);
+  std::set<std::int64_t> items;
+  for (const MediaAsk& ask : draft.media) {
+    if (ask.item != 0 && !items.insert(ask.item).second) continue;
+    things.media.push_back(resolveMedia(db, ask));
+  }
+  return things;
+}
+
+void requireKeys(Connection& db, const BookingDraft& draft) {
+  requireRow(db, "select 1 from patrons where id = :id", draft.patronId, tags::PID);
+  requireRow(db, "select 1 from patron_groups where id = :id", draft.groupId, tags::PGID);
+  requireRow(db, "select 1 from patrons where id = :id", draft.pickupPatronId, tags::PPID);
+  requireRow(db, "select 1 from patrons where id = :id", draft.setupStaffId, tags::ODE);
+  requireRow(db, "select 1 from patrons where id = :id", draft.cleanupStaffId, tags::OPU);
+  requireRow(db, "select 1 from rooms where id = :id", draft.roomId, tags::RID);
+  requireRow(db, "select 1 from locations where id = :id", draft.pickupLocationId, tags::LOC);
+  requireRow(db, "select 1 from locations where id = :id", draft.roomWish.locationId, tags::LOC);
+  requireRow(db, "select 1 from room_types where id = :id", draft.roomWish.typeId, tags::RTI);
+}
+
+std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Period& times,
+                           const Stamp& stamp) {
+  std::int64_t id = 0;
+  Query query(
+      db,
+      "insert into bookings (location_id, booking_type, administrative, by_wizard, patron_id, "
+      "patron_group_id, pickup_patron_id, starts_at, ends_at, setup_minutes, cleanup_minutes, "
+      "setup_staff_id, "
+      "cleanup_staff_id, room_id, pickup_location_id, wanted_room_type_id, wanted_location_id, "
+      "wanted_capacity, wanted_capacity_op, note, created_at, created_by, created_location, updated_at, "
+      "updated_by, updated_location) values (:location_id, :booking_type, :administrative, :by_wizard, "
+      ":patron_id, :patron_group_id, :pickup_patron_id, :starts_at, :ends_at, :setup_minutes, "
+      ":cleanup_minutes, :setup_staff_id, :cleanup_staff_id, :room_id, :pickup_location_id, "
+      ":wanted_room_type_id, :wanted_location_id, :wanted_capacity, :wanted_capacity_op, :note, :created_at, "
+      ":created_by, :created_location, :updated_at, :updated_by, :updated_location) returning id");
+  query.bind("location_id", stamp.locationId);
+  bindDraft(query, draft, times);
+  query.bind("created_at", stamp.at).bind("created_by", stamp.operatorId);
+  query.bind("created_location", stamp.locationId).bind("updated_at", stamp.at);
+  query.bind("updated_by", stamp.operatorId).bind("updated_location", stamp.locationId);
+  fetchOne(query, id);
+  return id;
+}
+
+void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Stamp& stamp) {
+  Query query(
+      db,
+      "update bookings set booking_type = :booking_type, administrative = :administrative, "
+      "by_wizard = :by_wizard, patron_id = :patron_id, patron_group_id = :patron_group_id, "
+      "pickup_patron_id = :pickup_patron_id, starts_at = :starts_at, ends_at = :ends_at, "
+      "setup_minutes = :setup_minutes, cleanup_minutes = :cleanup_minutes, setup_staff_id = :setup_staff_id, "
+      "cleanup_staff_id = :cleanup_staff_id, room_id = :room_id, pickup_location_id = :pickup_location_id, "
+      "wanted_room_type_id = :wanted_room_type_id, wanted_location_id = :wanted_location_id, "
+      "wanted_capacity = :wanted_capacity, wanted_capacity_op = :wanted_capacity_op, note = :note, "
+      "updated_at = :updated_at, updated_by = :updated_by, updated_location = :updated_location "
+      "where id = :id");
+  bindDraft(query, draft, draft.times.front());
+  query.bind("updated_at", stamp.at).bind("updated_by", stamp.operatorId);
+  query.bind("updated_location", stamp.locationId).bind("id", bookingId).run();
+  Query items(db, "delete from booking_items where booking_id = :booking_id");
+  items.bind("booking_id", bookingId).run();
+  Query pieces(db, "delete from booking_equipment where booking_id = :booking_id");
+  pieces.bind("booking_id", bookingId).run();
+  freeThingsOf(db, bookingId);
+}
+
+void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Period& times,
+              const ResolvedThings& things) {
+  Taker taker(db, bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
+  takeRoom(db, draft, taker);
+  std::int64_t place = 0;
+  for (const ResolvedPiece& line : things.equipment) {
+    const std::int64_t id = insertPiece(db, bookingId, ++place, line);
+    if (line.inRoom) continue;
+    if (line.piece.id != 0) {
+      taker.takePiece(line.piece, id);
+    } else {
+      taker.take({ThingKind::EquipmentWish, line.piece.typeId, line.piece.typeId}, id);
+    }
+  }
+  place = 0;
+  for (const ResolvedMedia& line : things.media) {
+    const std::int64_t id = insertMedia(db, bookingId, ++place, line);
+    if (line.ask.item != 0) {
+      taker.take({ThingKind::Item, line.ask.item, line.family}, id);
+    } else {
+      taker.take({ThingKind::ItemWish, line.ask.titleId, line.family}, id);
+    }
+  }
+  setCounts(db, bookingId, things);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "server/booking_message.h"
+#include "server/booking_store.h"
+#include "server/database.h"
+
+namespace vantry::server {
+
+/// A booking's things with everything that is stored of them.
+struct ResolvedPiece {
+  Piece piece;  ///< its id is 0 on a wish, which has a type only
+  bool inRoom = false;
+  bool inferred = false;
+};
+struct ResolvedMedia {
+  MediaAsk ask;
+  std::int64_t family = 0;  ///< the holdings record of an item or of a wish
+};
+struct ResolvedThings {
+  std::vector<ResolvedPiece> equipment;
+  std::vector<ResolvedMedia> media;
+  bool roomSatisfied = false;  ///< what stands in the room made a wish needless
+};
+
+/// Looks everything up that the draft names, takes out what is named twice and what the room satisfies.
+/// Throws Refused for a key that points nowhere.
+[[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft);
+
+/// Throws Refused where a patron, room, location or type of the draft does not exist.
+void requireKeys(Connection& db, const BookingDraft& draft);
+
+/// Writes a new booking for one of the draft's times; gives its key.
+std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Period& times,
+                           const Stamp& stamp);
+
+/// Writes the draft over a booking and takes all its lines away, with what they held.
+void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Stamp& stamp);
+
+/// Adds the lines, and takes the things for the time that they are needed.
+void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Period& times,
+              const ResolvedThings& things);
+
+}  // namespace vantry::server

@@ -1,0 +1,139 @@
+#include "server/policy_store.h"
+
+#include <algorithm>
+#include <string>
+
+#include "server/query_help.h"
+
+namespace vantry::server {
+
+namespace {
+
+std::int64_t readPolicyRow(Connection& db, std::int64_t locationId, std::int64_t groupId,
+                           DeskPolicy& policy) {
+  std::int64_t id = 0;
+  PatronLimits& limits = policy.limits;
+  Query query(db,
+              "select id, most_bookings, most_items, most_equipment, most_late_returns, most_cancelled, "
+              "most_unclaimed, most_fees, warning_minutes, early_charge_minutes from policies "
+              "where location_id = :location_id and coalesce(patron_group_id, 0) = :group_id");
+  query.bind("location_id", locationId).bind("group_id", groupId);
+  fetchOne(query, id, limits.bookings, limits.items, limits.equipment, limits.lateReturns, limits.cancelled,
+           limits.unclaimed, limits.fees, policy.warningMinutes, policy.earlyChargeMinutes);
+  return id;
+}
+
+char unitOf(const std::string& text) {
+  return text.empty() ? 'U' : text.front();
+}
+
+void readLocations(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+  std::int64_t location = 0;
+  bool security = false;
+  Query query(db, "select location_id, security from policy_locations where policy_id = :policy_id");
+  query.bind("policy_id", policyId).into(location, security);
+  while (query.next()) policy.locations[location] = security;
+}
+
+std::map<std::int64_t, TypeRule> readTypeRules(Connection& db, std::int64_t policyId, const char* sql) {
+  std::map<std::int64_t, TypeRule> rules;
+  std::int64_t type = 0;
+  TypeRule rule;
+  std::string unit;
+  Query query(db, sql);
+  query.bind("policy_id", policyId)
+      .into(type, rule.mayBook, rule.mayDeliver, rule.mayPickUp, rule.longest.count, unit);
+  while (query.next()) {
+    rule.longest.unit = unitOf(unit);
+    rules[type] = rule;
+  }
+  return rules;
+}
+
+void readRoomRules(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+  std::int64_t type = 0;
+  RoomRule rule;
+  std::string unit;
+  Query query(db,
+              "select room_type_id, may_deliver, may_schedule, longest, longest_unit from policy_room_types "
+              "where policy_id = :policy_id");
+  query.bind("policy_id", policyId).into(type, rule.mayDeliver, rule.maySchedule, rule.longest.count, unit);
+  while (query.next()) {
+    rule.longest.unit = unitOf(unit);
+    policy.roomTypes[type] = rule;
+  }
+}
+
+bool covers(const CalendarRow& row, std::span<const Period> periods) {
+  return std::any_of(periods.begin(), periods.end(), [&](const Period& each) {
+    const Moment first = startOfDay(each.from);
+    const Moment last = startOfDay(each.until);
+    return (row.startsOn <= first && first <= row.endsOn) || (row.startsOn <= last && last <= row.endsOn);
+  });
+}
+
+bool hasActiveBarcode(Connection& db, std::int64_t patronId, std::int64_t groupId) {
+  int count = 0;
+  Query query(db,
+              "select count(*) from patron_barcodes b join barcode_statuses s on s.id = b.status_id "
+              "where b.patron_id = :patron_id and s.active = 1 and "
+              "(:any_group = 0 or b.patron_group_id = :group_id)");
+  query.bind("patron_id", patronId).bind("any_group", groupId).bind("group_id", groupId);
+  fetchOne(query, count);
+  return count > 0;
+}
+
+}  // namespace
+
+DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t groupId) {
+  DeskPolicy policy;
+  const std::int64_t id = readPolicyRow(db, locationId, groupId, policy);
+  if (id == 0) {
+    policy.locations[locationId] = true;
+    return policy;
+  }
+  readLocations(db, id, policy);
+  policy.equipmentTypes =
+      readTypeRules(db, id,
+                    "select equipment_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
+                    "from policy_equipment_types where policy_id = :policy_id");
+  policy.mediaTypes =
+      readTypeRules(db, id,
+                    "select media_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
+                    "from policy_media_types where policy_id = :policy_id");
+  readRoomRules(db, id, policy);
+  return policy;
+}
+
+std::vector<OpenCalendar> loadCalendars(Connection& db, std::int64_t locationId, CalendarKind kind,
+                                        std::span<const Period> periods) {
+  std::vector<OpenCalendar> calendars;
+  for (const CalendarRow& row : calendarsOf(db, locationId, kind)) {
+    if (!covers(row, periods)) continue;
+    calendars.push_back({row.startsOn, row.endsOn, weekOf(db, row.id), exceptionsOf(db, row.id)});
+  }
+  return calendars;
+}
+
+std::optional<PatronState> loadPatronState(Connection& db, std::int64_t patronId, std::int64_t groupId) {
+  PatronState state;
+  Moment expires = 0;
+  Query query(db,
+              "select hold_mail, coalesce(expires_at, 0), late_returns, cancelled_bookings, "
+              "unclaimed_bookings, fees from patrons where id = :id");
+  query.bind("id", patronId);
+  if (!fetchOne(query, state.holdMail, expires, state.lateReturns, state.cancelled, state.unclaimed,
+                state.fees)) {
+    return std::nullopt;
+  }
+  state.expiresAt = orNothing(expires);
+  state.barcodeActive = hasActiveBarcode(db, patronId, groupId);
+  Query current(db,
+                "select count(*), coalesce(sum(item_count), 0), coalesce(sum(equipment_count), 0) "
+                "from bookings where patron_id = :patron_id and status in (0, 99, 999)");
+  current.bind("patron_id", patronId);
+  fetchOne(current, state.bookings, state.items, state.equipment);
+  return state;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "server/database.h"
+#include "server/policy_calendar.h"
+#include "server/policy_rules.h"
+
+namespace vantry::server {
+
+/// The policy of a desk towards a patron group; 0 stands for administrative bookings. A desk for which none
+/// is stored books its own things without limits.
+[[nodiscard]] DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t groupId);
+
+/// The desk's calendars of the kind that cover the first or the last day of one of the periods.
+[[nodiscard]] std::vector<OpenCalendar> loadCalendars(Connection& db, std::int64_t locationId,
+                                                      CalendarKind kind, std::span<const Period> periods);
+
+/// How a patron stands; the barcode is judged within the group, or within any for group 0. Nothing for an
+/// unknown patron.
+[[nodiscard]] std::optional<PatronState> loadPatronState(Connection& db, std::int64_t patronId,
+                                                         std::int64_t groupId);
+
+}  // namespace vantry::server

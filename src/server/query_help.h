@@ -1,0 +1,21 @@
+#pragma once
+
+#include "server/database.h"
+
+namespace vantry::server {
+
+/// Runs the query to its end and leaves the last row in the targets; false when it gave none.
+template <class... Targets>
+bool fetchOne(Query& query, Targets&... targets) {
+  query.into(targets...);
+  bool found = false;
+  while (query.next()) found = true;
+  return found;
+}
+
+/// An id as it is stored: 0 points nowhere.
+inline std::optional<std::int64_t> orNothing(std::int64_t id) {
+  return id == 0 ? std::nullopt : std::optional(id);
+}
+
+}  // namespace vantry::server

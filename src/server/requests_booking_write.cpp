@@ -1,0 +1,113 @@
+// Saving bookings. The checks of the windows are requests of their own, made before; so the save decides
+// again about everything that two bookings could both want.
+
+#include <array>
+
+#include "server/booking_writer.h"
+#include "server/policy_store.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int notFound = 2;
+constexpr int satisfiedByRoom = 137;
+constexpr int timesOverlap = 181;
+constexpr int notEditable = 7;
+constexpr int inProgress = 106;
+
+std::vector<Period> takenTimesOf(const BookingDraft& draft) {
+  std::vector<Period> taken;
+  for (const Period& each : draft.times) {
+    taken.push_back(takenFor(each, draft.setupMinutes, draft.cleanupMinutes));
+  }
+  return taken;
+}
+
+void refuseUnless(const Findings& findings, Reply (*replyOf)(const Findings&)) {
+  if (!findings.clean()) throw Refused{replyOf(findings)};
+}
+
+/// Throws Refused, with the reply of the check that would tell the same, when something is taken.
+void requireFree(Context& context, const BookingDraft& draft, std::int64_t bookingId) {
+  const std::int64_t group = draft.administrative ? 0 : draft.groupId;
+  const DeskPolicy policy = loadPolicy(context.db, context.session.locationId, group);
+  const UsageQuestion question{policy, takenTimesOf(draft), bookingId, draft.roomId};
+  const Aspects conflicts{.conflicts = true};
+  if (draft.type == 1 && draft.roomId != 0) {
+    if (const auto room = findRoom(context.db, draft.roomId)) {
+      refuseUnless(judgeRoom(context.db, question, *room, conflicts), roomReply);
+    }
+  }
+  refuseUnless(judgeMedia(context.db, question, draft.media, conflicts), mediaReply);
+  std::vector<EquipmentAsk> asks;
+  for (const EquipmentLine& line : draft.equipment) {
+    if (!line.inRoom) asks.push_back(line.ask);
+  }
+  refuseUnless(judgeEquipment(context.db, question, asks, conflicts), equipmentReply);
+}
+
+Stamp stampAt(const Context& context, Moment at) {
+  return {.at = at, .operatorId = context.session.operatorId, .locationId = context.session.locationId};
+}
+
+void addCreated(Reply& reply, const Context& context, std::int64_t id, const std::string& location) {
+  reply.record()
+      .set(tags::BOOKID, id)
+      .set(tags::CNM, context.session.operatorName)
+      .set(tags::LNA, location)
+      .set(tags::CDT, momentText(context.now))
+      .set(tags::CNUM, confirmationNumber(id));
+}
+
+Reply newBookings(Context& context, const Message& message) {
+  const BookingDraft draft = draftOf(message);
+  if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
+  requireKeys(context.db, draft);
+  const ResolvedThings things = resolveThings(context.db, draft);
+  requireFree(context, draft, 0);
+  const std::string location = locationName(context.db, context.session.locationId);
+  Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  for (const Period& times : draft.times) {
+    const std::int64_t id = insertBooking(context.db, draft, times, stampAt(context, context.now));
+    addLines(context.db, id, draft, times, things);
+    addCreated(reply, context, id, location);
+  }
+  return reply;
+}
+
+Reply changeBooking(Context& context, const Message& message) {
+  const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
+  if (!state) return Reply(notFound);
+  if (isOut(state->status)) return Reply(inProgress);
+  if (state->status != BookingStatus::Live) return Reply(notEditable);
+  const BookingDraft draft = draftOf(message);
+  if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
+  // Several times make several bookings, and only a new one can become several.
+  if (draft.times.size() > 1) refuseTag(tags::STIME);
+  requireKeys(context.db, draft);
+  const ResolvedThings things = resolveThings(context.db, draft);
+  requireFree(context, draft, state->id);
+  const Moment stamp = nextStamp(state->updatedAt, context.now);
+  rewriteBooking(context.db, state->id, draft, stampAt(context, stamp));
+  addLines(context.db, state->id, draft, draft.times.front(), things);
+  Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  reply.head(tags::UNM, context.session.operatorName)
+      .head(tags::LNA, locationName(context.db, context.session.locationId))
+      .head(tags::UDT, momentText(stamp));
+  return reply;
+}
+
+constexpr std::array rows{
+    HandlerRow{"NEWBK", newBookings},
+    HandlerRow{"UPDBK", changeBooking},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> bookingWriteRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

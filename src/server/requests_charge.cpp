@@ -1,0 +1,264 @@
+// Handing a booking out: all of it, or nothing and the reasons.
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+#include "server/circulation_rules.h"
+#include "server/circulation_store.h"
+#include "server/handlers.h"
+#include "server/occupancy.h"
+#include "server/policy_store.h"
+#include "server/thing_store.h"
+#include "server/usage_store.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int notFound = 2;
+constexpr int notChargeable = 7;
+constexpr int notCharged = 128;
+
+namespace failure {
+constexpr int roomOut = 107;
+constexpr int pieceOut = 125;
+constexpr int itemOut = 126;
+constexpr int tooEarly = 127;
+constexpr int noRoom = 134;
+constexpr int noItem = 135;
+constexpr int noPiece = 136;
+constexpr int pieceStatus = 175;
+constexpr int roomStatus = 176;
+constexpr int itemStatus = 177;
+}  // namespace failure
+
+namespace occasion {
+constexpr std::int64_t pieceCharged = 2;
+constexpr std::int64_t roomCharged = 7;
+}  // namespace occasion
+
+/// Goes through a booking once: finds what speaks against the charge, and fills the wishes on the way. When
+/// something speaks against it, the whole request is undone.
+class Charger {
+ public:
+  Charger(Context& context, const DeskBooking& booking)
+      : context_(context),
+        db_(context.db),
+        booking_(booking),
+        pieces_(pieceLinesOf(db_, booking.id)),
+        items_(itemLinesOf(db_, booking.id)),
+        policy_(loadPolicy(db_, booking.locationId, booking.groupId)) {}
+
+  Reply charge() {
+    judgeTime();
+    judgeRoom();
+    for (ItemLine& line : items_) line.itemId == 0 ? fillItem(line) : judgeItem(line);
+    for (PieceLine& line : pieces_) line.pieceId == 0 ? fillPiece(line) : judgePiece(line);
+    if (failures_.recordCount() > 0) {
+      failures_.setRc(notCharged);
+      throw Refused{failures_};
+    }
+    const Stamp stamp{.at = nextStamp(booking_.updatedAt, context_.now),
+                      .operatorId = context_.session.operatorId,
+                      .locationId = context_.session.locationId};
+    markCharged(db_, booking_, {context_.now, stamp.operatorId, stamp.locationId});
+    if (stamp.at != context_.now) setBookingStatus(db_, booking_.id, BookingStatus::Charged, stamp);
+    addNotes();
+    return reply_;
+  }
+
+ private:
+  Reply& fail(int code) { return failures_.record().set(tags::CHFA, code); }
+
+  [[nodiscard]] AskedTime asked() const { return {booking_.taken, booking_.id}; }
+
+  /// Until when another booking takes one of the things, should it be handed out at once.
+  std::optional<Moment> heldUntil() {
+    std::optional<Moment> until;
+    if (context_.now >= booking_.taken.from) return until;
+    const AskedTime before{{context_.now, booking_.taken.from}, booking_.id};
+    const auto look = [&](ThingKind kind, std::int64_t thing) {
+      for (const TakenTime& each : takenTimes(db_, kind, thing, before)) {
+        until = std::max(until.value_or(0), each.period.until);
+      }
+    };
+    for (const PieceLine& line : pieces_) {
+      if (line.pieceId != 0 && !line.inRoom) look(ThingKind::Equipment, line.pieceId);
+    }
+    for (const ItemLine& line : items_) {
+      if (line.itemId != 0) look(ThingKind::Item, line.itemId);
+    }
+    if (booking_.type == 1 && booking_.roomId != 0) look(ThingKind::Room, booking_.roomId);
+    return until;
+  }
+
+  void judgeTime() {
+    const Moment earliest = earliestCharge(booking_.times, policy_.earlyChargeMinutes, heldUntil());
+    if (context_.now < earliest) fail(failure::tooEarly).set(tags::STIME, momentText(earliest));
+  }
+
+  void judgeRoom() {
+    if (booking_.roomId == 0) {
+      if (booking_.roomWish.typeId != 0) fillRoom();
+      return;
+    }
+    if (booking_.type != 1) return;
+    const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
+    if (!room) return;
+    if (isRoomOut(db_, room->id, booking_.id)) fail(failure::roomOut).set(tags::RNM, room->name);
+    const std::vector<AppliedStatus> statuses = statusesOfRoom(db_, room->id);
+    if (const AppliedStatus* status = forbiddingStatus(statuses)) {
+      fail(failure::roomStatus).set(tags::RNM, room->name).set(tags::STY, status->name);
+    }
+  }
+
+  void fillRoom() {
+    const std::optional<std::int64_t> found = freeRoom(db_, booking_.roomWish, asked());
+    if (!found) {
+      fail(failure::noRoom);
+      return;
+    }
+    assignRoom(db_, booking_, *found);
+    booking_.roomId = *found;
+    const std::optional<BookableRoom> room = findRoom(db_, *found);
+    reply_.record().set(tags::RID, *found).set(tags::RNM, room ? room->name : std::string());
+  }
+
+  void judgeItem(const ItemLine& line) {
+    const std::optional<MediaItem> item = findItem(db_, line.itemId);
+    if (!item) return;
+    if (isItemOut(db_, item->id, booking_.id)) fail(failure::itemOut).set(tags::TITL, item->title);
+    if (!item->status.empty()) {
+      fail(failure::itemStatus).set(tags::TITL, item->title).set(tags::STY, item->status);
+    }
+  }
+
+  void fillItem(ItemLine& line) {
+    const TitleWish wish{line.titleId, line.holdingId, line.mediaTypeId};
+    const std::optional<std::int64_t> found = freeItem(db_, policy_, wish, asked());
+    if (!found) {
+      fail(failure::noItem).set(tags::TITL, titleOf(db_, line.titleId));
+      return;
+    }
+    assignItem(db_, booking_, line.id, *found);
+    line.itemId = *found;
+    const std::optional<MediaItem> item = findItem(db_, *found);
+    if (!item) return;
+    reply_.record()
+        .set(tags::IM, item->id)
+        .set(tags::TITL, item->title)
+        .set(tags::MDSC, item->description)
+        .set(tags::LO, item->location)
+        .set(tags::CP, item->copy)
+        .set(tags::EN, item->enumeration)
+        .set(tags::CH, item->chronology)
+        .set(tags::YR, item->year);
+  }
+
+  /// A group is out when one of its members is, and a member when its group is.
+  bool isOutElsewhere(const Piece& piece) {
+    if (isPieceOut(db_, piece.id, booking_.id)) return true;
+    if (piece.groupId != 0 && isPieceOut(db_, piece.groupId, booking_.id)) return true;
+    if (!piece.isGroup) return false;
+    const std::vector<Piece> members = membersOf(db_, piece.id);
+    return std::any_of(members.begin(), members.end(),
+                       [&](const Piece& member) { return isPieceOut(db_, member.id, booking_.id); });
+  }
+
+  void judgePiece(const PieceLine& line) {
+    const std::optional<Piece> piece = findPiece(db_, line.pieceId);
+    if (!piece) return;
+    if (isOutElsewhere(*piece)) {
+      fail(failure::pieceOut).set(tags::ENO, piece->number).set(tags::ETY, piece->typeName);
+    }
+    const std::vector<AppliedStatus> statuses = statusesOfPiece(db_, piece->id);
+    if (const AppliedStatus* status = forbiddingStatus(statuses)) {
+      fail(failure::pieceStatus)
+          .set(tags::ENO, piece->number)
+          .set(tags::ETY, piece->typeName)
+          .set(tags::STY, status->name);
+    }
+  }
+
+  void fillPiece(PieceLine& line) {
+    const std::optional<std::int64_t> found = freePiece(db_, policy_, line.typeId, asked());
+    if (!found) {
+      fail(failure::noPiece).set(tags::ETY, equipmentTypeName(db_, line.typeId));
+      return;
+    }
+    assignPiece(db_, booking_, line.id, *found);
+    line.pieceId = *found;
+    const std::optional<Piece> piece = findPiece(db_, *found);
+    if (!piece) return;
+    reply_.record()
+        .set(tags::EID, piece->id)
+        .set(tags::ETY, piece->typeName)
+        .set(tags::AENO, piece->number)
+        .set(tags::EIU, piece->isGroup ? "Y" : "N")
+        .set(tags::RNM, piece->roomName);
+  }
+
+  void addNotes() {
+    if (booking_.roomId != 0) {
+      const std::string note = popupNoteOfRoom(db_, booking_.roomId, occasion::roomCharged);
+      const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
+      if (!note.empty() && room) reply_.record().set(tags::RNO, room->number).set(tags::PMSG, note);
+    }
+    for (const PieceLine& line : pieces_) {
+      const std::string note = popupNoteOfPiece(db_, line.pieceId, occasion::pieceCharged);
+      const std::optional<Piece> piece = findPiece(db_, line.pieceId);
+      if (!note.empty() && piece) reply_.record().set(tags::ENO, piece->number).set(tags::PMSG, note);
+    }
+  }
+
+  Context& context_;
+  Connection& db_;
+  DeskBooking booking_;
+  std::vector<PieceLine> pieces_;
+  std::vector<ItemLine> items_;
+  DeskPolicy policy_;
+  Reply reply_;
+  Reply failures_;
+};
+
+/// What a booking that is out already answers: everything in it is charged, and so nothing can be.
+Reply alreadyCharged(Context& context, const DeskBooking& booking) {
+  Reply reply(notCharged);
+  if (booking.roomChargedAt != 0 && booking.roomReturnedAt == 0) {
+    const std::optional<BookableRoom> room = findRoom(context.db, booking.roomId);
+    reply.record().set(tags::CHFA, failure::roomOut).set(tags::RNM, room ? room->name : std::string());
+  }
+  for (const PieceLine& line : pieceLinesOf(context.db, booking.id)) {
+    const std::optional<Piece> piece = findPiece(context.db, line.pieceId);
+    if (!line.isOut() || !piece) continue;
+    reply.record()
+        .set(tags::CHFA, failure::pieceOut)
+        .set(tags::ENO, piece->number)
+        .set(tags::ETY, piece->typeName);
+  }
+  for (const ItemLine& line : itemLinesOf(context.db, booking.id)) {
+    if (!line.isOut()) continue;
+    reply.record().set(tags::CHFA, failure::itemOut).set(tags::TITL, titleOf(context.db, line.titleId));
+  }
+  return reply;
+}
+
+Reply chargeBooking(Context& context, const Message& message) {
+  const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
+  if (!booking) return Reply(notFound);
+  if (isOut(booking->status)) return alreadyCharged(context, *booking);
+  if (booking->status != BookingStatus::Live) return Reply(notChargeable);
+  return Charger(context, *booking).charge();
+}
+
+constexpr std::array rows{HandlerRow{"CBK", chargeBooking}};
+
+}  // namespace
+
+std::span<const HandlerRow> chargeRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,149 @@
+// Taking back what was handed out, line by line.
+
+#include <algorithm>
+#include <array>
+
+#include "server/circulation_rules.h"
+#include "server/circulation_store.h"
+#include "server/handlers.h"
+#include "server/thing_store.h"
+#include "server/usage_check.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int notFound = 2;
+constexpr int notOut = 7;
+
+namespace occasion {
+constexpr std::int64_t pieceReturned = 3;
+constexpr std::int64_t roomReturned = 8;
+}  // namespace occasion
+
+Reply linesOut(Context& context, const Message& message) {
+  const std::int64_t booking = message.number(tags::BOOKID);
+  Reply reply;
+  for (const ItemLine& line : itemLinesOf(context.db, booking)) {
+    if (!line.isOut()) continue;
+    reply.record().set(tags::TITL, titleOf(context.db, line.titleId)).set(tags::IM, line.itemId);
+  }
+  for (const PieceLine& line : pieceLinesOf(context.db, booking)) {
+    const std::optional<Piece> piece = findPiece(context.db, line.pieceId);
+    if (!line.isOut() || line.inRoom || !piece) continue;
+    reply.record()
+        .set(tags::ETY, piece->typeName)
+        .set(tags::BNO, piece->barcode)
+        .set(tags::ENO, piece->number)
+        .set(tags::EID, piece->id);
+  }
+  return reply;
+}
+
+Reply roomLinesOut(Context& context, const Message& message) {
+  Reply reply;
+  for (const PieceLine& line : pieceLinesOf(context.db, message.number(tags::BOOKID))) {
+    if (line.inRoom && line.isOut()) reply.record().set(tags::EID, line.pieceId);
+  }
+  return reply;
+}
+
+/// The lines that a discharge names. Throws Refused for one that is not out: another desk may have been
+/// quicker.
+struct Returned {
+  std::vector<ItemLine> items;
+  std::vector<PieceLine> pieces;
+  bool allItems = true;  ///< none of the others is out any more
+  bool allPieces = true;
+};
+
+bool takeOut(std::vector<std::int64_t>& asked, std::int64_t id) {
+  const auto found = std::find(asked.begin(), asked.end(), id);
+  if (found == asked.end()) return false;
+  asked.erase(found);
+  return true;
+}
+
+Returned returnedLines(Context& context, const DeskBooking& booking, const Message& message) {
+  Returned returned;
+  std::vector<std::int64_t> items = message.numbers(tags::IM);
+  std::vector<std::int64_t> pieces = message.numbers(tags::EID);
+  for (const ItemLine& line : itemLinesOf(context.db, booking.id)) {
+    if (!line.isOut()) continue;
+    if (takeOut(items, line.itemId)) {
+      returned.items.push_back(line);
+    } else {
+      returned.allItems = false;
+    }
+  }
+  for (const PieceLine& line : pieceLinesOf(context.db, booking.id)) {
+    if (!line.isOut()) continue;
+    if (takeOut(pieces, line.pieceId)) {
+      returned.pieces.push_back(line);
+    } else {
+      returned.allPieces = false;
+    }
+  }
+  if (!items.empty() || !pieces.empty()) throw Refused{Reply(notOut)};
+  return returned;
+}
+
+Moment returnMoment(Context& context, const DeskBooking& booking, const Message& message) {
+  if (message.text(tags::ETIME_).empty()) return context.now;
+  const std::optional<Moment> at = parseMoment(message.text(tags::ETIME_));
+  if (!at || !isSoundReturn(booking.chargedAt, *at, context.now)) refuseTag(tags::ETIME_);
+  return *at;
+}
+
+void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const Returned& returned,
+              bool complete) {
+  if (complete && booking.roomId != 0) {
+    const std::string note = popupNoteOfRoom(context.db, booking.roomId, occasion::roomReturned);
+    const std::optional<BookableRoom> room = findRoom(context.db, booking.roomId);
+    if (!note.empty() && room) reply.record().set(tags::RNO, room->number).set(tags::PMSG, note);
+  }
+  for (const PieceLine& line : returned.pieces) {
+    const std::string note = popupNoteOfPiece(context.db, line.pieceId, occasion::pieceReturned);
+    const std::optional<Piece> piece = findPiece(context.db, line.pieceId);
+    if (!note.empty() && piece) reply.record().set(tags::ENO, piece->number).set(tags::PMSG, note);
+  }
+}
+
+Reply discharge(Context& context, const Message& message) {
+  const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
+  if (!booking) return Reply(notFound);
+  if (!isOut(booking->status)) return Reply(notOut);
+  const Moment at = returnMoment(context, *booking, message);
+  const Returned returned = returnedLines(context, *booking, message);
+  for (const ItemLine& line : returned.items) markItemReturned(context.db, line.id, at);
+  for (const PieceLine& line : returned.pieces) markPieceReturned(context.db, line.id, at);
+  const bool complete = returned.allItems && returned.allPieces;
+  const Stamp stamp{.at = nextStamp(booking->updatedAt, context.now),
+                    .operatorId = context.session.operatorId,
+                    .locationId = context.session.locationId};
+  if (complete) {
+    markComplete(context.db, booking->id, at, stamp);
+    const int late = lateReturnsChange(booking->status, isLate(booking->times, at));
+    changeCounters(context.db, booking->patronId, {.late = late, .historical = 1});
+  } else {
+    setBookingStatus(context.db, booking->id, booking->status, stamp);
+  }
+  Reply reply;
+  addNotes(reply, context, *booking, returned, complete);
+  return reply;
+}
+
+constexpr std::array rows{
+    HandlerRow{"BND", linesOut},
+    HandlerRow{"GIREFD", roomLinesOut},
+    HandlerRow{"DBK", discharge},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> dischargeRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

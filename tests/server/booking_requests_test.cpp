@@ -1,0 +1,345 @@
+// Reading, checking and saving bookings.
+
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+class BookingRequests : public OnEachDatabase {
+ protected:
+  Got save(const std::string& when, const std::string& place, int type, const std::string& things,
+           const std::string& rest = "UTIME=0; CTIME=0") {
+    return send("NEWBK", booking(when, place, type, things, rest));
+  }
+  Got use(const std::string& thing, const std::string& when) {
+    return send("VEQUSG", "BOOKID=0; " + thing + "; PGID=1; LOC=1; " + when);
+  }
+  std::string count(const std::string& table) { return library().value("select count(*) from " + table); }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, BookingRequests, eachDatabase, databaseName);
+
+constexpr const char* film1 = "MTID=1; BI=1; MI=1; IM=1";
+
+TEST_P(BookingRequests, ReadsBackWhatWasSaved) {
+  const Got made = send(
+      "NEWBK",
+      "STIME=2026-03-03 10:00:00; ETIME=2026-03-03 11:30:00; PID=1; PGID=1; PPID=2; ADBK=N; RID=1; BTID=2; "
+      "EID=1; EID=4; EQIR=Y; ETI=1; IFL=Y; ETI=3; IFL=N; MTID=1; BI=1; MI=1; IM=1; MTID=1; BI=1; MI=0; IM=0; "
+      "SCHCOM=It's dark; ODE=5; OPU=0; WIZ=Y; UTIME=15; CTIME=5");
+  EXPECT_EQ(made.text(), "0||BOOKID=1 CDT=2026-03-02 09:00:00 CNM=Operator desk CNUM=0000001 LNA=Main Desk");
+  EXPECT_EQ(
+      send("GETMSD", "BOOKID=1").text(),
+      "0|ADBK=N BKRES=0 BTID=2 CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk CNUM=0000001 CTIME=5 "
+      "ETIME=2026-03-03 11:30:00 ODE=5 OPU=0 PATNM=Bell, Ada PGID=1 PGNM=Students PID=1 PPATNM=Dent, Cy "
+      "PPID=2 "
+      "SCHCOM=It's dark STIME=2026-03-03 10:00:00 UDT=2026-03-02 09:00:00 ULN=Main Desk UNM=Operator desk "
+      "UTIME=15 WIZ=Y");
+  EXPECT_EQ(send("GETSRM", "BOOKID=1").text(), "0|RID=1 RNM=Classroom A");
+  EXPECT_EQ(send("GETSITM", "BOOKID=1").text(),
+            "0||BI=1 IM=1 MI=1 MTID=1 MTY=Film TITL=Volcanoes|BI=1 IM=0 MI=0 MTID=1 MTY=Film TITL=Volcanoes");
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1").text(),
+            "0||BNO=E1 EID=1 EIU=N ENO=TV1 ETI=1 ETY=Television|EID=0 ETI=3 ETY=Video Set");
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1; SC=Y").all("ETY"), "Television,Television,Video Set");
+  EXPECT_EQ(send("GSCIT", "BOOKID=1").text(), "0||ETI=1 MTID=1");
+  EXPECT_EQ(send("GETREQP", "RID=1; BRTY=1").text(), "0||EID=4 EIU=N ENO=PRJ2 ETY=Projector");
+  EXPECT_EQ(send("BOOKDAY", "DATE=2026-03-03; HBK=N").all("ECNT"), "3")
+      << "what stands in the room does not count";
+}
+
+TEST_P(BookingRequests, ReadsPlacesInTheirThreeForms) {
+  save(times(3, "10:00", "11:00"), "LOC=2", 3, "");
+  save(times(3, "10:00", "11:00"), "RCOP=1; RCA=30; LOC=1; RTI=1", 1, "");
+  EXPECT_EQ(send("GETSRM", "BOOKID=1").text(), "0|LOC=2 RID=0");
+  EXPECT_EQ(send("GETSRM", "BOOKID=2").text(),
+            "0|LOC=1 RCA=30 RCOP=1 RID=0 RNM=Main Desk RTI=1 RTY=Classroom");
+}
+
+TEST_P(BookingRequests, StampsTellThatSomebodyChangedIt) {
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
+  EXPECT_EQ(send("CHKUPD", "BOOKID=1; UDT=2026-03-02 09:00:00").rc, 0);
+  const Got changed = send("UPDBK", "BOOKID=1; " + booking(times(3, "12:00", "13:00"), "LOC=1", 3, "EID=1"));
+  EXPECT_EQ(changed.text(), "0|LNA=Main Desk UDT=2026-03-02 09:00:01 UNM=Operator desk");
+  EXPECT_EQ(send("CHKUPD", "BOOKID=1; UDT=2026-03-02 09:00:00").rc, 180);
+  EXPECT_EQ(send("CHKUPD", "BOOKID=1; UDT=2026-03-02 09:00:01").rc, 0);
+  EXPECT_EQ(send("CHKUPD", "BOOKID=9; UDT=2026-03-02 09:00:01").rc, 2);
+}
+
+TEST_P(BookingRequests, SaveRefusesWhatAnotherBookingHoldsAsTheCheckDoes) {
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, std::string("EID=1; ") + film1, "UTIME=15; CTIME=30");
+  struct Row {
+    std::string when;
+    std::string things;
+    const char* reply;
+  };
+  const Row rows[] = {
+      {times(3, "10:59", "12:00"), "EID=1",
+       "149||VUF=159|BNO=E1 CNUM=0000001 ENO=TV1 ETIME=2026-03-03 11:30:00 ETY=Television STIME=2026-03-03 "
+       "09:45:00"},
+      {times(3, "11:29", "12:00"), "EID=1",
+       "149||VUF=159|BNO=E1 CNUM=0000001 ENO=TV1 ETIME=2026-03-03 11:30:00 ETY=Television STIME=2026-03-03 "
+       "09:45:00"},
+      {times(3, "08:00", "09:46"), film1,
+       "150||VUF=158|CNUM=0000001 ETIME=2026-03-03 11:30:00 IM=1 LNA=Main Desk STIME=2026-03-03 09:45:00 "
+       "TITL=Volcanoes"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(save(row.when, "LOC=1", 3, row.things).text(), row.reply) << row.when;
+  EXPECT_EQ(count("bookings"), "1") << "a refused save leaves nothing behind";
+  const std::string check = "BOOKID=0; LOC=1; PGID=1; ";
+  EXPECT_EQ(send("VALEAVL", check + rows[0].when + "; EID=1").text(), rows[0].reply);
+  EXPECT_EQ(send("VALIAVL", check + rows[2].when + "; " + film1).text(), rows[2].reply);
+  EXPECT_EQ(save(times(3, "11:30", "12:00"), "LOC=1", 3, std::string("EID=1; ") + film1).rc, 0);
+  EXPECT_EQ(
+      send("VALEAVL", "BOOKID=1; LOC=1; PGID=1; " + times(3, "10:00", "11:00") + "; EID=1").first("VUF"),
+      "187")
+      << "a booking is not in its own way";
+}
+
+TEST_P(BookingRequests, GroupsTakeTheirMembersAlong) {
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=6");
+  EXPECT_EQ(
+      use("EID=5", times(3, "10:30", "12:00")).text(),
+      "149||VUF=159|CNUM=0000001 ENO=SET1 ETIME=2026-03-03 11:00:00 ETY=Video Set STIME=2026-03-03 10:00:00");
+  save(times(4, "10:00", "11:00"), "LOC=1", 3, "EID=5");
+  EXPECT_EQ(use("EID=7", times(4, "10:30", "12:00")).all("CNUM"), "0000002");
+  EXPECT_EQ(save(times(5, "10:00", "11:00"), "LOC=1", 3, "EID=5; EID=6").rc, 0)
+      << "a set and its member in one";
+}
+
+TEST_P(BookingRequests, WishesCountWhatThereIs) {
+  const std::string ten = times(3, "10:00", "11:00");
+  EXPECT_EQ(save(ten, "LOC=1", 3, "ETI=1; IFL=N").rc, 0);
+  EXPECT_EQ(save(ten, "LOC=1", 3, "ETI=1; IFL=N").rc, 0);
+  const char* none =
+      "149||VUF=160|CNUM=  ETIME=2026-03-03 11:00:00 ETY=Television STIME=2026-03-03 10:00:00 VD1=2 VD2=2";
+  EXPECT_EQ(save(ten, "LOC=1", 3, "ETI=1; IFL=N").text(), none);
+  EXPECT_EQ(save(ten, "LOC=1", 3, "EID=1").text(), none) << "a single piece must not use up a promise";
+  EXPECT_EQ(save(times(3, "11:00", "12:00"), "LOC=1", 3, "ETI=1; IFL=N; ETI=1; IFL=Y").rc, 0);
+  EXPECT_EQ(use("ETI=4", ten).text(), "149|ETY=Camera|VUF=163|VUF=155") << "the only camera is missing";
+}
+
+TEST_P(BookingRequests, WishesForTitlesAndHoldings) {
+  const std::string ten = times(3, "10:00", "11:00");
+  const std::string holding = "MTID=1; BI=1; MI=1; IM=0";
+  const std::string title = "MTID=1; BI=1; MI=0; IM=0";
+  EXPECT_EQ(save(ten, "LOC=1", 3, film1).rc, 0);
+  EXPECT_EQ(save(ten, "LOC=1", 3, title).rc, 0);
+  EXPECT_EQ(save(ten, "LOC=1", 3, holding).text(),
+            "150||VUF=161|CNUM=  ETIME=2026-03-03 11:00:00 IM=0 STIME=2026-03-03 10:00:00 TITL=Volcanoes "
+            "VD1=2 VD2=2");
+  EXPECT_EQ(send("VITMUSG", "BOOKID=0; MTID=1; PGID=1; LOC=1; MI=1; IM=0; " + ten).first("VUF"), "161");
+  EXPECT_EQ(save(ten, "LOC=1", 3, "MTID=1; BI=2; MI=0; IM=0").first("VUF"), "162") << "no film among them";
+}
+
+TEST_P(BookingRequests, RoomsThatTheLibrarySchedulesAreHeldByOneBooking) {
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=1", 1, "", "UTIME=30; CTIME=0").rc, 0);
+  EXPECT_EQ(save(times(3, "09:00", "09:31"), "RID=1", 1, "").text(),
+            "107||VUF=158|CNUM=0000001 ETIME=2026-03-03 11:00:00 STIME=2026-03-03 09:30:00 TITL=Classroom A");
+  const std::string check = "BOOKID=0; " + times(3, "11:15", "12:00") + "; RID=1; PGID=1";
+  EXPECT_EQ(send("VALRMAVL", check).text(), "185||VUF=187");
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=1", 2, "").rc, 0) << "a delivery does not take its room";
+}
+
+TEST_P(BookingRequests, SeveralTimesMakeSeveralBookings) {
+  const std::string two = times(3, "10:00", "11:00") + "; " + times(4, "10:00", "11:00");
+  EXPECT_EQ(save(two, "LOC=1", 3, "EID=1").all("CNUM"), "0000001,0000002");
+  const std::string close = times(5, "10:00", "11:00") + "; " + times(5, "11:00", "12:00");
+  EXPECT_EQ(save(close, "LOC=1", 3, "EID=1", "UTIME=5; CTIME=0").rc, 181) << "set-up belongs to the time";
+  EXPECT_EQ(save(close, "LOC=1", 3, "EID=1").rc, 0);
+  const std::string taken = times(6, "10:00", "11:00") + "; " + times(3, "10:00", "11:00");
+  EXPECT_EQ(save(taken, "LOC=1", 3, "EID=1").rc, 149);
+  EXPECT_EQ(count("bookings"), "4") << "all of them or none";
+  EXPECT_EQ(send("UPDBK", "BOOKID=1; " + booking(two, "LOC=1", 3, "")).text(), "-98|CANTREAD=STIME");
+}
+
+TEST_P(BookingRequests, ConfirmationNumbersNeverComeTwice) {
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
+  send("DELBK", "BOOKID=2");
+  EXPECT_NE(save(times(3, "10:00", "11:00"), "LOC=1", 3, "").first("CNUM"), "0000002");
+}
+
+TEST_P(BookingRequests, WhatStandsInTheRoomFillsAWish) {
+  const Got made = save(times(3, "10:00", "11:00"), "RID=1", 1, "EID=4; EQIR=Y; ETI=2; IFL=N; ETI=2; IFL=Y");
+  EXPECT_EQ(made.rc, 137);
+  EXPECT_EQ(made.first("CNUM"), "0000001") << "saved all the same";
+  EXPECT_EQ(send("GSCIT", "BOOKID=1").records.size(), 0U);
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1; SC=Y").text(), "0||EID=0 ETI=2 ETY=Projector")
+      << "one stands there, two wished";
+}
+
+TEST_P(BookingRequests, BookingsThatAreOverOrOutAreNotChanged) {
+  const std::string fresh = booking(times(3, "12:00", "13:00"), "LOC=1", 3, "");
+  save(times(2, "09:30", "11:00"), "LOC=1", 3, "EID=1");
+  send("CBK", "BOOKID=1");
+  EXPECT_EQ(send("UPDBK", "BOOKID=1; " + fresh).rc, 106);
+  save(times(4, "09:30", "11:00"), "LOC=1", 3, "EID=1");
+  send("CANBK", "BOOKID=2");
+  EXPECT_EQ(send("UPDBK", "BOOKID=2; " + fresh).rc, 7);
+  EXPECT_EQ(send("UPDBK", "BOOKID=3; " + fresh).rc, 2);
+  EXPECT_EQ(use("EID=1", times(4, "09:30", "11:00")).rc, 0) << "a canceled booking holds nothing";
+}
+
+TEST_P(BookingRequests, UsageCheckTellsEveryFailureOfPolicy) {
+  struct Row {
+    const char* thing;
+    std::string when;
+    const char* reply;
+  };
+  const Row rows[] = {
+      {"EID=1", times(3, "10:00", "11:00"), "0|"},
+      {"EID=1", times(3, "10:00", "18:01"), "149|ETY=Television|BKINT=H BKPER=8 VUF=153"},
+      {"EID=9", times(3, "10:00", "11:00"), "149|ETY=Camera|VUF=155"},
+      {"EID=8", times(3, "10:00", "11:00"), "149|ETY=Television|VUF=138"},
+      {"EID=10", times(3, "10:00", "11:00"), "149|ETY=Projector|VUF=184"},
+      {"EID=4", times(3, "10:00", "11:00"), "179|"},
+      {"EID=77", times(3, "10:00", "11:00"), "-98|CANTREAD=EID"},
+      {"ETI=77", times(3, "10:00", "11:00"), "-98|CANTREAD=ETI"},
+      {"EID=1", "STIME=2026-03-03 11:00:00; ETIME=2026-03-03 10:00:00", "-98|CANTREAD=ETIME"},
+      {"EID=1", "STIME=; ETIME=2026-03-03 10:00:00", "-98|CANTREAD=STIME"},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(use(row.thing, row.when).text(), row.reply) << row.thing << " " << row.when;
+  EXPECT_EQ(send("VEQUSG", "BOOKID=0; EID=4; PGID=1; RID=1; " + times(3, "10:00", "11:00")).rc, 0)
+      << "a piece that stands in the booking's room may go with it";
+  EXPECT_EQ(
+      send("VITMUSG", "BOOKID=0; MTID=2; PGID=1; LOC=1; MI=3; IM=5; " + times(3, "10:00", "11:00")).text(),
+      "150|MTY=Slides, Lost|VUF=156|VUF=152");
+  EXPECT_EQ(send("VITMUSG",
+                 "BOOKID=0; MTID=1; PGID=1; LOC=1; MI=2; IM=3; STIME=2026-03-02 10:00:00; "
+                 "ETIME=2026-03-04 10:01:00")
+                .text(),
+            "150|MTY=Film|BKINT=D BKPER=2 VUF=154|VUF=184");
+}
+
+TEST_P(BookingRequests, WarnsOfNeighboursWithinTheDistance) {
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, std::string("EID=1; ") + film1);
+  EXPECT_EQ(use("EID=1", times(3, "11:29", "12:00")).text(), "149|ETY=Television|EID=1 VUF=187");
+  EXPECT_EQ(use("EID=1", times(3, "11:30", "12:00")).rc, 0);
+  EXPECT_EQ(send("VALIAVL", "BOOKID=0; LOC=1; PGID=1; " + times(3, "09:00", "09:31") + "; " + film1).text(),
+            "150|MTY=Film|IM=1 VUF=187");
+  EXPECT_EQ(save(times(3, "11:00", "12:00"), "LOC=1", 3, "EID=1").rc, 0) << "a warning does not stop a save";
+}
+
+TEST_P(BookingRequests, LimitsOfTypesAndCounts) {
+  const std::string head = "BOOKID=0; PGID=1; BTID=3; ";
+  const std::string ten = times(3, "10:00", "11:00");
+  EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3").rc, 0);
+  EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3; ETI=2; IFL=N").text(), "149|ETY=3|VUF=118");
+  EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; ETI=4; IFL=N").text(),
+            "149|ETY=Television, Camera|BKINT=H BKPER=8 VUF=153|VUF=155");
+  EXPECT_EQ(send("VIUL", head + ten + "; " + film1 + "; MTID=1; BI=1; MI=1; IM=2").rc, 0);
+  EXPECT_EQ(
+      send("VIUL", head + ten + "; " + film1 + "; MTID=1; BI=1; MI=1; IM=2; MTID=0; BI=1; MI=0; IM=0").text(),
+      "150|MTY=2|VUF=119");
+}
+
+TEST_P(BookingRequests, CalendarsPlacesAndRooms) {
+  const auto check = [&](const char* code, const std::string& when, const std::string& rest = "") {
+    std::string days = when;
+    days.insert(days.find("; ETIME"), "; SDOW=1");
+    return send(code, "PGID=1; ADBK=N; " + days + "; EDOW=1" + rest).text();
+  };
+  EXPECT_EQ(check("CDELTM", times(2, "09:00", "10:00")), "0|");
+  EXPECT_EQ(check("CDELTM", times(2, "07:00", "21:00")),
+            "167||DATE=0800 STIME=2026-03-02 07:00:00 VUF=169|DATE=2000 ETIME=2026-03-02 21:00:00 VUF=170");
+  EXPECT_EQ(check("CDELTM", times(17, "09:00", "10:00")),
+            "167||STIME=2026-03-17 09:00:00 VUF=168|ETIME=2026-03-17 10:00:00 VUF=168");
+  EXPECT_EQ(check("CPUPTM", times(17, "09:00", "10:00")), "0|") << "only deliveries rest on that day";
+  EXPECT_EQ(check("CPUPTM", times(8, "09:00", "10:00")),
+            "167||STIME=2026-03-08 09:00:00 VUF=166|ETIME=2026-03-08 10:00:00 VUF=166");
+  EXPECT_EQ(check("CRMTM", times(2, "09:00", "13:00"), "; RID=1"), "0|");
+  EXPECT_EQ(check("CRMTM", times(2, "09:00", "13:01"), "; RID=1"), "185||BKINT=H BKPER=4 VUF=188");
+  EXPECT_EQ(check("CRMTM", times(2, "09:00", "13:01"), "; RID=4"), "185||BKINT=H BKPER=4 VUF=188|VUF=138");
+  EXPECT_EQ(
+      send("VALDLO", "RID=1; PGID=1; MTID=2; BI=2; MI=3; IM=4; EID=3; EID=4; EQIR=Y; ETI=1; IFL=N").text(),
+      "146||VD1=ETI VD2=Projector");
+  EXPECT_EQ(send("VALPLO", "LOC=1; PGID=1; MTID=2; BI=2; MI=3; IM=4; EID=3").text(),
+            "145||VD1=MTID VD2=Slides");
+  EXPECT_EQ(send("VALLSL", "RID=2; PGID=1").text(),
+            "157||BKSTS=1 SDT=2026-02-25 06:13:20 SMS=Equipment Faulty SNO=flickers VUF=147|BKDUR=H BKMX=4 "
+            "VUF=148");
+  EXPECT_EQ(send("GDRM", "ADBK=N; PGID=1").all("RNM"), "Classroom A,Classroom B");
+  EXPECT_EQ(send("GLSRM", "ADBK=Y").all("RNM"), "Classroom A,Classroom B");
+}
+
+TEST_P(BookingRequests, Patrons) {
+  const auto requester = [&](int patron) {
+    return send("VALRP", "PID=" + std::to_string(patron) + "; PGID=1; PUP=N").text();
+  };
+  EXPECT_EQ(requester(1), "0|");
+  EXPECT_EQ(requester(2), "109|");
+  EXPECT_EQ(requester(3), "144|");
+  EXPECT_EQ(requester(4), "110|VD1=10.00 VD2=25.50 VUF=5");
+  EXPECT_EQ(requester(5), "108|");
+  EXPECT_EQ(requester(6), "110|VD1=3 VD2=4 VUF=2");
+  EXPECT_EQ(requester(77), "-98|CANTREAD=PID");
+  EXPECT_EQ(send("VALRP", "PID=4; PUP=Y").rc, 0) << "whoever fetches has no limits";
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, film1);
+  EXPECT_EQ(send("PATPRIV", "PGID=1; PID=1").text(),
+            "0|BCNT=1 BKM=3 ECNT=3 ICNT=2 PVALD=2027-01-01 00:00:00");
+  EXPECT_EQ(send("PATPRIV", "PGID=1; PID=3").rc, 144);
+  for (int day = 3; day <= 5; ++day) save(times(day, "12:00", "13:00"), "LOC=1", 3, "");
+  EXPECT_EQ(requester(1), "110|VD1=3 VD2=4 VUF=1");
+  EXPECT_EQ(send("GPBAR", "PID=1").text(),
+            "0||BNO=P100 BST=Active PGID=1 PGNM=Students|BNO=P101 BST=Active PGID=2 PGNM=Teachers");
+}
+
+TEST_P(BookingRequests, StatusesNotesSuggestionsAndMedia) {
+  EXPECT_EQ(send("VES", "EID=1").rc, 0);
+  EXPECT_EQ(send("VES", "EID=2").text(),
+            "151||VD1=1 VD2=Equipment Status:  Damaged. VD3=Damaged|VD1=2 VD2=Television TV2 VD3=New");
+  EXPECT_EQ(send("VES", "EID=9").text(), "151||VD1=3 VD2=Camera CAM1 VD3=Missing");
+  EXPECT_EQ(send("GETPMSG", "PWHI=1; PTYP=1; PWID=1").text(), "0|PMSG=Ask for the remote.");
+  EXPECT_EQ(send("GETPMSG", "PWHI=0; PTYP=8; PWID=1").text(), "0|PMSG=Key back?");
+  EXPECT_EQ(send("GETPMSG", "PWHI=0; PTYP=1; PWID=1").text(), "0|");
+  EXPECT_EQ(send("SUG", "RID=1; EID=1; EID=4; EQIR=Y; ETI=2; IFL=N").text(), "0|CTIME=5 UTIME=25");
+  EXPECT_EQ(send("ITMEQS", "MTID=1; PGID=1; ADBK=N").text(), "0|MTY=Film|ETI=1 ETY=Television")
+      << "a type that the group may not book is none to offer";
+  EXPECT_EQ(send("GBBIB", "IB=M2").text(), "0||BI=1 IM=2 MI=1 MTID=1 MTY=Film TITL=Volcanoes");
+  EXPECT_EQ(send("GBBIB", "IB=x").rc, 2);
+  EXPECT_EQ(send("GMIID", "IM=3").text(), "0|MI=2 MTID=1 MTY=Film");
+  EXPECT_EQ(send("GMIID", "IM=none").rc, 2);
+  EXPECT_EQ(send("GBBMID", "MI=2").text(), "0||BI=1 TITL=Volcanoes");
+  EXPECT_EQ(send("GID", "MI=1; IM=2").text(), "0|CP=2 LO=Main Desk MTID=1 MTY=Film");
+  EXPECT_EQ(send("GMD", "MI=2; BI=1").all("CN"), "QE 521,QE 522");
+  EXPECT_EQ(send("GBHI", "BI=1; MI=2").all("IM"), "3");
+  EXPECT_EQ(send("GBHI", "BI=1; MI=0; BI=2; MI=3").all("IM"), "1,2,3,4,5");
+  EXPECT_EQ(send("GMTYP", "").all("MTY"), "Film,Slides");
+}
+
+TEST_P(BookingRequests, OverridesNeedASupervisorWithTheRightHere) {
+  const std::string good = "c2VjcmV0IG9mIHRoZSBkZXNr";  // base64
+  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=" + good).rc, 0);
+  EXPECT_EQ(send("OPOV", "OVITM=Y; OI=chief; PW=" + good).rc, 120);
+  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=d3Jvbmc=").rc, 121);
+  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=nobody; PW=" + good).rc, 121);
+  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=%%%").rc, 121);
+  for (int attempt = 0; attempt < 5; ++attempt) send("OPOV", "OVPAT=Y; OI=chief; PW=d3Jvbmc=");
+  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=" + good).rc, 121) << "too many tries";
+  EXPECT_EQ(library().value("select count(*) from audit where action = 'override' and subject = 'chief'"),
+            "1");
+}
+
+TEST_P(BookingRequests, MessagesThatMakeNoSenseAreRefusedWhole) {
+  const auto saved = [&](const std::string& tag, const std::string& value) {
+    std::string text = booking(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=1; " + std::string(film1));
+    const std::size_t at = text.find(tag + "=");
+    text.replace(at, text.find(';', at) - at, tag + "=" + value);
+    return send("NEWBK", text).text();
+  };
+  const char* const bad[][2] = {{"PID", "77"}, {"PGID", "77"}, {"PPID", "77"},  {"LOC", "77"},
+                                {"BTID", "4"}, {"EID", "77"},  {"MTID", "77"},  {"IM", "77"},
+                                {"ODE", "77"}, {"OPU", "77"},  {"UTIME", "-1"}, {"UTIME", "1000"},
+                                {"LOC", "0"},  {"PID", "0"},   {"EID", "0"}};
+  for (const auto& [tag, value] : bad) {
+    EXPECT_EQ(saved(tag, value), std::string("-98|CANTREAD=") + tag) << value;
+  }
+  EXPECT_EQ(count("bookings"), "0");
+  EXPECT_EQ(saved("SCHCOM", "'); drop table bookings --"),
+            "0||BOOKID=1 CDT=2026-03-02 "
+            "09:00:00 CNM=Operator desk CNUM=0000001 LNA=Main Desk");
+  EXPECT_EQ(library().send("NEWBK", booking(times(4, "10:00", "11:00"), "LOC=1", 3, ""), "clerk").rc, -96);
+}
+
+}  // namespace
+}  // namespace vantry::server

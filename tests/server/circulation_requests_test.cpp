@@ -1,0 +1,203 @@
+// Charging, discharging, finding what is out, and what time brings about.
+
+#include "server/due_bookings.h"
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+class CirculationRequests : public OnEachDatabase {
+ protected:
+  std::string save(const std::string& when, const std::string& things, const std::string& place = "LOC=1",
+                   int type = 3) {
+    return send("NEWBK", booking(when, place, type, things)).first("BOOKID");
+  }
+  Got charge(const std::string& id) { return send("CBK", "BOOKID=" + id); }
+  std::string status(const std::string& id) { return send("GETMSD", "BOOKID=" + id).first("BKRES"); }
+  std::string counters() {
+    return library().value(
+        "select late_returns || ' late, ' || historical_bookings || ' historical, ' || unclaimed_bookings || "
+        "' unclaimed, ' || cancelled_bookings || ' cancelled' from patrons where id = 1");
+  }
+  void settle() { settleDueBookings(library().database(), library().clock()()); }
+  std::string taken() { return library().value("select count(*) from occupancy"); }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, CirculationRequests, eachDatabase, databaseName);
+
+constexpr const char* film1 = "MTID=1; BI=1; MI=1; IM=1";
+
+TEST_P(CirculationRequests, ChargesAndTakesBackLineByLine) {
+  const std::string id = save(times(2, "09:30", "12:00"), std::string("EID=1; EID=3; ") + film1);
+  EXPECT_EQ(charge(id).text(), "0||ENO=TV1 PMSG=Hand out the remote.");
+  EXPECT_EQ(status(id), "99");
+  EXPECT_EQ(send("BND", "BOOKID=" + id).text(),
+            "0||IM=1 TITL=Volcanoes|BNO=E1 EID=1 ENO=TV1 ETY=Television|BNO=E3 EID=3 ENO=PRJ1 ETY=Projector");
+  EXPECT_EQ(send("VERCAN", "BOOKID=" + id).rc, 114);
+  EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(), "0||ENO=TV1 PMSG=Count the cables.");
+  EXPECT_EQ(status(id), "99");
+  EXPECT_EQ(taken(), "2") << "what is back is free again";
+  EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").rc, 7) << "another desk was quicker";
+  EXPECT_EQ(send("DBK", "BOOKID=" + id + "; IM=1; EID=9").rc, 7);
+  EXPECT_EQ(send("BND", "BOOKID=" + id).all("EID"), "3") << "a refused discharge takes nothing back";
+  EXPECT_EQ(send("DBK", "BOOKID=" + id).rc, 0) << "nothing chosen is no fault";
+  EXPECT_EQ(status(id), "99");
+  EXPECT_EQ(send("DBK", "BOOKID=" + id + "; IM=1; EID=3").rc, 0);
+  EXPECT_EQ(status(id), "1");
+  EXPECT_EQ(taken(), "0");
+  EXPECT_EQ(counters(), "0 late, 1 historical, 0 unclaimed, 0 cancelled");
+  EXPECT_EQ(send("DBK", "BOOKID=" + id).rc, 7);
+}
+
+TEST_P(CirculationRequests, ChargeFillsWishes) {
+  const std::string id = send("NEWBK", booking(times(2, "09:30", "12:00"), "RCOP=0; RCA=30; LOC=1; RTI=1", 1,
+                                               "ETI=1; IFL=N; MTID=1; BI=1; MI=0; IM=0"))
+                             .first("BOOKID");
+  const Got charged = charge(id);
+  EXPECT_EQ(
+      charged.text(),
+      "0||RID=2 RNM=Classroom B|CP=1 IM=1 LO=Main Desk TITL=Volcanoes|AENO=TV1 EID=1 EIU=N ETY=Television "
+      "RNM=Store|ENO=TV1 PMSG=Hand out the remote.");
+  EXPECT_EQ(send("GETSRM", "BOOKID=" + id).first("RID"), "2");
+  EXPECT_EQ(library().value("select count(*) from occupancy where kind < 10"), "3")
+      << "promises became things";
+  EXPECT_EQ(taken(), "3");
+}
+
+TEST_P(CirculationRequests, ChargesAllOrNothingAndTellsWhy) {
+  const std::string first = save(times(2, "09:30", "10:00"), std::string("EID=1; ") + film1);
+  charge(first);
+  const std::string second =
+      save(times(2, "10:30", "11:00"), std::string("EID=1; EID=9; MTID=2; BI=2; MI=3; IM=5; ") + film1);
+  library().setNow(2, 10);
+  EXPECT_EQ(
+      charge(second).text(),
+      "128||CHFA=177 STY=Lost TITL=Glaciers|CHFA=126 TITL=Volcanoes|CHFA=125 ENO=TV1 ETY=Television|CHFA=175 "
+      "ENO=CAM1 ETY=Camera STY=Missing");
+  EXPECT_EQ(status(second), "0");
+  EXPECT_EQ(charge(first).text(), "128||CHFA=125 ENO=TV1 ETY=Television|CHFA=126 TITL=Volcanoes");
+  EXPECT_EQ(charge("77").rc, 2);
+  send("CANBK", "BOOKID=" + second);
+  EXPECT_EQ(charge(second).rc, 7);
+}
+
+TEST_P(CirculationRequests, WishesThatCannotBeFilledUndoTheOthers) {
+  const std::string id = save(times(2, "09:30", "10:00"), "ETI=1; IFL=N; MTID=1; BI=1; MI=1; IM=0");
+  library().execute("update items set status = 'Repair' where holding_id = 1");
+  EXPECT_EQ(charge(id).text(), "128||CHFA=135 TITL=Volcanoes");
+  EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id is not null"), "0");
+  library().execute("update items set status = ''");
+  library().execute("update equipment set room_id = 1 where equipment_type_id = 1");
+  EXPECT_EQ(charge(id).text(), "128||CHFA=136 ETY=Television");
+  const std::string room =
+      send("NEWBK", booking(times(2, "09:30", "12:00"), "RCOP=0; RCA=99; LOC=1; RTI=1", 1, ""))
+          .first("BOOKID");
+  EXPECT_EQ(charge(room).text(), "128||CHFA=134");
+}
+
+TEST_P(CirculationRequests, ChargesNoEarlierThanPolicyAndOthersAllow) {
+  const std::string id = save(times(2, "11:00", "12:00"), "EID=3");
+  EXPECT_EQ(charge(id).text(), "128||CHFA=127 STIME=2026-03-02 10:00:00");
+  library().setNow(2, 10);
+  const std::string between = save(times(2, "10:15", "10:45"), "EID=3");
+  EXPECT_EQ(charge(id).text(), "128||CHFA=127 STIME=2026-03-02 10:45:00");
+  send("CANBK", "BOOKID=" + between);
+  EXPECT_EQ(charge(id).rc, 0);
+}
+
+TEST_P(CirculationRequests, RoomsGoOutWithTheirEquipment) {
+  const std::string id = save(times(2, "09:30", "12:00"), "EID=4; EQIR=Y; EID=1", "RID=1", 1);
+  EXPECT_EQ(charge(id).text(), "0||PMSG=Take the key. RNO=101|ENO=TV1 PMSG=Hand out the remote.");
+  EXPECT_EQ(send("GIREFD", "BOOKID=" + id).text(), "0||EID=4");
+  EXPECT_EQ(send("BND", "BOOKID=" + id).all("EID"), "1");
+  EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=4").rc, 0);
+  EXPECT_EQ(send("GIREFD", "BOOKID=" + id).text(), "0|");
+  EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(),
+            "0||PMSG=Key back? RNO=101|ENO=TV1 PMSG=Count the cables.");
+  const std::string bare = save(times(3, "09:30", "12:00"), "", "RID=1", 1);
+  library().setNow(3, 9);
+  charge(bare);
+  EXPECT_EQ(send("DBK", "BOOKID=" + bare).rc, 0);
+  EXPECT_EQ(status(bare), "1") << "a room alone comes back with the booking";
+}
+
+TEST_P(CirculationRequests, TimeSettlesWhatNobodyTouched) {
+  const std::string fetched = save(times(2, "09:30", "10:00"), "EID=1");
+  const std::string forgotten = save(times(2, "09:30", "10:00"), "EID=3");
+  charge(fetched);
+  library().setNow(2, 10);
+  settle();
+  EXPECT_EQ(status(fetched) + " " + status(forgotten), "99 0");
+  library().setNow(2, 10, 1);
+  settle();
+  settle();
+  EXPECT_EQ(status(fetched) + " " + status(forgotten), "999 2");
+  EXPECT_EQ(counters(), "1 late, 0 historical, 1 unclaimed, 0 cancelled") << "counted once";
+  EXPECT_EQ(taken(), "1") << "an unclaimed booking gives back what it held";
+  send("DBK", "BOOKID=" + fetched + "; EID=1");
+  EXPECT_EQ(counters(), "1 late, 1 historical, 1 unclaimed, 0 cancelled");
+  const std::string same = save("STIME=2026-03-02 10:01:00; ETIME=2026-03-02 10:01:00", "EID=1");
+  charge(same);
+  library().setNow(2, 23, 59);
+  settle();
+  EXPECT_EQ(status(same), "99") << "an immediate pick-up has the day";
+  library().setNow(3, 0, 1);
+  settle();
+  EXPECT_EQ(status(same), "999");
+}
+
+TEST_P(CirculationRequests, BackDatedReturnsAreJudgedByTheirMoment) {
+  const std::string id = save(times(2, "09:30", "10:00"), "EID=1; EID=3");
+  library().setNow(2, 9, 30);
+  charge(id);
+  library().setNow(2, 12);
+  settle();
+  EXPECT_EQ(status(id), "999");
+  const std::string back = "BOOKID=" + id + "; EID=1; EID=3; ETIME=2026-03-02 ";
+  EXPECT_EQ(send("DBK", back + "12:00:01").text(), "-98|CANTREAD=ETIME") << "not in the future";
+  EXPECT_EQ(send("DBK", back + "09:29:59").text(), "-98|CANTREAD=ETIME") << "not before the charge";
+  EXPECT_EQ(send("DBK", back + "09:59:00").rc, 0);
+  EXPECT_EQ(counters(), "0 late, 1 historical, 0 unclaimed, 0 cancelled") << "it was in time after all";
+  EXPECT_EQ(library().value("select returned_at from bookings where id = " + id),
+            std::to_string(makeMoment(2026, 3, 2, 9, 59)));
+}
+
+TEST_P(CirculationRequests, LateReturnsCountBeforeTheClockNoticed) {
+  const std::string id = save(times(2, "09:30", "10:00"), "EID=1");
+  charge(id);
+  library().setNow(2, 12);
+  send("DBK", "BOOKID=" + id + "; EID=1");
+  EXPECT_EQ(counters(), "1 late, 1 historical, 0 unclaimed, 0 cancelled");
+}
+
+TEST_P(CirculationRequests, FindsWhatIsReadyAndWhatIsOut) {
+  const std::string out = save(times(2, "09:30", "10:00"), std::string("EID=5; ") + film1);
+  const std::string ready = save(times(2, "10:30", "11:00"), "EID=1");
+  charge(out);
+  for (const char* search :
+       {"BNO=P100", "BNO=P10?", "CNUM=0000002", "CNUM=2", "CNUM=000000?", "PLN=BELL", "PLN=be?"}) {
+    EXPECT_EQ(send("SSC", search).all("CNUM"), "0000002") << search;
+  }
+  for (const char* search :
+       {"BNO=P1", "BNO=P1?x", "PPBAR=P100", "PLN=Bel", "CNUM=3", "CNUM=x", "BNO=", "BNO=' or 1=1"}) {
+    EXPECT_EQ(send("SSC", search).text(), "0|") << search;
+  }
+  EXPECT_EQ(send("SSC", "CNUM=0000001").rc, 123);
+  for (const char* search :
+       {"BNO=P100", "CNUM=1?", "PLN=Bell", "MEDBAR=M1", "MEDBAR=M?", "EQBAR=E6", "ENO=SET1", "IM=1", "IM=1?",
+        "CN=QE 521; CNTY=MLC#", "CN=qe?; CNTY=MLC#", "CNUM=0000001"}) {
+    const std::string expected = std::string(search) == "CNUM=1?" ? "" : "0000001";
+    EXPECT_EQ(send("SSD", search).all("CNUM"), expected) << search;
+  }
+  EXPECT_EQ(send("SSD", "CN=QE 521; CNTY=MDEW").text(), "0|");
+  EXPECT_EQ(send("SSD", "ENO=TV1").text(), "0|") << "booked, but not out";
+  EXPECT_EQ(send("SSD", "EQBAR=E6; QD=Y").text(), "0|BOOKID=1 EID=5 RID=0") << "the set holds its member";
+  EXPECT_EQ(send("SSD", "MEDBAR=M1; QD=Y").text(), "0|BOOKID=1 IM=1 RID=0");
+  EXPECT_EQ(send("SSD", "MEDBAR=M2; QD=Y").text(), "0|");
+  EXPECT_EQ(
+      send("SSC", "BNO=P100").text(),
+      "0||BKRES=0 BOOKID=2 BTYP=Pick-Up CNUM=0000002 DPL=Main Desk ECNT=1 ETIME=2026-03-02 11:00:00 ICNT=0 "
+      "REQ=Bell, Ada STIME=2026-03-02 10:30:00");
+}
+
+}  // namespace
+}  // namespace vantry::server

@@ -1,0 +1,160 @@
+#include "server/policy_rules.h"
+
+#include <gtest/gtest.h>
+
+#include "server/circulation_rules.h"
+#include "server/policy_usage.h"
+#include "server/search_text.h"
+
+namespace vantry::server {
+namespace {
+
+constexpr Moment start = 1'000'000 * minute;
+Period span(Moment from, Moment until) {
+  return {start + from * minute, start + until * minute};
+}
+
+TEST(TimePolicy, SetUpAndCleanUpBelongToTheTimeTaken) {
+  EXPECT_EQ(takenFor(span(60, 120), 15, 30), span(45, 150));
+  EXPECT_EQ(takenFor(span(60, 60), 0, 0), span(60, 61))
+      << "an immediate pick-up takes its thing all the same";
+}
+
+TEST(TimePolicy, PeriodsThatTouchDoNotOverlap) {
+  const Period periods[] = {span(120, 180), span(0, 60), span(60, 120)};
+  EXPECT_FALSE(firstOverlap(periods));
+  const Period overlapping[] = {span(120, 180), span(0, 60), span(59, 120)};
+  EXPECT_EQ(firstOverlap(overlapping), std::pair(std::size_t{1}, std::size_t{2}));
+  const Period inside[] = {span(0, 600), span(700, 800), span(100, 101)};
+  EXPECT_EQ(firstOverlap(inside), std::pair(std::size_t{0}, std::size_t{2}));
+}
+
+TEST(TimePolicy, CountsTheMostAtOneMomentOnly) {
+  const Period wishes[] = {span(0, 60), span(60, 120), span(30, 90), span(300, 400)};
+  EXPECT_EQ(mostAtOnce(wishes, span(0, 120)), 2);
+  EXPECT_EQ(mostAtOnce(wishes, span(90, 120)), 1);
+  EXPECT_EQ(mostAtOnce(wishes, span(120, 300)), 0);
+  EXPECT_EQ(mostAtOnce(wishes, span(0, 500)), 2);
+}
+
+TEST(TimePolicy, LongestUseByUnit) {
+  struct Row {
+    Moment minutes;
+    LongestUse longest;
+    bool exceeded;
+  };
+  const Row rows[] = {{60, {60, 'M'}, false},   {61, {60, 'M'}, true},       {120, {2, 'H'}, false},
+                      {121, {2, 'H'}, true},    {2 * 1440, {2, 'D'}, false}, {2 * 1440 + 1, {2, 'D'}, true},
+                      {99999, {1, 'T'}, false}, {99999, {0, 'U'}, false},    {99999, {0, 'H'}, false}};
+  for (const Row& row : rows) {
+    EXPECT_EQ(exceeds(span(0, row.minutes), row.longest), row.exceeded)
+        << row.minutes << " against " << row.longest.count << row.longest.unit;
+  }
+}
+
+TEST(DeskPolicyTest, WhatNoRuleSpeaksOfIsAllowed) {
+  DeskPolicy policy;
+  policy.equipmentTypes[4].mayBook = false;
+  policy.locations = {{1, true}, {2, false}};
+  EXPECT_FALSE(policy.equipmentRule(4).mayBook);
+  EXPECT_TRUE(policy.equipmentRule(5).mayBook);
+  EXPECT_EQ(refusalOfLocation(policy, 1), std::nullopt);
+  EXPECT_EQ(refusalOfLocation(policy, 2), refusal::foreignSecurity);
+  EXPECT_EQ(refusalOfLocation(policy, 3), refusal::foreignLocation);
+}
+
+TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
+  const PatronLimits limits{.bookings = 2, .items = 3, .equipment = 4, .lateReturns = 0, .fees = 500};
+  const Moment now = start;
+  PatronState patron;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), std::nullopt);
+  patron.bookings = 2;
+  patron.items = 3;
+  patron.equipment = 4;
+  patron.fees = 500;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), std::nullopt) << "at a limit is within it";
+  patron.fees = 501;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 5, 500, 501}));
+  patron.lateReturns = 1;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 2, 0, 1}));
+  patron.bookings = 3;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 1, 2, 3}));
+  patron.items = 4;
+  EXPECT_EQ(refusalToRequest(patron, limits, now)->code, 119);
+  patron.equipment = 5;
+  EXPECT_EQ(refusalToRequest(patron, limits, now)->code, 118);
+  EXPECT_EQ(refusalToFetch(patron, now), std::nullopt) << "who only fetches has no limits";
+  patron.expiresAt = now - 1;
+  EXPECT_EQ(refusalToFetch(patron, now)->code, 144);
+  patron.holdMail = true;
+  EXPECT_EQ(refusalToFetch(patron, now)->code, 109);
+  patron.barcodeActive = false;
+  EXPECT_EQ(refusalToFetch(patron, now)->code, 108);
+}
+
+TEST(UsagePolicy, OneThingIsHeldByOneBooking) {
+  const TakenTime others[] = {{span(0, 60), 7}, {span(150, 200), 8}};
+  EXPECT_TRUE(judgeSingle(others, span(60, 120), 0).inTheWay.empty());
+  EXPECT_FALSE(judgeSingle(others, span(60, 120), 0).nearAnother);
+  EXPECT_TRUE(judgeSingle(others, span(91, 119), 30).inTheWay.empty());
+  EXPECT_FALSE(judgeSingle(others, span(90, 120), 30).nearAnother);
+  EXPECT_TRUE(judgeSingle(others, span(89, 120), 30).nearAnother);
+  EXPECT_TRUE(judgeSingle(others, span(90, 121), 30).nearAnother);
+  const SingleUse taken = judgeSingle(others, span(59, 120), 90);
+  EXPECT_EQ(taken.inTheWay, std::vector{others[0]});
+  EXPECT_FALSE(taken.nearAnother) << "a conflict says it all";
+}
+
+TEST(UsagePolicy, WishesDrawOnWhatNobodyElseWaitsFor) {
+  EXPECT_EQ(judgePool({.total = 3, .free = 2, .promised = 1}, 1), PoolVerdict::Enough);
+  EXPECT_EQ(judgePool({.total = 3, .free = 2, .promised = 1}, 2), PoolVerdict::TooFew);
+  EXPECT_EQ(judgePool({.total = 0, .free = 0, .promised = 0}, 1), PoolVerdict::NoneInPolicy);
+  EXPECT_EQ(bookedOf({.total = 3, .free = 2, .promised = 1}), 2);
+}
+
+TEST(CirculationRules, TimeMakesBookingsUnclaimedAndOverdue) {
+  using enum BookingStatus;
+  const Period times = span(0, 60);
+  EXPECT_EQ(statusByTime(Live, times, times.until), std::nullopt);
+  EXPECT_EQ(statusByTime(Live, times, times.until + 1), Unclaimed);
+  EXPECT_EQ(statusByTime(Charged, times, times.until + 1), Overdue);
+  EXPECT_EQ(statusByTime(Overdue, times, times.until + 1), std::nullopt);
+  EXPECT_EQ(statusByTime(OperatorCanceled, times, times.until + 1), std::nullopt);
+  const Moment nine = makeMoment(2026, 3, 2, 9);
+  EXPECT_EQ(statusByTime(Charged, {nine, nine}, makeMoment(2026, 3, 2, 23, 59)), std::nullopt)
+      << "an immediate pick-up has the day";
+  EXPECT_EQ(statusByTime(Charged, {nine, nine}, makeMoment(2026, 3, 3) + 1), Overdue);
+}
+
+TEST(CirculationRules, LateReturnsAreCountedOnce) {
+  using enum BookingStatus;
+  EXPECT_EQ(lateReturnsChange(Charged, false), 0);
+  EXPECT_EQ(lateReturnsChange(Charged, true), 1) << "returned late before the clock noticed";
+  EXPECT_EQ(lateReturnsChange(Overdue, true), 0);
+  EXPECT_EQ(lateReturnsChange(Overdue, false), -1) << "back-dated into its time";
+}
+
+TEST(CirculationRules, NothingIsChargedWhileAnotherBookingHasIt) {
+  const Period times = span(600, 660);
+  EXPECT_EQ(earliestCharge(times, 60, std::nullopt), start + 540 * minute);
+  EXPECT_EQ(earliestCharge(times, 60, start + 570 * minute), start + 570 * minute);
+  EXPECT_EQ(earliestCharge(times, 60, start + 500 * minute), start + 540 * minute);
+}
+
+TEST(SearchText, QuestionMarkStandsForWhatFollows) {
+  EXPECT_EQ(textRange(" P10 ").high, "P10");
+  EXPECT_EQ(textRange("P10?").low, "P10");
+  EXPECT_LT("P10zzz", textRange("P10?").high);
+  EXPECT_GT("P11", textRange("P10?").high);
+  using Ranges = std::vector<NumberRange>;
+  EXPECT_EQ(numberRanges("0000012", 7), (Ranges{{12, 12}}));
+  EXPECT_EQ(numberRanges("12", 7), (Ranges{{12, 12}}));
+  EXPECT_EQ(numberRanges("00001?", 7), (Ranges{{100, 199}}));
+  EXPECT_EQ(numberRanges("1234567?", 7)[1], (NumberRange{12345670, 12345679}));
+  EXPECT_EQ(numberRanges("12?", 1).front(), (NumberRange{12, 12}));
+  EXPECT_EQ(numberRanges("x'; drop table bookings", 7), Ranges{});
+  EXPECT_EQ(numberRanges("", 7), Ranges{});
+}
+
+}  // namespace
+}  // namespace vantry::server
