@@ -33,7 +33,9 @@ struct RecordSlots {
   std::array<int, kRecordKinds> modes{};  ///< 1 new record, 0 existing record
   std::array<std::string, kRecordKinds> typeNames;
   std::array<std::string, kRecordKinds> typeIds;
-  int source = 0;  ///< which window opens the next one
+  int source = 0;          ///< which window opens the next one
+  bool newPickup = false;  ///< the booking that is opened is a new pick-up
+  int searchFor = 0;       ///< kind of the list that showed when the search window was asked for
 };
 
 /// The source slot's number of the main window.
@@ -54,6 +56,8 @@ class App {
   };
 
   App(const Outside& outside, std::string commandLine);
+  /// Frees the windows first: they refer to what stands below.
+  ~App() { windows.freeAll(); }
 
   Desktop& desktop;
   const Clock& clock;
@@ -82,11 +86,13 @@ class App {
   std::string helpFile;
   std::string supportCaption;
 
+  const std::filesystem::path& programFolder() const { return programFolder_; }
   /// The main window; made by the composition root before the program starts.
   MainWindow& main() const { return *main_; }
   void setMain(MainWindow& main) { main_ = &main; }
 
  private:
+  std::filesystem::path programFolder_;
   MainWindow* main_ = nullptr;
 };
 

@@ -23,6 +23,7 @@ void frmLocation::Form_Load() {
     faLocations.RowData(row, location.id);
     ++row;
   }
+  for (int col = 0; col < faLocations.Cols; ++col) faLocations.ColData(col, col);
   faLocations.AutoSize(0, 1);
   faLocations.Row = 1;
   faLocations.Redraw = true;
@@ -36,7 +37,8 @@ void frmLocation::cmdOK_Click() {
   const int row = faLocations.Row;
   if (row < 1) return;
   app_.context.locationId = faLocations.RowData(row);
-  app_.context.locationName = faLocations.TextMatrix(row, 0);
+  app_.context.locationName =
+      faLocations.TextMatrix(row, faLocations.columnOfData(0));  // wherever it was moved
   app_.global.BusyAllForms();
   answered_ = true;
   Unload();

@@ -39,12 +39,12 @@ struct MainMenus {
   MenuItem mnuViewInventoryMaintenance{mnuViewInventory, "mnuViewInventoryMaintenance",
                                        "Equipment Maintenance"};
   MenuItem mnuViewSchedule{mnuView, "mnuViewSchedule", "&Schedule"};
-  MenuItem mnuViewScheduleCharge{mnuViewSchedule, "mnuViewScheduleCharge", "Charge"};
-  MenuItem mnuViewScheduleDischarge{mnuViewSchedule, "mnuViewScheduleDischarge", "Discharge"};
-  MenuItem mnuViewScheduleQuickDischarge{mnuViewSchedule, "mnuViewScheduleQuickDischarge", "Quick Discharge"};
   MenuItem mnuViewScheduleDay{mnuViewSchedule, "mnuViewScheduleDay", "Day View"};
   MenuItem mnuViewScheduleMonth{mnuViewSchedule, "mnuViewScheduleMonth", "Month View"};
   MenuItem mnuViewScheduleYear{mnuViewSchedule, "mnuViewScheduleYear", "Year View"};
+  MenuItem mnuViewScheduleCharge{mnuViewSchedule, "mnuViewScheduleCharge", "Charge"};
+  MenuItem mnuViewScheduleDischarge{mnuViewSchedule, "mnuViewScheduleDischarge", "Discharge"};
+  MenuItem mnuViewScheduleQuickDischarge{mnuViewSchedule, "mnuViewScheduleQuickDischarge", "Quick Discharge"};
   MenuItem mnuViewStaff{mnuView, "mnuViewStaff", "&Staff"};
   MenuItem mnuViewDaemonConflict{mnuView, "mnuViewDaemonConflict", "Conflict Resolution && Warning"};
   MenuItem mnuViewDaemonDelivery{mnuView, "mnuViewDaemonDelivery", "Delivery and Cleanup Notification"};
@@ -110,11 +110,26 @@ struct MainMenus {
   MenuItem mnuPopupMemberSortDescending{mnuPopupMemberSort, "mnuPopupMemberSortDescending", "Descending"};
 
   MenuItem mnuPopupScheduler{form, "mnuPopupScheduler", "Popup Scheduler"};
+  MenuItem mnuPopupSchedulerEdit{mnuPopupScheduler, "mnuPopupSchedulerEdit", "Edit"};
+  MenuItem mnuPopupSchedulerCancel{mnuPopupScheduler, "mnuPopupSchedulerCancel", "Cancel"};
+  MenuItem mnuPopupSchedulerCharge{mnuPopupScheduler, "mnuPopupSchedulerCharge", "Charge"};
+  MenuItem mnuPopupSchedulerDischarge{mnuPopupScheduler, "mnuPopupSchedulerDischarge", "Discharge"};
+  MenuItem mnuPopupSchedulerItems{mnuPopupScheduler, "mnuPopupSchedulerItems", "Items"};
+  MenuItem mnuPopupSchedulerSort{mnuPopupScheduler, "mnuPopupSchedulerSort", "Sort"};
+  MenuItem mnuPopupSchedulerSortAsc{mnuPopupSchedulerSort, "mnuPopupSchedulerSortAsc", "Ascending"};
+  MenuItem mnuPopupSchedulerSortDesc{mnuPopupSchedulerSort, "mnuPopupSchedulerSortDesc", "Descending"};
+  MenuItem mnuPopupSchedulerPrint{mnuPopupScheduler, "mnuPopupSchedulerPrint", "Print"};
+  MenuItem mnuPopupSchedulerPrintDetail{mnuPopupSchedulerPrint, "mnuPopupSchedulerPrintDetail",
+                                        "Item Detail (selected)"};
+  MenuItem mnuPopupSchedulerPrintDetailAll{mnuPopupSchedulerPrint, "mnuPopupSchedulerPrintDetailAll",
+                                           "Item Details (all)"};
+  MenuItem mnuPopupSchedulerPrintListing{mnuPopupSchedulerPrint, "mnuPopupSchedulerPrintListing",
+                                         "Summary Listing"};
 
   MenuItem mnuPopupNewBooking{form, "mnuPopupNewBooking", "Popup New Booking"};
   MenuItem mnuPopupNewBookingFreeform{mnuPopupNewBooking, "mnuPopupNewBookingFreeform", "&Free form"};
   MenuItem mnuPopupNewBookingWizard{mnuPopupNewBooking, "mnuPopupNewBookingWizard", "&Wizard"};
-  MenuItem mnuPopupNewBookingPickup{mnuPopupNewBooking, "mnuPopupNewBookingPickup", "&Pick-Up"};
+  MenuItem mnuPopupNewBookingPickup{mnuPopupNewBooking, "mnuPopupNewBookingPickup", "&Pick-up"};
 
   MenuItem mnuPopupBookings{form, "mnuPopupBookings", "Popup Bookings"};
   MenuItem mnuPopupBookingsNew{mnuPopupBookings, "mnuPopupBookingsNew", "New"};

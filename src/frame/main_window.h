@@ -10,6 +10,9 @@ class Form;
 struct Preferences;
 enum class Applies;
 
+/// The kind of `SetFormSecurity` that stands for the whole bar: list bars, menus and tools.
+inline constexpr int kKindWholeBar = 5;
+
 /// What modules below the main window need of it.
 class MainWindow {
  public:
@@ -27,6 +30,8 @@ class MainWindow {
   virtual void mnuModeDaemon_Click() = 0;
   /// Starts or stops the clock of the Schedule Monitor's refreshes.
   virtual void StartStopTimer(bool start) = 0;
+  /// Takes what the operator's rights forbid from menus, bars and commands of this kind of list.
+  virtual void SetFormSecurity(int kind) = 0;
   virtual void refillStaff() = 0;
   /// Shows the category lists in the trees that hang on them.
   virtual void BuildMainTrees() = 0;

@@ -3,6 +3,7 @@
 #include "frame/components.h"
 #include "frame/frmLocation.h"
 #include "platform/text.h"
+#include "words/tags.h"
 
 namespace vantry {
 
@@ -11,7 +12,7 @@ static constexpr int kModuleNumber = 6;
 bool Main(App& app) {
   app.components.RegisterComponents();
   app.components.ValidateResources(app.commandLine);
-  // The help file's name is the program's since App was made.
+  app.helpFile = (app.programFolder() / "Vantry.chm").string();
   app.session.Initialise("Vantry", app.commandLine);
   app.context.abort = false;
   if (app.tools.CheckStartup(app.session)) return false;
@@ -42,11 +43,10 @@ void ReadPreferences(App& app) {
   app.bibSearch.RetainSearch = app.preferences.RetainSearch;
   app.bibSearch.AutoTruncate = app.preferences.AutoTruncateBib;
   app.daySlots = daySlots(app.preferences.Start, app.preferences.End, app.preferences.Interval);
+  const bool monitors = app.mode == Mode::Monitor;
+  if (monitors) app.main().StartStopTimer(false);  // by the period that it was started with
   app.daemonPeriod = MinutesToMilliseconds(app.preferences.DaemonInterval);
-  if (app.mode == Mode::Monitor) {
-    app.main().StartStopTimer(false);
-    app.main().StartStopTimer(true);
-  }
+  if (monitors) app.main().StartStopTimer(true);
   if (unreadable) app.settings.keepAside();
 }
 
@@ -59,19 +59,19 @@ static int sendAndReport(App& app, std::string_view code) {
 
 static void readAuthorizedLocations(App& app) {
   OperatorContext& context = app.context;
-  app.message.Add("OI", context.operatorId);
+  app.message.Add(tags::OI, context.operatorId);
   sendAndReport(app, "RLL");
   app.global.ReadyAllForms();
   context.authorizedLocations.clear();
-  if (app.message.Count("LNA") == 0) {
+  if (app.message.Count(tags::LNA) == 0) {
     criticalBox(app.desktop,
                 "No authorized locations found for Media. Please consult your system administrator.");
     context.abort = true;
     return;
   }
-  while (app.message.NextRecord("LNA")) {
+  while (app.message.NextRecord(tags::LNA)) {
     context.authorizedLocations.push_back(
-        {app.message.Get("LNA"), app.message.Get("LOC"), app.message.Get("OLN")});
+        {app.message.Get(tags::LNA), app.message.Get(tags::LOC), app.message.Get(tags::OLN)});
   }
   if (context.authorizedLocations.size() == 1) {
     context.locationName = context.authorizedLocations.front().name;
@@ -82,20 +82,20 @@ static void readAuthorizedLocations(App& app) {
 }
 
 /// Ends the program where the rights cannot be read.
-static void readRights(App& app) {
-  app.message.Add("LOC", app.context.locationId);
+static std::array<std::string, kRights> readRights(App& app) {
+  app.message.Add(tags::LOC, app.context.locationId);
   if (sendAndReport(app, "SLL") != 0) app.main().Abort();
   std::array<std::string, kRights> values;
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = app.message.Get(kRightCodes[i]);
-  app.context.rights.set(std::move(values));
+  return values;
 }
 
 static void readAllLocations(App& app) {
   app.context.allLocations.clear();
   if (sendAndReport(app, "GETLOCS") != 0) return;
-  app.context.allLocations.reserve(static_cast<std::size_t>(app.message.Count("LOC")));
-  while (app.message.NextRecord("LOC"))
-    app.context.allLocations.push_back({app.message.Get("LNA"), app.message.Get("LOC"), {}});
+  app.context.allLocations.reserve(static_cast<std::size_t>(app.message.Count(tags::LOC)));
+  while (app.message.NextRecord(tags::LOC))
+    app.context.allLocations.push_back({app.message.Get(tags::LNA), app.message.Get(tags::LOC), {}});
 }
 
 static bool isMonitorView(int view) {
@@ -109,6 +109,8 @@ static void chooseFirstView(App& app) {
   const int view = app.preferences.View >= 15 ? app.preferences.LastView : app.preferences.View;
   if (isMonitorView(view)) app.main().mnuModeDaemon_Click();
   if (isStandardView(view)) app.main().mnuModeStandard_Click();
+  // Where no view is chosen, bars and menus take the operator's rights all the same.
+  if (app.mode == Mode::None) app.main().SetFormSecurity(kKindWholeBar);
 }
 
 void LoadOperatorContext(App& app) {
@@ -119,8 +121,9 @@ void LoadOperatorContext(App& app) {
   readAuthorizedLocations(app);
   if (app.context.abort) app.main().Abort();
   app.global.BusyAllForms();
-  readRights(app);
+  const auto values = readRights(app);
   readAllLocations(app);
+  app.context.rights.set(values);
   app.main().refillStaff();
   app.global.BusyAllForms();
   LoadCategoryLists(app);
@@ -137,20 +140,20 @@ static std::vector<Category> readCategories(App& app, std::string_view code, std
   std::vector<Category> categories;
   if (sendAndReport(app, code) != 0) return categories;
   while (app.message.NextRecord(id)) {
-    categories.push_back(
-        {app.message.Get(id), app.message.Get(name), app.message.Get("MIC"), app.message.Get("RST") == "Y"});
+    categories.push_back({app.message.Get(id), app.message.Get(name), app.message.Get(tags::MIC),
+                          app.message.Get(tags::RST) == "Y"});
   }
   return categories;
 }
 
 void LoadCategoryLists(App& app) {
   CategoryLists& lists = app.context.categories;
-  lists.equipment = readCategories(app, "GETECAT", "ETI", "ETY");
-  lists.groups = readCategories(app, "GETGCAT", "ETI", "ETY");
-  lists.rooms = readCategories(app, "GETRCAT", "RTI", "RTY");
+  lists.equipment = readCategories(app, "GETECAT", tags::ETI, tags::ETY);
+  lists.groups = readCategories(app, "GETGCAT", tags::ETI, tags::ETY);
+  lists.rooms = readCategories(app, "GETRCAT", tags::RTI, tags::RTY);
   lists.years.clear();
   if (sendAndReport(app, "GETMYER") == 0) {
-    while (app.message.NextRecord("MYE")) lists.years.push_back(app.message.Get("MYE").substr(0, 4));
+    while (app.message.NextRecord(tags::MYE)) lists.years.push_back(app.message.Get(tags::MYE).substr(0, 4));
   }
   app.main().BuildMainTrees();
 }

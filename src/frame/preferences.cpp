@@ -45,11 +45,21 @@ static bool convert(std::string_view text, std::string* target) {
   return true;
 }
 
+/// Whether a value keeps to its row's limits; a text with limits is a number.
+template <class Value>
+static bool isWithin(const PreferenceRow& row, const Value& value) {
+  if (row.most == 0) return true;
+  if constexpr (std::is_same_v<Value, int>) return value >= row.least && value <= row.most;
+  if constexpr (std::is_same_v<Value, std::string>)
+    return isNumber(value) && val(value) >= row.least && val(value) <= row.most;
+  return true;
+}
+
 bool readPreference(const PreferenceRow& row, const Settings& store, Preferences& preferences) {
   const std::string text = store.GetSetting(kSettingsApplication, kSettingsSection, row.key, row.fallback);
   return std::visit(
       [&](auto* target) {
-        if (convert(text, target)) return true;
+        if (convert(text, target) && isWithin(row, *target)) return true;
         convert(row.fallback, target);
         return false;
       },

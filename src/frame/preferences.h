@@ -32,7 +32,8 @@ enum class ListColour {
 inline constexpr std::size_t kListColours = 9;
 inline constexpr std::size_t kSounds = 10;
 
-/// The operator's preferences, with their values in an empty store.
+/// The operator's preferences. Until the store is read they have these values; an empty store gives the
+/// table's.
 struct Preferences {
   bool ToolTips = true;
   bool MergeCells = false;
@@ -97,6 +98,8 @@ struct PreferenceRow {
   std::string_view fallback;  ///< the text of its value in an empty store
   Slot (*slot)(Preferences&);
   Applies applies = Applies::Nothing;
+  int least = 0;  ///< limits of a number, or of a text that holds one; beyond them it cannot be read
+  int most = 0;   ///< 0: no limits
 };
 
 [[nodiscard]] std::span<const PreferenceRow> preferenceTable();

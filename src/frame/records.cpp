@@ -1,5 +1,7 @@
 #include "frame/modMain.h"
 
+#include "words/tags.h"
+
 namespace vantry {
 
 /// The request for the type of a record, before its window opens; empty codes have none.
@@ -12,9 +14,9 @@ static TypeRequest typeRequestOf(int kind) {
     case kEquipment:
     case kGroup:
     case kGroupMember:
-      return {"GETEGTN", "EID", "ETY", "ETI"};
+      return {"GETEGTN", tags::EID, tags::ETY, tags::ETI};
     case kRoom:
-      return {"GETRTN", "RID", "RTY", "RTI"};
+      return {"GETRTN", tags::RID, tags::RTY, tags::RTI};
     default:
       return {};
   }

@@ -2,9 +2,8 @@
 
 namespace vantry {
 
-void Rights::set(std::array<std::string, kRights> values) {
-  values_ = std::move(values);
-  for (std::size_t i = 0; i < values_.size(); ++i) flags_[i] = values_[i] == "Y";
+void Rights::set(const std::array<std::string, kRights>& values) {
+  for (std::size_t i = 0; i < values.size(); ++i) flags_[i] = values[i] == "Y";
 }
 
 SubjectRights rightsOf(Subject subject) {

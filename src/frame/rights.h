@@ -61,12 +61,10 @@ inline constexpr std::array<std::string_view, kRights> kRightCodes = {
 class Rights {
  public:
   /// Takes the values by place; a right is on when its value is exactly "Y".
-  void set(std::array<std::string, kRights> values);
+  void set(const std::array<std::string, kRights>& values);
   [[nodiscard]] bool has(Right right) const { return flags_[static_cast<std::size_t>(right)]; }
-  [[nodiscard]] const std::array<std::string, kRights>& values() const { return values_; }
 
  private:
-  std::array<std::string, kRights> values_;
   std::array<bool, kRights> flags_{};
 };
 

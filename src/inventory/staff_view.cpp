@@ -1,6 +1,7 @@
 #include "inventory/staff_view.h"
 
 #include "frame/modMain.h"
+#include "words/tags.h"
 
 namespace vantry {
 
@@ -27,12 +28,14 @@ void StaffView::refill() {
     app.global.ReportRequestError(rc, "GETOPS", parts_.form.Name());
     return;
   }
-  faStaff.Rows = app.message.Count("PID") + 1;
-  for (int row = 1; app.message.NextRecord("PID"); ++row) {
-    faStaff.TextMatrix(row, 0, app.message.Get("PID"));
-    faStaff.TextMatrix(row, 1, app.message.Get("PATNM"));
-    faStaff.TextMatrix(row, 2, app.message.Get("PSTS") == "Y" ? "Y" : "N");
-    faStaff.TextMatrix(row, 3, app.message.Get("BCNT"));
+  const int total = app.message.Count(tags::PID);
+  faStaff.Rows = total + 1;
+  for (int row = 1; app.message.NextRecord(tags::PID); ++row) {
+    faStaff.TextMatrix(row, 0, app.message.Get(tags::PID));
+    faStaff.TextMatrix(row, 1, app.message.Get(tags::PATNM));
+    faStaff.TextMatrix(row, 2, app.message.Get(tags::PSTS) == "Y" ? "Y" : "N");
+    faStaff.TextMatrix(row, 3, app.message.Get(tags::BCNT));
+    parts_.showProgress(row, total);
   }
   SetGridAutoSize(app, faStaff);
   faStaff.Redraw = true;

@@ -32,6 +32,8 @@ class Windows {
     return window;
   }
 
+  /// Frees all kept windows, at the program's end.
+  void freeAll() { kept_.clear(); }
   /// Frees the kept windows that have unloaded. The front end calls it between events.
   void sweep();
 

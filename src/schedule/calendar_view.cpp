@@ -52,6 +52,13 @@ void CalendarView::update(const Date& date) {
   calendar().Value = date;
 }
 
+void CalendarView::reset() {
+  calendar().Value = parts_.app.clock.now().date;
+  calendar().clearMarks();
+  lblNumBookings.Caption = "";
+  shown_ = {};
+}
+
 bool CalendarView::showsSpanOf(const Date& date) const {
   return shown_.year == date.year && (kind_.months > 1 || shown_.month == date.month);
 }

@@ -29,6 +29,8 @@ class CalendarView {
   void read();
   /// Keeps the calendar on a date, without a request.
   void update(const Date& date);
+  /// Back to today, as before the first reading; for the next operator.
+  void reset();
   void cmdNext_Click();
   void cmdPrevious_Click();
   void cmdNow_Click();

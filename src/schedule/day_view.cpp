@@ -126,15 +126,27 @@ void DayView::BuildBookingFlexArray() {
   }
 }
 
-void DayView::disableCommands() {
+void DayView::disableRowCommands() {
   MainMenus& m = parts_.menus;
-  for (Button* button : {&cmdEditBooking, &cmdDeleteBooking, &cmdCancelBooking, &cmdChargeDayView,
-                         &cmdDischargeDayView, &cmdPrintDayView})
+  for (Button* button :
+       {&cmdEditBooking, &cmdDeleteBooking, &cmdCancelBooking, &cmdChargeDayView, &cmdDischargeDayView})
     button->Enabled = false;
   for (MenuItem* entry : {&m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel,
-                          &m.mnuPopupBookingsCharge, &m.mnuPopupBookingsDischarge, &m.mnuPopupBookingsSort,
-                          &m.mnuPopupBookingsPrint})
+                          &m.mnuPopupBookingsCharge, &m.mnuPopupBookingsDischarge})
     entry->Enabled = false;
+}
+
+void DayView::disableCommands() {
+  disableRowCommands();
+  cmdPrintDayView.Enabled = false;
+  parts_.menus.mnuPopupBookingsSort.Enabled = false;
+  parts_.menus.mnuPopupBookingsPrint.Enabled = false;
+}
+
+void DayView::forgetSelection() {
+  selectedId_.clear();
+  selectedRow_ = 0;
+  disableRowCommands();
 }
 
 void DayView::enablePrinting(bool on) {
@@ -152,6 +164,7 @@ void DayView::GetBookingsForDate() {
   parts_.showMessage("");
   lblNumBookings.Caption = "";
   selectedId_.clear();
+  selectedRow_ = 0;
   disableCommands();
   faDayBookings.Rows = 1;
   app.message.Add(tags::DATE, ServerTools::GetControlDate(dtViewBookings));
@@ -159,6 +172,7 @@ void DayView::GetBookingsForDate() {
   parts_.showMessage("Requesting Data From Server...");
   const int rc = app.message.Send("BOOKDAY");
   if (rc != 0) {
+    enablePrinting(false);
     app.global.ReadyAllForms();
     app.global.ReportRequestError(rc, "BOOKDAY", parts_.form.Name());
     faDayBookings.Redraw = true;  // shown empty, and then without redraw until the next call
@@ -260,7 +274,9 @@ void DayView::showCount(int total, int filteredOut) {
 
 void DayView::finishGrid() {
   faDayBookings.Row = 0;
+  SetGridMerge(faDayBookings, parts_.app.preferences.MergeCells);  // the rows are new
   SetGridAutoSize(parts_.app, faDayBookings);
+  // The id is hidden by its heading, not by its place: another column may have been moved to the front.
   for (int col = 0; col < faDayBookings.Cols; ++col) {
     const std::string& heading = faDayBookings.TextMatrix(0, col);
     if (heading == "ID" || heading == "Start Time24" || heading == "End Time24")

@@ -43,6 +43,8 @@ class DayView {
   void faDayBookings_DblClick();
   void faDayBookings_RightClick();
 
+  /// No row is selected any more: the commands on one are off.
+  void forgetSelection();
   /// The selected booking; empty without one.
   const std::string& selectedId() const { return selectedId_; }
 
@@ -50,6 +52,7 @@ class DayView {
   struct RowTimes;
   void arrange(Frame& frame);
   void connect();
+  void disableRowCommands();
   void disableCommands();
   void enablePrinting(bool on);
   /// Fills the rows from the reply; the number that the legend filtered out.
@@ -72,6 +75,7 @@ class DayView {
 
   MainParts parts_;
   std::string selectedId_;
+  int selectedRow_ = 0;
 };
 
 }  // namespace vantry

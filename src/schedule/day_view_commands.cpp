@@ -27,7 +27,9 @@ void DayView::cmdToday_Click() {
 void DayView::cmdNewBooking_Click() {
   switch (parts_.app.preferences.NewBooking) {
     case 0:
-      parts_.app.desktop.popupMenu(parts_.menus.mnuPopupNewBooking, &cmdNewBooking);
+      // From another view the button is out of sight, and the menu opens at the pointer.
+      parts_.app.desktop.popupMenu(parts_.menus.mnuPopupNewBooking,
+                                   cmdNewBooking.usable() ? &cmdNewBooking : nullptr);
       break;
     case 1:
       raise(newFreeForm);
@@ -56,13 +58,14 @@ void DayView::faDayBookings_Click() {
     entry->Enabled = true;
   cmdPrintDayView.Enabled = true;
   cmdEditBooking.Enabled = true;
-  allowByStatus(selectedStatus());
   parts_.app.slots.source = kSourceMainWindow;
   selectedId_ = faDayBookings.TextMatrix(row, faDayBookings.columnOfData(0));
+  selectedRow_ = row;
+  allowByStatus(selectedStatus());
 }
 
 int DayView::selectedStatus() const {
-  return intOf(faDayBookings.TextMatrix(faDayBookings.Row, faDayBookings.columnOfData(1)));
+  return intOf(faDayBookings.TextMatrix(selectedRow_, faDayBookings.columnOfData(1)));
 }
 
 void DayView::allowByStatus(int status) {

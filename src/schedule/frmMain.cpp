@@ -64,7 +64,6 @@ void frmMain::Form_Load() {
   firstTime_ = true;
   app_.tools.PrepareForm(*this);
   HideFrames();
-  for (auto& settings : columnSettings_) settings.clear();
   for (MenuItem* popup : {&menus.mnuPopupTools, &menus.mnuPopupGroup, &menus.mnuPopupMember,
                           &menus.mnuPopupNewBooking, &menus.mnuPopupScheduler, &menus.mnuPopupBookings})
     popup->Visible = false;
@@ -72,6 +71,8 @@ void frmMain::Form_Load() {
   staffView.BuildStaffFlexArray();
   tvwCDetails.Pictures = {"folder-closed", "folder-open"};
   tvwDDetails.Pictures = {"folder-closed", "folder-open"};
+  monthView.reset();
+  yearView.reset();
   lblView.BackColor = albStandard.BackColor;
   menus.mnuHelpWebSite1.Caption = app_.supportCaption;
   albDaemon.Visible = false;
@@ -169,8 +170,10 @@ void frmMain::applyPreferences(Applies what) {
     case Applies::Searches:
       cboChargeSearch.ListIndex = p.ChargeSearch;
       cboDischargeSearch.ListIndex = p.DischargeSearch;
-      SetGridMerge(dayView.faDayBookings, p.MergeCells);
-      SetGridAutoSize(app_, dayView.faDayBookings);
+      for (Grid* grid : {&dayView.faDayBookings, &staffView.faStaff}) {
+        SetGridMerge(*grid, p.MergeCells);
+        SetGridAutoSize(app_, *grid);
+      }
       break;
   }
 }
@@ -199,10 +202,12 @@ Grid* frmMain::visibleBookingGrid() {
 
 void frmMain::mnuPopupBookingSortAsc_Click() {
   if (Grid* grid = visibleBookingGrid()) SortAscendingBookings(*grid);
+  dayView.forgetSelection();
 }
 
 void frmMain::mnuPopupBookingSortDesc_Click() {
   if (Grid* grid = visibleBookingGrid()) SortDescendingBookings(*grid);
+  dayView.forgetSelection();
 }
 
 }  // namespace vantry

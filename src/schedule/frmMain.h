@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <string_view>
 #include <vector>
 
@@ -23,6 +22,7 @@ struct MainFrames {
 
   ControlArray<Frame>& array(FrameArray which);
   Frame& of(const ViewRow& view) { return array(view.array)(view.frame); }
+  const Frame& of(const ViewRow& view) const { return const_cast<MainFrames*>(this)->of(view); }
 };
 
 /// The main window: holds every list of the program as a frame, of which one shows at a time, and composes
@@ -53,13 +53,12 @@ class frmMain : public Form, public MainWindow {
   void GetBookingsForDate() override { dayView.GetBookingsForDate(); }
 
   void HideFrames();
-  void SetFormSecurity(int kind);
+  void SetFormSecurity(int kind) override;
   void DisplayStandardDefaultView();
   void DisplayDaemonDefaultView();
   void barMain_ComboSelChange();
   /// The one way into a view.
   void showView(ViewId id);
-  void mnuViewScheduleDay_Click() { showView(ViewId::Day); }
   void mnuViewMergeCells_Click();
   void mnuView_Click();
   void mnuFileLogoff_Click();
@@ -70,6 +69,13 @@ class frmMain : public Form, public MainWindow {
   void mnuFilePrintListing_Click();
   void mnuToolsOptions_Click();
   void mnuToolsSearch_Click();
+  void mnuHelpTopics_Click();
+  void mnuHelpWebSite_Click(const MenuItem& entry);
+  void mnuHelpAbout_Click();
+  void mnuFileLoginInfo_Click();
+  void mnuFileChangePassword_Click();
+  void mnuPopupBookingsCharge_Click();
+  void mnuPopupBookingsDischarge_Click();
   void mnuPopupBookingSortAsc_Click();
   void mnuPopupBookingSortDesc_Click();
 
@@ -106,8 +112,6 @@ class frmMain : public Form, public MainWindow {
   Tree tvwCDetails{frames.fraView(4), "tvwCDetails"};
   Tree tvwDDetails{frames.fraView(5), "tvwDDetails"};
 
-  /// Set for the booking editor: the booking that it opens is a pick-up.
-  bool newPickup = false;
   /// For StartStopTimer's clock: ticks of the timer until the next refresh.
   int ticksToRefresh = 0;
 
@@ -139,7 +143,6 @@ class frmMain : public Form, public MainWindow {
 
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
-  std::array<std::vector<int>, 4> columnSettings_;
   const ViewRow* currentView_ = nullptr;
 };
 

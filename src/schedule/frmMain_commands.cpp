@@ -102,7 +102,6 @@ void frmMain::buildListBars() {
                            {std::string(kWizardKey), "Booking Wizard", "wizard"},
                            {std::string(kPickUpKey), "New Pick-Up", "pickup"}};
   }
-  std::erase_if(standard, [](const BarGroup& bar) { return bar.entries.empty(); });
   albStandard.setGroups(std::move(standard));
   albDaemon.setGroups(
       {group("Schedule Monitor", {ViewId::Conflict, ViewId::Delivery, ViewId::Pickup, ViewId::RoomSchedules,
@@ -121,8 +120,12 @@ void frmMain::connectMenus() {
   m.mnuFilePrintListing.Click = [this] { mnuFilePrintListing_Click(); };
   m.mnuToolsOptions.Click = [this] { mnuToolsOptions_Click(); };
   m.mnuToolsSearch.Click = [this] { mnuToolsSearch_Click(); };
-  m.mnuHelpTopics.Click = [this] { app_.desktop.showHelp(""); };
-  m.mnuHelpWebSite1.Click = [this] { app_.tools.OpenWebSite(menus.mnuHelpWebSite1.Caption.get()); };
+  m.mnuHelpTopics.Click = [this] { mnuHelpTopics_Click(); };
+  m.mnuHelpWebSite0.Click = [this] { mnuHelpWebSite_Click(menus.mnuHelpWebSite0); };
+  m.mnuHelpWebSite1.Click = [this] { mnuHelpWebSite_Click(menus.mnuHelpWebSite1); };
+  m.mnuHelpAbout.Click = [this] { mnuHelpAbout_Click(); };
+  m.mnuFileLoginInfo.Click = [this] { mnuFileLoginInfo_Click(); };
+  m.mnuFileChangePassword.Click = [this] { mnuFileChangePassword_Click(); };
   m.mnuFileNewBooking.Click = m.mnuPopupNewBookingFreeform.Click = [this] { mnuFileNewBooking_Click(); };
   m.mnuFileNewBookingWiz.Click = m.mnuPopupNewBookingWizard.Click = [this] { mnuFileNewBookingWiz_Click(); };
   m.mnuFileNewPickup.Click = m.mnuPopupNewBookingPickup.Click = [this] { mnuFileNewPickup_Click(); };
@@ -137,11 +140,7 @@ void frmMain::connectMenus() {
   m.mnuFilePrintDetail.Click = m.mnuPopupBookingsPrintDetail.Click = command("PrintDetail");
   m.mnuFilePrintDetailAll.Click = m.mnuPopupBookingsPrintDetailAll.Click = command("PrintDetailAll");
   m.mnuPopupBookingsPrintListing.Click = [this] { mnuFilePrintListing_Click(); };
-  m.mnuFileLoginInfo.Click = command("LoginInfo");
-  m.mnuFileChangePassword.Click = command("ChangePassword");
   m.mnuToolsDefaults.Click = command("SessionDefaults");
-  m.mnuHelpWebSite0.Click = command("HomePage");
-  m.mnuHelpAbout.Click = command("About");
   for (auto [entry, keys] :
        std::initializer_list<std::pair<MenuItem*, const char*>>{{&m.mnuFileNewBooking, "Ctrl+N"},
                                                                 {&m.mnuFileNewBookingWiz, "Ctrl+W"},
@@ -159,12 +158,8 @@ void frmMain::connectViews() {
   m.mnuPopupBookingsEdit.Click = [this] { dayView.cmdEditBooking_Click(); };
   m.mnuPopupBookingsDelete.Click = [this] { dayView.cmdDeleteBooking_Click(); };
   m.mnuPopupBookingsCancel.Click = [this] { dayView.cmdCancelBooking_Click(); };
-  m.mnuPopupBookingsCharge.Click = [this] {
-    if (frames.fraView(1).Visible) dayView.cmdChargeDayView_Click();
-  };
-  m.mnuPopupBookingsDischarge.Click = [this] {
-    if (frames.fraView(1).Visible) dayView.cmdDischargeDayView_Click();
-  };
+  m.mnuPopupBookingsCharge.Click = [this] { mnuPopupBookingsCharge_Click(); };
+  m.mnuPopupBookingsDischarge.Click = [this] { mnuPopupBookingsDischarge_Click(); };
   m.mnuPopupBookingSortAsc.Click = [this] { mnuPopupBookingSortAsc_Click(); };
   m.mnuPopupBookingSortDesc.Click = [this] { mnuPopupBookingSortDesc_Click(); };
   dayView.UpdateCalendars = [this] { UpdateCalendars(); };
@@ -220,10 +215,17 @@ void frmMain::connectTools() {
   albDaemon.ItemClick = clicked;
 }
 
+/// The menu entry that makes a record of an inventory list's kind; it knows whether the rights allow it.
+static MenuItem& newRecordEntry(MainMenus& menus, int kind) {
+  MenuItem* const entries[] = {&menus.mnuFileNewInvEquip, &menus.mnuFileNewInvGroup, &menus.mnuFileNewInvRoom,
+                               &menus.mnuFileNewInvMaint};
+  return *entries[kind];
+}
+
 void frmMain::runNewRecord() {
   const int kind = intOf(lblView.Tag.get());
   if (!lblView.Tag.get().empty() && kind >= kKindEquipment && kind <= kKindMaintenance)
-    return OpenRecordWindow(app_, kind, "");
+    return newRecordEntry(menus, kind).choose();
   dayView.cmdNewBooking_Click();
 }
 
@@ -234,17 +236,17 @@ void frmMain::openNewBooking(int kind) {
 }
 
 void frmMain::mnuFileNewBooking_Click() {
-  newPickup = false;
+  app_.slots.newPickup = false;
   openNewBooking(kBooking);
 }
 
 void frmMain::mnuFileNewBookingWiz_Click() {
-  newPickup = false;
+  app_.slots.newPickup = false;
   openNewBooking(kWizard);
 }
 
 void frmMain::mnuFileNewPickup_Click() {
-  newPickup = true;
+  app_.slots.newPickup = true;
   openNewBooking(kBooking);
 }
 
@@ -259,7 +261,36 @@ void frmMain::mnuToolsOptions_Click() {
 }
 
 void frmMain::mnuToolsSearch_Click() {
+  app_.slots.searchFor = intOf(lblView.Tag.get());
   app_.makers.run("frmFind", app_);
+}
+
+void frmMain::mnuHelpTopics_Click() {
+  app_.desktop.showHelp("");
+}
+
+void frmMain::mnuHelpWebSite_Click(const MenuItem& entry) {
+  app_.tools.OpenWebSite(entry.Caption.get());
+}
+
+void frmMain::mnuHelpAbout_Click() {
+  app_.makers.run("About", app_);
+}
+
+void frmMain::mnuFileLoginInfo_Click() {
+  app_.makers.run("LoginInfo", app_);
+}
+
+void frmMain::mnuFileChangePassword_Click() {
+  app_.makers.run("ChangePassword", app_);
+}
+
+void frmMain::mnuPopupBookingsCharge_Click() {
+  if (frames.fraView(1).Visible) dayView.cmdChargeDayView_Click();
+}
+
+void frmMain::mnuPopupBookingsDischarge_Click() {
+  if (frames.fraView(1).Visible) dayView.cmdDischargeDayView_Click();
 }
 
 }  // namespace vantry

@@ -55,10 +55,8 @@ void frmMain::SetFormSecurity(int kind) {
 }
 
 void frmMain::secureWholeBar() {
-  menus.mnuViewInventory.Visible = true;
   buildListBars();
   adjustViewEntries();
-  secureNewRecords();
   secureBookings();
 }
 
@@ -74,9 +72,12 @@ void frmMain::secureNewRecords() {
     }
     return any;
   };
-  const bool inventory = apply(kNewInventory, menus.mnuViewInventory.Visible);
+  const bool anySubject = mayReach(rights, Subject::Equipment) || mayReach(rights, Subject::Maintenance) ||
+                          mayReach(rights, Subject::Rooms);
+  const bool inventory = apply(kNewInventory, anySubject);
   const bool bookings = apply(kNewBookings, true);
   menus.mnuFileNewInventory.Enabled = inventory;
+  // The button carries the menu of all new records; its own click asks for the right of the list that shows.
   barMain.tool("abNew").Enabled = inventory || bookings;
   dayView.cmdNewBooking.Enabled = bookings;
 }
@@ -84,19 +85,13 @@ void frmMain::secureNewRecords() {
 void frmMain::secureInventory(int kind) {
   const Rights& rights = app_.context.rights;
   const SecuredList& list = kLists[kind];
-  const bool only = viewOnly(rights, list.subject);
-  const bool mayAdd = !only && rights.has(rightsOf(list.subject).add);
-  barMain.tool("abNew").Enabled = mayAdd;
-  (menus.*list.popupNew).Enabled = mayAdd;
-  (menus.*list.popupEdit).Caption = only ? "View" : "Edit";
+  (menus.*list.popupNew).Enabled = rights.has(rightsOf(list.subject).add);
+  (menus.*list.popupEdit).Caption = viewOnly(rights, list.subject) ? "View" : "Edit";
 }
 
 void frmMain::secureBookings() {
   const bool only = viewOnly(app_.context.rights, Subject::Bookings);
-  const bool mayAdd = app_.context.rights.has(Right::BKADD);
-  for (const SecuredEntry& entry : kNewBookings) (menus.*entry.menu).Enabled = mayAdd && !only;
-  dayView.cmdNewBooking.Enabled = mayAdd && !only;
-  barMain.tool("abNew").Enabled = mayAdd && !only;
+  secureNewRecords();
   menus.mnuPopupBookingsEdit.Caption = only ? "View" : "Edit";
   dayView.cmdEditBooking.Caption = only ? "Vie&w" : "&Edit";
 }

@@ -1,18 +1,17 @@
 // Log-off, exit and what they leave behind.
+#include <stdexcept>
+
 #include "frame/modMain.h"
 #include "schedule/frmMain.h"
 
 namespace vantry {
 
 void frmMain::closeWorkingWindows() {
-  int last = windows().Count() - 1;
-  for (int i = 0; i <= last; ++i) {
+  for (int i = 0; i < windows().Count(); ++i) {
     Form& window = windows()[i];
     if (window.Tag.get().empty()) continue;
     window.WindowState = FormState::Normal;
-    if (!window.Unload()) continue;  // it may refuse, over unsaved work
-    --i;
-    last = windows().Count() - 1;
+    if (window.Unload()) --i;  // the collection has shrunk; it may refuse, over unsaved work
   }
   app_.makers.run("frmFind.Unload", app_);
 }
@@ -31,10 +30,14 @@ void frmMain::mnuFileLogoff_Click() {
   closeWorkingWindows();
   if (tellOpenWindows("Could not log off.  Please resolve any issues with open Vantry windows.")) return;
   lblView.Caption = "";
+  lblView.Tag = "";
+  StartStopTimer(false);  // nobody is there to be warned, and no session to ask in
+  app_.mode = Mode::None;
   HideFrames();
   currentView_ = nullptr;
   abView.Clear();
   Form_Load();
+  applyPreferences(Applies::Searches);  // the lists were filled anew
   showStatus(2, "Vantry Login...");
   buildListBars();
   LoadOperatorContext(app_);
@@ -56,7 +59,11 @@ bool frmMain::Form_Unload() {
   const int number = view && view->number != kNoNumber ? view->number : 0;
   // The start reads the last view from the preferences, not from here; the two places differ on purpose.
   app_.ini.SelectSection("ListBar");
-  app_.ini.WriteKey("LastView", std::to_string(number));
+  try {
+    app_.ini.WriteKey("LastView", std::to_string(number));
+  } catch (const std::runtime_error& error) {
+    warningBox(app_.desktop, error.what());  // a file that cannot be written is no reason to stay
+  }
   app_.desktop.endProgram();
   return true;
 }

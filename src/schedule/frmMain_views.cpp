@@ -6,7 +6,7 @@ namespace vantry {
 
 const ViewRow* frmMain::visibleView() const {
   for (const ViewRow& view : viewTable()) {
-    if (const_cast<MainFrames&>(frames).of(view).Visible) return &view;
+    if (frames.of(view).Visible) return &view;
   }
   return nullptr;
 }
@@ -75,9 +75,15 @@ void frmMain::DisplayDaemonDefaultView() {
 }
 
 void frmMain::disablePrintEntries() {
-  for (MenuItem* entry : {&menus.mnuFilePrintDetail, &menus.mnuFilePrintDetailAll, &menus.mnuFilePrintListing,
-                          &menus.mnuPopupBookingsPrint, &menus.mnuPopupBookingsPrintDetail,
-                          &menus.mnuPopupBookingsPrintDetailAll, &menus.mnuPopupBookingsPrintListing})
+  for (MenuItem* entry :
+       {&menus.mnuFilePrintDetail, &menus.mnuFilePrintDetailAll, &menus.mnuFilePrintListing,
+        &menus.mnuPopupToolsPrint, &menus.mnuPopupToolsPrintDetail, &menus.mnuPopupToolsPrintDetailAll,
+        &menus.mnuPopupToolsPrintListing, &menus.mnuPopupGroupPrint, &menus.mnuPopupGroupPrintDetail,
+        &menus.mnuPopupGroupPrintDetailAll, &menus.mnuPopupGroupPrintListing, &menus.mnuPopupSchedulerPrint,
+        &menus.mnuPopupSchedulerPrintDetail, &menus.mnuPopupSchedulerPrintDetailAll,
+        &menus.mnuPopupSchedulerPrintListing, &menus.mnuPopupBookingsPrint,
+        &menus.mnuPopupBookingsPrintDetail, &menus.mnuPopupBookingsPrintDetailAll,
+        &menus.mnuPopupBookingsPrintListing})
     entry->Enabled = false;
 }
 
@@ -112,9 +118,11 @@ void frmMain::showView(ViewId id) {
   mnuViewMergeCells_Click();
   lblView.Caption = view.heading.starts_with('=')
                         ? std::string(view.heading.substr(1))
-                        : std::string(view.heading) + plainCaption((menus.*view.menu).Caption.get());
+                        : std::string(view.heading) + (menus.*view.menu).Caption.get();
   lblView.Tag = std::to_string(view.kind);
   abView.ListIndex = abView.indexOf(view.comboText);
+  ListBar& bar = view.mode == Mode::Monitor ? albDaemon : albStandard;
+  bar.CurrentItem = plainCaption((menus.*view.menu).Caption.get());
   SetFormSecurity(view.kind);
   const bool calendar = id == ViewId::Month || id == ViewId::Year;
   lblSingleBookingColor.Visible = calendar;
@@ -132,6 +140,7 @@ void frmMain::readView(ViewId id) {
     }
     return;
   }
+  if (id == ViewId::Staff) staffView.refill();
   if (id != ViewId::Day) return;
   // The day view keeps to the date that the calendars share; a new date reads the list by its own change.
   if (dayView.dtViewBookings.Value.get() == dtTempDate.Value.get()) {

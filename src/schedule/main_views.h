@@ -68,7 +68,6 @@ inline constexpr int kKindEquipment = 0;
 inline constexpr int kKindGroups = 1;
 inline constexpr int kKindRooms = 2;
 inline constexpr int kKindMaintenance = 3;
-inline constexpr int kKindWholeBar = 5;
 inline constexpr int kKindBookings = 9;
 
 /// A menu caption as plain text, without its mnemonic.

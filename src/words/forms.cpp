@@ -102,4 +102,12 @@ std::string_view nameOf(TagForm form) {
   return kNames.at(static_cast<std::size_t>(form));
 }
 
+std::optional<TagForm> formNamed(std::string_view name) {
+  using enum TagForm;
+  for (const TagForm form : {Id, Name, Flag, Count, Date, Time, Money}) {
+    if (nameOf(form) == name) return form;
+  }
+  return std::nullopt;
+}
+
 }  // namespace vantry

@@ -15,14 +15,6 @@ bool isLetter(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-std::optional<TagForm> formNamed(std::string_view name) {
-  using enum TagForm;
-  for (const TagForm form : {Id, Name, Flag, Count, Date, Time, Money}) {
-    if (nameOf(form) == name) return form;
-  }
-  return std::nullopt;
-}
-
 TagForm formInDictionary(std::string_view tag) {
   const TagRow* row = findTag(tag);
   return row ? row->form : TagForm::Name;

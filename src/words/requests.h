@@ -28,7 +28,7 @@ struct RequestRow {
   std::string_view code;
   std::string_view sent;
   std::string_view head;     ///< tags of the reply's head, parted by blanks
-  std::string_view records;  ///< tags of each record, parted by blanks
+  std::string_view records;  ///< tags of each record, parted by blanks; here too a colon names another form
   std::string_view walk;    ///< the tag that every record carries, or several; empty when the reply is single
   std::string_view rights;  ///< any one of these rights lets an operator send it; empty: every operator may
   bool writes;              ///< whether the request may change stored data
@@ -54,6 +54,11 @@ struct MessageFault {
 /// memory grow with the number of tags only. Throws std::invalid_argument for a row whose pattern is no
 /// pattern, which no row of the table is.
 [[nodiscard]] std::optional<MessageFault> checkMessage(const RequestRow& row, std::span<const TagValue> tags);
+
+/// The tag of a word of `head`, `records` or `walk`: what stands before a colon.
+[[nodiscard]] constexpr std::string_view tagOf(std::string_view word) {
+  return word.substr(0, word.find(':'));
+}
 
 /// Splits a list of words parted by blanks, as the rows hold them.
 [[nodiscard]] std::vector<std::string_view> wordsOf(std::string_view list);

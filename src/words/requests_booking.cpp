@@ -45,14 +45,14 @@ constexpr RequestRow kRequests[] = {
      "UNM LNA UDT", "", "", "BKUPD", kWrites, "changes a booking; return codes as for NEWBK"},
 
     // Checks of times and places
-    {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings, kReads,
-     "whether deliveries can be made at the times; 167: against the calendar"},
+    {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings,
+     kReads, "whether deliveries can be made at the times; 167: against the calendar"},
     {"CRMTM", "PGID ADBK (STIME SDOW ETIME EDOW)+ RID", "", "VUF STIME ETIME DATE:Time BKINT BKPER", "VUF",
      kMakeBookings, kReads,
      "whether a room that the library schedules can be had at the times; 167: against the calendar; 185: "
      "against its policy"},
-    {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings, kReads,
-     "whether pick-ups can be made at the times; 167: against the calendar"},
+    {"CPUPTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings,
+     kReads, "whether pick-ups can be made at the times; 167: against the calendar"},
     {"VALDLO", "RID PGID (MTID BI MI IM)* (EID EQIR?)* (ETI IFL)*", "", "VD1 VD2", "VD1", kMakeBookings,
      kReads, "whether the things can be delivered; 146: not those of the types told, VD1 being MTID or ETI"},
     {"VALPLO", "LOC PGID (MTID BI MI IM)* (EID EQIR?)* (ETI IFL)*", "", "VD1 VD2", "VD1", kMakeBookings,
@@ -97,7 +97,7 @@ constexpr RequestRow kRequests[] = {
      "barcodes of a patron with their groups"},
 
     // Rooms, notes and equipment that goes with them
-    {"GDRM", "ADBK PGID?", "", "RNM RID", "RID", kBookings, kReads,
+    {"GDRM", "ADBK PGID", "", "RNM RID", "RID", kBookings, kReads,
      "rooms to which a patron group has deliveries"},
     {"GLSRM", "WIZ? ADBK PGID?", "", "RNM RID", "RID", kBookings, kReads,
      "rooms that the library schedules for a patron group"},

@@ -46,7 +46,7 @@ constexpr RequestRow kRequests[] = {
      "members of a group"},
     {"GETGRPE", "ETI EID", "", "EID BNO ENO LNA RNM STY EMA EMO ESN GRPNO EFO", "EID", kEquipment, kReads,
      "pieces of a type that are in groups"},
-    {"GETNGRPE", "ETI (EID | RID)?", "", "EID BNO ENO LNA RNM STY EMA EMO ESN GRPNO EFO EIU RID MNC", "EID",
+    {"GETNGRPE", "ETI (EID | RID)", "", "EID BNO ENO LNA RNM STY EMA EMO ESN GRPNO EFO EIU RID MNC", "EID",
      kEquipmentRoomsOrBookings, kReads, "pieces of a type that are in no group, for a group or a room"},
     {"GETIBYB", "EPT? BARORNO (BNO | ENO)", "SRCHCNT", "EID ENO BNO STY ETY EIU RID", "EID",
      kInventoryOrBookings, kReads, "looks equipment up by barcode or number"},
@@ -121,8 +121,8 @@ constexpr RequestRow kRequests[] = {
     // Maintenance
     {"GETMDTL", "MID", "EID ETY ENO BNO MDI MDO ENM MNO STY CNM UNM CLN ULN CDT UDT MNT", "MDID MTI MTY MCO",
      "MDID", kMaintenance, kReads, "one maintenance record and its detail lines"},
-    {"NEWEMAINTD", "EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "MID CLN CDT CNM", "", "", "EQMADD", kWrites,
-     "makes a maintenance record; the short form comes from the barcode dialog"},
+    {"NEWEMAINTD", "EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "MID CLN CDT CNM UDT ULN UNM", "", "", "EQMADD",
+     kWrites, "makes a maintenance record; the short form comes from the barcode dialog"},
     {"UPDEMAINTD", "MID EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "UDT ULN UNM", "", "", "EQMUPD", kWrites,
      "changes a maintenance record; the detail lines sent replace those stored; the short form leaves the "
      "rest as it is"},

@@ -24,8 +24,8 @@ constexpr RequestRow kRequests[] = {
      "exception days of a calendar"},
 
     // Monitor and pick-up lists
-    {"DELD", "LOC+ HRS", "", "BOOKID BKRES DOCL PATNM RNM CNUM SCHCOM ODE OPU STIME ETIME", "BOOKID",
-     kBookings, kReads, "deliveries and clean-ups that come due at the locations"},
+    {"DELD", "LOC+ HRS", "", "BOOKID BKRES DOCL PATNM RNM CNUM SCHCOM ODE:Time OPU:Time STIME ETIME",
+     "BOOKID", kBookings, kReads, "deliveries and clean-ups that come due at the locations"},
     {"PICKD", "LOC+ HRS", "", "BOOKID STIME ETIME PATNM RNM CNUM SCHCOM", "BOOKID", kBookings, kReads,
      "pick-ups that come due"},
     {"LIBSD", "LOC+ HRS", "", "BOOKID ICNT ECNT STIME ETIME PATNM RNM CNUM SCHCOM", "BOOKID", kBookings,
@@ -36,11 +36,11 @@ constexpr RequestRow kRequests[] = {
      "BKERR", kBookings, kWrites,
      "conflicts and warnings of what comes due; assigns the generic lines of that period"},
     {"GSC", "BOOKID", "", "EID ETY ENO", "EID", kBookings, kReads, "equipment of a booking in the monitor"},
-    {"GEPL", "CLI LOC+ STIME ETIME OI", "", "BOOKID CNUM PFN PLN ENO EQBAR LNA EQIR UTIME ETY BTYP", "CNUM",
-     kBookings, kReads, "equipment to be fetched in a period"},
+    {"GEPL", "CLI LOC+ STIME ETIME OI", "", "BOOKID CNUM PFN PLN ENO EQBAR LNA EQIR UTIME:Time ETY BTYP",
+     "CNUM", kBookings, kReads, "equipment to be fetched in a period"},
     {"GIPL", "CLI LOC+ STIME ETIME OI", "",
-     "BOOKID CNUM PFN PLN UTIME NTTL MBIBT NCN CN EN CH LNA BNO MDSC ETY BTYP BI MI IM", "CNUM", kBookings,
-     kReads, "media items to be fetched in a period"},
+     "BOOKID CNUM PFN PLN UTIME:Time NTTL MBIBT NCN CN EN CH LNA BNO MDSC ETY BTYP BI MI IM", "CNUM",
+     kBookings, kReads, "media items to be fetched in a period"},
 
     // Circulation. Search text may end in "?" for a value that only begins so, an item id too.
     {"SSC", "(BNO | PPBAR | CNUM | PLN)", "", "BOOKID BKRES STIME ETIME REQ CNUM BTYP DPL ECNT ICNT",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -34,6 +35,8 @@ struct TagRow {
 
 /// The name of a form as it is written in patterns and in the documents: "Id", "Name" ...
 [[nodiscard]] std::string_view nameOf(TagForm form);
+/// The form of that name, or nothing.
+[[nodiscard]] std::optional<TagForm> formNamed(std::string_view name);
 
 /// The tags as constants, so that a misspelt tag does not compile. `ETIME_` and `CTIME_` end in an underscore
 /// because system headers define macros of the bare names.

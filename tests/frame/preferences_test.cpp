@@ -1,5 +1,6 @@
 #include "frame/preferences.h"
 
+#include "frame/modMain.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -23,6 +24,10 @@ TEST(Preferences, AnEmptyStoreGivesEveryDefault) {
   EXPECT_TRUE(p.AutoSizeCells);
   EXPECT_FALSE(p.Historical);
   EXPECT_EQ(p.DaemonInterval, "15");
+  EXPECT_EQ(p.Start, 6);
+  EXPECT_EQ(p.End, 10);
+  EXPECT_EQ(p.Interval, 1);
+  EXPECT_EQ(p.RoomHours, "1");
   EXPECT_EQ(p.back(ListColour::Canceled), 65535u);
   EXPECT_EQ(p.back(ListColour::Overdue), 33023u);
   EXPECT_EQ(p.back(ListColour::View), 2147483660u) << "the desktop's own colour 12";
@@ -126,6 +131,21 @@ TEST_F(PreferencesAtTheDesk, TheListBarStandsWhereItIsWanted) {
   EXPECT_FALSE(main().albStandard.Visible);
   EXPECT_FALSE(main().albDaemon.Visible);
   EXPECT_GT(main().abView.ListCount(), 0) << "the views can still be chosen";
+}
+
+TEST_F(PreferencesAtTheDesk, WithoutAnIntervalTheMonitorsClockStands) {
+  settings.prefer("DaemonInterval", "0");
+  settings.prefer("View", "8");
+  build();
+  expectContext();
+  ASSERT_TRUE(Main(*app));
+  EXPECT_FALSE(main().tmrDaemon.Enabled);
+  settings.prefer("DaemonInterval", "5");
+  ReadPreferences(*app);
+  EXPECT_TRUE(main().tmrDaemon.Enabled) << "read anew in the monitor";
+  settings.prefer("DaemonInterval", "0");
+  ReadPreferences(*app);
+  EXPECT_FALSE(main().tmrDaemon.Enabled);
 }
 
 TEST_F(PreferencesAtTheDesk, GarbageInTheStoreIsKeptAside) {

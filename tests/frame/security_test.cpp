@@ -2,6 +2,7 @@
 #include <iterator>
 #include <set>
 
+#include "frame/modMain.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -57,24 +58,13 @@ TEST_F(Security, EachSubjectDisappearsWithItsRights) {
     const char* off;
     std::set<std::string> gone;
   };
-  const std::set<std::string> newBookings = {"mnuFileNewBooking",
-                                             "mnuFileNewBookingWiz",
-                                             "mnuFileNewPickup",
-                                             "mnuPopupNewBookingFreeform",
-                                             "mnuPopupNewBookingWizard",
-                                             "mnuPopupNewBookingPickup",
-                                             "mnuPopupBookingsNew",
-                                             "cmdNewBooking",
-                                             "bar: New Booking",
-                                             "bar: Booking Wizard",
-                                             "bar: New Pick-Up",
-                                             "tool: Booking",
-                                             "tool: Booking Wizard",
-                                             "tool: Pick-Up",
-                                             "tool: Equipment",
-                                             "tool: Group",
-                                             "tool: Room",
-                                             "tool: Maintenance"};
+  const std::set<std::string> newBookings = {"mnuFileNewBooking",        "mnuFileNewBookingWiz",
+                                             "mnuFileNewPickup",         "mnuPopupNewBookingFreeform",
+                                             "mnuPopupNewBookingWizard", "mnuPopupNewBookingPickup",
+                                             "mnuPopupBookingsNew",      "cmdNewBooking",
+                                             "bar: New Booking",         "bar: Booking Wizard",
+                                             "bar: New Pick-Up",         "tool: Booking",
+                                             "tool: Booking Wizard",     "tool: Pick-Up"};
   const std::vector<Case> cases = {
       {"EQADD", {"mnuFileNewInvEquip", "mnuFileNewInvGroup", "tool: Equipment", "tool: Group"}},
       {"EQMADD", {"mnuFileNewInvMaint", "tool: Maintenance"}},
@@ -102,6 +92,17 @@ TEST_F(Security, EachSubjectDisappearsWithItsRights) {
     const std::set<std::string> left = offers(main());
     std::set_difference(all.begin(), all.end(), left.begin(), left.end(), std::inserter(gone, gone.end()));
     EXPECT_EQ(gone, c.gone) << "without " << c.off;
+  }
+}
+
+TEST_F(Security, NoOtherRightTakesAnythingByItself) {
+  start();
+  const std::set<std::string> all = offers(main());
+  const std::set<std::string_view> told = {"EQADD", "EQMADD", "RMADD", "BKCHA", "BKDIS", "BKADD"};
+  for (const std::string_view code : kRightCodes) {
+    if (told.contains(code)) continue;
+    start(allRightsBut(code));
+    EXPECT_EQ(offers(main()), all) << "without " << code;
   }
 }
 
@@ -136,14 +137,63 @@ TEST_F(Security, AViewOnlyOperatorViewsBookings) {
 }
 
 TEST_F(Security, AViewOnlySubjectLosesItsNewCommandAndShowsView) {
-  start(allRightsBut("RMADD RMUPD RMDEL"));
-  main().menus.mnuViewInventoryRooms.choose();
-  EXPECT_EQ(main().menus.mnuPopupToolsEdit.Caption, "View");
-  EXPECT_FALSE(main().barMain.tool("abNew").Enabled);
-  EXPECT_FALSE(main().menus.mnuPopupToolsNew.Enabled);
-  main().menus.mnuViewInventoryEquipment.choose();
-  EXPECT_EQ(main().menus.mnuPopupToolsEdit.Caption, "Edit");
-  EXPECT_TRUE(main().barMain.tool("abNew").Enabled);
+  struct Case {
+    const char* off;
+    MenuItem MainMenus::*view;
+    MenuItem MainMenus::*edit;
+    MenuItem MainMenus::*fresh;
+    const char* opened;
+  };
+  using M = MainMenus;
+  for (const Case& c : {Case{"RMADD RMUPD RMDEL", &M::mnuViewInventoryRooms, &M::mnuPopupToolsEdit,
+                             &M::mnuPopupToolsNew, "record window 2"},
+                        Case{"EQADD EQUPD EQDEL", &M::mnuViewInventoryEquipment, &M::mnuPopupToolsEdit,
+                             &M::mnuPopupToolsNew, "record window 0"},
+                        Case{"EQADD EQUPD EQDEL", &M::mnuViewInventoryGroups, &M::mnuPopupGroupEdit,
+                             &M::mnuPopupGroupNew, "record window 1"},
+                        Case{"EQMADD EQMUPD EQMDEL", &M::mnuViewInventoryMaintenance, &M::mnuPopupToolsEdit,
+                             &M::mnuPopupToolsNew, "record window 3"}}) {
+    for (const bool only : {true, false}) {
+      start(only ? allRightsBut(c.off) : allRightsBut());
+      (main().menus.*c.view).choose();
+      EXPECT_EQ((main().menus.*c.edit).Caption, only ? "View" : "Edit") << c.opened;
+      EXPECT_EQ((main().menus.*c.fresh).Enabled, !only) << c.opened;
+      main().barMain.choose(main().barMain.tool("abNew"));
+      EXPECT_EQ(notBuilt, only ? std::vector<std::string>{} : std::vector<std::string>{c.opened});
+    }
+  }
+}
+
+TEST_F(Security, MonitorFirstLeavesTheRightsOfStandardModeWhole) {
+  settings.prefer("View", "8");
+  build();
+  expectContext(allRightsBut("RMADD"));
+  ASSERT_TRUE(Main(*app));
+  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
+  main().menus.mnuModeStandard.choose();
+  EXPECT_TRUE(main().menus.mnuFileNewInvEquip.Enabled);
+  EXPECT_FALSE(main().menus.mnuFileNewInvRoom.Enabled);
+  EXPECT_TRUE(main().barMain.tool(301).Enabled);
+  EXPECT_FALSE(main().barMain.tool(303).Enabled);
+}
+
+TEST_F(Security, WithoutAFirstViewBarAndMenusFollowTheRightsAllTheSame) {
+  settings.prefer("View", "15");
+  settings.prefer("LastView", "15");
+  build();
+  expectContext(onlyRights("BKV"));
+  ASSERT_TRUE(Main(*app));
+  EXPECT_EQ(app->mode, Mode::None);
+  EXPECT_FALSE(main().menus.mnuFileNewInvEquip.Enabled);
+  EXPECT_FALSE(main().albStandard.has("New Booking"));
+  EXPECT_TRUE(main().albStandard.has("Day View"));
+}
+
+TEST_F(Security, ARequestWithoutItsRightEndsInSilence) {
+  startWithBookings("BOOKID=7 BKRES=0");
+  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N").fails(-96);
+  day().cmdToday.press();
+  EXPECT_TRUE(main().Enabled);
 }
 
 TEST_F(Security, ModesKeepTheirTimersAndMenus) {
@@ -173,10 +223,12 @@ TEST_F(Security, ComboAndListBarLeadToTheSameViews) {
   EXPECT_EQ(main().lblView.Caption, " Staff");
   EXPECT_TRUE(main().frames.fraStaff(1).Visible);
   EXPECT_FALSE(main().frames.fraView(1).Visible);
-  settings.prefer("Sound1", "");
+  app->preferences.sounds[1] = "click.wav";
   main().albStandard.click("Rooms");
   EXPECT_EQ(main().lblView.Caption, "Inventory - Rooms");
   EXPECT_EQ(main().abView.Text(), "Inventory - Rooms");
+  EXPECT_EQ(main().albStandard.CurrentItem, "Rooms");
+  EXPECT_THAT(desktop.sounds, testing::ElementsAre("click.wav"));
   server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
   main().albStandard.click("Day View");
   EXPECT_EQ(main().abView.Text(), "Schedule - Day View");

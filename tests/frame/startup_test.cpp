@@ -125,7 +125,7 @@ TEST_F(StartUp, TheViewPreferenceChoosesModeAndView) {
        {Case{"0", "0", " Booking Schedule - Day View", Mode::Standard},
         Case{"3", "0", "Inventory - Equipment Groups", Mode::Standard},
         Case{"7", "0", " Staff", Mode::Standard},
-        Case{"8", "0", " Schedule Monitor - Conflict Resolution & Warning", Mode::Monitor},
+        Case{"8", "0", " Schedule Monitor - Conflict Resolution && Warning", Mode::Monitor},
         Case{"12", "0", " Schedule Monitor - Library Media Scheduled Rooms", Mode::Monitor},
         Case{"14", "0", " Booking Schedule - Discharge", Mode::Standard},
         Case{"15", "14", " Booking Schedule - Discharge", Mode::Standard},
@@ -216,6 +216,30 @@ TEST_F(StartUp, TheSystemsCloseAsksNothingAndKeepsTheView) {
   main().HideFrames();
   EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
   EXPECT_EQ(iniText(), "[ListBar]\nLastView=0\n") << "no view shows";
+}
+
+TEST_F(StartUp, AFileThatCannotBeWrittenIsToldAndTheProgramEnds) {
+  start();
+  std::filesystem::create_directory(folder / "vantry.ini.new");  // where the fresh file would be written
+  desktop.expectBox(Box::Kind::Warning,
+                    "Cannot write " + (folder / "vantry.ini.new").string() + ": Is a directory");
+  EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
+}
+
+TEST_F(StartUp, ALogOffStopsTheMonitorAndEmptiesTheCalendars) {
+  settings.prefer("View", "9");
+  settings.prefer("ChargeSearch", "2");
+  build();
+  expectContext();
+  ASSERT_TRUE(Main(*app));
+  EXPECT_TRUE(main().tmrDaemon.Enabled);
+  desktop.expectModal("frmLogon", [&](Form& form) {
+    EXPECT_FALSE(main().tmrDaemon.Enabled);
+    EXPECT_EQ(main().lblView.Tag, "");
+    form.Unload();
+  });
+  EXPECT_TRUE(endsProgram([&] { main().menus.mnuFileLogoff.choose(); }));
+  EXPECT_EQ(main().cboChargeSearch.ListIndex.get(), 2) << "the lists are as preferred for the next operator";
 }
 
 TEST_F(StartUp, AGivenUpConnectionEndsTheProgramInTheMiddleOfACommand) {

@@ -211,6 +211,7 @@ TEST_F(DayViewTest, AFailedReadLeavesAnEmptyListAndNoCommands) {
   EXPECT_FALSE(grid().Redraw);
   EXPECT_FALSE(day().cmdEditBooking.Enabled);
   EXPECT_FALSE(day().cmdPrintDayView.Enabled);
+  EXPECT_FALSE(main().menus.mnuFilePrintListing.Enabled);
   EXPECT_TRUE(main().Enabled);
   expectDay(kThree);
   day().cmdToday.press();
@@ -237,6 +238,7 @@ TEST_F(DayViewTest, SortingTakesTheTrueOrderOfTimesAndDates) {
     grid().rightClick(1, grid().columnOfData(c.data));
     EXPECT_EQ(column(0), c.order) << "by column " << c.data;
     EXPECT_EQ(grid().Row, 0);
+    EXPECT_FALSE(day().cmdEditBooking.Enabled) << "no row is selected any more";
   }
 }
 
@@ -252,7 +254,7 @@ TEST_F(DayViewTest, NewBookingsOpenAsPreferred) {
     if (*popup) desktop.expectPopup("mnuPopupNewBooking", popup);
     day().cmdNewBooking.press();
     EXPECT_THAT(notBuilt, testing::ElementsAre(opened));
-    EXPECT_EQ(main().newPickup, preference == std::string("3"));
+    EXPECT_EQ(app->slots.newPickup, preference == std::string("3"));
     EXPECT_TRUE(main().Enabled);
   }
 }
@@ -274,6 +276,9 @@ TEST_F(DayViewTest, MergingFollowsTheMenu) {
   EXPECT_EQ(grid().MergeCells.get(), MergeMode::Free);
   EXPECT_TRUE(app->preferences.MergeCells);
   EXPECT_TRUE(grid().MergeRow(2));
+  expectDay(kThree);
+  day().cmdToday.press();
+  EXPECT_TRUE(grid().MergeRow(2)) << "also after the rows are new";
   main().menus.mnuViewMergeCells.choose();
   EXPECT_EQ(grid().MergeCells.get(), MergeMode::Never);
 }

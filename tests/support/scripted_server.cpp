@@ -42,17 +42,24 @@ bool sameTags(const std::vector<TagValue>& expected, const std::vector<TagValue>
 /// Whether a list of the table holds the tag; a word there may name a form behind a colon.
 bool holds(std::string_view list, std::string_view tag) {
   const auto words = wordsOf(list);
-  return std::any_of(words.begin(), words.end(),
-                     [&](std::string_view word) { return word.substr(0, word.find(':')) == tag; });
+  return std::any_of(words.begin(), words.end(), [&](std::string_view word) { return tagOf(word) == tag; });
+}
+
+/// The form that a value of the tag has in this list.
+std::optional<TagForm> formIn(std::string_view list, std::string_view tag) {
+  for (const std::string_view word : wordsOf(list)) {
+    if (tagOf(word) == tag && word.size() > tag.size()) return formNamed(word.substr(tag.size() + 1));
+  }
+  const TagRow* row = findTag(tag);
+  return row ? std::optional(row->form) : std::nullopt;
 }
 
 /// What the table says against these pairs of a reply; empty when it agrees.
 std::string objection(const std::vector<TagValue>& pairs, std::string_view allowed) {
   for (const auto& [tag, value] : pairs) {
     if (tag != "CANTREAD" && !holds(allowed, tag)) return "does not carry " + tag;
-    const TagRow* row = findTag(tag);
-    const bool otherForm = allowed.find(tag + ':') != std::string_view::npos;
-    if (row && !otherForm && !hasForm(value, row->form)) return "would not send " + tag + '=' + value;
+    const auto form = formIn(allowed, tag);
+    if (form && !hasForm(value, *form)) return "would not send " + tag + '=' + value;
   }
   return {};
 }
