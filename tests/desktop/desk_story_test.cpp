@@ -1,6 +1,7 @@
 // Whole stories: real widgets, driven as an operator drives them, over the real server with its small
 // library.
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <deque>
