@@ -9,6 +9,8 @@ namespace {
 
 /// Above this many slots the bar is as wide as the window, and the dates with it.
 constexpr int kSlotsBesideDates = 96;
+/// Share of the free height that the open list takes.
+constexpr int kListShare = 50;
 
 constexpr std::string_view kListFormat =
     "<Date Needed|<Date Finished|<Time Needed|<Time Finished|<Time Needed Index|<Time Finished Index";
@@ -72,7 +74,9 @@ void TimesPanel::arrange(Container& place) {
                                         txtFinishTime, txtFinishTimeEllipses, Stretch{}}},
                              rulTimeLine, schTimeLine};
   fraMultiBooking.Layout = Column{faDatesTimes, Row{cmdAddDate, cmdEditDate, cmdDeleteDate, Stretch{}}};
-  place.Layout = Column{fraBooking, Row{Stretch{}, cmdMultipleBookings}, fraMultiBooking};
+  // The stretch holds the fields at the top while the list is closed.
+  place.Layout = Column{fraBooking, Row{Stretch{}, cmdMultipleBookings},
+                        LayoutNode(fraMultiBooking).share(kListShare), Stretch{}};
 }
 
 void TimesPanel::connect() {

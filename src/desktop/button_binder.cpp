@@ -9,11 +9,15 @@
 
 namespace vantry {
 
+/// A button that stands beside its field and opens a choice for it.
+static constexpr std::string_view kEllipsis = "...";
+
 class ButtonBinder : public Binder {
  public:
   ButtonBinder(Button& button, Host& host, QPushButton& widget)
       : Binder(button, host, widget), button_(button), widget_(widget) {
     widget.setDefault(button.Default);
+    if (button.Caption == kEllipsis) widget.setFixedWidth(6 * style::kUnit);
     connect(&widget, &QPushButton::clicked, this, [this] { act([this] { button_.press(); }); });
   }
 

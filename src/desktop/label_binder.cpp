@@ -69,7 +69,8 @@ class LabelBinder : public Binder {
   void showCaption() {
     // A mnemonic works only where the layout has given the label its field; data are shown to the letter.
     const bool literal = label_.ReadOnlyField || widget_.buddy();
-    const QString text = literal ? qt(label_.Caption.get()) : withoutMnemonic(label_.Caption.get());
+    QString text = literal ? qt(label_.Caption.get()) : withoutMnemonic(label_.Caption.get());
+    text.remove('\r');  // whatever its order, a line break is one
     widget_.setWordWrap(text.size() > kSentence);
     if (widget_.wordWrap()) widget_.setMinimumWidth(widget_.fontMetrics().averageCharWidth() * kSentence);
     widget_.setText(text);

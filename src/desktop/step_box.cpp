@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPointer>
 #include <QStyleOptionSpinBox>
 
@@ -40,6 +41,28 @@ void StepBox::keyPressEvent(QKeyEvent* event) {
 void StepBox::focusOutEvent(QFocusEvent* event) {
   QAbstractSpinBox::focusOutEvent(event);
   if (event->reason() != Qt::PopupFocusReason && onLeave) onLeave();
+}
+
+void StepBox::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(hasFocus() ? style::accent() : style::outline());
+  const bool live = isEnabled() && !isReadOnly();
+  painter.setBrush(live ? palette().color(QPalette::Base) : style::headerGround());
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
+
+  QStyleOptionSpinBox option;
+  initStyleOption(&option);
+  painter.setPen(QPen(live ? style::quietText() : style::hairline(), 1.4, Qt::SolidLine, Qt::RoundCap));
+  painter.setBrush(Qt::NoBrush);
+  for (const bool up : {true, false}) {
+    const auto part = up ? QStyle::SC_SpinBoxUp : QStyle::SC_SpinBoxDown;
+    const QPointF middle =
+        QRectF(QWidget::style()->subControlRect(QStyle::CC_SpinBox, &option, part, this)).center();
+    const double tip = up ? -1.5 : 1.5;
+    painter.drawPolyline(
+        QPolygonF({middle + QPointF(-3, -tip), middle + QPointF(0, tip), middle + QPointF(3, -tip)}));
+  }
 }
 
 TypedBinder::TypedBinder(Control& control, Host& host, QWidget& widget, QLineEdit& line)

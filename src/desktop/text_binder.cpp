@@ -59,11 +59,17 @@ class TextBinder : public Binder {
 
   void update(Aspect aspect) override {
     if (aspect == Aspect::Text) showText();
-    if (aspect == Aspect::State) widget_.setReadOnly(box_.Locked);
+    if (aspect == Aspect::State) showLocked();
     Binder::update(aspect);
   }
 
  private:
+  void showLocked() {
+    widget_.setReadOnly(box_.Locked);
+    QPalette palette;
+    if (box_.Locked) palette.setColor(QPalette::Base, style::headerGround());
+    widget_.viewport()->setPalette(palette);
+  }
   void typed() {
     QString text = widget_.toPlainText();
     if (box_.MaxLength > 0 && text.size() > box_.MaxLength) {
