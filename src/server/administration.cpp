@@ -9,6 +9,13 @@ namespace vantry::server {
 
 namespace {
 
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
 std::int64_t findNamed(Connection& db, const char* sql, std::string_view name) {
   std::int64_t id = 0;
   Query query(db, sql);
@@ -19,21 +26,22 @@ std::int64_t findNamed(Connection& db, const char* sql, std::string_view name) {
 }
 
 std::int64_t findLocation(Connection& db, std::string_view name) {
-  const std::int64_t id = findNamed(db, "select id from locations where name = :name", name);
+  const std::int64_t id = findNamed(db, "select id from locations where name = :name", trimmed(name));
   if (id == 0) throw AdministrationError("There is no location named \"" + std::string(name) + "\".");
   return id;
 }
 
 OperatorAccount needOperator(Connection& db, std::string_view login) {
-  std::optional<OperatorAccount> account = findOperator(db, login);
+  std::optional<OperatorAccount> account = findOperator(db, trimmed(login));
   if (!account) throw AdministrationError("There is no operator named \"" + std::string(login) + "\".");
   return *account;
 }
 
-void needName(std::string_view name, std::string_view what) {
-  if (name.find_first_not_of(' ') == std::string_view::npos) {
-    throw AdministrationError("A " + std::string(what) + " needs a name.");
-  }
+/// The name without the blanks around it.
+std::string_view needName(std::string_view given, std::string_view what) {
+  const std::string_view name = trimmed(given);
+  if (name.empty()) throw AdministrationError(std::string(what) + " needs a name.");
+  return name;
 }
 
 std::vector<NamedRow> readNamed(Query& query) {
@@ -71,17 +79,17 @@ void addRight(Connection& db, std::int64_t operatorId, std::int64_t locationId, 
 
 }  // namespace
 
-std::int64_t addLibrary(Connection& db, std::string_view name) {
-  needName(name, "library");
+std::int64_t addLibrary(Connection& db, std::string_view given) {
+  const std::string_view name = needName(given, "A library");
   if (findNamed(db, "select id from libraries where name = :name", name) != 0) {
     throw AdministrationError("There is already a library of this name.");
   }
   return insertNamed(db, "insert into libraries (name) values (:name) returning id", name);
 }
 
-std::int64_t addLocation(Connection& db, std::string_view name, std::string_view library) {
-  needName(name, "location");
-  const std::int64_t owner = findNamed(db, "select id from libraries where name = :name", library);
+std::int64_t addLocation(Connection& db, std::string_view given, std::string_view library) {
+  const std::string_view name = needName(given, "A location");
+  const std::int64_t owner = findNamed(db, "select id from libraries where name = :name", trimmed(library));
   if (owner == 0) throw AdministrationError("There is no library named \"" + std::string(library) + "\".");
   if (findNamed(db, "select id from locations where name = :name", name) != 0) {
     throw AdministrationError("There is already a location of this name.");
@@ -94,8 +102,8 @@ std::int64_t addLocation(Connection& db, std::string_view name, std::string_view
   return id;
 }
 
-std::int64_t addPatronGroup(Connection& db, std::string_view name) {
-  needName(name, "patron group");
+std::int64_t addPatronGroup(Connection& db, std::string_view given) {
+  const std::string_view name = needName(given, "A patron group");
   if (findNamed(db, "select id from patron_groups where name = :name", name) != 0) {
     throw AdministrationError("There is already a patron group of this name.");
   }
@@ -112,19 +120,28 @@ std::vector<NamedRow> patronGroups(Connection& db) {
   return readNamed(query);
 }
 
+void checkNewOperator(Connection& db, std::string_view login, std::string_view name) {
+  needName(login, "An operator");
+  needName(name, "An operator's record");
+  if (findOperator(db, trimmed(login))) {
+    throw AdministrationError("There is already an operator of this name.");
+  }
+}
+
+void checkOperator(Connection& db, std::string_view login) {
+  (void)needOperator(db, login);
+}
+
 std::int64_t addOperator(Connection& db, const NewOperator& fresh, Moment now) {
-  needName(fresh.login, "operator");
-  if (findOperator(db, fresh.login)) throw AdministrationError("There is already an operator of this name.");
+  checkNewOperator(db, fresh.login, fresh.name);
+  const std::string login = loginKey(trimmed(fresh.login));
   std::int64_t id = 0;
   Query query(db,
               "insert into operators (login, name, password) values (:login, :name, :password) returning id");
-  query.bind("login", loginKey(fresh.login))
-      .bind("name", fresh.name)
-      .bind("password", fresh.passwordHash)
-      .into(id);
+  query.bind("login", login).bind("name", trimmed(fresh.name)).bind("password", fresh.passwordHash).into(id);
   while (query.next()) {
   }
-  audit(db, nullptr, now, "operator added", fresh.login, {});
+  audit(db, nullptr, now, "operator added", login, {});
   return id;
 }
 
@@ -140,18 +157,23 @@ std::vector<std::string_view> viewRights() {
   return {"EQV", "EQMV", "RMV", "ITV", "PAV", "BKV", "BKVHI"};
 }
 
-void setRights(Connection& db, std::string_view login, std::string_view location,
-               const std::vector<std::string>& codes, Moment now) {
-  const OperatorAccount account = needOperator(db, login);
+std::int64_t checkRights(Connection& db, std::string_view location, const std::vector<std::string>& codes) {
   const std::int64_t locationId = findLocation(db, location);
   const std::vector<std::string_view> known = allRights();
-  std::string list;
   for (const std::string& code : codes) {
     if (std::find(known.begin(), known.end(), code) == known.end()) {
       throw AdministrationError("There is no right \"" + code + "\".");
     }
-    list += (list.empty() ? "" : " ") + code;
   }
+  return locationId;
+}
+
+void setRights(Connection& db, std::string_view login, std::string_view location,
+               const std::vector<std::string>& codes, Moment now) {
+  const OperatorAccount account = needOperator(db, login);
+  const std::int64_t locationId = checkRights(db, location, codes);
+  std::string list;
+  for (const std::string& code : codes) list += (list.empty() ? "" : " ") + code;
   dropRights(db, account.id, locationId);
   if (!codes.empty()) {
     Query query(
@@ -159,13 +181,13 @@ void setRights(Connection& db, std::string_view login, std::string_view location
     query.bind("operator_id", account.id).bind("location_id", locationId).run();
   }
   for (const std::string& code : codes) addRight(db, account.id, locationId, code);
-  audit(db, nullptr, now, "rights set", account.login + " at " + std::string(location), list);
+  audit(db, nullptr, now, "rights set", account.login + " at " + std::string(trimmed(location)), list);
 }
 
 void setOperatorPassword(Connection& db, std::string_view login, std::string_view passwordHash, Moment now) {
   const OperatorAccount account = needOperator(db, login);
   setPassword(db, account.id, passwordHash);
-  forgetLoginTries(db, login);
+  forgetLoginTries(db, account.login);
   closeSessionsOf(db, account.id, {});
   audit(db, nullptr, now, "password set", account.login, {});
 }

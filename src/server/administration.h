@@ -20,7 +20,7 @@ class AdministrationError : public std::runtime_error {
 
 // Setting a library up: libraries, locations, patron groups, operators and their rights. Each of these runs
 // inside the caller's writing transaction, throws AdministrationError, and leaves a row in the audit where it
-// changes who may do what.
+// changes who may do what. Names are taken without the blanks around them.
 
 std::int64_t addLibrary(Connection& db, std::string_view name);
 std::int64_t addLocation(Connection& db, std::string_view name, std::string_view library);
@@ -38,6 +38,10 @@ struct NewOperator {
   std::string_view name;
   std::string_view passwordHash;
 };
+/// Throws what addOperator would for this name to log on with and this name that records show.
+void checkNewOperator(Connection& db, std::string_view login, std::string_view name);
+/// Throws when there is no such operator.
+void checkOperator(Connection& db, std::string_view login);
 std::int64_t addOperator(Connection& db, const NewOperator& fresh, Moment now);
 
 /// The codes of all rights, in the protocol's order, each once.
@@ -45,6 +49,9 @@ std::int64_t addOperator(Connection& db, const NewOperator& fresh, Moment now);
 
 /// The rights that let an operator look at everything and change nothing.
 [[nodiscard]] std::vector<std::string_view> viewRights();
+
+/// Throws what setRights would for the location and the codes; gives the location's id.
+std::int64_t checkRights(Connection& db, std::string_view location, const std::vector<std::string>& codes);
 
 /// Lets the operator work at the location with exactly these rights; with none, no longer at all.
 void setRights(Connection& db, std::string_view login, std::string_view location,

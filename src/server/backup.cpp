@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "server/database.h"
+#include "server/store_sentence.h"
 
 namespace vantry::server {
 
@@ -34,10 +35,12 @@ void backUp(const std::string& url, const std::string& file) {
   if (std::filesystem::exists(file)) throw std::runtime_error("The file " + file + " exists already.");
   if (dialectOf(url).kind == Dialect::Kind::Postgresql) return dumpPostgresql(url, file);
   if (!std::filesystem::exists(url)) throw std::runtime_error("There is no database " + url + ".");
-  Database database(url, {.connections = 1, .patience = 10});
-  database.plain([&](Connection& db) {
-    Query query(db, "vacuum into :file");
-    query.bind("file", file).run();
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    database.plain([&](Connection& db) {
+      Query query(db, "vacuum into :file");
+      query.bind("file", file).run();
+    });
   });
 }
 

@@ -17,8 +17,10 @@ constexpr int sqliteBusy = 5;
 constexpr int sqliteLocked = 6;
 constexpr int sqliteReadOnly = 8;
 constexpr int sqliteCannotOpen = 14;
+constexpr int sqliteNoDatabase = 26;
 
 constexpr int mostRetries = 30;
+constexpr std::chrono::milliseconds shortWait{500};
 
 const soci::backend_factory& factoryOf(const Dialect& dialect) {
   if (dialect.kind == Dialect::Kind::Postgresql) return *soci::factory_postgresql();
@@ -29,8 +31,11 @@ StoreError::Kind kindOf(const soci::sqlite3_soci_error& error) {
   switch (error.result() & 0xff) {
     case sqliteBusy:
     case sqliteLocked:
-    case sqliteCannotOpen:
       return StoreError::Kind::Busy;
+    case sqliteCannotOpen:
+      return StoreError::Kind::Absent;
+    case sqliteNoDatabase:
+      return StoreError::Kind::Foreign;
     case sqliteReadOnly:
       return StoreError::Kind::ReadOnly;
     default:
@@ -261,17 +266,36 @@ class Database::Lease {
 Database::Database(const std::string& url, const Options& options)
     : dialect_(dialectOf(url)),
       connectText_(connectText(dialect_, url, options.patience)),
+      patience_(options.patience),
       limit_(static_cast<std::size_t>(std::max(options.connections, 1))) {
   plain([](Connection&) {});
 }
 
 Database::~Database() = default;
 
+namespace {
+
+std::string waitingTime(std::chrono::milliseconds longest) {
+  return "pragma busy_timeout = " + std::to_string(longest.count());
+}
+
+void takeTurn(std::unique_lock<std::timed_mutex>& turn, Database::Wait wait) {
+  if (wait == Database::Wait::Full) return turn.lock();
+  if (!turn.try_lock_for(shortWait)) {
+    throw StoreError(StoreError::Kind::Busy, "others of this program are writing");
+  }
+}
+
+}  // namespace
+
 /// A pooled connection may have died since its last use; it is closed, and the transaction may be tried on
 /// another.
-void Database::begin(Lease& lease, std::string_view statement) {
+void Database::begin(Lease& lease, std::string_view statement, Wait wait) {
+  const bool hurried = wait == Wait::Short && dialect_.kind == Dialect::Kind::Sqlite;
   try {
+    if (hurried) (*lease).run(waitingTime(shortWait));
     (*lease).run(std::string(statement));
+    if (hurried) (*lease).run(waitingTime(std::chrono::seconds(patience_)));
   } catch (const soci::soci_error& error) {
     lease.close();
     if (dialect_.kind != Dialect::Kind::Postgresql) throw;
@@ -279,9 +303,9 @@ void Database::begin(Lease& lease, std::string_view statement) {
   }
 }
 
-void Database::runOnce(const Work& work, std::string_view beginning) {
+void Database::runOnce(const Work& work, std::string_view beginning, Wait wait) {
   Lease lease(*this);
-  begin(lease, beginning);
+  begin(lease, beginning, wait);
   try {
     work(*lease);
     (*lease).run("commit");
@@ -315,14 +339,14 @@ void Database::runRepeated(const std::function<void()>& once) {
 }
 
 void Database::read(const Work& work) {
-  runRepeated([&] { runOnce(work, dialect_.beginRead); });
+  runRepeated([&] { runOnce(work, dialect_.beginRead, Wait::Full); });
 }
 
-void Database::write(const Work& work) {
+void Database::write(const Work& work, Wait wait) {
   runRepeated([&] {
-    std::unique_lock<std::mutex> turn;
-    if (dialect_.kind == Dialect::Kind::Sqlite) turn = std::unique_lock(writing_);
-    runOnce(work, dialect_.beginWrite);
+    std::unique_lock turn(writing_, std::defer_lock);
+    if (dialect_.kind == Dialect::Kind::Sqlite) takeTurn(turn, wait);
+    runOnce(work, dialect_.beginWrite, wait);
   });
 }
 

@@ -24,6 +24,9 @@ class StoreError : public std::runtime_error {
  public:
   enum class Kind {
     Busy,       ///< another process holds it for too long, or it cannot be reached; trying later may help
+    Absent,     ///< a SQLite file cannot be opened: its folder is missing, or it is closed to us
+    Foreign,    ///< a file that is no SQLite database
+    Newer,      ///< a newer version of this program has written it
     ReadOnly,   ///< it cannot be written
     Contested,  ///< the transaction met another one; running it again is the cure
     Overlap,    ///< the store's own net refused a second use of one thing at one time
@@ -157,7 +160,10 @@ class Database {
   /// Runs the work inside one serializable transaction, committed when it returns and undone when it throws.
   /// Work that met another transaction runs again from its beginning, so it must change nothing but the
   /// store.
-  void write(const Work& work);
+  ///
+  /// `Short` waits for half a second at most for others that hold a SQLite file, and then throws Busy.
+  enum class Wait { Full, Short };
+  void write(const Work& work, Wait wait = Wait::Full);
 
   /// Runs the work on a connection without a transaction around it.
   void plain(const Work& work);
@@ -166,19 +172,20 @@ class Database {
 
  private:
   class Lease;
-  void begin(Lease& lease, std::string_view statement);
-  void runOnce(const Work& work, std::string_view beginning);
+  void begin(Lease& lease, std::string_view statement, Wait wait);
+  void runOnce(const Work& work, std::string_view beginning, Wait wait);
   void runRepeated(const std::function<void()>& once);
 
   const Dialect& dialect_;
   std::string connectText_;
+  int patience_;
   std::size_t limit_;
   std::mutex mutex_;
   std::condition_variable returned_;
   std::vector<std::unique_ptr<Connection>> idle_;
   std::size_t open_ = 0;
-  std::mutex
-      writing_;  ///< writers of this process queue here, which is faster and fairer than in the file's lock
+  /// Writers of this process queue here, which is faster and fairer than in the file's lock.
+  std::timed_mutex writing_;
 };
 
 }  // namespace vantry::server

@@ -45,12 +45,12 @@ std::vector<std::int64_t> Message::numbers(std::string_view tag) const {
 }
 
 const HandlerRow* findHandler(std::string_view code) {
-  const std::array families{operatorRequests(),          listRequests(),          scheduleRequests(),
-                            calendarRequests(),          bookingEndRequests(),    bookingReadRequests(),
-                            bookingWriteRequests(),      bookingListRequests(),   placeCheckRequests(),
-                            usageCheckRequests(),        patronRequests(),        mediaRequests(),
-                            overrideRequests(),          chargeRequests(),        dischargeRequests(),
-                            circulationSearchRequests(), equipmentListRequests(), findRequests()};
+  const std::array families{operatorRequests(),      listRequests(),        scheduleRequests(),
+                            calendarRequests(),      bookingEndRequests(),  bookingReadRequests(),
+                            bookingWriteRequests(),  bookingListRequests(), placeCheckRequests(),
+                            usageCheckRequests(),    patronRequests(),      mediaRequests(),
+                            chargeRequests(),        dischargeRequests(),   circulationSearchRequests(),
+                            equipmentListRequests(), findRequests()};
   for (const std::span<const HandlerRow> family : families) {
     for (const HandlerRow& row : family) {
       if (row.code == code) return &row;

@@ -53,7 +53,8 @@ struct HandlerRow {
   bool changesSession = false;  ///< writes, although its row says that it changes no data of the library
 };
 
-/// The families of requests, each in a file of its own.
+/// The families of requests, each in a file of its own. OPOV is none of them: it checks a password, which no
+/// transaction waits for.
 [[nodiscard]] std::span<const HandlerRow> operatorRequests();
 [[nodiscard]] std::span<const HandlerRow> listRequests();
 [[nodiscard]] std::span<const HandlerRow> scheduleRequests();
@@ -66,7 +67,6 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> usageCheckRequests();
 [[nodiscard]] std::span<const HandlerRow> patronRequests();
 [[nodiscard]] std::span<const HandlerRow> mediaRequests();
-[[nodiscard]] std::span<const HandlerRow> overrideRequests();
 [[nodiscard]] std::span<const HandlerRow> chargeRequests();
 [[nodiscard]] std::span<const HandlerRow> dischargeRequests();
 [[nodiscard]] std::span<const HandlerRow> circulationSearchRequests();

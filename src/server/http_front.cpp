@@ -4,6 +4,9 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 
+#include <atomic>
+#include <charconv>
+#include <exception>
 #include <stdexcept>
 #include <thread>
 
@@ -20,6 +23,9 @@ namespace {
 
 constexpr const char* jsonType = "application/json";
 constexpr std::size_t largestBody = 1024 * 1024;
+// What is larger than allowed, but less than this, is read and dropped, so that the client gets to the
+// answer.
+constexpr std::size_t farTooLarge = 16 * largestBody;
 constexpr time_t keepAliveSeconds = 120;
 constexpr time_t readSeconds = 15;
 
@@ -53,10 +59,14 @@ std::string_view sentenceFor(int status) {
   switch (status) {
     case 404:
       return "There is nothing at this path.";
+    case 411:
+      return "A body needs a Content-Length and travels in one piece.";
     case 413:
       return "The body is larger than 1 MiB.";
     case 414:
       return "The path is too long.";
+    case 415:
+      return "A body travels as it is, without a Content-Encoding.";
     case 500:
       return "The server failed.";
     default:
@@ -67,6 +77,35 @@ std::string_view sentenceFor(int status) {
 std::string_view sentenceFor(StoreError::Kind kind) {
   return kind == StoreError::Kind::ReadOnly ? "The database cannot be written."
                                             : "The database cannot be used now.";
+}
+
+/// The status that refuses a body before a byte of it is read; 0 for one that may be read. The library's
+/// limit holds for a plain body of a told length only: pieces and packed bodies would grow past it.
+int refusalOfBody(const httplib::Request& request) {
+  if (request.has_header("Transfer-Encoding")) return 411;
+  if (request.has_header("Content-Encoding")) return 415;
+  const bool post = request.method == "POST";
+  const std::size_t lengths = request.get_header_value_count("Content-Length");
+  if (lengths == 0) return post ? 411 : 0;
+  const std::string length = request.get_header_value("Content-Length");
+  std::size_t bytes = 0;
+  const char* end = length.data() + length.size();
+  const auto [rest, error] = std::from_chars(length.data(), end, bytes);
+  if (lengths > 1 || rest != end || error != std::errc{}) return 400;
+  if (!post && bytes > 0) return 400;
+  return bytes > farTooLarge ? 413 : 0;
+}
+
+/// Refuses and ends the connection: what is left of the body must not be taken for the next request.
+void refuseAndClose(httplib::Response& response, int status) {
+  response.status = status;
+  response.set_header("Connection", "close");
+  const std::string body = errorJson(sentenceFor(status));
+  response.set_content_provider(
+      body.size(), jsonType, [body](std::size_t from, std::size_t length, httplib::DataSink& sink) {
+        sink.write(body.data() + from, length);
+        return false;  // deliberate: all is written, and a failed body ends the line
+      });
 }
 
 /// Shuts every connection that this process accepted on the port. The library waits for kept connections to
@@ -134,8 +173,11 @@ class HttpFront::Impl {
       throw std::runtime_error("cannot listen on " + options_.address + " port " +
                                std::to_string(options_.port));
     }
-    listener_ = std::thread([this] { server_->listen_after_bind(); });
-    while (!server_->is_running()) std::this_thread::yield();
+    listener_ = std::thread([this] { listen(); });
+    while (!server_->is_running() && !ended_) std::this_thread::yield();
+    if (!ended_) return;
+    listener_.join();
+    throw std::runtime_error("cannot serve on " + options_.address + " port " + std::to_string(port_));
   }
 
   void stop() {
@@ -147,6 +189,16 @@ class HttpFront::Impl {
   [[nodiscard]] int port() const { return port_; }
 
  private:
+  /// Returns when the server is told to stop, and also when it cannot begin.
+  void listen() {
+    try {
+      server_->listen_after_bind();
+    } catch (const std::exception& error) {
+      spdlog::error("listening failed: {}", error.what());
+    }
+    ended_ = true;
+  }
+
   void configure() {
     // The library would share the port with any other program that asks; two servers must not take turns.
     server_->set_socket_options([](socket_t socket) {
@@ -162,8 +214,15 @@ class HttpFront::Impl {
     // An idle kept connection holds a thread, so there must be as many as clients.
     const auto threads = static_cast<std::size_t>(std::max(options_.threads, 1));
     server_->new_task_queue = [this, threads] { return new Workers(threads, port_); };
+    server_->set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
+      const int status = refusalOfBody(request);
+      if (status == 0) return httplib::Server::HandlerResponse::Unhandled;
+      refuseAndClose(response, status);
+      return httplib::Server::HandlerResponse::Handled;
+    });
     server_->set_error_handler([](const httplib::Request&, httplib::Response& response) {
-      if (response.body.empty()) refuse(response, response.status, sentenceFor(response.status));
+      const bool told = !response.body.empty() || response.content_length_ > 0;
+      if (!told) refuse(response, response.status, sentenceFor(response.status));
     });
     server_->set_exception_handler(
         [](const httplib::Request& request, httplib::Response& response, const std::exception_ptr& failure) {
@@ -200,7 +259,8 @@ class HttpFront::Impl {
   }
 
   static void failStore(const httplib::Request& request, httplib::Response& response, StoreError::Kind kind) {
-    const bool mayPass = kind == StoreError::Kind::Busy || kind == StoreError::Kind::Contested;
+    using Kind = StoreError::Kind;
+    const bool mayPass = kind == Kind::Busy || kind == Kind::Absent || kind == Kind::Contested;
     const bool isRequest = request.path.starts_with("/v1/request/");
     if (isRequest && !mayPass) return answer(response, 200, Reply(rc::storeFailed).json());
     refuse(response, 503, sentenceFor(kind));
@@ -278,6 +338,7 @@ class HttpFront::Impl {
   HttpOptions options_;
   std::unique_ptr<httplib::Server> server_;
   std::thread listener_;
+  std::atomic<bool> ended_ = false;
   int port_ = 0;
 };
 

@@ -112,7 +112,9 @@ RequestRunner::Supervisor RequestRunner::meetSupervisor(Connection& db, const In
   if (met.stored) return met;
   const Message message(incoming.tags);
   met.account = findOperator(db, message.text(tags::OI));
-  met.tooMany = bookLoginTry(db, message.text(tags::OI), "override", now).has_value();
+  // Tries count for this session and not for an address, so that one desk's cannot stop the others'.
+  const std::string desk = "session " + met.judged.session->token;
+  met.tooMany = bookLoginTry(db, message.text(tags::OI), desk, now).has_value();
   if (!met.account) return met;
   Session supervisor = *met.judged.session;
   supervisor.operatorId = met.account->id;

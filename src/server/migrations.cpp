@@ -64,7 +64,7 @@ int schemaVersion(Database& database) {
 void migrate(Database& database, int last) {
   const int present = schemaVersion(database);
   if (present > static_cast<int>(migrations().size())) {
-    throw StoreError(StoreError::Kind::Failed, "the database was written by a newer version of this program");
+    throw StoreError(StoreError::Kind::Newer, "the database was written by a newer version of this program");
   }
   if (present >= last) return;
   if (present == 0) makeStepTable(database);

@@ -128,10 +128,6 @@ int weekdayOf(Moment moment) {
   return static_cast<int>(std::chrono::weekday{dayOf(moment)}.c_encoding());
 }
 
-int minuteOfDay(Moment moment) {
-  return static_cast<int>((moment - startOfDay(moment)) / minute);
-}
-
 Moment startOfMonth(Moment moment, int count) {
   const year_month_day date = dateOf(moment);
   const auto month = date.year() / date.month() + std::chrono::months{count};

@@ -42,9 +42,6 @@ using Clock = std::function<Moment()>;
 /// 0 for Sunday to 6 for Saturday.
 [[nodiscard]] int weekdayOf(Moment moment);
 
-/// Minutes since midnight.
-[[nodiscard]] int minuteOfDay(Moment moment);
-
 /// Midnight of the first day of the moment's month, and of the month `count` months later.
 [[nodiscard]] Moment startOfMonth(Moment moment, int count = 0);
 

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include <spdlog/spdlog.h>
+
 #include "server/accounts.h"
 #include "server/due_bookings.h"
 #include "server/handlers.h"
@@ -54,11 +56,11 @@ RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incom
   if (!judged.session) return judged;
   const RequestRow* row = findRequest(incoming.code);
   if (row == nullptr) return judged;
-  if (const std::optional<MessageFault> fault = checkMessage(*row, incoming.tags)) {
-    judged.refusal = faultReply(*fault);
-  } else if (!holdsAnyRight(db, *judged.session, row->rights)) {
+  if (!holdsAnyRight(db, *judged.session, row->rights)) {
     judged.refusal = Reply(rc::noRight);
     judged.lacksRight = true;
+  } else if (const std::optional<MessageFault> fault = checkMessage(*row, incoming.tags)) {
+    judged.refusal = faultReply(*fault);
   }
   return judged;
 }
@@ -80,19 +82,30 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
     judged = judge(db, incoming, now);
     if (!judged.session || judged.refusal || handler == nullptr) return;
     Context context{db, *judged.session, now};
-    answer.json = runReader(handler->run, context, Message(incoming.tags)).json();
+    const Reply reply = runReader(handler->run, context, Message(incoming.tags));
+    judged.lacksRight = reply.rc() == rc::noRight;
+    answer.json = reply.json();
   });
   if (!judged.session) return answer;
-  const bool stale = judged.session->expiresAt < now + sessionLife - sessionStaleness;
-  if (judged.lacksRight || stale) {
-    database_.write([&](Connection& db) {
-      if (stale) prolongSession(db, *judged.session, now);
-      if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
-    });
+  if (judged.lacksRight) {
+    database_.write(
+        [&](Connection& db) { audit(db, &*judged.session, now, "right missing", incoming.code, {}); });
   }
-  answer.kind = handler == nullptr ? Answer::Kind::UnknownCode : Answer::Kind::Done;
+  prolongAfterRead(*judged.session, now);
+  const bool nobodysRequest = handler == nullptr && !judged.lacksRight;
+  answer.kind = nobodysRequest ? Answer::Kind::UnknownCode : Answer::Kind::Done;
   if (judged.refusal) answer.json = judged.refusal->json();
   return answer;
+}
+
+/// What was read is sound, whether or not the session can be prolonged now: the next request tries again.
+void RequestRunner::prolongAfterRead(const Session& session, Moment now) {
+  if (session.expiresAt >= now + sessionLife - sessionStaleness) return;
+  try {
+    database_.write([&](Connection& db) { prolongSession(db, session, now); }, Database::Wait::Short);
+  } catch (const StoreError& error) {
+    spdlog::warn("a session is not prolonged now: {}", error.what());
+  }
 }
 
 Answer RequestRunner::runWriting(const Incoming& incoming) {

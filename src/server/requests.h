@@ -62,8 +62,8 @@ class RequestRunner {
   void keepHouse();
 
  private:
-  /// What stands before the request itself: who asks, whether the message is sound, whether the right is
-  /// held.
+  /// What stands before the request itself: who asks, whether the right is held, whether the message is
+  /// sound. Who has no right learns nothing of what the request would take.
   struct Judged {
     std::optional<Session> session;
     std::optional<Reply> refusal;
@@ -73,6 +73,7 @@ class RequestRunner {
 
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   Answer runReading(const Incoming& incoming);
+  void prolongAfterRead(const Session& session, Moment now);
   Answer runWriting(const Incoming& incoming);
   Answer runOverride(const Incoming& incoming);
   Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;

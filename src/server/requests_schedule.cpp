@@ -6,11 +6,19 @@
 #include "server/booking_list.h"
 #include "server/booking_store.h"
 #include "server/handlers.h"
+#include "server/usage_check.h"
 #include "words/tags.h"
 
 namespace vantry::server {
 
 namespace {
+
+/// The form lets an empty date through, which these requests cannot go without.
+Moment dateOf(const Message& message) {
+  const std::optional<Moment> date = parseMoment(message.text(tags::DATE));
+  if (!date) refuseTag(tags::DATE);
+  return *date;
+}
 
 /// History is shown when it is asked for by somebody who may see it.
 bool showsHistory(Context& context, const Message& message) {
@@ -19,10 +27,9 @@ bool showsHistory(Context& context, const Message& message) {
 
 Reply bookingsOfDay(Context& context, const Message& message) {
   Reply reply;
-  const std::optional<Moment> date = parseMoment(message.text(tags::DATE));
-  if (!date) return reply;
+  const Moment date = dateOf(message);
   const bool history = showsHistory(context, message);
-  visitBookings(context.db, context.session.locationId, *date, *date + day, [&](const BookingListRow& row) {
+  visitBookings(context.db, context.session.locationId, date, date + day, [&](const BookingListRow& row) {
     if (history || !isHistorical(row.status, row.endsAt, context.now)) addBookingRow(reply, row);
   });
   return reply;
@@ -30,10 +37,9 @@ Reply bookingsOfDay(Context& context, const Message& message) {
 
 Reply bookingCounts(Context& context, const Message& message) {
   Reply reply;
-  const std::optional<Moment> date = parseMoment(message.text(tags::DATE));
-  if (!date) return reply;
+  const Moment date = dateOf(message);
   const bool wholeYear = message.flag(tags::YRS);
-  const Moment from = wholeYear ? makeMoment(yearOf(*date), 1, 1) : startOfMonth(*date);
+  const Moment from = wholeYear ? makeMoment(yearOf(date), 1, 1) : startOfMonth(date);
   const Moment until = startOfMonth(from, wholeYear ? 12 : 1);
   const bool history = showsHistory(context, message);
   std::map<Moment, int> counts;

@@ -12,6 +12,7 @@
 #include "server/migrations.h"
 #include "server/moment.h"
 #include "server/requests.h"
+#include "server/store_sentence.h"
 
 namespace vantry {
 
@@ -90,7 +91,9 @@ class Server::Impl {
   bool stopping_ = false;
 };
 
-Server::Server(const Options& options) : impl_(std::make_unique<Impl>(options)) {}
+Server::Server(const Options& options) {
+  tellingPlainly(options.database, [&] { impl_ = std::make_unique<Impl>(options); });
+}
 
 Server::~Server() = default;
 

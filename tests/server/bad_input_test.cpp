@@ -1,10 +1,17 @@
 // Whatever comes in gets a clear answer, and the server goes on.
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "server/accounts.h"
 #include "server/moment.h"
 #include "support/server_case.h"
 
@@ -28,6 +35,34 @@ class BadInputTest : public ServerCase {
  private:
   int requests_ = 0;
 };
+
+std::string nested(const std::string& open, int depth, const std::string& close) {
+  std::string text;
+  for (int each = 0; each < depth; ++each) text += open;
+  for (int each = 0; each < depth; ++each) text += close;
+  return text;
+}
+
+/// What comes back for bytes as they stand, until the server ends the connection.
+std::string exchange(int port, const std::string& bytes) {
+  const int line = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  std::string text;
+  if (connect(line, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+      write(line, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size())) {
+    const timeval longest{.tv_sec = 20, .tv_usec = 0};
+    setsockopt(line, SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof longest);
+    char part[4096];
+    ssize_t got = 0;
+    while ((got = read(line, part, sizeof part)) > 0) text.append(part, static_cast<std::size_t>(got));
+    if (got < 0 && errno == EAGAIN) text += " and the connection stays open";
+  }
+  close(line);
+  return text;
+}
 
 struct RawCase {
   const char* what;
@@ -63,6 +98,11 @@ TEST_F(BadInputTest, EachKindOfItHasItsAnswer) {
       {"an unknown code", "NOSUCH", good, 404, 0, ""},
       {"a code in small letters", "bookday", good, 404, 0, ""},
       {"a code with more path", "BOOKDAY/1", good, 404, 0, ""},
+      {"an empty date", "BOOKDAY", R"({"tags":[["DATE",""],["HBK","N"]]})", 200, -98, "DATE"},
+      {"an empty month", "BOOKMTH", R"({"tags":[["DATE",""],["HBK","N"],["MNTHS","Y"]]})", 200, -98, "DATE"},
+      {"deep in lists", "BOOKDAY", std::string(500'000, '['), 400, 0, ""},
+      {"deep in objects", "BOOKDAY", nested(R"({"a":)", 100'000, "}"), 400, 0, ""},
+      {"deep within the tags", "BOOKDAY", R"({"tags":)" + nested("[", 200'000, "]") + "}", 400, 0, ""},
       {"too large", "BOOKDAY", std::string(1024 * 1024 + 1, ' '), 413, 0, ""},
       {"very many tags", "GETLOCS", "", 200, -98, "X"},
   };
@@ -82,6 +122,42 @@ TEST_F(BadInputTest, EachKindOfItHasItsAnswer) {
     EXPECT_EQ(tag == answer.head.end() ? "" : tag->second, each.tag);
   }
   EXPECT_EQ(client->send("GETLOCS", {}).records.size(), 2U) << "and it goes on";
+}
+
+struct HeaderCase {
+  const char* what;
+  const char* request;  ///< first line and headers
+  const char* body;
+  const char* status;
+};
+
+TEST_F(BadInputTest, BodiesOfNoToldLengthAndPackedOnesAreRefusedUnread) {
+  const char* post = "POST /v1/login HTTP/1.1\r\nHost: x\r\n";
+  const char* hidden = "GET /v1/health HTTP/1.1\r\nHost: x\r\n\r\n";
+  const HeaderCase cases[] = {
+      {"in pieces", "Transfer-Encoding: chunked\r\n", "2\r\n{}\r\n0\r\n\r\n", "411"},
+      {"in pieces with a length", "Content-Length: 2\r\nTransfer-Encoding: chunked\r\n", "0\r\n\r\n", "411"},
+      {"packed", "Content-Length: 2\r\nContent-Encoding: gzip\r\n", "{}", "415"},
+      {"packed in another way", "Content-Length: 2\r\nContent-Encoding: br\r\n", "{}", "415"},
+      {"without a length", "", "{}", "411"},
+      {"a request behind it", "", hidden, "411"},
+      {"a length that is none", "Content-Length: two\r\n", "{}", "400"},
+      {"a length below nothing", "Content-Length: -1\r\n", "{}", "400"},
+      {"two lengths", "Content-Length: 2\r\nContent-Length: 3\r\n", "{} ", "400"},
+      {"far too long", "Content-Length: 99999999999\r\n", "", "413"},
+  };
+  for (const HeaderCase& each : cases) {
+    SCOPED_TRACE(each.what);
+    const std::string answer =
+        exchange(server->port(), std::string(post) + each.request + "\r\n" + each.body);
+    EXPECT_THAT(answer, testing::StartsWith("HTTP/1.1 " + std::string(each.status)));
+    EXPECT_THAT(answer, testing::ContainsRegex("\r\n\r\n\\{\"error\":\"[^\"]+\"\\}$"))
+        << "one answer, and the rest of the body is no request";
+  }
+  const std::string read =
+      exchange(server->port(),
+               std::string("GET /v1/health HTTP/1.1\r\nHost: x\r\nContent-Length: 9\r\n\r\n") + hidden);
+  EXPECT_THAT(read, testing::StartsWith("HTTP/1.1 400"));
 }
 
 TEST_F(BadInputTest, PathsAndBodiesOfTheOtherCallsToo) {
@@ -125,6 +201,19 @@ TEST_F(BadInputTest, ADatabaseHeldByAnotherProcessIsToldSoAndServesAgainAfterwar
         << "reading goes on";
   });
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "same-id").rc, 0) << "the repeated id runs now";
+}
+
+TEST_F(BadInputTest, AHeldDatabaseStopsNoReadingThoughTheSessionGrowsOld) {
+  auto client = this->client();
+  now += sessionStaleness + 1;
+  Database other(database);
+  other.write([&](Connection& db) {
+    db.run("update patrons set fees = 1");
+    EXPECT_EQ(client->send("GETLOCS", {}).records.size(), 2U);
+  });
+  const std::string before = value("select expires_at from sessions");
+  EXPECT_EQ(client->send("GETLOCS", {}).records.size(), 2U);
+  EXPECT_NE(value("select expires_at from sessions"), before) << "the next request prolongs it";
 }
 
 TEST_F(BadInputTest, ABrokenStoreGivesTheReturnCodeForIt) {

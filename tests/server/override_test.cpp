@@ -57,6 +57,16 @@ TEST_F(OverrideTest, ARepeatedIdIsNoSecondTry) {
   EXPECT_EQ(ask(*client, "all", seal("password-1")), 0);
 }
 
+TEST_F(OverrideTest, TheTriesOfOneDeskStopNoOther) {
+  auto wild = this->client("view");
+  for (int each = 0; each < mostTriesPerAddress; ++each) {
+    EXPECT_EQ(ask(*wild, "name" + std::to_string(each), seal("wrong")), -95);
+  }
+  EXPECT_EQ(ask(*wild, "all", seal("password-1")), -95) << "enough from this one";
+  EXPECT_EQ(ask(*this->client("view"), "all", seal("password-1")), 0);
+  EXPECT_EQ(stranger()->login("all", "password-1").status, 200);
+}
+
 TEST_F(OverrideTest, AMessageForNothingAtAllIsNotAuthorized) {
   auto client = this->client("view");
   EXPECT_EQ(client->send("OPOV", {{"OVPAT", "N"}, {"OI", "all"}, {"PW", seal("password-1")}}).rc, 120);

@@ -2,6 +2,7 @@
 
 #include "server/demo/world.h"
 #include "server/migrations.h"
+#include "server/store_sentence.h"
 
 namespace vantry {
 
@@ -56,11 +57,16 @@ void moveCountersOn(Connection& db) {
       "from %I))', t.table_name, t.table_name); end loop; end $$");
 }
 
-}  // namespace
+/// Asked without a lock, so that a library in use, or one that may only be read, is told as what it is.
+bool holdsLibraryAlready(Database& database) {
+  if (schemaVersion(database) == 0) return false;
+  bool holds = false;
+  database.read([&](Connection& db) { holds = holdsLibrary(db); });
+  return holds;
+}
 
-bool createDemoDatabase(const std::string& url, const DemoOptions& options) {
-  const Moment today = dayOf(options);
-  Database database(url, {.connections = 1, .patience = 10});
+/// False when another process came first.
+bool fillIfEmpty(Database& database, const DemoOptions& options, Moment today) {
   migrate(database);
   checkKeys(database, false);
   bool made = false;
@@ -69,6 +75,18 @@ bool createDemoDatabase(const std::string& url, const DemoOptions& options) {
     if (!made) return;
     fill(db, options, today);
     moveCountersOn(db);
+  });
+  return made;
+}
+
+}  // namespace
+
+bool createDemoDatabase(const std::string& url, const DemoOptions& options) {
+  const Moment today = dayOf(options);
+  bool made = false;
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    made = !holdsLibraryAlready(database) && fillIfEmpty(database, options, today);
   });
   return made;
 }

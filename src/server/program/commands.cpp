@@ -2,6 +2,7 @@
 
 #include <csignal>
 
+#include <charconv>
 #include <iostream>
 
 #include <spdlog/spdlog.h>
@@ -12,6 +13,7 @@
 #include "server/migrations.h"
 #include "server/passwords.h"
 #include "server/program/terminal.h"
+#include "server/store_sentence.h"
 
 namespace vantry::server {
 
@@ -19,18 +21,46 @@ namespace {
 
 /// The work of one command on a database whose schema is up to date.
 void change(const std::string& url, const Database::Work& work) {
-  Database database(url, {.connections = 1, .patience = 10});
-  migrate(database);
-  database.write(work);
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    migrate(database);
+    database.write(work);
+  });
 }
 
-std::vector<std::string> expandRights(const std::vector<std::string>& words) {
-  if (words.size() != 1) return words;
-  if (words.front() == "none") return {};
-  const bool all = words.front() == "all";
-  if (!all && words.front() != "view") return words;
-  const std::vector<std::string_view> codes = all ? allRights() : viewRights();
+std::vector<std::string> splitAtCommas(std::string_view list) {
+  std::vector<std::string> words;
+  std::size_t comma = list.find(',');
+  while (comma != std::string_view::npos) {
+    words.emplace_back(list.substr(0, comma));
+    list.remove_prefix(comma + 1);
+    comma = list.find(',');
+  }
+  words.emplace_back(list);
+  return words;
+}
+
+std::vector<std::string> expandRights(const std::string& rights) {
+  if (rights == "none") return {};
+  if (rights != "all" && rights != "view") return splitAtCommas(rights);
+  const std::vector<std::string_view> codes = rights == "all" ? allRights() : viewRights();
   return {codes.begin(), codes.end()};
+}
+
+/// Whether the command could be done, before anybody is asked for a password.
+void checkAddition(Connection& db, const OperatorCommand& command) {
+  checkNewOperator(db, command.login, command.name);
+  if (!command.location.empty()) checkRights(db, command.location, expandRights(command.rights));
+}
+
+int countOfBookings(const std::string& text) {
+  int count = 0;
+  const char* end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, count);
+  if (rest != end || error != std::errc{} || count < 0) {
+    throw AdministrationError("\"" + text + "\" is no number of bookings.");
+  }
+  return count;
 }
 
 void printNamed(const std::vector<NamedRow>& rows) {
@@ -50,12 +80,18 @@ void waitForEnd(const sigset_t& ends) {
 }  // namespace
 
 void initialise(const std::string& url) {
-  Database database(url, {.connections = 1, .patience = 10});
-  migrate(database);
-  std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    migrate(database);
+    std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
+  });
 }
 
-void makeDemo(const std::string& database, const DemoOptions& options) {
+void makeDemo(const std::string& database, DemoOptions options, const std::vector<std::string>& bookingsOn) {
+  if (!bookingsOn.empty()) {
+    options.bookingsOn = bookingsOn.at(0);
+    options.bookingsOnCount = countOfBookings(bookingsOn.at(1));
+  }
   if (!createDemoDatabase(database, options)) {
     throw AdministrationError("The database holds a library already.");
   }
@@ -117,6 +153,7 @@ void listGroups(const std::string& database) {
 }
 
 void addOperatorNamed(const std::string& database, const OperatorCommand& command) {
+  change(database, [&](Connection& db) { checkAddition(db, command); });
   const std::string hash = hashPassword(readNewPassword());
   change(database, [&](Connection& db) {
     const Moment now = wallClock();
@@ -134,6 +171,7 @@ void setOperatorRights(const std::string& database, const OperatorCommand& comma
 }
 
 void setOperatorPassword(const std::string& database, const std::string& login) {
+  change(database, [&](Connection& db) { checkOperator(db, login); });
   const std::string hash = hashPassword(readNewPassword());
   change(database, [&](Connection& db) { setOperatorPassword(db, login, hash, wallClock()); });
 }

@@ -13,11 +13,12 @@ struct OperatorCommand {
   std::string login;
   std::string name;
   std::string location;
-  std::vector<std::string> rights;  ///< codes, or one of the words "all", "view", "none"
+  std::string rights;  ///< codes parted by commas, or one of the words "all", "view", "none"
 };
 
 void initialise(const std::string& database);
-void makeDemo(const std::string& database, const DemoOptions& options);
+/// Takes the day of `--bookings-on` and its number; an empty list for none.
+void makeDemo(const std::string& database, DemoOptions options, const std::vector<std::string>& bookingsOn);
 void serve(const Server::Options& options, bool behindProxy);
 void backUpTo(const std::string& database, const std::string& file);
 

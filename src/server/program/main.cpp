@@ -35,13 +35,7 @@ void describeServing(CLI::App& app, Given& given) {
   demo->add_option("--bookings-on", given.bookingsOn,
                    "DATE N: a day that gets exactly N bookings, for measuring")
       ->expected(2);
-  demo->callback([&given] {
-    if (!given.bookingsOn.empty()) {
-      given.demo.bookingsOn = given.bookingsOn[0];
-      given.demo.bookingsOnCount = std::stoi(given.bookingsOn[1]);
-    }
-    makeDemo(given.database, given.demo);
-  });
+  demo->callback([&given] { makeDemo(given.database, given.demo, given.bookingsOn); });
 
   CLI::App* serving = app.add_subcommand("serve", "Serve the database over HTTP");
   given.server.port = 8750;
@@ -84,11 +78,15 @@ void describeLibrary(CLI::App& app, Given& given) {
 }
 
 void describeRights(CLI::App& command, Given& given, bool required) {
-  command.add_option("--location", given.account.location, "The location at which the rights hold")
-      ->required(required);
-  command.add_option("--rights", given.account.rights, "Codes of rights, or one of all, view, none")
-      ->required(required)
-      ->delimiter(',');
+  CLI::Option* location =
+      command.add_option("--location", given.account.location, "The location at which the rights hold")
+          ->required(required);
+  CLI::Option* rights = command
+                            .add_option("--rights", given.account.rights,
+                                        "Codes of rights parted by commas, or one of all, view, none")
+                            ->required(required);
+  location->needs(rights);
+  rights->needs(location);
 }
 
 void describeOperators(CLI::App& app, Given& given) {

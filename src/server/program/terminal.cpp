@@ -3,6 +3,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
 #include <iostream>
 
 #include "server/administration.h"
@@ -12,21 +14,43 @@ namespace vantry::server {
 
 namespace {
 
-/// Turns the terminal's echo off for as long as it lives.
+/// How the terminal was; a handler of signals reaches nothing but a global.
+termios terminalBefore{};
+
+/// The signal comes again when this returns, and then ends the program, as it would have without us.
+void giveEchoBack(int signal) {
+  tcsetattr(STDIN_FILENO, TCSANOW, &terminalBefore);
+  raise(signal);
+}
+
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+/// Turns the terminal's echo off for as long as it lives, also when a signal ends it.
 class Silence {
  public:
   Silence() {
-    tcgetattr(STDIN_FILENO, &before_);
-    termios silent = before_;
+    tcgetattr(STDIN_FILENO, &terminalBefore);
+    struct sigaction handling {};
+    handling.sa_handler = giveEchoBack;
+    handling.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (std::size_t each = 0; each < endingSignals.size(); ++each) {
+      sigaction(endingSignals[each], &handling, &handledBefore_[each]);
+    }
+    termios silent = terminalBefore;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
   }
-  ~Silence() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_); }
+  ~Silence() {
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &terminalBefore);
+    for (std::size_t each = 0; each < endingSignals.size(); ++each) {
+      sigaction(endingSignals[each], &handledBefore_[each], nullptr);
+    }
+  }
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
 
  private:
-  termios before_{};
+  std::array<struct sigaction, endingSignals.size()> handledBefore_{};
 };
 
 std::string readLine() {
