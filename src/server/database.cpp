@@ -54,16 +54,16 @@ StoreError::Kind kindOf(const soci::postgresql_soci_error& error) {
 }
 
 /// Turns what the database library throws into the one kind of error that the server knows. Called while
-/// handling.
+/// handling. The long form of its messages holds the values of the statement, which belong in no log.
 [[noreturn]] void rethrowAsStoreError() {
   try {
     throw;
   } catch (const soci::sqlite3_soci_error& error) {
-    throw StoreError(kindOf(error), error.what());
+    throw StoreError(kindOf(error), error.get_error_message());
   } catch (const soci::postgresql_soci_error& error) {
-    throw StoreError(kindOf(error), error.what());
+    throw StoreError(kindOf(error), error.get_error_message());
   } catch (const soci::soci_error& error) {
-    throw StoreError(StoreError::Kind::Failed, error.what());
+    throw StoreError(StoreError::Kind::Failed, error.get_error_message());
   }
 }
 
@@ -102,45 +102,39 @@ std::vector<std::string> Connection::statements() const {
   return texts;
 }
 
-std::unique_ptr<soci::statement> Connection::take(std::string_view sql) {
-  if (const auto found = statements_.find(sql); found != statements_.end() && found->second) {
-    return std::move(found->second);
-  }
-  auto statement = std::make_unique<soci::statement>(session_);
-  statement->alloc();
-  statement->prepare(std::string(sql));
-  return statement;
+Connection::Statements::node_type Connection::take(std::string_view sql) {
+  if (const auto found = statements_.find(sql); found != statements_.end()) return statements_.extract(found);
+  soci::statement statement(session_);
+  statement.alloc();
+  statement.prepare(std::string(sql));
+  return statements_.extract(statements_.emplace(std::string(sql), statement).first);
 }
 
-void Connection::give(std::string_view sql, std::unique_ptr<soci::statement> statement) {
-  if (const auto found = statements_.find(sql); found != statements_.end()) {
-    found->second = std::move(statement);
-  } else {
-    statements_.emplace(std::string(sql), std::move(statement));
-  }
+void Connection::give(Statements::node_type prepared) {
+  statements_.insert(std::move(prepared));
 }
 
 Query::Query(Connection& connection, std::string_view sql)
-    : connection_(connection), sql_(sql), statement_(connection.take(sql)) {}
+    : connection_(connection), prepared_(connection.take(sql)), statement_(prepared_.mapped()) {}
 
 Query::~Query() {
   // A statement that failed, or that was left before its last row, is dropped: kept, it would hold its locks.
   if (failed_ || (started_ && !ended_)) return;
-  statement_->bind_clean_up();
-  connection_.give(sql_, std::move(statement_));
+  statement_.bind_clean_up();
+  connection_.give(std::move(prepared_));
 }
 
 Query& Query::bind(const char* name, std::int64_t value) {
   Value& kept = values_.emplace_back();
   kept.number = value;
-  statement_->exchange(soci::use(kept.number, name));
+  statement_.exchange(soci::use(kept.number, name));
   return *this;
 }
 
 Query& Query::bind(const char* name, std::string_view value) {
   Value& kept = values_.emplace_back();
   kept.text = value;
-  statement_->exchange(soci::use(kept.text, name));
+  statement_.exchange(soci::use(kept.text, name));
   return *this;
 }
 
@@ -148,32 +142,32 @@ Query& Query::bind(const char* name, std::optional<std::int64_t> value) {
   Value& kept = values_.emplace_back();
   kept.number = value.value_or(0);
   kept.state = value ? soci::i_ok : soci::i_null;
-  statement_->exchange(soci::use(kept.number, kept.state, name));
+  statement_.exchange(soci::use(kept.number, kept.state, name));
   return *this;
 }
 
 void Query::define(std::int64_t& target) {
   Target& kept = targets_.emplace_back();
   kept.wide = &target;
-  statement_->exchange(soci::into(kept.number, kept.state));
+  statement_.exchange(soci::into(kept.number, kept.state));
 }
 
 void Query::define(int& target) {
   Target& kept = targets_.emplace_back();
   kept.narrow = &target;
-  statement_->exchange(soci::into(kept.number, kept.state));
+  statement_.exchange(soci::into(kept.number, kept.state));
 }
 
 void Query::define(bool& target) {
   Target& kept = targets_.emplace_back();
   kept.flag = &target;
-  statement_->exchange(soci::into(kept.number, kept.state));
+  statement_.exchange(soci::into(kept.number, kept.state));
 }
 
 void Query::define(std::string& target) {
   Target& kept = targets_.emplace_back();
   kept.text = &target;
-  statement_->exchange(soci::into(target, kept.state));
+  statement_.exchange(soci::into(target, kept.state));
 }
 
 void Query::clearNulls() {
@@ -193,10 +187,10 @@ bool Query::next() {
   try {
     if (!started_) {
       started_ = true;
-      statement_->define_and_bind();
-      statement_->execute(false);
+      statement_.define_and_bind();
+      statement_.execute(false);
     }
-    ended_ = !statement_->fetch();
+    ended_ = !statement_.fetch();
   } catch (...) {
     failed_ = true;
     throw;
@@ -208,10 +202,10 @@ bool Query::next() {
 std::int64_t Query::run() {
   try {
     started_ = true;
-    statement_->define_and_bind();
-    statement_->execute(true);
+    statement_.define_and_bind();
+    statement_.execute(true);
     ended_ = true;
-    return statement_->get_affected_rows();
+    return statement_.get_affected_rows();
   } catch (...) {
     failed_ = true;
     throw;
@@ -299,7 +293,7 @@ void Database::begin(Lease& lease, std::string_view statement, Wait wait) {
   } catch (const soci::soci_error& error) {
     lease.close();
     if (dialect_.kind != Dialect::Kind::Postgresql) throw;
-    throw StoreError(StoreError::Kind::Contested, error.what());
+    throw StoreError(StoreError::Kind::Contested, error.get_error_message());
   }
 }
 

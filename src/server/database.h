@@ -60,11 +60,11 @@ class Connection {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
   };
-  using Statements =
-      std::unordered_map<std::string, std::unique_ptr<soci::statement>, TextHash, std::equal_to<>>;
+  using Statements = std::unordered_map<std::string, soci::statement, TextHash, std::equal_to<>>;
 
-  std::unique_ptr<soci::statement> take(std::string_view sql);
-  void give(std::string_view sql, std::unique_ptr<soci::statement> statement);
+  /// A statement belongs to one query at a time, together with its text.
+  Statements::node_type take(std::string_view sql);
+  void give(Statements::node_type prepared);
 
   const Dialect& dialect_;
   soci::session session_;
@@ -128,8 +128,8 @@ class Query {
   };
 
   Connection& connection_;
-  std::string_view sql_;
-  std::unique_ptr<soci::statement> statement_;
+  Connection::Statements::node_type prepared_;
+  soci::statement& statement_;
   std::deque<Value> values_;
   std::deque<Target> targets_;
   bool started_ = false;

@@ -44,7 +44,7 @@ std::string connectText(const Dialect& dialect, std::string_view url, int patien
     const char* mark = url.find('?') == std::string_view::npos ? "?" : "&";
     return std::string(url) + mark + "application_name=vantry-server";
   }
-  return "db=\"" + std::string(url) + "\" timeout=" + std::to_string(patience) + " synchronous=full";
+  return "db=\"" + std::string(url) + "\" timeout=" + std::to_string(patience);
 }
 
 std::string translateSchema(const Dialect& dialect, std::string_view text) {

@@ -24,6 +24,7 @@ std::string base64Of(const Bytes& bytes) {
 }
 
 std::optional<Bytes> bytesOf(std::string_view text) {
+  if (text.empty()) return std::nullopt;
   Bytes bytes(text.size());
   std::size_t length = 0;
   const int failed = sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &length,
