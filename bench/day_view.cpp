@@ -83,7 +83,7 @@ Round changeDate(frmMain& window, QtDesktop& desktop, const TimedTransport& line
   const auto start = Clock::now();
   field.Value = kBusyDay;
   const double filled = since(start);
-  desktop.repaint(window);
+  window.Refresh();
   desktop.handleEvents();
   return {line.lastMilliseconds, filled - line.lastMilliseconds, since(start) - filled};
 }

@@ -1,5 +1,7 @@
 #include "desktop/binder.h"
 
+#include <QKeyEvent>
+
 #include <QWidget>
 #include <array>
 
@@ -61,6 +63,12 @@ void Binder::showColours() {
   palette.setColor(widget_.foregroundRole(), style::readable(fore, back));
   widget_.setPalette(palette);
   widget_.update();
+}
+
+bool isEnter(const QEvent& event) {
+  if (event.type() != QEvent::KeyPress) return false;
+  const int key = static_cast<const QKeyEvent&>(event).key();
+  return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 }  // namespace vantry

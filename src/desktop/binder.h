@@ -65,6 +65,9 @@ class Binder : public QObject {
 /// Makes the binder of a control with its widget; nullptr for kinds that have none.
 std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent);
 
+/// Whether the event is a press of one of the two Enter keys.
+bool isEnter(const QEvent& event);
+
 // The makers of the kinds, for the table in binders.cpp.
 using BinderMaker = std::unique_ptr<Binder>(Control&, Host&, QWidget*);
 BinderMaker bindLabel, bindImage, bindButton, bindTextBox, bindCheckBox, bindOptionButton, bindComboBox,

@@ -61,10 +61,7 @@ class EntryBinder : public Binder {
       typed_ = true;
       if (isWhole(line_.text())) take();
     });
-    connect(&line, &QLineEdit::returnPressed, this, [this] {
-      commit();
-      if (field_.Enter) act([this] { field_.pressEnter(); });
-    });
+    line.installEventFilter(this);
     line.onLeave = [this] { commit(); };
   }
   ~EntryBinder() override {
@@ -75,6 +72,17 @@ class EntryBinder : public Binder {
   void update(Aspect aspect) override {
     if (aspect == Aspect::Value && !taking_) showValue();
     Binder::update(aspect);
+  }
+
+  /// Enter ends the entry. Where the window answers it, it goes no further: the focus may move, and the
+  /// button that has it then was not meant.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (!isEnter(*event)) return Binder::eventFilter(watched, event);
+    const QPointer<Binder> alive(this);
+    const bool answered = static_cast<bool>(field_.Enter);
+    commit();
+    if (alive && answered) act([this] { field_.pressEnter(); });
+    return answered;
   }
 
   void commit() override {

@@ -283,8 +283,9 @@ void FormWindow::flush() {
   for (const auto& binder : binders_) binder->flush();
 }
 
-void FormWindow::paintNow() {
-  if (!isVisible() || (lastPaint_.isValid() && lastPaint_.elapsed() < kPaintInterval)) return;
+void FormWindow::paintNow(bool atOnce) {
+  if (!isVisible()) return;
+  if (!atOnce && lastPaint_.isValid() && lastPaint_.elapsed() < kPaintInterval) return;
   lastPaint_.start();
   flush();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);

@@ -33,7 +33,7 @@ class FormWindow : public QWidget, public Host {
   void present(bool modal);
   void bringToFront();
   /// Shows what is marked, then paints what has changed.
-  void paintNow();
+  void paintNow(bool atOnce);
   void flush();
 
   /// The operator's input does not count now.

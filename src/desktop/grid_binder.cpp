@@ -15,7 +15,9 @@ class GridBinder : public Binder {
       : Binder(grid, host, view), grid_(grid), view_(view), model_(new GridModel(grid, this)) {
     view.setGridModel(model_);
     view.onAction = [this](GridView::Action action, int row, int column) { acted(action, row, column); };
-    view.onMoveColumn = [this](int from, int to) { act([this, from, to] { grid_.moveColumn(from, to); }); };
+    view.onMoveColumn = [this](int from, int to) {
+      if (grid_.Redraw) act([this, from, to] { grid_.moveColumn(from, to); });
+    };
     view.onResizeColumn = [this](int column, int width) {
       act([this, column, width] { grid_.resizeColumn(column, style::twips(width)); });
     };
@@ -57,7 +59,8 @@ class GridBinder : public Binder {
   }
   void showColumns() {
     std::vector<int> widths;
-    for (int column = 0; column < model_->columnCount(); ++column)
+    // A grid without redraw may have lost columns that the model still shows.
+    for (int column = 0; column < std::min<int>(model_->columnCount(), grid_.Cols); ++column)
       widths.push_back(grid_.ColWidth(column) <= 0 ? 0 : style::pixels(grid_.ColWidth(column)));
     view_.showWidths(std::move(widths));
   }

@@ -113,6 +113,7 @@ FormWindow& QtDesktop::prepare(Form& form) {
 void QtDesktop::show(Form& form) {
   prepare(form).present(false);
   activated(form);
+  leaveIfEnded();
 }
 
 void QtDesktop::runModal(Form& form) {
@@ -163,6 +164,7 @@ void QtDesktop::activate(Form& form) {
   if (!window || !window->isVisible()) return;
   window->bringToFront();
   activated(form);
+  leaveIfEnded();
 }
 
 void QtDesktop::activated(Form& form) {
@@ -171,8 +173,8 @@ void QtDesktop::activated(Form& form) {
   dispatch([&form] { form.Form_Activate(); });
 }
 
-void QtDesktop::repaint(Form& form) {
-  if (FormWindow* window = windowOf(form)) window->paintNow();
+void QtDesktop::repaint(Form& form, bool atOnce) {
+  if (FormWindow* window = windowOf(form)) window->paintNow(atOnce);
 }
 
 void QtDesktop::flushAll() {

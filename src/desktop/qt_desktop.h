@@ -40,7 +40,7 @@ class QtDesktop final : public QObject, public Desktop {
   void forget(Form& form) override;
   void activate(Form& form) override;
   void runModal(Form& form) override;
-  void repaint(Form& form) override;
+  void repaint(Form& form, bool atOnce) override;
   void handleEvents() override;
   void focus(Control& control) override;
   void setPointer(Pointer pointer) override;

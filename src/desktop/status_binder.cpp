@@ -72,6 +72,11 @@ class StatusBinder : public Binder {
     clock_.start(kSecond);
   }
 
+  /// What waits for its turn is shown when the window is painted.
+  void flush() override {
+    if (later_.isActive()) showTexts();
+  }
+
   void release() override {
     for (int i = 1; i <= StatusBar::kPanels; ++i) bar_.Panels(i).Shower = nullptr;
     Binder::release();

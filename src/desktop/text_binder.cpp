@@ -22,9 +22,15 @@ class LineBinder : public Binder {
     if (box.Password) widget.setEchoMode(QLineEdit::Password);
     connect(&widget, &QLineEdit::textEdited, this,
             [this](const QString& text) { act([this, typed = utf8(text)] { box_.type(typed); }); });
-    connect(&widget, &QLineEdit::returnPressed, this, [this] {
-      if (box_.Enter) act([this] { box_.pressEnter(); });
-    });
+    widget.installEventFilter(this);
+  }
+
+  /// An Enter that the window answers goes no further: it moves the focus, and the button behind was not
+  /// meant.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (!box_.Enter || !isEnter(*event)) return Binder::eventFilter(watched, event);
+    act([this] { box_.pressEnter(); });
+    return true;
   }
 
   void update(Aspect aspect) override {

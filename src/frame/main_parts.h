@@ -21,11 +21,13 @@ struct MainParts {
   /// Shows a text in the second status panel at once.
   void showMessage(std::string_view text) const {
     StatusBar1.Panels(2).Text = std::string(text);
-    StatusBar1.Refresh();
+    StatusBar1.Refresh(true);
   }
   /// The running count of a walk over a reply.
   void showProgress(int number, int total) const {
-    showMessage(std::to_string(number) + " of " + std::to_string(total) + " record(s) processed");
+    StatusBar1.Panels(2).Text =
+        std::to_string(number) + " of " + std::to_string(total) + " record(s) processed";
+    StatusBar1.Refresh();
   }
 };
 

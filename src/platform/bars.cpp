@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "platform/desktop.h"
 #include "platform/form.h"
+#include "platform/windows.h"
 
 namespace vantry {
 
-void StatusBar::Refresh() {
-  form().Refresh();
+void StatusBar::Refresh(bool atOnce) {
+  form().windows().desktop().repaint(form(), atOnce);
 }
 
 Tool& ToolBar::make(int id, std::string name, std::string caption, std::string picture) {

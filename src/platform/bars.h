@@ -27,8 +27,8 @@ class StatusBar : public Control {
   static constexpr int kPanels = 5;
   Panel& Panels(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
   const Panel& Panels(int number) const { return panels_.at(static_cast<std::size_t>(number - 1)); }
-  /// Paints the bar at once, as often as the eye can follow.
-  void Refresh();
+  /// Paints the bar, as often as the eye can follow; `atOnce` before something that takes long.
+  void Refresh(bool atOnce = false);
 
  private:
   std::array<Panel, kPanels> panels_;

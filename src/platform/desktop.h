@@ -44,8 +44,9 @@ class Desktop {
   virtual void activate(Form& form) = 0;
   /// Shows the form and returns when it is hidden or unloaded; the other windows cannot be used meanwhile.
   virtual void runModal(Form& form) = 0;
-  /// Paints at once what has changed, without handling the operator's input.
-  virtual void repaint(Form& form) = 0;
+  /// Paints what has changed, without handling the operator's input: as often as the eye can follow, or at
+  /// once in any case.
+  virtual void repaint(Form& form, bool atOnce) = 0;
   /// Handles what is pending, so that a window stands fully drawn.
   virtual void handleEvents() = 0;
   virtual void focus(Control& control) = 0;

@@ -60,7 +60,7 @@ void Form::SetFocus() {
 }
 
 void Form::Refresh() {
-  windows_.desktop().repaint(*this);
+  windows_.desktop().repaint(*this, true);
 }
 
 void Form::closeByOperator() {

@@ -104,7 +104,7 @@ void frmMain::placeFrames() {
 
 void frmMain::showStatus(int panel, std::string_view text) {
   StatusBar1.Panels(panel).Text = std::string(text);
-  StatusBar1.Refresh();
+  StatusBar1.Refresh(true);
 }
 
 void frmMain::showOperator(std::string_view operatorId) {

@@ -219,6 +219,16 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   EXPECT_FALSE(button("cmdDeleteBooking").isEnabled());
   EXPECT_TRUE(button("cmdDischargeDayView").isEnabled());
 
+  // A date ends with Enter: the focus goes to the next command, which is not pressed.
+  auto& date = find<QLineEdit>(mainWindow(), "dtViewBookings");
+  date.setFocus();
+  date.selectAll();
+  QTest::keyClicks(&date, QString::fromStdString(formatDate({2026, 11, 25}, desktop.shortDateFormat())));
+  QTest::keyClick(&date, Qt::Key_Return);
+  QTest::qWait(200);  // a press of the wrong button is an animated one
+  EXPECT_EQ(mainWindow().dayView.dtViewBookings.Value.get(), (Date{2026, 11, 25}));
+  EXPECT_EQ(mainWindow().ActiveControl(), &mainWindow().dayView.cmdToday);
+
   // Another day, and back.
   mainWindow().dayView.dtViewBookings.enter(Date{2026, 11, 25});
   desktop.handleEvents();

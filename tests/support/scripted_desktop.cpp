@@ -103,7 +103,7 @@ void ScriptedDesktop::activate(Form& form) {
   form.Form_Activate();
 }
 
-void ScriptedDesktop::repaint(Form& form) {
+void ScriptedDesktop::repaint(Form& form, bool) {
   ++repaints;
   if (onRepaint) onRepaint(form);
 }

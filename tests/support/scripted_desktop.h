@@ -57,7 +57,7 @@ class ScriptedDesktop : public Desktop {
   void forget(Form& form) override;
   void activate(Form& form) override;
   void runModal(Form& form) override;
-  void repaint(Form& form) override;
+  void repaint(Form& form, bool atOnce) override;
   void handleEvents() override {}
   void focus(Control&) override {}
   void setPointer(Pointer shape) override { pointer = shape; }
