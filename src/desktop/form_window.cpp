@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QPointer>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
@@ -318,8 +319,9 @@ QPoint FormWindow::takePopupPosition() {
 void FormWindow::act(const std::function<void()>& event) {
   if (released_) return;
   if (Control* control = controlOf(QApplication::focusWidget())) binderOf(*control)->commit();
+  const QPointer<FormWindow> alive(this);  // the event may be the window's last
   if (!released_) desktop_.dispatch(event);
-  popupPosition_ = {};
+  if (alive) popupPosition_ = {};
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

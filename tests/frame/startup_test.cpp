@@ -136,6 +136,7 @@ TEST_F(StartUp, TheViewPreferenceChoosesModeAndView) {
     build();
     expectContext();
     if (c.heading == std::string(" Booking Schedule - Day View")) expectBookings();
+    if (c.heading == std::string(" Staff")) server.expect("GETOPS");
     ASSERT_TRUE(Main(*app));
     EXPECT_EQ(main().lblView.Caption, c.heading) << c.view << ", " << c.last;
     EXPECT_EQ(app->mode, c.mode);
@@ -210,6 +211,7 @@ TEST_F(StartUp, TheSystemsCloseAsksNothingAndKeepsTheView) {
   start();
   WorkingWindow open(*app, "7 - 2", true);
   open.Show();
+  server.expect("GETOPS");
   main().menus.mnuViewStaff.choose();
   EXPECT_TRUE(endsProgram([&] { main().closeByOperator(); }));
   EXPECT_EQ(iniText(), "[ListBar]\nLastView=7\n");

@@ -79,6 +79,7 @@ TEST_F(DayViewTest, ADateReadsItsDayAndTheCalendarsFollow) {
   day().cmdToday.press();
   EXPECT_EQ(grid().Rows, 2);
   EXPECT_EQ(day().dtViewBookings.shortDate(), "24/11/2026");
+  server.expect("GETOPS");
   main().menus.mnuViewStaff.choose();
   expectDay("");
   main().menus.mnuViewScheduleDay.choose();
