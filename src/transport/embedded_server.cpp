@@ -16,6 +16,7 @@ EmbeddedServer::EmbeddedServer(const Options& options) {
   server.database = options.database.string();
   server.threads = kThreads;
   server.quickHashes = options.quickHashes;
+  server.clock = options.clock;
   server_ = std::make_unique<Server>(server);
   server_->start();
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,9 +15,10 @@ namespace vantry {
 class EmbeddedServer {
  public:
   struct Options {
-    std::filesystem::path database;  ///< SQLite file; made with its folder when missing
-    DemoOptions demo = {};           ///< the small library that a file without one gets
-    bool quickHashes = false;        ///< cheap password hashes, for tests only
+    std::filesystem::path database;            ///< SQLite file; made with its folder when missing
+    DemoOptions demo = {};                     ///< the small library that a file without one gets
+    bool quickHashes = false;                  ///< cheap password hashes, for tests only
+    std::function<std::int64_t()> clock = {};  ///< as the server's; empty: the machine's
   };
 
   /// Runs when it returns; making the library takes some seconds. Throws std::runtime_error, with a sentence

@@ -46,7 +46,7 @@ constexpr RequestRow kRequests[] = {
      "members of a group"},
     {"GETGRPE", "ETI EID", "", "EID BNO ENO LNA RNM STY EMA EMO ESN GRPNO EFO", "EID", kEquipment, kReads,
      "pieces of a type that are in groups"},
-    {"GETNGRPE", "ETI (EID | RID)", "", "EID BNO ENO LNA RNM STY EMA EMO ESN GRPNO EFO EIU RID MNC", "EID",
+    {"GETNGRPE", "ETI (EID | RID)?", "", "EID BNO ENO LNA RNM STY EMA EMO ESN GRPNO EFO EIU RID MNC", "EID",
      kEquipmentRoomsOrBookings, kReads, "pieces of a type that are in no group, for a group or a room"},
     {"GETIBYB", "EPT? BARORNO (BNO | ENO)", "SRCHCNT", "EID ENO BNO STY ETY EIU RID", "EID",
      kInventoryOrBookings, kReads, "looks equipment up by barcode or number"},

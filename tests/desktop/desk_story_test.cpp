@@ -23,6 +23,11 @@ namespace {
 namespace fs = std::filesystem;
 constexpr const char* kToday = "2026-11-24";
 
+/// The server's clock stands at the moment for which the library is made.
+std::int64_t noon() {
+  return std::int64_t{dayNumber({2026, 11, 24})} * 86400 + 43200;
+}
+
 struct TodayClock : Clock {
   DateTime now() const override { return {{2026, 11, 24}, {12, 0, 0}}; }
 };
@@ -50,7 +55,8 @@ class DeskStory : public DesktopTest {
     fs::copy_file(libraryFile(), folder_ / "library.sqlite");
     settings_ = std::make_unique<FileSettings>(folder_ / "settings.ini");
     settings_->SaveSetting(kSettingsApplication, kSettingsSection, "View", "0");
-    server_ = std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder_ / "library.sqlite", {}, true});
+    server_ =
+        std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder_ / "library.sqlite", {}, true, noon});
     transport_ = std::make_unique<HttpTransport>(HttpTransport::Options{.address = server_->address()});
     app_ = std::make_unique<App>(
         App::Outside{desktop, *transport_, clock_, *settings_, components_, folder_, folder_}, "");

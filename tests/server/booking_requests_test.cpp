@@ -324,19 +324,6 @@ TEST_P(BookingRequests, EquipmentAndPatronsToChooseFrom) {
   EXPECT_EQ(send("FIND", "SRCHTAG=17; SRCHVAL=x' or 'a'='a; " + find).text(), "0|SRCHCNT=0");
 }
 
-TEST_P(BookingRequests, OverridesNeedASupervisorWithTheRightHere) {
-  const std::string good = "c2VjcmV0IG9mIHRoZSBkZXNr";  // base64
-  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=" + good).rc, 0);
-  EXPECT_EQ(send("OPOV", "OVITM=Y; OI=chief; PW=" + good).rc, 120);
-  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=d3Jvbmc=").rc, 121);
-  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=nobody; PW=" + good).rc, 121);
-  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=%%%").rc, 121);
-  for (int attempt = 0; attempt < 5; ++attempt) send("OPOV", "OVPAT=Y; OI=chief; PW=d3Jvbmc=");
-  EXPECT_EQ(send("OPOV", "OVPAT=Y; OI=chief; PW=" + good).rc, 121) << "too many tries";
-  EXPECT_EQ(library().value("select count(*) from audit where action = 'override' and subject = 'chief'"),
-            "1");
-}
-
 TEST_P(BookingRequests, MessagesThatMakeNoSenseAreRefusedWhole) {
   const auto saved = [&](const std::string& tag, const std::string& value) {
     std::string text = booking(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=1; " + std::string(film1));

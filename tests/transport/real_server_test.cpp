@@ -120,10 +120,10 @@ TEST_F(RealServer, WithoutASessionNothingIsAnswered) {
 
 TEST_F(RealServer, ARequestThatItCannotTakeIsToldAsSuch) {
   ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
-  const DeliveryResult missing = send("BOOKDAY", {{"DATE", "2026-11-24"}});
+  const DeliveryResult missing = send("RLL");
   EXPECT_EQ(missing.delivery, Delivery::Answered);
   EXPECT_EQ(missing.reply.rc, -98);
-  EXPECT_EQ(missing.reply.value(-1, "CANTREAD").text, "HBK");
+  EXPECT_EQ(missing.reply.value(-1, "CANTREAD").text, "OI");
   for (const auto& result :
        {send("NOSUCH"), send("bad/code"), send("BOOKDAY", {{"DATE", std::string(1100 * 1024, 'x')}})}) {
     EXPECT_EQ(result.delivery, Delivery::Rejected);
