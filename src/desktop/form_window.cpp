@@ -6,8 +6,8 @@
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
