@@ -12,6 +12,8 @@
 #include "desktop/qt_desktop.h"
 #include "desktop/qtext.h"
 #include "desktop/style.h"
+#include "messaging/frmError.h"
+#include "messaging/frmLogon.h"
 #include "platform/bars.h"
 #include "platform/calendars.h"
 #include "platform/controls.h"
@@ -270,33 +272,13 @@ class FieldsForm : public Form {
   }
 };
 
-class LogonForm : public Form {
- public:
-  explicit LogonForm(Windows& all) : Form(all, "frmGalleryLogon") {
-    Caption = "Vantry Login";
-    Resizable = false;
-    lblHeading.Heading = true;
-    txtPassword.Password = true;
-    txtPassword.Text = "secret";
-    txtOperator.Text = "DEMO";
-    cmdOK.Default = true;
-    Layout = Column{Row{imgLogon, Column{lblHeading, lblHint}, Stretch{}},
-                    Gap{},
-                    Fields{lblOperator, txtOperator, lblPassword, txtPassword},
-                    lblMessage,
-                    Gap{},
-                    Row{Stretch{}, cmdOK, cmdCancel}};
-  }
-  Image imgLogon{*this, "imgLogon", "vantry"};
-  Label lblHeading{*this, "lblHeading", "Welcome to Vantry"};
-  Label lblHint{*this, "lblHint", "Log on to work at the booking desk."};
-  Label lblOperator{*this, "lblOperator", "Operator &ID:"};
-  TextBox txtOperator{*this, "txtOperator"};
-  Label lblPassword{*this, "lblPassword", "&Password:"};
-  TextBox txtPassword{*this, "txtPassword"};
-  Label lblMessage{*this, "lblMessage", ""};
-  Button cmdOK{*this, "cmdOK", "&OK"};
-  Button cmdCancel{*this, "cmdCancel", "Cancel"};
+/// A line to nowhere: the windows of the messaging layer only want to have one.
+struct NoServer : Transport {
+  bool reach(std::string&) override { return false; }
+  LogonResult logon(std::string_view, std::string_view) override { return LogonResult::Refused; }
+  void logoff() override {}
+  bool changePassword(std::string_view, std::string_view, std::string&) override { return false; }
+  DeliveryResult send(const Request&) override { return {}; }
 };
 
 class IconForm : public Form {
@@ -368,7 +350,14 @@ int main(int argc, char** argv) {
   Windows all(desktop);
   DayForm day(all);
   FieldsForm fields(all);
-  LogonForm logon(all);
+  NoServer server;
+  ServerSession session(server);
+  ServerTools tools(desktop);
+  TagMessage message(server);
+  modGlobal global(all, message, tools);
+  frmLogon logon(all, tools, session, "");
+  frmError error(all, tools, global,
+                 {"The server could not read the request.", "BOOKDAY", "-98", "frmMain", "DATE"});
   IconForm icons(all);
   CalendarForm calendars(all);
 
@@ -401,7 +390,14 @@ int main(int argc, char** argv) {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (window->objectName() == "help") pictureOf(window, folder + "help.png");
   }
+  error.Show();
+  error.cmdDetailsExpand.press();
+  desktop.handleEvents();
+  desktop.writePicture(error, utf8(folder + "error.png"));
   logon.Show();
+  logon.txtOperator.type("admin");
+  logon.txtPassword.type("wrong");
+  logon.cmdOK.press();
   desktop.handleEvents();
   desktop.writePicture(logon, utf8(folder + "logon.png"));
   icons.Show();
