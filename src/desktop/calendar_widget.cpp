@@ -64,7 +64,9 @@ int CalendarWidget::titleHeight() const {
 
 /// Below the names of the month and of the weekdays.
 QRect CalendarWidget::daysRect(int month) const {
-  return monthRect(month).adjusted(0, titleHeight() + fontMetrics().height() + style::kUnit, 0, 0);
+  const int above = titleHeight() + fontMetrics().height() + style::kUnit;
+  const int inset = span_ == Span::Small ? 0 : style::kUnit / 2;
+  return monthRect(month).adjusted(inset, above, -inset, -inset);
 }
 
 QRect CalendarWidget::cell(int month, int place) const {
@@ -156,7 +158,7 @@ void CalendarWidget::paintDay(QPainter& painter, const Date& day) const {
   if (today) own.setWeight(QFont::Bold);
   painter.setFont(own);
   const QColor ink = style::readable(palette().color(QPalette::Text), ground);
-  painter.setPen(today ? style::readable(style::accent(), ground) : ink);
+  painter.setPen(today && !look.ground.isValid() ? style::accent() : ink);
   if (!large) return painter.drawText(box, Qt::AlignCenter, QString::number(day.day));
   const QRectF room = box.adjusted(style::kUnit, style::kUnit / 2.0, -style::kUnit, -style::kUnit / 2.0);
   painter.drawText(room, Qt::AlignLeft | Qt::AlignTop, QString::number(day.day));
