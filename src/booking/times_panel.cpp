@@ -1,5 +1,7 @@
 #include "booking/times_panel.h"
 
+#include <algorithm>
+
 #include "booking/frmTimeLine.h"
 #include "messaging/server_tools.h"
 #include "platform/text.h"
@@ -66,12 +68,14 @@ void TimesPanel::arrange(Container& place) {
   for (Button* button : {&txtNeedTimeEllipses, &txtFinishTimeEllipses})
     button->Visible = !app_.preferences.ScheduleBar;
   const int share = app_.daySlots.count > kSlotsBesideDates ? 1 : -1;
-  fraBooking.Layout = Column{Fields{lblNeedDate,
-                                    Row{LayoutNode(fpdNeedDate).share(share), Gap{}, lblNeedTime, txtNeedTime,
-                                        txtNeedTimeEllipses, Stretch{}},
-                                    lblFinishDate,
-                                    Row{LayoutNode(fpdFinishDate).share(share), Gap{}, lblFinishTime,
-                                        txtFinishTime, txtFinishTimeEllipses, Stretch{}}},
+  fraBooking.Layout = Column{Row{Fields{lblNeedDate, LayoutNode(fpdNeedDate).share(share), lblFinishDate,
+                                        LayoutNode(fpdFinishDate).share(share)}
+                                     .share(std::max(0, share)),
+                                 Gap{},
+                                 Fields{lblNeedTime, Row{txtNeedTime, txtNeedTimeEllipses}, lblFinishTime,
+                                        Row{txtFinishTime, txtFinishTimeEllipses}}
+                                     .share(0),
+                                 Stretch{}},
                              rulTimeLine, schTimeLine};
   fraMultiBooking.Layout = Column{faDatesTimes, Row{cmdAddDate, cmdEditDate, cmdDeleteDate, Stretch{}}};
   // The stretch holds the fields at the top while the list is closed.
