@@ -5,6 +5,8 @@
 #include <string>
 
 #include "frame/booking_shared.h"
+#include "frame/circulation_windows.h"
+#include "frame/look_up.h"
 #include "frame/main_window.h"
 #include "frame/makers.h"
 #include "frame/operator_context.h"
@@ -82,6 +84,7 @@ class App {
   Mode mode = Mode::None;
   RecordSlots slots;
   BookingShared booking;
+  EquipmentLookUp lookUp;
   Makers makers;
   std::string helpFile;
   std::string supportCaption;
@@ -90,10 +93,14 @@ class App {
   /// The main window; made by the composition root before the program starts.
   MainWindow& main() const { return *main_; }
   void setMain(MainWindow& main) { main_ = &main; }
+  /// The windows of circulation; made by the composition root with the main window.
+  CirculationWindows& circulation() const { return *circulation_; }
+  void setCirculation(CirculationWindows& windows) { circulation_ = &windows; }
 
  private:
   std::filesystem::path programFolder_;
   MainWindow* main_ = nullptr;
+  CirculationWindows* circulation_ = nullptr;
 };
 
 }  // namespace vantry

@@ -45,6 +45,12 @@ class LogonDialog {
   ServerTools& tools_;
 };
 
+/// One choice in the catalogue search: a title, or one of its holdings records.
+struct BibSelection {
+  std::string BI;
+  std::string MI;  ///< "0" for a bare title
+};
+
 /// The catalogue search.
 class BibSearchDialog {
  public:

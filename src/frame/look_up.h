@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vantry {
+
+class App;
+
+/// One piece, group or member that a look-up found.
+struct LookUpRow {
+  std::string EID, ENO, BNO, STY, ETY, EIU, RID;
+};
+
+/// The slots of the look-up by barcode or number: the text that is sought, and what was found. The result is
+/// row 0.
+struct EquipmentLookUp {
+  std::string text;
+  std::string LookupStatus;  ///< empty for a result, "Not Found", or "CANCEL" where the operator chose none
+  std::vector<LookUpRow> LookupRows;
+  int barOrNumberMode = 0;  ///< 2 while the look-up runs
+};
+
+/// Fill `App::lookUp` from its text. They speak for themselves; a caller goes on only with an empty
+/// `LookupStatus`. Tags that a caller has added before narrow the look-up.
+void FindEquipmentByBarcode(App& app);
+void FindEquipmentByNumber(App& app);
+
+}  // namespace vantry
