@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "frame/app.h"
+#include "inventory/frmMultBarOrNo.h"
 #include "platform/form.h"
 
 namespace vantry {
@@ -17,7 +18,7 @@ template <class Window>
 
 /// What asks and answers while the program waits.
 template <class Window>
-[[maybe_unused]] void runModal(App& app) {
+void runModal(App& app) {
   Window(app).ShowModal();
 }
 
@@ -40,7 +41,9 @@ static std::vector<RecordRow> recordRows() {
 
 /// One row per window or command that is asked for by name: {"frmOptions", runModal<frmOptions>}.
 static std::vector<CommandRow> commandRows() {
-  return {};
+  return {
+      {"frmMultBarOrNo", runModal<frmMultBarOrNo>},
+  };
 }
 
 void fillMakers(Makers& makers) {
