@@ -17,7 +17,8 @@ class ConnectDialog {
  public:
   explicit ConnectDialog(Windows& windows);
   ~ConnectDialog();
-  void SetSession(ServerSession& session) { session_ = &session; }
+  /// Every dialog is given its session; this one learns all it needs from `TagMessage::Connect`.
+  void SetSession(ServerSession&) {}
   void Close();
 
   // For TagMessage::Connect, and for TagMessage::OnLost.
@@ -27,7 +28,6 @@ class ConnectDialog {
 
  private:
   Windows& windows_;
-  ServerSession* session_ = nullptr;
   std::unique_ptr<frmConnect> window_;
 };
 
