@@ -8,6 +8,9 @@
 
 namespace vantry {
 
+class EquipmentPanel;
+class MediaPanel;
+
 /// What editor and wizard have in common, as the routines of modBooking read it. The window owns all of it.
 struct BookingForm {
   App& app;
@@ -16,6 +19,10 @@ struct BookingForm {
   Grid& faMedia;
   Tree& tvwOtherEquipment;
   Tree& tvwEquipment;
+  /// The panels that hold these lists, with the fields by which things are added. Only the routines that read
+  /// such a field, or enable a command of the list, need them.
+  MediaPanel* media = nullptr;
+  EquipmentPanel* equipment = nullptr;
 };
 
 }  // namespace vantry

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "booking/booking_form.h"
+#include "platform/controls.h"
+#include "platform/grid.h"
+#include "platform/menu.h"
+
+namespace vantry {
+
+/// The media of a booking: the list, and what adds to it and removes from it.
+class MediaPanel {
+ public:
+  /// Makes the controls in `place`; the record belongs to the window.
+  MediaPanel(App& app, Container& place, BookingRecord& record);
+  /// Gives the commands the whole window; before the operator can reach them.
+  void join(const BookingForm& form) { form_ = &form; }
+
+  /// Something was added or removed.
+  Event Changed;
+
+  Label lblMediaBarcodeOrID;
+  TextBox txtItemBarcode;
+  Button cmdAddMediaViaBarcode, cmdAddMediaViaNumber;
+  Button cmdSearchMedia;
+  Grid faMedia;
+  Button cmdRemoveMedia;
+  Button cmdMARC;
+  Button cmdNewMedia;
+  MenuItem mnuPopupMarc;  ///< shown by `cmdMARC` only
+  MenuItem mnuPopupMarcBib, mnuPopupMarcHoldings;
+
+  /// Allows what the list allows: removing and MARC need a row.
+  void enableCommands();
+  /// The booking can only be read from now on.
+  void disableEditing();
+
+  void cmdAddMediaViaBarcode_Click();
+  void cmdAddMediaViaNumber_Click();
+  void cmdSearchMedia_Click();
+  void cmdRemoveMedia_Click();
+  void cmdMARC_Click();
+  void mnuPopupMarcBib_Click();
+  void mnuPopupMarcHoldings_Click();
+
+ private:
+  void connect();
+  void arrange(Container& place);
+  /// Tells whether the list has another length than before.
+  void tellIfChanged(int rowsBefore);
+
+  App& app_;
+  BookingRecord& record_;
+  const BookingForm* form_ = nullptr;
+  bool editable_ = true;
+};
+
+}  // namespace vantry

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "booking/booking_form.h"
+
+namespace vantry {
+
+class TagMessage;
+
+// The equipment of a booking: what is added to it and how the two trees hold it.
+
+/// One piece or group as lists show it.
+struct EquipmentPiece {
+  std::string EID;
+  std::string number;  ///< or the barcode, by preference
+  std::string ETY;
+  std::string EIU;  ///< "Y" for a group
+  std::string status;
+
+  bool isGroup() const { return EIU == "Y"; }
+};
+/// What one look-up found, or what was picked.
+using EquipmentMatches = std::vector<EquipmentPiece>;
+
+/// The piece of the reply's current record, with its status on a booking or in a room (`ESDS`).
+[[nodiscard]] EquipmentPiece ReadPiece(const App& app);
+/// A piece's number or its barcode, by preference.
+[[nodiscard]] std::string PieceNumber(const App& app, std::string_view number, std::string_view barcode);
+
+void AddEquipmentByNumber(const BookingForm& form, BookingRecord& record);
+void AddEquipmentByBarcode(const BookingForm& form, BookingRecord& record);
+void AddSpecificEquipment(const BookingForm& form, BookingRecord& record);
+/// `dirty` rises when a type was added.
+void AddEquipmentType(const BookingForm& form, BookingRecord& record, bool& dirty);
+
+/// Put one node into the trees and count it; without a request. False, and a box that says so, when the
+/// booking has it already.
+bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece);
+bool AddTypeNode(const BookingForm& form, BookingRecord& record, std::string_view eti, std::string_view ety);
+
+/// Puts the equipment types that a media type needs into the tree, once per media type. It sends a request,
+/// so that no walk may be under way.
+void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record);
+/// Ticks a required type, and the same type under other media types; without a request. The key is
+/// `requiredTypeKey`; one that does not stand in the tree is passed over.
+void MarkRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record);
+/// The operator ticks a required type on or off; true when it has changed.
+bool CheckRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record);
+
+/// Lists anew what stands in the booking's room; after a change of room and while loading. It sends a request
+/// when there is a room, so that no walk may be under way.
+void BuildEquipmentTab(const BookingForm& form, const BookingRecord& record);
+/// Asks the server how many minutes room and equipment take, and shows them.
+void SuggestTimes(const BookingForm& form, BookingRecord& record);
+
+/// Whether any equipment is listed that a booking has to reserve: what stands in the room does not count, nor
+/// does a required type that is not ticked.
+[[nodiscard]] bool CheckEmptyBooking(const BookingForm& form);
+/// Counts what `EquipmentCount` counts: pieces and types that were added, and required types that are ticked,
+/// each type once.
+[[nodiscard]] int countEquipment(const BookingForm& form);
+
+}  // namespace vantry
