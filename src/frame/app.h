@@ -95,7 +95,7 @@ class App {
   void setMain(MainWindow& main) { main_ = &main; }
   /// The windows of circulation; made by the composition root with the main window.
   CirculationWindows& circulation() const { return *circulation_; }
-  void setCirculation(CirculationWindows& windows) { circulation_ = &windows; }
+  void setCirculation(CirculationWindows& dialogs) { circulation_ = &dialogs; }
 
  private:
   std::filesystem::path programFolder_;
