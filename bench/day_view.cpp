@@ -53,7 +53,7 @@ class TimedTransport : public Transport {
  public:
   explicit TimedTransport(Transport& line) : line_(line) {}
   bool reach(std::string& reason) override { return line_.reach(reason); }
-  LogonResult logon(std::string_view id, std::string_view password) override {
+  LogonAnswer logon(std::string_view id, std::string_view password) override {
     return line_.logon(id, password);
   }
   void logoff() override { line_.logoff(); }

@@ -44,8 +44,6 @@ bool AddTypeNode(const BookingForm& form, BookingRecord& record, std::string_vie
 /// Puts the equipment types that a media type needs into the tree, once per media type. It sends a request,
 /// so that no walk may be under way.
 void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record);
-/// Takes a media type with all that it requires out of the tree.
-void RemoveMediaEquipmentTypes(const BookingForm& form, std::string_view mtid);
 /// Ticks a required type, and the same type under other media types; without a request. The key is
 /// `requiredTypeKey`; one that does not stand in the tree is passed over.
 void MarkRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record);

@@ -65,15 +65,8 @@ void writePiece(TagMessage& message, const TreeNode& node, EquipmentForm form) {
   if (inRoom) message.Add(tags::EQIR, "Y");
 }
 
-/// The equipment type in the key of a required type: "M12|E34".
-std::string_view requiredType(std::string_view key) {
-  const auto bar = key.find('|');
-  if (!key.starts_with('M') || bar == std::string_view::npos || key.size() < bar + 2) return {};
-  return key.substr(bar + 2);
-}
-
 void writeType(TagMessage& message, const TreeNode& node) {
-  const std::string_view required = requiredType(node.key);
+  const std::string_view required = equipmentTypeOf(node.key);
   if (!required.empty() && node.image == kChecked) {
     message.Add(tags::ETI, required);
     message.Add(tags::IFL, "Y");
@@ -111,6 +104,12 @@ std::string mediaTypeKey(std::string_view mediaTypeId) {
 
 std::string requiredTypeKey(std::string_view mediaTypeId, std::string_view equipmentTypeId) {
   return "M" + std::string(mediaTypeId) + "|E" + std::string(equipmentTypeId);
+}
+
+std::string_view equipmentTypeOf(std::string_view key) {
+  const auto bar = key.find('|');
+  if (!key.starts_with('M') || bar == std::string_view::npos || key.size() < bar + 2) return {};
+  return key.substr(bar + 2);
 }
 
 void WriteEquipmentTags(TagMessage& message, const Tree& tvwOtherEquipment, const Tree& tvwEquipment,

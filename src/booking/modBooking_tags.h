@@ -48,6 +48,8 @@ void BuildEquipmentTrees(Tree& tvwOtherEquipment, Tree& tvwEquipment);
 /// Keys below `roots::MediaTypes`: of a media type, and of an equipment type that it requires.
 [[nodiscard]] std::string mediaTypeKey(std::string_view mediaTypeId);
 [[nodiscard]] std::string requiredTypeKey(std::string_view mediaTypeId, std::string_view equipmentTypeId);
+/// The equipment type in such a key: "34" of "M12|E34"; empty for other keys.
+[[nodiscard]] std::string_view equipmentTypeOf(std::string_view key);
 
 /// Full names all equipment; Specific leaves out what stands in the room.
 enum class EquipmentForm { Full, Specific };

@@ -1,7 +1,7 @@
 #include "desktop/binder.h"
 
 #include <QKeyEvent>
-
+#include <QPointer>
 #include <QWidget>
 #include <array>
 
@@ -30,6 +30,12 @@ void Binder::bind() {
 
 void Binder::release() {
   control_.Shower = nullptr;
+}
+
+bool Binder::settle() {
+  const QPointer<Binder> alive(this);
+  commit();
+  return !alive.isNull();
 }
 
 void Binder::update(Aspect aspect) {

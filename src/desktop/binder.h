@@ -54,6 +54,8 @@ class Binder : public QObject {
 
  protected:
   void act(const std::function<void()>& event) { host_.act(event); }
+  /// Commits; false when the window, and this with it, has gone over what the value led to.
+  [[nodiscard]] bool settle();
 
  private:
   void showColours();

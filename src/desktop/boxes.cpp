@@ -67,7 +67,7 @@ class BoxDialog : public QDialog {
     return *label;
   }
 
-  /// Buttons answer with their index; closing the box with the last one.
+  /// Buttons answer with their place, counted from 1; closing the box with 0.
   QPushButton& addButton(const QString& caption) {
     auto* button = new QPushButton(caption, footer_);
     const int index = count_++;
@@ -122,7 +122,8 @@ int runBox(const Box& box) {
   dialog.setAccessibleName(dialog.windowTitle());
   dialog.setAccessibleDescription(qt(box.text));
   const int answer = dialog.ask();
-  return answer > 0 ? answer - 1 : dialog.count() - 1;
+  if (answer > 0) return answer - 1;
+  return box.closing >= 0 ? box.closing : dialog.count() - 1;
 }
 
 std::optional<std::string> runInputBox(std::string_view prompt, std::string_view caption,

@@ -35,8 +35,9 @@ class EntryLine : public QLineEdit {
       return call(onOpen);
     const bool up = key == Qt::Key_Up || key == Qt::Key_PageUp;
     const bool down = key == Qt::Key_Down || key == Qt::Key_PageDown;
-    if ((up || down) && onStep && !isReadOnly())
-      return onStep(up ? 1 : -1, key == Qt::Key_PageUp || key == Qt::Key_PageDown);
+    const auto step = onStep;  // whoever listens may go while it does
+    if ((up || down) && step && !isReadOnly())
+      return step(up ? 1 : -1, key == Qt::Key_PageUp || key == Qt::Key_PageDown);
     QLineEdit::keyPressEvent(event);
   }
   void focusOutEvent(QFocusEvent* event) override {
@@ -45,7 +46,8 @@ class EntryLine : public QLineEdit {
   }
 
  private:
-  static void call(const std::function<void()>& handler) {
+  /// A copy: whoever listens may go while it does.
+  static void call(std::function<void()> handler) {
     if (handler) handler();
   }
 };
@@ -78,10 +80,8 @@ class EntryBinder : public Binder {
   /// button that has it then was not meant.
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (!isEnter(*event)) return Binder::eventFilter(watched, event);
-    const QPointer<Binder> alive(this);
     const bool answered = static_cast<bool>(field_.Enter);
-    commit();
-    if (alive && answered) act([this] { field_.pressEnter(); });
+    if (settle() && answered) act([this] { field_.pressEnter(); });
     return answered;
   }
 
@@ -153,15 +153,14 @@ class DateBinder : public EntryBinder<DateField, Date> {
   static Date today() { return SystemClock().now().date; }
 
   void moveBy(int step, bool large) {
-    commit();
+    if (!settle()) return;
     const auto& value = field().Value.get();
     if (!value) return enter(today());
     enter(large ? addMonths(*value, step) : addDays(*value, step));
   }
 
   void openCalendar() {
-    if (!field().usable()) return;
-    commit();
+    if (!field().usable() || !settle()) return;
     auto* popup = new DatePopup(field().Value.get().value_or(today()), &line());
     popup->onChosen = [self = QPointer<DateBinder>(this)](const Date& day) {
       if (self) self->enter(day);
@@ -189,7 +188,7 @@ class TimeBinder : public EntryBinder<TimeField, Time> {
 
  private:
   void moveBy(int minutes) {
-    commit();
+    if (!settle()) return;
     const Time now = field().Value.get().value_or(Time{12, 0, 0});
     const int moment = (now.hour * 60 + now.minute + minutes + kMinutesOfDay) % kMinutesOfDay;
     enter(Time{moment / 60, moment % 60, 0});

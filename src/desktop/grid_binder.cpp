@@ -1,4 +1,5 @@
 #include <QScrollBar>
+#include <algorithm>
 #include <cstdlib>
 
 #include "desktop/binder.h"
@@ -41,7 +42,9 @@ class GridBinder : public Binder {
     Binder::update(aspect);
   }
 
+  /// A grid with `Redraw` off is in the middle of its changes; the view stays as it was until they are whole.
   void flush() override {
+    if (!grid_.Redraw) return;
     if (structure_) renew();
     if (columns_) showColumns();
     if (selection_) showSelection();
@@ -71,6 +74,7 @@ class GridBinder : public Binder {
 
   void acted(GridView::Action action, int row, int column) {
     using Action = GridView::Action;
+    if (!grid_.Redraw) return;
     const int gridRow = row == GridView::kHeading ? 0 : row == GridView::kBeyond ? -1 : model_->gridRow(row);
     switch (action) {
       case Action::Click:

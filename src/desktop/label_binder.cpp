@@ -66,10 +66,16 @@ class LabelBinder : public Binder {
   }
 
  private:
+  /// A mnemonic works only where the layout has given the label its field; data are shown to the letter.
+  QString shownText() const {
+    const std::string& caption = label_.Caption;
+    if (label_.ReadOnlyField || widget_.buddy()) return qt(caption);
+    // A heading takes the caption of a menu's entry, or a name that has "&" in it: no letter gets lost.
+    if (label_.Heading) return qt(caption).replace("&&", "&");
+    return withoutMnemonic(caption);
+  }
   void showCaption() {
-    // A mnemonic works only where the layout has given the label its field; data are shown to the letter.
-    const bool literal = label_.ReadOnlyField || widget_.buddy();
-    QString text = literal ? qt(label_.Caption.get()) : withoutMnemonic(label_.Caption.get());
+    QString text = shownText();
     text.remove('\r');  // whatever its order, a line break is one
     widget_.setWordWrap(text.size() > kSentence);
     if (widget_.wordWrap()) widget_.setMinimumWidth(widget_.fontMetrics().averageCharWidth() * kSentence);

@@ -3,10 +3,13 @@
 #include <QTemporaryDir>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
+#include "desktop/note_window.h"
 #include "desktop/program_options.h"
 #include "desktop/qt_desktop.h"
 #include "desktop/style.h"
@@ -29,10 +32,19 @@ void prepareScreenshot(ProgramOptions& options, const QTemporaryDir& folder) {
     settings.SaveSetting(kSettingsApplication, kSettingsSection, "View", std::to_string(options.view));
 }
 
+/// The first start makes a library, which takes seconds.
+std::unique_ptr<EmbeddedServer> startServer(const std::filesystem::path& data) {
+  std::optional<NoteWindow> note;
+  if (!std::filesystem::exists(data)) note.emplace(QObject::tr("Making the small library..."));
+  return std::make_unique<EmbeddedServer>(EmbeddedServer::Options{data, {}, false});
+}
+
 int runProgram(ProgramOptions options, QtDesktop& desktop) {
+  const QTemporaryDir scratch;
+  if (!options.screenshot.empty()) prepareScreenshot(options, scratch);
   std::unique_ptr<EmbeddedServer> embedded;
   if (options.server.empty()) {
-    embedded = std::make_unique<EmbeddedServer>(EmbeddedServer::Options{options.data, {}, false});
+    embedded = startServer(options.data);
     options.server = embedded->address();
   }
   HttpTransport transport({.address = options.server, .certificateFile = options.authority});
@@ -54,19 +66,17 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
 int start(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   ProgramOptions options = readOptions(arguments);
+  if (options.usage) return std::fputs(usageText().c_str(), stdout) < 0;
+  if (options.version) return std::puts("vantry " VANTRY_VERSION) < 0;
   if (!options.fault.empty()) {
     std::fprintf(stderr, "%s\n%s", options.fault.c_str(), usageText().c_str());
     return 2;
   }
-  if (options.rest == "--help") return std::fputs(usageText().c_str(), stdout) < 0;
-  if (options.rest == "--version") return std::puts("vantry " VANTRY_VERSION) < 0;
 
   QApplication application(argc, argv);
   QApplication::setApplicationName("Vantry");
   style::apply(application);
   options.program = QApplication::applicationDirPath().toStdString();
-  const QTemporaryDir scratch;
-  if (!options.screenshot.empty()) prepareScreenshot(options, scratch);
   QtDesktop desktop(options.screenshot.empty() ? (options.user / "windows.ini").string() : std::string());
   try {
     return runProgram(std::move(options), desktop);

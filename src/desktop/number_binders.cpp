@@ -15,8 +15,7 @@ class NumberBinder : public TypedBinder {
       : TypedBinder(field, host, box, box.line()), field_(field), box_(box) {
     box.fitTo(QString::number(field.Max()) + "00");
     box.onStep = [this](int steps) {
-      commit();
-      act([this, steps] { stepField(steps); });
+      if (settle()) act([this, steps] { stepField(steps); });
     };
     box.onLeave = [this] { commit(); };
   }

@@ -40,6 +40,8 @@ ProgramOptions readOptions(const std::vector<std::string>& arguments) {
   bool chosen = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& word = arguments[i];
+    options.usage = options.usage || word == "--help" || word == "/?";
+    options.version = options.version || word == "--version";
     const bool takesValue = word == "--server" || word == "--data" || word == "--screenshot" ||
                             word == "--view" || word == "--authority" || word == "--user";
     if (!takesValue) {
@@ -72,7 +74,8 @@ std::string usageText() {
          "  --screenshot FILE   log on to a fresh small library, write a picture of the first view, end\n"
          "  --view N            the first view of the screenshot\n"
          "  /nocheck            skip the check of the program's components\n"
-         "  --version, --help\n";
+         "  --version           print the version and end\n"
+         "  --help, /?          print this and end\n";
 }
 
 }  // namespace vantry

@@ -14,6 +14,8 @@ struct ProgramOptions {
   std::filesystem::path user;  ///< folder of settings and "vantry.ini"
   std::filesystem::path program;  ///< folder of the program
   std::string screenshot;         ///< PNG file to write instead of working; empty: work
+  bool usage = false;             ///< print the usage and end
+  bool version = false;           ///< print the version and end
   int view = -1;                  ///< first view for a screenshot; -1: as preferred
   std::string rest;               ///< what is not the front end's, as it stood
   std::string fault;              ///< one sentence about what cannot be understood; empty: all is well

@@ -8,6 +8,7 @@
 #include <QSettings>
 #include <QTimer>
 #include <QUrl>
+#include <algorithm>
 
 #include "desktop/boxes.h"
 #include "desktop/form_window.h"
@@ -111,6 +112,7 @@ FormWindow& QtDesktop::prepare(Form& form) {
 }
 
 void QtDesktop::show(Form& form) {
+  leaveIfEnded();
   prepare(form).present(false);
   activated(form);
   leaveIfEnded();
@@ -236,13 +238,21 @@ static bool isInput(QEvent::Type type) {
   }
 }
 
-bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
-  if (!isInput(event->type()) || !watched->isWidgetType()) return false;
-  const QWidget* top = static_cast<QWidget*>(watched)->window();
-  for (const auto& [form, window] : windows_) {
-    if (window == top) return window->isBlocked();
+bool QtDesktop::isBlocked(const QObject& watched) const {
+  const QObject* top = &watched;
+  if (watched.isWidgetType()) {
+    top = static_cast<const QWidget&>(watched).window();
+  } else {
+    // The keys of a menu's entry go to its action, which lies in the menus of its window.
+    while (top->parent()) top = top->parent();
   }
-  return false;
+  return std::any_of(windows_.begin(), windows_.end(),
+                     [top](const auto& entry) { return entry.second == top && entry.second->isBlocked(); });
+}
+
+bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
+  const bool reaches = watched->isWidgetType() || event->type() == QEvent::Shortcut;
+  return reaches && isInput(event->type()) && isBlocked(*watched);
 }
 
 // Boxes and menus
@@ -293,7 +303,8 @@ void QtDesktop::timerChanged(Timer& timer) {
     ticking.form = &timer.form();
     ticking.timer = std::make_unique<QTimer>();
     connect(ticking.timer.get(), &QTimer::timeout, this, [this, &timer] {
-      // A busy window's timer waits for its next turn.
+      // Deliberate: a busy window's ticks are dropped, also those of a clock. A request waits meanwhile, and
+      // a tick may send one of its own, into the middle of it.
       if (timer.Enabled && timer.form().Enabled) dispatch([&timer] { raise(timer.Tick); });
     });
   }

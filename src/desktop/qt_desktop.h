@@ -71,6 +71,7 @@ class QtDesktop final : public QObject, public Desktop {
     std::unique_ptr<QTimer> timer;
     const Form* form;
   };
+  bool isBlocked(const QObject& watched) const;
   FormWindow& prepare(Form& form);
   void dropWindow(Form& form, bool controlsLive);
   void focusChanged(QWidget* now);

@@ -24,13 +24,11 @@ class SpinTimeBinder : public TypedBinder {
     open_->setToolTip(QObject::tr("Times"));
     connect(open_, &QAction::triggered, this, [this] { openList(); });
     box.onStep = [this](int steps) {
-      commit();
-      act([this, steps] { stepField(steps); });
+      if (settle()) act([this, steps] { stepField(steps); });
     };
     box.onLeave = [this] { commit(); };
     box.onOpen = [this] {
-      commit();
-      act([this] { field_.openDialog(); });
+      if (settle()) act([this] { field_.openDialog(); });
     };
   }
   ~SpinTimeBinder() override {

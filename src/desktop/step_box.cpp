@@ -19,7 +19,8 @@ StepBox::StepBox(QWidget* parent) : QAbstractSpinBox(parent) {
 }
 
 void StepBox::stepBy(int steps) {
-  if (onStep) onStep(steps);
+  const auto step = onStep;  // whoever listens may go while it does
+  if (step) step(steps);
 }
 
 QAbstractSpinBox::StepEnabled StepBox::stepEnabled() const {
@@ -34,13 +35,15 @@ void StepBox::fitTo(const QString& text) {
 void StepBox::keyPressEvent(QKeyEvent* event) {
   const bool open =
       event->key() == Qt::Key_F4 || (event->key() == Qt::Key_Down && event->modifiers() & Qt::AltModifier);
-  if (open && onOpen) return onOpen();
+  const auto opener = onOpen;
+  if (open && opener) return opener();
   QAbstractSpinBox::keyPressEvent(event);
 }
 
 void StepBox::focusOutEvent(QFocusEvent* event) {
   QAbstractSpinBox::focusOutEvent(event);
-  if (event->reason() != Qt::PopupFocusReason && onLeave) onLeave();
+  const auto leave = onLeave;
+  if (event->reason() != Qt::PopupFocusReason && leave) leave();
 }
 
 void StepBox::paintEvent(QPaintEvent*) {

@@ -49,9 +49,6 @@ static const Colours& colours() {
   return current == Scheme::Dark ? kDark : kLight;
 }
 
-bool isDark() {
-  return current == Scheme::Dark;
-}
 QColor accent() {
   return colours().accent;
 }

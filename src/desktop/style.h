@@ -27,7 +27,6 @@ enum class Scheme { Light, Dark };
 
 /// Gives the program its style, palette and font; without a scheme, the system's.
 void apply(QApplication& application, std::optional<Scheme> scheme = std::nullopt);
-bool isDark();
 
 // Colours that the palette has no place for.
 QColor accent();

@@ -22,12 +22,11 @@ class TreeBinder : public Binder {
  public:
   TreeBinder(Tree& tree, Host& host, QTreeWidget& widget)
       : Binder(tree, host, widget), tree_(tree), widget_(widget) {
-    connect(&widget, &QTreeWidget::itemClicked, this,
-            [this](QTreeWidgetItem* item) { act([this, key = keyOf(item)] { tree_.click(key); }); });
-    connect(&widget, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-      // By the keyboard; a click tells of itself.
-      if (!showing_ && item && QApplication::mouseButtons() == Qt::NoButton)
-        act([this, key = keyOf(item)] { tree_.click(key); });
+    tree.MultiSelect ? followSelection() : followCurrent();
+    connect(&widget, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) {
+      if (showing_) return;
+      update(Aspect::List);  // the box shows what the window makes of it
+      act([this, key = keyOf(item)] { tree_.check(key); });
     });
     connect(&widget, &QTreeWidget::itemActivated, this,
             [this](QTreeWidgetItem* item) { act([this, key = keyOf(item)] { tree_.doubleClick(key); }); });
@@ -52,10 +51,38 @@ class TreeBinder : public Binder {
   }
 
  private:
+  void followCurrent() {
+    connect(&widget_, &QTreeWidget::itemClicked, this,
+            [this](QTreeWidgetItem* item) { act([this, key = keyOf(item)] { tree_.click(key); }); });
+    connect(&widget_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+      // By the keyboard; a click tells of itself.
+      if (!showing_ && item && QApplication::mouseButtons() == Qt::NoButton)
+        act([this, key = keyOf(item)] { tree_.click(key); });
+    });
+  }
+
+  void followSelection() {
+    widget_.setSelectionMode(QAbstractItemView::ExtendedSelection);
+    connect(&widget_, &QTreeWidget::itemSelectionChanged, this, [this] {
+      if (showing_) return;
+      std::vector<std::string> keys;
+      for (const QTreeWidgetItem* item : widget_.selectedItems()) keys.push_back(keyOf(item));
+      act([this, keys] { tree_.selectKeys(keys); });
+    });
+  }
+
+  void showHeadings() {
+    widget_.setHeaderHidden(tree_.Headings.empty());
+    QStringList texts;
+    for (const std::string& heading : tree_.Headings) texts << qt(heading);
+    if (!texts.isEmpty()) widget_.setHeaderLabels(texts);
+  }
+
   void showNodes() {
     const int place = widget_.verticalScrollBar()->value();
     widget_.clear();
-    int columns = 1;
+    showHeadings();
+    int columns = std::max(1, static_cast<int>(tree_.Headings.size()));
     for (const TreeNode* node : tree_.Roots()) {
       auto* item = makeItem(*node, columns);
       widget_.addTopLevelItem(item);
@@ -74,8 +101,15 @@ class TreeBinder : public Binder {
     auto* item = new QTreeWidgetItem(texts);
     item->setData(0, kKeyRole, qt(node.key));
     setPicture(*item, node, node.expanded);
+    if (tree_.BoldRoots && !node.parent) setBold(*item);
     for (const TreeNode* child : node.children) item->addChild(makeItem(*child, columns));
     return item;
+  }
+
+  void setBold(QTreeWidgetItem& item) {
+    QFont font = widget_.font();
+    font.setBold(true);
+    item.setFont(0, font);
   }
 
   /// Items can be expanded only once they stand in the widget.
@@ -86,6 +120,11 @@ class TreeBinder : public Binder {
   }
 
   void setPicture(QTreeWidgetItem& item, const TreeNode& node, bool open) {
+    if (tree_.isTickable(node)) {
+      item.setCheckState(0, node.image == tree_.TickedImage ? Qt::Checked : Qt::Unchecked);
+      if (!node.children.empty()) item.setFlags(item.flags() & ~Qt::ItemIsUserCheckable);
+      return;
+    }
     const int image = open && node.openImage > 0 ? node.openImage : node.image;
     if (image > 0 && image <= static_cast<int>(tree_.Pictures.size()))
       item.setIcon(0, icon(tree_.Pictures[static_cast<std::size_t>(image - 1)]));
@@ -101,7 +140,12 @@ class TreeBinder : public Binder {
 
   void showSelection() {
     QTreeWidgetItem* item = find(widget_.invisibleRootItem(), tree_.SelectedKey);
-    widget_.setCurrentItem(item);
+    if (!tree_.MultiSelect) return widget_.setCurrentItem(item);
+    widget_.setCurrentItem(item, 0, QItemSelectionModel::NoUpdate);
+    widget_.clearSelection();
+    for (const std::string& key : tree_.SelectedKeys()) {
+      if (QTreeWidgetItem* selected = find(widget_.invisibleRootItem(), key)) selected->setSelected(true);
+    }
   }
 
   void expanded(QTreeWidgetItem& item, bool open) {
@@ -120,7 +164,6 @@ class TreeBinder : public Binder {
 
 std::unique_ptr<Binder> bindTree(Control& control, Host& host, QWidget* parent) {
   auto* widget = new QTreeWidget(parent);
-  widget->setHeaderHidden(true);
   widget->setUniformRowHeights(true);
   widget->setIconSize({style::kMenuIcon, style::kMenuIcon});
   widget->setIndentation(3 * style::kUnit);

@@ -31,7 +31,8 @@ void ConnectDialog::Close() {
 }
 
 bool ConnectDialog::askRetry(const std::string& reason) {
-  const Box question{Box::Kind::Warning, reason, {}, {"&Retry", "E&xit"}};
+  // Closing the box tries again: nobody leaves by a stray key, with what he typed lost.
+  const Box question{Box::Kind::Warning, reason, {}, {"&Retry", "E&xit"}, 0};
   return windows_.desktop().messageBox(question) == 0;
 }
 

@@ -66,20 +66,22 @@ void frmLogon::say(std::string text) {
   lblMessage.Visible = !lblMessage.Caption.get().empty();
 }
 
-LogonResult frmLogon::logon() {
+LogonAnswer frmLogon::logon() {
   Desktop& desktop = windows().desktop();
   desktop.setPointer(Pointer::Hourglass);
-  const LogonResult result = session_.transport().logon(trim(txtOperator.Text.get()), txtPassword.Text.get());
+  LogonAnswer answer = session_.transport().logon(trim(txtOperator.Text.get()), txtPassword.Text.get());
   desktop.setPointer(Pointer::Default);
-  return result;
+  return answer;
 }
 
 void frmLogon::cmdOK_Click() {
   say({});
   Refresh();
-  switch (logon()) {
+  LogonAnswer answer = logon();
+  switch (answer.result) {
     case LogonResult::Accepted:
-      session_.setOperatorId(std::string(trim(txtOperator.Text.get())));
+      // As the server writes the login, in whatever case it was typed.
+      session_.setOperatorId(std::move(answer.operatorId));
       loggedOn_ = true;
       txtPassword.Text = "";
       Unload();
@@ -91,7 +93,7 @@ void frmLogon::cmdOK_Click() {
       say("There were too many tries. Please wait a little, then try again.");
       break;
     case LogonResult::Unreachable:
-      say("The server does not answer. Please try again.");
+      say(std::move(answer.reason));
       break;
   }
 }

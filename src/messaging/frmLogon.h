@@ -36,7 +36,7 @@ class frmLogon : public Form {
   void enableOK();
   void say(std::string text);
   void refused();
-  LogonResult logon();
+  LogonAnswer logon();
 
   const ServerTools& tools_;
   ServerSession& session_;

@@ -85,6 +85,8 @@ void modGlobal::ReadyAllForms() {
 }
 
 void modGlobal::ReportRequestError(int rc, std::string_view module, std::string_view formName) {
+  // The server's program and this one do not fit together: its own sentence says more than any code.
+  if (rc == TagMessage::kNotTaken) return warningBox(windows_.desktop(), message_.Refusal());
   const auto* row = std::find_if(std::begin(kErrors), std::end(kErrors),
                                  [rc](const ErrorRow& candidate) { return candidate.rc == rc; });
   if (row == std::end(kErrors)) return;

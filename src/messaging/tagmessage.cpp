@@ -12,7 +12,6 @@ namespace {
 /// Codes that arise on this side of the wire.
 constexpr int kGivenUp = -999;
 constexpr int kBusy = -99;
-constexpr int kNotTaken = -98;
 
 /// The request that tells a session at which location it works.
 constexpr std::string_view kLocationRequest = "SLL";
@@ -46,6 +45,7 @@ int TagMessage::Send(std::string_view code) {
   const Request request{newRequestId(), std::string(code), std::exchange(outgoing_, {})};
   if (sending_) return kBusy;
   forgetReply();
+  refusal_.clear();
   sending_ = true;
   DeliveryResult result;
   try {
@@ -60,11 +60,9 @@ int TagMessage::Send(std::string_view code) {
     case Delivery::Answered:
       if (code == kLocationRequest && result.reply.rc == 0) location_ = request.tags;
       return take(std::move(result.reply));
-    case Delivery::Rejected: {
-      Reply reply = failure(kNotTaken);
-      reply.add("CANTREAD", result.reason);
-      return take(std::move(reply));
-    }
+    case Delivery::Rejected:
+      refusal_ = std::move(result.reason);
+      return take(failure(kNotTaken));
     default:
       return take(failure(kGivenUp));
   }

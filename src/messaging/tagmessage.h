@@ -38,10 +38,13 @@ class TagMessage {
   /// code; -999 when the operator gave up a lost connection or did not log on again after the session had
   /// ended.
   ///
-  /// A request that the server will never take gives -98 with its sentence in `CANTREAD`. While a question
-  /// about a lost connection stands, timers still fire: a `Send` from one of them gives the silent code -99
-  /// and disturbs nothing.
+  /// A request that the server will never take gives `kNotTaken`, and `Refusal` its sentence. While a
+  /// question about a lost connection stands, timers still fire: a `Send` from one of them gives the silent
+  /// code -99 and disturbs nothing.
   [[nodiscard]] int Send(std::string_view code);
+  static constexpr int kNotTaken = -998;
+  /// Why the server did not take the last request; empty where it did.
+  [[nodiscard]] const std::string& Refusal() const { return refusal_; }
 
   /// The value of the tag in the walk's current record. Before a walk and after its end: in the head, else in
   /// the first record that carries the tag. Empty where it is missing.
@@ -80,6 +83,7 @@ class TagMessage {
   Transport& transport_;
   std::vector<TagValue> outgoing_;
   Reply reply_;
+  std::string refusal_;
   bool sending_ = false;
   std::vector<TagValue> location_;  ///< the tags that told the session its location; empty before that
   std::map<std::string, int, std::less<>> cursors_;  ///< the record on which each tag's walk stands

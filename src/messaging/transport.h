@@ -72,6 +72,15 @@ struct DeliveryResult {
 /// The result of a log-on.
 enum class LogonResult { Accepted, Refused, TooManyTries, Unreachable };
 
+/// What the server says to a log-on; it compares as its result.
+struct LogonAnswer {
+  LogonResult result = LogonResult::Unreachable;
+  std::string operatorId = {};  ///< when accepted: the login as the server keeps it
+  std::string reason = {};      ///< one sentence for the operator, otherwise
+
+  bool operator==(LogonResult other) const { return result == other; }
+};
+
 /// The line to the server. One thread; every call blocks.
 class Transport {
  public:
@@ -80,7 +89,7 @@ class Transport {
   /// Whether a server of this kind answers; the reason for people where it does not.
   [[nodiscard]] virtual bool reach(std::string& reason) = 0;
   /// Opens a session for the operator; the transport keeps it for all later requests.
-  [[nodiscard]] virtual LogonResult logon(std::string_view operatorId, std::string_view password) = 0;
+  [[nodiscard]] virtual LogonAnswer logon(std::string_view operatorId, std::string_view password) = 0;
   virtual void logoff() = 0;
   /// Whether the line to the server is protected.
   [[nodiscard]] virtual bool secured() const { return false; }

@@ -96,8 +96,7 @@ class ListControl : public Control {
   /// The text or the data of an entry; empty beyond the ends.
   const std::string& List(int index) const;
   const std::string& ItemData(int index) const;
-  /// The first entry with this data or text, or -1.
-  int indexOfData(std::string_view data) const;
+  /// The first entry with this text, or -1.
   int indexOf(std::string_view text) const;
 
   /// The operator selects an entry.
@@ -163,8 +162,6 @@ class ControlArray {
   }
   T& operator()(int index) { return *items_.at(static_cast<std::size_t>(index - first_)); }
   const T& operator()(int index) const { return *items_.at(static_cast<std::size_t>(index - first_)); }
-  int LBound() const { return first_; }
-  int UBound() const { return first_ + static_cast<int>(items_.size()) - 1; }
 
  private:
   std::string name_;

@@ -22,6 +22,7 @@ struct Box {
   std::string text;
   std::string caption;  ///< empty: the program's name
   std::vector<std::string> buttons = {"&OK"};
+  int closing = -1;  ///< button that Escape and the system's close mean; -1: the last one
 };
 
 /// Unwinds the command that ended the program. The front end catches it around each event that it dispatches
@@ -52,7 +53,7 @@ class Desktop {
   virtual void focus(Control& control) = 0;
   virtual void setPointer(Pointer pointer) = 0;
 
-  /// The index of the button pressed; closing the box is its last button.
+  /// The index of the button pressed, or of the one that closing the box means.
   virtual int messageBox(const Box& box) = 0;
   /// The text entered, or nothing when the operator cancelled.
   virtual std::optional<std::string> inputBox(std::string_view prompt, std::string_view caption,

@@ -34,9 +34,8 @@ void Form::Show() {
 void Form::ShowModal() {
   Load();
   if (!loaded_) return;
-  shown_ = modal_ = true;
+  shown_ = true;
   windows_.desktop().runModal(*this);
-  modal_ = false;
 }
 
 void Form::Hide() {

@@ -50,7 +50,6 @@ class Form : public Element, public Container {
 
   bool isLoaded() const { return loaded_; }
   bool isShown() const { return shown_; }
-  bool isModal() const { return modal_; }
 
   const std::vector<MenuItem*>& Menus() const { return menus_; }
   /// The control of this name, within frames as well, or nullptr.
@@ -77,7 +76,6 @@ class Form : public Element, public Container {
   Control* active_ = nullptr;
   bool loaded_ = false;
   bool shown_ = false;
-  bool modal_ = false;
 };
 
 }  // namespace vantry

@@ -163,7 +163,7 @@ void Grid::chooseRow() {
 }
 
 void Grid::moveColumn(int from, int to) {
-  if (!usable() || from == to || from < 0 || to < 0 || from >= Cols || to >= Cols) return;
+  if (!usable() || !Redraw || from == to || from < 0 || to < 0 || from >= Cols || to >= Cols) return;
   const auto move = [from, to](auto first) {
     if (from < to) {
       std::rotate(first + from, first + from + 1, first + to + 1);

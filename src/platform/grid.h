@@ -21,8 +21,9 @@ enum class MergeMode { Never, Free };
 /// A table of texts: fixed rows with headings above data rows. Rows and columns count from 0, the fixed ones
 /// included. `Row` 0 (a fixed row) is no selection.
 ///
-/// What belongs to a column (data, width, alignment, cells) stays with it when the operator moves it. With
-/// `Redraw` off nothing is told to the shower until it is on again.
+/// What belongs to a column (data, width, alignment, cells) stays with it when the operator moves it. While
+/// `Redraw` is off the grid may be told of changes and be in the middle of them: its shower shows nothing new
+/// and hands on no action of the operator's until the `Structure` that tells it is on again.
 class Grid : public Control {
  public:
   struct Cell {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 
 #include "platform/settings.h"
 #include "platform/text.h"
@@ -24,6 +25,16 @@ std::vector<std::string> IniFile::lines() const {
     result.push_back(std::move(line));
   }
   return result;
+}
+
+void IniFile::mustBeReadable() const {
+  // What cannot even be looked at counts as there.
+  std::error_code unknown;
+  const bool there = std::filesystem::exists(file_, unknown) || unknown;
+  // A folder opens like a file and fails with the first byte.
+  std::ifstream stream(file_, std::ios::binary);
+  stream.peek();
+  if (there && (!stream.is_open() || stream.bad())) throw std::runtime_error("Cannot read " + file_.string());
 }
 
 static bool isSection(std::string_view line) {
@@ -62,6 +73,7 @@ std::string IniFile::ReadSection() const {
 }
 
 void IniFile::WriteKey(std::string_view key, std::string_view value) {
+  mustBeReadable();
   auto all = lines();
   const std::string entry = std::string(key) + '=' + std::string(value);
   auto range = sectionRange(all, section_);

@@ -18,11 +18,13 @@ class IniFile {
   void SelectSection(std::string_view name) { section_ = name; }
   /// The selected section's lines, parted by NUL characters; empty when there is no such section.
   [[nodiscard]] std::string ReadSection() const;
-  /// Throws std::runtime_error when the file cannot be written.
+  /// Throws std::runtime_error when the file cannot be written, or is there and cannot be read: what it holds
+  /// is not to be lost.
   void WriteKey(std::string_view key, std::string_view value);
 
  private:
   std::vector<std::string> lines() const;
+  void mustBeReadable() const;
   std::filesystem::path folder_;
   std::filesystem::path file_;
   std::string section_;

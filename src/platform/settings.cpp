@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
@@ -36,11 +37,19 @@ void writeFileWhole(const std::filesystem::path& file, std::string_view content)
   if (!written || !closed || std::rename(fresh.c_str(), file.c_str()) != 0) cannotWrite(file);
 }
 
-/// Values stand on one line: a backslash, a line break and a NUL are written with a backslash.
+/// Values stand on one line: a backslash, a line break and a NUL are written with a backslash, and so are
+/// blanks at the ends, which a reader would take for an editor's.
 static std::string escaped(std::string_view text) {
   std::string result;
-  for (const char c : text) {
-    switch (c) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool atEnd = i == 0 || i + 1 == text.size();
+    switch (const char c = text[i]) {
+      case ' ':
+        result += atEnd ? "\\s" : " ";
+        break;
+      case '\t':
+        result += atEnd ? "\\t" : "\t";
+        break;
       case '\\':
         result += "\\\\";
         break;
@@ -68,11 +77,17 @@ static bool unescape(std::string_view text, std::string& result) {
       continue;
     }
     if (++i == text.size()) return false;
-    const auto sign = std::string_view("\\nr0").find(text[i]);
+    const auto sign = std::string_view("\\nr0st").find(text[i]);
     if (sign == std::string_view::npos) return false;
-    result += "\\\n\r\0"[sign];
+    result += "\\\n\r\0 \t"[sign];
   }
   return true;
+}
+
+/// Whoever edits the file by hand may put blanks around the sign.
+static std::string_view valueBehind(std::string_view line, std::size_t equals) {
+  line.remove_prefix(std::min(equals + 1, line.size()));
+  return trim(line);
 }
 
 static std::string sectionName(std::string_view application, std::string_view section) {
@@ -90,19 +105,20 @@ void FileSettings::read() {
   bool bad = false;
   while (std::getline(stream, line)) {
     if (line.ends_with('\r')) line.pop_back();  // an editor's; in values it is written with a backslash
-    if (line.empty() || line.front() == ';') continue;
-    if (line.front() == '[' && line.back() == ']') {
-      section = &sections_[lower(line.substr(1, line.size() - 2))];
+    const std::string_view whole = trim(line);
+    if (whole.empty() || whole.front() == ';') continue;
+    if (whole.front() == '[' && whole.back() == ']') {
+      section = &sections_[lower(trim(whole.substr(1, whole.size() - 2)))];
       continue;
     }
     const auto equals = line.find('=');
+    const std::string key(trim(std::string_view(line).substr(0, equals)));
     std::string text;
-    if (!section || equals == std::string::npos || equals == 0 ||
-        !unescape(std::string_view(line).substr(equals + 1), text)) {
+    if (!section || equals == std::string::npos || key.empty() ||
+        !unescape(valueBehind(line, equals), text)) {
       bad = true;
       continue;
     }
-    const std::string key = line.substr(0, equals);
     (*section)[lower(key)] = {key, text};
   }
   if (bad) keepAside();

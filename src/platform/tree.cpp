@@ -1,5 +1,7 @@
 #include "platform/tree.h"
 
+#include <algorithm>
+
 namespace vantry {
 
 TreeNode* Tree::find(std::string_view key) const {
@@ -25,6 +27,7 @@ TreeNode* Tree::Add(std::string_view parentKey, std::string key, std::string tex
 void Tree::drop(TreeNode& node) {
   for (TreeNode* child : node.children) drop(*child);
   if (SelectedKey == node.key) SelectedKey.put({});
+  std::erase(selected_, node.key);
   nodes_.erase(std::string(node.key));
 }
 
@@ -39,6 +42,7 @@ void Tree::Remove(std::string_view key) {
 void Tree::Clear() {
   nodes_.clear();
   roots_.clear();
+  selected_.clear();
   SelectedKey.put({});
   tell(Aspect::List);
 }
@@ -46,6 +50,26 @@ void Tree::Clear() {
 void Tree::click(std::string_view key) {
   if (!usable() || !find(key)) return;
   SelectedKey = std::string(key);
+  raise(Click);
+}
+
+void Tree::check(std::string_view key) {
+  const TreeNode* node = find(key);
+  if (!usable() || !node || !isTickable(*node) || !node->children.empty()) return;
+  click(key);
+  raise(Check);
+}
+
+void Tree::selectKeys(const std::vector<std::string>& keys) {
+  if (!usable() || !MultiSelect) return;
+  const auto isIn = [](const std::vector<std::string>& list, const std::string& key) {
+    return std::find(list.begin(), list.end(), key) != list.end();
+  };
+  std::erase_if(selected_, [&](const std::string& key) { return !isIn(keys, key); });
+  for (const std::string& key : keys) {
+    if (find(key) && !isIn(selected_, key)) selected_.push_back(key);
+  }
+  SelectedKey.put(selected_.empty() ? std::string() : selected_.back());
   raise(Click);
 }
 

@@ -29,10 +29,18 @@ class Tree : public Control {
   Tree(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::Tree) {}
 
   std::vector<std::string> Pictures;  ///< names of icons of the program's set
+  std::vector<std::string> Headings;  ///< above the nodes' texts and columns; empty: no headings
+  bool BoldRoots = false;             ///< roots stand out as headings of what is below them
+  /// Pictures that are drawn as boxes to tick; 0 for none. The window answers `Check` and sets the pictures.
+  int TickedImage = 0;
+  int UntickedImage = 0;
+  bool MultiSelect = false;
+  /// The node that has the operator's attention.
   Property<std::string> SelectedKey{*this, Aspect::Selection};
   Event Click;
   Event DblClick;
   Event Expand;
+  Event Check;  ///< the operator ticks the selected node on or off
 
   /// Adds a node below the parent (empty: a root). Nothing when the key is taken or the parent is unknown.
   [[nodiscard]] TreeNode* Add(std::string_view parentKey, std::string key, std::string text, int image = 0);
@@ -40,6 +48,12 @@ class Tree : public Control {
   void Clear();
   TreeNode* find(std::string_view key) const;
   const std::vector<TreeNode*>& Roots() const { return roots_; }
+  /// Where several can be selected: their keys, in the order in which they were.
+  const std::vector<std::string>& SelectedKeys() const { return selected_; }
+  /// Whether a node is drawn with a box to tick. Only those without children can be ticked by the operator.
+  bool isTickable(const TreeNode& node) const {
+    return node.image > 0 && (node.image == TickedImage || node.image == UntickedImage);
+  }
   int Count() const { return static_cast<int>(nodes_.size()); }
   /// Tells the shower after nodes were changed in place.
   void changed() const { tell(Aspect::List); }
@@ -48,11 +62,15 @@ class Tree : public Control {
   void click(std::string_view key);
   void doubleClick(std::string_view key);
   void setExpanded(std::string_view key, bool expanded);
+  void check(std::string_view key);
+  /// All that are selected now, where several can be; the last new one gets the attention.
+  void selectKeys(const std::vector<std::string>& keys);
 
  private:
   void drop(TreeNode& node);
   std::unordered_map<std::string, std::unique_ptr<TreeNode>> nodes_;
   std::vector<TreeNode*> roots_;
+  std::vector<std::string> selected_;
 };
 
 }  // namespace vantry

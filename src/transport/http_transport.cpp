@@ -61,6 +61,24 @@ DeliveryResult refusalOf(int status, std::string& body) {
   return {Delivery::Rejected, {}, kNotOurs};
 }
 
+/// What a status other than 200 means for a log-on.
+LogonAnswer logonRefusalOf(int status, std::string& body) {
+  const auto answer = [&](LogonResult result, std::string fallback) {
+    return LogonAnswer{result, {}, sentenceOf(body, std::move(fallback))};
+  };
+  switch (status) {
+    case BadRequest:
+    case Unauthorized:
+      return answer(LogonResult::Refused, "The operator or the password is wrong.");
+    case TooManyRequests:
+      return answer(LogonResult::TooManyTries, "There were too many tries.");
+    default:
+      break;
+  }
+  if (status >= FirstServerError) return answer(LogonResult::Unreachable, "The server cannot work now.");
+  return {LogonResult::Unreachable, {}, kNotOurs};
+}
+
 }  // namespace
 
 HttpTransport::HttpTransport(Options options)
@@ -95,25 +113,20 @@ std::string HttpTransport::passwordKey() {
   return answered ? readText(answer.body, "key") : std::string();
 }
 
-LogonResult HttpTransport::logon(std::string_view operatorId, std::string_view password) {
+LogonAnswer HttpTransport::logon(std::string_view operatorId, std::string_view password) {
   session_.clear();
   // A log-on carries no id that would let it be repeated; over a fresh connection it need not be.
   line_->close();
   auto answer = line_->call("POST", "/v1/login", {},
                             objectOf({{"operator", operatorId}, {"password", password}}), false);
-  if (answer.outcome != Line::Answer::Outcome::Answered) return LogonResult::Unreachable;
-  switch (answer.status) {
-    case Ok:
-      session_ = readText(answer.body, "session");
-      return session_.empty() ? LogonResult::Unreachable : LogonResult::Accepted;
-    case BadRequest:
-    case Unauthorized:
-      return LogonResult::Refused;
-    case TooManyRequests:
-      return LogonResult::TooManyTries;
-    default:
-      return LogonResult::Unreachable;
-  }
+  if (answer.outcome != Line::Answer::Outcome::Answered)
+    return {LogonResult::Unreachable, {}, std::move(answer.reason)};
+  if (answer.status != Ok) return logonRefusalOf(answer.status, answer.body);
+  session_ = readText(answer.body, "session");
+  std::string login = readText(answer.body, "operator");
+  if (!session_.empty() && !login.empty()) return {LogonResult::Accepted, std::move(login), {}};
+  session_.clear();
+  return {LogonResult::Unreachable, {}, kUnreadable};
 }
 
 void HttpTransport::logoff() {

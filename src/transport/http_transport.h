@@ -37,7 +37,7 @@ class HttpTransport : public Transport {
   ~HttpTransport() override;
 
   [[nodiscard]] bool reach(std::string& reason) override;
-  [[nodiscard]] LogonResult logon(std::string_view operatorId, std::string_view password) override;
+  [[nodiscard]] LogonAnswer logon(std::string_view operatorId, std::string_view password) override;
   void logoff() override;
   [[nodiscard]] bool changePassword(std::string_view old, std::string_view fresh,
                                     std::string& reason) override;

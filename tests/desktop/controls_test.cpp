@@ -25,6 +25,7 @@ class ControlsForm : public Form {
     cmdOK.Default = true;
     cmdCancel.Cancel = true;
     lblField.ReadOnlyField = true;
+    lblHeading.Heading = true;
     Layout = Column{Fields{lblName, txtName, lblKind, cboKind, lblDay, Row{dtDay, tmDay}},
                     txtNote,
                     Row{optFirst, optSecond, chkPrint},
@@ -32,6 +33,7 @@ class ControlsForm : public Form {
                     tvwItems,
                     lblField,
                     lblPlain,
+                    lblHeading,
                     Row{Stretch{}, cmdOK, cmdCancel}};
   }
   Label lblName{*this, "lblName", "&Name:"};
@@ -49,6 +51,7 @@ class ControlsForm : public Form {
   Tree tvwItems{*this, "tvwItems"};
   Label lblField{*this, "lblField"};
   Label lblPlain{*this, "lblPlain"};
+  Label lblHeading{*this, "lblHeading"};
   DateField dtHidden{*this, "dtHidden"};
   Button cmdOK{*this, "cmdOK", "&OK"};
   Button cmdCancel{*this, "cmdCancel", "Cancel"};
@@ -171,6 +174,49 @@ TEST_F(ControlsTest, ATypedDateCountsOnceItIsWholeOrLeft) {
   EXPECT_TRUE(form.dtDay.isEmpty());
 }
 
+TEST_F(ControlsTest, EnterThatAFieldAnswersPressesNoButton) {
+  int presses = 0;
+  form.cmdOK.Click = form.cmdCancel.Click = [&] { ++presses; };
+  form.dtDay.Enter = [&] { form.cmdCancel.SetFocus(); };
+  form.txtName.Enter = [&] { form.dtDay.SetFocus(); };
+  auto& name = find<QLineEdit>(form, "txtName");
+  auto& day = find<QLineEdit>(form, "dtDay");
+  name.setFocus();
+  QTest::keyClick(&name, Qt::Key_Return);
+  EXPECT_TRUE(day.hasFocus());
+  type("dtDay", "2026-11-2");
+  QTest::keyClick(&day, Qt::Key_Return);
+  EXPECT_TRUE(find<QPushButton>(form, "cmdCancel").hasFocus());
+  EXPECT_EQ(form.dtDay.Value.get(), (Date{2026, 11, 2})) << "what was typed counts by then";
+  QTest::qWait(200);  // a button that is pressed by a key takes its time
+  EXPECT_EQ(presses, 0);
+
+  form.dtDay.Enter = nullptr;
+  day.setFocus();
+  QTest::keyClick(&day, Qt::Key_Return);
+  EXPECT_TRUE(waitUntil([&] { return presses == 1; })) << "a field without an answer leaves it to the button";
+}
+
+TEST_F(ControlsTest, AWindowMayGoOverTheValueThatAKeyEnds) {
+  for (const auto key : {Qt::Key_Down, Qt::Key_F4, Qt::Key_Return}) {
+    SCOPED_TRACE(key);
+    ControlsForm other(windows);
+    show(other);
+    int enters = 0;
+    other.dtDay.Change = [&] { other.Unload(); };
+    other.dtDay.Enter = [&] { ++enters; };
+    auto& line = find<QLineEdit>(other, "dtDay");
+    line.setFocus();
+    QTest::keyClicks(&line, "2026-11-2");
+    EXPECT_TRUE(other.isLoaded()) << "not whole yet";
+    QTest::keyClick(&line, key);
+    EXPECT_FALSE(other.isLoaded());
+    EXPECT_EQ(other.dtDay.Value.get(), (Date{2026, 11, 2})) << "and the key does no more";
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(enters, 0);
+  }
+}
+
 TEST_F(ControlsTest, ADateIsChosenInItsCalendar) {
   form.dtDay.Value = Date{2026, 11, 24};
   auto& line = find<QLineEdit>(form, "dtDay");
@@ -241,6 +287,10 @@ TEST_F(ControlsTest, LabelsNameTheirFieldsAndShowDataToTheLetter) {
   form.lblPlain.Caption = "&Staff && more";
   EXPECT_EQ(find<QLabel>(form, "lblField").text(), "Salt & Pepper <b>");
   EXPECT_EQ(find<QLabel>(form, "lblPlain").text(), "Staff & more");
+  form.lblHeading.Caption = "Conflict Resolution && Warning";
+  EXPECT_EQ(find<QLabel>(form, "lblHeading").text(), "Conflict Resolution & Warning");
+  form.lblHeading.Caption = "Salt &Pepper";
+  EXPECT_EQ(find<QLabel>(form, "lblHeading").text(), "Salt &Pepper");
   EXPECT_EQ(window(form).findChild<QWidget*>("dtHidden"), nullptr) << "what no layout places is not shown";
 }
 

@@ -132,6 +132,31 @@ TEST_F(GridTest, NothingIsReadBeyondTheGridWhileItIsFilledAnew) {
   EXPECT_EQ(view->model()->rowCount(), 2);
 }
 
+TEST_F(GridTest, AGridInTheMiddleOfItsChangesIsNeitherShownNorMoved) {
+  int moves = 0;
+  form.faList.AfterMoveColumn = [&] { ++moves; };
+  form.faList.ColWidth(1, 500);  // still to be shown
+  form.faList.Redraw = false;
+  form.faList.Cols = 1;
+  form.faList.FixedRows = 0;
+  form.faList.Row = 2;
+  desktop.handleEvents();
+  EXPECT_EQ(view->model()->columnCount(), 3);
+  EXPECT_EQ(view->columnWidth(1), style::pixels(2000));
+  EXPECT_EQ(view->selectedRow(), -1);
+  view->horizontalHeader()->moveSection(2, 1);
+  desktop.handleEvents();
+  EXPECT_EQ(view->horizontalHeader()->visualIndex(2), 2);
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(1, 1));
+  EXPECT_EQ(take(), "");
+  form.faList.FixedRows = 1;
+  form.faList.Redraw = true;
+  desktop.handleEvents();
+  EXPECT_EQ(view->model()->columnCount(), 1);
+  EXPECT_EQ(view->selectedRow(), 1);
+  EXPECT_EQ(moves, 0);
+}
+
 TEST_F(GridTest, ManyRowsCostNoWorkPerCell) {
   const auto cost = [&](int rows) {
     form.fill(rows);

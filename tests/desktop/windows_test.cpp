@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcutEvent>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -154,6 +155,26 @@ TEST_F(WindowsTest, ABusyWindowTakesNoInputAndKeepsItsFocus) {
   EXPECT_EQ(presses, 1);
 }
 
+TEST_F(WindowsTest, KeysOfAMenuEntryPressedDuringAWaitAreDropped) {
+  form.mnuFileExit.Shortcut = "Ctrl+E";
+  show(form);
+  form.log.clear();
+  auto* exit = window(form).findChild<QAction*>("mnuFileExit");
+  const auto pressKeys = [&] {
+    QShortcutEvent keys(QKeySequence("Ctrl+E"), 0);
+    QApplication::sendEvent(exit, &keys);
+  };
+  form.Enabled = false;
+  QTest::qWait(250);  // long enough for the operator to notice
+  form.Enabled = true;
+  pressKeys();
+  EXPECT_EQ(form.log, "") << "they were meant for what stood before";
+  desktop.handleEvents();
+  desktop.handleEvents();
+  pressKeys();
+  EXPECT_EQ(form.log, "exit ");
+}
+
 TEST_F(WindowsTest, EndingTheProgramUnwindsEveryLoop) {
   WorkForm dialog(windows, "frmDialog");
   bool wentOn = false;
@@ -171,6 +192,25 @@ TEST_F(WindowsTest, EndingTheProgramUnwindsEveryLoop) {
   EXPECT_EQ(code, 0);
   EXPECT_FALSE(wentOn) << "the command that waited ends as well";
   EXPECT_THROW(form.ShowModal(), ProgramEnd);
+}
+
+TEST_F(WindowsTest, AWindowWhoseShowingEndsTheProgramEndsTheCommandThatShowsIt) {
+  struct Ending : Form {
+    explicit Ending(Windows& all) : Form(all, "frmEnding") {}
+    void Form_Activate() override { windows().desktop().endProgram(); }
+  } ending(windows);
+  bool wentOn = false;
+  const int code = desktop.run([&] {
+    form.Show();
+    form.action = [&] {
+      ending.Show();
+      wentOn = true;
+    };
+    later([&] { press(form, "cmdDo"); });
+    return true;
+  });
+  EXPECT_EQ(code, 0);
+  EXPECT_FALSE(wentOn);
 }
 
 TEST_F(WindowsTest, AFailureIsToldAndEndsTheProgram) {
@@ -207,6 +247,9 @@ TEST_F(WindowsTest, BoxesAnswerWithTheirButtonAndClosingIsTheLastOne) {
   EXPECT_EQ(pressed(-1), 2);
   later([] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
   EXPECT_EQ(desktop.messageBox(box), 0) << "the first button is the default";
+  later([] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+  EXPECT_EQ(desktop.messageBox({Box::Kind::Warning, "No server.", {}, {"&Retry", "E&xit"}, 0}), 0)
+      << "unless the box says what closing means";
 
   later([] {
     auto* line = QApplication::activeModalWidget()->findChild<QLineEdit*>();
@@ -280,6 +323,16 @@ TEST_F(WindowsTest, TheStatusBarShowsTheLastOfManyTexts) {
   EXPECT_TRUE(waitUntil([&] { return panel.text().toStdString() == std::to_string(texts) + " record(s)"; }));
 }
 
+TEST_F(WindowsTest, ATextThatStandsDuringAWaitIsShownAtOnce) {
+  show(form);
+  auto& panel = find<QLabel>(form, "panel(2)");
+  for (const char* text : {"1 record(s)", "2 record(s)", "Requesting Data From Server..."}) {
+    form.StatusBar1.Panels(2).Text = text;
+    form.StatusBar1.Refresh(true);
+    EXPECT_EQ(panel.text(), text);
+  }
+}
+
 TEST_F(WindowsTest, FramesShareTheirPlaceAndSidesCanChange) {
   show(form);
   auto& first = find<QWidget>(form, "fraFirst");
@@ -327,6 +380,29 @@ TEST_F(WindowsTest, SizesAreRememberedByTheName) {
   WorkForm second(all);
   second.Show();
   EXPECT_EQ(keeping.windowOf(second)->size(), QSize(700, 500));
+}
+
+TEST_F(WindowsTest, SizesAreRememberedWhenTheProgramEndsFromAWindow) {
+  const QTemporaryDir folder;
+  const std::string file = folder.filePath("windows.ini").toStdString();
+  {
+    QtDesktop ending(file);
+    Windows all(ending);
+    WorkForm first(all);
+    first.action = [&] { ending.endProgram(); };
+    ending.run([&] {
+      first.Show();
+      ending.windowOf(first)->resize(710, 510);
+      QTimer::singleShot(0, &ending,
+                         [&] { ending.windowOf(first)->findChild<QPushButton*>("cmdDo")->click(); });
+      return true;
+    });
+  }
+  QtDesktop keeping(file);
+  Windows all(keeping);
+  WorkForm second(all);
+  second.Show();
+  EXPECT_EQ(keeping.windowOf(second)->size(), QSize(710, 510));
 }
 
 }  // namespace

@@ -83,6 +83,16 @@ TEST_F(Dialogs, AnOperatorLogsOn) {
   EXPECT_EQ(windows.Count(), 0);
 }
 
+TEST_F(Dialogs, TheSessionsOperatorIsWrittenAsTheServerWritesHim) {
+  server.expectLogon("DESK", "secret", {LogonResult::Accepted, "desk", {}});
+  expectLogonWindow([](frmLogon& window) {
+    window.txtOperator.type("DESK");
+    tryPassword(window, "secret");
+  });
+  EXPECT_TRUE(logon());
+  EXPECT_EQ(session.GetOperatorId(), "desk");
+}
+
 TEST_F(Dialogs, AWrongPasswordIsToldAndMayBeCorrected) {
   server.expectLogon("desk", "wrong", LogonResult::Refused);
   server.expectLogon("desk", "right");
@@ -115,14 +125,14 @@ TEST_F(Dialogs, ThreeWrongTriesEndTheLogon) {
 }
 
 TEST_F(Dialogs, WhatTheOperatorCannotHelpIsNoWrongTry) {
-  server.expectLogon("desk", "secret", LogonResult::Unreachable);
+  server.expectLogon("desk", "secret", {LogonResult::Unreachable, {}, "The database is being repaired."});
   server.expectLogon("desk", "secret", LogonResult::TooManyTries);
   server.expectLogon("desk", "secret", LogonResult::Unreachable);
   server.expectLogon("desk", "secret");
   expectLogonWindow([&](frmLogon& window) {
     window.txtOperator.type("desk");
     tryPassword(window, "secret");
-    EXPECT_EQ(window.lblMessage.Caption, "The server does not answer. Please try again.");
+    EXPECT_EQ(window.lblMessage.Caption, "The database is being repaired.");
     EXPECT_EQ(desktop.pointer, Pointer::Default);
     window.cmdOK.press();
     EXPECT_EQ(window.lblMessage.Caption, "There were too many tries. Please wait a little, then try again.");

@@ -58,12 +58,27 @@ TEST_F(Reporter, SaysTheWordsOfAWarningInABox) {
 }
 
 TEST_F(Reporter, EveryOtherCodeShowsNothing) {
-  const std::set<int> spoken = {-999, -98, -97, 1,   100, 101, 102, 103, 104,
-                                105,  106, 107, 108, 109, 110, 125, 174, 183};
+  const std::set<int> spoken = {-999, TagMessage::kNotTaken,
+                                -98,  -97,
+                                1,    100,
+                                101,  102,
+                                103,  104,
+                                105,  106,
+                                107,  108,
+                                109,  110,
+                                125,  174,
+                                183};
   for (int rc = -1000; rc <= 1000; ++rc) {
     if (!spoken.contains(rc)) global.ReportRequestError(rc, "DELBK", "frmBooking");
   }
   EXPECT_EQ(aborts, 0);  // and the desktop saw no box and no window
+}
+
+TEST_F(Reporter, ARefusedRequestShowsTheServersOwnSentence) {
+  server.expect("DELBK", "BOOKID=7").rejects("The request is too large.");
+  desktop.expectWarning("The request is too large.");
+  message.Add("BOOKID", "7");
+  global.ReportRequestError(message.Send("DELBK"), "DELBK", "frmBooking");
 }
 
 TEST_F(Reporter, AGivenUpConnectionEndsTheProgramWithoutAWord) {

@@ -180,11 +180,14 @@ TEST_F(LostConnection, TheNewSessionIsToldItsLocationBeforeTheRequestComesAgain)
   EXPECT_EQ(message.Send("GETLOCS"), 0) << "another operator has no location yet";
 }
 
-TEST_F(LostConnection, ARequestThatIsNeverTakenIsASystemErrorThatSaysWhy) {
+TEST_F(LostConnection, ARequestThatIsNeverTakenSaysWhy) {
   server.expect("GETLOCS").rejects("Not found.");
-  EXPECT_EQ(message.Send("GETLOCS"), -98);
-  EXPECT_EQ(message.Get("CANTREAD"), "Not found.");
+  EXPECT_EQ(message.Send("GETLOCS"), TagMessage::kNotTaken);
+  EXPECT_EQ(message.Refusal(), "Not found.");
   EXPECT_TRUE(reasons.empty());
+  server.expect("GETLOCS");
+  EXPECT_EQ(message.Send("GETLOCS"), 0);
+  EXPECT_EQ(message.Refusal(), "");
 }
 
 TEST_F(LostConnection, ATimerThatSendsWhileTheQuestionStandsIsTurnedAway) {

@@ -55,9 +55,19 @@ TEST_F(Stores, SettingsComeBackByKeysWithoutRegardToCase) {
 }
 
 TEST_F(Stores, SettingsKeepEveryText) {
-  const std::vector<std::string> texts = {
-      "a=b",        "[x]",    "; c", " blanks ", "line\nbreak\r\n",          "back\\slash\\n",
-      "\"quoted\"", "Müller", "\\",  "tab\t",    std::string("nul\0here", 8)};
+  const std::vector<std::string> texts = {"a=b",
+                                          "[x]",
+                                          "; c",
+                                          " blanks ",
+                                          " ",
+                                          "\t\t",
+                                          "line\nbreak\r\n",
+                                          "back\\slash\\n",
+                                          "\"quoted\"",
+                                          "Müller",
+                                          "\\",
+                                          "tab\t",
+                                          std::string("nul\0here", 8)};
   {
     FileSettings settings(folder / "settings");
     for (std::size_t i = 0; i < texts.size(); ++i)
@@ -88,6 +98,14 @@ TEST_F(Stores, GarbageIsKeptAsideAndTheRestCounts) {
   }
   const FileSettings headless(write("settings", "View=5\n" + sound));
   EXPECT_TRUE(fs::exists(folder / "settings.bad")) << "a key outside any section";
+}
+
+TEST_F(Stores, AnEditorsBlanksAreNoPartOfKeysAndValues) {
+  const FileSettings settings(
+      write("settings", "  [ CorvaneMedia\\Preferences ] \n  View = 5\t\n \n\tStart= \n ; mine\n"));
+  EXPECT_EQ(get(settings, "View"), "5");
+  EXPECT_EQ(get(settings, "Start"), "");
+  EXPECT_FALSE(fs::exists(folder / "settings.bad"));
 }
 
 TEST_F(Stores, AnEditorsLineEndsAreNoGarbage) {
@@ -160,6 +178,23 @@ TEST_F(Stores, AnIniFileBelowAFolderIsNamedWithEitherSlash) {
   EXPECT_EQ(section(file, "S"), "K=1");
   file.Open(".");
   EXPECT_THROW(file.WriteKey("K", "1"), std::runtime_error) << "that is a folder";
+}
+
+TEST_F(Stores, AnIniFileThatCannotBeReadIsNotReplaced) {
+  fs::create_symlink(folder / "loop.ini", folder / "loop.ini");
+  IniFile file(folder);
+  file.Open("loop.ini");
+  file.SelectSection("S");
+  EXPECT_THROW(file.WriteKey("K", "1"), std::runtime_error);
+  EXPECT_TRUE(fs::is_symlink(folder / "loop.ini"));
+
+  write("vantry.ini", "[S]\nK=old\n");
+  fs::permissions(folder / "vantry.ini", fs::perms::none);
+  if (std::ifstream(folder / "vantry.ini").is_open()) GTEST_SKIP() << "an administrator reads every file";
+  file.Open("vantry.ini");
+  EXPECT_THROW(file.WriteKey("K", "1"), std::runtime_error);
+  fs::permissions(folder / "vantry.ini", fs::perms::owner_read);
+  EXPECT_EQ(read("vantry.ini"), "[S]\nK=old\n");
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ struct ScriptedServer::Answer::Step {
   bool again = false;
   DeliveryResult result;
   std::function<Reply(const Request&)> compute;
-  LogonResult logon = LogonResult::Accepted;
+  LogonAnswer logon;
 };
 
 namespace {
@@ -189,7 +189,17 @@ ScriptedServer::Answer ScriptedServer::always(std::string_view code, Place place
 
 void ScriptedServer::expectLogon(std::string_view operatorId, std::string_view password, LogonResult result,
                                  Place place) {
-  addStep("log-on of " + std::string(operatorId) + " with " + std::string(password), place).logon = result;
+  const bool accepted = result == LogonResult::Accepted;
+  expectLogon(
+      operatorId, password,
+      {result, std::string(accepted ? operatorId : ""), accepted ? "" : "The server does not answer."},
+      place);
+}
+
+void ScriptedServer::expectLogon(std::string_view operatorId, std::string_view password, LogonAnswer answer,
+                                 Place place) {
+  addStep("log-on of " + std::string(operatorId) + " with " + std::string(password), place).logon =
+      std::move(answer);
 }
 
 void ScriptedServer::expectPasswordChange(std::string_view old, std::string_view fresh, std::string refusal,
@@ -220,11 +230,11 @@ bool ScriptedServer::reach(std::string& reason) {
   return false;
 }
 
-LogonResult ScriptedServer::logon(std::string_view operatorId, std::string_view password) {
+LogonAnswer ScriptedServer::logon(std::string_view operatorId, std::string_view password) {
   const auto step = take("log-on of " + std::string(operatorId) + " with " + std::string(password));
-  const LogonResult result = step ? step->logon : LogonResult::Refused;
-  if (result == LogonResult::Accepted) operatorId_ = operatorId;
-  return result;
+  if (!step) return {LogonResult::Refused, {}, "The log-on was not expected."};
+  if (step->logon == LogonResult::Accepted) operatorId_ = step->logon.operatorId;
+  return step->logon;
 }
 
 void ScriptedServer::logoff() {

@@ -67,6 +67,9 @@ class ScriptedServer : public Transport {
 
   void expectLogon(std::string_view operatorId, std::string_view password,
                    LogonResult result = LogonResult::Accepted, Place place = Place::current());
+  /// The same, and all that the server says to it.
+  void expectLogon(std::string_view operatorId, std::string_view password, LogonAnswer answer,
+                   Place place = Place::current());
   /// A refusal is what the server says; empty: it accepts.
   void expectPasswordChange(std::string_view old, std::string_view fresh, std::string refusal = {},
                             Place place = Place::current());
@@ -83,7 +86,7 @@ class ScriptedServer : public Transport {
   bool isSecured = false;
 
   [[nodiscard]] bool reach(std::string& reason) override;
-  [[nodiscard]] LogonResult logon(std::string_view operatorId, std::string_view password) override;
+  [[nodiscard]] LogonAnswer logon(std::string_view operatorId, std::string_view password) override;
   void logoff() override;
   [[nodiscard]] bool changePassword(std::string_view old, std::string_view fresh,
                                     std::string& reason) override;

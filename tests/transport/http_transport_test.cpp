@@ -198,20 +198,26 @@ TEST_F(Misbehaving, LogonsAreAnsweredInWords) {
     int status;
     std::string body;
     LogonResult result;
+    std::string reason;
   };
   const std::vector<Case> cases = {
-      {200, R"({"session":"t"})", LogonResult::Accepted},
-      {200, "{}", LogonResult::Unreachable},
-      {401, "{}", LogonResult::Refused},
-      {400, "{}", LogonResult::Refused},
-      {429, "{}", LogonResult::TooManyTries},
-      {503, "{}", LogonResult::Unreachable},
-      {404, "", LogonResult::Unreachable},
+      {200, R"({"session":"t","operator":"Desk"})", LogonResult::Accepted, ""},
+      {200, R"({"session":"t"})", LogonResult::Unreachable, "The server's reply could not be read."},
+      {200, "{}", LogonResult::Unreachable, "The server's reply could not be read."},
+      {401, "{}", LogonResult::Refused, "The operator or the password is wrong."},
+      {400, "{}", LogonResult::Refused, "The operator or the password is wrong."},
+      {429, R"({"error":"Wait."})", LogonResult::TooManyTries, "Wait."},
+      {503, R"({"error":"Starting up."})", LogonResult::Unreachable, "Starting up."},
+      {503, "{}", LogonResult::Unreachable, "The server cannot work now."},
+      {404, "", LogonResult::Unreachable, "At this address answers no Vantry server."},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.status);
     server.answers(c.status, c.body, After::HangUp);
-    EXPECT_EQ(transport.logon("desk", "secret"), c.result);
+    const LogonAnswer answer = transport.logon("desk", "secret");
+    EXPECT_EQ(answer, c.result);
+    EXPECT_EQ(answer.reason, c.reason);
+    EXPECT_EQ(answer.operatorId, c.result == LogonResult::Accepted ? "Desk" : "");
   }
 }
 
@@ -252,7 +258,9 @@ TEST(NoServer, IsToldAsSuch) {
   const DeliveryResult result = transport.send({"1", "GETLOCS", {}});
   EXPECT_EQ(result.delivery, Delivery::NotDelivered);
   EXPECT_EQ(result.reason, reason);
-  EXPECT_EQ(transport.logon("desk", "secret"), LogonResult::Unreachable);
+  const LogonAnswer answer = transport.logon("desk", "secret");
+  EXPECT_EQ(answer, LogonResult::Unreachable);
+  EXPECT_EQ(answer.reason, reason);
 }
 
 }  // namespace

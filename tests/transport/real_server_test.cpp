@@ -112,7 +112,9 @@ TEST_F(RealServer, WithoutASessionNothingIsAnswered) {
   EXPECT_EQ(transport.logon("desk", "wrong"), LogonResult::Refused);
   EXPECT_EQ(transport.logon("nobody", "desk-demo"), LogonResult::Refused);
   EXPECT_EQ(send("GETLOCS").delivery, Delivery::SessionEnded);
-  ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
+  const LogonAnswer answer = transport.logon("desk", "desk-demo");
+  ASSERT_EQ(answer, LogonResult::Accepted);
+  EXPECT_EQ(answer.operatorId, "desk");
   EXPECT_EQ(send("GETLOCS").delivery, Delivery::Answered);
   transport.logoff();
   EXPECT_EQ(send("GETLOCS").delivery, Delivery::SessionEnded);

@@ -1,0 +1,184 @@
+#include "booking/equipment_panel.h"
+
+#include <cstdlib>
+
+#include "booking/modBooking_equipment.h"
+#include "booking/modBooking_tags.h"
+#include "frame/modMain.h"
+#include "platform/text.h"
+
+namespace vantry {
+namespace {
+
+constexpr int kMostMinutes = 999;
+
+/// A child of one of the roots; nullptr for a root, a deeper node and for none.
+const TreeNode* selectedChild(const Tree& tree) {
+  const TreeNode* node = tree.find(tree.SelectedKey.get());
+  return node && node->parent && !node->parent->parent ? node : nullptr;
+}
+
+bool isChildOf(const TreeNode* node, std::string_view root) {
+  return node && node->parent->key == root;
+}
+
+}  // namespace
+
+EquipmentPanel::EquipmentPanel(App& app, Container& place, BookingRecord& record)
+    : lblEquipNumOrBarcode(place, "lblEquipNumOrBarcode", "Equipment Number or Barcode:"),
+      txtEquipBarcode(place, "txtEquipBarcode"),
+      cmdAddEquipViaNumber(place, "cmdAddEquipViaNumber", "Add by &Number"),
+      cmdAddEquipViaBarcode(place, "cmdAddEquipViaBarcode", "Add by &Barcode"),
+      cmdSpecific(place, "cmdSpecific", "&Add..."),
+      tvwOtherEquipment(place, "tvwOtherEquipment"),
+      cmdRemoveEquipment(place, "cmdRemoveEquipment", "&Remove"),
+      cmdViewEquipment(place, "cmdViewEquipment", "&View"),
+      tvwEquipment(place, "tvwEquipment"),
+      cmdAddType(place, "cmdAddType", "Add &Type..."),
+      cmdRemoveEquipmentType(place, "cmdRemoveEquipmentType", "Re&move Type"),
+      lblSetupTime(place, "lblSetupTime", "Set-&up Minutes:"),
+      txtSetupTime(place, "txtSetupTime", 0, kMostMinutes),
+      lblCleanupTime(place, "lblCleanupTime", "C&lean-up Minutes:"),
+      txtCleanupTime(place, "txtCleanupTime", 0, kMostMinutes),
+      cmdSuggestTimes(place, "cmdSuggestTimes", "Su&ggest Times"),
+      app_(app),
+      record_(record) {
+  BuildEquipmentTrees(tvwOtherEquipment, tvwEquipment);
+  tvwOtherEquipment.Headings = {app.preferences.Barcodes ? "Barcode" : "Number", "Equipment Type", "Group?",
+                                "Status"};
+  tvwOtherEquipment.AccessibleName = "Equipment and equipment groups of the booking";
+  tvwEquipment.AccessibleName = "Equipment types of the booking";
+  tvwEquipment.TickedImage = kChecked;
+  tvwEquipment.UntickedImage = kUnchecked;
+  for (Tree* tree : {&tvwOtherEquipment, &tvwEquipment}) tree->BoldRoots = true;
+  showMinutes();
+  connect();
+  arrange(place);
+  enableCommands();
+}
+
+void EquipmentPanel::arrange(Container& place) {
+  place.Layout =
+      Column{Row{lblEquipNumOrBarcode, LayoutNode(txtEquipBarcode).share(1), cmdAddEquipViaNumber,
+                 cmdAddEquipViaBarcode, Gap{}, cmdSpecific},
+             Row{Column{tvwOtherEquipment, Row{cmdRemoveEquipment, cmdViewEquipment, Stretch{}}}.share(3),
+                 Gap{}, Column{tvwEquipment, Row{cmdAddType, cmdRemoveEquipmentType, Stretch{}}}.share(2)}
+                 .share(1),
+             Row{lblSetupTime, txtSetupTime, Gap{}, lblCleanupTime, txtCleanupTime, Gap{}, cmdSuggestTimes,
+                 Stretch{}}};
+}
+
+void EquipmentPanel::connect() {
+  txtEquipBarcode.Enter = [this] { cmdAddEquipViaBarcode_Click(); };
+  cmdAddEquipViaNumber.Click = [this] { cmdAddEquipViaNumber_Click(); };
+  cmdAddEquipViaBarcode.Click = [this] { cmdAddEquipViaBarcode_Click(); };
+  cmdSpecific.Click = [this] { cmdSpecific_Click(); };
+  cmdRemoveEquipment.Click = [this] { cmdRemoveEquipment_Click(); };
+  cmdViewEquipment.Click = [this] { cmdViewEquipment_Click(); };
+  cmdAddType.Click = [this] { cmdAddType_Click(); };
+  cmdRemoveEquipmentType.Click = [this] { cmdRemoveEquipmentType_Click(); };
+  cmdSuggestTimes.Click = [this] { cmdSuggestTimes_Click(); };
+  for (Tree* tree : {&tvwOtherEquipment, &tvwEquipment}) tree->Click = [this] { enableCommands(); };
+  tvwEquipment.Check = [this] { tvwEquipment_Check(); };
+  txtSetupTime.Change = [this] {
+    record_.SetupMinutes = txtSetupTime.number();
+    raise(Changed);
+  };
+  txtCleanupTime.Change = [this] {
+    record_.CleanupMinutes = txtCleanupTime.number();
+    raise(Changed);
+  };
+}
+
+void EquipmentPanel::showMinutes() {
+  const int cleanup = record_.CleanupMinutes;  // the first field's change must not reach it
+  txtSetupTime.Value = record_.SetupMinutes;
+  txtCleanupTime.Value = cleanup;
+}
+
+void EquipmentPanel::enableCommands() {
+  const TreeNode* piece = selectedChild(tvwOtherEquipment);
+  const TreeNode* type = selectedChild(tvwEquipment);
+  cmdRemoveEquipment.Enabled = editable_ && isChildOf(piece, roots::Specific);
+  cmdViewEquipment.Enabled = piece && mayReach(app_.context.rights, Subject::Equipment);
+  cmdRemoveEquipmentType.Enabled = editable_ && isChildOf(type, roots::Types);
+}
+
+void EquipmentPanel::disableEditing() {
+  editable_ = false;
+  txtEquipBarcode.Locked = true;
+  txtSetupTime.Locked = true;
+  txtCleanupTime.Locked = true;
+  for (Button* button :
+       {&cmdAddEquipViaNumber, &cmdAddEquipViaBarcode, &cmdSpecific, &cmdAddType, &cmdSuggestTimes})
+    button->Enabled = false;
+  enableCommands();
+}
+
+void EquipmentPanel::tellIfChanged(int nodesBefore) {
+  enableCommands();
+  if (nodes() != nodesBefore) raise(Changed);
+}
+
+void EquipmentPanel::cmdAddEquipViaNumber_Click() {
+  if (!form_) return;
+  const int before = nodes();
+  AddEquipmentByNumber(*form_, record_);
+  tellIfChanged(before);
+}
+
+void EquipmentPanel::cmdAddEquipViaBarcode_Click() {
+  if (!form_ || !editable_) return;
+  const int before = nodes();
+  AddEquipmentByBarcode(*form_, record_);
+  tellIfChanged(before);
+}
+
+void EquipmentPanel::cmdSpecific_Click() {
+  if (!form_) return;
+  const int before = nodes();
+  AddSpecificEquipment(*form_, record_);
+  tellIfChanged(before);
+}
+
+void EquipmentPanel::cmdAddType_Click() {
+  if (!form_) return;
+  bool dirty = false;
+  AddEquipmentType(*form_, record_, dirty);
+  if (dirty) raise(Changed);
+}
+
+void EquipmentPanel::remove(Tree& tree, std::string_view root) {
+  const TreeNode* node = selectedChild(tree);
+  if (!form_ || !isChildOf(node, root)) return;
+  tree.Remove(std::string(node->key));
+  record_.EquipmentCount = countEquipment(*form_);
+  enableCommands();
+  raise(Changed);
+}
+
+void EquipmentPanel::cmdRemoveEquipment_Click() {
+  remove(tvwOtherEquipment, roots::Specific);
+}
+
+void EquipmentPanel::cmdRemoveEquipmentType_Click() {
+  remove(tvwEquipment, roots::Types);
+}
+
+void EquipmentPanel::cmdViewEquipment_Click() {
+  const TreeNode* node = selectedChild(tvwOtherEquipment);
+  if (!node) return;
+  const int id = intOf(node->key);
+  OpenRecordWindow(app_, id < 0 ? kGroup : kEquipment, std::to_string(std::abs(id)));
+}
+
+void EquipmentPanel::cmdSuggestTimes_Click() {
+  if (form_) SuggestTimes(*form_, record_);
+}
+
+void EquipmentPanel::tvwEquipment_Check() {
+  if (!form_ || !editable_) return;
+  if (CheckRequiredEquipment(*form_, tvwEquipment.SelectedKey.get(), record_)) raise(Changed);
+}
+
+}  // namespace vantry

@@ -1,0 +1,47 @@
+#include "booking/frmAddEquipType.h"
+
+#include "booking/equipment_types_tree.h"
+#include "booking/modBooking_ask.h"
+
+namespace vantry {
+
+frmAddEquipType::frmAddEquipType(App& app, const BookingRecord& record)
+    : Form(app.windows, "frmAddEquipType"), app_(app), record_(record) {
+  Caption = "Select Equipment Type For Booking";
+  tvwTypes.BoldRoots = true;
+  cmdOK.Default = true;
+  cmdCancel.Cancel = true;
+  tvwTypes.Click = [this] { cmdOK.Enabled = selectedType() != nullptr; };
+  tvwTypes.DblClick = [this] { cmdOK_Click(); };
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  Layout = Column{lblTypes, tvwTypes, Gap{}, Row{Stretch{}, cmdOK, cmdCancel}};
+}
+
+void frmAddEquipType::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  FillTypesTree(app_, tvwTypes, "RoomTree");
+  cmdOK.Enabled = false;
+}
+
+const TreeNode* frmAddEquipType::selectedType() const {
+  const TreeNode* node = tvwTypes.find(tvwTypes.SelectedKey.get());
+  return node && node->parent ? node : nullptr;
+}
+
+void frmAddEquipType::cmdOK_Click() {
+  const TreeNode* node = selectedType();
+  if (!node) return;
+  Tag = "";
+  const std::string eti = typeIdOf(node->key);
+  if (!MayUseType(app_, record_, eti, nullptr)) return;
+  Tag = eti + "|" + node->tag;
+  Hide();
+}
+
+void frmAddEquipType::cmdCancel_Click() {
+  Tag = "";
+  Hide();
+}
+
+}  // namespace vantry

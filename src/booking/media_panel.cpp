@@ -1,0 +1,118 @@
+#include "booking/media_panel.h"
+
+#include "booking/modBooking_media.h"
+#include "booking/modBooking_tags.h"
+#include "messaging/marc_viewer.h"
+#include "platform/text.h"
+
+namespace vantry {
+
+MediaPanel::MediaPanel(App& app, Container& place, BookingRecord& record)
+    : lblMediaBarcodeOrID(place, "lblMediaBarcodeOrID", "Media Barcode or Item ID:"),
+      txtItemBarcode(place, "txtItemBarcode"),
+      cmdAddMediaViaBarcode(place, "cmdAddMediaViaBarcode", "Add by &Barcode"),
+      cmdAddMediaViaNumber(place, "cmdAddMediaViaNumber", "Add by &Item ID"),
+      cmdSearchMedia(place, "cmdSearchMedia", "&Search..."),
+      faMedia(place, "faMedia"),
+      cmdRemoveMedia(place, "cmdRemoveMedia", "&Remove"),
+      cmdMARC(place, "cmdMARC", "&MARC"),
+      cmdNewMedia(place, "cmdNewMedia", "&New..."),
+      mnuPopupMarc(place.form(), "mnuPopupMarc", "MARC"),
+      mnuPopupMarcBib(mnuPopupMarc, "mnuPopupMarcBib", "&Bibliographic Record"),
+      mnuPopupMarcHoldings(mnuPopupMarc, "mnuPopupMarcHoldings", "&Holdings Record"),
+      app_(app),
+      record_(record) {
+  mnuPopupMarc.Visible = false;
+  faMedia.AccessibleName = "Media items of the booking";
+  // No command of this program creates an item.
+  cmdNewMedia.Enabled = false;
+  if (app.preferences.ToolTips) cmdNewMedia.ToolTipText = "Create a media item for this booking.";
+  BuildMediaGrid(faMedia);
+  connect();
+  arrange(place);
+  enableCommands();
+}
+
+void MediaPanel::arrange(Container& place) {
+  place.Layout = Column{Row{lblMediaBarcodeOrID, LayoutNode(txtItemBarcode).share(1), cmdAddMediaViaBarcode,
+                            cmdAddMediaViaNumber, Gap{}, cmdSearchMedia},
+                        faMedia, Row{cmdRemoveMedia, cmdMARC, Stretch{}, cmdNewMedia}};
+}
+
+void MediaPanel::connect() {
+  txtItemBarcode.Enter = [this] { cmdAddMediaViaBarcode_Click(); };
+  cmdAddMediaViaBarcode.Click = [this] { cmdAddMediaViaBarcode_Click(); };
+  cmdAddMediaViaNumber.Click = [this] { cmdAddMediaViaNumber_Click(); };
+  cmdSearchMedia.Click = [this] { cmdSearchMedia_Click(); };
+  cmdRemoveMedia.Click = [this] { cmdRemoveMedia_Click(); };
+  cmdMARC.Click = [this] { cmdMARC_Click(); };
+  mnuPopupMarcBib.Click = [this] { mnuPopupMarcBib_Click(); };
+  mnuPopupMarcHoldings.Click = [this] { mnuPopupMarcHoldings_Click(); };
+}
+
+void MediaPanel::enableCommands() {
+  cmdRemoveMedia.Enabled = editable_ && faMedia.hasData();
+  cmdMARC.Enabled = faMedia.hasData();
+}
+
+void MediaPanel::disableEditing() {
+  editable_ = false;
+  txtItemBarcode.Locked = true;
+  for (Button* button : {&cmdAddMediaViaBarcode, &cmdAddMediaViaNumber, &cmdSearchMedia})
+    button->Enabled = false;
+  enableCommands();
+}
+
+void MediaPanel::tellIfChanged(int rowsBefore) {
+  if (faMedia.Rows != rowsBefore) raise(Changed);
+}
+
+void MediaPanel::cmdAddMediaViaBarcode_Click() {
+  if (!form_ || !editable_) return;
+  const int before = faMedia.Rows;
+  AddMediaByBarcode(*form_, record_);
+  tellIfChanged(before);
+}
+
+void MediaPanel::cmdAddMediaViaNumber_Click() {
+  if (!form_) return;
+  const int before = faMedia.Rows;
+  AddMediaByItemId(*form_, record_);
+  tellIfChanged(before);
+}
+
+void MediaPanel::cmdSearchMedia_Click() {
+  if (!form_) return;
+  bool dirty = false;
+  AddMediaFromSearch(*form_, record_, dirty);
+  if (dirty) raise(Changed);
+}
+
+void MediaPanel::cmdRemoveMedia_Click() {
+  if (!form_ || faMedia.Row < faMedia.FixedRows) return;
+  faMedia.RemoveItem(faMedia.Row);
+  --record_.ItemCount;
+  RefreshMediaEquipment(*form_, record_);
+  enableCommands();
+  raise(Changed);
+}
+
+void MediaPanel::cmdMARC_Click() {
+  const bool selected = faMedia.Row >= faMedia.FixedRows;
+  const auto has = [&](MediaColumn column) {
+    return selected && intOf(faMedia.TextMatrix(faMedia.Row, faMedia.columnOfData(column))) != 0;
+  };
+  mnuPopupMarcBib.Enabled = has(kMediaBib);
+  mnuPopupMarcHoldings.Enabled = has(kMediaHoldings);
+  app_.desktop.popupMenu(mnuPopupMarc, &cmdMARC);
+}
+
+void MediaPanel::mnuPopupMarcBib_Click() {
+  if (form_) ShowMarcRecord(*form_, MarcKind::Bib);
+}
+
+void MediaPanel::mnuPopupMarcHoldings_Click() {
+  if (form_) ShowMarcRecord(*form_, MarcKind::Holdings);
+}
+
+}  // namespace vantry

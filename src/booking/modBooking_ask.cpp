@@ -1,0 +1,62 @@
+#include "booking/modBooking_ask.h"
+
+#include "booking/modBooking_policy.h"
+#include "booking/modBooking_tags.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+static constexpr std::string_view kModule = "modBooking";
+static constexpr int kNoServer = -999;
+
+int SendBusy(App& app, std::string_view code) {
+  app.global.BusyAllForms();
+  const int rc = app.message.Send(code);
+  app.global.ReadyAllForms();
+  return rc;
+}
+
+bool HasFailed(App& app, int rc, std::string_view sentence) {
+  if (rc == 0) return false;
+  if (rc == kNoServer)
+    app.global.ReportRequestError(rc, {}, kModule);
+  else
+    warningBox(app.desktop, std::string(sentence));
+  return true;
+}
+
+void StoreTimes(const BookingForm& form) {
+  StoreBookingTimes(form.app.booking, form.times.times());
+}
+
+/// The check of one thing, which stands under its tag: a piece or a type.
+static bool mayUse(App& app, const BookingRecord& record, std::string_view tag, std::string_view id,
+                   const BookingForm* ownTimes) {
+  TagMessage& message = app.message;
+  message.Add(tags::BOOKID, std::to_string(record.BookingId));
+  message.Add(tag, id);
+  message.Add(tags::PGID, std::to_string(record.PatronGroupId));
+  WritePlaceTags(message, record);
+  if (ownTimes)
+    WriteBookingTimes(message, ownTimes->times.times(), false);
+  else
+    WriteStoredBookingTimes(message, app.booking);
+  const int rc = SendBusy(app, "VEQUSG");
+  if (!ValidateEquipmentUsage(app, rc, message.Get(tags::ETY))) return false;
+  const std::string key = std::string(id) + "E";
+  app.booking.warnings.AddWarningKey(key);
+  app.booking.warnings.MarkWarningShown(key);
+  return true;
+}
+
+bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid, const BookingForm* ownTimes) {
+  if (!mayUse(app, record, tags::EID, eid, ownTimes)) return false;
+  app.message.Add(tags::EID, eid);
+  return ValidateEquipmentStatus(app, SendBusy(app, "VES"));
+}
+
+bool MayUseType(App& app, const BookingRecord& record, std::string_view eti, const BookingForm* ownTimes) {
+  return mayUse(app, record, tags::ETI, eti, ownTimes);
+}
+
+}  // namespace vantry

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+#include "booking/booking_form.h"
+
+namespace vantry {
+
+// The questions to the server that come with the adding of one thing.
+
+/// Sends what was added while all windows are busy; they are ready afterwards.
+[[nodiscard]] int SendBusy(App& app, std::string_view code);
+/// Whether a look-up has failed. Then this sentence is said; where no server was reached, the session ends.
+[[nodiscard]] bool HasFailed(App& app, int rc, std::string_view sentence);
+
+/// Keeps the window's times for what is added in the dialogs that follow.
+void StoreTimes(const BookingForm& form);
+
+/// Asks whether a piece or group may be had, and what its status says; refusals and overrides are settled
+/// with the operator. True: it may be added, and its warning is not shown again. The times are those of the
+/// window, or without one those that were stored.
+[[nodiscard]] bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid,
+                               const BookingForm* ownTimes);
+/// The same for an equipment type; a type has no status.
+[[nodiscard]] bool MayUseType(App& app, const BookingRecord& record, std::string_view eti,
+                              const BookingForm* ownTimes);
+
+}  // namespace vantry

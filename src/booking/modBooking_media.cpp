@@ -1,0 +1,329 @@
+#include "booking/modBooking_media.h"
+
+#include <algorithm>
+
+#include "booking/frmMultBibs.h"
+#include "booking/frmMultItems.h"
+#include "booking/frmSelectMediaType.h"
+#include "booking/media_panel.h"
+#include "booking/modBooking_ask.h"
+#include "booking/modBooking_equipment.h"
+#include "booking/modBooking_policy.h"
+#include "booking/modBooking_tags.h"
+#include "messaging/marc_viewer.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+namespace {
+
+constexpr std::string_view kModule = "modBooking";
+constexpr std::string_view kNone = "0";
+constexpr int kNoMatch = 2;
+
+bool isNone(std::string_view id) {
+  return intOf(id) == 0;
+}
+
+/// An id of the reply; "0" where it is missing.
+std::string idOf(const TagMessage& message, std::string_view tag) {
+  std::string id = message.Get(tag);
+  return isNone(id) ? std::string(kNone) : id;
+}
+
+MediaType typeOf(const TagMessage& message) {
+  MediaType type{idOf(message, tags::MTID), message.Get(tags::MTY)};
+  if (isNone(type.id)) type.name.clear();
+  return type;
+}
+
+void readDetails(const TagMessage& message, MediaThing& thing) {
+  thing.location = message.Get(tags::LO);
+  thing.copy = message.Get(tags::CP);
+  thing.enumeration = message.Get(tags::EN);
+  thing.chronology = message.Get(tags::CH);
+  thing.year = message.Get(tags::YR);
+}
+
+MediaThing thingOf(const TagMessage& message) {
+  MediaThing thing;
+  thing.BI = idOf(message, tags::BI);
+  thing.MI = idOf(message, tags::MI);
+  thing.IM = idOf(message, tags::IM);
+  thing.title = message.Get(tags::TITL);
+  thing.type = typeOf(message);
+  return thing;
+}
+
+/// The details of the thing's item; it keeps empty ones where they cannot be read.
+void askItemDetails(App& app, MediaThing& thing) {
+  if (isNone(thing.IM)) return;
+  app.message.Add(tags::MI, thing.MI);
+  app.message.Add(tags::IM, thing.IM);
+  if (HasFailed(app, SendBusy(app, "GID"), "Unable to retrieve item details.")) return;
+  readDetails(app.message, thing);
+  if (isNone(thing.type.id)) thing.type = typeOf(app.message);
+}
+
+/// The call number of the thing's holdings, and their location where the thing has none.
+void askHoldingsDetails(App& app, MediaThing& thing) {
+  if (isNone(thing.MI)) return;
+  app.message.Add(tags::MI, thing.MI);
+  app.message.Add(tags::BI, thing.BI);
+  if (HasFailed(app, SendBusy(app, "GMD"), "Unable to retreive MFHD details.")) return;
+  while (app.message.NextRecord(tags::MI)) {
+    if (app.message.Get(tags::MI) != thing.MI) continue;
+    thing.callNumber = app.message.Get(tags::CN);
+    if (thing.location.empty()) thing.location = app.message.Get(tags::LO);
+    return;
+  }
+}
+
+bool mayUse(App& app, const BookingRecord& record, const MediaThing& thing) {
+  app.message.Add(tags::BOOKID, std::to_string(record.BookingId));
+  app.message.Add(tags::MTID, thing.type.id);
+  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
+  WritePlaceTags(app.message, record);
+  app.message.Add(tags::MI, thing.MI);
+  app.message.Add(tags::IM, thing.IM);
+  WriteStoredBookingTimes(app.message, app.booking);
+  if (!ValidateItemUsage(app, SendBusy(app, "VITMUSG"))) return false;
+  const std::string key = thing.IM + "I";
+  app.booking.warnings.AddWarningKey(key);
+  app.booking.warnings.MarkWarningShown(key);
+  return true;
+}
+
+/// Where the thing comes from decides what becomes of it when it has no media type.
+enum class Untyped { Passes, IsRefused };
+
+bool hasTypeOrPasses(App& app, MediaThing& thing, Untyped untyped) {
+  if (isNone(thing.type.id)) thing.type = PickMediaType(app);
+  if (!isNone(thing.type.id) || untyped == Untyped::Passes) return true;
+  warningBox(app.desktop,
+             "No media type assigned to item \"" + thing.title + "\".  \r\nItem not eligible for booking.");
+  return false;
+}
+
+/// From the media type on: asks, checks and adds the row. True when it was added.
+bool addThing(const BookingForm& form, BookingRecord& record, MediaThing thing, Untyped untyped) {
+  App& app = form.app;
+  if (!hasTypeOrPasses(app, thing, untyped)) return false;
+  // A thing without a type passes unchecked; this is deliberate.
+  if (!isNone(thing.type.id) && !mayUse(app, record, thing)) return false;
+  askHoldingsDetails(app, thing);
+  if (IsMediaInBooking(thing.BI, thing.MI, thing.IM, thing.type.id, form)) return false;
+  if (ConfirmItemLimit(app, record)) return false;
+  AddMediaRow(form, thing);
+  record.ItemCount = form.faMedia.Rows - form.faMedia.FixedRows;
+  AddMediaEquipmentTypes(form, thing.type.id, record);
+  RefreshMediaEquipment(form, record);
+  if (form.media) {
+    form.media->txtItemBarcode.Text = "";
+    form.media->enableCommands();
+  }
+  return true;
+}
+
+/// The one match, or that which the operator chooses; nullptr when he cancels.
+const MediaThing* pickTitle(App& app, const ItemMatches& matches) {
+  if (matches.empty()) return nullptr;
+  if (matches.size() == 1) return &matches.front();
+  frmMultBibs window(app, matches);
+  window.ShowModal();
+  return window.Tag == "1" ? &matches[static_cast<std::size_t>(window.choice())] : nullptr;
+}
+
+void addMatch(const BookingForm& form, BookingRecord& record, const ItemMatches& matches) {
+  const MediaThing* match = pickTitle(form.app, matches);
+  if (!match) return;
+  MediaThing thing = *match;
+  askItemDetails(form.app, thing);
+  addThing(form, record, std::move(thing), matches.size() > 1 ? Untyped::IsRefused : Untyped::Passes);
+}
+
+/// The titles of holdings, each with the item that is known of them. False when there are none, which has
+/// been said.
+bool askTitles(App& app, const MediaThing& known, ItemMatches& matches) {
+  app.message.Add(tags::MI, known.MI);
+  if (HasFailed(app, SendBusy(app, "GBBMID"), "No bibliographic records found for the item's MFHD."))
+    return false;
+  while (app.message.NextRecord(tags::BI)) {
+    MediaThing match = known;
+    match.BI = app.message.Get(tags::BI);
+    match.title = app.message.Get(tags::TITL);
+    matches.push_back(std::move(match));
+  }
+  return true;
+}
+
+/// The holdings and items of the titles found; false when they cannot be read, which has been said.
+bool askTree(App& app, const std::vector<BibSelection>& found, ItemMatches& matches) {
+  for (const BibSelection& selection : found) {
+    app.message.Add(tags::BI, selection.BI);
+    app.message.Add(tags::MI, selection.MI);
+  }
+  if (HasFailed(app, SendBusy(app, "GBHI"),
+                "An error occurred while retrieving the Bib/holdings/items details!"))
+    return false;
+  while (app.message.NextRecord(tags::BI)) {
+    MediaThing match = thingOf(app.message);
+    readDetails(app.message, match);
+    match.callNumber = app.message.Get(tags::CN);
+    matches.push_back(std::move(match));
+  }
+  return true;
+}
+
+bool addChosen(const BookingForm& form, BookingRecord& record, const ItemMatches& matches) {
+  frmMultItems window(form.app, matches);
+  window.ShowModal();
+  if (window.Tag != "1") return false;
+  bool added = false;
+  for (const MediaThing& thing : window.chosen)
+    added = addThing(form, record, thing, Untyped::IsRefused) || added;
+  return added;
+}
+
+/// One holdings record without its items: a wish for any of them.
+bool addHoldings(const BookingForm& form, BookingRecord& record, const BibSelection& found) {
+  MediaThing wish;
+  wish.MI = found.MI;
+  wish.IM = kNone;
+  ItemMatches titles;
+  if (!askTitles(form.app, wish, titles)) return false;
+  for (MediaThing& title : titles) {
+    if (title.BI == found.BI) return addThing(form, record, std::move(title), Untyped::Passes);
+  }
+  return false;
+}
+
+std::string enteredText(const BookingForm& form) {
+  return form.media ? std::string(trim(form.media->txtItemBarcode.Text.get())) : std::string();
+}
+
+}  // namespace
+
+void AddMediaByBarcode(const BookingForm& form, BookingRecord& record) {
+  App& app = form.app;
+  const std::string text = enteredText(form);
+  if (text.empty()) return;
+  StoreTimes(form);
+  app.message.Add(tags::IB, text);
+  const int rc = SendBusy(app, "GBBIB");
+  if (rc == kNoMatch) return informationBox(app.desktop, "No items match entered barcode.");
+  if (rc != 0) return app.global.ReportRequestError(rc, "GBBIB", kModule);
+  ItemMatches matches;
+  while (app.message.NextRecord(tags::BI)) matches.push_back(thingOf(app.message));
+  addMatch(form, record, matches);
+}
+
+void AddMediaByItemId(const BookingForm& form, BookingRecord& record) {
+  App& app = form.app;
+  const std::string text = enteredText(form);
+  if (text.empty()) return;
+  StoreTimes(form);
+  app.message.Add(tags::IM, text);
+  if (HasFailed(app, SendBusy(app, "GMIID"), "No items in the database correspond to entered Item ID."))
+    return;
+  MediaThing known = thingOf(app.message);
+  known.IM = std::to_string(intOf(text));
+  ItemMatches matches;
+  if (askTitles(app, known, matches)) addMatch(form, record, matches);
+}
+
+void AddMediaFromSearch(const BookingForm& form, BookingRecord& record, bool& dirty) {
+  App& app = form.app;
+  StoreTimes(form);
+  const std::vector<BibSelection> found = app.bibSearch.Search();
+  if (found.empty()) return;
+  bool added = false;
+  ItemMatches matches;
+  if (found.size() == 1 && !isNone(found.front().MI))
+    added = addHoldings(form, record, found.front());
+  else if (askTree(app, found, matches))
+    added = addChosen(form, record, matches);
+  if (added) dirty = true;
+}
+
+void AddMediaRow(const BookingForm& form, const MediaThing& thing) {
+  const bool typed = !isNone(thing.type.id);
+  const std::pair<MediaColumn, std::string_view> cells[] = {
+      {kMediaBib, thing.BI},
+      {kMediaHoldings, thing.MI},
+      {kMediaItem, thing.IM},
+      {kMediaType, typed ? std::string_view(thing.type.id) : kNone},
+      {kMediaTitle, thing.title},
+      {kMediaTypeName, typed ? std::string_view(thing.type.name) : kNoMediaType},
+      {kMediaLocation, thing.location},
+      {kMediaCopy, thing.copy},
+      {kMediaCallNumber, thing.callNumber},
+      {kMediaEnumeration, thing.enumeration},
+      {kMediaChronology, thing.chronology},
+      {kMediaYear, thing.year},
+  };
+  Grid& grid = form.faMedia;
+  const int row = grid.Rows;
+  grid.Rows = row + 1;
+  for (const auto& [column, text] : cells) grid.TextMatrix(row, grid.columnOfData(column), std::string(text));
+}
+
+void AddStoredMediaRow(const BookingForm& form, MediaThing thing) {
+  askItemDetails(form.app, thing);
+  askHoldingsDetails(form.app, thing);
+  AddMediaRow(form, thing);
+}
+
+bool IsMediaInBooking(std::string_view bi, std::string_view mi, std::string_view im, std::string_view mtid,
+                      const BookingForm& form) {
+  const std::pair<MediaColumn, std::string_view> keys[] = {
+      {kMediaBib, bi}, {kMediaHoldings, mi}, {kMediaItem, im}, {kMediaType, mtid}};
+  const Grid& grid = form.faMedia;
+  for (int row = grid.FixedRows; row < grid.Rows; ++row) {
+    if (std::all_of(std::begin(keys), std::end(keys), [&](const auto& key) {
+          return grid.TextMatrix(row, grid.columnOfData(key.first)) == key.second;
+        }))
+      return true;
+  }
+  return false;
+}
+
+MediaType PickMediaType(App& app) {
+  if (HasFailed(app, SendBusy(app, "GMTYP"), "Could not retrieve available media item types.")) return {};
+  std::vector<MediaType> types;
+  while (app.message.NextRecord(tags::MTID)) types.push_back(typeOf(app.message));
+  if (types.empty()) {
+    warningBox(app.desktop, "No media types defined.  Cannot book!");
+    return {};
+  }
+  if (types.size() == 1) return types.front();
+  frmSelectMediaType window(app, types);
+  window.ShowModal();
+  return window.choice < 0 ? MediaType() : types[static_cast<std::size_t>(window.choice)];
+}
+
+void RefreshMediaEquipment(const BookingForm& form, BookingRecord& record) {
+  const Grid& grid = form.faMedia;
+  std::vector<std::string> kept;
+  for (int row = grid.FixedRows; row < grid.Rows; ++row)
+    kept.push_back(mediaTypeKey(grid.TextMatrix(row, grid.columnOfData(kMediaType))));
+  const TreeNode* root = form.tvwEquipment.find(roots::MediaTypes);
+  std::vector<std::string> gone;
+  for (const TreeNode* node : root ? root->children : std::vector<TreeNode*>()) {
+    if (std::find(kept.begin(), kept.end(), node->key) == kept.end()) gone.push_back(node->key);
+  }
+  for (const std::string& key : gone) form.tvwEquipment.Remove(key);
+  record.EquipmentCount = countEquipment(form);
+}
+
+void ShowMarcRecord(const BookingForm& form, MarcKind kind) {
+  const Grid& grid = form.faMedia;
+  if (grid.Row < grid.FixedRows) return;
+  const MediaColumn column = kind == MarcKind::Bib ? kMediaBib : kMediaHoldings;
+  const std::string id = grid.TextMatrix(grid.Row, grid.columnOfData(column));
+  if (isNone(id)) return;
+  App& app = form.app;
+  showMarcRecord(app.windows, app.message, app.global, kind, id);
+}
+
+}  // namespace vantry
