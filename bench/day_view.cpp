@@ -18,7 +18,7 @@
 #include "desktop/qt_desktop.h"
 #include "desktop/style.h"
 #include "frame/modMain.h"
-#include "schedule/frmMain.h"
+#include "schedule/program.h"
 #include "server/server.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
@@ -118,9 +118,9 @@ int run(const std::string& folder, int count, QtDesktop& desktop, Stopwatch::tim
   FileSettings settings(folder + "/bench-settings.ini");
   settings.SaveSetting(kSettingsApplication, kSettingsSection, "View", "0");
   InstalledComponents components(desktop);
-  App app({desktop, line, clock, settings, components, folder, folder}, "");
-  frmMain window(app);
-  app.setMain(window);
+  Program program({desktop, line, clock, settings, components, folder, folder}, "");
+  App& app = program.app;
+  frmMain& window = program.main;
   bool measured = false;
   DemoOperator demo(desktop, app, [&] {
     std::printf("start to usable day view  %.0f\n", since(begin));
