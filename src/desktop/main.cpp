@@ -61,6 +61,7 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   app.setMain(mainWindow);
   CirculationDialogs circulation(app);
   app.setCirculation(circulation);
+  desktop.endWithSession(mainWindow);
   if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });
   bool written = false;
   DemoOperator demo(desktop, app, [&] { written = desktop.writePicture(mainWindow, options.screenshot); });

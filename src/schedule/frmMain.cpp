@@ -66,6 +66,7 @@ void frmMain::Form_Load() {
   for (MenuItem* popup : {&menus.mnuPopupTools, &menus.mnuPopupGroup, &menus.mnuPopupMember,
                           &menus.mnuPopupNewBooking, &menus.mnuPopupScheduler, &menus.mnuPopupBookings})
     popup->Visible = false;
+  BuildDaemonFlexArray(faDaemon, ViewId::Conflict);
   dayView.BuildBookingFlexArray();
   staffView.BuildStaffFlexArray();
   chargeView.load();
@@ -89,6 +90,7 @@ void frmMain::HideFrames() {
     frame.BorderStyle = 0;
     frame.Caption = "";
   }
+  faDaemon.Visible = false;
 }
 
 void frmMain::UpdateCalendars() {
@@ -159,8 +161,6 @@ void frmMain::applyPreferences(Applies what) {
 void frmMain::StartStopTimer(bool start) {
   if (app_.daemonPeriod == 0) return;  // no refresh by itself
   tmrDaemon.Enabled = start;
-  if (!start) return;
-  ticksToRefresh = app_.daemonPeriod / kTickMilliseconds;
 }
 
 void frmMain::mnuViewMergeCells_Click() {

@@ -4,7 +4,9 @@
 
 #include "frame/app.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/maintenance_setup.h"
 #include "platform/form.h"
+#include "schedule/frmSched.h"
 
 namespace vantry {
 
@@ -42,7 +44,9 @@ static std::vector<RecordRow> recordRows() {
 /// One row per window or command that is asked for by name: {"frmOptions", runModal<frmOptions>}.
 static std::vector<CommandRow> commandRows() {
   return {
+      {"NewMaintenanceSetup", AskMaintenanceEquipment},
       {"frmMultBarOrNo", runModal<frmMultBarOrNo>},
+      {"frmSched", ShowBookingCalendars},
   };
 }
 
