@@ -163,11 +163,22 @@ void frmMain::StartStopTimer(bool start) {
   tmrDaemon.Enabled = start;
 }
 
+Grid* frmMain::visibleGrid() {
+  const std::pair<const Frame*, Grid*> grids[] = {{&frames.fraView(1), &dayView.faDayBookings},
+                                                  {&frames.fraView(4), &chargeView.faChargeBookings},
+                                                  {&frames.fraView(5), &dischargeView.faDischargeBookings},
+                                                  {&frames.fraStaff(1), &staffView.faStaff}};
+  for (const auto& [frame, grid] : grids) {
+    if (frame->Visible) return grid;
+  }
+  return nullptr;
+}
+
 void frmMain::mnuViewMergeCells_Click() {
   const bool on = !menus.mnuViewMergeCells.Checked;
   menus.mnuViewMergeCells.Checked = on;
   app_.preferences.MergeCells = on;
-  if (frames.fraView(1).Visible) SetGridMerge(dayView.faDayBookings, on);
+  if (Grid* grid = visibleGrid()) SetGridMerge(*grid, on);
 }
 
 void frmMain::mnuView_Click() {

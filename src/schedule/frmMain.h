@@ -143,6 +143,9 @@ class frmMain : public Form, public MainWindow {
   /// Runs a sort on the bookings that show.
   void sortBookings(void (*sort)(Grid&));
 
+  /// The list of the view that shows, or nullptr.
+  Grid* visibleGrid();
+
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
   const ViewRow* currentView_ = nullptr;

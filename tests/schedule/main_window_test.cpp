@@ -247,18 +247,29 @@ TEST_F(MainWindowTest, TheListBarStandsWhereItIsWanted) {
 
 TEST_F(MainWindowTest, ToolsRunTheirCommands) {
   logOn();
-  struct Case {
-    int tool;
-    const char* opens;
-  };
-  for (const Case& c :
-       {Case{202, "record window 7"}, Case{203, "record window 8"}, Case{204, "record window 7"},
-        Case{301, "record window 0"}, Case{302, "record window 1"}, Case{303, "record window 2"},
-        Case{32776, "frmOptions"}, Case{57636, "frmFind"}}) {
-    notBuilt.clear();
-    main().barMain.choose(main().barMain.tool(c.tool));
-    if (!notBuilt.empty()) EXPECT_THAT(notBuilt, testing::ElementsAre(c.opens)) << c.tool;
-    if (c.tool == 202 || c.tool == 204) EXPECT_EQ(app->slots.newPickup, c.tool == 204);
+  std::string opened;
+  for (const int kind : {kEquipment, kGroup, kRoom, kBooking, kWizard}) {
+    app->makers.addRecord(kind, [&opened, kind](App& a) {
+      opened = std::to_string(kind) + (a.slots.newPickup ? " pick-up" : "") + " from " +
+               std::to_string(a.slots.source);
+      return nullptr;
+    });
+  }
+  for (const char* name : {"frmOptions", "frmFind"})
+    app->makers.addCommand(name, [&opened, name](App&) { opened = name; });
+  for (const auto& [tool, opens] :
+       std::initializer_list<std::pair<int, const char*>>{{204, "7 pick-up from 5"},
+                                                          {202, "7 from 5"},
+                                                          {203, "8 from 5"},
+                                                          {301, "0 from 5"},
+                                                          {302, "1 from 5"},
+                                                          {303, "2 from 5"},
+                                                          {32776, "frmOptions"},
+                                                          {57636, "frmFind"}}) {
+    opened.clear();
+    app->slots.source = 0;
+    main().barMain.choose(main().barMain.tool(tool));
+    EXPECT_EQ(opened, opens) << tool;
   }
   main().barMain.choose(main().barMain.tool(57630));
   EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"day"});
@@ -266,6 +277,7 @@ TEST_F(MainWindowTest, ToolsRunTheirCommands) {
 
 TEST_F(MainWindowTest, TheSearchKnowsWhichListShows) {
   logOn();
+  app->makers.addCommand("frmFind", [](App&) {});
   for (const auto& [view, kind] : std::initializer_list<std::pair<ViewId, int>>{
            {ViewId::Rooms, 2}, {ViewId::Equipment, 0}, {ViewId::Groups, 1}, {ViewId::Day, 9}}) {
     main().showView(view);
