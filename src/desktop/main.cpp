@@ -55,6 +55,7 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
                   options.rest);
   App& app = program.app;
   app.session.setSealer(sealer);
+  desktop.endWithSession(program.main);
   if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });
   bool written = false;
   DemoOperator demo(desktop, app, [&] { written = desktop.writePicture(program.main, options.screenshot); });

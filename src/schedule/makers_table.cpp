@@ -4,7 +4,10 @@
 
 #include "frame/app.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/maintenance_setup.h"
+#include "messaging/session_dialogs.h"
 #include "platform/form.h"
+#include "schedule/frmSched.h"
 
 namespace vantry {
 
@@ -42,7 +45,10 @@ static std::vector<RecordRow> recordRows() {
 /// One row per window or command that is asked for by name: {"frmOptions", runModal<frmOptions>}.
 static std::vector<CommandRow> commandRows() {
   return {
+      {"About", [](App& app) { AboutBox(app.windows).Run(app.session); }},
+      {"NewMaintenanceSetup", AskMaintenanceEquipment},
       {"frmMultBarOrNo", runModal<frmMultBarOrNo>},
+      {"frmSched", ShowBookingCalendars},
   };
 }
 
