@@ -16,6 +16,7 @@ App::App(const Outside& outside, std::string line)
       connectDialog(windows),
       ini(outside.userFolder),
       helpMap(outside.programFolder),
+      bibSearch(windows, tools, global),
       programFolder_(outside.programFolder) {
   global.Abort = [this] { main().Abort(); };
   message.OnLost = [this](const std::string& reason) { return connectDialog.askRetry(reason); };

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "messaging/modGlobal.h"
 #include "messaging/server_session.h"
@@ -49,23 +50,41 @@ class LogonDialog {
 struct BibSelection {
   std::string BI;
   std::string MI;  ///< "0" for a bare title
+  bool operator==(const BibSelection&) const = default;
+};
+
+/// What the operator looks for in the catalogue.
+struct BibCriteria {
+  int field = 0;  ///< place in the list of what can be searched by
+  std::string text;
+  bool holdings = true;  ///< keywords are looked for in holdings too, where that is allowed
 };
 
 /// The catalogue search.
 class BibSearchDialog {
  public:
-  void Initialise(TagMessage& message, ServerSession& session, bool allowHoldingsKeyword) {
+  BibSearchDialog(Windows& windows, ServerTools& tools, modGlobal& global)
+      : windows_(windows), tools_(tools), global_(global) {}
+  /// The session is given as to all dialogs of the connection; the message speaks for it.
+  void Initialise(TagMessage& message, ServerSession&, bool allowHoldingsKeyword) {
     message_ = &message;
-    session_ = &session;
     allowHoldingsKeyword_ = allowHoldingsKeyword;
   }
-  bool RetainSearch = false;
-  bool AutoTruncate = false;
+  bool RetainSearch = false;  ///< the next search begins with the words of the last one
+  bool AutoTruncate = false;  ///< a search that is not by keyword finds all that begins with its text
+
+  /// Lets the operator search and choose, in a modal window. What he chose, in his order and each once; empty
+  /// when he cancelled. Needs `Initialise`. A walk of the caller's over the message's reply goes on
+  /// afterwards.
+  [[nodiscard]] std::vector<BibSelection> Search();
 
  private:
+  Windows& windows_;
+  ServerTools& tools_;
+  modGlobal& global_;
   TagMessage* message_ = nullptr;
-  ServerSession* session_ = nullptr;
   bool allowHoldingsKeyword_ = false;
+  BibCriteria last_;
 };
 
 }  // namespace vantry

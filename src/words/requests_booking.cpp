@@ -119,8 +119,14 @@ constexpr RequestRow kRequests[] = {
     {"GBBMID", "MI", "", "BI TITL", "BI", kMakeBookings, kReads, "titles of a holdings record"},
     {"GID", "MI IM", "LO EN CH YR CP MTYP MDSC MTID MTY", "", "", kBookings, kReads, "details of an item"},
     {"GMD", "MI BI", "", "MI CN LO", "MI", kBookings, kReads, "call number and location of holdings"},
-    {"GBHI", "(BI MI)+", "", "BI MI IM TITL MTID MTY LO CN EN CH YR CP", "BI", kMakeBookings, kReads,
+    {"GBHI", "(BI MI)+", "", "BI MI IM TITL MTID MTY LO CN EN CH YR CP", "BI", kEveryone, kReads,
      "holdings and items of titles; MI 0 asks for all holdings of one; a record without IM has no item"},
+    {"CATFIND", "SRCHTAG SRCHVAL KWHO?", "SRCHCNT", "BI TITL AUTH YR", "BI", kEveryone, kReads,
+     "the catalogue search, by 1 title, 2 author, 3 subject, 4 call number, 5 keywords; a text that ends in "
+     "? "
+     "stands for all that begin so; at most 500 titles, SRCHCNT 501 when there are more"},
+    {"CATREC", "(BI | MI)", "", "FLDT FLDI FLDV", "FLDT", kEveryone, kReads,
+     "the MARC record of a title or of its holdings; 2: no such record"},
     {"GMTYP", "", "", "MTID MTY", "MTID", kMakeBookings, kReads, "media types"},
 };
 

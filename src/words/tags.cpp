@@ -252,6 +252,11 @@ constexpr TagRow kTags[] = {
     {CN, Name, "call number"},
     {NCN, Name, "normalized call number"},
     {CNTY, Name, "kind of call number searched: MLC#, MDEW, MNLM, MSUD, MOTH or MCOD"},
+    {AUTH, Name, "author of a title"},
+    {KWHO, Flag, "whether keywords are looked for in holdings as well"},
+    {FLDT, Name, "tag of a field of a MARC record, such as 245; LDR for the leader"},
+    {FLDI, Name, "its indicators; empty in a control field"},
+    {FLDV, Name, "its text; each subfield begins with the character U+001F and its code"},
 
     // Popup notes
     {PMSG, Name, "text of the popup note"},

@@ -276,6 +276,11 @@ inline constexpr std::string_view CP = "CP";
 inline constexpr std::string_view CN = "CN";
 inline constexpr std::string_view NCN = "NCN";
 inline constexpr std::string_view CNTY = "CNTY";
+inline constexpr std::string_view AUTH = "AUTH";
+inline constexpr std::string_view KWHO = "KWHO";
+inline constexpr std::string_view FLDT = "FLDT";
+inline constexpr std::string_view FLDI = "FLDI";
+inline constexpr std::string_view FLDV = "FLDV";
 
 // Popup notes
 inline constexpr std::string_view PMSG = "PMSG";
