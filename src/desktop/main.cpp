@@ -16,6 +16,7 @@
 #include "frame/app.h"
 #include "frame/modMain.h"
 #include "schedule/frmMain.h"
+#include "schedule/makers_table.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 #include "transport/sealed_box.h"
@@ -54,6 +55,7 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   App app({desktop, transport, clock, settings, components, options.program, options.user}, options.rest);
   SealedBox sealer(transport);
   app.session.setSealer(sealer);
+  fillMakers(app.makers);
   frmMain mainWindow(app);
   app.setMain(mainWindow);
   if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });

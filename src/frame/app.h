@@ -35,12 +35,14 @@ struct RecordSlots {
   std::array<int, kRecordKinds> modes{};  ///< 1 new record, 0 existing record
   std::array<std::string, kRecordKinds> typeNames;
   std::array<std::string, kRecordKinds> typeIds;
+  int kind = 0;            ///< of the record that is being opened
   int source = 0;          ///< which window opens the next one
   bool newPickup = false;  ///< the booking that is opened is a new pick-up
   int searchFor = 0;       ///< kind of the list that showed when the search window was asked for
 };
 
-/// The source slot's number of the main window.
+/// The source slot's numbers of an equipment record and of the main window.
+inline constexpr int kSourceEquipment = 0;
 inline constexpr int kSourceMainWindow = 5;
 
 /// What the program shares. One object; windows and modules get it by reference.
@@ -95,7 +97,7 @@ class App {
   void setMain(MainWindow& main) { main_ = &main; }
   /// The windows of circulation; made by the composition root with the main window.
   CirculationWindows& circulation() const { return *circulation_; }
-  void setCirculation(CirculationWindows& windows) { circulation_ = &windows; }
+  void setCirculation(CirculationWindows& dialogs) { circulation_ = &dialogs; }
 
  private:
   std::filesystem::path programFolder_;

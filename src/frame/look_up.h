@@ -19,10 +19,13 @@ struct EquipmentLookUp {
   std::string LookupStatus;  ///< empty for a result, "Not Found", or "CANCEL" where the operator chose none
   std::vector<LookUpRow> LookupRows;
   int barOrNumberMode = 0;  ///< 2 while the look-up runs
+  bool byNumber = false;    ///< what the text of the last look-up is: a number, or else a barcode
+  int chosenRow = 0;        ///< set by the window in which the operator picks one of several hits
 };
 
 /// Fill `App::lookUp` from its text. They speak for themselves; a caller goes on only with an empty
-/// `LookupStatus`. Tags that a caller has added before narrow the look-up.
+/// `LookupStatus`, and has called `BusyAllForms` again if it goes on. Tags that a caller has added before
+/// narrow the look-up.
 void FindEquipmentByBarcode(App& app);
 void FindEquipmentByNumber(App& app);
 

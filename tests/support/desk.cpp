@@ -7,6 +7,7 @@
 #include "frame/modMain.h"
 #include "messaging/frmLogon.h"
 #include "platform/text.h"
+#include "schedule/makers_table.h"
 #include "words/requests.h"
 
 namespace vantry::test {
@@ -70,6 +71,7 @@ void Desk::build(std::string commandLine) {
   main_.reset();  // before the program whose window it is
   app = std::make_unique<App>(App::Outside{desktop, server, clock, settings, components, folder, folder},
                               std::move(commandLine));
+  fillMakers(app->makers);
   app->makers.notBuilt = [this](std::string_view what) { notBuilt.emplace_back(what); };
   main_ = std::make_unique<frmMain>(*app);
   app->setMain(*main_);
