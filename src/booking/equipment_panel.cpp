@@ -58,14 +58,14 @@ EquipmentPanel::EquipmentPanel(App& app, Container& place, BookingRecord& record
 }
 
 void EquipmentPanel::arrange(Container& place) {
+  const LayoutNode pieces = Column{tvwOtherEquipment, Row{cmdRemoveEquipment, cmdViewEquipment, Stretch{}}};
+  const LayoutNode types = Column{tvwEquipment, Row{cmdAddType, cmdRemoveEquipmentType, Stretch{}}};
   place.Layout =
-      Column{Row{lblEquipNumOrBarcode, LayoutNode(txtEquipBarcode).share(1), cmdAddEquipViaNumber,
+      Column{Row{Fields{lblEquipNumOrBarcode, txtEquipBarcode}.share(1), cmdAddEquipViaNumber,
                  cmdAddEquipViaBarcode, Gap{}, cmdSpecific},
-             Row{Column{tvwOtherEquipment, Row{cmdRemoveEquipment, cmdViewEquipment, Stretch{}}}.share(3),
-                 Gap{}, Column{tvwEquipment, Row{cmdAddType, cmdRemoveEquipmentType, Stretch{}}}.share(2)}
-                 .share(1),
-             Row{lblSetupTime, txtSetupTime, Gap{}, lblCleanupTime, txtCleanupTime, Gap{}, cmdSuggestTimes,
-                 Stretch{}}};
+             Row{pieces.share(3), Gap{}, types.share(2)}.share(1),
+             Row{Fields{lblSetupTime, txtSetupTime}.share(0), Gap{},
+                 Fields{lblCleanupTime, txtCleanupTime}.share(0), Gap{}, cmdSuggestTimes, Stretch{}}};
 }
 
 void EquipmentPanel::connect() {

@@ -34,7 +34,7 @@ MediaPanel::MediaPanel(App& app, Container& place, BookingRecord& record)
 }
 
 void MediaPanel::arrange(Container& place) {
-  place.Layout = Column{Row{lblMediaBarcodeOrID, LayoutNode(txtItemBarcode).share(1), cmdAddMediaViaBarcode,
+  place.Layout = Column{Row{Fields{lblMediaBarcodeOrID, txtItemBarcode}.share(1), cmdAddMediaViaBarcode,
                             cmdAddMediaViaNumber, Gap{}, cmdSearchMedia},
                         faMedia, Row{cmdRemoveMedia, cmdMARC, Stretch{}, cmdNewMedia}};
 }

@@ -260,9 +260,6 @@ TEST_F(Pick, APickGoesBackToItsOwnTypeOnly) {
 TEST_F(Pick, ARefusedPickStaysAndACancelledWindowAddsNothing) {
   expectTypes();
   expectPieces();
-  expectRefusal("EID=11");
-  expectUsage("EID=13");
-  expectStatus("13");
   play([&](frmPickEquip& dialog) {
     pick(dialog, "Equipment|31|EquipTree", 1);
     EXPECT_EQ(dialog.fa.Rows, 3);
@@ -271,6 +268,9 @@ TEST_F(Pick, ARefusedPickStaysAndACancelledWindowAddsNothing) {
     dialog.cmdAdd.press();
     dialog.cmdCancel.press();
   });
+  expectRefusal("EID=11");
+  expectUsage("EID=13");
+  expectStatus("13");
   panel.cmdSpecific.press();
   EXPECT_EQ(specific(), kSpecific);
 }
@@ -295,11 +295,6 @@ TEST_F(Pick, TheMenuActsOnTheGridUnderTheMouse) {
   expectPieces();
   expectUsage("EID=13");
   expectStatus("13");
-  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsSortDescending");
-  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsFind");
-  desktop.expectInput("Find:", "b3");
-  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsAdd");
-  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsRemove");
   play([&](frmPickEquip& dialog) {
     dialog.tvwEquip.click("Equipment|31|EquipTree");
     dialog.fa.rightClick(1, 1);
@@ -314,6 +309,11 @@ TEST_F(Pick, TheMenuActsOnTheGridUnderTheMouse) {
     EXPECT_FALSE(dialog.faPicked.hasData());
     dialog.cmdOK.press();
   });
+  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsSortDescending");
+  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsFind");
+  desktop.expectInput("Find:", "b3");
+  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsAdd");
+  desktop.expectPopup("mnuPopupTools", "mnuPopupToolsRemove");
   panel.cmdSpecific.press();
 }
 
@@ -321,8 +321,6 @@ TEST_F(Pick, TheMenuActsOnTheGridUnderTheMouse) {
 
 TEST_F(Pick, ATypeIsCheckedBeforeItsWindowCloses) {
   expectTypes();
-  expectRefusal("ETI=31");
-  expectUsage("ETI=35");
   const auto chooseGroups = [](frmAddEquipType& dialog) {
     EXPECT_FALSE(dialog.cmdOK.Enabled);
     dialog.tvwTypes.click("Groups|35|RoomTree");
@@ -339,6 +337,8 @@ TEST_F(Pick, ATypeIsCheckedBeforeItsWindowCloses) {
     dialog.cmdOK.press();
     EXPECT_EQ(dialog.Tag, "35|TV_VCRs");
   });
+  expectRefusal("ETI=31");
+  expectUsage("ETI=35");
   panel.cmdAddType.press();
   EXPECT_EQ(types(), std::string(kTypes) + " 35 TV_VCRs\n");
   EXPECT_EQ(window.record.EquipmentCount, 1);
