@@ -10,6 +10,7 @@ namespace vantry {
 
 class EquipmentPanel;
 class MediaPanel;
+class PlacePanel;
 
 /// What editor and wizard have in common, as the routines of modBooking read it. The window owns all of it.
 struct BookingForm {
@@ -23,6 +24,8 @@ struct BookingForm {
   /// such a field, or enable a command of the list, need them.
   MediaPanel* media = nullptr;
   EquipmentPanel* equipment = nullptr;
+  /// Likewise for the routines of the place.
+  PlacePanel* place = nullptr;
 };
 
 }  // namespace vantry

@@ -183,6 +183,16 @@ void TimesPanel::startNow() {
   for (Button* button : {&txtNeedTimeEllipses, &txtFinishTimeEllipses}) button->Enabled = false;
 }
 
+void TimesPanel::disableEditing() {
+  timeLine_.lock();
+  for (Control* control :
+       {static_cast<Control*>(&fpdNeedDate), static_cast<Control*>(&fpdFinishDate),
+        static_cast<Control*>(&txtNeedTimeEllipses), static_cast<Control*>(&txtFinishTimeEllipses),
+        static_cast<Control*>(&cmdMultipleBookings), static_cast<Control*>(&cmdAddDate),
+        static_cast<Control*>(&cmdEditDate), static_cast<Control*>(&cmdDeleteDate)})
+    control->Enabled = false;
+}
+
 void TimesPanel::showExpireDate() {
   ServerTools::PutControlDate(record_.ExpireDate, fpdExpireDate);
 }

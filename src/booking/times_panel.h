@@ -60,6 +60,8 @@ class TimesPanel {
   void showTimes(std::string_view start, std::string_view end);
   /// A booking that starts now: the server's time, or this workstation's where the server did not tell it.
   void startNow();
+  /// The booking can only be read from now on.
+  void disableEditing();
   /// The requester's privileges end then; the record's text.
   void showExpireDate();
 

@@ -11,6 +11,13 @@ std::unique_ptr<Form> Makers::makeRecord(int kind, App& app) const {
   return nullptr;
 }
 
+std::unique_ptr<Form> Makers::makeWindow(std::string_view name, App& app) const {
+  const auto found = windows_.find(name);
+  if (found != windows_.end()) return found->second(app);
+  if (notBuilt) notBuilt(name);
+  return nullptr;
+}
+
 void Makers::run(std::string_view name, App& app) const {
   const auto found = commands_.find(name);
   if (found != commands_.end()) {

@@ -30,6 +30,7 @@ class Makers {
  public:
   using RecordMaker = std::function<std::unique_ptr<Form>(App&)>;
   using Command = std::function<void(App&)>;
+  using WindowMaker = std::function<std::unique_ptr<Form>(App&)>;
 
   /// Hears of a window or command that this program does not hold.
   std::function<void(std::string_view)> notBuilt;
@@ -38,15 +39,19 @@ class Makers {
     records_.at(static_cast<std::size_t>(kind)) = std::move(maker);
   }
   void addCommand(std::string name, Command command) { commands_[std::move(name)] = std::move(command); }
+  void addWindow(std::string name, WindowMaker maker) { windows_[std::move(name)] = std::move(maker); }
 
   /// A new window for a record of the kind; nullptr for a kind without one.
   [[nodiscard]] std::unique_ptr<Form> makeRecord(int kind, App& app) const;
+  /// A new window of this name, for a caller that asks it and reads its answer; nullptr where there is none.
+  [[nodiscard]] std::unique_ptr<Form> makeWindow(std::string_view name, App& app) const;
   /// Runs the command of a window's or routine's name.
   void run(std::string_view name, App& app) const;
 
  private:
   std::array<RecordMaker, kRecordKinds> records_;
   std::map<std::string, Command, std::less<>> commands_;
+  std::map<std::string, WindowMaker, std::less<>> windows_;
 };
 
 }  // namespace vantry

@@ -14,6 +14,13 @@ struct Location {
   std::string owningLibrary;
 };
 
+/// Somebody to whom bookings can be assigned.
+struct StaffMember {
+  std::string id;
+  std::string name;
+  bool active = false;
+};
+
 /// A type of equipment, group or room, as the trees show it.
 struct Category {
   std::string id;
@@ -36,6 +43,7 @@ struct OperatorContext {
   std::string locationId;
   std::vector<Location> authorizedLocations;
   std::vector<Location> allLocations;
+  std::vector<StaffMember> staff;
   Rights rights;
   CategoryLists categories;
   bool abort = false;  ///< no location can be used

@@ -21,6 +21,7 @@ void StaffView::refill() {
   app.global.BusyAllForms();
   faStaff.Redraw = false;
   faStaff.Rows = 1;
+  app.context.staff.clear();
   const int rc = app.message.Send("GETOPS");
   if (rc != 0) {
     faStaff.Redraw = true;
@@ -31,6 +32,8 @@ void StaffView::refill() {
   const int total = app.message.Count(tags::PID);
   faStaff.Rows = total + 1;
   for (int row = 1; app.message.NextRecord(tags::PID); ++row) {
+    app.context.staff.push_back(
+        {app.message.Get(tags::PID), app.message.Get(tags::PATNM), app.message.Get(tags::PSTS) == "Y"});
     faStaff.TextMatrix(row, 0, app.message.Get(tags::PID));
     faStaff.TextMatrix(row, 1, app.message.Get(tags::PATNM));
     faStaff.TextMatrix(row, 2, app.message.Get(tags::PSTS) == "Y" ? "Y" : "N");

@@ -1,0 +1,73 @@
+#include "booking/frmMPBarcode.h"
+
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+namespace {
+
+enum Column { kBarcode, kStatus, kGroup, kGroupId };
+constexpr std::string_view kFormat = "<Barcode    |<Barcode Status   |<Patron Group    |<Patron Group ID";
+
+}  // namespace
+
+frmMPBarcode::frmMPBarcode(App& app, std::string_view patronName)
+    : Form(app.windows, "frmMPBarcode"), app_(app) {
+  Caption = "Multiple Barcodes for " + std::string(patronName) + " - Select Barcode";
+  faBarcodes.AccessibleName = "Barcodes";
+  cmdOK.Default = true;
+  cmdCancel.Cancel = true;
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  faBarcodes.DblClick = [this] { cmdOK_Click(); };
+  Layout = Column{faBarcodes, Row{Stretch{}, cmdOK, cmdCancel}};
+}
+
+void frmMPBarcode::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  faBarcodes.Redraw = false;
+  faBarcodes.FormatString = std::string(kFormat);
+  faBarcodes.Rows = app_.message.Count(tags::BNO) + 1;
+  for (int row = 1; app_.message.NextRecord(tags::BNO); ++row) {
+    faBarcodes.TextMatrix(row, kBarcode, app_.message.Get(tags::BNO));
+    faBarcodes.TextMatrix(row, kStatus, app_.message.Get(tags::BST));
+    faBarcodes.TextMatrix(row, kGroup, app_.message.Get(tags::PGNM));
+    faBarcodes.TextMatrix(row, kGroupId, app_.message.Get(tags::PGID));
+  }
+  for (int col = 0; col < faBarcodes.Cols; ++col) faBarcodes.ColData(col, col);
+  faBarcodes.AutoSize(kBarcode, kGroup);
+  faBarcodes.ColWidth(kGroupId, 0);
+  faBarcodes.Row = 1;
+  faBarcodes.Redraw = true;
+}
+
+void frmMPBarcode::Form_Activate() {
+  faBarcodes.SetFocus();
+}
+
+void frmMPBarcode::cmdOK_Click() {
+  const int row = faBarcodes.Row;
+  if (row < faBarcodes.FixedRows) return;
+  const auto text = [&](int data) { return faBarcodes.TextMatrix(row, faBarcodes.columnOfData(data)); };
+  Tag = text(kGroup) + "|" + text(kGroupId);
+  Hide();
+}
+
+void frmMPBarcode::cmdCancel_Click() {
+  Tag = "";
+  Hide();
+}
+
+bool PickBarcode(App& app, Patron& patron) {
+  frmMPBarcode window(app, patron.name);
+  window.ShowModal();
+  const std::string chosen = window.Tag.get();
+  if (chosen.empty()) return false;
+  int position = 1;
+  patron.groupName = ServerTools::NextToken(position, chosen, "|");
+  patron.groupId = intOf(ServerTools::NextToken(position, chosen, "|"));
+  return true;
+}
+
+}  // namespace vantry

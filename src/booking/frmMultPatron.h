@@ -1,0 +1,32 @@
+#pragma once
+
+#include "booking/modBooking_patrons.h"
+#include "platform/grid.h"
+
+namespace vantry {
+
+/// Lets the operator choose among patrons with one barcode. It reads the reply of `FIND`; only a barcode that
+/// is active can be chosen. `Tag` brings back name, group, group id and patron id joined by "|"; empty:
+/// cancelled.
+class frmMultPatron : public Form {
+ public:
+  explicit frmMultPatron(App& app);
+  void Form_Load() override;
+  void Form_Activate() override;
+  void faPatrons_Click();
+  void cmdOK_Click();
+  void cmdCancel_Click();
+
+  Grid faPatrons{*this, "faPatrons"};
+  Button cmdOK{*this, "cmdOK", "&OK"};
+  Button cmdCancel{*this, "cmdCancel", "&Cancel"};
+
+ private:
+  std::string chosen(int data) const;
+  App& app_;
+};
+
+/// Asks; the id 0 when the operator cancels.
+[[nodiscard]] Patron PickOfPatrons(App& app);
+
+}  // namespace vantry

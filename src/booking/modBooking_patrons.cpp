@@ -1,0 +1,278 @@
+#include "booking/modBooking_patrons.h"
+
+#include "booking/frmMPBarcode.h"
+#include "booking/frmMultPatron.h"
+#include "booking/frmOverride.h"
+#include "frame/search_window.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+namespace {
+
+constexpr std::string_view kModule = "modBooking";
+constexpr int kOverLimit = 110;
+constexpr int kExpired = 144;
+
+/// Where and for what a barcode is sought; the server's numbers.
+constexpr std::string_view kByBarcode = "17";
+constexpr std::string_view kPatrons = "6";
+constexpr std::string_view kPatronFile = "5";
+
+Patron patronOfRecord(const TagMessage& message) {
+  Patron patron;
+  patron.id = intOf(message.Get(tags::PID));
+  patron.name = PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN));
+  patron.groupId = intOf(message.Get(tags::PGID));
+  patron.groupName = message.Get(tags::PGNM);
+  return patron;
+}
+
+/// The patron with a barcode; nobody when there is none, or none was chosen. Nobody has the id 0.
+Patron findByBarcode(App& app, std::string_view barcode) {
+  app.global.BusyAllForms();
+  app.message.Add(tags::SRCHTAG, kByBarcode);
+  app.message.Add(tags::SRCHVAL, trim(barcode));
+  app.message.Add(tags::SRCHFOR, kPatrons);
+  app.message.Add(tags::SRCHLOC, kPatronFile);
+  app.message.Add(tags::SRCHOP, "");
+  const int rc = app.message.Send("FIND");
+  app.global.ReadyAllForms();
+  if (rc != 0) {
+    informationBox(app.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
+    return {};
+  }
+  const int found = app.message.Count(tags::PID);
+  if (found == 0) informationBox(app.desktop, "No patrons have the entered barcode!");
+  if (found > 1) return PickOfPatrons(app);
+  return found == 1 && app.message.NextRecord(tags::PID) ? patronOfRecord(app.message) : Patron{};
+}
+
+/// The search window's choice: name and id.
+Patron findBySearch(App& app) {
+  const std::string answer = pickBySearch(app, kFindPatronTag);
+  Patron patron;
+  int position = 1;
+  patron.name = ServerTools::NextToken(position, answer, "|");
+  if (position > 0) patron.id = intOf(ServerTools::NextToken(position, answer, "|"));
+  return patron;
+}
+
+/// Gives a patron his group, by his barcode; false when the command ends.
+bool chooseGroup(App& app, Patron& patron) {
+  app.global.BusyAllForms();
+  app.message.Add(tags::PID, std::to_string(patron.id));
+  const int rc = app.message.Send("GPBAR");
+  app.global.ReadyAllForms();
+  if (rc != 0) {
+    app.global.ReportRequestError(rc, "GPBAR", kModule);
+    return false;
+  }
+  const int barcodes = app.message.Count(tags::BNO);
+  if (barcodes == 0) {
+    informationBox(app.desktop, "The patron has no barcode.");
+    return false;
+  }
+  if (barcodes > 1) return PickBarcode(app, patron);
+  patron.groupName = app.message.Get(tags::PGNM);
+  patron.groupId = intOf(app.message.Get(tags::PGID));
+  return true;
+}
+
+void clearRequester(const PatronForm& form, BookingRecord& record) {
+  record.RequesterId = 0;
+  record.PatronGroupId = 0;
+  record.PatronGroupName.clear();
+  record.RequesterName.clear();
+  record.ExpireDate.clear();
+  form.requester.show("");
+  form.txtPatronGroup.Text = "";
+  form.requester.text.SetFocus();
+}
+
+/// A requester with more bookings than he may have; the operator decides.
+bool acceptsCount(App& app, const BookingRecord& record) {
+  if (record.BookingMax == kUnlimitedBookings || record.BookingCount <= record.BookingMax) return true;
+  return questionBox(app.desktop, "Requester has reached maximum allowed number of bookings (" +
+                                      std::to_string(record.BookingMax) + ").  Continue anyway?");
+}
+
+/// What follows once a requester and his group are known.
+void takeRequester(const PatronForm& form, BookingRecord& record, const Patron& patron) {
+  form.requester.show(patron.name);
+  form.txtPatronGroup.Text = patron.groupName;
+  record.RequesterId = patron.id;
+  record.PatronGroupId = patron.groupId;
+  record.RequesterName = patron.name;
+  record.PatronGroupName = patron.groupName;
+  raise(form.requesterIsKnown);
+  if (!ValidatePatron(form.app, record, PatronMode::Requester) || !acceptsCount(form.app, record))
+    return clearRequester(form, record);
+  form.requester.lock();
+  form.requester.pick.Enabled = false;
+  if (form.chkAdminBooking) form.chkAdminBooking->Enabled = false;
+}
+
+void takePickupPatron(const PatronForm& form, BookingRecord& record, const Patron& patron) {
+  form.pickup->show(patron.name);
+  record.PickupPatronId = patron.id;
+  record.PickupPatronName = patron.name;
+  if (ValidatePatron(form.app, record, PatronMode::PickupPatron)) {
+    form.pickup->check.Enabled = false;
+    return;
+  }
+  record.PickupPatronName.clear();
+  form.pickup->show("");
+  form.pickup->text.SetFocus();
+}
+
+struct Refusal {
+  int rc;
+  std::string_view text;
+};
+
+constexpr Refusal kRefusals[] = {{108, "Patron barcode not active!"},
+                                 {109, "Patron address marked for hold mail!"},
+                                 {118, "Requester has exceeded equipment limits!"},
+                                 {119, "Requester has exceeded item limits!"},
+                                 {kExpired, "Patron id has expired!"}};
+
+/// Whether a patron passes with this answer of the server.
+bool passes(App& app, int rc) {
+  if (rc == 0) return true;
+  for (const Refusal& refusal : kRefusals) {
+    if (refusal.rc != rc) continue;
+    informationBox(app.desktop, std::string(refusal.text));
+    return false;
+  }
+  if (rc != kOverLimit) {
+    app.global.ReportRequestError(rc, "VALRP", kModule);
+    return false;
+  }
+  OverrideFacts facts;
+  facts.OverrideContext = facts.OverrideCode = kOverLimit;
+  facts.OverrideName = app.message.Get(tags::VUF);
+  facts.OverrideLimit = app.message.Get(tags::VD1);
+  facts.OverrideCount = app.message.Get(tags::VD2);
+  return AskOverride(app, facts);
+}
+
+}  // namespace
+
+std::string PatronName(std::string_view last, std::string_view first, std::string_view middle) {
+  std::string name(last);
+  if (!first.empty()) name += (name.empty() ? "" : ", ") + std::string(first);
+  if (!middle.empty()) name += (name.empty() ? "" : " ") + std::string(middle);
+  return name;
+}
+
+PatronField::PatronField(Container& place, const std::string& name, const std::string& labelText,
+                         const std::string& pickName)
+    : label(place, "lbl" + name, labelText),
+      text(place, "txt" + name),
+      check(place, "cmd" + name + "Check", "Chec&k"),
+      pick(place, "cmd" + name, pickName),
+      state(place, "lbl" + name + "Check") {
+  check.Enabled = false;
+}
+
+void PatronField::show(std::string_view name) {
+  text.Text = std::string(name);
+  check.Enabled = false;
+  state.Caption = name.empty() ? "" : "Validated";
+}
+
+void PatronField::textChanged() {
+  check.Enabled = !trim(text.Text.get()).empty();
+  state.Caption = check.Enabled ? "Press Enter to validate" : "";
+}
+
+bool PatronField::isPending(int patronId) const {
+  return patronId == 0 && !text.Locked && text.usable() && !trim(text.Text.get()).empty();
+}
+
+void PatronField::lock() {
+  text.Locked = true;
+  check.Enabled = false;
+}
+
+void PickRequester(const PatronForm& form, BookingRecord& record) {
+  RememberedRequester& next = form.app.booking.NextRequester;
+  Patron patron;
+  if (next.id != 0) {
+    patron.id = next.id;
+    patron.name = next.name;
+    next = {};
+  } else {
+    patron = findBySearch(form.app);
+  }
+  if (patron.id == 0 || !chooseGroup(form.app, patron)) return;
+  takeRequester(form, record, patron);
+}
+
+void PickPickupPatron(const PatronForm& form, BookingRecord& record) {
+  const Patron patron = findBySearch(form.app);
+  if (patron.id != 0) takePickupPatron(form, record, patron);
+}
+
+void ValidateRequesterBarcode(const PatronForm& form, BookingRecord& record) {
+  if (!form.requester.isPending(record.RequesterId)) return;
+  const Patron patron = findByBarcode(form.app, form.requester.text.Text.get());
+  if (patron.id == 0) return clearRequester(form, record);
+  takeRequester(form, record, patron);
+}
+
+void ValidatePickupBarcode(const PatronForm& form, BookingRecord& record) {
+  if (!form.pickup->isPending(record.PickupPatronId)) return;
+  const Patron patron = findByBarcode(form.app, form.pickup->text.Text.get());
+  if (patron.id != 0) return takePickupPatron(form, record, patron);
+  form.pickup->show("");
+  form.pickup->text.SetFocus();
+}
+
+bool ValidatePatron(App& app, BookingRecord& record, PatronMode mode) {
+  const bool requests = mode == PatronMode::Requester;
+  int& id = requests ? record.RequesterId : record.PickupPatronId;
+  if (id == 0) return true;
+  app.global.BusyAllForms();
+  app.message.Add(tags::PID, std::to_string(id));
+  if (requests) app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
+  app.message.Add(tags::PUP, requests ? "N" : "Y");
+  const int rc = app.message.Send("VALRP");
+  app.global.ReadyAllForms();
+  const bool valid = passes(app, rc) && (!requests || GetPatronPrivileges(app, record));
+  if (!valid) id = 0;
+  return valid;
+}
+
+bool GetPatronPrivileges(App& app, BookingRecord& record) {
+  app.global.BusyAllForms();
+  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
+  app.message.Add(tags::PID, std::to_string(record.RequesterId));
+  const int rc = app.message.Send("PATPRIV");
+  app.global.ReadyAllForms();
+  if (rc != 0) {
+    informationBox(app.desktop, rc == kExpired
+                                    ? "Requester's barcode has expired!"
+                                    : "An error occurred while retrieving the requester's privileges!");
+    return false;
+  }
+  ReadPrivileges(app.message, record);
+  return true;
+}
+
+void AdminBookingChanged(const PatronForm& form, BookingRecord& record) {
+  const bool administrative = form.chkAdminBooking->Value;
+  record.AdminBooking = administrative ? "Y" : "N";
+  record.RequesterId = 0;
+  record.PatronGroupId = 0;
+  form.requester.show("");
+  form.txtPatronGroup.Text = "";
+  form.requester.text.Locked = administrative;
+  form.requester.text.Enabled = !administrative;
+  form.requester.pick.Enabled = !administrative;
+  if (administrative) form.chkAdminBooking->Enabled = false;
+  raise(form.requesterIsKnown);
+}
+
+}  // namespace vantry

@@ -1,0 +1,224 @@
+#include "booking/place_panel.h"
+
+#include "frame/modMain.h"
+#include "platform/desktop.h"
+#include "platform/text.h"
+
+namespace vantry {
+
+namespace {
+
+constexpr std::string_view kRoomWords[] = {"Deliver", "Library/Media Center Scheduled Room", "Pick-Up"};
+
+/// What `cmdRoom` does, by preference.
+constexpr int kAlwaysFind = 1;
+constexpr int kAlwaysSuggest = 2;
+
+std::string captionOf(int option) {
+  for (const BookingTypeRow& type : bookingTypes()) {
+    if (type.option == option) return std::string(type.caption);
+  }
+  return {};
+}
+
+}  // namespace
+
+PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
+    : lblDeliveryRoom(addOption(place), "lblDeliveryRoom", "Delivery Roo&m:"),
+      lblLibSchedRoom(addOption(place), "lblLibSchedRoom", "&Scheduled Room:"),
+      lblPickupLocation(addOption(place), "lblPickupLocation", "Pick-Up L&ocation:"),
+      cboDeliveryRoom(fraRoom(0), "cboDeliveryRoom"),
+      cboLibSchedRoom(fraRoom(1), "cboLibSchedRoom"),
+      cboPickupLocation(fraRoom(2), "cboPickupLocation"),
+      cmdNewRoom(fraRoom(0), "cmdNewRoom", "&New Room..."),
+      mnuPopupRooms(place.form(), "mnuPopupRooms", "Popup Rooms"),
+      mnuPopupRoomsFind(mnuPopupRooms, "mnuPopupRoomsFind", "&Find Room..."),
+      mnuPopupRoomsSuggest(mnuPopupRooms, "mnuPopupRoomsSuggest", "&Suggest Room..."),
+      app_(app),
+      record_(record) {
+  for (int i = kDeliverOption; i <= kScheduledOption; ++i) {
+    cmdRoomView.add(fraRoom(i), "Vie&w Room");
+    lblRoom.add(fraRoom(i), "Other Room:");
+    txtRoom.add(fraRoom(i)).Locked = true;
+    cmdRoom.add(fraRoom(i), "R&oom...").AccessibleName = "Find another room";
+    lblGenericRoom.add(fraRoom(i), "Generic Room:");
+    txtGenericRoom.add(fraRoom(i)).Locked = true;
+    cmdGenericRoom.add(fraRoom(i), "&Generic Room...");
+  }
+  mnuPopupRooms.Visible = false;
+  fillLocations();
+  connect();
+  arrange(place);
+  enableCommands();
+}
+
+/// Makes the next option with the frame for what belongs to it.
+Frame& PlacePanel::addOption(Container& place) {
+  optRoom.add(place, captionOf(optRoom.UBound() + 1));
+  return fraRoom.add(place, "", 0);
+}
+
+void PlacePanel::arrange(Container& place) {
+  const auto buttonsOf = [this](int i) {
+    return i == kDeliverOption ? LayoutNode(Row{cmdNewRoom, cmdRoomView(i)}) : LayoutNode(cmdRoomView(i));
+  };
+  const auto fields = [&](int i, Label& label, ComboBox& combo) {
+    return Row{
+        Gap{},
+        Fields{label, Row{LayoutNode(combo).share(1), buttonsOf(i)}, lblRoom(i), Row{txtRoom(i), cmdRoom(i)},
+               lblGenericRoom(i), Row{txtGenericRoom(i), cmdGenericRoom(i)}}
+            .share(3),
+        Stretch{}};
+  };
+  fraRoom(0).Layout = fields(0, lblDeliveryRoom, cboDeliveryRoom);
+  fraRoom(1).Layout = fields(1, lblLibSchedRoom, cboLibSchedRoom);
+  fraRoom(2).Layout =
+      Row{Gap{}, Fields{lblPickupLocation, Row{LayoutNode(cboPickupLocation).share(1)}}.share(3), Stretch{}};
+  place.Layout =
+      Column{optRoom(0), fraRoom(0), Gap{}, optRoom(1), fraRoom(1), Gap{}, optRoom(2), fraRoom(2), Stretch{}};
+}
+
+void PlacePanel::connect() {
+  for (int i = kDeliverOption; i < kPlaceOptions; ++i) optRoom(i).Click = [this, i] { optRoom_Click(i); };
+  for (int i = kDeliverOption; i <= kScheduledOption; ++i) {
+    roomCombo(i)->Click = [this, i] { cboRoom_Click(i); };
+    cmdRoom(i).Click = [this, i] { cmdRoom_Click(i); };
+    cmdGenericRoom(i).Click = [this, i] { cmdGenericRoom_Click(i); };
+    cmdRoomView(i).Click = [this] { cmdRoomView_Click(); };
+  }
+  cboPickupLocation.Click = [this] { cboPickupLocation_Click(); };
+  cmdNewRoom.Click = [this] { cmdNewRoom_Click(); };
+  mnuPopupRoomsFind.Click = [this] { mnuPopupRoomsFind_Click(); };
+  mnuPopupRoomsSuggest.Click = [this] { mnuPopupRoomsSuggest_Click(); };
+}
+
+void PlacePanel::fillLocations() {
+  for (const Location& location : app_.context.allLocations)
+    cboPickupLocation.AddItem(location.name, location.id);
+}
+
+int PlacePanel::option() const {
+  for (int i = kDeliverOption; i < kPlaceOptions; ++i) {
+    if (optRoom(i).Value) return i;
+  }
+  return -1;
+}
+
+ComboBox* PlacePanel::roomCombo(int index) {
+  if (index == kDeliverOption) return &cboDeliveryRoom;
+  return index == kScheduledOption ? &cboLibSchedRoom : nullptr;
+}
+
+void PlacePanel::emptyRoomCombos() {
+  cboDeliveryRoom.Clear();
+  cboLibSchedRoom.Clear();
+  roomsOfGroup = 0;
+}
+
+void PlacePanel::enableCommands() {
+  const int chosen = option();
+  for (int i = kDeliverOption; i < kPlaceOptions; ++i) {
+    const bool on = editable_ && i == chosen;
+    for (Control* control : fraRoom(i).Controls()) control->Enabled = on;
+  }
+  // Looking at a room changes nothing.
+  const bool mayView = record_.RoomId != 0 && mayReach(app_.context.rights, Subject::Rooms);
+  for (int i = kDeliverOption; i <= kScheduledOption; ++i) cmdRoomView(i).Enabled = i == chosen && mayView;
+  if (!app_.context.rights.has(Right::RMADD)) cmdNewRoom.Enabled = false;
+}
+
+void PlacePanel::showPickUpOnly() {
+  for (int i = kDeliverOption; i <= kScheduledOption; ++i) {
+    optRoom(i).Visible = false;
+    fraRoom(i).Visible = false;
+  }
+  choose(kPickUpOption);
+}
+
+void PlacePanel::disableEditing() {
+  editable_ = false;
+  for (int i = kDeliverOption; i < kPlaceOptions; ++i) optRoom(i).Enabled = false;
+  enableCommands();
+}
+
+void PlacePanel::showPlace(std::string_view name, std::string_view roomType) {
+  const int index = option();
+  if (index == kPickUpOption) {
+    cboPickupLocation.ListIndex = cboPickupLocation.indexOfData(std::to_string(record_.PickupLocationId));
+    return;
+  }
+  ComboBox* combo = roomCombo(index);
+  if (!combo) return;
+  if (record_.RoomId == 0) {
+    combo->ListIndex = -1;
+    if (record_.isGenericRoom()) txtGenericRoom(index).Text = genericRoomText(record_, name, roomType);
+  } else {
+    const int entry = combo->indexOfData(std::to_string(record_.RoomId));
+    combo->ListIndex = entry;
+    if (entry < 0) txtRoom(index).Text = std::string(name);
+  }
+  enableCommands();
+}
+
+std::string PlacePanel::placeText() const {
+  const int index = option();
+  if (index < 0) return {};
+  std::string text;
+  if (index == kPickUpOption) {
+    text = cboPickupLocation.Text();
+  } else {
+    text = (index == kDeliverOption ? cboDeliveryRoom : cboLibSchedRoom).Text();
+    if (text.empty()) text = txtRoom(index).Text.get();
+    if (text.empty()) text = txtGenericRoom(index).Text.get();
+  }
+  return std::string(kRoomWords[index]) + (text.empty() ? "" : ":  " + text);
+}
+
+void PlacePanel::optRoom_Click(int index) {
+  RoomOptionChanged(*form_, record_, index);
+  raise(Changed);
+}
+
+void PlacePanel::cboRoom_Click(int index) {
+  RoomChosen(*form_, record_, index);
+  raise(Changed);
+}
+
+void PlacePanel::cboPickupLocation_Click() {
+  if (cboPickupLocation.ListIndex < 0) return;
+  record_.PickupLocationId = intOf(cboPickupLocation.ItemData(cboPickupLocation.ListIndex));
+  record_.GenericRoomLocationId = record_.PickupLocationId;
+  raise(Changed);
+}
+
+void PlacePanel::cmdRoom_Click(int index) {
+  roomIndex_ = index;
+  if (app_.preferences.BookingsRooms == kAlwaysFind) return mnuPopupRoomsFind_Click();
+  if (app_.preferences.BookingsRooms == kAlwaysSuggest) return mnuPopupRoomsSuggest_Click();
+  app_.desktop.popupMenu(mnuPopupRooms, &cmdRoom(index));
+}
+
+void PlacePanel::cmdGenericRoom_Click(int index) {
+  PickGenericRoom(*form_, index, record_);
+  raise(Changed);
+}
+
+void PlacePanel::cmdRoomView_Click() {
+  if (record_.RoomId != 0) OpenRecordWindow(app_, kRoom, std::to_string(record_.RoomId));
+}
+
+void PlacePanel::cmdNewRoom_Click() {
+  OpenRecordWindow(app_, kRoom, "");
+}
+
+void PlacePanel::mnuPopupRoomsFind_Click() {
+  FindRoom(*form_, roomIndex_, record_);
+  raise(Changed);
+}
+
+void PlacePanel::mnuPopupRoomsSuggest_Click() {
+  SuggestRoom(*form_, roomIndex_, record_);
+  raise(Changed);
+}
+
+}  // namespace vantry

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "booking/booking_form.h"
+#include "booking/modBooking_rooms.h"
+#include "platform/controls.h"
+#include "platform/menu.h"
+
+namespace vantry {
+
+/// Where the things of a booking end up: delivered to a room, in a room that the library schedules, or picked
+/// up at a location.
+class PlacePanel {
+ public:
+  /// Makes the controls in `place`; the record belongs to the window.
+  PlacePanel(App& app, Container& place, BookingRecord& record);
+  /// Gives the commands the whole window; before the operator can reach them.
+  void join(const BookingForm& form) { form_ = &form; }
+
+  /// The place has changed.
+  Event Changed;
+
+  ControlArray<OptionButton> optRoom{"optRoom"};
+  ControlArray<Frame> fraRoom{"fraRoom"};
+  Label lblDeliveryRoom, lblLibSchedRoom, lblPickupLocation;
+  ComboBox cboDeliveryRoom, cboLibSchedRoom, cboPickupLocation;
+  ControlArray<Button> cmdRoomView{"cmdRoomView"};
+  Button cmdNewRoom;
+  ControlArray<Label> lblRoom{"lblRoom"};
+  ControlArray<TextBox> txtRoom{"txtRoom"};
+  ControlArray<Button> cmdRoom{"cmdRoom"};
+  ControlArray<Label> lblGenericRoom{"lblGenericRoom"};
+  ControlArray<TextBox> txtGenericRoom{"txtGenericRoom"};
+  ControlArray<Button> cmdGenericRoom{"cmdGenericRoom"};
+  MenuItem mnuPopupRooms;  ///< shown by `cmdRoom` only
+  MenuItem mnuPopupRoomsFind, mnuPopupRoomsSuggest;
+
+  /// While a booking is being read no note of a room appears, and its equipment is listed once at the end.
+  bool loading = false;
+  /// The patron group for which the room lists stand; 0 for none.
+  int roomsOfGroup = 0;
+
+  int option() const;  ///< -1 for none
+  void choose(int index) { optRoom(index).Value = true; }
+  /// Shows the record's place, as the server named room or location and type of room.
+  void showPlace(std::string_view name, std::string_view roomType);
+  /// The place in words, for the window's head; empty without one.
+  std::string placeText() const;
+  void emptyRoomCombos();
+  /// The room list of an option; nullptr for pick-up.
+  ComboBox* roomCombo(int index);
+  void enableCommands();
+  /// Only pick-up remains.
+  void showPickUpOnly();
+  /// The booking can only be read from now on.
+  void disableEditing();
+
+  void optRoom_Click(int index);
+  void cboRoom_Click(int index);
+  void cboPickupLocation_Click();
+  void cmdRoom_Click(int index);
+  void cmdGenericRoom_Click(int index);
+  void cmdRoomView_Click();
+  void cmdNewRoom_Click();
+  void mnuPopupRoomsFind_Click();
+  void mnuPopupRoomsSuggest_Click();
+
+ private:
+  Frame& addOption(Container& place);
+  void connect();
+  void arrange(Container& place);
+  void fillLocations();
+
+  App& app_;
+  BookingRecord& record_;
+  const BookingForm* form_ = nullptr;
+  int roomIndex_ = 0;  ///< the option whose `cmdRoom` was pressed
+  bool editable_ = true;
+};
+
+}  // namespace vantry

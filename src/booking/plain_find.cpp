@@ -1,0 +1,170 @@
+#include "booking/plain_find.h"
+
+#include "booking/booking_record.h"
+#include "booking/modBooking_patrons.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+/// The mark of the server for any ending.
+static constexpr char kTruncation = '?';
+
+PlainFind::PlainFind(App& app) : Form(app.windows, std::string(kSearchWindow)), app_(app) {
+  fa.AccessibleName = "Found";
+  cmdOK.Default = true;
+  cmdClose.Cancel = true;
+  txtSearchFor.Enter = cmdFindNow.Click = [this] { cmdFindNow_Click(); };
+  fa.DblClick = cmdOK.Click = [this] { cmdOK_Click(); };
+  cmdClose.Click = [this] { cmdClose_Click(); };
+}
+
+void PlainFind::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  const std::string& tag = Tag.get();
+  mode_ = isGenericRoomTag(tag) ? Mode::GenericRoom : tag == kFindPatronTag ? Mode::Patron : Mode::Room;
+  showMode();
+  if (mode_ == Mode::Patron) {
+    buildGrid("<Patron Name|<Patron Group|<Barcode|<Barcode Status");
+  } else if (mode_ == Mode::Room) {
+    buildGrid("<Room|<Kind");
+    listRooms("GDRM", "Deliver");
+    listRooms("GLSRM", "Library/Media Center Scheduled Room");
+    fa.AutoSize(0, fa.Cols - 1);
+  } else {
+    showGenericRoom();
+  }
+}
+
+void PlainFind::showMode() {
+  const LayoutNode buttons = Row{Stretch{}, cmdOK, cmdClose};
+  Caption = mode_ == Mode::Patron ? "Find Patron for Booking" : "Find Room for Booking";
+  if (mode_ == Mode::GenericRoom) {
+    Layout = Column{Fields{lblRoomType, Row{cboRoomType}, lblRoomLocation, Row{cboRoomLocation}, lblCapacity,
+                           Row{cboCompare, txtRoomCapacity}},
+                    Gap{}, buttons};
+  } else if (mode_ == Mode::Patron) {
+    Layout = Column{Row{lblSearchFor, txtSearchFor, cmdFindNow}, fa, buttons};
+  } else {
+    Layout = Column{fa, buttons};
+  }
+}
+
+void PlainFind::Form_Activate() {
+  Control* const first[] = {&txtSearchFor, &fa, &cboRoomType};
+  first[static_cast<int>(mode_)]->SetFocus();
+}
+
+bool PlainFind::Form_Unload() {
+  if (isShown()) Tag = "";  // closed by the system's command
+  return true;
+}
+
+void PlainFind::buildGrid(std::string_view format) {
+  fa.Rows = 1;
+  fa.FormatString = std::string(format);
+  for (int col = 0; col < fa.Cols; ++col) {
+    fa.ColData(col, col);
+    fa.ColWidth(col, 2600);
+  }
+}
+
+void PlainFind::addRow(std::string id, std::initializer_list<std::string> cells) {
+  const int row = fa.Rows;
+  fa.Rows = row + 1;
+  fa.RowData(row, std::move(id));
+  int col = 0;
+  for (const std::string& cell : cells) fa.TextMatrix(row, col++, cell);
+  if (row == 1) fa.Row = 1;
+}
+
+void PlainFind::cmdFindNow_Click() {
+  if (trim(txtSearchFor.Text.get()).empty()) return;
+  findPatrons();
+  if (fa.hasData()) fa.SetFocus();
+}
+
+void PlainFind::findPatrons() {
+  TagMessage& message = app_.message;
+  std::string text(trim(txtSearchFor.Text.get()));
+  if (text.back() != kTruncation) text += kTruncation;
+  app_.global.BusyForm(*this);
+  fa.Rows = 1;
+  for (const auto& [tag, value] :
+       std::initializer_list<std::pair<std::string_view, std::string_view>>{{tags::SRCHTAG, "17"},
+                                                                            {tags::SRCHVAL, text},
+                                                                            {tags::SRCHFOR, "6"},
+                                                                            {tags::SRCHLOC, "5"},
+                                                                            {tags::SRCHOP, ""}})
+    message.Add(tag, value);
+  const int rc = message.Send("FIND");
+  app_.global.ReadyForm(*this);
+  if (rc != 0) return criticalBox(app_.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
+  while (message.NextRecord(tags::PID)) {
+    addRow(message.Get(tags::PID),
+           {PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN)),
+            message.Get(tags::PGNM), message.Get(tags::BNO), message.Get(tags::BST)});
+  }
+  if (!fa.hasData()) return warningBox(app_.desktop, "No matches found.");
+  fa.AutoSize(0, fa.Cols - 1);
+}
+
+void PlainFind::listRooms(std::string_view code, std::string_view kind) {
+  app_.message.Add(tags::ADBK, "Y");
+  app_.message.Add(tags::PGID, "0");
+  const int rc = app_.message.Send(code);
+  if (rc != 0) return app_.global.ReportRequestError(rc, code, Name());
+  while (app_.message.NextRecord(tags::RID))
+    addRow(app_.message.Get(tags::RID), {app_.message.Get(tags::RNM), std::string(kind)});
+}
+
+void PlainFind::showGenericRoom() {
+  const GenericRoom asked = genericRoomOf(Tag.get());
+  for (const Category& type : app_.context.categories.rooms) {
+    if (!type.storage) cboRoomType.AddItem(type.name, type.id);
+  }
+  for (const Location& location : app_.context.allLocations)
+    cboRoomLocation.AddItem(location.name, location.id);
+  cboCompare.AddItem(std::string(capacitySign(0)));
+  cboCompare.AddItem(std::string(capacitySign(1)));
+  const auto select = [](ComboBox& combo, int id) {
+    combo.ListIndex = std::max(combo.indexOfData(std::to_string(id)), combo.ListCount() > 0 ? 0 : -1);
+  };
+  select(cboRoomType, asked.roomType);
+  select(cboRoomLocation, asked.location);
+  cboCompare.ListIndex = asked.capacityOp == 0 ? 0 : 1;
+  txtRoomCapacity.Value = asked.capacity;
+}
+
+void PlainFind::answerGenericRoom() {
+  if (cboRoomType.ListIndex < 0 || cboRoomLocation.ListIndex < 0) return;
+  BookingRecord record;
+  record.GenericRoomCapacity = txtRoomCapacity.number();
+  record.GenericRoomCapacityOp = cboCompare.ListIndex;
+  GenericRoom room;
+  room.roomType = intOf(cboRoomType.ItemData(cboRoomType.ListIndex));
+  room.location = intOf(cboRoomLocation.ItemData(cboRoomLocation.ListIndex));
+  room.capacity = record.GenericRoomCapacity;
+  room.capacityOp = record.GenericRoomCapacityOp;
+  room.text = genericRoomText(record, cboRoomLocation.Text(), cboRoomType.Text());
+  close(genericRoomTag(room));
+}
+
+void PlainFind::cmdOK_Click() {
+  if (mode_ == Mode::GenericRoom) return answerGenericRoom();
+  if (fa.Row < fa.FixedRows) return;
+  const std::string& id = fa.RowData(fa.Row);
+  const std::string text = fa.TextMatrix(fa.Row, fa.columnOfData(0));
+  close(mode_ == Mode::Patron ? text + "|" + id : id + "|" + text);
+}
+
+void PlainFind::cmdClose_Click() {
+  close("");
+}
+
+void PlainFind::close(std::string answer) {
+  Tag = std::move(answer);
+  Hide();
+}
+
+}  // namespace vantry

@@ -1,0 +1,111 @@
+#include "booking/requester_panel.h"
+
+#include "platform/text.h"
+
+namespace vantry {
+
+RequesterPanel::RequesterPanel(App& app, Container& place, BookingRecord& record)
+    : requester(place, "Requester", "&Requester:", "F&ind..."),
+      chkAdminBooking(place, "chkAdminBooking", "&Administrative Booking"),
+      lblPatronGroup(place, "lblPatronGroup", "Patron Group:"),
+      txtPatronGroup(place, "txtPatronGroup"),
+      onBehalfOf(place, "OnBehalfOf", "Pick-&Up Patron:", "Find..."),
+      app_(app),
+      record_(record) {
+  txtPatronGroup.Locked = true;
+  onBehalfOf.check.Caption = "Check";
+  requester.check.AccessibleName = "Check the requester's barcode";
+  requester.pick.AccessibleName = "Find the requester";
+  onBehalfOf.check.AccessibleName = "Check the pick-up patron's barcode";
+  onBehalfOf.pick.AccessibleName = "Find the pick-up patron";
+  connect();
+}
+
+void RequesterPanel::connect() {
+  requester.text.Change = [this] {
+    requester.textChanged();
+    raise(Changed);
+  };
+  onBehalfOf.text.Change = [this] {
+    record_.PickupPatronId = 0;  // whoever stands there has to be validated anew
+    onBehalfOf.textChanged();
+    raise(Changed);
+  };
+  requester.text.Enter = requester.text.LostFocus = [this] { cmdRequesterCheck_Click(); };
+  onBehalfOf.text.Enter = onBehalfOf.text.LostFocus = [this] { cmdOnBehalfOfCheck_Click(); };
+  requester.check.Click = [this] { cmdRequesterCheck_Click(); };
+  onBehalfOf.check.Click = [this] { cmdOnBehalfOfCheck_Click(); };
+  requester.pick.Click = [this] { cmdRequester_Click(); };
+  onBehalfOf.pick.Click = [this] { cmdOnBehalfOf_Click(); };
+  chkAdminBooking.Click = [this] { chkAdminBooking_Click(); };
+}
+
+LayoutNode RequesterPanel::layout() {
+  return Fields{requester.label,  Row{requester.text, requester.check, requester.pick, requester.state},
+                lblPatronGroup,   Row{txtPatronGroup, chkAdminBooking},
+                onBehalfOf.label, Row{onBehalfOf.text, onBehalfOf.check, onBehalfOf.pick, onBehalfOf.state}};
+}
+
+PatronForm RequesterPanel::form() {
+  return {app_, requester, txtPatronGroup, &chkAdminBooking, &onBehalfOf, [this] { raise(GroupChanged); }};
+}
+
+void RequesterPanel::cmdRequester_Click() {
+  PickRequester(form(), record_);
+  raise(Changed);
+}
+
+void RequesterPanel::cmdRequesterCheck_Click() {
+  if (!requester.isPending(record_.RequesterId)) return;
+  ValidateRequesterBarcode(form(), record_);
+  raise(Changed);
+}
+
+void RequesterPanel::cmdOnBehalfOf_Click() {
+  PickPickupPatron(form(), record_);
+  raise(Changed);
+}
+
+void RequesterPanel::cmdOnBehalfOfCheck_Click() {
+  if (!onBehalfOf.isPending(record_.PickupPatronId)) return;
+  ValidatePickupBarcode(form(), record_);
+  raise(Changed);
+}
+
+void RequesterPanel::chkAdminBooking_Click() {
+  AdminBookingChanged(form(), record_);
+  raise(Changed);
+}
+
+void RequesterPanel::showBooking() {
+  requester.show(requesterText(record_));
+  requester.state.Caption = "";
+  if (!requester.text.Text.get().empty()) requester.lock();
+  txtPatronGroup.Text = record_.PatronGroupName;
+  const int pickupPatron = record_.PickupPatronId;
+  onBehalfOf.show(record_.PickupPatronName);
+  onBehalfOf.state.Caption = "";
+  record_.PickupPatronId = pickupPatron;
+  onBehalfOf.text.Locked = !trim(record_.PickupPatronName).empty();
+}
+
+void RequesterPanel::lockRequester() {
+  requester.lock();
+  requester.pick.Enabled = false;
+  chkAdminBooking.Enabled = false;
+}
+
+void RequesterPanel::hidePickupPatron() {
+  for (Control* control : {static_cast<Control*>(&onBehalfOf.label), static_cast<Control*>(&onBehalfOf.text),
+                           static_cast<Control*>(&onBehalfOf.check), static_cast<Control*>(&onBehalfOf.pick),
+                           static_cast<Control*>(&onBehalfOf.state)})
+    control->Visible = false;
+}
+
+void RequesterPanel::disableEditing() {
+  lockRequester();
+  onBehalfOf.lock();
+  onBehalfOf.pick.Enabled = false;
+}
+
+}  // namespace vantry
