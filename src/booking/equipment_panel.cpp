@@ -120,18 +120,21 @@ void EquipmentPanel::tellIfChanged(int nodesBefore) {
   if (nodes() != nodesBefore) raise(Changed);
 }
 
-void EquipmentPanel::cmdAddEquipViaNumber_Click() {
-  if (!form_) return;
+void EquipmentPanel::addByText(Adding add) {
+  if (!form_ || !editable_) return;
   const int before = nodes();
-  AddEquipmentByNumber(*form_, record_);
+  add(*form_, record_);
+  txtEquipBarcode.SetFocus();
+  txtEquipBarcode.SelectText();
   tellIfChanged(before);
 }
 
+void EquipmentPanel::cmdAddEquipViaNumber_Click() {
+  addByText(AddEquipmentByNumber);
+}
+
 void EquipmentPanel::cmdAddEquipViaBarcode_Click() {
-  if (!form_ || !editable_) return;
-  const int before = nodes();
-  AddEquipmentByBarcode(*form_, record_);
-  tellIfChanged(before);
+  addByText(AddEquipmentByBarcode);
 }
 
 void EquipmentPanel::cmdSpecific_Click() {
