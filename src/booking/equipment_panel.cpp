@@ -58,14 +58,14 @@ EquipmentPanel::EquipmentPanel(App& app, Container& place, BookingRecord& record
 }
 
 void EquipmentPanel::arrange(Container& place) {
+  const LayoutNode pieces = Column{tvwOtherEquipment, Row{cmdRemoveEquipment, cmdViewEquipment, Stretch{}}};
+  const LayoutNode types = Column{tvwEquipment, Row{cmdAddType, cmdRemoveEquipmentType, Stretch{}}};
   place.Layout =
-      Column{Row{lblEquipNumOrBarcode, LayoutNode(txtEquipBarcode).share(1), cmdAddEquipViaNumber,
+      Column{Row{Fields{lblEquipNumOrBarcode, txtEquipBarcode}.share(1), cmdAddEquipViaNumber,
                  cmdAddEquipViaBarcode, Gap{}, cmdSpecific},
-             Row{Column{tvwOtherEquipment, Row{cmdRemoveEquipment, cmdViewEquipment, Stretch{}}}.share(3),
-                 Gap{}, Column{tvwEquipment, Row{cmdAddType, cmdRemoveEquipmentType, Stretch{}}}.share(2)}
-                 .share(1),
-             Row{lblSetupTime, txtSetupTime, Gap{}, lblCleanupTime, txtCleanupTime, Gap{}, cmdSuggestTimes,
-                 Stretch{}}};
+             Row{pieces.share(3), Gap{}, types.share(2)}.share(1),
+             Row{Fields{lblSetupTime, txtSetupTime}.share(0), Gap{},
+                 Fields{lblCleanupTime, txtCleanupTime}.share(0), Gap{}, cmdSuggestTimes, Stretch{}}};
 }
 
 void EquipmentPanel::connect() {
@@ -120,18 +120,21 @@ void EquipmentPanel::tellIfChanged(int nodesBefore) {
   if (nodes() != nodesBefore) raise(Changed);
 }
 
-void EquipmentPanel::cmdAddEquipViaNumber_Click() {
-  if (!form_) return;
+void EquipmentPanel::addByText(Adding add) {
+  if (!form_ || !editable_) return;
   const int before = nodes();
-  AddEquipmentByNumber(*form_, record_);
+  add(*form_, record_);
+  txtEquipBarcode.SetFocus();
+  txtEquipBarcode.SelectText();
   tellIfChanged(before);
 }
 
+void EquipmentPanel::cmdAddEquipViaNumber_Click() {
+  addByText(AddEquipmentByNumber);
+}
+
 void EquipmentPanel::cmdAddEquipViaBarcode_Click() {
-  if (!form_ || !editable_) return;
-  const int before = nodes();
-  AddEquipmentByBarcode(*form_, record_);
-  tellIfChanged(before);
+  addByText(AddEquipmentByBarcode);
 }
 
 void EquipmentPanel::cmdSpecific_Click() {

@@ -55,6 +55,9 @@ class EquipmentPanel {
  private:
   void connect();
   void arrange(Container& place);
+  using Adding = void (&)(const BookingForm&, BookingRecord&);
+  /// Adds by the text; afterwards the field is ready for the next one.
+  void addByText(Adding add);
   void tellIfChanged(int nodesBefore);
   int nodes() const { return tvwOtherEquipment.Count() + tvwEquipment.Count(); }
   void remove(Tree& tree, std::string_view root);

@@ -34,7 +34,7 @@ MediaPanel::MediaPanel(App& app, Container& place, BookingRecord& record)
 }
 
 void MediaPanel::arrange(Container& place) {
-  place.Layout = Column{Row{lblMediaBarcodeOrID, LayoutNode(txtItemBarcode).share(1), cmdAddMediaViaBarcode,
+  place.Layout = Column{Row{Fields{lblMediaBarcodeOrID, txtItemBarcode}.share(1), cmdAddMediaViaBarcode,
                             cmdAddMediaViaNumber, Gap{}, cmdSearchMedia},
                         faMedia, Row{cmdRemoveMedia, cmdMARC, Stretch{}, cmdNewMedia}};
 }
@@ -63,22 +63,21 @@ void MediaPanel::disableEditing() {
   enableCommands();
 }
 
-void MediaPanel::tellIfChanged(int rowsBefore) {
-  if (faMedia.Rows != rowsBefore) raise(Changed);
+void MediaPanel::addByText(Adding add) {
+  if (!form_ || !editable_) return;
+  const int before = faMedia.Rows;
+  add(*form_, record_);
+  txtItemBarcode.SetFocus();
+  txtItemBarcode.SelectText();
+  if (faMedia.Rows != before) raise(Changed);
 }
 
 void MediaPanel::cmdAddMediaViaBarcode_Click() {
-  if (!form_ || !editable_) return;
-  const int before = faMedia.Rows;
-  AddMediaByBarcode(*form_, record_);
-  tellIfChanged(before);
+  addByText(AddMediaByBarcode);
 }
 
 void MediaPanel::cmdAddMediaViaNumber_Click() {
-  if (!form_) return;
-  const int before = faMedia.Rows;
-  AddMediaByItemId(*form_, record_);
-  tellIfChanged(before);
+  addByText(AddMediaByItemId);
 }
 
 void MediaPanel::cmdSearchMedia_Click() {

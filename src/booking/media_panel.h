@@ -45,8 +45,9 @@ class MediaPanel {
  private:
   void connect();
   void arrange(Container& place);
-  /// Tells whether the list has another length than before.
-  void tellIfChanged(int rowsBefore);
+  using Adding = void (&)(const BookingForm&, BookingRecord&);
+  /// Adds by the text; afterwards the field is ready for the next one.
+  void addByText(Adding add);
 
   App& app_;
   BookingRecord& record_;

@@ -49,6 +49,8 @@ void Tree::Clear() {
 
 void Tree::click(std::string_view key) {
   if (!usable() || !find(key)) return;
+  const bool isSelected = std::find(selected_.begin(), selected_.end(), key) != selected_.end();
+  if (MultiSelect && !isSelected) selected_.assign(1, std::string(key));
   SelectedKey = std::string(key);
   raise(Click);
 }

@@ -1,6 +1,7 @@
 #include "server/booking_message.h"
 
 #include <cstdlib>
+#include <set>
 
 #include "words/tags.h"
 
@@ -82,7 +83,10 @@ std::vector<EquipmentLine> equipmentOf(const Message& message) {
 
 std::vector<EquipmentAsk> bookedEquipmentOf(const Message& message) {
   std::vector<EquipmentAsk> asks;
+  std::set<std::int64_t> inferred;
   for (const EquipmentLine& line : equipmentOf(message)) {
+    // Two media types that need the same type share it, as they do in the stored booking.
+    if (line.inferred && !inferred.insert(line.ask.typeId).second) continue;
     if (!line.inRoom) asks.push_back(line.ask);
   }
   return asks;

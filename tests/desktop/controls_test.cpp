@@ -25,12 +25,13 @@ class ControlsForm : public Form {
     cmdOK.Default = true;
     cmdCancel.Cancel = true;
     lblField.ReadOnlyField = true;
+    tvwMany.MultiSelect = true;
     lblHeading.Heading = true;
     Layout = Column{Fields{lblName, txtName, lblKind, cboKind, lblDay, Row{dtDay, tmDay}},
                     txtNote,
                     Row{optFirst, optSecond, chkPrint},
                     lstItems,
-                    tvwItems,
+                    Row{tvwItems, tvwMany},
                     lblField,
                     lblPlain,
                     lblHeading,
@@ -49,6 +50,7 @@ class ControlsForm : public Form {
   CheckBox chkPrint{*this, "chkPrint", "&Print"};
   ListBox lstItems{*this, "lstItems"};
   Tree tvwItems{*this, "tvwItems"};
+  Tree tvwMany{*this, "tvwMany"};
   Label lblField{*this, "lblField"};
   Label lblPlain{*this, "lblPlain"};
   Label lblHeading{*this, "lblHeading"};
@@ -265,6 +267,56 @@ TEST_F(ControlsTest, ATreeOpensAndSelectsByKeys) {
   form.tvwItems.SelectedKey = "b";
   desktop.handleEvents();
   EXPECT_EQ(tree.currentItem(), tree.topLevelItem(1));
+}
+
+TEST_F(ControlsTest, ABoxOfATreeShowsWhatTheWindowMakesOfATick) {
+  Tree& model = form.tvwItems;
+  model.Headings = {"Type", "Status"};
+  model.TickedImage = 1;
+  model.UntickedImage = 5;
+  model.Add("", "a", "DVD", 5)->expanded = true;
+  ASSERT_TRUE(model.Add("a", "a1", "Player", 5));
+  desktop.handleEvents();
+  auto& tree = find<QTreeWidget>(form, "tvwItems");
+  EXPECT_FALSE(tree.isHeaderHidden());
+  EXPECT_EQ(tree.headerItem()->text(1), "Status");
+  EXPECT_FALSE(tree.topLevelItem(0)->flags() & Qt::ItemIsUserCheckable) << "it follows what is below it";
+  const auto child = [&] { return tree.topLevelItem(0)->child(0); };
+  const auto tick = [&] {
+    tree.setFocus();
+    tree.setCurrentItem(child());
+    QTest::keyClick(&tree, Qt::Key_Space);
+    desktop.handleEvents();
+    return child()->checkState(0);
+  };
+  int asked = 0;
+  model.Check = [&] { ++asked; };
+  EXPECT_EQ(tick(), Qt::Unchecked) << "the window refused";
+  model.Check = [&] {
+    ++asked;
+    model.find("a1")->image = 1;
+    model.changed();
+  };
+  EXPECT_EQ(tick(), Qt::Checked);
+  EXPECT_EQ(asked, 2);
+}
+
+TEST_F(ControlsTest, ATreeOfManyTellsTheOrderOfSelecting) {
+  for (const char* key : {"a", "b", "c"}) ASSERT_TRUE(form.tvwMany.Add("", key, key));
+  desktop.handleEvents();
+  auto& tree = find<QTreeWidget>(form, "tvwMany");
+  EXPECT_TRUE(tree.isHeaderHidden());
+  const auto click = [&](int row, Qt::KeyboardModifiers keys) {
+    const QRect place = tree.visualItemRect(tree.topLevelItem(row));
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, keys, place.center());
+    desktop.handleEvents();
+  };
+  click(2, {});
+  click(0, Qt::ControlModifier);
+  EXPECT_EQ(form.tvwMany.SelectedKeys(), (std::vector<std::string>{"c", "a"}));
+  EXPECT_EQ(tree.selectedItems().size(), 2);
+  click(1, {});
+  EXPECT_EQ(form.tvwMany.SelectedKeys(), std::vector<std::string>{"b"});
 }
 
 TEST_F(ControlsTest, FocusMovesRaiseOneEvent) {

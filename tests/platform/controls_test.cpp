@@ -226,6 +226,42 @@ TEST_F(Controls, ATreeTellsItsClicksAndItsExpansion) {
   EXPECT_EQ(tree.SelectedKey, "A");
 }
 
+TEST_F(Controls, OnlyALeafWithABoxIsTicked) {
+  Tree tree(form, "tvwTypes");
+  tree.TickedImage = 1;
+  tree.UntickedImage = 5;
+  ASSERT_NE(tree.Add("", "A", "A", 5), nullptr);
+  ASSERT_NE(tree.Add("A", "A1", "on", 1), nullptr);
+  ASSERT_NE(tree.Add("A", "A2", "off", 5), nullptr);
+  ASSERT_NE(tree.Add("A", "A3", "plain", 2), nullptr);
+  std::string ticked;
+  tree.Check = [&] { ticked += tree.SelectedKey.get() + " "; };
+  for (const char* key : {"A", "A1", "A2", "A3", "B"}) tree.check(key);
+  EXPECT_EQ(ticked, "A1 A2 ");
+  EXPECT_EQ(tree.find("A1")->image, 1) << "the window sets the pictures";
+}
+
+TEST_F(Controls, ATreeKeepsTheOrderInWhichNodesWereSelected) {
+  Tree tree(form, "tvwItems");
+  for (const char* key : {"A", "B", "C"}) ASSERT_NE(tree.Add("", key, key), nullptr);
+  tree.selectKeys({"B"});
+  EXPECT_TRUE(tree.SelectedKeys().empty()) << "one node at a time";
+  tree.MultiSelect = true;
+  const auto selected = [&](const std::vector<std::string>& keys) {
+    tree.selectKeys(keys);
+    std::string text;
+    for (const std::string& key : tree.SelectedKeys()) text += key;
+    return text + " " + tree.SelectedKey.get();
+  };
+  EXPECT_EQ(selected({"C"}), "C C");
+  EXPECT_EQ(selected({"A", "C"}), "CA A");
+  EXPECT_EQ(selected({"A", "B", "C", "X"}), "CAB B");
+  EXPECT_EQ(selected({"A", "B"}), "AB B");
+  tree.Remove("B");
+  EXPECT_EQ(selected({"A"}), "A A");
+  EXPECT_EQ(selected({}), " ");
+}
+
 TEST_F(Controls, AToolIsChosenWhereItCanBeUsed) {
   ToolBar bar(form, "barMain");
   Tool& add = bar.addButton(3, "abNew", "New", "new");

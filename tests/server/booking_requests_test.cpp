@@ -223,6 +223,8 @@ TEST_P(BookingRequests, LimitsOfTypesAndCounts) {
   const std::string ten = times(3, "10:00", "11:00");
   EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3").rc, 0);
   EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3; ETI=2; IFL=N").text(), "149|ETY=3|VUF=118");
+  EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; ETI=2; IFL=Y; ETI=2; IFL=Y").rc, 0)
+      << "a type that two media types need counts once";
   EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; ETI=4; IFL=N").text(),
             "149|ETY=Television, Camera|BKINT=H BKPER=8 VUF=153|VUF=155");
   EXPECT_EQ(send("VIUL", head + ten + "; " + film1 + "; MTID=1; BI=1; MI=1; IM=2").rc, 0);
@@ -291,6 +293,9 @@ TEST_P(BookingRequests, StatusesNotesSuggestionsAndMedia) {
   EXPECT_EQ(send("GETPMSG", "PWHI=0; PTYP=8; PWID=1").text(), "0|PMSG=Key back?");
   EXPECT_EQ(send("GETPMSG", "PWHI=0; PTYP=1; PWID=1").text(), "0|");
   EXPECT_EQ(send("SUG", "RID=1; EID=1; EID=4; EQIR=Y; ETI=2; IFL=N").text(), "0|CTIME=5 UTIME=25");
+  EXPECT_EQ(send("SUG", "RID=1; ETI=2; IFL=Y; ETI=2; IFL=Y").text(),
+            send("SUG", "RID=1; ETI=2; IFL=Y").text())
+      << "two media types share what both need";
   EXPECT_EQ(send("ITMEQS", "MTID=1; PGID=1; ADBK=N").text(), "0|MTY=Film|ETI=1 ETY=Television")
       << "a type that the group may not book is none to offer";
   EXPECT_EQ(send("GBBIB", "IB=M2").text(), "0||BI=1 IM=2 MI=1 MTID=1 MTY=Film TITL=Volcanoes");

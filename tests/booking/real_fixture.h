@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "booking/booking_fixture.h"
+#include "platform/text.h"
+#include "transport/embedded_server.h"
+#include "transport/http_transport.h"
+
+namespace vantry::test {
+
+/// A desk at the demo library on the real server, around 24 November 2026.
+struct RealLibrary : testing::Test {
+  static inline std::filesystem::path folder;
+  static inline std::unique_ptr<EmbeddedServer> embedded;
+
+  static void SetUpTestSuite() {
+    std::string name = (std::filesystem::temp_directory_path() / "vantry-booking-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
+    folder = name;
+    DemoOptions demo;
+    demo.date = "2026-11-24";
+    demo.daysBack = 3;
+    demo.daysAhead = 5;
+    embedded =
+        std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder / "library.sqlite", demo, true});
+  }
+  static void TearDownTestSuite() {
+    embedded.reset();
+    std::filesystem::remove_all(folder);
+  }
+
+  ScriptedDesktop desktop;
+  HttpTransport transport{{embedded->address()}};
+  FixedClock clock;
+  MemorySettings settings;
+  NotedComponents components;
+  App app{{desktop, transport, clock, settings, components, {}, {}}, ""};
+
+  void SetUp() override {
+    app.daySlots = daySlots(6, 10, 1);
+    ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
+    ASSERT_EQ(send("RLL", {{"OI", "desk"}}), 0);
+    ASSERT_TRUE(app.message.NextRecord("LNA"));
+    ASSERT_EQ(send("SLL", {{"LOC", app.message.Get("LOC")}}), 0);
+  }
+
+  int send(std::string_view code, const std::vector<TagValue>& tags) {
+    for (const auto& [tag, value] : tags) app.message.Add(tag, value);
+    return app.message.Send(code);
+  }
+  std::string get(std::string_view tag) { return app.message.Get(tag); }
+
+  std::vector<std::string> liveBookings() {
+    std::vector<std::string> ids;
+    for (const char* date : {"2026-11-25", "2026-11-26", "2026-11-27"}) {
+      if (send("BOOKDAY", {{"DATE", date}, {"HBK", "N"}}) != 0) continue;
+      while (app.message.NextRecord("BOOKID")) {
+        if (intOf(get("BKRES")) == 0) ids.push_back(get("BOOKID"));
+      }
+    }
+    return ids;
+  }
+
+  /// A live booking whose `code` lists a thing with this tag; its record, and the thing's tags.
+  struct Found {
+    BookingRecord record;
+    std::vector<TagValue> thing;
+  };
+  Found find(std::string_view code, std::string_view tag, std::initializer_list<std::string_view> tags) {
+    for (const std::string& id : liveBookings()) {
+      Found found;
+      if (send("GETMSD", {{"BOOKID", id}}) != 0) continue;
+      ReadBookingHead(app.message, found.record);
+      if (found.record.PatronGroupId == 0 || send(code, {{"BOOKID", id}}) != 0) continue;
+      const bool single = code == "GETSRM";
+      while (single || app.message.NextRecord(tag)) {
+        if (intOf(get(tag)) != 0) {
+          for (const std::string_view wanted : tags)
+            found.thing.push_back({std::string(wanted), get(wanted)});
+          return found;
+        }
+        if (single) break;
+      }
+    }
+    throw std::runtime_error("the demo library has no booking with a " + std::string(tag));
+  }
+
+  std::vector<TagValue> withTimes(const Found& found, std::vector<TagValue> first) {
+    first.push_back({"PGID", std::to_string(found.record.PatronGroupId)});
+    first.push_back({"STIME", found.record.StartTime});
+    first.push_back({"ETIME", found.record.EndTime});
+    first.insert(first.end(), found.thing.begin(), found.thing.end());
+    return first;
+  }
+};
+
+}  // namespace vantry::test
