@@ -26,12 +26,12 @@
 namespace vantry {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Stopwatch = std::chrono::steady_clock;
 constexpr int kRounds = 15;
 const Date kBusyDay{2026, 11, 24};
 
-double since(Clock::time_point start) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+double since(Stopwatch::time_point start) {
+  return std::chrono::duration<double, std::milli>(Stopwatch::now() - start).count();
 }
 
 double median(std::vector<double> values) {
@@ -61,7 +61,7 @@ class TimedTransport : public Transport {
     return line_.changePassword(old, fresh, reason);
   }
   DeliveryResult send(const Request& request) override {
-    const auto start = Clock::now();
+    const auto start = Stopwatch::now();
     DeliveryResult result = line_.send(request);
     lastMilliseconds = since(start);
     return result;
@@ -80,7 +80,7 @@ struct Round {
 Round changeDate(frmMain& window, QtDesktop& desktop, const TimedTransport& line) {
   DateField& field = window.dayView.dtViewBookings;
   field.Value.put(std::nullopt);
-  const auto start = Clock::now();
+  const auto start = Stopwatch::now();
   field.Value = kBusyDay;
   const double filled = since(start);
   window.Refresh();
@@ -104,13 +104,13 @@ void measure(frmMain& window, QtDesktop& desktop, const TimedTransport& line) {
   std::printf("memory of client and embedded server, MB  %.0f\n", memoryMegabytes());
 }
 
-int run(const std::string& folder, int count, QtDesktop& desktop, Clock::time_point begin) {
+int run(const std::string& folder, int count, QtDesktop& desktop, Stopwatch::time_point begin) {
   const std::string file = folder + "/bench-" + std::to_string(count) + ".sqlite";
   DemoOptions options;
   options.date = serverDate(kBusyDay);
   options.bookingsOn = options.date;
   options.bookingsOnCount = count;
-  if (createDemoDatabase(file, options)) begin = Clock::now();
+  if (createDemoDatabase(file, options)) begin = Stopwatch::now();
   EmbeddedServer server({file, {}, false});
   HttpTransport http({.address = server.address()});
   TimedTransport line(http);
@@ -122,13 +122,11 @@ int run(const std::string& folder, int count, QtDesktop& desktop, Clock::time_po
   frmMain window(app);
   app.setMain(window);
   bool measured = false;
-  DemoOperator operatorAtTheDesk(
-      desktop, [&]() -> App& { return app; },
-      [&] {
-        std::printf("start to usable day view  %.0f\n", since(begin));
-        measure(window, desktop, line);
-        measured = true;
-      });
+  DemoOperator demo(desktop, app, [&] {
+    std::printf("start to usable day view  %.0f\n", since(begin));
+    measure(window, desktop, line);
+    measured = true;
+  });
   desktop.run([&] { return demo.start(); });
   return measured ? 0 : 1;
 }
@@ -137,7 +135,7 @@ int run(const std::string& folder, int count, QtDesktop& desktop, Clock::time_po
 }  // namespace vantry
 
 int main(int argc, char** argv) {
-  const auto begin = vantry::Clock::now();
+  const auto begin = std::chrono::steady_clock::now();
   if (argc != 3) {
     std::fprintf(stderr, "usage: day_view FOLDER COUNT\n");
     return 2;

@@ -1,6 +1,7 @@
 #include "desktop/grid_delegate.h"
 
 #include <QPainter>
+#include <memory>
 
 #include "desktop/grid_model.h"
 #include "desktop/grid_view.h"
@@ -46,7 +47,10 @@ static Merge mergeOf(const GridView& view, const Grid& grid, int row, int column
   return merge;
 }
 
-GridDelegate::GridDelegate(GridView& view) : QStyledItemDelegate(&view), view_(view) {}
+/// Some screens' worth of cells.
+static constexpr int kKeptTexts = 4000;
+
+GridDelegate::GridDelegate(GridView& view) : QStyledItemDelegate(&view), view_(view), texts_(kKeptTexts) {}
 
 static void paintLines(QPainter& painter, const QRect& rect, const Merge& merge) {
   painter.setPen(style::hairline());
@@ -80,12 +84,36 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const QRect room = option.rect.adjusted(style::kCellMargin, 0, -style::kCellMargin, 0);
   QString text = qt(cell.text);
   text.replace('\n', ' ');
-  if (option.fontMetrics.horizontalAdvance(text) > room.width())
-    text = option.fontMetrics.elidedText(text, Qt::ElideRight, room.width());
   painter->setFont(option.font);
   painter->setPen(ink);
-  painter->drawText(room, kAligned[static_cast<int>(grid.ColAlignment(index.column()))] | Qt::AlignVCenter,
-                    text);
+  drawText(*painter, room, kAligned[static_cast<int>(grid.ColAlignment(index.column()))], text);
+}
+
+void GridDelegate::drawText(QPainter& painter, const QRect& room, Qt::Alignment alignment,
+                            const QString& text) const {
+  const QStaticText& laidOut = layOut(text, painter.font());
+  const QSizeF size = laidOut.size();
+  if (size.width() > room.width()) {
+    const QFontMetrics metrics(painter.font());
+    painter.drawText(room, static_cast<int>(alignment | Qt::AlignVCenter),
+                     metrics.elidedText(text, Qt::ElideRight, room.width()));
+    return;
+  }
+  const QRect place =
+      QStyle::alignedRect(painter.layoutDirection(), alignment | Qt::AlignVCenter, size.toSize(), room);
+  painter.drawStaticText(place.topLeft(), laidOut);
+}
+
+const QStaticText& GridDelegate::layOut(const QString& text, const QFont& font) const {
+  if (font != font_) texts_.clear();
+  font_ = font;
+  if (const QStaticText* known = texts_.object(text)) return *known;
+  auto fresh = std::make_unique<QStaticText>(text);
+  fresh->setTextFormat(Qt::PlainText);
+  fresh->prepare({}, font);
+  const QStaticText& kept = *fresh;
+  texts_.insert(text, fresh.release());
+  return kept;
 }
 
 }  // namespace vantry

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QCache>
+#include <QFont>
+#include <QStaticText>
 #include <QStyledItemDelegate>
 
 namespace vantry {
@@ -13,7 +16,15 @@ class GridDelegate : public QStyledItemDelegate {
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
  private:
+  /// Draws the text with an ellipsis where it does not fit.
+  void drawText(QPainter& painter, const QRect& room, Qt::Alignment alignment, const QString& text) const;
+  /// The text laid out; valid until the next call.
+  const QStaticText& layOut(const QString& text, const QFont& font) const;
+
   GridView& view_;
+  /// Laying a text out costs most of painting a cell, and lists are painted over and over.
+  mutable QCache<QString, QStaticText> texts_;
+  mutable QFont font_;
 };
 
 }  // namespace vantry

@@ -124,6 +124,7 @@ class ListBoxBinder : public ListBinder {
       : ListBinder(list, host, widget), list_(list), widget_(widget) {
     widget.setModel(&model());
     widget.setUniformItemSizes(true);
+    if (list.MultiSelect) widget.setSelectionMode(QAbstractItemView::MultiSelection);
     connect(widget.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { selectionChanged(); });
     connect(&widget, &QListView::doubleClicked, this, [this] { choose(); });
@@ -140,14 +141,29 @@ class ListBoxBinder : public ListBinder {
 
  private:
   void select(int index) override {
-    if (index < 0) {
+    if (list_.MultiSelect) {
+      selectMarked();
+    } else if (index < 0) {
       widget_.clearSelection();
     } else {
       widget_.setCurrentIndex(model().index(index));
     }
   }
+  void selectMarked() {
+    for (int row = 0; row < list_.ListCount(); ++row)
+      widget_.selectionModel()->select(model().index(row), list_.Selected(row)
+                                                               ? QItemSelectionModel::Select
+                                                               : QItemSelectionModel::Deselect);
+  }
+  void markSelected() {
+    for (int row = 0; row < list_.ListCount(); ++row) {
+      const bool on = widget_.selectionModel()->isSelected(model().index(row));
+      if (on != list_.Selected(row)) act([this, row] { list_.toggle(row); });
+    }
+  }
   void selectionChanged() {
     if (showing()) return;
+    if (list_.MultiSelect) return markSelected();
     const auto rows = widget_.selectionModel()->selectedRows();
     chosen(rows.isEmpty() ? -1 : rows.first().row());
   }

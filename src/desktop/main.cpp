@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "circulation/circulation_dialogs.h"
 #include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
 #include "desktop/note_window.h"
@@ -58,6 +59,8 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   fillMakers(app.makers);
   frmMain mainWindow(app);
   app.setMain(mainWindow);
+  CirculationDialogs circulation(app);
+  app.setCirculation(circulation);
   if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });
   bool written = false;
   DemoOperator demo(desktop, app, [&] { written = desktop.writePicture(mainWindow, options.screenshot); });

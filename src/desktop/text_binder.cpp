@@ -37,7 +37,7 @@ class LineBinder : public Binder {
     if (aspect == Aspect::Text) showText();
     if (aspect == Aspect::State) widget_.setReadOnly(box_.Locked);
     // The click that brought the focus still places the cursor, so that the selection comes after it.
-    if (aspect == Aspect::Selection && widget_.hasFocus())
+    if (aspect == Aspect::Selection && widget_.window()->focusWidget() == &widget_)
       QTimer::singleShot(0, &widget_, &QLineEdit::selectAll);
     Binder::update(aspect);
   }
@@ -91,7 +91,16 @@ class TextBinder : public Binder {
   }
   void showText() {
     const QString text = qt(box_.Text.get());
-    if (widget_.toPlainText() != text) widget_.setPlainText(text);
+    const QString before = widget_.toPlainText();
+    if (before == text) return;
+    if (box_.Locked && !before.isEmpty() && text.startsWith(before)) return append(text.mid(before.size()));
+    widget_.setPlainText(text);
+  }
+  /// A log that grows stays at its last line.
+  void append(const QString& text) {
+    widget_.moveCursor(QTextCursor::End);
+    widget_.insertPlainText(text);
+    widget_.ensureCursorVisible();
   }
 
   TextBox& box_;

@@ -136,12 +136,14 @@ struct MainMenus {
   MenuItem mnuPopupBookingsEdit{mnuPopupBookings, "mnuPopupBookingsEdit", "Edit"};
   MenuItem mnuPopupBookingsDelete{mnuPopupBookings, "mnuPopupBookingsDelete", "Delete"};
   MenuItem mnuPopupBookingsCancel{mnuPopupBookings, "mnuPopupBookingsCancel", "Cancel"};
+  MenuItem mnuPopupBookingsSep1{mnuPopupBookings, "mnuPopupBookingsSep1", "-"};
   MenuItem mnuPopupBookingsCharge{mnuPopupBookings, "mnuPopupBookingsCharge", "Charge"};
   MenuItem mnuPopupBookingsDischarge{mnuPopupBookings, "mnuPopupBookingsDischarge", "Discharge..."};
-  MenuItem mnuPopupBookingsLine{mnuPopupBookings, "mnuPopupBookingsLine", "-"};
+  MenuItem mnuPopupBookingsSep2{mnuPopupBookings, "mnuPopupBookingsSep2", "-"};
   MenuItem mnuPopupBookingsSort{mnuPopupBookings, "mnuPopupBookingsSort", "Sort"};
   MenuItem mnuPopupBookingSortAsc{mnuPopupBookingsSort, "mnuPopupBookingSortAsc", "Ascending"};
   MenuItem mnuPopupBookingSortDesc{mnuPopupBookingsSort, "mnuPopupBookingSortDesc", "Descending"};
+  MenuItem mnuPopupBookingsSep3{mnuPopupBookings, "mnuPopupBookingsSep3", "-"};
   MenuItem mnuPopupBookingsPrint{mnuPopupBookings, "mnuPopupBookingsPrint", "Print"};
   MenuItem mnuPopupBookingsPrintDetail{mnuPopupBookingsPrint, "mnuPopupBookingsPrintDetail",
                                        "Item Detail (selected)"};

@@ -69,7 +69,7 @@ ListControl::ListControl(Container& parent, std::string name, ControlKind kind)
 }
 
 void ListControl::AddItem(std::string text, std::string data) {
-  items_.push_back({std::move(text), std::move(data)});
+  items_.push_back({std::move(text), std::move(data), false});
   tell(Aspect::List);
 }
 
@@ -109,6 +109,17 @@ void ListBox::doubleClick(int index) {
   if (!usable()) return;
   select(index);
   raise(DblClick);
+}
+
+void ListBox::Selected(int index, bool on) {
+  bool& selected = items_.at(static_cast<std::size_t>(index)).selected;
+  if (selected == on) return;
+  selected = on;
+  tell(Aspect::Selection);
+}
+
+void ListBox::toggle(int index) {
+  if (usable()) Selected(index, !Selected(index));
 }
 
 Frame::Frame(Container& parent, std::string name, std::string caption, int border)

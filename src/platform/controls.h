@@ -106,10 +106,10 @@ class ListControl : public Control {
  protected:
   ListControl(Container& parent, std::string name, ControlKind kind);
 
- private:
   struct Item {
     std::string text;
     std::string data;
+    bool selected = false;
   };
   std::vector<Item> items_;
 };
@@ -127,6 +127,13 @@ class ListBox : public ListControl {
   ListBox(Container& parent, std::string name) : ListControl(parent, std::move(name), ControlKind::ListBox) {}
   Event DblClick;
   void doubleClick(int index);
+
+  /// Each entry is selected or not by itself; `ListIndex` says nothing then.
+  bool MultiSelect = false;
+  bool Selected(int index) const { return items_.at(static_cast<std::size_t>(index)).selected; }
+  void Selected(int index, bool on);
+  /// The operator selects an entry, or takes it back.
+  void toggle(int index);
 };
 
 /// A part of a window that holds controls of its own. `BorderStyle` 0 shows neither line nor caption.

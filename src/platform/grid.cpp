@@ -17,6 +17,7 @@ Grid::Grid(Container& parent, std::string name) : Control(parent, std::move(name
   Rows.Changed = [this] { resizeRows(); };
   Cols.Changed = [this] { resizeColumns(); };
   FormatString.Changed = [this] { readFormat(); };
+  Row.Changed = [this] { raise(RowColChange); };
   Redraw.Changed = [this] { tellIfDrawn(Aspect::Structure); };
   resizeColumns();
 }

@@ -48,6 +48,7 @@ class Grid : public Control {
   Event DblClick;  ///< the operator chose a row, by double-click or Enter
   Event RightClick;
   Event AfterMoveColumn;
+  Event RowColChange;  ///< another row is selected, by the operator or by code
 
   /// Where the pointer was at the last click; -1 beyond the cells.
   int MouseRow = -1;

@@ -67,11 +67,8 @@ class DayView {
   bool isShown(int status) const;
   void allowByStatus(int status);
   int selectedStatus() const;
-  /// Sends the code with the selected booking's id.
-  int sendForSelected(std::string_view code);
-  /// Asks and then sends the two requests of a command that does away with the selected booking.
-  struct Removal;
-  void removeSelected(const Removal& removal);
+  /// Does away with the selected booking; a failed check is reported for the form.
+  void removeSelected(const struct Removal& removal, std::string_view checkForm);
 
   MainParts parts_;
   std::string selectedId_;

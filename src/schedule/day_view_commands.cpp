@@ -1,10 +1,9 @@
 // The commands of the day view on the selected booking.
-#include <span>
-
+#include "circulation/charge.h"
+#include "frame/booking_removal.h"
 #include "frame/modMain.h"
 #include "platform/text.h"
 #include "schedule/day_view.h"
-#include "words/tags.h"
 
 namespace vantry {
 
@@ -95,7 +94,8 @@ void DayView::faDayBookings_DblClick() {
 void DayView::faDayBookings_RightClick() {
   MainMenus& m = parts_.menus;
   for (MenuItem* entry : {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete,
-                          &m.mnuPopupBookingsCancel, &m.mnuPopupBookingsLine, &m.mnuPopupBookingsPrint})
+                          &m.mnuPopupBookingsCancel, &m.mnuPopupBookingsSep1, &m.mnuPopupBookingsCharge,
+                          &m.mnuPopupBookingsDischarge, &m.mnuPopupBookingsSep3, &m.mnuPopupBookingsPrint})
     entry->Visible = true;
   parts_.app.desktop.popupMenu(m.mnuPopupBookings, nullptr);
 }
@@ -105,69 +105,28 @@ void DayView::cmdEditBooking_Click() {
   OpenRecordWindow(parts_.app, kBooking, selectedId_);
 }
 
-/// A return code that a command words by itself.
-struct OwnWords {
-  int rc;
-  std::string_view warning;
-};
-
-/// A command that does away with the selected booking: the question, the request that asks whether it may be,
-/// the request that does it.
-struct DayView::Removal {
-  std::string_view question;
-  std::string_view check;
-  std::string_view code;
-  std::string_view checkForm;  ///< the form that a failed check is reported for; empty: this window
-  std::span<const OwnWords> ownWords;
-};
-
-int DayView::sendForSelected(std::string_view code) {
-  parts_.app.message.Add(tags::BOOKID, selectedId_);
-  return parts_.app.message.Send(code);
-}
-
-void DayView::removeSelected(const Removal& removal) {
-  App& app = parts_.app;
-  if (!questionBox(app.desktop, std::string(removal.question))) return;
-  app.global.BusyAllForms();
-  int rc = sendForSelected(removal.check);
-  if (rc != 0) {
-    app.global.ReadyAllForms();
-    for (const OwnWords& words : removal.ownWords) {
-      if (words.rc == rc) return warningBox(app.desktop, std::string(words.warning));
-    }
-    const std::string_view form = removal.checkForm.empty() ? parts_.form.Name() : removal.checkForm;
-    return app.global.ReportRequestError(rc, removal.check, form);
-  }
-  rc = sendForSelected(removal.code);
-  app.global.ReadyAllForms();
-  if (rc != 0) return app.global.ReportRequestError(rc, removal.code, parts_.form.Name());
-  GetBookingsForDate();
+void DayView::removeSelected(const Removal& removal, std::string_view checkForm) {
+  const RemovalForms forms{checkForm, parts_.form.Name()};
+  if (RemoveBooking(parts_.app, removal, selectedId_, forms) == Removed::Done) GetBookingsForDate();
 }
 
 void DayView::cmdDeleteBooking_Click() {
-  static constexpr OwnWords ownWords[] = {{106, "Booking in progress.  Cannot delete!"}};
   // A failed check is reported for the booking editor's window; this is deliberate.
-  removeSelected(
-      {"Are you sure you wish to delete the selected booking?", "VALDELBK", "DELBK", "frmBooking", ownWords});
+  removeSelected(deleteRemoval(), "frmBooking");
 }
 
 void DayView::cmdCancelBooking_Click() {
-  static constexpr OwnWords ownWords[] = {{114, "Booking not eligible for cancellation.  Equipment charged."},
-                                          {115, "Booking not eligible for cancellation.  Item charged."}};
-  removeSelected({"Are you sure you wish to cancel the selected booking?", "VERCAN", "CANBK", "", ownWords});
+  removeSelected(cancelRemoval(), parts_.form.Name());
 }
 
 void DayView::cmdChargeDayView_Click() {
-  parts_.app.slots.ids[kBooking] = selectedId_;
-  parts_.app.makers.run("ChargeBookingMain", parts_.app);
+  ChargeBookingMain(parts_.app, selectedId_, faDayBookings, legend);
   const int status = selectedStatus();
   if (status == 99 || status == 999) faDayBookings_Click();
 }
 
 void DayView::cmdDischargeDayView_Click() {
-  parts_.app.slots.ids[kBooking] = selectedId_;
-  parts_.app.makers.run("DischargeBookingMain", parts_.app);
+  DischargeBookingMain(parts_.app, selectedId_, faDayBookings, legend);
   if (selectedStatus() == 1) faDayBookings_Click();
 }
 

@@ -41,11 +41,10 @@ frmMain::frmMain(App& app) : Form(app.windows, "frmMain"), app_(app) {
   StatusBar1.Panels(5).Picture = "lock";
   StatusBar1.Panels(5).Visible = false;
   // What serves the views without being seen, or waits for its view to be built.
-  for (Control* control : std::initializer_list<Control*>{
-           &dtServerDate, &txtServerTime, &dtTempDate, &cboChargeSearch, &cboDischargeSearch,
-           &cboQuickDischargeType, &tvwCDetails, &tvwDDetails, &legendDelivery.lblCharged,
-           &legendDelivery.lblComplete, &legendDelivery.lblCanceled, &legendDelivery.lblUnclaimed,
-           &legendDelivery.lblOverdue})
+  for (Control* control :
+       std::initializer_list<Control*>{&dtServerDate, &txtServerTime, &dtTempDate, &legendDelivery.lblCharged,
+                                       &legendDelivery.lblComplete, &legendDelivery.lblCanceled,
+                                       &legendDelivery.lblUnclaimed, &legendDelivery.lblOverdue})
     control->Visible = false;
   dtTempDate.Value = app.clock.now().date;
   tmrDaemon.Interval = kTickMilliseconds;
@@ -69,15 +68,15 @@ void frmMain::Form_Load() {
     popup->Visible = false;
   dayView.BuildBookingFlexArray();
   staffView.BuildStaffFlexArray();
-  tvwCDetails.Pictures = {"folder-closed", "folder-open"};
-  tvwDDetails.Pictures = {"folder-closed", "folder-open"};
+  chargeView.load();
+  dischargeView.load();
+  quickDischargeView.load();
   monthView.reset();
   yearView.reset();
   lblView.BackColor = albStandard.BackColor;
   menus.mnuHelpWebSite1.Caption = app_.supportCaption;
   albDaemon.Visible = false;
   albStandard.Visible = app_.preferences.Position != 2;
-  fillSearchLists();
   if (app_.session.IsIndicatorShown()) StatusBar1.Panels(5).Visible = true;
 }
 
@@ -109,28 +108,6 @@ void frmMain::showStatus(int panel, std::string_view text) {
 
 void frmMain::showOperator(std::string_view operatorId) {
   menus.mnuFileLogoff.Caption = "Log &Off " + std::string(operatorId);
-}
-
-void frmMain::fillSearchLists() {
-  const auto fill = [](ComboBox& combo, std::initializer_list<const char*> texts) {
-    combo.Clear();
-    for (const char* text : texts) combo.AddItem(text);
-  };
-  fill(cboChargeSearch,
-       {"Requester Barcode", "Pickup Patron Barcode", "Confirmation Number", "Patron Last Name"});
-  fill(cboDischargeSearch,
-       {"Requester Barcode", "Pickup Patron Barcode", "Confirmation Number", "Media Barcode",
-        "Equipment Barcode", "Patron Last Name", "Item ID", "Equipment Number"});
-  // The kinds of call numbers carry the numbers by which the server's catalogue knows them.
-  for (const auto& [text, number] : std::initializer_list<std::pair<const char*, const char*>>{
-           {"Library of Congress Call Number", "0"},
-           {"Dewey Decimal Call Number", "1"},
-           {"NLM Classification Call Number", "2"},
-           {"Government Documents Call Number", "3"},
-           {"Other Call Number", "8"},
-           {"Codoc Classification Call Number", "999"}})
-    cboDischargeSearch.AddItem(text, number);
-  fill(cboQuickDischargeType, {"Media Barcode", "Item ID", "Equipment Barcode", "Equipment Number"});
 }
 
 void frmMain::takeColours() {
@@ -168,9 +145,10 @@ void frmMain::applyPreferences(Applies what) {
       takeColours();
       break;
     case Applies::Searches:
-      cboChargeSearch.ListIndex = p.ChargeSearch;
-      cboDischargeSearch.ListIndex = p.DischargeSearch;
-      for (Grid* grid : {&dayView.faDayBookings, &staffView.faStaff}) {
+      chargeView.cboChargeSearch.ListIndex = p.ChargeSearch;
+      dischargeView.cboDischargeSearch.ListIndex = p.DischargeSearch;
+      for (Grid* grid : {&dayView.faDayBookings, &chargeView.faChargeBookings,
+                         &dischargeView.faDischargeBookings, &staffView.faStaff}) {
         SetGridMerge(*grid, p.MergeCells);
         SetGridAutoSize(app_, *grid);
       }
@@ -196,18 +174,25 @@ void frmMain::mnuView_Click() {
   showStatus(2, "");
 }
 
-Grid* frmMain::visibleBookingGrid() {
-  return frames.fraView(1).Visible ? &dayView.faDayBookings : nullptr;
+void frmMain::sortBookings(void (*sort)(Grid&)) {
+  if (frames.fraView(1).Visible) {
+    sort(dayView.faDayBookings);
+    dayView.forgetSelection();
+  } else if (frames.fraView(4).Visible) {
+    sort(chargeView.faChargeBookings);
+    chargeView.sorted();
+  } else if (frames.fraView(5).Visible) {
+    sort(dischargeView.faDischargeBookings);
+    dischargeView.sorted();
+  }
 }
 
 void frmMain::mnuPopupBookingSortAsc_Click() {
-  if (Grid* grid = visibleBookingGrid()) SortAscendingBookings(*grid);
-  dayView.forgetSelection();
+  sortBookings(SortAscendingBookings);
 }
 
 void frmMain::mnuPopupBookingSortDesc_Click() {
-  if (Grid* grid = visibleBookingGrid()) SortDescendingBookings(*grid);
-  dayView.forgetSelection();
+  sortBookings(SortDescendingBookings);
 }
 
 }  // namespace vantry

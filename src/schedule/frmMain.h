@@ -3,9 +3,11 @@
 #include <string_view>
 #include <vector>
 
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
+#include "circulation/quick_discharge_view.h"
 #include "frame/main_parts.h"
 #include "inventory/staff_view.h"
-#include "platform/tree.h"
 #include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
 #include "schedule/main_views.h"
@@ -74,6 +76,9 @@ class frmMain : public Form, public MainWindow {
   void mnuHelpAbout_Click();
   void mnuFileLoginInfo_Click();
   void mnuFileChangePassword_Click();
+  void mnuPopupBookingsEdit_Click();
+  void mnuPopupBookingsDelete_Click();
+  void mnuPopupBookingsCancel_Click();
   void mnuPopupBookingsCharge_Click();
   void mnuPopupBookingsDischarge_Click();
   void mnuPopupBookingSortAsc_Click();
@@ -100,17 +105,15 @@ class frmMain : public Form, public MainWindow {
   Label lblMultipleBookingsColor{*this, "lblMultipleBookingsColor", "Multiple bookings"};
   Label lblSingleBookingColor{*this, "lblSingleBookingColor", "Single booking"};
 
-  // The views, and the controls of views to come that the start-up fills.
+  // The views.
   DayView dayView{parts(), frames.fraView(1)};
   MonthView monthView{parts(), frames.fraView(2), bookingColours()};
   YearView yearView{parts(), frames.fraView(3), bookingColours()};
   StaffView staffView{parts(), frames.fraStaff(1)};
   LegendLabels legendDelivery{frames.fraDaemon(2), 1};
-  ComboBox cboChargeSearch{frames.fraView(4), "cboChargeSearch"};
-  ComboBox cboDischargeSearch{frames.fraView(5), "cboDischargeSearch"};
-  ComboBox cboQuickDischargeType{frames.fraView(6), "cboQuickDischargeType"};
-  Tree tvwCDetails{frames.fraView(4), "tvwCDetails"};
-  Tree tvwDDetails{frames.fraView(5), "tvwDDetails"};
+  ChargeView chargeView{parts(), frames.fraView(4)};
+  DischargeView dischargeView{parts(), frames.fraView(5)};
+  QuickDischargeView quickDischargeView{parts(), frames.fraView(6)};
 
   /// For StartStopTimer's clock: ticks of the timer until the next refresh.
   int ticksToRefresh = 0;
@@ -126,7 +129,6 @@ class frmMain : public Form, public MainWindow {
   void connectViews();
   void connectTools();
   void takeColours();
-  void fillSearchLists();
   void disablePrintEntries();
   void adjustViewEntries();
   void fillViewCombo(Mode mode);
@@ -139,7 +141,8 @@ class frmMain : public Form, public MainWindow {
   void closeWorkingWindows();
   /// Tells which windows still stand; false when none but this one does.
   bool tellOpenWindows(std::string_view sentence);
-  Grid* visibleBookingGrid();
+  /// Runs a sort on the bookings that show.
+  void sortBookings(void (*sort)(Grid&));
 
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;

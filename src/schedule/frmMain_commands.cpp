@@ -155,9 +155,9 @@ void frmMain::connectMenus() {
 void frmMain::connectViews() {
   MainMenus& m = menus;
   m.mnuPopupBookingsNew.Click = [this] { dayView.cmdNewBooking_Click(); };
-  m.mnuPopupBookingsEdit.Click = [this] { dayView.cmdEditBooking_Click(); };
-  m.mnuPopupBookingsDelete.Click = [this] { dayView.cmdDeleteBooking_Click(); };
-  m.mnuPopupBookingsCancel.Click = [this] { dayView.cmdCancelBooking_Click(); };
+  m.mnuPopupBookingsEdit.Click = [this] { mnuPopupBookingsEdit_Click(); };
+  m.mnuPopupBookingsDelete.Click = [this] { mnuPopupBookingsDelete_Click(); };
+  m.mnuPopupBookingsCancel.Click = [this] { mnuPopupBookingsCancel_Click(); };
   m.mnuPopupBookingsCharge.Click = [this] { mnuPopupBookingsCharge_Click(); };
   m.mnuPopupBookingsDischarge.Click = [this] { mnuPopupBookingsDischarge_Click(); };
   m.mnuPopupBookingSortAsc.Click = [this] { mnuPopupBookingSortAsc_Click(); };
@@ -285,12 +285,29 @@ void frmMain::mnuFileChangePassword_Click() {
   app_.makers.run("ChangePassword", app_);
 }
 
+void frmMain::mnuPopupBookingsEdit_Click() {
+  if (frames.fraView(4).Visible) return chargeView.cmdCEdit_Click();
+  dayView.cmdEditBooking_Click();
+}
+
+void frmMain::mnuPopupBookingsDelete_Click() {
+  if (frames.fraView(4).Visible) return chargeView.cmdCDelete_Click();
+  dayView.cmdDeleteBooking_Click();
+}
+
+void frmMain::mnuPopupBookingsCancel_Click() {
+  if (frames.fraView(4).Visible) return chargeView.cmdCCancel_Click();
+  dayView.cmdCancelBooking_Click();
+}
+
 void frmMain::mnuPopupBookingsCharge_Click() {
-  if (frames.fraView(1).Visible) dayView.cmdChargeDayView_Click();
+  if (frames.fraView(1).Visible) return dayView.cmdChargeDayView_Click();
+  if (frames.fraView(4).Visible) chargeView.cmdCCharge_Click();
 }
 
 void frmMain::mnuPopupBookingsDischarge_Click() {
-  if (frames.fraView(1).Visible) dayView.cmdDischargeDayView_Click();
+  if (frames.fraView(1).Visible) return dayView.cmdDischargeDayView_Click();
+  if (frames.fraView(5).Visible) dischargeView.cmdDDischarge_Click();
 }
 
 }  // namespace vantry

@@ -141,6 +141,9 @@ void frmMain::readView(ViewId id) {
     return;
   }
   if (id == ViewId::Staff) staffView.refill();
+  if (id == ViewId::Charge) chargeView.show();
+  if (id == ViewId::Discharge) dischargeView.show();
+  if (id == ViewId::QuickDischarge) quickDischargeView.show();
   if (id != ViewId::Day) return;
   // The day view keeps to the date that the calendars share; a new date reads the list by its own change.
   if (dayView.dtViewBookings.Value.get() == dtTempDate.Value.get()) {

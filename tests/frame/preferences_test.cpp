@@ -159,8 +159,8 @@ TEST_F(PreferencesAtTheDesk, SearchListsOpenAtThePreferredKind) {
   settings.prefer("ChargeSearch", "2");
   settings.prefer("DischargeSearch", "9");
   start();
-  EXPECT_EQ(main().cboChargeSearch.Text(), "Confirmation Number");
-  EXPECT_EQ(main().cboDischargeSearch.Text(), "Dewey Decimal Call Number");
+  EXPECT_EQ(main().chargeView.cboChargeSearch.Text(), "Confirmation Number");
+  EXPECT_EQ(main().dischargeView.cboDischargeSearch.Text(), "Dewey Decimal Call Number");
 }
 
 }  // namespace

@@ -75,6 +75,8 @@ void Desk::build(std::string commandLine) {
   app->makers.notBuilt = [this](std::string_view what) { notBuilt.emplace_back(what); };
   main_ = std::make_unique<frmMain>(*app);
   app->setMain(*main_);
+  circulation_ = std::make_unique<CirculationDialogs>(*app);
+  app->setCirculation(*circulation_);
 }
 
 void Desk::expectLogOn(std::string_view operatorId) {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "circulation/circulation_dialogs.h"
 #include "frame/app.h"
 #include "frame/components.h"
 #include "schedule/frmMain.h"
@@ -101,6 +102,7 @@ class Desk : public testing::Test {
 
  private:
   std::unique_ptr<frmMain> main_;
+  std::unique_ptr<CirculationDialogs> circulation_;
 };
 
 }  // namespace vantry::test

@@ -275,7 +275,7 @@ class FieldsForm : public Form {
 /// A line to nowhere: the windows of the messaging layer only want to have one.
 struct NoServer : Transport {
   bool reach(std::string&) override { return false; }
-  LogonResult logon(std::string_view, std::string_view) override { return LogonResult::Refused; }
+  LogonAnswer logon(std::string_view, std::string_view) override { return {LogonResult::Refused}; }
   void logoff() override {}
   bool changePassword(std::string_view, std::string_view, std::string&) override { return false; }
   DeliveryResult send(const Request&) override { return {}; }

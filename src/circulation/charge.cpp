@@ -1,0 +1,69 @@
+#include "circulation/charge.h"
+
+#include "booking/frmErrorReport.h"
+#include "booking/frmGenAssign.h"
+#include "circulation/booking_grid.h"
+#include "circulation/frmDischarge.h"
+#include "circulation/frmPopupNote.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+namespace {
+
+constexpr int kCharged = 99;
+constexpr int kComplete = 1;
+
+/// The windows walk the reply of the charge: none of them sends a request.
+void showOutcome(App& app) {
+  const frmGenAssign::Counts assigned = assignedCounts(app.message);
+  if (assigned.sum() > 0) frmGenAssign(app, assigned).ShowModal();
+  ShowReplyNotes(app, "C", app.message.Count(tags::RNO), app.message.Count(tags::ENO));
+  informationBox(app.desktop, "Booking charged successfully!");
+}
+
+/// The printing command loads the booking that the slot names in a hidden editor.
+void printConfirmation(App& app, const std::string& bookingId) {
+  if (!app.preferences.PrintOnCharge) return;
+  app.slots.ids[kBooking] = bookingId;
+  app.slots.modes[kBooking] = 0;
+  app.makers.run("PrintBookingConfirmation", app);
+}
+
+void showStatus(Grid& grid, int status, const LegendLabels& legend) {
+  const int row = grid.Row;
+  ColourBookingRow(grid, row, status, legend);
+  grid.TextMatrix(row, grid.columnOfData(kBookingStatusColumn), std::to_string(status));
+}
+
+}  // namespace
+
+bool ChargeBooking(App& app, const std::string& bookingId, std::string_view procedure) {
+  app.global.BusyAllForms();
+  app.message.Add(tags::BOOKID, bookingId);
+  const int rc = app.message.Send("CBK");
+  app.global.ReadyAllForms();
+  if (rc == kReportNotCharged) {
+    ShowErrorReport(app, kReportNotCharged);
+    return false;
+  }
+  if (rc != 0) {
+    app.global.ReportRequestError(rc, procedure, "frmMain");
+    return false;
+  }
+  showOutcome(app);
+  printConfirmation(app, bookingId);
+  return true;
+}
+
+void ChargeBookingMain(App& app, const std::string& bookingId, Grid& grid, const LegendLabels& legend) {
+  if (!ChargeBooking(app, bookingId, "ChargeBookingMain")) return;
+  showStatus(grid, kCharged, legend);
+  app.global.ReadyAllForms();
+}
+
+void DischargeBookingMain(App& app, const std::string& bookingId, Grid& grid, const LegendLabels& legend) {
+  if (intOf(DischargeBooking(app, bookingId)) == kComplete) showStatus(grid, kComplete, legend);
+}
+
+}  // namespace vantry

@@ -1,0 +1,51 @@
+#include "circulation/charge_view.h"
+
+#include "circulation/charge.h"
+#include "frame/booking_removal.h"
+#include "frame/modMain.h"
+
+namespace vantry {
+
+ChargeView::ChargeView(const MainParts& mainParts, Frame& frame)
+    : CirculationView(mainParts, frame, chargeTwin()) {
+  cmdCCharge.Click = [this] { cmdCCharge_Click(); };
+  cmdCEdit.Click = [this] { cmdCEdit_Click(); };
+  cmdCDelete.Click = [this] { cmdCDelete_Click(); };
+  cmdCCancel.Click = [this] { cmdCCancel_Click(); };
+}
+
+void ChargeView::cmdCCharge_Click() {
+  const std::string id = takeSelected();
+  if (id.empty()) return;
+  const int row = faChargeBookings.Row;
+  if (ChargeBooking(app(), id, "cmdCCharge_Click")) finish(row);
+  focusText();
+}
+
+void ChargeView::cmdCEdit_Click() {
+  const std::string id = takeSelected();
+  if (id.empty()) return;
+  app().slots.source = kSourceMainWindow;
+  OpenRecordWindow(app(), kBooking, id);
+}
+
+void ChargeView::cmdCCancel_Click() {
+  remove(cancelRemoval(), "");
+}
+
+void ChargeView::cmdCDelete_Click() {
+  // A failed check is reported for the booking editor's window, even here; this is deliberate.
+  remove(deleteRemoval(), "frmBooking");
+}
+
+void ChargeView::remove(const Removal& removal, std::string_view checkForm) {
+  const std::string id = takeSelected();
+  if (id.empty()) return;
+  const int row = faChargeBookings.Row;
+  const Removed removed = RemoveBooking(app(), removal, id, {checkForm, parts().form.Name()});
+  if (removed == Removed::Done) faChargeBookings.RemoveItem(row);
+  if (removed != Removed::Refused) CloseChargeDetails();
+  focusText();
+}
+
+}  // namespace vantry

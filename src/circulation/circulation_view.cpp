@@ -1,0 +1,300 @@
+#include "circulation/circulation_view.h"
+
+#include <stdexcept>
+
+#include "circulation/booking_grid.h"
+#include "frame/auto_truncate.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+static std::string labelName(std::string_view field) {
+  return "lbl" + std::string(field.substr(3));
+}
+
+static std::vector<std::unique_ptr<Button>> makeButtons(Frame& frame, std::span<const RowButton> rows) {
+  std::vector<std::unique_ptr<Button>> buttons;
+  for (const RowButton& row : rows)
+    buttons.push_back(std::make_unique<Button>(frame, std::string(row.name), std::string(row.caption)));
+  return buttons;
+}
+
+CirculationView::CirculationView(const MainParts& parts, Frame& frame, const CirculationTwin& twin)
+    : lblSearch_(frame, labelName(twin.cboSearch), "Search &by:"),
+      cboSearch(frame, std::string(twin.cboSearch)),
+      lblSearchFor_(frame, labelName(twin.txtSearchFor), "f&or:"),
+      txtSearchFor(frame, std::string(twin.txtSearchFor)),
+      cmdSearch(frame, std::string(twin.cmdSearch), "&Search"),
+      cmdClear(frame, std::string(twin.cmdClear), "C&lear"),
+      fraBookings(frame, std::string(twin.fraBookings), "Bookings"),
+      faBookings(fraBookings, std::string(twin.faBookings)),
+      rowButtons_(makeButtons(fraBookings, twin.rowButtons)),
+      cmdDetails(fraBookings, std::string(twin.cmdDetails), std::string(twin.detailsCaption)),
+      tvwDetails(fraBookings, std::string(twin.tvwDetails)),
+      parts_(parts),
+      twin_(twin) {
+  cmdSearch.Default = true;  // counts while its view shows
+  cmdSearch.Enabled.put(false);
+  cmdClear.Enabled.put(false);
+  fraBookings.Visible.put(false);
+  tvwDetails.Visible.put(false);
+  cmdDetails.Tag.put("0");
+  txtSearchFor.AccessibleName = "Search for";
+  faBookings.AccessibleName = "Bookings found";
+  tvwDetails.AccessibleName = "Details of the selected booking";
+  rowChanged();
+  arrange(frame);
+  connect();
+}
+
+void CirculationView::arrange(Frame& frame) {
+  LayoutNode buttons = Row{};
+  for (const auto& button : rowButtons_) buttons.children.emplace_back(*button);
+  buttons.children.push_back(Stretch{});
+  buttons.children.emplace_back(cmdDetails);
+  fraBookings.Layout = Column{LayoutNode(faBookings).share(3), buttons, LayoutNode(tvwDetails).share(2)};
+  // The stretch holds the search row at the top while no list shows.
+  frame.Layout = Column{Row{lblSearch_, cboSearch, Gap{}, lblSearchFor_, LayoutNode(txtSearchFor).share(2),
+                            cmdSearch, cmdClear, Stretch{}},
+                        LayoutNode(fraBookings).share(200), Stretch{}};
+}
+
+void CirculationView::connect() {
+  cboSearch.Click = [this] { hideResults(); };
+  txtSearchFor.Change = [this] {
+    hideResults();
+    cmdSearch.Enabled = !trim(txtSearchFor.Text.get()).empty();
+  };
+  txtSearchFor.Enter = [this] {
+    if (!trim(txtSearchFor.Text.get()).empty()) search();
+  };
+  cmdSearch.Click = [this] { search(); };
+  cmdClear.Click = [this] { clear(); };
+  cmdDetails.Click = [this] { toggleDetails(); };
+  faBookings.RowColChange = [this] { rowChanged(); };
+  faBookings.Click = [this] { clicked(); };
+  faBookings.RightClick = [this] { rightClicked(); };
+}
+
+void CirculationView::load() {
+  BuildChargeDischargeFlexArray(faBookings);
+  tvwDetails.Pictures = {"folder-closed", "folder-open"};
+  cboSearch.Clear();
+  for (const SearchType& type : twin_.searchTypes)
+    cboSearch.AddItem(std::string(type.text), std::string(type.data));
+  hideResults();
+  txtSearchFor.Text = "";
+  cmdClear.Enabled = false;
+  rememberedRow_ = 0;
+}
+
+void CirculationView::show() {
+  MainMenus& m = parts_.menus;
+  (m.*twin_.otherCommand).Visible = false;
+  (m.*twin_.command).Visible = true;
+  (m.*twin_.command).Enabled = true;
+  cboSearch.ListIndex = app().preferences.*twin_.firstSearch;
+  focusText();
+}
+
+void CirculationView::sorted() {
+  closeDetails();
+  rememberedRow_ = 0;
+}
+
+void CirculationView::focusText() {
+  txtSearchFor.SetFocus();
+  txtSearchFor.SelectText();
+}
+
+// Search
+
+void CirculationView::addSearchTags() {
+  const int index = cboSearch.ListIndex;
+  if (index < 0 || index >= static_cast<int>(twin_.searchTypes.size())) return;
+  const SearchType& type = twin_.searchTypes[static_cast<std::size_t>(index)];
+  app().message.Add(type.tag, ApplyAutoTruncate(app().preferences, txtSearchFor.Text.get()));
+  if (!type.callNumberKind.empty()) app().message.Add(tags::CNTY, type.callNumberKind);
+}
+
+void CirculationView::sayAndReturn(std::string_view text) {
+  app().global.ReadyAllForms();
+  informationBox(app().desktop, std::string(text));
+  focusText();
+}
+
+void CirculationView::search() {
+  app().global.BusyAllForms();
+  if (twin_.tellsStatus) parts_.showMessage("Requesting Data From Server...");
+  addSearchTags();
+  const int rc = app().message.Send(twin_.code);
+  cmdClear.Enabled = true;
+  if (rc != 0)
+    return sayAndReturn(twin_.doneCode != 0 && rc == twin_.doneCode ? twin_.doneText : twin_.searchFailed);
+  const int found = app().message.Count(tags::BOOKID);
+  if (twin_.tellsStatus) parts_.showMessage(std::to_string(found) + " Booking(s) Found");
+  if (found == 0) return sayAndReturn(twin_.nothingFound);
+  showFound();
+  app().global.ReadyAllForms();
+  focusText();
+}
+
+void CirculationView::showFound() {
+  closeDetails();  // they may still show a booking of the search before
+  FillChargeDischargeGrid(parts_, faBookings);
+  faBookings.Row = 1;
+  fraBookings.Visible = true;
+  clicked();
+  if (faBookings.Rows == 2) toggleDetails();
+}
+
+void CirculationView::hideResults() {
+  if (!fraBookings.Visible) return;
+  closeDetails();
+  fraBookings.Visible = false;
+}
+
+void CirculationView::clear() {
+  hideResults();
+  txtSearchFor.Text = "";
+  cboSearch.ListIndex = app().preferences.*twin_.firstSearch;
+  cmdClear.Enabled = false;
+  focusText();
+  if (twin_.tellsStatus) parts_.showMessage("");
+}
+
+// The list
+
+void CirculationView::rowChanged() {
+  const bool selected = faBookings.Row >= 1;
+  for (const auto& button : rowButtons_) button->Enabled = selected;
+  cmdDetails.Enabled = selected;
+}
+
+void CirculationView::clicked() {
+  const int row = faBookings.Row;
+  if (rememberedRow_ != 0 && detailsOpen() && row != rememberedRow_) {
+    closeDetails();
+    rememberedRow_ = row;
+  }
+  if (rememberedRow_ == 0) rememberedRow_ = row;
+  if (faBookings.Rows < 2) return;
+  parts_.menus.mnuPopupBookingsSort.Enabled = true;
+  parts_.menus.mnuPopupBookingsPrint.Enabled = true;
+  app().slots.source = kSourceMainWindow;
+  takeSelected();
+}
+
+void CirculationView::rightClicked() {
+  MainMenus& m = parts_.menus;
+  for (MenuItem* entry :
+       {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel,
+        &m.mnuPopupBookingsSep1, &m.mnuPopupBookingsSep3, &m.mnuPopupBookingsPrint})
+    entry->Visible = true;
+  for (MenuItem MainMenus::*entry : twin_.hiddenEntries) (m.*entry).Visible = false;
+  // The day view enables these by the status of its own row.
+  for (MenuItem* entry : {&m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel})
+    entry->Enabled = faBookings.Row >= 1;
+  app().desktop.popupMenu(m.mnuPopupBookings, nullptr);
+}
+
+const std::string& CirculationView::takeSelected() {
+  const int row = faBookings.Row;
+  faBookings.Tag =
+      row < 1 ? std::string() : faBookings.TextMatrix(row, faBookings.columnOfData(kBookingIdColumn));
+  return faBookings.Tag.get();
+}
+
+bool CirculationView::clearAfterwards() {
+  if (!(app().preferences.*twin_.clearsAfter)) return false;
+  clear();
+  return true;
+}
+
+void CirculationView::finish(int row) {
+  faBookings.RemoveItem(row);
+  closeDetails();
+  if (!clearAfterwards()) closeDetailsAndEmptyList();
+}
+
+// The details
+
+void CirculationView::toggleDetails() {
+  if (detailsOpen()) return closeDetails();
+  openDetails();
+}
+
+void CirculationView::closeDetails() {
+  if (!detailsOpen()) return;
+  tvwDetails.Visible = false;
+  cmdDetails.Caption = "&Details >>";
+  cmdDetails.Tag = "0";
+}
+
+void CirculationView::closeDetailsAndEmptyList() {
+  closeDetails();
+  if (!faBookings.hasData()) fraBookings.Visible = false;
+}
+
+void CirculationView::openDetails() {
+  tvwDetails.Clear();
+  for (const char* root : {"Media", "Equipment"}) {
+    TreeNode* node = tvwDetails.Add({}, root, root, 1);
+    node->openImage = 2;
+    node->expanded = true;
+  }
+  takeSelected();
+  app().global.BusyAllForms();
+  if (!readDetails("GETSITM")) return;
+  addMedia();
+  if (!readDetails("GETSEQ")) return;
+  addEquipment();
+  app().global.ReadyAllForms();
+  tvwDetails.Visible = true;
+  cmdDetails.Caption = "<< &Details";
+  cmdDetails.Tag = "1";
+  rememberedRow_ = faBookings.Row;  // it is this row's panel: a click on another one closes it
+}
+
+bool CirculationView::readDetails(std::string_view code) {
+  app().message.Add(tags::BOOKID, faBookings.Tag.get());
+  app().message.Add(tags::SC, "Y");
+  const int rc = app().message.Send(code);
+  if (rc == 0) return true;
+  app().global.ReadyAllForms();
+  app().global.ReportRequestError(rc, code, parts_.form.Name());
+  return false;
+}
+
+void CirculationView::addMedia() {
+  const TagMessage& message = app().message;
+  while (app().message.NextRecord(tags::MTID)) {
+    std::string key = message.Get(tags::MTID);
+    for (const std::string_view tag : {tags::BI, tags::MI, tags::IM}) key += '|' + message.Get(tag);
+    addLine("Media", std::move(key), message.Get(tags::TITL) + " -- " + message.Get(tags::MTY));
+  }
+}
+
+void CirculationView::addEquipment() {
+  const TagMessage& message = app().message;
+  const std::string_view name = twin_.followsBarcodes && app().preferences.Barcodes ? tags::BNO : tags::ENO;
+  while (app().message.NextRecord(tags::EID)) {
+    const std::string id = message.Get(tags::EID);
+    const std::string type = message.Get(tags::ETY);
+    if (intOf(id) != 0) {
+      addLine("Equipment", message.Get(tags::EIU) == "Y" ? '-' + id : id, message.Get(name) + " -- " + type);
+    } else if (twin_.showsWishes) {
+      addLine("Equipment", id + message.Get(tags::ETI), type);
+    }
+  }
+}
+
+/// Two wishes of one kind have one key, and yet are two lines.
+void CirculationView::addLine(std::string_view root, std::string key, std::string text) {
+  while (tvwDetails.find(key)) key += '+';
+  if (!tvwDetails.Add(root, std::move(key), std::move(text)))
+    throw std::logic_error("the details have lost their root");
+}
+
+}  // namespace vantry

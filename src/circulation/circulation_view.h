@@ -1,0 +1,95 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "circulation/circulation_twin.h"
+#include "frame/main_parts.h"
+#include "platform/grid.h"
+#include "platform/tree.h"
+
+namespace vantry {
+
+/// What the charge view and the discharge view share: a search, the bookings that it found, the commands on
+/// the selected one, and its details. After each step the focus is back in the search text, which is
+/// selected, so that the next scan replaces it.
+class CirculationView {
+ public:
+  CirculationView(const CirculationView&) = delete;
+
+  /// The main window loads, also for another operator: lists and grid as at the start.
+  void load();
+  /// The view opens.
+  void show();
+  /// The list was sorted: what stood beside a row belongs to it no longer.
+  void sorted();
+
+ protected:
+  CirculationView(const MainParts& parts, Frame& frame, const CirculationTwin& twin);
+  ~CirculationView() = default;
+
+  Button& rowButton(int index) { return *rowButtons_[static_cast<std::size_t>(index)]; }
+  App& app() const { return parts_.app; }
+  const MainParts& parts() const { return parts_; }
+
+  void search();
+  void clear();
+  void toggleDetails();
+  /// Closes the details; without a booking left the list goes as well.
+  void closeDetailsAndEmptyList();
+  /// Copies the selected booking's id to the grid's tag, from which the commands take it; empty without a
+  /// selection.
+  const std::string& takeSelected();
+  /// The booking of the row is dealt with.
+  void finish(int row);
+  void closeDetails();
+  /// As the preferences say: true when the view has been cleared.
+  bool clearAfterwards();
+  void focusText();
+
+ private:
+  Label lblSearch_;
+
+ protected:
+  ComboBox cboSearch;
+
+ private:
+  Label lblSearchFor_;
+
+ protected:
+  TextBox txtSearchFor;
+  Button cmdSearch, cmdClear;
+  Frame fraBookings;
+  Grid faBookings;
+
+ private:
+  std::vector<std::unique_ptr<Button>> rowButtons_;
+
+ protected:
+  Button cmdDetails;
+  Tree tvwDetails;
+
+ private:
+  void arrange(Frame& frame);
+  void connect();
+  void addSearchTags();
+  void showFound();
+  void sayAndReturn(std::string_view text);
+  void hideResults();
+  void rowChanged();
+  void clicked();
+  void rightClicked();
+  bool detailsOpen() const { return cmdDetails.Tag == "1"; }
+  void openDetails();
+  bool readDetails(std::string_view code);
+  void addMedia();
+  void addEquipment();
+  void addLine(std::string_view root, std::string key, std::string text);
+
+  MainParts parts_;
+  const CirculationTwin& twin_;
+  int rememberedRow_ = 0;
+};
+
+}  // namespace vantry

@@ -1,0 +1,188 @@
+#include "circulation/frmDischarge.h"
+
+#include "circulation/frmPopupNote.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+namespace {
+
+constexpr std::string_view kAll = "1";
+constexpr std::string_view kPart = "0";
+constexpr std::string_view kCancelled = "2";
+
+constexpr int kLists = 2;
+constexpr const char* kSelectCaptions[kLists] = {"&Select All", "Select A&ll"};
+constexpr const char* kDeselectCaptions[kLists] = {"&Deselect All", "D&eselect All"};
+
+}  // namespace
+
+frmDischarge::frmDischarge(App& app) : Form(app.windows, "frmDischarge"), app_(app) {
+  Caption = "Discharge Booking Media and Equipment";
+  for (int index = 0; index < kLists; ++index) {
+    list(index).MultiSelect = true;
+    cmdSelectAll.add(*this, kSelectCaptions[index]).Enabled = false;
+    cmdDeselectAll.add(*this, kDeselectCaptions[index]).Enabled = false;
+  }
+  dtTodaysDate.Visible = false;
+  txtRightNow.Visible = false;
+  cmdOK.Default = true;
+  cmdCancel.Cancel = true;
+  chkOverride_Click();
+  arrange();
+  connect();
+}
+
+void frmDischarge::arrange() {
+  fraDischargeDateTime.Layout =
+      Row{lblDischargeDate, dtDischargeDate, Gap{}, lblDischargeTime, txtDischargeTime, Stretch{}};
+  const LayoutNode items = Column{lblItems, lstItems, Row{cmdSelectAll(0), cmdDeselectAll(0), Stretch{}}};
+  const LayoutNode equipment =
+      Column{lblEquipment, lstEquipment, Row{cmdSelectAll(1), cmdDeselectAll(1), Stretch{}}};
+  Layout = Column{Row{items.share(1), Gap{}, equipment.share(1)},
+                  Gap{},
+                  chkOverride,
+                  fraDischargeDateTime,
+                  Gap{},
+                  Row{Stretch{}, cmdOK, cmdCancel}};
+}
+
+void frmDischarge::connect() {
+  for (int index = 0; index < kLists; ++index) {
+    cmdSelectAll(index).Click = [this, index] { cmdSelectAll_Click(index); };
+    cmdDeselectAll(index).Click = [this, index] { cmdDeselectAll_Click(index); };
+  }
+  chkOverride.Click = [this] { chkOverride_Click(); };
+  dtDischargeDate.Change = [this] { dtDischargeDate_Change(); };
+  txtDischargeTime.Change = [this] { txtDischargeTime_Change(); };
+  cmdOK.Click = [this] { cmdOK_Click(); };
+  cmdCancel.Click = [this] { cmdCancel_Click(); };
+}
+
+void frmDischarge::Form_Load() {
+  app_.tools.PrepareForm(*this);
+  app_.global.BusyAllForms();
+  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
+  if (app_.message.Send("BND") == 0) {
+    fillLists();
+  } else {
+    app_.global.ReadyAllForms();
+    informationBox(app_.desktop,
+                   "An error occurred while retrieving the items/equipment still charged for the booking.");
+  }
+  const DateTime now = app_.clock.now();
+  dtTodaysDate.Value = now.date;
+  dtDischargeDate.Value = now.date;
+  txtDischargeTime.Value = now.time;
+  app_.global.ReadyAllForms();
+}
+
+bool frmDischarge::Form_Unload() {
+  if (isShown()) DischargeStatus = kCancelled;  // closed by its frame: nothing came back, whatever was tried
+  return true;
+}
+
+void frmDischarge::fillLists() {
+  const TagMessage& message = app_.message;
+  while (app_.message.NextRecord(tags::IM)) lstItems.AddItem(message.Get(tags::TITL), message.Get(tags::IM));
+  const std::string_view name = app_.preferences.Barcodes ? tags::BNO : tags::ENO;
+  while (app_.message.NextRecord(tags::EID))
+    lstEquipment.AddItem(message.Get(tags::ETY) + " - " + message.Get(name), message.Get(tags::EID));
+  for (int index = 0; index < kLists; ++index) offer(index);
+}
+
+void frmDischarge::offer(int index) {
+  if (list(index).ListCount() == 0) return;
+  cmdSelectAll(index).Enabled = true;
+  cmdDeselectAll(index).Enabled = true;
+  if (app_.preferences.DischargeSelect) cmdSelectAll_Click(index);
+}
+
+void frmDischarge::selectAll(int index, bool on) {
+  for (int line = 0; line < list(index).ListCount(); ++line) list(index).Selected(line, on);
+}
+
+void frmDischarge::chkOverride_Click() {
+  for (Control* control : std::initializer_list<Control*>{&lblDischargeDate, &dtDischargeDate,
+                                                          &lblDischargeTime, &txtDischargeTime})
+    control->Enabled = chkOverride.Value;
+}
+
+void frmDischarge::dtDischargeDate_Change() {
+  if (dtDischargeDate.Value.get() > dtTodaysDate.Value.get()) {
+    criticalBox(app_.desktop, "Cannot set discharge date to a future date!");
+    dtDischargeDate.Value = app_.clock.now().date;
+    return;
+  }
+  if (!isToday()) return;
+  txtRightNow.Value = app_.clock.now().time;
+  // By the texts as they show, in which "09:00 AM" comes behind "01:00 PM": deliberate, other than below.
+  if (txtDischargeTime.textAmPm() > txtRightNow.textAmPm()) refuseTime();
+}
+
+void frmDischarge::txtDischargeTime_Change() {
+  if (!isToday()) return;
+  txtRightNow.Value = app_.clock.now().time;
+  if (txtDischargeTime.Value.get() > txtRightNow.Value.get()) refuseTime();
+}
+
+void frmDischarge::refuseTime() {
+  criticalBox(app_.desktop, "Cannot set discharge time to a future time!");
+  txtDischargeTime.Value = app_.clock.now().time;
+}
+
+void frmDischarge::sayFailure() {
+  app_.global.ReadyAllForms();
+  informationBox(app_.desktop, "An error occurred while trying to discharge the booking.");
+}
+
+/// What stands in the booking's room goes back with it and was not offered.
+bool frmDischarge::readRoomPieces(std::vector<std::string>& pieces) {
+  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
+  if (app_.message.Send("GIREFD") != 0) return false;
+  pieces.reserve(static_cast<std::size_t>(app_.message.Count(tags::EID)));
+  while (app_.message.NextRecord(tags::EID)) pieces.push_back(app_.message.Get(tags::EID));
+  return true;
+}
+
+void frmDischarge::addSelected(const ListBox& lines, std::string_view tag) {
+  for (int line = 0; line < lines.ListCount(); ++line) {
+    if (lines.Selected(line)) {
+      app_.message.Add(tag, lines.ItemData(line));
+    } else {
+      DischargeStatus = kPart;
+    }
+  }
+}
+
+void frmDischarge::cmdOK_Click() {
+  app_.global.BusyAllForms();
+  DischargeStatus = kAll;
+  std::vector<std::string> roomPieces;
+  if (!readRoomPieces(roomPieces)) return sayFailure();
+  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
+  addSelected(lstItems, tags::IM);
+  addSelected(lstEquipment, tags::EID);
+  for (const std::string& piece : roomPieces) app_.message.Add(tags::EID, piece);
+  if (chkOverride.Value)
+    app_.message.Add(tags::ETIME_, ServerTools::GetControlDate(dtDischargeDate, &txtDischargeTime));
+  if (app_.message.Send("DBK") != 0) return sayFailure();
+  app_.global.ReadyAllForms();
+  ShowReplyNotes(app_, "D", app_.message.Count(tags::RNO), app_.message.Count(tags::ENO));
+  informationBox(app_.desktop, "Selected items discharged successfully!");
+  Hide();
+}
+
+void frmDischarge::cmdCancel_Click() {
+  DischargeStatus = kCancelled;
+  Hide();
+}
+
+std::string DischargeBooking(App& app, const std::string& bookingId) {
+  frmDischarge window(app);
+  window.BookingId = intOf(bookingId);
+  window.ShowModal();
+  return window.DischargeStatus;
+}
+
+}  // namespace vantry

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+
+#include "frame/main_parts.h"
+
+namespace vantry {
+
+/// The returns desk: what is scanned comes back from whatever booking holds it, with one line in a log. The
+/// focus stays in the text, so that a wand needs no other hand.
+class QuickDischargeView {
+ public:
+  QuickDischargeView(const MainParts& parts, Frame& frame);
+
+  Label lblQuickDischargeType;
+  ComboBox cboQuickDischargeType;
+  Label lblQuickDischargeItem;
+  TextBox txtQuickDischargeItem;
+  Button cmdQuickDischarge, cmdQuickClear, cmdBackDate;
+  Frame fraBackDate;
+  Label lblDischargeDate;
+  DateField dtDischargeDate;
+  Label lblDischargeTime;
+  TimeField txtDischargeTime;
+  Label lblDischargeLog;
+  TextBox txtDischargeLog;
+
+  /// The main window loads, also for another operator; the log stays.
+  void load();
+  /// The view opens.
+  void show();
+  void cmdQuickDischarge_Click();
+  void cmdQuickClear_Click();
+  void cmdBackDate_Click();
+
+ private:
+  struct Found;
+  void arrange(Frame& frame);
+  void connect();
+  void typeChosen();
+  void allowByText();
+  bool find(Found& found);
+  bool send(const Found& found, std::string& stamp);
+  void addMoment(std::string& stamp);
+  std::string noteOf(const Found& found);
+  std::string readNote(std::string_view whose, std::string_view occasion, const std::string& id,
+                       std::string_view failure);
+  void log(const std::string& stamp);
+  void stop(std::string_view panel);
+  void focusText();
+
+  MainParts parts_;
+  bool typeChosen_ = false;  ///< until then the view opens on the first type
+};
+
+}  // namespace vantry
