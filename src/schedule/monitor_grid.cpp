@@ -2,75 +2,58 @@
 
 #include <span>
 
+#include "frame/booking_columns.h"
+
 namespace vantry {
 
 namespace {
 
-/// One column of the monitor: its heading and how it sorts. Widths are in twips; 0 hides.
-struct MonitorColumn {
-  std::string_view heading;
-  int width = 1500;
-  SortKind sort = SortKind::Text;
-};
+constexpr BookingColumn text(std::string_view heading, int width = 1500) {
+  return {.heading = heading, .width = width};
+}
+constexpr BookingColumn date(std::string_view heading) {
+  return {.heading = heading, .width = 1200, .sort = SortKind::ShortDate};
+}
+constexpr BookingColumn time24(std::string_view heading) {
+  return {.heading = heading, .width = 0, .sort = SortKind::ClockTime};
+}
+constexpr BookingColumn time(std::string_view heading) {
+  return {.heading = heading, .width = 1100, .sort = SortKind::ClockTime};
+}
 
-constexpr MonitorColumn kId{"ID", 0};
-constexpr MonitorColumn kStart[] = {{"Start Date", 1200, SortKind::ShortDate},
-                                    {"Start Time24", 0, SortKind::ClockTime},
-                                    {"Start Time", 1100, SortKind::ClockTime}};
-constexpr MonitorColumn kEnd[] = {{"End Date", 1200, SortKind::ShortDate},
-                                  {"End Time24", 0, SortKind::ClockTime},
-                                  {"End Time", 1100, SortKind::ClockTime}};
-constexpr MonitorColumn kStaff{"Staff"};
-constexpr MonitorColumn kPatron{"Patron Name", 2200};
-constexpr MonitorColumn kLocation{"Location", 1800};
-constexpr MonitorColumn kNumber{"Confirmation #"};
-constexpr MonitorColumn kComment{"Booking Comment", 3000};
+// clang-format off
+constexpr BookingColumn kConflict[] = {
+    text("ID", 0),
+    date("Start Date"), time24("Start Time24"), time("Start Time"),
+    date("End Date"), time24("End Time24"), time("End Time"),
+    text("Staff"), text("Booking Error", 3000),
+    text("Patron Name", 2200), text("Pick-Up Patron Name", 2200), text("Confirmation #")};
+constexpr BookingColumn kDelivery[] = {
+    text("ID", 0), text("Booking Status", 0),
+    date("Date"), time24("Time24"), time("Time"),
+    text("Type"), text("Staff"), text("Patron Name", 2200), text("Location", 1800), text("Confirmation #"),
+    text("Booking Comment", 3000)};
+constexpr BookingColumn kPickup[] = {
+    text("ID", 0),
+    date("Start Date"), time24("Start Time24"), time("Start Time"),
+    date("End Date"), time24("End Time24"), time("End Time"),
+    text("Patron Name", 2200), text("Pick-Up Location", 1800), text("Confirmation #"),
+    text("Booking Comment", 3000)};
+constexpr BookingColumn kRooms[] = {
+    text("ID", 0),
+    date("Start Date"), time24("Start Time24"), time("Start Time"),
+    date("End Date"), time24("End Time24"), time("End Time"),
+    text("Patron Name", 2200), text("Pickup Patron Name", 2200), text("Confirmation #"),
+    text("Booking Comment", 3000)};
+constexpr BookingColumn kLibRooms[] = {
+    text("ID", 0), text("Item Count", 1100), text("Equip Count", 1100),
+    date("Start Date"), time24("Start Time24"), time("Start Time"),
+    date("End Date"), time24("End Time24"), time("End Time"),
+    text("Patron Name", 2200), text("Location", 1800), text("Confirmation #"),
+    text("Booking Comment", 3000)};
+// clang-format on
 
-constexpr MonitorColumn kConflict[] = {kId,
-                                       kStart[0],
-                                       kStart[1],
-                                       kStart[2],
-                                       kEnd[0],
-                                       kEnd[1],
-                                       kEnd[2],
-                                       kStaff,
-                                       {"Booking Error", 3000},
-                                       kPatron,
-                                       {"Pick-Up Patron Name", 2200},
-                                       kNumber};
-constexpr MonitorColumn kDelivery[] = {kId,
-                                       {"Booking Status", 0},
-                                       {"Date", 1200, SortKind::ShortDate},
-                                       {"Time24", 0, SortKind::ClockTime},
-                                       {"Time", 1100, SortKind::ClockTime},
-                                       {"Type"},
-                                       kStaff,
-                                       kPatron,
-                                       kLocation,
-                                       kNumber,
-                                       kComment};
-constexpr MonitorColumn kPickup[] = {
-    kId,     kStart[0], kStart[1], kStart[2], kEnd[0], kEnd[1], kEnd[2], kPatron, {"Pick-Up Location", 1800},
-    kNumber, kComment};
-constexpr MonitorColumn kRooms[] = {kId,       kStart[0], kStart[1],
-                                    kStart[2], kEnd[0],   kEnd[1],
-                                    kEnd[2],   kPatron,   {"Pickup Patron Name", 2200},
-                                    kNumber,   kComment};
-constexpr MonitorColumn kLibRooms[] = {kId,
-                                       {"Item Count", 1100},
-                                       {"Equip Count", 1100},
-                                       kStart[0],
-                                       kStart[1],
-                                       kStart[2],
-                                       kEnd[0],
-                                       kEnd[1],
-                                       kEnd[2],
-                                       kPatron,
-                                       kLocation,
-                                       kNumber,
-                                       kComment};
-
-std::span<const MonitorColumn> columnsOf(ViewId view) {
+std::span<const BookingColumn> columnsOf(ViewId view) {
   switch (view) {
     case ViewId::Conflict:
       return kConflict;
@@ -92,20 +75,8 @@ std::span<const MonitorColumn> columnsOf(ViewId view) {
 void BuildDaemonFlexArray(Grid& grid, ViewId view) {
   const auto columns = columnsOf(view);
   if (columns.empty()) return;
-  std::string format;
-  for (const MonitorColumn& column : columns)
-    format += (format.empty() ? "<" : "|<") + std::string(column.heading);
-  grid.Rows = 1;
-  grid.FixedRows = 1;
-  grid.FormatString.put({});  // columns that were moved go back to their places
-  grid.FormatString = format;
-  for (int col = 0; col < grid.Cols; ++col) {
-    const MonitorColumn& column = columns[static_cast<std::size_t>(col)];
-    grid.ColWidth(col, column.width);
-    grid.ColSortKind(col, column.sort);
-    grid.ColData(col, col);
-    grid.MergeCol(col, true);
-  }
+  BuildBookingColumns(grid, columns);
+  for (int col = 0; col < grid.Cols; ++col) grid.MergeCol(col, true);
 }
 
 }  // namespace vantry
