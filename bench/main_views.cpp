@@ -13,14 +13,12 @@
 #include <string>
 #include <vector>
 
-#include "circulation/circulation_dialogs.h"
 #include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
 #include "desktop/qt_desktop.h"
 #include "desktop/style.h"
 #include "frame/modMain.h"
-#include "schedule/frmMain.h"
-#include "schedule/makers_table.h"
+#include "schedule/program.h"
 #include "server/server.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
@@ -79,15 +77,10 @@ int run(const std::string& folder, int count, QtDesktop& desktop) {
   settings.SaveSetting(kSettingsApplication, kSettingsSection, "View", "1");
   settings.SaveSetting(kSettingsApplication, kSettingsSection, "Historical", "true");
   InstalledComponents components(desktop);
-  App app({desktop, transport, clock, settings, components, folder, folder}, "");
-  fillMakers(app.makers);
-  frmMain window(app);
-  app.setMain(window);
-  CirculationDialogs circulation(app);
-  app.setCirculation(circulation);
+  Program program({desktop, transport, clock, settings, components, folder, folder}, "");
   bool measured = false;
-  DemoOperator demo(desktop, app, [&] {
-    measure(window, desktop);
+  DemoOperator demo(desktop, program.app, [&] {
+    measure(program.main, desktop);
     measured = true;
   });
   desktop.run([&] { return demo.start(); });

@@ -20,6 +20,7 @@
 #include "frame/modMain.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
+#include "schedule/frmSched.h"
 #include "schedule/program.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
@@ -37,9 +38,9 @@ class Tour {
 
   void run() {
     watch_.start(60);
-    const std::vector<std::function<void()>> stops = {[this] { views(); }, [this] { newBooking(); },
-                                                      [this] { pickUp(); }, [this] { savedBooking(); },
-                                                      [this] { circulation(); }};
+    const std::vector<std::function<void()>> stops = {
+        [this] { views(); },       [this] { newBooking(); }, [this] { pickUp(); }, [this] { savedBooking(); },
+        [this] { circulation(); }, [this] { session(); },    [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -195,6 +196,31 @@ class Tour {
     main().showView(ViewId::QuickDischarge);
     main().quickDischargeView.cmdBackDate_Click();
     picture(main(), "quick-back-date");
+  }
+
+  /// What tells of the session and of the program.
+  void session() {
+    ShowBookingCalendars(app());
+    if (auto* calendars = last<frmSched>()) {
+      picture(*calendars, "calendars");
+      calendars->Unload();
+    }
+    main().mnuFileLoginInfo_Click();
+    main().mnuFileChangePassword_Click();
+    main().mnuHelpAbout_Click();
+    app().lookUp.LookupRows = {{"1", "TV1", "5500", "Not Charged", "Television", "N", "4"},
+                               {"2", "SET1", "5500", "Charged", "TV and VCR", "Y", "4"}};
+    app().makers.run("frmMultBarOrNo", app());
+    desktop_.showHelp("booking");
+    desktop_.handleEvents();
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->objectName() == "help") save(*window, "help");
+    }
+  }
+
+  void monitor() {
+    main().mnuModeDaemon_Click();
+    picture(main(), "monitor");
   }
 
   QtDesktop& desktop_;
