@@ -150,7 +150,7 @@ class DeskWork {
       const TreeNode* root = panel.tvwOtherEquipment.find("ThirdRoot");
       const TreeNode& piece = *root->children.back();
       const std::string number = piece.columns.empty() ? piece.text : piece.columns.front();
-      panel.tvwOtherEquipment.selectKey(piece.key);
+      panel.tvwOtherEquipment.SelectedKey = piece.key;
       panel.cmdRemoveEquipment_Click();
       panel.txtEquipBarcode.type(number);
       time(costs, [&] { panel.cmdAddEquipViaBarcode_Click(); });
