@@ -13,6 +13,8 @@
 
 namespace vantry {
 
+struct Removal;
+
 /// The free-form editor of one booking: who, when, what, where. Several can be open side by side.
 ///
 /// Reads its id from the record slots; the slot of a new pick-up and the copy mode of the booking windows
@@ -177,8 +179,8 @@ class frmBooking : public Form {
   void closeNow();
   void print();
   int sendForBooking(std::string_view code);
-  /// Asks whether the booking may be done away with, and does it; a failure is told.
-  bool runRemoval(std::string_view check, std::string_view code);
+  /// Asks, checks and does away with the booking; false when it still stands.
+  [[nodiscard]] bool remove(const Removal& removal, std::string_view question);
   void refreshCaller();
   void showResult(int result);
 

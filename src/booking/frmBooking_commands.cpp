@@ -4,6 +4,7 @@
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
 #include "booking/frmRequester.h"
+#include "frame/booking_removal.h"
 #include "frame/modMain.h"
 #include "frame/search_window.h"
 #include "words/tags.h"
@@ -86,50 +87,20 @@ int frmBooking::sendForBooking(std::string_view code) {
   return app_.message.Send(code);
 }
 
-namespace {
-
-/// A return code that a command words by itself.
-struct OwnWords {
-  int rc;
-  std::string_view warning;
-};
-
-constexpr OwnWords kOwnWords[] = {{106, "Booking in progress.  Cannot delete!"},
-                                  {114, "Booking not eligible for cancellation.  Equipment charged."},
-                                  {115, "Booking not eligible for cancellation.  Item charged."}};
-
-constexpr int kNotCharged = 128;
-
-}  // namespace
-
-bool frmBooking::runRemoval(std::string_view check, std::string_view code) {
-  app_.global.BusyAllForms();
-  for (const std::string_view request : {check, code}) {
-    const int rc = sendForBooking(request);
-    if (rc == 0) continue;
-    app_.global.ReadyAllForms();
-    for (const OwnWords& words : kOwnWords) {
-      if (words.rc != rc || request != check) continue;
-      warningBox(app_.desktop, std::string(words.warning));
-      return false;
-    }
-    app_.global.ReportRequestError(rc, request, Name());
-    return false;
-  }
-  app_.global.ReadyAllForms();
-  return true;
+bool frmBooking::remove(const Removal& removal, std::string_view question) {
+  Removal own = removal;
+  own.question = question;
+  return RemoveBooking(app_, own, std::to_string(record.BookingId), {Name(), Name()}) == Removed::Done;
 }
 
 void frmBooking::mnuFileDeleteBooking_Click() {
-  if (!questionBox(app_.desktop, "Are you sure you wish to delete this booking?")) return;
-  if (!runRemoval("VALDELBK", "DELBK")) return;
+  if (!remove(deleteRemoval(), "Are you sure you wish to delete this booking?")) return;
   closeNow();
   app_.main().GetBookingsForDate();
 }
 
 void frmBooking::mnuBookingCancel_Click() {
-  if (!questionBox(app_.desktop, "Are you sure you wish to cancel this booking?")) return;
-  if (!runRemoval("VERCAN", "CANBK")) return;
+  if (!remove(cancelRemoval(), "Are you sure you wish to cancel this booking?")) return;
   record.BookingResult = kResultOperatorCanceled;
   lblStatus.Caption = "Canceled";
   setCommand(mnuBookingCancel, "abCancel", false);
@@ -139,6 +110,8 @@ void frmBooking::mnuBookingCancel_Click() {
 }
 
 // Circulation.
+
+static constexpr int kNotCharged = 128;
 
 void frmBooking::refreshCaller() {
   if (CallerView == kSourceMainWindow) app_.main().GetBookingsForDate();

@@ -7,7 +7,7 @@ namespace vantry {
 
 namespace {
 
-enum Column { kBarcode, kStatus, kGroup, kGroupId };
+enum BarcodeColumn { kBarcode, kStatus, kGroupName, kGroupId };
 constexpr std::string_view kFormat = "<Barcode    |<Barcode Status   |<Patron Group    |<Patron Group ID";
 
 }  // namespace
@@ -32,11 +32,11 @@ void frmMPBarcode::Form_Load() {
   for (int row = 1; app_.message.NextRecord(tags::BNO); ++row) {
     faBarcodes.TextMatrix(row, kBarcode, app_.message.Get(tags::BNO));
     faBarcodes.TextMatrix(row, kStatus, app_.message.Get(tags::BST));
-    faBarcodes.TextMatrix(row, kGroup, app_.message.Get(tags::PGNM));
+    faBarcodes.TextMatrix(row, kGroupName, app_.message.Get(tags::PGNM));
     faBarcodes.TextMatrix(row, kGroupId, app_.message.Get(tags::PGID));
   }
   for (int col = 0; col < faBarcodes.Cols; ++col) faBarcodes.ColData(col, col);
-  faBarcodes.AutoSize(kBarcode, kGroup);
+  faBarcodes.AutoSize(kBarcode, kGroupName);
   faBarcodes.ColWidth(kGroupId, 0);
   faBarcodes.Row = 1;
   faBarcodes.Redraw = true;
@@ -50,7 +50,7 @@ void frmMPBarcode::cmdOK_Click() {
   const int row = faBarcodes.Row;
   if (row < faBarcodes.FixedRows) return;
   const auto text = [&](int data) { return faBarcodes.TextMatrix(row, faBarcodes.columnOfData(data)); };
-  Tag = text(kGroup) + "|" + text(kGroupId);
+  Tag = text(kGroupName) + "|" + text(kGroupId);
   Hide();
 }
 

@@ -7,7 +7,7 @@ namespace vantry {
 
 namespace {
 
-enum Column { kName, kGroup, kStatus, kGroupId, kPatronId, kStatusId };
+enum PatronColumn { kName, kGroupName, kStatus, kGroupId, kPatronId, kStatusId };
 constexpr std::string_view kFormat =
     "<Patron Name|<Patron Group|<Barcode Status|<Patron Group ID|<Patron ID|<";
 constexpr int kActive = 1;
@@ -35,7 +35,7 @@ void frmMultPatron::Form_Load() {
   for (int row = 1; app_.message.NextRecord(tags::PID); ++row) {
     faPatrons.TextMatrix(row, kName,
                          PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN)));
-    faPatrons.TextMatrix(row, kGroup, message.Get(tags::PGNM));
+    faPatrons.TextMatrix(row, kGroupName, message.Get(tags::PGNM));
     faPatrons.TextMatrix(row, kStatus, message.Get(tags::BST));
     faPatrons.TextMatrix(row, kGroupId, message.Get(tags::PGID));
     faPatrons.TextMatrix(row, kPatronId, message.Get(tags::PID));
@@ -64,7 +64,7 @@ void frmMultPatron::faPatrons_Click() {
 
 void frmMultPatron::cmdOK_Click() {
   if (!cmdOK.Enabled) return;
-  Tag = chosen(kName) + "|" + chosen(kGroup) + "|" + chosen(kGroupId) + "|" + chosen(kPatronId);
+  Tag = chosen(kName) + "|" + chosen(kGroupName) + "|" + chosen(kGroupId) + "|" + chosen(kPatronId);
   Hide();
 }
 

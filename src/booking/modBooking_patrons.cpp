@@ -271,7 +271,7 @@ void AdminBookingChanged(const PatronForm& form, BookingRecord& record) {
   form.requester.text.Locked = administrative;
   form.requester.text.Enabled = !administrative;
   form.requester.pick.Enabled = !administrative;
-  if (administrative) form.chkAdminBooking->Enabled = false;
+  form.chkAdminBooking->Enabled = !administrative;
   raise(form.requesterIsKnown);
 }
 

@@ -24,9 +24,9 @@ std::string captionOf(int option) {
 }  // namespace
 
 PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
-    : lblDeliveryRoom(addOption(place), "lblDeliveryRoom", "Delivery Roo&m:"),
-      lblLibSchedRoom(addOption(place), "lblLibSchedRoom", "&Scheduled Room:"),
-      lblPickupLocation(addOption(place), "lblPickupLocation", "Pick-Up L&ocation:"),
+    : lblDeliveryRoom(addOption(place, kDeliverOption), "lblDeliveryRoom", "Delivery Roo&m:"),
+      lblLibSchedRoom(addOption(place, kScheduledOption), "lblLibSchedRoom", "&Scheduled Room:"),
+      lblPickupLocation(addOption(place, kPickUpOption), "lblPickupLocation", "Pick-Up L&ocation:"),
       cboDeliveryRoom(fraRoom(0), "cboDeliveryRoom"),
       cboLibSchedRoom(fraRoom(1), "cboLibSchedRoom"),
       cboPickupLocation(fraRoom(2), "cboPickupLocation"),
@@ -52,9 +52,9 @@ PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
   enableCommands();
 }
 
-/// Makes the next option with the frame for what belongs to it.
-Frame& PlacePanel::addOption(Container& place) {
-  optRoom.add(place, captionOf(optRoom.UBound() + 1));
+/// Makes an option with the frame for what belongs to it.
+Frame& PlacePanel::addOption(Container& place, int index) {
+  optRoom.add(place, captionOf(index));
   return fraRoom.add(place, "", 0);
 }
 

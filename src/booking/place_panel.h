@@ -65,7 +65,7 @@ class PlacePanel {
   void mnuPopupRoomsSuggest_Click();
 
  private:
-  Frame& addOption(Container& place);
+  Frame& addOption(Container& place, int index);
   void connect();
   void arrange(Container& place);
   void fillLocations();

@@ -1,0 +1,285 @@
+#include "booking/editor_fixture.h"
+#include "booking/frmRequester.h"
+
+// What an editor shows of a booking, and what its commands do.
+
+namespace vantry::test {
+namespace {
+
+struct EditorLoad : EditorTest {};
+
+TEST_F(EditorLoad, ShowsAllOfABooking) {
+  server.expect("GETMSD", "BOOKID=7").replies(head());
+  expectRooms();
+  server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+  server.expect("GETREQP", "RID=41 BRTY=1").replies("EID=70 EIU=N BNO=B70 ENO=N70 ETY=Screen ESDS=Good");
+  server.expect("GETSITM", "BOOKID=7").replies("MTID=5 BI=81 MI=82 IM=83 TITL=\"Sea birds\" MTY=Film");
+  server.expect("GID", "MI=82 IM=83").replies("LO=Stacks CP=1");
+  server.expect("GMD", "MI=82 BI=81").replies("MI=82 CN=QL1 LO=Stacks");
+  server.expect("GETSEQ", "BOOKID=7")
+      .replies("EID=90 EIU=N BNO=B90 ENO=N90 ETY=TV ESDS=Good\nEID=0 ETI=12 ETY=Projector");
+  server.expect("ITMEQS", "MTID=5 PGID=2 ADBK=N").replies("head: MTY=Film | ETI=14 ETY=Player");
+  server.expect("GSCIT", "BOOKID=7").replies("MTID=5 ETI=14");
+  expectPrivileges();
+  OpenRecordWindow(app, kBooking, "7");
+  frmBooking& window = editor();
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7");
+  EXPECT_EQ(window.requester.requester.text.Text, "Ink, Ina");
+  EXPECT_TRUE(window.requester.requester.text.Locked);
+  EXPECT_FALSE(window.requester.requester.pick.Enabled) << "a saved booking keeps its requester";
+  EXPECT_EQ(window.requester.txtPatronGroup.Text, "Staff");
+  EXPECT_EQ(window.txtConfirmationNumber.Text, "M7");
+  EXPECT_EQ(window.times.txtNeedTime.textAmPm(), "09:00 AM");
+  EXPECT_EQ(window.times.fpdExpireDate.shortDate(), "31/01/2027");
+  EXPECT_FALSE(window.times.cmdMultipleBookings.Visible);
+  EXPECT_EQ(window.place.cboDeliveryRoom.Text(), "Lab");
+  EXPECT_EQ(window.lblPlace.Caption, "Deliver:  Lab");
+  EXPECT_EQ(window.lblThings.Caption, "1 media, 3 equipment");
+  EXPECT_EQ(window.equipment.txtSetupTime.number(), 10);
+  EXPECT_EQ(window.txtBookingNote.Text, "By the lift");
+  EXPECT_EQ(window.cboSetupStaff.Text(), "Stone, Sam");
+  EXPECT_EQ(window.cboCleanupStaff.Text(), "(none)");
+  EXPECT_EQ(window.txtCreateOperator.Text, "desk");
+  EXPECT_EQ(window.fpdUpdateDate.shortDate(), "21/11/2026");
+  EXPECT_EQ(window.equipment.tvwEquipment.find(requiredTypeKey("5", "14"))->image, kChecked);
+  EXPECT_FALSE(window.Dirty);
+  EXPECT_TRUE(window.mnuBooking.Enabled);
+  EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
+  EXPECT_TRUE(window.Enabled);
+  EXPECT_TRUE(circulation.asked.empty()) << "no note of the room while a booking is read";
+}
+
+TEST_F(EditorLoad, OnlyAFailingHeadKeepsTheWindowAway) {
+  server.expect("GETMSD", "BOOKID=7").fails(1);
+  desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
+  OpenRecordWindow(app, kBooking, "7");
+  EXPECT_EQ(editors(), 0);
+
+  server.expect("GETMSD", "BOOKID=7").replies(head());
+  expectRooms();
+  for (const char* code : {"GETSRM", "GETSITM", "GETSEQ", "GSCIT"}) {
+    server.expect(code, "BOOKID=7").fails(1);
+    desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
+  }
+  expectPrivileges();
+  OpenRecordWindow(app, kBooking, "7");
+  EXPECT_EQ(editor().record.ConfirmationNumber, "M7") << "and shows what it has";
+}
+
+TEST_F(EditorLoad, AWithheldRequesterIsNotNamed) {
+  frmBooking& window = openSeven("PATNM=");
+  EXPECT_EQ(window.requester.requester.text.Text, "Requester Withheld");
+  EXPECT_TRUE(window.requester.requester.text.Locked);
+}
+
+TEST_F(EditorLoad, AnAdministrativeBookingHasTheRoomsOfNoGroup) {
+  server.expect("GETMSD", "BOOKID=7").replies(head("ADBK=Y PATNM= PGNM= PID=0 PGID=0"));
+  expectRooms("ADBK=Y PGID=0");
+  server.expect("GETSRM", "BOOKID=7").replies("RID=0 RCOP=1 RCA=20 LOC=4 RTI=6 RNM=Branch RTY=Hall");
+  expectEmptyThings();
+  OpenRecordWindow(app, kBooking, "7");
+  frmBooking& window = editor();
+  EXPECT_TRUE(window.requester.chkAdminBooking.Value);
+  EXPECT_FALSE(window.requester.chkAdminBooking.Enabled);
+  EXPECT_EQ(window.place.txtGenericRoom(0).Text,
+            "Capacity:  <=20 *** Location:  Branch *** Room Type:  Hall");
+  EXPECT_EQ(window.place.cboDeliveryRoom.ListIndex, -1) << "no room beside it";
+  EXPECT_TRUE(window.record.isGenericRoom());
+}
+
+TEST_F(EditorLoad, AResultEndsTheEditing) {
+  const struct {
+    const char* result;
+    const char* suffix;
+    bool discharges;
+  } rows[] = {{"BKRES=1", "  <Complete>", false},
+              {"BKRES=4", "  <Operator Canceled>", false},
+              {"BKRES=99", "  <Charged>", true},
+              {"BKRES=999", "  <Overdue>", true}};
+  for (const auto& row : rows) {
+    frmBooking& window = openSeven(row.result);
+    EXPECT_EQ(window.Caption, std::string("Booking - Confirmation Number:  M7") + row.suffix);
+    EXPECT_FALSE(window.mnuFileSave.Enabled);
+    EXPECT_FALSE(window.barBooking.tool("abSaveAndNew").Enabled);
+    EXPECT_FALSE(window.times.fpdNeedDate.Enabled);
+    EXPECT_FALSE(window.place.cboDeliveryRoom.Enabled);
+    EXPECT_TRUE(window.place.cmdRoomView(0).Enabled) << "looking is free";
+    EXPECT_TRUE(window.txtBookingNote.Locked);
+    EXPECT_FALSE(window.mnuBookingCharge.Enabled);
+    EXPECT_FALSE(window.mnuBookingCancel.Enabled);
+    EXPECT_EQ(window.mnuBookingDischarge.Enabled, row.discharges) << row.result;
+    EXPECT_TRUE(window.mnuFileCopyBooking.Enabled);
+    window.mnuFileClose.choose();
+    EXPECT_FALSE(window.isLoaded());
+  }
+}
+
+TEST_F(EditorLoad, AViewOnlyOperatorOnlyLooks) {
+  grant({Right::BKV});
+  frmBooking& window = openSeven();
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7");
+  EXPECT_FALSE(window.mnuFileSave.Enabled);
+  EXPECT_FALSE(window.mnuFileCopyBooking.Enabled);
+  EXPECT_FALSE(window.mnuFileDeleteBooking.Enabled);
+  EXPECT_FALSE(window.mnuBookingCharge.Enabled);
+  EXPECT_TRUE(window.mnuFilePrint.Enabled);
+  EXPECT_FALSE(window.media.cmdAddMediaViaBarcode.Enabled);
+  EXPECT_FALSE(window.equipment.cmdAddEquipViaBarcode.Enabled);
+  window.closeByOperator();
+  EXPECT_FALSE(window.isLoaded()) << "nothing is asked";
+}
+
+TEST_F(EditorLoad, ANewBookingStartsTodayAtThePreferredPlace) {
+  app.preferences.BookRoomType = 2;
+  grant({Right::BKADD});
+  frmBooking& window = openNew();
+  EXPECT_EQ(window.Caption, "New Booking");
+  EXPECT_EQ(window.times.fpdNeedDate.shortDate(), "24/11/2026");
+  EXPECT_EQ(window.lblPlace.Caption, "Pick-Up:  Main Desk");
+  EXPECT_EQ(window.record.PickupLocationId, 3);
+  EXPECT_FALSE(window.mnuBooking.Enabled);
+  EXPECT_FALSE(window.mnuFilePrint.Enabled);
+  EXPECT_FALSE(window.requester.chkAdminBooking.Visible) << "needs the right to override items";
+  EXPECT_FALSE(window.Dirty);
+}
+
+// Copies.
+
+TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
+  frmBooking& model = openSeven("BKRES=1");
+  desktop.expectModalWindow<frmRequester>("frmRequester", [&](frmRequester& window) {
+    EXPECT_EQ(window.requester.text.Text, "Ink, Ina");
+    server.expect("FIND", "SRCHTAG=17 SRCHVAL=P40 SRCHFOR=6 SRCHLOC=5 SRCHOP=")
+        .replies("PID=40 PLN=Pen PFN=Pia PGNM=Guests PGID=3 BNO=P40 BST=Active BSI=1");
+    server.expect("VALRP", "PID=40 PGID=3 PUP=N");
+    server.expect("PATPRIV", "PGID=3 PID=40").replies("ICNT=5 ECNT=5 PVALD= BKM=-1 BCNT=0");
+    scan(window.requester, "P40");
+    desktop.expectInformation(
+        "The new requester is in a different patron group than the requester on the booking you are copying. "
+        " "
+        "Since the patron groups may have different privileges, the booking cannot be copied.");
+    window.cmdOK.press();
+    EXPECT_TRUE(window.isShown());
+    server.expect("FIND", "SRCHTAG=17 SRCHVAL=P32 SRCHFOR=6 SRCHLOC=5 SRCHOP=")
+        .replies("PID=32 PLN=Oak PFN=Ole PGNM=Staff PGID=2 BNO=P32 BST=Active BSI=1");
+    server.expect("VALRP", "PID=32 PGID=2 PUP=N");
+    server.expect("PATPRIV", "PGID=2 PID=32")
+        .replies("ICNT=5 ECNT=5 PVALD=2027-03-01 00:00:00 BKM=-1 BCNT=0");
+    scan(window.requester, "P32");
+    // The copy reads the booking anew.
+    server.expect("GETMSD", "BOOKID=7").replies(head("BKRES=1"));
+    expectRooms();
+    server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+    server.expect("GETREQP", "RID=41 BRTY=1");
+    expectEmptyThings();
+    server.expect("PATPRIV", "PGID=2 PID=32")
+        .replies("ICNT=5 ECNT=5 PVALD=2027-03-01 00:00:00 BKM=-1 BCNT=0");
+    window.cmdOK.press();
+  });
+  model.mnuFileCopyBooking.choose();
+  frmBooking& copy = editor();
+  ASSERT_NE(&copy, &model);
+  EXPECT_EQ(copy.Caption, "Copy of Booking with Confirmation Number M7");
+  EXPECT_EQ(copy.record.BookingId, 0);
+  EXPECT_EQ(copy.record.RequesterId, 32);
+  EXPECT_EQ(copy.requester.requester.text.Text, "Oak, Ole");
+  EXPECT_EQ(copy.times.fpdExpireDate.shortDate(), "01/03/2027");
+  EXPECT_EQ(copy.txtConfirmationNumber.Text, "");
+  EXPECT_EQ(copy.lblStatus.Caption, "") << "a copy starts live";
+  EXPECT_TRUE(copy.Dirty);
+  EXPECT_TRUE(copy.mnuFileSave.Enabled);
+  EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);
+  EXPECT_FALSE(app.booking.copyMode);
+}
+
+TEST_F(EditorLoad, ACopyCanBecomeAdministrativeOrBeCancelled) {
+  frmBooking& model = openSeven();
+  desktop.expectModalWindow<frmRequester>("frmRequester",
+                                          [](frmRequester& window) { window.cmdCancel.press(); });
+  model.mnuFileCopyBooking.choose();
+  EXPECT_EQ(editors(), 1);
+  desktop.expectModalWindow<frmRequester>("frmRequester", [&](frmRequester& window) {
+    window.optAdministrative.choose();
+    server.expect("GETMSD", "BOOKID=7").replies(head());
+    expectRooms("ADBK=Y PGID=0");
+    server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+    server.expect("GETREQP", "RID=41 BRTY=1");
+    expectEmptyThings();
+    window.cmdOK.press();
+  });
+  model.mnuFileCopyBooking.choose();
+  EXPECT_EQ(editor().record.AdminBooking, "Y");
+  EXPECT_EQ(editor().record.RequesterId, 0);
+  EXPECT_EQ(editor().requester.requester.text.Text, "");
+}
+
+// Delete, cancel, close, circulation.
+
+TEST_F(EditorLoad, ADeletedBookingClosesItsWindow) {
+  frmBooking& window = openSeven();
+  desktop.expectQuestion("Are you sure you wish to delete this booking?", true);
+  server.expect("VALDELBK", "BOOKID=7").fails(106);
+  desktop.expectWarning("Booking in progress.  Cannot delete!");
+  window.mnuFileDeleteBooking.choose();
+  EXPECT_TRUE(window.isLoaded());
+  desktop.expectQuestion("Are you sure you wish to delete this booking?", true);
+  server.expect("VALDELBK", "BOOKID=7");
+  server.expect("DELBK", "BOOKID=7");
+  window.mnuFileDeleteBooking.choose();
+  EXPECT_FALSE(window.isLoaded());
+  EXPECT_EQ(main.refreshes, 1);
+}
+
+TEST_F(EditorLoad, ACancelledBookingCanOnlyBeRead) {
+  frmBooking& window = openSeven();
+  window.txtBookingNote.type("typed");
+  desktop.expectQuestion("Are you sure you wish to cancel this booking?", true);
+  server.expect("VERCAN", "BOOKID=7");
+  server.expect("CANBK", "BOOKID=7");
+  window.mnuBookingCancel.choose();
+  EXPECT_EQ(window.lblStatus.Caption, "Canceled");
+  EXPECT_FALSE(window.mnuBookingCancel.Enabled);
+  EXPECT_FALSE(window.mnuBookingCharge.Enabled);
+  EXPECT_TRUE(window.txtBookingNote.Locked);
+  EXPECT_EQ(main.refreshes, 1);
+  window.closeByOperator();
+  EXPECT_FALSE(window.isLoaded()) << "what cannot be saved is not asked about";
+}
+
+TEST_F(EditorLoad, ChangesAreAskedAboutBeforeClosing) {
+  const char* question = "Changes will be lost!  Do you wish to SAVE this Booking before closing?";
+  frmBooking& window = openSeven();
+  window.cboCleanupStaff.select(1);
+  desktop.expectQuestion(question, true);
+  server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00").fails(1);
+  desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
+  window.closeByOperator();
+  EXPECT_TRUE(window.isLoaded()) << "the save has failed";
+  desktop.expectQuestion(question, false);
+  window.mnuFileClose.choose();
+  EXPECT_FALSE(window.isLoaded());
+}
+
+TEST_F(EditorLoad, ChargeAndDischargeShowTheirResult) {
+  frmBooking& window = openSeven();
+  window.tabBooking.choose(2);
+  server.expect("CBK", "BOOKID=7").replies("RNO=H1 PMSG=note | ENO=TV1 PMSG=note");
+  desktop.expectInformation("Booking charged successfully!");
+  window.mnuBookingCharge.choose();
+  EXPECT_EQ(window.tabBooking.SelectedTab, 0);
+  EXPECT_EQ(window.lblStatus.Caption, "Charged");
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7  <Charged>");
+  EXPECT_TRUE(window.barBooking.tool("abDischarge").Enabled);
+  EXPECT_EQ(main.refreshes, 1);
+  circulation.dischargeStatus = "0";
+  window.mnuBookingDischarge.choose();
+  EXPECT_EQ(window.lblStatus.Caption, "Charged") << "some of it is still out";
+  circulation.dischargeStatus = "1";
+  window.mnuBookingDischarge.choose();
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7  <Complete>");
+  EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
+  EXPECT_THAT(circulation.asked, testing::ElementsAre("notes C 1 1", "discharge 7", "discharge 7"));
+}
+
+}  // namespace
+}  // namespace vantry::test
