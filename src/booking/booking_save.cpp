@@ -2,6 +2,7 @@
 
 #include "booking/frmBooking.h"
 #include "booking/frmErrorReport.h"
+#include "booking/frmOverride.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"

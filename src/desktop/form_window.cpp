@@ -20,6 +20,7 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "platform/controls.h"
+#include "platform/text.h"
 
 namespace vantry {
 
@@ -355,8 +356,15 @@ bool FormWindow::pressButton(bool Button::*which) {
   return false;
 }
 
+/// The help page of a window bears its name: that of "frmBooking" is "booking".
+static std::string helpTopic(const Form& form) {
+  const std::string name = lower(form.Name());
+  return name.starts_with("frm") ? name.substr(3) : name;
+}
+
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
+  if (key == Qt::Key_F1) return desktop_.showHelp(helpTopic(form_));
   if (key == Qt::Key_Escape && pressButton(&Button::Cancel)) return;
   if (key != Qt::Key_Return && key != Qt::Key_Enter) return QWidget::keyPressEvent(event);
   // A button with the focus is the one that Enter means.

@@ -21,7 +21,8 @@ static QString pageOf(const QString& topic) {
   return !topic.isEmpty() && QFile::exists(page) ? page : QStringLiteral(":/help/%1.md").arg(kFirstPage);
 }
 
-HelpWindow::HelpWindow() : pages_(new QTextBrowser(this)) {
+HelpWindow::HelpWindow(QWidget* dialog) : QWidget(dialog, Qt::Window), pages_(new QTextBrowser(this)) {
+  if (dialog) setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("help");
   setWindowTitle(tr("Vantry Help"));
   setWindowIcon(icon("help"));

@@ -9,7 +9,8 @@ namespace vantry {
 /// The help pages, which are kept in the program.
 class HelpWindow : public QWidget {
  public:
-  HelpWindow();
+  /// Beside all windows, or of a dialog, which lets no other window be used while it waits.
+  explicit HelpWindow(QWidget* dialog = nullptr);
   /// Opens the page of that topic, or the first page where there is none.
   void open(const QString& topic);
 

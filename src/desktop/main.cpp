@@ -7,17 +7,14 @@
 #include <memory>
 #include <optional>
 
-#include "circulation/circulation_dialogs.h"
 #include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
 #include "desktop/note_window.h"
 #include "desktop/program_options.h"
 #include "desktop/qt_desktop.h"
 #include "desktop/style.h"
-#include "frame/app.h"
 #include "frame/modMain.h"
-#include "schedule/frmMain.h"
-#include "schedule/makers_table.h"
+#include "schedule/program.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 #include "transport/sealed_box.h"
@@ -53,17 +50,15 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   SystemClock clock;
   FileSettings settings(options.user / "settings.ini");
   InstalledComponents components(desktop);
-  App app({desktop, transport, clock, settings, components, options.program, options.user}, options.rest);
   SealedBox sealer(transport);
+  Program program({desktop, transport, clock, settings, components, options.program, options.user},
+                  options.rest);
+  App& app = program.app;
   app.session.setSealer(sealer);
-  fillMakers(app.makers);
-  frmMain mainWindow(app);
-  app.setMain(mainWindow);
-  CirculationDialogs circulation(app);
-  app.setCirculation(circulation);
+  desktop.endWithSession(program.main);
   if (options.screenshot.empty()) return desktop.run([&] { return Main(app); });
   bool written = false;
-  DemoOperator demo(desktop, app, [&] { written = desktop.writePicture(mainWindow, options.screenshot); });
+  DemoOperator demo(desktop, app, [&] { written = desktop.writePicture(program.main, options.screenshot); });
   const int code = desktop.run([&] { return demo.start(); });
   return written ? code : 1;
 }

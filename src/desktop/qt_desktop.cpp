@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QFontMetricsF>
 #include <QLocale>
+#include <QSessionManager>
 #include <QSettings>
 #include <QTimer>
 #include <QUrl>
@@ -51,6 +52,15 @@ int QtDesktop::run(const std::function<bool()>& start) {
   if (started && !ended_) QApplication::exec();
   ended_ = true;
   return failed_ ? kFailure : 0;
+}
+
+void QtDesktop::endWithSession(Form& form) {
+  connect(qApp, &QGuiApplication::commitDataRequest, this, [this, &form](QSessionManager& manager) {
+    if (!manager.allowsInteraction()) return;
+    dispatch([&form] { form.Form_Terminate(); });
+    if (!ended_) manager.cancel();  // a window that still holds work refused
+    manager.release();
+  });
 }
 
 void QtDesktop::dispatch(const std::function<void()>& event) {
@@ -365,6 +375,7 @@ void QtDesktop::openBrowser(std::string_view address) {
 }
 
 void QtDesktop::showHelp(std::string_view topic) {
+  if (QWidget* dialog = QApplication::activeModalWidget()) return (new HelpWindow(dialog))->open(qt(topic));
   if (!help_) help_ = std::make_unique<HelpWindow>();
   help_->open(qt(topic));
 }

@@ -30,6 +30,8 @@ class QtDesktop final : public QObject, public Desktop {
 
   /// Starts the program and runs it until it ends. Where `start` says no, it ends at once.
   int run(const std::function<bool()>& start);
+  /// When the system ends the operator's session, the form says whether the program may go.
+  void endWithSession(Form& form);
   /// Writes the picture of a shown form, as PNG; false where it is not shown or the file cannot be written.
   bool writePicture(Form& form, const std::string& file);
   /// Runs an event of a window. What it throws ends the program; ProgramEnd does so in silence.

@@ -30,6 +30,9 @@ class TreeBinder : public Binder {
     });
     connect(&widget, &QTreeWidget::itemActivated, this,
             [this](QTreeWidgetItem* item) { act([this, key = keyOf(item)] { tree_.doubleClick(key); }); });
+    widget.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&widget, &QTreeWidget::customContextMenuRequested, this,
+            [this](const QPoint& position) { menuWanted(position); });
     connect(&widget, &QTreeWidget::itemExpanded, this,
             [this](QTreeWidgetItem* item) { expanded(*item, true); });
     connect(&widget, &QTreeWidget::itemCollapsed, this,
@@ -146,6 +149,12 @@ class TreeBinder : public Binder {
     for (const std::string& key : tree_.SelectedKeys()) {
       if (QTreeWidgetItem* selected = find(widget_.invisibleRootItem(), key)) selected->setSelected(true);
     }
+  }
+
+  void menuWanted(const QPoint& position) {
+    host().popupAt(widget_.viewport()->mapToGlobal(position));
+    const QTreeWidgetItem* item = widget_.itemAt(position);  // none for the menu key
+    act([this, key = keyOf(item ? item : widget_.currentItem())] { tree_.rightClick(key); });
   }
 
   void expanded(QTreeWidgetItem& item, bool open) {

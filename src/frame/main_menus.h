@@ -59,6 +59,7 @@ struct MainMenus {
 
   MenuItem mnuTools{form, "mnuTools", "&Tools"};
   MenuItem mnuToolsSearch{mnuTools, "mnuToolsSearch", "&Search"};
+  MenuItem mnuToolsCalendars{mnuTools, "mnuToolsCalendars", "Booking &Calendars..."};
   MenuItem mnuToolsOptions{mnuTools, "mnuToolsOptions", "&Options..."};
   MenuItem mnuToolsDefaults{mnuTools, "mnuToolsDefaults", "Session &Defaults..."};
 

@@ -49,9 +49,36 @@ static void readType(App& app, int kind, std::string_view id) {
   app.slots.typeIds[slot] = app.message.Get(request.typeId);
 }
 
-void OpenRecordWindow(App& app, int kind, std::string_view id) {
+static bool hasWindow(int kind) {
+  return (kind >= kEquipment && kind <= kGroupMember) || kind == kBooking || kind == kWizard;
+}
+
+/// A maintenance record belongs to a piece, which is asked for first; false when none was named. A window of
+/// a piece opens the record with its own piece.
+static bool askForPiece(App& app) {
+  if (app.slots.source == kSourceEquipment) return true;
+  app.lookUp.LookupStatus.clear();
+  app.global.ReadyAllForms();
+  app.makers.run("NewMaintenanceSetup", app);
   app.global.BusyAllForms();
-  if (Form* standing = id.empty() ? nullptr : windowOf(app, windowTag(kind, id))) {
+  return app.lookUp.LookupStatus.empty();
+}
+
+static void showRecord(App& app, int kind, const std::string& tag) {
+  auto window = app.makers.makeRecord(kind, app);
+  if (!window) return;
+  Form& shown = app.windows.keep(std::move(window));
+  shown.Tag = tag;
+  shown.Show();
+}
+
+void OpenRecordWindow(App& app, int kind, std::string_view id) {
+  if (!hasWindow(kind)) return;
+  app.global.BusyAllForms();
+  app.slots.kind = kind;
+  // A new record has no window yet, also when it follows one that was just saved.
+  const bool isNew = id.empty();
+  if (Form* standing = isNew ? nullptr : windowOf(app, windowTag(kind, id))) {
     standing->WindowState = FormState::Normal;
     standing->SetFocus();
     app.global.ReadyAllForms();
@@ -59,20 +86,22 @@ void OpenRecordWindow(App& app, int kind, std::string_view id) {
   }
   const auto slot = static_cast<std::size_t>(kind);
   app.slots.ids[slot] = id;
-  app.slots.modes[slot] = id.empty() ? 1 : 0;
+  app.slots.modes[slot] = isNew ? 1 : 0;
   // Several new records can stand side by side: the number of loaded windows tells them apart.
-  const std::string tag = windowTag(kind, id.empty() ? std::to_string(app.windows.Count()) : std::string(id));
+  const std::string tag = windowTag(kind, isNew ? std::to_string(app.windows.Count()) : std::string(id));
   readType(app, kind, id);
-  if (auto window = app.makers.makeRecord(kind, app)) {
-    Form& shown = app.windows.keep(std::move(window));
-    shown.Tag = tag;
-    shown.Show();
-  }
+  if (kind != kMaintenance || !isNew || askForPiece(app)) showRecord(app, kind, tag);
   app.global.ReadyAllForms();
 }
 
 void CloseRecordWindow(App& app, int kind, std::string_view id) {
   if (Form* standing = windowOf(app, windowTag(kind, id))) standing->Unload();
+}
+
+int VerifyDelete(App& app, std::string_view id, std::string_view kind) {
+  app.message.Add(tags::VID, id);
+  app.message.Add(tags::VTY, kind);
+  return app.message.Send("VERDELE");
 }
 
 void SetGridAutoSize(const App& app, Grid& grid) {

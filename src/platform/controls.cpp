@@ -89,6 +89,12 @@ const std::string& ListControl::ItemData(int index) const {
   return index < 0 || index >= ListCount() ? none : items_[static_cast<std::size_t>(index)].data;
 }
 
+int ListControl::indexOfData(std::string_view data) const {
+  const auto found =
+      std::find_if(items_.begin(), items_.end(), [&](const Item& i) { return i.data == data; });
+  return found == items_.end() ? -1 : static_cast<int>(found - items_.begin());
+}
+
 int ListControl::indexOf(std::string_view text) const {
   const auto found =
       std::find_if(items_.begin(), items_.end(), [&](const Item& i) { return i.text == text; });

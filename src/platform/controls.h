@@ -96,7 +96,8 @@ class ListControl : public Control {
   /// The text or the data of an entry; empty beyond the ends.
   const std::string& List(int index) const;
   const std::string& ItemData(int index) const;
-  /// The first entry with this text, or -1.
+  /// The first entry with this data or text, or -1.
+  int indexOfData(std::string_view data) const;
   int indexOf(std::string_view text) const;
 
   /// The operator selects an entry.

@@ -36,6 +36,8 @@ class Form : public Element, public Container {
   virtual void Form_Activate() {}
   /// False refuses to close.
   virtual bool Form_Unload() { return true; }
+  /// The system ends the operator's session, and the program with it.
+  virtual void Form_Terminate() {}
 
   void Load();
   void Show();

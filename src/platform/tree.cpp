@@ -81,6 +81,13 @@ void Tree::doubleClick(std::string_view key) {
   raise(DblClick);
 }
 
+void Tree::rightClick(std::string_view key) {
+  if (!usable()) return;
+  const bool among = MultiSelect && std::find(selected_.begin(), selected_.end(), key) != selected_.end();
+  if (find(key) && !among) click(key);  // several that are selected stay so
+  raise(RightClick);
+}
+
 void Tree::setExpanded(std::string_view key, bool expanded) {
   TreeNode* node = find(key);
   if (!node || node->expanded == expanded) return;

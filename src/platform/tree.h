@@ -41,6 +41,7 @@ class Tree : public Control {
   Event DblClick;
   Event Expand;
   Event Check;  ///< the operator ticks the selected node on or off
+  Event RightClick;  ///< on the selected node, if there is one
 
   /// Adds a node below the parent (empty: a root). Nothing when the key is taken or the parent is unknown.
   [[nodiscard]] TreeNode* Add(std::string_view parentKey, std::string key, std::string text, int image = 0);
@@ -61,6 +62,7 @@ class Tree : public Control {
   // The operator's actions.
   void click(std::string_view key);
   void doubleClick(std::string_view key);
+  void rightClick(std::string_view key);
   void setExpanded(std::string_view key, bool expanded);
   void check(std::string_view key);
   /// All that are selected now, where several can be; the last new one gets the attention.

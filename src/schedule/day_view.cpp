@@ -1,7 +1,6 @@
 #include "schedule/day_view.h"
 
-#include <optional>
-
+#include "frame/booking_columns.h"
 #include "frame/modMain.h"
 #include "platform/text.h"
 #include "words/tags.h"
@@ -10,32 +9,21 @@ namespace vantry {
 
 namespace {
 
-/// How a cell comes about from the reply.
-enum class CellKind { Plain, Status, StartTime24, StartTime, EndDate, EndTime24, EndTime, Requester };
-
-struct DayColumn {
-  std::string_view heading;
-  std::string_view tag;
-  CellKind kind;
-  int width;  ///< twips; 0 hides
-  SortKind sort;
-};
-
 // The 24-hour columns stay hidden; a sort on a time runs by them.
-constexpr DayColumn kColumns[] = {
-    {"ID", tags::BOOKID, CellKind::Plain, 0, SortKind::Text},
-    {"Booking Status", tags::BKRES, CellKind::Status, 0, SortKind::Text},
-    {"Start Time24", tags::STIME, CellKind::StartTime24, 0, SortKind::ClockTime},
-    {"Start Time", "", CellKind::StartTime, 900, SortKind::ClockTime},
-    {"End Date", tags::ETIME_, CellKind::EndDate, 900, SortKind::ShortDate},
-    {"End Time24", "", CellKind::EndTime24, 0, SortKind::ClockTime},
-    {"End Time", "", CellKind::EndTime, 900, SortKind::ClockTime},
-    {"Requester", tags::REQ, CellKind::Requester, 2200, SortKind::Text},
-    {"Confirmation #", tags::CNUM, CellKind::Plain, 1500, SortKind::Text},
-    {"Booking Type", tags::BTYP, CellKind::Plain, 1400, SortKind::Text},
-    {"Delivery Room/Pickup Location", tags::DPL, CellKind::Plain, 2800, SortKind::Text},
-    {"Equipment Count", tags::ECNT, CellKind::Plain, 1300, SortKind::Text},
-    {"Item Count", tags::ICNT, CellKind::Plain, 1000, SortKind::Text},
+constexpr BookingColumn kColumns[] = {
+    {"ID", tags::BOOKID, CellKind::Plain, 0},
+    {"Booking Status", tags::BKRES, CellKind::Plain, 0},
+    {"Start Time24", tags::STIME, CellKind::Time24, 0, SortKind::ClockTime},
+    {"Start Time", tags::STIME, CellKind::Time, 900, SortKind::ClockTime},
+    {"End Date", tags::ETIME_, CellKind::Date, 900, SortKind::ShortDate},
+    {"End Time24", tags::ETIME_, CellKind::Time24, 0, SortKind::ClockTime},
+    {"End Time", tags::ETIME_, CellKind::Time, 900, SortKind::ClockTime},
+    {"Requester", tags::REQ, CellKind::Requester, 2200},
+    {"Confirmation #", tags::CNUM},
+    {"Booking Type", tags::BTYP, CellKind::Plain, 1400},
+    {"Delivery Room/Pickup Location", tags::DPL, CellKind::Plain, 2800},
+    {"Equipment Count", tags::ECNT, CellKind::Plain, 1300},
+    {"Item Count", tags::ICNT, CellKind::Plain, 1000},
 };
 constexpr int kStatusColumn = 1;
 
@@ -108,22 +96,8 @@ void DayView::connect() {
 }
 
 void DayView::BuildBookingFlexArray() {
-  std::string format;
-  for (const DayColumn& column : kColumns) {
-    if (!format.empty()) format += '|';
-    format += '<';
-    format += column.heading;
-  }
-  faDayBookings.Rows = 1;
-  faDayBookings.FixedRows = 1;
-  faDayBookings.FormatString.put({});  // a log-off builds the grid again, moved columns back in their places
-  faDayBookings.FormatString = format;
-  for (int col = 0; col < faDayBookings.Cols; ++col) {
-    faDayBookings.ColWidth(col, kColumns[col].width);
-    faDayBookings.ColSortKind(col, kColumns[col].sort);
-    faDayBookings.ColData(col, col);
-    faDayBookings.MergeCol(col, true);
-  }
+  BuildBookingColumns(faDayBookings, kColumns);
+  for (int col = 0; col < faDayBookings.Cols; ++col) faDayBookings.MergeCol(col, true);
 }
 
 void DayView::disableRowCommands() {
@@ -205,14 +179,7 @@ int DayView::fillRows(int total) {
   return filteredOut;
 }
 
-/// A record's start and end, read once each, at the first of their columns.
-struct DayView::RowTimes {
-  std::optional<std::string> start;
-  std::optional<std::string> end;
-};
-
 bool DayView::fillRow(int row) {
-  RowTimes times;
   int status = 0;
   for (int col = 0; col < faDayBookings.Cols; ++col) {
     const int data = faDayBookings.ColData(col);
@@ -221,45 +188,24 @@ bool DayView::fillRow(int row) {
       if (!isShown(status)) return false;
       faDayBookings.TextMatrix(row, col, std::to_string(status));
     } else {
-      faDayBookings.TextMatrix(row, col, cellText(data, times));
+      faDayBookings.TextMatrix(row, col, cellText(data));
     }
   }
   ColourBookingRow(faDayBookings, row, status, legend);
   return true;
 }
 
-std::string DayView::cellText(int column, RowTimes& times) {
-  const DayColumn& info = kColumns[column];
+std::string DayView::cellText(int column) const {
+  const BookingColumn& info = kColumns[column];
+  std::string value = parts_.app.message.Get(info.tag);
   switch (info.kind) {
-    case CellKind::StartTime24:
-    case CellKind::StartTime:
-      return startText(info.kind == CellKind::StartTime24, times);
-    case CellKind::EndDate:
-    case CellKind::EndTime24:
-    case CellKind::EndTime:
-      return endText(column, times);
+    case CellKind::Plain:
+      return value;
     case CellKind::Requester:
-      return requesterText(parts_.app.message.Get(info.tag));
+      return requesterText(value);
     default:
-      return parts_.app.message.Get(info.tag);
+      return momentText(parts_, info.kind, value);
   }
-}
-
-std::string DayView::startText(bool in24Hours, RowTimes& times) {
-  if (!times.start) times.start = parts_.app.message.Get(tags::STIME);
-  if (times.start->empty()) return {};
-  ServerTools::PutControlTime(*times.start, parts_.txtServerTime);
-  return in24Hours ? parts_.txtServerTime.text24() : parts_.txtServerTime.textAmPm();
-}
-
-std::string DayView::endText(int column, RowTimes& times) {
-  if (!times.end) times.end = parts_.app.message.Get(tags::ETIME_);
-  if (times.end->empty()) return {};
-  ServerTools::PutControlDate(*times.end, parts_.dtServerDate);
-  ServerTools::PutControlTime(*times.end, parts_.txtServerTime);
-  const CellKind kind = kColumns[column].kind;
-  if (kind == CellKind::EndDate) return parts_.dtServerDate.shortDate();
-  return kind == CellKind::EndTime24 ? parts_.txtServerTime.text24() : parts_.txtServerTime.textAmPm();
 }
 
 bool DayView::isShown(int status) const {

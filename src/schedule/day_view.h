@@ -49,7 +49,6 @@ class DayView {
   const std::string& selectedId() const { return selectedId_; }
 
  private:
-  struct RowTimes;
   void arrange(Frame& frame);
   void connect();
   void disableRowCommands();
@@ -59,9 +58,7 @@ class DayView {
   int fillRows(int total);
   /// False when the legend hides a booking of this status.
   bool fillRow(int row);
-  std::string cellText(int column, RowTimes& times);
-  std::string startText(bool in24Hours, RowTimes& times);
-  std::string endText(int column, RowTimes& times);
+  std::string cellText(int column) const;
   void finishGrid();
   void showCount(int total, int filteredOut);
   bool isShown(int status) const;

@@ -66,6 +66,7 @@ void frmMain::Form_Load() {
   for (MenuItem* popup : {&menus.mnuPopupTools, &menus.mnuPopupGroup, &menus.mnuPopupMember,
                           &menus.mnuPopupNewBooking, &menus.mnuPopupScheduler, &menus.mnuPopupBookings})
     popup->Visible = false;
+  BuildDaemonFlexArray(faDaemon, ViewId::Conflict);
   dayView.BuildBookingFlexArray();
   staffView.BuildStaffFlexArray();
   chargeView.load();
@@ -89,6 +90,7 @@ void frmMain::HideFrames() {
     frame.BorderStyle = 0;
     frame.Caption = "";
   }
+  faDaemon.Visible = false;
 }
 
 void frmMain::UpdateCalendars() {
@@ -159,15 +161,24 @@ void frmMain::applyPreferences(Applies what) {
 void frmMain::StartStopTimer(bool start) {
   if (app_.daemonPeriod == 0) return;  // no refresh by itself
   tmrDaemon.Enabled = start;
-  if (!start) return;
-  ticksToRefresh = app_.daemonPeriod / kTickMilliseconds;
+}
+
+Grid* frmMain::visibleGrid() {
+  const std::pair<const Frame*, Grid*> grids[] = {{&frames.fraView(1), &dayView.faDayBookings},
+                                                  {&frames.fraView(4), &chargeView.faChargeBookings},
+                                                  {&frames.fraView(5), &dischargeView.faDischargeBookings},
+                                                  {&frames.fraStaff(1), &staffView.faStaff}};
+  for (const auto& [frame, grid] : grids) {
+    if (frame->Visible) return grid;
+  }
+  return nullptr;
 }
 
 void frmMain::mnuViewMergeCells_Click() {
   const bool on = !menus.mnuViewMergeCells.Checked;
   menus.mnuViewMergeCells.Checked = on;
   app_.preferences.MergeCells = on;
-  if (frames.fraView(1).Visible) SetGridMerge(dayView.faDayBookings, on);
+  if (Grid* grid = visibleGrid()) SetGridMerge(*grid, on);
 }
 
 void frmMain::mnuView_Click() {

@@ -11,6 +11,7 @@
 #include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
 #include "schedule/main_views.h"
+#include "schedule/monitor_grid.h"
 
 namespace vantry {
 
@@ -38,7 +39,7 @@ class frmMain : public Form, public MainWindow {
   // Form
   void Form_Load() override;
   bool Form_Unload() override;
-  void Form_Terminate();
+  void Form_Terminate() override;
 
   // MainWindow
   Form& form() override { return *this; }
@@ -110,13 +111,11 @@ class frmMain : public Form, public MainWindow {
   MonthView monthView{parts(), frames.fraView(2), bookingColours()};
   YearView yearView{parts(), frames.fraView(3), bookingColours()};
   StaffView staffView{parts(), frames.fraStaff(1)};
+  Grid faDaemon{*this, "faDaemon"};  // of all views of the monitor
   LegendLabels legendDelivery{frames.fraDaemon(2), 1};
   ChargeView chargeView{parts(), frames.fraView(4)};
   DischargeView dischargeView{parts(), frames.fraView(5)};
   QuickDischargeView quickDischargeView{parts(), frames.fraView(6)};
-
-  /// For StartStopTimer's clock: ticks of the timer until the next refresh.
-  int ticksToRefresh = 0;
 
  private:
   MainParts parts();
@@ -143,6 +142,9 @@ class frmMain : public Form, public MainWindow {
   bool tellOpenWindows(std::string_view sentence);
   /// Runs a sort on the bookings that show.
   void sortBookings(void (*sort)(Grid&));
+
+  /// The list of the view that shows, or nullptr.
+  Grid* visibleGrid();
 
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;

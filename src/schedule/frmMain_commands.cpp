@@ -1,5 +1,6 @@
 // Tool bar, list bars and menus: what each entry runs.
 #include "frame/modMain.h"
+#include "messaging/session_dialogs.h"
 #include "platform/text.h"
 #include "schedule/frmMain.h"
 
@@ -39,6 +40,7 @@ void frmMain::arrange() {
       frames.fraDaemon(5),
       frames.fraDaemon(6),
       frames.fraDaemon(7),
+      faDaemon,
       frames.fraStaff(1),
       Row{lblSingleBookingColor, lblMultipleBookingsColor,
           Stretch{}}}.share(1);
@@ -129,7 +131,12 @@ void frmMain::connectMenus() {
   m.mnuFileNewBooking.Click = m.mnuPopupNewBookingFreeform.Click = [this] { mnuFileNewBooking_Click(); };
   m.mnuFileNewBookingWiz.Click = m.mnuPopupNewBookingWizard.Click = [this] { mnuFileNewBookingWiz_Click(); };
   m.mnuFileNewPickup.Click = m.mnuPopupNewBookingPickup.Click = [this] { mnuFileNewPickup_Click(); };
-  const auto newRecord = [this](int kind) { return [this, kind] { OpenRecordWindow(app_, kind, ""); }; };
+  const auto newRecord = [this](int kind) {
+    return [this, kind] {
+      app_.slots.source = kSourceMainWindow;
+      OpenRecordWindow(app_, kind, "");
+    };
+  };
   m.mnuFileNewInvEquip.Click = newRecord(kEquipment);
   m.mnuFileNewInvGroup.Click = newRecord(kGroup);
   m.mnuFileNewInvRoom.Click = newRecord(kRoom);
@@ -140,7 +147,8 @@ void frmMain::connectMenus() {
   m.mnuFilePrintDetail.Click = m.mnuPopupBookingsPrintDetail.Click = command("PrintDetail");
   m.mnuFilePrintDetailAll.Click = m.mnuPopupBookingsPrintDetailAll.Click = command("PrintDetailAll");
   m.mnuPopupBookingsPrintListing.Click = [this] { mnuFilePrintListing_Click(); };
-  m.mnuToolsDefaults.Click = command("SessionDefaults");
+  m.mnuToolsDefaults.Enabled = false;  // a session has no defaults beside the options
+  m.mnuToolsCalendars.Click = command("frmSched");
   for (auto [entry, keys] :
        std::initializer_list<std::pair<MenuItem*, const char*>>{{&m.mnuFileNewBooking, "Ctrl+N"},
                                                                 {&m.mnuFileNewBookingWiz, "Ctrl+W"},
@@ -266,7 +274,7 @@ void frmMain::mnuToolsSearch_Click() {
 }
 
 void frmMain::mnuHelpTopics_Click() {
-  app_.desktop.showHelp("");
+  app_.desktop.showHelp(currentView_ ? currentView_->picture : "");
 }
 
 void frmMain::mnuHelpWebSite_Click(const MenuItem& entry) {
@@ -274,15 +282,15 @@ void frmMain::mnuHelpWebSite_Click(const MenuItem& entry) {
 }
 
 void frmMain::mnuHelpAbout_Click() {
-  app_.makers.run("About", app_);
+  AboutBox(app_.windows).Run(app_.session);
 }
 
 void frmMain::mnuFileLoginInfo_Click() {
-  app_.makers.run("LoginInfo", app_);
+  LoginInfoDialog(app_.windows).Run(app_.session, app_.context.locationName);
 }
 
 void frmMain::mnuFileChangePassword_Click() {
-  app_.makers.run("ChangePassword", app_);
+  PasswordDialog(app_.windows).Run(app_.session, app_.message, "All");
 }
 
 void frmMain::mnuPopupBookingsEdit_Click() {

@@ -50,7 +50,7 @@ struct ViewRow {
   ViewNeeds needs;
   int kind;  ///< the heading's tag: what the list on the screen is, for reports and commands
   MenuItem MainMenus::*menu;
-  std::string_view picture;
+  std::string_view picture;  ///< name of its icon, and of its help page
   std::string_view comboText;
   std::string_view heading;  ///< what stands before the menu entry's caption; with "=" the whole heading
 };

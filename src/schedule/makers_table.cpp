@@ -2,9 +2,15 @@
 
 #include <vector>
 
+#include "booking/frmBooking.h"
+#include "booking/plain_find.h"
 #include "frame/app.h"
+#include "frame/search_window.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/maintenance_setup.h"
+#include "messaging/session_dialogs.h"
 #include "platform/form.h"
+#include "schedule/frmSched.h"
 
 namespace vantry {
 
@@ -12,7 +18,7 @@ namespace {
 
 /// A window of its own for each record.
 template <class Window>
-[[maybe_unused]] std::unique_ptr<Form> make(App& app) {
+std::unique_ptr<Form> make(App& app) {
   return std::make_unique<Window>(app);
 }
 
@@ -27,6 +33,11 @@ struct RecordRow {
   Makers::RecordMaker maker;
 };
 
+struct WindowRow {
+  std::string_view name;
+  Makers::WindowMaker maker;
+};
+
 struct CommandRow {
   const char* name;
   Makers::Command run;
@@ -34,20 +45,33 @@ struct CommandRow {
 
 }  // namespace
 
-/// One row per record window: {kBooking, make<frmBooking>}.
+/// One row per record window.
 static std::vector<RecordRow> recordRows() {
-  return {};
+  return {
+      {kBooking, make<frmBooking>},
+  };
+}
+
+/// One row per window that is asked by name and read when it is answered.
+static std::vector<WindowRow> windowRows() {
+  return {
+      {kSearchWindow, make<PlainFind>},
+  };
 }
 
 /// One row per window or command that is asked for by name: {"frmOptions", runModal<frmOptions>}.
 static std::vector<CommandRow> commandRows() {
   return {
+      {"About", [](App& app) { AboutBox(app.windows).Run(app.session); }},
+      {"NewMaintenanceSetup", AskMaintenanceEquipment},
       {"frmMultBarOrNo", runModal<frmMultBarOrNo>},
+      {"frmSched", ShowBookingCalendars},
   };
 }
 
 void fillMakers(Makers& makers) {
   for (RecordRow& row : recordRows()) makers.addRecord(row.kind, std::move(row.maker));
+  for (WindowRow& row : windowRows()) makers.addWindow(std::string(row.name), std::move(row.maker));
   for (CommandRow& row : commandRows()) makers.addCommand(row.name, std::move(row.run));
 }
 

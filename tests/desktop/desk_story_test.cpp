@@ -13,7 +13,7 @@
 #include "frame/modMain.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
-#include "schedule/frmMain.h"
+#include "schedule/program.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 
@@ -58,18 +58,15 @@ class DeskStory : public DesktopTest {
     server_ =
         std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder_ / "library.sqlite", {}, true, noon});
     transport_ = std::make_unique<HttpTransport>(HttpTransport::Options{.address = server_->address()});
-    app_ = std::make_unique<App>(
+    program_ = std::make_unique<Program>(
         App::Outside{desktop, *transport_, clock_, *settings_, components_, folder_, folder_}, "");
-    main_ = std::make_unique<frmMain>(*app_);
-    app_->setMain(*main_);
     QObject::connect(&steps_, &QTimer::timeout, [this] { nextStep(); });
     steps_.start(10);
   }
   ~DeskStory() override {
     steps_.stop();
     EXPECT_TRUE(script_.empty()) << script_.size() << " steps of the operator never came to pass";
-    main_.reset();
-    app_.reset();
+    program_.reset();
     fs::remove_all(folder_);
   }
 
@@ -112,15 +109,15 @@ class DeskStory : public DesktopTest {
   }
   void start() {
     bool started = false;
-    desktop.dispatch([&] { started = Main(*app_); });
+    desktop.dispatch([&] { started = Main(program_->app); });
     ASSERT_TRUE(started);
     desktop.handleEvents();
   }
 
-  QPushButton& button(const char* name) { return find<QPushButton>(*main_, name); }
-  GridView& list() { return find<GridView>(*main_, "faDayBookings"); }
+  QPushButton& button(const char* name) { return find<QPushButton>(program_->main, name); }
+  GridView& list() { return find<GridView>(program_->main, "faDayBookings"); }
   int rows() { return list().model()->rowCount(); }
-  Grid& grid() { return main_->dayView.faDayBookings; }
+  Grid& grid() { return program_->main.dayView.faDayBookings; }
   std::string cell(int row, int data) { return grid().TextMatrix(row, grid().columnOfData(data)); }
   /// The first row of this status, or 0.
   int rowOf(const std::string& status) {
@@ -141,7 +138,7 @@ class DeskStory : public DesktopTest {
     QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, list().visualRect(index).center());
   }
 
-  frmMain& mainWindow() { return *main_; }
+  frmMain& mainWindow() { return program_->main; }
 
  private:
   void nextStep() {
@@ -161,8 +158,7 @@ class DeskStory : public DesktopTest {
   std::unique_ptr<EmbeddedServer> server_;
   std::unique_ptr<HttpTransport> transport_;
   InstalledComponents components_{desktop};
-  std::unique_ptr<App> app_;
-  std::unique_ptr<frmMain> main_;
+  std::unique_ptr<Program> program_;
   std::deque<std::function<bool(QWidget&)>> script_;
   QTimer steps_;
 };

@@ -149,8 +149,10 @@ TEST_F(StartUp, TheCalendarsOpenWhereTheyAreWanted) {
   build();
   expectContext();
   expectBookings();
+  for (const char* code : {"GDELCA", "GROMCA", "GPICCA"}) server.expect(code);
   ASSERT_TRUE(Main(*app));
-  EXPECT_THAT(notBuilt, testing::Contains("frmSched"));
+  EXPECT_EQ(app->windows[app->windows.Count() - 1].Caption, "Booking Calendars");
+  EXPECT_FALSE(app->windows[app->windows.Count() - 1].isModal());
 }
 
 TEST_F(StartUp, AfterALogOffTheNextOperatorsContextHolds) {

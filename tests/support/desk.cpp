@@ -7,7 +7,6 @@
 #include "frame/modMain.h"
 #include "messaging/frmLogon.h"
 #include "platform/text.h"
-#include "schedule/makers_table.h"
 #include "words/requests.h"
 
 namespace vantry::test {
@@ -56,8 +55,7 @@ Desk::Desk() {
 }
 
 Desk::~Desk() {
-  if (main_) main_.reset();
-  app.reset();
+  program_.reset();
   std::filesystem::remove_all(folder);
 }
 
@@ -68,15 +66,11 @@ int Desk::windowsShown() const {
 }
 
 void Desk::build(std::string commandLine) {
-  main_.reset();  // before the program whose window it is
-  app = std::make_unique<App>(App::Outside{desktop, server, clock, settings, components, folder, folder},
-                              std::move(commandLine));
-  fillMakers(app->makers);
+  program_.reset();
+  program_ = std::make_unique<Program>(
+      App::Outside{desktop, server, clock, settings, components, folder, folder}, std::move(commandLine));
+  app = &program_->app;
   app->makers.notBuilt = [this](std::string_view what) { notBuilt.emplace_back(what); };
-  main_ = std::make_unique<frmMain>(*app);
-  app->setMain(*main_);
-  circulation_ = std::make_unique<CirculationDialogs>(*app);
-  app->setCirculation(*circulation_);
 }
 
 void Desk::expectLogOn(std::string_view operatorId) {

@@ -9,10 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "circulation/circulation_dialogs.h"
 #include "frame/app.h"
 #include "frame/components.h"
-#include "schedule/frmMain.h"
+#include "schedule/program.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_server.h"
 
@@ -73,12 +72,12 @@ class Desk : public testing::Test {
 
   /// Windows that the operator sees.
   int windowsShown() const;
-  frmMain& main() { return *main_; }
-  DayView& day() { return main_->dayView; }
+  frmMain& main() { return program_->main; }
+  DayView& day() { return main().dayView; }
   /// A control of the main window.
   template <class T>
   T& control(std::string_view name) {
-    return dynamic_cast<T&>(*main_->findControl(name));
+    return dynamic_cast<T&>(*main().findControl(name));
   }
   /// Runs something that ends the program; false when it did not.
   template <class Command>
@@ -98,11 +97,10 @@ class Desk : public testing::Test {
   MemorySettings settings;
   NotedComponents components;
   std::vector<std::string> notBuilt;  ///< windows and commands asked for that the program does not hold
-  std::unique_ptr<App> app;
+  App* app = nullptr;
 
  private:
-  std::unique_ptr<frmMain> main_;
-  std::unique_ptr<CirculationDialogs> circulation_;
+  std::unique_ptr<Program> program_;
 };
 
 }  // namespace vantry::test

@@ -1,0 +1,65 @@
+#include "bench_desk.h"
+
+#include <QApplication>
+#include <filesystem>
+#include <fstream>
+
+#include "desktop/demo_operator.h"
+#include "desktop/installed_components.h"
+#include "desktop/style.h"
+#include "platform/clock.h"
+#include "platform/settings.h"
+#include "transport/embedded_server.h"
+#include "transport/http_transport.h"
+
+namespace vantry::bench {
+
+double memoryMegabytes() {
+  std::ifstream statm("/proc/self/statm");
+  long total = 0;
+  long resident = 0;
+  statm >> total >> resident;
+  return static_cast<double>(resident) * 4096 / 1e6;
+}
+
+DeliveryResult TimedTransport::send(const Request& request) {
+  const auto start = Stopwatch::now();
+  DeliveryResult result = line_.send(request);
+  milliseconds += since(start);
+  ++requests;
+  return result;
+}
+
+int measureAtTheDesk(const std::string& file, const DemoOptions& options,
+                     const std::vector<std::pair<std::string, std::string>>& preferences,
+                     const std::function<void(Bench&)>& measure) {
+  createDemoDatabase(file, options);
+  const auto begin = Stopwatch::now();
+  int count = 1;
+  char name[] = "bench";
+  char* arguments[] = {name, nullptr};
+  QApplication application(count, arguments);
+  style::apply(application);
+  QtDesktop desktop;
+  EmbeddedServer server({file, {}, false});
+  HttpTransport http({.address = server.address()});
+  TimedTransport line(http);
+  SystemClock clock;
+  const std::filesystem::path folder = std::filesystem::path(file).parent_path();
+  std::filesystem::remove(folder / "bench-settings.ini");
+  FileSettings settings(folder / "bench-settings.ini");
+  for (const auto& [key, text] : preferences)
+    settings.SaveSetting(kSettingsApplication, kSettingsSection, key, text);
+  InstalledComponents components(desktop);
+  Program program({desktop, line, clock, settings, components, folder, folder}, "");
+  bool measured = false;
+  DemoOperator demo(desktop, program.app, [&] {
+    Bench bench{program, desktop, line, since(begin)};
+    measure(bench);
+    measured = true;
+  });
+  desktop.run([&] { return demo.start(); });
+  return measured ? 0 : 1;
+}
+
+}  // namespace vantry::bench

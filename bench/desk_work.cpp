@@ -1,0 +1,249 @@
+// What an operator waits for at the desk: opening a booking with 50 media and 50 pieces of equipment, adding
+// a piece, saving; searching, charging and quick discharge. Medians in milliseconds, from the command to the
+// painted window or to the box that tells the end; of them, what server and wire took, in how many requests.
+//
+//   desk_work FOLDER          a library, made in FOLDER when missing
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+#include <cstdio>
+#include <filesystem>
+
+#include "bench_desk.h"
+#include "booking/frmBooking.h"
+#include "booking/modBooking_equipment.h"
+#include "frame/modMain.h"
+#include "words/tags.h"
+
+namespace vantry::bench {
+namespace {
+
+constexpr int kThings = 50;
+constexpr const char* kStart = "2027-12-06 10:00:00";  // later than any booking of the library
+constexpr const char* kEnd = "2027-12-06 12:00:00";
+
+/// Closes every box and dialog at once and remembers when the first one stood there.
+class BoxCloser {
+ public:
+  BoxCloser() {
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+      QWidget* box = QApplication::activeModalWidget();
+      if (!box) return;
+      if (!seen_) firstSeen_ = Stopwatch::now();
+      seen_ = true;
+      box->close();
+    });
+    timer_.start(0);
+  }
+  void forget() { seen_ = false; }
+  /// The end of a command: its first box, else now.
+  Stopwatch::time_point end() const { return seen_ ? firstSeen_ : Stopwatch::now(); }
+
+ private:
+  QTimer timer_;
+  bool seen_ = false;
+  Stopwatch::time_point firstSeen_;
+};
+
+class DeskWork {
+ public:
+  explicit DeskWork(Bench& bench) : bench_(bench) {}
+
+  void run() {
+    makeBooking();
+    if (bookingId_.empty()) return;
+    openings();
+    addings();
+    savings();
+    searches();
+    charges();
+    quickDischarges();
+  }
+
+ private:
+  App& app() { return bench_.program.app; }
+  frmMain& main() { return bench_.program.main; }
+
+  struct Costs {
+    std::vector<double> whole, line;
+    int requests = 0;
+  };
+  template <class Command>
+  void time(Costs& costs, Command command) {
+    bench_.line.milliseconds = 0;
+    bench_.line.requests = 0;
+    boxes_.forget();
+    const auto start = Stopwatch::now();
+    command();
+    bench_.desktop.handleEvents();
+    costs.whole.push_back(std::chrono::duration<double, std::milli>(boxes_.end() - start).count());
+    costs.line.push_back(bench_.line.milliseconds);
+    costs.requests = bench_.line.requests;
+  }
+  static void tell(const char* what, const Costs& costs) {
+    std::printf("%-42s %8.1f   server and wire %8.1f in %d requests, %zu rounds\n", what, median(costs.whole),
+                median(costs.line), costs.requests, costs.whole.size());
+  }
+
+  /// The ids of one item each of the first titles, as a booking names them.
+  std::vector<TagValue> items() {
+    std::vector<TagValue> tags;
+    int found = 0;
+    for (int title = 1; title <= 200 && found < kThings; ++title) {
+      app().message.Add(tags::BI, std::to_string(title));
+      app().message.Add(tags::MI, "0");
+      if (app().message.Send("GBHI") != 0 || app().message.Get(tags::IM).empty()) continue;
+      for (const std::string_view tag : {tags::MTID, tags::BI, tags::MI, tags::IM})
+        tags.push_back({std::string(tag), app().message.Get(tag)});
+      ++found;
+    }
+    return tags;
+  }
+
+  void makeBooking() {
+    const std::vector<TagValue> media = items();
+    TagMessage& m = app().message;
+    const std::pair<std::string_view, const char*> head[] = {
+        {tags::STIME, kStart}, {tags::ETIME_, kEnd}, {tags::PID, "0"}, {tags::PGID, "0"},
+        {tags::PPID, "0"},     {tags::ADBK, "Y"},    {tags::RID, "1"}, {tags::BTID, "2"}};
+    for (const auto& [tag, value] : head) m.Add(tag, value);
+    for (int piece = 1; piece <= kThings; ++piece) m.Add(tags::EID, std::to_string(piece));
+    for (const TagValue& tag : media) m.Add(tag.tag, tag.value);
+    const std::pair<std::string_view, const char*> tail[] = {{tags::SCHCOM, ""}, {tags::ODE, "0"},
+                                                             {tags::OPU, "0"},   {tags::WIZ, "N"},
+                                                             {tags::UTIME, "0"}, {tags::CTIME_, "0"}};
+    for (const auto& [tag, value] : tail) m.Add(tag, value);
+    const int rc = m.Send("NEWBK");
+    if (rc != 0) std::printf("the booking was not made: %d\n", rc);
+    bookingId_ = rc == 0 ? m.Get(tags::BOOKID) : std::string();
+  }
+
+  frmBooking& editor() {
+    for (int i = app().windows.Count() - 1; i >= 0; --i) {
+      if (auto* found = dynamic_cast<frmBooking*>(&app().windows[i]); found && found->isShown())
+        return *found;
+    }
+    throw std::runtime_error("no editor stands");
+  }
+  void close(frmBooking& window) {
+    window.Closing = true;
+    window.Unload();
+    bench_.desktop.handleEvents();
+  }
+
+  void openings() {
+    Costs costs;
+    for (int round = 0; round < kRounds; ++round) {
+      time(costs, [this] { OpenRecordWindow(app(), kBooking, bookingId_); });
+      close(editor());
+    }
+    tell("opening a booking with 50 media, 50 pieces", costs);
+  }
+
+  void addings() {
+    OpenRecordWindow(app(), kBooking, bookingId_);
+    frmBooking& window = editor();
+    window.tabBooking.SelectedTab = 3;
+    EquipmentPanel& panel = window.equipment;
+    Costs costs;
+    for (int round = 0; round < kRounds; ++round) {
+      const TreeNode* root = panel.tvwOtherEquipment.find("ThirdRoot");
+      const TreeNode& piece = *root->children.back();
+      const std::string number = piece.columns.empty() ? piece.text : piece.columns.front();
+      panel.tvwOtherEquipment.SelectedKey = piece.key;
+      panel.cmdRemoveEquipment_Click();
+      panel.txtEquipBarcode.type(number);
+      time(costs, [&] { panel.cmdAddEquipViaBarcode_Click(); });
+    }
+    std::printf("%d pieces in the booking\n",
+                countEquipment({app(), window, window.times, window.media.faMedia, panel.tvwOtherEquipment,
+                                panel.tvwEquipment}));
+    tell("adding a piece", costs);
+    close(window);
+  }
+
+  void savings() {
+    Costs costs;
+    for (int round = 0; round < kRounds; ++round) {
+      OpenRecordWindow(app(), kBooking, bookingId_);
+      frmBooking& window = editor();
+      window.txtBookingNote.type("Round " + std::to_string(round));
+      time(costs, [&] { window.mnuFileSave_Click(); });
+      if (!window.SaveOk) std::printf("the booking was not saved\n");
+      if (window.isShown()) close(window);
+    }
+    tell("saving it", costs);
+  }
+
+  void searches() {
+    main().showView(ViewId::Charge);
+    ChargeView& view = main().chargeView;
+    view.cboChargeSearch.ListIndex = 3;
+    Costs costs;
+    for (int round = 0; round < kRounds; ++round) {
+      view.txtChargeSearchFor.type(round % 2 ? "S?" : "B?");
+      time(costs, [&] { view.cmdCSearch_Click(); });
+    }
+    tell("searching by a name's first letter", costs);
+    std::printf("%d bookings found\n", view.faChargeBookings.Rows - 1);
+  }
+
+  void charges() {
+    ChargeView& view = main().chargeView;
+    Costs costs;
+    for (int round = 0; round < kRounds && view.faChargeBookings.Rows > 1; ++round) {
+      view.faChargeBookings.selectRow(1);
+      const int before = view.faChargeBookings.Rows;
+      time(costs, [&] { view.cmdCCharge_Click(); });
+      if (view.faChargeBookings.Rows == before) break;  // refused: too early
+    }
+    tell("charging, to the first box", costs);
+  }
+
+  void quickDischarges() {
+    std::vector<std::string> numbers;
+    main().showView(ViewId::Discharge);
+    DischargeView& out = main().dischargeView;
+    out.cboDischargeSearch.ListIndex = 5;
+    out.txtDischargeSearchFor.type("S?");
+    out.cmdDSearch_Click();
+    for (int row = 1; row < out.faDischargeBookings.Rows; ++row) {
+      out.faDischargeBookings.selectRow(row);
+      out.cmdDDetails_Click();
+      const TreeNode* pieces = out.tvwDDetails.find("Equipment");
+      for (const TreeNode* piece : pieces ? pieces->children : std::vector<TreeNode*>())
+        numbers.push_back(piece->text.substr(0, piece->text.find(" -- ")));
+      out.cmdDDetails_Click();
+    }
+    main().showView(ViewId::QuickDischarge);
+    QuickDischargeView& view = main().quickDischargeView;
+    view.cboQuickDischargeType.ListIndex = 2;
+    Costs costs;
+    for (const std::string& number : numbers) {
+      view.txtQuickDischargeItem.type(number);
+      time(costs, [&] { view.cmdQuickDischarge_Click(); });
+    }
+    tell("quick discharge of a piece", costs);
+    std::printf("%s\n", view.txtDischargeLog.Text.get().substr(0, 120).c_str());
+  }
+
+  Bench& bench_;
+  BoxCloser boxes_;
+  std::string bookingId_;
+};
+
+}  // namespace
+}  // namespace vantry::bench
+
+int main(int argc, char** argv) {
+  using namespace vantry;
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: desk_work FOLDER\n");
+    return 2;
+  }
+  // The day is today's: what may be charged depends on the clock. The work changes the library.
+  const std::string file = std::string(argv[1]) + "/desk-work.sqlite";
+  std::filesystem::remove(file);
+  return bench::measureAtTheDesk(file, {}, {{"View", "0"}, {"Barcodes", "true"}},
+                                 [](bench::Bench& bench) { bench::DeskWork(bench).run(); });
+}

@@ -1,0 +1,61 @@
+// Switching the views of the main window, and reading the month and the year of a busy library: the median
+// of the rounds per view, in milliseconds, from the choice to the painted window.
+//
+//   main_views FOLDER COUNT   a library with COUNT bookings more than usual in one year, made in FOLDER when
+//                             missing
+#include <cstdio>
+
+#include "bench_desk.h"
+
+namespace vantry::bench {
+namespace {
+
+/// The median time of the rounds of an action, until the window stands painted.
+template <class Action>
+double medianOf(Bench& bench, Action action) {
+  std::vector<double> times;
+  for (int round = 0; round < kRounds; ++round) {
+    const auto start = Stopwatch::now();
+    action();
+    bench.program.main.Refresh();
+    bench.desktop.handleEvents();
+    times.push_back(since(start));
+  }
+  return median(times);
+}
+
+void measure(Bench& bench) {
+  frmMain& window = bench.program.main;
+  window.dtTempDate.Value = kToday;
+  window.monthView.update(kToday);
+  window.yearView.update(kToday);
+  for (const ViewRow& view : viewTable()) {
+    if (view.mode != Mode::Standard) continue;
+    const double time = medianOf(bench, [&] { window.showView(view.id); });
+    std::printf("%-36s %8.1f\n", std::string(view.comboText).c_str(), time);
+  }
+  const double there = medianOf(bench, [&] {
+    window.mnuModeDaemon_Click();
+    window.mnuModeStandard_Click();
+  });
+  std::printf("%-36s %8.1f\n", "to the Schedule Monitor and back", there);
+  std::printf("the month: %s, the year: %s\n", window.monthView.lblNumBookings.Caption.get().c_str(),
+              window.yearView.lblNumBookings.Caption.get().c_str());
+}
+
+}  // namespace
+}  // namespace vantry::bench
+
+int main(int argc, char** argv) {
+  using namespace vantry;
+  if (argc != 3) {
+    std::fprintf(stderr, "usage: main_views FOLDER COUNT\n");
+    return 2;
+  }
+  DemoOptions options;
+  options.date = serverDate(bench::kToday);
+  options.bookingsOn = options.date;
+  options.bookingsOnCount = std::stoi(argv[2]);
+  return bench::measureAtTheDesk(std::string(argv[1]) + "/year-" + argv[2] + ".sqlite", options,
+                                 {{"View", "1"}, {"Historical", "true"}}, bench::measure);
+}

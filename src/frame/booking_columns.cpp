@@ -1,0 +1,32 @@
+#include "frame/booking_columns.h"
+
+namespace vantry {
+
+void BuildBookingColumns(Grid& grid, std::span<const BookingColumn> columns) {
+  std::string format;
+  for (const BookingColumn& column : columns) {
+    if (!format.empty()) format += '|';
+    format += '<';
+    format += column.heading;
+  }
+  grid.Rows = 1;
+  grid.FixedRows = 1;
+  grid.FormatString.put({});  // the same format again builds the columns anew
+  grid.FormatString = format;
+  for (int col = 0; col < grid.Cols; ++col) {
+    const BookingColumn& column = columns[static_cast<std::size_t>(col)];
+    grid.ColWidth(col, column.width);
+    grid.ColSortKind(col, column.sort);
+    grid.ColData(col, col);
+  }
+}
+
+std::string momentText(const MainParts& parts, CellKind kind, std::string_view moment) {
+  if (moment.empty()) return {};
+  ServerTools::PutControlDate(moment, parts.dtServerDate);
+  ServerTools::PutControlTime(moment, parts.txtServerTime);
+  if (kind == CellKind::Date) return parts.dtServerDate.shortDate();
+  return kind == CellKind::Time24 ? parts.txtServerTime.text24() : parts.txtServerTime.textAmPm();
+}
+
+}  // namespace vantry

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "circulation/frmDischarge.h"
+#include "circulation/frmPopupNote.h"
+#include "support/desk.h"
+
+namespace vantry::test {
+
+/// The desk with the views of circulation at hand.
+struct CirculationTest : Desk {
+  ChargeView& charge() { return main().chargeView; }
+  DischargeView& discharge() { return main().dischargeView; }
+  QuickDischargeView& quick() { return main().quickDischargeView; }
+  std::string panel() { return main().StatusBar1.Panels(2).Text; }
+  bool focused(const Control& control) { return main().ActiveControl() == &control; }
+
+  void open(ViewId view) {
+    start();
+    main().showView(view);
+  }
+  static std::string cell(const Grid& grid, int row, int data) {
+    return grid.TextMatrix(row, grid.columnOfData(data));
+  }
+  static std::vector<std::string> ids(const Grid& grid) {
+    std::vector<std::string> texts;
+    for (int row = 1; row < grid.Rows; ++row) texts.push_back(cell(grid, row, 0));
+    return texts;
+  }
+  /// "Media: a, b; Equipment: c"
+  static std::string linesOf(const Tree& tree) {
+    std::string text;
+    for (const TreeNode* root : tree.Roots()) {
+      text += (text.empty() ? "" : "; ") + root->text + ":";
+      for (const TreeNode* node : root->children) text += " [" + node->key + "] " + node->text;
+    }
+    return text;
+  }
+  /// The details are asked for, and have nothing.
+  void expectDetails(const std::string& bookingId, std::string_view media = {},
+                     std::string_view equipment = {}) {
+    server.expect("GETSITM", "BOOKID=" + bookingId + " SC=Y").replies(media);
+    server.expect("GETSEQ", "BOOKID=" + bookingId + " SC=Y").replies(equipment);
+  }
+  void expectNotes(std::string caption, std::string text) {
+    desktop.expectModalWindow<frmPopupNote>("frmPopupNote", [=](frmPopupNote& window) {
+      EXPECT_EQ(window.Caption, caption);
+      EXPECT_EQ(window.txtPopupNote.Text, text);
+      window.cmdOK.press();
+    });
+  }
+};
+
+}  // namespace vantry::test

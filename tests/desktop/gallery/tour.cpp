@@ -1,0 +1,264 @@
+// Walks through the program on a small library as an operator would and writes a picture of every window that
+// it meets: for whoever works on the look. Usage: vantry_tour FOLDER
+
+#include <QApplication>
+#include <QDialog>
+#include <QPixmap>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <deque>
+#include <iostream>
+
+#include "booking/frmBooking.h"
+#include "desktop/demo_operator.h"
+#include "desktop/form_window.h"
+#include "desktop/installed_components.h"
+#include "desktop/qt_desktop.h"
+#include "desktop/qtext.h"
+#include "desktop/style.h"
+#include "frame/modMain.h"
+#include "platform/clock.h"
+#include "platform/settings.h"
+#include "schedule/frmSched.h"
+#include "schedule/program.h"
+#include "transport/embedded_server.h"
+#include "transport/http_transport.h"
+#include "transport/sealed_box.h"
+
+namespace vantry {
+namespace {
+
+class Tour {
+ public:
+  Tour(QtDesktop& desktop, Program& program, QString folder)
+      : desktop_(desktop), program_(program), folder_(std::move(folder)) {
+    QObject::connect(&watch_, &QTimer::timeout, [this] { answerModal(); });
+  }
+
+  void run() {
+    watch_.start(60);
+    const std::vector<std::function<void()>> stops = {
+        [this] { views(); },       [this] { newBooking(); }, [this] { pickUp(); }, [this] { savedBooking(); },
+        [this] { circulation(); }, [this] { session(); },    [this] { monitor(); }};
+    for (const auto& stop : stops) stop();
+  }
+
+ private:
+  App& app() { return program_.app; }
+  frmMain& main() { return program_.main; }
+
+  void picture(Form& form, const QString& name) {
+    desktop_.handleEvents();
+    if (FormWindow* window = desktop_.windowOf(form)) save(*window, name);
+  }
+  void save(QWidget& window, const QString& name) {
+    const QString file = QString("%1/%2-%3.png").arg(folder_).arg(++number_, 2, 10, QChar('0')).arg(name);
+    window.grab().save(file);
+    std::cout << file.toStdString() << '\n';
+  }
+
+  /// Takes what stands in front and answers it: with the widget that the walk has named, else by closing it.
+  void answerModal() {
+    QWidget* window = QApplication::activeModalWidget();
+    if (!window || !window->isVisible()) return;
+    if (window != seen_) {  // the next round finds it fully drawn
+      seen_ = window;
+      return;
+    }
+    const QString name = window->objectName().isEmpty() ? "box" : window->objectName();
+    save(*window, name);
+    seen_ = nullptr;
+    if (!answers_.empty()) {
+      const auto answer = answers_.front();
+      answers_.pop_front();
+      return answer(*window);
+    }
+    window->close();
+  }
+  /// The next window in front is left by this button.
+  void press(const QString& button) {
+    answers_.push_back([button](QWidget& window) {
+      auto* found = window.findChild<QPushButton*>(button);
+      if (!found || !found->isEnabled()) {
+        std::cout << "no button " << button.toStdString() << '\n';
+        window.close();
+        return;
+      }
+      found->click();
+    });
+  }
+  /// The next box is left by its first button.
+  void accept() {
+    answers_.push_back([](QWidget& window) {
+      const auto buttons = window.findChildren<QPushButton*>();
+      buttons.empty() ? static_cast<void>(window.close()) : buttons.front()->click();
+    });
+  }
+
+  template <class Window>
+  Window* last() {
+    for (int i = app().windows.Count() - 1; i >= 0; --i) {
+      if (auto* found = dynamic_cast<Window*>(&app().windows[i]); found && found->isShown()) return found;
+    }
+    return nullptr;
+  }
+
+  void views() {
+    if (FormWindow* window = desktop_.windowOf(main())) window->resize(1366, 768);
+    for (const ViewRow& view : viewTable()) {
+      if (view.mode != Mode::Standard) continue;
+      main().showView(view.id);
+      picture(main(), qt(view.picture));
+    }
+  }
+
+  void tabs(frmBooking& editor, const QString& name) {
+    if (FormWindow* window = desktop_.windowOf(editor); window && window->width() > 1366)
+      std::cout << "wider than a small screen\n";
+    for (int tab = 0; tab < 7; ++tab) {
+      editor.tabBooking.SelectedTab = tab;
+      picture(editor, QString("%1-%2").arg(name).arg(tab));
+    }
+  }
+
+  void newBooking() {
+    OpenRecordWindow(app(), kBooking, "");
+    auto* editor = last<frmBooking>();
+    if (!editor) return;
+    tabs(*editor, "new");
+    editor->tabBooking.SelectedTab = 0;
+    editor->requester.requester.text.type("");
+    press("cmdCancel");
+    editor->requester.cmdRequester_Click();
+    accept();
+    editor->mnuFileSave_Click();
+    editor->tabBooking.SelectedTab = 1;
+    editor->media.cmdSearchMedia_Click();
+    editor->tabBooking.SelectedTab = 3;
+    editor->equipment.cmdAddType_Click();
+    editor->equipment.cmdSpecific_Click();
+    editor->tabBooking.SelectedTab = 0;
+    editor->times.txtNeedTimeEllipses_Click();
+    editor->Closing = true;
+    editor->Unload();
+  }
+
+  void pickUp() {
+    app().slots.newPickup = true;
+    OpenRecordWindow(app(), kBooking, "");
+    app().slots.newPickup = false;
+    if (auto* editor = last<frmBooking>()) {
+      tabs(*editor, "pickup");
+      editor->Closing = true;
+      editor->Unload();
+    }
+  }
+
+  /// The day's first live booking.
+  void savedBooking() {
+    main().showView(ViewId::Day);
+    Grid& grid = main().dayView.faDayBookings;
+    const int id = grid.columnOfData(0);
+    const int status = grid.columnOfData(1);
+    for (int row = 1; row < grid.Rows; ++row) {
+      if (grid.TextMatrix(row, status) != "0") continue;
+      OpenRecordWindow(app(), kBooking, grid.TextMatrix(row, id));
+      if (auto* editor = last<frmBooking>()) {
+        tabs(*editor, "saved");
+        accept();
+        editor->mnuBookingCharge_Click();
+        picture(*editor, "charged");
+        editor->Closing = true;
+        editor->Unload();
+      }
+      return;
+    }
+  }
+
+  void circulation() {
+    main().showView(ViewId::Charge);
+    ChargeView& charge = main().chargeView;
+    charge.cboChargeSearch.ListIndex = 3;
+    charge.txtChargeSearchFor.type("S?");
+    charge.cmdCSearch_Click();
+    charge.cmdCDetails_Click();
+    picture(main(), "charge-found");
+    charge.cmdCCharge_Click();
+    main().showView(ViewId::Discharge);
+    DischargeView& discharge = main().dischargeView;
+    discharge.cboDischargeSearch.ListIndex = 5;
+    discharge.txtDischargeSearchFor.type("S?");
+    discharge.cmdDSearch_Click();
+    discharge.cmdDDetails_Click();
+    picture(main(), "discharge-found");
+    discharge.cmdDDischarge_Click();
+    main().showView(ViewId::QuickDischarge);
+    main().quickDischargeView.cmdBackDate_Click();
+    picture(main(), "quick-back-date");
+  }
+
+  /// What tells of the session and of the program.
+  void session() {
+    ShowBookingCalendars(app());
+    if (auto* calendars = last<frmSched>()) {
+      picture(*calendars, "calendars");
+      calendars->Unload();
+    }
+    main().mnuFileLoginInfo_Click();
+    main().mnuFileChangePassword_Click();
+    main().mnuHelpAbout_Click();
+    app().lookUp.LookupRows = {{"1", "TV1", "5500", "Not Charged", "Television", "N", "4"},
+                               {"2", "SET1", "5500", "Charged", "TV and VCR", "Y", "4"}};
+    app().makers.run("frmMultBarOrNo", app());
+    desktop_.showHelp("booking");
+    desktop_.handleEvents();
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->objectName() == "help") save(*window, "help");
+    }
+  }
+
+  void monitor() {
+    main().mnuModeDaemon_Click();
+    picture(main(), "monitor");
+  }
+
+  QtDesktop& desktop_;
+  Program& program_;
+  QString folder_;
+  QTimer watch_;
+  QWidget* seen_ = nullptr;
+  std::deque<std::function<void(QWidget&)>> answers_;
+  int number_ = 0;
+};
+
+int walk(const QString& folder) {
+  const QTemporaryDir scratch;
+  const std::filesystem::path user = scratch.path().toStdString();
+  EmbeddedServer server({user / "library.sqlite", {}, false});
+  HttpTransport transport({.address = server.address()});
+  SystemClock clock;
+  FileSettings settings(user / "settings.ini");
+  settings.SaveSetting(kSettingsApplication, kSettingsSection, "View", "0");
+  QtDesktop desktop;
+  InstalledComponents components(desktop);
+  SealedBox sealer(transport);
+  Program program({desktop, transport, clock, settings, components, user, user}, "");
+  program.app.session.setSealer(sealer);
+  Tour tour(desktop, program, folder);
+  DemoOperator demo(desktop, program.app, [&] { tour.run(); });
+  return desktop.run([&] { return demo.start(); });
+}
+
+}  // namespace
+}  // namespace vantry
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  vantry::style::apply(application);
+  if (argc < 2) {
+    std::cout << "vantry_tour FOLDER\n";
+    return 2;
+  }
+  return vantry::walk(argv[1]);
+}

@@ -1,0 +1,381 @@
+// The main window as a whole: every way into every view, modes, menus, tools.
+#include <algorithm>
+#include <set>
+
+#include "frame/modMain.h"
+#include "messaging/frmAbout.h"
+#include "messaging/frmPassword.h"
+#include "support/desk.h"
+
+namespace vantry::test {
+namespace {
+
+using enum FrameArray;
+
+/// What is said of each view, in the order of the view combo.
+struct Told {
+  ViewId id;
+  int number;
+  FrameArray array;
+  int frame;
+  const char* menu;
+  const char* caption;
+  const char* heading;
+};
+
+// clang-format off
+constexpr Told kTold[] = {
+    {ViewId::Rooms, 4, Main, 1, "mnuViewInventoryRooms", "Rooms", "Inventory - Rooms"},
+    {ViewId::Equipment, 5, Main, 2, "mnuViewInventoryEquipment", "Equipment", "Inventory - Equipment"},
+    {ViewId::Groups, 3, Main, 3, "mnuViewInventoryGroups", "Equipment Groups", "Inventory - Equipment Groups"},
+    {ViewId::Maintenance, 6, Main, 4, "mnuViewInventoryMaintenance", "Equipment Maintenance", "Inventory - Equipment Maintenance"},
+    {ViewId::Charge, 13, View, 4, "mnuViewScheduleCharge", "Charge", " Booking Schedule - Charge"},
+    {ViewId::Discharge, 14, View, 5, "mnuViewScheduleDischarge", "Discharge", " Booking Schedule - Discharge"},
+    {ViewId::QuickDischarge, -1, View, 6, "mnuViewScheduleQuickDischarge", "Quick Discharge", " Booking Schedule - Quick Discharge"},
+    {ViewId::Day, 0, View, 1, "mnuViewScheduleDay", "Day View", " Booking Schedule - Day View"},
+    {ViewId::Month, 1, View, 2, "mnuViewScheduleMonth", "Month View", " Booking Schedule - Month View"},
+    {ViewId::Year, 2, View, 3, "mnuViewScheduleYear", "Year View", " Booking Schedule - Year View"},
+    {ViewId::Staff, 7, Staff, 1, "mnuViewStaff", "&Staff", " Staff"},
+    {ViewId::Conflict, 8, Daemon, 1, "mnuViewDaemonConflict", "Conflict Resolution && Warning", " Schedule Monitor - Conflict Resolution && Warning"},
+    {ViewId::Delivery, 9, Daemon, 2, "mnuViewDaemonDelivery", "Delivery and Cleanup Notification", " Schedule Monitor - Delivery and Cleanup Notification"},
+    {ViewId::Pickup, 10, Daemon, 3, "mnuViewDaemonPickup", "Pickup Slips", " Schedule Monitor - Pickup Slips"},
+    {ViewId::RoomSchedules, 11, Daemon, 4, "mnuViewDaemonRooms", "Room Schedules", " Schedule Monitor - Room Schedules"},
+    {ViewId::LibRooms, 12, Daemon, 5, "mnuViewDaemonLibRooms", "Library Media Scheduled Rooms", " Schedule Monitor - Library Media Scheduled Rooms"},
+    {ViewId::EquipmentList, -1, Daemon, 6, "mnuViewDaemonEquipmentPickUpList", "Equipment Pick List", " Schedule Monitor - Equipment Pick List"},
+    {ViewId::ItemList, -1, Daemon, 7, "mnuViewDaemonItemPickUpList", "Item Pick List", " Schedule Monitor - Item Pick List"},
+};
+// clang-format on
+
+MenuItem* entryNamed(const MenuItem& menu, std::string_view name) {
+  for (MenuItem* item : menu.Items()) {
+    if (item->Name() == name) return item;
+    if (MenuItem* inner = entryNamed(*item, name)) return inner;
+  }
+  return nullptr;
+}
+
+class MainWindowTest : public Desk {
+ public:
+  void SetUp() override {
+    for (const char* code : {"BOOKDAY", "BOOKMTH", "GETOPS"}) server.always(code);
+  }
+  /// Logged on, on the day view, with no request of a view announced.
+  void logOn(const std::string& rights = allRightsBut()) {
+    build();
+    expectLogOn();
+    server.expect("RLL", "OI=desk").replies("LNA=\"Main Desk\" LOC=3 OLN=\"City Library\"");
+    server.expect("SLL", "LOC=3").replies(rights);
+    server.expect("GETLOCS");
+    for (const char* code : {"GETECAT", "GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
+    ASSERT_TRUE(Main(*app));
+  }
+  MenuItem& entry(std::string_view name) {
+    for (const MenuItem* menu : main().Menus()) {
+      if (MenuItem* found = entryNamed(*menu, name)) return *found;
+    }
+    throw std::logic_error("no entry " + std::string(name));
+  }
+  int framesShown() {
+    int shown = 0;
+    for (const Told& view : kTold) shown += main().frames.array(view.array)(view.frame).Visible ? 1 : 0;
+    return shown;
+  }
+  void expectShows(const Told& view, const char* way) {
+    EXPECT_EQ(framesShown(), 1) << view.caption << ", " << way;
+    const Frame& frame = main().frames.array(view.array)(view.frame);
+    EXPECT_TRUE(frame.Visible) << view.caption << ", " << way;
+    EXPECT_EQ(frame.BorderStyle, 0);
+    EXPECT_EQ(main().lblView.Caption, view.heading) << way;
+    EXPECT_EQ(main().StatusBar1.Panels(2).Text.get().find("..."), std::string::npos) << view.caption;
+  }
+};
+
+TEST_F(MainWindowTest, EveryWayLeadsToEveryView) {
+  logOn();
+  for (const Told& view : kTold) {
+    const bool monitor = view.array == Daemon;
+    if (monitor && app->mode != Mode::Monitor) main().menus.mnuModeDaemon.choose();
+    MenuItem& menu = entry(view.menu);
+    EXPECT_EQ(menu.Caption, view.caption);
+    menu.choose();
+    expectShows(view, "menu");
+    const std::string inCombo = main().abView.Text();
+    ListBar& bar = monitor ? main().albDaemon : main().albStandard;
+    const std::string inBar = bar.CurrentItem;
+    // Away from it, and back by the other ways.
+    const ViewId other = monitor ? (view.id == ViewId::Conflict ? ViewId::Pickup : ViewId::Conflict)
+                                 : (view.id == ViewId::Day ? ViewId::Rooms : ViewId::Day);
+    main().showView(other);
+    bar.click(inBar);
+    expectShows(view, "list bar");
+    main().showView(other);
+    main().abView.select(main().abView.indexOf(inCombo));
+    expectShows(view, "combo");
+    main().menus.mnuHelpTopics.choose();
+    EXPECT_EQ(desktop.helpTopics.back(), viewOf(view.id).picture);
+  }
+}
+
+TEST_F(MainWindowTest, TheComboHasTheViewsOfItsModeInTheirOrder) {
+  logOn();
+  const auto texts = [&] {
+    std::vector<std::string> list;
+    for (int i = 0; i < main().abView.ListCount(); ++i) list.push_back(main().abView.List(i));
+    return list;
+  };
+  EXPECT_THAT(texts(), testing::ElementsAre(
+                           "Inventory - Rooms", "Inventory - Equipment", "Inventory - Equipment Groups",
+                           "Inventory - Equipment Maintenance", "Schedule - Charge", "Schedule - Discharge",
+                           "Schedule - Quick Discharge", "Schedule - Day View", "Schedule - Month View",
+                           "Schedule - Year View", "Staff"));
+  main().menus.mnuModeDaemon.choose();
+  EXPECT_THAT(texts(),
+              testing::ElementsAre(
+                  "Schedule Monitor - Conflict Resolution and Warning",
+                  "Schedule Monitor - Delivery and Cleanup Notification", "Schedule Monitor - Pickup Slips",
+                  "Schedule Monitor - Room Schedules", "Schedule Monitor - Library Media Scheduled Rooms",
+                  "Schedule Monitor - Equipment Pick List", "Schedule Monitor - Item Pick List"));
+}
+
+TEST_F(MainWindowTest, TheListBarHasItsGroups) {
+  logOn();
+  std::string text;
+  for (const BarGroup& group : main().albStandard.Groups()) {
+    text += group.caption + ":";
+    for (const BarEntry& each : group.entries) text += " " + each.caption + ",";
+    text += "\n";
+  }
+  EXPECT_EQ(text,
+            "Inventory: Rooms, Equipment, Equipment Groups, Equipment Maintenance,\n"
+            "Schedule: Charge, Discharge, Quick Discharge, Day View, Month View, Year View,\n"
+            "Bookings: New Booking, Booking Wizard, New Pick-Up,\n"
+            "Staffing: Staff,\n");
+}
+
+TEST_F(MainWindowTest, ViewNumbersHoldBothWays) {
+  for (const Told& view : kTold) {
+    if (view.number < 0) continue;
+    settings.prefer("View", std::to_string(view.number));
+    logOn();
+    expectShows(view, "first view");
+    EXPECT_TRUE(endsProgram([&] { main().Unload(); }));
+    IniFile file(folder);
+    file.Open("vantry.ini");
+    file.SelectSection("ListBar");
+    EXPECT_EQ(file.ReadSection(), "LastView=" + std::to_string(view.number));
+  }
+}
+
+TEST_F(MainWindowTest, AViewWithoutANumberIsRememberedAsTheDay) {
+  logOn();
+  main().showView(ViewId::QuickDischarge);
+  EXPECT_TRUE(endsProgram([&] { main().Unload(); }));
+  IniFile file(folder);
+  file.Open("vantry.ini");
+  file.SelectSection("ListBar");
+  EXPECT_EQ(file.ReadSection(), "LastView=0");
+}
+
+TEST_F(MainWindowTest, TheFirstViewOfEachModeFollowsThePreferences) {
+  struct Case {
+    const char* view;
+    const char* lastView;
+    ViewId standard;
+    ViewId monitor;
+  };
+  for (const Case& c :
+       {Case{"0", "0", ViewId::Day, ViewId::Conflict}, Case{"4", "0", ViewId::Rooms, ViewId::Conflict},
+        Case{"15", "14", ViewId::Discharge, ViewId::Conflict}, Case{"12", "0", ViewId::Day, ViewId::LibRooms},
+        Case{"15", "10", ViewId::Day, ViewId::Pickup}}) {
+    settings.prefer("View", c.view);
+    settings.prefer("LastView", c.lastView);
+    logOn();
+    main().menus.mnuModeStandard.choose();
+    ASSERT_TRUE(main().visibleView());
+    EXPECT_EQ(main().visibleView()->id, c.standard) << c.view << ", " << c.lastView;
+    main().menus.mnuModeDaemon.choose();
+    EXPECT_EQ(main().visibleView()->id, c.monitor) << c.view << ", " << c.lastView;
+  }
+}
+
+TEST_F(MainWindowTest, ModesSwitchedTwiceLeaveTheirOwnBarChecksAndTimer) {
+  logOn();
+  for (int round = 0; round < 2; ++round) {
+    for (const bool monitor : {true, false}) {
+      (monitor ? main().menus.mnuModeDaemon : main().menus.mnuModeStandard).choose();
+      EXPECT_EQ(main().tmrDaemon.Enabled, monitor);
+      EXPECT_EQ(main().menus.mnuModeDaemon.Checked, monitor);
+      EXPECT_EQ(main().menus.mnuModeStandard.Checked, !monitor);
+      EXPECT_EQ(main().menus.mnuFileGetRequests.Visible, monitor);
+      EXPECT_EQ(main().menus.mnuFileNew.Visible, !monitor);
+      EXPECT_EQ(main().barMain.tool("abSearch").Enabled, !monitor);
+      EXPECT_TRUE(main().menus.mnuFilePrint.Visible);
+      EXPECT_EQ(main().albDaemon.Visible, monitor);
+      EXPECT_EQ(main().albStandard.Visible, !monitor);
+      EXPECT_EQ(entry("mnuViewScheduleDay").Visible, !monitor);
+      EXPECT_EQ(entry("mnuViewDaemonPickup").Visible, monitor);
+      EXPECT_EQ(framesShown(), 1);
+    }
+  }
+}
+
+TEST_F(MainWindowTest, TheListBarStandsWhereItIsWanted) {
+  const auto order = [&] {
+    // The bars and the column of the views, from left to right.
+    std::string places;
+    for (const LayoutNode& node : main().Layout.children[1].children)
+      places += node.control == &main().albStandard ? 'S' : node.control == &main().albDaemon ? 'M' : 'v';
+    return places;
+  };
+  for (const auto& [position, places] :
+       std::initializer_list<std::pair<const char*, const char*>>{{"0", "SMv"}, {"1", "vSM"}}) {
+    settings.prefer("Position", position);
+    logOn();
+    EXPECT_EQ(order(), places);
+    EXPECT_TRUE(main().albStandard.Visible);
+  }
+  settings.prefer("Position", "2");
+  logOn();
+  for (MenuItem* mode : {&main().menus.mnuModeDaemon, &main().menus.mnuModeStandard}) {
+    mode->choose();
+    EXPECT_FALSE(main().albStandard.Visible);
+    EXPECT_FALSE(main().albDaemon.Visible);
+  }
+  main().abView.select(main().abView.indexOf("Inventory - Rooms"));
+  expectShows(kTold[0], "combo without a list bar");
+}
+
+TEST_F(MainWindowTest, ToolsRunTheirCommands) {
+  logOn();
+  std::string opened;
+  for (const int kind : {kEquipment, kGroup, kRoom, kBooking, kWizard}) {
+    app->makers.addRecord(kind, [&opened, kind](App& a) {
+      opened = std::to_string(kind) + (a.slots.newPickup ? " pick-up" : "") + " from " +
+               std::to_string(a.slots.source);
+      return nullptr;
+    });
+  }
+  for (const char* name : {"frmOptions", "frmFind"})
+    app->makers.addCommand(name, [&opened, name](App&) { opened = name; });
+  for (const auto& [tool, opens] :
+       std::initializer_list<std::pair<int, const char*>>{{204, "7 pick-up from 5"},
+                                                          {202, "7 from 5"},
+                                                          {203, "8 from 5"},
+                                                          {301, "0 from 5"},
+                                                          {302, "1 from 5"},
+                                                          {303, "2 from 5"},
+                                                          {32776, "frmOptions"},
+                                                          {57636, "frmFind"}}) {
+    opened.clear();
+    app->slots.source = 0;
+    main().barMain.choose(main().barMain.tool(tool));
+    EXPECT_EQ(opened, opens) << tool;
+  }
+  main().barMain.choose(main().barMain.tool(57630));
+  EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"day"});
+}
+
+TEST_F(MainWindowTest, TheSearchKnowsWhichListShows) {
+  logOn();
+  app->makers.addCommand("frmFind", [](App&) {});
+  for (const auto& [view, kind] : std::initializer_list<std::pair<ViewId, int>>{
+           {ViewId::Rooms, 2}, {ViewId::Equipment, 0}, {ViewId::Groups, 1}, {ViewId::Day, 9}}) {
+    main().showView(view);
+    main().menus.mnuToolsSearch.choose();
+    EXPECT_EQ(app->slots.searchFor, kind);
+  }
+}
+
+TEST_F(MainWindowTest, TheSessionsWindowsTellAndChange) {
+  logOn();
+  desktop.expectModalWindow<frmLoginInfo>("frmLoginInfo", [](frmLoginInfo& window) {
+    EXPECT_EQ(window.lblOperatorText.Caption, "desk");
+    EXPECT_EQ(window.lblLocationText.Caption, "Main Desk");
+    EXPECT_EQ(window.lblLineText.Caption, "Not protected");
+    window.cmdOK.press();
+  });
+  entry("mnuFileLoginInfo").choose();
+  desktop.expectModalWindow<frmAbout>("frmAbout", [](frmAbout& window) {
+    EXPECT_EQ(window.lblOperator.Caption, "Logged on: desk");
+    window.cmdOK.press();
+  });
+  entry("mnuHelpAbout").choose();
+
+  server.expectPasswordChange("old", "good enough", "The old password is wrong.");
+  server.expectPasswordChange("secret", "good enough");
+  desktop.expectModalWindow<frmPassword>("frmPassword", [&](frmPassword& window) {
+    EXPECT_FALSE(window.cmdOK.Enabled);
+    window.txtOld.type("old");
+    window.txtNew.type("good enough");
+    window.txtRepeat.type("good enoug");
+    window.cmdOK.press();
+    EXPECT_TRUE(window.lblMessage.Visible) << "nothing goes out for two different words";
+    window.txtRepeat.type("good enough");
+    window.cmdOK.press();
+    EXPECT_EQ(window.lblMessage.Caption, "The old password is wrong.");
+    EXPECT_EQ(window.txtOld.Text, "");
+    window.txtOld.type("secret");
+    desktop.expectInformation("Your password has been changed.");
+    window.cmdOK.press();
+  });
+  entry("mnuFileChangePassword").choose();
+}
+
+TEST_F(MainWindowTest, WebEntriesOpenTheSupportPages) {
+  logOn();
+  for (const char* name : {"mnuHelpWebSite(0)", "mnuHelpWebSite(1)"}) entry(name).choose();
+  EXPECT_EQ(desktop.addresses.size(), 2u);
+}
+
+TEST_F(MainWindowTest, PopupsStayOffTheBarAndOpeningTheViewMenuEmptiesThePanel) {
+  logOn();
+  std::string bar;
+  for (const MenuItem* menu : main().Menus()) {
+    if (menu->Visible) bar += menu->Caption.get() + " ";
+  }
+  EXPECT_EQ(bar, "&File &View &Tools &Mode &Help ");
+  main().showStatus(2, "something");
+  main().menus.mnuView.choose();
+  EXPECT_EQ(main().StatusBar1.Panels(2).Text, "");
+}
+
+TEST_F(MainWindowTest, TheEndOfTheSessionGoesTheWayOfExit) {
+  logOn();
+  struct Working : Form {
+    explicit Working(Windows& all) : Form(all, "frmWorking") {
+      Caption = "Unsaved";
+      Tag = "7 - 1";
+    }
+    bool Form_Unload() override { return mayGo; }
+    bool mayGo = false;
+  };
+  Working working(app->windows);
+  working.Show();
+  desktop.expectInformation(
+      "Vantry\nUnsaved\n\nUnable to quit application.  Please resolve any issues with open Vantry windows.");
+  EXPECT_FALSE(endsProgram([&] { main().Form_Terminate(); }));
+  working.mayGo = true;
+  EXPECT_TRUE(endsProgram([&] { main().Form_Terminate(); }));
+}
+
+TEST_F(MainWindowTest, EveryViewOfTheMonitorHasItsColumns) {
+  logOn();
+  Grid& grid = main().faDaemon;
+  EXPECT_EQ(grid.Cols, 12) << "built with the window";
+  for (const auto& [view, last, hidden] : std::initializer_list<std::tuple<ViewId, const char*, int>>{
+           {ViewId::Conflict, "Confirmation #", 3},
+           {ViewId::Delivery, "Booking Comment", 3},
+           {ViewId::Pickup, "Booking Comment", 3},
+           {ViewId::RoomSchedules, "Booking Comment", 3},
+           {ViewId::LibRooms, "Booking Comment", 3}}) {
+    BuildDaemonFlexArray(grid, view);
+    EXPECT_EQ(grid.TextMatrix(0, 0), "ID");
+    EXPECT_EQ(grid.TextMatrix(0, grid.Cols - 1), last);
+    int count = 0;
+    for (int col = 0; col < grid.Cols; ++col) count += grid.ColWidth(col) == 0 ? 1 : 0;
+    EXPECT_EQ(count, hidden) << grid.FormatString.get();
+  }
+}
+
+}  // namespace
+}  // namespace vantry::test
