@@ -42,15 +42,17 @@ static bool mayUse(App& app, const BookingRecord& record, std::string_view tag, 
   else
     WriteStoredBookingTimes(message, app.booking);
   const int rc = SendBusy(app, "VEQUSG");
-  if (!ValidateEquipmentUsage(app, rc, message.Get(tags::ETY))) return false;
-  const std::string key = std::string(id) + "E";
+  return ValidateEquipmentUsage(app, rc, message.Get(tags::ETY));
+}
+
+void KeepWarningShown(App& app, const std::string& key) {
   app.booking.warnings.AddWarningKey(key);
   app.booking.warnings.MarkWarningShown(key);
-  return true;
 }
 
 bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid, const BookingForm* ownTimes) {
   if (!mayUse(app, record, tags::EID, eid, ownTimes)) return false;
+  KeepWarningShown(app, std::string(eid) + "E");
   app.message.Add(tags::EID, eid);
   return ValidateEquipmentStatus(app, SendBusy(app, "VES"));
 }

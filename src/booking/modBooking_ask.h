@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "booking/booking_form.h"
@@ -13,6 +14,9 @@ namespace vantry {
 /// Whether a look-up has failed. Then this sentence is said; where no server was reached, the session ends.
 [[nodiscard]] bool HasFailed(App& app, int rc, std::string_view sentence);
 
+/// The operator has agreed to the warning of this key, for as long as the times stay.
+void KeepWarningShown(App& app, const std::string& key);
+
 /// Keeps the window's times for what is added in the dialogs that follow.
 void StoreTimes(const BookingForm& form);
 
@@ -21,7 +25,7 @@ void StoreTimes(const BookingForm& form);
 /// window, or without one those that were stored.
 [[nodiscard]] bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid,
                                const BookingForm* ownTimes);
-/// The same for an equipment type; a type has no status.
+/// The same for an equipment type, which has neither a status nor a warning of its own.
 [[nodiscard]] bool MayUseType(App& app, const BookingRecord& record, std::string_view eti,
                               const BookingForm* ownTimes);
 

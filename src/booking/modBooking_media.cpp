@@ -88,9 +88,7 @@ bool mayUse(App& app, const BookingRecord& record, const MediaThing& thing) {
   app.message.Add(tags::IM, thing.IM);
   WriteStoredBookingTimes(app.message, app.booking);
   if (!ValidateItemUsage(app, SendBusy(app, "VITMUSG"))) return false;
-  const std::string key = thing.IM + "I";
-  app.booking.warnings.AddWarningKey(key);
-  app.booking.warnings.MarkWarningShown(key);
+  KeepWarningShown(app, thing.IM + "I");
   return true;
 }
 

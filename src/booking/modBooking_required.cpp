@@ -47,11 +47,6 @@ void tick(Tree& tree, std::string_view eti, int image) {
   tree.changed();
 }
 
-struct RequiredType {
-  std::string eti;
-  std::string ety;
-};
-
 }  // namespace
 
 void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record) {
@@ -89,6 +84,7 @@ bool CheckRequiredEquipment(const BookingForm& form, std::string_view key, Booki
   const bool on = node->image != kChecked;
   if (on && (ConfirmEquipmentLimit(form.app, record) || !MayUseType(form.app, record, eti, &form)))
     return false;
+  if (on) KeepWarningShown(form.app, eti + "E");
   tick(form.tvwEquipment, eti, on ? kChecked : kUnchecked);
   record.EquipmentCount = countEquipment(form);
   return true;

@@ -341,6 +341,7 @@ TEST_F(Pick, ATypeIsCheckedBeforeItsWindowCloses) {
   expectUsage("ETI=35");
   panel.cmdAddType.press();
   EXPECT_EQ(types(), std::string(kTypes) + " 35 TV_VCRs\n");
+  EXPECT_FALSE(app.booking.warnings.IsWarningMarked("35E")) << "which would be a piece's";
   EXPECT_EQ(window.record.EquipmentCount, 1);
   EXPECT_EQ(window.changes, 1);
 

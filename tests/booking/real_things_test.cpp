@@ -51,7 +51,7 @@ struct RealThings : RealLibrary {
     throw std::runtime_error("the demo library has no item that may be booked");
   }
   std::string freePiece(const char* series) {
-    for (int number = 1; number < 400; ++number) {
+    for (int number = 1; number < 500; ++number) {
       if (send("GETIBYB", {{"EPT", "3"}, {"BARORNO", "0"}, {"BNO", barcode(series, number)}}) != 0) continue;
       if (get("SRCHCNT") != "1") continue;
       const TagValue piece{"EID", get("EID")};
