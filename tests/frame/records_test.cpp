@@ -60,7 +60,6 @@ TEST_F(Records, EachKindTellsItsWindowWhatItIs) {
     EXPECT_EQ(newest().told, c.told);
     EXPECT_EQ(newest().Tag, std::to_string(c.kind) + " - 5");
     EXPECT_TRUE(newest().isShown());
-    EXPECT_FALSE(newest().isModal());
     EXPECT_TRUE(main().Enabled);
   }
 }

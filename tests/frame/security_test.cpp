@@ -155,6 +155,7 @@ TEST_F(Security, AViewOnlySubjectLosesItsNewCommandAndShowsView) {
                              &M::mnuPopupToolsNew, nullptr}}) {
     for (const bool only : {true, false}) {
       start(only ? allRightsBut(c.off) : allRightsBut());
+      noteRecords();
       (main().menus.*c.view).choose();
       EXPECT_EQ((main().menus.*c.edit).Caption, only ? "View" : "Edit") << c.off;
       EXPECT_EQ((main().menus.*c.fresh).Enabled, !only) << c.off;

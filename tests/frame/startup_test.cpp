@@ -152,7 +152,6 @@ TEST_F(StartUp, TheCalendarsOpenWhereTheyAreWanted) {
   for (const char* code : {"GDELCA", "GROMCA", "GPICCA"}) server.expect(code);
   ASSERT_TRUE(Main(*app));
   EXPECT_EQ(app->windows[app->windows.Count() - 1].Caption, "Booking Calendars");
-  EXPECT_FALSE(app->windows[app->windows.Count() - 1].isModal());
 }
 
 TEST_F(StartUp, AfterALogOffTheNextOperatorsContextHolds) {

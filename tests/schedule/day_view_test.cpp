@@ -252,6 +252,7 @@ TEST_F(DayViewTest, NewBookingsOpenAsPreferred) {
            {"3", "", "record window 7"}}) {
     settings.prefer("NewBooking", preference);
     start();
+    noteRecords();
     if (*popup) desktop.expectPopup("mnuPopupNewBooking", popup);
     day().cmdNewBooking.press();
     EXPECT_THAT(notBuilt, testing::ElementsAre(opened));
@@ -262,6 +263,7 @@ TEST_F(DayViewTest, NewBookingsOpenAsPreferred) {
 
 TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
   startWithBookings(kThree);
+  noteRecords();
   grid().doubleClick(0, 3);
   EXPECT_TRUE(notBuilt.empty());
   grid().doubleClick(2, 3);

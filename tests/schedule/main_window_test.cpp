@@ -67,7 +67,7 @@ class MainWindowTest : public Desk {
     server.expect("SLL", "LOC=3").replies(rights);
     server.expect("GETLOCS");
     for (const char* code : {"GETECAT", "GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
-    ASSERT_TRUE(Main(*app));
+    ASSERT_TRUE(vantry::Main(*app));
   }
   MenuItem& entry(std::string_view name) {
     for (const MenuItem* menu : main().Menus()) {

@@ -73,6 +73,15 @@ void Desk::build(std::string commandLine) {
   app->makers.notBuilt = [this](std::string_view what) { notBuilt.emplace_back(what); };
 }
 
+void Desk::noteRecords() {
+  for (int kind = 0; kind < kRecordKinds; ++kind) {
+    app->makers.addRecord(kind, [this, kind](App&) {
+      notBuilt.push_back("record window " + std::to_string(kind));
+      return nullptr;
+    });
+  }
+}
+
 void Desk::expectLogOn(std::string_view operatorId) {
   server.expectLogon(operatorId, "secret");
   desktop.expectModalWindow<frmLogon>("frmLogon", [id = std::string(operatorId)](frmLogon& window) {

@@ -65,6 +65,9 @@ class Desk : public testing::Test {
   /// The same, with these bookings of 2026-11-24 on the day view.
   void startWithBookings(std::string_view bookings, const std::string& rights = allRightsBut());
 
+  /// From now on a record window that is asked for is noted like one that is not built, and none opens.
+  void noteRecords();
+
   /// The announcements of one log-on with one location, up to the category lists.
   void expectLogOn(std::string_view operatorId = "desk");
   void expectContext(const std::string& rights = allRightsBut(), std::string_view operatorId = "desk");
