@@ -10,7 +10,8 @@ namespace {
 constexpr std::size_t longestKey = 240;
 constexpr char32_t noCharacter = 0xffffffff;
 
-/// The letters from U+00C0 to U+017F without their marks, one place each; '*' where two letters stand for one.
+/// The letters from U+00C0 to U+017F without their marks, one place each; '*' where two letters stand for
+/// one.
 constexpr std::string_view plainLetters =
     "aaaaaa*ceeeeiiiidnooooo ouuuuyt*aaaaaa*ceeeeiiiidnooooo ouuuuyty"
     "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiii**jjkkklllllll"

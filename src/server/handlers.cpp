@@ -50,7 +50,7 @@ const HandlerRow* findHandler(std::string_view code) {
                             bookingWriteRequests(),  bookingListRequests(), placeCheckRequests(),
                             usageCheckRequests(),    patronRequests(),      mediaRequests(),
                             chargeRequests(),        dischargeRequests(),   circulationSearchRequests(),
-                            equipmentListRequests(), findRequests()};
+                            equipmentListRequests(), findRequests(),        catalogueRequests()};
   for (const std::span<const HandlerRow> family : families) {
     for (const HandlerRow& row : family) {
       if (row.code == code) return &row;

@@ -67,6 +67,7 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> usageCheckRequests();
 [[nodiscard]] std::span<const HandlerRow> patronRequests();
 [[nodiscard]] std::span<const HandlerRow> mediaRequests();
+[[nodiscard]] std::span<const HandlerRow> catalogueRequests();
 [[nodiscard]] std::span<const HandlerRow> chargeRequests();
 [[nodiscard]] std::span<const HandlerRow> dischargeRequests();
 [[nodiscard]] std::span<const HandlerRow> circulationSearchRequests();

@@ -108,7 +108,7 @@ RequestRunner::Supervisor RequestRunner::meetSupervisor(Connection& db, const In
   Supervisor met;
   met.judged = judge(db, incoming, now);
   if (!met.judged.session || met.judged.refusal) return met;
-  met.stored = findReply(db, {.session = met.judged.session->token, .requestId = incoming.requestId});
+  met.stored = findReply(db, {.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId});
   if (met.stored) return met;
   const Message message(incoming.tags);
   met.account = findOperator(db, message.text(tags::OI));
@@ -157,7 +157,7 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
     if (outcome != wrongLogin) forgetLoginTries(db, message.text(tags::OI));
     audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",
           message.text(tags::OI), rightAskedFor(message));
-    storeReply(db, {.session = met.judged.session->token, .requestId = incoming.requestId},
+    storeReply(db, {.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId},
                {std::string(incoming.code), answer.json}, now);
   });
   return answer;

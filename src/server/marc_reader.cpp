@@ -142,7 +142,8 @@ class XmlSource : public MarcReader::Source {
 /// YAZ's part: one exchanged record, told as MARCXML in UTF-8.
 class Decoder {
  public:
-  Decoder() : marc_(yaz_marc_create()), buffer_(wrbuf_alloc()), fromMarc8_(yaz_iconv_open("UTF-8", "MARC-8")) {}
+  Decoder()
+      : marc_(yaz_marc_create()), buffer_(wrbuf_alloc()), fromMarc8_(yaz_iconv_open("UTF-8", "MARC-8")) {}
   ~Decoder() {
     if (fromMarc8_ != nullptr) yaz_iconv_close(fromMarc8_);
     wrbuf_destroy(buffer_);
@@ -181,7 +182,8 @@ class ExchangeSource : public MarcReader::Source {
   }
 
  private:
-  /// Records end in a mark, so that one whose length is wrong does not spoil those after it. False without it.
+  /// Records end in a mark, so that one whose length is wrong does not spoil those after it. False without
+  /// it.
   bool takeRecord(std::string& exchanged) {
     std::getline(file_, exchanged, recordEnd);
     const bool whole = !file_.eof();

@@ -16,8 +16,8 @@ class MarcReader {
   MarcReader(const MarcReader&) = delete;
   MarcReader& operator=(const MarcReader&) = delete;
 
-  /// The next record. `fault` is empty for a sound one, else one sentence of what is wrong with it. False after
-  /// the last one.
+  /// The next record. `fault` is empty for a sound one, else one sentence of what is wrong with it. False
+  /// after the last one.
   bool next(MarcRecord& record, std::string& fault);
 
   class Source;

@@ -27,7 +27,8 @@ void eachSubfield(const MarcField& field, Take take) {
 /// Lines and their parts must stay apart.
 std::string onOneLine(std::string_view text) {
   std::string line(text);
-  std::ranges::replace_if(line, [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+  std::ranges::replace_if(
+      line, [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
   return line;
 }
 
@@ -79,7 +80,8 @@ bool isHoldings(const MarcRecord& record) {
 
 std::string storedForm(const MarcRecord& record) {
   std::string text;
-  if (!record.leader.empty()) text.append(leaderTag).append("\t\t").append(onOneLine(record.leader)).append("\n");
+  if (!record.leader.empty())
+    text.append(leaderTag).append("\t\t").append(onOneLine(record.leader)).append("\n");
   for (const MarcField& field : record.fields) {
     text.append(field.tag).append("\t").append(onOneLine(field.indicators)).append("\t");
     text.append(onOneLine(field.text)).append("\n");

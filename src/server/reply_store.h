@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,9 +10,10 @@
 
 namespace vantry::server {
 
-/// What a request is known by: the stored form of its session's token, and its own id.
+/// What a request is known by: who sent it, and its own id. Not by its session, which may end before the
+/// request is sent again.
 struct ReplyKey {
-  std::string_view session;
+  std::int64_t operatorId;
   std::string_view requestId;
 };
 

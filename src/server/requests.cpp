@@ -117,7 +117,7 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
     if (!judged.session) return;
     answer.kind = Answer::Kind::Done;
     if (const auto stored =
-            findReply(db, {.session = judged.session->token, .requestId = incoming.requestId})) {
+            findReply(db, {.operatorId = judged.session->operatorId, .requestId = incoming.requestId})) {
       if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
       answer.json = stored->json;
       return;
@@ -130,7 +130,7 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
                             ? *judged.refusal
                             : runGuarded(findHandler(incoming.code)->run, context, Message(incoming.tags));
     answer.json = reply.json();
-    storeReply(db, {.session = judged.session->token, .requestId = incoming.requestId},
+    storeReply(db, {.operatorId = judged.session->operatorId, .requestId = incoming.requestId},
                {std::string(incoming.code), answer.json}, now);
   });
   return answer;

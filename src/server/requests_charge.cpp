@@ -73,6 +73,8 @@ class Charger {
   Reply& fail(int code) { return failures_.record().set(tags::CHFA, code); }
 
   [[nodiscard]] AskedTime asked() const { return {booking_.taken, booking_.id}; }
+  /// For what fills a wish: also what the booking itself has already is no longer free.
+  [[nodiscard]] AskedTime askedForMore() const { return {booking_.taken, 0}; }
 
   /// Until when another booking takes one of the things, should it be handed out at once.
   std::optional<Moment> heldUntil() {
@@ -137,7 +139,7 @@ class Charger {
 
   void fillItem(ItemLine& line) {
     const TitleWish wish{line.titleId, line.holdingId, line.mediaTypeId};
-    const std::optional<std::int64_t> found = freeItem(db_, policy_, wish, asked());
+    const std::optional<std::int64_t> found = freeItem(db_, policy_, wish, askedForMore());
     if (!found) {
       fail(failure::noItem).set(tags::TITL, titleOf(db_, line.titleId));
       return;
@@ -183,7 +185,7 @@ class Charger {
   }
 
   void fillPiece(PieceLine& line) {
-    const std::optional<std::int64_t> found = freePiece(db_, policy_, line.typeId, asked());
+    const std::optional<std::int64_t> found = freePiece(db_, policy_, line.typeId, askedForMore());
     if (!found) {
       fail(failure::noPiece).set(tags::ETY, equipmentTypeName(db_, line.typeId));
       return;

@@ -514,6 +514,50 @@ create table sealing_keys (
 );
 )";
 
+constexpr std::string_view catalogue = R"(
+alter table titles add column control_number text not null default '';
+alter table titles add column published text not null default '';
+alter table titles add column is_indexed smallint not null default 0;
+create index titles_control_number on titles (control_number);
+create index titles_unindexed on titles (id) where is_indexed = 0;
+alter table holdings add column control_number text not null default '';
+create table marc_records (
+  id $KEY,
+  title_id bigint not null references titles on delete cascade,
+  holding_id bigint references holdings on delete cascade,
+  record text not null
+);
+create unique index marc_records_of_titles on marc_records (title_id) where holding_id is null;
+create unique index marc_records_of_holdings on marc_records (holding_id) where holding_id is not null;
+create index marc_records_title on marc_records (title_id);
+create table catalogue_keys (
+  kind smallint not null,
+@sqlite   word text not null,
+@postgresql   word text collate "C" not null,
+  title_id bigint not null references titles on delete cascade,
+  primary key (kind, word, title_id)
+@sqlite ) without rowid;
+@postgresql );
+create index catalogue_keys_title on catalogue_keys (title_id, kind, word);
+)";
+
+constexpr std::string_view repliesByOperator = R"(
+create table replies_by_operator (
+  operator_id bigint not null references operators,
+  request_id text not null,
+  code text not null,
+  reply text not null,
+  at bigint not null,
+  primary key (operator_id, request_id)
+);
+insert into replies_by_operator (operator_id, request_id, code, reply, at)
+  select s.operator_id, r.request_id, r.code, r.reply, r.at from replies r join sessions s on s.token = r.session
+  where true on conflict do nothing;
+drop table replies;
+alter table replies_by_operator rename to replies;
+create index replies_at on replies (at);
+)";
+
 constexpr std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -522,6 +566,8 @@ constexpr std::array steps{
     Migration{5, "bookings", bookings},
     Migration{6, "fixed lists", fixedLists},
     Migration{7, "sealing keys", sealing},
+    Migration{8, "catalogue", catalogue},
+    Migration{9, "replies by operator", repliesByOperator},
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <spdlog/spdlog.h>
 
+#include "server/catalogue_store.h"
 #include "server/database.h"
 #include "server/http_front.h"
 #include "server/migrations.h"
@@ -24,6 +25,7 @@ constexpr std::chrono::seconds housekeepingPeriod{60};
 
 Database& upToDate(Database& database) {
   migrate(database);
+  indexCatalogue(database);
   return database;
 }
 

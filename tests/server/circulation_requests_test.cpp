@@ -63,6 +63,15 @@ TEST_P(CirculationRequests, ChargeFillsWishes) {
   EXPECT_EQ(taken(), "3");
 }
 
+TEST_P(CirculationRequests, AWishIsNotFilledWithWhatTheBookingHasAlready) {
+  const std::string things = "EID=1; ETI=1; IFL=N; MTID=1; BI=1; MI=1; IM=1; MTID=1; BI=1; MI=1; IM=0";
+  const Got made = send("NEWBK", booking(times(2, "09:30", "11:00"), "LOC=1", 3, things));
+  ASSERT_EQ(made.rc, 0) << made.text();
+  EXPECT_EQ(send("CBK", "BOOKID=1").rc, 0);
+  EXPECT_EQ(library().value("select count(distinct equipment_id) from booking_equipment"), "2");
+  EXPECT_EQ(library().value("select count(distinct item_id) from booking_items"), "2");
+}
+
 TEST_P(CirculationRequests, ChargesAllOrNothingAndTellsWhy) {
   const std::string first = save(times(2, "09:30", "10:00"), std::string("EID=1; ") + film1);
   charge(first);

@@ -47,6 +47,23 @@ TEST(Migrations, BringEveryOlderDatabaseToThePresentAndKeepItsData) {
   }
 }
 
+TEST(Migrations, StoredRepliesGoToTheOperatorsOfTheirSessions) {
+  const TempFolder folder;
+  Database database(folder.file("old.sqlite"));
+  constexpr int repliesBySession = 8;
+  migrate(database, repliesBySession);
+  database.write([](Connection& db) {
+    db.run("insert into operators (id, login, name, password) values (7, 'old', 'Old Operator', '-')");
+    db.run("insert into sessions (token, operator_id, expires_at) values ('one', 7, 9), ('two', 7, 9)");
+    db.run(
+        "insert into replies (session, request_id, code, reply, at) values ('one', 'a', 'NEWBK', '{}', 1), "
+        "('two', 'a', 'NEWBK', '{}', 1), ('gone', 'b', 'NEWBK', '{}', 1)");
+  });
+  migrate(database);
+  EXPECT_EQ(countOf(database, "replies where operator_id = 7 and request_id = 'a'"), 1);
+  EXPECT_EQ(countOf(database, "replies"), 1);
+}
+
 TEST(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
   const TempFolder folder;
   Database database(folder.file("new.sqlite"));

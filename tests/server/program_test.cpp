@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "support/server_case.h"
+#include "support/server_marc_file.h"
 
 namespace vantry::server {
 namespace {
@@ -171,6 +172,23 @@ TEST_F(ProgramTest, TellsWhatIsWrongAndChangesNothing) {
   EXPECT_THAT(run("operator add eve --name E --location Main", "a-good-password\n").text,
               HasSubstr("--location requires --rights"));
   EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+}
+
+TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
+  run("library add \"City Library\"");
+  run("location add Main --library \"City Library\"");
+  writeFile(folder.file("export.mrc"),
+            exchanged({{"001", "1"}, {"245", "00$aBees"}, {"852", "0 $bmain$hQL 5"}, {"876", "  $pI1"}}) +
+                exchanged({{"001", "2"}, {"100", "1 $aNobody"}}));
+  const Outcome taken = run("import marc " + folder.file("export.mrc"));
+  EXPECT_EQ(taken.code, 0);
+  EXPECT_THAT(taken.text, HasSubstr("1 new titles, 0 changed; 1 new holdings; 1 new items, 0 changed."));
+  EXPECT_THAT(taken.text, HasSubstr("Record 2: it has no title in field 245."));
+  EXPECT_THAT(taken.text, HasSubstr("1 records could not be taken"));
+  EXPECT_NE(run("import marc " + folder.file("missing.mrc")).code, 0);
+  const Outcome nowhere = run("import marc " + folder.file("export.mrc") + " --location Moon");
+  EXPECT_NE(nowhere.code, 0);
+  EXPECT_THAT(nowhere.text, HasSubstr("There is no location named \"Moon\"."));
 }
 
 TEST_F(ProgramTest, TakesOneListOfRightsAndTrimsNames) {

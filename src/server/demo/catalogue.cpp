@@ -3,6 +3,7 @@
 #include <array>
 
 #include "server/accounts.h"
+#include "server/catalogue_store.h"
 #include "server/demo/world.h"
 
 namespace vantry::server {
@@ -37,10 +38,52 @@ constexpr const char* patterns[] = {"Introduction to %", "% in Practice",   "A S
 constexpr const char* parts[] = {"", "", "", ", Part 1", ", Part 2", ": A Workshop", ": Case Studies"};
 constexpr const char* shelves[] = {"HF", "QA", "TR", "ML", "NA", "GV", "RT", "QE"};
 
-std::string makeTitle(Dice& dice) {
-  std::string title = dice.of(patterns);
-  title.replace(title.find('%'), 1, dice.of(subjects));
-  return title + dice.of(parts);
+struct DemoTitle {
+  std::int64_t id;
+  std::string title;
+  std::string subject;
+  std::string author;
+  std::string published;
+};
+
+DemoTitle makeTitle(Dice& dice, std::int64_t id) {
+  DemoTitle fresh{id, dice.of(patterns), dice.of(subjects), {}, std::to_string(1985 + id % 40)};
+  fresh.title.replace(fresh.title.find('%'), 1, fresh.subject);
+  fresh.title += dice.of(parts);
+  const DemoName author = makeName(dice);
+  fresh.author = author.last + ", " + author.first;
+  return fresh;
+}
+
+constexpr const char* publishers[] = {"Harbour Film Unit", "Northfield Educational Media", "Open Desk Press",
+                                      "Meridian Sound Archive", "Lantern Pictures"};
+
+/// The record that a cataloguer would have made of it.
+MarcRecord recordOf(const DemoTitle& title, const char* carrier) {
+  const bool article = title.title.starts_with("The ") || title.title.starts_with("A ");
+  const std::size_t unsorted = article ? title.title.find(' ') + 1 : 0;
+  const char* publisher = publishers[static_cast<std::size_t>(title.id) % std::size(publishers)];
+  MarcRecord record;
+  record.leader = "00000ngm a2200000 i 4500";
+  record.fields = {
+      {"001", "", "demo-" + std::to_string(title.id)},
+      {"100", "1 ", marcSubfield('a', title.author)},
+      {"245", "1" + std::to_string(unsorted), marcSubfield('a', title.title)},
+      {"264", " 1", marcSubfield('b', publisher) + marcSubfield('c', title.published)},
+      {"300", "  ", marcSubfield('a', std::string("1 ") + carrier)},
+      {"520", "  ", marcSubfield('a', "Material on " + title.subject + " for teaching and private study.")},
+      {"650", " 0", marcSubfield('a', title.subject) + marcSubfield('v', "Study and teaching")},
+  };
+  return record;
+}
+
+void addTitle(Connection& db, const DemoTitle& title) {
+  Query query(db,
+              "insert into titles (id, title, search_title, author, published, control_number) values (:id, "
+              ":title, :search_title, :author, :published, :control_number)");
+  query.bind("id", title.id).bind("title", title.title).bind("search_title", loginKey(title.title));
+  query.bind("author", title.author).bind("published", title.published);
+  query.bind("control_number", "demo-" + std::to_string(title.id)).run();
 }
 
 void addHolding(Connection& db, std::int64_t id, std::int64_t titleId, std::int64_t locationId, Dice& dice) {
@@ -96,15 +139,13 @@ void makeCatalogue(Connection& db, World& world, Dice& dice) {
   std::int64_t holdingId = 0;
   std::int64_t itemId = 0;
   for (std::int64_t titleId = 1; titleId <= titles; ++titleId) {
-    const std::string title = makeTitle(dice);
-    const DemoName author = makeName(dice);
-    Query query(
-        db,
-        "insert into titles (id, title, search_title, author) values (:id, :title, :search_title, :author)");
-    query.bind("id", titleId).bind("title", title).bind("search_title", loginKey(title));
-    query.bind("author", author.last + ", " + author.first).run();
+    const DemoTitle title = makeTitle(dice, titleId);
+    addTitle(db, title);
     const std::int64_t mediaType =
         dice.percent(4) ? 0 : dice.of(std::span<const std::int64_t>(world.mediaTypes));
+    const char* carrier =
+        mediaType == 0 ? "Item" : mediaTypeRows[static_cast<std::size_t>(mediaType) - 1].name;
+    storeRecord(db, titleId, 0, recordOf(title, carrier));
     const int holdings = dice.percent(25) ? 2 : 1;
     for (int holding = 0; holding < holdings; ++holding) {
       const World::Location& location = world.locations[static_cast<std::size_t>((titleId + holding) % 3)];
@@ -114,6 +155,8 @@ void makeCatalogue(Connection& db, World& world, Dice& dice) {
         addItem(db, world, {++itemId, holdingId, titleId, mediaType, location.id}, copy, dice);
       }
     }
+  }
+  while (indexSomeTitles(db)) {
   }
 }
 

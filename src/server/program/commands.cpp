@@ -124,6 +124,21 @@ void backUpTo(const std::string& database, const std::string& file) {
   std::cout << "The copy stands in " << file << ".\n";
 }
 
+void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {
+  ImportReport report;
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    migrate(database);
+    report = importMarc(database, file, options);
+  });
+  for (const std::string& fault : report.faults) std::cerr << fault << '\n';
+  std::cout << report.newTitles << " new titles, " << report.changedTitles << " changed; "
+            << report.newHoldings << " new holdings; " << report.newItems << " new items, "
+            << report.changedItems << " changed.\n"
+            << report.bad << " records could not be taken; " << report.leftOut
+            << " holdings or items were left out.\n";
+}
+
 void addLibraryNamed(const std::string& database, const std::string& name) {
   change(database, [&](Connection& db) { addLibrary(db, name); });
 }

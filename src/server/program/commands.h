@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "server/marc_import.h"
 #include "server/server.h"
 
 namespace vantry::server {
@@ -20,6 +21,8 @@ void initialise(const std::string& database);
 /// Takes the day of `--bookings-on` and its number; an empty list for none.
 void makeDemo(const std::string& database, DemoOptions options, const std::vector<std::string>& bookingsOn);
 void serve(const Server::Options& options, bool behindProxy);
+/// Takes the catalogue of a file in and prints what came of it; bad records go to the standard error.
+void importMarcFile(const std::string& database, const std::string& file, const ImportOptions& options);
 void backUpTo(const std::string& database, const std::string& file);
 
 void addLibraryNamed(const std::string& database, const std::string& name);

@@ -23,7 +23,20 @@ struct Given {
   std::vector<std::string> bookingsOn;
   Server::Options server;
   OperatorCommand account;
+  ImportOptions import;
 };
+
+void describeImport(CLI::App& app, Given& given) {
+  CLI::App* import = app.add_subcommand("import", "Take data of other systems in")->require_subcommand(1);
+  CLI::App* marc = import->add_subcommand("marc", "Titles, holdings and items out of MARC 21 or MARCXML");
+  marc->add_option("file", given.file, "The file to read")->required();
+  marc->add_option(
+      "--location", given.import.location,
+      "For holdings that stand at none of the library's locations; they are left out without it");
+  marc->add_option("--media-type", given.import.mediaType,
+                   "For items whose carrier is none of the library's media types");
+  marc->callback([&given] { importMarcFile(given.database, given.file, given.import); });
+}
 
 void describeServing(CLI::App& app, Given& given) {
   CLI::App* init = app.add_subcommand("init", "Make the database, or bring its schema up to date");
@@ -132,6 +145,7 @@ int main(int argc, char** argv) {
       ->envname("VANTRY_DATABASE")
       ->capture_default_str();
   describeServing(app, given);
+  describeImport(app, given);
   describeLibrary(app, given);
   describeOperators(app, given);
   try {
