@@ -201,6 +201,7 @@ TEST_F(ChargeTest, PreferencesClearTheViewAndPrint) {
   server.expect("CBK", "BOOKID=7");
   server.expect("GETMSD", "BOOKID=7").replies("BTID=3 CNUM=M7 BKRES=99 PGID=1 ADBK=N");
   for (const char* code : {"GETSRM", "GETSITM", "GETSEQ", "GSCIT"}) server.expect(code, "BOOKID=7");
+  for (const char* list : {"GDRM", "GLSRM"}) server.always(list);
   desktop.expectInformation("Booking charged successfully!");
   charge().cmdCCharge.press();
   EXPECT_THAT(printed, testing::ElementsAre("7"));
