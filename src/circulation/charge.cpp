@@ -1,5 +1,6 @@
 #include "circulation/charge.h"
 
+#include "booking/frmBooking.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
 #include "circulation/booking_grid.h"
@@ -22,12 +23,15 @@ void showOutcome(App& app) {
   informationBox(app.desktop, "Booking charged successfully!");
 }
 
-/// The printing command loads the booking that the slot names in a hidden editor.
+/// The confirmation is printed from a booking's editor, which nobody sees here.
 void printConfirmation(App& app, const std::string& bookingId) {
-  if (!app.preferences.PrintOnCharge) return;
   app.slots.ids[kBooking] = bookingId;
   app.slots.modes[kBooking] = 0;
-  app.makers.run("PrintBookingConfirmation", app);
+  frmBooking editor(app);
+  editor.Load();
+  if (!editor.isLoaded()) return;  // it could not be read, and has said so
+  editor.mnuFilePrint_Click();
+  editor.Unload();
 }
 
 void showStatus(Grid& grid, int status, const LegendLabels& legend) {
@@ -52,7 +56,7 @@ bool ChargeBooking(App& app, const std::string& bookingId, std::string_view proc
     return false;
   }
   showOutcome(app);
-  printConfirmation(app, bookingId);
+  if (app.preferences.PrintOnCharge) printConfirmation(app, bookingId);
   return true;
 }
 

@@ -18,8 +18,14 @@ struct CirculationTest : Desk {
   std::string panel() { return main().StatusBar1.Panels(2).Text; }
   bool focused(const Control& control) { return main().ActiveControl() == &control; }
 
+  std::vector<std::string> edited;  ///< bookings whose editor was asked for
+
   void open(ViewId view) {
     start();
+    app->makers.addRecord(kBooking, [this](App& program) {
+      edited.push_back(program.slots.ids[kBooking]);
+      return nullptr;
+    });
     main().showView(view);
   }
   static std::string cell(const Grid& grid, int row, int data) {

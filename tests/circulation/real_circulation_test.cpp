@@ -45,15 +45,11 @@ struct RealCirculation : testing::Test {
   FixedClock clock;
   MemorySettings settings;
   NotedComponents components;
-  App app{{desktop, transport, clock, settings, components, {}, {}}, ""};
-  frmMain main{app};
-  CirculationDialogs dialogs{app};
+  Program program{{desktop, transport, clock, settings, components, {}, {}}, ""};
+  App& app = program.app;
+  frmMain& main = program.main;
 
-  void SetUp() override {
-    app.setMain(main);
-    app.setCirculation(dialogs);
-    main.Load();
-  }
+  void SetUp() override { main.Load(); }
 
   int send(std::string_view code, const std::vector<TagValue>& tags) {
     for (const auto& [tag, value] : tags) app.message.Add(tag, value);
