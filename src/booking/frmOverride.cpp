@@ -133,6 +133,7 @@ frmOverride::frmOverride(App& app, OverrideFacts facts)
   Caption = "Override";
   Resizable = false;
   txtTempCurrency.Visible = false;
+  lblMessage.Literal = true;  // names of types may hold an "&"
   cmdCancel.Cancel = true;
   cmdCancel.Default = true;  // going on takes a decision
   cmdOverride.Click = [this] { cmdOverride_Click(); };

@@ -69,7 +69,7 @@ class LabelBinder : public Binder {
   /// A mnemonic works only where the layout has given the label its field; data are shown to the letter.
   QString shownText() const {
     const std::string& caption = label_.Caption;
-    if (label_.ReadOnlyField || widget_.buddy()) return qt(caption);
+    if (label_.ReadOnlyField || label_.Literal || widget_.buddy()) return qt(caption);
     // A heading takes the caption of a menu's entry, or a name that has "&" in it: no letter gets lost.
     if (label_.Heading) return qt(caption).replace("&&", "&");
     return withoutMnemonic(caption);

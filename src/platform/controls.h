@@ -20,6 +20,7 @@ class Label : public Control {
   bool ReadOnlyField = false;
   bool Heading = false;  ///< drawn large, as the heading of what stands below
   bool Swatch = false;   ///< drawn as a field of its BackColor, as legends are
+  bool Literal = false;  ///< shows data: an "&" in it is no mnemonic
 };
 
 /// A picture from the program's own set, by its name.

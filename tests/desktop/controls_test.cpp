@@ -339,6 +339,9 @@ TEST_F(ControlsTest, LabelsNameTheirFieldsAndShowDataToTheLetter) {
   form.lblPlain.Caption = "&Staff && more";
   EXPECT_EQ(find<QLabel>(form, "lblField").text(), "Salt & Pepper <b>");
   EXPECT_EQ(find<QLabel>(form, "lblPlain").text(), "Staff & more");
+  form.lblPlain.Literal = true;
+  form.lblPlain.Caption = "Audio &Video";
+  EXPECT_EQ(find<QLabel>(form, "lblPlain").text(), "Audio &Video") << "a sentence with a name in it";
   form.lblHeading.Caption = "Conflict Resolution && Warning";
   EXPECT_EQ(find<QLabel>(form, "lblHeading").text(), "Conflict Resolution & Warning");
   form.lblHeading.Caption = "Salt &Pepper";
