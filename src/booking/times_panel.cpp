@@ -96,7 +96,7 @@ void TimesPanel::connect() {
   cmdAddDate.Click = [this] { cmdAddDate_Click(); };
   cmdEditDate.Click = [this] { cmdEditDate_Click(); };
   cmdDeleteDate.Click = [this] { cmdDeleteDate_Click(); };
-  faDatesTimes.DblClick = [this] { cmdEditDate_Click(); };
+  faDatesTimes.DblClick = [this] { cmdEditDate.press(); };
 }
 
 void TimesPanel::buildList() {

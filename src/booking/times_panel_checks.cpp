@@ -53,14 +53,14 @@ bool TimesPanel::checkList() {
 
 void TimesPanel::fpdNeedDate_LostFocus() {
   if (!leaveDate(fpdNeedDate, "Date Needed")) return;
+  checkExpiry(fpdNeedDate);  // first, so that the other date is not dragged past it
   if (fpdNeedDate.Value.get() > fpdFinishDate.Value.get()) fpdFinishDate.Value = fpdNeedDate.Value;
-  checkExpiry(fpdNeedDate);
 }
 
 void TimesPanel::fpdFinishDate_LostFocus() {
   if (!leaveDate(fpdFinishDate, "Date Finished")) return;
-  if (fpdFinishDate.Value.get() < fpdNeedDate.Value.get()) fpdNeedDate.Value = fpdFinishDate.Value;
   checkExpiry(fpdFinishDate);
+  if (fpdFinishDate.Value.get() < fpdNeedDate.Value.get()) fpdNeedDate.Value = fpdFinishDate.Value;
 }
 
 bool TimesPanel::leaveDate(DateField& field, std::string_view name) {
@@ -158,7 +158,8 @@ void TimesPanel::cmdDeleteDate_Click() {
   if (faDatesTimes.hasData()) --record_.BookingCount;
   endEditing();
   enableListCommands();
-  if (!faDatesTimes.hasData()) cmdMultipleBookings.Visible = true;
+  // A booking that is stored stays a single one.
+  if (!faDatesTimes.hasData()) cmdMultipleBookings.Visible = record_.BookingId == 0;
   changed();
 }
 

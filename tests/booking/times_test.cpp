@@ -154,6 +154,13 @@ TEST_F(Times, NoDatePastTheRequestersPrivileges) {
   desktop.expectInformation("Booking date cannot be past requester's expiration date of 30/11/2026.");
   times.txtNeedTime.SetFocus();
   EXPECT_EQ(times.fpdFinishDate.shortDate(), "30/11/2026");
+  enter("2026-11-24 09:00:00", "2026-11-24 10:00:00");
+  times.fpdNeedDate.SetFocus();
+  times.fpdNeedDate.enter(Date{2026, 12, 1});
+  desktop.expectInformation("Booking date cannot be past requester's expiration date of 30/11/2026.");
+  times.txtNeedTime.SetFocus();
+  EXPECT_EQ(times.fpdNeedDate.shortDate(), "30/11/2026");
+  EXPECT_EQ(times.fpdFinishDate.shortDate(), "30/11/2026") << "nor is the other date dragged past them";
   record.AdminBooking = "Y";
   times.fpdFinishDate.SetFocus();
   times.fpdFinishDate.enter(Date{2026, 12, 1});
@@ -220,6 +227,21 @@ TEST_F(Times, TheListIsAddedToEditedAndEmptied) {
   times.cmdDeleteDate.press();
   EXPECT_TRUE(times.cmdMultipleBookings.Visible);
   EXPECT_FALSE(times.cmdDeleteDate.Enabled);
+}
+
+TEST_F(Times, AListThatIsStoredIsNotEditedByADoubleClick) {
+  enter("2026-11-24 09:00:00", "2026-11-24 10:00:00");
+  times.cmdMultipleBookings.press();
+  times.cmdAddDate.press();
+  enter("2026-11-25 09:00:00", "2026-11-25 10:00:00");
+  record.BookingId = 7;
+  times.cmdMultipleBookings.Visible = false;
+  times.disableEditing();
+  times.faDatesTimes.doubleClick(1, 0);
+  EXPECT_EQ(times.fpdNeedDate.shortDate(), "25/11/2026");
+  EXPECT_EQ(times.cmdAddDate.Caption, "&Add");
+  times.cmdDeleteDate_Click();
+  EXPECT_FALSE(times.cmdMultipleBookings.Visible) << "a stored booking stays a single one";
 }
 
 TEST_F(Times, EachFurtherTimeIsOneMoreBookingOfTheRequester) {
