@@ -60,8 +60,8 @@ struct BookingRecord {
   std::string StartTime, EndTime;  ///< as the server writes them
 
   // Privileges of the requester, and what counts against them.
-  int ItemLimit = 0;
-  int EquipmentLimit = 0;
+  int ItemLimit = -1;  ///< -1: none, as long as no requester's is known
+  int EquipmentLimit = -1;
   int BookingMax = 0;  ///< -1: no maximum
   int BookingCount = 0;
   int ItemCount = 0;  ///< things in the booking now

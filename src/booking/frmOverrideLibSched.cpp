@@ -26,6 +26,7 @@ void frmOverrideLibSched::Form_Load() {
   app_.tools.PrepareForm(*this);
   const bool warning = status_.BKSTS == kWarning;
   const bool mayOverride = app_.context.rights.has(Right::OVOTR);
+  OverrideResult = warning ? "1" : "0";  // a warning stops nothing, however its window is closed
   Caption = warning ? "Room Status Warning" : "Room Status Override";
   cmdOK.Visible = warning;
   cmdOverride.Visible = !warning && mayOverride;

@@ -163,6 +163,7 @@ bool ValidateRoomTime(App& app, int rc) {
 
 /// The limit that a thing would exceed; true stops.
 static bool stopsAtLimit(App& app, const BookingRecord& record, int limit, int count, int code) {
+  app.global.ReadyAllForms();
   if (record.AdminBooking != "N" || limit != count) return false;
   OverrideFacts facts;
   facts.OverrideCode = code;

@@ -312,6 +312,7 @@ TEST_F(Places, ALibraryRoomTellsItsStatusAndItsLongestTime) {
       EXPECT_EQ(w.txtStatusNote.Text, "Wet walls");
       EXPECT_EQ(w.cmdOK.Visible, mode == 1);
       EXPECT_EQ(w.cmdCancel.Visible, mode != 1);
+      if (mode == 1 && !yes) return w.closeByOperator();
       if (mode == 1) return w.cmdOK.press();
       (yes ? w.cmdOverride : w.cmdCancel).press();
     });
@@ -330,6 +331,10 @@ TEST_F(Places, ALibraryRoomTellsItsStatusAndItsLongestTime) {
   expectToSee(asked(duration("2 terms."), false));
   expectToSee(asked(duration(" an unlimited time period."), true));
   EXPECT_FALSE(ValidateLibSchedRoom(form, record)) << "a no counts, and the walk goes on";
+
+  expectRoom("VUF=147 BKSTS=1 SMS=Painting SDT=2026-12-01 SNO=Wet walls");
+  expectStatus(1, false);
+  EXPECT_TRUE(ValidateLibSchedRoom(form, record)) << "a warning stops nothing, however it is closed";
 
   expectRoom("VUF=147 BKSTS=2 SMS=Painting SDT=2026-12-01 SNO=Wet walls | VUF=148 BKDUR=D BKMX=3");
   expectStatus(2, false);
@@ -371,6 +376,8 @@ TEST_F(Places, ARoomIsAskedForOncePerTimeUntilOneFails) {
 
 TEST_F(Policy, AThingMoreThanTheLimitNeedsAnOverride) {
   BookingRecord record;
+  EXPECT_FALSE(ConfirmItemLimit(app, record) || ConfirmEquipmentLimit(app, record))
+      << "without a requester there is no limit yet";
   record.ItemLimit = record.ItemCount = 3;
   record.EquipmentLimit = 2;
   record.EquipmentCount = 1;
