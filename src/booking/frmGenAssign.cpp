@@ -60,7 +60,6 @@ void frmGenAssign::Form_Load() {
   BuildMediaGrid(faGenMedia);
   faGenEquip.Rows = 1;
   faGenEquip.FormatString = std::string(kEquipmentFormat);
-  faGenEquip.ColWidth(0, 0);
   fillRoom();
   fillMedia();
   fillEquipment();

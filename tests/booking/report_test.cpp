@@ -172,7 +172,7 @@ TEST_F(Reports, WhatAChargeAssignedIsShownPartByPart) {
   EXPECT_EQ(window.lblRoom.Caption, "Hall") << "not the room where the first piece stands";
   EXPECT_THAT(rowsOf(window.faGenEquip), ElementsAre("11|Projector|P1|No|Store", "12|Set|G1|Yes|Store"));
   EXPECT_THAT(rowsOf(window.faGenMedia), ElementsAre("||300||Atlas|Map|Main|2||v1|1999|1999"));
-  EXPECT_EQ(window.faGenEquip.ColWidth(0), 0) << "keys stay hidden";
+  EXPECT_EQ(window.faGenMedia.ColWidth(0), 0) << "keys of media stay hidden";
 
   charge("IM=300 TITL=Atlas");
   frmGenAssign items(app, assignedCounts(app.message));
