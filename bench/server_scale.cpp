@@ -116,8 +116,10 @@ void makeBookings(Connection& db, int from, int until, int count) {
     Query query(
         db,
         "insert into bookings (id, location_id, booking_type, status, patron_id, patron_group_id, starts_at, "
-        "ends_at, pickup_location_id, equipment_count, created_at, updated_at) values (:id, 1, 3, :status, "
+        "ends_at, pickup_location_id, equipment_count, created_at, updated_at) values (:id, :desk, 3, "
+        ":status, "
         ":patron_id, 1, :starts_at, :ends_at, 1, 5, 0, 0)");
+    query.bind("desk", number % desks + 1);
     query.bind("id", number + 1).bind("status", over ? 1 : 0).bind("patron_id", number % 5000 + 1);
     query.bind("starts_at", starts).bind("ends_at", starts + 2 * hour).run();
     for (int line = 0; line < 5; ++line) {
@@ -218,7 +220,7 @@ void measureScale(Desk& desk, int count) {
     (void)desk.send("NEWBK", saveAt(free += 2 * hour, things));
   });
   std::printf("%8d bookings: a day's list (%d) %7.3f ms, 20 things %7.3f ms, save of 5 things %7.3f ms\n",
-              count, count / days, list, check, save);
+              count, perDay, list, check, save);
 }
 
 void measureMany(RequestRunner& runner) {

@@ -17,7 +17,7 @@ constexpr RequestRow kRequests[] = {
      "", "", kEveryone, kReads, "rights of the operator at a location"},
     {"GETLOCS", "", "", "LNA LOC", "LOC", kEveryone, kReads, "all locations"},
     {"OPOV", "(OVPAT | OVITM | OVOTR) OI PW", "", "", "", kEveryone, kWrites,
-     "lets a supervisor's login stand in for a right; 120: the login is good, but has not that right; 121: "
+     "lets a supervisor's login stand in for a right; 120: the login is good, but has not that right; -95: "
      "it is not good, or was tried too often"},
 
     {"GETOPS", "", "", "PID PATNM PSTS BCNT", "PID", kEveryone, kReads,

@@ -108,7 +108,7 @@ constexpr TagRow kTags[] = {
     {LNA, Name, "name of the location"},
     {VID, Id, "record whose deletion is asked about"},
     {VTY, Count, "kind of that record: 0 room, 1 equipment, 2 group"},
-    {PW, Name, "password of a supervisor, in base64"},
+    {PW, Name, "password of a supervisor, sealed to the key of the server"},
 
     // Rights of an operator
     {EQADD, Flag, "may add equipment and groups"},

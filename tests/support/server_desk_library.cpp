@@ -239,7 +239,11 @@ Got DeskLibrary::send(const std::string& code, const std::string& tags, const st
 Got DeskLibrary::sendTo(RequestRunner& runner, const std::string& code, const std::string& tags,
                         const std::string& login) {
   static std::atomic<int> count = 0;
-  const std::string id = "request " + std::to_string(++count);
+  return sendWithId(runner, "request " + std::to_string(++count), code, tags, login);
+}
+
+Got DeskLibrary::sendWithId(RequestRunner& runner, const std::string& id, const std::string& code,
+                            const std::string& tags, const std::string& login) {
   const std::vector<TagValue> read = readTags(tags);
   const auto answer = runner.run({.token = tokens_.at(login), .code = code, .requestId = id, .tags = read});
   if (answer.kind != RequestRunner::Answer::Kind::Done) throw std::runtime_error("no answer to " + code);

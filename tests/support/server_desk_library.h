@@ -58,6 +58,9 @@ class DeskLibrary {
   Got send(const std::string& code, const std::string& tags, const std::string& login = "desk");
   Got sendTo(RequestRunner& runner, const std::string& code, const std::string& tags,
              const std::string& login = "desk");
+  /// The same under an id of the caller's, so that it can be sent again.
+  Got sendWithId(RequestRunner& runner, const std::string& id, const std::string& code,
+                 const std::string& tags, const std::string& login = "desk");
 
   void setNow(int dayOfMarch, int hours, int minutes = 0);
   void execute(const std::string& sql);
