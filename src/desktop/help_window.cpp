@@ -43,8 +43,12 @@ HelpWindow::HelpWindow(QWidget* dialog) : QWidget(dialog, Qt::Window), pages_(ne
 }
 
 void HelpWindow::open(const QString& topic) {
-  QFile file(pageOf(topic));
-  if (file.open(QIODevice::ReadOnly)) pages_->setMarkdown(QString::fromUtf8(file.readAll()));
+  const QString page = pageOf(topic);
+  QFile file(page);
+  if (file.open(QIODevice::ReadOnly)) {
+    const QString wayBack = page == pageOf(kFirstPage) ? "" : "\n\n[All topics](index.md)\n";
+    pages_->setMarkdown(QString::fromUtf8(file.readAll()) + wayBack);
+  }
   show();
   raise();
   activateWindow();

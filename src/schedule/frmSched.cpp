@@ -62,14 +62,19 @@ struct frmSched::Pane {
       lblHours[day]->ReadOnlyField = true;
     }
     frame.Layout = Column{
-        Fields{lblCalendar, cboCalendar, lblCalStartDate, dtCalStartDate, lblCalEndDate, dtCalEndDate}, Gap{},
+        Fields{lblCalendar, cboCalendar, lblCalStartDate,
+               Row{dtCalStartDate, Gap{}, lblCalEndDate, dtCalEndDate, Stretch{}}},
+        Gap{},
         Row{Column{Fields{*lblDay[0], *lblHours[0], *lblDay[1], *lblHours[1], *lblDay[2], *lblHours[2],
-                          *lblDay[3], *lblHours[3], *lblDay[4], *lblHours[4], *lblDay[5], *lblHours[5],
-                          *lblDay[6], *lblHours[6]},
-                   Stretch{}}
+                          *lblDay[3], *lblHours[3]}}
                 .share(1),
-            Gap{}, Column{lblExceptions, lstExceptions}.share(1)}
-            .share(1)};
+            Gap{},
+            Column{Fields{*lblDay[4], *lblHours[4], *lblDay[5], *lblHours[5], *lblDay[6], *lblHours[6]},
+                   Stretch{}}
+                .share(1)},
+        Gap{},
+        lblExceptions,
+        lstExceptions};
   }
 
   Label lblCalendar;
