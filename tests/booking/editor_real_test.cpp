@@ -115,9 +115,11 @@ struct RealEditor : testing::Test {
     if (desk.send("GDRM", {{"ADBK", "N"}, {"PGID", found.group}}) != 0) return {};
     return desk.app.message.Count("RID") > 0 ? std::optional(found) : std::nullopt;
   }
-  Requester requester() {
+  /// One who may book; with `group` and `but` of this group, and another than that one.
+  Requester requester(std::string_view group = {}, std::string_view but = {}) {
     for (const std::string& booking : liveBookings()) {
-      if (const auto found = requesterOf(booking)) return *found;
+      const auto found = requesterOf(booking);
+      if (found && found->id != but && (group.empty() || found->group == group)) return *found;
     }
     throw std::runtime_error("nobody may book in the demo library");
   }
@@ -233,12 +235,15 @@ TEST_F(RealEditor, TwoTimesThatOverlapAreRefused) {
   EXPECT_EQ(desk.app.windows.Count(), 2) << "each of the two in its own window";
 }
 
-TEST_F(RealEditor, ACopyBecomesABookingOfItsOwn) {
+TEST_F(RealEditor, ACopyForAnotherRequesterBecomesABookingOfItsOwn) {
   const Requester who = requester();
+  const Requester another = requester(who.group, who.id);
   const std::string id = save(newDelivery(who));
   frmBooking& model = desk.open(id);
-  desk.desktop.expectModalWindow<frmRequester>("frmRequester",
-                                               [](frmRequester& window) { window.cmdOK.press(); });
+  desk.desktop.expectModalWindow<frmRequester>("frmRequester", [&](frmRequester& window) {
+    EditorTest::scan(window.requester, another.barcode.c_str());
+    window.cmdOK.press();
+  });
   model.mnuFileCopyBooking.choose();
   frmBooking* copy = nullptr;
   for (int i = 0; i < desk.app.windows.Count(); ++i) {
@@ -250,7 +255,9 @@ TEST_F(RealEditor, ACopyBecomesABookingOfItsOwn) {
   copy->times.showTimes("2026-11-27 10:00:00", "2026-11-27 11:00:00");
   const std::string copied = save(*copy);
   EXPECT_NE(copied, id);
-  EXPECT_EQ(desk.open(copied).record.RoomId, model.record.RoomId);
+  frmBooking& again = desk.open(copied);
+  EXPECT_EQ(again.record.RoomId, model.record.RoomId);
+  EXPECT_EQ(again.record.RequesterId, intOf(another.id));
 }
 
 TEST_F(RealEditor, AnUpdateThatAnotherDeskOvertookIsRefused) {
