@@ -4,6 +4,7 @@
 //
 //   desk_work FOLDER          a library, made in FOLDER when missing
 #include <QApplication>
+#include <QLabel>
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
@@ -29,6 +30,10 @@ class BoxCloser {
     QObject::connect(&timer_, &QTimer::timeout, [this] {
       QWidget* box = QApplication::activeModalWidget();
       if (!box) return;
+      if (telling) {
+        for (const QLabel* label : box->findChildren<QLabel*>())
+          std::printf("  %s\n", label->text().toStdString().c_str());
+      }
       if (!seen_) firstSeen_ = Stopwatch::now();
       seen_ = true;
       box->close();
@@ -36,6 +41,7 @@ class BoxCloser {
     timer_.start(0);
   }
   void forget() { seen_ = false; }
+  bool telling = false;  ///< prints what boxes say
   /// The end of a command: its first box, else now.
   Stopwatch::time_point end() const { return seen_ ? firstSeen_ : Stopwatch::now(); }
 
@@ -53,8 +59,10 @@ class DeskWork {
     makeBooking();
     if (bookingId_.empty()) return;
     openings();
+    boxes_.telling = true;  // none is expected here
     addings();
     savings();
+    boxes_.telling = false;
     searches();
     charges();
     quickDischarges();
@@ -93,6 +101,7 @@ class DeskWork {
       app().message.Add(tags::BI, std::to_string(title));
       app().message.Add(tags::MI, "0");
       if (app().message.Send("GBHI") != 0 || app().message.Get(tags::IM).empty()) continue;
+      if (app().message.Get(tags::MTY) == "Map") continue;  // the library delivers none
       for (const std::string_view tag : {tags::MTID, tags::BI, tags::MI, tags::IM})
         tags.push_back({std::string(tag), app().message.Get(tag)});
       ++found;
@@ -188,43 +197,63 @@ class DeskWork {
     std::printf("%d bookings found\n", view.faChargeBookings.Rows - 1);
   }
 
+  /// Charges what of today's bookings may go out already.
   void charges() {
     ChargeView& view = main().chargeView;
+    const Grid& grid = view.faChargeBookings;
     Costs costs;
-    for (int round = 0; round < kRounds && view.faChargeBookings.Rows > 1; ++round) {
-      view.faChargeBookings.selectRow(1);
-      const int before = view.faChargeBookings.Rows;
-      time(costs, [&] { view.cmdCCharge_Click(); });
-      if (view.faChargeBookings.Rows == before) break;  // refused: too early
+    for (char letter = 'A'; letter <= 'Z' && costs.whole.size() < kRounds; ++letter) {
+      view.txtChargeSearchFor.type(std::string(1, letter) + "?");
+      view.cmdCSearch_Click();
+      for (int row = 1; row < grid.Rows && grid.TextMatrix(row, 2) == grid.TextMatrix(1, 2); ++row) {
+        const int before = grid.Rows;
+        view.faChargeBookings.selectRow(row);
+        Costs one;
+        time(one, [&] { view.cmdCCharge_Click(); });
+        if (grid.Rows == before) break;  // too early, and so are the later ones
+        costs.whole.push_back(one.whole.front());
+        costs.line.push_back(one.line.front());
+        costs.requests = one.requests;
+        --row;
+      }
     }
     tell("charging, to the first box", costs);
   }
 
-  void quickDischarges() {
+  /// The numbers of pieces that are out.
+  std::vector<std::string> piecesOut() {
     std::vector<std::string> numbers;
     main().showView(ViewId::Discharge);
     DischargeView& out = main().dischargeView;
     out.cboDischargeSearch.ListIndex = 5;
-    out.txtDischargeSearchFor.type("S?");
-    out.cmdDSearch_Click();
-    for (int row = 1; row < out.faDischargeBookings.Rows; ++row) {
-      out.faDischargeBookings.selectRow(row);
-      out.cmdDDetails_Click();
-      const TreeNode* pieces = out.tvwDDetails.find("Equipment");
-      for (const TreeNode* piece : pieces ? pieces->children : std::vector<TreeNode*>())
-        numbers.push_back(piece->text.substr(0, piece->text.find(" -- ")));
-      out.cmdDDetails_Click();
+    for (char letter = 'A'; letter <= 'Z' && numbers.size() < kRounds; ++letter) {
+      out.txtDischargeSearchFor.type(std::string(1, letter) + "?");
+      out.cmdDSearch_Click();
+      for (int row = 1; row < out.faDischargeBookings.Rows && out.fraDBookings.Visible; ++row) {
+        out.faDischargeBookings.selectRow(row);
+        if (out.cmdDDetails.Tag != "1") out.cmdDDetails_Click();
+        const TreeNode* pieces = out.tvwDDetails.find("Equipment");
+        for (const TreeNode* piece : pieces ? pieces->children : std::vector<TreeNode*>())
+          numbers.push_back(piece->text.substr(0, piece->text.find(" -- ")));
+        if (out.cmdDDetails.Tag == "1") out.cmdDDetails_Click();
+      }
     }
+    return numbers;
+  }
+
+  void quickDischarges() {
+    const std::vector<std::string> barcodes = piecesOut();
     main().showView(ViewId::QuickDischarge);
     QuickDischargeView& view = main().quickDischargeView;
     view.cboQuickDischargeType.ListIndex = 2;
     Costs costs;
-    for (const std::string& number : numbers) {
-      view.txtQuickDischargeItem.type(number);
+    for (const std::string& barcode : barcodes) {
+      view.txtQuickDischargeItem.type(barcode);
       time(costs, [&] { view.cmdQuickDischarge_Click(); });
+      if (!view.txtQuickDischargeItem.Text.get().empty())
+        std::printf("%s was not discharged\n", barcode.c_str());
     }
     tell("quick discharge of a piece", costs);
-    std::printf("%s\n", view.txtDischargeLog.Text.get().substr(0, 120).c_str());
   }
 
   Bench& bench_;

@@ -109,6 +109,7 @@ int daysOf(int count) {
 /// since each slot of a day has its own share of the pieces.
 void makeBookings(Connection& db, int from, int until, int count) {
   const int days = daysOf(count);
+  const int desks = std::max(count / days / perDay, 1);
   for (int number = from; number < until; ++number) {
     const int slot = static_cast<int>(static_cast<std::int64_t>(number) * days * 4 / count);
     const Moment starts = firstDay + slot / 4 * day + (8 + slot % 4 * 3) * hour;
