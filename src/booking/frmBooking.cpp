@@ -1,5 +1,7 @@
 #include "booking/frmBooking.h"
 
+#include <utility>
+
 #include "booking/modBooking_equipment.h"
 #include "frame/modMain.h"
 
@@ -33,7 +35,7 @@ frmBooking::frmBooking(App& app)
 }
 
 void frmBooking::Form_Activate() {
-  if (ActiveControl()) return;
+  if (std::exchange(wasActive_, true)) return;
   if (requester.requester.text.usable() && !requester.requester.text.Locked)
     requester.requester.text.SetFocus();
   else

@@ -188,6 +188,7 @@ class frmBooking : public Form {
   std::string title_;
   bool loading_ = false;
   bool pickupMode_ = false;
+  bool wasActive_ = false;  ///< the focus has found its first place
 };
 
 /// Opens a new editor on a booking as a model, whatever other windows stand.

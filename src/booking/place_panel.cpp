@@ -24,8 +24,8 @@ std::string captionOf(int option) {
 }  // namespace
 
 PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
-    : lblDeliveryRoom(addOption(place, kDeliverOption), "lblDeliveryRoom", "Delivery Roo&m:"),
-      lblLibSchedRoom(addOption(place, kScheduledOption), "lblLibSchedRoom", "&Scheduled Room:"),
+    : lblDeliveryRoom(addOption(place, kDeliverOption), "lblDeliveryRoom", "Roo&m:"),
+      lblLibSchedRoom(addOption(place, kScheduledOption), "lblLibSchedRoom", "Roo&m:"),
       lblPickupLocation(addOption(place, kPickUpOption), "lblPickupLocation", "Pick-Up L&ocation:"),
       cboDeliveryRoom(fraRoom(0), "cboDeliveryRoom"),
       cboLibSchedRoom(fraRoom(1), "cboLibSchedRoom"),
@@ -45,6 +45,8 @@ PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
     txtGenericRoom.add(fraRoom(i)).Locked = true;
     cmdGenericRoom.add(fraRoom(i), "&Generic Room...");
   }
+  cboDeliveryRoom.AccessibleName = "Delivery room";
+  cboLibSchedRoom.AccessibleName = "Scheduled room";
   mnuPopupRooms.Visible = false;
   fillLocations();
   connect();
@@ -62,20 +64,23 @@ void PlacePanel::arrange(Container& place) {
   const auto buttonsOf = [this](int i) {
     return i == kDeliverOption ? LayoutNode(Row{cmdNewRoom, cmdRoomView(i)}) : LayoutNode(cmdRoomView(i));
   };
+  // The gap below goes with its frame.
   const auto fields = [&](int i, Label& label, ComboBox& combo) {
-    return Row{
-        Gap{},
-        Fields{label, Row{LayoutNode(combo).share(1), buttonsOf(i)}, lblRoom(i), Row{txtRoom(i), cmdRoom(i)},
-               lblGenericRoom(i), Row{txtGenericRoom(i), cmdGenericRoom(i)}}
-            .share(3),
-        Stretch{}};
+    const LayoutNode rows = Fields{
+        label,
+        Row{LayoutNode(combo).share(1), buttonsOf(i)},
+        lblRoom(i),
+        Row{txtRoom(i), cmdRoom(i)},
+        lblGenericRoom(i),
+        Row{txtGenericRoom(i),
+            cmdGenericRoom(i)}}.share(3);
+    return Column{Row{Gap{}, rows, Stretch{}}, Gap{}};
   };
   fraRoom(0).Layout = fields(0, lblDeliveryRoom, cboDeliveryRoom);
   fraRoom(1).Layout = fields(1, lblLibSchedRoom, cboLibSchedRoom);
   fraRoom(2).Layout =
       Row{Gap{}, Fields{lblPickupLocation, Row{LayoutNode(cboPickupLocation).share(1)}}.share(3), Stretch{}};
-  place.Layout =
-      Column{optRoom(0), fraRoom(0), Gap{}, optRoom(1), fraRoom(1), Gap{}, optRoom(2), fraRoom(2), Stretch{}};
+  place.Layout = Column{optRoom(0), fraRoom(0), optRoom(1), fraRoom(1), optRoom(2), fraRoom(2), Stretch{}};
 }
 
 void PlacePanel::connect() {
@@ -171,7 +176,7 @@ std::string PlacePanel::placeText() const {
     if (text.empty()) text = txtRoom(index).Text.get();
     if (text.empty()) text = txtGenericRoom(index).Text.get();
   }
-  return std::string(kRoomWords[index]) + (text.empty() ? "" : ":  " + text);
+  return std::string(kRoomWords[index]) + ":  " + (text.empty() ? "none yet" : text);
 }
 
 void PlacePanel::optRoom_Click(int index) {

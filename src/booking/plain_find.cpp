@@ -65,7 +65,7 @@ void PlainFind::buildGrid(std::string_view format) {
   fa.FormatString = std::string(format);
   for (int col = 0; col < fa.Cols; ++col) {
     fa.ColData(col, col);
-    fa.ColWidth(col, 2600);
+    fa.ColWidth(col, 2000);
   }
 }
 

@@ -6,9 +6,9 @@ namespace vantry {
 
 RequesterPanel::RequesterPanel(App& app, Container& place, BookingRecord& record)
     : requester(place, "Requester", "&Requester:", "F&ind..."),
-      chkAdminBooking(place, "chkAdminBooking", "&Administrative Booking"),
       lblPatronGroup(place, "lblPatronGroup", "Patron Group:"),
       txtPatronGroup(place, "txtPatronGroup"),
+      chkAdminBooking(place, "chkAdminBooking", "&Administrative Booking"),
       onBehalfOf(place, "OnBehalfOf", "Pick-&Up Patron:", "Find..."),
       app_(app),
       record_(record) {

@@ -16,9 +16,9 @@ class RequesterPanel {
   Event GroupChanged;
 
   PatronField requester;  ///< txtRequester, cmdRequesterCheck, cmdRequester
-  CheckBox chkAdminBooking;
   Label lblPatronGroup;
   TextBox txtPatronGroup;
+  CheckBox chkAdminBooking;
   PatronField onBehalfOf;  ///< txtOnBehalfOf, cmdOnBehalfOfCheck, cmdOnBehalfOf
 
   /// The fields of both patrons in two aligned columns, for the window's layout.
