@@ -16,7 +16,7 @@ void openCopy(App& app, int bookingId) {
   app.slots.ids[kBooking] = std::to_string(bookingId);
   app.slots.modes[kBooking] = 0;
   app.booking.copyMode = true;
-  const std::string tag = std::to_string(kBooking) + " - " + std::to_string(app.windows.Count());
+  const std::string tag = std::to_string(kBooking) + " - copy " + std::to_string(app.windows.Count());
   if (auto window = app.makers.makeRecord(kBooking, app)) {
     Form& shown = app.windows.keep(std::move(window));
     shown.Tag = tag;

@@ -232,6 +232,7 @@ TEST_F(EditorLoad, ADeletedBookingClosesItsWindow) {
 
 TEST_F(EditorLoad, ACancelledBookingCanOnlyBeRead) {
   frmBooking& window = openSeven();
+  window.mnuViewTab5.choose();
   window.txtBookingNote.type("typed");
   desktop.expectQuestion("Are you sure you wish to cancel this booking?", true);
   server.expect("VERCAN", "BOOKID=7");
@@ -249,6 +250,7 @@ TEST_F(EditorLoad, ACancelledBookingCanOnlyBeRead) {
 TEST_F(EditorLoad, ChangesAreAskedAboutBeforeClosing) {
   const char* question = "Changes will be lost!  Do you wish to SAVE this Booking before closing?";
   frmBooking& window = openSeven();
+  window.mnuViewTab6.choose();
   window.cboCleanupStaff.select(1);
   desktop.expectQuestion(question, true);
   server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00").fails(1);

@@ -7,6 +7,7 @@ namespace vantry::test {
 namespace {
 
 struct EditorPlace : EditorTest {
+  EditorPlace() { window.tabBooking.choose(2); }
   frmBooking& window = newDelivery();
   PlacePanel& place = window.place;
   BookingRecord& record = window.record;

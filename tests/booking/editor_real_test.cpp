@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 
 #include "booking/editor_fixture.h"
 #include "booking/frmRequester.h"
@@ -114,11 +115,48 @@ struct RealEditor : testing::Test {
     if (desk.send("GDRM", {{"ADBK", "N"}, {"PGID", found.group}}) != 0) return {};
     return desk.app.message.Count("RID") > 0 ? std::optional(found) : std::nullopt;
   }
-  Requester requester() {
+  /// One who may book; with `group` and `but` of this group, and another than that one.
+  Requester requester(std::string_view group = {}, std::string_view but = {}) {
     for (const std::string& booking : liveBookings()) {
-      if (const auto found = requesterOf(booking)) return *found;
+      const auto found = requesterOf(booking);
+      if (found && found->id != but && (group.empty() || found->group == group)) return *found;
     }
     throw std::runtime_error("nobody may book in the demo library");
+  }
+
+  /// The first thing of any booking that can be delivered to this room at the tests' time: of those that
+  /// `code` lists, the value of `shown` for one that passes `usage`.
+  std::string freeThing(const frmBooking& window, std::string_view code, std::string_view shown,
+                        const std::vector<std::string_view>& keys, std::string_view usage) {
+    const std::string room = std::to_string(window.record.RoomId);
+    const std::string group = std::to_string(window.record.PatronGroupId);
+    for (const std::string& booking : liveBookings()) {
+      if (desk.send(code, {{"BOOKID", booking}}) != 0) continue;
+      std::vector<std::map<std::string, std::string, std::less<>>> things;
+      while (desk.app.message.NextRecord(keys.front())) {
+        auto& thing = things.emplace_back();
+        for (const std::string_view key : keys) thing[std::string(key)] = desk.get(key);
+        thing[std::string(shown)] = desk.get(shown);
+      }
+      for (const auto& thing : things) {
+        if (intOf(thing.at(std::string(keys.back()))) <= 0 || thing.at(std::string(shown)).empty()) continue;
+        std::vector<TagValue> delivery = {{"RID", room}, {"PGID", group}};
+        for (const std::string_view key : keys)
+          delivery.push_back({std::string(key), thing.at(std::string(key))});
+        if (desk.send("VALDLO", delivery) != 0) continue;
+        std::vector<TagValue> tags = {{"BOOKID", "0"}};
+        const bool media = usage == "VITMUSG";
+        if (media) tags.push_back({"MTID", thing.at("MTID")});
+        if (!media) tags.push_back({"EID", thing.at("EID")});
+        tags.insert(tags.end(), {{"PGID", group}, {"RID", room}});
+        if (media) tags.insert(tags.end(), {{"MI", thing.at("MI")}, {"IM", thing.at("IM")}});
+        tags.insert(tags.end(), {{"STIME", kStart}, {"ETIME", kEnd}});
+        if (desk.send(usage, tags) != 0) continue;
+        if (!media && desk.send("VES", {{"EID", thing.at("EID")}}) != 0) continue;
+        return thing.at(std::string(shown));
+      }
+    }
+    throw std::runtime_error("nothing that " + std::string(usage) + " passes");
   }
 
   /// A new delivery of nothing, ready to be saved.
@@ -142,16 +180,33 @@ struct RealEditor : testing::Test {
 TEST_F(RealEditor, ANewDeliveryComesBackAsItWasSaved) {
   const Requester who = requester();
   frmBooking& window = newDelivery(who);
+  window.tabBooking.choose(4);
   window.txtBookingNote.type("Ring twice");
+  window.tabBooking.choose(3);
   window.equipment.txtSetupTime.enter(15);
   const int room = window.record.RoomId;
-  const std::string id = save(window);
+  const std::string item = freeThing(window, "GETSITM", "IM", {"MTID", "BI", "MI", "IM"}, "VITMUSG");
+  const std::string piece = freeThing(window, "GETSEQ", "BNO", {"EID"}, "VEQUSG");
+  window.tabBooking.choose(1);
+  window.media.txtItemBarcode.type(item);
+  window.media.cmdAddMediaViaNumber.press();
+  window.tabBooking.choose(3);
+  window.equipment.txtEquipBarcode.type(piece);
+  window.equipment.txtEquipBarcode.pressEnter();  // as a wand ends a scan
+  ASSERT_TRUE(window.media.faMedia.hasData());
+  EXPECT_EQ(window.lblThings.Caption, "1 media, 1 equipment");
+  window.mnuFileSave.choose();
+  ASSERT_TRUE(window.SaveOk);
+  const std::string id = std::to_string(window.record.BookingId);
   EXPECT_NE(id, "0");
   EXPECT_EQ(desk.main.refreshes, 1);
   frmBooking& again = desk.open(id);
   EXPECT_EQ(again.Caption, "Booking - Confirmation Number:  " + window.record.ConfirmationNumber);
   EXPECT_EQ(again.record.RequesterId, intOf(who.id));
   EXPECT_EQ(again.record.RoomId, room);
+  ASSERT_EQ(again.media.faMedia.Rows, 2);
+  EXPECT_EQ(again.media.faMedia.TextMatrix(1, kMediaItem), item);
+  EXPECT_EQ(again.equipment.tvwOtherEquipment.find(roots::Specific)->children.size(), 1U);
   EXPECT_EQ(again.txtBookingNote.Text, "Ring twice");
   EXPECT_EQ(again.equipment.txtSetupTime.number(), 15);
   EXPECT_EQ(again.times.txtFinishTime.textAmPm(), "11:00 AM");
@@ -180,12 +235,15 @@ TEST_F(RealEditor, TwoTimesThatOverlapAreRefused) {
   EXPECT_EQ(desk.app.windows.Count(), 2) << "each of the two in its own window";
 }
 
-TEST_F(RealEditor, ACopyBecomesABookingOfItsOwn) {
+TEST_F(RealEditor, ACopyForAnotherRequesterBecomesABookingOfItsOwn) {
   const Requester who = requester();
+  const Requester another = requester(who.group, who.id);
   const std::string id = save(newDelivery(who));
   frmBooking& model = desk.open(id);
-  desk.desktop.expectModalWindow<frmRequester>("frmRequester",
-                                               [](frmRequester& window) { window.cmdOK.press(); });
+  desk.desktop.expectModalWindow<frmRequester>("frmRequester", [&](frmRequester& window) {
+    EditorTest::scan(window.requester, another.barcode.c_str());
+    window.cmdOK.press();
+  });
   model.mnuFileCopyBooking.choose();
   frmBooking* copy = nullptr;
   for (int i = 0; i < desk.app.windows.Count(); ++i) {
@@ -197,7 +255,9 @@ TEST_F(RealEditor, ACopyBecomesABookingOfItsOwn) {
   copy->times.showTimes("2026-11-27 10:00:00", "2026-11-27 11:00:00");
   const std::string copied = save(*copy);
   EXPECT_NE(copied, id);
-  EXPECT_EQ(desk.open(copied).record.RoomId, model.record.RoomId);
+  frmBooking& again = desk.open(copied);
+  EXPECT_EQ(again.record.RoomId, model.record.RoomId);
+  EXPECT_EQ(again.record.RequesterId, intOf(another.id));
 }
 
 TEST_F(RealEditor, AnUpdateThatAnotherDeskOvertookIsRefused) {
@@ -205,11 +265,13 @@ TEST_F(RealEditor, AnUpdateThatAnotherDeskOvertookIsRefused) {
   Station other(embedded->address(), "admin", "admin-demo");
   frmBooking& mine = desk.open(id);
   frmBooking& theirs = other.open(id);
+  theirs.tabBooking.choose(4);
   theirs.txtBookingNote.type("theirs");
   other.desktop.expectBox(Box::Kind::Question, kEmptyQuestion, 0);
   theirs.mnuFileSave.choose();
   EXPECT_TRUE(theirs.SaveOk);
   EXPECT_EQ(theirs.txtUpdateOperator.Text.get().empty(), false);
+  mine.tabBooking.choose(4);
   mine.txtBookingNote.type("mine");
   desk.desktop.expectCritical(
       "This booking has been updated by another user.\r\n"

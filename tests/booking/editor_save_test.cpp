@@ -41,9 +41,12 @@ TEST_F(EditorSave, AsksTheServerInItsOrder) {
                   " PID=31 PGID=2 PPID=0 ADBK=N RID=40 BTID=2 EID=90 ETI=12 IFL=N MTID=5 BI=81 MI=82 "
                   "IM=83 SCHCOM=\"Second floor\" ODE=51 OPU=0 WIZ=N UTIME=15 CTIME=0")
       .replies("BOOKID=9 CNM=desk LNA=\"Main Desk\" CDT=2026-11-24 09:00:00 CNUM=M9");
-  window.txtBookingNote.type("Second floor");
-  window.cboSetupStaff.select(1);
+  window.tabBooking.choose(3);
   window.equipment.txtSetupTime.enter(15);
+  window.tabBooking.choose(4);
+  window.txtBookingNote.type("Second floor");
+  window.tabBooking.choose(5);
+  window.cboSetupStaff.select(1);
   window.mnuFileSave.choose();
   EXPECT_TRUE(window.SaveOk);
   EXPECT_FALSE(window.isLoaded()) << "saved, and closed";
@@ -180,6 +183,7 @@ TEST_F(EditorSave, AScheduledRoomHasItsOwnChecks) {
   frmBooking& window = newDelivery();
   server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=60");
   server.expect("GETREQP", "RID=60 BRTY=1");
+  window.tabBooking.choose(2);
   window.place.optRoom(1).choose();
   const std::string available = std::string("BOOKID=0 ") + kTimes + " RID=60 PGID=2";
   server.expect("VALRMAVL", available).fails(107, "VUF=158");
@@ -201,6 +205,7 @@ TEST_F(EditorSave, AScheduledRoomHasItsOwnChecks) {
 
 TEST_F(EditorSave, ABookingThatBecameAPickUpIsStoredWithItsLocation) {
   frmBooking& window = newDelivery();
+  window.tabBooking.choose(2);
   window.place.optRoom(2).choose();
   EXPECT_EQ(window.record.RoomId, 40) << "until the save, requests still name the room";
   server.expect("VALPLO", "LOC=3 PGID=2");
@@ -214,6 +219,7 @@ TEST_F(EditorSave, ABookingThatBecameAPickUpIsStoredWithItsLocation) {
 
 TEST_F(EditorSave, AnUpdateThatAnotherDeskOvertookSendsNothingMore) {
   frmBooking& window = openSeven();
+  window.tabBooking.choose(4);
   window.txtBookingNote.type("Changed");
   server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00").fails(180);
   desktop.expectCritical(
@@ -226,6 +232,7 @@ TEST_F(EditorSave, AnUpdateThatAnotherDeskOvertookSendsNothingMore) {
 
 TEST_F(EditorSave, AnUpdateShowsWhoMadeIt) {
   frmBooking& window = openSeven();
+  window.tabBooking.choose(4);
   window.txtBookingNote.type("Changed");
   server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00");
   server.expect("VALDLO", "RID=41 PGID=2");
@@ -237,7 +244,7 @@ TEST_F(EditorSave, AnUpdateShowsWhoMadeIt) {
               std::string("BOOKID=7 ") + kTimes +
                   " PID=31 PGID=2 PPID=0 ADBK=N RID=41 BTID=2 SCHCOM=Changed ODE=51 OPU=0 WIZ=N UTIME=10 "
                   "CTIME=5")
-      .replies("UNM=desk LNA=\"Main Desk\" UDT=2026-11-24 09:00:00");
+      .replies("head: UNM=desk LNA=\"Main Desk\" UDT=2026-11-24 09:00:00");
   window.mnuFileSave.choose();
   EXPECT_TRUE(window.SaveOk);
   EXPECT_EQ(window.record.LastUpdate, "2026-11-24 09:00:00");
