@@ -1,8 +1,7 @@
 // What the decisions about bookings cost with 10,000 and with 1,000,000 bookings in the store, what many
 // desks get through at once, and whether any two of them ever end on one thing.
 //
-//   server_scale [postgresql://...]     a SQLite file in the temporary folder without an address; the
-//   database
+//   server_scale [postgresql://...]     a SQLite file in the temporary folder without an address; a database
 //                                       named must be empty
 //   server_scale --small                an eighth of the bookings, for a try
 

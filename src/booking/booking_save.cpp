@@ -120,9 +120,11 @@ BookingSave::Outcome BookingSave::timesAreInOrder() {
 }
 
 BookingSave::Outcome BookingSave::placeIsKnown() {
-  // A booking that became a pick-up still holds the room of before.
+  // A booking that became a pick-up still holds the room of before. That it goes here is deliberate: the
+  // room would be stored instead of the pick-up location.
   if (w_.place.option() == kPickUpOption && w_.record.RoomId != 0) RebuildForRoom(w_.form_, w_.record);
-  if (w_.record.hasPlace()) return Outcome::Next;
+  // A type that this program does not know has no option, and so no place.
+  if (w_.place.option() >= 0 && w_.record.hasPlace()) return Outcome::Next;
   return tell(kRoomTab, "No room selected -and- no generic room location specified!");
 }
 

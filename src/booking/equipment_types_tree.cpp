@@ -10,7 +10,8 @@ struct RootRow {
   std::string_view name;
   std::string_view code;
 };
-constexpr RootRow kRoots[] = {{"Equipment", "GETEAVC"}, {"Groups", "GETGCAT"}};
+constexpr std::string_view kGroups = "Groups";
+constexpr RootRow kRoots[] = {{"Equipment", "GETEAVC"}, {kGroups, "GETGCAT"}};
 
 std::string keyOf(std::string_view root, std::string_view id, std::string_view ending) {
   return std::string(root) + "|" + std::string(id) + "|" + std::string(ending);
@@ -38,6 +39,10 @@ void FillTypesTree(App& app, Tree& tree, std::string_view ending) {
   tree.Clear();
   for (const RootRow& row : kRoots) fillRoot(app, tree, row, ending);
   tree.changed();
+}
+
+bool isGroupType(const TreeNode& type) {
+  return type.parent && type.parent->text == kGroups;
 }
 
 std::string typeIdOf(std::string_view key) {

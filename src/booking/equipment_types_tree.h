@@ -15,6 +15,9 @@ namespace vantry {
 /// is the bare name.
 void FillTypesTree(App& app, Tree& tree, std::string_view ending);
 
+/// Whether a type's node stands among the groups.
+[[nodiscard]] bool isGroupType(const TreeNode& type);
+
 /// The type's id in a node's key; "0" for a root.
 [[nodiscard]] std::string typeIdOf(std::string_view key);
 

@@ -35,11 +35,16 @@ frmBooking::frmBooking(App& app)
 }
 
 void frmBooking::Form_Activate() {
-  if (std::exchange(wasActive_, true)) return;
-  if (requester.requester.text.usable() && !requester.requester.text.Locked)
-    requester.requester.text.SetFocus();
-  else
-    times.fpdNeedDate.SetFocus();
+  if (!ActiveControl()) focusFirst();
+}
+
+/// The first field that can be edited; where none can, the tabs.
+void frmBooking::focusFirst() {
+  for (TextBox* text : {&requester.requester.text, &requester.onBehalfOf.text}) {
+    if (text->usable() && !text->Locked) return text->SetFocus();
+  }
+  if (times.fpdNeedDate.usable()) return times.fpdNeedDate.SetFocus();
+  tabBooking.SetFocus();
 }
 
 // What the events run.
@@ -195,7 +200,8 @@ void frmBooking::allowSavedCommands() {
 void frmBooking::loadRooms() {
   const int group = record.PatronGroupId;
   if (group == 0 && !record.isAdministrative()) return place.emptyRoomCombos();
-  const bool roomIsLost = !loading_ && record.RoomId != 0 && place.roomsOfGroup != group;
+  const bool roomIsLost =
+      !loading_ && !record.isAdministrative() && record.RoomId != 0 && place.roomsOfGroup != group;
   LoadRoomCombos(form_, record.AdminBooking, group);
   if (roomIsLost)
     informationBox(app_.desktop, "Changing requester invalidates current booking room selection.");

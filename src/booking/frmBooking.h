@@ -141,7 +141,7 @@ class frmBooking : public Form {
   void showToolTips();
 
   // Loading
-  void loadNew(bool pickup);
+  void loadNew();
   /// False: the booking could not be read, and the window is gone.
   [[nodiscard]] bool loadBooking(std::string_view id, bool copy);
   void showPickUpMode();
@@ -162,6 +162,7 @@ class frmBooking : public Form {
 
   // State
   void touch();
+  void focusFirst();
   void showTab();
   void selectTab(int tab) { tabBooking.SelectedTab = tab; }
   void showSummary();
@@ -188,10 +189,12 @@ class frmBooking : public Form {
   std::string title_;
   bool loading_ = false;
   bool pickupMode_ = false;
-  bool wasActive_ = false;  ///< the focus has found its first place
 };
 
 /// Opens a new editor on a booking as a model, whatever other windows stand.
 void openCopy(App& app, int bookingId);
+
+/// Prints the confirmation of a booking as it stands stored: from an editor that nobody sees.
+void printConfirmationOf(App& app, const std::string& bookingId);
 
 }  // namespace vantry

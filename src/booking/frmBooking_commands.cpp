@@ -26,6 +26,16 @@ void openCopy(App& app, int bookingId) {
   app.global.ReadyAllForms();
 }
 
+void printConfirmationOf(App& app, const std::string& bookingId) {
+  app.slots.ids[kBooking] = bookingId;
+  app.slots.modes[kBooking] = 0;
+  frmBooking editor(app);
+  editor.Load();
+  if (!editor.isLoaded()) return;  // it could not be read, and has said so
+  editor.mnuFilePrint_Click();
+  editor.Unload();
+}
+
 // Saving and closing.
 
 void frmBooking::Save() {
@@ -59,9 +69,10 @@ void frmBooking::mnuFileClose_Click() {
 bool frmBooking::Form_Unload() {
   // A save that reached its end settles it, whatever was typed after it; this is deliberate.
   if (Closing || SaveOk || !Dirty) return true;
-  if (!mnuFileSave.Enabled || !app_.context.rights.has(Right::BKUPD)) return true;
+  if (!app_.context.rights.has(Right::BKUPD)) return true;
   if (!questionBox(app_.desktop, "Changes will be lost!  Do you wish to SAVE this Booking before closing?"))
     return true;
+  if (!mnuFileSave.Enabled) return false;  // as after a save that failed
   Save();
   return SaveOk;
 }
@@ -129,7 +140,7 @@ void frmBooking::mnuBookingCharge_Click() {
   if (assigned.sum() > 0) frmGenAssign(app_, assigned).ShowModal();
   app_.circulation().showReplyNotes("C", app_.message.Count(tags::RNO), app_.message.Count(tags::ENO));
   informationBox(app_.desktop, "Booking charged successfully!");
-  if (app_.preferences.PrintOnCharge) print();
+  if (app_.preferences.PrintOnCharge) printConfirmationOf(app_, std::to_string(record.BookingId));
   showResult(kResultCharged);
 }
 
@@ -176,7 +187,7 @@ void frmBooking::mnuToolsOptions_Click() {
 }
 
 void frmBooking::mnuHelpTopics_Click() {
-  app_.desktop.showHelp("");
+  app_.desktop.showHelp("booking");
 }
 
 void frmBooking::mnuHelpAbout_Click() {

@@ -28,7 +28,7 @@ void frmBooking::Form_Load() {
   if (pickupMode_) showPickUpMode();
   fillStaff();
   if (isNew) {
-    loadNew(pickupMode_);
+    loadNew();
   } else if (!loadBooking(id, copy)) {
     return;
   }
@@ -37,9 +37,9 @@ void frmBooking::Form_Load() {
   selectTab(0);
   loading_ = place.loading = false;
   Dirty = copy;
-  if (isNew) takeNextRequester();
   showSummary();
   app_.global.ReadyAllForms();
+  focusFirst();
 }
 
 void frmBooking::showPickUpMode() {
@@ -63,8 +63,8 @@ void frmBooking::fillStaff() {
   }
 }
 
-void frmBooking::loadNew(bool pickup) {
-  setTitle(pickup ? "New Immediate Pick-Up Booking" : "New Booking");
+void frmBooking::loadNew() {
+  setTitle(pickupMode_ ? "New Immediate Pick-Up Booking" : "New Booking");
   record.AdminBooking = "N";
   record.WizardCreated = "N";
   times.startToday();
@@ -73,17 +73,21 @@ void frmBooking::loadNew(bool pickup) {
   setCommand(mnuFileDeleteBooking, "abDelete", false);
   setCommand(mnuFilePrint, "abPrint", false);
   for (const char* tool : {"abCancel", "abCharge", "abDischarge"}) barBooking.tool(tool).Enabled = false;
-  if (pickup) {
+  if (pickupMode_) {
     times.startNow();
   } else {
     place.choose(app_.preferences.BookRoomType);
   }
   requester.chkAdminBooking.Visible = app_.context.rights.has(Right::OVITM);
+  takeNextRequester();
 }
 
 /// The requester of the booking that was saved before this one.
 void frmBooking::takeNextRequester() {
-  if (app_.preferences.RetainRequester && app_.booking.NextRequester.id != 0) requester.cmdRequester_Click();
+  if (app_.preferences.RetainRequester && app_.booking.NextRequester.id != 0) {
+    requester.cmdRequester_Click();
+    if (record.RoomId != 0) BuildEquipmentTab(form_, record);  // his first room
+  }
   app_.booking.NextRequester = {};
 }
 
@@ -172,7 +176,7 @@ void frmBooking::showTypeAndRooms() {
 }
 
 void frmBooking::readPlace() {
-  if (!read("GETSRM")) return;
+  if (!read("GETSRM")) return place.emptyPlace();
   ReadBookingPlace(app_.message, record);
   place.showPlace(app_.message.Get(tags::RNM), app_.message.Get(tags::RTY));
   if (record.RoomId != 0) BuildEquipmentTab(form_, record);
@@ -200,7 +204,7 @@ void frmBooking::readEquipment() {
     if (intOf(app_.message.Get(tags::EID)) == 0) {
       AddTypeNode(form_, record, app_.message.Get(tags::ETI), app_.message.Get(tags::ETY));
     } else {
-      AddPieceNode(form_, record, ReadPiece(app_));
+      AddPieceNode(form_, record, ReadPiece(app_), kPieceReadTwice);
     }
   }
 }
@@ -225,7 +229,6 @@ void frmBooking::endCopy() {
   mnuBooking.Enabled = false;
   setCommand(mnuFileCopyBooking, "abCopy", false);
   setCommand(mnuFileDeleteBooking, "abDelete", false);
-  setCommand(mnuFilePrint, "abPrint", false);
   for (const char* tool : {"abCharge", "abDischarge", "abCancel"}) barBooking.tool(tool).Enabled = false;
 }
 

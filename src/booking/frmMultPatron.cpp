@@ -42,8 +42,8 @@ void frmMultPatron::Form_Load() {
     faPatrons.TextMatrix(row, kStatusId, message.Get(tags::BSI));
   }
   for (int col = 0; col < faPatrons.Cols; ++col) faPatrons.ColData(col, col);
-  faPatrons.AutoSize(kName, kStatus);
-  for (const int hidden : {kGroupId, kPatronId, kStatusId}) faPatrons.ColWidth(hidden, 0);
+  faPatrons.AutoSize(kName, kPatronId);
+  faPatrons.ColWidth(kStatusId, 0);
   faPatrons.Row = 1;
   faPatrons.Redraw = true;
   faPatrons_Click();

@@ -129,6 +129,8 @@ frmPickEquip::Candidate frmPickEquip::readCandidate(const TreeNode& type) const 
   candidate.piece = {message.Get(tags::EID),
                      PieceNumber(app_, message.Get(tags::ENO), message.Get(tags::BNO)), type.tag,
                      message.Get(tags::EIU), message.Get(tags::STY)};
+  // The list of a type need not say which of its rows are groups.
+  if (candidate.piece.EIU.empty() && isGroupType(type)) candidate.piece.EIU = "Y";
   candidate.location = message.Get(tags::LNA);
   candidate.room = message.Get(tags::RNM);
   candidate.notes = message.Get(tags::MNC);

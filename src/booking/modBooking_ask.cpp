@@ -1,7 +1,10 @@
 #include "booking/modBooking_ask.h"
 
+#include <cstdlib>
+
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
+#include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -16,12 +19,15 @@ int SendBusy(App& app, std::string_view code) {
   return rc;
 }
 
+bool ServerIsLost(App& app, int rc) {
+  if (rc != kNoServer) return false;
+  app.global.ReportRequestError(rc, {}, kModule);
+  return true;
+}
+
 bool HasFailed(App& app, int rc, std::string_view sentence) {
   if (rc == 0) return false;
-  if (rc == kNoServer)
-    app.global.ReportRequestError(rc, {}, kModule);
-  else
-    warningBox(app.desktop, std::string(sentence));
+  if (!ServerIsLost(app, rc)) warningBox(app.desktop, std::string(sentence));
   return true;
 }
 
@@ -51,9 +57,10 @@ void KeepWarningShown(App& app, const std::string& key) {
 }
 
 bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid, const BookingForm* ownTimes) {
-  if (!mayUse(app, record, tags::EID, eid, ownTimes)) return false;
-  KeepWarningShown(app, std::string(eid) + "E");
-  app.message.Add(tags::EID, eid);
+  const std::string id = std::to_string(std::abs(intOf(eid)));  // a look-up may mark a group by a minus
+  if (!mayUse(app, record, tags::EID, id, ownTimes)) return false;
+  KeepWarningShown(app, id + "E");
+  app.message.Add(tags::EID, id);
   return ValidateEquipmentStatus(app, SendBusy(app, "VES"));
 }
 

@@ -11,6 +11,8 @@ namespace vantry {
 
 /// Sends what was added while all windows are busy; they are ready afterwards.
 [[nodiscard]] int SendBusy(App& app, std::string_view code);
+/// Whether no server was reached, which ends the session; no word of the caller's belongs to that.
+[[nodiscard]] bool ServerIsLost(App& app, int rc);
 /// Whether a look-up has failed. Then this sentence is said; where no server was reached, the session ends.
 [[nodiscard]] bool HasFailed(App& app, int rc, std::string_view sentence);
 

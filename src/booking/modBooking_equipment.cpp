@@ -62,7 +62,7 @@ void addByText(const BookingForm& form, BookingRecord& record, LookUp lookUp) {
   const EquipmentPiece piece{row.EID, PieceNumber(app, row.ENO, row.BNO), row.ETY, row.EIU, row.STY};
   if (!MayUsePiece(app, record, piece.EID, &form)) return;
   if (ConfirmEquipmentLimit(app, record)) return;
-  const bool added = AddPieceNode(form, record, piece);
+  const bool added = AddPieceNode(form, record, piece, kPieceAddedTwice);
   text.Text = "";
   if (added) showBookingNote(app, piece);
 }
@@ -93,7 +93,7 @@ void AddSpecificEquipment(const BookingForm& form, BookingRecord& record) {
   window.ShowModal();
   if (window.picked.empty() || ConfirmEquipmentLimit(form.app, record)) return;
   for (const EquipmentPiece& piece : window.picked) {
-    if (AddPieceNode(form, record, piece)) showBookingNote(form.app, piece);
+    if (AddPieceNode(form, record, piece, kPieceAddedTwice)) showBookingNote(form.app, piece);
   }
 }
 
@@ -107,9 +107,10 @@ void AddEquipmentType(const BookingForm& form, BookingRecord& record, bool& dirt
   if (AddTypeNode(form, record, chosen.substr(0, bar), chosen.substr(bar + 1))) dirty = true;
 }
 
-bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece) {
+bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece,
+                  std::string_view ifTwice) {
   if (!addPiece(form.tvwOtherEquipment, roots::Specific, piece)) {
-    informationBox(form.app.desktop, "Equipment/Equipment group already in booking.");
+    informationBox(form.app.desktop, std::string(ifTwice));
     return false;
   }
   record.EquipmentCount = countEquipment(form);

@@ -36,13 +36,19 @@ void AddSpecificEquipment(const BookingForm& form, BookingRecord& record);
 /// `dirty` rises when a type was added.
 void AddEquipmentType(const BookingForm& form, BookingRecord& record, bool& dirty);
 
+/// What is said of a piece that the booking has already, where it is added and where a booking is read. The
+/// two spellings are deliberate.
+inline constexpr std::string_view kPieceAddedTwice = "Equipment/Equipment group already in booking.";
+inline constexpr std::string_view kPieceReadTwice = "Equipment/Equipment Group already in booking.";
+
 /// Put one node into the trees and count it; without a request. False, and a box that says so, when the
 /// booking has it already.
-bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece);
+bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece,
+                  std::string_view ifTwice);
 bool AddTypeNode(const BookingForm& form, BookingRecord& record, std::string_view eti, std::string_view ety);
 
-/// Puts the equipment types that a media type needs into the tree, once per media type. It sends a request,
-/// so that no walk may be under way.
+/// Puts the equipment types that a media type needs into the tree, where they stand once per media type. It
+/// sends a request each time, so that no walk may be under way.
 void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record);
 /// Ticks a required type, and the same type under other media types; without a request. The key is
 /// `requiredTypeKey`; one that does not stand in the tree is passed over.

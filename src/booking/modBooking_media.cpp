@@ -55,14 +55,14 @@ MediaThing thingOf(const TagMessage& message) {
   return thing;
 }
 
-/// The details of the thing's item; it keeps empty ones where they cannot be read.
-void askItemDetails(App& app, MediaThing& thing) {
-  if (isNone(thing.IM)) return;
+/// The details of the thing's item; it keeps empty ones where they cannot be read. True: they were.
+bool askItemDetails(App& app, MediaThing& thing) {
+  if (isNone(thing.IM)) return false;
   app.message.Add(tags::MI, thing.MI);
   app.message.Add(tags::IM, thing.IM);
-  if (HasFailed(app, SendBusy(app, "GID"), "Unable to retrieve item details.")) return;
+  if (HasFailed(app, SendBusy(app, "GID"), "Unable to retrieve item details.")) return false;
   readDetails(app.message, thing);
-  if (isNone(thing.type.id)) thing.type = typeOf(app.message);
+  return true;
 }
 
 /// The call number of the thing's holdings, and their location where the thing has none.
@@ -136,7 +136,8 @@ void addMatch(const BookingForm& form, BookingRecord& record, const ItemMatches&
   const MediaThing* match = pickTitle(form.app, matches);
   if (!match) return;
   MediaThing thing = *match;
-  askItemDetails(form.app, thing);
+  const bool read = askItemDetails(form.app, thing);
+  if (read && isNone(thing.type.id)) thing.type = typeOf(form.app.message);
   addThing(form, record, std::move(thing), matches.size() > 1 ? Untyped::IsRefused : Untyped::Passes);
 }
 
@@ -267,7 +268,7 @@ void AddMediaRow(const BookingForm& form, const MediaThing& thing) {
 }
 
 void AddStoredMediaRow(const BookingForm& form, MediaThing thing) {
-  askItemDetails(form.app, thing);
+  static_cast<void>(askItemDetails(form.app, thing));  // a row without a media type stays without one
   askHoldingsDetails(form.app, thing);
   AddMediaRow(form, thing);
 }

@@ -3,6 +3,7 @@
 #include "booking/frmMPBarcode.h"
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
+#include "booking/modBooking_ask.h"
 #include "frame/search_window.h"
 #include "platform/text.h"
 #include "words/tags.h"
@@ -38,6 +39,7 @@ Patron findByBarcode(App& app, std::string_view barcode) {
   app.message.Add(tags::SRCHOP, "");
   const int rc = app.message.Send("FIND");
   app.global.ReadyAllForms();
+  if (ServerIsLost(app, rc)) return {};
   if (rc != 0) {
     informationBox(app.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
     return {};
@@ -251,6 +253,7 @@ bool GetPatronPrivileges(App& app, BookingRecord& record) {
   app.message.Add(tags::PID, std::to_string(record.RequesterId));
   const int rc = app.message.Send("PATPRIV");
   app.global.ReadyAllForms();
+  if (ServerIsLost(app, rc)) return false;
   if (rc != 0) {
     informationBox(app.desktop, rc == kExpired
                                     ? "Requester's barcode has expired!"

@@ -1,5 +1,6 @@
 #include "booking/modBooking_rooms.h"
 
+#include "booking/modBooking_ask.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
 #include "booking/place_panel.h"
@@ -46,6 +47,7 @@ void showRoomNote(App& app, const BookingRecord& record, const std::string& room
   app.message.Add(tags::PWID, std::to_string(record.RoomId));
   const int rc = app.message.Send("GETPMSG");
   app.global.ReadyAllForms();
+  if (ServerIsLost(app, rc)) return;
   if (rc != 0)
     return informationBox(app.desktop,
                           "An error occurred while retreiving the booking note for the selected room.");

@@ -114,6 +114,15 @@ ComboBox* PlacePanel::roomCombo(int index) {
   return index == kScheduledOption ? &cboLibSchedRoom : nullptr;
 }
 
+void PlacePanel::emptyPlace() {
+  record_.RoomId = 0;
+  record_.PickupLocationId = 0;
+  record_.GenericRoomLocationId = 0;
+  ComboBox* rooms = roomCombo(option());
+  (rooms ? *rooms : cboPickupLocation).ListIndex = -1;
+  enableCommands();
+}
+
 void PlacePanel::emptyRoomCombos() {
   cboDeliveryRoom.Clear();
   cboLibSchedRoom.Clear();

@@ -45,6 +45,8 @@ class PlacePanel {
   void showPlace(std::string_view name, std::string_view roomType);
   /// The place in words, for the window's head; empty without one.
   std::string placeText() const;
+  /// The place could not be read: nothing is chosen, whatever the option has taken by itself.
+  void emptyPlace();
   void emptyRoomCombos();
   /// The room list of an option; nullptr for pick-up.
   ComboBox* roomCombo(int index);

@@ -1,6 +1,7 @@
 #include "booking/plain_find.h"
 
 #include "booking/booking_record.h"
+#include "booking/modBooking_ask.h"
 #include "booking/modBooking_patrons.h"
 #include "platform/text.h"
 #include "words/tags.h"
@@ -99,6 +100,7 @@ void PlainFind::findPatrons() {
     message.Add(tag, value);
   const int rc = message.Send("FIND");
   app_.global.ReadyForm(*this);
+  if (ServerIsLost(app_, rc)) return;
   if (rc != 0) return criticalBox(app_.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
   while (message.NextRecord(tags::PID)) {
     addRow(message.Get(tags::PID),

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "booking/frmTimeLine.h"
+#include "booking/modBooking_ask.h"
 #include "messaging/server_tools.h"
 #include "platform/text.h"
 
@@ -177,6 +178,7 @@ void TimesPanel::showTimes(std::string_view start, std::string_view end) {
 
 void TimesPanel::startNow() {
   const int rc = app_.message.Send("ASKT");
+  if (ServerIsLost(app_, rc)) return;
   const std::string now = rc == 0 ? app_.message.Get("STIME") : serverTime(app_.clock.now());
   showTimes(now, now);
   timeLine_.lock();

@@ -23,17 +23,6 @@ void showOutcome(App& app) {
   informationBox(app.desktop, "Booking charged successfully!");
 }
 
-/// The confirmation is printed from a booking's editor, which nobody sees here.
-void printConfirmation(App& app, const std::string& bookingId) {
-  app.slots.ids[kBooking] = bookingId;
-  app.slots.modes[kBooking] = 0;
-  frmBooking editor(app);
-  editor.Load();
-  if (!editor.isLoaded()) return;  // it could not be read, and has said so
-  editor.mnuFilePrint_Click();
-  editor.Unload();
-}
-
 void showStatus(Grid& grid, int status, const LegendLabels& legend) {
   const int row = grid.Row;
   ColourBookingRow(grid, row, status, legend);
@@ -56,7 +45,7 @@ bool ChargeBooking(App& app, const std::string& bookingId, std::string_view proc
     return false;
   }
   showOutcome(app);
-  if (app.preferences.PrintOnCharge) printConfirmation(app, bookingId);
+  if (app.preferences.PrintOnCharge) printConfirmationOf(app, bookingId);
   return true;
 }
 

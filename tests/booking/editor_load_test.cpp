@@ -1,10 +1,15 @@
 #include "booking/editor_fixture.h"
+#include "booking/frmErrorReport.h"
+#include "booking/frmGenAssign.h"
 #include "booking/frmRequester.h"
 
 // What an editor shows of a booking, and what its commands do.
 
 namespace vantry::test {
 namespace {
+
+constexpr const char* kChangesQuestion =
+    "Changes will be lost!  Do you wish to SAVE this Booking before closing?";
 
 struct EditorLoad : EditorTest {};
 
@@ -43,6 +48,8 @@ TEST_F(EditorLoad, ShowsAllOfABooking) {
   EXPECT_EQ(window.fpdUpdateDate.shortDate(), "21/11/2026");
   EXPECT_EQ(window.equipment.tvwEquipment.find(requiredTypeKey("5", "14"))->image, kChecked);
   EXPECT_FALSE(window.Dirty);
+  EXPECT_EQ(window.ActiveControl(), &window.requester.onBehalfOf.text)
+      << "the first field that can be edited";
   EXPECT_TRUE(window.mnuBooking.Enabled);
   EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
   EXPECT_TRUE(window.Enabled);
@@ -64,6 +71,54 @@ TEST_F(EditorLoad, OnlyAFailingHeadKeepsTheWindowAway) {
   expectPrivileges();
   OpenRecordWindow(app, kBooking, "7");
   EXPECT_EQ(editor().record.ConfirmationNumber, "M7") << "and shows what it has";
+}
+
+TEST_F(EditorLoad, APlaceThatIsNotKnownIsNoPlace) {
+  const struct {
+    const char* what;
+    const char* type;
+    int rc;
+  } rows[] = {{"a room that cannot be read", "BTID=2", 1},
+              {"a location that cannot be read", "BTID=3", 1},
+              {"an unknown type", "BTID=9", 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    server.expect("GETMSD", "BOOKID=7").replies(head(row.type));
+    expectRooms();
+    server.expect("GETSRM", "BOOKID=7").fails(row.rc, row.rc == 0 ? "RID=41 RNM=Lab" : "");
+    if (row.rc == 0) server.expect("GETREQP", "RID=41 BRTY=1");
+    if (row.rc != 0) desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
+    expectEmptyThings();
+    expectPrivileges();
+    OpenRecordWindow(app, kBooking, "7");
+    frmBooking& window = editor();
+    EXPECT_EQ(window.place.cboDeliveryRoom.ListIndex, -1);
+    EXPECT_EQ(window.place.cboPickupLocation.ListIndex, -1);
+    server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00");
+    desktop.expectCritical("No room selected -and- no generic room location specified!");
+    window.mnuFileSave.choose();
+    EXPECT_FALSE(window.SaveOk);
+    window.mnuFileClose.choose();
+    EXPECT_FALSE(window.isLoaded());
+  }
+}
+
+TEST_F(EditorLoad, WhatABookingHoldsTwiceIsToldAndShownOnce) {
+  server.expect("GETMSD", "BOOKID=7").replies(head());
+  expectRooms();
+  server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+  server.expect("GETREQP", "RID=41 BRTY=1");
+  server.expect("GETSITM", "BOOKID=7");
+  server.expect("GETSEQ", "BOOKID=7")
+      .replies(
+          "EID=90 EIU=N BNO=B90 ETY=TV\nEID=90 EIU=N BNO=B90 ETY=TV\n"
+          "EID=0 ETI=12 ETY=Projector\nEID=0 ETI=12 ETY=Projector");
+  desktop.expectInformation("Equipment/Equipment Group already in booking.");
+  desktop.expectInformation("Equipment/Equipment Group type Projector already in booking.");
+  server.expect("GSCIT", "BOOKID=7");
+  expectPrivileges();
+  OpenRecordWindow(app, kBooking, "7");
+  EXPECT_EQ(editor().record.EquipmentCount, 2);
 }
 
 TEST_F(EditorLoad, AWithheldRequesterIsNotNamed) {
@@ -109,6 +164,7 @@ TEST_F(EditorLoad, AResultEndsTheEditing) {
     EXPECT_FALSE(window.mnuBookingCancel.Enabled);
     EXPECT_EQ(window.mnuBookingDischarge.Enabled, row.discharges) << row.result;
     EXPECT_TRUE(window.mnuFileCopyBooking.Enabled);
+    EXPECT_EQ(window.ActiveControl(), &window.tabBooking);
     window.mnuFileClose.choose();
     EXPECT_FALSE(window.isLoaded());
   }
@@ -141,6 +197,9 @@ TEST_F(EditorLoad, ANewBookingStartsTodayAtThePreferredPlace) {
   EXPECT_FALSE(window.mnuFilePrint.Enabled);
   EXPECT_FALSE(window.requester.chkAdminBooking.Visible) << "needs the right to override items";
   EXPECT_FALSE(window.Dirty);
+  EXPECT_EQ(window.ActiveControl(), &window.requester.requester.text);
+  window.mnuHelpTopics.choose();
+  EXPECT_THAT(desktop.helpTopics, testing::ElementsAre("booking"));
 }
 
 // Copies.
@@ -189,6 +248,7 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_TRUE(copy.Dirty);
   EXPECT_TRUE(copy.mnuFileSave.Enabled);
   EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);
+  EXPECT_TRUE(copy.mnuFilePrint.Enabled);
   EXPECT_FALSE(app.booking.copyMode);
 }
 
@@ -243,21 +303,24 @@ TEST_F(EditorLoad, ACancelledBookingCanOnlyBeRead) {
   EXPECT_FALSE(window.mnuBookingCharge.Enabled);
   EXPECT_TRUE(window.txtBookingNote.Locked);
   EXPECT_EQ(main.refreshes, 1);
+  desktop.expectQuestion(kChangesQuestion, true);
   window.closeByOperator();
-  EXPECT_FALSE(window.isLoaded()) << "what cannot be saved is not asked about";
+  EXPECT_TRUE(window.isLoaded()) << "it cannot be saved any more, and nothing is sent";
+  desktop.expectQuestion(kChangesQuestion, false);
+  window.closeByOperator();
+  EXPECT_FALSE(window.isLoaded());
 }
 
 TEST_F(EditorLoad, ChangesAreAskedAboutBeforeClosing) {
-  const char* question = "Changes will be lost!  Do you wish to SAVE this Booking before closing?";
   frmBooking& window = openSeven();
   window.mnuViewTab6.choose();
   window.cboCleanupStaff.select(1);
-  desktop.expectQuestion(question, true);
+  desktop.expectQuestion(kChangesQuestion, true);
   server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00").fails(1);
   desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
   window.closeByOperator();
   EXPECT_TRUE(window.isLoaded()) << "the save has failed";
-  desktop.expectQuestion(question, false);
+  desktop.expectQuestion(kChangesQuestion, false);
   window.mnuFileClose.choose();
   EXPECT_FALSE(window.isLoaded());
 }
@@ -281,6 +344,43 @@ TEST_F(EditorLoad, ChargeAndDischargeShowTheirResult) {
   EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7  <Complete>");
   EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
   EXPECT_THAT(circulation.asked, testing::ElementsAre("notes C 1 1", "discharge 7", "discharge 7"));
+}
+
+TEST_F(EditorLoad, ARefusedChargeLeavesTheBookingAsItWas) {
+  frmBooking& window = openSeven();
+  server.expect("CBK", "BOOKID=7").fails(128, "CHFA=107 RNM=Lab");
+  desktop.expectModalWindow<frmErrorReport>("frmErrorReport", [](frmErrorReport& report) {
+    EXPECT_EQ(report.ReportCode, kReportNotCharged);
+    EXPECT_EQ(report.faErrors.TextMatrix(1, 0), "Room already charged:  Lab");
+    report.cmdOK.press();
+  });
+  window.mnuBookingCharge.choose();
+  EXPECT_EQ(window.lblStatus.Caption, "");
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7");
+  EXPECT_TRUE(window.mnuBookingCharge.Enabled);
+  EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
+  EXPECT_TRUE(window.mnuFileSave.Enabled);
+  EXPECT_EQ(main.refreshes, 0);
+}
+
+TEST_F(EditorLoad, WhatAChargeAssignsIsShownBeforeItsNotesAndPrintedAsCharged) {
+  app.preferences.PrintOnCharge = true;
+  frmBooking& window = openSeven();
+  server.expect("CBK", "BOOKID=7")
+      .replies("EID=11 ETY=Projector AENO=P1 EIU=N RNM=Store\nRID=41 RNM=Lab\nENO=P1 PMSG=Lamp");
+  desktop.expectModalWindow<frmGenAssign>("frmGenAssign", [&](frmGenAssign& assigned) {
+    EXPECT_EQ(assigned.lblRoom.Caption, "Lab");
+    EXPECT_EQ(assigned.faGenEquip.Rows, 2);
+    EXPECT_TRUE(circulation.asked.empty());
+    assigned.cmdOK.press();
+  });
+  desktop.expectInformation("Booking charged successfully!");
+  expectLoad("BKRES=99");  // what is printed is read anew
+  window.mnuBookingCharge.choose();
+  EXPECT_THAT(circulation.asked, testing::ElementsAre("notes C 0 1"));
+  EXPECT_THAT(printed, testing::ElementsAre("Booking - Confirmation Number:  M7  <Charged>"));
+  EXPECT_EQ(editors(), 1);
+  EXPECT_EQ(window.lblStatus.Caption, "Charged");
 }
 
 }  // namespace

@@ -133,6 +133,8 @@ TEST_F(EditorPatrons, OneBarcodeOfTwoPatronsAsks) {
   };
   expectTwo();
   desktop.expectModalWindow<frmMultPatron>("frmMultPatron", [&](frmMultPatron& choice) {
+    EXPECT_NE(choice.faPatrons.ColWidth(4), 0);
+    EXPECT_EQ(choice.faPatrons.ColWidth(5), 0) << "the number of the status";
     EXPECT_FALSE(choice.cmdOK.Enabled) << "a lost card cannot be chosen";
     choice.faPatrons.doubleClick(1, 0);
     EXPECT_TRUE(choice.isShown());
@@ -203,6 +205,12 @@ TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
   desktop.expectInformation("Changing requester invalidates current booking room selection.");
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");
+  // A booking that becomes administrative has no requester who changes.
+  server.expect("GDRM", "ADBK=Y PGID=0").replies("RID=40 RNM=Hall");
+  server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
+  server.expect("GETREQP", "RID=40 BRTY=1");
+  server.expect("GLSRM", "ADBK=Y PGID=0");
+  window.requester.chkAdminBooking.toggle();
 }
 
 TEST_F(EditorPatrons, ThePickUpPatronIsValidatedForItself) {

@@ -217,6 +217,51 @@ TEST_F(EditorSave, ABookingThatBecameAPickUpIsStoredWithItsLocation) {
   EXPECT_TRUE(window.SaveOk);
 }
 
+TEST_F(EditorSave, APickUpComesBackWithItsLocationAndItsPatron) {
+  server.expect("GETMSD", "BOOKID=7").replies(head("BTID=3 PPID=32 PPATNM=\"Oak, Ole\""));
+  expectRooms();
+  server.expect("GETSRM", "BOOKID=7").replies("LOC=4");
+  expectEmptyThings();
+  expectPrivileges();
+  OpenRecordWindow(app, kBooking, "7");
+  frmBooking& window = editor();
+  EXPECT_EQ(window.lblPlace.Caption, "Pick-Up:  Branch") << "not the first location";
+  EXPECT_EQ(window.requester.onBehalfOf.text.Text, "Oak, Ole");
+  EXPECT_EQ(window.ActiveControl(), &window.times.fpdNeedDate) << "both patrons stand";
+  server.expect("CHKUPD", "BOOKID=7 UDT=2026-11-21 08:00:00");
+  server.expect("VALPLO", "LOC=4 PGID=2");
+  server.expect("CPUPTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays);
+  answerEmpty(0);
+  server.expect("VALEAVL", std::string("BOOKID=7 LOC=4 PGID=2 ") + kTimes);
+  server.expect("UPDBK", std::string("BOOKID=7 ") + kTimes +
+                             " PID=31 PGID=2 PPID=32 ADBK=N LOC=4 BTID=3 SCHCOM=\"By the lift\" ODE=51 "
+                             "OPU=0 WIZ=N UTIME=10 CTIME=5");
+  window.mnuFileSave.choose();
+  EXPECT_TRUE(window.SaveOk);
+}
+
+TEST_F(EditorSave, WhatAnotherDeskTookMeanwhileIsReported) {
+  frmBooking& window = newDelivery();
+  const std::tuple<int, const char*, int> rows[] = {
+      {150, "head: MTY=Film | VUF=158 | CNUM=M5 TITL=Atlas IM=83", kReportMedia},
+      {149, "head: ETY=TV | VUF=159 | CNUM=M5 ETY=TV ENO=TV1", kReportEquipment}};
+  for (const auto& [rc, reply, code] : rows) {
+    server.expect("VALDLO", "RID=40 PGID=2");
+    server.expect("CDELTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays);
+    answerEmpty(0);
+    server.expect("VALEAVL", std::string("BOOKID=0 RID=40 PGID=2 ") + kTimes);
+    server.expect("NEWBK", body()).fails(rc, reply);
+    desktop.expectModalWindow<frmErrorReport>("frmErrorReport", [code](frmErrorReport& report) {
+      EXPECT_EQ(report.ReportCode, code);
+      EXPECT_EQ(report.faErrorsSpecific.Rows, 2);
+      report.cmdOK.press();
+    });
+    window.mnuFileSave.choose();
+    EXPECT_FALSE(window.SaveOk);
+    EXPECT_TRUE(window.isLoaded());
+  }
+}
+
 TEST_F(EditorSave, AnUpdateThatAnotherDeskOvertookSendsNothingMore) {
   frmBooking& window = openSeven();
   window.tabBooking.choose(4);
@@ -305,13 +350,16 @@ TEST_F(EditorSave, SaveAndNewHandsTheRequesterOn) {
   server.expect("VALEAVL", std::string("BOOKID=0 RID=40 PGID=2 ") + kTimes);
   server.expect("NEWBK", body()).replies("BOOKID=9 CNUM=M9");
   server.expect("GPBAR", "PID=31").replies("BNO=P31 BST=Active PGNM=Staff PGID=2");
-  expectRoomsOfRequester();
+  server.expect("GDRM", "ADBK=N PGID=2").replies("RID=40 RNM=Hall");
+  server.expect("GLSRM", "ADBK=N PGID=2");
   expectValid();
+  server.expect("GETREQP", "RID=40 BRTY=1");
   first.barBooking.choose(first.barBooking.tool("abSaveAndNew"));
   frmBooking& second = editor();
   EXPECT_NE(&second, &first);
   EXPECT_EQ(second.requester.requester.text.Text, "Ink, Ina");
   EXPECT_EQ(second.record.RequesterId, 31);
+  EXPECT_FALSE(second.Dirty) << "nobody has typed anything yet";
   EXPECT_EQ(app.booking.NextRequester.id, 0) << "handed on once";
   EXPECT_FALSE(first.isLoaded());
 }

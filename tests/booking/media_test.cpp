@@ -217,6 +217,16 @@ TEST_F(Media, FromSeveralTitlesAThingWithoutATypeIsRefused) {
   EXPECT_TRUE(window.mediaRows().empty());
 }
 
+TEST_F(Media, TheItemsDetailsMayNameItsType) {
+  expectBarcode("BI=10 MI=20 IM=30 TITL=Bees MTID=0");
+  server.expect("GID", "MI=20 IM=30").replies("LO=Main CP=3 MTID=5 MTY=DVD");
+  expectUsage();
+  expectHoldings();
+  expectNoEquipment();
+  add();
+  EXPECT_EQ(window.mediaRows(), std::vector<std::string>{"10|20|30|5|Bees|DVD|Main|3|QL 560|||"});
+}
+
 // By item id.
 
 TEST_F(Media, AnItemIdGoesByItsHoldings) {
@@ -405,9 +415,12 @@ TEST_F(Media, AStoredRowAsksForItsDetails) {
   server.expect("GMD", "MI=20 BI=10").replies("MI=20 CN=QL 560 LO=West");
   AddStoredMediaRow(window.form, {"10", "20", "0", {"0", ""}, "Bees", "", "", "", "", "", ""});
   AddStoredMediaRow(window.form, {"10", "0", "0", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
+  server.expect("GID", "MI=0 IM=31").replies("LO=Main CP=4 MTID=5 MTY=DVD");
+  AddStoredMediaRow(window.form, {"10", "0", "31", {"0", ""}, "Bees", "", "", "", "", "", ""});
   EXPECT_EQ(window.mediaRows(),
             (std::vector<std::string>{kBeesRow, "10|20|0|0|Bees|No Media Type|West||QL 560|||",
-                                      "10|0|0|5|Bees|DVD||||||"}));
+                                      "10|0|0|5|Bees|DVD||||||", "10|0|31|0|Bees|No Media Type|Main|4||||"}))
+      << "what was booked without a type keeps none";
 }
 
 TEST_F(Media, TheRecordOfTheSelectedRowIsShown) {

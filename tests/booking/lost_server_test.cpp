@@ -1,0 +1,68 @@
+#include "booking/editor_fixture.h"
+#include "booking/plain_find.h"
+
+namespace vantry::test {
+namespace {
+
+/// The program ends at once and without a word of the window's own, wherever the server is lost.
+TEST_F(EditorTest, ALostServerEndsTheProgram) {
+  constexpr int kLost = -999;
+  int ends = 0;
+  app.global.Abort = [&ends] { ++ends; };
+  struct Case {
+    const char* where;
+    std::function<void()> play;
+  };
+  const Case cases[] = {
+      {"a patron's barcode",
+       [&] {
+         frmBooking& window = openNew();
+         server.expect("FIND", "SRCHTAG=17 SRCHVAL=P31 SRCHFOR=6 SRCHLOC=5 SRCHOP=").fails(kLost);
+         scan(window.requester.requester, "P31");
+         EXPECT_EQ(window.record.RequesterId, 0);
+       }},
+      {"a requester's privileges",
+       [&] {
+         frmBooking& window = openNew();
+         expectRequester();
+         expectRoomsOfRequester();
+         server.expect("VALRP", "PID=31 PGID=2 PUP=N");
+         server.expect("PATPRIV", "PGID=2 PID=31").fails(kLost);
+         scan(window.requester.requester, "P31");
+         EXPECT_EQ(window.record.RequesterId, 0);
+       }},
+      {"a room's note",
+       [&] {
+         frmBooking& window = newDelivery();
+         window.tabBooking.choose(2);
+         server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=41").fails(kLost);
+         server.expect("GETREQP", "RID=41 BRTY=1");
+         window.place.cboDeliveryRoom.select(1);
+       }},
+      {"the server's time",
+       [&] {
+         app.slots.newPickup = true;
+         server.expect("ASKT").fails(kLost);
+         openNew();
+       }},
+      {"the search of a patron",
+       [&] {
+         PlainFind find(app);
+         find.Tag = std::string(kFindPatronTag);
+         find.Load();
+         server.expect("FIND", "SRCHTAG=17 SRCHVAL=P3? SRCHFOR=6 SRCHLOC=5 SRCHOP=").fails(kLost);
+         find.txtSearchFor.type("P3");
+         find.txtSearchFor.pressEnter();
+       }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.where);
+    ends = 0;
+    c.play();
+    EXPECT_EQ(ends, 1);
+    server.checkAllCame();
+  }
+}
+
+}  // namespace
+}  // namespace vantry::test
