@@ -193,7 +193,8 @@ void CirculationView::rightClicked() {
         &m.mnuPopupBookingsSep1, &m.mnuPopupBookingsSep3, &m.mnuPopupBookingsPrint})
     entry->Visible = true;
   for (MenuItem MainMenus::*entry : twin_.hiddenEntries) (m.*entry).Visible = false;
-  // The day view enables these by the status of its own row.
+  // The day view enables these by the status of its own row, and turns all off when it reads its list anew.
+  (m.*twin_.command).Enabled = true;
   for (MenuItem* entry : {&m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel})
     entry->Enabled = faBookings.Row >= 1;
   app().desktop.popupMenu(m.mnuPopupBookings, nullptr);
@@ -254,7 +255,8 @@ void CirculationView::openDetails() {
   tvwDetails.Visible = true;
   cmdDetails.Caption = "<< &Details";
   cmdDetails.Tag = "1";
-  rememberedRow_ = faBookings.Row;  // it is this row's panel: a click on another one closes it
+  // Deliberate, beside the rule of the clicks: it is this row's panel, and a click on another one closes it.
+  rememberedRow_ = faBookings.Row;
 }
 
 bool CirculationView::readDetails(std::string_view code) {

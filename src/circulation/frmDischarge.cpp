@@ -78,7 +78,7 @@ void frmDischarge::Form_Load() {
 }
 
 bool frmDischarge::Form_Unload() {
-  if (isShown()) DischargeStatus = kCancelled;  // closed by its frame: nothing came back, whatever was tried
+  if (isShown()) DischargeStatus.clear();  // closed by its frame: a failed attempt's word counts no longer
   return true;
 }
 
@@ -111,7 +111,7 @@ void frmDischarge::chkOverride_Click() {
 void frmDischarge::dtDischargeDate_Change() {
   if (dtDischargeDate.Value.get() > dtTodaysDate.Value.get()) {
     criticalBox(app_.desktop, "Cannot set discharge date to a future date!");
-    dtDischargeDate.Value = app_.clock.now().date;
+    dtDischargeDate.Value = dtTodaysDate.Value.get();  // the day on which the dialog opened
     return;
   }
   if (!isToday()) return;

@@ -23,7 +23,8 @@ class frmDischarge : public Form {
   void chkOverride_Click();
 
   int BookingId = 0;            ///< set before it loads
-  std::string DischargeStatus;  ///< "1" all came back, "0" some is still out, "2" cancelled
+  std::string DischargeStatus;  ///< "1" all came back, "0" some is still out, "2" cancelled; empty when
+                                ///< closed by its frame
 
   Label lblItems{*this, "lblItems", "Media Items to Discharge"};
   ListBox lstItems{*this, "lstItems"};

@@ -125,9 +125,10 @@ void QuickDischargeView::focusText() {
   txtQuickDischargeItem.SelectText();
 }
 
-void QuickDischargeView::stop(std::string_view panel) {
+/// Empties the status bar as well: deliberate, or it would go on telling of a discharge that has failed.
+void QuickDischargeView::stop() {
   parts_.app.global.ReadyAllForms();
-  parts_.showMessage(panel);
+  parts_.showMessage("");
 }
 
 void QuickDischargeView::cmdQuickDischarge_Click() {
@@ -147,15 +148,16 @@ void QuickDischargeView::cmdQuickDischarge_Click() {
 bool QuickDischargeView::find(Found& found) {
   TagMessage& message = parts_.app.message;
   const auto say = [this](std::string_view text) {
-    stop("");
+    stop();
     informationBox(parts_.app.desktop, std::string(text));
     return false;
   };
   message.Add(found.type.tag, ApplyAutoTruncate(parts_.app.preferences, txtQuickDischargeItem.Text.get()));
   message.Add(tags::QD, "Y");
   if (message.Send("SSD") != 0) {
-    stop("0 Booking(s) Found");
+    parts_.app.global.ReadyAllForms();
     warningBox(parts_.app.desktop, "An error occurred while searching for item/equipment to discharge.");
+    parts_.showMessage("0 Booking(s) Found");
     return false;
   }
   found.bookingId = message.Get(tags::BOOKID);
@@ -185,7 +187,7 @@ bool QuickDischargeView::send(const Found& found, std::string& stamp) {
   addMoment(stamp);
   const int rc = message.Send("DBK");
   if (rc == 0) return true;
-  stop("");
+  stop();
   warningBox(parts_.app.desktop, "An error occurred while trying to discharge the booking.");
   return false;
 }

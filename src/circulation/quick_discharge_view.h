@@ -46,7 +46,7 @@ class QuickDischargeView {
   std::string readNote(std::string_view whose, std::string_view occasion, const std::string& id,
                        std::string_view failure);
   void log(const std::string& stamp);
-  void stop(std::string_view panel);
+  void stop();
   void focusText();
 
   MainParts parts_;

@@ -244,6 +244,12 @@ Reply alreadyCharged(Context& context, const DeskBooking& booking) {
     if (!line.isOut()) continue;
     reply.record().set(tags::CHFA, failure::itemOut).set(tags::TITL, titleOf(context.db, line.titleId));
   }
+  if (reply.recordCount() == 0) {
+    // A booking of nothing: no reason names a booking as a whole, and without any the desk would not be told.
+    reply.record()
+        .set(tags::CHFA, failure::itemOut)
+        .set(tags::TITL, "Booking " + confirmationNumber(booking.id));
+  }
   return reply;
 }
 

@@ -6,6 +6,7 @@
 
 #include "circulation/frmDischarge.h"
 #include "circulation/frmPopupNote.h"
+#include "messaging/frmError.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -50,6 +51,14 @@ struct CirculationTest : Desk {
                      std::string_view equipment = {}) {
     server.expect("GETSITM", "BOOKID=" + bookingId + " SC=Y").replies(media);
     server.expect("GETSEQ", "BOOKID=" + bookingId + " SC=Y").replies(equipment);
+  }
+  /// The server fails for reasons of its own, and the window of errors tells where.
+  void expectReport(std::string form, std::string module) {
+    desktop.expectModalWindow<frmError>("frmError", [=](frmError& window) {
+      EXPECT_EQ(window.lblFormNameText.Caption, form);
+      EXPECT_EQ(window.lblModuleText.Caption, module);
+      window.cmdOKCompress.press();
+    });
   }
   void expectNotes(std::string caption, std::string text) {
     desktop.expectModalWindow<frmPopupNote>("frmPopupNote", [=](frmPopupNote& window) {

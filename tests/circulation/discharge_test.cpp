@@ -165,14 +165,24 @@ TEST_F(DischargeTest, AFailedStepLeavesTheDialogOpenForAnotherTry) {
   });
   discharge().cmdDDischarge.press();
   EXPECT_EQ(ids(grid()).size(), 3U) << "cancelled: nothing changes";
-  expectDialog([&](frmDischarge& window) {
-    server.expect("GIREFD", "BOOKID=7").fails(7);
-    expectNotDone();
-    window.cmdOK.press();
-    window.closeByOperator();
-  });
-  discharge().cmdDDischarge.press();
-  EXPECT_EQ(ids(grid()).size(), 3U) << "closed after a failure: nothing came back";
+}
+
+TEST_F(DischargeTest, ADialogClosedByItsFrameCountsAsAPart) {
+  app->preferences.DischargeClear = true;
+  for (const bool tried : {false, true}) {
+    findThree();
+    expectDialog([&](frmDischarge& window) {
+      if (tried) {
+        server.expect("GIREFD", "BOOKID=7").fails(7);
+        expectNotDone();
+        window.cmdOK.press();
+      }
+      window.closeByOperator();
+    });
+    discharge().cmdDDischarge.press();
+    EXPECT_EQ(ids(grid()).size(), 3U) << "the word of a failed attempt takes no row out";
+    EXPECT_FALSE(discharge().fraDBookings.Visible) << "cleared, as after a part";
+  }
 }
 
 TEST_F(DischargeTest, ADialogWithoutLinesStillDischarges) {
@@ -216,8 +226,10 @@ TEST_F(DischargeTest, TheFutureIsRefusedAtOnce) {
     window.chkOverride.toggle();
     clock.time.time = {9, 10, 0};
     desktop.expectCritical(noDate);
+    clock.time.date.day = 25;  // midnight passes meanwhile: today is still the day of the opening
     window.dtDischargeDate.enter(Date{2026, 11, 25});
     EXPECT_EQ(window.dtDischargeDate.Value.get(), today);
+    clock.time.date.day = 24;
     window.txtDischargeTime.enter(Time{9, 10, 0});  // the clock has gone on since the dialog opened
     desktop.expectCritical(noTime);
     window.txtDischargeTime.enter(Time{9, 11, 0});
@@ -242,6 +254,8 @@ TEST_F(DischargeTest, TheFutureIsRefusedAtOnce) {
 TEST_F(DischargeTest, ThePopupMenuOffersOnlyTheDischargeAndTheSort) {
   findThree();
   MainMenus& m = main().menus;
+  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
+  main().GetBookingsForDate();  // the day view, which has no row now, turns its commands off
   desktop.expectPopup("mnuPopupBookings", "mnuPopupBookingsDischarge");
   server.expect("BND", "BOOKID=8");
   desktop.expectModalWindow<frmDischarge>("frmDischarge",

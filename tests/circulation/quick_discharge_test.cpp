@@ -103,7 +103,9 @@ TEST_F(QuickDischargeTest, AFailedStepKeepsTheTextAndLogsNothing) {
   };
   server.expect("SSD", "MEDBAR=B1 QD=Y").fails(7);
   desktop.expectWarning("An error occurred while searching for item/equipment to discharge.");
+  desktop.onBox = [&] { EXPECT_EQ(panel(), "Discharging...") << "the count comes behind the warning"; };
   scan("B1");
+  desktop.onBox = nullptr;
   expectKept("0 Booking(s) Found");
   server.expect("SSD", "MEDBAR=B1 QD=Y");
   desktop.expectInformation("Unable to find booking information.");

@@ -84,6 +84,13 @@ TEST_P(CirculationRequests, ChargesAllOrNothingAndTellsWhy) {
       "ENO=CAM1 ETY=Camera STY=Missing");
   EXPECT_EQ(status(second), "0");
   EXPECT_EQ(charge(first).text(), "128||CHFA=125 ENO=TV1 ETY=Television|CHFA=126 TITL=Volcanoes");
+  const std::string room = save(times(2, "09:45", "12:00"), "", "RID=1", 1);
+  const std::string empty = save(times(2, "09:45", "12:00"), "");
+  EXPECT_EQ(charge(room).rc, 0);
+  EXPECT_EQ(charge(room).text(), "128||CHFA=107 RNM=Classroom A");
+  EXPECT_EQ(charge(empty).rc, 0);
+  EXPECT_EQ(charge(empty).text(), "128||CHFA=126 TITL=Booking 0000004")
+      << "a refusal is never without reason";
   EXPECT_EQ(charge("77").rc, 2);
   send("CANBK", "BOOKID=" + second);
   EXPECT_EQ(charge(second).rc, 7);

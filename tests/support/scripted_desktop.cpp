@@ -53,6 +53,7 @@ void ScriptedDesktop::expectInput(std::string prompt, std::optional<std::string>
 
 int ScriptedDesktop::messageBox(const Box& box) {
   const auto announcement = take(inWords(box.kind, box.text, box.caption));
+  if (onBox) onBox();
   // A box that nobody announced is closed, which is its last button.
   return announcement ? announcement->answer : static_cast<int>(box.buttons.size()) - 1;
 }

@@ -51,6 +51,8 @@ class ScriptedDesktop : public Desktop {
   std::vector<std::string> helpTopics;
   /// Runs at each repaint, for tests that watch what the operator sees during a command.
   std::function<void(Form&)> onRepaint;
+  /// The same while a box stands open.
+  std::function<void()> onBox;
 
   void show(Form& form) override;
   void hide(Form& form) override;

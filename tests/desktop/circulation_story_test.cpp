@@ -1,0 +1,151 @@
+// A booking's way through the desk, from its search to the last scan.
+#include <QComboBox>
+#include <QListView>
+#include <set>
+
+#include "desktop/desk_story.h"
+
+namespace vantry::test {
+namespace {
+
+struct CirculationStory : DeskStory {
+  struct Booked {
+    std::string id, number;
+  };
+  /// Books two laptops and two microphones for that day, by their kinds only.
+  Booked book(const std::string& date) {
+    const std::vector<std::pair<const char*, std::string>> tags = {{"STIME", date + " 12:00:00"},
+                                                                   {"ETIME", date + " 14:00:00"},
+                                                                   {"PID", "1"},
+                                                                   {"PGID", "1"},
+                                                                   {"PPID", "0"},
+                                                                   {"ADBK", "N"},
+                                                                   {"LOC", app().context.locationId},
+                                                                   {"BTID", "3"},
+                                                                   {"ETI", kLaptop},
+                                                                   {"IFL", "N"},
+                                                                   {"ETI", kLaptop},
+                                                                   {"IFL", "N"},
+                                                                   {"ETI", kMicrophone},
+                                                                   {"IFL", "N"},
+                                                                   {"ETI", kMicrophone},
+                                                                   {"IFL", "N"},
+                                                                   {"SCHCOM", ""},
+                                                                   {"ODE", "0"},
+                                                                   {"OPU", "0"},
+                                                                   {"WIZ", "N"}};
+    for (const auto& [tag, value] : tags) app().message.Add(tag, value);
+    EXPECT_EQ(app().message.Send("NEWBK"), 0);
+    return {app().message.Get("BOOKID"), app().message.Get("CNUM")};
+  }
+  std::string status(const Booked& booked) {
+    app().message.Add("BOOKID", booked.id);
+    EXPECT_EQ(app().message.Send("GETMSD"), 0);
+    return app().message.Get("BKRES");
+  }
+  /// Opens the view and chooses a type of search by keys; the focus goes on to the text.
+  void open(ViewId view, const char* types, int type) {
+    desktop.dispatch([&] { mainWindow().showView(view); });
+    desktop.handleEvents();
+    auto& list = find<QComboBox>(mainWindow(), types);
+    list.setFocus();
+    for (int step = 0; step < type; ++step) QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(list.currentIndex(), type);
+    QTest::keyClick(&list, Qt::Key_Tab);
+  }
+  /// As a wand does: letters and an Enter to whatever has the focus, which must be this text.
+  void scan(const char* text, const std::string& letters) {
+    auto& line = find<QLineEdit>(mainWindow(), text);
+    ASSERT_TRUE(waitUntil([&] { return line.hasFocus(); })) << text;
+    QTest::keyClicks(&line, QString::fromStdString(letters));
+    QTest::keyClick(&line, Qt::Key_Return);
+    desktop.handleEvents();
+    EXPECT_TRUE(waitUntil([&] { return line.hasFocus(); })) << text;
+  }
+
+  static constexpr const char* kLaptop = "1";
+  static constexpr const char* kMicrophone = "10";
+};
+
+TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
+  logOnAs("desk");
+  start();
+  const Booked booked = book("2026-11-24");
+
+  // Out.
+  open(ViewId::Charge, "cboChargeSearch", 2);
+  scan("txtChargeSearchFor", booked.number);
+  EXPECT_EQ(sent("SSC"), 1) << "the default button has not searched as well";
+  EXPECT_EQ(find<GridView>(mainWindow(), "faChargeBookings").model()->rowCount(), 1);
+  EXPECT_TRUE(find<QWidget>(mainWindow(), "tvwCDetails").isVisible()) << "found alone, its details open";
+  std::set<QString> numbers;
+  whenShown("faGenEquip", [&](QWidget& window) {
+    const QAbstractItemModel& pieces = *window.findChild<GridView*>("faGenEquip")->model();
+    for (int row = 0; row < pieces.rowCount(); ++row) numbers.insert(pieces.index(row, 2).data().toString());
+    QTest::keyClick(&window, Qt::Key_Return);
+  });
+  answerBox("Booking charged successfully!", "OK");
+  button("cmdCCharge").click();
+  desktop.handleEvents();
+  EXPECT_EQ(numbers.size(), 4U) << "two different pieces of each kind";
+  EXPECT_EQ(status(booked), "99");
+  answerBox("Selected booking already charged!", "OK");
+  scan("txtChargeSearchFor", booked.number);  // in place of what was scanned before
+  EXPECT_EQ(sent("SSC"), 2);
+
+  // Half of it back by the dialog.
+  open(ViewId::Discharge, "cboDischargeSearch", 2);
+  scan("txtDischargeSearchFor", booked.number);
+  EXPECT_EQ(sent("SSD"), 1);
+  std::vector<std::string> out;
+  whenShown("lstEquipment", [&](QWidget& window) {
+    auto& list = *window.findChild<QListView*>("lstEquipment");
+    ASSERT_EQ(list.model()->rowCount(), 4);
+    for (const int row : {1, 2}) {
+      const QModelIndex line = list.model()->index(row, 0);
+      out.push_back(line.data().toString().section(" - ", -1).toStdString());
+      QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(line).center());
+    }
+    window.findChild<QPushButton*>("cmdOK")->click();
+  });
+  answerBox("Selected items discharged successfully!", "OK");
+  button("cmdDDischarge").click();
+  desktop.handleEvents();
+  ASSERT_EQ(out.size(), 2U);
+  EXPECT_EQ(status(booked), "99") << "something is still out";
+  EXPECT_EQ(find<GridView>(mainWindow(), "faDischargeBookings").model()->rowCount(), 1);
+
+  // The rest by the wand.
+  open(ViewId::QuickDischarge, "cboQuickDischargeType", 2);
+  for (const std::string& barcode : out) {
+    EXPECT_EQ(status(booked), "99");
+    scan("txtQuickDischargeItem", barcode);
+    EXPECT_EQ(find<QLineEdit>(mainWindow(), "txtQuickDischargeItem").text(), "") << "ready for the next one";
+  }
+  EXPECT_EQ(status(booked), "1");
+  EXPECT_EQ(sent("DBK"), 3);
+  answerBox("Unable to find booking information.", "OK");
+  scan("txtQuickDischargeItem", out.front());
+}
+
+TEST_F(CirculationStory, ARefusedChargeTellsWhyAndChangesNothing) {
+  logOnAs("desk");
+  start();
+  const Booked booked = book("2026-11-25");
+  open(ViewId::Charge, "cboChargeSearch", 2);
+  scan("txtChargeSearchFor", booked.number);
+  whenShown("faErrors", [](QWidget& window) {
+    const QString reason = window.findChild<GridView*>("faErrors")->model()->index(0, 0).data().toString();
+    EXPECT_TRUE(reason.startsWith("Booking charged too early:  cannot charge before "))
+        << reason.toStdString();
+    QTest::keyClick(&window, Qt::Key_Return);
+  });
+  button("cmdCCharge").click();
+  desktop.handleEvents();
+  EXPECT_EQ(find<GridView>(mainWindow(), "faChargeBookings").model()->rowCount(), 1);
+  EXPECT_EQ(status(booked), "0");
+  EXPECT_EQ(sent("CBK"), 1);
+}
+
+}  // namespace
+}  // namespace vantry::test
