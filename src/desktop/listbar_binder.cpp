@@ -4,6 +4,7 @@
 #include <QPixmap>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <algorithm>
 
 #include "desktop/binder.h"
 #include "desktop/icons.h"
@@ -17,7 +18,17 @@ static constexpr int kKeyRole = Qt::UserRole;
 static constexpr int kCurrentRole = Qt::UserRole + 1;
 static constexpr int kEntryHeight = 30;
 static constexpr int kGroupHeight = 32;
-static constexpr int kBarWidth = 208;
+/// A bar is as wide as its captions want, within limits.
+static constexpr int kNarrowest = 208;
+static constexpr int kWidest = 300;
+/// Where a caption starts, behind its picture.
+static constexpr int kCaptionLeft = 4 * style::kUnit + style::kToolIcon + 2;
+
+/// The entry whose view shows is written in bold.
+static QFont currentFont(QFont font) {
+  font.setWeight(QFont::DemiBold);
+  return font;
+}
 
 /// Headings of groups and entries with their pictures; the entry whose view shows is marked.
 class ListBarDelegate : public QStyledItemDelegate {
@@ -25,7 +36,7 @@ class ListBarDelegate : public QStyledItemDelegate {
   using QStyledItemDelegate::QStyledItemDelegate;
 
   QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const override {
-    return {kBarWidth, index.parent().isValid() ? kEntryHeight : kGroupHeight};
+    return {kNarrowest, index.parent().isValid() ? kEntryHeight : kGroupHeight};
   }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
@@ -69,12 +80,10 @@ class ListBarDelegate : public QStyledItemDelegate {
                         option.rect.center().y() - style::kToolIcon / 2 + 1, style::kToolIcon,
                         style::kToolIcon);
     index.data(Qt::DecorationRole).value<QIcon>().paint(&painter, picture);
-    QFont font = option.font;
-    if (current) font.setWeight(QFont::DemiBold);
+    const QFont font = current ? currentFont(option.font) : option.font;
     painter.setFont(font);
     painter.setPen(option.palette.color(QPalette::Text));
-    const QRect room =
-        option.rect.adjusted(picture.right() - option.rect.left() + style::kUnit + 3, 0, -style::kUnit, 0);
+    const QRect room = option.rect.adjusted(kCaptionLeft, 0, -style::kUnit, 0);
     painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
                      QFontMetrics(font).elidedText(index.data().toString(), Qt::ElideRight, room.width()));
   }
@@ -91,7 +100,7 @@ class ListBarWidget : public QTreeWidget {
     setExpandsOnDoubleClick(false);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(ScrollPerPixel);
-    setFixedWidth(kBarWidth);
+    setFixedWidth(kNarrowest);
     setItemDelegate(new ListBarDelegate(this));
     setAutoScroll(false);
   }
@@ -151,15 +160,21 @@ class ListBarBinder : public Binder {
  private:
   void showGroups() {
     widget_.clear();
+    const QFontMetrics metrics(currentFont(widget_.font()));
+    int widest = 0;
     for (const BarGroup& group : bar_.Groups()) {
       auto* heading = new QTreeWidgetItem(&widget_, {qt(group.caption)});
       heading->setFlags(Qt::ItemIsEnabled);
       for (const BarEntry& entry : group.entries) {
         auto* item = new QTreeWidgetItem(heading, {qt(entry.caption)});
         item->setData(0, kKeyRole, qt(entry.key));
+        const int width = kCaptionLeft + metrics.horizontalAdvance(item->text(0)) + 2 * style::kUnit;
+        if (width > kWidest) item->setToolTip(0, item->text(0));  // it will be cut
+        widest = std::max(widest, width);
         if (!entry.picture.empty()) item->setIcon(0, icon(entry.picture));
       }
     }
+    widget_.setFixedWidth(std::clamp(widest, kNarrowest, kWidest));
     showOpenGroups();
     showCurrent();
   }

@@ -87,8 +87,10 @@ void OpenRecordWindow(App& app, int kind, std::string_view id) {
   const auto slot = static_cast<std::size_t>(kind);
   app.slots.ids[slot] = id;
   app.slots.modes[slot] = isNew ? 1 : 0;
-  // Several new records can stand side by side: the number of loaded windows tells them apart.
-  const std::string tag = windowTag(kind, isNew ? std::to_string(app.windows.Count()) : std::string(id));
+  // Several new records can stand side by side: the number of loaded windows tells them apart. It is marked,
+  // so that no window of a new record is taken for that of the record with this id.
+  const std::string tag =
+      windowTag(kind, isNew ? "new " + std::to_string(app.windows.Count()) : std::string(id));
   readType(app, kind, id);
   if (kind != kMaintenance || !isNew || askForPiece(app)) showRecord(app, kind, tag);
   app.global.ReadyAllForms();

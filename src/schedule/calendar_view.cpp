@@ -75,6 +75,7 @@ void CalendarView::read() {
   app.message.Add(kind_.span, "Y");
   parts_.showMessage("Requesting Data From Server...");
   const int rc = app.message.Send("BOOKMTH");
+  parts_.showMessage("");  // a failure leaves no promise behind
   if (rc != 0) {
     app.global.ReadyAllForms();
     app.global.ReportRequestError(rc, "BOOKMTH", parts_.form.Name());
@@ -82,7 +83,6 @@ void CalendarView::read() {
   }
   shown_ = calendar().Value;
   markDays();
-  parts_.showMessage("");
   app.global.ReadyAllForms();
 }
 

@@ -47,13 +47,13 @@ std::string indexed(std::string_view name, int index) {
 
 struct frmSched::Pane {
   Pane(Frame& frame, int index)
-      : lblCalendar(frame, indexed("lblCalendar", index), "C&alendar:"),
+      : lblCalendar(frame, indexed("lblCalendar", index), "Calendar:"),
         cboCalendar(frame, indexed("cboCalendar", index)),
         lblCalStartDate(frame, indexed("lblCalStartDate", index), "Start Date:"),
         dtCalStartDate(frame, indexed("dtCalStartDate", index)),
         lblCalEndDate(frame, indexed("lblCalEndDate", index), "End Date:"),
         dtCalEndDate(frame, indexed("dtCalEndDate", index)),
-        lblExceptions(frame, indexed("lblExceptions", index), "&Exceptions:"),
+        lblExceptions(frame, indexed("lblExceptions", index), "Exceptions:"),
         lstExceptions(frame, indexed("lstExceptions", index)) {
     dtCalStartDate.Enabled = dtCalEndDate.Enabled = false;
     for (std::size_t day = 0; day < kWeekdays; ++day) {

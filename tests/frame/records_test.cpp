@@ -92,6 +92,17 @@ TEST_F(Records, SeveralNewRecordsStandSideBySide) {
   EXPECT_EQ(newest().told, "0 id= mode=1 type=/ source=10") << "nothing of the record before";
 }
 
+TEST_F(Records, ANewRecordIsNotTakenForTheRecordThatHasItsNumber) {
+  OpenRecordWindow(*app, kBooking, "");
+  ASSERT_EQ(tags().size(), 1u);
+  for (const char* id : {"1", "2", "3"}) {
+    OpenRecordWindow(*app, kBooking, id);
+    EXPECT_EQ(newest().told, "7 id=" + std::string(id) + " mode=0 type=/ source=5");
+  }
+  for (const char* id : {"1", "2", "3"}) CloseRecordWindow(*app, kBooking, id);
+  EXPECT_EQ(tags().size(), 1u) << "what is typed into the new one stays";
+}
+
 TEST_F(Records, AFailedTypeLeavesEmptySlotsAndTheWindowOpens) {
   server.expect("GETEGTN", "EID=5").replies("ETY=TV ETI=2");
   OpenRecordWindow(*app, kEquipment, "5");
@@ -153,6 +164,25 @@ TEST_F(Records, ADeletionIsAskedForAndNotReported) {
   EXPECT_EQ(VerifyDelete(*app, "5", "2"), 103);
   server.expect("VERDELE", "VID=6 VTY=1");
   EXPECT_EQ(VerifyDelete(*app, "6", "1"), 0);
+}
+
+TEST_F(Records, AListOfCategoriesThatFailsIsEmptyAndTheOthersAreRead) {
+  app->context.categories.groups = {{"9", "of the operator before", "1", false}};
+  server.expect("GETECAT").replies("ETI=1 ETY=TV MIC=3 | ETI=2 ETY=Projector MIC=0");
+  server.expect("GETGCAT").fails(108);
+  desktop.expectWarning("Barcode is not active!");
+  server.expect("GETRCAT").replies("RTI=4 RTY=Lab MIC=2 RST=Y | RTI=5 RTY=Hall MIC=1 RST=N");
+  server.expect("GETMYER").replies("MYE=2025 | MYE=2026");
+  LoadCategoryLists(*app);
+  const CategoryLists& lists = app->context.categories;
+  ASSERT_EQ(lists.equipment.size(), 2u);
+  EXPECT_EQ(lists.equipment[1].id + lists.equipment[1].name + lists.equipment[1].count, "2Projector0");
+  EXPECT_TRUE(lists.groups.empty());
+  ASSERT_EQ(lists.rooms.size(), 2u);
+  EXPECT_EQ(lists.rooms[0].id + lists.rooms[0].name + lists.rooms[0].count, "4Lab2");
+  EXPECT_TRUE(lists.rooms[0].storage);
+  EXPECT_FALSE(lists.rooms[1].storage);
+  EXPECT_EQ(lists.years, (std::vector<std::string>{"2025", "2026"}));
 }
 
 /// A window with one field of each kind that can be required.

@@ -82,6 +82,7 @@ TEST_F(CalendarViews, AFailureIsReportedAndLeavesTheWindowReady) {
   server.expect("BOOKMTH", "DATE=2026-11-01 HBK=N MNTHS=Y").fails(-95);
   main().menus.mnuViewScheduleMonth.choose();
   EXPECT_EQ(month().lblNumBookings.Caption, "");
+  EXPECT_EQ(main().StatusBar1.Panels(2).Text, "");
   EXPECT_TRUE(main().Enabled);
 }
 

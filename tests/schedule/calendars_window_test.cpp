@@ -98,6 +98,20 @@ TEST_F(Calendars, ACalendarThatIsNotFoundLeavesWhatStood) {
   EXPECT_TRUE(main().Enabled);
 }
 
+TEST_F(Calendars, ExceptionsThatCannotBeReadAreNotThoseOfTheCalendarBefore) {
+  expectLists("MCID=3 MCDESC=A MCCAL=Y | MCID=4 MCDESC=B MCCAL=N");
+  server.expect("GCDTL", "MCID=3").replies("MCID=3 MOP=N");
+  server.expect("GCALEX", "MCID=3").replies("EXDT=2026-12-25 EXOP=N EXOPH=\"\" EXCLH=\"\"");
+  open();
+  server.expect("GCDTL", "MCID=4").replies("MCID=4 MOP=Y MHBE=0900 MHEE=1000");
+  server.expect("GCALEX", "MCID=4").fails(108);
+  desktop.expectWarning("Barcode is not active!");
+  at<ComboBox>("cboCalendar").select(1);
+  EXPECT_EQ(hours("lblMonHours"), "09:00 AM to 10:00 AM");
+  EXPECT_EQ(at<ListBox>("lstExceptions").ListCount(), 0);
+  EXPECT_TRUE(main().Enabled);
+}
+
 TEST_F(Calendars, OneFrameShowsAndOneWindowStands) {
   expectLists("");
   open();

@@ -275,6 +275,18 @@ TEST_F(MainWindowTest, ToolsRunTheirCommands) {
   EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"day"});
 }
 
+TEST_F(MainWindowTest, MergedCellsFollowTheOptionsAndAreAppliedOnce) {
+  logOn();
+  main().showView(ViewId::Day);
+  for (const bool on : {true, true, false}) {
+    app->makers.addCommand("frmOptions", [on](App& a) { a.preferences.MergeCells = on; });
+    main().menus.mnuToolsOptions.choose();
+    EXPECT_EQ(app->preferences.MergeCells, on);
+    EXPECT_EQ(main().menus.mnuViewMergeCells.Checked, on);
+    EXPECT_EQ(day().faDayBookings.MergeCells.get(), on ? MergeMode::Free : MergeMode::Never);
+  }
+}
+
 TEST_F(MainWindowTest, TheSearchKnowsWhichListShows) {
   logOn();
   app->makers.addCommand("frmFind", [](App&) {});
