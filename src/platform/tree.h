@@ -40,7 +40,7 @@ class Tree : public Control {
   Event Click;
   Event DblClick;
   Event Expand;
-  Event Check;  ///< the operator ticks the selected node on or off
+  Event Check;       ///< the operator ticks the selected node on or off
   Event RightClick;  ///< on the selected node, if there is one
 
   /// Adds a node below the parent (empty: a root). Nothing when the key is taken or the parent is unknown.

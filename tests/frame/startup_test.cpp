@@ -242,7 +242,8 @@ TEST_F(StartUp, ALogOffStopsTheMonitorAndEmptiesTheCalendars) {
     form.Unload();
   });
   EXPECT_TRUE(endsProgram([&] { main().menus.mnuFileLogoff.choose(); }));
-  EXPECT_EQ(main().chargeView.cboChargeSearch.ListIndex.get(), 2) << "the lists are as preferred for the next operator";
+  EXPECT_EQ(main().chargeView.cboChargeSearch.ListIndex.get(), 2)
+      << "the lists are as preferred for the next operator";
 }
 
 TEST_F(StartUp, AGivenUpConnectionEndsTheProgramInTheMiddleOfACommand) {
