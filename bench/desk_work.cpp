@@ -109,14 +109,30 @@ class DeskWork {
     return tags;
   }
 
+  /// Pieces that the desk may book for that time.
+  std::vector<std::string> freePieces() {
+    std::vector<std::string> ids;
+    for (int piece = 1; piece <= 400 && ids.size() < kThings; ++piece) {
+      TagMessage& m = app().message;
+      const std::string id = std::to_string(piece);
+      const std::pair<std::string_view, std::string> check[] = {{tags::BOOKID, "0"},  {tags::RID, "1"},
+                                                                {tags::PGID, "0"},    {tags::STIME, kStart},
+                                                                {tags::ETIME_, kEnd}, {tags::EID, id}};
+      for (const auto& [tag, value] : check) m.Add(tag, value);
+      if (m.Send("VALEAVL") == 0) ids.push_back(id);
+    }
+    return ids;
+  }
+
   void makeBooking() {
     const std::vector<TagValue> media = items();
+    const std::vector<std::string> pieces = freePieces();
     TagMessage& m = app().message;
     const std::pair<std::string_view, const char*> head[] = {
         {tags::STIME, kStart}, {tags::ETIME_, kEnd}, {tags::PID, "0"}, {tags::PGID, "0"},
         {tags::PPID, "0"},     {tags::ADBK, "Y"},    {tags::RID, "1"}, {tags::BTID, "2"}};
     for (const auto& [tag, value] : head) m.Add(tag, value);
-    for (int piece = 1; piece <= kThings; ++piece) m.Add(tags::EID, std::to_string(piece));
+    for (const std::string& piece : pieces) m.Add(tags::EID, piece);
     for (const TagValue& tag : media) m.Add(tag.tag, tag.value);
     const std::pair<std::string_view, const char*> tail[] = {{tags::SCHCOM, ""}, {tags::ODE, "0"},
                                                              {tags::OPU, "0"},   {tags::WIZ, "N"},
@@ -158,7 +174,7 @@ class DeskWork {
     for (int round = 0; round < kRounds; ++round) {
       const TreeNode* root = panel.tvwOtherEquipment.find("ThirdRoot");
       const TreeNode& piece = *root->children.back();
-      const std::string number = piece.columns.empty() ? piece.text : piece.columns.front();
+      const std::string number = piece.text;
       panel.tvwOtherEquipment.SelectedKey = piece.key;
       panel.cmdRemoveEquipment_Click();
       panel.txtEquipBarcode.type(number);

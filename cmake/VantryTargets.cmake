@@ -28,9 +28,10 @@ function(vantry_layer name)
   target_link_libraries(${name} PUBLIC vantry_flags vantry_sanitized ${ARG_LINKS})
 endfunction()
 
-# The tests of one folder as one program; it links the lowest layer that holds what it tests.
+# The tests of one folder as one program; it links the lowest layer that holds what it tests. The suites that TOGETHER
+# names (a pattern) run in one process, since they share a server that is slow to set up; all others one by one.
 function(vantry_tests folder)
-  cmake_parse_arguments(ARG "" "" "LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TOGETHER" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
   if(NOT sources)
     return()
@@ -40,6 +41,12 @@ function(vantry_tests folder)
   target_include_directories(${program} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
   target_link_libraries(${program} PRIVATE ${ARG_LINKS} vantry_flags vantry_sanitized GTest::gmock_main)
   target_precompile_headers(${program} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
-  gtest_discover_tests(${program} TEST_PREFIX "${folder}: " DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+  set(one_by_one)
+  if(ARG_TOGETHER)
+    set(one_by_one TEST_FILTER "-${ARG_TOGETHER}")
+    add_test(NAME "${folder}: ${ARG_TOGETHER}" COMMAND ${program} "--gtest_filter=${ARG_TOGETHER}")
+    set_tests_properties("${folder}: ${ARG_TOGETHER}" PROPERTIES TIMEOUT 600 LABELS "${folder}")
+  endif()
+  gtest_discover_tests(${program} TEST_PREFIX "${folder}: " DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 ${one_by_one}
                        PROPERTIES TIMEOUT 120 LABELS "${folder}")
 endfunction()

@@ -4,6 +4,7 @@
 
 #include "booking/editor_fixture.h"
 #include "booking/frmRequester.h"
+#include "booking/real_fixture.h"
 #include "platform/text.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
@@ -76,12 +77,9 @@ struct RealEditor : testing::Test {
     std::string name = (fs::temp_directory_path() / "vantry-editor-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
     folder = name;
-    DemoOptions demo;
-    demo.date = "2026-11-24";
-    demo.daysBack = 3;
-    demo.daysAhead = 5;
+    copyLibrary(folder / "library.sqlite");
     embedded = std::make_unique<EmbeddedServer>(
-        EmbeddedServer::Options{folder / "library.sqlite", demo, true, [] { return kNow; }});
+        EmbeddedServer::Options{folder / "library.sqlite", {}, true, [] { return kNow; }});
   }
   static void TearDownTestSuite() {
     embedded.reset();

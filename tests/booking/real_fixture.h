@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 
@@ -10,6 +12,22 @@
 
 namespace vantry::test {
 
+/// The demo library of these tests, made once; each suite works on a copy of it.
+inline void copyLibrary(const std::filesystem::path& file) {
+  static const std::filesystem::path made = [&] {
+    const std::filesystem::path first =
+        std::filesystem::temp_directory_path() / ("vantry-library-" + std::to_string(::getpid()));
+    DemoOptions demo;
+    demo.date = "2026-11-24";
+    demo.daysBack = 3;
+    demo.daysAhead = 5;
+    createDemoDatabase(first.string(), demo);
+    return first;
+  }();
+  static const std::shared_ptr<void> gone(nullptr, [](void*) { std::filesystem::remove(made); });
+  std::filesystem::copy_file(made, file);
+}
+
 /// A desk at the demo library on the real server, around 24 November 2026.
 struct RealLibrary : testing::Test {
   static inline std::filesystem::path folder;
@@ -19,12 +37,8 @@ struct RealLibrary : testing::Test {
     std::string name = (std::filesystem::temp_directory_path() / "vantry-booking-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
     folder = name;
-    DemoOptions demo;
-    demo.date = "2026-11-24";
-    demo.daysBack = 3;
-    demo.daysAhead = 5;
-    embedded =
-        std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder / "library.sqlite", demo, true});
+    copyLibrary(folder / "library.sqlite");
+    embedded = std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder / "library.sqlite", {}, true});
   }
   static void TearDownTestSuite() {
     embedded.reset();
