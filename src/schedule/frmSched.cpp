@@ -65,13 +65,8 @@ struct frmSched::Pane {
         Fields{lblCalendar, cboCalendar, lblCalStartDate,
                Row{dtCalStartDate, Gap{}, lblCalEndDate, dtCalEndDate, Stretch{}}},
         Gap{},
-        Row{Column{Fields{*lblDay[0], *lblHours[0], *lblDay[1], *lblHours[1], *lblDay[2], *lblHours[2],
-                          *lblDay[3], *lblHours[3]}}
-                .share(1),
-            Gap{},
-            Column{Fields{*lblDay[4], *lblHours[4], *lblDay[5], *lblHours[5], *lblDay[6], *lblHours[6]},
-                   Stretch{}}
-                .share(1)},
+        Fields{*lblDay[0], *lblHours[0], *lblDay[1], *lblHours[1], *lblDay[2], *lblHours[2], *lblDay[3],
+               *lblHours[3], *lblDay[4], *lblHours[4], *lblDay[5], *lblHours[5], *lblDay[6], *lblHours[6]},
         Gap{},
         lblExceptions,
         lstExceptions};
