@@ -11,6 +11,8 @@
 #include <iostream>
 
 #include "booking/frmBooking.h"
+#include "booking/frmSupervisor.h"
+#include "booking/modBooking_policy.h"
 #include "desktop/demo_operator.h"
 #include "desktop/form_window.h"
 #include "desktop/installed_components.h"
@@ -20,6 +22,7 @@
 #include "frame/modMain.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
+#include "platform/text.h"
 #include "schedule/frmSched.h"
 #include "schedule/program.h"
 #include "transport/embedded_server.h"
@@ -38,9 +41,10 @@ class Tour {
 
   void run() {
     watch_.start(60);
-    const std::vector<std::function<void()>> stops = {
-        [this] { views(); },       [this] { newBooking(); }, [this] { pickUp(); }, [this] { savedBooking(); },
-        [this] { circulation(); }, [this] { session(); },    [this] { monitor(); }};
+    const std::vector<std::function<void()>> stops = {[this] { views(); },       [this] { newBooking(); },
+                                                      [this] { pickUp(); },      [this] { savedBooking(); },
+                                                      [this] { circulation(); }, [this] { policy(); },
+                                                      [this] { session(); },     [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -221,6 +225,82 @@ class Tour {
   void monitor() {
     main().mnuModeDaemon_Click();
     picture(main(), "monitor");
+  }
+
+  int ask(std::string_view code, const std::vector<TagValue>& tags) {
+    for (const auto& [tag, value] : tags) app().message.Add(tag, value);
+    return app().message.Send(code);
+  }
+  /// A check of equipment or media for a group that is trusted with little, at that time.
+  int check(std::string_view code, std::vector<TagValue> head, const std::string& start,
+            const std::string& end, std::initializer_list<TagValue> thing) {
+    head.insert(head.begin(), {"BOOKID", "0"});
+    head.push_back({"STIME", start});
+    head.push_back({"ETIME", end});
+    head.insert(head.end(), thing);
+    return ask(code, head);
+  }
+
+  /// What the server refuses, as the operator meets it.
+  void policy() {
+    const std::string day = serverDate(app().clock.now().date);
+    const int limit = check("VEUL", {{"PGID", "7"}, {"BTID", "2"}}, day + " 09:00:00", day + " 20:00:00",
+                            {{"ETI", "8"}, {"IFL", "N"}});
+    (void)ValidateEquipmentLimit(app(), limit, app().message.Get("ETY"));
+    frmSupervisor(app(), "OVOTR").ShowModal();
+    OpenRecordWindow(app(), kBooking, "");
+    if (auto* editor = last<frmBooking>()) {
+      const BookingForm form{app(),
+                             *editor,
+                             editor->times,
+                             editor->media.faMedia,
+                             editor->equipment.tvwOtherEquipment,
+                             editor->equipment.tvwEquipment};
+      BookingRecord record;
+      record.PatronGroupId = 1;
+      record.RoomId = 3;  // under renovation in the small library
+      (void)ValidateLibSchedRoom(form, record);
+      editor->Closing = true;
+      editor->Unload();
+    }
+    takenThings(day);
+    if (ask("CDELTM", {{"PGID", "1"},
+                       {"ADBK", "N"},
+                       {"STIME", day + " 02:00:00"},
+                       {"SDOW", "1"},
+                       {"ETIME", day + " 03:00:00"},
+                       {"EDOW", "1"}}) == 167)
+      ShowCalendarConflict(app());
+  }
+
+  /// A piece and an item that a booking of the day has.
+  void takenThings(const std::string& day) {
+    (void)ask("BOOKDAY", {{"DATE", day}, {"HBK", "N"}});
+    std::vector<std::pair<std::string, std::string>> bookings;
+    while (app().message.NextRecord("BOOKID"))
+      if (app().message.Get("BKRES") == "0")
+        bookings.emplace_back(app().message.Get("BOOKID"), app().message.Get("STIME"));
+    bool piece = false, item = false;
+    for (const auto& [id, start] : bookings) {
+      const std::string end = start.substr(0, 14) + "59:00";
+      if (!piece && ask("GETSEQ", {{"BOOKID", id}}) == 0 && val(app().message.Get("EID")) != 0) {
+        const int rc =
+            check("VALEAVL", {{"LOC", "1"}, {"PGID", "3"}}, start, end, {{"EID", app().message.Get("EID")}});
+        piece = rc == 149;
+        if (piece) (void)ValidateEquipmentUsage(app(), rc, app().message.Get("ETY"));
+      }
+      if (!item && ask("GETSITM", {{"BOOKID", id}}) == 0 && val(app().message.Get("IM")) != 0) {
+        TagMessage& m = app().message;
+        const std::vector<TagValue> thing = {
+            {"MTID", m.Get("MTID")}, {"BI", m.Get("BI")}, {"MI", m.Get("MI")}, {"IM", m.Get("IM")}};
+        std::vector<TagValue> tags = {
+            {"BOOKID", "0"}, {"LOC", "1"}, {"PGID", "3"}, {"STIME", start}, {"ETIME", end}};
+        tags.insert(tags.end(), thing.begin(), thing.end());
+        const int rc = ask("VALIAVL", tags);
+        item = rc == 150;
+        if (item) (void)ValidateItemUsage(app(), rc);
+      }
+    }
   }
 
   QtDesktop& desktop_;
