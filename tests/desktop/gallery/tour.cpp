@@ -192,11 +192,13 @@ class Tour {
     main().showView(ViewId::Discharge);
     DischargeView& discharge = main().dischargeView;
     discharge.cboDischargeSearch.ListIndex = 5;
-    discharge.txtDischargeSearchFor.type("S?");
-    discharge.cmdDSearch_Click();
-    discharge.cmdDDetails_Click();
+    for (char letter = 'A'; letter <= 'Z' && !discharge.fraDBookings.Visible; ++letter) {
+      discharge.txtDischargeSearchFor.type(std::string(1, letter) + "?");
+      discharge.cmdDSearch_Click();
+    }
     picture(main(), "discharge-found");
     discharge.cmdDDischarge_Click();
+    app().circulation().showNote("Schedule Popup Note:  Lecture Hall 121 - The key is with the porter.");
     main().showView(ViewId::QuickDischarge);
     main().quickDischargeView.cmdBackDate_Click();
     picture(main(), "quick-back-date");
