@@ -22,6 +22,14 @@ double memoryMegabytes() {
   return static_cast<double>(resident) * 4096 / 1e6;
 }
 
+DemoOptions busyToday(const std::string& bookings) {
+  DemoOptions options;
+  options.date = serverDate(kToday);
+  options.bookingsOn = options.date;
+  options.bookingsOnCount = std::stoi(bookings);
+  return options;
+}
+
 DeliveryResult TimedTransport::send(const Request& request) {
   const auto start = Stopwatch::now();
   DeliveryResult result = line_.send(request);

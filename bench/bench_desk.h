@@ -58,6 +58,9 @@ struct Bench {
   double startMilliseconds;  ///< from the program's start to the first view
 };
 
+/// A library with so many bookings more than usual on `kToday`.
+[[nodiscard]] DemoOptions busyToday(const std::string& bookings);
+
 /// Logs the small library's operator on and measures. The library is made from the options in `file` when it
 /// is missing. What is set in `preferences` counts. Returns the program's exit code.
 [[nodiscard]] int measureAtTheDesk(const std::string& file, const DemoOptions& options,

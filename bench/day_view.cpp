@@ -52,10 +52,6 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: day_view FOLDER COUNT\n");
     return 2;
   }
-  DemoOptions options;
-  options.date = serverDate(bench::kToday);
-  options.bookingsOn = options.date;
-  options.bookingsOnCount = std::stoi(argv[2]);
-  return bench::measureAtTheDesk(std::string(argv[1]) + "/day-" + argv[2] + ".sqlite", options,
-                                 {{"View", "0"}}, bench::measure);
+  return bench::measureAtTheDesk(std::string(argv[1]) + "/day-" + argv[2] + ".sqlite",
+                                 bench::busyToday(argv[2]), {{"View", "0"}}, bench::measure);
 }

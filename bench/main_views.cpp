@@ -52,10 +52,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: main_views FOLDER COUNT\n");
     return 2;
   }
-  DemoOptions options;
-  options.date = serverDate(bench::kToday);
-  options.bookingsOn = options.date;
-  options.bookingsOnCount = std::stoi(argv[2]);
-  return bench::measureAtTheDesk(std::string(argv[1]) + "/year-" + argv[2] + ".sqlite", options,
-                                 {{"View", "1"}, {"Historical", "true"}}, bench::measure);
+  return bench::measureAtTheDesk(std::string(argv[1]) + "/year-" + argv[2] + ".sqlite",
+                                 bench::busyToday(argv[2]), {{"View", "1"}, {"Historical", "true"}},
+                                 bench::measure);
 }

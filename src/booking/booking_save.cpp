@@ -282,6 +282,7 @@ void BookingSave::showCreated() {
   w_.showProperties();
   w_.setTitle(savedBookingTitle(record.ConfirmationNumber));
   w_.requester.lockRequester();
+  w_.times.endMultiple();  // a stored booking has one time, and the way to the list is closed
   if (w_.pickupMode_ && app_.preferences.AutoCharge) w_.mnuBookingCharge_Click();
   if (app_.preferences.AutoPrintConf && w_.SaveOk) w_.print();
   w_.times.cmdMultipleBookings.Visible = false;

@@ -27,11 +27,11 @@ class frmOverrideLibSched : public Form {
 
   std::string OverrideResult = "0";  ///< "1": overridden, or the warning was read
 
-  Label lblMessage{*this, "lblMessage", "Status &Message:"};
+  Label lblMessage{*this, "lblMessage", "Status Message:"};
   TextBox txtMessage{*this, "txtMessage"};
-  Label lblDate{*this, "lblDate", "Status &Date:"};
+  Label lblDate{*this, "lblDate", "Status Date:"};
   DateField dtDate{*this, "dtDate"};
-  Label lblStatusNote{*this, "lblStatusNote", "Status &Note:"};
+  Label lblStatusNote{*this, "lblStatusNote", "Status Note:"};
   TextBox txtStatusNote{*this, "txtStatusNote"};
   Button cmdOK{*this, "cmdOK", "&OK"};
   Button cmdOverride{*this, "cmdOverride", "O&verride"};

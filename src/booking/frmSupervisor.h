@@ -24,7 +24,7 @@ class frmSupervisor : public Form {
   std::string OperatorId;  ///< whose login was accepted; empty for nobody's
 
   Label lblHint{*this, "lblHint", "A supervisor may log in here to override this time."};
-  Label lblLogin{*this, "lblLogin", "Operator &Id:"};
+  Label lblLogin{*this, "lblLogin", "Operator Id:"};
   TextBox txtLogin{*this, "txtLogin"};
   Label lblPassword{*this, "lblPassword", "&Password:"};
   TextBox txtPassword{*this, "txtPassword"};

@@ -62,6 +62,8 @@ class TimesPanel {
   void startNow();
   /// The booking can only be read from now on.
   void disableEditing();
+  /// The list has served for one booking: its time stands in the single fields from now on.
+  void endMultiple();
   /// The requester's privileges end then; the record's text.
   void showExpireDate();
 

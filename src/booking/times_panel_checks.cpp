@@ -95,6 +95,15 @@ void TimesPanel::cmdMultipleBookings_Click() {
   raise(Changed);
 }
 
+void TimesPanel::endMultiple() {
+  if (intOf(cmdMultipleBookings.Tag.get()) != 1) return;
+  const BookingTime only = times().front();
+  faDatesTimes.Rows = faDatesTimes.FixedRows;
+  enableListCommands();
+  cmdMultipleBookings_Click();
+  showTimes(only.start, only.end);
+}
+
 /// Counts one more booking and asks where the requester has as many as he may; false when it is not to be.
 bool TimesPanel::mayAddBooking() {
   const bool further = faDatesTimes.hasData();

@@ -25,18 +25,6 @@ constexpr BookingColumn kColumns[] = {
     {"Item Count", tags::ICNT, CellKind::Plain, 1000},
 };
 
-std::string cellText(const MainParts& parts, const BookingColumn& column) {
-  std::string value = parts.app.message.Get(column.tag);
-  switch (column.kind) {
-    case CellKind::Plain:
-      return value;
-    case CellKind::Requester:
-      return trim(value).empty() ? "Administrative" : std::string(trim(value));
-    default:
-      return momentText(parts, column.kind, value);
-  }
-}
-
 /// The columns that only commands and sorts read.
 void hideColumns(Grid& grid) {
   for (int col = 0; col < grid.Cols; ++col) {
@@ -56,7 +44,7 @@ void FillChargeDischargeGrid(const MainParts& parts, Grid& grid) {
   grid.Rows = parts.app.message.Count(tags::BOOKID) + 1;
   for (int row = 1; parts.app.message.NextRecord(tags::BOOKID); ++row) {
     for (int col = 0; col < grid.Cols; ++col)
-      grid.TextMatrix(row, col, cellText(parts, kColumns[grid.ColData(col)]));
+      grid.TextMatrix(row, col, BookingCellText(parts, kColumns[grid.ColData(col)]));
   }
   SetGridAutoSize(parts.app, grid);
   hideColumns(grid);

@@ -32,7 +32,7 @@ class frmDischarge : public Form {
   ListBox lstEquipment{*this, "lstEquipment"};
   ControlArray<Button> cmdSelectAll{"cmdSelectAll"};
   ControlArray<Button> cmdDeselectAll{"cmdDeselectAll"};
-  CheckBox chkOverride{*this, "chkOverride", "O&verride Discharge Date/Time"};
+  CheckBox chkOverride{*this, "chkOverride", "Override Discharge Date/Time"};
   Frame fraDischargeDateTime{*this, "fraDischargeDateTime", "Discharge Date/Time"};
   Label lblDischargeDate{fraDischargeDateTime, "lblDischargeDate", "D&ate:"};
   DateField dtDischargeDate{fraDischargeDateTime, "dtDischargeDate"};

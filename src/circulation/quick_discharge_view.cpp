@@ -50,7 +50,7 @@ struct QuickDischargeView::Found {
 };
 
 QuickDischargeView::QuickDischargeView(const MainParts& parts, Frame& frame)
-    : lblQuickDischargeType(frame, "lblQuickDischargeType", "Discharge &By:"),
+    : lblQuickDischargeType(frame, "lblQuickDischargeType", "Discharge By:"),
       cboQuickDischargeType(frame, "cboQuickDischargeType"),
       lblQuickDischargeItem(frame, "lblQuickDischargeItem"),
       txtQuickDischargeItem(frame, "txtQuickDischargeItem"),
@@ -62,7 +62,7 @@ QuickDischargeView::QuickDischargeView(const MainParts& parts, Frame& frame)
       dtDischargeDate(fraBackDate, "dtDischargeDate"),
       lblDischargeTime(fraBackDate, "lblDischargeTime", "Ti&me:"),
       txtDischargeTime(fraBackDate, "txtDischargeTime"),
-      lblDischargeLog(frame, "lblDischargeLog", "Transaction Lo&g:"),
+      lblDischargeLog(frame, "lblDischargeLog", "Transaction Log:"),
       txtDischargeLog(frame, "txtDischargeLog"),
       parts_(parts) {
   cmdQuickDischarge.Default = true;  // counts while its view shows

@@ -1,5 +1,7 @@
 #include "frame/booking_columns.h"
 
+#include "platform/text.h"
+
 namespace vantry {
 
 void BuildBookingColumns(Grid& grid, std::span<const BookingColumn> columns) {
@@ -21,12 +23,20 @@ void BuildBookingColumns(Grid& grid, std::span<const BookingColumn> columns) {
   }
 }
 
-std::string momentText(const MainParts& parts, CellKind kind, std::string_view moment) {
+static std::string momentText(const MainParts& parts, CellKind kind, std::string_view moment) {
   if (moment.empty()) return {};
   ServerTools::PutControlDate(moment, parts.dtServerDate);
   ServerTools::PutControlTime(moment, parts.txtServerTime);
   if (kind == CellKind::Date) return parts.dtServerDate.shortDate();
   return kind == CellKind::Time24 ? parts.txtServerTime.text24() : parts.txtServerTime.textAmPm();
+}
+
+std::string BookingCellText(const MainParts& parts, const BookingColumn& column) {
+  std::string value = parts.app.message.Get(column.tag);
+  if (column.kind == CellKind::Plain) return value;
+  if (column.kind != CellKind::Requester) return momentText(parts, column.kind, value);
+  const std::string_view requester = trim(value);
+  return requester.empty() ? "Administrative" : std::string(requester);
 }
 
 }  // namespace vantry

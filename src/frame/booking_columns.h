@@ -25,7 +25,8 @@ struct BookingColumn {
 /// columns are back in their places.
 void BuildBookingColumns(Grid& grid, std::span<const BookingColumn> columns);
 
-/// The text of a moment of the server as a date or a time; empty for none.
-[[nodiscard]] std::string momentText(const MainParts& parts, CellKind kind, std::string_view moment);
+/// The text of the column's cell for the current record of the walk. A blank requester is "Administrative"; a
+/// moment that is missing stays empty.
+[[nodiscard]] std::string BookingCellText(const MainParts& parts, const BookingColumn& column);
 
 }  // namespace vantry

@@ -27,12 +27,6 @@ constexpr BookingColumn kColumns[] = {
 };
 constexpr int kStatusColumn = 1;
 
-std::string requesterText(std::string_view text) {
-  text = trim(text);
-  if (val(text) < 0) return "Requester Withheld";
-  return text.empty() ? "Administrative" : std::string(text);
-}
-
 std::string bookings(int count) {
   return count == 1 ? "1 Booking" : std::to_string(count) + " Bookings";
 }
@@ -195,17 +189,11 @@ bool DayView::fillRow(int row) {
   return true;
 }
 
+/// Only the day's list tells a withheld requester from none.
 std::string DayView::cellText(int column) const {
-  const BookingColumn& info = kColumns[column];
-  std::string value = parts_.app.message.Get(info.tag);
-  switch (info.kind) {
-    case CellKind::Plain:
-      return value;
-    case CellKind::Requester:
-      return requesterText(value);
-    default:
-      return momentText(parts_, info.kind, value);
-  }
+  std::string text = BookingCellText(parts_, kColumns[column]);
+  const bool withheld = kColumns[column].kind == CellKind::Requester && val(text) < 0;
+  return withheld ? "Requester Withheld" : text;
 }
 
 bool DayView::isShown(int status) const {

@@ -17,8 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kNow = 1795510800;
-constexpr const char* kStart = "2026-11-26 10:00:00";
-constexpr const char* kEnd = "2026-11-26 11:00:00";
+constexpr const char* kStart = "2026-12-16 10:00:00";
+constexpr const char* kEnd = "2026-12-16 11:00:00";
 constexpr const char* kEmptyQuestion = "There is no media or equipment in this booking.  Save anyway?";
 
 /// One desk with its operator.
@@ -122,40 +122,7 @@ struct RealEditor : testing::Test {
     throw std::runtime_error("nobody may book in the demo library");
   }
 
-  /// The first thing of any booking that can be delivered to this room at the tests' time: of those that
-  /// `code` lists, the value of `shown` for one that passes `usage`.
-  std::string freeThing(const frmBooking& window, std::string_view code, std::string_view shown,
-                        const std::vector<std::string_view>& keys, std::string_view usage) {
-    const std::string room = std::to_string(window.record.RoomId);
-    const std::string group = std::to_string(window.record.PatronGroupId);
-    for (const std::string& booking : liveBookings()) {
-      if (desk.send(code, {{"BOOKID", booking}}) != 0) continue;
-      std::vector<std::map<std::string, std::string, std::less<>>> things;
-      while (desk.app.message.NextRecord(keys.front())) {
-        auto& thing = things.emplace_back();
-        for (const std::string_view key : keys) thing[std::string(key)] = desk.get(key);
-        thing[std::string(shown)] = desk.get(shown);
-      }
-      for (const auto& thing : things) {
-        if (intOf(thing.at(std::string(keys.back()))) <= 0 || thing.at(std::string(shown)).empty()) continue;
-        std::vector<TagValue> delivery = {{"RID", room}, {"PGID", group}};
-        for (const std::string_view key : keys)
-          delivery.push_back({std::string(key), thing.at(std::string(key))});
-        if (desk.send("VALDLO", delivery) != 0) continue;
-        std::vector<TagValue> tags = {{"BOOKID", "0"}};
-        const bool media = usage == "VITMUSG";
-        if (media) tags.push_back({"MTID", thing.at("MTID")});
-        if (!media) tags.push_back({"EID", thing.at("EID")});
-        tags.insert(tags.end(), {{"PGID", group}, {"RID", room}});
-        if (media) tags.insert(tags.end(), {{"MI", thing.at("MI")}, {"IM", thing.at("IM")}});
-        tags.insert(tags.end(), {{"STIME", kStart}, {"ETIME", kEnd}});
-        if (desk.send(usage, tags) != 0) continue;
-        if (!media && desk.send("VES", {{"EID", thing.at("EID")}}) != 0) continue;
-        return thing.at(std::string(shown));
-      }
-    }
-    throw std::runtime_error("nothing that " + std::string(usage) + " passes");
-  }
+  static std::string one(const std::string& sql) { return valueIn(folder / "library.sqlite", sql); }
 
   /// A new delivery of nothing, ready to be saved.
   frmBooking& newDelivery(const Requester& who) {
@@ -183,8 +150,13 @@ TEST_F(RealEditor, ANewDeliveryComesBackAsItWasSaved) {
   window.tabBooking.choose(3);
   window.equipment.txtSetupTime.enter(15);
   const int room = window.record.RoomId;
-  const std::string item = freeThing(window, "GETSITM", "IM", {"MTID", "BI", "MI", "IM"}, "VITMUSG");
-  const std::string piece = freeThing(window, "GETSEQ", "BNO", {"EID"}, "VEQUSG");
+  const std::string item = one("select id from items where status = '' and location_id = 1 limit 1");
+  const std::string piece = one(
+      "select b.barcode from equipment e join equipment_barcodes b on b.equipment_id = e.id join rooms r on "
+      "r.id = e.room_id join room_types t on t.id = r.room_type_id where t.storage = 1 and e.group_id is "
+      "null "
+      "and e.location_id = 1 and e.equipment_type_id = 10 and not exists (select 1 from equipment_statuses s "
+      "where s.equipment_id = e.id) limit 1");
   window.tabBooking.choose(1);
   window.media.txtItemBarcode.type(item);
   window.media.cmdAddMediaViaNumber.press();
@@ -215,7 +187,7 @@ TEST_F(RealEditor, TwoTimesThatOverlapAreRefused) {
   frmBooking& window = newDelivery(requester());
   window.times.cmdMultipleBookings.press();
   window.times.cmdAddDate.press();
-  window.times.showTimes("2026-11-26 10:30:00", "2026-11-26 11:30:00");
+  window.times.showTimes("2026-12-16 10:30:00", "2026-12-16 11:30:00");
   window.times.cmdAddDate.press();
   desk.desktop.expectBox(Box::Kind::Question, kEmptyQuestion, 0);
   desk.desktop.expectCritical("Multiple booking times overlap.  Please correct and save again.");
@@ -224,7 +196,7 @@ TEST_F(RealEditor, TwoTimesThatOverlapAreRefused) {
   // Corrected, two bookings come of it.
   window.times.faDatesTimes.Row = 2;
   window.times.cmdEditDate.press();
-  window.times.showTimes("2026-11-26 12:00:00", "2026-11-26 13:00:00");
+  window.times.showTimes("2026-12-16 12:00:00", "2026-12-16 13:00:00");
   window.times.cmdAddDate.press();
   desk.desktop.expectBox(Box::Kind::Question, kEmptyQuestion, 0);
   desk.desktop.expectQuestion("Multiple bookings created.  Display all?", true);

@@ -7,6 +7,7 @@
 
 #include "booking/booking_fixture.h"
 #include "platform/text.h"
+#include "server/database.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 
@@ -26,6 +27,19 @@ inline void copyLibrary(const std::filesystem::path& file) {
   }();
   static const std::shared_ptr<void> gone(nullptr, [](void*) { std::filesystem::remove(made); });
   std::filesystem::copy_file(made, file);
+}
+
+/// One value out of a library, for finding an example in it; a test without its example fails.
+inline std::string valueIn(const std::filesystem::path& library, const std::string& sql) {
+  server::Database database(library.string(), {.connections = 1, .patience = 10});
+  std::string value;
+  database.read([&](server::Connection& db) {
+    server::Query query(db, sql);
+    query.into(value);
+    query.next();
+  });
+  EXPECT_NE(value, "") << "the demo library has no example: " << sql;
+  return value;
 }
 
 /// A desk at the demo library on the real server, around 24 November 2026.

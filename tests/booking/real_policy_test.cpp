@@ -46,24 +46,5 @@ TEST_F(RealPolicy, ATakenRoomIsTold) {
   EXPECT_FALSE(ValidateRoomAvailability(window.form(app), window.record));
 }
 
-TEST_F(RealPolicy, ANightIsOutsideTheCalendar) {
-  const Found found = find("GETSITM", "IM", {});
-  const int rc = send("CDELTM", {{"PGID", std::to_string(found.record.PatronGroupId)},
-                                 {"ADBK", "N"},
-                                 {"STIME", "2026-11-25 03:00:00"},
-                                 {"SDOW", "4"},
-                                 {"ETIME", "2026-11-25 04:00:00"},
-                                 {"EDOW", "4"}});
-  ASSERT_EQ(rc, 167);
-  desktop.expectModalWindow<frmErrorReport>("frmErrorReport", [](frmErrorReport& window) {
-    ASSERT_TRUE(window.faErrors.hasData());
-    EXPECT_THAT(window.faErrors.TextMatrix(1, 0),
-                testing::MatchesRegex(
-                    "Booking starts \\(03:00 AM\\) before Library/Media Center opens at [0-9]+:[0-9]+"));
-    window.cmdOK.press();
-  });
-  ShowCalendarConflict(app);
-}
-
 }  // namespace
 }  // namespace vantry::test

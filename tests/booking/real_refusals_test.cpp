@@ -3,7 +3,6 @@
 #include "booking/frmOverrideLibSched.h"
 #include "booking/modBooking_policy.h"
 #include "booking/real_fixture.h"
-#include "server/database.h"
 
 // Each refusal of policy, as the real server gives it and as the operator meets it. Examples stand in the
 // demo library or are made in it.
@@ -12,18 +11,7 @@ namespace vantry::test {
 namespace {
 
 struct RealRefusals : RealLibrary {
-  /// One value out of the library, for finding an example in it; a test without its example fails.
-  static std::string one(const std::string& sql) {
-    server::Database database((folder / "library.sqlite").string(), {.connections = 1, .patience = 10});
-    std::string value;
-    database.read([&](server::Connection& db) {
-      server::Query query(db, sql);
-      query.into(value);
-      query.next();
-    });
-    EXPECT_NE(value, "") << "the demo library has no example: " << sql;
-    return value;
-  }
+  static std::string one(const std::string& sql) { return valueIn(folder / "library.sqlite", sql); }
 
   /// Works as the administrator at another desk.
   void workAt(std::string_view location) {

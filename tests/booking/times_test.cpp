@@ -47,6 +47,18 @@ TEST_F(Times, OneBookingIsWrittenFromItsFields) {
   EXPECT_EQ(app.message.Send("CDELTM"), 0);
 }
 
+TEST_F(Times, AStoredBookingKeepsOneTimeAndNoWayToMore) {
+  enter("2026-11-24 09:00:00", "2026-11-24 10:30:00");
+  times.cmdMultipleBookings.press();
+  times.cmdAddDate.press();
+  enter("2026-11-25 20:00:00", "2026-11-26 08:00:00");  // typed and not added
+  times.endMultiple();
+  EXPECT_FALSE(times.fraMultiBooking.Visible);
+  EXPECT_FALSE(times.faDatesTimes.hasData());
+  ASSERT_EQ(times.times().size(), 1U);
+  EXPECT_EQ(times.times().front().start, "2026-11-24 09:00:00");
+}
+
 TEST_F(Times, SeveralBookingsAreWrittenFromTheList) {
   enter("2026-11-24 09:00:00", "2026-11-24 10:30:00");
   times.cmdMultipleBookings.press();
