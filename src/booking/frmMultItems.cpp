@@ -46,6 +46,7 @@ frmMultItems::frmMultItems(App& app, const ItemMatches& matches)
   tvwMediaItems.AccessibleName = "Titles, holdings and items";
   tvwMediaItems.Headings = {"Title", "Location", "Call Number", "Media Type",
                             "Enum",  "Chron",    "Copy",        "Location"};
+  tvwMediaItems.LongTexts = true;
   tvwMediaItems.MultiSelect = true;
   tvwMediaItems.BoldRoots = true;
   cmdSelect.Default = true;

@@ -18,6 +18,8 @@ static std::string keyOf(const QTreeWidgetItem* item) {
   return item ? utf8(item->data(0, kKeyRole).toString()) : std::string();
 }
 
+static constexpr int kLongTextsWidth = 90 * style::kUnit;
+
 class TreeBinder : public Binder {
  public:
   TreeBinder(Tree& tree, Host& host, QTreeWidget& widget)
@@ -177,6 +179,7 @@ std::unique_ptr<Binder> bindTree(Control& control, Host& host, QWidget* parent) 
   widget->setIconSize({style::kMenuIcon, style::kMenuIcon});
   widget->setIndentation(3 * style::kUnit);
   widget->setExpandsOnDoubleClick(false);
+  if (static_cast<Tree&>(control).LongTexts) widget->setMinimumWidth(kLongTextsWidth);
   return std::make_unique<TreeBinder>(static_cast<Tree&>(control), host, *widget);
 }
 

@@ -52,6 +52,7 @@ frmBibSearch::frmBibSearch(Windows& windows, const Services& services, Manner ma
     : Form(windows, "frmBibSearch"), services_(services), manner_(std::move(manner)) {
   Caption.put("Catalogue Search");
   tvwTitles.AccessibleName = "Titles found";
+  tvwTitles.LongTexts = true;
   tvwTitles.Pictures = {"item-list", "folder-closed", "booking"};
   cmdSearch.Default = true;
   cmdCancel.Cancel = true;
@@ -69,14 +70,14 @@ frmBibSearch::frmBibSearch(Windows& windows, const Services& services, Manner ma
   cmdView.Click = [this] { cmdView_Click(); };
   cmdOK.Click = [this] { cmdOK_Click(); };
   cmdCancel.Click = [this] { cmdCancel_Click(); };
-  Layout =
-      Column{Row{lblSearchBy, cboSearchBy, lblSearch, LayoutNode(txtSearch).share(1), chkHoldings, cmdSearch},
-             lblCount,
-             LayoutNode(tvwTitles).share(3),
-             Row{cmdAdd, cmdRemove, Stretch{}, cmdView},
-             lblChosen,
-             LayoutNode(lstChosen).share(1),
-             Row{Stretch{}, cmdOK, cmdCancel}};
+  Layout = Column{Fields{lblSearchBy, Row{cboSearchBy, Gap{}, chkHoldings, Stretch{}}, lblSearch,
+                         Row{LayoutNode(txtSearch).share(1), cmdSearch}},
+                  lblCount,
+                  LayoutNode(tvwTitles).share(3),
+                  Row{cmdAdd, cmdRemove, Stretch{}, cmdView},
+                  lblChosen,
+                  LayoutNode(lstChosen).share(1),
+                  Row{Stretch{}, cmdOK, cmdCancel}};
 }
 
 void frmBibSearch::Form_Load() {
