@@ -85,7 +85,8 @@ Connection::Connection(const Dialect& dialect, const std::string& connectText)
   run("pragma synchronous = full");
   run("pragma foreign_keys = on");
   run("pragma temp_store = memory");
-  run("pragma cache_size = -16000");
+  run("pragma wal_autocheckpoint = 4000");
+  run("pragma cache_size = -32000");
 }
 
 void Connection::run(const std::string& sql) {
@@ -273,11 +274,17 @@ std::string waitingTime(std::chrono::milliseconds longest) {
   return "pragma busy_timeout = " + std::to_string(longest.count());
 }
 
-void takeTurn(std::unique_lock<std::timed_mutex>& turn, Database::Wait wait) {
-  if (wait == Database::Wait::Full) return turn.lock();
-  if (!turn.try_lock_for(shortWait)) {
-    throw StoreError(StoreError::Kind::Busy, "others of this program are writing");
+/// Runs the work so that its failure leaves nothing of it behind in the transaction. Throws when the
+/// transaction itself is lost.
+void runWithin(Connection& db, WriteQueue::Waiting& each) {
+  db.run("savepoint writer");
+  try {
+    (*each.work)(db);
+  } catch (...) {
+    each.failure = std::current_exception();
+    db.run("rollback to savepoint writer");
   }
+  db.run("release savepoint writer");
 }
 
 }  // namespace
@@ -336,12 +343,42 @@ void Database::read(const Work& work) {
   runRepeated([&] { runOnce(work, dialect_.beginRead, Wait::Full); });
 }
 
+void Database::runTogether(const WriteQueue::Group& group) {
+  if (group.size() == 1) return runApart(group);
+  bool begun = false;
+  const Work all = [&](Connection& db) {
+    begun = true;
+    for (WriteQueue::Waiting* each : group) runWithin(db, *each);
+  };
+  try {
+    runOnce(all, dialect_.beginWrite, Wait::Full);
+  } catch (...) {
+    // A full disk undoes the whole transaction: each is told what becomes of it by itself.
+    if (begun) return runApart(group);
+    for (WriteQueue::Waiting* each : group) each->failure = std::current_exception();
+  }
+}
+
+void Database::runApart(const WriteQueue::Group& group) {
+  for (WriteQueue::Waiting* each : group) {
+    each->failure = {};
+    try {
+      runOnce(*each->work, dialect_.beginWrite, Wait::Full);
+    } catch (...) {
+      each->failure = std::current_exception();
+    }
+  }
+}
+
+void Database::writeOnce(const Work& work, Wait wait) {
+  if (dialect_.kind == Dialect::Kind::Postgresql) return runOnce(work, dialect_.beginWrite, wait);
+  if (wait == Wait::Full) return writers_.write(work, [&](const auto& group) { runTogether(group); });
+  if (!writers_.writeAlone(shortWait, [&] { runOnce(work, dialect_.beginWrite, wait); }))
+    throw StoreError(StoreError::Kind::Busy, "others of this program are writing");
+}
+
 void Database::write(const Work& work, Wait wait) {
-  runRepeated([&] {
-    std::unique_lock turn(writing_, std::defer_lock);
-    if (dialect_.kind == Dialect::Kind::Sqlite) takeTurn(turn, wait);
-    runOnce(work, dialect_.beginWrite, wait);
-  });
+  runRepeated([&] { writeOnce(work, wait); });
 }
 
 void Database::plain(const Work& work) {

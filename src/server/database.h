@@ -16,6 +16,7 @@
 #include <soci/soci.h>
 
 #include "server/dialect.h"
+#include "server/write_queue.h"
 
 namespace vantry::server {
 
@@ -158,8 +159,8 @@ class Database {
   void read(const Work& work);
 
   /// Runs the work inside one serializable transaction, committed when it returns and undone when it throws.
-  /// Work that met another transaction runs again from its beginning, so it must change nothing but the
-  /// store.
+  /// Work that met another transaction, or that shared one with work that broke it, runs again from its
+  /// beginning, so it must change nothing but the store.
   ///
   /// `Short` waits for half a second at most for others that hold a SQLite file, and then throws Busy.
   enum class Wait { Full, Short };
@@ -175,6 +176,9 @@ class Database {
   void begin(Lease& lease, std::string_view statement, Wait wait);
   void runOnce(const Work& work, std::string_view beginning, Wait wait);
   void runRepeated(const std::function<void()>& once);
+  void runTogether(const WriteQueue::Group& group);
+  void runApart(const WriteQueue::Group& group);
+  void writeOnce(const Work& work, Wait wait);
 
   const Dialect& dialect_;
   std::string connectText_;
@@ -184,8 +188,7 @@ class Database {
   std::condition_variable returned_;
   std::vector<std::unique_ptr<Connection>> idle_;
   std::size_t open_ = 0;
-  /// Writers of this process queue here, which is faster and fairer than in the file's lock.
-  std::timed_mutex writing_;
+  WriteQueue writers_;
 };
 
 }  // namespace vantry::server

@@ -1,6 +1,8 @@
 #include "server/database.h"
 
 #include <atomic>
+#include <chrono>
+#include <stdexcept>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -171,6 +173,36 @@ TEST_F(DatabaseTest, WritersOfOneProcessAndOfAnotherLoseNoUpdate) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(failures, 0);
   EXPECT_EQ(total(), 40 + 240);
+}
+
+/// Writers that wait for one that holds the turn go through together.
+TEST_F(DatabaseTest, WritersThatGoTogetherStandAndFallAlone) {
+  constexpr int writers = 6;
+  std::atomic<int> asked = 0;
+  std::atomic<int> refused = 0;
+  std::vector<std::thread> threads;
+  database.write([&](Connection&) {
+    for (int number = 0; number < writers; ++number) {
+      threads.emplace_back([&, number] {
+        ++asked;
+        try {
+          database.write([&](Connection& db) {
+            db.run("update things set size = size + 1 where id = 1");
+            if (number == 2) throw std::runtime_error("by itself");
+            // Undoes the transaction that it shares with the others.
+            if (number == 4) db.run("insert or rollback into things (id) values (1)");
+          });
+        } catch (const std::runtime_error&) {
+          ++refused;
+        }
+      });
+    }
+    while (asked < writers) std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(refused, 2);
+  EXPECT_EQ(total(), 40 + writers - 2);
 }
 
 TEST_F(DatabaseTest, AFileHeldByAnotherProcessIsBusyAfterTheTimeGiven) {

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <vector>
+
+namespace vantry::server {
+
+class Connection;
+
+/// The writers of one process on a SQLite file, which takes one at a time. Those that wait while another
+/// writes go together afterwards, in one transaction, and so wait for the disk only once. Fairer and faster
+/// than a queue in the file's lock.
+class WriteQueue {
+ public:
+  using Work = std::function<void(Connection&)>;
+
+  struct Waiting {
+    const Work* work;
+    std::exception_ptr failure;  ///< what became of it, when it failed
+    bool done = false;
+  };
+  using Group = std::vector<Waiting*>;
+
+  /// Returns when the work is done, or throws what it threw. `runGroup` does the works of a group, in their
+  /// order, and leaves each one's failure with it; it throws nothing. It runs on the thread of one of them.
+  void write(const Work& work, const std::function<void(const Group&)>& runGroup);
+
+  /// Runs by itself, when its turn comes within that time; false when it does not.
+  [[nodiscard]] bool writeAlone(std::chrono::milliseconds longest, const std::function<void()>& run);
+
+ private:
+  class Turn;
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  Group waiting_;
+  bool busy_ = false;
+};
+
+}  // namespace vantry::server
