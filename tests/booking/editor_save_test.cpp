@@ -1,5 +1,6 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmErrorReport.h"
+#include "booking/frmOverride.h"
 
 // The save: its steps in their order, and where each one stops.
 
@@ -15,6 +16,16 @@ struct EditorSave : EditorTest {
   static std::string body(const char* place = "RID=40", const char* type = "2") {
     return std::string(kTimes) + " PID=31 PGID=2 PPID=0 ADBK=N " + place + " BTID=" + type +
            " SCHCOM= ODE=0 OPU=0 WIZ=N UTIME=0 CTIME=0";
+  }
+  /// The save has sent and shown what was expected, and the window stands ready for another one.
+  void expectStop(frmBooking& window, const char* where) {
+    window.mnuFileSave.choose();
+    server.checkAllCame();
+    desktop.checkAllCame();
+    EXPECT_FALSE(window.SaveOk) << where;
+    EXPECT_TRUE(window.isLoaded()) << where;
+    EXPECT_TRUE(window.Enabled) << where;
+    EXPECT_EQ(desktop.pointer, Pointer::Default) << where;
   }
   static void addThings(frmBooking& window) {
     Grid& media = window.media.faMedia;
@@ -96,13 +107,54 @@ TEST_F(EditorSave, StopsAtEachStepThatFails) {
     }
     const bool warns = round.code == std::string("CDELTM");
     desktop.expectBox(warns ? Box::Kind::Warning : Box::Kind::Critical, round.box);
-    window.mnuFileSave.choose();
-    server.checkAllCame();
-    desktop.checkAllCame();
-    EXPECT_FALSE(window.SaveOk) << round.code;
-    EXPECT_TRUE(window.isLoaded()) << round.code;
-    EXPECT_TRUE(window.Enabled) << round.code;
-    EXPECT_EQ(desktop.pointer, Pointer::Default) << round.code;
+    expectStop(window, round.code);
+  }
+  EXPECT_EQ(main.refreshes, 0);
+}
+
+TEST_F(EditorSave, StopsWhereThePlaceDoesNotSuit) {
+  frmBooking& window = newDelivery();
+  const auto refuse = [this](const char* sentence) {
+    desktop.expectModalWindow<frmOverride>("frmOverride", [sentence](frmOverride& override) {
+      EXPECT_EQ(override.lblMessage.Caption, sentence);
+      override.cmdCancel.press();
+    });
+  };
+  const struct {
+    int option;
+    const char* code;
+    const char* tags;
+    int rc;
+    const char* reply;
+    std::function<void()> answer;
+  } places[] = {
+      {0, "VALDLO", "RID=40 PGID=2", 146, "VD1=MTID VD2=DVD",
+       [&] { refuse("Media of type DVD cannot be delivered."); }},
+      {1, "VALLSL", "RID=60 PGID=2", 157, "VUF=148 BKDUR=H BKMX=2",
+       [&] {
+         desktop.expectQuestion("Room may be scheduled for 2 hours.  Continue with booking?  ", false);
+       }},
+      {2, "VALPLO", "LOC=3 PGID=2", 145, "VD1=ETI VD2=Projector",
+       [&] { refuse("Equipment of type Projector cannot be picked up."); }},
+  };
+  window.tabBooking.choose(2);
+  for (const auto& place : places) {
+    const bool scheduled = place.option == 1;
+    if (scheduled) {
+      server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=60");
+      server.expect("GETREQP", "RID=60 BRTY=1");
+    }
+    if (place.option != 0) window.place.optRoom(place.option).choose();
+    const auto expectCheck = [&](int rc, const char* reply) {
+      if (scheduled) server.expect("VALRMAVL", std::string("BOOKID=0 ") + kTimes + " RID=60 PGID=2");
+      server.expect(place.code, place.tags).fails(rc, reply);
+    };
+    expectCheck(place.rc, place.reply);
+    place.answer();
+    expectStop(window, place.code);
+    expectCheck(108, "");
+    desktop.expectWarning("Barcode is not active!");
+    expectStop(window, place.code);
   }
   EXPECT_EQ(main.refreshes, 0);
 }
