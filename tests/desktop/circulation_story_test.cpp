@@ -14,38 +14,17 @@ struct CirculationStory : DeskStory {
   };
   /// Books two laptops and two microphones for that day, by their kinds only.
   Booked book(const std::string& date) {
-    const std::vector<std::pair<const char*, std::string>> tags = {{"STIME", date + " 12:00:00"},
-                                                                   {"ETIME", date + " 14:00:00"},
-                                                                   {"PID", "1"},
-                                                                   {"PGID", "1"},
-                                                                   {"PPID", "0"},
-                                                                   {"ADBK", "N"},
-                                                                   {"LOC", app().context.locationId},
-                                                                   {"BTID", "3"},
-                                                                   {"ETI", kLaptop},
-                                                                   {"IFL", "N"},
-                                                                   {"ETI", kLaptop},
-                                                                   {"IFL", "N"},
-                                                                   {"ETI", kMicrophone},
-                                                                   {"IFL", "N"},
-                                                                   {"ETI", kMicrophone},
-                                                                   {"IFL", "N"},
-                                                                   {"SCHCOM", ""},
-                                                                   {"ODE", "0"},
-                                                                   {"OPU", "0"},
-                                                                   {"WIZ", "N"},
-                                                                   {"UTIME", "0"},
-                                                                   {"CTIME", "0"}};
-    for (const auto& [tag, value] : tags) app().message.Add(tag, value);
-    EXPECT_EQ(app().message.Send("NEWBK"), 0) << app().message.Get("CANTREAD");
-    EXPECT_TRUE(app().message.NextRecord("BOOKID"));
-    return {app().message.Get("BOOKID"), app().message.Get("CNUM")};
+    std::vector<TagValue> what{{"LOC", app().context.locationId}, {"BTID", "3"}};
+    for (const char* kind : {kLaptop, kLaptop, kMicrophone, kMicrophone}) {
+      what.push_back({"ETI", kind});
+      what.push_back({"IFL", "N"});
+    }
+    const int rc = ask(
+        "NEWBK", bookingTags(date + " 12:00:00", date + " 14:00:00", {{"PID", "1"}, {"PGID", "1"}}, what));
+    EXPECT_EQ(rc, 0) << get("CANTREAD");
+    return {get("BOOKID"), get("CNUM")};
   }
-  std::string status(const Booked& booked) {
-    app().message.Add("BOOKID", booked.id);
-    EXPECT_EQ(app().message.Send("GETMSD"), 0);
-    return app().message.Get("BKRES");
-  }
+  std::string status(const Booked& booked) { return stored(booked.id, "BKRES"); }
   /// Opens the view and chooses a type of search by keys, then goes to the text.
   void open(ViewId view, const char* types, int type, const char* text) {
     desktop.dispatch([&] { mainWindow().showView(view); });

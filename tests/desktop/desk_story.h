@@ -2,9 +2,12 @@
 
 // Whole stories: real widgets, driven as an operator drives them, over the real server with its small
 // library.
+#include <QAction>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
+#include <QTabBar>
 #include <algorithm>
 #include <deque>
 #include <filesystem>
@@ -54,6 +57,7 @@ inline const fs::path& libraryFile() {
     createDemoDatabase(made.string(), options);
     return made;
   }();
+  static const std::shared_ptr<void> gone(nullptr, [](void*) { fs::remove(file); });
   return file;
 }
 
@@ -82,10 +86,13 @@ class DeskStory : public DesktopTest {
 
   /// What the operator does with the next window of which this widget is a part.
   void whenShown(const char* widget, std::function<void(QWidget&)> act) {
-    script_.push_back([name = QString(widget), act](QWidget& window) {
-      QWidget* part = window.findChild<QWidget*>(name);
-      if (part) act(window);
-      return part != nullptr;
+    script_.push_back([this, name = QString(widget), act](QWidget& window) {
+      if (!window.findChild<QWidget*>(name)) return false;
+      steps_.stop();
+      activate(window);
+      steps_.start();
+      act(window);
+      return true;
     });
   }
   /// Presses the button of a box that says this.
@@ -101,6 +108,17 @@ class DeskStory : public DesktopTest {
         }
       }
       return false;
+    });
+  }
+  /// Chooses from the menu that opens next.
+  void chooseFromMenu(const char* entry) {
+    script_.push_back([name = QString(entry)](QWidget& window) {
+      auto* menu = qobject_cast<QMenu*>(&window);
+      auto* action = menu ? menu->findChild<QAction*>(name) : nullptr;
+      if (!action) return false;
+      menu->setActiveAction(action);
+      QTest::keyClick(menu, Qt::Key_Return);
+      return true;
     });
   }
   void logOnAs(const QString& name, int locationRow = 0) {
@@ -124,6 +142,83 @@ class DeskStory : public DesktopTest {
     desktop.handleEvents();
   }
 
+  // What the operator does in a window.
+
+  /// A window that is worked in has the focus, which no window manager gives it here.
+  void activate(QWidget& window) {
+    const auto isFront = [&] { return QApplication::activeWindow() == &window; };
+    if (isFront()) return;
+    window.activateWindow();
+    EXPECT_TRUE(waitUntil(isFront)) << window.objectName().toStdString();
+  }
+  void click(const Form& form, const char* name) {
+    activate(window(form));
+    QTest::mouseClick(&find<QWidget>(form, name), Qt::LeftButton);
+    desktop.handleEvents();
+  }
+  /// A key with Ctrl.
+  void press(const Form& form, Qt::Key key) {
+    activate(window(form));
+    QTest::keyClick(&window(form), key, Qt::ControlModifier);
+    desktop.handleEvents();
+  }
+  void openTab(const Form& form, const char* tabs, int tab) {
+    activate(window(form));
+    auto& bar = find<QTabBar>(form, tabs);
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(tab).center());
+    desktop.handleEvents();
+    EXPECT_EQ(bar.currentIndex(), tab);
+  }
+  /// Writes into a field, in place of what stands there; a wand ends with Enter.
+  void write(QWidget& window, const char* name, const std::string& text, Qt::Key end = Qt::Key_Tab) {
+    auto* field = window.findChild<QWidget*>(name);
+    ASSERT_NE(field, nullptr) << name;
+    activate(window);
+    auto* line = qobject_cast<QLineEdit*>(field);
+    if (!line) line = field->findChild<QLineEdit*>();
+    QTest::mouseClick(line, Qt::LeftButton);
+    line->selectAll();
+    QTest::keyClicks(line, QString::fromStdString(text));
+    QTest::keyClick(line, end);
+    desktop.handleEvents();
+  }
+  void write(const Form& form, const char* name, const std::string& text, Qt::Key end = Qt::Key_Tab) {
+    write(window(form), name, text, end);
+  }
+  void scan(const Form& form, const char* name, const std::string& barcode) {
+    write(form, name, barcode, Qt::Key_Return);
+  }
+  std::string text(const Form& form, const char* name) {
+    return find<QLineEdit>(form, name).text().toStdString();
+  }
+
+  // Straight to the server, past the windows.
+
+  int ask(std::string_view code, const std::vector<TagValue>& tags) {
+    for (const auto& [tag, value] : tags) app().message.Add(tag, value);
+    return app().message.Send(code);
+  }
+  std::string get(std::string_view tag) { return app().message.Get(tag); }
+  /// A booking as the requests that store it take it: who has it, then where it is and what it consists of.
+  static std::vector<TagValue> bookingTags(const std::string& start, const std::string& end,
+                                           const std::vector<TagValue>& who,
+                                           const std::vector<TagValue>& what, const std::string& note = {}) {
+    std::vector<TagValue> tags{{"STIME", start}, {"ETIME", end}};
+    tags.insert(tags.end(), who.begin(), who.end());
+    tags.push_back({"PPID", "0"});
+    tags.push_back({"ADBK", "N"});
+    tags.insert(tags.end(), what.begin(), what.end());
+    tags.push_back({"SCHCOM", note});
+    for (const char* tag : {"ODE", "OPU", "WIZ", "UTIME", "CTIME"})
+      tags.push_back({tag, tag == std::string("WIZ") ? "N" : "0"});
+    return tags;
+  }
+  /// What a stored booking says of itself.
+  std::string stored(const std::string& booking, std::string_view tag) {
+    EXPECT_EQ(ask("GETMSD", {{"BOOKID", booking}}), 0);
+    return get(tag);
+  }
+
   QPushButton& button(const char* name) { return find<QPushButton>(program_->main, name); }
   GridView& list() { return find<GridView>(program_->main, "faDayBookings"); }
   int rows() { return list().model()->rowCount(); }
@@ -142,14 +237,19 @@ class DeskStory : public DesktopTest {
     }
     return 0;
   }
-  void clickRow(int row) {
-    const QModelIndex index = list().model()->index(row - 1, grid().columnOfData(7));
-    list().scrollTo(index);
-    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, list().visualRect(index).center());
+  void clickRow(int row) { clickRow(list(), row, grid().columnOfData(7)); }
+  static void clickRow(GridView& grid, int row, int column) {
+    const QModelIndex index = grid.model()->index(row - 1, column);
+    grid.scrollTo(index);
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(index).center());
+  }
+  void showDay(const Date& day) {
+    write(mainWindow(), "dtViewBookings", formatDate(day, desktop.shortDateFormat()), Qt::Key_Return);
   }
 
   frmMain& mainWindow() { return program_->main; }
   App& app() { return program_->app; }
+  std::string address() const { return server_->address(); }
   /// How often this request went to the server.
   auto sent(std::string_view code) const {
     return std::count(transport_->codes.begin(), transport_->codes.end(), code);
@@ -157,16 +257,32 @@ class DeskStory : public DesktopTest {
 
  private:
   void nextStep() {
-    if (script_.empty()) return;
     for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (script_.empty()) break;
       if (!window->isVisible()) continue;
       const auto step = script_.front();
       script_.pop_front();  // the step may open the next window within itself
       if (step(*window)) return;
       script_.push_front(step);
     }
+    closeUnexpected();
+  }
+  /// A window for which no step waits would stand for ever.
+  void closeUnexpected() {
+    QWidget* popup = QApplication::activePopupWidget();
+    QWidget* waiting = popup ? popup : QApplication::activeModalWidget();
+    ticks_ = waiting == waiting_ ? ticks_ + 1 : 0;
+    waiting_ = waiting;
+    if (!waiting || ticks_ < kPatience) return;
+    std::string words = waiting->objectName().toStdString();
+    for (const QLabel* label : waiting->findChildren<QLabel*>()) words += " | " + label->text().toStdString();
+    ADD_FAILURE() << "nothing answers " << words;
+    waiting->close();
   }
 
+  static constexpr int kPatience = 500;  ///< of the operator's steps
+  QWidget* waiting_ = nullptr;
+  int ticks_ = 0;
   fs::path folder_;
   TodayClock clock_;
   std::unique_ptr<FileSettings> settings_;
