@@ -1,0 +1,398 @@
+// Bookings as a desk makes and changes them, in the windows and in the store.
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QTreeWidget>
+#include <set>
+
+#include "booking/frmBooking.h"
+#include "desktop/desk_story.h"
+#include "desktop/qtext.h"
+#include "platform/text.h"
+
+namespace vantry::test {
+namespace {
+
+/// A day later than all bookings of the library.
+constexpr Date kDay{2027, 1, 12};
+
+/// Who may book and have things delivered.
+struct Requester {
+  std::string id, group, barcode, name;
+  std::vector<std::string> rooms;
+};
+struct Piece {
+  std::string id, barcode, number;
+};
+
+std::string at(const Date& day, const char* time) {
+  return serverDate(day) + " " + time;
+}
+
+struct BookingStory : DeskStory {
+  /// The first one in the small library; with `like` another of the same group.
+  Requester requester(const Requester& like = {}) {
+    std::vector<std::string> bookings;
+    for (const char* date : {"2026-11-25", "2026-11-26", "2026-11-27"}) {
+      EXPECT_EQ(ask("BOOKDAY", {{"DATE", date}, {"HBK", "N"}}), 0);
+      while (app().message.NextRecord("BOOKID")) bookings.push_back(get("BOOKID"));
+    }
+    for (const std::string& booking : bookings) {
+      const Requester found = requesterOf(booking);
+      const bool other = found.id != like.id && (like.id.empty() || found.group == like.group);
+      if (found.rooms.size() > 1 && other) return found;
+    }
+    throw std::runtime_error("nobody may book in the small library");
+  }
+  /// Without rooms: not one who may book several times more in the weeks to come.
+  Requester requesterOf(const std::string& booking) {
+    if (ask("GETMSD", {{"BOOKID", booking}}) != 0 || intOf(get("PID")) == 0) return {};
+    Requester found{get("PID"), get("PGID"), {}, get("PATNM"), {}};
+    if (found.name.empty() || ask("GPBAR", {{"PID", found.id}}) != 0) return {};
+    if (app().message.Count("BNO") != 1 || get("PGID") != found.group) return {};
+    found.barcode = get("BNO");
+    const TagValue id{"PID", found.id}, group{"PGID", found.group};
+    if (ask("VALRP", {id, group, {"PUP", "N"}}) != 0 || ask("PATPRIV", {group, id}) != 0) return {};
+    const int most = intOf(get("BKM"));
+    if (get("PVALD") < "2027-02" || (most >= 0 && most < intOf(get("BCNT")) + 4)) return {};
+    if (ask("GDRM", {{"ADBK", "N"}, group}) != 0) return {};
+    while (app().message.NextRecord("RID")) found.rooms.push_back(get("RID"));
+    return found;
+  }
+
+  /// Whether policy lets the requester have a thing in his first room.
+  bool mayHave(std::string_view code, const Requester& who, std::vector<TagValue> thing,
+               const std::vector<TagValue>& last = {}) {
+    thing.insert(thing.begin(), {"BOOKID", "0"});
+    thing.push_back({"PGID", who.group});
+    thing.push_back({"RID", who.rooms.front()});
+    thing.insert(thing.end(), last.begin(), last.end());
+    thing.push_back({"STIME", at(kDay, "10:00:00")});
+    thing.push_back({"ETIME", at(kDay, "11:00:00")});
+    return ask(code, thing) == 0;
+  }
+  static std::string barcode(const char* series, int number) {
+    return series + std::to_string(1000000 + number).substr(1);
+  }
+  /// Another free one at each call.
+  Piece freePiece(const Requester& who) {
+    for (++lastPiece_; lastPiece_ < 500; ++lastPiece_) {
+      const std::string code = barcode("3800", lastPiece_);
+      if (ask("GETIBYB", {{"EPT", "3"}, {"BARORNO", "0"}, {"BNO", code}}) != 0) continue;
+      if (get("SRCHCNT") != "1") continue;
+      const Piece piece{get("EID"), code, get("ENO")};
+      if (ask("VES", {{"EID", piece.id}}) == 0 && mayHave("VEQUSG", who, {{"EID", piece.id}})) return piece;
+    }
+    throw std::runtime_error("no free piece in the small library");
+  }
+  std::string freeItem(const Requester& who) {
+    for (int number = 1; number < 200; ++number) {
+      const std::string code = barcode("3100", number);
+      if (ask("GBBIB", {{"IB", code}}) != 0 || intOf(get("MTID")) == 0) continue;
+      if (mayHave("VITMUSG", who, {{"MTID", get("MTID")}}, {{"MI", get("MI")}, {"IM", get("IM")}}))
+        return code;
+    }
+    throw std::runtime_error("no free item in the small library");
+  }
+  /// A delivery of this piece to the requester's first room.
+  static std::vector<TagValue> delivery(const Requester& who, const Piece& piece, const std::string& start,
+                                        const std::string& end, const std::string& note = {}) {
+    return bookingTags(start, end, {{"PID", who.id}, {"PGID", who.group}},
+                       {{"RID", who.rooms.front()}, {"BTID", "2"}, {"EID", piece.id}}, note);
+  }
+
+  std::vector<frmBooking*> editors() {
+    std::vector<frmBooking*> all;
+    for (int i = 0; i < app().windows.Count(); ++i) {
+      if (auto* found = dynamic_cast<frmBooking*>(&app().windows[i])) all.push_back(found);
+    }
+    return all;
+  }
+  frmBooking& onlyEditor() {
+    if (editors().size() != 1) throw std::runtime_error("not one editor stands");
+    return *editors().front();
+  }
+  frmBooking& openNew(const char* entry) {
+    chooseFromMenu(entry);
+    click(mainWindow(), "cmdNewBooking");
+    return onlyEditor();
+  }
+  /// Opens the booking of this row of the day's list.
+  frmBooking& edit(int row) {
+    clickRow(row);
+    click(mainWindow(), "cmdEditBooking");
+    return onlyEditor();
+  }
+  void writeTimes(const Form& form, const Date& day, const char* start, const char* end) {
+    write(form, "fpdNeedDate", formatDate(day, desktop.shortDateFormat()));
+    write(form, "txtNeedTime", start);
+    write(form, "txtFinishTime", end);
+  }
+  /// Scans the requester; the room that is chosen with him may have a note.
+  void scanRequester(const Form& form, const Requester& who) {
+    expectNote(who.rooms.front());
+    scan(form, "txtRequester", who.barcode);
+    EXPECT_EQ(text(form, "txtRequester"), who.name);
+  }
+  void expectNote(const std::string& room) {
+    if (ask("GETPMSG", {{"PWHI", "0"}, {"PTYP", "1"}, {"PWID", room}}) != 0 || get("PMSG").empty()) return;
+    whenShown("txtPopupNote", [note = QString::fromStdString(get("PMSG"))](QWidget& window) {
+      EXPECT_TRUE(window.findChild<QPlainTextEdit*>("txtPopupNote")->toPlainText().endsWith(note));
+      QTest::keyClick(&window, Qt::Key_Return);
+    });
+  }
+  using DeskStory::stored;
+  /// The tag's values in the list that this request gives of a stored booking.
+  std::vector<std::string> stored(std::string_view code, const std::string& booking, std::string_view tag) {
+    EXPECT_EQ(ask(code, {{"BOOKID", booking}}), 0);
+    std::vector<std::string> values;
+    while (app().message.NextRecord(tag)) values.push_back(get(tag));
+    return values;
+  }
+  std::string roomOf(const std::string& booking) {
+    EXPECT_EQ(ask("GETSRM", {{"BOOKID", booking}}), 0);
+    return get("RID");
+  }
+
+  static constexpr int kConfirmation = 8;  ///< columns of the day's list
+
+ private:
+  int lastPiece_ = 0;
+};
+
+TEST_F(BookingStory, ANewDeliveryIsStoredAsItWasTyped) {
+  logOnAs("desk");
+  start();
+  const Requester who = requester();
+  const std::string item = freeItem(who);
+  const Piece scanned = freePiece(who), numbered = freePiece(who);
+  showDay(kDay);
+  ASSERT_EQ(rows(), 0);
+  frmBooking& window = openNew("mnuPopupNewBookingFreeform");
+  scanRequester(window, who);
+  writeTimes(window, kDay, "10:00 AM", "11:30 AM");
+  openTab(window, "tabBooking", 1);
+  scan(window, "txtItemBarcode", item);
+  openTab(window, "tabBooking", 2);
+  expectNote(who.rooms[1]);
+  auto& room = find<QComboBox>(window, "cboDeliveryRoom");
+  room.setFocus();
+  QTest::keyClick(&room, Qt::Key_Down);
+  desktop.handleEvents();
+  openTab(window, "tabBooking", 3);
+  scan(window, "txtEquipBarcode", scanned.barcode);
+  write(window, "txtEquipBarcode", numbered.number);
+  click(window, "cmdAddEquipViaNumber");
+  EXPECT_EQ(find<QLabel>(window, "lblThings").text(), "1 media, 2 equipment");
+  write(window, "txtSetupTime", "15");
+  openTab(window, "tabBooking", 4);
+  QTest::keyClicks(&find<QPlainTextEdit>(window, "txtBookingNote"), "Ring twice");
+  click(window, "abSaveAndClose");
+  EXPECT_TRUE(editors().empty());
+  ASSERT_EQ(rows(), 1);
+  const std::string id = cell(1, 0), number = cell(1, kConfirmation);
+  EXPECT_EQ(cell(1, kConfirmation - 1), who.name);
+
+  frmBooking& again = edit(1);
+  EXPECT_EQ(text(again, "txtConfirmationNumber"), number);
+  EXPECT_EQ(this->window(again).windowTitle().toStdString(), "Booking - Confirmation Number:  " + number);
+  EXPECT_EQ(find<QLabel>(again, "lblThings").text(), "1 media, 2 equipment");
+  EXPECT_EQ(stored(id, "PID"), who.id);
+  EXPECT_EQ(stored(id, "STIME") + " " + stored(id, "ETIME"), at(kDay, "10:00:00 ") + at(kDay, "11:30:00"));
+  EXPECT_EQ(stored(id, "SCHCOM") + " " + stored(id, "UTIME"), "Ring twice 15");
+  EXPECT_EQ(roomOf(id), who.rooms[1]);
+  EXPECT_EQ(stored("GETSEQ", id, "EID"), (std::vector{scanned.id, numbered.id}));
+  EXPECT_EQ(stored("GETSITM", id, "IM").size(), 1U);
+}
+
+TEST_F(BookingStory, OfSeveralTimesNoneIsStoredUntilAllAreFree) {
+  logOnAs("desk");
+  start();
+  const Requester who = requester();
+  const Piece piece = freePiece(who);
+  ASSERT_EQ(ask("NEWBK", delivery(who, piece, at(kDay, "14:00:00"), at(kDay, "15:00:00"))), 0);
+  const std::string taken = get("CNUM");
+  showDay(kDay);
+  frmBooking& window = openNew("mnuPopupNewBookingFreeform");
+  scanRequester(window, who);
+  writeTimes(window, kDay, "10:00 AM", "11:00 AM");
+  openTab(window, "tabBooking", 3);
+  scan(window, "txtEquipBarcode", piece.barcode);
+  openTab(window, "tabBooking", 0);
+  click(window, "cmdMultipleBookings");
+  click(window, "cmdAddDate");
+  for (const auto& [begin, end] : {std::pair{"10:30 AM", "11:30 AM"}, {"02:00 PM", "03:00 PM"}}) {
+    writeTimes(window, kDay, begin, end);
+    click(window, "cmdAddDate");
+  }
+  const auto correct = [&](int row, const char* begin, const char* end) {
+    clickRow(find<GridView>(window, "faDatesTimes"), row, 0);
+    click(window, "cmdEditDate");
+    writeTimes(window, kDay, begin, end);
+    click(window, "cmdAddDate");
+  };
+
+  // One is taken by another booking, two overlap each other.
+  whenShown("faErrorsSpecific", [&](QWidget& report) {
+    const auto& conflicts = *report.findChild<GridView*>("faErrorsSpecific")->model();
+    ASSERT_EQ(conflicts.rowCount(), 1);
+    QString row;
+    for (int col = 0; col < conflicts.columnCount(); ++col)
+      row += conflicts.index(0, col).data().toString() + ' ';
+    EXPECT_TRUE(row.contains(QString::fromStdString(taken))) << row.toStdString();
+    QTest::keyClick(&report, Qt::Key_Return);
+  });
+  click(window, "abSaveAndClose");
+  correct(3, "04:00 PM", "05:00 PM");
+  answerBox("Multiple booking times overlap.  Please correct and save again.", "OK");
+  click(window, "abSaveAndClose");
+  EXPECT_EQ(rows(), 1) << "nothing is stored yet";
+  correct(2, "11:30 AM", "12:30 PM");
+  answerBox("Multiple bookings created.  Display all?", "Yes");
+  click(window, "abSaveAndClose");
+  EXPECT_EQ(rows(), 4);
+  std::set<QString> starts;
+  for (frmBooking* form : editors()) starts.insert(find<QAbstractSpinBox>(*form, "txtNeedTime").text());
+  EXPECT_EQ(starts, (std::set{shortTime({10, 0, 0}), shortTime({11, 30, 0}), shortTime({16, 0, 0})}))
+      << "each in its own window";
+}
+
+TEST_F(BookingStory, ACopyForAnotherRequesterIsABookingOfItsOwn) {
+  logOnAs("desk");
+  start();
+  const Requester who = requester(), another = requester(who);
+  const Piece piece = freePiece(who);
+  ASSERT_EQ(ask("NEWBK", delivery(who, piece, at(kDay, "10:00:00"), at(kDay, "11:00:00"))), 0);
+  const std::string id = get("BOOKID"), number = get("CNUM");
+  showDay(kDay);
+  frmBooking& model = edit(1);
+  whenShown("optAdministrative", [&](QWidget& window) {
+    write(window, "txtRequester", another.barcode, Qt::Key_Return);
+    window.findChild<QPushButton*>("cmdOK")->click();
+  });
+  click(model, "abCopy");
+  ASSERT_EQ(editors().size(), 2U);
+  frmBooking& copy = *editors().back();
+  EXPECT_EQ(window(copy).windowTitle().toStdString(), "Copy of Booking with Confirmation Number " + number);
+  EXPECT_EQ(text(copy, "txtRequester"), another.name);
+  const Date next = addDays(kDay, 1);
+  writeTimes(copy, next, "10:00 AM", "11:00 AM");
+  click(copy, "abSaveAndClose");
+  EXPECT_EQ(&onlyEditor(), &model);
+  showDay(next);
+  ASSERT_EQ(rows(), 1);
+  const std::string copied = cell(1, 0);
+  EXPECT_EQ(stored(copied, "PID"), another.id);
+  EXPECT_EQ(roomOf(copied), who.rooms.front());
+  EXPECT_EQ(stored("GETSEQ", copied, "EID"), std::vector{piece.id});
+  EXPECT_EQ(stored(id, "PID"), who.id) << "the model is as it was";
+  EXPECT_EQ(stored(id, "STIME"), at(kDay, "10:00:00"));
+}
+
+TEST_F(BookingStory, AnUpdateThatAnotherDeskOvertookIsRefused) {
+  logOnAs("desk");
+  start();
+  const Requester who = requester();
+  const Piece piece = freePiece(who);
+  const std::string begin = at(kDay, "10:00:00"), end = at(kDay, "11:00:00");
+  ASSERT_EQ(ask("NEWBK", delivery(who, piece, begin, end)), 0);
+  const std::string id = get("BOOKID");
+  showDay(kDay);
+  frmBooking& mine = edit(1);
+  openTab(mine, "tabBooking", 4);
+  auto& note = find<QPlainTextEdit>(mine, "txtBookingNote");
+  QTest::keyClicks(&note, "mine");
+
+  HttpTransport other({.address = address()});
+  ASSERT_EQ(other.logon("admin", "admin-demo"), LogonResult::Accepted);
+  ASSERT_EQ(other.send({"1", "SLL", {{"LOC", app().context.locationId}}}).reply.rc, 0);
+  std::vector<TagValue> theirs = delivery(who, piece, begin, end, "theirs");
+  theirs.insert(theirs.begin(), {"BOOKID", id});
+  ASSERT_EQ(other.send({"2", "UPDBK", theirs}).reply.rc, 0);
+
+  answerBox(
+      "This booking has been updated by another user.\r\n"
+      "Please close this window and retrieve the booking again.",
+      "OK");
+  click(mine, "abSaveAndClose");
+  EXPECT_EQ(sent("CDELTM"), 0) << "nothing more is asked";
+  EXPECT_EQ(note.toPlainText(), "mine") << "what was typed still stands";
+  answerBox("Changes will be lost!  Do you wish to SAVE this Booking before closing?", "No");
+  press(mine, Qt::Key_F4);
+  ASSERT_TRUE(editors().empty());
+  EXPECT_EQ(find<QPlainTextEdit>(edit(1), "txtBookingNote").toPlainText(), "theirs");
+  EXPECT_EQ(stored(id, "SCHCOM"), "theirs");
+}
+
+TEST_F(BookingStory, AnImmediatePickUpGoesOutAtOnce) {
+  logOnAs("desk");
+  start();
+  app().preferences.AutoCharge = true;
+  const Requester who = requester();
+  const Piece piece = freePiece(who);
+  std::set<std::string> before;
+  for (int row = 1; row < grid().Rows; ++row) before.insert(cell(row, 0));
+  frmBooking& window = openNew("mnuPopupNewBookingPickup");
+  scan(window, "txtRequester", who.barcode);
+  auto& begin = find<QAbstractSpinBox>(window, "txtNeedTime");
+  EXPECT_EQ(begin.text(), shortTime({12, 0, 0})) << "the server's time";
+  EXPECT_TRUE(begin.isReadOnly());
+  EXPECT_FALSE(find<QWidget>(window, "txtOnBehalfOf").isVisible());
+  openTab(window, "tabBooking", 2);
+  EXPECT_FALSE(find<QWidget>(window, "cboDeliveryRoom").isVisible());
+  openTab(window, "tabBooking", 3);
+  scan(window, "txtEquipBarcode", piece.barcode);
+  answerBox("Booking charged successfully!", "OK");
+  click(window, "abSaveAndClose");
+  EXPECT_TRUE(editors().empty());
+  int row = 1;
+  while (row < grid().Rows && before.contains(cell(row, 0))) ++row;
+  ASSERT_LT(row, grid().Rows) << "today's list shows it";
+  EXPECT_EQ(cell(row, 1), "99");
+  const std::string id = cell(row, 0);
+  EXPECT_EQ(stored(id, "BTID") + " " + stored(id, "BKRES"), "3 99");
+  EXPECT_EQ(stored(id, "STIME"), "2026-11-24 12:00:00");
+  EXPECT_EQ(stored("GETSEQ", id, "EID"), std::vector{piece.id});
+}
+
+TEST_F(BookingStory, ViewOnlyLooksAtAllTabsAndChangesNothing) {
+  logOnAs("view", 1);
+  start();
+  frmBooking& form = edit(rowOf("0"));
+  ASSERT_TRUE(form.media.faMedia.hasData()) << "the first live booking has media that need equipment";
+  QWidget& window = this->window(form);
+  std::set<std::string> live;
+  for (int tab = 0; tab < 7; ++tab) {
+    openTab(form, "tabBooking", tab);
+    for (QWidget* part : window.findChildren<QWidget*>()) {
+      const bool input = part->property("readOnly").isValid() || qobject_cast<QAbstractButton*>(part) ||
+                         qobject_cast<QComboBox*>(part);
+      if (!input || !part->isVisible() || !part->isEnabled() || part->property("readOnly").toBool()) continue;
+      if (!part->objectName().isEmpty()) live.insert(part->objectName().toStdString());
+    }
+  }
+  EXPECT_EQ(live, (std::set<std::string>{"abPrint", "cmdMARC", "cmdRoomView(0)"})) << "all else is closed";
+
+  // Nor do keys change what looks as ever: the types that media need, and the bar of the time.
+  openTab(form, "tabBooking", 3);
+  auto& types = find<QTreeWidget>(form, "tvwEquipment");
+  const auto firstType = [&] { return types.topLevelItem(0)->child(0)->child(0); };
+  types.setCurrentItem(firstType());
+  QTest::keyClick(&types, Qt::Key_Space);
+  desktop.handleEvents();
+  EXPECT_EQ(firstType()->checkState(0), Qt::Unchecked);
+  EXPECT_EQ(sent("VEQUSG"), 0) << "nor has the server had to refuse it";
+  openTab(form, "tabBooking", 0);
+  auto& begin = find<QAbstractSpinBox>(form, "txtNeedTime");
+  const QString time = begin.text();
+  QTest::keyClick(&begin, Qt::Key_Up);
+  QTest::keyClick(&find<QWidget>(form, "schTimeLine"), Qt::Key_Right);
+  desktop.handleEvents();
+  EXPECT_EQ(begin.text(), time);
+  press(form, Qt::Key_S);
+  press(form, Qt::Key_F4);
+  EXPECT_TRUE(editors().empty()) << "nothing to be asked about";
+  EXPECT_EQ(sent("CHKUPD"), 0);
+}
+
+}  // namespace
+}  // namespace vantry::test
