@@ -1,9 +1,10 @@
 // What the decisions about bookings cost with 10,000 and with 1,000,000 bookings in the store, what many
 // desks get through at once, and whether any two of them ever end on one thing.
 //
-//   server_scale [postgresql://...]     a SQLite file in the temporary folder without an address; a database
-//                                       named must be empty
-//   server_scale --small                an eighth of the bookings, for a try
+//   server_scale [--small] [postgresql://...]
+//
+// A SQLite file in the temporary folder without an address; a database named must be empty. --small makes an
+// eighth of the bookings, for a try.
 
 #include <algorithm>
 #include <atomic>
@@ -16,6 +17,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -160,8 +162,6 @@ class Desk {
     const std::string id = std::to_string(++count);
     return runner_.run({.token = token_, .code = code, .requestId = id, .tags = tags}).json;
   }
-
-  [[nodiscard]] const std::string& token() const { return token_; }
 
  private:
   RequestRunner& runner_;
@@ -402,11 +402,11 @@ void measure(const std::string& url, int most) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string given = argc > 1 ? argv[1] : "";
-  const bool small = given == "--small";
+  const std::vector<std::string_view> given(argv + 1, argv + argc);
+  const bool small = !given.empty() && given.front() == "--small";
   const int most = small ? 125'000 : 1'000'000;
-  if (!given.empty() && !small) {
-    measure(given, most);
+  if (given.size() > (small ? 1 : 0)) {
+    measure(std::string(given.back()), most);
     return 0;
   }
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vantry-bench-scale";

@@ -19,6 +19,8 @@ constexpr int sqliteReadOnly = 8;
 constexpr int sqliteCannotOpen = 14;
 constexpr int sqliteNoDatabase = 26;
 
+constexpr std::string_view lockTimeout = "55P03";
+
 constexpr int mostRetries = 30;
 constexpr std::chrono::milliseconds shortWait{500};
 
@@ -229,6 +231,7 @@ class Database::Lease {
     lock.unlock();
     try {
       connection_ = std::make_unique<Connection>(database_.dialect_, database_.connectText_);
+      database_.setPatience(*connection_, std::chrono::seconds(database_.patience_));
     } catch (...) {
       lock.lock();
       --database_.open_;
@@ -252,6 +255,7 @@ class Database::Lease {
 
   Connection& operator*() { return *connection_; }
   void close() { connection_.reset(); }
+  [[nodiscard]] bool isOpen() const { return connection_ != nullptr; }
 
  private:
   Database& database_;
@@ -270,8 +274,13 @@ Database::~Database() = default;
 
 namespace {
 
-std::string waitingTime(std::chrono::milliseconds longest) {
-  return "pragma busy_timeout = " + std::to_string(longest.count());
+/// Runs a statement whose rows tell nothing.
+void runAsQuery(Connection& db, std::string_view sql) {
+  int row = 0;
+  Query query(db, sql);
+  query.into(row);
+  while (query.next()) {
+  }
 }
 
 /// Runs the work so that its failure leaves nothing of it behind in the transaction. Throws when the
@@ -290,23 +299,34 @@ void runWithin(Connection& db, WriteQueue::Waiting& each) {
 }  // namespace
 
 /// A pooled connection may have died since its last use; it is closed, and the transaction may be tried on
-/// another.
-void Database::begin(Lease& lease, std::string_view statement, Wait wait) {
-  const bool hurried = wait == Wait::Short && dialect_.kind == Dialect::Kind::Sqlite;
+/// another. The turn that it may have goes with it.
+void Database::begin(Lease& lease, const Work& beginning) {
   try {
-    if (hurried) (*lease).run(waitingTime(shortWait));
-    (*lease).run(std::string(statement));
-    if (hurried) (*lease).run(waitingTime(std::chrono::seconds(patience_)));
-  } catch (const soci::soci_error& error) {
+    beginning(*lease);
+  } catch (const soci::postgresql_soci_error& error) {
     lease.close();
-    if (dialect_.kind != Dialect::Kind::Postgresql) throw;
-    throw StoreError(StoreError::Kind::Contested, error.get_error_message());
+    const bool waited = error.sqlstate() == lockTimeout;
+    throw StoreError(waited ? StoreError::Kind::Busy : StoreError::Kind::Contested,
+                     error.get_error_message());
+  } catch (const soci::soci_error&) {
+    lease.close();
+    throw;
   }
 }
 
-void Database::runOnce(const Work& work, std::string_view beginning, Wait wait) {
-  Lease lease(*this);
-  begin(lease, beginning, wait);
+void Database::setPatience(Connection& db, std::chrono::milliseconds longest) const {
+  db.run(std::string(dialect_.waitingTime) + std::to_string(longest.count()));
+}
+
+/// The turn comes first, so that the transaction sees what the one before it has left.
+void Database::beginWrite(Connection& db, Wait wait) const {
+  if (wait == Wait::Short) setPatience(db, shortWait);
+  if (!dialect_.takeTurn.empty()) runAsQuery(db, dialect_.takeTurn);
+  db.run(std::string(dialect_.beginWrite));
+  if (wait == Wait::Short) setPatience(db, std::chrono::seconds(patience_));
+}
+
+void Database::finish(Lease& lease, const Work& work) {
   try {
     work(*lease);
     (*lease).run("commit");
@@ -318,6 +338,27 @@ void Database::runOnce(const Work& work, std::string_view beginning, Wait wait) 
     }
     throw;
   }
+}
+
+void Database::giveTurn(Lease& lease) const {
+  if (dialect_.giveTurn.empty() || !lease.isOpen()) return;
+  try {
+    runAsQuery(*lease, dialect_.giveTurn);
+  } catch (const soci::soci_error&) {
+    lease.close();  // and the turn with it; what was written is written
+  }
+}
+
+void Database::runWriter(const Work& work, Wait wait) {
+  Lease lease(*this);
+  begin(lease, [&](Connection& db) { beginWrite(db, wait); });
+  try {
+    finish(lease, work);
+  } catch (...) {
+    giveTurn(lease);
+    throw;
+  }
+  giveTurn(lease);
 }
 
 /// Runs the transaction until it is through; only one that met another is tried again.
@@ -340,7 +381,11 @@ void Database::runRepeated(const std::function<void()>& once) {
 }
 
 void Database::read(const Work& work) {
-  runRepeated([&] { runOnce(work, dialect_.beginRead, Wait::Full); });
+  runRepeated([&] {
+    Lease lease(*this);
+    begin(lease, [&](Connection& db) { db.run(std::string(dialect_.beginRead)); });
+    finish(lease, work);
+  });
 }
 
 void Database::runTogether(const WriteQueue::Group& group) {
@@ -351,7 +396,7 @@ void Database::runTogether(const WriteQueue::Group& group) {
     for (WriteQueue::Waiting* each : group) runWithin(db, *each);
   };
   try {
-    runOnce(all, dialect_.beginWrite, Wait::Full);
+    runWriter(all, Wait::Full);
   } catch (...) {
     // A full disk undoes the whole transaction: each is told what becomes of it by itself.
     if (begun) return runApart(group);
@@ -363,7 +408,7 @@ void Database::runApart(const WriteQueue::Group& group) {
   for (WriteQueue::Waiting* each : group) {
     each->failure = {};
     try {
-      runOnce(*each->work, dialect_.beginWrite, Wait::Full);
+      runWriter(*each->work, Wait::Full);
     } catch (...) {
       each->failure = std::current_exception();
     }
@@ -371,9 +416,8 @@ void Database::runApart(const WriteQueue::Group& group) {
 }
 
 void Database::writeOnce(const Work& work, Wait wait) {
-  if (dialect_.kind == Dialect::Kind::Postgresql) return runOnce(work, dialect_.beginWrite, wait);
   if (wait == Wait::Full) return writers_.write(work, [&](const auto& group) { runTogether(group); });
-  if (!writers_.writeAlone(shortWait, [&] { runOnce(work, dialect_.beginWrite, wait); }))
+  if (!writers_.writeAlone(shortWait, [&] { runWriter(work, wait); }))
     throw StoreError(StoreError::Kind::Busy, "others of this program are writing");
 }
 

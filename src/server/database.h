@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -143,7 +144,7 @@ class Database {
  public:
   struct Options {
     int connections = 8;
-    int patience = 10;  ///< seconds to wait for another process that holds a SQLite file
+    int patience = 10;  ///< seconds to wait for another process that writes
   };
   /// `url` is a path of a SQLite file, which is made when it is missing, or "postgresql://...". Throws
   /// StoreError.
@@ -162,7 +163,7 @@ class Database {
   /// Work that met another transaction, or that shared one with work that broke it, runs again from its
   /// beginning, so it must change nothing but the store.
   ///
-  /// `Short` waits for half a second at most for others that hold a SQLite file, and then throws Busy.
+  /// `Short` waits for half a second at most for others that write, and then throws Busy.
   enum class Wait { Full, Short };
   void write(const Work& work, Wait wait = Wait::Full);
 
@@ -173,8 +174,12 @@ class Database {
 
  private:
   class Lease;
-  void begin(Lease& lease, std::string_view statement, Wait wait);
-  void runOnce(const Work& work, std::string_view beginning, Wait wait);
+  void setPatience(Connection& db, std::chrono::milliseconds longest) const;
+  void begin(Lease& lease, const Work& beginning);
+  void beginWrite(Connection& db, Wait wait) const;
+  void finish(Lease& lease, const Work& work);
+  void giveTurn(Lease& lease) const;
+  void runWriter(const Work& work, Wait wait);
   void runRepeated(const std::function<void()>& once);
   void runTogether(const WriteQueue::Group& group);
   void runApart(const WriteQueue::Group& group);

@@ -13,7 +13,13 @@ struct Dialect {
   std::string_view identity;    ///< column type of a key that the database counts up itself
   std::string_view beginRead;   ///< statement that opens a reading transaction
   std::string_view beginWrite;  ///< statement that opens a serializable writing transaction
-  std::string_view marker;      ///< lines of a schema step that start so are for this database only
+  /// Statements that take and give back the turn among the writers of all processes, around a transaction;
+  /// empty where beginning one does it.
+  std::string_view takeTurn;
+  std::string_view giveTurn;
+  std::string_view
+      waitingTime;          ///< statement that sets the longest wait for others, to go before milliseconds
+  std::string_view marker;  ///< lines of a schema step that start so are for this database only
 };
 
 /// The dialect of a database address: "postgresql://..." or a file's path.

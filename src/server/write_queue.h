@@ -11,9 +11,9 @@ namespace vantry::server {
 
 class Connection;
 
-/// The writers of one process on a SQLite file, which takes one at a time. Those that wait while another
-/// writes go together afterwards, in one transaction, and so wait for the disk only once. Fairer and faster
-/// than a queue in the file's lock.
+/// The writers of one process, which write one at a time. Those that wait while another writes go together
+/// afterwards, in one transaction, and so wait for the disk only once. Fairer and faster than a queue in the
+/// store's own lock.
 class WriteQueue {
  public:
   using Work = std::function<void(Connection&)>;
