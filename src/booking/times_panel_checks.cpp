@@ -118,12 +118,15 @@ bool TimesPanel::mayAddBooking() {
 }
 
 void TimesPanel::fillRow(int row) {
-  faDatesTimes.TextMatrix(row, kNeedDate, fpdNeedDate.shortDate());
-  faDatesTimes.TextMatrix(row, kFinishDate, fpdFinishDate.shortDate());
-  faDatesTimes.TextMatrix(row, kNeedTime, txtNeedTime.textAmPm());
-  faDatesTimes.TextMatrix(row, kFinishTime, txtFinishTime.textAmPm());
-  faDatesTimes.TextMatrix(row, kNeedIndex, std::to_string(NeedTimeIndex()));
-  faDatesTimes.TextMatrix(row, kFinishIndex, std::to_string(FinishTimeIndex()));
+  const auto put = [&](TimeColumn column, std::string text) {
+    faDatesTimes.TextMatrix(row, faDatesTimes.columnOfData(column), std::move(text));
+  };
+  put(kNeedDate, fpdNeedDate.shortDate());
+  put(kFinishDate, fpdFinishDate.shortDate());
+  put(kNeedTime, txtNeedTime.textAmPm());
+  put(kFinishTime, txtFinishTime.textAmPm());
+  put(kNeedIndex, std::to_string(NeedTimeIndex()));
+  put(kFinishIndex, std::to_string(FinishTimeIndex()));
 }
 
 void TimesPanel::cmdAddDate_Click() {
@@ -150,7 +153,7 @@ void TimesPanel::endEditing() {
 void TimesPanel::cmdEditDate_Click() {
   const int row = faDatesTimes.Row;
   if (row < faDatesTimes.FixedRows) return;
-  const auto text = [&](TimeColumn col) { return faDatesTimes.TextMatrix(row, col); };
+  const auto text = [&](TimeColumn column) { return cell(row, column); };
   fpdNeedDate.Value = parseDate(text(kNeedDate), app_.windows.shortDateFormat());
   fpdFinishDate.Value = parseDate(text(kFinishDate), app_.windows.shortDateFormat());
   timeLine_.restore(parseClockTime(text(kNeedTime)), parseClockTime(text(kFinishTime)),

@@ -241,6 +241,22 @@ TEST_F(Times, TheListIsAddedToEditedAndEmptied) {
   EXPECT_FALSE(times.cmdDeleteDate.Enabled);
 }
 
+TEST_F(Times, AListWhoseColumnsWereMovedKeepsItsTimes) {
+  times.cmdMultipleBookings.press();
+  enter("2026-11-24 09:00:00", "2026-11-25 10:30:00");
+  times.cmdAddDate.press();
+  times.faDatesTimes.moveColumn(0, 3);
+  enter("2026-11-26 12:00:00", "2026-11-27 13:00:00");
+  times.cmdAddDate.press();
+  const auto all = times.times();
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0].start + " " + all[0].end, "2026-11-24 09:00:00 2026-11-25 10:30:00");
+  EXPECT_EQ(all[1].start + " " + all[1].end, "2026-11-26 12:00:00 2026-11-27 13:00:00");
+  times.faDatesTimes.doubleClick(1, 0);
+  EXPECT_EQ(times.fpdNeedDate.shortDate(), "24/11/2026");
+  EXPECT_EQ(times.txtFinishTime.textAmPm(), "10:30 AM");
+}
+
 TEST_F(Times, AListThatIsStoredIsNotEditedByADoubleClick) {
   enter("2026-11-24 09:00:00", "2026-11-24 10:00:00");
   times.cmdMultipleBookings.press();
