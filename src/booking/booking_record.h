@@ -82,6 +82,8 @@ void ReadBookingHead(const TagMessage& message, BookingRecord& record);
 void ReadBookingPlace(const TagMessage& message, BookingRecord& record);
 /// What `PATPRIV` brings.
 void ReadPrivileges(const TagMessage& message, BookingRecord& record);
+/// Leaves the record as it is while no requester's privileges are known.
+void ForgetPrivileges(BookingRecord& record);
 
 /// What stands for the requester: his name, or that the server withholds it; empty for an administrative
 /// booking.

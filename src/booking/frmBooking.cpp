@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "booking/modBooking_equipment.h"
+#include "booking/modBooking_rooms.h"
 #include "frame/modMain.h"
 
 namespace vantry {
@@ -199,7 +199,7 @@ void frmBooking::allowSavedCommands() {
 /// The requester's group decides the rooms; without one only an administrative booking has any.
 void frmBooking::loadRooms() {
   const int group = record.PatronGroupId;
-  if (group == 0 && !record.isAdministrative()) return place.emptyRoomCombos();
+  if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(form_, record);
   const bool roomIsLost =
       !loading_ && !record.isAdministrative() && record.RoomId != 0 && place.roomsOfGroup != group;
   LoadRoomCombos(form_, record.AdminBooking, group);

@@ -86,9 +86,10 @@ void clearRequester(const PatronForm& form, BookingRecord& record) {
   record.PatronGroupId = 0;
   record.PatronGroupName.clear();
   record.RequesterName.clear();
-  record.ExpireDate.clear();
+  ForgetPrivileges(record);
   form.requester.show("");
   form.txtPatronGroup.Text = "";
+  raise(form.requesterIsKnown);  // nobody any longer: his rooms go with him
   form.requester.text.SetFocus();
 }
 
