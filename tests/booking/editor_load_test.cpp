@@ -242,6 +242,8 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_EQ(copy.record.BookingId, 0);
   EXPECT_EQ(copy.record.RequesterId, 32);
   EXPECT_EQ(copy.requester.requester.text.Text, "Oak, Ole");
+  EXPECT_FALSE(copy.requester.requester.pick.Enabled) << "nobody of another group can take his place";
+  EXPECT_FALSE(copy.requester.chkAdminBooking.Enabled);
   EXPECT_EQ(copy.times.fpdExpireDate.shortDate(), "01/03/2027");
   EXPECT_EQ(copy.txtConfirmationNumber.Text, "");
   EXPECT_EQ(copy.lblStatus.Caption, "") << "a copy starts live";
@@ -271,6 +273,7 @@ TEST_F(EditorLoad, ACopyCanBecomeAdministrativeOrBeCancelled) {
   EXPECT_EQ(editor().record.AdminBooking, "Y");
   EXPECT_EQ(editor().record.RequesterId, 0);
   EXPECT_EQ(editor().requester.requester.text.Text, "");
+  EXPECT_FALSE(editor().requester.requester.pick.Enabled);
 }
 
 // Delete, cancel, close, circulation.
