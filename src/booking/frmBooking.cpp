@@ -200,10 +200,13 @@ void frmBooking::allowSavedCommands() {
 void frmBooking::loadRooms() {
   const int group = record.PatronGroupId;
   if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(form_, record);
-  const bool roomIsLost =
-      !loading_ && !record.isAdministrative() && record.RoomId != 0 && place.roomsOfGroup != group;
+  const bool changed = !loading_ && !record.isAdministrative() && place.roomsOfGroup != group;
+  const bool hadRoom = record.RoomId != 0;
+  const bool hadGenericRoom = record.isGenericRoom();
   LoadRoomCombos(form_, record.AdminBooking, group);
-  if (roomIsLost)
+  // Where the list is empty, a generic room is still there.
+  const bool genericRoomIsLost = hadGenericRoom && !record.isGenericRoom();
+  if (changed && (hadRoom || genericRoomIsLost))
     informationBox(app_.desktop, "Changing requester invalidates current booking room selection.");
 }
 

@@ -216,6 +216,15 @@ TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
   refused("3");
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");
+  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
+    search.Tag = "G|6|4|20|1|Capacity:  <=20 *** Location:  Branch *** Room Type:  Hall";
+    search.Hide();
+  });
+  window.place.cmdGenericRoom(0).press();
+  refused("2");
+  desktop.expectInformation("Changing requester invalidates current booking room selection.");
+  desktop.expectInformation("Patron barcode not active!");
+  scan(requester, "P31");
   // A booking that becomes administrative has no requester who changes.
   server.expect("GDRM", "ADBK=Y PGID=0").replies("RID=40 RNM=Hall");
   server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
