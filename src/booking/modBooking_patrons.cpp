@@ -126,6 +126,7 @@ void takePickupPatron(const PatronForm& form, BookingRecord& record, const Patro
   }
   record.PickupPatronName.clear();
   form.pickup->show("");
+  form.pickup->text.Locked = false;  // a name that was read with the booking had locked it
   form.pickup->text.SetFocus();
 }
 

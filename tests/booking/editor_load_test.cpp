@@ -127,6 +127,21 @@ TEST_F(EditorLoad, AWithheldRequesterIsNotNamed) {
   EXPECT_TRUE(window.requester.requester.text.Locked);
 }
 
+TEST_F(EditorLoad, ARefusedPickUpPatronCanBeTypedAnew) {
+  frmBooking& window = openSeven("PPID=32 PPATNM=Oak");
+  PatronField& pickup = window.requester.onBehalfOf;
+  EXPECT_TRUE(pickup.text.Locked);
+  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
+    search.Tag = "Pen, Pia|40";
+    search.Hide();
+  });
+  server.expect("VALRP", "PID=40 PUP=Y").fails(144);
+  desktop.expectInformation("Patron id has expired!");
+  pickup.pick.press();
+  EXPECT_EQ(pickup.text.Text, "");
+  EXPECT_FALSE(pickup.text.Locked);
+}
+
 TEST_F(EditorLoad, AnAdministrativeBookingHasTheRoomsOfNoGroup) {
   server.expect("GETMSD", "BOOKID=7").replies(head("ADBK=Y PATNM= PGNM= PID=0 PGID=0"));
   expectRooms("ADBK=Y PGID=0");
