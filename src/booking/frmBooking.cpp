@@ -156,12 +156,13 @@ void frmBooking::showStatus() {
   lblStatus.Caption = status ? std::string(status->word) : std::string();
   if (!status) return;
   DisableEditing();
-  const auto apply = [this](Effect effect, MenuItem& entry, std::string_view tool) {
-    if (effect != Effect::Leave) setCommand(entry, tool, effect == Effect::Enable);
+  const auto apply = [this](Effect effect, Right right, MenuItem& entry, std::string_view tool) {
+    if (effect == Effect::Leave) return;
+    setCommand(entry, tool, effect == Effect::Enable && app_.context.rights.has(right));
   };
-  apply(status->charge, mnuBookingCharge, "abCharge");
-  apply(status->discharge, mnuBookingDischarge, "abDischarge");
-  apply(status->cancel, mnuBookingCancel, "abCancel");
+  apply(status->charge, Right::BKCHA, mnuBookingCharge, "abCharge");
+  apply(status->discharge, Right::BKDIS, mnuBookingDischarge, "abDischarge");
+  apply(status->cancel, Right::BKCAN, mnuBookingCancel, "abCancel");
 }
 
 void frmBooking::DisableEditing() {

@@ -187,8 +187,9 @@ TEST_F(EditorLoad, AResultEndsTheEditing) {
 
 TEST_F(EditorLoad, AViewOnlyOperatorOnlyLooks) {
   grant({Right::BKV});
-  frmBooking& window = openSeven();
-  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7");
+  frmBooking& window = openSeven("BKRES=99");
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7  <Charged>");
+  EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
   EXPECT_FALSE(window.mnuFileSave.Enabled);
   EXPECT_FALSE(window.mnuFileCopyBooking.Enabled);
   EXPECT_FALSE(window.mnuFileDeleteBooking.Enabled);
