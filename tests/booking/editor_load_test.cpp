@@ -266,7 +266,7 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_TRUE(copy.Dirty);
   EXPECT_TRUE(copy.mnuFileSave.Enabled);
   EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);
-  EXPECT_TRUE(copy.mnuFilePrint.Enabled);
+  EXPECT_FALSE(copy.mnuFilePrint.Enabled);
   EXPECT_FALSE(app.booking.copyMode);
 }
 
