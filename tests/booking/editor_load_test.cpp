@@ -268,6 +268,14 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);
   EXPECT_FALSE(copy.mnuFilePrint.Enabled);
   EXPECT_FALSE(app.booking.copyMode);
+
+  for (const char* code : {"VALDLO", "CDELTM", "VALEAVL"}) server.always(code);
+  desktop.expectQuestion("There is no media or equipment in this booking.  Save anyway?", true);
+  server.always("NEWBK").replies("BOOKID=8 CNM=eve LNA=Annex CDT=2026-11-24 09:00:00 CNUM=M8");
+  copy.mnuFileSave.choose();
+  EXPECT_EQ(copy.txtUpdateOperator.Text, "eve") << "not who changed the model last";
+  EXPECT_EQ(copy.txtUpdateLocation.Text, "Annex");
+  EXPECT_TRUE(copy.mnuFilePrint.Enabled);
 }
 
 TEST_F(EditorLoad, ACopyCanBecomeAdministrativeOrBeCancelled) {
