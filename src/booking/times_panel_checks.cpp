@@ -104,17 +104,16 @@ void TimesPanel::endMultiple() {
   showTimes(only.start, only.end);
 }
 
-/// Counts one more booking and asks where the requester has as many as he may; false when it is not to be.
+/// Asks where the requester has as many bookings as he may, with one more time in the list; false when it is
+/// not to be.
 bool TimesPanel::mayAddBooking() {
-  const bool further = faDatesTimes.hasData();
-  if (further) ++record_.BookingCount;
+  // Each time but the first is one more booking. The list may be older than its requester, whose count is the
+  // server's: so the two are added up only here.
+  const int count = record_.BookingCount + faDatesTimes.Rows - faDatesTimes.FixedRows;
   const bool limited = record_.RequesterId != 0 && record_.BookingMax != kUnlimitedBookings;
-  if (!limited || record_.BookingCount <= record_.BookingMax) return true;
-  if (questionBox(app_.desktop, "Requester has reached maximum allowed number of bookings (" +
-                                    std::to_string(record_.BookingMax) + ").  Continue anyway?"))
-    return true;
-  if (further) --record_.BookingCount;
-  return false;
+  if (!limited || count <= record_.BookingMax) return true;
+  return questionBox(app_.desktop, "Requester has reached maximum allowed number of bookings (" +
+                                       std::to_string(record_.BookingMax) + ").  Continue anyway?");
 }
 
 void TimesPanel::fillRow(int row) {
@@ -166,8 +165,6 @@ void TimesPanel::cmdDeleteDate_Click() {
   const int row = faDatesTimes.Row;
   if (row < faDatesTimes.FixedRows) return;
   faDatesTimes.RemoveItem(row);
-  // Each time but the first was one more booking.
-  if (faDatesTimes.hasData()) --record_.BookingCount;
   endEditing();
   enableListCommands();
   // A booking that is stored stays a single one.
