@@ -1,3 +1,6 @@
+#include <cctype>
+#include <map>
+
 #include "booking/editor_fixture.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
@@ -216,6 +219,47 @@ TEST_F(EditorLoad, ANewBookingStartsTodayAtThePreferredPlace) {
   EXPECT_EQ(window.ActiveControl(), &window.requester.requester.text);
   window.mnuHelpTopics.choose();
   EXPECT_THAT(desktop.helpTopics, testing::ElementsAre("booking"));
+}
+
+/// Writes down the letter behind the "&" of each caption in sight, with its control.
+void noteLetters(const Container& place, std::multimap<char, std::string>& letters) {
+  const auto note = [&](const auto* control) {
+    if (!control) return;
+    const std::string& caption = control->Caption.get();
+    if (const auto at = caption.find('&'); at != std::string::npos)
+      letters.emplace(static_cast<char>(std::tolower(caption[at + 1])), control->Name());
+  };
+  for (const Control* control : place.Controls()) {
+    if (!control->Visible) continue;
+    note(dynamic_cast<const Label*>(control));
+    note(dynamic_cast<const Button*>(control));
+    note(dynamic_cast<const CheckBox*>(control));
+    note(dynamic_cast<const OptionButton*>(control));
+    if (const auto* frame = dynamic_cast<const Frame*>(control)) noteLetters(*frame, letters);
+  }
+}
+
+TEST_F(EditorLoad, NoLetterLeadsToTwoThingsInSight) {
+  frmBooking& window = openNew();
+  window.times.cmdMultipleBookings.press();
+  for (int tab = 0; tab < 7; ++tab) {
+    window.tabBooking.choose(tab);
+    // The frames of the three places are alike, and one of them is enabled.
+    for (int place = 0; place < kPlaceOptions; ++place) {
+      for (int i = 0; i < kPlaceOptions; ++i) window.place.fraRoom(i).Visible = i == place;
+      std::multimap<char, std::string> letters;
+      for (const MenuItem* menu : window.Menus()) {
+        const std::string& caption = menu->Caption.get();
+        if (const auto at = caption.find('&'); menu->Visible && at != std::string::npos)
+          letters.emplace(static_cast<char>(std::tolower(caption[at + 1])), caption);
+      }
+      noteLetters(window, letters);
+      EXPECT_GE(letters.size(), 9U) << "those of menus and head alone";
+      for (const auto& [letter, name] : letters)
+        EXPECT_EQ(letters.count(letter), 1U)
+            << "tab " << tab << ", place " << place << ": " << letter << " of " << name;
+    }
+  }
 }
 
 // Copies.
