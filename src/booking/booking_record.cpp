@@ -108,6 +108,12 @@ void ReadBookingPlace(const TagMessage& message, BookingRecord& record) {
   record.GenericRoomTypeId = intOf(message.Get(tags::RTI));
 }
 
+void ForgetPrivileges(BookingRecord& record) {
+  const BookingRecord nobody;
+  for (const FieldRow& row : kPrivileges)
+    std::visit([&](auto field) { record.*field = nobody.*field; }, row.field);
+}
+
 std::string requesterText(const BookingRecord& record) {
   if (trim(record.RequesterName).empty() && record.AdminBooking == "N")
     return std::string(kRequesterWithheld);

@@ -62,9 +62,9 @@ struct BookingRecord {
   // Privileges of the requester, and what counts against them.
   int ItemLimit = -1;  ///< -1: none, as long as no requester's is known
   int EquipmentLimit = -1;
-  int BookingMax = 0;  ///< -1: no maximum
-  int BookingCount = 0;
-  int ItemCount = 0;  ///< things in the booking now
+  int BookingMax = 0;    ///< -1: no maximum
+  int BookingCount = 0;  ///< as the server counts them: this window's not among them
+  int ItemCount = 0;     ///< things in the booking now
   int EquipmentCount = 0;
 
   bool isAdministrative() const { return AdminBooking == "Y"; }
@@ -82,6 +82,8 @@ void ReadBookingHead(const TagMessage& message, BookingRecord& record);
 void ReadBookingPlace(const TagMessage& message, BookingRecord& record);
 /// What `PATPRIV` brings.
 void ReadPrivileges(const TagMessage& message, BookingRecord& record);
+/// Leaves the record as it is while no requester's privileges are known.
+void ForgetPrivileges(BookingRecord& record);
 
 /// What stands for the requester: his name, or that the server withholds it; empty for an administrative
 /// booking.

@@ -276,6 +276,9 @@ void BookingSave::showCreated() {
   record.CreateLocation = app_.message.Get(tags::LNA);
   record.CreateDate = app_.message.Get(tags::CDT);
   record.ConfirmationNumber = app_.message.Get(tags::CNUM);
+  // As it will be read: the server stamps the making as the first change.
+  record.UpdateOperator = record.CreateOperator;
+  record.UpdateLocation = record.CreateLocation;
   record.LastUpdate = record.CreateDate;
   w_.Tag = std::to_string(kBooking) + " - " + std::to_string(record.BookingId);
   w_.txtConfirmationNumber.Text = record.ConfirmationNumber;

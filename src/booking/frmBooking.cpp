@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "booking/modBooking_equipment.h"
+#include "booking/modBooking_rooms.h"
 #include "frame/modMain.h"
 
 namespace vantry {
@@ -156,12 +156,13 @@ void frmBooking::showStatus() {
   lblStatus.Caption = status ? std::string(status->word) : std::string();
   if (!status) return;
   DisableEditing();
-  const auto apply = [this](Effect effect, MenuItem& entry, std::string_view tool) {
-    if (effect != Effect::Leave) setCommand(entry, tool, effect == Effect::Enable);
+  const auto apply = [this](Effect effect, Right right, MenuItem& entry, std::string_view tool) {
+    if (effect == Effect::Leave) return;
+    setCommand(entry, tool, effect == Effect::Enable && app_.context.rights.has(right));
   };
-  apply(status->charge, mnuBookingCharge, "abCharge");
-  apply(status->discharge, mnuBookingDischarge, "abDischarge");
-  apply(status->cancel, mnuBookingCancel, "abCancel");
+  apply(status->charge, Right::BKCHA, mnuBookingCharge, "abCharge");
+  apply(status->discharge, Right::BKDIS, mnuBookingDischarge, "abDischarge");
+  apply(status->cancel, Right::BKCAN, mnuBookingCancel, "abCancel");
 }
 
 void frmBooking::DisableEditing() {
@@ -199,11 +200,14 @@ void frmBooking::allowSavedCommands() {
 /// The requester's group decides the rooms; without one only an administrative booking has any.
 void frmBooking::loadRooms() {
   const int group = record.PatronGroupId;
-  if (group == 0 && !record.isAdministrative()) return place.emptyRoomCombos();
-  const bool roomIsLost =
-      !loading_ && !record.isAdministrative() && record.RoomId != 0 && place.roomsOfGroup != group;
+  if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(form_, record);
+  const bool changed = !loading_ && !record.isAdministrative() && place.roomsOfGroup != group;
+  const bool hadRoom = record.RoomId != 0;
+  const bool hadGenericRoom = record.isGenericRoom();
   LoadRoomCombos(form_, record.AdminBooking, group);
-  if (roomIsLost)
+  // Where the list is empty, a generic room is still there.
+  const bool genericRoomIsLost = hadGenericRoom && !record.isGenericRoom();
+  if (changed && (hadRoom || genericRoomIsLost))
     informationBox(app_.desktop, "Changing requester invalidates current booking room selection.");
 }
 

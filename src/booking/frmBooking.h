@@ -61,7 +61,7 @@ class frmBooking : public Form {
   MenuItem mnuFilePrint{mnuFile, "mnuFilePrint", "&Print Confirmation"};
   MenuItem mnuFileLine2{mnuFile, "mnuFileLine2", "-"};
   MenuItem mnuFileClose{mnuFile, "mnuFileClose", "&Close"};
-  MenuItem mnuView{*this, "mnuView", "&View"};
+  MenuItem mnuView{*this, "mnuView", "Vie&w"};
   MenuItem mnuViewTab1{mnuView, "mnuViewTab(1)", "&Schedule"};
   MenuItem mnuViewTab2{mnuView, "mnuViewTab(2)", "&Media"};
   MenuItem mnuViewTab3{mnuView, "mnuViewTab(3)", "&Room"};
@@ -71,11 +71,11 @@ class frmBooking : public Form {
   MenuItem mnuViewTab7{mnuView, "mnuViewTab(7)", "&Properties"};
   MenuItem mnuViewLine1{mnuView, "mnuViewLine1", "-"};
   MenuItem mnuViewMergeCells{mnuView, "mnuViewMergeCells", "Mer&ge Cells"};
-  MenuItem mnuBooking{*this, "mnuBooking", "&Booking"};
+  MenuItem mnuBooking{*this, "mnuBooking", "Bookin&g"};
   MenuItem mnuBookingCharge{mnuBooking, "mnuBookingCharge", "&Charge"};
   MenuItem mnuBookingDischarge{mnuBooking, "mnuBookingDischarge", "&Discharge..."};
   MenuItem mnuBookingCancel{mnuBooking, "mnuBookingCancel", "Ca&ncel Booking"};
-  MenuItem mnuTools{*this, "mnuTools", "&Tools"};
+  MenuItem mnuTools{*this, "mnuTools", "T&ools"};
   MenuItem mnuToolsFind{mnuTools, "mnuToolsFind", "&Search"};
   MenuItem mnuToolsOptions{mnuTools, "mnuToolsOptions", "&Options..."};
   MenuItem mnuHelp{*this, "mnuHelp", "&Help"};
@@ -106,7 +106,7 @@ class frmBooking : public Form {
   Frame fraEquipment{*this, "fraTab(3)", "", 0};
   EquipmentPanel equipment{app_, fraEquipment, record};
   Frame fraNotes{*this, "fraTab(4)", "", 0};
-  Label lblBookingNote{fraNotes, "lblBookingNote", "Booking N&ote:"};
+  Label lblBookingNote{fraNotes, "lblBookingNote", "Booking &Note:"};
   TextBox txtBookingNote{fraNotes, "txtBookingNote"};
   Frame fraStaff{*this, "fraTab(5)", "", 0};
   Label lblSetupStaff{fraStaff, "lblSetupStaff", "&Setup Staff:"};

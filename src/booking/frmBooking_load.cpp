@@ -229,7 +229,10 @@ void frmBooking::endCopy() {
   mnuBooking.Enabled = false;
   setCommand(mnuFileCopyBooking, "abCopy", false);
   setCommand(mnuFileDeleteBooking, "abDelete", false);
+  setCommand(mnuFilePrint, "abPrint", false);
   for (const char* tool : {"abCharge", "abDischarge", "abCancel"}) barBooking.tool(tool).Enabled = false;
+  // For whom it is was settled before the copy opened, within the model's patron group.
+  if (record.RequesterId != 0 || record.isAdministrative()) requester.lockRequester();
 }
 
 void frmBooking::endSaved() {

@@ -14,7 +14,7 @@ MediaPanel::MediaPanel(App& app, Container& place, BookingRecord& record)
       cmdAddMediaViaNumber(place, "cmdAddMediaViaNumber", "Add by &Item ID"),
       cmdSearchMedia(place, "cmdSearchMedia", "&Search..."),
       faMedia(place, "faMedia"),
-      cmdRemoveMedia(place, "cmdRemoveMedia", "&Remove"),
+      cmdRemoveMedia(place, "cmdRemoveMedia", "Remo&ve"),
       cmdMARC(place, "cmdMARC", "&MARC"),
       cmdNewMedia(place, "cmdNewMedia", "&New..."),
       mnuPopupMarc(place.form(), "mnuPopupMarc", "MARC"),

@@ -86,9 +86,10 @@ void clearRequester(const PatronForm& form, BookingRecord& record) {
   record.PatronGroupId = 0;
   record.PatronGroupName.clear();
   record.RequesterName.clear();
-  record.ExpireDate.clear();
+  ForgetPrivileges(record);
   form.requester.show("");
   form.txtPatronGroup.Text = "";
+  raise(form.requesterIsKnown);  // nobody any longer: his rooms go with him
   form.requester.text.SetFocus();
 }
 
@@ -125,6 +126,7 @@ void takePickupPatron(const PatronForm& form, BookingRecord& record, const Patro
   }
   record.PickupPatronName.clear();
   form.pickup->show("");
+  form.pickup->text.Locked = false;  // a name that was read with the booking had locked it
   form.pickup->text.SetFocus();
 }
 

@@ -47,9 +47,10 @@ struct PatronForm {
   App& app;
   PatronField& requester;
   TextBox& txtPatronGroup;
-  CheckBox* chkAdminBooking = nullptr;     ///< where the window has it
-  PatronField* pickup = nullptr;           ///< where the window has it
-  std::function<void()> requesterIsKnown;  ///< his group decides the rooms: before he is validated
+  CheckBox* chkAdminBooking = nullptr;  ///< where the window has it
+  PatronField* pickup = nullptr;        ///< where the window has it
+  std::function<void()>
+      requesterIsKnown;  ///< or is nobody: his group decides the rooms. Before he is validated
 };
 
 /// Set the requester from the search window, or from what "Save and New" has handed on.

@@ -107,6 +107,16 @@ void LoadRoomCombos(const BookingForm& form, std::string_view adminFlag, int gro
   }
 }
 
+void EmptyRoomCombos(const BookingForm& form, BookingRecord& record) {
+  PlacePanel& place = *form.place;
+  const ComboBox* rooms = place.roomCombo(place.option());
+  const bool roomIsLost = rooms && rooms->ListIndex >= 0;
+  place.emptyRoomCombos();
+  if (!roomIsLost) return;
+  record.RoomId = 0;
+  RebuildForRoom(form, record);
+}
+
 void RoomChosen(const BookingForm& form, BookingRecord& record, int index) {
   PlacePanel& place = *form.place;
   const ComboBox& combo = *place.roomCombo(index);

@@ -18,6 +18,9 @@ inline constexpr int kPlaceOptions = 3;
 void RoomOptionChanged(const BookingForm& form, BookingRecord& record, int index);
 /// Fills both room lists for a patron group, or without one for an administrative booking.
 void LoadRoomCombos(const BookingForm& form, std::string_view adminFlag, int group);
+/// No group is known: empties both room lists. A room that was chosen in one of them goes with it; one that
+/// was found by search, or is stored with the booking, stays.
+void EmptyRoomCombos(const BookingForm& form, BookingRecord& record);
 /// A room was chosen in the list of an option.
 void RoomChosen(const BookingForm& form, BookingRecord& record, int index);
 /// Asks what a room has to be like, where any such room will do.

@@ -24,9 +24,9 @@ std::string captionOf(int option) {
 }  // namespace
 
 PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
-    : lblDeliveryRoom(addOption(place, kDeliverOption), "lblDeliveryRoom", "Roo&m:"),
-      lblLibSchedRoom(addOption(place, kScheduledOption), "lblLibSchedRoom", "Roo&m:"),
-      lblPickupLocation(addOption(place, kPickUpOption), "lblPickupLocation", "Pick-Up L&ocation:"),
+    : lblDeliveryRoom(addOption(place, kDeliverOption), "lblDeliveryRoom", "Room:"),
+      lblLibSchedRoom(addOption(place, kScheduledOption), "lblLibSchedRoom", "Room:"),
+      lblPickupLocation(addOption(place, kPickUpOption), "lblPickupLocation", "Pick-Up Loc&ation:"),
       cboDeliveryRoom(fraRoom(0), "cboDeliveryRoom"),
       cboLibSchedRoom(fraRoom(1), "cboLibSchedRoom"),
       cboPickupLocation(fraRoom(2), "cboPickupLocation"),
@@ -37,13 +37,13 @@ PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
       app_(app),
       record_(record) {
   for (int i = kDeliverOption; i <= kScheduledOption; ++i) {
-    cmdRoomView.add(fraRoom(i), "Vie&w Room");
+    cmdRoomView.add(fraRoom(i), "&View Room");
     lblRoom.add(fraRoom(i), "Other Room:");
     txtRoom.add(fraRoom(i)).Locked = true;
-    cmdRoom.add(fraRoom(i), "R&oom...").AccessibleName = "Find another room";
+    cmdRoom.add(fraRoom(i), "Roo&m...").AccessibleName = "Find another room";
     lblGenericRoom.add(fraRoom(i), "Generic Room:");
     txtGenericRoom.add(fraRoom(i)).Locked = true;
-    cmdGenericRoom.add(fraRoom(i), "&Generic Room...");
+    cmdGenericRoom.add(fraRoom(i), "Generi&c Room...");
   }
   cboDeliveryRoom.AccessibleName = "Delivery room";
   cboLibSchedRoom.AccessibleName = "Scheduled room";

@@ -5,10 +5,10 @@
 namespace vantry {
 
 RequesterPanel::RequesterPanel(App& app, Container& place, BookingRecord& record)
-    : requester(place, "Requester", "&Requester:", "F&ind..."),
+    : requester(place, "Requester", "&Requester:", "Find..."),
       lblPatronGroup(place, "lblPatronGroup", "Patron Group:"),
       txtPatronGroup(place, "txtPatronGroup"),
-      chkAdminBooking(place, "chkAdminBooking", "&Administrative Booking"),
+      chkAdminBooking(place, "chkAdminBooking", "Administrativ&e Booking"),
       onBehalfOf(place, "OnBehalfOf", "Pick-&Up Patron:", "Find..."),
       app_(app),
       record_(record) {

@@ -27,7 +27,7 @@ TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
       lblNeedTime(fraBooking, "lblNeedTime", "Time Needed:"),
       txtNeedTime(fraBooking, "txtNeedTime"),
       txtNeedTimeEllipses(fraBooking, "txtNeedTimeEllipses", "..."),
-      lblFinishDate(fraBooking, "lblFinishDate", "Date &Finished:"),
+      lblFinishDate(fraBooking, "lblFinishDate", "Date Finishe&d:"),
       fpdFinishDate(fraBooking, "fpdFinishDate"),
       lblFinishTime(fraBooking, "lblFinishTime", "Time Finished:"),
       txtFinishTime(fraBooking, "txtFinishTime"),
@@ -38,7 +38,7 @@ TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
       fraMultiBooking(place, "fraMultiBooking", "Multiple Bookings"),
       faDatesTimes(fraMultiBooking, "faDatesTimes"),
       cmdAddDate(fraMultiBooking, "cmdAddDate", "&Add"),
-      cmdEditDate(fraMultiBooking, "cmdEditDate", "&Edit"),
+      cmdEditDate(fraMultiBooking, "cmdEditDate", "Ed&it"),
       cmdDeleteDate(fraMultiBooking, "cmdDeleteDate", "De&lete"),
       fpdServerDate(place, "fpdServerDate"),
       txtServerTime(place, "txtServerTime"),
@@ -102,6 +102,7 @@ void TimesPanel::connect() {
 
 void TimesPanel::buildList() {
   faDatesTimes.FormatString = std::string(kListFormat);
+  for (int col = 0; col < faDatesTimes.Cols; ++col) faDatesTimes.ColData(col, col);  // wherever it is moved
   for (int col = kNeedDate; col <= kFinishTime; ++col) faDatesTimes.ColWidth(col, 1700);
   faDatesTimes.ColWidth(kNeedIndex, 0);
   faDatesTimes.ColWidth(kFinishIndex, 0);
@@ -140,8 +141,12 @@ std::string TimesPanel::serverTimeOf(const std::string& date, const std::string&
   return ServerTools::GetControlDate(fpdServerDate, &txtServerTime);
 }
 
+std::string TimesPanel::cell(int row, TimeColumn column) const {
+  return faDatesTimes.TextMatrix(row, faDatesTimes.columnOfData(column));
+}
+
 BookingTime TimesPanel::timeOfRow(int row) {
-  const auto text = [&](TimeColumn col) { return faDatesTimes.TextMatrix(row, col); };
+  const auto text = [&](TimeColumn column) { return cell(row, column); };
   const auto day = [this] { return fpdServerDate.isEmpty() ? 0 : weekday(*fpdServerDate.Value.get()); };
   BookingTime time;
   time.start = serverTimeOf(text(kNeedDate), text(kNeedTime));

@@ -96,8 +96,9 @@ class TimesPanel {
   BookingTime timeOfRow(int row);
   void openTimeLine();
 
-  /// Columns of the list of times.
+  /// Columns of the list of times; the operator may move them.
   enum TimeColumn { kNeedDate, kFinishDate, kNeedTime, kFinishTime, kNeedIndex, kFinishIndex };
+  std::string cell(int row, TimeColumn column) const;
 
   App& app_;
   BookingRecord& record_;

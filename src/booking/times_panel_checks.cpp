@@ -104,26 +104,28 @@ void TimesPanel::endMultiple() {
   showTimes(only.start, only.end);
 }
 
-/// Counts one more booking and asks where the requester has as many as he may; false when it is not to be.
+/// Asks where the requester has as many bookings as he may, with one more time in the list; false when it is
+/// not to be.
 bool TimesPanel::mayAddBooking() {
-  const bool further = faDatesTimes.hasData();
-  if (further) ++record_.BookingCount;
+  // Each time but the first is one more booking. The list may be older than its requester, whose count is the
+  // server's: so the two are added up only here.
+  const int count = record_.BookingCount + faDatesTimes.Rows - faDatesTimes.FixedRows;
   const bool limited = record_.RequesterId != 0 && record_.BookingMax != kUnlimitedBookings;
-  if (!limited || record_.BookingCount <= record_.BookingMax) return true;
-  if (questionBox(app_.desktop, "Requester has reached maximum allowed number of bookings (" +
-                                    std::to_string(record_.BookingMax) + ").  Continue anyway?"))
-    return true;
-  if (further) --record_.BookingCount;
-  return false;
+  if (!limited || count <= record_.BookingMax) return true;
+  return questionBox(app_.desktop, "Requester has reached maximum allowed number of bookings (" +
+                                       std::to_string(record_.BookingMax) + ").  Continue anyway?");
 }
 
 void TimesPanel::fillRow(int row) {
-  faDatesTimes.TextMatrix(row, kNeedDate, fpdNeedDate.shortDate());
-  faDatesTimes.TextMatrix(row, kFinishDate, fpdFinishDate.shortDate());
-  faDatesTimes.TextMatrix(row, kNeedTime, txtNeedTime.textAmPm());
-  faDatesTimes.TextMatrix(row, kFinishTime, txtFinishTime.textAmPm());
-  faDatesTimes.TextMatrix(row, kNeedIndex, std::to_string(NeedTimeIndex()));
-  faDatesTimes.TextMatrix(row, kFinishIndex, std::to_string(FinishTimeIndex()));
+  const auto put = [&](TimeColumn column, std::string text) {
+    faDatesTimes.TextMatrix(row, faDatesTimes.columnOfData(column), std::move(text));
+  };
+  put(kNeedDate, fpdNeedDate.shortDate());
+  put(kFinishDate, fpdFinishDate.shortDate());
+  put(kNeedTime, txtNeedTime.textAmPm());
+  put(kFinishTime, txtFinishTime.textAmPm());
+  put(kNeedIndex, std::to_string(NeedTimeIndex()));
+  put(kFinishIndex, std::to_string(FinishTimeIndex()));
 }
 
 void TimesPanel::cmdAddDate_Click() {
@@ -150,7 +152,7 @@ void TimesPanel::endEditing() {
 void TimesPanel::cmdEditDate_Click() {
   const int row = faDatesTimes.Row;
   if (row < faDatesTimes.FixedRows) return;
-  const auto text = [&](TimeColumn col) { return faDatesTimes.TextMatrix(row, col); };
+  const auto text = [&](TimeColumn column) { return cell(row, column); };
   fpdNeedDate.Value = parseDate(text(kNeedDate), app_.windows.shortDateFormat());
   fpdFinishDate.Value = parseDate(text(kFinishDate), app_.windows.shortDateFormat());
   timeLine_.restore(parseClockTime(text(kNeedTime)), parseClockTime(text(kFinishTime)),
@@ -163,8 +165,6 @@ void TimesPanel::cmdDeleteDate_Click() {
   const int row = faDatesTimes.Row;
   if (row < faDatesTimes.FixedRows) return;
   faDatesTimes.RemoveItem(row);
-  // Each time but the first was one more booking.
-  if (faDatesTimes.hasData()) --record_.BookingCount;
   endEditing();
   enableListCommands();
   // A booking that is stored stays a single one.

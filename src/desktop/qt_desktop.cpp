@@ -314,8 +314,10 @@ void QtDesktop::timerChanged(Timer& timer) {
     ticking.timer = std::make_unique<QTimer>();
     connect(ticking.timer.get(), &QTimer::timeout, this, [this, &timer] {
       // Deliberate: a busy window's ticks are dropped, also those of a clock. A request waits meanwhile, and
-      // a tick may send one of its own, into the middle of it.
-      if (timer.Enabled && timer.form().Enabled) dispatch([&timer] { raise(timer.Tick); });
+      // a tick may send one of its own, into the middle of it. So are ticks under a modal window or a box:
+      // the event that opened it may be walking a reply. The next tick comes anyway.
+      const bool eventStands = dispatching_ > 0 || !loops_.empty();
+      if (timer.Enabled && timer.form().Enabled && !eventStands) dispatch([&timer] { raise(timer.Tick); });
     });
   }
   ticking.timer->start(timer.Interval);

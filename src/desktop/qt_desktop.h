@@ -97,7 +97,6 @@ class QtDesktop final : public QObject, public Desktop {
   std::set<Windows*> toSweep_;
   const Form* front_ = nullptr;
   int dispatching_ = 0;
-  int waiting_ = 0;
   bool hourglass_ = false;
   bool ended_ = false;
   bool failed_ = false;

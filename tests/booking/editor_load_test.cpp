@@ -1,3 +1,6 @@
+#include <cctype>
+#include <map>
+
 #include "booking/editor_fixture.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
@@ -127,6 +130,21 @@ TEST_F(EditorLoad, AWithheldRequesterIsNotNamed) {
   EXPECT_TRUE(window.requester.requester.text.Locked);
 }
 
+TEST_F(EditorLoad, ARefusedPickUpPatronCanBeTypedAnew) {
+  frmBooking& window = openSeven("PPID=32 PPATNM=Oak");
+  PatronField& pickup = window.requester.onBehalfOf;
+  EXPECT_TRUE(pickup.text.Locked);
+  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
+    search.Tag = "Pen, Pia|40";
+    search.Hide();
+  });
+  server.expect("VALRP", "PID=40 PUP=Y").fails(144);
+  desktop.expectInformation("Patron id has expired!");
+  pickup.pick.press();
+  EXPECT_EQ(pickup.text.Text, "");
+  EXPECT_FALSE(pickup.text.Locked);
+}
+
 TEST_F(EditorLoad, AnAdministrativeBookingHasTheRoomsOfNoGroup) {
   server.expect("GETMSD", "BOOKID=7").replies(head("ADBK=Y PATNM= PGNM= PID=0 PGID=0"));
   expectRooms("ADBK=Y PGID=0");
@@ -172,8 +190,9 @@ TEST_F(EditorLoad, AResultEndsTheEditing) {
 
 TEST_F(EditorLoad, AViewOnlyOperatorOnlyLooks) {
   grant({Right::BKV});
-  frmBooking& window = openSeven();
-  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7");
+  frmBooking& window = openSeven("BKRES=99");
+  EXPECT_EQ(window.Caption, "Booking - Confirmation Number:  M7  <Charged>");
+  EXPECT_FALSE(window.mnuBookingDischarge.Enabled);
   EXPECT_FALSE(window.mnuFileSave.Enabled);
   EXPECT_FALSE(window.mnuFileCopyBooking.Enabled);
   EXPECT_FALSE(window.mnuFileDeleteBooking.Enabled);
@@ -200,6 +219,47 @@ TEST_F(EditorLoad, ANewBookingStartsTodayAtThePreferredPlace) {
   EXPECT_EQ(window.ActiveControl(), &window.requester.requester.text);
   window.mnuHelpTopics.choose();
   EXPECT_THAT(desktop.helpTopics, testing::ElementsAre("booking"));
+}
+
+/// Writes down the letter behind the "&" of each caption in sight, with its control.
+void noteLetters(const Container& place, std::multimap<char, std::string>& letters) {
+  const auto note = [&](const auto* control) {
+    if (!control) return;
+    const std::string& caption = control->Caption.get();
+    if (const auto at = caption.find('&'); at != std::string::npos)
+      letters.emplace(static_cast<char>(std::tolower(caption[at + 1])), control->Name());
+  };
+  for (const Control* control : place.Controls()) {
+    if (!control->Visible) continue;
+    note(dynamic_cast<const Label*>(control));
+    note(dynamic_cast<const Button*>(control));
+    note(dynamic_cast<const CheckBox*>(control));
+    note(dynamic_cast<const OptionButton*>(control));
+    if (const auto* frame = dynamic_cast<const Frame*>(control)) noteLetters(*frame, letters);
+  }
+}
+
+TEST_F(EditorLoad, NoLetterLeadsToTwoThingsInSight) {
+  frmBooking& window = openNew();
+  window.times.cmdMultipleBookings.press();
+  for (int tab = 0; tab < 7; ++tab) {
+    window.tabBooking.choose(tab);
+    // The frames of the three places are alike, and one of them is enabled.
+    for (int place = 0; place < kPlaceOptions; ++place) {
+      for (int i = 0; i < kPlaceOptions; ++i) window.place.fraRoom(i).Visible = i == place;
+      std::multimap<char, std::string> letters;
+      for (const MenuItem* menu : window.Menus()) {
+        const std::string& caption = menu->Caption.get();
+        if (const auto at = caption.find('&'); menu->Visible && at != std::string::npos)
+          letters.emplace(static_cast<char>(std::tolower(caption[at + 1])), caption);
+      }
+      noteLetters(window, letters);
+      EXPECT_GE(letters.size(), 9U) << "those of menus and head alone";
+      for (const auto& [letter, name] : letters)
+        EXPECT_EQ(letters.count(letter), 1U)
+            << "tab " << tab << ", place " << place << ": " << letter << " of " << name;
+    }
+  }
 }
 
 // Copies.
@@ -242,14 +302,24 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_EQ(copy.record.BookingId, 0);
   EXPECT_EQ(copy.record.RequesterId, 32);
   EXPECT_EQ(copy.requester.requester.text.Text, "Oak, Ole");
+  EXPECT_FALSE(copy.requester.requester.pick.Enabled) << "nobody of another group can take his place";
+  EXPECT_FALSE(copy.requester.chkAdminBooking.Enabled);
   EXPECT_EQ(copy.times.fpdExpireDate.shortDate(), "01/03/2027");
   EXPECT_EQ(copy.txtConfirmationNumber.Text, "");
   EXPECT_EQ(copy.lblStatus.Caption, "") << "a copy starts live";
   EXPECT_TRUE(copy.Dirty);
   EXPECT_TRUE(copy.mnuFileSave.Enabled);
   EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);
-  EXPECT_TRUE(copy.mnuFilePrint.Enabled);
+  EXPECT_FALSE(copy.mnuFilePrint.Enabled);
   EXPECT_FALSE(app.booking.copyMode);
+
+  for (const char* code : {"VALDLO", "CDELTM", "VALEAVL"}) server.always(code);
+  desktop.expectQuestion("There is no media or equipment in this booking.  Save anyway?", true);
+  server.always("NEWBK").replies("BOOKID=8 CNM=eve LNA=Annex CDT=2026-11-24 09:00:00 CNUM=M8");
+  copy.mnuFileSave.choose();
+  EXPECT_EQ(copy.txtUpdateOperator.Text, "eve") << "not who changed the model last";
+  EXPECT_EQ(copy.txtUpdateLocation.Text, "Annex");
+  EXPECT_TRUE(copy.mnuFilePrint.Enabled);
 }
 
 TEST_F(EditorLoad, ACopyCanBecomeAdministrativeOrBeCancelled) {
@@ -271,6 +341,7 @@ TEST_F(EditorLoad, ACopyCanBecomeAdministrativeOrBeCancelled) {
   EXPECT_EQ(editor().record.AdminBooking, "Y");
   EXPECT_EQ(editor().record.RequesterId, 0);
   EXPECT_EQ(editor().requester.requester.text.Text, "");
+  EXPECT_FALSE(editor().requester.requester.pick.Enabled);
 }
 
 // Delete, cancel, close, circulation.

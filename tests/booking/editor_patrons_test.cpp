@@ -24,6 +24,10 @@ struct EditorPatrons : EditorTest {
     EXPECT_EQ(window.record.RequesterId, 0);
     EXPECT_EQ(window.record.PatronGroupId, 0);
     EXPECT_EQ(window.requester.txtPatronGroup.Text, "");
+    EXPECT_EQ(window.record.ItemLimit, -1);
+    EXPECT_TRUE(window.times.fpdExpireDate.isEmpty());
+    EXPECT_EQ(window.place.cboDeliveryRoom.ListCount(), 0);
+    EXPECT_FALSE(window.record.hasPlace());
     EXPECT_FALSE(requester.text.Locked);
     EXPECT_EQ(window.ActiveControl(), &requester.text);
   }
@@ -114,8 +118,7 @@ TEST_F(EditorPatrons, TooManyBookingsAreTheOperatorsToDecide) {
   const char* question = "Requester has reached maximum allowed number of bookings (2).  Continue anyway?";
   for (const bool yes : {false, true}) {
     expectRequester();
-    server.expect("GDRM", "ADBK=N PGID=2");
-    server.expect("GLSRM", "ADBK=N PGID=2");
+    expectRoomsOfRequester();
     server.expect("VALRP", "PID=31 PGID=2 PUP=N");
     expectPrivileges("2", "3");
     desktop.expectQuestion(question, yes);
@@ -186,22 +189,39 @@ TEST_F(EditorPatrons, TheSearchWindowBringsNameAndId) {
 }
 
 TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
+  window.tabBooking.choose(2);
+  app.preferences.BookingsRooms = 1;
+  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
+    search.Tag = "45|Tower";
+    search.Hide();
+  });
+  server.expect("VALRMAVL", "BOOKID=0 STIME=2026-11-24 06:00:00 ETIME=2026-11-24 06:00:00 RID=45 PGID=0");
+  server.expect("GETREQP", "RID=45 BRTY=1");
+  window.place.cmdRoom(0).press();
   const auto refused = [&](const char* group) {
     server.expect("FIND", "SRCHTAG=17 SRCHVAL=P31 SRCHFOR=6 SRCHLOC=5 SRCHOP=")
         .replies(std::string("PID=31 PLN=Ink BSI=1 PGID=") + group);
     server.expect("GDRM", std::string("ADBK=N PGID=") + group).replies("RID=40 RNM=Hall");
     server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
-    server.expect("GETREQP", "RID=40 BRTY=1");
+    server.expect("GETREQP", "RID=40 BRTY=1").replies("EID=70 EIU=N ENO=N70 ETY=Screen");
     server.expect("GLSRM", std::string("ADBK=N PGID=") + group);
     server.expect("VALRP", std::string("PID=31 PGID=") + group + " PUP=N").fails(108);
   };
   refused("2");
+  desktop.expectInformation("Changing requester invalidates current booking room selection.");
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");
-  refused("2");
-  desktop.expectInformation("Patron barcode not active!");
-  scan(requester, "P31");
+  expectNobody();
+  EXPECT_EQ(window.equipment.tvwOtherEquipment.find("70"), nullptr) << "his room's equipment goes with him";
   refused("3");
+  desktop.expectInformation("Patron barcode not active!");
+  scan(requester, "P31");
+  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
+    search.Tag = "G|6|4|20|1|Capacity:  <=20 *** Location:  Branch *** Room Type:  Hall";
+    search.Hide();
+  });
+  window.place.cmdGenericRoom(0).press();
+  refused("2");
   desktop.expectInformation("Changing requester invalidates current booking room selection.");
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");

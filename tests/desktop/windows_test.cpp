@@ -367,6 +367,20 @@ TEST_F(WindowsTest, TimersTickWhileTheirWindowIsReady) {
   EXPECT_EQ(ticks, 3);
 }
 
+TEST_F(WindowsTest, NoTimerTicksIntoAnEventThatWaitsForAModalWindow) {
+  show(form);
+  int ticks = 0;
+  form.tmrTick.Tick = [&] { ++ticks; };
+  form.tmrTick.Interval = 1;
+  form.tmrTick.Enabled = true;
+  WorkForm modal(windows);
+  QTimer::singleShot(30, [&] { modal.Hide(); });
+  desktop.dispatch([&] { modal.ShowModal(); });
+  EXPECT_EQ(ticks, 0);
+  EXPECT_TRUE(waitUntil([&] { return ticks > 0; }));
+  form.tmrTick.Enabled = false;
+}
+
 TEST_F(WindowsTest, SizesAreRememberedByTheName) {
   const QTemporaryDir folder;
   QtDesktop keeping(folder.filePath("windows.ini").toStdString());
