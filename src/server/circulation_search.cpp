@@ -26,7 +26,7 @@ std::string inRange(Connection& db, std::string_view column) {
 
 constexpr const char* foundColumns =
     "select distinct b.id, b.status, b.location_id, b.pickup_location_id, b.starts_at ";
-constexpr const char* current = " and b.status in (0, 99, 999) order by b.starts_at, b.id limit 500";
+constexpr const char* current = " and b.status in (0, 99, 999) order by b.starts_at, b.id";
 
 void readFound(Query& query, std::vector<FoundBooking>& found) {
   FoundBooking row;
@@ -84,7 +84,7 @@ constexpr const char* pieceLines =
     "join booking_equipment l on l.equipment_id in (e.id, e.group_id) and l.charged_at is not null and "
     "l.returned_at is null join bookings b on b.id = l.booking_id ";
 
-constexpr const char* longestFirst = " order by l.charged_at, l.id limit 500";
+constexpr const char* longestFirst = " order by l.charged_at, l.id";
 
 std::string thingSql(Connection& db, SearchBy by) {
   const std::string pieces = pieceLines;

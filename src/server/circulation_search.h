@@ -31,7 +31,7 @@ struct FoundBooking {
 };
 
 /// Bookings that are not over, of a person or by number; a text that ends in "?" stands for all that begin
-/// so. In the order of their start, a few hundred at most.
+/// so. In the order of their start.
 [[nodiscard]] std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by,
                                                             std::string_view text);
 

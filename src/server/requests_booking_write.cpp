@@ -29,23 +29,27 @@ void refuseUnless(const Findings& findings, Reply (*replyOf)(const Findings&)) {
   if (!findings.clean()) throw Refused{replyOf(findings)};
 }
 
-/// Throws Refused, with the reply of the check that would tell the same, when something is taken.
-void requireFree(Context& context, const BookingDraft& draft, std::int64_t bookingId) {
+/// Throws Refused, with the reply of the check that would tell the same, when something is taken. Looks at
+/// what will be stored: what stands in the room is taken out of it already, by the same rule.
+void requireFree(Context& context, const BookingDraft& draft, const ResolvedThings& things,
+                 std::int64_t bookingId) {
   const std::int64_t group = draft.administrative ? 0 : draft.groupId;
   const DeskPolicy policy = loadPolicy(context.db, context.session.locationId, group);
-  const UsageQuestion question{policy, takenTimesOf(draft), bookingId, draft.roomId};
+  const UsageQuestion question{policy, takenTimesOf(draft), bookingId};
   const Aspects conflicts{.conflicts = true};
   if (draft.type == 1 && draft.roomId != 0) {
     if (const auto room = findRoom(context.db, draft.roomId)) {
       refuseUnless(judgeRoom(context.db, question, *room, conflicts), roomReply);
     }
   }
-  refuseUnless(judgeMedia(context.db, question, draft.media, conflicts), mediaReply);
-  std::vector<EquipmentAsk> asks;
-  for (const EquipmentLine& line : draft.equipment) {
-    if (!line.inRoom) asks.push_back(line.ask);
+  std::vector<MediaAsk> media;
+  for (const ResolvedMedia& line : things.media) media.push_back(line.ask);
+  refuseUnless(judgeMedia(context.db, question, media, conflicts), mediaReply);
+  std::vector<EquipmentAsk> equipment;
+  for (const ResolvedPiece& line : things.equipment) {
+    if (!line.inRoom) equipment.push_back({line.piece.id, line.piece.typeId});
   }
-  refuseUnless(judgeEquipment(context.db, question, asks, conflicts), equipmentReply);
+  refuseUnless(judgeEquipment(context.db, question, equipment, conflicts), equipmentReply);
 }
 
 Stamp stampAt(const Context& context, Moment at) {
@@ -66,7 +70,7 @@ Reply newBookings(Context& context, const Message& message) {
   if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
   requireKeys(context.db, draft);
   const ResolvedThings things = resolveThings(context.db, draft);
-  requireFree(context, draft, 0);
+  requireFree(context, draft, things, 0);
   const std::string location = locationName(context.db, context.session.locationId);
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
   for (const Period& times : draft.times) {
@@ -88,7 +92,7 @@ Reply changeBooking(Context& context, const Message& message) {
   if (draft.times.size() > 1) refuseTag(tags::STIME);
   requireKeys(context.db, draft);
   const ResolvedThings things = resolveThings(context.db, draft);
-  requireFree(context, draft, state->id);
+  requireFree(context, draft, things, state->id);
   const Moment stamp = nextStamp(state->updatedAt, context.now);
   rewriteBooking(context.db, state->id, draft, stampAt(context, stamp));
   addLines(context.db, state->id, draft, draft.times.front(), things);

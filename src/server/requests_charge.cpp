@@ -170,6 +170,7 @@ class Charger {
   }
 
   void judgePiece(const PieceLine& line) {
+    if (line.inRoom) return;  // is not handed out
     const std::optional<Piece> piece = findPiece(db_, line.pieceId);
     if (!piece) return;
     if (isOutElsewhere(*piece)) {

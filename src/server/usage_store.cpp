@@ -40,14 +40,21 @@ constexpr const char* piecesOfType =
     "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
     "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) ";
 
+/// A group takes its members along.
 constexpr const char* pieceNotTaken =
     "and not exists (select 1 from occupancy o where o.kind = 1 and o.thing = e.id and "
     "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
-    "o.booking_id <> :except_booking) ";
+    "o.booking_id <> :except_booking) "
+    "and not exists (select 1 from equipment m join occupancy o on o.kind = 1 and o.thing = m.id and "
+    "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
+    "o.booking_id <> :except_booking where m.group_id = e.id) ";
 
+/// What stands in the room of a booking is not handed out.
 constexpr const char* pieceNotOut =
     "and not exists (select 1 from booking_equipment l where l.equipment_id = e.id and "
-    "l.charged_at is not null and l.returned_at is null) ";
+    "l.charged_at is not null and l.returned_at is null and l.in_room = 0) "
+    "and not exists (select 1 from equipment m join booking_equipment l on l.equipment_id = m.id and "
+    "l.charged_at is not null and l.returned_at is null and l.in_room = 0 where m.group_id = e.id) ";
 
 int countPieces(Connection& db, std::int64_t typeId, std::int64_t locationId) {
   static const std::string sql = std::string("select count(*) ") + piecesOfType;
@@ -172,8 +179,8 @@ int equipmentWishes(Connection& db, const DeskPolicy& policy, std::int64_t typeI
 
 std::optional<std::int64_t> freePiece(Connection& db, const DeskPolicy& policy, std::int64_t typeId,
                                       const AskedTime& asked) {
-  static const std::string sql =
-      std::string("select e.id ") + piecesOfType + pieceNotTaken + pieceNotOut + "limit 1";
+  static const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken + pieceNotOut +
+                                 "order by e.number, e.id limit 1";
   for (const std::int64_t location : openLocations(policy)) {
     std::int64_t id = 0;
     Query query(db, sql);
@@ -229,7 +236,7 @@ std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const
 bool isPieceOut(Connection& db, std::int64_t pieceId, std::int64_t exceptBooking) {
   Query query(db,
               "select 1 from booking_equipment where equipment_id = :id and charged_at is not null and "
-              "returned_at is null and booking_id <> :except_booking");
+              "returned_at is null and in_room = 0 and booking_id <> :except_booking");
   query.bind("id", pieceId).bind("except_booking", exceptBooking);
   return anyRow(query);
 }

@@ -165,6 +165,16 @@ TEST_P(BookingRequests, WhatStandsInTheRoomFillsAWish) {
       << "one stands there, two wished";
 }
 
+TEST_P(BookingRequests, SaveJudgesWhatItStores) {
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=4; EID=1");
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=2", 1, "EID=4; EQIR=Y").rc, 149)
+      << "it has left the room, and another booking has it";
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=1", 1, "EID=4; EQIR=Y").rc, 0) << "where it stands";
+  EXPECT_EQ(count("occupancy where kind = 1 and thing = 4"), "1");
+  // One television is left, and two media types need one.
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "LOC=1", 3, "ETI=1; IFL=Y; ETI=1; IFL=Y").rc, 0);
+}
+
 TEST_P(BookingRequests, BookingsThatAreOverOrOutAreNotChanged) {
   const std::string fresh = booking(times(3, "12:00", "13:00"), "LOC=1", 3, "");
   save(times(2, "09:30", "11:00"), "LOC=1", 3, "EID=1");

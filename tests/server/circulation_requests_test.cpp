@@ -72,6 +72,25 @@ TEST_P(CirculationRequests, AWishIsNotFilledWithWhatTheBookingHasAlready) {
   EXPECT_EQ(library().value("select count(distinct item_id) from booking_items"), "2");
 }
 
+TEST_P(CirculationRequests, AGroupWithAMemberElsewhereFillsNoWish) {
+  const std::string member = save(times(2, "09:30", "10:00"), "EID=6");
+  EXPECT_EQ(send("NEWBK", booking(times(2, "09:30", "10:00"), "LOC=1", 3, "ETI=3; IFL=N")).rc, 149);
+  const std::string wish = save(times(2, "10:00", "11:00"), "ETI=3; IFL=N");
+  charge(member);
+  library().setNow(2, 10);
+  EXPECT_EQ(charge(wish).all("CHFA"), "136") << "the member is not back yet";
+  send("DBK", "BOOKID=" + member + "; EID=6");
+  EXPECT_EQ(charge(wish).rc, 0);
+}
+
+TEST_P(CirculationRequests, WhatStandsInTheRoomHoldsNoChargeUp) {
+  const std::string first = save(times(2, "09:30", "10:00"), "EID=4; EQIR=Y", "RID=1", 2);
+  const std::string second = save(times(2, "10:00", "11:00"), "EID=4; EQIR=Y", "RID=1", 2);
+  EXPECT_EQ(charge(first).rc, 0);
+  library().execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (4, 1, 0)");
+  EXPECT_EQ(charge(second).rc, 0) << "neither the first booking nor its status is in the way";
+}
+
 TEST_P(CirculationRequests, ChargesAllOrNothingAndTellsWhy) {
   const std::string first = save(times(2, "09:30", "10:00"), std::string("EID=1; ") + film1);
   charge(first);
