@@ -27,7 +27,7 @@ int lateReturnsChange(BookingStatus status, bool late) {
 }
 
 bool isSoundReturn(Moment chargedAt, Moment returnedAt, Moment now) {
-  return chargedAt <= returnedAt && returnedAt <= now;
+  return chargedAt - chargedAt % minute <= returnedAt && returnedAt <= now;
 }
 
 }  // namespace vantry::server

@@ -25,7 +25,8 @@ namespace vantry::server {
 /// taken off again.
 [[nodiscard]] int lateReturnsChange(BookingStatus status, bool late);
 
-/// A moment of return that the desk gives by hand: neither before the charge nor in the future.
+/// A moment of return that the desk gives by hand, in minutes: neither before the minute of the charge nor in
+/// the future.
 [[nodiscard]] bool isSoundReturn(Moment chargedAt, Moment returnedAt, Moment now);
 
 }  // namespace vantry::server

@@ -204,7 +204,7 @@ class Charger {
   }
 
   void addNotes() {
-    if (booking_.roomId != 0) {
+    if (booking_.type == 1 && booking_.roomId != 0) {
       const std::string note = popupNoteOfRoom(db_, booking_.roomId, occasion::roomCharged);
       const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
       if (!note.empty() && room) reply_.record().set(tags::RNO, room->number).set(tags::PMSG, note);

@@ -56,6 +56,7 @@ struct Returned {
   std::vector<PieceLine> pieces;
   bool allItems = true;  ///< none of the others is out any more
   bool allPieces = true;
+  Moment before = 0;  ///< when the last of those came back that were back already
 };
 
 bool takeOut(std::vector<std::int64_t>& asked, std::int64_t id) {
@@ -70,6 +71,7 @@ Returned returnedLines(Context& context, const DeskBooking& booking, const Messa
   std::vector<std::int64_t> items = message.numbers(tags::IM);
   std::vector<std::int64_t> pieces = message.numbers(tags::EID);
   for (const ItemLine& line : itemLinesOf(context.db, booking.id)) {
+    returned.before = std::max(returned.before, line.returnedAt);
     if (!line.isOut()) continue;
     if (takeOut(items, line.itemId)) {
       returned.items.push_back(line);
@@ -78,6 +80,7 @@ Returned returnedLines(Context& context, const DeskBooking& booking, const Messa
     }
   }
   for (const PieceLine& line : pieceLinesOf(context.db, booking.id)) {
+    returned.before = std::max(returned.before, line.returnedAt);
     if (!line.isOut()) continue;
     if (takeOut(pieces, line.pieceId)) {
       returned.pieces.push_back(line);
@@ -93,12 +96,12 @@ Moment returnMoment(Context& context, const DeskBooking& booking, const Message&
   if (message.text(tags::ETIME_).empty()) return context.now;
   const std::optional<Moment> at = parseMoment(message.text(tags::ETIME_));
   if (!at || !isSoundReturn(booking.chargedAt, *at, context.now)) refuseTag(tags::ETIME_);
-  return *at;
+  return std::max(*at, booking.chargedAt);
 }
 
 void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const Returned& returned,
               bool complete) {
-  if (complete && booking.roomId != 0) {
+  if (complete && booking.type == 1 && booking.roomId != 0) {
     const std::string note = popupNoteOfRoom(context.db, booking.roomId, occasion::roomReturned);
     const std::optional<BookableRoom> room = findRoom(context.db, booking.roomId);
     if (!note.empty() && room) reply.record().set(tags::RNO, room->number).set(tags::PMSG, note);
@@ -123,8 +126,10 @@ Reply discharge(Context& context, const Message& message) {
                     .operatorId = context.session.operatorId,
                     .locationId = context.session.locationId};
   if (complete) {
-    markComplete(context.db, booking->id, at, stamp);
-    const int late = lateReturnsChange(booking->status, isLate(booking->times, at));
+    // The last thing may be dated back to before the others came.
+    const Moment last = std::max(at, returned.before);
+    markComplete(context.db, booking->id, last, stamp);
+    const int late = lateReturnsChange(booking->status, isLate(booking->times, last));
     changeCounters(context.db, booking->patronId, {.late = late, .historical = 1});
   } else {
     setBookingStatus(context.db, booking->id, booking->status, stamp);
