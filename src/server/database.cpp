@@ -8,6 +8,8 @@
 #include <soci/postgresql/soci-postgresql.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 
+#include "server/query_help.h"
+
 namespace vantry::server {
 
 namespace {
@@ -278,9 +280,7 @@ namespace {
 void runAsQuery(Connection& db, std::string_view sql) {
   int row = 0;
   Query query(db, sql);
-  query.into(row);
-  while (query.next()) {
-  }
+  fetchOne(query, row);
 }
 
 /// Runs the work so that its failure leaves nothing of it behind in the transaction. Throws when the

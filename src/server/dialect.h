@@ -26,7 +26,7 @@ struct Dialect {
 [[nodiscard]] const Dialect& dialectOf(std::string_view url);
 
 /// What the database library wants to be told to connect. `patience` is how many seconds to wait for another
-/// process that holds the file; within this process writers queue before they begin.
+/// process that holds a file.
 [[nodiscard]] std::string connectText(const Dialect& dialect, std::string_view url, int patience);
 
 /// Makes a schema text the dialect's own: "$KEY" becomes its identity column; lines marked for the other

@@ -18,7 +18,7 @@ class Server {
     std::string certificate;            ///< PEM file; with `key` for HTTPS, both empty for HTTP
     std::string key;                    ///< PEM file
     int threads = 64;                   ///< clients that may stay connected at one time
-    int patience = 10;                  ///< seconds to wait for another process that holds a SQLite file
+    int patience = 10;                  ///< seconds to wait for another process that writes
     bool quickHashes = false;           ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
