@@ -64,10 +64,22 @@ void readRoomRules(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
   }
 }
 
+void readRooms(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+  std::int64_t room = 0;
+  LongestUse longest;
+  std::string unit;
+  Query query(db, "select room_id, longest, longest_unit from policy_rooms where policy_id = :policy_id");
+  query.bind("policy_id", policyId).into(room, longest.count, unit);
+  while (query.next()) {
+    longest.unit = unitOf(unit);
+    policy.rooms[room] = longest;
+  }
+}
+
 bool covers(const CalendarRow& row, std::span<const Period> periods) {
   return std::any_of(periods.begin(), periods.end(), [&](const Period& each) {
     const Moment first = startOfDay(each.from);
-    const Moment last = startOfDay(each.until);
+    const Moment last = startOfDay(endAsJudged(each));
     return (row.startsOn <= first && first <= row.endsOn) || (row.startsOn <= last && last <= row.endsOn);
   });
 }
@@ -102,6 +114,7 @@ DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t grou
                     "select media_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
                     "from policy_media_types where policy_id = :policy_id");
   readRoomRules(db, id, policy);
+  readRooms(db, id, policy);
   return policy;
 }
 

@@ -136,7 +136,7 @@ Reply scheduledRoom(Context& context, const Message& message) {
   if (message.number(tags::RID) == 0) return reply;
   const BookableRoom room = requireRoom(context, message);
   addRoomStatuses(reply, context, room.id);
-  const LongestUse longest = policyFor(context, message).roomRule(room.typeId).longest;
+  const LongestUse longest = policyFor(context, message).longestOfRoom(room.id, room.typeId);
   if (isLimited(longest)) {
     reply.record()
         .set(tags::VUF, roomHasLimit)

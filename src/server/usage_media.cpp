@@ -155,10 +155,10 @@ Findings judgeRoom(Connection& db, const UsageQuestion& question, const Bookable
                    const Aspects& aspects) {
   Findings findings;
   if (aspects.types) {
-    const RoomRule rule = question.policy.roomRule(room.typeId);
+    const LongestUse longest = question.policy.longestOfRoom(room.id, room.typeId);
     const bool tooLong = std::any_of(question.times.begin(), question.times.end(),
-                                     [&](const Period& each) { return exceeds(each, rule.longest); });
-    if (tooLong) findings.failures.push_back({refusal::roomTooLong, room.id, rule.longest, room.name});
+                                     [&](const Period& each) { return exceeds(each, longest); });
+    if (tooLong) findings.failures.push_back({refusal::roomTooLong, room.id, longest, room.name});
   }
   if (aspects.places) {
     if (const auto code = refusalOfLocation(question.policy, room.locationId)) {

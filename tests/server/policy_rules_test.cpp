@@ -68,7 +68,7 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   const Moment now = start;
   PatronState patron;
   EXPECT_EQ(refusalToRequest(patron, limits, now), std::nullopt);
-  patron.bookings = 2;
+  patron.bookings = 1;
   patron.items = 3;
   patron.equipment = 4;
   patron.fees = 500;
@@ -77,8 +77,8 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 5, 500, 501}));
   patron.lateReturns = 1;
   EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 2, 0, 1}));
-  patron.bookings = 3;
-  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 1, 2, 3}));
+  patron.bookings = 2;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 1, 2, 2})) << "the next is the third";
   patron.items = 4;
   EXPECT_EQ(refusalToRequest(patron, limits, now)->code, 119);
   patron.equipment = 5;
@@ -90,6 +90,16 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   EXPECT_EQ(refusalToFetch(patron, now)->code, 109);
   patron.barcodeActive = false;
   EXPECT_EQ(refusalToFetch(patron, now)->code, 108);
+}
+
+TEST(PatronPolicy, ADateOfExpiryCountsToTheEndOfItsDay) {
+  const auto expired = [](Moment expires, Moment now) { return hasExpired({.expiresAt = expires}, now); };
+  const Moment date = makeMoment(2026, 3, 2);
+  EXPECT_FALSE(expired(date, makeMoment(2026, 3, 2, 23, 59)));
+  EXPECT_TRUE(expired(date, makeMoment(2026, 3, 3)));
+  EXPECT_FALSE(expired(date + 17 * hour, date + 17 * hour));
+  EXPECT_TRUE(expired(date + 17 * hour, date + 17 * hour + 1)) << "a clock time means what it says";
+  EXPECT_FALSE(hasExpired({}, date));
 }
 
 TEST(UsagePolicy, OneThingIsHeldByOneBooking) {
