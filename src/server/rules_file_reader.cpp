@@ -69,7 +69,7 @@ ExceptionEntry readException(const FileNode& node) {
 
 std::array<HoursEntry, 7> readWeek(const FileNode& node) {
   std::array<HoursEntry, 7> week{};
-  node.expectMembers({"sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"});
+  node.expectMembers({weekdayWords.begin(), weekdayWords.end()});
   for (std::size_t day = 0; day < week.size(); ++day) {
     const FileNode hours = node.member(weekdayWords.at(day));
     if (hours.isGiven()) week.at(day) = readHoursOf(hours);

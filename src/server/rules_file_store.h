@@ -12,8 +12,8 @@ namespace vantry::server {
 
 /// Writes entries that are not there yet. Names within them must be there, or among them.
 void addRules(Connection& db, const Rules& rules);
-/// Gives entries that are there the values of these. Of policies and calendars all rows are replaced, those
-/// of single rooms excepted; their keys stay.
+/// Gives entries that are there the values of these. The rows of policies and calendars are replaced; their
+/// keys stay.
 void changeRules(Connection& db, const Rules& rules);
 
 }  // namespace vantry::server

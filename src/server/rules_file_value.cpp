@@ -141,12 +141,11 @@ bool FileNode::is(FileValue::Kind kind, std::string_view otherwise) const {
   return value_->kind == kind;
 }
 
-void FileNode::expectMembers(std::initializer_list<std::string_view> known) const {
+void FileNode::expectMembers(const std::vector<std::string_view>& known) const {
   if (!is(FileValue::Kind::Object, "must be an object, {...}.")) return;
   for (const std::string& name : value_->names) {
     if (std::find(known.begin(), known.end(), name) != known.end()) continue;
-    faults_->add(memberPlace(place_, name),
-                 "there is no such member here, but " + listed({known.begin(), known.size()}) + ".");
+    faults_->add(memberPlace(place_, name), "there is no such member here, but " + listed(known) + ".");
   }
 }
 

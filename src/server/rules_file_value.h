@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -60,7 +59,7 @@ class FileNode {
   void refuse(std::string_view sentence) const { faults_->add(place_, sentence); }
 
   /// Tells when it is no object, and the members that are not among these.
-  void expectMembers(std::initializer_list<std::string_view> known) const;
+  void expectMembers(const std::vector<std::string_view>& known) const;
   [[nodiscard]] FileNode member(std::string_view name) const;
   /// Of a list; none when it is missing.
   [[nodiscard]] std::vector<FileNode> elements() const;
