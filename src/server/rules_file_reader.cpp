@@ -23,7 +23,7 @@ EquipmentTypeEntry readEquipmentType(const FileNode& node) {
 
 std::vector<std::string> readNames(const FileNode& node) {
   std::vector<std::string> names;
-  for (const FileNode& each : node.elements()) names.push_back(each.text());
+  for (const FileNode& each : node.elements()) names.push_back(each.name());
   return names;
 }
 
@@ -80,7 +80,7 @@ std::array<HoursEntry, 7> readWeek(const FileNode& node) {
 CalendarEntry readCalendar(const FileNode& node) {
   node.expectMembers({"location", "for", "name", "from", "until", "week", "exceptions"});
   CalendarEntry calendar;
-  calendar.location = node.member("location").text();
+  calendar.location = node.member("location").name();
   calendar.kind = static_cast<CalendarKind>(node.member("for").word(calendarWords));
   calendar.name = node.member("name").name();
   calendar.startsOn = readDateOf(node.member("from"));
@@ -106,7 +106,7 @@ LengthEntry readLengthOf(const FileNode& node) {
 TypeRuleEntry readTypeRule(const FileNode& node) {
   node.expectMembers({"type", "book", "deliver", "pick_up", "longest"});
   TypeRuleEntry rule;
-  rule.type = node.member("type").text();
+  rule.type = node.member("type").name();
   rule.mayBook = node.member("book").flagOr(true);
   rule.mayDeliver = node.member("deliver").flagOr(true);
   rule.mayPickUp = node.member("pick_up").flagOr(true);
@@ -117,7 +117,7 @@ TypeRuleEntry readTypeRule(const FileNode& node) {
 RoomRuleEntry readRoomRule(const FileNode& node) {
   node.expectMembers({"type", "deliver", "schedule", "longest"});
   RoomRuleEntry rule;
-  rule.type = node.member("type").text();
+  rule.type = node.member("type").name();
   rule.mayDeliver = node.member("deliver").flagOr(true);
   rule.maySchedule = node.member("schedule").flagOr(true);
   rule.longest = readLengthOf(node.member("longest"));
@@ -148,7 +148,7 @@ void readGroup(const FileNode& node, PolicyEntry& policy) {
   const FileNode group = node.member("group");
   policy.administrative = node.member("administrative").flagOr(false);
   if (!policy.administrative) {
-    if (group.isGiven()) policy.group = group.text();
+    if (group.isGiven()) policy.group = group.name();
     if (!group.isGiven()) group.refuse("is missing, or \"administrative\": true in its place.");
   } else if (group.isGiven()) {
     group.refuse("an administrative policy has no group.");
@@ -167,7 +167,7 @@ PolicyEntry readPolicy(const FileNode& node) {
                       "early_charge_minutes", "locations", "withheld_locations", "equipment_types",
                       "group_types", "media_types", "room_types"});
   PolicyEntry policy;
-  policy.location = node.member("location").text();
+  policy.location = node.member("location").name();
   readGroup(node, policy);
   policy.limits = readLimits(node.member("limits"));
   policy.warningMinutes = node.member("warning_minutes").numberOr(0);

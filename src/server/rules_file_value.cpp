@@ -170,10 +170,6 @@ std::vector<FileNode> FileNode::elements() const {
   return nodes;
 }
 
-std::string FileNode::text() const {
-  return is(FileValue::Kind::Text, mustBeText) ? value_->text : std::string();
-}
-
 std::string FileNode::name() const {
   constexpr std::string_view blanks = " \t\r\n";
   if (!is(FileValue::Kind::Text, mustBeText)) return {};

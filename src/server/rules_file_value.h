@@ -66,7 +66,6 @@ class FileNode {
 
   /// A name as it is kept: not empty, no blanks around it.
   [[nodiscard]] std::string name() const;
-  [[nodiscard]] std::string text() const;
   [[nodiscard]] bool flagOr(bool otherwise) const;
   /// A whole number from 0 on; the sentence is told for anything else.
   [[nodiscard]] std::int64_t number(std::string_view sentence = wholeNumber) const;

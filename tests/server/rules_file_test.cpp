@@ -289,6 +289,10 @@ const std::vector<FaultCase>& faultCases() {
        "calendars[0]: it overlaps \"Spring\", for the same at the same location.\n"
        "calendars[2]: it overlaps \"Summer\", for the same at the same location.\n"
        "calendars[4].location: there is no location \"Attic\"."},
+      {R"({"policies": [{"location": "", "group": "", "locations": [""], "media_types": [{"type": " "}]}]})",
+       "policies[0].location: a name must not be empty.\npolicies[0].group: a name must not be empty.\n"
+       "policies[0].locations[0]: a name must not be empty.\n"
+       "policies[0].media_types[0].type: a name must not be empty."},
       {policyWith(R"(, "group": "Alumni", "limits": {"bookings": -1, "items": "many", "fees_in_cents": 12.5},
            "warning_minutes": -30)"),
        "policies[0].limits.bookings: must be \"none\", or a whole number from 0 to 1000000000.\n"
