@@ -148,6 +148,11 @@ TEST_P(CirculationRequests, RoomsGoOutWithTheirEquipment) {
   EXPECT_EQ(send("GIREFD", "BOOKID=" + id).text(), "0|");
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(),
             "0||PMSG=Key back? RNO=101|ENO=TV1 PMSG=Count the cables.");
+  const std::string scanned = save(times(2, "12:00", "13:00"), "EID=4; EQIR=Y; EID=1", "RID=1", 1);
+  library().setNow(2, 12);
+  charge(scanned);
+  send("DBK", "BOOKID=" + scanned + "; EID=1");
+  EXPECT_EQ(status(scanned), "1") << "what never left the room is back with the last that did";
   const std::string bare = save(times(3, "09:30", "12:00"), "", "RID=1", 1);
   library().setNow(3, 9);
   charge(bare);
