@@ -165,6 +165,20 @@ TEST_P(BookingRequests, WhatStandsInTheRoomFillsAWish) {
       << "one stands there, two wished";
 }
 
+TEST_P(BookingRequests, RequiredEquipmentIsReadWholeIntoTheEditor) {
+  library().execute("delete from equipment_statuses where equipment_id = 9");
+  save(times(2, "09:30", "11:00"), "LOC=1", 3, std::string("ETI=1; IFL=Y; ETI=4; IFL=Y; ") + film1);
+  EXPECT_EQ(send("GSCIT", "BOOKID=1").all("ETI"), "1,4");
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1").text(), "0||EID=0 ETI=4 ETY=Camera")
+      << "the group may not book cameras, so that there is no tick to set";
+  library().execute("delete from media_type_equipment where equipment_type_id = 4");
+  EXPECT_EQ(send("GSCIT", "BOOKID=1").all("ETI"), "1");
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1").all("ETY"), "Camera") << "a film needs none any more";
+  EXPECT_EQ(send("CBK", "BOOKID=1").rc, 0);
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1").all("ENO"), "TV1,CAM1") << "wishes that were filled";
+  EXPECT_EQ(send("GSCIT", "BOOKID=1").text(), "0|");
+}
+
 TEST_P(BookingRequests, SaveJudgesWhatItStores) {
   save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=4; EID=1");
   EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=2", 1, "EID=4; EQIR=Y").rc, 149)
