@@ -139,12 +139,14 @@ TEST_P(BookingRequests, WishesForTwoMediaTypesOfATitleDoNotMeet) {
 
 TEST_P(BookingRequests, WhatIsPromisedIsNotGivenAwaySingly) {
   library().execute("update items set status = 'Lost' where id = 2");
+  library().execute("update items set location_id = 1 where id = 3");
   const std::string ten = times(3, "10:00", "11:00");
   save(ten, "LOC=1", 3, "MTID=1; BI=1; MI=1; IM=0");
   EXPECT_EQ(save(ten, "LOC=1", 3, film1).text(),
             "150||VUF=161|CNUM=  ETIME=2026-03-03 11:00:00 IM=0 STIME=2026-03-03 10:00:00 TITL=Volcanoes "
-            "VD1=1 VD2=1")
+            "VD1=2 VD2=2")
       << "the last one of these holdings";
+  EXPECT_EQ(save(ten, "LOC=1", 3, "MTID=1; BI=1; MI=2; IM=3").rc, 0) << "of other holdings of the title";
   save(ten, "LOC=1", 3, "ETI=1; IFL=N; ETI=1; IFL=N");
   EXPECT_EQ(save(ten, "LOC=1", 3, "EID=8").rc, 0) << "a television that no wish of this desk can have";
   save(ten, "LOC=1", 3, "ETI=3; IFL=N");
