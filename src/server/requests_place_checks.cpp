@@ -152,8 +152,8 @@ Reply roomAvailability(Context& context, const Message& message) {
   for (const Period& each : timesOf(message)) taken.push_back(takenFor(each, 0, 0));
   const BookableRoom room = requireRoom(context, message);
   const DeskPolicy policy = policyFor(context, message);
-  return roomReply(judgeRoom(context.db, {policy, taken, message.number(tags::BOOKID), room.id}, room,
-                             {.conflicts = true, .warnings = true}));
+  return roomReply(judgeRoom(context.db, {policy, taken, message.number(tags::BOOKID), room.id, context.now},
+                             room, {.conflicts = true, .warnings = true}));
 }
 
 constexpr std::array rows{

@@ -55,19 +55,20 @@ Reply equipmentLimits(Context& context, const Message& message) {
   return equipmentReply(findings);
 }
 
-UsageQuestion questionOf(const DeskPolicy& policy, const Message& message) {
-  return {policy, takenOf(message), message.number(tags::BOOKID), message.number(tags::RID)};
+UsageQuestion questionOf(const Context& context, const DeskPolicy& policy, const Message& message) {
+  return {policy, takenOf(message), message.number(tags::BOOKID), message.number(tags::RID), context.now};
 }
 
 Reply mediaAvailability(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
-  return mediaReply(judgeMedia(context.db, questionOf(policy, message), mediaOf(message), availability));
+  return mediaReply(
+      judgeMedia(context.db, questionOf(context, policy, message), mediaOf(message), availability));
 }
 
 Reply equipmentAvailability(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
-  return equipmentReply(
-      judgeEquipment(context.db, questionOf(policy, message), bookedEquipmentOf(message), availability));
+  return equipmentReply(judgeEquipment(context.db, questionOf(context, policy, message),
+                                       bookedEquipmentOf(message), availability));
 }
 
 /// This request names an item by its holdings; a wish for any item of a title has no check of its own kind,
@@ -83,13 +84,13 @@ Reply itemUsage(Context& context, const Message& message) {
     ask.titleId = titleOfHolding(context.db, ask.holdingId);
     aspects.conflicts = ask.titleId != 0;
   }
-  return mediaReply(judgeMedia(context.db, questionOf(policy, message), {ask}, aspects));
+  return mediaReply(judgeMedia(context.db, questionOf(context, policy, message), {ask}, aspects));
 }
 
 Reply equipmentUsage(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<EquipmentAsk> asks = bookedEquipmentOf(message);
-  return equipmentReply(judgeEquipment(context.db, questionOf(policy, message), asks, everything));
+  return equipmentReply(judgeEquipment(context.db, questionOf(context, policy, message), asks, everything));
 }
 
 Reply pieceStatus(Context& context, const Message& message) {

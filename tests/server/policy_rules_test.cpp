@@ -115,11 +115,38 @@ TEST(UsagePolicy, OneThingIsHeldByOneBooking) {
   EXPECT_FALSE(taken.nearAnother) << "a conflict says it all";
 }
 
-TEST(UsagePolicy, WishesDrawOnWhatNobodyElseWaitsFor) {
-  EXPECT_EQ(judgePool({.total = 3, .free = 2, .promised = 1}, 1), PoolVerdict::Enough);
-  EXPECT_EQ(judgePool({.total = 3, .free = 2, .promised = 1}, 2), PoolVerdict::TooFew);
-  EXPECT_EQ(judgePool({.total = 0, .free = 0, .promised = 0}, 1), PoolVerdict::NoneInPolicy);
-  EXPECT_EQ(bookedOf({.total = 3, .free = 2, .promised = 1}), 2);
+TEST(UsagePolicy, NothingIsTakenThatAWaitingWishNeeds) {
+  const Period hour = span(0, 60);
+  const Wish any{hour, {1, 2, 3}};
+  const Wish first{hour, {1}};
+  const Wish hopeless{hour, {}};
+  const Wish later{span(30, 90), {1, 3}};
+  struct Row {
+    const char* story;
+    std::vector<Wish> waiting;
+    Taking taking;
+    int missing;
+  };
+  const Row rows[] = {
+      {"nobody waits", {}, {hour, {1, 2, 3}, {}}, 0},
+      {"one is left", {any}, {hour, {1, 2}, {}}, 0},
+      {"none is left", {any}, {hour, {1, 2, 3}, {}}, 1},
+      {"a thing that no wish can have", {first}, {hour, {9}, {}}, 0},
+      {"the only thing of a wish", {any, first}, {hour, {1}, {}}, 1},
+      {"at another time", {first}, {span(60, 90), {1}, {}}, 0},
+      {"wishes make room for each other", {any, any}, {hour, {}, {first}}, 0},
+      {"one wish too many", {any, any, first}, {hour, {}, {any}}, 1},
+      {"two wishes for one thing", {}, {hour, {}, {first, first}}, 1},
+      {"a wish beside the single thing that it needs", {}, {hour, {1}, {first}}, 1},
+      {"what was hopeless before is nobody's fault", {hopeless}, {hour, {}, {any}}, 0},
+      {"a wish that can never be filled", {}, {hour, {}, {hopeless}}, 1},
+      {"wishes that only meet outside the time taken", {first, later}, {span(60, 90), {3}, {}}, 1},
+      {"one after the other", {first, {span(60, 90), {1}}}, {span(0, 90), {2, 3}, {}}, 0},
+  };
+  for (const Row& row : rows) EXPECT_EQ(shortfall(row.waiting, row.taking), row.missing) << row.story;
+  const std::int64_t things[] = {1, 3};
+  EXPECT_EQ(pickSpare(things, std::vector{first}, hour), 3);
+  EXPECT_EQ(pickSpare(things, std::vector{first, later}, hour), 1) << "somebody stands at the desk";
 }
 
 TEST(CirculationRules, TimeMakesBookingsUnclaimedAndOverdue) {
