@@ -21,6 +21,7 @@ constexpr int kNoTab = -1;
 constexpr int kUpdatedByOther = 180;
 constexpr int kSatisfiedByRoom = 137;
 constexpr int kTimesOverlap = 181;
+constexpr int kRoomTaken = 107;
 constexpr int kCalendarConflict = 167;
 
 /// The check of the library's calendar, by the option of the place.
@@ -239,6 +240,9 @@ BookingSave::Outcome BookingSave::refused(int rc, std::string_view code) {
   switch (rc) {
     case kTimesOverlap:
       return tell(kNoTab, "Multiple booking times overlap.  Please correct and save again.");
+    case kRoomTaken:
+      TellRoomTaken(w_.form_);
+      return Outcome::Failed;
     case kContextMedia:
       ShowErrorReport(app_, kReportMedia);
       return Outcome::Failed;
@@ -286,7 +290,8 @@ void BookingSave::showCreated() {
   w_.setTitle(savedBookingTitle(record.ConfirmationNumber));
   w_.requester.lockRequester();
   w_.times.endMultiple();  // a stored booking has one time, and the way to the list is closed
-  if (w_.pickupMode_ && app_.preferences.AutoCharge) w_.mnuBookingCharge_Click();
+  const bool mayCharge = app_.context.rights.has(Right::BKCHA);
+  if (w_.pickupMode_ && app_.preferences.AutoCharge && mayCharge) w_.mnuBookingCharge_Click();
   if (app_.preferences.AutoPrintConf && w_.SaveOk) w_.print();
   w_.times.cmdMultipleBookings.Visible = false;
 }

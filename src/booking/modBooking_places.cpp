@@ -1,4 +1,6 @@
 // The checks of policy that send their own request: status of equipment, places and rooms.
+#include <algorithm>
+
 #include "booking/frmOverride.h"
 #include "booking/frmOverrideLibSched.h"
 #include "booking/modBooking_policy.h"
@@ -63,6 +65,15 @@ bool mayBookLonger(App& app) {
 constexpr int kRoomTaken = 107;
 constexpr int kWarningLimit = 187;
 
+std::string_view separatorOf(const BookingForm& form) {
+  return form.times.isMultiple() ? "@" : " @ ";
+}
+
+void tellRoomTaken(App& app, const BookingTime& time, std::string_view separator) {
+  informationBox(app.desktop, "The selected room is not available for the following booking:  " +
+                                  time.startDate + std::string(separator) + time.startTime);
+}
+
 bool isRoomFree(App& app, const BookingRecord& record, const BookingTime& time, std::string_view separator) {
   app.global.BusyAllForms();
   app.message.Add(tags::BOOKID, std::to_string(record.BookingId));
@@ -78,8 +89,7 @@ bool isRoomFree(App& app, const BookingRecord& record, const BookingTime& time, 
     return false;
   }
   if (intOf(app.message.Get(tags::VUF)) == kWarningLimit) return ValidateRoomUsage(app, rc);
-  informationBox(app.desktop, "The selected room is not available for the following booking:  " +
-                                  time.startDate + std::string(separator) + time.startTime);
+  tellRoomTaken(app, time, separator);
   return false;
 }
 
@@ -116,11 +126,19 @@ bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record) 
 bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record) {
   form.app.global.ReadyAllForms();
   if (record.RoomId == 0) return true;
-  const std::string_view separator = form.times.isMultiple() ? "@" : " @ ";
   for (const BookingTime& time : form.times.times()) {
-    if (!isRoomFree(form.app, record, time, separator)) return false;
+    if (!isRoomFree(form.app, record, time, separatorOf(form))) return false;
   }
   return true;
+}
+
+void TellRoomTaken(const BookingForm& form) {
+  const std::string day = form.app.message.Get(tags::STIME).substr(0, 10);
+  const std::vector<BookingTime> times = form.times.times();
+  const auto met = std::find_if(times.begin(), times.end(), [&](const BookingTime& each) {
+    return each.start.starts_with(day) || each.end.starts_with(day);
+  });
+  tellRoomTaken(form.app, met == times.end() ? times.front() : *met, separatorOf(form));
 }
 
 bool ValidateEquipmentStatus(App& app, int rc) {

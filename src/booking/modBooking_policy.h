@@ -26,6 +26,10 @@ namespace vantry {
 /// One request per booking time; none without a room.
 [[nodiscard]] bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record);
 
+/// Tells what ValidateRoomAvailability would, when only the save finds the room taken: with the minutes for
+/// set-up and clean-up, which no check knows. Reads the reply's booking in the way.
+void TellRoomTaken(const BookingForm& form);
+
 /// Before a thing is added: true stops the adding, because the requester's limit is reached and nobody
 /// overrides it.
 [[nodiscard]] bool ConfirmItemLimit(App& app, const BookingRecord& record);

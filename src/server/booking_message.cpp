@@ -1,5 +1,6 @@
 #include "server/booking_message.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 
@@ -45,17 +46,30 @@ void readPlace(const Message& message, BookingDraft& draft) {
   if (draft.roomWish.locationId == 0) refuseTag(tags::LOC);
 }
 
-}  // namespace
-
-std::vector<Period> timesOf(const Message& message) {
+std::vector<Period> timesInWriting(const Message& message) {
   std::vector<Period> times;
   for (const TagValue& pair : message.tags()) {
     if (pair.tag == tags::STIME) times.push_back({momentOf(pair), 0});
     if (pair.tag != tags::ETIME_ || times.empty()) continue;
     times.back().until = momentOf(pair);
-    if (times.back().until < times.back().from) refuseTag(tags::ETIME_);
   }
   if (times.empty()) refuseTag(tags::STIME);
+  return times;
+}
+
+}  // namespace
+
+std::vector<Period> timesOf(const Message& message) {
+  const std::vector<Period> times = timesInWriting(message);
+  const bool sound =
+      std::all_of(times.begin(), times.end(), [](const Period& each) { return each.from <= each.until; });
+  if (!sound) refuseTag(tags::ETIME_);
+  return times;
+}
+
+std::vector<Period> timesSoFar(const Message& message) {
+  std::vector<Period> times = timesInWriting(message);
+  for (Period& each : times) each.until = std::max(each.from, each.until);
   return times;
 }
 

@@ -17,6 +17,10 @@ namespace vantry::server {
 /// The pairs of STIME and ETIME: at least one, none that ends before it starts.
 [[nodiscard]] std::vector<Period> timesOf(const Message& message);
 
+/// The same while a booking is put together, when its end may not be set yet: one that lies before the start
+/// counts as the start.
+[[nodiscard]] std::vector<Period> timesSoFar(const Message& message);
+
 /// The groups of MTID, BI, MI, IM.
 [[nodiscard]] std::vector<MediaAsk> mediaOf(const Message& message);
 

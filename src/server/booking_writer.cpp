@@ -81,7 +81,7 @@ void addWishes(Connection& db, const BookingDraft& draft, ResolvedThings& things
 
 void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
   query.bind("booking_type", draft.type).bind("administrative", draft.administrative);
-  query.bind("by_wizard", draft.byWizard).bind("patron_id", orNothing(draft.patronId));
+  query.bind("patron_id", orNothing(draft.patronId));
   query.bind("patron_group_id", orNothing(draft.groupId));
   query.bind("pickup_patron_id", orNothing(draft.pickupPatronId));
   query.bind("starts_at", times.from).bind("ends_at", times.until);
@@ -226,6 +226,7 @@ std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Peri
       ":created_by, :created_location, :updated_at, :updated_by, :updated_location) returning id");
   query.bind("location_id", stamp.locationId);
   bindDraft(query, draft, times);
+  query.bind("by_wizard", draft.byWizard);
   query.bind("created_at", stamp.at).bind("created_by", stamp.operatorId);
   query.bind("created_location", stamp.locationId).bind("updated_at", stamp.at);
   query.bind("updated_by", stamp.operatorId).bind("updated_location", stamp.locationId);
@@ -237,7 +238,7 @@ void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& 
   Query query(
       db,
       "update bookings set booking_type = :booking_type, administrative = :administrative, "
-      "by_wizard = :by_wizard, patron_id = :patron_id, patron_group_id = :patron_group_id, "
+      "patron_id = :patron_id, patron_group_id = :patron_group_id, "
       "pickup_patron_id = :pickup_patron_id, starts_at = :starts_at, ends_at = :ends_at, "
       "setup_minutes = :setup_minutes, cleanup_minutes = :cleanup_minutes, setup_staff_id = :setup_staff_id, "
       "cleanup_staff_id = :cleanup_staff_id, room_id = :room_id, pickup_location_id = :pickup_location_id, "

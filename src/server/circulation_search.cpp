@@ -31,8 +31,7 @@ constexpr const char* current = " and b.status in (0, 99, 999) order by b.starts
 void readFound(Query& query, std::vector<FoundBooking>& found) {
   FoundBooking row;
   int status = 0;
-  std::int64_t starts = 0;
-  query.into(row.id, status, row.locationId, row.pickupLocationId, starts);
+  query.into(row.id, status, row.locationId, row.pickupLocationId, row.startsAt);
   while (query.next()) {
     row.status = static_cast<BookingStatus>(status);
     found.push_back(row);
@@ -63,6 +62,9 @@ std::vector<FoundBooking> findByNumber(Connection& db, std::string_view text) {
     query.bind("low", range.low).bind("high", range.high);
     readFound(query, found);
   }
+  std::sort(found.begin(), found.end(), [](const FoundBooking& one, const FoundBooking& other) {
+    return std::pair(one.startsAt, one.id) < std::pair(other.startsAt, other.id);
+  });
   return found;
 }
 
@@ -74,15 +76,18 @@ void readLines(Query& query, std::vector<OpenLine>& lines) {
 }
 
 constexpr const char* itemLines =
-    "select l.booking_id, l.item_id, 0, b.room_id, l.charged_at from items i join booking_items l on "
+    "select l.booking_id, l.item_id, 0, case when b.booking_type = 1 then b.room_id end, l.charged_at from "
+    "items i join booking_items l on "
     "l.item_id = i.id and l.charged_at is not null and l.returned_at is null "
     "join bookings b on b.id = l.booking_id ";
 
-/// A member is held by its group's line where the group went out as a whole.
+/// A member is held by its group's line where the group went out as a whole. What only stood in the room of
+/// a booking is not out; it may be with somebody else by now.
 constexpr const char* pieceLines =
-    "select l.booking_id, 0, l.equipment_id, b.room_id, l.charged_at from equipment e "
+    "select l.booking_id, 0, l.equipment_id, case when b.booking_type = 1 then b.room_id end, l.charged_at "
+    "from equipment e "
     "join booking_equipment l on l.equipment_id in (e.id, e.group_id) and l.charged_at is not null and "
-    "l.returned_at is null join bookings b on b.id = l.booking_id ";
+    "l.returned_at is null and l.in_room = 0 join bookings b on b.id = l.booking_id ";
 
 constexpr const char* longestFirst = " order by l.charged_at, l.id";
 

@@ -27,6 +27,7 @@ struct FoundBooking {
   std::int64_t id = 0;
   BookingStatus status = BookingStatus::Live;
   std::int64_t locationId = 0;
+  Moment startsAt = 0;
   std::int64_t pickupLocationId = 0;
 };
 
@@ -40,7 +41,7 @@ struct OpenLine {
   std::int64_t bookingId = 0;
   std::int64_t itemId = 0;   ///< 0 on a line of equipment
   std::int64_t pieceId = 0;  ///< the line's own: the group where the thing searched is a member of one
-  std::int64_t roomId = 0;   ///< of the booking
+  std::int64_t roomId = 0;   ///< of a scheduled booking: one that was only delivered to is an address
 };
 
 /// The lines that hold the thing searched, the longest out first. `kind` is the kind of a call number.

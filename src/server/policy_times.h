@@ -39,6 +39,7 @@ struct Period {
 struct LongestUse {
   std::int64_t count = 0;
   char unit = 'U';
+  bool operator==(const LongestUse&) const = default;
 };
 [[nodiscard]] bool isLimited(const LongestUse& longest);
 [[nodiscard]] bool exceeds(const Period& times, const LongestUse& longest);

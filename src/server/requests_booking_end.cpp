@@ -37,15 +37,16 @@ Reply cancel(Context& context, const Message& message) {
   return Reply();
 }
 
+/// What another desk has deleted already is gone, as it was asked for.
 Reply mayDelete(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
-  if (!state) return Reply(notFound);
+  if (!state) return Reply();
   return Reply(refusalToDelete(state->status, state->out).value_or(0));
 }
 
 Reply remove(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
-  if (!state) return Reply(notFound);
+  if (!state) return Reply();
   if (const auto refusal = refusalToDelete(state->status, state->out)) return Reply(*refusal);
   deleteBooking(context.db, state->id);
   audit(context.db, &context.session, context.now, "booking deleted", confirmationNumber(state->id), {});

@@ -245,7 +245,8 @@ Reply serverTime(Context& context, const Message&) {
 
 Reply checkUpdate(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
-  if (!state) return Reply(notFound);
+  // A booking that somebody has deleted has changed as well; "not found" would say nothing at the desk.
+  if (!state) return Reply(changedMeanwhile);
   return Reply(message.text(tags::UDT) == momentText(state->updatedAt) ? 0 : changedMeanwhile);
 }
 

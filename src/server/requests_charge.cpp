@@ -203,9 +203,14 @@ class Charger {
       if (!note.empty() && room) reply_.record().set(tags::RNO, room->number).set(tags::PMSG, note);
     }
     for (const PieceLine& line : pieces_) {
-      const std::string note = popupNoteOfPiece(db_, line.pieceId, occasion::pieceCharged);
-      const std::optional<Piece> piece = findPiece(db_, line.pieceId);
-      if (!note.empty() && piece) reply_.record().set(tags::ENO, piece->number).set(tags::PMSG, note);
+      if (!line.inRoom) addNotesOf(line.pieceId);
+    }
+  }
+
+  void addNotesOf(std::int64_t pieceId) {
+    for (const Piece& piece : withMembers(db_, pieceId)) {
+      const std::string note = popupNoteOfPiece(db_, piece.id, occasion::pieceCharged);
+      if (!note.empty()) reply_.record().set(tags::ENO, piece.number).set(tags::PMSG, note);
     }
   }
 

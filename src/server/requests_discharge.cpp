@@ -110,9 +110,11 @@ void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const 
     if (!note.empty() && room) reply.record().set(tags::RNO, room->number).set(tags::PMSG, note);
   }
   for (const PieceLine& line : returned.pieces) {
-    const std::string note = popupNoteOfPiece(context.db, line.pieceId, occasion::pieceReturned);
-    const std::optional<Piece> piece = findPiece(context.db, line.pieceId);
-    if (!note.empty() && piece) reply.record().set(tags::ENO, piece->number).set(tags::PMSG, note);
+    if (line.inRoom) continue;  // nobody brings it
+    for (const Piece& piece : withMembers(context.db, line.pieceId)) {
+      const std::string note = popupNoteOfPiece(context.db, piece.id, occasion::pieceReturned);
+      if (!note.empty()) reply.record().set(tags::ENO, piece.number).set(tags::PMSG, note);
+    }
   }
 }
 

@@ -149,7 +149,7 @@ Reply scheduledRoom(Context& context, const Message& message) {
 
 Reply roomAvailability(Context& context, const Message& message) {
   std::vector<Period> taken;
-  for (const Period& each : timesOf(message)) taken.push_back(takenFor(each, 0, 0));
+  for (const Period& each : timesSoFar(message)) taken.push_back(takenFor(each, 0, 0));
   const BookableRoom room = requireRoom(context, message);
   const DeskPolicy policy = policyFor(context, message);
   return roomReply(judgeRoom(context.db, {policy, taken, message.number(tags::BOOKID), room.id, context.now},

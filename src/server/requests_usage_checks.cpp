@@ -22,8 +22,7 @@ DeskPolicy policyFor(Context& context, const Message& message) {
 }
 
 /// The lengths that limits go by are the booking's own times; what is taken counts for conflicts.
-std::vector<Period> takenOf(const Message& message) {
-  std::vector<Period> taken = timesOf(message);
+std::vector<Period> takenOf(std::vector<Period> taken) {
   for (Period& each : taken) each = takenFor(each, 0, 0);
   return taken;
 }
@@ -56,7 +55,14 @@ Reply equipmentLimits(Context& context, const Message& message) {
 }
 
 UsageQuestion questionOf(const Context& context, const DeskPolicy& policy, const Message& message) {
-  return {policy, takenOf(message), message.number(tags::BOOKID), message.number(tags::RID), context.now};
+  return {policy, takenOf(timesOf(message)), message.number(tags::BOOKID), message.number(tags::RID),
+          context.now};
+}
+
+/// About one thing that is to be added.
+UsageQuestion questionSoFar(const Context& context, const DeskPolicy& policy, const Message& message) {
+  return {policy, takenOf(timesSoFar(message)), message.number(tags::BOOKID), message.number(tags::RID),
+          context.now};
 }
 
 Reply mediaAvailability(Context& context, const Message& message) {
@@ -84,13 +90,14 @@ Reply itemUsage(Context& context, const Message& message) {
     ask.titleId = titleOfHolding(context.db, ask.holdingId);
     aspects.conflicts = ask.titleId != 0;
   }
-  return mediaReply(judgeMedia(context.db, questionOf(context, policy, message), {ask}, aspects));
+  return mediaReply(judgeMedia(context.db, questionSoFar(context, policy, message), {ask}, aspects));
 }
 
 Reply equipmentUsage(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<EquipmentAsk> asks = bookedEquipmentOf(message);
-  return equipmentReply(judgeEquipment(context.db, questionOf(context, policy, message), asks, everything));
+  return equipmentReply(
+      judgeEquipment(context.db, questionSoFar(context, policy, message), asks, everything));
 }
 
 Reply pieceStatus(Context& context, const Message& message) {

@@ -119,10 +119,10 @@ std::vector<BookableRoom> bookableRooms(Connection& db) {
 }
 
 std::vector<AppliedStatus> statusesOfPiece(Connection& db, std::int64_t id) {
-  Query query(
-      db,
-      "select t.name, t.effect, s.applied_at, s.note from equipment_statuses s "
-      "join status_types t on t.id = s.status_id where s.equipment_id = :id order by t.priority, t.id");
+  Query query(db,
+              "select t.name, t.effect, s.applied_at, s.note from equipment_statuses s "
+              "join status_types t on t.id = s.status_id where s.equipment_id = :id or s.equipment_id in "
+              "(select m.id from equipment m where m.group_id = :id) order by t.priority, t.id");
   query.bind("id", id);
   return readStatuses(query);
 }
@@ -133,6 +133,15 @@ std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id) {
               "join status_types t on t.id = s.status_id where s.room_id = :id order by t.priority, t.id");
   query.bind("id", id);
   return readStatuses(query);
+}
+
+std::vector<Piece> withMembers(Connection& db, std::int64_t pieceId) {
+  std::vector<Piece> pieces;
+  const std::optional<Piece> piece = findPiece(db, pieceId);
+  if (!piece) return pieces;
+  if (piece->isGroup) pieces = membersOf(db, pieceId);
+  pieces.insert(pieces.begin(), *piece);
+  return pieces;
 }
 
 bool mayBeUsed(Connection& db, std::int64_t pieceId) {

@@ -67,12 +67,16 @@ struct BookableRoom {
 /// All rooms but storage rooms, by name.
 [[nodiscard]] std::vector<BookableRoom> bookableRooms(Connection& db);
 
-/// The statuses applied to a piece or a room, the one in force first.
+/// The statuses applied to a piece or a room, the one in force first. A group has those of its members too,
+/// since it goes out whole.
 [[nodiscard]] std::vector<AppliedStatus> statusesOfPiece(Connection& db, std::int64_t id);
 [[nodiscard]] std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id);
 
 /// Whether no status of the piece forbids its use.
 [[nodiscard]] bool mayBeUsed(Connection& db, std::int64_t pieceId);
+
+/// The piece by itself, or the group with its members.
+[[nodiscard]] std::vector<Piece> withMembers(Connection& db, std::int64_t pieceId);
 
 /// The note of a piece or a room whose type shows it on the occasion; empty without one.
 [[nodiscard]] std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "server/usage_check.h"
 #include "server/usage_things.h"
@@ -36,7 +37,9 @@ class EquipmentJudge {
   }
 
  private:
+  /// One sentence tells of all pieces of a type.
   void judgeType(std::int64_t typeId, const std::string& name) {
+    if (!judgedTypes_.insert(typeId).second) return;
     const TypeRule rule = question_.policy.equipmentRule(typeId);
     if (!rule.mayBook) findings_.failures.push_back({refusal::equipmentNotBookable, typeId, {}, name});
     const bool tooLong = std::any_of(question_.times.begin(), question_.times.end(),
@@ -128,6 +131,7 @@ class EquipmentJudge {
   std::map<std::int64_t, int> wanted_;    ///< wishes by type
   std::map<std::int64_t, KindAsk> asks_;  ///< what of each type is taken from what there is for wishes
   std::map<std::int64_t, int> inRoom_;
+  std::set<std::int64_t> judgedTypes_;
   bool roomRead_ = false;
 };
 

@@ -1,6 +1,8 @@
 // The answers of the usage checks, as the windows read them.
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "server/booking_store.h"
 #include "server/handlers.h"
@@ -33,12 +35,28 @@ int conflictCode(const Findings& findings, const FamilyCodes& codes) {
   return any ? bothKinds : codes.wish;
 }
 
+/// Whether the operator's sentence for the code names something.
+bool isNamed(int code) {
+  constexpr std::array named{refusal::tooMuchEquipment, refusal::tooManyItems, refusal::itemStatus,
+                             refusal::equipmentTooLong, refusal::mediaTooLong, refusal::equipmentNotBookable,
+                             refusal::mediaNotBookable};
+  return std::find(named.begin(), named.end(), code) != named.end();
+}
+
+/// The sentences of several things that failed alike are one, as long as they name nothing of their own.
+bool isTold(std::span<const PolicyFailure> told, const PolicyFailure& failure) {
+  if (failure.code == refusal::nearAnother) return false;
+  return std::any_of(told.begin(), told.end(), [&](const PolicyFailure& each) {
+    return each.code == failure.code && each.longest == failure.longest;
+  });
+}
+
 /// A sentence names one thing only, while several may have failed: all their names stand in it.
 std::string namesOf(const Findings& findings) {
   if (findings.noneInPolicy && findings.failures.empty()) return findings.wished;
   std::vector<std::string> names;
   for (const PolicyFailure& each : findings.failures) {
-    if (!each.name.empty() && std::find(names.begin(), names.end(), each.name) == names.end())
+    if (isNamed(each.code) && std::find(names.begin(), names.end(), each.name) == names.end())
       names.push_back(each.name);
   }
   std::string joined;
@@ -50,7 +68,10 @@ std::string namesOf(const Findings& findings) {
 void addCodes(Reply& reply, const Findings& findings, const FamilyCodes& codes, std::string_view thingTag) {
   if (findings.noneInPolicy) reply.record().set(tags::VUF, codes.noneInPolicy);
   if (!findings.conflicts.empty()) reply.record().set(tags::VUF, conflictCode(findings, codes));
-  for (const PolicyFailure& each : findings.failures) {
+  const std::span<const PolicyFailure> failures(findings.failures);
+  for (std::size_t place = 0; place < failures.size(); ++place) {
+    const PolicyFailure& each = failures[place];
+    if (isTold(failures.first(place), each)) continue;
     reply.record().set(tags::VUF, each.code);
     if (each.code == refusal::nearAnother && !thingTag.empty()) reply.set(thingTag, each.thing);
     if (!isLimited(each.longest)) continue;

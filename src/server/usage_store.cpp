@@ -23,7 +23,9 @@ constexpr const char* piecesOfType =
     "from equipment e join rooms r on r.id = e.room_id join room_types k on k.id = r.room_type_id "
     "where e.equipment_type_id = :type_id and e.location_id = :location_id and e.group_id is null and "
     "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
-    "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) ";
+    "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) and not exists (select 1 from "
+    "equipment m join equipment_statuses s on s.equipment_id = m.id join status_types y on "
+    "y.id = s.status_id where m.group_id = e.id and y.effect = 3) ";
 
 /// A group takes its members along.
 constexpr const char* pieceNotTaken =

@@ -245,12 +245,22 @@ TEST_F(EditorSave, AScheduledRoomHasItsOwnChecks) {
   server.checkAllCame();
   EXPECT_FALSE(window.SaveOk) << "and the library's check never comes";
 
-  server.expect("VALRMAVL", available);
-  server.expect("VALLSL", "RID=60 PGID=2");
-  server.expect("CRMTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays + " RID=60");
-  answerEmpty(0);
-  server.expect("VALEAVL", std::string("BOOKID=0 RID=60 PGID=2 ") + kTimes);
-  server.expect("NEWBK", body("RID=60", "1")).replies("BOOKID=9 CNUM=M9");
+  const auto expectStoring = [&] {
+    server.expect("VALRMAVL", available);
+    server.expect("VALLSL", "RID=60 PGID=2");
+    server.expect("CRMTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays + " RID=60");
+    answerEmpty(0);
+    server.expect("VALEAVL", std::string("BOOKID=0 RID=60 PGID=2 ") + kTimes);
+    return server.expect("NEWBK", body("RID=60", "1"));
+  };
+  // Minutes of set-up, which only the save knows, are in the way of the next booking.
+  expectStoring().fails(107, "VUF=158 | CNUM=7 STIME=2026-11-24 10:00:00");
+  desktop.expectInformation(
+      "The selected room is not available for the following booking:  24/11/2026 @ 09:00 AM");
+  window.mnuFileSave.choose();
+  EXPECT_FALSE(window.SaveOk);
+
+  expectStoring().replies("BOOKID=9 CNUM=M9");
   window.mnuFileSave.choose();
   EXPECT_TRUE(window.SaveOk);
 }

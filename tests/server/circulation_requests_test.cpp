@@ -307,6 +307,11 @@ TEST_P(CirculationRequests, FindsWhatIsReadyAndWhatIsOut) {
   EXPECT_EQ(send("SSD", "EQBAR=E6; QD=Y").text(), "0|BOOKID=1 EID=5 RID=0") << "the set holds its member";
   EXPECT_EQ(send("SSD", "MEDBAR=M1; QD=Y").text(), "0|BOOKID=1 IM=1 RID=0");
   EXPECT_EQ(send("SSD", "MEDBAR=M2; QD=Y").text(), "0|");
+  const std::string inRoom = save(times(2, "09:15", "09:30"), "EID=4; EQIR=Y", "RID=1", 1);
+  charge(inRoom);
+  EXPECT_EQ(send("SSD", "ENO=PRJ2; QD=Y").text(), "0|") << "what stands in the room is not out";
+  charge(save(times(2, "09:30", "10:00"), "EID=3", "RID=1", 2));
+  EXPECT_EQ(send("SSD", "ENO=PRJ1; QD=Y").text(), "0|BOOKID=4 EID=3 RID=0") << "no key of an address";
   EXPECT_EQ(
       send("SSC", "BNO=P100").text(),
       "0||BKRES=0 BOOKID=2 BTYP=Pick-Up CNUM=0000002 DPL=Main Desk ECNT=1 ETIME=2026-03-02 11:00:00 ICNT=0 "

@@ -43,7 +43,7 @@ TEST_P(PolicyRequests, ACountOverItsLimitIsToldBesideWhatElseIsWrong) {
   EXPECT_EQ(send("VIUL", head + times(3, "10:00", "11:00") + "; " + slides).text(),
             "150|MTY=2, Slides|VUF=119|VUF=156");
   EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; EID=2; EID=3; ETI=4; IFL=N").text(),
-            "149|ETY=3, Television, Camera|VUF=118|BKINT=H BKPER=8 VUF=153|BKINT=H BKPER=8 VUF=153|VUF=155");
+            "149|ETY=3, Television, Camera|VUF=118|BKINT=H BKPER=8 VUF=153|VUF=155");
 }
 
 TEST_P(PolicyRequests, ARoomsOwnLongestTimeComesBeforeThatOfItsType) {
