@@ -83,6 +83,10 @@ std::string rowsOf(Database& database) {
            policy +
                "t.name || may_deliver || may_schedule || longest || longest_unit from policy_room_types x "
                "join room_types t on t.id = room_type_id" +
+               ofPolicy,
+           policy +
+               "r.number || '/' || o.name || '/' || longest || longest_unit from policy_rooms x "
+               "join rooms r on r.id = room_id join locations o on o.id = r.location_id" +
                ofPolicy}) {
     std::string row;
     database.read([&](Connection& db) {
@@ -133,6 +137,12 @@ TEST_P(RulesFile, IsTakenBackWithoutAChangeAndMakesAnotherLibraryLikeIt) {
       fresh.write([&](Connection& other) { addPatronGroup(other, row.name); });
     }
   });
+  fresh.write([](Connection& db) {  // of a type that the file then changes
+    db.run("insert into room_types (id, name, storage) values (901, 'Lecture Hall', 1)");
+    db.run(
+        "insert into rooms (location_id, room_type_id, number, name, created_at) "
+        "select id, 901, '121', 'Hall', 0 from locations where name = 'Riverside Media Desk'");
+  });
   EXPECT_EQ(joined(takeText(fresh, text).faults.told()), "");
   EXPECT_EQ(rowsOf(fresh), rows);
 }
@@ -151,7 +161,8 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
     "policies": [{"location": "Main Desk", "group": "Students", "limits": {"items": 7, "fees_in_cents": "none"},
                   "locations": ["Branch"], "withheld_locations": ["Museum"],
                   "group_types": [{"type": "Globe", "pick_up": false, "longest": "1 term"}],
-                  "media_types": [{"type": "Atlas", "longest": "90 minutes"}]}]})";
+                  "media_types": [{"type": "Atlas", "longest": "90 minutes"}],
+                  "rooms": [{"location": "Main Desk", "number": "101", "longest": "unlimited"}]}]})";
   const std::string counts =
       "Equipment types: 1 added, 1 changed, 0 as they were\nGroup types: 1 added, 0 changed, 0 as they were\n"
       "Media types: 1 added, 1 changed, 0 as they were\nStatuses: 1 added, 1 changed, 0 as they were\n"
@@ -174,7 +185,8 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
         "On Loan0/35/3", "General Note1/7", "Main DeskSpring5/1/5101440", "Main DeskSpring1783123200/0/0",
         "Main DeskStudents/-1/7/-1/-1/-1/-1/-1/0/60", "Main DeskStudents/Branch1",
         "Main DeskStudents/Museum0", "Main DeskStudents/1Globe1101T", "Main DeskStudents/Atlas11190M",
-        "Video Set1/20/20", "Main Desk-/-1/-1/-1/-1/-1/-1/-1/0/60", "Main DeskSpring1773705600/0/0"}) {
+        "Main DeskStudents/101/Main Desk/0U", "Video Set1/20/20", "Main Desk-/-1/-1/-1/-1/-1/-1/-1/0/60",
+        "Main DeskSpring1773705600/0/0"}) {
     EXPECT_THAT("\n" + after + "\n", HasSubstr("\n" + std::string(row) + "\n"));
   }
   EXPECT_EQ(after.find("Film/Camera"), std::string::npos) << "it is needed no more";
@@ -187,6 +199,10 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
             "rules taken: rules.json: Equipment types: 1 added, 1 changed, 0 as they were");
   EXPECT_EQ(countsOf(take(file)).find("1 added"), std::string::npos);
   EXPECT_EQ(library().value("select count(*) from audit where action = 'rules taken'"), "1");
+
+  library().execute("update policy_rooms set room_id = 2, longest = 6, longest_unit = 'H'");
+  EXPECT_THAT(countsOf(take(file)), HasSubstr("Policies: 0 added, 1 changed"));
+  EXPECT_EQ(rowsOf(library().database()), after);
 }
 
 struct FaultCase {
@@ -219,7 +235,7 @@ const std::vector<FaultCase>& faultCases() {
        "\"calendars\", \"policies\".\n"
        "policies[0].lcation: there is no such member here, but \"location\", \"group\", \"administrative\", "
        "\"limits\", \"warning_minutes\", \"early_charge_minutes\", \"locations\", \"withheld_locations\", "
-       "\"equipment_types\", \"group_types\", \"media_types\", \"room_types\".\n"
+       "\"equipment_types\", \"group_types\", \"media_types\", \"room_types\", \"rooms\".\n"
        "policies[0].location: is missing.\n"
        "policies[0].group: is missing, or \"administrative\": true in its place.\n"
        "policies[0].locations: is missing."},
@@ -332,11 +348,25 @@ const std::vector<FaultCase>& faultCases() {
        "\"7 days\", \"1 term\".\n"
        "policies[0].equipment_types[1].type: \"Camera\" stands there twice.\n"
        "policies[0].equipment_types[2].type: there is no equipment type \"Video Set\"."},
+      {policyWith(
+           R"(, "group": "Students", "rooms": [{"location": "Main Desk", "number": 101, "longest": "6 hours"},
+           {"location": "Main Desk", "number": "101"}, {"location": "Main Desk", "number": "102", "longest": "1 day"},
+           {"location": "Main Desk", "number": "101", "longest": "unlimited"},
+           {"location": "Attic", "number": "101", "longest": "1 day"},
+           {"location": "Branch", "number": "200", "longest": "1 day"},
+           {"location": "Branch", "number": "101", "longest": "1 day"}])"),
+       "policies[0].rooms[0].number: must be a text in quotes.\npolicies[0].rooms[1].longest: is missing.\n"
+       "policies[0].rooms[2]: there is no room \"102\" at \"Main Desk\".\n"
+       "policies[0].rooms[3]: room \"101\" at \"Main Desk\" stands there twice.\n"
+       "policies[0].rooms[4].location: there is no location \"Attic\".\n"
+       "policies[0].rooms[5]: there is more than one room \"200\" at \"Branch\".\n"
+       "policies[0].rooms[6]: there is no room \"101\" at \"Branch\"."},
   };
   return cases;
 }
 
 TEST_P(RulesFile, TellsEveryFaultWithItsPlaceAndWritesNothing) {
+  library().execute("update rooms set location_id = 2, number = '200' where id = 2");
   const std::string before = rowsOf(library().database());
   // Something that could be taken, in front of what cannot.
   const std::string sound = R"({"room_types": [{"name": "Sound"}], )";
