@@ -18,6 +18,10 @@ std::string quoted(const std::string& name) {
   return "\"" + name + "\"";
 }
 
+std::string roomText(const RoomPlace& room) {
+  return "room " + quoted(room.number) + " at " + quoted(room.location);
+}
+
 std::string at(std::string_view list, std::size_t number) {
   return std::string(list) + "[" + std::to_string(number) + "]";
 }
@@ -198,7 +202,29 @@ class Checker {
     checkRulesOf({place + ".group_types", "group type", usable_.groupTypes, ".type"}, policy.groupTypes);
     checkRulesOf({place + ".media_types", "media type", usable_.mediaTypes, ".type"}, policy.mediaTypes);
     checkRulesOf({place + ".room_types", "room type", usable_.roomTypes, ".type"}, policy.roomTypes);
+    checkRooms(place + ".rooms", policy.rooms);
     tellDoubledPolicy(number);
+  }
+
+  void checkRooms(std::string_view list, const std::vector<SingleRoomEntry>& entries) {
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+      const std::string place = at(list, static_cast<std::size_t>(entry - entries.begin()));
+      checkRoom(place, entry->room);
+      const auto same = [&](const SingleRoomEntry& each) { return each.room == entry->room; };
+      const bool whole = !entry->room.location.empty() && !entry->room.number.empty();
+      if (whole && std::any_of(entries.begin(), entry, same)) {
+        faults_.add(place, roomText(entry->room) + twice);
+      }
+    }
+  }
+
+  void checkRoom(const std::string& place, const RoomPlace& room) {
+    const KnownPlaces& places = usable_.places;
+    checkName(place + ".location", room.location, places.locations, "location");
+    if (room.number.empty() || !holds(places.locations, room.location)) return;
+    const auto count = std::count(places.rooms.begin(), places.rooms.end(), room);
+    if (count == 0) faults_.add(place, "there is no " + roomText(room) + ".");
+    if (count > 1) faults_.add(place, "there is more than one " + roomText(room) + ".");
   }
 
   void tellDoubledPolicy(std::size_t number) {

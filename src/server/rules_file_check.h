@@ -13,10 +13,11 @@ namespace vantry::server {
 struct KnownPlaces {
   std::vector<std::string> locations;
   std::vector<std::string> groups;  ///< of patrons
+  std::vector<RoomPlace> rooms;
 };
 
-/// Tells what is wrong with the rules of a file beside those that stand: names that nothing has, entries that
-/// stand twice, calendars that overlap, statuses of one priority.
+/// Tells what is wrong with the rules of a file beside those that stand: names that nothing has, or
+/// more than one thing, entries that stand twice, calendars that overlap, statuses of one priority.
 void checkRules(const Rules& wanted, const Rules& standing, const KnownPlaces& known, RuleFaults& faults);
 
 /// How many entries of one kind are new, are changed, and stand already as the file says.

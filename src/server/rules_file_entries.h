@@ -117,6 +117,20 @@ struct RoomRuleEntry {
   bool operator==(const RoomRuleEntry&) const = default;
 };
 
+/// Rooms have no name that is theirs alone.
+struct RoomPlace {
+  std::string location;
+  std::string number;
+  bool operator==(const RoomPlace&) const = default;
+};
+
+/// A room's own longest time, in place of its type's.
+struct SingleRoomEntry {
+  RoomPlace room;
+  LengthEntry longest;
+  bool operator==(const SingleRoomEntry&) const = default;
+};
+
 /// -1 for no limit; fees in cents.
 struct LimitsEntry {
   std::int64_t bookings = -1;
@@ -142,13 +156,15 @@ struct PolicyEntry {
   std::vector<TypeRuleEntry> groupTypes;
   std::vector<TypeRuleEntry> mediaTypes;
   std::vector<RoomRuleEntry> roomTypes;
+  std::vector<SingleRoomEntry> rooms;
   bool operator==(const PolicyEntry& other) const {
     return location == other.location && administrative == other.administrative && group == other.group &&
            limits == other.limits && warningMinutes == other.warningMinutes &&
            earlyChargeMinutes == other.earlyChargeMinutes && holdSame(locations, other.locations) &&
            holdSame(withheldLocations, other.withheldLocations) &&
            holdSame(equipmentTypes, other.equipmentTypes) && holdSame(groupTypes, other.groupTypes) &&
-           holdSame(mediaTypes, other.mediaTypes) && holdSame(roomTypes, other.roomTypes);
+           holdSame(mediaTypes, other.mediaTypes) && holdSame(roomTypes, other.roomTypes) &&
+           holdSame(rooms, other.rooms);
   }
 };
 

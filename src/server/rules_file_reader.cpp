@@ -97,10 +97,13 @@ CalendarEntry readCalendar(const FileNode& node) {
 }
 
 LengthEntry readLengthOf(const FileNode& node) {
-  if (!node.isGiven()) return {};
   return node.textAs(
       readLength,
       "must be \"unlimited\", or a length as \"90 minutes\", \"8 hours\", \"7 days\", \"1 term\".");
+}
+
+LengthEntry readLengthOrNone(const FileNode& node) {
+  return node.isGiven() ? readLengthOf(node) : LengthEntry{};
 }
 
 TypeRuleEntry readTypeRule(const FileNode& node) {
@@ -110,7 +113,7 @@ TypeRuleEntry readTypeRule(const FileNode& node) {
   rule.mayBook = node.member("book").flagOr(true);
   rule.mayDeliver = node.member("deliver").flagOr(true);
   rule.mayPickUp = node.member("pick_up").flagOr(true);
-  rule.longest = readLengthOf(node.member("longest"));
+  rule.longest = readLengthOrNone(node.member("longest"));
   return rule;
 }
 
@@ -120,8 +123,16 @@ RoomRuleEntry readRoomRule(const FileNode& node) {
   rule.type = node.member("type").name();
   rule.mayDeliver = node.member("deliver").flagOr(true);
   rule.maySchedule = node.member("schedule").flagOr(true);
-  rule.longest = readLengthOf(node.member("longest"));
+  rule.longest = readLengthOrNone(node.member("longest"));
   return rule;
+}
+
+/// The longest time is all that an entry says, and "unlimited" would overrule the room's type: it cannot be
+/// left out.
+SingleRoomEntry readSingleRoom(const FileNode& node) {
+  node.expectMembers({"location", "number", "longest"});
+  return {{node.member("location").name(), node.member("number").name()},
+          readLengthOf(node.member("longest"))};
 }
 
 std::int64_t readLimit(const FileNode& node) {
@@ -165,7 +176,7 @@ std::vector<Entry> readAll(const FileNode& list, Entry (*read)(const FileNode&))
 PolicyEntry readPolicy(const FileNode& node) {
   node.expectMembers({"location", "group", "administrative", "limits", "warning_minutes",
                       "early_charge_minutes", "locations", "withheld_locations", "equipment_types",
-                      "group_types", "media_types", "room_types"});
+                      "group_types", "media_types", "room_types", "rooms"});
   PolicyEntry policy;
   policy.location = node.member("location").name();
   readGroup(node, policy);
@@ -180,6 +191,7 @@ PolicyEntry readPolicy(const FileNode& node) {
   policy.groupTypes = readAll(node.member("group_types"), readTypeRule);
   policy.mediaTypes = readAll(node.member("media_types"), readTypeRule);
   policy.roomTypes = readAll(node.member("room_types"), readRoomRule);
+  policy.rooms = readAll(node.member("rooms"), readSingleRoom);
   return policy;
 }
 

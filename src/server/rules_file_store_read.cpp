@@ -150,6 +150,31 @@ void readRoomRules(Connection& db, PolicyPlaces& policies) {
   }
 }
 
+void readSingleRooms(Connection& db, PolicyPlaces& policies) {
+  std::int64_t policy = 0;
+  SingleRoomEntry entry;
+  std::int64_t count = 0;
+  std::string unit;
+  Query query(db,
+              "select p.policy_id, l.name, r.number, p.longest, p.longest_unit from policy_rooms p "
+              "join rooms r on r.id = p.room_id join locations l on l.id = r.location_id "
+              "order by p.policy_id, r.id");
+  query.into(policy, entry.room.location, entry.room.number, count, unit);
+  while (query.next()) {
+    entry.longest = lengthOf(count, unit);
+    policies.at(policy)->rooms.push_back(entry);
+  }
+}
+
+std::vector<RoomPlace> readRoomPlaces(Connection& db) {
+  std::vector<RoomPlace> rooms;
+  RoomPlace room;
+  Query query(db, "select l.name, r.number from rooms r join locations l on l.id = r.location_id");
+  query.into(room.location, room.number);
+  while (query.next()) rooms.push_back(room);
+  return rooms;
+}
+
 /// The policies without their lists, under their keys.
 std::vector<std::pair<std::int64_t, PolicyEntry>> readPolicyRows(Connection& db) {
   std::vector<std::pair<std::int64_t, PolicyEntry>> rows;
@@ -190,6 +215,7 @@ std::vector<PolicyEntry> readPolicies(Connection& db) {
       "from policy_media_types p join media_types t on t.id = p.media_type_id order by p.policy_id, t.id");
   readTypeRules(media, places, &PolicyEntry::mediaTypes);
   readRoomRules(db, places);
+  readSingleRooms(db, places);
   std::vector<PolicyEntry> policies;
   for (auto& [id, policy] : rows) policies.push_back(std::move(policy));
   return policies;
@@ -216,6 +242,7 @@ KnownPlaces readKnownPlaces(Connection& db) {
   KnownPlaces known;
   for (const LocationRow& row : allLocations(db)) known.locations.push_back(row.name);
   for (const NamedRow& row : patronGroups(db)) known.groups.push_back(row.name);
+  known.rooms = readRoomPlaces(db);
   return known;
 }
 

@@ -149,6 +149,17 @@ void addRoomRules(Connection& db, std::int64_t id, const PolicyEntry& policy) {
   }
 }
 
+void addSingleRooms(Connection& db, std::int64_t id, const PolicyEntry& policy) {
+  for (const SingleRoomEntry& entry : policy.rooms) {
+    Query query(db,
+                "insert into policy_rooms (policy_id, room_id, longest, longest_unit) values (:id, "
+                "(select r.id from rooms r join locations l on l.id = r.location_id "
+                "where l.name = :location and r.number = :number), :longest, :unit)");
+    query.bind("id", id).bind("location", entry.room.location).bind("number", entry.room.number);
+    query.bind("longest", entry.longest.count).bind("unit", std::string(1, entry.longest.unit)).run();
+  }
+}
+
 void addPolicyLocations(Connection& db, std::int64_t id, const PolicyEntry& policy) {
   for (const bool security : {true, false}) {
     for (const std::string& location : security ? policy.locations : policy.withheldLocations) {
@@ -180,11 +191,13 @@ void writePolicy(Connection& db, std::int64_t id, const PolicyEntry& policy) {
   runFor(db, "delete from policy_equipment_types where policy_id = :id", id);
   runFor(db, "delete from policy_media_types where policy_id = :id", id);
   runFor(db, "delete from policy_room_types where policy_id = :id", id);
+  runFor(db, "delete from policy_rooms where policy_id = :id", id);
   addPolicyLocations(db, id, policy);
   addEquipmentRules(db, id, policy, false);
   addEquipmentRules(db, id, policy, true);
   addMediaRules(db, id, policy);
   addRoomRules(db, id, policy);
+  addSingleRooms(db, id, policy);
 }
 
 void addPolicy(Connection& db, const PolicyEntry& policy) {

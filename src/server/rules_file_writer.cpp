@@ -66,6 +66,12 @@ Json asJson(const RoomRuleEntry& rule) {
           {"longest", lengthText(rule.longest)}};
 }
 
+Json asJson(const SingleRoomEntry& entry) {
+  return {{"location", entry.room.location},
+          {"number", entry.room.number},
+          {"longest", lengthText(entry.longest)}};
+}
+
 Json limitJson(std::int64_t limit) {
   return limit < 0 ? Json("none") : Json(limit);
 }
@@ -117,6 +123,7 @@ Json asJson(const PolicyEntry& policy) {
   json["group_types"] = listOf(policy.groupTypes);
   json["media_types"] = listOf(policy.mediaTypes);
   json["room_types"] = listOf(policy.roomTypes);
+  json["rooms"] = listOf(policy.rooms);
   return json;
 }
 

@@ -1,17 +1,13 @@
 // The library's rules as a file.
 
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "server/administration.h"
 #include "server/migrations.h"
-#include "server/requests.h"
 #include "server/rules_file.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
@@ -83,6 +79,10 @@ std::string rowsOf(Database& database) {
            policy +
                "t.name || may_deliver || may_schedule || longest || longest_unit from policy_room_types x "
                "join room_types t on t.id = room_type_id" +
+               ofPolicy,
+           policy +
+               "r.number || '/' || o.name || '/' || longest || longest_unit from policy_rooms x "
+               "join rooms r on r.id = room_id join locations o on o.id = r.location_id" +
                ofPolicy}) {
     std::string row;
     database.read([&](Connection& db) {
@@ -133,6 +133,12 @@ TEST_P(RulesFile, IsTakenBackWithoutAChangeAndMakesAnotherLibraryLikeIt) {
       fresh.write([&](Connection& other) { addPatronGroup(other, row.name); });
     }
   });
+  fresh.write([](Connection& db) {  // of a type that the file then changes
+    db.run("insert into room_types (id, name, storage) values (901, 'Lecture Hall', 1)");
+    db.run(
+        "insert into rooms (location_id, room_type_id, number, name, created_at) "
+        "select id, 901, '121', 'Hall', 0 from locations where name = 'Riverside Media Desk'");
+  });
   EXPECT_EQ(joined(takeText(fresh, text).faults.told()), "");
   EXPECT_EQ(rowsOf(fresh), rows);
 }
@@ -151,7 +157,8 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
     "policies": [{"location": "Main Desk", "group": "Students", "limits": {"items": 7, "fees_in_cents": "none"},
                   "locations": ["Branch"], "withheld_locations": ["Museum"],
                   "group_types": [{"type": "Globe", "pick_up": false, "longest": "1 term"}],
-                  "media_types": [{"type": "Atlas", "longest": "90 minutes"}]}]})";
+                  "media_types": [{"type": "Atlas", "longest": "90 minutes"}],
+                  "rooms": [{"location": "Main Desk", "number": "101", "longest": "unlimited"}]}]})";
   const std::string counts =
       "Equipment types: 1 added, 1 changed, 0 as they were\nGroup types: 1 added, 0 changed, 0 as they were\n"
       "Media types: 1 added, 1 changed, 0 as they were\nStatuses: 1 added, 1 changed, 0 as they were\n"
@@ -174,7 +181,8 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
         "On Loan0/35/3", "General Note1/7", "Main DeskSpring5/1/5101440", "Main DeskSpring1783123200/0/0",
         "Main DeskStudents/-1/7/-1/-1/-1/-1/-1/0/60", "Main DeskStudents/Branch1",
         "Main DeskStudents/Museum0", "Main DeskStudents/1Globe1101T", "Main DeskStudents/Atlas11190M",
-        "Video Set1/20/20", "Main Desk-/-1/-1/-1/-1/-1/-1/-1/0/60", "Main DeskSpring1773705600/0/0"}) {
+        "Main DeskStudents/101/Main Desk/0U", "Video Set1/20/20", "Main Desk-/-1/-1/-1/-1/-1/-1/-1/0/60",
+        "Main DeskSpring1773705600/0/0"}) {
     EXPECT_THAT("\n" + after + "\n", HasSubstr("\n" + std::string(row) + "\n"));
   }
   EXPECT_EQ(after.find("Film/Camera"), std::string::npos) << "it is needed no more";
@@ -187,6 +195,10 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
             "rules taken: rules.json: Equipment types: 1 added, 1 changed, 0 as they were");
   EXPECT_EQ(countsOf(take(file)).find("1 added"), std::string::npos);
   EXPECT_EQ(library().value("select count(*) from audit where action = 'rules taken'"), "1");
+
+  library().execute("update policy_rooms set room_id = 2, longest = 6, longest_unit = 'H'");
+  EXPECT_THAT(countsOf(take(file)), HasSubstr("Policies: 0 added, 1 changed"));
+  EXPECT_EQ(rowsOf(library().database()), after);
 }
 
 struct FaultCase {
@@ -219,7 +231,7 @@ const std::vector<FaultCase>& faultCases() {
        "\"calendars\", \"policies\".\n"
        "policies[0].lcation: there is no such member here, but \"location\", \"group\", \"administrative\", "
        "\"limits\", \"warning_minutes\", \"early_charge_minutes\", \"locations\", \"withheld_locations\", "
-       "\"equipment_types\", \"group_types\", \"media_types\", \"room_types\".\n"
+       "\"equipment_types\", \"group_types\", \"media_types\", \"room_types\", \"rooms\".\n"
        "policies[0].location: is missing.\n"
        "policies[0].group: is missing, or \"administrative\": true in its place.\n"
        "policies[0].locations: is missing."},
@@ -332,11 +344,25 @@ const std::vector<FaultCase>& faultCases() {
        "\"7 days\", \"1 term\".\n"
        "policies[0].equipment_types[1].type: \"Camera\" stands there twice.\n"
        "policies[0].equipment_types[2].type: there is no equipment type \"Video Set\"."},
+      {policyWith(
+           R"(, "group": "Students", "rooms": [{"location": "Main Desk", "number": 101, "longest": "6 hours"},
+           {"location": "Main Desk", "number": "101"}, {"location": "Main Desk", "number": "102", "longest": "1 day"},
+           {"location": "Main Desk", "number": "101", "longest": "unlimited"},
+           {"location": "Attic", "number": "101", "longest": "1 day"},
+           {"location": "Branch", "number": "200", "longest": "1 day"},
+           {"location": "Branch", "number": "101", "longest": "1 day"}])"),
+       "policies[0].rooms[0].number: must be a text in quotes.\npolicies[0].rooms[1].longest: is missing.\n"
+       "policies[0].rooms[2]: there is no room \"102\" at \"Main Desk\".\n"
+       "policies[0].rooms[3]: room \"101\" at \"Main Desk\" stands there twice.\n"
+       "policies[0].rooms[4].location: there is no location \"Attic\".\n"
+       "policies[0].rooms[5]: there is more than one room \"200\" at \"Branch\".\n"
+       "policies[0].rooms[6]: there is no room \"101\" at \"Branch\"."},
   };
   return cases;
 }
 
 TEST_P(RulesFile, TellsEveryFaultWithItsPlaceAndWritesNothing) {
+  library().execute("update rooms set location_id = 2, number = '200' where id = 2");
   const std::string before = rowsOf(library().database());
   // Something that could be taken, in front of what cannot.
   const std::string sound = R"({"room_types": [{"name": "Sound"}], )";
@@ -367,113 +393,6 @@ TEST_P(RulesFile, TakesNoNameThatTheDatabaseHasMoreThanOnce) {
       "from": "2026-01-01", "until": "2026-06-30", "week": {}}]})");
   EXPECT_EQ(joined(report.faults.told()),
             "calendars[0]: the database has \"Spring\" more than once, and only one may be named so.");
-}
-
-/// The real program sets a library up, from nothing but files and its own commands.
-class RulesProgram : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override {
-    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-    store = std::make_unique<TestStore>(GetParam());
-  }
-
-  std::string contentOf(const std::string& name) {
-    std::ostringstream text;
-    text << std::ifstream(folder.file(name)).rdbuf();
-    return text.str();
-  }
-
-  /// "exit code|standard output|standard error"
-  std::string run(const std::string& arguments) {
-    const std::string command = "echo a-good-password | " VANTRY_SERVER_PROGRAM " --database '" +
-                                store->url() + "' " + arguments + " > " + folder.file("out") + " 2> " +
-                                folder.file("err");
-    const int code = WEXITSTATUS(std::system(command.c_str()));
-    return std::to_string(code) + "|" + contentOf("out") + "|" + contentOf("err");
-  }
-
-  std::string reply(RequestRunner& runner, const std::string& token, const char* code,
-                    const std::vector<TagValue>& tags) {
-    return runner.run({.token = token, .code = code, .requestId = std::to_string(++requests), .tags = tags})
-        .json;
-  }
-
-  TempFolder folder;
-  std::unique_ptr<TestStore> store;
-  int requests = 0;
-};
-INSTANTIATE_TEST_SUITE_P(Databases, RulesProgram, eachDatabase, databaseName);
-
-constexpr const char* smallRules = R"({
-  "room_types": [{"name": "Store", "storage": true}],
-  "equipment_types": [{"name": "Camera"}, {"name": "Laptop", "setup_minutes": 5}],
-  "calendars": [{"location": "Main", "for": "pick-ups", "name": "2026", "from": "2026-01-01", "until": "2026-12-31",
-                 "week": {"monday": "08:00-18:00"}, "exceptions": [{"date": "2026-03-09", "hours": "closed"}]}],
-  "policies": [{"location": "Main", "group": "Students", "limits": {"fees_in_cents": 500}, "locations": ["Main"],
-                "equipment_types": [{"type": "Camera", "book": false}, {"type": "Laptop", "longest": "2 hours"}]}]})";
-
-TEST_P(RulesProgram, ALibraryThatWasSetUpFromAFileDecidesByIt) {
-  for (const char* command : {"library add City", "location add Main --library City", "group add Students",
-                              "operator add dana --name Dana --location Main --rights all"}) {
-    ASSERT_THAT(run(command), testing::StartsWith("0|")) << command;
-  }
-  std::ofstream(folder.file("bad.json")) << R"({"policies": [{"location": "Main", "group": "Alumni"}]})";
-  EXPECT_EQ(run("rules take " + folder.file("bad.json")),
-            "1||policies[0].locations: is missing.\npolicies[0].group: there is no patron group \"Alumni\".\n"
-            "vantry-server: Nothing was taken. The file has 2 faults.\n");
-  EXPECT_EQ(run("rules take " + folder.file("none.json")),
-            "1||vantry-server: The file \"" + folder.file("none.json") + "\" cannot be read.\n");
-  std::ofstream(folder.file("rules.json")) << smallRules;
-  const std::string counts =
-      "Room types: 1 added, 0 changed, 0 as they were.\nEquipment types: 2 added, 0 changed, 0 as they "
-      "were.\n"
-      "Calendars: 1 added, 0 changed, 0 as they were.\nPolicies: 1 added, 0 changed, 0 as they were.\n";
-  EXPECT_EQ(run("rules take --check " + folder.file("rules.json")),
-            "0|The file is sound. Taken in, it would come to this:\n" + counts + "|");
-  EXPECT_EQ(run("rules take " + folder.file("rules.json")), "0|" + counts + "|");
-  EXPECT_THAT(
-      run("rules show"),
-      HasSubstr(
-          R"({"type": "Laptop", "book": true, "deliver": true, "pick_up": true, "longest": "2 hours"})"));
-
-  Database database(store->url());
-  database.write([](Connection& db) {
-    db.run(
-        "insert into rooms (id, location_id, room_type_id, number, name, created_at) values (1, 1, 1, '1', "
-        "'Store', 0)");
-    db.run(
-        "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) values "
-        "(1, 1, 'CAM1', 1, 1, 0), (2, 2, 'LAP1', 1, 1, 0)");
-  });
-  RequestRunner runner(
-      database, [] { return makeMoment(2026, 3, 1, 9); }, HashCost::Quick);
-  const std::string token = runner.login("dana", "a-good-password", "127.0.0.1").token;
-  reply(runner, token, "SLL", {{"LOC", "1"}});
-  const auto use = [&](const char* piece, const char* until) {
-    return reply(runner, token, "VEQUSG",
-                 {{"BOOKID", "0"},
-                  {"EID", piece},
-                  {"PGID", "1"},
-                  {"LOC", "1"},
-                  {"STIME", "2026-03-02 10:00:00"},
-                  {"ETIME", until}});
-  };
-  EXPECT_THAT(use("1", "2026-03-02 11:00:00"), HasSubstr(R"("VUF":"155")")) << "cameras are not for students";
-  EXPECT_THAT(use("2", "2026-03-02 12:00:00"), HasSubstr(R"("rc":0)"));
-  EXPECT_THAT(use("2", "2026-03-02 12:01:00"), HasSubstr(R"("VUF":"153")")) << "longer than two hours";
-  const auto fetch = [&](const std::string& day, const std::string& clock) {
-    return reply(runner, token, "CPUPTM",
-                 {{"PGID", "1"},
-                  {"ADBK", "N"},
-                  {"STIME", day + " 10:00:00"},
-                  {"SDOW", "2"},
-                  {"ETIME", day + " " + clock},
-                  {"EDOW", "2"}});
-  };
-  EXPECT_THAT(fetch("2026-03-02", "18:00:00"), HasSubstr(R"("rc":0)"));
-  EXPECT_THAT(fetch("2026-03-02", "18:30:00"), HasSubstr(R"("VUF":"170")")) << "it closes at six";
-  EXPECT_THAT(fetch("2026-03-03", "12:00:00"), HasSubstr(R"("VUF":"166")")) << "Mondays only";
-  EXPECT_THAT(fetch("2026-03-09", "12:00:00"), HasSubstr(R"("VUF":"168")")) << "closed on that Monday";
 }
 
 }  // namespace
