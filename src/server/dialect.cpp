@@ -23,9 +23,10 @@ constexpr Dialect postgresql{
     .beginRead = "begin isolation level repeatable read read only",
     .beginWrite = "begin isolation level serializable",
     // Without turns, 16 desks that save at once undo each other's work so often that some never get through:
-    // what is told apart is pages of an index, not things. The number is nobody else's on our database.
-    .takeTurn = "select 1 from pg_advisory_lock(7316)",
-    .giveTurn = "select 1 from pg_advisory_unlock(7316)",
+    // what is told apart is pages of an index, not things. The number is nobody else's on our database, in
+    // which each schema may hold a library of its own.
+    .takeTurn = "select 1 from pg_advisory_lock(7316, hashtext(current_schema()))",
+    .giveTurn = "select 1 from pg_advisory_unlock(7316, hashtext(current_schema()))",
     .waitingTime = "set lock_timeout = ",
     .marker = "@postgresql ",
 };
