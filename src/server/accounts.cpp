@@ -16,10 +16,12 @@ struct Tries {
   Moment oldest = 0;
 };
 
-Tries countTries(Connection& db, const char* sql, std::string_view who, Moment since) {
+/// Those of the last while. What lies ahead was written before the clock was set back, and counts no more:
+/// it would lock people out until the clock has come there again.
+Tries countTries(Connection& db, const char* sql, std::string_view who, Moment now) {
   Tries tries;
   Query query(db, sql);
-  query.bind("who", who).bind("since", since).into(tries.count, tries.oldest);
+  query.bind("who", who).bind("since", now - tryWindow).bind("now", now).into(tries.count, tries.oldest);
   while (query.next()) {
   }
   return tries;
@@ -49,12 +51,12 @@ std::optional<OperatorAccount> findOperator(Connection& db, std::string_view log
 
 std::optional<Moment> bookLoginTry(Connection& db, std::string_view login, std::string_view address,
                                    Moment now) {
-  const Tries byLogin =
-      countTries(db, "select count(*), min(at) from login_failures where login = :who and at > :since",
-                 loginKey(login), now - tryWindow);
-  const Tries byAddress =
-      countTries(db, "select count(*), min(at) from login_failures where address = :who and at > :since",
-                 address, now - tryWindow);
+  const Tries byLogin = countTries(
+      db, "select count(*), min(at) from login_failures where login = :who and at > :since and at <= :now",
+      loginKey(login), now);
+  const Tries byAddress = countTries(
+      db, "select count(*), min(at) from login_failures where address = :who and at > :since and at <= :now",
+      address, now);
   const Moment wait =
       std::max(waitFor(byLogin, mostTriesPerLogin, now), waitFor(byAddress, mostTriesPerAddress, now));
   if (wait > 0) return wait;
@@ -180,8 +182,10 @@ void audit(Connection& db, const Session* session, Moment now, std::string_view 
 void dropExpired(Connection& db, Moment now) {
   Query sessions(db, "delete from sessions where expires_at <= :now");
   sessions.bind("now", now).run();
-  Query tries(db, "delete from login_failures where at <= :before");
-  tries.bind("before", now - tryWindow).run();
+  Query tooLong(db, "update sessions set expires_at = :latest where expires_at > :latest");
+  tooLong.bind("latest", now + sessionLife).run();
+  Query tries(db, "delete from login_failures where at <= :before or at > :now");
+  tries.bind("before", now - tryWindow).bind("now", now).run();
   Query replies(db, "delete from replies where at <= :before");
   replies.bind("before", now - replyLife).run();
 }

@@ -71,7 +71,8 @@ void setPassword(Connection& db, std::int64_t operatorId, std::string_view hash)
 void audit(Connection& db, const Session* session, Moment now, std::string_view action,
            std::string_view subject, std::string_view detail);
 
-/// Drops what time has made worthless: sessions, tries and stored replies.
+/// Drops what time has made worthless: sessions, tries and stored replies. After the clock was set back it
+/// shortens sessions to their life, and drops the tries that lie ahead.
 void dropExpired(Connection& db, Moment now);
 
 }  // namespace vantry::server

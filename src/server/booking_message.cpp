@@ -10,6 +10,7 @@ namespace vantry::server {
 namespace {
 
 constexpr std::int64_t mostMinutes = 999;
+constexpr int pickup = 3;
 
 Moment momentOf(const TagValue& pair) {
   const std::optional<Moment> moment = parseMoment(pair.value);
@@ -23,14 +24,19 @@ std::int64_t minutesOf(const Message& message, std::string_view tag) {
   return minutes;
 }
 
+/// A pick-up has a location; the other two have a room, or a wish for one. Each form excludes the others.
 void readPlace(const Message& message, BookingDraft& draft) {
   draft.roomId = message.number(tags::RID);
-  if (draft.roomId != 0) return;
-  if (!message.has(tags::RCOP)) {
+  const bool wishes = message.has(tags::RCOP);
+  if (draft.type == pickup) {
+    if (draft.roomId != 0) refuseTag(tags::RID);
+    if (wishes) refuseTag(tags::RCOP);
     draft.pickupLocationId = message.number(tags::LOC);
     if (draft.pickupLocationId == 0) refuseTag(message.has(tags::RID) ? tags::RID : tags::LOC);
     return;
   }
+  if (draft.roomId != 0) return;
+  if (!wishes) refuseTag(message.has(tags::RID) ? tags::RID : tags::LOC);
   draft.roomWish = {.typeId = message.number(tags::RTI),
                     .locationId = message.number(tags::LOC),
                     .capacity = message.number(tags::RCA),

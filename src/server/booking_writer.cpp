@@ -41,12 +41,12 @@ ResolvedMedia resolveMedia(Connection& db, const MediaAsk& ask) {
   return {ask, ask.holdingId == 0 ? 0 : familyOf(db, ask)};
 }
 
-/// A wish is needless for each piece of its type that stands in the room.
+/// A wish is needless for each piece of its type that stands in the room and may be used.
 class RoomStock {
  public:
-  explicit RoomStock(const std::vector<ResolvedPiece>& pieces) {
+  RoomStock(Connection& db, const std::vector<ResolvedPiece>& pieces) {
     for (const ResolvedPiece& each : pieces) {
-      if (each.inRoom) ++stock_[each.piece.typeId];
+      if (each.inRoom && mayBeUsed(db, each.piece.id)) ++stock_[each.piece.typeId];
     }
   }
   bool take(std::int64_t typeId) {
@@ -61,7 +61,7 @@ class RoomStock {
 };
 
 void addWishes(Connection& db, const BookingDraft& draft, ResolvedThings& things) {
-  RoomStock stock(things.equipment);
+  RoomStock stock(db, things.equipment);
   std::set<std::int64_t> inferred;
   for (const EquipmentLine& line : draft.equipment) {
     if (line.ask.piece != 0) continue;

@@ -1,5 +1,7 @@
 #include "server/circulation_store.h"
 
+#include <algorithm>
+
 #include "server/occupancy.h"
 #include "server/query_help.h"
 #include "server/thing_store.h"
@@ -7,12 +9,6 @@
 namespace vantry::server {
 
 namespace {
-
-void freeLine(Connection& db, ThingKind kind, std::int64_t bookingId, std::int64_t lineId) {
-  Query query(db,
-              "delete from occupancy where booking_id = :booking_id and kind = :kind and line_id = :line_id");
-  query.bind("booking_id", bookingId).bind("kind", static_cast<int>(kind)).bind("line_id", lineId).run();
-}
 
 /// The line's own thing only: its number counts within its table, and items have lines of the same number.
 void freeReturned(Connection& db, bool ofItems, std::int64_t lineId) {
@@ -81,10 +77,15 @@ std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId) {
   return lines;
 }
 
+void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::int64_t lineId) {
+  Query query(db,
+              "delete from occupancy where booking_id = :booking_id and kind = :kind and line_id = :line_id");
+  query.bind("booking_id", booking.id).bind("kind", static_cast<int>(wish)).bind("line_id", lineId).run();
+}
+
 void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId) {
   Query query(db, "update booking_equipment set equipment_id = :equipment_id where id = :id");
   query.bind("equipment_id", pieceId).bind("id", lineId).run();
-  freeLine(db, ThingKind::EquipmentWish, booking.id, lineId);
   const std::optional<Piece> piece = findPiece(db, pieceId);
   take(db, booking, {ThingKind::Equipment, pieceId, piece ? piece->typeId : 0}, lineId);
   if (!piece || !piece->isGroup) return;
@@ -98,7 +99,6 @@ void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId,
   const std::int64_t holding = item ? item->holdingId : 0;
   Query query(db, "update booking_items set item_id = :item_id, holding_id = :holding_id where id = :id");
   query.bind("item_id", itemId).bind("holding_id", orNothing(holding)).bind("id", lineId).run();
-  freeLine(db, ThingKind::ItemWish, booking.id, lineId);
   take(db, booking, {ThingKind::Item, itemId, holding}, lineId);
 }
 
@@ -108,6 +108,41 @@ void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId)
   Query wish(db, "delete from occupancy where booking_id = :booking_id and kind = 13");
   wish.bind("booking_id", booking.id).run();
   if (booking.type == 1) take(db, booking, {ThingKind::Room, roomId, booking.roomWish.typeId}, std::nullopt);
+}
+
+std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now) {
+  if (now >= booking.taken.from) return std::nullopt;
+  const Moment longest =
+      std::max({longestOccupancy(db, ThingKind::Equipment), longestOccupancy(db, ThingKind::Item),
+                longestOccupancy(db, ThingKind::Room)});
+  Moment until = 0;
+  Query query(db,
+              "select max(o.ends_at) from occupancy m join occupancy o on o.kind = m.kind and "
+              "o.thing = m.thing and o.starts_at < :until_at and o.starts_at >= :earliest and "
+              "o.ends_at > :from_at where m.booking_id = :booking_id and m.kind < 10 and "
+              "o.booking_id <> m.booking_id");
+  query.bind("from_at", now).bind("until_at", booking.taken.from).bind("earliest", now - longest);
+  query.bind("booking_id", booking.id);
+  fetchOne(query, until);
+  return orNothing(until);
+}
+
+void takeFrom(Connection& db, const DeskBooking& booking, Moment from) {
+  if (booking.taken.from <= from) return;
+  std::vector<std::pair<Thing, std::optional<std::int64_t>>> things;
+  int kind = 0;
+  Thing thing{ThingKind::Equipment};
+  std::int64_t line = 0;
+  Query query(db, "select kind, thing, family, line_id from occupancy where booking_id = :booking_id");
+  query.bind("booking_id", booking.id).into(kind, thing.thing, thing.family, line);
+  while (query.next()) {
+    thing.kind = static_cast<ThingKind>(kind);
+    things.emplace_back(thing, orNothing(line));
+  }
+  freeThingsOf(db, booking.id);
+  DeskBooking early = booking;
+  early.taken.from = from;
+  for (const auto& [each, lineId] : things) take(db, early, each, lineId);
 }
 
 void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp) {

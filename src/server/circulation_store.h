@@ -6,6 +6,7 @@
 
 #include "server/booking_store.h"
 #include "server/database.h"
+#include "server/occupancy.h"
 #include "server/policy_rules.h"
 #include "server/policy_times.h"
 
@@ -53,10 +54,20 @@ struct ItemLine {
 [[nodiscard]] std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId);
 [[nodiscard]] std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId);
 
-/// Fills a wish with a thing: the line names it, and the booking takes it instead of the promise.
+/// The line's wish no longer waits: it is being filled, and in the way of no other.
+void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::int64_t lineId);
+
+/// Fills a wish that has ended to wait with a thing: the line names it, and the booking takes it. A room's
+/// wish is ended by its room.
 void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId);
 void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t itemId);
 void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId);
+
+/// Until when others take one of the booking's things that it has to itself only later than at that moment.
+[[nodiscard]] std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now);
+
+/// The things of the booking are taken from that moment on, if it was not to have them before.
+void takeFrom(Connection& db, const DeskBooking& booking, Moment from);
 
 /// Everything of the booking is handed out at the moment.
 void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp);

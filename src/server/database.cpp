@@ -96,7 +96,8 @@ Connection::Connection(const Dialect& dialect, const std::string& connectText)
 void Connection::run(const std::string& sql) {
   soci::statement statement(session_);
   statement.alloc();
-  statement.prepare(sql);
+  // Prepared for one use: another server would be asked three times otherwise.
+  statement.prepare(sql, soci::details::st_one_time_query);
   statement.define_and_bind();
   statement.execute(true);
 }

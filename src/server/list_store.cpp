@@ -1,7 +1,10 @@
 #include "server/list_store.h"
 
+#include <optional>
+
 #include "server/moment.h"
 #include "server/person_name.h"
+#include "server/query_help.h"
 
 namespace vantry::server {
 
@@ -24,13 +27,17 @@ std::vector<CategoryRow> readCategories(Query& query) {
 }
 
 bool hasMaintenanceIn(Connection& db, int year) {
-  bool found = false;
+  int found = 0;
   Query query(db,
               "select 1 from maintenance where came_in_on >= :from_at and came_in_on < :until_at limit 1");
-  query.bind("from_at", makeMoment(year, 1, 1)).bind("until_at", makeMoment(year + 1, 1, 1)).into(found);
-  while (query.next()) {
-  }
-  return found;
+  query.bind("from_at", makeMoment(year, 1, 1)).bind("until_at", makeMoment(year + 1, 1, 1));
+  return fetchOne(query, found);
+}
+
+std::optional<Moment> maintenanceAt(Connection& db, const char* sql) {
+  Moment at = 0;
+  Query query(db, sql);
+  return fetchOne(query, at) ? std::optional(at) : std::nullopt;
 }
 
 }  // namespace
@@ -97,18 +104,11 @@ std::vector<CategoryRow> roomTypes(Connection& db) {
 }
 
 std::vector<int> yearsOfMaintenance(Connection& db) {
-  std::int64_t first = 0;
-  std::int64_t last = 0;
-  int count = 0;
-  {
-    Query query(db, "select count(*), min(came_in_on), max(came_in_on) from maintenance");
-    query.into(count, first, last);
-    while (query.next()) {
-    }
-  }
   std::vector<int> years;
-  if (count == 0) return years;
-  for (int year = yearOf(last); year >= yearOf(first); --year) {
+  const auto first = maintenanceAt(db, "select came_in_on from maintenance order by came_in_on limit 1");
+  const auto last = maintenanceAt(db, "select came_in_on from maintenance order by came_in_on desc limit 1");
+  if (!first || !last) return years;
+  for (int year = yearOf(*last); year >= yearOf(*first); --year) {
     if (hasMaintenanceIn(db, year)) years.push_back(year);
   }
   return years;

@@ -58,11 +58,20 @@ std::optional<CalendarConflict> judgeEdge(std::span<const OpenCalendar> calendar
 
 }  // namespace
 
+Moment endAsJudged(const Period& times) {
+  const bool isMidnight = times.until > times.from && times.until == startOfDay(times.until);
+  return isMidnight ? times.until - 1 : times.until;
+}
+
 std::vector<CalendarConflict> calendarConflicts(std::span<const OpenCalendar> calendars,
                                                 const Period& times) {
   std::vector<CalendarConflict> conflicts;
   if (const auto start = judgeEdge(calendars, times.from, true)) conflicts.push_back(*start);
-  if (const auto end = judgeEdge(calendars, times.until, false)) conflicts.push_back(*end);
+  if (auto end = judgeEdge(calendars, endAsJudged(times), false)) {
+    // With an hour it is the end that is told as it was asked for, otherwise the day that was looked at.
+    if (end->clock >= 0) end->at = times.until;
+    conflicts.push_back(*end);
+  }
   return conflicts;
 }
 

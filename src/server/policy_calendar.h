@@ -31,6 +31,10 @@ struct CalendarConflict {
   bool operator==(const CalendarConflict&) const = default;
 };
 
+/// The moment of the end that calendars are asked about: an end at midnight is the last moment of the day
+/// before, and not the first of a day on which nothing is booked.
+[[nodiscard]] Moment endAsJudged(const Period& times);
+
 /// At most one conflict for the start and one for the end. Opening and closing times belong to the open
 /// hours: a booking may start at the one and end at the other. What lies between start and end is not asked:
 /// things stay out overnight.

@@ -17,6 +17,12 @@ bool isOver(std::int64_t count, std::int64_t limit) {
   return limit >= 0 && count > limit;
 }
 
+/// Whether there is no room for one more. Who asks is about to make a booking, so that a full number is one
+/// too many then; the other figures may stand at their limit.
+bool isFull(std::int64_t count, std::int64_t limit) {
+  return limit >= 0 && count >= limit;
+}
+
 }  // namespace
 
 TypeRule DeskPolicy::equipmentRule(std::int64_t typeId) const {
@@ -28,6 +34,10 @@ TypeRule DeskPolicy::mediaRule(std::int64_t typeId) const {
 RoomRule DeskPolicy::roomRule(std::int64_t typeId) const {
   return ruleOf(roomTypes, typeId);
 }
+LongestUse DeskPolicy::longestOfRoom(std::int64_t roomId, std::int64_t typeId) const {
+  const auto own = rooms.find(roomId);
+  return own == rooms.end() ? roomRule(typeId).longest : own->second;
+}
 
 std::optional<int> refusalOfLocation(const DeskPolicy& policy, std::int64_t locationId) {
   const auto found = policy.locations.find(locationId);
@@ -35,10 +45,16 @@ std::optional<int> refusalOfLocation(const DeskPolicy& policy, std::int64_t loca
   return found->second ? std::nullopt : std::optional(refusal::foreignSecurity);
 }
 
+bool hasExpired(const PatronState& patron, Moment now) {
+  if (!patron.expiresAt) return false;
+  const bool isDate = *patron.expiresAt == startOfDay(*patron.expiresAt);
+  return isDate ? startOfDay(now) > *patron.expiresAt : now > *patron.expiresAt;
+}
+
 std::optional<PatronRefusal> refusalToFetch(const PatronState& patron, Moment now) {
   if (!patron.barcodeActive) return PatronRefusal{.code = 108};
   if (patron.holdMail) return PatronRefusal{.code = 109};
-  if (patron.expiresAt && *patron.expiresAt < now) return PatronRefusal{.code = 144};
+  if (hasExpired(patron, now)) return PatronRefusal{.code = 144};
   return std::nullopt;
 }
 
@@ -47,8 +63,10 @@ std::optional<PatronRefusal> refusalToRequest(const PatronState& patron, const P
   if (const auto refused = refusalToFetch(patron, now)) return refused;
   if (isOver(patron.equipment, limits.equipment)) return PatronRefusal{.code = refusal::tooMuchEquipment};
   if (isOver(patron.items, limits.items)) return PatronRefusal{.code = refusal::tooManyItems};
-  const std::array<PatronRefusal, 5> figures{{
-      {110, 1, limits.bookings, patron.bookings},
+  if (isFull(patron.bookings, limits.bookings)) {
+    return PatronRefusal{110, 1, limits.bookings, patron.bookings};
+  }
+  const std::array<PatronRefusal, 4> figures{{
       {110, 2, limits.lateReturns, patron.lateReturns},
       {110, 3, limits.cancelled, patron.cancelled},
       {110, 4, limits.unclaimed, patron.unclaimed},

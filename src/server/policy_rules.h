@@ -44,6 +44,7 @@ struct DeskPolicy {
   std::map<std::int64_t, TypeRule> equipmentTypes;
   std::map<std::int64_t, TypeRule> mediaTypes;
   std::map<std::int64_t, RoomRule> roomTypes;
+  std::map<std::int64_t, LongestUse> rooms;  ///< those that have a longest time of their own
   PatronLimits limits;
   Moment warningMinutes = 0;  ///< how near another booking of the same thing may come without a word
   Moment earlyChargeMinutes = 60;
@@ -51,6 +52,8 @@ struct DeskPolicy {
   [[nodiscard]] TypeRule equipmentRule(std::int64_t typeId) const;
   [[nodiscard]] TypeRule mediaRule(std::int64_t typeId) const;
   [[nodiscard]] RoomRule roomRule(std::int64_t typeId) const;
+  /// The room's own longest time, where it has one, and otherwise its type's.
+  [[nodiscard]] LongestUse longestOfRoom(std::int64_t roomId, std::int64_t typeId) const;
 };
 
 namespace refusal {
@@ -93,10 +96,14 @@ struct PatronRefusal {
   bool operator==(const PatronRefusal&) const = default;
 };
 
+/// Whether his time is over. A date without a clock time counts to the end of its day.
+[[nodiscard]] bool hasExpired(const PatronState& patron, Moment now);
+
 /// Judges card and address: what holds for whoever only fetches things.
 [[nodiscard]] std::optional<PatronRefusal> refusalToFetch(const PatronState& patron, Moment now);
 
-/// Judges the limits as well: what holds for a requester. A figure at its limit is still within it.
+/// Judges the limits as well: what holds for the requester of one more booking. He has to have fewer bookings
+/// than the limit; any other figure at its limit is still within it.
 [[nodiscard]] std::optional<PatronRefusal> refusalToRequest(const PatronState& patron,
                                                             const PatronLimits& limits, Moment now);
 

@@ -35,6 +35,17 @@ void readLocations(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
   while (query.next()) policy.locations[location] = security;
 }
 
+/// Without a policy a desk has its own things. Gives the key of the policy, or 0.
+std::int64_t readPlaces(Connection& db, std::int64_t locationId, std::int64_t groupId, DeskPolicy& policy) {
+  const std::int64_t id = readPolicyRow(db, locationId, groupId, policy);
+  if (id == 0) {
+    policy.locations[locationId] = true;
+  } else {
+    readLocations(db, id, policy);
+  }
+  return id;
+}
+
 std::map<std::int64_t, TypeRule> readTypeRules(Connection& db, std::int64_t policyId, const char* sql) {
   std::map<std::int64_t, TypeRule> rules;
   std::int64_t type = 0;
@@ -64,10 +75,22 @@ void readRoomRules(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
   }
 }
 
+void readRooms(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+  std::int64_t room = 0;
+  LongestUse longest;
+  std::string unit;
+  Query query(db, "select room_id, longest, longest_unit from policy_rooms where policy_id = :policy_id");
+  query.bind("policy_id", policyId).into(room, longest.count, unit);
+  while (query.next()) {
+    longest.unit = unitOf(unit);
+    policy.rooms[room] = longest;
+  }
+}
+
 bool covers(const CalendarRow& row, std::span<const Period> periods) {
   return std::any_of(periods.begin(), periods.end(), [&](const Period& each) {
     const Moment first = startOfDay(each.from);
-    const Moment last = startOfDay(each.until);
+    const Moment last = startOfDay(endAsJudged(each));
     return (row.startsOn <= first && first <= row.endsOn) || (row.startsOn <= last && last <= row.endsOn);
   });
 }
@@ -87,12 +110,8 @@ bool hasActiveBarcode(Connection& db, std::int64_t patronId, std::int64_t groupI
 
 DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t groupId) {
   DeskPolicy policy;
-  const std::int64_t id = readPolicyRow(db, locationId, groupId, policy);
-  if (id == 0) {
-    policy.locations[locationId] = true;
-    return policy;
-  }
-  readLocations(db, id, policy);
+  const std::int64_t id = readPlaces(db, locationId, groupId, policy);
+  if (id == 0) return policy;
   policy.equipmentTypes =
       readTypeRules(db, id,
                     "select equipment_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
@@ -102,6 +121,13 @@ DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t grou
                     "select media_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
                     "from policy_media_types where policy_id = :policy_id");
   readRoomRules(db, id, policy);
+  readRooms(db, id, policy);
+  return policy;
+}
+
+DeskPolicy loadPolicyLocations(Connection& db, std::int64_t locationId, std::int64_t groupId) {
+  DeskPolicy policy;
+  readPlaces(db, locationId, groupId, policy);
   return policy;
 }
 

@@ -15,6 +15,9 @@ namespace vantry::server {
 /// is stored books its own things without limits.
 [[nodiscard]] DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t groupId);
 
+/// The same policy with nothing but the locations whose things the desk may book.
+[[nodiscard]] DeskPolicy loadPolicyLocations(Connection& db, std::int64_t locationId, std::int64_t groupId);
+
 /// The desk's calendars of the kind that cover the first or the last day of one of the periods.
 [[nodiscard]] std::vector<OpenCalendar> loadCalendars(Connection& db, std::int64_t locationId,
                                                       CalendarKind kind, std::span<const Period> periods);

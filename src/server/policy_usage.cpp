@@ -1,6 +1,63 @@
 #include "server/policy_usage.h"
 
+#include <algorithm>
+#include <map>
+#include <set>
+
 namespace vantry::server {
+
+namespace {
+
+/// Gives each wish a thing of its own. One that has a thing already moves on to another where that makes
+/// room.
+class Matching {
+ public:
+  bool place(const Wish& wish) {
+    std::set<std::int64_t> tried;
+    return place(wish, tried);
+  }
+
+ private:
+  bool place(const Wish& wish, std::set<std::int64_t>& tried) {
+    for (const std::int64_t thing : wish.fillers) {
+      if (!tried.insert(thing).second) continue;
+      const auto holder = holders_.find(thing);
+      if (holder != holders_.end() && !place(*holder->second, tried)) continue;
+      holders_[thing] = &wish;
+      return true;
+    }
+    return false;
+  }
+
+  std::map<std::int64_t, const Wish*> holders_;
+};
+
+/// How many of the wishes that run at the moment get nothing.
+int unmetAt(std::span<const Wish> wishes, Moment at) {
+  std::vector<const Wish*> running;
+  for (const Wish& each : wishes) {
+    if (each.period.from <= at && at < each.period.until) running.push_back(&each);
+  }
+  Matching matching;
+  return static_cast<int>(std::count_if(running.begin(), running.end(), [&](const Wish* each) {
+    // Whoever could have as many things as there are wishes finds one when all the others have theirs.
+    return each->fillers.size() < running.size() && !matching.place(*each);
+  }));
+}
+
+/// The same wishes once the single things are gone.
+std::vector<Wish> without(std::span<const Wish> wishes, const Taking& taking) {
+  std::vector<Wish> left(wishes.begin(), wishes.end());
+  for (Wish& wish : left) {
+    if (!overlap(wish.period, taking.period)) continue;
+    std::erase_if(wish.fillers, [&](std::int64_t thing) {
+      return std::find(taking.singles.begin(), taking.singles.end(), thing) != taking.singles.end();
+    });
+  }
+  return left;
+}
+
+}  // namespace
 
 SingleUse judgeSingle(std::span<const TakenTime> others, const Period& asked, Moment warningMinutes) {
   SingleUse use;
@@ -17,13 +74,24 @@ SingleUse judgeSingle(std::span<const TakenTime> others, const Period& asked, Mo
   return use;
 }
 
-PoolVerdict judgePool(const Pool& pool, int wanted) {
-  if (pool.free - pool.promised >= wanted) return PoolVerdict::Enough;
-  return pool.total == 0 ? PoolVerdict::NoneInPolicy : PoolVerdict::TooFew;
+int shortfall(std::span<const Wish> waiting, const Taking& taking) {
+  std::vector<Wish> after = without(waiting, taking);
+  for (const Wish& fresh : without(taking.wishes, taking)) after.push_back(fresh);
+  int worst = 0;
+  // More wishes than a moment before run only where one begins.
+  for (const Wish& each : after) {
+    const Moment at = each.period.from;
+    worst = std::max(worst, unmetAt(after, at) - unmetAt(waiting, at));
+  }
+  return worst;
 }
 
-int bookedOf(const Pool& pool) {
-  return pool.total - pool.free + pool.promised;
+std::int64_t pickSpare(std::span<const std::int64_t> things, std::span<const Wish> waiting,
+                       const Period& period) {
+  const auto spare = std::find_if(things.begin(), things.end(), [&](std::int64_t thing) {
+    return shortfall(waiting, {.period = period, .singles = {thing}, .wishes = {}}) == 0;
+  });
+  return spare == things.end() ? things.front() : *spare;
 }
 
 }  // namespace vantry::server

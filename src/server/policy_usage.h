@@ -25,16 +25,26 @@ struct SingleUse {
 [[nodiscard]] SingleUse judgeSingle(std::span<const TakenTime> others, const Period& asked,
                                     Moment warningMinutes);
 
-/// What stands against a wish for any thing of a kind.
-struct Pool {
-  int total = 0;     ///< things of the kind that the desk may book
-  int free = 0;      ///< of them free through all of the period
-  int promised = 0;  ///< the most other wishes that wait for one at one moment of the period
+/// A wish for any thing of a kind: when it needs one, and each thing that could fill it all through that
+/// time. As many things as there are wishes are enough to know of.
+struct Wish {
+  Period period;
+  std::vector<std::int64_t> fillers;
 };
-enum class PoolVerdict { Enough, NoneInPolicy, TooFew };
-[[nodiscard]] PoolVerdict judgePool(const Pool& pool, int wanted);
 
-/// How many of the pool are spoken for, for people.
-[[nodiscard]] int bookedOf(const Pool& pool);
+/// What a booking takes of a kind at one time: single things, and one more for each wish.
+struct Taking {
+  Period period;
+  std::vector<std::int64_t> singles;
+  std::vector<Wish> wishes;
+};
+
+/// By how many more wishes than before no thing is left for, at the moment at which it is worst, when each of
+/// those that run then gets a thing of its own.
+[[nodiscard]] int shortfall(std::span<const Wish> waiting, const Taking& taking);
+
+/// The first of the things that no waiting wish needs; the very first where each is needed. There is one.
+[[nodiscard]] std::int64_t pickSpare(std::span<const std::int64_t> things, std::span<const Wish> waiting,
+                                     const Period& period);
 
 }  // namespace vantry::server

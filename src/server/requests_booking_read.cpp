@@ -5,6 +5,7 @@
 #include "server/booking_store.h"
 #include "server/handlers.h"
 #include "server/person_name.h"
+#include "server/policy_store.h"
 #include "server/query_help.h"
 #include "server/thing_store.h"
 #include "words/tags.h"
@@ -171,19 +172,24 @@ struct EquipmentRow {
   std::int64_t piece = 0;
   std::int64_t typeId = 0;
   std::string typeName;
+  std::int64_t groupId = 0;  ///< the patron group of the booking
+  bool required = false;     ///< a wish that a media type of the booking brought, and still brings
 };
 
-/// What stands in the room has no line to show: the room's own list tells it. What media types brought comes
-/// with their pairs to the editor, and as lines to circulation only.
-std::vector<EquipmentRow> equipmentRows(Connection& db, std::int64_t bookingId, bool withInferred) {
+/// What stands in the room has no line to show: the room's own list tells it.
+std::vector<EquipmentRow> equipmentRows(Connection& db, std::int64_t bookingId) {
   std::vector<EquipmentRow> rows;
   EquipmentRow row;
   Query query(db,
-              "select l.equipment_id, l.equipment_type_id, t.name from booking_equipment l "
-              "join equipment_types t on t.id = l.equipment_type_id where l.booking_id = :booking_id and "
-              "l.in_room = 0 and (l.inferred = 0 or :with_inferred = 1) order by l.place, l.id");
-  query.bind("booking_id", bookingId).bind("with_inferred", withInferred);
-  query.into(row.piece, row.typeId, row.typeName);
+              "select l.equipment_id, l.equipment_type_id, t.name, b.patron_group_id, "
+              "case when l.inferred = 1 and l.equipment_id is null and exists (select 1 from booking_items i "
+              "join media_type_equipment n on n.media_type_id = i.media_type_id where "
+              "i.booking_id = l.booking_id and n.equipment_type_id = l.equipment_type_id) then 1 else 0 end "
+              "from booking_equipment l join equipment_types t on t.id = l.equipment_type_id "
+              "join bookings b on b.id = l.booking_id where l.booking_id = :booking_id and l.in_room = 0 "
+              "order by l.place, l.id");
+  query.bind("booking_id", bookingId);
+  query.into(row.piece, row.typeId, row.typeName, row.groupId, row.required);
   while (query.next()) rows.push_back(row);
   return rows;
 }
@@ -198,10 +204,18 @@ void addPiece(Reply& reply, Connection& db, std::int64_t id) {
       .set(tags::ESDS, statuses.empty() ? std::string() : statuses.front().name);
 }
 
+/// The editor shows such a wish as a tick at its media type, if it offers that type to the group at all.
+bool isTick(Context& context, const EquipmentRow& row) {
+  if (!row.required) return false;
+  return loadPolicy(context.db, context.session.locationId, row.groupId).equipmentRule(row.typeId).mayBook;
+}
+
+/// All of it to circulation; to the editor what is no tick, so that a save keeps it.
 Reply bookingEquipment(Context& context, const Message& message) {
   Reply reply;
   const bool forCirculation = message.flag(tags::SC);
-  for (const EquipmentRow& row : equipmentRows(context.db, message.number(tags::BOOKID), forCirculation)) {
+  for (const EquipmentRow& row : equipmentRows(context.db, message.number(tags::BOOKID))) {
+    if (!forCirculation && isTick(context, row)) continue;
     reply.record().set(tags::EID, row.piece).set(tags::ETI, row.typeId).set(tags::ETY, row.typeName);
     if (row.piece != 0) addPiece(reply, context.db, row.piece);
   }
@@ -215,7 +229,7 @@ Reply inferredEquipment(Context& context, const Message& message) {
               "select distinct i.media_type_id, l.equipment_type_id from booking_equipment l "
               "join media_type_equipment n on n.equipment_type_id = l.equipment_type_id "
               "join booking_items i on i.booking_id = l.booking_id and i.media_type_id = n.media_type_id "
-              "where l.booking_id = :booking_id and l.inferred = 1 "
+              "where l.booking_id = :booking_id and l.inferred = 1 and l.equipment_id is null "
               "order by i.media_type_id, l.equipment_type_id");
   query.bind("booking_id", message.number(tags::BOOKID)).into(mediaType, equipmentType);
   Reply reply;

@@ -35,7 +35,7 @@ void requireFree(Context& context, const BookingDraft& draft, const ResolvedThin
                  std::int64_t bookingId) {
   const std::int64_t group = draft.administrative ? 0 : draft.groupId;
   const DeskPolicy policy = loadPolicy(context.db, context.session.locationId, group);
-  const UsageQuestion question{policy, takenTimesOf(draft), bookingId};
+  const UsageQuestion question{policy, takenTimesOf(draft), bookingId, 0, context.now};
   const Aspects conflicts{.conflicts = true};
   if (draft.type == 1 && draft.roomId != 0) {
     if (const auto room = findRoom(context.db, draft.roomId)) {

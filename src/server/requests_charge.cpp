@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
 #include "server/circulation_rules.h"
 #include "server/circulation_store.h"
 #include "server/handlers.h"
-#include "server/occupancy.h"
 #include "server/policy_store.h"
 #include "server/thing_store.h"
-#include "server/usage_store.h"
+#include "server/usage_things.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -63,6 +61,7 @@ class Charger {
     const Stamp stamp{.at = nextStamp(booking_.updatedAt, context_.now),
                       .operatorId = context_.session.operatorId,
                       .locationId = context_.session.locationId};
+    takeFrom(db_, booking_, context_.now);
     markCharged(db_, booking_, {context_.now, stamp.operatorId, stamp.locationId});
     if (stamp.at != context_.now) setBookingStatus(db_, booking_.id, BookingStatus::Charged, stamp);
     addNotes();
@@ -72,32 +71,20 @@ class Charger {
  private:
   Reply& fail(int code) { return failures_.record().set(tags::CHFA, code); }
 
-  [[nodiscard]] AskedTime asked() const { return {booking_.taken, booking_.id}; }
-  /// For what fills a wish: also what the booking itself has already is no longer free.
-  [[nodiscard]] AskedTime askedForMore() const { return {booking_.taken, 0}; }
+  /// Whoever takes things early must not take what another booking has in between.
+  [[nodiscard]] Period fromNow() const {
+    return {std::min(context_.now, booking_.taken.from), booking_.taken.until};
+  }
 
-  /// Until when another booking takes one of the things, should it be handed out at once.
-  std::optional<Moment> heldUntil() {
-    std::optional<Moment> until;
-    if (context_.now >= booking_.taken.from) return until;
-    const AskedTime before{{context_.now, booking_.taken.from}, booking_.id};
-    const auto look = [&](ThingKind kind, std::int64_t thing) {
-      for (const TakenTime& each : takenTimes(db_, kind, thing, before)) {
-        until = std::max(until.value_or(0), each.period.until);
-      }
-    };
-    for (const PieceLine& line : pieces_) {
-      if (line.pieceId != 0 && !line.inRoom) look(ThingKind::Equipment, line.pieceId);
-    }
-    for (const ItemLine& line : items_) {
-      if (line.itemId != 0) look(ThingKind::Item, line.itemId);
-    }
-    if (booking_.type == 1 && booking_.roomId != 0) look(ThingKind::Room, booking_.roomId);
-    return until;
+  /// A wish that ends to wait first is no rival of itself; those of the booking's other lines are.
+  std::optional<std::int64_t> fillWish(const WishFor& wish, std::int64_t lineId) {
+    endWait(db_, booking_, wish.kind, lineId);
+    return thingFor(db_, policy_, wish, fromNow(), context_.now);
   }
 
   void judgeTime() {
-    const Moment earliest = earliestCharge(booking_.times, policy_.earlyChargeMinutes, heldUntil());
+    const Moment earliest =
+        earliestCharge(booking_.times, policy_.earlyChargeMinutes, heldUntil(db_, booking_, context_.now));
     if (context_.now < earliest) fail(failure::tooEarly).set(tags::STIME, momentText(earliest));
   }
 
@@ -109,7 +96,7 @@ class Charger {
     if (booking_.type != 1) return;
     const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
     if (!room) return;
-    if (isRoomOut(db_, room->id, booking_.id)) fail(failure::roomOut).set(tags::RNM, room->name);
+    if (outOn(db_, ThingKind::Room, room->id, booking_.id)) fail(failure::roomOut).set(tags::RNM, room->name);
     const std::vector<AppliedStatus> statuses = statusesOfRoom(db_, room->id);
     if (const AppliedStatus* status = forbiddingStatus(statuses)) {
       fail(failure::roomStatus).set(tags::RNM, room->name).set(tags::STY, status->name);
@@ -117,7 +104,7 @@ class Charger {
   }
 
   void fillRoom() {
-    const std::optional<std::int64_t> found = freeRoom(db_, booking_.roomWish, asked());
+    const std::optional<std::int64_t> found = freeRoom(db_, booking_.roomWish, {fromNow(), booking_.id});
     if (!found) {
       fail(failure::noRoom);
       return;
@@ -131,15 +118,19 @@ class Charger {
   void judgeItem(const ItemLine& line) {
     const std::optional<MediaItem> item = findItem(db_, line.itemId);
     if (!item) return;
-    if (isItemOut(db_, item->id, booking_.id)) fail(failure::itemOut).set(tags::TITL, item->title);
+    if (outOn(db_, ThingKind::Item, item->id, booking_.id))
+      fail(failure::itemOut).set(tags::TITL, item->title);
     if (!item->status.empty()) {
       fail(failure::itemStatus).set(tags::TITL, item->title).set(tags::STY, item->status);
     }
   }
 
   void fillItem(ItemLine& line) {
-    const TitleWish wish{line.titleId, line.holdingId, line.mediaTypeId};
-    const std::optional<std::int64_t> found = freeItem(db_, policy_, wish, askedForMore());
+    const WishFor wish{.kind = ThingKind::ItemWish,
+                       .thing = line.titleId,
+                       .holdingId = line.holdingId,
+                       .mediaTypeId = line.mediaTypeId};
+    const std::optional<std::int64_t> found = fillWish(wish, line.id);
     if (!found) {
       fail(failure::noItem).set(tags::TITL, titleOf(db_, line.titleId));
       return;
@@ -161,12 +152,13 @@ class Charger {
 
   /// A group is out when one of its members is, and a member when its group is.
   bool isOutElsewhere(const Piece& piece) {
-    if (isPieceOut(db_, piece.id, booking_.id)) return true;
-    if (piece.groupId != 0 && isPieceOut(db_, piece.groupId, booking_.id)) return true;
+    const auto isOut = [&](const Piece& each) {
+      return outOn(db_, ThingKind::Equipment, each.id, booking_.id).has_value();
+    };
+    if (isOut(piece)) return true;
     if (!piece.isGroup) return false;
     const std::vector<Piece> members = membersOf(db_, piece.id);
-    return std::any_of(members.begin(), members.end(),
-                       [&](const Piece& member) { return isPieceOut(db_, member.id, booking_.id); });
+    return std::any_of(members.begin(), members.end(), isOut);
   }
 
   void judgePiece(const PieceLine& line) {
@@ -186,7 +178,8 @@ class Charger {
   }
 
   void fillPiece(PieceLine& line) {
-    const std::optional<std::int64_t> found = freePiece(db_, policy_, line.typeId, askedForMore());
+    const WishFor wish{.kind = ThingKind::EquipmentWish, .thing = line.typeId};
+    const std::optional<std::int64_t> found = fillWish(wish, line.id);
     if (!found) {
       fail(failure::noPiece).set(tags::ETY, equipmentTypeName(db_, line.typeId));
       return;

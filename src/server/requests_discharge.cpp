@@ -54,8 +54,7 @@ Reply roomLinesOut(Context& context, const Message& message) {
 struct Returned {
   std::vector<ItemLine> items;
   std::vector<PieceLine> pieces;
-  bool allItems = true;  ///< none of the others is out any more
-  bool allPieces = true;
+  bool all = true;    ///< nothing else is out any more
   Moment before = 0;  ///< when the last of those came back that were back already
 };
 
@@ -70,13 +69,14 @@ Returned returnedLines(Context& context, const DeskBooking& booking, const Messa
   Returned returned;
   std::vector<std::int64_t> items = message.numbers(tags::IM);
   std::vector<std::int64_t> pieces = message.numbers(tags::EID);
+  std::vector<PieceLine> inRoom;
   for (const ItemLine& line : itemLinesOf(context.db, booking.id)) {
     returned.before = std::max(returned.before, line.returnedAt);
     if (!line.isOut()) continue;
     if (takeOut(items, line.itemId)) {
       returned.items.push_back(line);
     } else {
-      returned.allItems = false;
+      returned.all = false;
     }
   }
   for (const PieceLine& line : pieceLinesOf(context.db, booking.id)) {
@@ -84,11 +84,15 @@ Returned returnedLines(Context& context, const DeskBooking& booking, const Messa
     if (!line.isOut()) continue;
     if (takeOut(pieces, line.pieceId)) {
       returned.pieces.push_back(line);
+    } else if (line.inRoom) {
+      inRoom.push_back(line);
     } else {
-      returned.allPieces = false;
+      returned.all = false;
     }
   }
   if (!items.empty() || !pieces.empty()) throw Refused{Reply(notOut)};
+  // What never left the room is back with the last that did, though a scan names that one line only.
+  if (returned.all) returned.pieces.insert(returned.pieces.end(), inRoom.begin(), inRoom.end());
   return returned;
 }
 
@@ -99,9 +103,8 @@ Moment returnMoment(Context& context, const DeskBooking& booking, const Message&
   return std::max(*at, booking.chargedAt);
 }
 
-void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const Returned& returned,
-              bool complete) {
-  if (complete && booking.type == 1 && booking.roomId != 0) {
+void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const Returned& returned) {
+  if (returned.all && booking.type == 1 && booking.roomId != 0) {
     const std::string note = popupNoteOfRoom(context.db, booking.roomId, occasion::roomReturned);
     const std::optional<BookableRoom> room = findRoom(context.db, booking.roomId);
     if (!note.empty() && room) reply.record().set(tags::RNO, room->number).set(tags::PMSG, note);
@@ -121,11 +124,10 @@ Reply discharge(Context& context, const Message& message) {
   const Returned returned = returnedLines(context, *booking, message);
   for (const ItemLine& line : returned.items) markItemReturned(context.db, line.id, at);
   for (const PieceLine& line : returned.pieces) markPieceReturned(context.db, line.id, at);
-  const bool complete = returned.allItems && returned.allPieces;
   const Stamp stamp{.at = nextStamp(booking->updatedAt, context.now),
                     .operatorId = context.session.operatorId,
                     .locationId = context.session.locationId};
-  if (complete) {
+  if (returned.all) {
     // The last thing may be dated back to before the others came.
     const Moment last = std::max(at, returned.before);
     markComplete(context.db, booking->id, last, stamp);
@@ -135,7 +137,7 @@ Reply discharge(Context& context, const Message& message) {
     setBookingStatus(context.db, booking->id, booking->status, stamp);
   }
   Reply reply;
-  addNotes(reply, context, *booking, returned, complete);
+  addNotes(reply, context, *booking, returned);
   return reply;
 }
 

@@ -14,6 +14,13 @@ namespace {
 constexpr std::int64_t patronCategory = 6;
 constexpr std::int64_t patronBarcode = 17;
 
+/// Who may look for patrons: who works with them, and who books for them.
+constexpr std::string_view patronRights = "PACOU PAV PAADD PAUPD PADEL BKV BKADD BKUPD BKCAN BKCHA BKDIS";
+
+/// A search window counts what it shows with 16 bits. More than that is refused: a list that is cut off would
+/// look like a whole one.
+constexpr std::int64_t mostFound = 32767;
+
 std::string barcodeSql(Connection& db) {
   const std::string barcode =
       db.dialect().kind == Dialect::Kind::Sqlite ? "c.barcode" : "c.barcode collate \"C\"";
@@ -21,7 +28,8 @@ std::string barcodeSql(Connection& db) {
          "from patron_barcodes c join patrons p on p.id = c.patron_id "
          "join patron_groups g on g.id = c.patron_group_id join barcode_statuses s on s.id = c.status_id "
          "where " +
-         barcode + " >= :low and " + barcode + " <= :high order by p.last_name, p.first_name, c.id limit 500";
+         barcode + " >= :low and " + barcode + " <= :high order by p.last_name, p.first_name, c.id limit " +
+         std::to_string(mostFound + 1);
 }
 
 Reply patronsByBarcode(Context& context, std::string_view text) {
@@ -48,11 +56,13 @@ Reply patronsByBarcode(Context& context, std::string_view text) {
         .set(tags::BSI, status)
         .set(tags::BST, texts[5]);
   }
+  if (reply.recordCount() > mostFound) refuseTag(tags::SRCHVAL);
   return reply.head(tags::SRCHCNT, reply.recordCount());
 }
 
 Reply find(Context& context, const Message& message) {
   if (message.number(tags::SRCHFOR) != patronCategory) refuseTag(tags::SRCHFOR);
+  if (!holdsAnyRight(context.db, context.session, patronRights)) return Reply(rc::noRight);
   if (message.number(tags::SRCHTAG) != patronBarcode) refuseTag(tags::SRCHTAG);
   return patronsByBarcode(context, message.text(tags::SRCHVAL));
 }

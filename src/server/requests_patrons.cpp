@@ -25,7 +25,7 @@ PatronState requirePatron(Context& context, std::int64_t patronId, std::int64_t 
 Reply privileges(Context& context, const Message& message) {
   const std::int64_t group = message.number(tags::PGID);
   const PatronState state = requirePatron(context, message.number(tags::PID), group);
-  if (state.expiresAt && *state.expiresAt < context.now) return Reply(expired);
+  if (hasExpired(state, context.now)) return Reply(expired);
   const PatronLimits limits = loadPolicy(context.db, context.session.locationId, group).limits;
   Reply reply;
   reply.head(tags::ICNT, limits.items).head(tags::ECNT, limits.equipment);

@@ -136,7 +136,7 @@ Reply scheduledRoom(Context& context, const Message& message) {
   if (message.number(tags::RID) == 0) return reply;
   const BookableRoom room = requireRoom(context, message);
   addRoomStatuses(reply, context, room.id);
-  const LongestUse longest = policyFor(context, message).roomRule(room.typeId).longest;
+  const LongestUse longest = policyFor(context, message).longestOfRoom(room.id, room.typeId);
   if (isLimited(longest)) {
     reply.record()
         .set(tags::VUF, roomHasLimit)
@@ -152,8 +152,8 @@ Reply roomAvailability(Context& context, const Message& message) {
   for (const Period& each : timesOf(message)) taken.push_back(takenFor(each, 0, 0));
   const BookableRoom room = requireRoom(context, message);
   const DeskPolicy policy = policyFor(context, message);
-  return roomReply(judgeRoom(context.db, {policy, taken, message.number(tags::BOOKID), room.id}, room,
-                             {.conflicts = true, .warnings = true}));
+  return roomReply(judgeRoom(context.db, {policy, taken, message.number(tags::BOOKID), room.id, context.now},
+                             room, {.conflicts = true, .warnings = true}));
 }
 
 constexpr std::array rows{

@@ -11,8 +11,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int equipmentRefused = 149;
-constexpr int mediaRefused = 150;
 constexpr int equipmentStatus = 151;
 
 constexpr Aspects limits{.types = true};
@@ -30,52 +28,47 @@ std::vector<Period> takenOf(const Message& message) {
   return taken;
 }
 
-/// One count over its limit, told only when nothing else is: the sentence names the limit, and the others
-/// name a type.
-Reply overLimit(int returnCode, int code, std::string_view nameTag, std::int64_t limit) {
-  Reply reply(returnCode);
-  reply.head(nameTag, limit);
-  reply.record().set(tags::VUF, code);
-  return reply;
+/// A count over its limit comes first of the failures. The reply has one place for names, which the limit
+/// shares with those of the types.
+void judgeCount(Findings& findings, std::size_t count, std::int64_t most, int code) {
+  if (most < 0 || static_cast<std::int64_t>(count) <= most) return;
+  findings.failures.insert(findings.failures.begin(), {code, 0, {}, std::to_string(most)});
+}
+
+UsageQuestion limitsQuestionOf(const DeskPolicy& policy, const Message& message) {
+  return {policy, timesOf(message), message.number(tags::BOOKID), 0};
 }
 
 Reply mediaLimits(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<MediaAsk> media = mediaOf(message);
-  const Findings findings =
-      judgeMedia(context.db, {policy, timesOf(message), message.number(tags::BOOKID), 0}, media, limits);
-  const std::int64_t most = policy.limits.items;
-  if (findings.clean() && most >= 0 && static_cast<std::int64_t>(media.size()) > most) {
-    return overLimit(mediaRefused, refusal::tooManyItems, tags::MTY, most);
-  }
+  Findings findings = judgeMedia(context.db, limitsQuestionOf(policy, message), media, limits);
+  judgeCount(findings, media.size(), policy.limits.items, refusal::tooManyItems);
   return mediaReply(findings);
 }
 
 Reply equipmentLimits(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<EquipmentAsk> equipment = bookedEquipmentOf(message);
-  const Findings findings = judgeEquipment(
-      context.db, {policy, timesOf(message), message.number(tags::BOOKID), 0}, equipment, limits);
-  const std::int64_t most = policy.limits.equipment;
-  if (findings.clean() && most >= 0 && static_cast<std::int64_t>(equipment.size()) > most) {
-    return overLimit(equipmentRefused, refusal::tooMuchEquipment, tags::ETY, most);
-  }
+  Findings findings = judgeEquipment(context.db, limitsQuestionOf(policy, message), equipment, limits);
+  judgeCount(findings, equipment.size(), policy.limits.equipment, refusal::tooMuchEquipment);
   return equipmentReply(findings);
 }
 
-UsageQuestion questionOf(const DeskPolicy& policy, const Message& message) {
-  return {policy, takenOf(message), message.number(tags::BOOKID), message.number(tags::RID)};
+UsageQuestion questionOf(const Context& context, const DeskPolicy& policy, const Message& message) {
+  return {policy, takenOf(message), message.number(tags::BOOKID), message.number(tags::RID), context.now};
 }
 
 Reply mediaAvailability(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
-  return mediaReply(judgeMedia(context.db, questionOf(policy, message), mediaOf(message), availability));
+  return mediaReply(
+      judgeMedia(context.db, questionOf(context, policy, message), mediaOf(message), availability));
 }
 
 Reply equipmentAvailability(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
-  return equipmentReply(
-      judgeEquipment(context.db, questionOf(policy, message), bookedEquipmentOf(message), availability));
+  return equipmentReply(judgeEquipment(context.db, questionOf(context, policy, message),
+                                       bookedEquipmentOf(message), availability));
 }
 
 /// This request names an item by its holdings; a wish for any item of a title has no check of its own kind,
@@ -91,13 +84,13 @@ Reply itemUsage(Context& context, const Message& message) {
     ask.titleId = titleOfHolding(context.db, ask.holdingId);
     aspects.conflicts = ask.titleId != 0;
   }
-  return mediaReply(judgeMedia(context.db, questionOf(policy, message), {ask}, aspects));
+  return mediaReply(judgeMedia(context.db, questionOf(context, policy, message), {ask}, aspects));
 }
 
 Reply equipmentUsage(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<EquipmentAsk> asks = bookedEquipmentOf(message);
-  return equipmentReply(judgeEquipment(context.db, questionOf(policy, message), asks, everything));
+  return equipmentReply(judgeEquipment(context.db, questionOf(context, policy, message), asks, everything));
 }
 
 Reply pieceStatus(Context& context, const Message& message) {

@@ -558,6 +558,34 @@ alter table replies_by_operator rename to replies;
 create index replies_at on replies (at);
 )";
 
+// NULL differs from NULL, so that a desk could have two policies for administrative bookings.
+constexpr std::string_view onePolicyEach = R"(
+delete from policies where id not in
+  (select max(id) from policies group by location_id, coalesce(patron_group_id, 0));
+create unique index policies_of_desks on policies (location_id, coalesce(patron_group_id, 0));
+)";
+
+constexpr std::string_view singleRooms = R"(
+create table policy_rooms (
+  policy_id bigint not null references policies on delete cascade,
+  room_id bigint not null references rooms on delete cascade,
+  longest bigint not null,
+  longest_unit text not null,
+  primary key (policy_id, room_id)
+);
+create index policy_rooms_room on policy_rooms (room_id);
+)";
+
+// A save writes every index of what it adds, each on a page of its own: what nothing looks up by goes, and
+// bookings without a room or a second patron stay out of their indexes.
+constexpr std::string_view leanerSaves = R"(
+drop index occupancy_family;
+drop index bookings_pickup_patron;
+create index bookings_pickup_patron on bookings (pickup_patron_id, starts_at) where pickup_patron_id is not null;
+drop index bookings_room;
+create index bookings_room on bookings (room_id, starts_at) where room_id is not null;
+)";
+
 constexpr std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -568,6 +596,9 @@ constexpr std::array steps{
     Migration{7, "sealing keys", sealing},
     Migration{8, "catalogue", catalogue},
     Migration{9, "replies by operator", repliesByOperator},
+    Migration{10, "one policy for each group", onePolicyEach},
+    Migration{11, "longest use of single rooms", singleRooms},
+    Migration{12, "leaner saves", leanerSaves},
 };
 
 }  // namespace

@@ -135,6 +135,11 @@ std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id) {
   return readStatuses(query);
 }
 
+bool mayBeUsed(Connection& db, std::int64_t pieceId) {
+  const std::vector<AppliedStatus> statuses = statusesOfPiece(db, pieceId);
+  return forbiddingStatus(statuses) == nullptr;
+}
+
 std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion) {
   return noteBy(db,
                 "select n.content from equipment_notes n join note_types t on t.id = n.note_type_id "

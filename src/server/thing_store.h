@@ -71,6 +71,9 @@ struct BookableRoom {
 [[nodiscard]] std::vector<AppliedStatus> statusesOfPiece(Connection& db, std::int64_t id);
 [[nodiscard]] std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id);
 
+/// Whether no status of the piece forbids its use.
+[[nodiscard]] bool mayBeUsed(Connection& db, std::int64_t pieceId);
+
 /// The note of a piece or a room whose type shows it on the occasion; empty without one.
 [[nodiscard]] std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion);
 [[nodiscard]] std::string popupNoteOfRoom(Connection& db, std::int64_t id, std::int64_t occasion);

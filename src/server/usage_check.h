@@ -32,6 +32,7 @@ struct UsageQuestion {
   std::vector<Period> times;   ///< for which the things are taken
   std::int64_t bookingId = 0;  ///< the booking itself, which is not in its own way; 0 for a new one
   std::int64_t roomId = 0;     ///< where the booking takes place; 0 for none
+  Moment now = 0;              ///< what is out at this moment is not there for times that have begun
 };
 
 /// Which questions a request puts.

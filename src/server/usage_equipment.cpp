@@ -4,7 +4,7 @@
 #include <map>
 
 #include "server/usage_check.h"
-#include "server/usage_store.h"
+#include "server/usage_things.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -27,8 +27,10 @@ class EquipmentJudge {
   /// Wishes are counted, so that they are judged when all of them are known.
   Findings finish() {
     if (aspects_.conflicts) {
-      for (const auto& [type, wanted] : wanted_) judgeWishes(type, wanted);
-      for (const auto& [type, count] : pooled_) judgePromises(type, count);
+      for (const auto& [type, wanted] : wanted_) addWishes(type, wanted);
+      for (const auto& [type, ask] : asks_) {
+        judgeWishes(db_, question_, {.kind = ThingKind::EquipmentWish, .thing = type}, ask, findings_);
+      }
     }
     return std::move(findings_);
   }
@@ -64,7 +66,7 @@ class EquipmentJudge {
     if (near && aspects_.warnings) {
       findings_.failures.push_back({refusal::nearAnother, piece.id, {}, piece.typeName});
     }
-    if (piece.inStorage && piece.groupId == 0) ++pooled_[piece.typeId];
+    takeFromStock(piece);
   }
 
   /// A group takes its members along, so that what holds one of them is in the way of the group.
@@ -76,10 +78,7 @@ class EquipmentJudge {
   }
 
   bool judgeThing(const Piece& thing, const Piece& named, const Period& period) {
-    const Moment distance = question_.policy.warningMinutes * minute;
-    const AskedTime wide{{period.from - distance, period.until + distance}, question_.bookingId};
-    const SingleUse use = judgeSingle(takenTimes(db_, ThingKind::Equipment, thing.id, wide), period,
-                                      question_.policy.warningMinutes);
+    const SingleUse use = singleUse(db_, question_, ThingKind::Equipment, thing.id, period);
     for (const TakenTime& other : use.inTheWay) {
       UsageConflict conflict;
       conflict.bookingId = other.bookingId;
@@ -96,47 +95,27 @@ class EquipmentJudge {
     return use.nearAnother;
   }
 
-  void judgeWishes(std::int64_t typeId, int wanted) {
-    const int needed = wanted - countInRoom(typeId) + pooledOf(typeId);
-    if (needed <= pooledOf(typeId)) return;
-    for (const Period& period : question_.times) judgePoolAt(typeId, period, needed);
+  /// What is taken with a piece as far as wishes go: its group, which goes out whole or not at all.
+  void takeFromStock(const Piece& piece) {
+    const std::optional<Piece> group = piece.groupId == 0 ? std::nullopt : findPiece(db_, piece.groupId);
+    const Piece& taken = group ? *group : piece;
+    std::vector<std::int64_t>& singles = asks_[taken.typeId].singles;
+    if (std::find(singles.begin(), singles.end(), taken.id) == singles.end()) singles.push_back(taken.id);
   }
 
-  /// Single pieces must not use up what other bookings' wishes wait for.
-  void judgePromises(std::int64_t typeId, int count) {
-    if (wanted_.contains(typeId)) return;
-    for (const Period& period : question_.times) {
-      const AskedTime asked{period, question_.bookingId};
-      if (equipmentWishes(db_, question_.policy, typeId, asked) > 0) judgePoolAt(typeId, period, count);
-    }
-  }
-
-  void judgePoolAt(std::int64_t typeId, const Period& period, int needed) {
-    const Pool pool = equipmentPool(db_, question_.policy, typeId, {period, question_.bookingId}, needed);
-    const PoolVerdict verdict = judgePool(pool, needed);
-    if (verdict == PoolVerdict::Enough) return;
-    if (verdict == PoolVerdict::NoneInPolicy) {
-      findings_.noneInPolicy = true;
-      findings_.wished = equipmentTypeName(db_, typeId);
-      return;
-    }
-    UsageConflict conflict;
-    conflict.period = period;
-    conflict.name = equipmentTypeName(db_, typeId);
-    conflict.available = pool.total;
-    conflict.booked = bookedOf(pool);
-    findings_.conflicts.push_back(conflict);
-  }
-
-  int pooledOf(std::int64_t typeId) const {
-    const auto found = pooled_.find(typeId);
-    return found == pooled_.end() ? 0 : found->second;
+  /// One wish less for each piece of its type that stands in the room.
+  void addWishes(std::int64_t typeId, int wanted) {
+    const int needed = std::max(wanted - countInRoom(typeId), 0);
+    const WishFor wish{.kind = ThingKind::EquipmentWish, .thing = typeId};
+    asks_[typeId].wishes.assign(static_cast<std::size_t>(needed), wish);
   }
 
   int countInRoom(std::int64_t typeId) {
     if (question_.roomId == 0) return 0;
     if (!roomRead_) {
-      for (const Piece& piece : piecesInRoom(db_, question_.roomId)) ++inRoom_[piece.typeId];
+      for (const Piece& piece : piecesInRoom(db_, question_.roomId)) {
+        if (mayBeUsed(db_, piece.id)) ++inRoom_[piece.typeId];
+      }
       roomRead_ = true;
     }
     return inRoom_[typeId];
@@ -146,8 +125,8 @@ class EquipmentJudge {
   const UsageQuestion& question_;
   const Aspects& aspects_;
   Findings findings_;
-  std::map<std::int64_t, int> wanted_;  ///< wishes by type
-  std::map<std::int64_t, int> pooled_;  ///< single pieces that wishes could have been filled with, by type
+  std::map<std::int64_t, int> wanted_;    ///< wishes by type
+  std::map<std::int64_t, KindAsk> asks_;  ///< what of each type is taken from what there is for wishes
   std::map<std::int64_t, int> inRoom_;
   bool roomRead_ = false;
 };

@@ -5,7 +5,7 @@
 #include <set>
 
 #include "server/usage_check.h"
-#include "server/usage_store.h"
+#include "server/usage_things.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -24,13 +24,17 @@ class MediaJudge {
       if (!item) refuseTag(tags::IM);
       return judgeItem(*item);
     }
-    wishes_.push_back(ask);
+    asks_[ask.titleId].wishes.push_back({.kind = ThingKind::ItemWish,
+                                         .thing = ask.titleId,
+                                         .holdingId = ask.holdingId,
+                                         .mediaTypeId = ask.mediaTypeId});
   }
 
   Findings finish() {
     if (aspects_.conflicts) {
-      for (const MediaAsk& wish : wishes_) judgeWish(wish);
-      for (const auto& [title, count] : pooled_) judgePromises(title, count);
+      for (const auto& [title, ask] : asks_) {
+        judgeWishes(db_, question_, {.kind = ThingKind::ItemWish, .thing = title}, ask, findings_);
+      }
     }
     return std::move(findings_);
   }
@@ -60,14 +64,11 @@ class MediaJudge {
     if (near && aspects_.warnings) {
       findings_.failures.push_back({refusal::nearAnother, item.id, {}, item.mediaTypeName});
     }
-    ++pooled_[item.titleId];
+    asks_[item.titleId].singles.push_back(item.id);
   }
 
   bool judgeTime(const MediaItem& item, const Period& period) {
-    const Moment distance = question_.policy.warningMinutes * minute;
-    const AskedTime wide{{period.from - distance, period.until + distance}, question_.bookingId};
-    const SingleUse use =
-        judgeSingle(takenTimes(db_, ThingKind::Item, item.id, wide), period, question_.policy.warningMinutes);
+    const SingleUse use = singleUse(db_, question_, ThingKind::Item, item.id, period);
     for (const TakenTime& other : use.inTheWay) {
       UsageConflict conflict;
       conflict.bookingId = other.bookingId;
@@ -80,66 +81,12 @@ class MediaJudge {
     return use.nearAnother;
   }
 
-  /// A wish for holdings needs one of them, and as a wish for the title it needs one of all.
-  void judgeWish(const MediaAsk& wish) {
-    const auto sameTitle = [&](const MediaAsk& each) { return each.titleId == wish.titleId; };
-    const auto sameHolding = [&](const MediaAsk& each) {
-      return sameTitle(each) && each.holdingId == wish.holdingId;
-    };
-    const int ofTitle =
-        static_cast<int>(std::count_if(wishes_.begin(), wishes_.end(), sameTitle)) + pooledOf(wish.titleId);
-    const int ofHolding = static_cast<int>(std::count_if(wishes_.begin(), wishes_.end(), sameHolding));
-    if (!judged_.insert({wish.titleId, wish.holdingId}).second) return;
-    for (const Period& period : question_.times) {
-      const bool enough = judgePoolAt({wish.titleId, 0, wish.mediaTypeId}, period, ofTitle);
-      if (enough && wish.holdingId != 0) {
-        judgePoolAt({wish.titleId, wish.holdingId, wish.mediaTypeId}, period, ofHolding);
-      }
-    }
-  }
-
-  /// Single items must not use up what other bookings' wishes wait for.
-  void judgePromises(std::int64_t titleId, int count) {
-    const bool wished = std::any_of(wishes_.begin(), wishes_.end(),
-                                    [&](const MediaAsk& each) { return each.titleId == titleId; });
-    if (wished) return;
-    for (const Period& period : question_.times) {
-      const Pool pool = itemPool(db_, question_.policy, {titleId, 0, 0}, {period, question_.bookingId});
-      if (pool.promised > 0) judgePoolAt({titleId, 0, 0}, period, count);
-    }
-  }
-
-  bool judgePoolAt(const TitleWish& wish, const Period& period, int needed) {
-    const Pool pool = itemPool(db_, question_.policy, wish, {period, question_.bookingId});
-    const PoolVerdict verdict = judgePool(pool, needed);
-    if (verdict == PoolVerdict::Enough) return true;
-    if (verdict == PoolVerdict::NoneInPolicy) {
-      findings_.noneInPolicy = true;
-      findings_.wished = titleOf(db_, wish.titleId);
-      return false;
-    }
-    UsageConflict conflict;
-    conflict.period = period;
-    conflict.name = titleOf(db_, wish.titleId);
-    conflict.available = pool.total;
-    conflict.booked = bookedOf(pool);
-    findings_.conflicts.push_back(conflict);
-    return false;
-  }
-
-  int pooledOf(std::int64_t titleId) const {
-    const auto found = pooled_.find(titleId);
-    return found == pooled_.end() ? 0 : found->second;
-  }
-
   Connection& db_;
   const UsageQuestion& question_;
   const Aspects& aspects_;
   Findings findings_;
-  std::vector<MediaAsk> wishes_;
-  std::map<std::int64_t, int> pooled_;  ///< single items by title
+  std::map<std::int64_t, KindAsk> asks_;  ///< by title
   std::set<std::int64_t> judgedTypes_;
-  std::set<std::pair<std::int64_t, std::int64_t>> judged_;
 };
 
 }  // namespace
@@ -155,10 +102,10 @@ Findings judgeRoom(Connection& db, const UsageQuestion& question, const Bookable
                    const Aspects& aspects) {
   Findings findings;
   if (aspects.types) {
-    const RoomRule rule = question.policy.roomRule(room.typeId);
+    const LongestUse longest = question.policy.longestOfRoom(room.id, room.typeId);
     const bool tooLong = std::any_of(question.times.begin(), question.times.end(),
-                                     [&](const Period& each) { return exceeds(each, rule.longest); });
-    if (tooLong) findings.failures.push_back({refusal::roomTooLong, room.id, rule.longest, room.name});
+                                     [&](const Period& each) { return exceeds(each, longest); });
+    if (tooLong) findings.failures.push_back({refusal::roomTooLong, room.id, longest, room.name});
   }
   if (aspects.places) {
     if (const auto code = refusalOfLocation(question.policy, room.locationId)) {
@@ -166,12 +113,9 @@ Findings judgeRoom(Connection& db, const UsageQuestion& question, const Bookable
     }
   }
   if (!aspects.conflicts) return findings;
-  const Moment distance = question.policy.warningMinutes * minute;
   bool near = false;
   for (const Period& period : question.times) {
-    const AskedTime wide{{period.from - distance, period.until + distance}, question.bookingId};
-    const SingleUse use =
-        judgeSingle(takenTimes(db, ThingKind::Room, room.id, wide), period, question.policy.warningMinutes);
+    const SingleUse use = singleUse(db, question, ThingKind::Room, room.id, period);
     near = near || use.nearAnother;
     for (const TakenTime& other : use.inTheWay) {
       UsageConflict conflict;

@@ -1,7 +1,6 @@
 #include "server/usage_store.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 #include "server/query_help.h"
@@ -18,20 +17,6 @@ Moment earliestStart(Connection& db, ThingKind kind, const Period& period) {
 void bindTimes(Query& query, const AskedTime& asked, Moment earliest) {
   query.bind("from_at", asked.period.from).bind("until_at", asked.period.until);
   query.bind("earliest", earliest).bind("except_booking", asked.exceptBooking);
-}
-
-bool anyRow(Query& query) {
-  int found = 0;
-  return fetchOne(query, found);
-}
-
-/// The locations whose things the policy lets the desk book.
-std::vector<std::int64_t> openLocations(const DeskPolicy& policy) {
-  std::vector<std::int64_t> locations;
-  for (const auto& [location, security] : policy.locations) {
-    if (security) locations.push_back(location);
-  }
-  return locations;
 }
 
 constexpr const char* piecesOfType =
@@ -56,49 +41,60 @@ constexpr const char* pieceNotOut =
     "and not exists (select 1 from equipment m join booking_equipment l on l.equipment_id = m.id and "
     "l.charged_at is not null and l.returned_at is null and l.in_room = 0 where m.group_id = e.id) ";
 
-int countPieces(Connection& db, std::int64_t typeId, std::int64_t locationId) {
-  static const std::string sql = std::string("select count(*) ") + piecesOfType;
-  int count = 0;
-  Query query(db, sql);
-  query.bind("type_id", typeId).bind("location_id", locationId);
-  fetchOne(query, count);
-  return count;
+std::vector<std::int64_t> readIds(Query& query) {
+  std::vector<std::int64_t> ids;
+  std::int64_t id = 0;
+  query.into(id);
+  while (query.next()) ids.push_back(id);
+  return ids;
 }
 
-int countFreePieces(Connection& db, std::int64_t typeId, std::int64_t locationId, const AskedTime& asked,
-                    int most) {
-  static const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken + "limit :most";
-  std::int64_t id = 0;
-  int count = 0;
-  Query query(db, sql);
-  query.bind("type_id", typeId).bind("location_id", locationId).bind("most", most);
-  bindTimes(query, asked, earliestStart(db, ThingKind::Equipment, asked.period));
-  query.into(id);
-  while (query.next()) ++count;
-  return count;
+void append(std::vector<std::int64_t>& ids, const std::vector<std::int64_t>& more) {
+  ids.insert(ids.end(), more.begin(), more.end());
+}
+
+std::vector<std::int64_t> pieceStock(Connection& db, std::int64_t typeId, const Places& places) {
+  static const std::string sql = std::string("select e.id ") + piecesOfType;
+  std::vector<std::int64_t> ids;
+  for (const std::int64_t place : places) {
+    Query query(db, sql);
+    query.bind("type_id", typeId).bind("location_id", place);
+    append(ids, readIds(query));
+  }
+  return ids;
+}
+
+std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const Places& places,
+                                     const FreeSearch& search) {
+  const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken +
+                          (search.outIsTaken ? pieceNotOut : "") +
+                          (search.inOrder ? "order by e.number, e.id " : "") + "limit :most";
+  const Moment earliest = earliestStart(db, ThingKind::Equipment, search.asked.period);
+  std::vector<std::int64_t> ids;
+  for (const std::int64_t place : places) {
+    if (ids.size() >= search.most) break;
+    Query query(db, sql);
+    query.bind("type_id", typeId).bind("location_id", place);
+    query.bind("most", static_cast<std::int64_t>(search.most - ids.size()));
+    bindTimes(query, search.asked, earliest);
+    append(ids, readIds(query));
+  }
+  return ids;
 }
 
 struct PoolItem {
   std::int64_t id = 0;
   std::int64_t holdingId = 0;
-  bool free = false;
+  std::int64_t locationId = 0;
+  std::int64_t mediaTypeId = 0;
+  bool taken = false;
   bool out = false;
 };
 
-bool isInPool(const DeskPolicy& policy, const TitleWish& wish, std::int64_t locationId,
-              std::int64_t mediaTypeId) {
-  if (refusalOfLocation(policy, locationId)) return false;
-  return wish.mediaTypeId == 0 || mediaTypeId == 0 || mediaTypeId == wish.mediaTypeId;
-}
-
-/// The items of the title that the wish may draw on, those of its holdings where it names them.
-std::vector<PoolItem> poolItems(Connection& db, const DeskPolicy& policy, const TitleWish& wish,
-                                const AskedTime& asked) {
+/// A title has few items, so that all of them are read, with what each is like at that time.
+std::vector<PoolItem> poolItems(Connection& db, std::int64_t titleId, const AskedTime& asked) {
   std::vector<PoolItem> items;
   PoolItem item;
-  std::int64_t location = 0;
-  std::int64_t mediaType = 0;
-  bool taken = false;
   Query query(db,
               "select i.id, i.holding_id, i.location_id, i.media_type_id, "
               "case when exists (select 1 from occupancy o where o.kind = 2 and o.thing = i.id and "
@@ -107,37 +103,37 @@ std::vector<PoolItem> poolItems(Connection& db, const DeskPolicy& policy, const 
               "case when exists (select 1 from booking_items l where l.item_id = i.id and "
               "l.charged_at is not null and l.returned_at is null) then 1 else 0 end "
               "from items i where i.title_id = :title_id and i.status = '' order by i.id");
-  query.bind("title_id", wish.titleId);
+  query.bind("title_id", titleId);
   bindTimes(query, asked, earliestStart(db, ThingKind::Item, asked.period));
-  query.into(item.id, item.holdingId, location, mediaType, taken, item.out);
-  while (query.next()) {
-    item.free = !taken;
-    const bool meant = wish.holdingId == 0 || item.holdingId == wish.holdingId;
-    if (meant && isInPool(policy, wish, location, mediaType)) items.push_back(item);
-  }
+  query.into(item.id, item.holdingId, item.locationId, item.mediaTypeId, item.taken, item.out);
+  while (query.next()) items.push_back(item);
   return items;
 }
 
-int countWishes(Connection& db, const DeskPolicy& policy, ThingKind kind, std::int64_t thing,
-                std::int64_t family, const AskedTime& asked) {
-  std::vector<Period> wishes;
-  Period period;
-  std::int64_t ofFamily = 0;
-  std::int64_t location = 0;
-  Query query(db,
-              "select o.starts_at, o.ends_at, o.family, b.location_id from occupancy o "
-              "join bookings b on b.id = o.booking_id where o.kind = :kind and o.thing = :thing and "
-              "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
-              "o.booking_id <> :except_booking");
-  query.bind("kind", static_cast<int>(kind)).bind("thing", thing);
-  bindTimes(query, asked, earliestStart(db, kind, asked.period));
-  query.into(period.from, period.until, ofFamily, location);
-  while (query.next()) {
-    const bool meant = family == 0 || ofFamily == family;
-    if (meant && !refusalOfLocation(policy, location)) wishes.push_back(period);
-  }
-  return mostAtOnce(wishes, asked.period);
+/// An item, and a wish, without a media type goes with any.
+bool canFill(const WishFor& what, const Places& places, const PoolItem& item) {
+  if (what.holdingId != 0 && item.holdingId != what.holdingId) return false;
+  if (what.mediaTypeId != 0 && item.mediaTypeId != 0 && item.mediaTypeId != what.mediaTypeId) return false;
+  return std::find(places.begin(), places.end(), item.locationId) != places.end();
 }
+
+std::string outSql(ThingKind kind) {
+  const std::string columns = "select b.id, b.starts_at, b.ends_at, b.setup_minutes, b.cleanup_minutes ";
+  const std::string open = "l.charged_at is not null and l.returned_at is null ";
+  if (kind == ThingKind::Item) {
+    return columns +
+           "from booking_items l join bookings b on b.id = l.booking_id where l.item_id = :id and " + open +
+           "and b.id <> :except_booking";
+  }
+  // What stands in the room of a booking is not handed out.
+  return columns + "from equipment e join booking_equipment l on l.equipment_id in (e.id, e.group_id) and " +
+         open + "and l.in_room = 0 join bookings b on b.id = l.booking_id where e.id = :id and " +
+         "b.id <> :except_booking";
+}
+
+constexpr const char* roomOutSql =
+    "select id, starts_at, ends_at, setup_minutes, cleanup_minutes from bookings where room_id = :id and "
+    "room_charged_at is not null and room_returned_at is null and id <> :except_booking";
 
 }  // namespace
 
@@ -157,56 +153,64 @@ std::vector<TakenTime> takenTimes(Connection& db, ThingKind kind, std::int64_t t
   return times;
 }
 
-Pool equipmentPool(Connection& db, const DeskPolicy& policy, std::int64_t typeId, const AskedTime& asked,
-                   int needed) {
-  Pool pool;
-  pool.promised = equipmentWishes(db, policy, typeId, asked);
-  const int wanted = pool.promised + needed;
-  for (const std::int64_t location : openLocations(policy)) {
-    if (pool.free < wanted) pool.free += countFreePieces(db, typeId, location, asked, wanted - pool.free);
+std::optional<TakenTime> outOn(Connection& db, ThingKind kind, std::int64_t thing,
+                               std::int64_t exceptBooking) {
+  const std::string sql = kind == ThingKind::Room ? std::string(roomOutSql) : outSql(kind);
+  TakenTime out;
+  Period times;
+  Moment setup = 0;
+  Moment cleanup = 0;
+  Query query(db, sql);
+  query.bind("id", thing).bind("except_booking", exceptBooking);
+  if (!fetchOne(query, out.bookingId, times.from, times.until, setup, cleanup)) return std::nullopt;
+  out.period = takenFor(times, setup, cleanup);
+  return out;
+}
+
+std::vector<WaitingWish> waitingWishes(Connection& db, const WishFor& what, const AskedTime& asked) {
+  std::vector<WaitingWish> wishes;
+  WaitingWish wish{.what = {.kind = what.kind, .thing = what.thing}, .period = {}};
+  Query query(db,
+              "select o.starts_at, o.ends_at, l.holding_id, l.media_type_id, b.location_id, "
+              "b.patron_group_id from occupancy o join bookings b on b.id = o.booking_id "
+              "left join booking_items l on o.kind = 12 and l.id = o.line_id "
+              "where o.kind = :kind and o.thing = :thing and o.starts_at < :until_at and "
+              "o.starts_at >= :earliest and o.ends_at > :from_at and o.booking_id <> :except_booking "
+              "order by o.starts_at, o.ends_at");
+  query.bind("kind", static_cast<int>(what.kind)).bind("thing", what.thing);
+  bindTimes(query, asked, earliestStart(db, what.kind, asked.period));
+  query.into(wish.period.from, wish.period.until, wish.what.holdingId, wish.what.mediaTypeId, wish.deskId,
+             wish.groupId);
+  while (query.next()) wishes.push_back(wish);
+  return wishes;
+}
+
+Places openPlaces(const DeskPolicy& policy) {
+  Places places;
+  for (const auto& [location, security] : policy.locations) {
+    if (security) places.push_back(location);
   }
-  pool.total = pool.free;
-  if (pool.free >= wanted) return pool;
-  // The figures are for people now, so that all is counted.
-  pool.total = 0;
-  for (const std::int64_t location : openLocations(policy)) pool.total += countPieces(db, typeId, location);
-  return pool;
+  return places;
 }
 
-int equipmentWishes(Connection& db, const DeskPolicy& policy, std::int64_t typeId, const AskedTime& asked) {
-  return countWishes(db, policy, ThingKind::EquipmentWish, typeId, 0, asked);
-}
-
-std::optional<std::int64_t> freePiece(Connection& db, const DeskPolicy& policy, std::int64_t typeId,
-                                      const AskedTime& asked) {
-  static const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken + pieceNotOut +
-                                 "order by e.number, e.id limit 1";
-  for (const std::int64_t location : openLocations(policy)) {
-    std::int64_t id = 0;
-    Query query(db, sql);
-    query.bind("type_id", typeId).bind("location_id", location);
-    bindTimes(query, asked, earliestStart(db, ThingKind::Equipment, asked.period));
-    if (fetchOne(query, id)) return id;
+std::vector<std::int64_t> stockFor(Connection& db, const WishFor& what, const Places& places) {
+  if (what.kind == ThingKind::EquipmentWish) return pieceStock(db, what.thing, places);
+  std::vector<std::int64_t> ids;
+  for (const PoolItem& item : poolItems(db, what.thing, {})) {
+    if (canFill(what, places, item)) ids.push_back(item.id);
   }
-  return std::nullopt;
+  return ids;
 }
 
-Pool itemPool(Connection& db, const DeskPolicy& policy, const TitleWish& wish, const AskedTime& asked) {
-  const std::vector<PoolItem> items = poolItems(db, policy, wish, asked);
-  Pool pool;
-  pool.total = static_cast<int>(items.size());
-  pool.free = static_cast<int>(
-      std::count_if(items.begin(), items.end(), [](const PoolItem& each) { return each.free; }));
-  pool.promised = countWishes(db, policy, ThingKind::ItemWish, wish.titleId, wish.holdingId, asked);
-  return pool;
-}
-
-std::optional<std::int64_t> freeItem(Connection& db, const DeskPolicy& policy, const TitleWish& wish,
-                                     const AskedTime& asked) {
-  for (const PoolItem& item : poolItems(db, policy, wish, asked)) {
-    if (item.free && !item.out) return item.id;
+std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what, const Places& places,
+                                       const FreeSearch& search) {
+  if (what.kind == ThingKind::EquipmentWish) return freePieces(db, what.thing, places, search);
+  std::vector<std::int64_t> ids;
+  for (const PoolItem& item : poolItems(db, what.thing, search.asked)) {
+    const bool here = !search.outIsTaken || !item.out;
+    if (!item.taken && here && canFill(what, places, item)) ids.push_back(item.id);
   }
-  return std::nullopt;
+  return ids;
 }
 
 std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const AskedTime& asked) {
@@ -231,30 +235,6 @@ std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const
     if (!best && fits(wish, capacity)) best = id;
   }
   return best;
-}
-
-bool isPieceOut(Connection& db, std::int64_t pieceId, std::int64_t exceptBooking) {
-  Query query(db,
-              "select 1 from booking_equipment where equipment_id = :id and charged_at is not null and "
-              "returned_at is null and in_room = 0 and booking_id <> :except_booking");
-  query.bind("id", pieceId).bind("except_booking", exceptBooking);
-  return anyRow(query);
-}
-
-bool isItemOut(Connection& db, std::int64_t itemId, std::int64_t exceptBooking) {
-  Query query(db,
-              "select 1 from booking_items where item_id = :id and charged_at is not null and "
-              "returned_at is null and booking_id <> :except_booking");
-  query.bind("id", itemId).bind("except_booking", exceptBooking);
-  return anyRow(query);
-}
-
-bool isRoomOut(Connection& db, std::int64_t roomId, std::int64_t exceptBooking) {
-  Query query(db,
-              "select 1 from bookings where room_id = :id and room_charged_at is not null and "
-              "room_returned_at is null and id <> :except_booking");
-  query.bind("id", roomId).bind("except_booking", exceptBooking);
-  return anyRow(query);
 }
 
 }  // namespace vantry::server

@@ -21,38 +21,57 @@ struct AskedTime {
 [[nodiscard]] std::vector<TakenTime> takenTimes(Connection& db, ThingKind kind, std::int64_t thing,
                                                 const AskedTime& asked);
 
-/// The pool that a wish for an equipment type draws on: pieces of the type that belong to no group, stand in
-/// a storage room of a location of the policy and may be used. `needed` bounds the search for free ones:
-/// where more are free, it tells so many.
-[[nodiscard]] Pool equipmentPool(Connection& db, const DeskPolicy& policy, std::int64_t typeId,
-                                 const AskedTime& asked, int needed);
+/// The booking that has the thing out now, with the time that it was taken for. A member is out with its
+/// group.
+[[nodiscard]] std::optional<TakenTime> outOn(Connection& db, ThingKind kind, std::int64_t thing,
+                                             std::int64_t exceptBooking);
 
-/// The most wishes for the type, of desks in the policy, that wait at one moment of the period.
-[[nodiscard]] int equipmentWishes(Connection& db, const DeskPolicy& policy, std::int64_t typeId,
-                                  const AskedTime& asked);
-
-/// A piece of that pool that is free for the period and not with a patron.
-[[nodiscard]] std::optional<std::int64_t> freePiece(Connection& db, const DeskPolicy& policy,
-                                                    std::int64_t typeId, const AskedTime& asked);
-
-/// Wished for: a title, or within it one holdings record, of one media type or of any (0).
-struct TitleWish {
-  std::int64_t titleId = 0;
+/// What a wish is for: a piece or group of an equipment type (EquipmentWish), or an item of a title
+/// (ItemWish), there perhaps of one holdings record and of one media type.
+struct WishFor {
+  ThingKind kind = ThingKind::EquipmentWish;
+  std::int64_t thing = 0;  ///< the equipment type or the title
   std::int64_t holdingId = 0;
   std::int64_t mediaTypeId = 0;
+  bool operator==(const WishFor&) const = default;
 };
-[[nodiscard]] Pool itemPool(Connection& db, const DeskPolicy& policy, const TitleWish& wish,
-                            const AskedTime& asked);
-[[nodiscard]] std::optional<std::int64_t> freeItem(Connection& db, const DeskPolicy& policy,
-                                                   const TitleWish& wish, const AskedTime& asked);
+
+/// A wish that waits for its thing, and the desk and patron group by whose policy it will get one.
+struct WaitingWish {
+  WishFor what;
+  Period period;
+  std::int64_t deskId = 0;
+  std::int64_t groupId = 0;
+  bool operator==(const WaitingWish&) const = default;
+};
+
+/// The wishes for things of that kind, whatever else they want of them, that wait at some moment of the
+/// period.
+[[nodiscard]] std::vector<WaitingWish> waitingWishes(Connection& db, const WishFor& what,
+                                                     const AskedTime& asked);
+
+/// Locations whose things may fill a wish.
+using Places = std::vector<std::int64_t>;
+[[nodiscard]] Places openPlaces(const DeskPolicy& policy);
+
+/// The things that can fill a wish at all: they may be used and stand in one of the places, a piece in a
+/// storage room there and in no group.
+[[nodiscard]] std::vector<std::int64_t> stockFor(Connection& db, const WishFor& what, const Places& places);
+
+/// Those of them that are free for all of the period, in the order in which they are handed out. Things that
+/// are out now can be left aside; pieces are told no further than `most`, and then in any order unless they
+/// are to be handed out.
+struct FreeSearch {
+  AskedTime asked;
+  bool outIsTaken = false;
+  bool inOrder = false;
+  std::size_t most = 0;
+};
+[[nodiscard]] std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what,
+                                                     const Places& places, const FreeSearch& search);
 
 /// A room that fits the wish, is free for the period, not charged, and may be used.
 [[nodiscard]] std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish,
                                                    const AskedTime& asked);
-
-/// Whether the thing is with a patron now, on a booking other than the one excepted.
-[[nodiscard]] bool isPieceOut(Connection& db, std::int64_t pieceId, std::int64_t exceptBooking);
-[[nodiscard]] bool isItemOut(Connection& db, std::int64_t itemId, std::int64_t exceptBooking);
-[[nodiscard]] bool isRoomOut(Connection& db, std::int64_t roomId, std::int64_t exceptBooking);
 
 }  // namespace vantry::server

@@ -139,6 +139,68 @@ TEST_P(CirculationRequests, ChargesNoEarlierThanPolicyAndOthersAllow) {
   EXPECT_EQ(charge(id).rc, 0);
 }
 
+TEST_P(CirculationRequests, WhoComesEarlyTakesNothingFromThoseBetween) {
+  const std::string early = save(times(2, "10:00", "11:00"), "EID=1");
+  const std::string wish = save(times(2, "10:00", "11:00"), "ETI=2; IFL=N");
+  save(times(2, "09:15", "09:45"), "EID=3");
+  EXPECT_EQ(charge(wish).text(), "128||CHFA=136 ETY=Projector");
+  charge(early);
+  const std::string between = "BOOKID=0; EID=1; PGID=1; LOC=1; " + times(2, "09:15", "09:45");
+  EXPECT_EQ(send("VEQUSG", between).all("CNUM"), "000000" + early) << "it is out already";
+  send("DBK", "BOOKID=" + early + "; EID=1");
+  EXPECT_EQ(send("VEQUSG", between).rc, 0);
+  const std::string group = save(times(2, "10:00", "11:00"), "EID=5");
+  save(times(2, "09:15", "09:45"), "EID=6");
+  EXPECT_EQ(charge(group).text(), "128||CHFA=127 STIME=2026-03-02 09:45:00") << "a member is somebody else's";
+}
+
+TEST_P(CirculationRequests, AWishTakesNothingThatAnotherNeeds) {
+  library().execute("update items set location_id = 1");
+  library().execute("update items set status = 'Lost' where id = 2");
+  const std::string any = save(times(2, "09:30", "11:00"), "MTID=1; BI=1; MI=0; IM=0");
+  const std::string first = save(times(2, "10:00", "11:00"), "MTID=1; BI=1; MI=1; IM=0");
+  EXPECT_EQ(charge(any).all("IM"), "3");
+  EXPECT_EQ(charge(first).all("IM"), "1");
+}
+
+TEST_P(CirculationRequests, WhatIsOutPastItsEndIsNotThere) {
+  charge(save(times(2, "09:30", "10:00"), std::string("EID=1; EID=5; ") + film1, "RID=1", 1));
+  library().setNow(2, 11);
+  settle();
+  const std::string eleven = times(2, "11:00", "12:00");
+  const std::string later = times(2, "11:01", "12:00");
+  const std::string place = "BOOKID=0; LOC=1; PGID=2; ";
+  struct Row {
+    const char* code;
+    std::string before;  ///< the times
+    std::string after;
+    const char* told;
+  };
+  const Row rows[] = {
+      {"VEQUSG", "BOOKID=0; EID=1; PGID=2; LOC=1; ", "", "0000001"},
+      {"VEQUSG", "BOOKID=0; EID=5; PGID=2; LOC=1; ", "", "0000001"},
+      {"VEQUSG", "BOOKID=0; EID=6; PGID=2; LOC=1; ", "", "0000001"},
+      {"VALEAVL", place, "; EID=1", "0000001"},
+      {"VALEAVL", place, "; ETI=1; IFL=N; ETI=1; IFL=N", " "},
+      {"VALIAVL", place, std::string("; ") + film1, "0000001"},
+      {"VALIAVL", place, "; MTID=1; BI=1; MI=1; IM=0; MTID=1; BI=1; MI=0; IM=0", " "},
+      {"VALRMAVL", "BOOKID=0; ", "; RID=1; PGID=2", "0000001"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(send(row.code, row.before + eleven + row.after).all("CNUM"), row.told)
+        << row.code << row.before << row.after;
+    EXPECT_EQ(send(row.code, row.before + later + row.after).all("CNUM"), "")
+        << "expected back: " << row.code << row.before << row.after;
+  }
+  EXPECT_EQ(
+      send("VEQUSG", "BOOKID=0; EID=1; PGID=1; LOC=1; " + eleven).text(),
+      "149||VUF=159|BNO=E1 CNUM=0000001 ENO=TV1 ETIME=2026-03-02 10:00:00 ETY=Television STIME=2026-03-02 "
+      "09:30:00");
+  EXPECT_EQ(send("NEWBK", booking(eleven, "LOC=1", 3, "EID=1")).rc, 149);
+  EXPECT_EQ(send("NEWBK", booking(eleven, "LOC=1", 3, "ETI=1; IFL=N; ETI=1; IFL=N")).rc, 149);
+  EXPECT_EQ(send("NEWBK", booking(later, "LOC=1", 3, "ETI=1; IFL=N; ETI=1; IFL=N")).rc, 0);
+}
+
 TEST_P(CirculationRequests, RoomsGoOutWithTheirEquipment) {
   const std::string id = save(times(2, "09:30", "12:00"), "EID=4; EQIR=Y; EID=1", "RID=1", 1);
   EXPECT_EQ(charge(id).text(), "0||PMSG=Take the key. RNO=101|ENO=TV1 PMSG=Hand out the remote.");
@@ -148,6 +210,11 @@ TEST_P(CirculationRequests, RoomsGoOutWithTheirEquipment) {
   EXPECT_EQ(send("GIREFD", "BOOKID=" + id).text(), "0|");
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(),
             "0||PMSG=Key back? RNO=101|ENO=TV1 PMSG=Count the cables.");
+  const std::string scanned = save(times(2, "12:00", "13:00"), "EID=4; EQIR=Y; EID=1", "RID=1", 1);
+  library().setNow(2, 12);
+  charge(scanned);
+  send("DBK", "BOOKID=" + scanned + "; EID=1");
+  EXPECT_EQ(status(scanned), "1") << "what never left the room is back with the last that did";
   const std::string bare = save(times(3, "09:30", "12:00"), "", "RID=1", 1);
   library().setNow(3, 9);
   charge(bare);

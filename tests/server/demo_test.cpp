@@ -1,5 +1,7 @@
 // The demo library: what is in it, and that it is the same every time.
 
+#include <set>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -90,7 +92,7 @@ TEST_F(DemoTest, HoldsASmallBelievableLibrary) {
   EXPECT_EQ(count("titles t where not exists (select 1 from items i where i.title_id = t.id)"), 0);
   EXPECT_EQ(count("patron_groups"), 12);
   EXPECT_EQ(count("policies"), 3 * 13) << "twelve groups and the administrative bookings at three desks";
-  EXPECT_EQ(count("patrons"), 1500);
+  EXPECT_EQ(count("patrons"), 1500 + 5);
   EXPECT_EQ(count("staff"), 20);
   EXPECT_EQ(count("calendars"), 27);
   EXPECT_GT(count("calendar_exceptions"), 0);
@@ -192,6 +194,63 @@ TEST(Demo, PutsAsManyBookingsOnADayAsAskedForAndItsOperatorsLogOn) {
   ASSERT_EQ(own.records.size(), 1U);
   EXPECT_EQ(client.send("SLL", {{"LOC", own.records[0].at("LOC")}}).head.at("BKCHA"), "Y");
   EXPECT_EQ(client.send("BOOKDAY", {{"DATE", "2026-12-01"}, {"HBK", "N"}}).records.size(), 1000U);
+}
+
+/// What docs/policy.md sends the reader to.
+TEST(Demo, ShowsTheRefusalsThatChanceWouldNotMake) {
+  const TempFolder folder;
+  createDemoDatabase(folder.file("a.sqlite"), shortSpan());
+  Server::Options serving;
+  serving.database = folder.file("a.sqlite");
+  serving.clock = [] { return makeMoment(2026, 11, 24, 12, 0); };
+  Server server(serving);
+  server.start();
+  test::WireClient client(server.port());
+  client.login("desk", "desk-demo");
+  client.send("SLL", {{"LOC", "1"}});
+  const auto requester = [&](const std::string& patron, const std::string& group) {
+    return client.send("VALRP", {{"PID", patron}, {"PGID", group}, {"PUP", "N"}});
+  };
+  const char* const figures[][2] = {{"2", "2"}, {"2", "3"}, {"5", "6"}, {"3", "4"}, {"5.00", "5.50"}};
+  for (int kind = 1; kind <= 5; ++kind) {
+    const std::string barcode = "210000150" + std::to_string(kind);
+    const test::WireAnswer found = client.send(
+        "FIND",
+        {{"SRCHTAG", "17"}, {"SRCHVAL", barcode}, {"SRCHFOR", "6"}, {"SRCHLOC", "5"}, {"SRCHOP", ""}});
+    ASSERT_EQ(found.records.size(), 1U) << barcode;
+    const test::WireAnswer refused = requester(found.records[0].at("PID"), found.records[0].at("PGID"));
+    EXPECT_EQ(refused.rc, 110) << barcode;
+    EXPECT_EQ(refused.head, (test::Record{{"VUF", std::to_string(kind)},
+                                          {"VD1", figures[kind - 1][0]},
+                                          {"VD2", figures[kind - 1][1]}}));
+  }
+  for (int number = 1; number <= 3; ++number) {
+    const test::WireAnswer ready = client.send("SSC", {{"CNUM", "000000" + std::to_string(number)}});
+    ASSERT_EQ(ready.all("BOOKID"), std::vector{std::to_string(number)});
+    const test::WireAnswer refused = client.send("CBK", {{"BOOKID", ready.records[0].at("BOOKID")}});
+    EXPECT_EQ(refused.rc, 128);
+    EXPECT_EQ(refused.all("CHFA"), std::vector{std::to_string(133 + number)});
+  }
+  std::set<int> codes;
+  Database database(folder.file("a.sqlite"));
+  for (int patron = 1; patron <= 1500; ++patron) {
+    const std::string id = std::to_string(patron);
+    const int group =
+        numberOf(database, "select patron_group_id from patron_barcodes where patron_id = " + id +
+                               " order by id limit 1");
+    codes.insert(requester(id, std::to_string(group)).rc);
+  }
+  EXPECT_EQ(codes, (std::set{0, 108, 109, 110, 118, 119, 144}));
+  const test::WireAnswer tooLong = client.send("CRMTM", {{"PGID", "3"},
+                                                         {"ADBK", "N"},
+                                                         {"STIME", "2026-11-25 09:00:00"},
+                                                         {"SDOW", "4"},
+                                                         {"ETIME", "2026-11-25 13:01:00"},
+                                                         {"EDOW", "4"},
+                                                         {"RID", "21"}});
+  EXPECT_EQ(tooLong.rc, 185);
+  EXPECT_EQ(tooLong.all("VUF"), std::vector<std::string>{"188"});
+  EXPECT_EQ(textOf(database, "select name from rooms where id = 21"), "Lecture Hall 121\n");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "server/accounts.h"
 #include "server/administration.h"
 #include "server/passwords.h"
+#include "server/requests.h"
 #include "support/server_case.h"
 
 namespace vantry::server {
@@ -84,6 +85,26 @@ TEST_F(LoginTest, ASessionLivesAsLongAsItIsUsed) {
   }
   now += sessionLife + 1;
   EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
+}
+
+TEST_F(LoginTest, AClockSetBackLocksNobodyOutAndLengthensNoSession) {
+  auto client = stranger();
+  for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
+  EXPECT_EQ(client->login("all", "password-1").status, 429);
+  now -= 10 * hour;
+  EXPECT_EQ(client->login("all", "password-1").status, 200) << "tries that lie ahead count no more";
+  for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
+  EXPECT_EQ(client->login("all", "password-1").status, 429) << "and fresh ones do";
+  auto desk = this->client("view");
+  now -= 10 * hour;
+  Database store(database);
+  RequestRunner(
+      store, [this] { return now; }, HashCost::Quick)
+      .keepHouse();
+  EXPECT_EQ(value("select count(*) from login_failures"), "0");
+  EXPECT_EQ(value("select max(expires_at) from sessions"), std::to_string(now + sessionLife));
+  now += sessionLife + 1;
+  EXPECT_FALSE(works(*desk));
 }
 
 TEST_F(LoginTest, ASessionWorksOnEveryServerOfTheDatabaseAndAfterARestart) {

@@ -64,6 +64,29 @@ TEST(Migrations, StoredRepliesGoToTheOperatorsOfTheirSessions) {
   EXPECT_EQ(countOf(database, "replies"), 1);
 }
 
+TEST(Migrations, OfTwoPoliciesForOneGroupTheNewerStays) {
+  const TempFolder folder;
+  Database database(folder.file("old.sqlite"));
+  migrate(database, 9);
+  database.write([](Connection& db) {
+    db.run("insert into libraries (id, name) values (1, 'Old Library')");
+    db.run("insert into locations (id, library_id, name) values (1, 1, 'Old Desk')");
+    db.run("insert into patron_groups (id, name) values (1, 'Students')");
+    db.run(
+        "insert into policies (id, location_id, patron_group_id) values (1, 1, null), (2, 1, 1), (3, 1, "
+        "null)");
+    db.run("insert into policy_locations (policy_id, location_id) values (1, 1), (2, 1), (3, 1)");
+  });
+  migrate(database);
+  EXPECT_EQ(countOf(database, "policies where id in (2, 3)"), 2);
+  EXPECT_EQ(countOf(database, "policies"), 2);
+  EXPECT_EQ(countOf(database, "policy_locations"), 2) << "what belonged to it goes along";
+  EXPECT_THROW(database.write([](Connection& db) {
+    db.run("insert into policies (id, location_id, patron_group_id) values (4, 1, null)");
+  }),
+               StoreError);
+}
+
 TEST(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
   const TempFolder folder;
   Database database(folder.file("new.sqlite"));

@@ -11,7 +11,9 @@ std::vector<OpenCalendar> march() {
   OpenCalendar calendar{makeMoment(2026, 3, 1), makeMoment(2026, 3, 31), {}, {}};
   for (std::size_t weekday = 1; weekday <= 5; ++weekday) calendar.week[weekday] = {true, 8 * 60, 20 * 60};
   calendar.week[6] = {true, 9 * 60, 13 * 60};
-  calendar.exceptions = {{makeMoment(2026, 3, 17), {}}, {makeMoment(2026, 3, 18), {true, 10 * 60, 12 * 60}}};
+  calendar.exceptions = {{makeMoment(2026, 3, 17), {}},
+                         {makeMoment(2026, 3, 18), {true, 10 * 60, 12 * 60}},
+                         {makeMoment(2026, 3, 19), {true, 8 * 60, 24 * 60}}};
   return {calendar};
 }
 
@@ -51,11 +53,28 @@ TEST(CalendarPolicy, TellsWhatSpeaksAgainstStartAndEnd) {
       {at(18, 10), at(18, 12), ""},
       {makeMoment(2026, 2, 27, 10), at(2, 10), "164 start"},
       {at(31, 10), makeMoment(2026, 4, 1, 10), "165 end"},
+      {at(19, 8), at(20, 0), ""},  // open until midnight
+      {at(2, 19), at(3, 0), "170 end 1200"},
+      {at(2, 19), at(3, 0, 1), "172 end 480"},
+      {at(7, 12), at(8, 0), "170 end 780"},
+      {at(7, 12), at(9, 0), "166 end"},
+      {at(17, 10), at(18, 0), "168 start, 168 end"},
+      {at(31, 10), makeMoment(2026, 4, 1), "170 end 1200"},
+      {at(3, 0), at(3, 0), "169 start 480, 172 end 480"},  // an immediate pick-up ends on its own day
   };
   for (const Row& row : rows) {
     EXPECT_EQ(describe(calendarConflicts(march(), {row.from, row.until})), row.conflicts)
         << momentText(row.from) << " to " << momentText(row.until);
   }
+}
+
+TEST(CalendarPolicy, AnEndAtMidnightNamesTheDayThatIsClosed) {
+  const auto end = [](int day) { return makeMoment(2026, 3, day); };
+  const auto told = [&](int day) {
+    return momentText(calendarConflicts(march(), {makeMoment(2026, 3, 6, 10), end(day)}).back().at);
+  };
+  EXPECT_EQ(told(9), "2026-03-08 23:59:59") << "Sunday the eighth";
+  EXPECT_EQ(told(7), "2026-03-07 00:00:00") << "after closing, and so it tells when";
 }
 
 TEST(CalendarPolicy, WithoutCalendarsNothingIsOpen) {

@@ -68,7 +68,7 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   const Moment now = start;
   PatronState patron;
   EXPECT_EQ(refusalToRequest(patron, limits, now), std::nullopt);
-  patron.bookings = 2;
+  patron.bookings = 1;
   patron.items = 3;
   patron.equipment = 4;
   patron.fees = 500;
@@ -77,8 +77,8 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 5, 500, 501}));
   patron.lateReturns = 1;
   EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 2, 0, 1}));
-  patron.bookings = 3;
-  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 1, 2, 3}));
+  patron.bookings = 2;
+  EXPECT_EQ(refusalToRequest(patron, limits, now), (PatronRefusal{110, 1, 2, 2})) << "the next is the third";
   patron.items = 4;
   EXPECT_EQ(refusalToRequest(patron, limits, now)->code, 119);
   patron.equipment = 5;
@@ -90,6 +90,16 @@ TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   EXPECT_EQ(refusalToFetch(patron, now)->code, 109);
   patron.barcodeActive = false;
   EXPECT_EQ(refusalToFetch(patron, now)->code, 108);
+}
+
+TEST(PatronPolicy, ADateOfExpiryCountsToTheEndOfItsDay) {
+  const auto expired = [](Moment expires, Moment now) { return hasExpired({.expiresAt = expires}, now); };
+  const Moment date = makeMoment(2026, 3, 2);
+  EXPECT_FALSE(expired(date, makeMoment(2026, 3, 2, 23, 59)));
+  EXPECT_TRUE(expired(date, makeMoment(2026, 3, 3)));
+  EXPECT_FALSE(expired(date + 17 * hour, date + 17 * hour));
+  EXPECT_TRUE(expired(date + 17 * hour, date + 17 * hour + 1)) << "a clock time means what it says";
+  EXPECT_FALSE(hasExpired({}, date));
 }
 
 TEST(UsagePolicy, OneThingIsHeldByOneBooking) {
@@ -105,11 +115,38 @@ TEST(UsagePolicy, OneThingIsHeldByOneBooking) {
   EXPECT_FALSE(taken.nearAnother) << "a conflict says it all";
 }
 
-TEST(UsagePolicy, WishesDrawOnWhatNobodyElseWaitsFor) {
-  EXPECT_EQ(judgePool({.total = 3, .free = 2, .promised = 1}, 1), PoolVerdict::Enough);
-  EXPECT_EQ(judgePool({.total = 3, .free = 2, .promised = 1}, 2), PoolVerdict::TooFew);
-  EXPECT_EQ(judgePool({.total = 0, .free = 0, .promised = 0}, 1), PoolVerdict::NoneInPolicy);
-  EXPECT_EQ(bookedOf({.total = 3, .free = 2, .promised = 1}), 2);
+TEST(UsagePolicy, NothingIsTakenThatAWaitingWishNeeds) {
+  const Period hour = span(0, 60);
+  const Wish any{hour, {1, 2, 3}};
+  const Wish first{hour, {1}};
+  const Wish hopeless{hour, {}};
+  const Wish later{span(30, 90), {1, 3}};
+  struct Row {
+    const char* story;
+    std::vector<Wish> waiting;
+    Taking taking;
+    int missing;
+  };
+  const Row rows[] = {
+      {"nobody waits", {}, {hour, {1, 2, 3}, {}}, 0},
+      {"one is left", {any}, {hour, {1, 2}, {}}, 0},
+      {"none is left", {any}, {hour, {1, 2, 3}, {}}, 1},
+      {"a thing that no wish can have", {first}, {hour, {9}, {}}, 0},
+      {"the only thing of a wish", {any, first}, {hour, {1}, {}}, 1},
+      {"at another time", {first}, {span(60, 90), {1}, {}}, 0},
+      {"wishes make room for each other", {any, any}, {hour, {}, {first}}, 0},
+      {"one wish too many", {any, any, first}, {hour, {}, {any}}, 1},
+      {"two wishes for one thing", {}, {hour, {}, {first, first}}, 1},
+      {"a wish beside the single thing that it needs", {}, {hour, {1}, {first}}, 1},
+      {"what was hopeless before is nobody's fault", {hopeless}, {hour, {}, {any}}, 0},
+      {"a wish that can never be filled", {}, {hour, {}, {hopeless}}, 1},
+      {"wishes that only meet outside the time taken", {first, later}, {span(60, 90), {3}, {}}, 1},
+      {"one after the other", {first, {span(60, 90), {1}}}, {span(0, 90), {2, 3}, {}}, 0},
+  };
+  for (const Row& row : rows) EXPECT_EQ(shortfall(row.waiting, row.taking), row.missing) << row.story;
+  const std::int64_t things[] = {1, 3};
+  EXPECT_EQ(pickSpare(things, std::vector{first}, hour), 3);
+  EXPECT_EQ(pickSpare(things, std::vector{first, later}, hour), 1) << "somebody stands at the desk";
 }
 
 TEST(CirculationRules, TimeMakesBookingsUnclaimedAndOverdue) {

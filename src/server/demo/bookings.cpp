@@ -303,7 +303,7 @@ class BookingMaker {
   std::vector<Moment> pieceTaken_;
   std::vector<Moment> itemTaken_;
   std::vector<Moment> roomTaken_;
-  std::int64_t lastId_ = 0;
+  std::int64_t lastId_ = exampleBookings;
   std::int64_t lastEquipmentLine_ = 0;
   std::int64_t lastItemLine_ = 0;
 };
@@ -322,10 +322,13 @@ void makeBookings(Connection& db, World& world, Dice& dice, const DemoOptions& o
     if (special == date) {
       maker.makeDay(date, options.bookingsOnCount, world.locations.front().id);
     } else if (!std::binary_search(world.closedDays.begin(), world.closedDays.end(), date)) {
-      maker.makeDay(date, dice.between(30, 60), 0);
+      const int most = date == world.today ? 60 - exampleBookings : 60;
+      maker.makeDay(date, std::min(dice.between(30, 60), most), 0);
     }
   }
   maker.writeCounters();
+  // A day that was asked for has exactly as many as were asked for.
+  if (special != world.today) makeExampleBookings(db, world);
 }
 
 }  // namespace vantry::server

@@ -38,6 +38,7 @@ void fill(Connection& db, const DemoOptions& options, Moment today) {
   makeCatalogue(db, world, dice);
   makePolicies(db, world, dice);
   makeBookings(db, world, dice, options);
+  makeExamplePatrons(db, world);
 }
 
 /// Looking each key up again costs a third of the time, and the makers know what they write.

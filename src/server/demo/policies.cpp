@@ -174,6 +174,15 @@ void addRoomRules(Connection& db, const World& world, std::int64_t id, std::size
   }
 }
 
+/// One hall is in such demand that nobody has it for long.
+void addRoomLimit(Connection& db, std::int64_t id) {
+  constexpr std::int64_t firstLectureHall = 21;
+  Query query(db,
+              "insert into policy_rooms (policy_id, room_id, longest, longest_unit) "
+              "values (:policy_id, :room_id, 4, 'H')");
+  query.bind("policy_id", id).bind("room_id", firstLectureHall).run();
+}
+
 }  // namespace
 
 void makePolicies(Connection& db, World& world, Dice&) {
@@ -185,6 +194,7 @@ void makePolicies(Connection& db, World& world, Dice&) {
       addPolicyLocations(db, world, id, location.id);
       addTypeRules(db, world, id, trustOf(group));
       addRoomRules(db, world, id, trustOf(group));
+      addRoomLimit(db, id);
     }
   }
 }

@@ -78,6 +78,12 @@ void makeCatalogue(Connection& db, World& world, Dice& dice);
 void makePolicies(Connection& db, World& world, Dice& dice);
 void makeBookings(Connection& db, World& world, Dice& dice, const DemoOptions& options);
 
+/// Patrons who are just over one limit each, after all others and the bookings.
+void makeExamplePatrons(Connection& db, const World& world);
+/// Bookings of today with the keys 1 to `exampleBookings`, of which none can be charged.
+void makeExampleBookings(Connection& db, const World& world);
+inline constexpr int exampleBookings = 3;
+
 /// A name out of the demo's lists.
 struct DemoName {
   std::string first;

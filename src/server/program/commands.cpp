@@ -13,6 +13,7 @@
 #include "server/migrations.h"
 #include "server/passwords.h"
 #include "server/program/terminal.h"
+#include "server/rules_file.h"
 #include "server/store_sentence.h"
 
 namespace vantry::server {
@@ -65,6 +66,16 @@ int countOfBookings(const std::string& text) {
 
 void printNamed(const std::vector<NamedRow>& rows) {
   for (const NamedRow& row : rows) std::cout << row.id << '\t' << row.name << '\n';
+}
+
+/// Throws, once each fault is told.
+void refuseFaults(const RuleFaults& faults) {
+  if (faults.count() == 0) return;
+  for (const std::string& fault : faults.told()) std::cerr << fault << '\n';
+  const bool all = faults.count() == faults.told().size();
+  throw AdministrationError("Nothing was taken. The file has " + std::to_string(faults.count()) +
+                            (faults.count() == 1 ? " fault." : " faults.") +
+                            (all ? "" : " The first " + std::to_string(faults.told().size()) + " are told."));
 }
 
 bool isLoopback(const std::string& address) {
@@ -137,6 +148,26 @@ void importMarcFile(const std::string& url, const std::string& file, const Impor
             << report.changedItems << " changed.\n"
             << report.bad << " records could not be taken; " << report.leftOut
             << " holdings or items were left out.\n";
+}
+
+void printRules(const std::string& url) {
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    migrate(database);
+    std::cout << showRules(database);
+  });
+}
+
+void takeRulesFrom(const std::string& url, const std::string& file, bool checkOnly) {
+  RulesReport report;
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1, .patience = 10});
+    migrate(database);
+    report = takeRules(database, file, checkOnly ? RulesUse::CheckOnly : RulesUse::Take, wallClock());
+  });
+  refuseFaults(report.faults);
+  if (checkOnly) std::cout << "The file is sound. Taken in, it would come to this:\n";
+  for (const KindCounts& counts : report.counts) std::cout << countsText(counts) << ".\n";
 }
 
 void addLibraryNamed(const std::string& database, const std::string& name) {

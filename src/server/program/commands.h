@@ -23,6 +23,11 @@ void makeDemo(const std::string& database, DemoOptions options, const std::vecto
 void serve(const Server::Options& options, bool behindProxy);
 /// Takes the catalogue of a file in and prints what came of it; bad records go to the standard error.
 void importMarcFile(const std::string& database, const std::string& file, const ImportOptions& options);
+/// Writes the library's rules to the standard output.
+void printRules(const std::string& database);
+/// Takes the rules of a file in, or only checks it, and prints what came of it; faults go to the standard
+/// error.
+void takeRulesFrom(const std::string& database, const std::string& file, bool checkOnly);
 void backUpTo(const std::string& database, const std::string& file);
 
 void addLibraryNamed(const std::string& database, const std::string& name);

@@ -19,6 +19,7 @@ struct Given {
   std::string name;
   std::string library;
   bool behindProxy = false;
+  bool checkOnly = false;
   DemoOptions demo;
   std::vector<std::string> bookingsOn;
   Server::Options server;
@@ -36,6 +37,18 @@ void describeImport(CLI::App& app, Given& given) {
   marc->add_option("--media-type", given.import.mediaType,
                    "For items whose carrier is none of the library's media types");
   marc->callback([&given] { importMarcFile(given.database, given.file, given.import); });
+}
+
+void describeRules(CLI::App& app, Given& given) {
+  CLI::App* rules =
+      app.add_subcommand("rules", "Types, statuses, calendars and policies as a file")->require_subcommand(1);
+  rules->add_subcommand("show", "Write those of the library to the standard output")->callback([&given] {
+    printRules(given.database);
+  });
+  CLI::App* take = rules->add_subcommand("take", "Make those of a file the library's, all or none");
+  take->add_option("file", given.file, "The file to read")->required();
+  take->add_flag("--check", given.checkOnly, "Only tell what is wrong, and what would change");
+  take->callback([&given] { takeRulesFrom(given.database, given.file, given.checkOnly); });
 }
 
 void describeServing(CLI::App& app, Given& given) {
@@ -146,6 +159,7 @@ int main(int argc, char** argv) {
       ->capture_default_str();
   describeServing(app, given);
   describeImport(app, given);
+  describeRules(app, given);
   describeLibrary(app, given);
   describeOperators(app, given);
   try {

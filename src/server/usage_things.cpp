@@ -1,0 +1,150 @@
+#include "server/usage_things.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "server/policy_store.h"
+
+namespace vantry::server {
+
+namespace {
+
+/// What is out now is expected back for any later time.
+FreeSearch searchFor(const AskedTime& asked, Moment now, std::size_t most) {
+  return {.asked = asked, .outIsTaken = asked.period.from <= now, .inOrder = false, .most = most};
+}
+
+Period spanOf(Period span, const std::vector<WaitingWish>& wishes) {
+  for (const WaitingWish& each : wishes) {
+    span.from = std::min(span.from, each.period.from);
+    span.until = std::max(span.until, each.period.until);
+  }
+  return span;
+}
+
+/// The wishes that come into question with whatever is taken at the time asked for: those that wait then, and
+/// those that they meet at other times, since each needs its thing through all of its own time.
+std::vector<WaitingWish> rivalsAt(Connection& db, const WishFor& kind, const AskedTime& asked) {
+  const std::vector<WaitingWish> then = waitingWishes(db, kind, asked);
+  const Period span = spanOf(asked.period, then);
+  if (span == asked.period) return then;
+  return waitingWishes(db, kind, {span, asked.exceptBooking});
+}
+
+/// Finds what could fill each wish, by the policy of the wisher's own desk. Equal wishes are looked up once.
+class FillerSearch {
+ public:
+  FillerSearch(Connection& db, std::int64_t exceptBooking, Moment now, std::size_t most)
+      : db_(db), exceptBooking_(exceptBooking), now_(now), most_(most) {}
+
+  std::vector<Wish> of(const std::vector<WaitingWish>& waiting) {
+    std::vector<Wish> wishes;
+    for (auto each = waiting.begin(); each != waiting.end(); ++each) {
+      const auto equal = std::find(waiting.begin(), each, *each);
+      const auto place = static_cast<std::size_t>(equal - waiting.begin());
+      wishes.push_back(equal == each ? find(each->what, placesOf(*each), each->period) : wishes[place]);
+    }
+    return wishes;
+  }
+
+  Wish find(const WishFor& what, const Places& places, const Period& period) {
+    return {period, freeStockFor(db_, what, places, searchFor({period, exceptBooking_}, now_, most_))};
+  }
+
+ private:
+  const Places& placesOf(const WaitingWish& wish) {
+    const auto [found, isNew] = places_.try_emplace({wish.deskId, wish.groupId});
+    if (isNew) found->second = openPlaces(loadPolicyLocations(db_, wish.deskId, wish.groupId));
+    return found->second;
+  }
+
+  Connection& db_;
+  std::int64_t exceptBooking_;
+  Moment now_;
+  std::size_t most_;
+  std::map<std::pair<std::int64_t, std::int64_t>, Places> places_;
+};
+
+/// How many wishes, of the booking or of others, nothing would be left for.
+int missingFor(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+               const Period& period) {
+  const std::vector<WaitingWish> rivals = rivalsAt(db, kind, {period, question.bookingId});
+  if (rivals.empty() && ask.wishes.empty()) return 0;
+  const std::size_t most = rivals.size() + ask.wishes.size() + ask.singles.size();
+  FillerSearch search(db, question.bookingId, question.now, most);
+  const Places places = openPlaces(question.policy);
+  Taking taking{.period = period, .singles = ask.singles, .wishes = {}};
+  for (std::size_t place = 0; place < ask.wishes.size(); ++place) {
+    const bool again = place > 0 && ask.wishes[place] == ask.wishes[place - 1];
+    taking.wishes.push_back(again ? taking.wishes.back() : search.find(ask.wishes[place], places, period));
+  }
+  return shortfall(search.of(rivals), taking);
+}
+
+/// What there is for the booking's desk, for people; nothing where one of the wishes can never be filled.
+std::set<std::int64_t> stockOf(Connection& db, const UsageQuestion& question, const WishFor& kind,
+                               const KindAsk& ask) {
+  const Places places = openPlaces(question.policy);
+  std::set<std::int64_t> all(ask.singles.begin(), ask.singles.end());
+  for (const WishFor& wish : ask.wishes.empty() ? std::vector{kind} : ask.wishes) {
+    const std::vector<std::int64_t> stock = stockFor(db, wish, places);
+    if (stock.empty() && !ask.wishes.empty()) return {};
+    all.insert(stock.begin(), stock.end());
+  }
+  return all;
+}
+
+}  // namespace
+
+SingleUse singleUse(Connection& db, const UsageQuestion& question, ThingKind kind, std::int64_t thing,
+                    const Period& period) {
+  const Moment distance = question.policy.warningMinutes * minute;
+  const AskedTime wide{{period.from - distance, period.until + distance}, question.bookingId};
+  SingleUse use = judgeSingle(takenTimes(db, kind, thing, wide), period, question.policy.warningMinutes);
+  if (period.from > question.now) return use;
+  const std::optional<TakenTime> out = outOn(db, kind, thing, question.bookingId);
+  if (!out) return use;
+  const bool told = std::any_of(use.inTheWay.begin(), use.inTheWay.end(),
+                                [&](const TakenTime& each) { return each.bookingId == out->bookingId; });
+  if (!told) use.inTheWay.push_back(*out);
+  use.nearAnother = false;
+  return use;
+}
+
+void judgeWishes(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+                 Findings& findings) {
+  for (const Period& period : question.times) {
+    const int missing = missingFor(db, question, kind, ask, period);
+    if (missing == 0) continue;
+    const std::string name =
+        kind.kind == ThingKind::ItemWish ? titleOf(db, kind.thing) : equipmentTypeName(db, kind.thing);
+    const auto available = static_cast<int>(stockOf(db, question, kind, ask).size());
+    if (available == 0) {
+      findings.noneInPolicy = true;
+      findings.wished = name;
+      continue;
+    }
+    // The figures have to tell that there is not enough, whosever wish it is that goes without.
+    const int granted = static_cast<int>(ask.singles.size() + ask.wishes.size()) - missing;
+    UsageConflict conflict;
+    conflict.period = period;
+    conflict.name = name;
+    conflict.available = available;
+    conflict.booked = std::max(available - granted, 0);
+    findings.conflicts.push_back(conflict);
+  }
+}
+
+std::optional<std::int64_t> thingFor(Connection& db, const DeskPolicy& policy, const WishFor& what,
+                                     const Period& period, Moment now) {
+  const std::vector<WaitingWish> rivals = rivalsAt(db, what, {period, 0});
+  const std::size_t most = rivals.size() + 1;
+  const std::vector<std::int64_t> things =
+      freeStockFor(db, what, openPlaces(policy),
+                   {.asked = {period, 0}, .outIsTaken = true, .inOrder = true, .most = most});
+  if (things.empty()) return std::nullopt;
+  return pickSpare(things, FillerSearch(db, 0, now, most).of(rivals), period);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,132 @@
+// Policy as the requests tell it: figures at their limits, limits of rooms, places that contradict the type.
+
+#include "server/administration.h"
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+class PolicyRequests : public OnEachDatabase {
+ protected:
+  Got save(const std::string& when, const std::string& place, int type) {
+    return send("NEWBK", booking(when, place, type, ""));
+  }
+  std::string requester(int patron) {
+    return send("VALRP", "PID=" + std::to_string(patron) + "; PGID=1; PUP=N").text();
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, PolicyRequests, eachDatabase, databaseName);
+
+TEST_P(PolicyRequests, AFullNumberOfBookingsHasNoRoomForAnotherButMayBeChanged) {
+  for (int day = 3; day <= 4; ++day) save(times(day, "12:00", "13:00"), "LOC=1", 3);
+  EXPECT_EQ(requester(1), "0|") << "the third of three";
+  save(times(5, "12:00", "13:00"), "LOC=1", 3);
+  EXPECT_EQ(requester(1), "110|VD1=3 VD2=3 VUF=1");
+  EXPECT_EQ(send("PATPRIV", "PGID=1; PID=1").text(),
+            "0|BCNT=3 BKM=3 ECNT=3 ICNT=2 PVALD=2027-01-01 00:00:00");
+  EXPECT_EQ(send("UPDBK", "BOOKID=3; " + booking(times(6, "12:00", "13:00"), "LOC=1", 3, "")).rc, 0);
+}
+
+TEST_P(PolicyRequests, PatronsMayBookThroughTheirLastDay) {
+  library().execute("update patrons set expires_at = 1772409600 where id = 3");
+  library().setNow(2, 23, 59);
+  EXPECT_EQ(requester(3), "0|");
+  EXPECT_EQ(send("PATPRIV", "PGID=1; PID=3").first("PVALD"), "2026-03-02 00:00:00");
+  library().setNow(3, 0);
+  EXPECT_EQ(requester(3), "144|");
+  EXPECT_EQ(send("PATPRIV", "PGID=1; PID=3").rc, 144);
+}
+
+TEST_P(PolicyRequests, ACountOverItsLimitIsToldBesideWhatElseIsWrong) {
+  const std::string head = "BOOKID=0; PGID=1; BTID=3; ";
+  const std::string slides = "MTID=2; BI=2; MI=3; IM=4; MTID=2; BI=2; MI=3; IM=0; MTID=2; BI=2; MI=0; IM=0";
+  EXPECT_EQ(send("VIUL", head + times(3, "10:00", "11:00") + "; " + slides).text(),
+            "150|MTY=2, Slides|VUF=119|VUF=156");
+  EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; EID=2; EID=3; ETI=4; IFL=N").text(),
+            "149|ETY=3, Television, Camera|VUF=118|BKINT=H BKPER=8 VUF=153|BKINT=H BKPER=8 VUF=153|VUF=155");
+}
+
+TEST_P(PolicyRequests, ARoomsOwnLongestTimeComesBeforeThatOfItsType) {
+  library().execute(
+      "insert into policy_rooms (policy_id, room_id, longest, longest_unit) values "
+      "(1, 1, 90, 'M'), (1, 2, 6, 'H')");
+  const auto check = [&](const std::string& room, const std::string& until) {
+    return send("CRMTM", "PGID=1; ADBK=N; STIME=2026-03-03 10:00:00; SDOW=3; ETIME=2026-03-03 " + until +
+                             ":00; EDOW=3; RID=" + room)
+        .text();
+  };
+  EXPECT_EQ(check("1", "11:30"), "0|");
+  EXPECT_EQ(check("1", "11:31"), "185||BKINT=M BKPER=90 VUF=188");
+  EXPECT_EQ(check("2", "16:00"), "0|") << "longer than the four hours of its type";
+  EXPECT_EQ(check("2", "16:01"), "185||BKINT=H BKPER=6 VUF=188");
+  EXPECT_EQ(send("VALLSL", "RID=1; PGID=1").text(), "157||BKDUR=M BKMX=90 VUF=148");
+}
+
+TEST_P(PolicyRequests, EachTypeOfBookingHasAPlaceOfItsOwnForm) {
+  const std::string wish = "RCOP=0; RCA=10; LOC=1; RTI=1";
+  struct Row {
+    int type;
+    std::string place;
+    const char* refused;  ///< nullptr: saved
+  };
+  const Row rows[] = {{1, "RID=1", nullptr}, {1, wish, nullptr}, {1, "LOC=1", "LOC"},   {1, "RID=0", "RID"},
+                      {2, "RID=1", nullptr}, {2, wish, nullptr}, {2, "LOC=1", "LOC"},   {2, "RID=0", "RID"},
+                      {3, "RID=1", "RID"},   {3, wish, "RCOP"},  {3, "LOC=1", nullptr}, {3, "RID=0", "RID"}};
+  int hour = 8;
+  for (const Row& row : rows) {
+    const std::string from = std::to_string(hour++) + ":00";
+    const Got got = save(times(3, (from.size() < 5 ? "0" : "") + from, "21:00"), row.place, row.type);
+    if (row.refused == nullptr && (got.rc == 0 || got.rc == 107)) continue;
+    EXPECT_EQ(got.text(), std::string("-98|CANTREAD=") + (row.refused == nullptr ? "" : row.refused))
+        << row.type << " at " << row.place;
+  }
+}
+
+TEST_P(PolicyRequests, EndsAtMidnightBelongToTheDayBefore) {
+  library().execute("update calendar_days set closes_at = 1440 where weekday = 5");
+  const auto check = [&](const std::string& end) {
+    return send("CPUPTM", "PGID=1; ADBK=N; STIME=2026-03-06 10:00:00; SDOW=6; ETIME=" + end + "; EDOW=7")
+        .text();
+  };
+  EXPECT_EQ(check("2026-03-07 00:00:00"), "0|") << "Friday, open until midnight; closed on Saturday";
+  EXPECT_EQ(check("2026-03-08 00:00:00"), "167||ETIME=2026-03-07 23:59:59 VUF=166");
+  library().execute("update calendars set ends_on = 1772755200");
+  EXPECT_EQ(check("2026-03-07 00:00:00"), "0|") << "the calendar's last day is Friday";
+}
+
+TEST_P(PolicyRequests, ASearchForPatronsTellsAllOfThemToWhoeverMayKnowThem) {
+  const auto addCards = [&](int from, int until) {
+    library().execute(
+        "insert into patron_barcodes (id, patron_id, patron_group_id, barcode, status_id) "
+        "with recursive n(i) as (select " +
+        std::to_string(from) + " union all select i + 1 from n where i < " + std::to_string(until) +
+        ") select i, 1, 1, 'Q' || i, 1 from n");
+  };
+  addCards(101, 700);
+  const std::string all = "SRCHTAG=17; SRCHVAL=Q?; SRCHFOR=6; SRCHLOC=5; SRCHOP=";
+  const Got found = send("FIND", all);
+  EXPECT_EQ(found.first("SRCHCNT"), "600");
+  EXPECT_EQ(found.records.size(), 600U);
+  EXPECT_EQ(library().send("FIND", all, "clerk").rc, 0) << "whoever sees bookings sees their patrons";
+  const auto rights = [&](const std::vector<std::string>& codes) {
+    library().database().write([&](Connection& db) { setRights(db, "clerk", "Main Desk", codes, 0); });
+    return library().send("FIND", all, "clerk").rc;
+  };
+  EXPECT_EQ(rights({"EQV", "RMV"}), -96);
+  EXPECT_EQ(rights({"BKADD"}), 0);
+  EXPECT_EQ(rights({"PAV"}), 0);
+  addCards(701, 100 + 32768);
+  EXPECT_EQ(send("FIND", all).text(), "-98|CANTREAD=SRCHVAL") << "a list cut off would look like a whole one";
+}
+
+TEST_P(PolicyRequests, YearsOfMaintenanceComeByTheirEnds) {
+  EXPECT_EQ(send("GETMYER", "").records.size(), 0U);
+  for (const char* date : {"2024-12-31 23:00:00", "2026-01-01", "2026-02-01", "2022-05-05"}) {
+    library().execute("insert into maintenance (equipment_id, came_in_on, created_at) values (1, " +
+                      std::to_string(*parseMoment(date)) + ", 0)");
+  }
+  EXPECT_EQ(send("GETMYER", "").all("MYE"), "2026,2024,2022");
+}
+
+}  // namespace
+}  // namespace vantry::server
