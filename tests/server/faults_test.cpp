@@ -1,6 +1,7 @@
 // What goes wrong outside: nonsense from the wire, a killed server, a full disk, clocks that jump, rows that
 // nobody wrote.
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <fstream>
@@ -87,11 +88,17 @@ class Nonsense {
 
   unsigned below(unsigned end) { return static_cast<unsigned>(random_() % end); }
 
+  /// One of the texts, which are parted by bars.
+  std::string_view oneOf(std::string_view texts) {
+    unsigned skipped = below(1 + static_cast<unsigned>(std::ranges::count(texts, '|')));
+    for (; skipped > 0; --skipped) texts.remove_prefix(texts.find('|') + 1);
+    return texts.substr(0, texts.find('|'));
+  }
+
   /// A sound message, as the library stands now.
   SampleMessage next() {
-    constexpr std::string_view often[] = {"NEWBK", "NEWBK", "UPDBK", "CBK", "DBK", "CANBK"};
     if (below(3) == 0) return samples_[below(static_cast<unsigned>(samples_.size()))];
-    const std::string_view code = often[below(std::size(often))];
+    const std::string_view code = oneOf("NEWBK|NEWBK|UPDBK|CBK|DBK|CANBK");
     const RequestRow* row = findRequest(code);
     if (code == "NEWBK") return {row, {}, save()};
     if (code == "UPDBK") {
@@ -129,13 +136,11 @@ class Nonsense {
 
   /// Changes the bytes of a body, also into what is no JSON and no UTF-8.
   void spoilBytes(std::string& body) {
-    constexpr std::string_view pieces[] = {"\"",      "]",    "[",    "{", ",",    "\\u0000",
-                                           "\\ud800", "\xff", "\xc3", "0", "null", "1e999"};
     for (unsigned change = 1 + below(3); change > 0; --change) {
       const std::size_t at = below(static_cast<unsigned>(body.size() + 1));
       switch (below(4)) {
         case 0:
-          body.insert(at, pieces[below(std::size(pieces))]);
+          body.insert(at, oneOf("\"|]|[|{|,|\\u0000|\\ud800|\xff|\xc3|0|null|1e999"));
           break;
         case 1:
           body.erase(at, below(8));
@@ -151,34 +156,19 @@ class Nonsense {
 
  private:
   std::string value() {
-    constexpr std::string_view values[] = {"",
-                                           "0",
-                                           "-1",
-                                           "1",
-                                           "2",
-                                           "99999999999999999999",
-                                           "2147483647",
-                                           "Y",
-                                           "N",
-                                           "'; drop table bookings; --",
-                                           "2026-03-03 10:00:00",
-                                           "2026-02-30",
-                                           "9999-12-31 23:59:59",
-                                           "0001-01-01",
-                                           "?",
-                                           "%",
-                                           "\u00fc\U0001F600",
-                                           "P100"};
     if (below(8) == 0) return std::string(below(3000), static_cast<char>('a' + below(26)));
-    return std::string(values[below(std::size(values))]);
+    return std::string(
+        oneOf("|0|-1|1|2|99999999999999999999|2147483647|Y|N|'; drop table bookings; --|2026-03-03 10:00:00|"
+              "2026-02-30|9999-12-31 23:59:59|0001-01-01|?|%|\u00fc\U0001F600|P100"));
   }
 
   std::string id(unsigned end) { return std::to_string(1 + below(end)); }
 
-  /// One of the bookings in such a state.
+  /// One of the first bookings in such a state, which are those that may be charged.
   TagValue bookingIn(const std::string& states) {
-    const std::string found = library_.value("select id from bookings where status in (" + states +
-                                             ") order by id desc limit 1 offset " + std::to_string(below(6)));
+    const std::string found =
+        library_.value("select id from bookings where status in (" + states +
+                       ") order by starts_at, id limit 1 offset " + std::to_string(below(6)));
     return {"BOOKID", found.empty() ? "1" : found};
   }
 
@@ -201,25 +191,16 @@ class Nonsense {
       message.insert(message.end(), more.begin(), more.end());
     };
     add({{"PID", id(6)}, {"PGID", id(2)}, {"PPID", "0"}, {"ADBK", below(8) == 0 ? "Y" : "N"}});
-    switch (below(3)) {
-      case 0:
-        add({{"RID", id(6)}});
-        break;
-      case 1:
-        add({{"LOC", id(3)}});
-        break;
-      default:
-        add({{"RCOP", "0"}, {"RCA", "10"}, {"LOC", "1"}, {"RTI", "1"}});
-    }
-    add({{"BTID", id(3)}});
+    const unsigned place = below(3);
+    if (place == 0) add({{"RID", id(6)}});
+    if (place == 1) add({{"LOC", id(3)}});
+    if (place == 2) add({{"RCOP", "0"}, {"RCA", "10"}, {"LOC", "1"}, {"RTI", "1"}});
+    add({{"BTID", place == 1 ? "3" : id(2)}});
     for (unsigned more = below(3); more > 0; --more) add({{"EID", id(10)}});
     if (below(3) == 0) add({{"ETI", id(2)}, {"IFL", "N"}});
     for (unsigned more = below(3); more > 0; --more) {
-      if (below(3) == 0) {
-        add({{"MTID", "1"}, {"BI", id(2)}, {"MI", "0"}, {"IM", "0"}});
-      } else {
-        add({{"MTID", "1"}, {"BI", "1"}, {"MI", "1"}, {"IM", id(5)}});
-      }
+      const bool wish = below(3) == 0;
+      add({{"MTID", "1"}, {"BI", wish ? id(2) : "1"}, {"MI", wish ? "0" : "1"}, {"IM", wish ? "0" : id(5)}});
     }
     add({{"SCHCOM", value()}, {"ODE", "0"}, {"OPU", "0"}, {"WIZ", "N"}, {"UTIME", "0"}, {"CTIME", "5"}});
     return message;
@@ -236,8 +217,9 @@ std::string bodyOf(const std::vector<TagValue>& message) {
   return nlohmann::json{{"tags", pairs}}.dump();
 }
 
-TEST_P(Faults, TenThousandMessagesOfNonsenseWriteNothingHalf) {
-  constexpr unsigned seed = 20260302;
+/// Ten thousand in all, other ones on each database.
+TEST_P(Faults, ThousandsOfMessagesOfNonsenseWriteNothingHalf) {
+  const unsigned seed = onSqlite() ? 20260302 : 20260303;
   std::cout << "seed " << seed << '\n';
   Nonsense nonsense(library(), seed);
   Server::Options options;
@@ -249,9 +231,9 @@ TEST_P(Faults, TenThousandMessagesOfNonsenseWriteNothingHalf) {
   test::WireClient client(server.port());
   std::map<std::string, int> done;
   std::map<int, int> answers;
-  for (int number = 0; number < 10'000; ++number) {
-    if (number % 250 == 0) {  // the day goes on, so that some bookings come due and some are fetched
-      library().setNow(2, 9, number / 250 * 12);
+  for (int number = 0; number < 5'000; ++number) {
+    if (number % 125 == 0) {  // the day goes on, so that some bookings come due and some are fetched
+      library().setNow(2, 9, number / 125 * 12);
       library().runner().keepHouse();
       client.token = library().token("desk");
     }
@@ -271,10 +253,10 @@ TEST_P(Faults, TenThousandMessagesOfNonsenseWriteNothingHalf) {
     if (number % 500 != 499) continue;
     ASSERT_THAT(faultsOf(library()), testing::IsEmpty());
   }
-  EXPECT_GT(answers[-98], 1000);
-  EXPECT_GT(answers[400], 400);
+  EXPECT_GT(answers[-98], 500);
+  EXPECT_GT(answers[400], 200);
   for (const char* code : {"NEWBK", "UPDBK", "CBK", "DBK", "CANBK"}) {
-    EXPECT_GT(done[code], 50) << code << ": some of it makes sense after all";
+    EXPECT_GT(done[code], 40) << code << ": some of it makes sense after all";
   }
 }
 

@@ -11,73 +11,49 @@
 namespace vantry::server {
 namespace {
 
-/// What grows with the days, and with the library.
-const std::set<std::string> growing{"bookings",
-                                    "booking_items",
-                                    "booking_equipment",
-                                    "occupancy",
-                                    "maintenance",
-                                    "sessions",
-                                    "login_failures",
-                                    "replies",
-                                    "audit",
-                                    "equipment",
-                                    "equipment_barcodes",
-                                    "items",
-                                    "titles",
-                                    "holdings",
-                                    "patrons",
-                                    "patron_barcodes",
-                                    "catalogue_keys",
-                                    "marc_records"};
+/// What grows with the days and with the library. Of the tries to log on no more than five minutes are kept.
+constexpr std::string_view growing =
+    " bookings booking_items booking_equipment occupancy maintenance sessions replies audit equipment "
+    "equipment_barcodes items titles holdings patrons patron_barcodes catalogue_keys marc_records ";
 
-/// Requests that walk through such a table nevertheless.
-const std::set<std::pair<std::string, std::string>> walksAllowed{
-    {"GETMYER", "maintenance"},
-    {"accounts", "login_failures"},  // deliberate: housekeeping leaves the tries of five minutes in it
-};
+bool grows(const std::string& table) {
+  return growing.find(" " + table + " ") != std::string_view::npos;
+}
 
-/// What PostgreSQL must find much of, lest it read all of it for being short.
+/// What PostgreSQL must find much of, and of many kinds, lest it think an index not worth its while.
 constexpr std::string_view many[] = {
     "patrons (last_name, search_name) select 'N' || n, 'n' || n",
     "patron_barcodes (patron_id, patron_group_id, barcode, status_id) select n, 1, 'Q' || n, 1",
-    "equipment (equipment_type_id, number, location_id, room_id, created_at) select n % 4 + 1, 'X' || n, 1, "
-    "3, 0",
+    "equipment_types (name) select 'K' || n",
+    "equipment (equipment_type_id, group_id, number, location_id, room_id, created_at) "
+    "select n % 1000 + 1, case when n % 5 > 0 then n - n % 5 end, 'X' || n, 1, 3, 0",
     "equipment_barcodes (equipment_id, barcode, status_id) select n, 'F' || n, 1",
     "titles (title, search_title, is_indexed) select 'T' || n, 't' || n, 1",
     "holdings (title_id, location_id, search_call_number, call_number_kind) select n, 1, 'c' || n, 'MLC#'",
     "items (holding_id, title_id, location_id, barcode) select n, n, 1, 'L' || n",
     "catalogue_keys (kind, word, title_id) select 1, 'w' || n, n",
-    "marc_records (title_id, record) select n, ''",
+    "marc_records (title_id, holding_id, record) select n, case when n % 2 = 0 then n end, ''",
     "bookings (location_id, booking_type, status, patron_id, room_id, starts_at, ends_at, created_at, "
-    "updated_at, "
-    "setup_staff_id, cleanup_staff_id, pickup_patron_id, room_charged_at) select 1, 1, 99, n, n % 3 + 1, "
-    "1770000000 + n * 3600, 1770003600 + n * 3600, 0, 0, n, n, n, 0",
+    "updated_at, setup_staff_id, cleanup_staff_id, pickup_patron_id, room_charged_at) "
+    "select 1, 1, 99, n, n % 3 + 1, 1770000000 + n * 3600, 1770003600 + n * 3600, 0, 0, n, n, n, 0",
     "booking_items (booking_id, place, title_id, item_id, charged_at) select n, 1, n, n, 0",
-    "booking_equipment (booking_id, place, equipment_id, equipment_type_id, charged_at) select n, 1, n "
-    "+ 20, 1, 0",
-    "occupancy (kind, thing, family, starts_at, ends_at, booking_id) select 11, n, n, n * 3600, n * 3600 + "
-    "3600, n",
+    "booking_equipment (booking_id, place, equipment_id, equipment_type_id, charged_at, returned_at) "
+    "select n, 1, n % 4000 + 20, 1, 0, case when n % 10 > 0 then 0 end",
+    "occupancy (kind, thing, family, starts_at, ends_at, booking_id, line_id) "
+    "select 11 + n % 2, n, n, n * 3600, n * 3600 + 3600, n, n",
     "maintenance (equipment_id, came_in_on, created_at) select n, n * 86400, 0",
     "sessions (token, operator_id, expires_at) select 't' || n, 1, n",
-    "login_failures (login, address, at) select 'l' || n, 'a' || n, n",
     "replies (operator_id, request_id, code, reply, at) select 1, 'i' || n, 'C', '', n",
     "audit (at, action, subject, detail) select n, '', '', ''",
 };
 
-std::vector<std::string> linesOf(Connection& db, const std::string& explain, bool postgresql) {
+/// The last column of each row of a plan.
+std::vector<std::string> planOf(Connection& db, const std::string& explain, int columns) {
   std::vector<std::string> lines;
-  std::string id;
-  std::string parent;
-  std::string unused;
-  std::string detail;
+  std::vector<std::string> row(static_cast<std::size_t>(columns));
   Query query(db, explain);
-  if (postgresql) {
-    query.into(detail);
-  } else {
-    query.into(id, parent, unused, detail);
-  }
-  while (query.next()) lines.push_back(detail);
+  for (std::string& each : row) query.into(each);
+  while (query.next()) lines.push_back(row.back());
   return lines;
 }
 
@@ -99,8 +75,8 @@ std::map<std::string, std::string> namesIn(const std::string& sql) {
   std::istringstream words(sql);
   for (std::string word; words >> word; before = word) {
     word = word.substr(0, word.find_first_of(",();"));
-    if (growing.contains(before)) names[word] = before;
-    if (growing.contains(word)) names[word] = word;
+    if (grows(before)) names[word] = before;
+    if (grows(word)) names[word] = word;
   }
   return names;
 }
@@ -113,14 +89,19 @@ std::string wordBehind(const std::string& line, std::string_view mark) {
   return line.substr(from, line.find(' ', from) - from);
 }
 
+/// Who wants the first row in the order of an index walks through nothing.
+bool takesFirstRow(const std::string& sql) {
+  return sql.ends_with(" limit 1") && sql.find(" where ") == std::string::npos;
+}
+
 /// SQLite says SCAN where it reads a table, or a whole index of it, from the beginning to the end.
 std::set<std::string> walksOfSqlite(Connection& db, const std::string& sql) {
   std::set<std::string> walked;
   const std::map<std::string, std::string> names = namesIn(sql);
-  for (const std::string& line : linesOf(db, "explain query plan " + withValues(sql, "1"), false)) {
-    if (!line.starts_with("SCAN ")) continue;
+  for (const std::string& line : planOf(db, "explain query plan " + withValues(sql, "1"), 4)) {
     const auto found = names.find(wordBehind(line, "SCAN "));
-    if (found != names.end()) walked.insert(found->second);
+    const bool inOrder = takesFirstRow(sql) && line.find(" INDEX ") != std::string::npos;
+    if (found != names.end() && !inOrder) walked.insert(found->second);
   }
   return walked;
 }
@@ -129,15 +110,14 @@ std::set<std::string> walksOfSqlite(Connection& db, const std::string& sql) {
 /// or reads a whole index, which then has no condition.
 std::set<std::string> walksOfPostgresql(Connection& db, const std::string& sql) {
   std::set<std::string> walked;
-  const std::vector<std::string> plan = linesOf(db, "explain (costs off) " + withValues(sql, "'1'"), true);
+  const std::vector<std::string> plan = planOf(db, "explain (costs off) " + withValues(sql, "'1'"), 1);
   for (std::size_t at = 0; at < plan.size(); ++at) {
     const bool bound = at + 1 < plan.size() && plan[at + 1].find("Index Cond:") != std::string::npos;
-    const bool scans =
-        plan[at].find("Scan using") != std::string::npos || plan[at].find("Seq Scan") != std::string::npos;
-    if (scans && !bound && growing.contains(wordBehind(plan[at], " on ")))
-      walked.insert(wordBehind(plan[at], " on "));
-    const bool wholeIndex = plan[at].find("Bitmap Index Scan") != std::string::npos && !bound;
-    if (wholeIndex) walked.insert("by " + wordBehind(plan[at], " on "));
+    const bool byIndex = plan[at].find("Scan using") != std::string::npos;
+    const bool scans = byIndex || plan[at].find("Seq Scan") != std::string::npos;
+    const std::string table = wordBehind(plan[at], " on ");
+    if (scans && !bound && grows(table) && !(byIndex && takesFirstRow(sql))) walked.insert(table);
+    if (plan[at].find("Bitmap Index Scan") != std::string::npos && !bound) walked.insert("by " + table);
   }
   return walked;
 }
@@ -237,8 +217,7 @@ TEST_P(QueryPlans, ReachGrowingTablesByTheirIndexes) {
     if (!sqlite) fillForPlanning(db);
     for (const auto& [sql, code] : asked) {
       for (const std::string& table : sqlite ? walksOfSqlite(db, sql) : walksOfPostgresql(db, sql)) {
-        EXPECT_TRUE(walksAllowed.contains({code, table}))
-            << code << " walks through " << table << ":\n  " << sql;
+        ADD_FAILURE() << code << " walks through " << table << ":\n  " << sql;
       }
     }
   });

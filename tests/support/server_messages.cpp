@@ -20,7 +20,6 @@ struct Sample {
 constexpr std::array samples{
     Sample{tags::SRCHTAG, "1", "CATFIND"},
     Sample{tags::ETIME_, "2026-03-03 11:00:00"},
-    Sample{tags::BTID, "3"},
     Sample{tags::PPID, "0"},
     Sample{tags::ODE, "0"},
     Sample{tags::OPU, "0"},
@@ -72,7 +71,7 @@ class Completion {
     if (pattern_.match(message).sound && carries(message, wanted_)) return true;
     for (const TagPattern::Use& use : pattern_.uses()) {
       if (carries(message, use.tag)) continue;
-      message.push_back({std::string(use.tag), sampleOf(use, row_.code)});
+      message.push_back({std::string(use.tag), valueOf(use)});
       if (pattern_.match(message).reached == message.size() && complete()) return true;
       message.pop_back();
     }
@@ -82,6 +81,12 @@ class Completion {
   std::vector<TagValue> message;
 
  private:
+  /// The type of a booking goes by its place.
+  [[nodiscard]] std::string valueOf(const TagPattern::Use& use) const {
+    if (use.tag != tags::BTID) return sampleOf(use, row_.code);
+    return carries(message, tags::RID) || carries(message, tags::RTI) ? "1" : "3";
+  }
+
   const RequestRow& row_;
   TagPattern pattern_{row_.sent};
   std::string_view wanted_;
