@@ -115,22 +115,12 @@ class Nonsense {
     for (unsigned change = 1 + below(3); change > 0 && !message.empty(); --change) {
       const auto at = message.begin() + below(static_cast<unsigned>(message.size()));
       const auto other = message.begin() + below(static_cast<unsigned>(message.size()));
-      switch (below(6)) {
-        case 0:
-          message.erase(at);
-          break;
-        case 1:
-          message.insert(at, TagValue(*other));
-          break;
-        case 2:
-          std::iter_swap(at, other);
-          break;
-        case 3:
-          at->tag = tagTable()[below(static_cast<unsigned>(tagTable().size()))].tag;
-          break;
-        default:
-          at->value = value();
-      }
+      const unsigned way = below(6);
+      if (way == 0) message.erase(at);
+      if (way == 1) message.insert(at, TagValue(*other));
+      if (way == 2) std::iter_swap(at, other);
+      if (way == 3) at->tag = tagTable()[below(static_cast<unsigned>(tagTable().size()))].tag;
+      if (way > 3) at->value = value();
     }
   }
 
@@ -138,19 +128,11 @@ class Nonsense {
   void spoilBytes(std::string& body) {
     for (unsigned change = 1 + below(3); change > 0; --change) {
       const std::size_t at = below(static_cast<unsigned>(body.size() + 1));
-      switch (below(4)) {
-        case 0:
-          body.insert(at, oneOf("\"|]|[|{|,|\\u0000|\\ud800|\xff|\xc3|0|null|1e999"));
-          break;
-        case 1:
-          body.erase(at, below(8));
-          break;
-        case 2:
-          if (at < body.size()) body[at] = static_cast<char>(below(256));
-          break;
-        default:
-          body.insert(at, body.substr(below(static_cast<unsigned>(body.size() + 1)), below(40)));
-      }
+      const unsigned way = below(4);
+      if (way == 0) body.insert(at, oneOf("\"|]|[|{|,|\\u0000|\\ud800|\xff|\xc3|0|null|1e999"));
+      if (way == 1) body.erase(at, below(8));
+      if (way == 2 && at < body.size()) body[at] = static_cast<char>(below(256));
+      if (way == 3) body.insert(at, body.substr(below(static_cast<unsigned>(body.size() + 1)), below(40)));
     }
   }
 
