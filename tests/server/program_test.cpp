@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "server/migrations.h"
 #include "support/server_case.h"
 #include "support/server_marc_file.h"
 
@@ -34,20 +35,12 @@ struct Outcome {
 /// The program as it serves, until the end of the test.
 class Serving {
  public:
-  Serving(const std::string& database, const std::string& log) : child_(fork()) {
+  Serving(const std::string& database, std::string log) : log_(std::move(log)), child_(fork()) {
     if (child_ == 0) {
-      if (freopen(log.c_str(), "w", stdout) == nullptr) _exit(9);
+      if (freopen(log_.c_str(), "w", stdout) == nullptr) _exit(9);
       execl(VANTRY_SERVER_PROGRAM, "vantry-server", "--database", database.c_str(), "serve", "--port", "0",
             nullptr);
       _exit(9);
-    }
-    for (int wait = 0; wait < 2000 && port == 0; ++wait) {
-      std::string line;
-      std::ifstream file(log);
-      std::getline(file, line);
-      const std::size_t at = line.find(" port ");
-      if (at != std::string::npos && !file.eof()) port = std::stoi(line.substr(at + 6));
-      if (port == 0) usleep(10'000);
     }
   }
   ~Serving() { end(SIGKILL); }
@@ -64,9 +57,23 @@ class Serving {
     return status;
   }
 
-  int port = 0;
+  /// Waits until it listens; 0 when it ended before.
+  int port() {
+    for (int wait = 0; wait < 2000 && port_ == 0 && child_ > 0; ++wait) {
+      std::stringstream text;
+      text << std::ifstream(log_).rdbuf();
+      const std::size_t at = text.str().find(" port ");
+      const bool whole = at != std::string::npos && text.str().find('\n', at) != std::string::npos;
+      if (whole) port_ = std::stoi(text.str().substr(at + 6));
+      if (waitpid(child_, nullptr, WNOHANG) == child_) child_ = 0;
+      if (port_ == 0) usleep(10'000);
+    }
+    return port_;
+  }
 
  private:
+  int port_ = 0;
+  std::string log_;
   pid_t child_;
 };
 
@@ -208,8 +215,8 @@ TEST_F(ProgramTest, TakesOneListOfRightsAndTrimsNames) {
 TEST_F(ProgramTest, WhatItChangesForOperatorsIsWrittenAndHoldsAtOnce) {
   makeLibrary();
   Serving serving(database, folder.file("log"));
-  ASSERT_NE(serving.port, 0);
-  WireClient client(serving.port);
+  ASSERT_NE(serving.port(), 0);
+  WireClient client(serving.port());
   EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
   EXPECT_EQ(run("operator password dana", "another-password\n").code, 0);
   EXPECT_EQ(client.send("GETLOCS", {}).status, 401) << "the new password ended the session";
@@ -244,13 +251,13 @@ TEST_F(ProgramTest, ARequestRunsOnceThoughTheServerDiesOverIt) {
   };
   {
     Serving first(database, folder.file("log1"));
-    WireClient client(first.port);
+    WireClient client(first.port());
     ASSERT_EQ(client.login("dana", "a-good-password").status, 200);
     ASSERT_EQ(client.send("SLL", {{"LOC", "1"}}).rc, 0);
     token = client.token;
     Database(database).write([&](Connection& db) {
       db.run("update patrons set fees = 1");
-      std::thread waiting([&] { EXPECT_THROW(ask(first.port), std::runtime_error); });
+      std::thread waiting([&] { EXPECT_THROW(ask(first.port()), std::runtime_error); });
       usleep(300'000);
       first.end(SIGKILL);
       waiting.join();
@@ -259,11 +266,11 @@ TEST_F(ProgramTest, ARequestRunsOnceThoughTheServerDiesOverIt) {
   EXPECT_EQ(value("select cancelled_bookings from patrons"), "0");
   {
     Serving second(database, folder.file("log2"));
-    EXPECT_EQ(ask(second.port).rc, 0);
+    EXPECT_EQ(ask(second.port()).rc, 0);
     second.end(SIGKILL);
   }
   Serving third(database, folder.file("log3"));
-  EXPECT_EQ(ask(third.port).rc, 0) << "the stored reply, as if the first had been lost";
+  EXPECT_EQ(ask(third.port()).rc, 0) << "the stored reply, as if the first had been lost";
   EXPECT_EQ(value("select cancelled_bookings from patrons"), "1");
 }
 
@@ -277,6 +284,25 @@ TEST_F(ProgramTest, TellsOfADatabaseThatCannotBeUsedInASentence) {
     EXPECT_EQ(outcome.text, "vantry-server: The database \"" + database +
                                 "\" is no database of this program: the file holds something else.\n")
         << command;
+  }
+}
+
+class TwoPrograms : public testing::TestWithParam<std::string> {};
+INSTANTIATE_TEST_SUITE_P(Databases, TwoPrograms, eachDatabase, databaseName);
+
+TEST_P(TwoPrograms, ThatStartAtOnceOnAnEmptyDatabaseBothServe) {
+  if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+  for (int round = 0; round < 3; ++round) {
+    const TempFolder logs;
+    const TestStore store(GetParam());
+    Serving first(store.url(), logs.file("first"));
+    Serving second(store.url(), logs.file("second"));
+    const int ports[] = {first.port(), second.port()};
+    ASSERT_NE(ports[0], 0);
+    ASSERT_NE(ports[1], 0);
+    EXPECT_EQ(WireClient(ports[0]).get("/v1/health").body, WireClient(ports[1]).get("/v1/health").body)
+        << "with one key";
+    EXPECT_EQ(schemaVersion(*std::make_unique<Database>(store.url())), std::ssize(migrations()));
   }
 }
 
@@ -332,8 +358,8 @@ TEST_F(ProgramTest, TakesNoPasswordOnTheCommandLine) {
 TEST_F(ProgramTest, ServesUntilItIsToldToEndAndIsCopiedMeanwhile) {
   makeLibrary();
   Serving serving(database, folder.file("log"));
-  ASSERT_NE(serving.port, 0);
-  WireClient client(serving.port);
+  ASSERT_NE(serving.port(), 0);
+  WireClient client(serving.port());
   EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
   EXPECT_EQ(client.send("SLL", {{"LOC", "1"}}).rc, 0);
   const std::string copy = folder.file("copy.sqlite");

@@ -11,13 +11,14 @@
 namespace vantry::server {
 namespace {
 
-using test::ServerCase;
+using test::ServerOnEachDatabase;
 using test::WireAnswer;
 using test::WireClient;
 
-using ReplayTest = ServerCase;
+class ReplayTest : public ServerOnEachDatabase {};
+INSTANTIATE_TEST_SUITE_P(Databases, ReplayTest, eachDatabase, databaseName);
 
-TEST_F(ReplayTest, ARepeatedIdGetsTheFirstReplyAgain) {
+TEST_P(ReplayTest, ARepeatedIdGetsTheFirstReplyAgain) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   auto client = this->client();
   const WireAnswer first = client->send("CANBK", {{"BOOKID", "1"}}, "once");
@@ -28,7 +29,7 @@ TEST_F(ReplayTest, ARepeatedIdGetsTheFirstReplyAgain) {
   EXPECT_EQ(value("select cancelled_bookings from patrons where id = 1"), "1");
 }
 
-TEST_F(ReplayTest, ItIsKnownToTheOtherServersAndAfterARestart) {
+TEST_P(ReplayTest, ItIsKnownToTheOtherServersAndAfterARestart) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   auto client = this->client();
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
@@ -43,7 +44,7 @@ TEST_F(ReplayTest, ItIsKnownToTheOtherServersAndAfterARestart) {
   EXPECT_EQ(later.send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
 }
 
-TEST_F(ReplayTest, AReplyLostWithItsSessionIsStillThereForTheOperatorsNextOne) {
+TEST_P(ReplayTest, AReplyLostWithItsSessionIsStillThereForTheOperatorsNextOne) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   auto client = this->client();
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
@@ -53,7 +54,7 @@ TEST_F(ReplayTest, AReplyLostWithItsSessionIsStillThereForTheOperatorsNextOne) {
   EXPECT_EQ(value("select cancelled_bookings from patrons where id = 1"), "1") << "it ran once";
 }
 
-TEST_F(ReplayTest, ItBelongsToOneOperatorAndToOneCode) {
+TEST_P(ReplayTest, ItBelongsToOneOperatorAndToOneCode) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   auto client = this->client();
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
@@ -62,7 +63,7 @@ TEST_F(ReplayTest, ItBelongsToOneOperatorAndToOneCode) {
   EXPECT_EQ(this->client("view")->send("CANBK", {{"BOOKID", "1"}}, "once").rc, -96) << "his own answer";
 }
 
-TEST_F(ReplayTest, ManyAtOnceRunOnce) {
+TEST_P(ReplayTest, ManyAtOnceRunOnce) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   auto client = this->client();
   std::atomic<int> good = 0;
@@ -79,7 +80,7 @@ TEST_F(ReplayTest, ManyAtOnceRunOnce) {
   EXPECT_EQ(value("select cancelled_bookings from patrons where id = 1"), "1");
 }
 
-TEST_F(ReplayTest, StoredRepliesGoAfterADay) {
+TEST_P(ReplayTest, StoredRepliesGoAfterADay) {
   auto client = this->client();
   client->send("CANBK", {{"BOOKID", "77"}}, "old");
   EXPECT_EQ(value("select count(*) from replies where request_id = 'old'"), "1");

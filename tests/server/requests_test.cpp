@@ -10,18 +10,19 @@ namespace vantry::server {
 namespace {
 
 using test::Record;
-using test::ServerCase;
+using test::ServerOnEachDatabase;
 using test::WireAnswer;
 using testing::ElementsAre;
 
-class RequestsTest : public ServerCase {
+class RequestsTest : public ServerOnEachDatabase {
  protected:
   WireAnswer bookingsOf(const std::string& date, const std::string& history = "N") {
     return client()->send("BOOKDAY", {{"DATE", date}, {"HBK", history}});
   }
 };
+INSTANTIATE_TEST_SUITE_P(Databases, RequestsTest, eachDatabase, databaseName);
 
-TEST_F(RequestsTest, RllTellsTheOperatorsOwnLocations) {
+TEST_P(RequestsTest, RllTellsTheOperatorsOwnLocations) {
   auto client = this->client();
   const WireAnswer answer = client->send("RLL", {{"OI", "all"}});
   EXPECT_THAT(answer.records, ElementsAre(Record{{"LNA", "Branch"}, {"LOC", "2"}, {"OLN", "City Library"}},
@@ -30,7 +31,7 @@ TEST_F(RequestsTest, RllTellsTheOperatorsOwnLocations) {
   EXPECT_EQ(client->send("RLL", {{"OI", "view"}}).rc, -96) << "nobody asks for somebody else";
 }
 
-TEST_F(RequestsTest, SllTellsEveryRightAsYesOrNo) {
+TEST_P(RequestsTest, SllTellsEveryRightAsYesOrNo) {
   const WireAnswer answer = client("view")->send("SLL", {{"LOC", "1"}});
   EXPECT_EQ(answer.head.size(), 37U) << "38 places, of which two are one right";
   EXPECT_EQ(answer.head.at("BKV"), "Y");
@@ -38,7 +39,7 @@ TEST_F(RequestsTest, SllTellsEveryRightAsYesOrNo) {
   EXPECT_EQ(answer.head.at("EBM"), "N");
 }
 
-TEST_F(RequestsTest, GetopsCountsTheBookingsThatAreAssignedAndNotOver) {
+TEST_P(RequestsTest, GetopsCountsTheBookingsThatAreAssignedAndNotOver) {
   sql("insert into staff (patron_id, active) values (1, 1), (2, 0)");
   addBooking("2026-11-24 13:00:00", "2026-11-24 14:00:00",
              {{"setup_staff_id", "1"}, {"cleanup_staff_id", "1"}});
@@ -49,7 +50,7 @@ TEST_F(RequestsTest, GetopsCountsTheBookingsThatAreAssignedAndNotOver) {
                           Record{{"PID", "2"}, {"PATNM", "Quiet, Quentin"}, {"PSTS", "N"}, {"BCNT", "0"}}));
 }
 
-TEST_F(RequestsTest, CategoriesCountWhatStandsUnderThem) {
+TEST_P(RequestsTest, CategoriesCountWhatStandsUnderThem) {
   sql("insert into room_types (id, name, storage) values (1, 'Hall', 0), (2, 'Store', 1)");
   sql("insert into rooms (id, location_id, room_type_id, number, name, created_at) values (1, 1, 1, '1', "
       "'Hall 1', 0)");
@@ -67,7 +68,7 @@ TEST_F(RequestsTest, CategoriesCountWhatStandsUnderThem) {
                           Record{{"RTI", "2"}, {"RTY", "Store"}, {"MIC", "0"}, {"RST", "Y"}}));
 }
 
-TEST_F(RequestsTest, GetmyerListsTheYearsThatHoldMaintenanceTheLatestFirst) {
+TEST_P(RequestsTest, GetmyerListsTheYearsThatHoldMaintenanceTheLatestFirst) {
   sql("insert into equipment_types (id, name) values (1, 'TV')");
   sql("insert into equipment (id, equipment_type_id, number, location_id, created_at) values (1, 1, 'TV1', "
       "1, 0)");
@@ -79,7 +80,7 @@ TEST_F(RequestsTest, GetmyerListsTheYearsThatHoldMaintenanceTheLatestFirst) {
   EXPECT_THAT(client()->send("GETMYER", {}).all("MYE"), ElementsAre("2026", "2024"));
 }
 
-TEST_F(RequestsTest, BookdayGivesTheRowsOfOneDayOfTheSessionsDesk) {
+TEST_P(RequestsTest, BookdayGivesTheRowsOfOneDayOfTheSessionsDesk) {
   sql("insert into room_types (id, name) values (1, 'Hall')");
   sql("insert into rooms (id, location_id, room_type_id, number, name, created_at) values (5, 1, 1, '5', "
       "'Hall 5', 0)");
@@ -112,13 +113,13 @@ TEST_F(RequestsTest, BookdayGivesTheRowsOfOneDayOfTheSessionsDesk) {
   EXPECT_EQ(client("all", 2)->send("BOOKDAY", {{"DATE", "2026-11-24"}, {"HBK", "N"}}).records.size(), 1U);
 }
 
-TEST_F(RequestsTest, BookdayNamesAPatronWhoAskedForPrivacyOnlyWhileTheBookingRuns) {
+TEST_P(RequestsTest, BookdayNamesAPatronWhoAskedForPrivacyOnlyWhileTheBookingRuns) {
   addBooking("2026-11-24 08:00:00", "2026-11-24 09:00:00", {{"patron_id", "2"}, {"status", "99"}});
   addBooking("2026-11-24 09:00:00", "2026-11-24 10:00:00", {{"patron_id", "2"}, {"status", "1"}});
   EXPECT_THAT(bookingsOf("2026-11-24").all("REQ"), ElementsAre("Quiet, Quentin", "-1"));
 }
 
-TEST_F(RequestsTest, HistoryComesWhenAskedForAndAllowed) {
+TEST_P(RequestsTest, HistoryComesWhenAskedForAndAllowed) {
   addBooking("2026-11-20 08:00:00", "2026-11-20 09:00:00", {{"status", "1"}});
   addBooking("2026-11-20 09:00:00", "2026-11-20 10:00:00", {{"status", "999"}});
   addBooking("2026-11-20 10:00:00", "2026-11-24 08:00:00", {{"status", "1"}});
@@ -128,7 +129,7 @@ TEST_F(RequestsTest, HistoryComesWhenAskedForAndAllowed) {
   EXPECT_THAT(bookingsOf("2026-11-20", "Y").all("BOOKID"), ElementsAre("2", "3"));
 }
 
-TEST_F(RequestsTest, BookmthCountsTheDaysOfAMonthAndOfAYear) {
+TEST_P(RequestsTest, BookmthCountsTheDaysOfAMonthAndOfAYear) {
   addBooking("2026-11-01 08:00:00", "2026-11-01 09:00:00", {{"status", "999"}});
   addBooking("2026-11-30 23:00:00", "2026-12-01 09:00:00");
   addBooking("2026-11-30 08:00:00", "2026-11-30 09:00:00");
@@ -146,7 +147,7 @@ TEST_F(RequestsTest, BookmthCountsTheDaysOfAMonthAndOfAYear) {
                           Record{{"MNTHS", "12"}, {"DAY", "1"}, {"BCNT", "1"}}));
 }
 
-TEST_F(RequestsTest, ACancelFreesTheThingsCountsForThePatronAndStampsTheBooking) {
+TEST_P(RequestsTest, ACancelFreesTheThingsCountsForThePatronAndStampsTheBooking) {
   const std::int64_t id =
       addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00", {{"updated_at", std::to_string(now + 5)}});
   sql("insert into occupancy (kind, thing, family, starts_at, ends_at, booking_id) values (1, 1, 1, 1, 2, "
@@ -165,7 +166,7 @@ TEST_F(RequestsTest, ACancelFreesTheThingsCountsForThePatronAndStampsTheBooking)
   EXPECT_EQ(value("select cancelled_bookings from patrons where id = 1"), "1");
 }
 
-TEST_F(RequestsTest, WhatIsOutStopsCancelAndDeletionAlsoWithoutTheQuestionBefore) {
+TEST_P(RequestsTest, WhatIsOutStopsCancelAndDeletionAlsoWithoutTheQuestionBefore) {
   addBooking("2026-11-24 08:00:00", "2026-11-24 19:00:00", {{"status", "99"}});
   addBooking("2026-11-24 08:00:00", "2026-11-24 19:00:00", {{"status", "99"}});
   sql("insert into equipment_types (id, name) values (1, 'TV')");
@@ -185,7 +186,7 @@ TEST_F(RequestsTest, WhatIsOutStopsCancelAndDeletionAlsoWithoutTheQuestionBefore
   EXPECT_EQ(value("select count(*) from bookings where status = 99"), "2");
 }
 
-TEST_F(RequestsTest, ADeletionTakesTheLinesAlongAndTheNumberNeverComesAgain) {
+TEST_P(RequestsTest, ADeletionTakesTheLinesAlongAndTheNumberNeverComesAgain) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   sql("insert into titles (id, title, search_title) values (1, 'T', 't')");
   sql("insert into booking_items (booking_id, place, title_id) values (1, 1, 1)");
@@ -196,7 +197,7 @@ TEST_F(RequestsTest, ADeletionTakesTheLinesAlongAndTheNumberNeverComesAgain) {
   EXPECT_EQ(addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00"), 2);
 }
 
-TEST_F(RequestsTest, CalendarsTellTheirWeekAndTheirExceptions) {
+TEST_P(RequestsTest, CalendarsTellTheirWeekAndTheirExceptions) {
   const std::string first = std::to_string(parseMoment("2026-01-01").value());
   const std::string last = std::to_string(parseMoment("2026-12-31").value());
   sql("insert into calendars (id, location_id, kind, description, starts_on, ends_on) values (1, 1, 0, "

@@ -10,24 +10,28 @@
 namespace vantry::server {
 namespace {
 
-using test::ServerCase;
+using test::ServerOnEachDatabase;
 using test::Tags;
 
-class RightsTest : public ServerCase {
+class RightsTest : public ServerOnEachDatabase {
  protected:
   void setRightsOfView(const std::vector<std::string>& codes) {
-    Database store(database);
-    store.write([&](Connection& db) { setRights(db, "view", "Main", codes, now); });
+    if (!store_) store_ = std::make_unique<Database>(database);
+    store_->write([&](Connection& db) { setRights(db, "view", "Main", codes, now); });
   }
 
   int refusals(std::string_view code) {
     return std::stoi(value("select count(*) from audit where action = 'right missing' and subject = '" +
                            std::string(code) + "'"));
   }
+
+ private:
+  std::unique_ptr<Database> store_;
 };
+INSTANTIATE_TEST_SUITE_P(Databases, RightsTest, eachDatabase, databaseName);
 
 /// Empty messages do: the right is looked at before the message, and most of them then lack a tag.
-TEST_F(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed) {
+TEST_P(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed) {
   auto client = this->client("view");
   int guarded = 0;
   for (const RequestRow& row : requestTable()) {
@@ -56,7 +60,7 @@ TEST_F(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed
   EXPECT_GT(guarded, 20);
 }
 
-TEST_F(RightsTest, ARefusedRequestChangesNothing) {
+TEST_P(RightsTest, ARefusedRequestChangesNothing) {
   addBooking("2026-11-24 09:00:00", "2026-11-24 10:00:00", {{"status", "99"}});
   auto client = this->client("view");
   for (const char* code : {"CANBK", "DELBK"}) {
@@ -66,7 +70,7 @@ TEST_F(RightsTest, ARefusedRequestChangesNothing) {
       << "out, or overdue by now";
 }
 
-TEST_F(RightsTest, AskingForTheLocationsOfSomebodyElseIsRefusedAndWritten) {
+TEST_P(RightsTest, AskingForTheLocationsOfSomebodyElseIsRefusedAndWritten) {
   auto client = this->client("view");
   EXPECT_EQ(client->send("RLL", {{"OI", "all"}}).rc, -96);
   EXPECT_EQ(refusals("RLL"), 1);
@@ -74,13 +78,13 @@ TEST_F(RightsTest, AskingForTheLocationsOfSomebodyElseIsRefusedAndWritten) {
   EXPECT_EQ(refusals("RLL"), 1);
 }
 
-TEST_F(RightsTest, ThereAreNoneBeforeALocationIsChosen) {
+TEST_P(RightsTest, ThereAreNoneBeforeALocationIsChosen) {
   auto client = stranger();
   client->login("all", "password-1");
   EXPECT_EQ(client->send("BOOKDAY", {{"DATE", "2026-11-24"}, {"HBK", "N"}}).rc, -96);
 }
 
-TEST_F(RightsTest, TheyHoldAtTheirLocationOnly) {
+TEST_P(RightsTest, TheyHoldAtTheirLocationOnly) {
   Database store(database);
   store.write([&](Connection& db) { setRights(db, "view", "Branch", {"BKCAN"}, now); });
   auto client = this->client("view", 1);
@@ -89,7 +93,7 @@ TEST_F(RightsTest, TheyHoldAtTheirLocationOnly) {
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}).rc, 2) << "no such booking, but the right is there";
 }
 
-TEST_F(RightsTest, AForeignLocationIsRefusedAndTheOldOneStays) {
+TEST_P(RightsTest, AForeignLocationIsRefusedAndTheOldOneStays) {
   auto client = this->client("view", 1);
   EXPECT_EQ(client->send("SLL", {{"LOC", "2"}}).rc, -96);
   EXPECT_EQ(client->send("SLL", {{"LOC", "99"}}).rc, -96);
@@ -97,7 +101,7 @@ TEST_F(RightsTest, AForeignLocationIsRefusedAndTheOldOneStays) {
   EXPECT_EQ(value("select count(*) from audit where action = 'location refused'"), "2");
 }
 
-TEST_F(RightsTest, AChangeHoldsForTheNextRequest) {
+TEST_P(RightsTest, AChangeHoldsForTheNextRequest) {
   auto client = this->client("view");
   setRightsOfView({"EQV"});
   EXPECT_EQ(client->send("BOOKDAY", {{"DATE", "2026-11-24"}, {"HBK", "N"}}).rc, -96);

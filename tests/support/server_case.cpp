@@ -132,7 +132,10 @@ void makeSmallLibrary(const std::string& url) {
   });
 }
 
-ServerCase::ServerCase() : database(folder.file("library.sqlite")), now(*parseMoment("2026-11-24 12:00:00")) {
+void ServerCase::SetUp() {
+  now = *parseMoment("2026-11-24 12:00:00");
+  place_ = std::make_unique<TestStore>(kind_);
+  database = place_->url();
   makeSmallLibrary(database);
   store_ = std::make_unique<Database>(database);
   start();
@@ -140,6 +143,11 @@ ServerCase::ServerCase() : database(folder.file("library.sqlite")), now(*parseMo
 
 ServerCase::~ServerCase() {
   stop();
+}
+
+void ServerOnEachDatabase::SetUp() {
+  if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+  ServerCase::SetUp();
 }
 
 Server::Options ServerCase::options() const {

@@ -13,6 +13,7 @@
 
 #include "server/database.h"
 #include "server/server.h"
+#include "support/server_desk_library.h"
 
 namespace vantry::server::test {
 
@@ -69,14 +70,15 @@ class WireClient {
   int requests_ = 0;
 };
 
-/// A running server on a small library in a folder of its own, at 2026-11-24 12:00:00 until the test moves
+/// A running server on a small library in a store of its own, at 2026-11-24 12:00:00 until the test moves
 /// its clock.
 ///
 /// Two desks of one library: "Main" (1) and "Branch" (2). Operators, all with the password "password-1":
 /// "all" with every right at both desks, "view" who may only look, at "Main".
 class ServerCase : public testing::Test {
  protected:
-  ServerCase();
+  explicit ServerCase(std::string kind = "sqlite") : kind_(std::move(kind)) {}
+  void SetUp() override;
   ~ServerCase() override;
 
   void start();
@@ -95,13 +97,22 @@ class ServerCase : public testing::Test {
   std::int64_t addBooking(const std::string& starts, const std::string& ends, const Record& fields = {});
 
   TempFolder folder;
-  std::string database;
+  std::string database;  ///< its address
   std::int64_t now = 0;
   std::unique_ptr<Server> server;
 
  private:
   [[nodiscard]] Server::Options options() const;
+  std::string kind_;
+  std::unique_ptr<TestStore> place_;
   std::unique_ptr<Database> store_;
+};
+
+/// The same on each kind of database that is offered.
+class ServerOnEachDatabase : public ServerCase, public testing::WithParamInterface<std::string> {
+ protected:
+  ServerOnEachDatabase() : ServerCase(GetParam()) {}
+  void SetUp() override;
 };
 
 /// Makes the small library in an empty database.

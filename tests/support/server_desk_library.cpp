@@ -130,6 +130,11 @@ std::string pairsText(const std::map<std::string, std::string>& pairs) {
   return text;
 }
 
+std::string nextId() {
+  static std::atomic<int> count = 0;
+  return "request " + std::to_string(++count);
+}
+
 std::string nextName() {
   static std::atomic<int> count = 0;
   return "vantry_" + std::to_string(getpid()) + "_" + std::to_string(++count);
@@ -238,15 +243,24 @@ Got DeskLibrary::send(const std::string& code, const std::string& tags, const st
 
 Got DeskLibrary::sendTo(RequestRunner& runner, const std::string& code, const std::string& tags,
                         const std::string& login) {
-  static std::atomic<int> count = 0;
-  return sendWithId(runner, "request " + std::to_string(++count), code, tags, login);
+  return sendWithId(runner, nextId(), code, tags, login);
 }
 
 Got DeskLibrary::sendWithId(RequestRunner& runner, const std::string& id, const std::string& code,
                             const std::string& tags, const std::string& login) {
   const std::vector<TagValue> read = readTags(tags);
-  const auto answer = runner.run({.token = tokens_.at(login), .code = code, .requestId = id, .tags = read});
-  if (answer.kind != RequestRunner::Answer::Kind::Done) throw std::runtime_error("no answer to " + code);
+  return answerTo(runner, {.token = tokens_.at(login), .code = code, .requestId = id, .tags = read});
+}
+
+Got DeskLibrary::run(const std::string& code, std::span<const TagValue> tags) {
+  const std::string id = nextId();
+  return answerTo(*runner_, {.token = tokens_.at("desk"), .code = code, .requestId = id, .tags = tags});
+}
+
+Got DeskLibrary::answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming) {
+  const auto answer = runner.run(incoming);
+  if (answer.kind != RequestRunner::Answer::Kind::Done)
+    throw std::runtime_error("no answer to " + std::string(incoming.code));
   return readReply(answer.json);
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,6 +62,8 @@ class DeskLibrary {
   /// The same under an id of the caller's, so that it can be sent again.
   Got sendWithId(RequestRunner& runner, const std::string& id, const std::string& code,
                  const std::string& tags, const std::string& login = "desk");
+  /// The same with tags of which the values may be anything.
+  Got run(const std::string& code, std::span<const TagValue> tags);
 
   void setNow(int dayOfMarch, int hours, int minutes = 0);
   void execute(const std::string& sql);
@@ -74,6 +77,7 @@ class DeskLibrary {
 
  private:
   std::string logOn(const std::string& login);
+  Got answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming);
 
   TestStore store_;
   std::shared_ptr<Moment> now_;
