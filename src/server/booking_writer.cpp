@@ -96,34 +96,13 @@ void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
   query.bind("wanted_capacity_op", draft.roomWish.atMost).bind("note", draft.note);
 }
 
-/// Takes each thing once, however many lines name it: a group may stand beside one of its members.
-class Taker {
- public:
-  Taker(Connection& db, std::int64_t bookingId, const Period& period)
-      : db_(db), bookingId_(bookingId), period_(period) {}
-
-  void take(const Thing& thing, std::optional<std::int64_t> line) {
-    const bool single = static_cast<int>(thing.kind) < 10;
-    if (single && !taken_.insert({static_cast<int>(thing.kind), thing.thing}).second) return;
-    addOccupancy(
-        db_, thing,
-        {.bookingId = bookingId_, .lineId = line, .startsAt = period_.from, .endsAt = period_.until});
+void takePiece(Connection& db, Occupier& occupier, const Piece& piece, std::int64_t line) {
+  occupier.take({ThingKind::Equipment, piece.id, piece.typeId}, line);
+  if (!piece.isGroup) return;
+  for (const Piece& member : membersOf(db, piece.id)) {
+    occupier.take({ThingKind::Equipment, member.id, member.typeId}, line);
   }
-
-  void takePiece(const Piece& piece, std::int64_t line) {
-    take({ThingKind::Equipment, piece.id, piece.typeId}, line);
-    if (!piece.isGroup) return;
-    for (const Piece& member : membersOf(db_, piece.id)) {
-      take({ThingKind::Equipment, member.id, member.typeId}, line);
-    }
-  }
-
- private:
-  Connection& db_;
-  std::int64_t bookingId_;
-  Period period_;
-  std::set<std::pair<int, std::int64_t>> taken_;
-};
+}
 
 std::int64_t insertPiece(Connection& db, std::int64_t bookingId, std::int64_t place,
                          const ResolvedPiece& line) {
@@ -164,29 +143,34 @@ void setCounts(Connection& db, std::int64_t bookingId, const ResolvedThings& thi
   query.bind("equipment_count", static_cast<std::int64_t>(booked)).bind("id", bookingId).run();
 }
 
-void takeRoom(Connection& db, const BookingDraft& draft, Taker& taker) {
+void takeRoom(Connection& db, const BookingDraft& draft, Occupier& occupier) {
   // A delivery only passes through its room; the library's own schedule takes it.
   if (draft.type != 1) return;
   if (draft.roomId != 0) {
     const std::optional<BookableRoom> room = findRoom(db, draft.roomId);
-    return taker.take({ThingKind::Room, draft.roomId, room ? room->typeId : 0}, std::nullopt);
+    return occupier.take({ThingKind::Room, draft.roomId, room ? room->typeId : 0}, std::nullopt);
   }
   if (draft.roomWish.typeId == 0) return;
-  taker.take({ThingKind::RoomWish, draft.roomWish.typeId, draft.roomWish.locationId}, std::nullopt);
+  occupier.take({ThingKind::RoomWish, draft.roomWish.typeId, draft.roomWish.locationId}, std::nullopt);
 }
 
 }  // namespace
 
 ResolvedThings resolveThings(Connection& db, const BookingDraft& draft) {
   ResolvedThings things;
+  std::vector<std::int64_t> named;
+  for (const EquipmentLine& line : draft.equipment) {
+    if (line.ask.piece != 0) named.push_back(line.ask.piece);
+  }
+  const Pieces known = findPieces(db, named);
   std::set<std::int64_t> pieces;
   for (const EquipmentLine& line : draft.equipment) {
     if (line.ask.piece == 0 || !pieces.insert(line.ask.piece).second) continue;
-    const std::optional<Piece> piece = findPiece(db, line.ask.piece);
-    if (!piece) refuseTag(tags::EID);
+    const auto piece = known.find(line.ask.piece);
+    if (piece == known.end()) refuseTag(tags::EID);
     // A piece that has left the room since then needs a booking of its own after all.
-    const bool inRoom = line.inRoom && draft.roomId != 0 && piece->roomId == draft.roomId;
-    things.equipment.push_back({.piece = *piece, .inRoom = inRoom, .inferred = false});
+    const bool inRoom = line.inRoom && draft.roomId != 0 && piece->second.roomId == draft.roomId;
+    things.equipment.push_back({.piece = piece->second, .inRoom = inRoom, .inferred = false});
   }
   addWishes(db, draft, things);
   std::set<std::int64_t> items;
@@ -258,25 +242,25 @@ void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& 
 
 void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Period& times,
               const ResolvedThings& things) {
-  Taker taker(db, bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
-  takeRoom(db, draft, taker);
+  Occupier occupier(db, bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
+  takeRoom(db, draft, occupier);
   std::int64_t place = 0;
   for (const ResolvedPiece& line : things.equipment) {
     const std::int64_t id = insertPiece(db, bookingId, ++place, line);
     if (line.inRoom) continue;
     if (line.piece.id != 0) {
-      taker.takePiece(line.piece, id);
+      takePiece(db, occupier, line.piece, id);
     } else {
-      taker.take({ThingKind::EquipmentWish, line.piece.typeId, line.piece.typeId}, id);
+      occupier.take({ThingKind::EquipmentWish, line.piece.typeId, line.piece.typeId}, id);
     }
   }
   place = 0;
   for (const ResolvedMedia& line : things.media) {
     const std::int64_t id = insertMedia(db, bookingId, ++place, line);
     if (line.ask.item != 0) {
-      taker.take({ThingKind::Item, line.ask.item, line.family}, id);
+      occupier.take({ThingKind::Item, line.ask.item, line.family}, id);
     } else {
-      taker.take({ThingKind::ItemWish, line.ask.titleId, line.family}, id);
+      occupier.take({ThingKind::ItemWish, line.ask.titleId, line.family}, id);
     }
   }
   setCounts(db, bookingId, things);

@@ -16,16 +16,32 @@ void keepLongest(Connection& db, ThingKind kind, Moment seconds) {
   query.bind("kind", static_cast<int>(kind)).bind("seconds", seconds).run();
 }
 
-}  // namespace
+bool isSingle(ThingKind kind) {
+  return static_cast<int>(kind) < 10;
+}
 
-void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
+void insertOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
   Query query(db,
               "insert into occupancy (kind, thing, family, starts_at, ends_at, booking_id, line_id) "
               "values (:kind, :thing, :family, :starts_at, :ends_at, :booking_id, :line_id)");
   query.bind("kind", static_cast<int>(thing.kind)).bind("thing", thing.thing).bind("family", thing.family);
   query.bind("starts_at", occupation.startsAt).bind("ends_at", occupation.endsAt);
   query.bind("booking_id", occupation.bookingId).bind("line_id", occupation.lineId).run();
+}
+
+}  // namespace
+
+void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
+  insertOccupancy(db, thing, occupation);
   keepLongest(db, thing.kind, occupation.endsAt - occupation.startsAt);
+}
+
+void Occupier::take(const Thing& thing, std::optional<std::int64_t> lineId) {
+  if (isSingle(thing.kind) && !taken_.insert({thing.kind, thing.thing}).second) return;
+  insertOccupancy(
+      db_, thing,
+      {.bookingId = bookingId_, .lineId = lineId, .startsAt = period_.from, .endsAt = period_.until});
+  if (measured_.insert(thing.kind).second) keepLongest(db_, thing.kind, period_.until - period_.from);
 }
 
 Moment longestOccupancy(Connection& db, ThingKind kind) {

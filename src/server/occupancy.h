@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
+#include <utility>
 
 #include "server/database.h"
-#include "server/moment.h"
+#include "server/policy_times.h"
 
 namespace vantry::server {
 
@@ -36,6 +38,22 @@ struct Occupation {
 };
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
+
+/// Takes the things of one booking for one time: each single thing once, however many lines name it, since a
+/// group may stand beside one of its members.
+class Occupier {
+ public:
+  Occupier(Connection& db, std::int64_t bookingId, const Period& period)
+      : db_(db), bookingId_(bookingId), period_(period) {}
+  void take(const Thing& thing, std::optional<std::int64_t> lineId);
+
+ private:
+  Connection& db_;
+  std::int64_t bookingId_;
+  Period period_;
+  std::set<std::pair<ThingKind, std::int64_t>> taken_;
+  std::set<ThingKind> measured_;  ///< kinds whose longest occupancy is seen to
+};
 
 /// No occupancy of the kind is longer, in seconds. It bounds every search for what overlaps a period.
 [[nodiscard]] Moment longestOccupancy(Connection& db, ThingKind kind);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +26,10 @@ struct Piece {
   std::string barcode;     ///< the active one
 };
 [[nodiscard]] std::optional<Piece> findPiece(Connection& db, std::int64_t id);
+
+/// The pieces by their key, asked for together; unknown ones are missing.
+using Pieces = std::map<std::int64_t, Piece>;
+[[nodiscard]] Pieces findPieces(Connection& db, const std::vector<std::int64_t>& ids);
 
 /// The members of a group; none for a piece.
 [[nodiscard]] std::vector<Piece> membersOf(Connection& db, std::int64_t groupId);

@@ -18,35 +18,6 @@ class EquipmentJudge {
   EquipmentJudge(Connection& db, const UsageQuestion& question, const Aspects& aspects)
       : db_(db), question_(question), aspects_(aspects) {}
 
-  void judge(const EquipmentAsk& ask) {
-    if (ask.piece == 0) return judgeWish(ask.typeId);
-    const std::optional<Piece> piece = findPiece(db_, ask.piece);
-    if (!piece) refuseTag(tags::EID);
-    judgePiece(*piece);
-  }
-
-  /// Wishes are counted, so that they are judged when all of them are known.
-  Findings finish() {
-    if (aspects_.conflicts) {
-      for (const auto& [type, wanted] : wanted_) addWishes(type, wanted);
-      for (const auto& [type, ask] : asks_) {
-        judgeWishes(db_, question_, {.kind = ThingKind::EquipmentWish, .thing = type}, ask, findings_);
-      }
-    }
-    return std::move(findings_);
-  }
-
- private:
-  /// One sentence tells of all pieces of a type.
-  void judgeType(std::int64_t typeId, const std::string& name) {
-    if (!judgedTypes_.insert(typeId).second) return;
-    const TypeRule rule = question_.policy.equipmentRule(typeId);
-    if (!rule.mayBook) findings_.failures.push_back({refusal::equipmentNotBookable, typeId, {}, name});
-    const bool tooLong = std::any_of(question_.times.begin(), question_.times.end(),
-                                     [&](const Period& each) { return exceeds(each, rule.longest); });
-    if (tooLong) findings_.failures.push_back({refusal::equipmentTooLong, typeId, rule.longest, name});
-  }
-
   void judgeWish(std::int64_t typeId) {
     const std::string name = equipmentTypeName(db_, typeId);
     if (name.empty()) refuseTag(tags::ETI);
@@ -70,6 +41,28 @@ class EquipmentJudge {
       findings_.failures.push_back({refusal::nearAnother, piece.id, {}, piece.typeName});
     }
     takeFromStock(piece);
+  }
+
+  /// Wishes are counted, so that they are judged when all of them are known.
+  Findings finish() {
+    if (aspects_.conflicts) {
+      for (const auto& [type, wanted] : wanted_) addWishes(type, wanted);
+      for (const auto& [type, ask] : asks_) {
+        judgeWishes(db_, question_, {.kind = ThingKind::EquipmentWish, .thing = type}, ask, findings_);
+      }
+    }
+    return std::move(findings_);
+  }
+
+ private:
+  /// One sentence tells of all pieces of a type.
+  void judgeType(std::int64_t typeId, const std::string& name) {
+    if (!judgedTypes_.insert(typeId).second) return;
+    const TypeRule rule = question_.policy.equipmentRule(typeId);
+    if (!rule.mayBook) findings_.failures.push_back({refusal::equipmentNotBookable, typeId, {}, name});
+    const bool tooLong = std::any_of(question_.times.begin(), question_.times.end(),
+                                     [&](const Period& each) { return exceeds(each, rule.longest); });
+    if (tooLong) findings_.failures.push_back({refusal::equipmentTooLong, typeId, rule.longest, name});
   }
 
   /// A group takes its members along, so that what holds one of them is in the way of the group.
@@ -139,8 +132,21 @@ class EquipmentJudge {
 
 Findings judgeEquipment(Connection& db, const UsageQuestion& question, const std::vector<EquipmentAsk>& asks,
                         const Aspects& aspects) {
+  std::vector<std::int64_t> named;
+  for (const EquipmentAsk& ask : asks) {
+    if (ask.piece != 0) named.push_back(ask.piece);
+  }
+  const Pieces pieces = findPieces(db, named);
   EquipmentJudge judge(db, question, aspects);
-  for (const EquipmentAsk& ask : asks) judge.judge(ask);
+  for (const EquipmentAsk& ask : asks) {
+    if (ask.piece == 0) {
+      judge.judgeWish(ask.typeId);
+      continue;
+    }
+    const auto piece = pieces.find(ask.piece);
+    if (piece == pieces.end()) refuseTag(tags::EID);
+    judge.judgePiece(piece->second);
+  }
   return judge.finish();
 }
 

@@ -9,14 +9,18 @@ namespace vantry::server {
 
 namespace {
 
-/// Where a search for what overlaps begins: nothing that started earlier is long enough to reach the period.
-Moment earliestStart(Connection& db, ThingKind kind, const Period& period) {
-  return period.from - longestOccupancy(db, kind);
+void bindTimes(Query& query, const AskedTime& asked) {
+  query.bind("from_at", asked.period.from).bind("until_at", asked.period.until);
+  query.bind("except_booking", asked.exceptBooking);
 }
 
-void bindTimes(Query& query, const AskedTime& asked, Moment earliest) {
-  query.bind("from_at", asked.period.from).bind("until_at", asked.period.until);
-  query.bind("earliest", earliest).bind("except_booking", asked.exceptBooking);
+/// Another booking's occupancy `o` of a kind of things at some moment of the period. Nothing that started
+/// earlier than the longest of them is long can reach it, so that an index finds both ends.
+std::string meets(const std::string& kind) {
+  return "o.kind = " + kind +
+         " and o.starts_at < :until_at and o.starts_at >= :from_at - (select coalesce(max(seconds), 0) from "
+         "longest_occupancy where kind = " +
+         kind + ") and o.ends_at > :from_at and o.booking_id <> :except_booking ";
 }
 
 constexpr const char* piecesOfType =
@@ -28,13 +32,11 @@ constexpr const char* piecesOfType =
     "y.id = s.status_id where m.group_id = e.id and y.effect = 3) ";
 
 /// A group takes its members along.
-constexpr const char* pieceNotTaken =
-    "and not exists (select 1 from occupancy o where o.kind = 1 and o.thing = e.id and "
-    "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
-    "o.booking_id <> :except_booking) "
-    "and not exists (select 1 from equipment m join occupancy o on o.kind = 1 and o.thing = m.id and "
-    "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
-    "o.booking_id <> :except_booking where m.group_id = e.id) ";
+std::string pieceNotTaken() {
+  return "and not exists (select 1 from occupancy o where o.thing = e.id and " + meets("1") +
+         ") and not exists (select 1 from equipment m join occupancy o on o.thing = m.id and " + meets("1") +
+         "where m.group_id = e.id) ";
+}
 
 /// What stands in the room of a booking is not handed out.
 constexpr const char* pieceNotOut =
@@ -68,17 +70,16 @@ std::vector<std::int64_t> pieceStock(Connection& db, std::int64_t typeId, const 
 
 std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const Places& places,
                                      const FreeSearch& search) {
-  const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken +
+  const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken() +
                           (search.outIsTaken ? pieceNotOut : "") +
                           (search.inOrder ? "order by e.number, e.id " : "") + "limit :most";
-  const Moment earliest = earliestStart(db, ThingKind::Equipment, search.asked.period);
   std::vector<std::int64_t> ids;
   for (const std::int64_t place : places) {
     if (ids.size() >= search.most) break;
     Query query(db, sql);
     query.bind("type_id", typeId).bind("location_id", place);
     query.bind("most", static_cast<std::int64_t>(search.most - ids.size()));
-    bindTimes(query, search.asked, earliest);
+    bindTimes(query, search.asked);
     append(ids, readIds(query));
   }
   return ids;
@@ -97,16 +98,16 @@ struct PoolItem {
 std::vector<PoolItem> poolItems(Connection& db, std::int64_t titleId, const AskedTime& asked) {
   std::vector<PoolItem> items;
   PoolItem item;
-  Query query(db,
-              "select i.id, i.holding_id, i.location_id, i.media_type_id, "
-              "case when exists (select 1 from occupancy o where o.kind = 2 and o.thing = i.id and "
-              "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
-              "o.booking_id <> :except_booking) then 1 else 0 end, "
-              "case when exists (select 1 from booking_items l where l.item_id = i.id and "
-              "l.charged_at is not null and l.returned_at is null) then 1 else 0 end "
-              "from items i where i.title_id = :title_id and i.status = '' order by i.id");
+  static const std::string sql =
+      "select i.id, i.holding_id, i.location_id, i.media_type_id, "
+      "case when exists (select 1 from occupancy o where o.thing = i.id and " +
+      meets("2") +
+      ") then 1 else 0 end, case when exists (select 1 from booking_items l where l.item_id = i.id and "
+      "l.charged_at is not null and l.returned_at is null) then 1 else 0 end "
+      "from items i where i.title_id = :title_id and i.status = '' order by i.id";
+  Query query(db, sql);
   query.bind("title_id", titleId);
-  bindTimes(query, asked, earliestStart(db, ThingKind::Item, asked.period));
+  bindTimes(query, asked);
   query.into(item.id, item.holdingId, item.locationId, item.mediaTypeId, item.taken, item.out);
   while (query.next()) items.push_back(item);
   return items;
@@ -143,13 +144,13 @@ std::vector<TakenTime> takenTimes(Connection& db, ThingKind kind, std::int64_t t
                                   const AskedTime& asked) {
   std::vector<TakenTime> times;
   TakenTime row;
-  Query query(
-      db,
-      "select starts_at, ends_at, booking_id from occupancy where kind = :kind and thing = :thing and "
-      "starts_at < :until_at and starts_at >= :earliest and ends_at > :from_at and "
-      "booking_id <> :except_booking order by starts_at");
+  static const std::string sql =
+      "select o.starts_at, o.ends_at, o.booking_id from occupancy o where "
+      "o.thing = :thing and " +
+      meets(":kind") + "order by o.starts_at";
+  Query query(db, sql);
   query.bind("kind", static_cast<int>(kind)).bind("thing", thing);
-  bindTimes(query, asked, earliestStart(db, kind, asked.period));
+  bindTimes(query, asked);
   query.into(row.period.from, row.period.until, row.bookingId);
   while (query.next()) times.push_back(row);
   return times;
@@ -172,15 +173,15 @@ std::optional<TakenTime> outOn(Connection& db, ThingKind kind, std::int64_t thin
 std::vector<WaitingWish> waitingWishes(Connection& db, const WishFor& what, const AskedTime& asked) {
   std::vector<WaitingWish> wishes;
   WaitingWish wish{.what = {.kind = what.kind, .thing = what.thing}, .period = {}};
-  Query query(db,
-              "select o.starts_at, o.ends_at, l.holding_id, l.media_type_id, b.location_id, "
-              "b.patron_group_id from occupancy o join bookings b on b.id = o.booking_id "
-              "left join booking_items l on o.kind = 12 and l.id = o.line_id "
-              "where o.kind = :kind and o.thing = :thing and o.starts_at < :until_at and "
-              "o.starts_at >= :earliest and o.ends_at > :from_at and o.booking_id <> :except_booking "
-              "order by o.starts_at, o.ends_at");
+  static const std::string sql =
+      "select o.starts_at, o.ends_at, l.holding_id, l.media_type_id, b.location_id, "
+      "b.patron_group_id from occupancy o join bookings b on b.id = o.booking_id "
+      "left join booking_items l on o.kind = 12 and l.id = o.line_id "
+      "where o.thing = :thing and " +
+      meets(":kind") + "order by o.starts_at, o.ends_at";
+  Query query(db, sql);
   query.bind("kind", static_cast<int>(what.kind)).bind("thing", what.thing);
-  bindTimes(query, asked, earliestStart(db, what.kind, asked.period));
+  bindTimes(query, asked);
   query.into(wish.period.from, wish.period.until, wish.what.holdingId, wish.what.mediaTypeId, wish.deskId,
              wish.groupId);
   while (query.next()) wishes.push_back(wish);
@@ -219,18 +220,18 @@ std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const
   std::optional<std::int64_t> best;
   std::int64_t id = 0;
   std::int64_t capacity = 0;
-  Query query(
-      db,
+  static const std::string sql =
       "select r.id, r.capacity from rooms r where r.room_type_id = :type_id and "
       "r.location_id = :location_id and not exists (select 1 from room_statuses s join status_types y "
       "on y.id = s.status_id where s.room_id = r.id and y.effect = 3) and "
-      "not exists (select 1 from occupancy o where o.kind = 3 and o.thing = r.id and "
-      "o.starts_at < :until_at and o.starts_at >= :earliest and o.ends_at > :from_at and "
-      "o.booking_id <> :except_booking) and "
+      "not exists (select 1 from occupancy o where o.thing = r.id and " +
+      meets("3") +
+      ") and "
       "not exists (select 1 from bookings b where b.room_id = r.id and b.room_charged_at is not null "
-      "and b.room_returned_at is null) order by r.capacity, r.id");
+      "and b.room_returned_at is null) order by r.capacity, r.id";
+  Query query(db, sql);
   query.bind("type_id", wish.typeId).bind("location_id", wish.locationId);
-  bindTimes(query, asked, earliestStart(db, ThingKind::Room, asked.period));
+  bindTimes(query, asked);
   query.into(id, capacity);
   // The smallest room that does leaves the large ones for those who need them.
   while (query.next()) {
