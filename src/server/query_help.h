@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
+#include <string>
+
 #include "server/database.h"
 
 namespace vantry::server {
@@ -12,6 +16,12 @@ bool fetchOne(Query& query, Targets&... targets) {
   while (query.next()) found = true;
   return found;
 }
+
+/// Several keys in one statement, ":id0, :id1, ...": always as many, so that one text does for any number of
+/// them. What is wanting repeats the last.
+inline constexpr std::size_t keysAtOnce = 8;
+[[nodiscard]] std::string keyList();
+void bindKeys(Query& query, std::span<const std::int64_t> keys);
 
 /// An id as it is stored: 0 points nowhere.
 inline std::optional<std::int64_t> orNothing(std::int64_t id) {

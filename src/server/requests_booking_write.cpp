@@ -34,7 +34,7 @@ void refuseUnless(const Findings& findings, Reply (*replyOf)(const Findings&)) {
 void requireFree(Context& context, const BookingDraft& draft, const ResolvedThings& things,
                  std::int64_t bookingId) {
   const std::int64_t group = draft.administrative ? 0 : draft.groupId;
-  const DeskPolicy policy = loadPolicy(context.db, context.session.locationId, group);
+  const DeskPolicy policy = loadPolicyLocations(context.db, context.session.locationId, group);
   const UsageQuestion question{policy, takenTimesOf(draft), bookingId, 0, context.now};
   const Aspects conflicts{.conflicts = true};
   if (draft.type == 1 && draft.roomId != 0) {

@@ -61,31 +61,14 @@ std::string noteBy(Connection& db, const char* sql, std::int64_t id, std::int64_
   return note;
 }
 
-/// How many pieces one statement asks for. The last key stands for what is wanting, so that few texts of
-/// statements do for any number.
-constexpr std::size_t piecesAtOnce = 8;
-
-std::string keyName(std::size_t place) {
-  return "id" + std::to_string(place);
-}
-
-std::string piecesSql() {
-  std::string keys;
-  for (std::size_t place = 0; place < piecesAtOnce; ++place)
-    keys += (place > 0 ? ", :" : ":") + keyName(place);
-  return std::string(pieceColumns) + "where e.id in (" + keys + ")";
-}
-
 }  // namespace
 
-Pieces findPieces(Connection& db, const std::vector<std::int64_t>& ids) {
-  static const std::string sql = piecesSql();
+Pieces findPieces(Connection& db, std::span<const std::int64_t> ids) {
+  static const std::string sql = std::string(pieceColumns) + "where e.id in (" + keyList() + ")";
   Pieces pieces;
-  for (std::size_t from = 0; from < ids.size(); from += piecesAtOnce) {
+  for (; !ids.empty(); ids = ids.subspan(std::min(keysAtOnce, ids.size()))) {
     Query query(db, sql);
-    for (std::size_t place = 0; place < piecesAtOnce; ++place) {
-      query.bind(keyName(place).c_str(), ids[std::min(from + place, ids.size() - 1)]);
-    }
+    bindKeys(query, ids.first(std::min(keysAtOnce, ids.size())));
     for (Piece& piece : readPieces(query)) pieces.emplace(piece.id, std::move(piece));
   }
   return pieces;

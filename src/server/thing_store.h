@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,7 @@ struct Piece {
 
 /// The pieces by their key, asked for together; unknown ones are missing.
 using Pieces = std::map<std::int64_t, Piece>;
-[[nodiscard]] Pieces findPieces(Connection& db, const std::vector<std::int64_t>& ids);
+[[nodiscard]] Pieces findPieces(Connection& db, std::span<const std::int64_t> ids);
 
 /// The members of a group; none for a piece.
 [[nodiscard]] std::vector<Piece> membersOf(Connection& db, std::int64_t groupId);

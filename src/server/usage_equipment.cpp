@@ -34,22 +34,15 @@ class EquipmentJudge {
         findings_.failures.push_back({*code, piece.id, {}, piece.typeName});
       }
     }
-    if (!aspects_.conflicts && !aspects_.warnings) return;
-    bool near = false;
-    for (const Period& period : question_.times) near = judgeTimes(piece, period) || near;
-    if (near && aspects_.warnings) {
-      findings_.failures.push_back({refusal::nearAnother, piece.id, {}, piece.typeName});
-    }
-    takeFromStock(piece);
+    if (aspects_.conflicts || aspects_.warnings) taken_.push_back({piece, thingsOf(piece)});
   }
 
   /// Wishes are counted, so that they are judged when all of them are known.
   Findings finish() {
+    judgeTimes();
     if (aspects_.conflicts) {
       for (const auto& [type, wanted] : wanted_) addWishes(type, wanted);
-      for (const auto& [type, ask] : asks_) {
-        judgeWishes(db_, question_, {.kind = ThingKind::EquipmentWish, .thing = type}, ask, findings_);
-      }
+      judgeWishes(db_, question_, ThingKind::EquipmentWish, asks_, findings_);
     }
     return std::move(findings_);
   }
@@ -65,16 +58,40 @@ class EquipmentJudge {
     if (tooLong) findings_.failures.push_back({refusal::equipmentTooLong, typeId, rule.longest, name});
   }
 
+  /// A piece that the booking takes, with all that goes along.
+  struct Taken {
+    Piece piece;
+    std::vector<std::int64_t> things;
+  };
+
   /// A group takes its members along, so that what holds one of them is in the way of the group.
-  bool judgeTimes(const Piece& piece, const Period& period) {
-    bool near = judgeThing(piece, piece, period);
-    if (!piece.isGroup) return near;
-    for (const Piece& member : membersOf(db_, piece.id)) near = judgeThing(member, piece, period) || near;
-    return near;
+  std::vector<std::int64_t> thingsOf(const Piece& piece) {
+    std::vector<std::int64_t> things{piece.id};
+    if (!piece.isGroup) return things;
+    for (const Piece& member : membersOf(db_, piece.id)) things.push_back(member.id);
+    return things;
   }
 
-  bool judgeThing(const Piece& thing, const Piece& named, const Period& period) {
-    const SingleUse use = singleUse(db_, question_, ThingKind::Equipment, thing.id, period);
+  void judgeTimes() {
+    std::vector<std::int64_t> all;
+    for (const Taken& each : taken_) all.insert(all.end(), each.things.begin(), each.things.end());
+    std::vector<SingleUses> uses;
+    for (const Period& period : question_.times) {
+      uses.push_back(singleUses(db_, question_, ThingKind::Equipment, all, period));
+    }
+    for (const Taken& each : taken_) {
+      bool near = false;
+      for (const SingleUses& atTime : uses) {
+        for (const std::int64_t thing : each.things) near = addUse(atTime.at(thing), each.piece) || near;
+      }
+      if (near && aspects_.warnings) {
+        findings_.failures.push_back({refusal::nearAnother, each.piece.id, {}, each.piece.typeName});
+      }
+      takeFromStock(each.piece);
+    }
+  }
+
+  bool addUse(const SingleUse& use, const Piece& named) {
     for (const TakenTime& other : use.inTheWay) {
       UsageConflict conflict;
       conflict.bookingId = other.bookingId;
@@ -121,8 +138,9 @@ class EquipmentJudge {
   const UsageQuestion& question_;
   const Aspects& aspects_;
   Findings findings_;
-  std::map<std::int64_t, int> wanted_;    ///< wishes by type
-  std::map<std::int64_t, KindAsk> asks_;  ///< what of each type is taken from what there is for wishes
+  std::map<std::int64_t, int> wanted_;  ///< wishes by type
+  std::vector<Taken> taken_;
+  KindAsks asks_;  ///< what of each type is taken from what there is for wishes
   std::map<std::int64_t, int> inRoom_;
   std::set<std::int64_t> judgedTypes_;
   bool roomRead_ = false;

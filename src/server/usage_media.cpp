@@ -31,10 +31,9 @@ class MediaJudge {
   }
 
   Findings finish() {
+    judgeTimes();
     if (aspects_.conflicts) {
-      for (const auto& [title, ask] : asks_) {
-        judgeWishes(db_, question_, {.kind = ThingKind::ItemWish, .thing = title}, ask, findings_);
-      }
+      judgeWishes(db_, question_, ThingKind::ItemWish, asks_, findings_);
     }
     return std::move(findings_);
   }
@@ -58,17 +57,27 @@ class MediaJudge {
         findings_.failures.push_back({*code, item.id, {}, item.mediaTypeName});
       }
     }
-    if (!aspects_.conflicts && !aspects_.warnings) return;
-    bool near = false;
-    for (const Period& period : question_.times) near = judgeTime(item, period) || near;
-    if (near && aspects_.warnings) {
-      findings_.failures.push_back({refusal::nearAnother, item.id, {}, item.mediaTypeName});
-    }
-    asks_[item.titleId].singles.push_back(item.id);
+    if (aspects_.conflicts || aspects_.warnings) taken_.push_back(item);
   }
 
-  bool judgeTime(const MediaItem& item, const Period& period) {
-    const SingleUse use = singleUse(db_, question_, ThingKind::Item, item.id, period);
+  void judgeTimes() {
+    std::vector<std::int64_t> all;
+    for (const MediaItem& item : taken_) all.push_back(item.id);
+    std::vector<SingleUses> uses;
+    for (const Period& period : question_.times) {
+      uses.push_back(singleUses(db_, question_, ThingKind::Item, all, period));
+    }
+    for (const MediaItem& item : taken_) {
+      bool near = false;
+      for (const SingleUses& atTime : uses) near = addUse(atTime.at(item.id), item) || near;
+      if (near && aspects_.warnings) {
+        findings_.failures.push_back({refusal::nearAnother, item.id, {}, item.mediaTypeName});
+      }
+      asks_[item.titleId].singles.push_back(item.id);
+    }
+  }
+
+  bool addUse(const SingleUse& use, const MediaItem& item) {
     for (const TakenTime& other : use.inTheWay) {
       UsageConflict conflict;
       conflict.bookingId = other.bookingId;
@@ -85,7 +94,8 @@ class MediaJudge {
   const UsageQuestion& question_;
   const Aspects& aspects_;
   Findings findings_;
-  std::map<std::int64_t, KindAsk> asks_;  ///< by title
+  std::vector<MediaItem> taken_;
+  KindAsks asks_;  ///< by title
   std::set<std::int64_t> judgedTypes_;
 };
 
@@ -115,7 +125,8 @@ Findings judgeRoom(Connection& db, const UsageQuestion& question, const Bookable
   if (!aspects.conflicts) return findings;
   bool near = false;
   for (const Period& period : question.times) {
-    const SingleUse use = singleUse(db, question, ThingKind::Room, room.id, period);
+    const SingleUse use =
+        singleUses(db, question, ThingKind::Room, std::span(&room.id, 1), period).at(room.id);
     near = near || use.nearAnother;
     for (const TakenTime& other : use.inTheWay) {
       UsageConflict conflict;

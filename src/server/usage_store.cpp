@@ -140,19 +140,22 @@ constexpr const char* roomOutSql =
 
 }  // namespace
 
-std::vector<TakenTime> takenTimes(Connection& db, ThingKind kind, std::int64_t thing,
-                                  const AskedTime& asked) {
-  std::vector<TakenTime> times;
-  TakenTime row;
+TakenTimes takenTimes(Connection& db, ThingKind kind, std::span<const std::int64_t> things,
+                      const AskedTime& asked) {
   static const std::string sql =
-      "select o.starts_at, o.ends_at, o.booking_id from occupancy o where "
-      "o.thing = :thing and " +
-      meets(":kind") + "order by o.starts_at";
-  Query query(db, sql);
-  query.bind("kind", static_cast<int>(kind)).bind("thing", thing);
-  bindTimes(query, asked);
-  query.into(row.period.from, row.period.until, row.bookingId);
-  while (query.next()) times.push_back(row);
+      "select o.thing, o.starts_at, o.ends_at, o.booking_id from occupancy o where o.thing in (" + keyList() +
+      ") and " + meets(":kind") + "order by o.starts_at";
+  TakenTimes times;
+  for (; !things.empty(); things = things.subspan(std::min(keysAtOnce, things.size()))) {
+    std::int64_t thing = 0;
+    TakenTime row;
+    Query query(db, sql);
+    query.bind("kind", static_cast<int>(kind));
+    bindKeys(query, things.first(std::min(keysAtOnce, things.size())));
+    bindTimes(query, asked);
+    query.into(thing, row.period.from, row.period.until, row.bookingId);
+    while (query.next()) times[thing].push_back(row);
+  }
   return times;
 }
 

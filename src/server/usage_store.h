@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "server/database.h"
@@ -17,9 +19,11 @@ struct AskedTime {
   std::int64_t exceptBooking = 0;
 };
 
-/// The bookings that take a single thing at some moment of the period.
-[[nodiscard]] std::vector<TakenTime> takenTimes(Connection& db, ThingKind kind, std::int64_t thing,
-                                                const AskedTime& asked);
+/// The bookings that take these things, or wish for one of these kinds, at some moment of the period; those
+/// that nobody takes are missing.
+using TakenTimes = std::map<std::int64_t, std::vector<TakenTime>>;
+[[nodiscard]] TakenTimes takenTimes(Connection& db, ThingKind kind, std::span<const std::int64_t> things,
+                                    const AskedTime& asked);
 
 /// The booking that has the thing out now, with the time that it was taken for. A member is out with its
 /// group.

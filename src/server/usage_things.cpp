@@ -82,6 +82,14 @@ int missingFor(Connection& db, const UsageQuestion& question, const WishFor& kin
   return shortfall(search.of(rivals), taking);
 }
 
+void addWhoHasIt(SingleUse& use, const std::optional<TakenTime>& out) {
+  if (!out) return;
+  const bool told = std::any_of(use.inTheWay.begin(), use.inTheWay.end(),
+                                [&](const TakenTime& each) { return each.bookingId == out->bookingId; });
+  if (!told) use.inTheWay.push_back(*out);
+  use.nearAnother = false;
+}
+
 /// What there is for the booking's desk, for people; nothing where one of the wishes can never be filled.
 std::set<std::int64_t> stockOf(Connection& db, const UsageQuestion& question, const WishFor& kind,
                                const KindAsk& ask) {
@@ -95,44 +103,59 @@ std::set<std::int64_t> stockOf(Connection& db, const UsageQuestion& question, co
   return all;
 }
 
-}  // namespace
-
-SingleUse singleUse(Connection& db, const UsageQuestion& question, ThingKind kind, std::int64_t thing,
-                    const Period& period) {
-  const Moment distance = question.policy.warningMinutes * minute;
-  const AskedTime wide{{period.from - distance, period.until + distance}, question.bookingId};
-  SingleUse use = judgeSingle(takenTimes(db, kind, thing, wide), period, question.policy.warningMinutes);
-  if (period.from > question.now) return use;
-  const std::optional<TakenTime> out = outOn(db, kind, thing, question.bookingId);
-  if (!out) return use;
-  const bool told = std::any_of(use.inTheWay.begin(), use.inTheWay.end(),
-                                [&](const TakenTime& each) { return each.bookingId == out->bookingId; });
-  if (!told) use.inTheWay.push_back(*out);
-  use.nearAnother = false;
-  return use;
+/// Adds a finding when there are too few at that time.
+void judgeKindAt(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+                 const Period& period, Findings& findings) {
+  const int missing = missingFor(db, question, kind, ask, period);
+  if (missing == 0) return;
+  const std::string name =
+      kind.kind == ThingKind::ItemWish ? titleOf(db, kind.thing) : equipmentTypeName(db, kind.thing);
+  const auto available = static_cast<int>(stockOf(db, question, kind, ask).size());
+  if (available == 0) {
+    findings.noneInPolicy = true;
+    findings.wished = name;
+    return;
+  }
+  // The figures have to tell that there is not enough, whosever wish it is that goes without.
+  const int granted = static_cast<int>(ask.singles.size() + ask.wishes.size()) - missing;
+  UsageConflict conflict;
+  conflict.period = period;
+  conflict.name = name;
+  conflict.available = available;
+  conflict.booked = std::max(available - granted, 0);
+  findings.conflicts.push_back(conflict);
 }
 
-void judgeWishes(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+}  // namespace
+
+SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
+                      std::span<const std::int64_t> things, const Period& period) {
+  const Moment distance = question.policy.warningMinutes * minute;
+  const AskedTime wide{{period.from - distance, period.until + distance}, question.bookingId};
+  TakenTimes taken = takenTimes(db, kind, things, wide);
+  SingleUses uses;
+  for (const std::int64_t thing : things) {
+    SingleUse& use = uses[thing];
+    use = judgeSingle(taken[thing], period, question.policy.warningMinutes);
+    if (period.from <= question.now) addWhoHasIt(use, outOn(db, kind, thing, question.bookingId));
+  }
+  return uses;
+}
+
+void judgeWishes(Connection& db, const UsageQuestion& question, ThingKind kind, const KindAsks& asks,
                  Findings& findings) {
+  std::vector<std::int64_t> kinds;
+  for (const auto& [thing, ask] : asks) kinds.push_back(thing);
+  std::vector<TakenTimes> rivals;
   for (const Period& period : question.times) {
-    const int missing = missingFor(db, question, kind, ask, period);
-    if (missing == 0) continue;
-    const std::string name =
-        kind.kind == ThingKind::ItemWish ? titleOf(db, kind.thing) : equipmentTypeName(db, kind.thing);
-    const auto available = static_cast<int>(stockOf(db, question, kind, ask).size());
-    if (available == 0) {
-      findings.noneInPolicy = true;
-      findings.wished = name;
-      continue;
+    rivals.push_back(takenTimes(db, kind, kinds, {period, question.bookingId}));
+  }
+  for (const auto& [thing, ask] : asks) {
+    for (std::size_t time = 0; time < question.times.size(); ++time) {
+      // Where nobody wishes for anything, whatever is free may be taken.
+      if (ask.wishes.empty() && !rivals[time].contains(thing)) continue;
+      judgeKindAt(db, question, {.kind = kind, .thing = thing}, ask, question.times[time], findings);
     }
-    // The figures have to tell that there is not enough, whosever wish it is that goes without.
-    const int granted = static_cast<int>(ask.singles.size() + ask.wishes.size()) - missing;
-    UsageConflict conflict;
-    conflict.period = period;
-    conflict.name = name;
-    conflict.available = available;
-    conflict.booked = std::max(available - granted, 0);
-    findings.conflicts.push_back(conflict);
   }
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "server/usage_check.h"
@@ -9,10 +11,11 @@
 
 namespace vantry::server {
 
-/// Who is in the way of one single thing at that time: whoever takes it then, and, when the time has begun,
-/// whoever has it out, however long ago it should have been back.
-[[nodiscard]] SingleUse singleUse(Connection& db, const UsageQuestion& question, ThingKind kind,
-                                  std::int64_t thing, const Period& period);
+/// Who is in the way of each of these single things at that time: whoever takes it then, and, when the time
+/// has begun, whoever has it out, however long ago it should have been back.
+using SingleUses = std::map<std::int64_t, SingleUse>;
+[[nodiscard]] SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
+                                    std::span<const std::int64_t> things, const Period& period);
 
 /// What a booking asks of one kind of things: single ones, and wishes.
 struct KindAsk {
@@ -20,9 +23,12 @@ struct KindAsk {
   std::vector<WishFor> wishes;
 };
 
-/// Adds a finding for each of the times at which there are too few for those wishes, or for what others wait
-/// for.
-void judgeWishes(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+/// By the equipment type or the title.
+using KindAsks = std::map<std::int64_t, KindAsk>;
+
+/// Adds a finding for each kind and time at which there are too few for those wishes, or for what others wait
+/// for. `kind` is that of the wishes.
+void judgeWishes(Connection& db, const UsageQuestion& question, ThingKind kind, const KindAsks& asks,
                  Findings& findings);
 
 /// A thing that can be handed out for the wish: not out, free for the period, and one that nobody else's wish
