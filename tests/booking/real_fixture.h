@@ -8,6 +8,7 @@
 #include "booking/booking_fixture.h"
 #include "platform/text.h"
 #include "server/database.h"
+#include "support/noon.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 
@@ -52,7 +53,8 @@ struct RealLibrary : testing::Test {
     if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
     folder = name;
     copyLibrary(folder / "library.sqlite");
-    embedded = std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder / "library.sqlite", {}, true});
+    embedded =
+        std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder / "library.sqlite", {}, true, noon});
   }
   static void TearDownTestSuite() {
     embedded.reset();

@@ -58,11 +58,11 @@ std::vector<TagValue> joined(std::vector<TagValue> first,
   return first;
 }
 
-/// Nothing of chance holds the thing in these hours, whenever the tests run.
+/// Nothing of chance holds the thing in these hours.
 std::string freeToday(const std::string& kind, const std::string& thing) {
   return " and not exists (select 1 from occupancy o where o.kind = " + kind + " and o.thing = " + thing +
-         " and o.starts_at < strftime('%s', 'now', 'localtime', '+2 hours') + 0 and "
-         "o.ends_at > strftime('%s', 'now', 'localtime', '-1 hours') + 0)";
+         " and o.starts_at < " + std::to_string(noon() + 2 * 3600) + " and o.ends_at > " +
+         std::to_string(noon() - 3600) + ")";
 }
 
 struct RealLimits : RealRefusals {

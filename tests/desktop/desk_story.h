@@ -19,17 +19,13 @@
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "schedule/program.h"
+#include "support/noon.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 
 namespace vantry::test {
 
 namespace fs = std::filesystem;
-
-/// The server's clock stands at the moment for which the library is made.
-inline std::int64_t noon() {
-  return std::int64_t{dayNumber({2026, 11, 24})} * 86400 + 43200;
-}
 
 struct TodayClock : Clock {
   DateTime now() const override { return {{2026, 11, 24}, {12, 0, 0}}; }

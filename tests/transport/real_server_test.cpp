@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "messaging/tagmessage.h"
+#include "support/noon.h"
 #include "transport/certificate.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
@@ -33,7 +34,7 @@ struct RealServer : testing::Test {
     if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
     folder = name;
     embedded = std::make_unique<EmbeddedServer>(
-        EmbeddedServer::Options{folder / "new" / "library.sqlite", small(), true});
+        EmbeddedServer::Options{folder / "new" / "library.sqlite", small(), true, noon});
   }
   static void TearDownTestSuite() {
     embedded.reset();
@@ -96,7 +97,7 @@ TEST_F(RealServer, ASupervisorsSealedLoginStandsInForARight) {
 }
 
 TEST_F(RealServer, ASecondStartKeepsTheLibrary) {
-  const EmbeddedServer again({folder / "new" / "library.sqlite", {}});
+  const EmbeddedServer again({folder / "new" / "library.sqlite", {}, true, noon});
   HttpTransport other({again.address()});
   EXPECT_EQ(other.logon("desk", "desk-demo"), LogonResult::Accepted);
   EXPECT_NE(again.address(), embedded->address());
