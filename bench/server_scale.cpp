@@ -39,6 +39,7 @@ using namespace vantry::server;
 
 constexpr int pieces = 50'000;
 constexpr int types = 50;
+constexpr int titles = 2'000;  ///< with two items each
 const Moment firstDay = makeMoment(2024, 1, 1);
 constexpr int perDay = 50;  ///< bookings of one desk on one day, however many there are in all
 const Moment now = makeMoment(2026, 11, 24, 12);
@@ -49,7 +50,43 @@ void add(Tags& tags, std::initializer_list<std::pair<const char*, std::string>> 
   for (const auto& [tag, value] : pairs) tags.push_back({tag, value});
 }
 
-/// The things of the library: locations, a store room, pieces, one policy and one operator.
+/// A policy that has a rule for each type and warns of neighbours.
+void makePolicy(Connection& db) {
+  db.run(
+      "insert into policies (id, location_id, patron_group_id, most_items, most_equipment, warning_minutes) "
+      "values (1, 1, 1, 50, 50, 30)");
+  db.run("insert into policy_locations (policy_id, location_id) values (1, 1), (1, 2), (1, 3)");
+  for (int type = 1; type <= types; ++type) {
+    Query query(db,
+                "insert into policy_equipment_types (policy_id, equipment_type_id, longest, longest_unit) "
+                "values (1, :type_id, 14, 'D')");
+    query.bind("type_id", type).run();
+  }
+}
+
+void makeTitles(Connection& db) {
+  db.run("insert into media_types (id, name) values (1, 'Film')");
+  db.run(
+      "insert into policy_media_types (policy_id, media_type_id, longest, longest_unit) values (1, 1, 7, "
+      "'D')");
+  for (int title = 1; title <= titles; ++title) {
+    Query query(db,
+                "insert into titles (id, title, search_title, is_indexed) values (:id, :title, :title, 1)");
+    query.bind("id", title).bind("title", "title " + std::to_string(title)).run();
+    Query holding(db, "insert into holdings (id, title_id, location_id) values (:id, :title_id, 1)");
+    holding.bind("id", title).bind("title_id", title).run();
+    for (int copy = 1; copy <= 2; ++copy) {
+      Query item(db,
+                 "insert into items (id, holding_id, title_id, location_id, media_type_id, barcode, copy) "
+                 "values (:id, :holding_id, :title_id, 1, 1, :barcode, :copy)");
+      const int id = title * 2 + copy;
+      item.bind("id", id).bind("holding_id", title).bind("title_id", title);
+      item.bind("barcode", "M" + std::to_string(id)).bind("copy", copy).run();
+    }
+  }
+}
+
+/// The things of the library: locations, a store room, pieces, titles, one policy and one operator.
 void makeLibrary(Connection& db) {
   db.run("insert into libraries (id, name) values (1, 'Bench')");
   db.run("insert into locations (id, library_id, name) values (1, 1, 'Desk')");
@@ -75,6 +112,8 @@ void makeLibrary(Connection& db) {
         .bind("number", "E" + std::to_string(piece))
         .run();
   }
+  makePolicy(db);
+  makeTitles(db);
   for (int patron = 1; patron <= 5000; ++patron) {
     Query query(db, "insert into patrons (id, last_name, search_name) values (:id, :name, :search_name)");
     query.bind("id", patron)
@@ -108,8 +147,8 @@ int daysOf(int count) {
   return count <= 10'000 ? 200 : 1000;
 }
 
-/// Bookings spread over the days and desks, each with five pieces for two hours; no piece twice at one time,
-/// since each slot of a day has its own share of the pieces.
+/// Bookings spread over the days and desks, each with five pieces for two hours, of which one in fifty is a
+/// wish; no piece twice at one time, since each slot of a day has its own share of the pieces.
 void makeBookings(Connection& db, int from, int until, int count) {
   const int days = daysOf(count);
   const int desks = std::max(count / days / perDay, 1);
@@ -128,15 +167,17 @@ void makeBookings(Connection& db, int from, int until, int count) {
     query.bind("starts_at", starts).bind("ends_at", starts + 2 * hour).run();
     for (int line = 0; line < 5; ++line) {
       const std::int64_t piece = (static_cast<std::int64_t>(number) * 5 + line) % pieces + 1;
-      Query row(
-          db,
-          "insert into booking_equipment (id, booking_id, place, equipment_id, equipment_type_id) values "
-          "(:id, :booking_id, :place, :piece, :type_id)");
+      const bool wish = line == 4 && number % 10 == 0;
+      Query row(db,
+                "insert into booking_equipment (id, booking_id, place, equipment_id, equipment_type_id, "
+                "is_generic) "
+                "values (:id, :booking_id, :place, :piece, :type_id, :wish)");
       const std::int64_t id = static_cast<std::int64_t>(number) * 5 + line + 1;
-      row.bind("id", id).bind("booking_id", number + 1).bind("place", line + 1).bind("piece", piece);
-      row.bind("type_id", piece % types + 1).run();
-      addOccupancy(db, {ThingKind::Equipment, piece, piece % types + 1},
-                   {.bookingId = number + 1, .lineId = id, .startsAt = starts, .endsAt = starts + 2 * hour});
+      row.bind("id", id).bind("booking_id", number + 1).bind("place", line + 1).bind("wish", wish);
+      row.bind("piece", wish ? std::nullopt : std::optional(piece)).bind("type_id", piece % types + 1).run();
+      addOccupancy(
+          db, wish ? Thing{ThingKind::EquipmentWish, piece % types + 1} : Thing{ThingKind::Equipment, piece},
+          {.bookingId = number + 1, .lineId = id, .startsAt = starts, .endsAt = starts + 2 * hour});
     }
   }
 }
@@ -191,6 +232,23 @@ Tags checkAt(Moment starts, int count, std::mt19937& random) {
   return tags;
 }
 
+/// Ten pieces and four wishes for some, four items and two wishes for any of a title: by the two requests
+/// that check a booking.
+void checkMixed(Desk& desk, Moment starts, std::mt19937& random) {
+  Tags equipment = checkAt(starts, 10, random);
+  for (int each = 0; each < 4; ++each)
+    add(equipment, {{"ETI", std::to_string(random() % types + 1)}, {"IFL", "N"}});
+  (void)desk.send("VALEAVL", equipment);
+  Tags media = checkAt(starts, 0, random);
+  for (int each = 0; each < 6; ++each) {
+    const std::string title = std::to_string(random() % titles + 1);
+    const bool wish = each >= 4;
+    add(media, {{"MTID", "1"}, {"BI", title}, {"MI", title}});
+    add(media, {{"IM", wish ? "0" : std::to_string(std::stoi(title) * 2 + 1)}});
+  }
+  (void)desk.send("VALIAVL", media);
+}
+
 double medianOf(int rounds, const std::function<void()>& work) {
   std::vector<double> all;
   for (int round = 0; round < rounds; ++round) {
@@ -214,6 +272,10 @@ void measureScale(Desk& desk, int count) {
     const Moment starts = firstDay + static_cast<Moment>(random() % days) * day + 9 * hour;
     (void)desk.send("VALEAVL", checkAt(starts, 20, random));
   });
+  const double mixed = medianOf(201, [&] {
+    const Moment starts = firstDay + static_cast<Moment>(random() % days) * day + 9 * hour;
+    checkMixed(desk, starts, random);
+  });
   // A time of its own for each save, so that none is refused.
   Moment free = makeMoment(2027, 6, 1);
   const double save = medianOf(201, [&] {
@@ -221,8 +283,11 @@ void measureScale(Desk& desk, int count) {
     for (int each = 0; each < 5; ++each) things.push_back(static_cast<std::int64_t>(random() % pieces) + 1);
     (void)desk.send("NEWBK", saveAt(free += 2 * hour, things));
   });
-  std::printf("%8d bookings: a day's list (%d) %7.3f ms, 20 things %7.3f ms, save of 5 things %7.3f ms\n",
-              count, perDay, list, check, save);
+  std::printf(
+      "%8d bookings: a day's list (%d) %7.3f ms, 20 pieces %7.3f ms, 20 mixed things with wishes %7.3f ms, "
+      "save "
+      "of 5 things %7.3f ms\n",
+      count, perDay, list, check, mixed, save);
 }
 
 std::string bodyOf(const Tags& tags) {

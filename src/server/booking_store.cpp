@@ -45,7 +45,7 @@ LinesOut findLinesOut(Connection& db, std::int64_t bookingId) {
   LinesOut out;
   out.equipment = countOf(db,
                           "select count(*) from booking_equipment where booking_id = :booking_id and "
-                          "charged_at is not null and returned_at is null",
+                          "in_room = 0 and charged_at is not null and returned_at is null",
                           bookingId);
   out.items = countOf(db,
                       "select count(*) from booking_items where booking_id = :booking_id and "
@@ -99,8 +99,8 @@ std::string confirmationNumber(std::int64_t bookingId) {
 std::optional<BookingState> findBookingState(Connection& db, std::int64_t bookingId) {
   BookingState state;
   int status = 0;
-  Query query(db, "select id, status, patron_id, updated_at from bookings where id = :id");
-  query.bind("id", bookingId).into(state.id, status, state.patronId, state.updatedAt);
+  Query query(db, "select id, status, patron_id, location_id, updated_at from bookings where id = :id");
+  query.bind("id", bookingId).into(state.id, status, state.patronId, state.locationId, state.updatedAt);
   while (query.next()) {
   }
   if (state.id == 0) return std::nullopt;

@@ -51,7 +51,8 @@ void visitBookingMarks(Connection& db, std::int64_t locationId, Moment from, Mom
 struct BookingState {
   std::int64_t id = 0;
   BookingStatus status = BookingStatus::Live;
-  std::int64_t patronId = 0;  ///< 0 for an administrative booking
+  std::int64_t patronId = 0;    ///< 0 for an administrative booking
+  std::int64_t locationId = 0;  ///< the desk that made it
   Moment updatedAt = 0;
   LinesOut out;
 };

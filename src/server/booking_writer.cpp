@@ -1,12 +1,12 @@
 #include "server/booking_writer.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 #include <string>
 
 #include "server/occupancy.h"
 #include "server/query_help.h"
+#include "server/usage_things.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -21,47 +21,22 @@ void requireRow(Connection& db, const char* sql, std::int64_t id, std::string_vi
   if (!fetchOne(query, found)) refuseTag(tag);
 }
 
-std::int64_t familyOf(Connection& db, const MediaAsk& ask) {
-  std::int64_t title = 0;
-  Query query(db, "select title_id from holdings where id = :id");
-  query.bind("id", ask.holdingId);
-  if (!fetchOne(query, title) || title != ask.titleId) refuseTag(tags::MI);
-  return ask.holdingId;
-}
-
-ResolvedMedia resolveMedia(Connection& db, const MediaAsk& ask) {
+MediaAsk resolveMedia(Connection& db, const MediaAsk& ask) {
   requireRow(db, "select 1 from media_types where id = :id", ask.mediaTypeId, tags::MTID);
   if (ask.item != 0) {
     const std::optional<MediaItem> item = findItem(db, ask.item);
     if (!item) refuseTag(tags::IM);
-    return {{ask.mediaTypeId, item->titleId, item->holdingId, item->id}, item->holdingId};
+    return {ask.mediaTypeId, item->titleId, item->holdingId, item->id};
   }
   if (ask.titleId == 0) refuseTag(tags::BI);
   requireRow(db, "select 1 from titles where id = :id", ask.titleId, tags::BI);
-  return {ask, ask.holdingId == 0 ? 0 : familyOf(db, ask)};
+  if (ask.holdingId != 0 && titleOfHolding(db, ask.holdingId) != ask.titleId) refuseTag(tags::MI);
+  return ask;
 }
 
-/// A wish is needless for each piece of its type that stands in the room and may be used.
-class RoomStock {
- public:
-  RoomStock(Connection& db, const std::vector<ResolvedPiece>& pieces) {
-    for (const ResolvedPiece& each : pieces) {
-      if (each.inRoom && mayBeUsed(db, each.piece.id)) ++stock_[each.piece.typeId];
-    }
-  }
-  bool take(std::int64_t typeId) {
-    const auto found = stock_.find(typeId);
-    if (found == stock_.end() || found->second == 0) return false;
-    --found->second;
-    return true;
-  }
-
- private:
-  std::map<std::int64_t, int> stock_;
-};
-
-void addWishes(Connection& db, const BookingDraft& draft, ResolvedThings& things) {
-  RoomStock stock(db, things.equipment);
+void addWishes(Connection& db, const BookingDraft& draft, const UsageQuestion& question,
+               ResolvedThings& things) {
+  RoomStock stock(db, question);
   std::set<std::int64_t> inferred;
   for (const EquipmentLine& line : draft.equipment) {
     if (line.ask.piece != 0) continue;
@@ -77,6 +52,16 @@ void addWishes(Connection& db, const BookingDraft& draft, ResolvedThings& things
     wish.inferred = line.inferred;
     things.equipment.push_back(wish);
   }
+}
+
+/// A group takes its members along: with a line of its own as well, a member would be free again, or out
+/// still, as soon as one of the two is back.
+void dropMembersOfGroups(std::vector<ResolvedPiece>& pieces) {
+  std::set<std::int64_t> groups;
+  for (const ResolvedPiece& each : pieces) {
+    if (each.piece.isGroup && !each.inRoom) groups.insert(each.piece.id);
+  }
+  std::erase_if(pieces, [&](const ResolvedPiece& each) { return groups.contains(each.piece.groupId); });
 }
 
 void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
@@ -97,11 +82,9 @@ void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
 }
 
 void takePiece(Connection& db, Occupier& occupier, const Piece& piece, std::int64_t line) {
-  occupier.take({ThingKind::Equipment, piece.id, piece.typeId}, line);
+  occupier.take({ThingKind::Equipment, piece.id}, line);
   if (!piece.isGroup) return;
-  for (const Piece& member : membersOf(db, piece.id)) {
-    occupier.take({ThingKind::Equipment, member.id, member.typeId}, line);
-  }
+  for (const Piece& member : membersOf(db, piece.id)) occupier.take({ThingKind::Equipment, member.id}, line);
 }
 
 std::int64_t insertPiece(Connection& db, std::int64_t bookingId, std::int64_t place,
@@ -119,17 +102,16 @@ std::int64_t insertPiece(Connection& db, std::int64_t bookingId, std::int64_t pl
   return id;
 }
 
-std::int64_t insertMedia(Connection& db, std::int64_t bookingId, std::int64_t place,
-                         const ResolvedMedia& line) {
+std::int64_t insertMedia(Connection& db, std::int64_t bookingId, std::int64_t place, const MediaAsk& line) {
   std::int64_t id = 0;
   Query query(db,
               "insert into booking_items (booking_id, place, media_type_id, title_id, holding_id, item_id, "
               "is_generic) values (:booking_id, :place, :media_type_id, :title_id, :holding_id, :item_id, "
               ":is_generic) returning id");
   query.bind("booking_id", bookingId).bind("place", place);
-  query.bind("media_type_id", orNothing(line.ask.mediaTypeId)).bind("title_id", line.ask.titleId);
-  query.bind("holding_id", orNothing(line.ask.holdingId)).bind("item_id", orNothing(line.ask.item));
-  query.bind("is_generic", line.ask.item == 0);
+  query.bind("media_type_id", orNothing(line.mediaTypeId)).bind("title_id", line.titleId);
+  query.bind("holding_id", orNothing(line.holdingId)).bind("item_id", orNothing(line.item));
+  query.bind("is_generic", line.item == 0);
   fetchOne(query, id);
   return id;
 }
@@ -143,20 +125,16 @@ void setCounts(Connection& db, std::int64_t bookingId, const ResolvedThings& thi
   query.bind("equipment_count", static_cast<std::int64_t>(booked)).bind("id", bookingId).run();
 }
 
-void takeRoom(Connection& db, const BookingDraft& draft, Occupier& occupier) {
+void takeRoom(const BookingDraft& draft, Occupier& occupier) {
   // A delivery only passes through its room; the library's own schedule takes it.
   if (draft.type != 1) return;
-  if (draft.roomId != 0) {
-    const std::optional<BookableRoom> room = findRoom(db, draft.roomId);
-    return occupier.take({ThingKind::Room, draft.roomId, room ? room->typeId : 0}, std::nullopt);
-  }
-  if (draft.roomWish.typeId == 0) return;
-  occupier.take({ThingKind::RoomWish, draft.roomWish.typeId, draft.roomWish.locationId}, std::nullopt);
+  if (draft.roomId != 0) return occupier.take({ThingKind::Room, draft.roomId}, std::nullopt);
+  if (draft.roomWish.typeId != 0) occupier.take({ThingKind::RoomWish, draft.roomWish.typeId}, std::nullopt);
 }
 
 }  // namespace
 
-ResolvedThings resolveThings(Connection& db, const BookingDraft& draft) {
+ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const UsageQuestion& question) {
   ResolvedThings things;
   std::vector<std::int64_t> named;
   for (const EquipmentLine& line : draft.equipment) {
@@ -172,7 +150,8 @@ ResolvedThings resolveThings(Connection& db, const BookingDraft& draft) {
     const bool inRoom = line.inRoom && draft.roomId != 0 && piece->second.roomId == draft.roomId;
     things.equipment.push_back({.piece = piece->second, .inRoom = inRoom, .inferred = false});
   }
-  addWishes(db, draft, things);
+  dropMembersOfGroups(things.equipment);
+  addWishes(db, draft, question, things);
   std::set<std::int64_t> items;
   for (const MediaAsk& ask : draft.media) {
     if (ask.item != 0 && !items.insert(ask.item).second) continue;
@@ -243,7 +222,7 @@ void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& 
 void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Period& times,
               const ResolvedThings& things) {
   Occupier occupier(db, bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
-  takeRoom(db, draft, occupier);
+  takeRoom(draft, occupier);
   std::int64_t place = 0;
   for (const ResolvedPiece& line : things.equipment) {
     const std::int64_t id = insertPiece(db, bookingId, ++place, line);
@@ -251,16 +230,16 @@ void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft,
     if (line.piece.id != 0) {
       takePiece(db, occupier, line.piece, id);
     } else {
-      occupier.take({ThingKind::EquipmentWish, line.piece.typeId, line.piece.typeId}, id);
+      occupier.take({ThingKind::EquipmentWish, line.piece.typeId}, id);
     }
   }
   place = 0;
-  for (const ResolvedMedia& line : things.media) {
+  for (const MediaAsk& line : things.media) {
     const std::int64_t id = insertMedia(db, bookingId, ++place, line);
-    if (line.ask.item != 0) {
-      occupier.take({ThingKind::Item, line.ask.item, line.family}, id);
+    if (line.item != 0) {
+      occupier.take({ThingKind::Item, line.item}, id);
     } else {
-      occupier.take({ThingKind::ItemWish, line.ask.titleId, line.family}, id);
+      occupier.take({ThingKind::ItemWish, line.titleId}, id);
     }
   }
   setCounts(db, bookingId, things);

@@ -15,19 +15,17 @@ struct ResolvedPiece {
   bool inRoom = false;
   bool inferred = false;
 };
-struct ResolvedMedia {
-  MediaAsk ask;
-  std::int64_t family = 0;  ///< the holdings record of an item or of a wish
-};
 struct ResolvedThings {
   std::vector<ResolvedPiece> equipment;
-  std::vector<ResolvedMedia> media;
+  std::vector<MediaAsk> media;
   bool roomSatisfied = false;  ///< what stands in the room made a wish needless
 };
 
-/// Looks everything up that the draft names, takes out what is named twice and what the room satisfies.
+/// Looks everything up that the draft names, takes out what is named twice, members of groups that are in the
+/// booking themselves, and what the room of the question satisfies.
 /// Throws Refused for a key that points nowhere.
-[[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft);
+[[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft,
+                                           const UsageQuestion& question);
 
 /// Throws Refused where a patron, room, location or type of the draft does not exist.
 void requireKeys(Connection& db, const BookingDraft& draft);

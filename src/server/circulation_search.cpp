@@ -6,6 +6,7 @@
 
 #include "server/accounts.h"
 #include "server/booking_store.h"
+#include "server/catalogue_text.h"
 #include "server/search_text.h"
 
 namespace vantry::server {
@@ -126,9 +127,9 @@ std::vector<OpenLine> findByItemId(Connection& db, std::string_view text) {
 std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by, std::string_view text) {
   if (by == SearchBy::Confirmation) return findByNumber(db, text);
   std::vector<FoundBooking> found;
-  // Names are stored for searches in small letters.
-  const std::string key = by == SearchBy::LastName ? loginKey(text) : std::string(text);
-  const TextRange range = textRange(key);
+  const bool isName = by == SearchBy::LastName;
+  const std::string key = catalogueKey(text) + (text.ends_with('?') ? "?" : "");
+  const TextRange range = textRange(isName ? key : text);
   if (range.high.empty()) return found;
   const std::string sql = personSql(db, by);
   Query query(db, sql);

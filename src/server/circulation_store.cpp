@@ -86,12 +86,8 @@ void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::in
 void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId) {
   Query query(db, "update booking_equipment set equipment_id = :equipment_id where id = :id");
   query.bind("equipment_id", pieceId).bind("id", lineId).run();
-  const std::optional<Piece> piece = findPiece(db, pieceId);
-  take(db, booking, {ThingKind::Equipment, pieceId, piece ? piece->typeId : 0}, lineId);
-  if (!piece || !piece->isGroup) return;
-  for (const Piece& member : membersOf(db, pieceId)) {
-    take(db, booking, {ThingKind::Equipment, member.id, member.typeId}, lineId);
-  }
+  for (const Piece& each : withMembers(db, pieceId))
+    take(db, booking, {ThingKind::Equipment, each.id}, lineId);
 }
 
 void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t itemId) {
@@ -99,7 +95,7 @@ void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId,
   const std::int64_t holding = item ? item->holdingId : 0;
   Query query(db, "update booking_items set item_id = :item_id, holding_id = :holding_id where id = :id");
   query.bind("item_id", itemId).bind("holding_id", orNothing(holding)).bind("id", lineId).run();
-  take(db, booking, {ThingKind::Item, itemId, holding}, lineId);
+  take(db, booking, {ThingKind::Item, itemId}, lineId);
 }
 
 void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId) {
@@ -107,7 +103,7 @@ void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId)
   query.bind("room_id", roomId).bind("id", booking.id).run();
   Query wish(db, "delete from occupancy where booking_id = :booking_id and kind = 13");
   wish.bind("booking_id", booking.id).run();
-  if (booking.type == 1) take(db, booking, {ThingKind::Room, roomId, booking.roomWish.typeId}, std::nullopt);
+  if (booking.type == 1) take(db, booking, {ThingKind::Room, roomId}, std::nullopt);
 }
 
 std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now) {
@@ -133,8 +129,8 @@ void takeFrom(Connection& db, const DeskBooking& booking, Moment from) {
   int kind = 0;
   Thing thing{ThingKind::Equipment};
   std::int64_t line = 0;
-  Query query(db, "select kind, thing, family, line_id from occupancy where booking_id = :booking_id");
-  query.bind("booking_id", booking.id).into(kind, thing.thing, thing.family, line);
+  Query query(db, "select kind, thing, line_id from occupancy where booking_id = :booking_id");
+  query.bind("booking_id", booking.id).into(kind, thing.thing, line);
   while (query.next()) {
     thing.kind = static_cast<ThingKind>(kind);
     things.emplace_back(thing, orNothing(line));

@@ -71,6 +71,16 @@ StoreError::Kind kindOf(const soci::postgresql_soci_error& error) {
   }
 }
 
+/// A server that is not there has no code of its own for it. Called while handling.
+[[noreturn]] void rethrowAsUnreachable(const Dialect& dialect) {
+  if (dialect.kind == Dialect::Kind::Sqlite) throw;
+  try {
+    throw;
+  } catch (const soci::soci_error& error) {
+    throw StoreError(StoreError::Kind::Busy, error.get_error_message());
+  }
+}
+
 void backOff(int attempt) {
   thread_local std::minstd_rand random{std::random_device{}()};
   const int longest = std::min(1 << std::min(attempt, 6), 50);
@@ -239,7 +249,8 @@ class Database::Lease {
       lock.lock();
       --database_.open_;
       database_.returned_.notify_one();
-      throw;
+      lock.unlock();
+      rethrowAsUnreachable(database_.dialect_);
     }
   }
 
@@ -321,10 +332,16 @@ void Database::setPatience(Connection& db, std::chrono::milliseconds longest) co
 
 /// The turn comes first, so that the transaction sees what the one before it has left.
 void Database::beginWrite(Connection& db, Wait wait) const {
+  const bool takesTurn = !dialect_.takeTurn.empty();
+  const auto endShortWait = [&] {
+    if (wait == Wait::Short) setPatience(db, std::chrono::seconds(patience_));
+  };
   if (wait == Wait::Short) setPatience(db, shortWait);
-  if (!dialect_.takeTurn.empty()) runAsQuery(db, dialect_.takeTurn);
+  if (takesTurn) runAsQuery(db, dialect_.takeTurn);
+  // Not within the transaction, which would take it along when it is undone.
+  if (takesTurn) endShortWait();
   db.run(std::string(dialect_.beginWrite));
-  if (wait == Wait::Short) setPatience(db, std::chrono::seconds(patience_));
+  if (!takesTurn) endShortWait();
 }
 
 void Database::finish(Lease& lease, const Work& work) {

@@ -30,6 +30,7 @@ void runStep(Database& database, const Migration& step) {
   database.write([&](Connection& db) {
     if (versionOf(db) >= step.number) return;
     runStatements(db, step.sql);
+    if (step.work != nullptr) step.work(db);
     Query query(db, "insert into schema_steps (number, name) values (:number, :name)");
     query.bind("number", step.number).bind("name", step.name).run();
   });

@@ -11,7 +11,8 @@ namespace vantry::server {
 struct Migration {
   int number;
   std::string_view name;
-  std::string_view sql;  ///< statements, each ended by a semicolon at the end of a line
+  std::string_view sql;                 ///< statements, each ended by a semicolon at the end of a line
+  void (*work)(Connection&) = nullptr;  ///< what no statement can do, after them
 };
 
 /// All steps, oldest first.

@@ -22,9 +22,9 @@ bool isSingle(ThingKind kind) {
 
 void insertOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
   Query query(db,
-              "insert into occupancy (kind, thing, family, starts_at, ends_at, booking_id, line_id) "
-              "values (:kind, :thing, :family, :starts_at, :ends_at, :booking_id, :line_id)");
-  query.bind("kind", static_cast<int>(thing.kind)).bind("thing", thing.thing).bind("family", thing.family);
+              "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
+              "values (:kind, :thing, :starts_at, :ends_at, :booking_id, :line_id)");
+  query.bind("kind", static_cast<int>(thing.kind)).bind("thing", thing.thing);
   query.bind("starts_at", occupation.startsAt).bind("ends_at", occupation.endsAt);
   query.bind("booking_id", occupation.bookingId).bind("line_id", occupation.lineId).run();
 }

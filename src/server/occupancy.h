@@ -21,12 +21,11 @@ enum class ThingKind : int {
   RoomWish = 13,
 };
 
-/// One thing, or one wish. `family` is what availability is counted by: the equipment type, the holdings
-/// record, the room type.
+/// One thing, or one wish: by the key of the piece, item or room, or of the equipment type, title or room
+/// type.
 struct Thing {
   ThingKind kind;
   std::int64_t thing = 0;
-  std::int64_t family = 0;
 };
 
 /// A time for which a booking takes a thing, set-up and clean-up included: [startsAt, endsAt).
@@ -39,8 +38,7 @@ struct Occupation {
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
 
-/// Takes the things of one booking for one time: each single thing once, however many lines name it, since a
-/// group may stand beside one of its members.
+/// Takes the things of one booking for one time: each single thing once, however many lines name it.
 class Occupier {
  public:
   Occupier(Connection& db, std::int64_t bookingId, const Period& period)

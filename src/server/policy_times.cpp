@@ -28,25 +28,6 @@ std::optional<std::pair<std::size_t, std::size_t>> firstOverlap(std::span<const 
   return std::nullopt;
 }
 
-int mostAtOnce(std::span<const Period> periods, const Period& window) {
-  std::vector<std::pair<Moment, int>> changes;
-  for (const Period& each : periods) {
-    if (!overlap(each, window)) continue;
-    changes.emplace_back(each.from, 1);
-    changes.emplace_back(each.until, -1);
-  }
-  // At one moment what ends comes before what starts: the pair's second figure orders them so.
-  std::sort(changes.begin(), changes.end());
-  int running = 0;
-  int most = 0;
-  for (const auto& [at, change] : changes) {
-    if (at >= window.until) break;
-    running += change;
-    most = std::max(most, running);
-  }
-  return most;
-}
-
 Moment dueAt(const Period& times) {
   return times.until > times.from ? times.until : startOfDay(times.from) + day;
 }

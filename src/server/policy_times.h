@@ -27,9 +27,6 @@ struct Period {
 [[nodiscard]] std::optional<std::pair<std::size_t, std::size_t>> firstOverlap(
     std::span<const Period> periods);
 
-/// The most of the periods that run at one moment within `window`.
-[[nodiscard]] int mostAtOnce(std::span<const Period> periods, const Period& window);
-
 /// Until when a booking's things are expected back. One that ends when it starts has no end of its own: its
 /// things are due when the day is over.
 [[nodiscard]] Moment dueAt(const Period& times);

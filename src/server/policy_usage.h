@@ -39,8 +39,9 @@ struct Taking {
   std::vector<Wish> wishes;
 };
 
-/// By how many more wishes than before no thing is left for, at the moment at which it is worst, when each of
-/// those that run then gets a thing of its own.
+/// By how many more wishes than before no thing is left for: at the moment at which it is worst, when each of
+/// those that run then gets a thing of its own; or by one where each moment by itself goes out, but not all
+/// of them when each wish keeps its thing through its whole time.
 [[nodiscard]] int shortfall(std::span<const Wish> waiting, const Taking& taking);
 
 /// The first of the things that no waiting wish needs; the very first where each is needed. There is one.

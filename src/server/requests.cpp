@@ -130,6 +130,8 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
                             ? *judged.refusal
                             : runGuarded(findHandler(incoming.code)->run, context, Message(incoming.tags));
     answer.json = reply.json();
+    // What a session was set to is gone with it: a repeated request has to set the new one.
+    if (findHandler(incoming.code)->changesSession) return;
     storeReply(db, {.operatorId = judged.session->operatorId, .requestId = incoming.requestId},
                {std::string(incoming.code), answer.json}, now);
   });

@@ -27,6 +27,7 @@ struct Head {
   std::string group;
   std::int64_t pickupId = 0;
   std::string pickupLast, pickupFirst, pickupMiddle;
+  bool pickupWithheld = false;
   bool byWizard = false;
   std::int64_t setupMinutes = 0;
   std::int64_t cleanupMinutes = 0;
@@ -46,7 +47,8 @@ bool readHead(Connection& db, std::int64_t id, Head& head) {
       db,
       "select b.booking_type, b.administrative, b.patron_id, p.last_name, p.first_name, p.middle_name, "
       "p.withheld, b.patron_group_id, g.name, b.pickup_patron_id, q.last_name, q.first_name, "
-      "q.middle_name, b.by_wizard, b.setup_minutes, b.cleanup_minutes, b.status, b.note, c.name, cl.name, "
+      "q.middle_name, q.withheld, b.by_wizard, b.setup_minutes, b.cleanup_minutes, b.status, b.note, c.name, "
+      "cl.name, "
       "u.name, ul.name, b.created_at, b.updated_at, b.starts_at, b.ends_at, b.setup_staff_id, "
       "b.cleanup_staff_id from bookings b left join patrons p on p.id = b.patron_id "
       "left join patron_groups g on g.id = b.patron_group_id "
@@ -57,17 +59,19 @@ bool readHead(Connection& db, std::int64_t id, Head& head) {
   query.bind("id", id);
   return fetchOne(query, head.type, head.administrative, head.patronId, head.last, head.first, head.middle,
                   head.withheld, head.groupId, head.group, head.pickupId, head.pickupLast, head.pickupFirst,
-                  head.pickupMiddle, head.byWizard, head.setupMinutes, head.cleanupMinutes, head.status,
-                  head.note, head.createdBy, head.createdAtDesk, head.updatedBy, head.updatedAtDesk,
-                  head.createdAt, head.updatedAt, head.startsAt, head.endsAt, head.setupStaffId,
-                  head.cleanupStaffId);
+                  head.pickupMiddle, head.pickupWithheld, head.byWizard, head.setupMinutes,
+                  head.cleanupMinutes, head.status, head.note, head.createdBy, head.createdAtDesk,
+                  head.updatedBy, head.updatedAtDesk, head.createdAt, head.updatedAt, head.startsAt,
+                  head.endsAt, head.setupStaffId, head.cleanupStaffId);
 }
 
 void addPeople(Reply& reply, const Head& head) {
-  const bool withheld = isWithheld(head.withheld, static_cast<BookingStatus>(head.status));
-  if (!withheld) reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
+  const auto status = static_cast<BookingStatus>(head.status);
+  if (!isWithheld(head.withheld, status))
+    reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
+  if (!isWithheld(head.pickupWithheld, status))
+    reply.head(tags::PPATNM, personName(head.pickupLast, head.pickupFirst, head.pickupMiddle));
   reply.head(tags::PGNM, head.group)
-      .head(tags::PPATNM, personName(head.pickupLast, head.pickupFirst, head.pickupMiddle))
       .head(tags::PID, head.patronId)
       .head(tags::PPID, head.pickupId)
       .head(tags::PGID, head.groupId)

@@ -1,6 +1,7 @@
 // Saving bookings. The checks of the windows are requests of their own, made before; so the save decides
 // again about everything that two bookings could both want.
 
+#include <algorithm>
 #include <array>
 
 #include "server/booking_writer.h"
@@ -29,27 +30,47 @@ void refuseUnless(const Findings& findings, Reply (*replyOf)(const Findings&)) {
   if (!findings.clean()) throw Refused{replyOf(findings)};
 }
 
+/// Wishes go by the policy of the desk that makes the booking, whoever changes it later.
+DeskPolicy policyOf(Context& context, const BookingDraft& draft, std::int64_t deskId) {
+  return loadPolicyLocations(context.db, deskId, draft.administrative ? 0 : draft.groupId);
+}
+
+UsageQuestion questionOf(const Context& context, const BookingDraft& draft, const DeskPolicy& policy,
+                         std::int64_t bookingId) {
+  return {policy, takenTimesOf(draft), bookingId, draft.roomId, context.now};
+}
+
+/// Nothing lets an operator override this one, so that no check before stands for it.
+void requireStored(const BookingDraft& draft, const ResolvedThings& things) {
+  const bool stray =
+      std::any_of(things.equipment.begin(), things.equipment.end(), [&](const ResolvedPiece& each) {
+        const bool isThere = each.inRoom || (draft.roomId != 0 && each.piece.roomId == draft.roomId);
+        return each.piece.id != 0 && !each.piece.inStorage && !isThere;
+      });
+  if (!stray) return;
+  Findings findings;
+  findings.notInStorage = true;
+  throw Refused{equipmentReply(findings)};
+}
+
 /// Throws Refused, with the reply of the check that would tell the same, when something is taken. Looks at
 /// what will be stored: what stands in the room is taken out of it already, by the same rule.
-void requireFree(Context& context, const BookingDraft& draft, const ResolvedThings& things,
-                 std::int64_t bookingId) {
-  const std::int64_t group = draft.administrative ? 0 : draft.groupId;
-  const DeskPolicy policy = loadPolicyLocations(context.db, context.session.locationId, group);
-  const UsageQuestion question{policy, takenTimesOf(draft), bookingId, 0, context.now};
+void requireFree(Connection& db, const BookingDraft& draft, const ResolvedThings& things,
+                 UsageQuestion question) {
+  question.roomId = 0;
   const Aspects conflicts{.conflicts = true};
+  requireStored(draft, things);
   if (draft.type == 1 && draft.roomId != 0) {
-    if (const auto room = findRoom(context.db, draft.roomId)) {
-      refuseUnless(judgeRoom(context.db, question, *room, conflicts), roomReply);
+    if (const auto room = findRoom(db, draft.roomId)) {
+      refuseUnless(judgeRoom(db, question, *room, conflicts), roomReply);
     }
   }
-  std::vector<MediaAsk> media;
-  for (const ResolvedMedia& line : things.media) media.push_back(line.ask);
-  refuseUnless(judgeMedia(context.db, question, media, conflicts), mediaReply);
+  refuseUnless(judgeMedia(db, question, things.media, conflicts), mediaReply);
   std::vector<EquipmentAsk> equipment;
   for (const ResolvedPiece& line : things.equipment) {
     if (!line.inRoom) equipment.push_back({line.piece.id, line.piece.typeId});
   }
-  refuseUnless(judgeEquipment(context.db, question, equipment, conflicts), equipmentReply);
+  refuseUnless(judgeEquipment(db, question, equipment, conflicts), equipmentReply);
 }
 
 Stamp stampAt(const Context& context, Moment at) {
@@ -69,8 +90,10 @@ Reply newBookings(Context& context, const Message& message) {
   const BookingDraft draft = draftOf(message);
   if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
   requireKeys(context.db, draft);
-  const ResolvedThings things = resolveThings(context.db, draft);
-  requireFree(context, draft, things, 0);
+  const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
+  const UsageQuestion question = questionOf(context, draft, policy, 0);
+  const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireFree(context.db, draft, things, question);
   const std::string location = locationName(context.db, context.session.locationId);
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
   for (const Period& times : draft.times) {
@@ -91,8 +114,10 @@ Reply changeBooking(Context& context, const Message& message) {
   // Several times make several bookings, and only a new one can become several.
   if (draft.times.size() > 1) refuseTag(tags::STIME);
   requireKeys(context.db, draft);
-  const ResolvedThings things = resolveThings(context.db, draft);
-  requireFree(context, draft, things, state->id);
+  const DeskPolicy policy = policyOf(context, draft, state->locationId);
+  const UsageQuestion question = questionOf(context, draft, policy, state->id);
+  const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireFree(context.db, draft, things, question);
   const Moment stamp = nextStamp(state->updatedAt, context.now);
   rewriteBooking(context.db, state->id, draft, stampAt(context, stamp));
   addLines(context.db, state->id, draft, draft.times.front(), things);

@@ -8,6 +8,7 @@
 #include "server/handlers.h"
 #include "server/policy_store.h"
 #include "server/thing_store.h"
+#include "server/usage_check.h"
 #include "server/usage_things.h"
 #include "words/tags.h"
 
@@ -54,6 +55,7 @@ class Charger {
     judgeRoom();
     for (ItemLine& line : items_) line.itemId == 0 ? fillItem(line) : judgeItem(line);
     for (PieceLine& line : pieces_) line.pieceId == 0 ? fillPiece(line) : judgePiece(line);
+    if (failures_.recordCount() == 0) judgePromises();
     if (failures_.recordCount() > 0) {
       failures_.setRc(notCharged);
       throw Refused{failures_};
@@ -88,6 +90,28 @@ class Charger {
     if (context_.now < earliest) fail(failure::tooEarly).set(tags::STIME, momentText(earliest));
   }
 
+  /// Until the booking begins, its things may be promised to wishes of others.
+  void judgePromises() {
+    if (context_.now >= booking_.taken.from) return;
+    std::vector<MediaAsk> media;
+    for (const ItemLine& line : items_)
+      media.push_back({line.mediaTypeId, line.titleId, line.holdingId, line.itemId});
+    std::vector<EquipmentAsk> equipment;
+    for (const PieceLine& line : pieces_) {
+      if (!line.inRoom) equipment.push_back({line.pieceId, line.typeId});
+    }
+    const UsageQuestion question{policy_, {fromNow()}, booking_.id, 0, context_.now};
+    const Aspects conflicts{.conflicts = true};
+    const auto breaksOne = [](const Findings& findings) {
+      return std::any_of(findings.conflicts.begin(), findings.conflicts.end(),
+                         [](const UsageConflict& each) { return each.bookingId == 0; });
+    };
+    if (breaksOne(judgeMedia(db_, question, media, conflicts)) ||
+        breaksOne(judgeEquipment(db_, question, equipment, conflicts))) {
+      fail(failure::tooEarly).set(tags::STIME, momentText(booking_.taken.from));
+    }
+  }
+
   void judgeRoom() {
     if (booking_.roomId == 0) {
       if (booking_.roomWish.typeId != 0) fillRoom();
@@ -104,7 +128,10 @@ class Charger {
   }
 
   void fillRoom() {
-    const std::optional<std::int64_t> found = freeRoom(db_, booking_.roomWish, {fromNow(), booking_.id});
+    // A delivery's room is its address, whoever meets there.
+    const std::optional<std::int64_t> found = booking_.type == 1
+                                                  ? freeRoom(db_, booking_.roomWish, {fromNow(), booking_.id})
+                                                  : anyRoom(db_, booking_.roomWish);
     if (!found) {
       fail(failure::noRoom);
       return;

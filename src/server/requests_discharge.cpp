@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 #include "server/circulation_rules.h"
 #include "server/circulation_store.h"
@@ -68,7 +69,9 @@ bool takeOut(std::vector<std::int64_t>& asked, std::int64_t id) {
 Returned returnedLines(Context& context, const DeskBooking& booking, const Message& message) {
   Returned returned;
   std::vector<std::int64_t> items = message.numbers(tags::IM);
-  std::vector<std::int64_t> pieces = message.numbers(tags::EID);
+  std::vector<std::int64_t> pieces;
+  for (const std::int64_t id : message.numbers(tags::EID))
+    pieces.push_back(std::abs(id));  // marked as a group
   std::vector<PieceLine> inRoom;
   for (const ItemLine& line : itemLinesOf(context.db, booking.id)) {
     returned.before = std::max(returned.before, line.returnedAt);

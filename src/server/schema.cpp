@@ -4,7 +4,10 @@
 // point nowhere are NULL, texts without a value are ''.
 
 #include <array>
+#include <utility>
+#include <vector>
 
+#include "server/catalogue_text.h"
 #include "server/migrations.h"
 
 namespace vantry::server {
@@ -586,6 +589,32 @@ drop index bookings_room;
 create index bookings_room on bookings (room_id, starts_at) where room_id is not null;
 )";
 
+// Nothing asks for the kind that a thing is of, but for the thing itself.
+constexpr std::string_view namesWithoutMarks = R"(
+alter table occupancy drop column family;
+)";
+
+/// Some of the patrons behind that key, with their last names.
+std::vector<std::pair<std::int64_t, std::string>> namesBehind(Connection& db, std::int64_t key) {
+  std::vector<std::pair<std::int64_t, std::string>> names;
+  std::int64_t id = 0;
+  std::string name;
+  Query query(db, "select id, last_name from patrons where id > :key order by id limit 1000");
+  query.bind("key", key).into(id, name);
+  while (query.next()) names.emplace_back(id, name);
+  return names;
+}
+
+/// Names are found without regard to accents, as titles are.
+void foldNames(Connection& db) {
+  for (auto names = namesBehind(db, 0); !names.empty(); names = namesBehind(db, names.back().first)) {
+    for (const auto& [id, name] : names) {
+      Query query(db, "update patrons set search_name = :search_name where id = :id");
+      query.bind("search_name", catalogueKey(name)).bind("id", id).run();
+    }
+  }
+}
+
 constexpr std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -599,6 +628,7 @@ constexpr std::array steps{
     Migration{10, "one policy for each group", onePolicyEach},
     Migration{11, "longest use of single rooms", singleRooms},
     Migration{12, "leaner saves", leanerSaves},
+    Migration{13, "names without marks", namesWithoutMarks, foldNames},
 };
 
 }  // namespace

@@ -53,12 +53,16 @@ std::string nameBy(Connection& db, const char* sql, std::int64_t id) {
   return name;
 }
 
-std::string noteBy(Connection& db, const char* sql, std::int64_t id, std::int64_t occasion) {
+std::string notesBy(Connection& db, const char* sql, std::int64_t id, std::int64_t occasion) {
+  std::string all;
   std::string note;
   Query query(db, sql);
-  query.bind("id", id).bind("occasion", occasion);
-  fetchOne(query, note);
-  return note;
+  query.bind("id", id).bind("occasion", occasion).into(note);
+  while (query.next()) {
+    if (note.empty()) continue;
+    all += (all.empty() ? "" : "\r\n") + note;
+  }
+  return all;
 }
 
 }  // namespace
@@ -163,17 +167,17 @@ bool mayBeUsed(Connection& db, std::int64_t pieceId) {
 }
 
 std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion) {
-  return noteBy(db,
-                "select n.content from equipment_notes n join note_types t on t.id = n.note_type_id "
-                "where n.equipment_id = :id and t.popup_kind = :occasion order by t.id desc",
-                id, occasion);
+  return notesBy(db,
+                 "select n.content from equipment_notes n join note_types t on t.id = n.note_type_id "
+                 "where n.equipment_id = :id and t.popup_kind = :occasion order by t.id desc",
+                 id, occasion);
 }
 
 std::string popupNoteOfRoom(Connection& db, std::int64_t id, std::int64_t occasion) {
-  return noteBy(db,
-                "select n.content from room_notes n join note_types t on t.id = n.note_type_id "
-                "where n.room_id = :id and t.popup_kind = :occasion order by t.id desc",
-                id, occasion);
+  return notesBy(db,
+                 "select n.content from room_notes n join note_types t on t.id = n.note_type_id "
+                 "where n.room_id = :id and t.popup_kind = :occasion order by t.id desc",
+                 id, occasion);
 }
 
 std::string equipmentTypeName(Connection& db, std::int64_t id) {

@@ -84,7 +84,8 @@ struct BookableRoom {
 /// The piece by itself, or the group with its members.
 [[nodiscard]] std::vector<Piece> withMembers(Connection& db, std::int64_t pieceId);
 
-/// The note of a piece or a room whose type shows it on the occasion; empty without one.
+/// The notes of a piece or a room whose type shows them on the occasion, each on a line of its own; empty
+/// without any.
 [[nodiscard]] std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion);
 [[nodiscard]] std::string popupNoteOfRoom(Connection& db, std::int64_t id, std::int64_t occasion);
 

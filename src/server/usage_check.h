@@ -39,6 +39,7 @@ struct UsageQuestion {
 struct Aspects {
   bool types = false;      ///< whether the types may be booked, and for how long
   bool places = false;     ///< whether the things belong to the desk's policy, and their status
+  bool security = false;   ///< of the same, only what the security of a location keeps out
   bool conflicts = false;  ///< whether other bookings are in the way
   bool warnings = false;   ///< whether other bookings are near
 };

@@ -16,34 +16,29 @@ namespace {
 class EquipmentJudge {
  public:
   EquipmentJudge(Connection& db, const UsageQuestion& question, const Aspects& aspects)
-      : db_(db), question_(question), aspects_(aspects) {}
+      : db_(db), question_(question), aspects_(aspects), inRoom_(db, question) {}
 
   void judgeWish(std::int64_t typeId) {
     const std::string name = equipmentTypeName(db_, typeId);
     if (name.empty()) refuseTag(tags::ETI);
     if (aspects_.types) judgeType(typeId, name);
-    ++wanted_[typeId];
+    if (!aspects_.conflicts || inRoom_.take(typeId)) return;
+    asks_[typeId].wishes.push_back({.kind = ThingKind::EquipmentWish, .thing = typeId});
   }
 
   void judgePiece(const Piece& piece) {
     const bool standsThere = question_.roomId != 0 && piece.roomId == question_.roomId;
     if (aspects_.places && !piece.inStorage && !standsThere) findings_.notInStorage = true;
     if (aspects_.types) judgeType(piece.typeId, piece.typeName);
-    if (aspects_.places) {
-      if (const auto code = refusalOfLocation(question_.policy, piece.locationId)) {
-        findings_.failures.push_back({*code, piece.id, {}, piece.typeName});
-      }
+    if (const auto code = placeRefusal(question_.policy, aspects_, piece.locationId)) {
+      findings_.failures.push_back({*code, piece.id, {}, piece.typeName});
     }
     if (aspects_.conflicts || aspects_.warnings) taken_.push_back({piece, thingsOf(piece)});
   }
 
-  /// Wishes are counted, so that they are judged when all of them are known.
   Findings finish() {
     judgeTimes();
-    if (aspects_.conflicts) {
-      for (const auto& [type, wanted] : wanted_) addWishes(type, wanted);
-      judgeWishes(db_, question_, ThingKind::EquipmentWish, asks_, findings_);
-    }
+    if (aspects_.conflicts) judgeWishes(db_, question_, ThingKind::EquipmentWish, asks_, findings_);
     return std::move(findings_);
   }
 
@@ -116,34 +111,14 @@ class EquipmentJudge {
     if (std::find(singles.begin(), singles.end(), taken.id) == singles.end()) singles.push_back(taken.id);
   }
 
-  /// One wish less for each piece of its type that stands in the room.
-  void addWishes(std::int64_t typeId, int wanted) {
-    const int needed = std::max(wanted - countInRoom(typeId), 0);
-    const WishFor wish{.kind = ThingKind::EquipmentWish, .thing = typeId};
-    asks_[typeId].wishes.assign(static_cast<std::size_t>(needed), wish);
-  }
-
-  int countInRoom(std::int64_t typeId) {
-    if (question_.roomId == 0) return 0;
-    if (!roomRead_) {
-      for (const Piece& piece : piecesInRoom(db_, question_.roomId)) {
-        if (mayBeUsed(db_, piece.id)) ++inRoom_[piece.typeId];
-      }
-      roomRead_ = true;
-    }
-    return inRoom_[typeId];
-  }
-
   Connection& db_;
   const UsageQuestion& question_;
   const Aspects& aspects_;
+  RoomStock inRoom_;
   Findings findings_;
-  std::map<std::int64_t, int> wanted_;  ///< wishes by type
   std::vector<Taken> taken_;
   KindAsks asks_;  ///< what of each type is taken from what there is for wishes
-  std::map<std::int64_t, int> inRoom_;
   std::set<std::int64_t> judgedTypes_;
-  bool roomRead_ = false;
 };
 
 }  // namespace

@@ -18,12 +18,14 @@ class MediaJudge {
       : db_(db), question_(question), aspects_(aspects) {}
 
   void judge(const MediaAsk& ask) {
-    if (aspects_.types && ask.mediaTypeId != 0) judgeType(ask.mediaTypeId);
     if (ask.item != 0) {
       const std::optional<MediaItem> item = findItem(db_, ask.item);
       if (!item) refuseTag(tags::IM);
+      // What the item is, and not what somebody says of it; an item without a type goes as any.
+      if (aspects_.types) judgeType(item->mediaTypeId == 0 ? ask.mediaTypeId : item->mediaTypeId);
       return judgeItem(*item);
     }
+    if (aspects_.types) judgeType(ask.mediaTypeId);
     asks_[ask.titleId].wishes.push_back({.kind = ThingKind::ItemWish,
                                          .thing = ask.titleId,
                                          .holdingId = ask.holdingId,
@@ -40,7 +42,7 @@ class MediaJudge {
 
  private:
   void judgeType(std::int64_t typeId) {
-    if (!judgedTypes_.insert(typeId).second) return;
+    if (typeId == 0 || !judgedTypes_.insert(typeId).second) return;
     const std::string name = mediaTypeName(db_, typeId);
     if (name.empty()) refuseTag(tags::MTID);
     const TypeRule rule = question_.policy.mediaRule(typeId);
@@ -51,11 +53,11 @@ class MediaJudge {
   }
 
   void judgeItem(const MediaItem& item) {
-    if (aspects_.places) {
-      if (!item.status.empty()) findings_.failures.push_back({refusal::itemStatus, item.id, {}, item.status});
-      if (const auto code = refusalOfLocation(question_.policy, item.locationId)) {
-        findings_.failures.push_back({*code, item.id, {}, item.mediaTypeName});
-      }
+    if (aspects_.places && !item.status.empty()) {
+      findings_.failures.push_back({refusal::itemStatus, item.id, {}, item.status});
+    }
+    if (const auto code = placeRefusal(question_.policy, aspects_, item.locationId)) {
+      findings_.failures.push_back({*code, item.id, {}, item.mediaTypeName});
     }
     if (aspects_.conflicts || aspects_.warnings) taken_.push_back(item);
   }
@@ -117,10 +119,8 @@ Findings judgeRoom(Connection& db, const UsageQuestion& question, const Bookable
                                      [&](const Period& each) { return exceeds(each, longest); });
     if (tooLong) findings.failures.push_back({refusal::roomTooLong, room.id, longest, room.name});
   }
-  if (aspects.places) {
-    if (const auto code = refusalOfLocation(question.policy, room.locationId)) {
-      findings.failures.push_back({*code, room.id, {}, room.name});
-    }
+  if (const auto code = placeRefusal(question.policy, aspects, room.locationId)) {
+    findings.failures.push_back({*code, room.id, {}, room.name});
   }
   if (!aspects.conflicts) return findings;
   bool near = false;

@@ -134,6 +134,25 @@ std::string outSql(ThingKind kind) {
          "b.id <> :except_booking";
 }
 
+/// Those of the wish's type and location that may be used.
+const std::string roomsOfType =
+    "select r.id, r.capacity from rooms r where r.room_type_id = :type_id and r.location_id = :location_id "
+    "and not exists (select 1 from room_statuses s join status_types y on y.id = s.status_id where "
+    "s.room_id = r.id and y.effect = 3) ";
+/// The smallest room that does leaves the large ones for those who need them.
+constexpr const char* smallestFirst = " order by r.capacity, r.id";
+
+std::optional<std::int64_t> firstThatFits(Query& query, const RoomWish& wish) {
+  std::optional<std::int64_t> best;
+  std::int64_t id = 0;
+  std::int64_t capacity = 0;
+  query.bind("type_id", wish.typeId).bind("location_id", wish.locationId).into(id, capacity);
+  while (query.next()) {
+    if (!best && fits(wish, capacity)) best = id;
+  }
+  return best;
+}
+
 constexpr const char* roomOutSql =
     "select id, starts_at, ends_at, setup_minutes, cleanup_minutes from bookings where room_id = :id and "
     "room_charged_at is not null and room_returned_at is null and id <> :except_booking";
@@ -220,27 +239,20 @@ std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what, cons
 }
 
 std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const AskedTime& asked) {
-  std::optional<std::int64_t> best;
-  std::int64_t id = 0;
-  std::int64_t capacity = 0;
   static const std::string sql =
-      "select r.id, r.capacity from rooms r where r.room_type_id = :type_id and "
-      "r.location_id = :location_id and not exists (select 1 from room_statuses s join status_types y "
-      "on y.id = s.status_id where s.room_id = r.id and y.effect = 3) and "
-      "not exists (select 1 from occupancy o where o.thing = r.id and " +
-      meets("3") +
-      ") and "
-      "not exists (select 1 from bookings b where b.room_id = r.id and b.room_charged_at is not null "
-      "and b.room_returned_at is null) order by r.capacity, r.id";
+      roomsOfType + "and not exists (select 1 from occupancy o where o.thing = r.id and " + meets("3") +
+      ") and not exists (select 1 from bookings b where b.room_id = r.id and b.room_charged_at is not null "
+      "and b.room_returned_at is null)" +
+      smallestFirst;
   Query query(db, sql);
-  query.bind("type_id", wish.typeId).bind("location_id", wish.locationId);
   bindTimes(query, asked);
-  query.into(id, capacity);
-  // The smallest room that does leaves the large ones for those who need them.
-  while (query.next()) {
-    if (!best && fits(wish, capacity)) best = id;
-  }
-  return best;
+  return firstThatFits(query, wish);
+}
+
+std::optional<std::int64_t> anyRoom(Connection& db, const RoomWish& wish) {
+  static const std::string sql = roomsOfType + smallestFirst;
+  Query query(db, sql);
+  return firstThatFits(query, wish);
 }
 
 }  // namespace vantry::server

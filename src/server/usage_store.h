@@ -74,6 +74,9 @@ struct FreeSearch {
 [[nodiscard]] std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what,
                                                      const Places& places, const FreeSearch& search);
 
+/// A room that fits the wish and may be used, whoever has it; for deliveries.
+[[nodiscard]] std::optional<std::int64_t> anyRoom(Connection& db, const RoomWish& wish);
+
 /// A room that fits the wish, is free for the period, not charged, and may be used.
 [[nodiscard]] std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish,
                                                    const AskedTime& asked);

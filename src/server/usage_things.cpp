@@ -23,13 +23,21 @@ Period spanOf(Period span, const std::vector<WaitingWish>& wishes) {
   return span;
 }
 
-/// The wishes that come into question with whatever is taken at the time asked for: those that wait then, and
-/// those that they meet at other times, since each needs its thing through all of its own time.
-std::vector<WaitingWish> rivalsAt(Connection& db, const WishFor& kind, const AskedTime& asked) {
-  const std::vector<WaitingWish> then = waitingWishes(db, kind, asked);
-  const Period span = spanOf(asked.period, then);
-  if (span == asked.period) return then;
-  return waitingWishes(db, kind, {span, asked.exceptBooking});
+/// How far the search goes from wish to wish. Further ones hardly ever matter, and a type that is wished for
+/// around the clock has no end.
+constexpr int mostSteps = 4;
+
+/// The wishes that come into question with whatever is taken at the time asked for: those that wait then,
+/// those that they meet at other times, since each needs its thing through all of its own time, and so on.
+std::vector<WaitingWish> rivalsAt(Connection& db, const WishFor& kind, AskedTime asked) {
+  std::vector<WaitingWish> rivals = waitingWishes(db, kind, asked);
+  for (int step = 1; step < mostSteps; ++step) {
+    const Period span = spanOf(asked.period, rivals);
+    if (span == asked.period) break;
+    asked.period = span;
+    rivals = waitingWishes(db, kind, asked);
+  }
+  return rivals;
 }
 
 /// Finds what could fill each wish, by the policy of the wisher's own desk. Equal wishes are looked up once.
@@ -127,6 +135,39 @@ void judgeKindAt(Connection& db, const UsageQuestion& question, const WishFor& k
 }
 
 }  // namespace
+
+void RoomStock::read() {
+  isRead_ = true;
+  if (question_.roomId == 0) return;
+  std::vector<Piece> pieces = piecesInRoom(db_, question_.roomId);
+  std::erase_if(pieces, [&](const Piece& each) { return !mayBeUsed(db_, each.id); });
+  std::vector<std::int64_t> ids;
+  for (const Piece& each : pieces) ids.push_back(each.id);
+  std::vector<SingleUses> uses;
+  for (const Period& period : question_.times) {
+    uses.push_back(singleUses(db_, question_, ThingKind::Equipment, ids, period));
+  }
+  for (const Piece& each : pieces) {
+    const bool isThere = std::all_of(uses.begin(), uses.end(), [&](const SingleUses& atTime) {
+      return atTime.at(each.id).inTheWay.empty();
+    });
+    if (isThere) ++left_[each.typeId];
+  }
+}
+
+bool RoomStock::take(std::int64_t typeId) {
+  if (!isRead_) read();
+  const auto found = left_.find(typeId);
+  if (found == left_.end() || found->second == 0) return false;
+  --found->second;
+  return true;
+}
+
+std::optional<int> placeRefusal(const DeskPolicy& policy, const Aspects& aspects, std::int64_t locationId) {
+  if (!aspects.places && !aspects.security) return std::nullopt;
+  const std::optional<int> code = refusalOfLocation(policy, locationId);
+  return aspects.places || code == refusal::foreignSecurity ? code : std::nullopt;
+}
 
 SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
                       std::span<const std::int64_t> things, const Period& period) {

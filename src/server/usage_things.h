@@ -17,6 +17,27 @@ using SingleUses = std::map<std::int64_t, SingleUse>;
 [[nodiscard]] SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
                                     std::span<const std::int64_t> things, const Period& period);
 
+/// The pieces that stand in the room of the question, may be used and are with no other booking at its times:
+/// each makes one wish for its type needless.
+class RoomStock {
+ public:
+  RoomStock(Connection& db, const UsageQuestion& question) : db_(db), question_(question) {}
+  /// Whether one of the type is left, which then is not any more.
+  bool take(std::int64_t typeId);
+
+ private:
+  void read();
+
+  Connection& db_;
+  const UsageQuestion& question_;
+  bool isRead_ = false;
+  std::map<std::int64_t, int> left_;  ///< by type
+};
+
+/// What speaks against things of the location, as far as it was asked.
+[[nodiscard]] std::optional<int> placeRefusal(const DeskPolicy& policy, const Aspects& aspects,
+                                              std::int64_t locationId);
+
 /// What a booking asks of one kind of things: single ones, and wishes.
 struct KindAsk {
   std::vector<std::int64_t> singles;

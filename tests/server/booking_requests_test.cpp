@@ -54,6 +54,16 @@ TEST_P(BookingRequests, ReadsPlacesInTheirThreeForms) {
             "0|LOC=1 RCA=30 RCOP=1 RID=0 RNM=Main Desk RTI=1 RTY=Classroom");
 }
 
+TEST_P(BookingRequests, WhoWantsToBeForgottenIsNamedNoLongerThanTheBookingRuns) {
+  library().execute("update patrons set withheld = 1 where id = 1");
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
+  library().execute("update bookings set pickup_patron_id = 1");
+  EXPECT_EQ(send("GETMSD", "BOOKID=1").first("PPATNM"), "Bell, Ada");
+  send("CANBK", "BOOKID=1");
+  const Got read = send("GETMSD", "BOOKID=1");
+  EXPECT_EQ(read.text().find("Bell"), std::string::npos) << read.text();
+}
+
 TEST_P(BookingRequests, StampsTellThatSomebodyChangedIt) {
   save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
   EXPECT_EQ(send("CHKUPD", "BOOKID=1; UDT=2026-03-02 09:00:00").rc, 0);
@@ -230,12 +240,36 @@ TEST_P(BookingRequests, RequiredEquipmentIsReadWholeIntoTheEditor) {
   EXPECT_EQ(send("GSCIT", "BOOKID=1").text(), "0|");
 }
 
+TEST_P(BookingRequests, WhatIsAwayFromItsRoomFillsNoWish) {
+  library().execute("update equipment set room_id = 3 where id = 4");
+  save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=4");
+  library().execute("update equipment set room_id = 1 where id = 4");
+  const std::string things = "EID=4; EQIR=Y; ETI=2; IFL=N";
+  EXPECT_EQ(save(times(3, "10:30", "11:30"), "RID=1", 1, things).rc, 0) << "another booking has it";
+  EXPECT_EQ(save(times(3, "11:30", "12:30"), "RID=1", 1, things).rc, 137);
+}
+
+TEST_P(BookingRequests, AChangeAtAnotherDeskGoesByThePolicyOfTheFirst) {
+  const std::string ten = booking(times(3, "10:00", "11:00"), "LOC=1", 3, "ETI=2; IFL=N");
+  send("NEWBK", ten);
+  EXPECT_EQ(save(times(4, "10:00", "11:00"), "LOC=1", 3, "EID=3").rc, 0) << "the only one of the desk";
+  send("SLL", "LOC=2");
+  EXPECT_EQ(send("UPDBK", "BOOKID=1; " + booking(times(4, "10:00", "11:00"), "LOC=1", 3, "ETI=2; IFL=N")).rc,
+            149)
+      << "the branch has one, which the charge would not hand out";
+  EXPECT_EQ(send("UPDBK", "BOOKID=1; " + ten).rc, 0);
+}
+
 TEST_P(BookingRequests, SaveJudgesWhatItStores) {
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=4").rc, 179) << "it stands in a classroom";
+  EXPECT_EQ(save(times(3, "08:00", "09:00"), "RID=1", 2, "EID=4").rc, 0) << "that of the booking";
+  library().execute("update equipment set room_id = 3 where id = 4");
   save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=4; EID=1");
   EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=2", 1, "EID=4; EQIR=Y").rc, 149)
       << "it has left the room, and another booking has it";
+  library().execute("update equipment set room_id = 1 where id = 4");
   EXPECT_EQ(save(times(3, "10:00", "11:00"), "RID=1", 1, "EID=4; EQIR=Y").rc, 0) << "where it stands";
-  EXPECT_EQ(count("occupancy where kind = 1 and thing = 4"), "1");
+  EXPECT_EQ(count("occupancy where kind = 1 and thing = 4"), "2");
   // One television is left, and two media types need one.
   EXPECT_EQ(save(times(3, "10:00", "11:00"), "LOC=1", 3, "ETI=1; IFL=Y; ETI=1; IFL=Y").rc, 0);
 }
@@ -320,6 +354,12 @@ TEST_P(BookingRequests, LimitsOfTypesAndCounts) {
   EXPECT_EQ(
       send("VIUL", head + ten + "; " + film1 + "; MTID=1; BI=1; MI=1; IM=2; MTID=0; BI=1; MI=0; IM=0").text(),
       "150|MTY=2|VUF=119");
+  EXPECT_EQ(send("VIUL", head + ten + "; MTID=1; BI=1; MI=2; IM=3").text(), "150||VUF=184")
+      << "told here, since the checks of single things pass it over";
+  EXPECT_EQ(send("VIUL", head + ten + "; MTID=0; BI=2; MI=3; IM=4").text(), "150|MTY=Slides|VUF=156")
+      << "what the item is, and not what the message says";
+  EXPECT_EQ(send("VEUL", head + ten + "; EID=10").text(), "149||VUF=184");
+  EXPECT_EQ(send("VEUL", head + ten + "; EID=8").rc, 0) << "138 is a matter of the other checks";
 }
 
 TEST_P(BookingRequests, CalendarsPlacesAndRooms) {
@@ -380,6 +420,12 @@ TEST_P(BookingRequests, StatusesNotesSuggestionsAndMedia) {
   EXPECT_EQ(send("VES", "EID=9").text(), "151||VD1=3 VD2=Camera CAM1 VD3=Missing");
   EXPECT_EQ(send("GETPMSG", "PWHI=1; PTYP=1; PWID=1").text(), "0|PMSG=Ask for the remote.");
   EXPECT_EQ(send("GETPMSG", "PWHI=0; PTYP=8; PWID=1").text(), "0|PMSG=Key back?");
+  library().execute("insert into note_types (id, for_rooms, name, popup_kind) values (99, 0, 'Loan', 1)");
+  library().execute(
+      "insert into equipment_notes (equipment_id, note_type_id, content, updated_at) values "
+      "(1, 99, 'And for the batteries.', 0)");
+  EXPECT_EQ(send("GETPMSG", "PWHI=1; PTYP=1; PWID=1").text(),
+            "0|PMSG=And for the batteries.\r\nAsk for the remote.");
   EXPECT_EQ(send("GETPMSG", "PWHI=0; PTYP=1; PWID=1").text(), "0|");
   EXPECT_EQ(send("SUG", "RID=1; EID=1; EID=4; EQIR=Y; ETI=2; IFL=N").text(), "0|CTIME=5 UTIME=25");
   EXPECT_EQ(send("SUG", "RID=1; ETI=2; IFL=Y; ETI=2; IFL=Y").text(),

@@ -87,6 +87,7 @@ TEST_P(CirculationRequests, WhatStandsInTheRoomHoldsNoChargeUp) {
   const std::string first = save(times(2, "09:30", "10:00"), "EID=4; EQIR=Y", "RID=1", 2);
   const std::string second = save(times(2, "10:00", "11:00"), "EID=4; EQIR=Y", "RID=1", 2);
   EXPECT_EQ(charge(first).text(), "0|") << "no key of a room that is only an address";
+  EXPECT_EQ(send("VERCAN", "BOOKID=" + first).rc, 7) << "and nothing that has left it";
   library().execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (4, 1, 0)");
   EXPECT_EQ(charge(second).rc, 0) << "neither the first booking nor its status is in the way";
 }
@@ -152,6 +153,33 @@ TEST_P(CirculationRequests, WhoComesEarlyTakesNothingFromThoseBetween) {
   const std::string group = save(times(2, "10:00", "11:00"), "EID=5");
   save(times(2, "09:15", "09:45"), "EID=6");
   EXPECT_EQ(charge(group).text(), "128||CHFA=127 STIME=2026-03-02 09:45:00") << "a member is somebody else's";
+}
+
+TEST_P(CirculationRequests, WhoComesEarlyTakesNothingThatWasPromised) {
+  const std::string wish = save(times(2, "09:20", "09:50"), "ETI=3; IFL=N");
+  const std::string set = save(times(2, "10:00", "11:00"), "EID=5");
+  const std::string other = save(times(2, "10:00", "11:00"), "MTID=1; BI=1; MI=1; IM=1");
+  EXPECT_EQ(charge(set).text(), "128||CHFA=127 STIME=2026-03-02 10:00:00") << "the only set";
+  EXPECT_EQ(charge(other).rc, 0);
+  EXPECT_EQ(charge(wish).rc, 0);
+  send("DBK", "BOOKID=" + wish + "; EID=5");
+  EXPECT_EQ(charge(set).rc, 0) << "nobody waits for it any more";
+}
+
+TEST_P(CirculationRequests, AMemberGoesAndComesWithItsGroup) {
+  const std::string set = save(times(2, "09:30", "14:00"), "EID=6; EID=5; EID=7");
+  charge(set);
+  EXPECT_EQ(send("BND", "BOOKID=" + set).all("EID"), "5");
+  EXPECT_EQ(send("DBK", "BOOKID=" + set + "; EID=6").rc, 7);
+  EXPECT_EQ(send("NEWBK", booking(times(2, "10:00", "11:00"), "LOC=1", 3, "EID=6")).rc, 149);
+  EXPECT_EQ(send("DBK", "BOOKID=" + set + "; EID=-5").rc, 0) << "with the mark of a group";
+  EXPECT_EQ(taken(), "0");
+}
+
+TEST_P(CirculationRequests, ADeliveryFindsARoomThoughOthersHaveIt) {
+  save(times(2, "09:30", "12:00"), "", "RID=1", 1);
+  const std::string wish = save(times(2, "09:30", "12:00"), "", "RCOP=0; RCA=15; LOC=1; RTI=1", 2);
+  EXPECT_EQ(charge(wish).first("RID"), "1") << "the smallest that does";
 }
 
 TEST_P(CirculationRequests, AWishTakesNothingThatAnotherNeeds) {
@@ -295,9 +323,13 @@ TEST_P(CirculationRequests, FindsWhatIsReadyAndWhatIsOut) {
        {"BNO=P1", "BNO=P1?x", "PPBAR=P100", "PLN=Bel", "CNUM=3", "CNUM=x", "BNO=", "BNO=' or 1=1"}) {
     EXPECT_EQ(send("SSC", search).text(), "0|") << search;
   }
+  library().execute("update patrons set last_name = 'Bäll', search_name = 'ball' where id = 1");
+  for (const char* search : {"PLN=BÄLL", "PLN=bäll", "PLN=Ball", "PLN=B?", "PLN=?"}) {
+    EXPECT_EQ(send("SSC", search).all("CNUM"), "0000002") << search;
+  }
   EXPECT_EQ(send("SSC", "CNUM=0000001").rc, 123);
   for (const char* search :
-       {"BNO=P100", "CNUM=1?", "PLN=Bell", "MEDBAR=M1", "MEDBAR=M?", "EQBAR=E6", "ENO=SET1", "IM=1", "IM=1?",
+       {"BNO=P100", "CNUM=1?", "PLN=Ball", "MEDBAR=M1", "MEDBAR=M?", "EQBAR=E6", "ENO=SET1", "IM=1", "IM=1?",
         "CN=QE 521; CNTY=MLC#", "CN=qe?; CNTY=MLC#", "CNUM=0000001"}) {
     const std::string expected = std::string(search) == "CNUM=1?" ? "" : "0000001";
     EXPECT_EQ(send("SSD", search).all("CNUM"), expected) << search;
@@ -315,7 +347,7 @@ TEST_P(CirculationRequests, FindsWhatIsReadyAndWhatIsOut) {
   EXPECT_EQ(
       send("SSC", "BNO=P100").text(),
       "0||BKRES=0 BOOKID=2 BTYP=Pick-Up CNUM=0000002 DPL=Main Desk ECNT=1 ETIME=2026-03-02 11:00:00 ICNT=0 "
-      "REQ=Bell, Ada STIME=2026-03-02 10:30:00");
+      "REQ=Bäll, Ada STIME=2026-03-02 10:30:00");
 }
 
 }  // namespace

@@ -29,14 +29,6 @@ TEST(TimePolicy, PeriodsThatTouchDoNotOverlap) {
   EXPECT_EQ(firstOverlap(inside), std::pair(std::size_t{0}, std::size_t{2}));
 }
 
-TEST(TimePolicy, CountsTheMostAtOneMomentOnly) {
-  const Period wishes[] = {span(0, 60), span(60, 120), span(30, 90), span(300, 400)};
-  EXPECT_EQ(mostAtOnce(wishes, span(0, 120)), 2);
-  EXPECT_EQ(mostAtOnce(wishes, span(90, 120)), 1);
-  EXPECT_EQ(mostAtOnce(wishes, span(120, 300)), 0);
-  EXPECT_EQ(mostAtOnce(wishes, span(0, 500)), 2);
-}
-
 TEST(TimePolicy, LongestUseByUnit) {
   struct Row {
     Moment minutes;
@@ -141,6 +133,10 @@ TEST(UsagePolicy, NothingIsTakenThatAWaitingWishNeeds) {
       {"what was hopeless before is nobody's fault", {hopeless}, {hour, {}, {any}}, 0},
       {"a wish that can never be filled", {}, {hour, {}, {hopeless}}, 1},
       {"wishes that only meet outside the time taken", {first, later}, {span(60, 90), {3}, {}}, 1},
+      {"no thing is left for the whole of the longest wish",
+       {Wish{span(0, 120), {1, 3}}, first},
+       {span(60, 120), {}, {Wish{span(60, 120), {3}}}},
+       1},
       {"one after the other", {first, {span(60, 90), {1}}}, {span(0, 90), {2, 3}, {}}, 0},
   };
   for (const Row& row : rows) EXPECT_EQ(shortfall(row.waiting, row.taking), row.missing) << row.story;

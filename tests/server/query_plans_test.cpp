@@ -39,8 +39,8 @@ constexpr std::string_view many[] = {
     "booking_items (booking_id, place, title_id, item_id, charged_at) select n, 1, n, n, 0",
     "booking_equipment (booking_id, place, equipment_id, equipment_type_id, charged_at, returned_at) "
     "select n, 1, n % 4000 + 20, 1, 0, case when n % 10 > 0 then 0 end",
-    "occupancy (kind, thing, family, starts_at, ends_at, booking_id, line_id) "
-    "select 11 + n % 2, n, n, n * 3600, n * 3600 + 3600, n, n",
+    "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
+    "select 11 + n % 2, n, n * 3600, n * 3600 + 3600, n, n",
     "maintenance (equipment_id, came_in_on, created_at) select n, n * 86400, 0",
     "sessions (token, operator_id, expires_at) select 't' || n, 1, n",
     "replies (operator_id, request_id, code, reply, at) select 1, 'i' || n, 'C', '', n",

@@ -150,8 +150,7 @@ TEST_P(RequestsTest, BookmthCountsTheDaysOfAMonthAndOfAYear) {
 TEST_P(RequestsTest, ACancelFreesTheThingsCountsForThePatronAndStampsTheBooking) {
   const std::int64_t id =
       addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00", {{"updated_at", std::to_string(now + 5)}});
-  sql("insert into occupancy (kind, thing, family, starts_at, ends_at, booking_id) values (1, 1, 1, 1, 2, "
-      "1)");
+  sql("insert into occupancy (kind, thing, starts_at, ends_at, booking_id) values (1, 1, 1, 2, 1)");
   auto client = this->client();
   EXPECT_EQ(client->send("VERCAN", {{"BOOKID", std::to_string(id)}}).rc, 0);
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", std::to_string(id)}}).rc, 0);

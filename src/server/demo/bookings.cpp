@@ -236,8 +236,7 @@ class BookingMaker {
   }
 
   void occupyRoom(const Draft& draft) {
-    const std::int64_t family = world_.rooms[static_cast<std::size_t>(draft.roomId) - 1].typeId;
-    occupy({.kind = ThingKind::Room, .thing = draft.roomId, .family = family}, draft, std::nullopt);
+    occupy({.kind = ThingKind::Room, .thing = draft.roomId}, draft, std::nullopt);
   }
 
   void writePiece(const Draft& draft, std::optional<std::size_t> piece, std::size_t place) {
@@ -255,15 +254,14 @@ class BookingMaker {
         .bind("charged_at", draft.chargedAt());
     query.bind("returned_at", draft.returnedAt()).run();
     if (!draft.holdsThings()) return;
-    if (!piece)
-      return occupy({.kind = ThingKind::EquipmentWish, .thing = typeId, .family = typeId}, draft, line);
+    if (!piece) return occupy({.kind = ThingKind::EquipmentWish, .thing = typeId}, draft, line);
     occupyPiece(*piece, draft, line);
     for (const std::size_t member : world_.pieces[*piece].members) occupyPiece(member, draft, line);
   }
 
   void occupyPiece(std::size_t piece, const Draft& draft, std::int64_t line) {
     const World::Piece& row = world_.pieces[piece];
-    occupy({.kind = ThingKind::Equipment, .thing = row.id, .family = row.typeId}, draft, line);
+    occupy({.kind = ThingKind::Equipment, .thing = row.id}, draft, line);
   }
 
   void writeItem(const Draft& draft, std::size_t item, std::size_t place) {
@@ -278,8 +276,7 @@ class BookingMaker {
     query.bind("media_type_id", row.mediaTypeId == 0 ? std::nullopt : std::optional(row.mediaTypeId));
     query.bind("title_id", row.titleId).bind("holding_id", row.holdingId).bind("item_id", row.id);
     query.bind("charged_at", draft.chargedAt()).bind("returned_at", draft.returnedAt()).run();
-    if (draft.holdsThings())
-      occupy({.kind = ThingKind::Item, .thing = row.id, .family = row.holdingId}, draft, line);
+    if (draft.holdsThings()) occupy({.kind = ThingKind::Item, .thing = row.id}, draft, line);
   }
 
   void occupy(const Thing& thing, const Draft& draft, std::optional<std::int64_t> line) {

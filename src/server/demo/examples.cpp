@@ -4,7 +4,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "server/accounts.h"
+#include "server/catalogue_text.h"
 #include "server/demo/world.h"
 #include "server/occupancy.h"
 #include "server/query_help.h"
@@ -48,7 +48,7 @@ void addPatron(Connection& db, const World& world, const PatronRow& row, std::in
       ":first_name, :search_name, :institution_id, 'Riverside', :expires_at, :late, :cancelled, "
       ":unclaimed, :fees)");
   query.bind("id", id).bind("last_name", row.last).bind("first_name", row.first);
-  query.bind("search_name", loginKey(row.last)).bind("institution_id", numbered("U", 20000 + id, 6));
+  query.bind("search_name", catalogueKey(row.last)).bind("institution_id", numbered("U", 20000 + id, 6));
   query.bind("expires_at", world.today + 900 * day).bind("late", row.late).bind("cancelled", row.cancelled);
   query.bind("unclaimed", row.unclaimed).bind("fees", row.fees).run();
   Query card(db,
@@ -104,8 +104,7 @@ void addBooking(Connection& db, const World& world, const Example& example) {
 /// No lecture hall of the desk has so many seats.
 void wishForRoom(Connection& db, const World& world, std::int64_t id) {
   addBooking(db, world, {.id = id, .type = 1});
-  addOccupancy(db, {ThingKind::RoomWish, lectureHall, world.locations.front().id},
-               weekFor(world, id, std::nullopt));
+  addOccupancy(db, {ThingKind::RoomWish, lectureHall}, weekFor(world, id, std::nullopt));
 }
 
 /// A title of which every item is lost.
@@ -121,7 +120,7 @@ void wishForItem(Connection& db, const World& world, std::int64_t id) {
       "values (:id, :booking_id, 1, (select min(media_type_id) from items where title_id = :title_id), "
       ":title_id, 1)");
   query.bind("id", line).bind("booking_id", id).bind("title_id", title).run();
-  addOccupancy(db, {ThingKind::ItemWish, title, 0}, weekFor(world, id, line));
+  addOccupancy(db, {ThingKind::ItemWish, title}, weekFor(world, id, line));
 }
 
 /// Nobody has bought one yet.
@@ -132,7 +131,7 @@ void wishForPiece(Connection& db, const World& world, std::int64_t id) {
               "insert into booking_equipment (id, booking_id, place, equipment_type_id, is_generic) "
               "values (:id, :booking_id, 1, :type_id, 1)");
   query.bind("id", line).bind("booking_id", id).bind("type_id", hearingLoop).run();
-  addOccupancy(db, {ThingKind::EquipmentWish, hearingLoop, hearingLoop}, weekFor(world, id, line));
+  addOccupancy(db, {ThingKind::EquipmentWish, hearingLoop}, weekFor(world, id, line));
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "server/accounts.h"
+#include "server/catalogue_text.h"
 #include "server/demo/world.h"
 
 namespace vantry::server {
@@ -52,7 +52,7 @@ void addPatron(Connection& db, const World& world, World::Patron& patron, const 
       .bind("last_name", name.last)
       .bind("first_name", name.first)
       .bind("middle_name", name.middle);
-  query.bind("search_name", loginKey(name.last)).bind("institution_id", numbered("U", 20000 + id, 6));
+  query.bind("search_name", catalogueKey(name.last)).bind("institution_id", numbered("U", 20000 + id, 6));
   query.bind("address1", std::to_string(dice.between(1, 180)) + " " + dice.of(streets))
       .bind("city", dice.of(cities));
   query.bind("postal_code", numbered("", dice.between(10000, 99999), 5));
