@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <set>
 
+#include "server/policy_store.h"
 #include "words/tags.h"
 
 namespace vantry::server {
 
 namespace {
 
-constexpr std::int64_t mostMinutes = 999;
 constexpr int pickup = 3;
 
 Moment momentOf(const TagValue& pair) {
@@ -134,8 +134,12 @@ BookingDraft draftOf(const Message& message) {
   return draft;
 }
 
-std::int64_t policyGroupOf(const Message& message) {
+static std::int64_t policyGroupOf(const Message& message) {
   return message.flag(tags::ADBK) ? 0 : message.number(tags::PGID);
+}
+
+DeskPolicy policyFor(Context& context, const Message& message) {
+  return loadPolicy(context.db, context.session.locationId, policyGroupOf(message));
 }
 
 }  // namespace vantry::server

@@ -57,7 +57,10 @@ struct BookingDraft {
 };
 [[nodiscard]] BookingDraft draftOf(const Message& message);
 
-/// The patron group that policy goes by; 0 for an administrative booking.
-[[nodiscard]] std::int64_t policyGroupOf(const Message& message);
+/// The policy of the operator's desk for the patron group of the booking, or for administrative ones.
+[[nodiscard]] DeskPolicy policyFor(Context& context, const Message& message);
+
+/// Set-up and clean-up take no more than so many minutes each.
+inline constexpr std::int64_t mostMinutes = 999;
 
 }  // namespace vantry::server

@@ -8,8 +8,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::size_t confirmationFigures = 7;
-
 int countOf(Connection& db, const char* sql, std::int64_t bookingId) {
   int count = 0;
   Query query(db, sql);

@@ -43,6 +43,9 @@ struct BookingMark {
 void visitBookingMarks(Connection& db, std::int64_t locationId, Moment from, Moment until,
                        const std::function<void(const BookingMark&)>& visit);
 
+/// Confirmation numbers have at least so many figures.
+inline constexpr std::size_t confirmationFigures = 7;
+
 /// The number that the patron is told. It is the booking's key in another dress, and keys are never used
 /// twice.
 [[nodiscard]] std::string confirmationNumber(std::int64_t bookingId);

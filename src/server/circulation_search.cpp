@@ -7,23 +7,12 @@
 #include "server/accounts.h"
 #include "server/booking_store.h"
 #include "server/catalogue_text.h"
+#include "server/query_help.h"
 #include "server/search_text.h"
 
 namespace vantry::server {
 
 namespace {
-
-constexpr std::size_t confirmationFigures = 7;
-
-/// Ranges of texts compare byte by byte, which PostgreSQL does only when it is told to.
-std::string bytewise(Connection& db, std::string_view column) {
-  const bool plain = db.dialect().kind == Dialect::Kind::Sqlite;
-  return std::string(column) + (plain ? "" : " collate \"C\"");
-}
-
-std::string inRange(Connection& db, std::string_view column) {
-  return bytewise(db, column) + " >= :low and " + bytewise(db, column) + " <= :high";
-}
 
 constexpr const char* foundColumns =
     "select distinct b.id, b.status, b.location_id, b.pickup_location_id, b.starts_at ";

@@ -26,4 +26,13 @@ void bindKeys(Query& query, std::span<const std::int64_t> keys) {
   }
 }
 
+std::string bytewise(Connection& db, std::string_view column) {
+  const bool plain = db.dialect().kind == Dialect::Kind::Sqlite;
+  return std::string(column) + (plain ? "" : " collate \"C\"");
+}
+
+std::string inRange(Connection& db, std::string_view column) {
+  return bytewise(db, column) + " >= :low and " + bytewise(db, column) + " <= :high";
+}
+
 }  // namespace vantry::server

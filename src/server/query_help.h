@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "server/database.h"
 
@@ -22,6 +23,11 @@ bool fetchOne(Query& query, Targets&... targets) {
 inline constexpr std::size_t keysAtOnce = 8;
 [[nodiscard]] std::string keyList();
 void bindKeys(Query& query, std::span<const std::int64_t> keys);
+
+/// A text column as it compares byte by byte, which PostgreSQL does only when it is told to; and the
+/// condition that it lies from `:low` to `:high`.
+[[nodiscard]] std::string bytewise(Connection& db, std::string_view column);
+[[nodiscard]] std::string inRange(Connection& db, std::string_view column);
 
 /// An id as it is stored: 0 points nowhere.
 inline std::optional<std::int64_t> orNothing(std::int64_t id) {

@@ -38,6 +38,7 @@ class Reply {
 
 /// Return codes that belong to no request in particular.
 namespace rc {
+inline constexpr int notFound = 2;
 inline constexpr int noRight = -96;
 inline constexpr int storeFailed = -97;
 inline constexpr int badMessage = -98;

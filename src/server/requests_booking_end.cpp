@@ -11,8 +11,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
-
 Stamp stampOf(const Context& context, const BookingState& state) {
   return {.at = nextStamp(state.updatedAt, context.now),
           .operatorId = context.session.operatorId,
@@ -21,14 +19,14 @@ Stamp stampOf(const Context& context, const BookingState& state) {
 
 Reply mayCancel(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
-  if (!state) return Reply(notFound);
+  if (!state) return Reply(rc::notFound);
   return Reply(refusalToCancel(state->status, state->out).value_or(0));
 }
 
 /// Decides again, since something may have been charged since the question.
 Reply cancel(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
-  if (!state) return Reply(notFound);
+  if (!state) return Reply(rc::notFound);
   if (const auto refusal = refusalToCancel(state->status, state->out)) return Reply(*refusal);
   setBookingStatus(context.db, state->id, BookingStatus::OperatorCanceled, stampOf(context, *state));
   freeThingsOf(context.db, state->id);

@@ -13,12 +13,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::int64_t mostMinutes = 999;
-
-DeskPolicy policyFor(Context& context, const Message& message) {
-  return loadPolicy(context.db, context.session.locationId, policyGroupOf(message));
-}
-
 Reply roomList(Context& context, const Message& message, bool RoomRule::*may) {
   const DeskPolicy policy = policyFor(context, message);
   Reply reply;

@@ -14,7 +14,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
 constexpr int changedMeanwhile = 180;
 
 struct Head {
@@ -82,7 +81,7 @@ void addPeople(Reply& reply, const Head& head) {
 Reply bookingHead(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::BOOKID);
   Head head;
-  if (!readHead(context.db, id, head)) return Reply(notFound);
+  if (!readHead(context.db, id, head)) return Reply(rc::notFound);
   Reply reply;
   reply.head(tags::BTID, head.type).head(tags::ADBK, head.administrative ? "Y" : "N");
   addPeople(reply, head);
@@ -131,7 +130,7 @@ bool readPlace(Connection& db, std::int64_t id, Place& place) {
 
 Reply bookingPlace(Context& context, const Message& message) {
   Place place;
-  if (!readPlace(context.db, message.number(tags::BOOKID), place)) return Reply(notFound);
+  if (!readPlace(context.db, message.number(tags::BOOKID), place)) return Reply(rc::notFound);
   Reply reply;
   reply.head(tags::RID, place.roomId);
   if (place.roomId != 0) return reply.head(tags::RNM, place.room);

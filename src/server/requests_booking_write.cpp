@@ -12,7 +12,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
 constexpr int satisfiedByRoom = 137;
 constexpr int timesOverlap = 181;
 constexpr int notEditable = 7;
@@ -106,7 +105,7 @@ Reply newBookings(Context& context, const Message& message) {
 
 Reply changeBooking(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
-  if (!state) return Reply(notFound);
+  if (!state) return Reply(rc::notFound);
   if (isOut(state->status)) return Reply(inProgress);
   if (state->status != BookingStatus::Live) return Reply(notEditable);
   const BookingDraft draft = draftOf(message);

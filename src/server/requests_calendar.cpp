@@ -10,8 +10,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
-
 struct DayTags {
   std::string_view open;
   std::string_view opensAt;
@@ -62,7 +60,7 @@ Reply pickupCalendars(Context& context, const Message&) {
 
 Reply calendarDetail(Context& context, const Message& message) {
   const std::optional<CalendarRow> calendar = findCalendar(context.db, message.number(tags::MCID));
-  if (!calendar) return Reply(notFound);
+  if (!calendar) return Reply(rc::notFound);
   Reply reply;
   reply.head(tags::MCID, calendar->id)
       .head(tags::STIME, momentText(calendar->startsOn))

@@ -14,7 +14,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
 constexpr std::size_t mostTitles = 500;
 constexpr std::size_t mostWords = 8;
 
@@ -129,7 +128,7 @@ Reply catalogueRecord(Context& context, const Message& message) {
   const bool title = message.has(tags::BI);
   const std::optional<MarcRecord> record = title ? recordOfTitle(context.db, message.number(tags::BI))
                                                  : recordOfHolding(context.db, message.number(tags::MI));
-  if (!record) return Reply(notFound);
+  if (!record) return Reply(rc::notFound);
   Reply reply;
   if (!record->leader.empty()) reply.record().set(tags::FLDT, "LDR").set(tags::FLDV, record->leader);
   for (const MarcField& field : record->fields) {

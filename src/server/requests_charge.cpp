@@ -16,7 +16,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
 constexpr int notChargeable = 7;
 constexpr int notCharged = 128;
 
@@ -281,7 +280,7 @@ Reply alreadyCharged(Context& context, const DeskBooking& booking) {
 
 Reply chargeBooking(Context& context, const Message& message) {
   const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
-  if (!booking) return Reply(notFound);
+  if (!booking) return Reply(rc::notFound);
   if (isOut(booking->status)) return alreadyCharged(context, *booking);
   if (booking->status != BookingStatus::Live) return Reply(notChargeable);
   return Charger(context, *booking).charge();

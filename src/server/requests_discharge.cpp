@@ -15,7 +15,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
 constexpr int notOut = 7;
 
 namespace occasion {
@@ -123,7 +122,7 @@ void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const 
 
 Reply discharge(Context& context, const Message& message) {
   const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
-  if (!booking) return Reply(notFound);
+  if (!booking) return Reply(rc::notFound);
   if (!isOut(booking->status)) return Reply(notOut);
   const Moment at = returnMoment(context, *booking, message);
   const Returned returned = returnedLines(context, *booking, message);

@@ -84,25 +84,23 @@ void addFoundRecord(Reply& reply, const EquipmentRow& row) {
       .set(tags::RID, row.roomId);
 }
 
-Reply piecesOfType(Context& context, const Message& message) {
+Reply ofType(Context& context, const Message& message, AddRecord add) {
   static const std::string sql =
       std::string(columns) + "where e.equipment_type_id = :type_id order by e.number, e.id";
   Reply reply;
   Query query(context.db, sql);
   query.bind("type_id", message.number(tags::ETI));
-  addRecords(reply, query, addPieceRecord);
+  addRecords(reply, query, add);
   return reply;
+}
+
+Reply piecesOfType(Context& context, const Message& message) {
+  return ofType(context, message, addPieceRecord);
 }
 
 /// Bookings choose pieces by this request as well as groups.
 Reply groupsOfType(Context& context, const Message& message) {
-  static const std::string sql =
-      std::string(columns) + "where e.equipment_type_id = :type_id order by e.number, e.id";
-  Reply reply;
-  Query query(context.db, sql);
-  query.bind("type_id", message.number(tags::ETI));
-  addRecords(reply, query, addGroupRecord);
-  return reply;
+  return ofType(context, message, addGroupRecord);
 }
 
 /// What stands in the room already is no choice for it.

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "server/handlers.h"
+#include "server/query_help.h"
 #include "server/search_text.h"
 #include "server/usage_check.h"
 #include "words/tags.h"
@@ -22,13 +23,11 @@ constexpr std::string_view patronRights = "PACOU PAV PAADD PAUPD PADEL BKV BKADD
 constexpr std::int64_t mostFound = 32767;
 
 std::string barcodeSql(Connection& db) {
-  const std::string barcode =
-      db.dialect().kind == Dialect::Kind::Sqlite ? "c.barcode" : "c.barcode collate \"C\"";
   return "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name "
          "from patron_barcodes c join patrons p on p.id = c.patron_id "
          "join patron_groups g on g.id = c.patron_group_id join barcode_statuses s on s.id = c.status_id "
          "where " +
-         barcode + " >= :low and " + barcode + " <= :high order by p.last_name, p.first_name, c.id limit " +
+         inRange(db, "c.barcode") + " order by p.last_name, p.first_name, c.id limit " +
          std::to_string(mostFound + 1);
 }
 

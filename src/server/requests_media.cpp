@@ -10,8 +10,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notFound = 2;
-
 Reply titlesOfBarcode(Context& context, const Message& message) {
   std::int64_t title = 0;
   std::int64_t holding = 0;
@@ -24,7 +22,7 @@ Reply titlesOfBarcode(Context& context, const Message& message) {
               "join titles t on t.id = i.title_id left join media_types m on m.id = i.media_type_id "
               "where i.barcode = :barcode order by i.id");
   query.bind("barcode", message.text(tags::IB)).into(title, holding, item, name, mediaType, typeName);
-  Reply reply(notFound);
+  Reply reply(rc::notFound);
   while (!message.text(tags::IB).empty() && query.next()) {
     reply.setRc(0);
     reply.record()
@@ -40,7 +38,7 @@ Reply titlesOfBarcode(Context& context, const Message& message) {
 
 Reply holdingOfItem(Context& context, const Message& message) {
   const std::optional<MediaItem> item = findItem(context.db, message.number(tags::IM));
-  if (!item) return Reply(notFound);
+  if (!item) return Reply(rc::notFound);
   Reply reply;
   return reply.head(tags::MI, item->holdingId)
       .head(tags::MTID, item->mediaTypeId)
@@ -49,7 +47,7 @@ Reply holdingOfItem(Context& context, const Message& message) {
 
 Reply titleOfHoldings(Context& context, const Message& message) {
   const std::int64_t title = titleOfHolding(context.db, message.number(tags::MI));
-  if (title == 0) return Reply(notFound);
+  if (title == 0) return Reply(rc::notFound);
   Reply reply;
   reply.record().set(tags::BI, title).set(tags::TITL, titleOf(context.db, title));
   return reply;
@@ -57,7 +55,7 @@ Reply titleOfHoldings(Context& context, const Message& message) {
 
 Reply itemDetails(Context& context, const Message& message) {
   const std::optional<MediaItem> item = findItem(context.db, message.number(tags::IM));
-  if (!item) return Reply(notFound);
+  if (!item) return Reply(rc::notFound);
   Reply reply;
   return reply.head(tags::LO, item->location)
       .head(tags::EN, item->enumeration)

@@ -54,10 +54,6 @@ BookableRoom requireRoom(Context& context, const Message& message) {
   return *room;
 }
 
-DeskPolicy policyFor(Context& context, const Message& message) {
-  return loadPolicy(context.db, context.session.locationId, policyGroupOf(message));
-}
-
 /// A generic room has no policy of its own until one is assigned: only the calendar is asked.
 Reply roomTimes(Context& context, const Message& message) {
   const std::vector<Period> times = timesOf(message);

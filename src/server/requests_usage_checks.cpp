@@ -18,10 +18,6 @@ constexpr Aspects limits{.types = true, .security = true};
 constexpr Aspects availability{.places = true, .conflicts = true, .warnings = true};
 constexpr Aspects everything{.types = true, .places = true, .conflicts = true, .warnings = true};
 
-DeskPolicy policyFor(Context& context, const Message& message) {
-  return loadPolicy(context.db, context.session.locationId, policyGroupOf(message));
-}
-
 /// The lengths that limits go by are the booking's own times; what is taken counts for conflicts.
 std::vector<Period> takenOf(std::vector<Period> taken) {
   for (Period& each : taken) each = takenFor(each, 0, 0);

@@ -212,6 +212,11 @@ struct RealPlaces : RealLimits {
                " and not exists (select 1 from room_statuses s where s.room_id = rooms.id)" +
                freeToday("3", "rooms.id") + " limit 1");
   }
+  static std::string roomWithStatus(const std::string& name) {
+    return one(
+        "select s.room_id from room_statuses s join status_types t on t.id = s.status_id where t.name = '" +
+        name + "'");
+  }
   int roomTimes(const std::string& group, const std::string& id, const std::vector<TagValue>& times) {
     return send(
         "CRMTM",
@@ -265,7 +270,7 @@ TEST_F(RealPlaces, TypesThatCannotBeBroughtOrFetchedAreNamed) {
 TEST_F(RealPlaces, RoomsWithAStatusOrALimitAreToldOf) {
   TestWindow window(app);
   window.record.PatronGroupId = intOf(kUndergraduate);
-  window.record.RoomId = 3;  // under renovation
+  window.record.RoomId = intOf(roomWithStatus("Under Renovation"));
   desktop.expectModalWindow<frmOverrideLibSched>("frmOverrideLibSched", [](frmOverrideLibSched& asked) {
     EXPECT_EQ(asked.Caption, "Room Status Override");
     EXPECT_EQ(asked.txtMessage.Text, "Under Renovation");
@@ -273,7 +278,7 @@ TEST_F(RealPlaces, RoomsWithAStatusOrALimitAreToldOf) {
     asked.cmdCancel.press();
   });
   EXPECT_FALSE(ValidateLibSchedRoom(window.form(app), window.record));
-  window.record.RoomId = 7;  // something in it is faulty, which only warns
+  window.record.RoomId = intOf(roomWithStatus("Equipment Faulty"));  // which only warns
   desktop.expectModalWindow<frmOverrideLibSched>("frmOverrideLibSched", [](frmOverrideLibSched& asked) {
     EXPECT_EQ(asked.Caption, "Room Status Warning");
     asked.cmdOK.press();
@@ -349,7 +354,8 @@ TEST_F(RealCharges, OfThingsWhoseStatusForbidsItTellTheStatus) {
   expectRefused(save(soon(), pickUp, "3", {{"EID", lost}}), "Equipment cannot be charged:  ");
   expectRefused(save(soon(), pickUp, "3", item("status = 'Lost' and location_id = 1")),
                 "Media cannot be charged:  ");
-  expectRefused(save(soon(), {{"RID", "3"}}, "1", {}), "Room cannot be charged:  ");
+  expectRefused(save(soon(), {{"RID", roomWithStatus("Under Renovation")}}, "1", {}),
+                "Room cannot be charged:  ");
 }
 
 TEST_F(RealCharges, WithSavesThatOverlapOrFindTheRoomEquipped) {

@@ -266,7 +266,7 @@ void makeStatuses(Connection& db, World& world, Dice& dice) {
   }
   Query query(db,
               "insert into room_statuses (room_id, status_id, applied_at, note) values "
-              "(3, 12, :at1, 'Until the end of the term.'), (7, 13, :at2, 'The projector flickers.'), "
+              "(17, 12, :at1, 'Until the end of the term.'), (30, 13, :at2, 'The projector flickers.'), "
               "(15, 14, :at3, 'Ask the head of the department.')");
   query.bind("at1", world.today - 20 * day)
       .bind("at2", world.today - 3 * day)
