@@ -1,8 +1,11 @@
 #include "server/booking_writer.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "server/occupancy.h"
 #include "server/query_help.h"
@@ -13,23 +16,43 @@ namespace vantry::server {
 
 namespace {
 
-void requireRow(Connection& db, const char* sql, std::int64_t id, std::string_view tag) {
-  if (id == 0) return;
-  int found = 0;
+/// A key that a draft names; 0 for none.
+struct NamedKey {
+  std::string_view table;
+  std::int64_t id;
+  std::string_view tag;
+};
+
+/// All of them by one statement. Throws Refused for the first that points nowhere.
+void requireRows(Connection& db, std::vector<NamedKey> keys) {
+  std::erase_if(keys, [](const NamedKey& each) { return each.id == 0; });
+  if (keys.empty()) return;
+  std::string sql;
+  for (const NamedKey& each : keys) {
+    sql += (sql.empty() ? "select " : ", ") + std::string("(select count(*) from ");
+    sql.append(each.table).append(" where id = :id") += std::to_string(&each - keys.data()) + ")";
+  }
+  std::vector<int> found(keys.size());
   Query query(db, sql);
-  query.bind("id", id);
-  if (!fetchOne(query, found)) refuseTag(tag);
+  for (std::size_t place = 0; place < keys.size(); ++place) {
+    bindRow(query, place, "id", keys[place].id);
+    query.into(found[place]);
+  }
+  while (query.next()) {
+  }
+  const auto missing = std::find(found.begin(), found.end(), 0);
+  if (missing != found.end()) refuseTag(keys[static_cast<std::size_t>(missing - found.begin())].tag);
 }
 
 MediaAsk resolveMedia(Connection& db, const MediaAsk& ask) {
-  requireRow(db, "select 1 from media_types where id = :id", ask.mediaTypeId, tags::MTID);
+  requireRows(db, {{"media_types", ask.mediaTypeId, tags::MTID}});
   if (ask.item != 0) {
     const std::optional<MediaItem> item = findItem(db, ask.item);
     if (!item) refuseTag(tags::IM);
     return {ask.mediaTypeId, item->titleId, item->holdingId, item->id};
   }
   if (ask.titleId == 0) refuseTag(tags::BI);
-  requireRow(db, "select 1 from titles where id = :id", ask.titleId, tags::BI);
+  requireRows(db, {{"titles", ask.titleId, tags::BI}});
   if (ask.holdingId != 0 && titleOfHolding(db, ask.holdingId) != ask.titleId) refuseTag(tags::MI);
   return ask;
 }
@@ -64,7 +87,8 @@ void dropMembersOfGroups(std::vector<ResolvedPiece>& pieces) {
   std::erase_if(pieces, [&](const ResolvedPiece& each) { return groups.contains(each.piece.groupId); });
 }
 
-void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
+void bindDraft(Query& query, const StoredBooking& booking, const Period& times) {
+  const BookingDraft& draft = booking.draft;
   query.bind("booking_type", draft.type).bind("administrative", draft.administrative);
   query.bind("patron_id", orNothing(draft.patronId));
   query.bind("patron_group_id", orNothing(draft.groupId));
@@ -79,50 +103,73 @@ void bindDraft(Query& query, const BookingDraft& draft, const Period& times) {
   query.bind("wanted_location_id", orNothing(draft.roomWish.locationId));
   query.bind("wanted_capacity", draft.roomWish.capacity);
   query.bind("wanted_capacity_op", draft.roomWish.atMost).bind("note", draft.note);
+  const std::vector<ResolvedPiece>& pieces = booking.things.equipment;
+  query.bind("item_count", static_cast<std::int64_t>(booking.things.media.size()));
+  query.bind("equipment_count",
+             static_cast<std::int64_t>(std::count_if(
+                 pieces.begin(), pieces.end(), [](const ResolvedPiece& each) { return !each.inRoom; })));
 }
 
-void takePiece(Connection& db, Occupier& occupier, const Piece& piece, std::int64_t line) {
-  occupier.take({ThingKind::Equipment, piece.id}, line);
-  if (!piece.isGroup) return;
-  for (const Piece& member : membersOf(db, piece.id)) occupier.take({ThingKind::Equipment, member.id}, line);
+void takePiece(Connection& db, Occupier& occupier, const ResolvedPiece& line, std::int64_t lineId) {
+  if (line.inRoom) return;
+  if (line.piece.id == 0) return occupier.take({ThingKind::EquipmentWish, line.piece.typeId}, lineId);
+  occupier.take({ThingKind::Equipment, line.piece.id}, lineId);
+  if (!line.piece.isGroup) return;
+  for (const Piece& member : membersOf(db, line.piece.id)) {
+    occupier.take({ThingKind::Equipment, member.id}, lineId);
+  }
 }
 
-std::int64_t insertPiece(Connection& db, std::int64_t bookingId, std::int64_t place,
-                         const ResolvedPiece& line) {
-  std::int64_t id = 0;
-  Query query(
-      db,
-      "insert into booking_equipment (booking_id, place, equipment_id, equipment_type_id, is_generic, "
-      "inferred, in_room) values (:booking_id, :place, :equipment_id, :type_id, :is_generic, :inferred, "
-      ":in_room) returning id");
-  query.bind("booking_id", bookingId).bind("place", place).bind("equipment_id", orNothing(line.piece.id));
-  query.bind("type_id", line.piece.typeId).bind("is_generic", line.piece.id == 0);
-  query.bind("inferred", line.inferred).bind("in_room", line.inRoom);
-  fetchOne(query, id);
-  return id;
+constexpr std::array<std::string_view, 7> pieceColumns{
+    "booking_id", "place", "equipment_id", "equipment_type_id", "is_generic", "inferred", "in_room"};
+constexpr std::array<std::string_view, 7> mediaColumns{"booking_id", "place",   "media_type_id", "title_id",
+                                                       "holding_id", "item_id", "is_generic"};
+
+void bindPiece(Query& query, std::size_t row, const ResolvedPiece& line) {
+  bindRow(query, row, "equipment_id", orNothing(line.piece.id));
+  bindRow(query, row, "equipment_type_id", line.piece.typeId);
+  bindRow(query, row, "is_generic", line.piece.id == 0);
+  bindRow(query, row, "inferred", line.inferred);
+  bindRow(query, row, "in_room", line.inRoom);
 }
 
-std::int64_t insertMedia(Connection& db, std::int64_t bookingId, std::int64_t place, const MediaAsk& line) {
-  std::int64_t id = 0;
-  Query query(db,
-              "insert into booking_items (booking_id, place, media_type_id, title_id, holding_id, item_id, "
-              "is_generic) values (:booking_id, :place, :media_type_id, :title_id, :holding_id, :item_id, "
-              ":is_generic) returning id");
-  query.bind("booking_id", bookingId).bind("place", place);
-  query.bind("media_type_id", orNothing(line.mediaTypeId)).bind("title_id", line.titleId);
-  query.bind("holding_id", orNothing(line.holdingId)).bind("item_id", orNothing(line.item));
-  query.bind("is_generic", line.item == 0);
-  fetchOne(query, id);
-  return id;
+void bindMedia(Query& query, std::size_t row, const MediaAsk& line) {
+  bindRow(query, row, "media_type_id", orNothing(line.mediaTypeId));
+  bindRow(query, row, "title_id", line.titleId);
+  bindRow(query, row, "holding_id", orNothing(line.holdingId));
+  bindRow(query, row, "item_id", orNothing(line.item));
+  bindRow(query, row, "is_generic", line.item == 0);
 }
 
-void setCounts(Connection& db, std::int64_t bookingId, const ResolvedThings& things) {
-  const auto booked = std::count_if(things.equipment.begin(), things.equipment.end(),
-                                    [](const ResolvedPiece& each) { return !each.inRoom; });
-  Query query(
-      db, "update bookings set item_count = :item_count, equipment_count = :equipment_count where id = :id");
-  query.bind("item_count", static_cast<std::int64_t>(things.media.size()));
-  query.bind("equipment_count", static_cast<std::int64_t>(booked)).bind("id", bookingId).run();
+/// Where lines of one kind go, and how one is bound.
+template <class Line>
+struct LineTable {
+  std::string_view name;
+  std::span<const std::string_view> columns;
+  void (*bind)(Query&, std::size_t, const Line&);
+};
+const LineTable<ResolvedPiece> pieceTable{"booking_equipment", pieceColumns, bindPiece};
+const LineTable<MediaAsk> mediaTable{"booking_items", mediaColumns, bindMedia};
+
+/// Gives the keys of the lines, in their order.
+template <class Line>
+std::vector<std::int64_t> insertLines(Connection& db, const LineTable<Line>& table, std::int64_t bookingId,
+                                      const std::vector<Line>& lines) {
+  std::vector<std::int64_t> ids(lines.size());
+  for (std::size_t from = 0; from < lines.size(); from += rowsAtOnce) {
+    const std::size_t rows = std::min(rowsAtOnce, lines.size() - from);
+    Query query(db, insertSql(table.name, table.columns, rows) + " returning place, id");
+    for (std::size_t row = 0; row < rows; ++row) {
+      bindRow(query, row, "booking_id", bookingId);
+      bindRow(query, row, "place", static_cast<std::int64_t>(from + row + 1));
+      table.bind(query, row, lines[from + row]);
+    }
+    std::int64_t place = 0;
+    std::int64_t id = 0;
+    query.into(place, id);
+    while (query.next()) ids.at(static_cast<std::size_t>(place - 1)) = id;
+  }
+  return ids;
 }
 
 void takeRoom(const BookingDraft& draft, Occupier& occupier) {
@@ -161,19 +208,19 @@ ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const Us
 }
 
 void requireKeys(Connection& db, const BookingDraft& draft) {
-  requireRow(db, "select 1 from patrons where id = :id", draft.patronId, tags::PID);
-  requireRow(db, "select 1 from patron_groups where id = :id", draft.groupId, tags::PGID);
-  requireRow(db, "select 1 from patrons where id = :id", draft.pickupPatronId, tags::PPID);
-  requireRow(db, "select 1 from patrons where id = :id", draft.setupStaffId, tags::ODE);
-  requireRow(db, "select 1 from patrons where id = :id", draft.cleanupStaffId, tags::OPU);
-  requireRow(db, "select 1 from rooms where id = :id", draft.roomId, tags::RID);
-  requireRow(db, "select 1 from locations where id = :id", draft.pickupLocationId, tags::LOC);
-  requireRow(db, "select 1 from locations where id = :id", draft.roomWish.locationId, tags::LOC);
-  requireRow(db, "select 1 from room_types where id = :id", draft.roomWish.typeId, tags::RTI);
+  requireRows(db, {{"patrons", draft.patronId, tags::PID},
+                   {"patron_groups", draft.groupId, tags::PGID},
+                   {"patrons", draft.pickupPatronId, tags::PPID},
+                   {"patrons", draft.setupStaffId, tags::ODE},
+                   {"patrons", draft.cleanupStaffId, tags::OPU},
+                   {"rooms", draft.roomId, tags::RID},
+                   {"locations", draft.pickupLocationId, tags::LOC},
+                   {"locations", draft.roomWish.locationId, tags::LOC},
+                   {"room_types", draft.roomWish.typeId, tags::RTI}});
 }
 
-std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Period& times,
-                           const Stamp& stamp) {
+std::int64_t insertBooking(Connection& db, const StoredBooking& booking, const Period& times) {
+  const Stamp& stamp = booking.stamp;
   std::int64_t id = 0;
   Query query(
       db,
@@ -181,15 +228,17 @@ std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Peri
       "patron_group_id, pickup_patron_id, starts_at, ends_at, setup_minutes, cleanup_minutes, "
       "setup_staff_id, "
       "cleanup_staff_id, room_id, pickup_location_id, wanted_room_type_id, wanted_location_id, "
-      "wanted_capacity, wanted_capacity_op, note, created_at, created_by, created_location, updated_at, "
+      "wanted_capacity, wanted_capacity_op, note, item_count, equipment_count, created_at, created_by, "
+      "created_location, updated_at, "
       "updated_by, updated_location) values (:location_id, :booking_type, :administrative, :by_wizard, "
       ":patron_id, :patron_group_id, :pickup_patron_id, :starts_at, :ends_at, :setup_minutes, "
       ":cleanup_minutes, :setup_staff_id, :cleanup_staff_id, :room_id, :pickup_location_id, "
-      ":wanted_room_type_id, :wanted_location_id, :wanted_capacity, :wanted_capacity_op, :note, :created_at, "
+      ":wanted_room_type_id, :wanted_location_id, :wanted_capacity, :wanted_capacity_op, :note, :item_count, "
+      ":equipment_count, :created_at, "
       ":created_by, :created_location, :updated_at, :updated_by, :updated_location) returning id");
   query.bind("location_id", stamp.locationId);
-  bindDraft(query, draft, times);
-  query.bind("by_wizard", draft.byWizard);
+  bindDraft(query, booking, times);
+  query.bind("by_wizard", booking.draft.byWizard);
   query.bind("created_at", stamp.at).bind("created_by", stamp.operatorId);
   query.bind("created_location", stamp.locationId).bind("updated_at", stamp.at);
   query.bind("updated_by", stamp.operatorId).bind("updated_location", stamp.locationId);
@@ -197,7 +246,8 @@ std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Peri
   return id;
 }
 
-void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Stamp& stamp) {
+void rewriteBooking(Connection& db, std::int64_t bookingId, const StoredBooking& booking) {
+  const Stamp& stamp = booking.stamp;
   Query query(
       db,
       "update bookings set booking_type = :booking_type, administrative = :administrative, "
@@ -207,9 +257,10 @@ void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& 
       "cleanup_staff_id = :cleanup_staff_id, room_id = :room_id, pickup_location_id = :pickup_location_id, "
       "wanted_room_type_id = :wanted_room_type_id, wanted_location_id = :wanted_location_id, "
       "wanted_capacity = :wanted_capacity, wanted_capacity_op = :wanted_capacity_op, note = :note, "
+      "item_count = :item_count, equipment_count = :equipment_count, "
       "updated_at = :updated_at, updated_by = :updated_by, updated_location = :updated_location "
       "where id = :id");
-  bindDraft(query, draft, draft.times.front());
+  bindDraft(query, booking, booking.draft.times.front());
   query.bind("updated_at", stamp.at).bind("updated_by", stamp.operatorId);
   query.bind("updated_location", stamp.locationId).bind("id", bookingId).run();
   Query items(db, "delete from booking_items where booking_id = :booking_id");
@@ -219,30 +270,23 @@ void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& 
   freeThingsOf(db, bookingId);
 }
 
-void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Period& times,
-              const ResolvedThings& things) {
-  Occupier occupier(db, bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
+void addLines(Connection& db, std::int64_t bookingId, const StoredBooking& booking, const Period& times) {
+  const BookingDraft& draft = booking.draft;
+  const ResolvedThings& things = booking.things;
+  Occupier occupier(bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
   takeRoom(draft, occupier);
-  std::int64_t place = 0;
-  for (const ResolvedPiece& line : things.equipment) {
-    const std::int64_t id = insertPiece(db, bookingId, ++place, line);
-    if (line.inRoom) continue;
-    if (line.piece.id != 0) {
-      takePiece(db, occupier, line.piece, id);
-    } else {
-      occupier.take({ThingKind::EquipmentWish, line.piece.typeId}, id);
-    }
+  const std::vector<std::int64_t> pieceLines = insertLines(db, pieceTable, bookingId, things.equipment);
+  for (std::size_t place = 0; place < pieceLines.size(); ++place) {
+    takePiece(db, occupier, things.equipment[place], pieceLines[place]);
   }
-  place = 0;
-  for (const MediaAsk& line : things.media) {
-    const std::int64_t id = insertMedia(db, bookingId, ++place, line);
-    if (line.item != 0) {
-      occupier.take({ThingKind::Item, line.item}, id);
-    } else {
-      occupier.take({ThingKind::ItemWish, line.titleId}, id);
-    }
+  const std::vector<std::int64_t> mediaLines = insertLines(db, mediaTable, bookingId, things.media);
+  for (std::size_t place = 0; place < mediaLines.size(); ++place) {
+    const MediaAsk& line = things.media[place];
+    const Thing thing =
+        line.item != 0 ? Thing{ThingKind::Item, line.item} : Thing{ThingKind::ItemWish, line.titleId};
+    occupier.take(thing, mediaLines[place]);
   }
-  setCounts(db, bookingId, things);
+  occupier.store(db);
 }
 
 }  // namespace vantry::server

@@ -30,15 +30,20 @@ struct ResolvedThings {
 /// Throws Refused where a patron, room, location or type of the draft does not exist.
 void requireKeys(Connection& db, const BookingDraft& draft);
 
+/// What is written of a booking, and who writes it.
+struct StoredBooking {
+  const BookingDraft& draft;
+  const ResolvedThings& things;
+  Stamp stamp;
+};
+
 /// Writes a new booking for one of the draft's times; gives its key.
-std::int64_t insertBooking(Connection& db, const BookingDraft& draft, const Period& times,
-                           const Stamp& stamp);
+std::int64_t insertBooking(Connection& db, const StoredBooking& booking, const Period& times);
 
 /// Writes the draft over a booking and takes all its lines away, with what they held.
-void rewriteBooking(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Stamp& stamp);
+void rewriteBooking(Connection& db, std::int64_t bookingId, const StoredBooking& booking);
 
 /// Adds the lines, and takes the things for the time that they are needed.
-void addLines(Connection& db, std::int64_t bookingId, const BookingDraft& draft, const Period& times,
-              const ResolvedThings& things);
+void addLines(Connection& db, std::int64_t bookingId, const StoredBooking& booking, const Period& times);
 
 }  // namespace vantry::server

@@ -1,5 +1,9 @@
 #include "server/occupancy.h"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
+
 #include "server/query_help.h"
 
 namespace vantry::server {
@@ -20,28 +24,49 @@ bool isSingle(ThingKind kind) {
   return static_cast<int>(kind) < 10;
 }
 
-void insertOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
-  Query query(db,
-              "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
-              "values (:kind, :thing, :starts_at, :ends_at, :booking_id, :line_id)");
-  query.bind("kind", static_cast<int>(thing.kind)).bind("thing", thing.thing);
-  query.bind("starts_at", occupation.startsAt).bind("ends_at", occupation.endsAt);
-  query.bind("booking_id", occupation.bookingId).bind("line_id", occupation.lineId).run();
+constexpr std::array<std::string_view, 6> columns{"kind",    "thing",      "starts_at",
+                                                  "ends_at", "booking_id", "line_id"};
+
+void bindOccupancy(Query& query, std::size_t row, const Thing& thing, const Occupation& occupation) {
+  bindRow(query, row, "kind", static_cast<int>(thing.kind));
+  bindRow(query, row, "thing", thing.thing);
+  bindRow(query, row, "starts_at", occupation.startsAt);
+  bindRow(query, row, "ends_at", occupation.endsAt);
+  bindRow(query, row, "booking_id", occupation.bookingId);
+  bindRow(query, row, "line_id", occupation.lineId);
 }
 
 }  // namespace
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
-  insertOccupancy(db, thing, occupation);
+  Query query(db, insertSql("occupancy", columns, 1));
+  bindOccupancy(query, 0, thing, occupation);
+  query.run();
   keepLongest(db, thing.kind, occupation.endsAt - occupation.startsAt);
 }
 
 void Occupier::take(const Thing& thing, std::optional<std::int64_t> lineId) {
-  if (isSingle(thing.kind) && !taken_.insert({thing.kind, thing.thing}).second) return;
-  insertOccupancy(
-      db_, thing,
-      {.bookingId = bookingId_, .lineId = lineId, .startsAt = period_.from, .endsAt = period_.until});
-  if (measured_.insert(thing.kind).second) keepLongest(db_, thing.kind, period_.until - period_.from);
+  if (isSingle(thing.kind) && !singles_.insert({thing.kind, thing.thing}).second) return;
+  all_.push_back({thing, lineId});
+}
+
+void Occupier::store(Connection& db) const {
+  std::set<ThingKind> kinds;
+  for (std::size_t from = 0; from < all_.size(); from += rowsAtOnce) {
+    const std::size_t rows = std::min(rowsAtOnce, all_.size() - from);
+    Query query(db, insertSql("occupancy", columns, rows));
+    for (std::size_t row = 0; row < rows; ++row) {
+      const Taken& each = all_[from + row];
+      kinds.insert(each.thing.kind);
+      bindOccupancy(query, row, each.thing,
+                    {.bookingId = bookingId_,
+                     .lineId = each.lineId,
+                     .startsAt = period_.from,
+                     .endsAt = period_.until});
+    }
+    query.run();
+  }
+  for (const ThingKind kind : kinds) keepLongest(db, kind, period_.until - period_.from);
 }
 
 Moment longestOccupancy(Connection& db, ThingKind kind) {

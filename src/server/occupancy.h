@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "server/database.h"
 #include "server/policy_times.h"
@@ -38,19 +39,23 @@ struct Occupation {
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
 
-/// Takes the things of one booking for one time: each single thing once, however many lines name it.
+/// Takes the things of one booking for one time: each single thing once, however many lines name it. What was
+/// named is taken by `store`.
 class Occupier {
  public:
-  Occupier(Connection& db, std::int64_t bookingId, const Period& period)
-      : db_(db), bookingId_(bookingId), period_(period) {}
+  Occupier(std::int64_t bookingId, const Period& period) : bookingId_(bookingId), period_(period) {}
   void take(const Thing& thing, std::optional<std::int64_t> lineId);
+  void store(Connection& db) const;
 
  private:
-  Connection& db_;
+  struct Taken {
+    Thing thing;
+    std::optional<std::int64_t> lineId;
+  };
   std::int64_t bookingId_;
   Period period_;
-  std::set<std::pair<ThingKind, std::int64_t>> taken_;
-  std::set<ThingKind> measured_;  ///< kinds whose longest occupancy is seen to
+  std::vector<Taken> all_;
+  std::set<std::pair<ThingKind, std::int64_t>> singles_;
 };
 
 /// No occupancy of the kind is longer, in seconds. It bounds every search for what overlaps a period.

@@ -26,6 +26,23 @@ void bindKeys(Query& query, std::span<const std::int64_t> keys) {
   }
 }
 
+std::string insertSql(std::string_view table, std::span<const std::string_view> columns, std::size_t rows) {
+  std::string sql = "insert into " + std::string(table) + " (";
+  for (const std::string_view column : columns) {
+    sql.append(column.data() == columns.front().data() ? "" : ", ").append(column);
+  }
+  sql += ") values ";
+  for (std::size_t row = 0; row < rows; ++row) {
+    sql += row == 0 ? "(" : ", (";
+    for (const std::string_view column : columns) {
+      sql.append(column.data() == columns.front().data() ? ":" : ", :").append(column);
+      sql += std::to_string(row);
+    }
+    sql += ')';
+  }
+  return sql;
+}
+
 std::string bytewise(Connection& db, std::string_view column) {
   const bool plain = db.dialect().kind == Dialect::Kind::Sqlite;
   return std::string(column) + (plain ? "" : " collate \"C\"");

@@ -24,6 +24,16 @@ inline constexpr std::size_t keysAtOnce = 8;
 [[nodiscard]] std::string keyList();
 void bindKeys(Query& query, std::span<const std::int64_t> keys);
 
+/// Rows go into a table several at once: each is a way to another server otherwise. "insert into TABLE (a, b)
+/// values (:a0, :b0), (:a1, :b1)"; `bindRow` binds a value of the row with that number.
+inline constexpr std::size_t rowsAtOnce = 8;
+[[nodiscard]] std::string insertSql(std::string_view table, std::span<const std::string_view> columns,
+                                    std::size_t rows);
+template <class Value>
+void bindRow(Query& query, std::size_t row, std::string_view column, const Value& value) {
+  query.bind((std::string(column) + std::to_string(row)).c_str(), value);
+}
+
 /// A text column as it compares byte by byte, which PostgreSQL does only when it is told to; and the
 /// condition that it lies from `:low` to `:high`.
 [[nodiscard]] std::string bytewise(Connection& db, std::string_view column);

@@ -95,9 +95,10 @@ Reply newBookings(Context& context, const Message& message) {
   requireFree(context.db, draft, things, question);
   const std::string location = locationName(context.db, context.session.locationId);
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  const StoredBooking booking{draft, things, stampAt(context, context.now)};
   for (const Period& times : draft.times) {
-    const std::int64_t id = insertBooking(context.db, draft, times, stampAt(context, context.now));
-    addLines(context.db, id, draft, times, things);
+    const std::int64_t id = insertBooking(context.db, booking, times);
+    addLines(context.db, id, booking, times);
     addCreated(reply, context, id, location);
   }
   return reply;
@@ -118,8 +119,9 @@ Reply changeBooking(Context& context, const Message& message) {
   const ResolvedThings things = resolveThings(context.db, draft, question);
   requireFree(context.db, draft, things, question);
   const Moment stamp = nextStamp(state->updatedAt, context.now);
-  rewriteBooking(context.db, state->id, draft, stampAt(context, stamp));
-  addLines(context.db, state->id, draft, draft.times.front(), things);
+  const StoredBooking booking{draft, things, stampAt(context, stamp)};
+  rewriteBooking(context.db, state->id, booking);
+  addLines(context.db, state->id, booking, draft.times.front());
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
   reply.head(tags::UNM, context.session.operatorName)
       .head(tags::LNA, locationName(context.db, context.session.locationId))
