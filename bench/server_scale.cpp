@@ -58,8 +58,8 @@ void makePolicy(Connection& db) {
   db.run("insert into policy_locations (policy_id, location_id) values (1, 1), (1, 2), (1, 3)");
   for (int type = 1; type <= types; ++type) {
     Query query(db,
-                "insert into policy_equipment_types (policy_id, equipment_type_id, longest, longest_unit) "
-                "values (1, :type_id, 14, 'D')");
+                "insert into policy_equipment_types (policy_id, equipment_type_id, may_book, may_deliver, "
+                "may_pick_up, longest, longest_unit) values (1, :type_id, 1, 1, 1, 14, 'D')");
     query.bind("type_id", type).run();
   }
 }
@@ -67,8 +67,9 @@ void makePolicy(Connection& db) {
 void makeTitles(Connection& db) {
   db.run("insert into media_types (id, name) values (1, 'Film')");
   db.run(
-      "insert into policy_media_types (policy_id, media_type_id, longest, longest_unit) values (1, 1, 7, "
-      "'D')");
+      "insert into policy_media_types (policy_id, media_type_id, may_book, may_deliver, may_pick_up, "
+      "longest, "
+      "longest_unit) values (1, 1, 1, 1, 1, 7, 'D')");
   for (int title = 1; title <= titles; ++title) {
     Query query(db,
                 "insert into titles (id, title, search_title, is_indexed) values (:id, :title, :title, 1)");
