@@ -34,8 +34,9 @@ constexpr const char* piecesOfType =
 /// A group takes its members along.
 std::string pieceNotTaken() {
   return "and not exists (select 1 from occupancy o where o.thing = e.id and " + meets("1") +
-         ") and not exists (select 1 from equipment m join occupancy o on o.thing = m.id and " + meets("1") +
-         "where m.group_id = e.id) ";
+         ") and not exists (select 1 from equipment m where m.group_id = e.id and exists (select 1 from "
+         "occupancy o where o.thing = m.id and " +
+         meets("1") + ")) ";
 }
 
 /// What stands in the room of a booking is not handed out.
