@@ -170,6 +170,9 @@ class Database {
   /// Runs the work on a connection without a transaction around it.
   void plain(const Work& work);
 
+  /// How many writers of this program wait for the one that writes.
+  [[nodiscard]] std::size_t waitingWriters() const { return writers_.waiting(); }
+
   [[nodiscard]] const Dialect& dialect() const { return dialect_; }
 
  private:

@@ -48,4 +48,9 @@ bool WriteQueue::writeAlone(std::chrono::milliseconds longest, const std::functi
   return true;
 }
 
+std::size_t WriteQueue::waiting() const {
+  const std::lock_guard lock(mutex_);
+  return waiting_.size();
+}
+
 }  // namespace vantry::server

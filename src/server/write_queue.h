@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <mutex>
@@ -32,10 +33,13 @@ class WriteQueue {
   /// Runs by itself, when its turn comes within that time; false when it does not.
   [[nodiscard]] bool writeAlone(std::chrono::milliseconds longest, const std::function<void()>& run);
 
+  /// How many wait for the one that writes.
+  [[nodiscard]] std::size_t waiting() const;
+
  private:
   class Turn;
 
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::condition_variable changed_;
   Group waiting_;
   bool busy_ = false;

@@ -3,9 +3,12 @@
 #include <atomic>
 #include <barrier>
 #include <functional>
+#include <future>
 #include <thread>
 
+#include "server/accounts.h"
 #include "server/due_bookings.h"
+#include "server/sealing.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server {
@@ -161,6 +164,27 @@ TEST_P(TwoDesks, TwoWishesAreNotFilledWithTheLastPiece) {
       library().execute("delete from equipment_statuses where equipment_id = 2 and status_id = 1");
     }
   }
+}
+
+/// The supervisor has one try left, so that the second to ask would be refused by itself.
+TEST_P(TwoDesks, OneLoginOfASupervisorSentTwiceIsAnsweredAlike) {
+  const auto message = [&](const std::string& password) {
+    return "OVOTR=Y; OI=chief; PW=" + sealFor(keysOf(library().database()), password);
+  };
+  for (int each = 1; each < mostTriesPerLogin; ++each) EXPECT_EQ(send("OPOV", message("wrong")).rc, -95);
+  const std::string right = message("secret of the desk");
+  std::vector<std::future<Got>> answers;
+  library().database().write([&](Connection&) {
+    for (int each = 0; each < 2; ++each) {
+      answers.push_back(std::async(std::launch::async, [&] {
+        return library().sendWithId(library().runner(), "once", "OPOV", right);
+      }));
+    }
+    while (library().database().waitingWriters() < 2) std::this_thread::yield();
+  });
+  EXPECT_EQ(answers[0].get().text(), answers[1].get().text());
+  EXPECT_EQ(library().value("select count(*) from audit where action like 'override%'"),
+            std::to_string(mostTriesPerLogin));
 }
 
 TEST_P(TwoDesks, BookingsThatComeDueAreCountedOnce) {

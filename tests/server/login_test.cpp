@@ -12,11 +12,11 @@
 namespace vantry::server {
 namespace {
 
-using test::ServerCase;
+using test::ServerOnEachDatabase;
 using test::WireAnswer;
 using test::WireClient;
 
-class LoginTest : public ServerCase {
+class LoginTest : public ServerOnEachDatabase {
  protected:
   static bool works(WireClient& client) { return client.send("GETLOCS", {}).status == 200; }
   WireAnswer changePassword(WireClient& client, const std::string& old, const std::string& fresh) {
@@ -24,8 +24,9 @@ class LoginTest : public ServerCase {
                        client.authorization());
   }
 };
+INSTANTIATE_TEST_SUITE_P(Databases, LoginTest, eachDatabase, databaseName);
 
-TEST_F(LoginTest, OpensASessionWithoutRegardToTheCaseOfTheName) {
+TEST_P(LoginTest, OpensASessionWithoutRegardToTheCaseOfTheName) {
   auto client = stranger();
   const WireAnswer answer = client->login("ALL", "password-1");
   EXPECT_EQ(answer.status, 200);
@@ -34,7 +35,7 @@ TEST_F(LoginTest, OpensASessionWithoutRegardToTheCaseOfTheName) {
   EXPECT_TRUE(works(*client));
 }
 
-TEST_F(LoginTest, TellsNobodyWhetherTheNameOrThePasswordWasWrong) {
+TEST_P(LoginTest, TellsNobodyWhetherTheNameOrThePasswordWasWrong) {
   sql("update operators set active = 0 where login = 'view'");
   auto client = stranger();
   const WireAnswer wrong = client->login("all", "password-2");
@@ -48,7 +49,7 @@ TEST_F(LoginTest, TellsNobodyWhetherTheNameOrThePasswordWasWrong) {
   EXPECT_EQ(value("select count(*) from audit where action = 'login refused'"), "3");
 }
 
-TEST_F(LoginTest, StopsTheSixthTryForOneNameAndLetsOthersIn) {
+TEST_P(LoginTest, StopsTheSixthTryForOneNameAndLetsOthersIn) {
   auto client = stranger();
   for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
   const WireAnswer stopped = client->login("all", "password-1");
@@ -59,7 +60,7 @@ TEST_F(LoginTest, StopsTheSixthTryForOneNameAndLetsOthersIn) {
   EXPECT_EQ(client->login("all", "password-1").status, 200);
 }
 
-TEST_F(LoginTest, CountsTriesAcrossTheServersOfOneDatabaseAndForgetsThemAfterASuccess) {
+TEST_P(LoginTest, CountsTriesAcrossTheServersOfOneDatabaseAndForgetsThemAfterASuccess) {
   auto second = another();
   WireClient other(second->port());
   auto client = stranger();
@@ -69,7 +70,7 @@ TEST_F(LoginTest, CountsTriesAcrossTheServersOfOneDatabaseAndForgetsThemAfterASu
   EXPECT_EQ(client->login("all", "wrong").status, 429);
 }
 
-TEST_F(LoginTest, StopsOneAddressThatTriesManyNames) {
+TEST_P(LoginTest, StopsOneAddressThatTriesManyNames) {
   auto client = stranger();
   for (int each = 0; each < mostTriesPerAddress; ++each) {
     EXPECT_EQ(client->login("name" + std::to_string(each), "wrong").status, 401);
@@ -77,7 +78,7 @@ TEST_F(LoginTest, StopsOneAddressThatTriesManyNames) {
   EXPECT_EQ(client->login("all", "password-1").status, 429);
 }
 
-TEST_F(LoginTest, ASessionLivesAsLongAsItIsUsed) {
+TEST_P(LoginTest, ASessionLivesAsLongAsItIsUsed) {
   auto client = this->client();
   for (int each = 0; each < 4; ++each) {
     now += sessionLife - minute;
@@ -87,7 +88,7 @@ TEST_F(LoginTest, ASessionLivesAsLongAsItIsUsed) {
   EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
 }
 
-TEST_F(LoginTest, AClockSetBackLocksNobodyOutAndLengthensNoSession) {
+TEST_P(LoginTest, AClockSetBackLocksNobodyOutAndLengthensNoSession) {
   auto client = stranger();
   for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
   EXPECT_EQ(client->login("all", "password-1").status, 429);
@@ -107,7 +108,7 @@ TEST_F(LoginTest, AClockSetBackLocksNobodyOutAndLengthensNoSession) {
   EXPECT_FALSE(works(*desk));
 }
 
-TEST_F(LoginTest, ASessionWorksOnEveryServerOfTheDatabaseAndAfterARestart) {
+TEST_P(LoginTest, ASessionWorksOnEveryServerOfTheDatabaseAndAfterARestart) {
   auto client = this->client();
   auto second = another();
   WireClient other(second->port());
@@ -121,7 +122,7 @@ TEST_F(LoginTest, ASessionWorksOnEveryServerOfTheDatabaseAndAfterARestart) {
       << "its location is kept too";
 }
 
-TEST_F(LoginTest, ForgedAndEmptyTokensOpenNothing) {
+TEST_P(LoginTest, ForgedAndEmptyTokensOpenNothing) {
   auto client = this->client();
   const std::string real = client->token;
   std::string forged = real;
@@ -135,14 +136,14 @@ TEST_F(LoginTest, ForgedAndEmptyTokensOpenNothing) {
       << "only a hash is stored";
 }
 
-TEST_F(LoginTest, LogoutEndsTheSession) {
+TEST_P(LoginTest, LogoutEndsTheSession) {
   auto client = this->client();
   EXPECT_EQ(client->post("/v1/logout", "", client->authorization()).status, 204);
   EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
   EXPECT_EQ(client->post("/v1/logout", "", client->authorization()).status, 401);
 }
 
-TEST_F(LoginTest, ANewPasswordNeedsTheOldOneAndEndsTheOtherSessions) {
+TEST_P(LoginTest, ANewPasswordNeedsTheOldOneAndEndsTheOtherSessions) {
   auto client = this->client();
   auto elsewhere = this->client();
   EXPECT_EQ(changePassword(*client, "wrong", "another-password").status, 401);
@@ -156,14 +157,14 @@ TEST_F(LoginTest, ANewPasswordNeedsTheOldOneAndEndsTheOtherSessions) {
   EXPECT_EQ(elsewhere->login("all", "another-password").status, 200);
 }
 
-TEST_F(LoginTest, ADisabledOperatorIsOutAtOnce) {
+TEST_P(LoginTest, ADisabledOperatorIsOutAtOnce) {
   auto client = this->client();
   Database store(database);
   store.write([&](Connection& db) { setOperatorActive(db, "all", false, now); });
   EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
 }
 
-TEST_F(LoginTest, PasswordsAreStoredAsSlowHashesOnly) {
+TEST_P(LoginTest, PasswordsAreStoredAsSlowHashesOnly) {
   EXPECT_THAT(value("select password from operators where login = 'all'"), testing::StartsWith("$argon2id$"));
   EXPECT_NE(hashPassword("same", HashCost::Quick), hashPassword("same", HashCost::Quick)) << "salted";
 }

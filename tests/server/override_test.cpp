@@ -9,10 +9,10 @@
 namespace vantry::server {
 namespace {
 
-using test::ServerCase;
+using test::ServerOnEachDatabase;
 using test::WireClient;
 
-class OverrideTest : public ServerCase {
+class OverrideTest : public ServerOnEachDatabase {
  protected:
   std::string seal(const std::string& password) {
     Database store(database);
@@ -23,8 +23,9 @@ class OverrideTest : public ServerCase {
     return client.send("OPOV", {{"OVOTR", "Y"}, {"OI", login}, {"PW", sealed}}, id).rc;
   }
 };
+INSTANTIATE_TEST_SUITE_P(Databases, OverrideTest, eachDatabase, databaseName);
 
-TEST_F(OverrideTest, IsGrantedToAnOperatorWhoHoldsTheRightAtTheSessionsDesk) {
+TEST_P(OverrideTest, IsGrantedToAnOperatorWhoHoldsTheRightAtTheSessionsDesk) {
   auto client = this->client("view");
   EXPECT_EQ(ask(*client, "All", seal("password-1")), 0);
   EXPECT_EQ(ask(*client, "view", seal("password-1")), 120);
@@ -36,7 +37,7 @@ TEST_F(OverrideTest, IsGrantedToAnOperatorWhoHoldsTheRightAtTheSessionsDesk) {
   EXPECT_EQ(value("select count(*) from audit where action = 'override refused'"), "2");
 }
 
-TEST_F(OverrideTest, IsRefusedForWrongLogins) {
+TEST_P(OverrideTest, IsRefusedForWrongLogins) {
   auto client = this->client("view");
   for (const std::string& sealed :
        {seal("password-2"), std::string("password-1"), std::string(), std::string("AAAA"), seal("")}) {
@@ -51,13 +52,13 @@ TEST_F(OverrideTest, IsRefusedForWrongLogins) {
   EXPECT_EQ(ask(*client, "all", seal("password-1")), -95);
 }
 
-TEST_F(OverrideTest, ARepeatedIdIsNoSecondTry) {
+TEST_P(OverrideTest, ARepeatedIdIsNoSecondTry) {
   auto client = this->client("view");
   for (int each = 0; each < 12; ++each) EXPECT_EQ(ask(*client, "all", seal("wrong"), "once"), -95);
   EXPECT_EQ(ask(*client, "all", seal("password-1")), 0);
 }
 
-TEST_F(OverrideTest, TheTriesOfOneDeskStopNoOther) {
+TEST_P(OverrideTest, TheTriesOfOneDeskStopNoOther) {
   auto wild = this->client("view");
   for (int each = 0; each < mostTriesPerAddress; ++each) {
     EXPECT_EQ(ask(*wild, "name" + std::to_string(each), seal("wrong")), -95);
@@ -67,13 +68,13 @@ TEST_F(OverrideTest, TheTriesOfOneDeskStopNoOther) {
   EXPECT_EQ(stranger()->login("all", "password-1").status, 200);
 }
 
-TEST_F(OverrideTest, AMessageForNothingAtAllIsNotAuthorized) {
+TEST_P(OverrideTest, AMessageForNothingAtAllIsNotAuthorized) {
   auto client = this->client("view");
   EXPECT_EQ(client->send("OPOV", {{"OVPAT", "N"}, {"OI", "all"}, {"PW", seal("password-1")}}).rc, 120);
   EXPECT_EQ(client->send("OPOV", {{"OI", "all"}, {"PW", seal("password-1")}}).rc, -98);
 }
 
-TEST_F(OverrideTest, AllServersOfOneStoreShareOneKey) {
+TEST_P(OverrideTest, AllServersOfOneStoreShareOneKey) {
   auto second = another();
   WireClient other(second->port());
   EXPECT_EQ(other.get("/v1/health").body, stranger()->get("/v1/health").body);

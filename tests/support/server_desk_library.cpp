@@ -179,7 +179,7 @@ TestStore::TestStore(const std::string& kind) {
   if (kind == "sqlite") {
     folder_ = std::filesystem::temp_directory_path() / name;
     std::filesystem::create_directories(folder_);
-    url_ = (folder_ / "library.sqlite").string();
+    url_ = (folder_ / "a library.sqlite").string();
     return;
   }
   base_ = postgresqlBase();
