@@ -396,18 +396,25 @@ TEST_P(Faults, RowsThatNobodyWroteAreReadWithoutHarm) {
   for (const char* things : {"EID=1; MTID=1; BI=1; MI=1; IM=1", "EID=2; MTID=1; BI=1; MI=1; IM=2"}) {
     ASSERT_EQ(send("NEWBK", booking(times(2, "09:00", "11:00"), "LOC=1", 3, things)).rc, 0);
   }
+  const auto codes = [&] {
+    std::string all;
+    for (const SampleMessage& each : sampleMessages()) {
+      const std::string code(each.row->code);
+      if (each.row->writes || code == "VERCAN") continue;
+      all += code + " " + std::to_string(library().run(code, each.tags).rc) + "\n";
+    }
+    return all;
+  };
+  const std::string before = codes();
   library().execute(
       "update bookings set booking_type = 9, status = 55, starts_at = -99999999999, ends_at = 0 where id = "
       "1");
   library().execute("update equipment_statuses set applied_at = -99999999999");
-  for (const SampleMessage& each : sampleMessages()) {
-    if (each.row->writes) continue;
-    EXPECT_NO_THROW((void)library().run(std::string(each.row->code), each.tags)) << each.row->code;
-  }
+  EXPECT_EQ(codes(), before);
   for (const char* code : {"GETMSD", "GETSRM", "GETSITM", "GETSEQ", "GSCIT", "BND", "GIREFD"}) {
     EXPECT_EQ(send(code, "BOOKID=1").rc, 0) << code;
   }
-  EXPECT_EQ(send("CBK", "BOOKID=1").rc, 7);
+  for (const char* code : {"VERCAN", "CBK"}) EXPECT_EQ(send(code, "BOOKID=1").rc, 7) << code;
   EXPECT_EQ(send("DBK", "BOOKID=1; EID=1").rc, 7);
   EXPECT_EQ(send("BOOKDAY", "DATE=2026-03-02; HBK=N").all("BOOKID"), "2");
   EXPECT_EQ(send("CBK", "BOOKID=2").rc, 0) << "the others go their way";
