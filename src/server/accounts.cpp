@@ -86,11 +86,12 @@ std::optional<Session> findSession(Connection& db, std::string_view wireToken, M
   session.token = hashToken(wireToken);
   bool active = false;
   Query query(db,
-              "select s.operator_id, o.login, o.name, o.active, s.location_id, s.expires_at "
-              "from sessions s join operators o on o.id = s.operator_id where s.token = :token");
+              "select s.operator_id, o.login, o.name, o.active, s.location_id, l.name, s.expires_at "
+              "from sessions s join operators o on o.id = s.operator_id "
+              "left join locations l on l.id = s.location_id where s.token = :token");
   query.bind("token", session.token)
       .into(session.operatorId, session.login, session.operatorName, active, session.locationId,
-            session.expiresAt);
+            session.locationName, session.expiresAt);
   while (query.next()) {
   }
   if (session.operatorId == 0 || !active || session.expiresAt <= now) return std::nullopt;

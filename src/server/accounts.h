@@ -19,6 +19,7 @@ struct Session {
   std::string login;
   std::string operatorName;
   std::int64_t locationId = 0;
+  std::string locationName;
   Moment expiresAt = 0;
 };
 

@@ -9,40 +9,30 @@ namespace vantry::server {
 
 namespace {
 
-std::int64_t readPolicyRow(Connection& db, std::int64_t locationId, std::int64_t groupId,
-                           DeskPolicy& policy) {
-  std::int64_t id = 0;
-  PatronLimits& limits = policy.limits;
-  Query query(db,
-              "select id, most_bookings, most_items, most_equipment, most_late_returns, most_cancelled, "
-              "most_unclaimed, most_fees, warning_minutes, early_charge_minutes from policies "
-              "where location_id = :location_id and coalesce(patron_group_id, 0) = :group_id");
-  query.bind("location_id", locationId).bind("group_id", groupId);
-  fetchOne(query, id, limits.bookings, limits.items, limits.equipment, limits.lateReturns, limits.cancelled,
-           limits.unclaimed, limits.fees, policy.warningMinutes, policy.earlyChargeMinutes);
-  return id;
-}
-
 char unitOf(const std::string& text) {
   return text.empty() ? 'U' : text.front();
 }
 
-void readLocations(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+/// The policy's own figures with its locations: one row for each, and one at least. Without a policy a desk
+/// has its own things. Gives the key of the policy, or 0.
+std::int64_t readPlaces(Connection& db, std::int64_t locationId, std::int64_t groupId, DeskPolicy& policy) {
+  std::int64_t id = 0;
   std::int64_t location = 0;
   bool security = false;
-  Query query(db, "select location_id, security from policy_locations where policy_id = :policy_id");
-  query.bind("policy_id", policyId).into(location, security);
-  while (query.next()) policy.locations[location] = security;
-}
-
-/// Without a policy a desk has its own things. Gives the key of the policy, or 0.
-std::int64_t readPlaces(Connection& db, std::int64_t locationId, std::int64_t groupId, DeskPolicy& policy) {
-  const std::int64_t id = readPolicyRow(db, locationId, groupId, policy);
-  if (id == 0) {
-    policy.locations[locationId] = true;
-  } else {
-    readLocations(db, id, policy);
+  PatronLimits& limits = policy.limits;
+  Query query(db,
+              "select p.id, p.most_bookings, p.most_items, p.most_equipment, p.most_late_returns, "
+              "p.most_cancelled, p.most_unclaimed, p.most_fees, p.warning_minutes, p.early_charge_minutes, "
+              "l.location_id, l.security from policies p left join policy_locations l on l.policy_id = p.id "
+              "where p.location_id = :location_id and coalesce(p.patron_group_id, 0) = :group_id");
+  query.bind("location_id", locationId).bind("group_id", groupId);
+  query.into(id, limits.bookings, limits.items, limits.equipment, limits.lateReturns, limits.cancelled,
+             limits.unclaimed, limits.fees, policy.warningMinutes, policy.earlyChargeMinutes, location,
+             security);
+  while (query.next()) {
+    if (location != 0) policy.locations[location] = security;
   }
+  if (id == 0) policy.locations[locationId] = true;
   return id;
 }
 

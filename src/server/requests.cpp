@@ -22,20 +22,6 @@ Reply faultReply(const MessageFault& fault) {
   return reply;
 }
 
-/// Runs the request so that a refusal in the middle leaves nothing of it behind.
-Reply runGuarded(Handler handler, Context& context, const Message& message) {
-  context.db.run("savepoint request");
-  try {
-    Reply reply = handler(context, message);
-    context.db.run("release savepoint request");
-    return reply;
-  } catch (const Refused& refused) {
-    context.db.run("rollback to savepoint request");
-    context.db.run("release savepoint request");
-    return refused.reply;
-  }
-}
-
 /// Nothing was written, so that a refusal is a reply like any other.
 Reply runReader(Handler handler, Context& context, const Message& message) {
   try {
@@ -111,30 +97,37 @@ void RequestRunner::prolongAfterRead(const Session& session, Moment now) {
 Answer RequestRunner::runWriting(const Incoming& incoming) {
   const Moment now = clock_();
   Answer answer;
-  database_.write([&](Connection& db) {
-    answer = Answer{};
-    const Judged judged = judge(db, incoming, now);
-    if (!judged.session) return;
-    answer.kind = Answer::Kind::Done;
-    if (const auto stored =
-            findReply(db, {.operatorId = judged.session->operatorId, .requestId = incoming.requestId})) {
-      if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
-      answer.json = stored->json;
-      return;
-    }
-    if (judged.session->expiresAt < now + sessionLife - sessionStaleness)
-      prolongSession(db, *judged.session, now);
-    if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
-    Context context{db, *judged.session, now};
-    const Reply reply = judged.refusal
-                            ? *judged.refusal
-                            : runGuarded(findHandler(incoming.code)->run, context, Message(incoming.tags));
-    answer.json = reply.json();
-    // What a session was set to is gone with it: a repeated request has to set the new one.
-    if (findHandler(incoming.code)->changesSession) return;
-    storeReply(db, {.operatorId = judged.session->operatorId, .requestId = incoming.requestId},
-               {std::string(incoming.code), answer.json}, now);
-  });
+  try {
+    database_.write([&](Connection& db) { answer = answerOnce(db, incoming, now, nullptr); });
+  } catch (const Refused& refused) {
+    // Everything is undone; the refusal is kept by itself, as the reply to this request.
+    database_.write([&](Connection& db) { answer = answerOnce(db, incoming, now, &refused.reply); });
+  }
+  return answer;
+}
+
+/// Runs the request, unless it ran before or a refusal is its answer.
+Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Moment now,
+                                 const Reply* refusal) const {
+  Answer answer;
+  const Judged judged = judge(db, incoming, now);
+  if (!judged.session) return answer;
+  answer.kind = Answer::Kind::Done;
+  const ReplyKey key{.operatorId = judged.session->operatorId, .requestId = incoming.requestId};
+  if (const auto stored = findReply(db, key)) {
+    if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
+    answer.json = stored->json;
+    return answer;
+  }
+  if (judged.session->expiresAt < now + sessionLife - sessionStaleness)
+    prolongSession(db, *judged.session, now);
+  if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
+  const HandlerRow& handler = *findHandler(incoming.code);
+  Context context{db, *judged.session, now};
+  if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
+  answer.json = (refusal != nullptr ? *refusal : handler.run(context, Message(incoming.tags))).json();
+  // What a session was set to is gone with it: a repeated request has to set the new one.
+  if (!handler.changesSession) storeReply(db, key, {std::string(incoming.code), answer.json}, now);
   return answer;
 }
 

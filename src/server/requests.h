@@ -75,6 +75,7 @@ class RequestRunner {
   Answer runReading(const Incoming& incoming);
   void prolongAfterRead(const Session& session, Moment now);
   Answer runWriting(const Incoming& incoming);
+  Answer answerOnce(Connection& db, const Incoming& incoming, Moment now, const Reply* refusal) const;
   Answer runOverride(const Incoming& incoming);
   Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;
   [[nodiscard]] int judgeSupervisor(const Supervisor& met, std::string_view sealed) const;

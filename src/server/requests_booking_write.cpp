@@ -65,22 +65,22 @@ void requireFree(Connection& db, const BookingDraft& draft, const ResolvedThings
     }
   }
   refuseUnless(judgeMedia(db, question, things.media, conflicts), mediaReply);
-  std::vector<EquipmentAsk> equipment;
+  std::vector<Piece> equipment;
   for (const ResolvedPiece& line : things.equipment) {
-    if (!line.inRoom) equipment.push_back({line.piece.id, line.piece.typeId});
+    if (!line.inRoom) equipment.push_back(line.piece);
   }
-  refuseUnless(judgeEquipment(db, question, equipment, conflicts), equipmentReply);
+  refuseUnless(judgePieces(db, question, equipment, conflicts), equipmentReply);
 }
 
 Stamp stampAt(const Context& context, Moment at) {
   return {.at = at, .operatorId = context.session.operatorId, .locationId = context.session.locationId};
 }
 
-void addCreated(Reply& reply, const Context& context, std::int64_t id, const std::string& location) {
+void addCreated(Reply& reply, const Context& context, std::int64_t id) {
   reply.record()
       .set(tags::BOOKID, id)
       .set(tags::CNM, context.session.operatorName)
-      .set(tags::LNA, location)
+      .set(tags::LNA, context.session.locationName)
       .set(tags::CDT, momentText(context.now))
       .set(tags::CNUM, confirmationNumber(id));
 }
@@ -93,13 +93,12 @@ Reply newBookings(Context& context, const Message& message) {
   const UsageQuestion question = questionOf(context, draft, policy, 0);
   const ResolvedThings things = resolveThings(context.db, draft, question);
   requireFree(context.db, draft, things, question);
-  const std::string location = locationName(context.db, context.session.locationId);
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
   const StoredBooking booking{draft, things, stampAt(context, context.now)};
   for (const Period& times : draft.times) {
     const std::int64_t id = insertBooking(context.db, booking, times);
     addLines(context.db, id, booking, times);
-    addCreated(reply, context, id, location);
+    addCreated(reply, context, id);
   }
   return reply;
 }
@@ -124,7 +123,7 @@ Reply changeBooking(Context& context, const Message& message) {
   addLines(context.db, state->id, booking, draft.times.front());
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
   reply.head(tags::UNM, context.session.operatorName)
-      .head(tags::LNA, locationName(context.db, context.session.locationId))
+      .head(tags::LNA, context.session.locationName)
       .head(tags::UDT, momentText(stamp));
   return reply;
 }

@@ -196,8 +196,5 @@ std::int64_t titleOfHolding(Connection& db, std::int64_t id) {
 std::string titleOf(Connection& db, std::int64_t id) {
   return nameBy(db, "select title from titles where id = :id", id);
 }
-std::string locationName(Connection& db, std::int64_t id) {
-  return nameBy(db, "select name from locations where id = :id", id);
-}
 
 }  // namespace vantry::server

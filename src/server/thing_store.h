@@ -95,6 +95,5 @@ struct BookableRoom {
 /// The title that holdings belong to; 0 for unknown ones.
 [[nodiscard]] std::int64_t titleOfHolding(Connection& db, std::int64_t id);
 [[nodiscard]] std::string titleOf(Connection& db, std::int64_t id);
-[[nodiscard]] std::string locationName(Connection& db, std::int64_t id);
 
 }  // namespace vantry::server

@@ -81,6 +81,9 @@ struct Findings {
 /// Throws Refused for a key that points nowhere.
 [[nodiscard]] Findings judgeEquipment(Connection& db, const UsageQuestion& question,
                                       const std::vector<EquipmentAsk>& asks, const Aspects& aspects);
+/// The same for pieces that have been looked up; one without a key is a wish for its type.
+[[nodiscard]] Findings judgePieces(Connection& db, const UsageQuestion& question,
+                                   const std::vector<Piece>& pieces, const Aspects& aspects);
 [[nodiscard]] Findings judgeMedia(Connection& db, const UsageQuestion& question,
                                   const std::vector<MediaAsk>& asks, const Aspects& aspects);
 [[nodiscard]] Findings judgeRoom(Connection& db, const UsageQuestion& question, const BookableRoom& room,

@@ -121,6 +121,12 @@ class EquipmentJudge {
   std::set<std::int64_t> judgedTypes_;
 };
 
+Piece wishFor(std::int64_t typeId) {
+  Piece wish;
+  wish.typeId = typeId;
+  return wish;
+}
+
 }  // namespace
 
 Findings judgeEquipment(Connection& db, const UsageQuestion& question, const std::vector<EquipmentAsk>& asks,
@@ -130,16 +136,19 @@ Findings judgeEquipment(Connection& db, const UsageQuestion& question, const std
     if (ask.piece != 0) named.push_back(ask.piece);
   }
   const Pieces pieces = findPieces(db, named);
-  EquipmentJudge judge(db, question, aspects);
+  std::vector<Piece> all;
   for (const EquipmentAsk& ask : asks) {
-    if (ask.piece == 0) {
-      judge.judgeWish(ask.typeId);
-      continue;
-    }
     const auto piece = pieces.find(ask.piece);
-    if (piece == pieces.end()) refuseTag(tags::EID);
-    judge.judgePiece(piece->second);
+    if (ask.piece != 0 && piece == pieces.end()) refuseTag(tags::EID);
+    all.push_back(ask.piece != 0 ? piece->second : wishFor(ask.typeId));
   }
+  return judgePieces(db, question, all, aspects);
+}
+
+Findings judgePieces(Connection& db, const UsageQuestion& question, const std::vector<Piece>& pieces,
+                     const Aspects& aspects) {
+  EquipmentJudge judge(db, question, aspects);
+  for (const Piece& piece : pieces) piece.id == 0 ? judge.judgeWish(piece.typeId) : judge.judgePiece(piece);
   return judge.finish();
 }
 
