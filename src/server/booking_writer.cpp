@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "server/occupancy.h"
 #include "server/query_help.h"
@@ -59,7 +60,11 @@ MediaAsk resolveMedia(Connection& db, const MediaAsk& ask) {
 
 void addWishes(Connection& db, const BookingDraft& draft, const UsageQuestion& question,
                ResolvedThings& things) {
-  RoomStock stock(db, question);
+  std::set<std::int64_t> taken;
+  for (const ResolvedPiece& each : things.equipment) {
+    if (!each.inRoom) taken.insert(each.piece.id);
+  }
+  RoomStock stock(db, question, std::move(taken));
   std::set<std::int64_t> inferred;
   for (const EquipmentLine& line : draft.equipment) {
     if (line.ask.piece != 0) continue;

@@ -116,9 +116,8 @@ std::vector<OpenLine> findByItemId(Connection& db, std::string_view text) {
 std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by, std::string_view text) {
   if (by == SearchBy::Confirmation) return findByNumber(db, text);
   std::vector<FoundBooking> found;
-  const bool isName = by == SearchBy::LastName;
-  const std::string key = catalogueKey(text) + (text.ends_with('?') ? "?" : "");
-  const TextRange range = textRange(isName ? key : text);
+  const bool isName = by == SearchBy::LastName && text != "?";
+  const TextRange range = isName ? catalogueRange(text) : textRange(text);
   if (range.high.empty()) return found;
   const std::string sql = personSql(db, by);
   Query query(db, sql);

@@ -71,13 +71,13 @@ StoreError::Kind kindOf(const soci::postgresql_soci_error& error) {
   }
 }
 
-/// A server that is not there has no code of its own for it. Called while handling.
+/// Whatever a server says to a stranger, there is no connection. Called while handling.
 [[noreturn]] void rethrowAsUnreachable(const Dialect& dialect) {
   if (dialect.kind == Dialect::Kind::Sqlite) throw;
   try {
     throw;
   } catch (const soci::soci_error& error) {
-    throw StoreError(StoreError::Kind::Busy, error.get_error_message());
+    throw StoreError(StoreError::Kind::Unreachable, error.get_error_message());
   }
 }
 

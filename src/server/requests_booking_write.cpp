@@ -96,6 +96,11 @@ Reply newBookings(Context& context, const Message& message) {
   Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
   const StoredBooking booking{draft, things, stampAt(context, context.now)};
   for (const Period& times : draft.times) {
+    // The wishes of the earlier times wait already, and long ones of others may meet several.
+    if (&times != draft.times.data()) {
+      const Period taken = takenFor(times, draft.setupMinutes, draft.cleanupMinutes);
+      requireFree(context.db, draft, things, {policy, {taken}, 0, 0, context.now});
+    }
     const std::int64_t id = insertBooking(context.db, booking, times);
     addLines(context.db, id, booking, times);
     addCreated(reply, context, id);

@@ -18,13 +18,16 @@ using Kind = StoreError::Kind;
 
 constexpr std::array sentences{
     Sentence{Kind::Busy, "is held by another program. Try again when that has ended."},
+    Sentence{Kind::Unreachable,
+             "cannot be reached: its server does not run, or does not take this name, password or database. "
+             "The log tells what it said."},
     Sentence{Kind::Absent, "cannot be opened: its folder is missing, or this user may not read it."},
     Sentence{Kind::Foreign, "is no database of this program: the file holds something else."},
     Sentence{Kind::Newer, "was written by a newer version of this program."},
     Sentence{Kind::ReadOnly, "can be read only: this user may not write it."},
 };
 
-constexpr std::string_view otherwise = "cannot be used. The log tells what the database said.";
+constexpr std::string_view otherwise = "cannot be used. The log tells what it said.";
 
 /// Nothing before the host, where name and password stand, and nothing behind the database.
 std::string_view withoutSecrets(std::string_view url) {
@@ -49,7 +52,7 @@ void tellingPlainly(const std::string& url, const std::function<void()>& work) {
     work();
   } catch (const StoreError& error) {
     const std::string sentence = sentenceFor(error.kind(), url);
-    if (sentence.ends_with(otherwise)) spdlog::error("{}", error.what());
+    if (sentence.ends_with("The log tells what it said.")) spdlog::error("{}", error.what());
     throw std::runtime_error(sentence);
   }
 }

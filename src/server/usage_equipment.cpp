@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "server/usage_check.h"
 #include "server/usage_things.h"
@@ -15,8 +16,10 @@ namespace {
 /// Judges one booking's equipment, thing by thing and then type by type.
 class EquipmentJudge {
  public:
-  EquipmentJudge(Connection& db, const UsageQuestion& question, const Aspects& aspects)
-      : db_(db), question_(question), aspects_(aspects), inRoom_(db, question) {}
+  /// `named` are the pieces that it takes by themselves.
+  EquipmentJudge(Connection& db, const UsageQuestion& question, const Aspects& aspects,
+                 std::set<std::int64_t> named)
+      : db_(db), question_(question), aspects_(aspects), inRoom_(db, question, std::move(named)) {}
 
   void judgeWish(std::int64_t typeId) {
     const std::string name = equipmentTypeName(db_, typeId);
@@ -147,7 +150,9 @@ Findings judgeEquipment(Connection& db, const UsageQuestion& question, const std
 
 Findings judgePieces(Connection& db, const UsageQuestion& question, const std::vector<Piece>& pieces,
                      const Aspects& aspects) {
-  EquipmentJudge judge(db, question, aspects);
+  std::set<std::int64_t> named;
+  for (const Piece& piece : pieces) named.insert(piece.id);
+  EquipmentJudge judge(db, question, aspects, std::move(named));
   for (const Piece& piece : pieces) piece.id == 0 ? judge.judgeWish(piece.typeId) : judge.judgePiece(piece);
   return judge.finish();
 }

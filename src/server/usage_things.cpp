@@ -23,15 +23,15 @@ Period spanOf(Period span, const std::vector<WaitingWish>& wishes) {
   return span;
 }
 
-/// How far the search goes from wish to wish. Further ones hardly ever matter, and a type that is wished for
-/// around the clock has no end.
-constexpr int mostSteps = 4;
+/// A type that is wished for around the clock has no end of wishes that meet each other. With so many known,
+/// further ones hardly ever matter.
+constexpr std::size_t enoughRivals = 64;
 
 /// The wishes that come into question with whatever is taken at the time asked for: those that wait then,
 /// those that they meet at other times, since each needs its thing through all of its own time, and so on.
 std::vector<WaitingWish> rivalsAt(Connection& db, const WishFor& kind, AskedTime asked) {
   std::vector<WaitingWish> rivals = waitingWishes(db, kind, asked);
-  for (int step = 1; step < mostSteps; ++step) {
+  while (rivals.size() < enoughRivals) {
     const Period span = spanOf(asked.period, rivals);
     if (span == asked.period) break;
     asked.period = span;
@@ -139,20 +139,20 @@ void judgeKindAt(Connection& db, const UsageQuestion& question, const WishFor& k
 void RoomStock::read() {
   isRead_ = true;
   if (question_.roomId == 0) return;
-  std::vector<Piece> pieces = piecesInRoom(db_, question_.roomId);
-  std::erase_if(pieces, [&](const Piece& each) { return !mayBeUsed(db_, each.id); });
+  for (const Piece& each : piecesInRoom(db_, question_.roomId)) {
+    // A member goes with its group, and counts as little by itself as it does elsewhere.
+    const bool loose = each.groupId == 0 && !taken_.contains(each.id);
+    if (loose && mayBeUsed(db_, each.id) && isThere(each)) ++left_[each.typeId];
+  }
+}
+
+bool RoomStock::isThere(const Piece& piece) const {
   std::vector<std::int64_t> ids;
-  for (const Piece& each : pieces) ids.push_back(each.id);
-  std::vector<SingleUses> uses;
-  for (const Period& period : question_.times) {
-    uses.push_back(singleUses(db_, question_, ThingKind::Equipment, ids, period));
-  }
-  for (const Piece& each : pieces) {
-    const bool isThere = std::all_of(uses.begin(), uses.end(), [&](const SingleUses& atTime) {
-      return atTime.at(each.id).inTheWay.empty();
-    });
-    if (isThere) ++left_[each.typeId];
-  }
+  for (const Piece& each : withMembers(db_, piece.id)) ids.push_back(each.id);
+  return std::all_of(question_.times.begin(), question_.times.end(), [&](const Period& period) {
+    const SingleUses uses = singleUses(db_, question_, ThingKind::Equipment, ids, period);
+    return std::all_of(uses.begin(), uses.end(), [](const auto& use) { return use.second.inTheWay.empty(); });
+  });
 }
 
 bool RoomStock::take(std::int64_t typeId) {

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "server/usage_check.h"
@@ -17,19 +19,22 @@ using SingleUses = std::map<std::int64_t, SingleUse>;
 [[nodiscard]] SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
                                     std::span<const std::int64_t> things, const Period& period);
 
-/// The pieces that stand in the room of the question, may be used and are with no other booking at its times:
-/// each makes one wish for its type needless.
+/// The pieces and groups that stand in the room of the question, may be used and are with no other booking at
+/// its times: each makes one wish for its type needless, but for those that the booking takes by themselves.
 class RoomStock {
  public:
-  RoomStock(Connection& db, const UsageQuestion& question) : db_(db), question_(question) {}
+  RoomStock(Connection& db, const UsageQuestion& question, std::set<std::int64_t> taken)
+      : db_(db), question_(question), taken_(std::move(taken)) {}
   /// Whether one of the type is left, which then is not any more.
   bool take(std::int64_t typeId);
 
  private:
   void read();
+  [[nodiscard]] bool isThere(const Piece& piece) const;
 
   Connection& db_;
   const UsageQuestion& question_;
+  std::set<std::int64_t> taken_;
   bool isRead_ = false;
   std::map<std::int64_t, int> left_;  ///< by type
 };

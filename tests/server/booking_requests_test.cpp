@@ -240,6 +240,27 @@ TEST_P(BookingRequests, RequiredEquipmentIsReadWholeIntoTheEditor) {
   EXPECT_EQ(send("GSCIT", "BOOKID=1").text(), "0|");
 }
 
+TEST_P(BookingRequests, SeveralTimesAreJudgedLikeOneAfterTheOther) {
+  save(times(3, "09:00", "10:15"), "LOC=1", 3, "EID=2");
+  save(times(3, "12:45", "14:00"), "LOC=1", 3, "EID=1");
+  save(times(3, "10:30", "12:30"), "LOC=1", 3, "ETI=1; IFL=N");
+  const std::string two = times(3, "10:00", "11:00") + "; " + times(3, "12:00", "13:00");
+  EXPECT_EQ(save(two, "LOC=1", 3, "ETI=1; IFL=N").first("VUF"), "160") << "the long wish could have neither";
+  EXPECT_EQ(count("bookings"), "3");
+}
+
+TEST_P(BookingRequests, ChainsOfWishesAreFollowed) {
+  const auto wish = [&](int hour) {
+    const std::string from = (hour < 10 ? "0" : "") + std::to_string(hour) + ":00";
+    const std::string until = (hour < 9 ? "0" : "") + std::to_string(hour + 1) + ":15";
+    return save(times(3, from, until), "LOC=1", 3, "ETI=1; IFL=N").rc;
+  };
+  save(times(3, "06:00", "07:15"), "LOC=1", 3, "EID=2");
+  for (int hour = 7; hour < 14; ++hour) EXPECT_EQ(wish(hour), 0) << hour;
+  EXPECT_EQ(save(times(3, "15:00", "16:00"), "LOC=1", 3, "EID=2").rc, 0);
+  EXPECT_EQ(wish(14), 149) << "the chain gives it the one that somebody has at three";
+}
+
 TEST_P(BookingRequests, WhatIsAwayFromItsRoomFillsNoWish) {
   library().execute("update equipment set room_id = 3 where id = 4");
   save(times(3, "10:00", "11:00"), "LOC=1", 3, "EID=4");
@@ -247,6 +268,12 @@ TEST_P(BookingRequests, WhatIsAwayFromItsRoomFillsNoWish) {
   const std::string things = "EID=4; EQIR=Y; ETI=2; IFL=N";
   EXPECT_EQ(save(times(3, "10:30", "11:30"), "RID=1", 1, things).rc, 0) << "another booking has it";
   EXPECT_EQ(save(times(3, "11:30", "12:30"), "RID=1", 1, things).rc, 137);
+  EXPECT_EQ(save(times(3, "13:00", "14:00"), "RID=1", 1, "EID=4; ETI=2; IFL=N").rc, 0) << "two are wanted";
+  library().execute("update equipment set room_id = 1 where id in (5, 6, 7)");
+  EXPECT_EQ(save(times(3, "15:00", "16:00"), "RID=1", 1, "ETI=3; IFL=N; ETI=1; IFL=N").rc, 137);
+  EXPECT_EQ(send("GETSEQ", "BOOKID=5").all("ETY"), "Television") << "that of the set is part of the set";
+  save(times(3, "16:30", "17:30"), "RID=1", 2, "EID=6");
+  EXPECT_EQ(save(times(3, "17:00", "18:00"), "RID=1", 1, "ETI=3; IFL=N").rc, 149) << "the set is not whole";
 }
 
 TEST_P(BookingRequests, AChangeAtAnotherDeskGoesByThePolicyOfTheFirst) {

@@ -319,12 +319,12 @@ TEST_P(CirculationRequests, FindsWhatIsReadyAndWhatIsOut) {
        {"BNO=P100", "BNO=P10?", "CNUM=0000002", "CNUM=2", "CNUM=000000?", "PLN=BELL", "PLN=be?"}) {
     EXPECT_EQ(send("SSC", search).all("CNUM"), "0000002") << search;
   }
-  for (const char* search :
-       {"BNO=P1", "BNO=P1?x", "PPBAR=P100", "PLN=Bel", "CNUM=3", "CNUM=x", "BNO=", "BNO=' or 1=1"}) {
+  for (const char* search : {"BNO=P1", "BNO=P1?x", "PPBAR=P100", "PLN=Bel", "PLN=-?", "CNUM=3", "CNUM=x",
+                             "BNO=", "BNO=' or 1=1"}) {
     EXPECT_EQ(send("SSC", search).text(), "0|") << search;
   }
   library().execute("update patrons set last_name = 'Bäll', search_name = 'ball' where id = 1");
-  for (const char* search : {"PLN=BÄLL", "PLN=bäll", "PLN=Ball", "PLN=B?", "PLN=?"}) {
+  for (const char* search : {"PLN=BÄLL", "PLN=bäll", "PLN=Ball", "PLN=B?", "PLN=B? ", "PLN=?"}) {
     EXPECT_EQ(send("SSC", search).all("CNUM"), "0000002") << search;
   }
   EXPECT_EQ(send("SSC", "CNUM=0000001").rc, 123);

@@ -251,7 +251,8 @@ TEST_P(DatabaseTest, ADatabaseHeldByAnotherProcessIsBusyAfterTheTimeGiven) {
 
 TEST(Database, OneThatCannotBeReachedIsToldSo) {
   EXPECT_EQ(errorOf([] { const Database no("/nowhere/at/all/library.sqlite"); }), StoreError::Kind::Absent);
-  EXPECT_EQ(errorOf([] { const Database no("postgresql://127.0.0.1:1/none"); }), StoreError::Kind::Busy);
+  EXPECT_EQ(errorOf([] { const Database no("postgresql://127.0.0.1:1/none"); }),
+            StoreError::Kind::Unreachable);
 }
 
 }  // namespace
