@@ -157,6 +157,7 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
     const ReplyKey key{.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId};
     // The same request, sent once more, may have been quicker.
     if (const std::optional<StoredReply> stored = findReply(db, key)) {
+      if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
       answer.json = stored->json;
       return;
     }
