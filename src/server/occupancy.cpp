@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <string_view>
 
 #include "server/query_help.h"
@@ -18,10 +19,6 @@ void keepLongest(Connection& db, ThingKind kind, Moment seconds) {
               "on conflict (kind) do update set seconds = excluded.seconds "
               "where longest_occupancy.seconds < excluded.seconds");
   query.bind("kind", static_cast<int>(kind)).bind("seconds", seconds).run();
-}
-
-bool isSingle(ThingKind kind) {
-  return static_cast<int>(kind) < 10;
 }
 
 constexpr std::array<std::string_view, 6> columns{"kind",    "thing",      "starts_at",
@@ -43,11 +40,6 @@ void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupati
   bindOccupancy(query, 0, thing, occupation);
   query.run();
   keepLongest(db, thing.kind, occupation.endsAt - occupation.startsAt);
-}
-
-void Occupier::take(const Thing& thing, std::optional<std::int64_t> lineId) {
-  if (isSingle(thing.kind) && !singles_.insert({thing.kind, thing.thing}).second) return;
-  all_.push_back({thing, lineId});
 }
 
 void Occupier::store(Connection& db) const {

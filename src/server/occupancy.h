@@ -2,8 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <set>
-#include <utility>
 #include <vector>
 
 #include "server/database.h"
@@ -39,12 +37,11 @@ struct Occupation {
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
 
-/// Takes the things of one booking for one time: each single thing once, however many lines name it. What was
-/// named is taken by `store`.
+/// Takes the things of one booking for one time, each of which it names once. They are taken by `store`.
 class Occupier {
  public:
   Occupier(std::int64_t bookingId, const Period& period) : bookingId_(bookingId), period_(period) {}
-  void take(const Thing& thing, std::optional<std::int64_t> lineId);
+  void take(const Thing& thing, std::optional<std::int64_t> lineId) { all_.push_back({thing, lineId}); }
   void store(Connection& db) const;
 
  private:
@@ -55,7 +52,6 @@ class Occupier {
   std::int64_t bookingId_;
   Period period_;
   std::vector<Taken> all_;
-  std::set<std::pair<ThingKind, std::int64_t>> singles_;
 };
 
 /// No occupancy of the kind is longer, in seconds. It bounds every search for what overlaps a period.

@@ -4,25 +4,17 @@
 
 namespace vantry::server {
 
-namespace {
-
-std::string keyName(std::size_t place) {
-  return "id" + std::to_string(place);
-}
-
-}  // namespace
-
 std::string keyList() {
   std::string keys;
   for (std::size_t place = 0; place < keysAtOnce; ++place) {
-    keys += (place > 0 ? ", :" : ":") + keyName(place);
+    keys += (place > 0 ? ", :id" : ":id") + std::to_string(place);
   }
   return keys;
 }
 
 void bindKeys(Query& query, std::span<const std::int64_t> keys) {
   for (std::size_t place = 0; place < keysAtOnce; ++place) {
-    query.bind(keyName(place).c_str(), keys[std::min(place, keys.size() - 1)]);
+    bindRow(query, place, "id", keys[std::min(place, keys.size() - 1)]);
   }
 }
 

@@ -27,6 +27,7 @@ constexpr std::array sentences{
     Sentence{Kind::ReadOnly, "can be read only: this user may not write it."},
 };
 
+constexpr std::string_view seeLog = "The log tells what it said.";
 constexpr std::string_view otherwise = "cannot be used. The log tells what it said.";
 
 /// Nothing before the host, where name and password stand, and nothing behind the database.
@@ -52,7 +53,7 @@ void tellingPlainly(const std::string& url, const std::function<void()>& work) {
     work();
   } catch (const StoreError& error) {
     const std::string sentence = sentenceFor(error.kind(), url);
-    if (sentence.ends_with("The log tells what it said.")) spdlog::error("{}", error.what());
+    if (sentence.ends_with(seeLog)) spdlog::error("{}", error.what());
     throw std::runtime_error(sentence);
   }
 }
