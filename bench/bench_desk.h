@@ -11,7 +11,7 @@
 #include "desktop/qt_desktop.h"
 #include "messaging/transport.h"
 #include "schedule/program.h"
-#include "server/server.h"
+#include "server/program/server.h"
 
 namespace vantry::bench {
 

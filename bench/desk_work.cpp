@@ -13,7 +13,8 @@
 #include "bench_desk.h"
 #include "booking/frmBooking.h"
 #include "booking/modBooking_equipment.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
+#include "records/records.h"
 #include "words/tags.h"
 
 namespace vantry::bench {

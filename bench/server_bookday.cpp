@@ -10,10 +10,10 @@
 
 #include <httplib.h>
 
-#include "server/database.h"
-#include "server/moment.h"
-#include "server/requests.h"
-#include "server/server.h"
+#include "server/base/moment.h"
+#include "server/program/server.h"
+#include "server/requests/runner.h"
+#include "server/store/database.h"
 
 namespace {
 

@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
-#include "server/administration.h"
-#include "server/catalogue_store.h"
-#include "server/database.h"
-#include "server/migrations.h"
-#include "server/passwords.h"
-#include "server/requests.h"
+#include "server/access/passwords.h"
+#include "server/catalogue/catalogue_store.h"
+#include "server/requests/runner.h"
+#include "server/setup/administration.h"
+#include "server/store/database.h"
+#include "server/store/migrations.h"
 
 namespace {
 

@@ -20,8 +20,8 @@
 
 #include <httplib.h>
 
-#include "server/moment.h"
-#include "server/server.h"
+#include "server/base/moment.h"
+#include "server/program/server.h"
 
 namespace {
 

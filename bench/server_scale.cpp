@@ -23,14 +23,14 @@
 
 #include <httplib.h>
 
-#include "server/administration.h"
-#include "server/database.h"
-#include "server/migrations.h"
-#include "server/moment.h"
-#include "server/occupancy.h"
-#include "server/passwords.h"
-#include "server/requests.h"
-#include "server/server.h"
+#include "server/access/passwords.h"
+#include "server/base/moment.h"
+#include "server/desk/occupancy.h"
+#include "server/program/server.h"
+#include "server/requests/runner.h"
+#include "server/setup/administration.h"
+#include "server/store/database.h"
+#include "server/store/migrations.h"
 
 namespace {
 

@@ -6,8 +6,9 @@
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "platform/text.h"
+#include "records/records.h"
 #include "words/tags.h"
 
 namespace vantry {

@@ -4,8 +4,9 @@
 
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_tags.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "platform/text.h"
+#include "records/records.h"
 
 namespace vantry {
 namespace {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "booking/modBooking_rooms.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
 
 namespace vantry {
 

@@ -1,12 +1,14 @@
 // The commands of the booking editor.
+#include "booking/booking_removal.h"
 #include "booking/booking_save.h"
 #include "booking/frmBooking.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
 #include "booking/frmRequester.h"
-#include "frame/booking_removal.h"
-#include "frame/modMain.h"
-#include "frame/search_window.h"
+#include "frame/app.h"
+#include "lists/grids.h"
+#include "records/records.h"
+#include "records/search_window.h"
 #include "words/tags.h"
 
 namespace vantry {

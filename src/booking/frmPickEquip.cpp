@@ -4,7 +4,8 @@
 
 #include "booking/equipment_types_tree.h"
 #include "booking/modBooking_ask.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
+#include "lists/grids.h"
 #include "platform/text.h"
 #include "words/tags.h"
 

@@ -9,6 +9,7 @@
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
 #include "platform/text.h"
+#include "records/look_up.h"
 #include "words/tags.h"
 
 namespace vantry {

@@ -4,8 +4,8 @@
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/modBooking_ask.h"
-#include "frame/search_window.h"
 #include "platform/text.h"
+#include "records/search_window.h"
 #include "words/tags.h"
 
 namespace vantry {

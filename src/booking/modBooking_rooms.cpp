@@ -4,8 +4,8 @@
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
 #include "booking/place_panel.h"
-#include "frame/search_window.h"
 #include "platform/text.h"
+#include "records/search_window.h"
 #include "words/tags.h"
 
 namespace vantry {

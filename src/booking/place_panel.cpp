@@ -1,8 +1,9 @@
 #include "booking/place_panel.h"
 
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "platform/desktop.h"
 #include "platform/text.h"
+#include "records/records.h"
 
 namespace vantry {
 

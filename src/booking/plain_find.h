@@ -1,10 +1,10 @@
 #pragma once
 
 #include "frame/app.h"
-#include "frame/search_window.h"
 #include "platform/controls.h"
 #include "platform/grid.h"
 #include "platform/number_fields.h"
+#include "records/search_window.h"
 
 namespace vantry {
 

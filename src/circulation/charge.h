@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "frame/app.h"
-#include "frame/legend.h"
+#include "lists/legend.h"
 
 namespace vantry {
 

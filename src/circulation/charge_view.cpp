@@ -1,8 +1,9 @@
 #include "circulation/charge_view.h"
 
+#include "booking/booking_removal.h"
 #include "circulation/charge.h"
-#include "frame/booking_removal.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
+#include "records/records.h"
 
 namespace vantry {
 

@@ -6,7 +6,7 @@
 
 #include "frame/booking_shared.h"
 #include "frame/circulation_windows.h"
-#include "frame/look_up.h"
+#include "frame/look_up_slots.h"
 #include "frame/main_window.h"
 #include "frame/makers.h"
 #include "frame/operator_context.h"

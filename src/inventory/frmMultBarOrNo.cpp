@@ -1,6 +1,6 @@
 #include "inventory/frmMultBarOrNo.h"
 
-#include "frame/modMain.h"
+#include "frame/app.h"
 
 namespace vantry {
 

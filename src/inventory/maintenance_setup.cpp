@@ -2,6 +2,7 @@
 
 #include "frame/app.h"
 #include "platform/text.h"
+#include "records/look_up.h"
 #include "words/tags.h"
 
 namespace vantry {

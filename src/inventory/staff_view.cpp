@@ -1,6 +1,7 @@
 #include "inventory/staff_view.h"
 
-#include "frame/modMain.h"
+#include "frame/app.h"
+#include "lists/grids.h"
 #include "words/tags.h"
 
 namespace vantry {

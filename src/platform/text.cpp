@@ -64,4 +64,16 @@ bool isNumber(std::string_view text) {
   return !text.empty() && leadingNumber(text).length == text.size();
 }
 
+std::string ReplaceCharacter(std::string_view text, char character, std::string_view replacement) {
+  std::string result;
+  for (const char c : text) {
+    if (c == character) {
+      result += replacement;
+    } else {
+      result += c;
+    }
+  }
+  return result;
+}
+
 }  // namespace vantry

@@ -15,5 +15,8 @@ namespace vantry {
 [[nodiscard]] int intOf(std::string_view text);
 /// Whether the whole text, without blanks around it, is a decimal number.
 [[nodiscard]] bool isNumber(std::string_view text);
+/// The text with each occurrence of the character replaced; the replacement itself is not searched.
+[[nodiscard]] std::string ReplaceCharacter(std::string_view text, char character,
+                                           std::string_view replacement);
 
 }  // namespace vantry

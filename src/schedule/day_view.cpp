@@ -1,7 +1,8 @@
 #include "schedule/day_view.h"
 
-#include "frame/booking_columns.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
+#include "lists/booking_columns.h"
+#include "lists/grids.h"
 #include "platform/text.h"
 #include "words/tags.h"
 

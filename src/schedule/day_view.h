@@ -1,7 +1,7 @@
 #pragma once
 
-#include "frame/legend.h"
 #include "frame/main_parts.h"
+#include "lists/legend.h"
 #include "platform/grid.h"
 
 namespace vantry {

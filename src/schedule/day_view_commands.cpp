@@ -1,8 +1,9 @@
 // The commands of the day view on the selected booking.
+#include "booking/booking_removal.h"
 #include "circulation/charge.h"
-#include "frame/booking_removal.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "platform/text.h"
+#include "records/records.h"
 #include "schedule/day_view.h"
 
 namespace vantry {

@@ -1,7 +1,8 @@
 #include "schedule/frmMain.h"
 
-#include "frame/booking_sort.h"
-#include "frame/modMain.h"
+#include "frame/app.h"
+#include "lists/booking_sort.h"
+#include "lists/grids.h"
 #include "platform/text.h"
 
 namespace vantry {

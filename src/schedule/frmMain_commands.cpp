@@ -1,7 +1,8 @@
 // Tool bar, list bars and menus: what each entry runs.
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "messaging/session_dialogs.h"
 #include "platform/text.h"
+#include "records/records.h"
 #include "schedule/frmMain.h"
 
 namespace vantry {

@@ -1,5 +1,5 @@
 // Modes and views: how one frame of many comes to show.
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "schedule/frmMain.h"
 
 namespace vantry {

@@ -5,11 +5,11 @@
 #include "booking/frmBooking.h"
 #include "booking/plain_find.h"
 #include "frame/app.h"
-#include "frame/search_window.h"
 #include "inventory/frmMultBarOrNo.h"
 #include "inventory/maintenance_setup.h"
 #include "messaging/session_dialogs.h"
 #include "platform/form.h"
+#include "records/search_window.h"
 #include "schedule/frmSched.h"
 
 namespace vantry {

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "frame/booking_columns.h"
+#include "lists/booking_columns.h"
 
 namespace vantry {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "server/server.h"
+#include "server/program/server.h"
 
 namespace vantry {
 

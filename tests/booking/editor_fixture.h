@@ -2,8 +2,9 @@
 
 #include "booking/booking_fixture.h"
 #include "booking/frmBooking.h"
-#include "frame/modMain.h"
-#include "frame/search_window.h"
+#include "frame/app.h"
+#include "records/records.h"
+#include "records/search_window.h"
 
 namespace vantry::test {
 

@@ -5,6 +5,7 @@
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
 #include "booking/frmRequester.h"
+#include "records/records.h"
 
 // What an editor shows of a booking, and what its commands do.
 

@@ -1,6 +1,7 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmOverride.h"
+#include "records/records.h"
 
 // The save: its steps in their order, and where each one stops.
 

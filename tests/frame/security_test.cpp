@@ -2,7 +2,7 @@
 #include <iterator>
 #include <set>
 
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "support/desk.h"
 
 namespace vantry::test {

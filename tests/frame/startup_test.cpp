@@ -1,8 +1,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "frame/app.h"
 #include "frame/frmLocation.h"
-#include "frame/modMain.h"
 #include "messaging/frmError.h"
 #include "messaging/frmLogon.h"
 #include "support/desk.h"

@@ -1,4 +1,4 @@
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "support/desk.h"
 
 namespace vantry::test {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <set>
 
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "messaging/frmAbout.h"
 #include "messaging/frmPassword.h"
 #include "support/desk.h"

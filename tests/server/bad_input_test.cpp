@@ -12,8 +12,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/accounts.h"
-#include "server/moment.h"
+#include "server/access/accounts.h"
+#include "server/base/moment.h"
 #include "support/server_case.h"
 #include "support/server_messages.h"
 #include "words/pattern.h"

@@ -1,4 +1,4 @@
-#include "server/booking_rules.h"
+#include "server/policy/booking_rules.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // A library's export becomes its catalogue, and titles are found in it.
 
-#include "server/administration.h"
-#include "server/catalogue_store.h"
-#include "server/marc_import.h"
-#include "server/migrations.h"
+#include "server/catalogue/catalogue_store.h"
+#include "server/catalogue/marc_import.h"
+#include "server/setup/administration.h"
+#include "server/store/migrations.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
 #include "support/server_marc_file.h"

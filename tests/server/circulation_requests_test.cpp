@@ -1,6 +1,6 @@
 // Charging, discharging, finding what is out, and what time brings about.
 
-#include "server/due_bookings.h"
+#include "server/desk/due_bookings.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server {

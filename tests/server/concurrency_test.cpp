@@ -6,9 +6,9 @@
 #include <future>
 #include <thread>
 
-#include "server/accounts.h"
-#include "server/due_bookings.h"
-#include "server/sealing.h"
+#include "server/access/accounts.h"
+#include "server/access/sealing.h"
+#include "server/desk/due_bookings.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server {

@@ -1,4 +1,4 @@
-#include "server/database.h"
+#include "server/store/database.h"
 
 #include <atomic>
 #include <memory>

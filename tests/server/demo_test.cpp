@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/moment.h"
+#include "server/base/moment.h"
 #include "support/server_case.h"
 
 namespace vantry::server {

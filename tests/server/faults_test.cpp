@@ -14,7 +14,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "server/due_bookings.h"
+#include "server/desk/due_bookings.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
 #include "support/server_messages.h"

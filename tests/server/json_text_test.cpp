@@ -1,9 +1,9 @@
-#include "server/json_text.h"
+#include "server/base/json_text.h"
 
 #include <gtest/gtest.h>
 
-#include "server/reply.h"
-#include "server/wire.h"
+#include "server/http/wire.h"
+#include "server/requests/reply.h"
 
 namespace vantry::server {
 namespace {

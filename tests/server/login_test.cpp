@@ -3,10 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/accounts.h"
-#include "server/administration.h"
-#include "server/passwords.h"
-#include "server/requests.h"
+#include "server/access/accounts.h"
+#include "server/access/passwords.h"
+#include "server/requests/runner.h"
+#include "server/setup/administration.h"
 #include "support/server_case.h"
 
 namespace vantry::server {

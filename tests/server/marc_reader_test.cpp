@@ -1,9 +1,9 @@
 // Files of records, sound and broken.
 
-#include "server/marc_reader.h"
+#include "server/catalogue/marc_reader.h"
 
-#include "server/catalogue_text.h"
-#include "server/marc_facts.h"
+#include "server/catalogue/catalogue_text.h"
+#include "server/catalogue/marc_facts.h"
 #include "support/server_case.h"
 #include "support/server_marc_file.h"
 

@@ -1,4 +1,4 @@
-#include "server/migrations.h"
+#include "server/store/migrations.h"
 
 #include <future>
 #include <thread>

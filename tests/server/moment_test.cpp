@@ -1,4 +1,4 @@
-#include "server/moment.h"
+#include "server/base/moment.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "server/accounts.h"
-#include "server/sealing.h"
+#include "server/access/accounts.h"
+#include "server/access/sealing.h"
 #include "support/server_case.h"
 
 namespace vantry::server {

@@ -1,4 +1,4 @@
-#include "server/policy_calendar.h"
+#include "server/policy/policy_calendar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Policy as the requests tell it: figures at their limits, limits of rooms, places that contradict the type.
 
-#include "server/administration.h"
+#include "server/setup/administration.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server {

@@ -1,10 +1,10 @@
-#include "server/policy_rules.h"
+#include "server/policy/policy_rules.h"
 
 #include <gtest/gtest.h>
 
-#include "server/circulation_rules.h"
-#include "server/policy_usage.h"
-#include "server/search_text.h"
+#include "server/base/search_text.h"
+#include "server/policy/circulation_rules.h"
+#include "server/policy/policy_usage.h"
 
 namespace vantry::server {
 namespace {

@@ -16,7 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/migrations.h"
+#include "server/store/migrations.h"
 #include "support/server_case.h"
 #include "support/server_marc_file.h"
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <sstream>
 
-#include "server/catalogue_store.h"
+#include "server/catalogue/catalogue_store.h"
 #include "support/server_desk_library.h"
 #include "support/server_messages.h"
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "server/administration.h"
-#include "server/handlers.h"
+#include "server/requests/handlers.h"
+#include "server/setup/administration.h"
 #include "support/server_case.h"
 #include "words/requests.h"
 

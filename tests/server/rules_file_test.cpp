@@ -6,9 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/administration.h"
-#include "server/migrations.h"
-#include "server/rules_file.h"
+#include "server/setup/administration.h"
+#include "server/setup/rules_file.h"
+#include "server/store/migrations.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
 

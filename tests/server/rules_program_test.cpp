@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/requests.h"
+#include "server/requests/runner.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
 

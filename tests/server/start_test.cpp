@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "server/store_sentence.h"
+#include "server/store/store_sentence.h"
 #include "support/server_case.h"
 
 namespace vantry::server {

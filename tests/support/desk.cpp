@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "frame/modMain.h"
+#include "frame/app.h"
 #include "messaging/frmLogon.h"
 #include "platform/text.h"
 #include "words/requests.h"

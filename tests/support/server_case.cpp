@@ -7,10 +7,10 @@
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
-#include "server/administration.h"
-#include "server/migrations.h"
-#include "server/moment.h"
-#include "server/passwords.h"
+#include "server/access/passwords.h"
+#include "server/base/moment.h"
+#include "server/setup/administration.h"
+#include "server/store/migrations.h"
 
 namespace vantry::server::test {
 

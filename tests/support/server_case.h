@@ -11,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include "server/database.h"
-#include "server/server.h"
+#include "server/program/server.h"
+#include "server/store/database.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server::test {

@@ -8,10 +8,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "server/accounts.h"
-#include "server/administration.h"
-#include "server/migrations.h"
-#include "server/passwords.h"
+#include "server/access/accounts.h"
+#include "server/access/passwords.h"
+#include "server/setup/administration.h"
+#include "server/store/migrations.h"
 
 namespace vantry::server {
 

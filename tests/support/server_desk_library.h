@@ -10,9 +10,9 @@
 
 #include <gtest/gtest.h>
 
-#include "server/database.h"
-#include "server/moment.h"
-#include "server/requests.h"
+#include "server/base/moment.h"
+#include "server/requests/runner.h"
+#include "server/store/database.h"
 
 namespace vantry::server {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "server/handlers.h"
+#include "server/requests/handlers.h"
 #include "words/pattern.h"
 #include "words/tags.h"
 

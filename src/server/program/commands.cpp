@@ -7,14 +7,14 @@
 
 #include <spdlog/spdlog.h>
 
-#include "server/administration.h"
-#include "server/backup.h"
-#include "server/database.h"
-#include "server/migrations.h"
-#include "server/passwords.h"
+#include "server/access/passwords.h"
 #include "server/program/terminal.h"
-#include "server/rules_file.h"
-#include "server/store_sentence.h"
+#include "server/setup/administration.h"
+#include "server/setup/rules_file.h"
+#include "server/store/backup.h"
+#include "server/store/database.h"
+#include "server/store/migrations.h"
+#include "server/store/store_sentence.h"
 
 namespace vantry::server {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "server/marc_import.h"
-#include "server/server.h"
+#include "server/catalogue/marc_import.h"
+#include "server/program/server.h"
 
 namespace vantry::server {
 

@@ -7,8 +7,8 @@
 #include <csignal>
 #include <iostream>
 
-#include "server/administration.h"
-#include "server/passwords.h"
+#include "server/access/passwords.h"
+#include "server/setup/administration.h"
 
 namespace vantry::server {
 

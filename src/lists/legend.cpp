@@ -1,0 +1,69 @@
+#include "lists/legend.h"
+
+#include "platform/text.h"
+
+namespace vantry {
+
+/// One row per place: the status label's part in the preferences.
+static constexpr ListColour kColours[kLegendPlaces] = {ListColour::Charged, ListColour::Complete,
+                                                       ListColour::Canceled, ListColour::Unclaimed,
+                                                       ListColour::Overdue};
+
+std::optional<LegendPlace> legendPlaceOf(int status) {
+  switch (status) {
+    case 1:
+      return LegendPlace::Completed;
+    case 2:
+      return LegendPlace::Unclaimed;
+    case 3:
+    case 4:
+      return LegendPlace::Canceled;
+    case 99:
+      return LegendPlace::Charged;
+    case 999:
+      return LegendPlace::Overdue;
+    default:
+      return std::nullopt;
+  }
+}
+
+static std::string indexed(std::string_view name, int index) {
+  return std::string(name) + '(' + std::to_string(index) + ')';
+}
+
+LegendLabels::LegendLabels(Container& parent, int index)
+    : lblCharged(parent, indexed("lblCharged", index), "Charged"),
+      lblComplete(parent, indexed("lblComplete", index), "Complete"),
+      lblCanceled(parent, indexed("lblCanceled", index), "Canceled"),
+      lblUnclaimed(parent, indexed("lblUnclaimed", index), "Unclaimed"),
+      lblOverdue(parent, indexed("lblOverdue", index), "Overdue") {
+  for (int place = 0; place < kLegendPlaces; ++place) at(static_cast<LegendPlace>(place)).Swatch = true;
+}
+
+Label& LegendLabels::at(LegendPlace place) {
+  Label* const labels[kLegendPlaces] = {&lblCharged, &lblComplete, &lblCanceled, &lblUnclaimed, &lblOverdue};
+  return *labels[static_cast<int>(place)];
+}
+
+void LegendLabels::takeColours(const Preferences& preferences) {
+  for (int place = 0; place < kLegendPlaces; ++place) {
+    Label& label = at(static_cast<LegendPlace>(place));
+    label.BackColor = preferences.back(kColours[place]);
+    label.ForeColor = preferences.fore(kColours[place]);
+  }
+}
+
+void ColourBookingRow(Grid& grid, int row, int status, const LegendLabels& legend) {
+  const auto place = legendPlaceOf(status);
+  if (!place) return;
+  const Label& label = legend.at(*place);
+  for (int col = 0; col < grid.Cols; ++col) grid.CellColours(row, col, label.BackColor, label.ForeColor);
+}
+
+void ColourBookingRows(Grid& grid, const LegendLabels& legend) {
+  const int status = grid.columnOfData(1);
+  for (int row = grid.FixedRows; row < grid.Rows && status >= 0; ++row)
+    ColourBookingRow(grid, row, intOf(grid.TextMatrix(row, status)), legend);
+}
+
+}  // namespace vantry

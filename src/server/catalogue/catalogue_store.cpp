@@ -1,0 +1,99 @@
+#include "server/catalogue/catalogue_store.h"
+
+#include <array>
+
+#include "server/store/query_help.h"
+
+namespace vantry::server {
+
+namespace {
+
+std::optional<MarcRecord> storedRecord(Connection& db, const char* sql, std::int64_t id) {
+  std::string text;
+  Query query(db, sql);
+  query.bind("id", id);
+  if (!fetchOne(query, text)) return std::nullopt;
+  return fromStoredForm(text);
+}
+
+void addField(MarcRecord& record, const char* tag, const char* indicators, std::string text) {
+  record.fields.push_back({tag, indicators, std::move(text)});
+}
+
+std::optional<MarcRecord> madeTitle(Connection& db, std::int64_t id) {
+  std::string title;
+  std::string author;
+  std::string published;
+  Query query(db, "select title, author, published from titles where id = :id");
+  query.bind("id", id);
+  if (!fetchOne(query, title, author, published)) return std::nullopt;
+  MarcRecord record;
+  record.fields.push_back({"001", "", std::to_string(id)});
+  if (!author.empty()) addField(record, "100", "1 ", marcSubfield('a', author));
+  addField(record, "245", author.empty() ? "00" : "10", marcSubfield('a', title));
+  if (!published.empty()) addField(record, "264", " 1", marcSubfield('c', published));
+  return record;
+}
+
+void addItems(MarcRecord& record, Connection& db, std::int64_t holdingId) {
+  std::string barcode;
+  std::string enumeration;
+  std::string copy;
+  Query query(
+      db, "select barcode, enumeration, cast(copy as text) from items where holding_id = :id order by id");
+  query.bind("id", holdingId).into(barcode, enumeration, copy);
+  while (query.next()) {
+    std::string text = marcSubfield('p', barcode) + marcSubfield('t', copy);
+    if (!enumeration.empty()) text += marcSubfield('3', enumeration);
+    addField(record, "876", "  ", std::move(text));
+  }
+}
+
+std::optional<MarcRecord> madeHolding(Connection& db, std::int64_t id) {
+  std::int64_t title = 0;
+  std::string location;
+  std::string callNumber;
+  Query query(db,
+              "select h.title_id, l.name, h.call_number from holdings h join locations l on l.id = "
+              "h.location_id where h.id = :id");
+  query.bind("id", id);
+  if (!fetchOne(query, title, location, callNumber)) return std::nullopt;
+  MarcRecord record;
+  record.fields.push_back({"001", "", std::to_string(id)});
+  record.fields.push_back({"004", "", std::to_string(title)});
+  std::string text = marcSubfield('b', location);
+  if (!callNumber.empty()) text += marcSubfield('h', callNumber);
+  addField(record, "852", "0 ", std::move(text));
+  addItems(record, db, id);
+  return record;
+}
+
+void insertRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record) {
+  Query query(
+      db, "insert into marc_records (title_id, holding_id, record) values (:title_id, :holding_id, :record)");
+  query.bind("title_id", titleId).bind("holding_id", orNothing(holdingId));
+  query.bind("record", storedForm(record)).run();
+}
+
+}  // namespace
+
+std::optional<MarcRecord> recordOfTitle(Connection& db, std::int64_t id) {
+  std::optional<MarcRecord> stored =
+      storedRecord(db, "select record from marc_records where title_id = :id and holding_id is null", id);
+  return stored ? stored : madeTitle(db, id);
+}
+
+std::optional<MarcRecord> recordOfHolding(Connection& db, std::int64_t id) {
+  std::optional<MarcRecord> stored =
+      storedRecord(db, "select record from marc_records where holding_id = :id", id);
+  return stored ? stored : madeHolding(db, id);
+}
+
+void storeRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record) {
+  Query query(db, holdingId == 0 ? "delete from marc_records where title_id = :id and holding_id is null"
+                                 : "delete from marc_records where holding_id = :id");
+  query.bind("id", holdingId == 0 ? titleId : holdingId).run();
+  insertRecord(db, titleId, holdingId, record);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "server/catalogue/marc_record.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// The MARC record of a title or of its holdings: the one that was imported, else one made from what the
+/// library keeps of it. Nothing for an unknown id.
+[[nodiscard]] std::optional<MarcRecord> recordOfTitle(Connection& db, std::int64_t id);
+[[nodiscard]] std::optional<MarcRecord> recordOfHolding(Connection& db, std::int64_t id);
+
+/// Keeps a record in place of the one before. `holdingId` 0: it is the title's.
+void storeRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record);
+
+/// What titles are found by.
+enum class KeyKind { Title = 1, Author = 2, Subject = 3, CallNumber = 4, Word = 5, HoldingsWord = 6 };
+using CatalogueKey = std::pair<KeyKind, std::string>;
+
+/// The keys of a title's record, each once.
+[[nodiscard]] std::vector<CatalogueKey> keysOf(const MarcRecord& record);
+
+/// Makes the title's keys anew, from its record and its holdings.
+void indexTitle(Connection& db, std::int64_t id);
+
+/// Makes the keys of all titles that have none yet: those of a database from before there were keys, and
+/// those written by other hands. True when there were any.
+bool indexSomeTitles(Connection& db);
+void indexCatalogue(Database& database);
+
+}  // namespace vantry::server

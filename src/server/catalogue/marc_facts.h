@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "server/catalogue/marc_record.h"
+
+namespace vantry::server {
+
+// What the library's own tables keep of the records of a catalogue.
+
+struct TitleFacts {
+  std::string controlNumber;  ///< 001
+  std::string title;          ///< empty when the record names none
+  std::string author;
+  std::string published;    ///< a year
+  std::string itemType;     ///< what the record calls the carrier
+  std::string description;  ///< extent
+};
+[[nodiscard]] TitleFacts titleFacts(const MarcRecord& record);
+
+struct ItemFacts {
+  std::string barcode;
+  std::string enumeration;
+  std::string chronology;
+  std::string year;
+  std::string status;  ///< why it cannot be used; empty when it can
+  int copy = 1;
+};
+
+struct HoldingFacts {
+  std::vector<std::string> locations;  ///< what it says about where it stands, the nearest first
+  std::string callNumber;
+  std::string callNumberKind;  ///< as the searches name it: MLC#, MDEW, MNLM, MSUD or MOTH
+  std::vector<ItemFacts> items;
+};
+
+/// The holdings that stand in a record, of a title or of holdings: one for each field 852, with the items of
+/// fields 876 to 878 that belong to it, or the one whose barcode the 852 itself gives.
+[[nodiscard]] std::vector<HoldingFacts> holdingsIn(const MarcRecord& record);
+
+/// What a record says about its carrier, for finding a media type by its name.
+[[nodiscard]] std::vector<std::string> carrierTexts(const MarcRecord& record);
+
+}  // namespace vantry::server

@@ -1,0 +1,136 @@
+#include "server/desk/booking_store.h"
+
+#include <algorithm>
+
+#include "server/base/person_name.h"
+
+namespace vantry::server {
+
+namespace {
+
+int countOf(Connection& db, const char* sql, std::int64_t bookingId) {
+  int count = 0;
+  Query query(db, sql);
+  query.bind("booking_id", bookingId).into(count);
+  while (query.next()) {
+  }
+  return count;
+}
+
+constexpr const char* listColumns =
+    "select b.id, b.status, b.starts_at, b.ends_at, b.administrative, p.withheld, p.last_name, p.first_name, "
+    "p.middle_name, b.booking_type, coalesce(r.name, l.name, t.name, ''), b.equipment_count, b.item_count "
+    "from bookings b left join patrons p on p.id = b.patron_id left join rooms r on r.id = b.room_id "
+    "left join locations l on l.id = b.pickup_location_id "
+    "left join room_types t on t.id = b.wanted_room_type_id ";
+
+void visitRows(Query& query, const BookingListVisitor& visit) {
+  BookingListRow row;
+  int status = 0;
+  std::string last;
+  std::string first;
+  std::string middle;
+  query.into(row.id, status, row.startsAt, row.endsAt, row.administrative, row.withheld, last, first, middle,
+             row.type, row.place, row.equipmentCount, row.itemCount);
+  while (query.next()) {
+    row.status = static_cast<BookingStatus>(status);
+    row.requester = personName(last, first, middle);
+    visit(row);
+  }
+}
+
+LinesOut findLinesOut(Connection& db, std::int64_t bookingId) {
+  LinesOut out;
+  out.equipment = countOf(db,
+                          "select count(*) from booking_equipment where booking_id = :booking_id and "
+                          "in_room = 0 and charged_at is not null and returned_at is null",
+                          bookingId);
+  out.items = countOf(db,
+                      "select count(*) from booking_items where booking_id = :booking_id and "
+                      "charged_at is not null and returned_at is null",
+                      bookingId);
+  return out;
+}
+
+}  // namespace
+
+void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
+                   const BookingListVisitor& visit) {
+  static const std::string sql = std::string(listColumns) +
+                                 "where b.location_id = :location_id and b.starts_at >= :from_at and "
+                                 "b.starts_at < :until_at order by b.starts_at, b.id";
+  Query query(db, sql);
+  query.bind("location_id", locationId).bind("from_at", from).bind("until_at", until);
+  visitRows(query, visit);
+}
+
+std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId) {
+  static const std::string sql = std::string(listColumns) + "where b.id = :id";
+  std::optional<BookingListRow> found;
+  Query query(db, sql);
+  query.bind("id", bookingId);
+  visitRows(query, [&](const BookingListRow& row) { found = row; });
+  return found;
+}
+
+void visitBookingMarks(Connection& db, std::int64_t locationId, Moment from, Moment until,
+                       const std::function<void(const BookingMark&)>& visit) {
+  BookingMark mark;
+  int status = 0;
+  Query query(db,
+              "select status, starts_at, ends_at from bookings where location_id = :location_id and "
+              "starts_at >= :from_at and starts_at < :until_at order by starts_at");
+  query.bind("location_id", locationId).bind("from_at", from).bind("until_at", until);
+  query.into(status, mark.startsAt, mark.endsAt);
+  while (query.next()) {
+    mark.status = static_cast<BookingStatus>(status);
+    visit(mark);
+  }
+}
+
+std::string confirmationNumber(std::int64_t bookingId) {
+  std::string number = std::to_string(bookingId);
+  if (number.size() < confirmationFigures) number.insert(0, confirmationFigures - number.size(), '0');
+  return number;
+}
+
+std::optional<BookingState> findBookingState(Connection& db, std::int64_t bookingId) {
+  BookingState state;
+  int status = 0;
+  Query query(db, "select id, status, patron_id, location_id, updated_at from bookings where id = :id");
+  query.bind("id", bookingId).into(state.id, status, state.patronId, state.locationId, state.updatedAt);
+  while (query.next()) {
+  }
+  if (state.id == 0) return std::nullopt;
+  state.status = static_cast<BookingStatus>(status);
+  state.out = findLinesOut(db, bookingId);
+  return state;
+}
+
+Moment nextStamp(Moment last, Moment now) {
+  return std::max(now, last + 1);
+}
+
+void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp) {
+  Query query(db,
+              "update bookings set status = :status, updated_at = :updated_at, updated_by = :updated_by, "
+              "updated_location = :updated_location where id = :id");
+  query.bind("status", static_cast<int>(status))
+      .bind("updated_at", stamp.at)
+      .bind("updated_by", stamp.operatorId)
+      .bind("updated_location", stamp.locationId)
+      .bind("id", bookingId)
+      .run();
+}
+
+void deleteBooking(Connection& db, std::int64_t bookingId) {
+  Query query(db, "delete from bookings where id = :id");
+  query.bind("id", bookingId).run();
+}
+
+void countCancelled(Connection& db, std::int64_t patronId) {
+  Query query(db, "update patrons set cancelled_bookings = cancelled_bookings + 1 where id = :id");
+  query.bind("id", patronId).run();
+}
+
+}  // namespace vantry::server

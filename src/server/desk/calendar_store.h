@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "server/base/moment.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// What a calendar governs.
+enum class CalendarKind : int { Delivery = 0, Room = 1, Pickup = 2 };
+
+/// The hours of one day, as minutes since midnight.
+struct OpenHours {
+  bool open = false;
+  int opensAt = 0;
+  int closesAt = 0;
+};
+
+struct CalendarRow {
+  std::int64_t id = 0;
+  std::string description;
+  Moment startsOn = 0;
+  Moment endsOn = 0;  ///< the last day
+};
+/// The calendars of one kind of a desk, by their start.
+[[nodiscard]] std::vector<CalendarRow> calendarsOf(Connection& db, std::int64_t locationId,
+                                                   CalendarKind kind);
+[[nodiscard]] std::optional<CalendarRow> findCalendar(Connection& db, std::int64_t id);
+
+/// The week of a calendar, from Sunday.
+[[nodiscard]] std::array<OpenHours, 7> weekOf(Connection& db, std::int64_t calendarId);
+
+struct ExceptionRow {
+  Moment date = 0;
+  OpenHours hours;
+};
+[[nodiscard]] std::vector<ExceptionRow> exceptionsOf(Connection& db, std::int64_t calendarId);
+
+}  // namespace vantry::server

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "server/policy/booking_rules.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// Whom or what a search at the desk goes by.
+enum class SearchBy {
+  RequesterBarcode,
+  PickupBarcode,
+  Confirmation,
+  LastName,
+  ItemBarcode,
+  ItemId,
+  EquipmentBarcode,
+  EquipmentNumber,
+  CallNumber,
+};
+
+struct FoundBooking {
+  std::int64_t id = 0;
+  BookingStatus status = BookingStatus::Live;
+  std::int64_t locationId = 0;
+  Moment startsAt = 0;
+  std::int64_t pickupLocationId = 0;
+};
+
+/// Bookings that are not over, of a person or by number; a text that ends in "?" stands for all that begin
+/// so. In the order of their start.
+[[nodiscard]] std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by,
+                                                            std::string_view text);
+
+/// A line that is out.
+struct OpenLine {
+  std::int64_t bookingId = 0;
+  std::int64_t itemId = 0;   ///< 0 on a line of equipment
+  std::int64_t pieceId = 0;  ///< the line's own: the group where the thing searched is a member of one
+  std::int64_t roomId = 0;   ///< of a scheduled booking: one that was only delivered to is an address
+};
+
+/// The lines that hold the thing searched, the longest out first. `kind` is the kind of a call number.
+[[nodiscard]] std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_view text,
+                                                  std::string_view kind = {});
+
+}  // namespace vantry::server

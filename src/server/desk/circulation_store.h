@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "server/desk/booking_store.h"
+#include "server/desk/occupancy.h"
+#include "server/policy/policy_rules.h"
+#include "server/policy/policy_times.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// A booking as the desk hands it out and takes it back.
+struct DeskBooking {
+  std::int64_t id = 0;
+  BookingStatus status = BookingStatus::Live;
+  int type = 0;
+  std::int64_t locationId = 0;
+  std::int64_t patronId = 0;
+  std::int64_t groupId = 0;
+  Period times;
+  Period taken;  ///< with set-up and clean-up
+  std::int64_t roomId = 0;
+  RoomWish roomWish;
+  Moment chargedAt = 0;  ///< 0 for never, as below
+  Moment roomChargedAt = 0;
+  Moment roomReturnedAt = 0;
+  Moment updatedAt = 0;
+};
+[[nodiscard]] std::optional<DeskBooking> findDeskBooking(Connection& db, std::int64_t id);
+
+/// Lines of a booking, in their order.
+struct PieceLine {
+  std::int64_t id = 0;
+  std::int64_t pieceId = 0;  ///< 0 on a wish that is not filled
+  std::int64_t typeId = 0;
+  bool inRoom = false;
+  Moment chargedAt = 0;
+  Moment returnedAt = 0;
+  [[nodiscard]] bool isOut() const { return chargedAt != 0 && returnedAt == 0; }
+};
+struct ItemLine {
+  std::int64_t id = 0;
+  std::int64_t itemId = 0;
+  std::int64_t titleId = 0;
+  std::int64_t holdingId = 0;
+  std::int64_t mediaTypeId = 0;
+  Moment chargedAt = 0;
+  Moment returnedAt = 0;
+  [[nodiscard]] bool isOut() const { return chargedAt != 0 && returnedAt == 0; }
+};
+[[nodiscard]] std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId);
+[[nodiscard]] std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId);
+
+/// The line's wish no longer waits: it is being filled, and in the way of no other.
+void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::int64_t lineId);
+
+/// Fills a wish that has ended to wait with a thing: the line names it, and the booking takes it. A room's
+/// wish is ended by its room.
+void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId);
+void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t itemId);
+void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId);
+
+/// Until when others take one of the booking's things that it has to itself only later than at that moment.
+[[nodiscard]] std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now);
+
+/// The things of the booking are taken from that moment on, if it was not to have them before.
+void takeFrom(Connection& db, const DeskBooking& booking, Moment from);
+
+/// Everything of the booking is handed out at the moment.
+void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp);
+
+void markPieceReturned(Connection& db, std::int64_t lineId, Moment at);
+void markItemReturned(Connection& db, std::int64_t lineId, Moment at);
+void markRoomReturned(Connection& db, std::int64_t bookingId, Moment at);
+void markComplete(Connection& db, std::int64_t bookingId, Moment returnedAt, const Stamp& stamp);
+
+/// Changes of a patron's counters; a counter never falls below 0.
+struct CounterChanges {
+  int late = 0;
+  int historical = 0;
+  int unclaimed = 0;
+};
+void changeCounters(Connection& db, std::int64_t patronId, const CounterChanges& changes);
+
+}  // namespace vantry::server

@@ -1,0 +1,117 @@
+#include "server/desk/list_store.h"
+
+#include <optional>
+
+#include "server/base/moment.h"
+#include "server/base/person_name.h"
+#include "server/store/query_help.h"
+
+namespace vantry::server {
+
+namespace {
+
+std::vector<LocationRow> readLocations(Query& query) {
+  std::vector<LocationRow> rows;
+  LocationRow row;
+  query.into(row.id, row.name, row.library);
+  while (query.next()) rows.push_back(row);
+  return rows;
+}
+
+std::vector<CategoryRow> readCategories(Query& query) {
+  std::vector<CategoryRow> rows;
+  CategoryRow row;
+  query.into(row.id, row.name, row.count, row.storage);
+  while (query.next()) rows.push_back(row);
+  return rows;
+}
+
+bool hasMaintenanceIn(Connection& db, int year) {
+  int found = 0;
+  Query query(db,
+              "select 1 from maintenance where came_in_on >= :from_at and came_in_on < :until_at limit 1");
+  query.bind("from_at", makeMoment(year, 1, 1)).bind("until_at", makeMoment(year + 1, 1, 1));
+  return fetchOne(query, found);
+}
+
+std::optional<Moment> maintenanceAt(Connection& db, const char* sql) {
+  Moment at = 0;
+  Query query(db, sql);
+  return fetchOne(query, at) ? std::optional(at) : std::nullopt;
+}
+
+}  // namespace
+
+std::vector<LocationRow> allLocations(Connection& db) {
+  Query query(db,
+              "select l.id, l.name, b.name from locations l join libraries b on b.id = l.library_id "
+              "order by l.name");
+  return readLocations(query);
+}
+
+std::vector<LocationRow> locationsOf(Connection& db, std::int64_t operatorId) {
+  Query query(
+      db,
+      "select l.id, l.name, b.name from operator_locations o join locations l on l.id = o.location_id "
+      "join libraries b on b.id = l.library_id where o.operator_id = :operator_id order by l.name");
+  query.bind("operator_id", operatorId);
+  return readLocations(query);
+}
+
+std::vector<StaffRow> staff(Connection& db) {
+  std::vector<StaffRow> rows;
+  StaffRow row;
+  std::string last;
+  std::string first;
+  std::string middle;
+  Query query(
+      db,
+      "select p.id, p.last_name, p.first_name, p.middle_name, s.active, "
+      "(select count(*) from bookings b where b.status in (0, 99, 999) and b.setup_staff_id = p.id) + "
+      "(select count(*) from bookings b where b.status in (0, 99, 999) and b.cleanup_staff_id = p.id and "
+      "coalesce(b.setup_staff_id, 0) <> p.id) "
+      "from staff s join patrons p on p.id = s.patron_id order by p.last_name, p.first_name, p.id");
+  query.into(row.patronId, last, first, middle, row.active, row.bookings);
+  while (query.next()) {
+    row.name = personName(last, first, middle);
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+std::vector<CategoryRow> equipmentTypes(Connection& db, bool ofGroups) {
+  Query query(db,
+              "select t.id, t.name, (select count(*) from equipment e where e.equipment_type_id = t.id), 0 "
+              "from equipment_types t where t.of_groups = :of_groups order by t.name");
+  query.bind("of_groups", ofGroups);
+  return readCategories(query);
+}
+
+std::vector<CategoryRow> groupTypesOutside(Connection& db, std::int64_t roomId) {
+  Query query(db,
+              "select t.id, t.name, count(*), 0 from equipment_types t "
+              "join equipment e on e.equipment_type_id = t.id and coalesce(e.room_id, 0) <> :room_id "
+              "where t.of_groups = 1 group by t.id, t.name order by t.name");
+  query.bind("room_id", roomId);
+  return readCategories(query);
+}
+
+std::vector<CategoryRow> roomTypes(Connection& db) {
+  Query query(db,
+              "select t.id, t.name, (select count(*) from rooms r where r.room_type_id = t.id), t.storage "
+              "from room_types t order by t.name");
+  return readCategories(query);
+}
+
+std::vector<int> yearsOfMaintenance(Connection& db) {
+  std::vector<int> years;
+  const auto first = maintenanceAt(db, "select came_in_on from maintenance order by came_in_on limit 1");
+  const auto last = maintenanceAt(db, "select came_in_on from maintenance order by came_in_on desc limit 1");
+  if (!first || !last) return years;
+  for (int year = yearOf(*last); year >= yearOf(*first); --year) {
+    if (hasMaintenanceIn(db, year)) years.push_back(year);
+  }
+  return years;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+struct LocationRow {
+  std::int64_t id = 0;
+  std::string name;
+  std::string library;
+};
+[[nodiscard]] std::vector<LocationRow> allLocations(Connection& db);
+/// Those at which the operator may work.
+[[nodiscard]] std::vector<LocationRow> locationsOf(Connection& db, std::int64_t operatorId);
+
+struct StaffRow {
+  std::int64_t patronId = 0;
+  std::string name;
+  bool active = false;
+  int bookings = 0;  ///< assigned and not yet over
+};
+[[nodiscard]] std::vector<StaffRow> staff(Connection& db);
+
+/// A type and how many things there are of it.
+struct CategoryRow {
+  std::int64_t id = 0;
+  std::string name;
+  int count = 0;
+  bool storage = false;  ///< rooms only
+};
+[[nodiscard]] std::vector<CategoryRow> equipmentTypes(Connection& db, bool ofGroups);
+/// Types of groups, counting the groups that do not stand in the room; types without one are left out.
+[[nodiscard]] std::vector<CategoryRow> groupTypesOutside(Connection& db, std::int64_t roomId);
+[[nodiscard]] std::vector<CategoryRow> roomTypes(Connection& db);
+
+/// Years in which something went to maintenance, the latest first.
+[[nodiscard]] std::vector<int> yearsOfMaintenance(Connection& db);
+
+}  // namespace vantry::server

@@ -1,0 +1,214 @@
+#include "server/desk/usage_things.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "server/desk/policy_store.h"
+
+namespace vantry::server {
+
+namespace {
+
+/// What is out now is expected back for any later time.
+FreeSearch searchFor(const AskedTime& asked, Moment now, std::size_t most) {
+  return {.asked = asked, .outIsTaken = asked.period.from <= now, .inOrder = false, .most = most};
+}
+
+Period spanOf(Period span, const std::vector<WaitingWish>& wishes) {
+  for (const WaitingWish& each : wishes) {
+    span.from = std::min(span.from, each.period.from);
+    span.until = std::max(span.until, each.period.until);
+  }
+  return span;
+}
+
+/// A type that is wished for around the clock has no end of wishes that meet each other. With so many known,
+/// further ones hardly ever matter.
+constexpr std::size_t enoughRivals = 64;
+
+/// The wishes that come into question with whatever is taken at the time asked for: those that wait then,
+/// those that they meet at other times, since each needs its thing through all of its own time, and so on.
+std::vector<WaitingWish> rivalsAt(Connection& db, const WishFor& kind, AskedTime asked) {
+  std::vector<WaitingWish> rivals = waitingWishes(db, kind, asked);
+  while (rivals.size() < enoughRivals) {
+    const Period span = spanOf(asked.period, rivals);
+    if (span == asked.period) break;
+    asked.period = span;
+    rivals = waitingWishes(db, kind, asked);
+  }
+  return rivals;
+}
+
+/// Finds what could fill each wish, by the policy of the wisher's own desk. Equal wishes are looked up once.
+class FillerSearch {
+ public:
+  FillerSearch(Connection& db, std::int64_t exceptBooking, Moment now, std::size_t most)
+      : db_(db), exceptBooking_(exceptBooking), now_(now), most_(most) {}
+
+  std::vector<Wish> of(const std::vector<WaitingWish>& waiting) {
+    std::vector<Wish> wishes;
+    for (auto each = waiting.begin(); each != waiting.end(); ++each) {
+      const auto equal = std::find(waiting.begin(), each, *each);
+      const auto place = static_cast<std::size_t>(equal - waiting.begin());
+      wishes.push_back(equal == each ? find(each->what, placesOf(*each), each->period) : wishes[place]);
+    }
+    return wishes;
+  }
+
+  Wish find(const WishFor& what, const Places& places, const Period& period) {
+    return {period, freeStockFor(db_, what, places, searchFor({period, exceptBooking_}, now_, most_))};
+  }
+
+ private:
+  const Places& placesOf(const WaitingWish& wish) {
+    const auto [found, isNew] = places_.try_emplace({wish.deskId, wish.groupId});
+    if (isNew) found->second = openPlaces(loadPolicyLocations(db_, wish.deskId, wish.groupId));
+    return found->second;
+  }
+
+  Connection& db_;
+  std::int64_t exceptBooking_;
+  Moment now_;
+  std::size_t most_;
+  std::map<std::pair<std::int64_t, std::int64_t>, Places> places_;
+};
+
+/// How many wishes, of the booking or of others, nothing would be left for.
+int missingFor(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+               const Period& period) {
+  const std::vector<WaitingWish> rivals = rivalsAt(db, kind, {period, question.bookingId});
+  if (rivals.empty() && ask.wishes.empty()) return 0;
+  const std::size_t most = rivals.size() + ask.wishes.size() + ask.singles.size();
+  FillerSearch search(db, question.bookingId, question.now, most);
+  const Places places = openPlaces(question.policy);
+  Taking taking{.period = period, .singles = ask.singles, .wishes = {}};
+  for (std::size_t place = 0; place < ask.wishes.size(); ++place) {
+    const bool again = place > 0 && ask.wishes[place] == ask.wishes[place - 1];
+    taking.wishes.push_back(again ? taking.wishes.back() : search.find(ask.wishes[place], places, period));
+  }
+  return shortfall(search.of(rivals), taking);
+}
+
+void addWhoHasIt(SingleUse& use, const std::optional<TakenTime>& out) {
+  if (!out) return;
+  const bool told = std::any_of(use.inTheWay.begin(), use.inTheWay.end(),
+                                [&](const TakenTime& each) { return each.bookingId == out->bookingId; });
+  if (!told) use.inTheWay.push_back(*out);
+  use.nearAnother = false;
+}
+
+/// What there is for the booking's desk, for people; nothing where one of the wishes can never be filled.
+std::set<std::int64_t> stockOf(Connection& db, const UsageQuestion& question, const WishFor& kind,
+                               const KindAsk& ask) {
+  const Places places = openPlaces(question.policy);
+  std::set<std::int64_t> all(ask.singles.begin(), ask.singles.end());
+  for (const WishFor& wish : ask.wishes.empty() ? std::vector{kind} : ask.wishes) {
+    const std::vector<std::int64_t> stock = stockFor(db, wish, places);
+    if (stock.empty() && !ask.wishes.empty()) return {};
+    all.insert(stock.begin(), stock.end());
+  }
+  return all;
+}
+
+/// Adds a finding when there are too few at that time.
+void judgeKindAt(Connection& db, const UsageQuestion& question, const WishFor& kind, const KindAsk& ask,
+                 const Period& period, Findings& findings) {
+  const int missing = missingFor(db, question, kind, ask, period);
+  if (missing == 0) return;
+  const std::string name =
+      kind.kind == ThingKind::ItemWish ? titleOf(db, kind.thing) : equipmentTypeName(db, kind.thing);
+  const auto available = static_cast<int>(stockOf(db, question, kind, ask).size());
+  if (available == 0) {
+    findings.noneInPolicy = true;
+    findings.wished = name;
+    return;
+  }
+  // The figures have to tell that there is not enough, whosever wish it is that goes without.
+  const int granted = static_cast<int>(ask.singles.size() + ask.wishes.size()) - missing;
+  UsageConflict conflict;
+  conflict.period = period;
+  conflict.name = name;
+  conflict.available = available;
+  conflict.booked = std::max(available - granted, 0);
+  findings.conflicts.push_back(conflict);
+}
+
+}  // namespace
+
+void RoomStock::read() {
+  isRead_ = true;
+  if (question_.roomId == 0) return;
+  for (const Piece& each : piecesInRoom(db_, question_.roomId)) {
+    // A member goes with its group, and counts as little by itself as it does elsewhere.
+    const bool loose = each.groupId == 0 && !taken_.contains(each.id);
+    if (loose && mayBeUsed(db_, each.id) && isThere(each)) ++left_[each.typeId];
+  }
+}
+
+bool RoomStock::isThere(const Piece& piece) const {
+  std::vector<std::int64_t> ids;
+  for (const Piece& each : withMembers(db_, piece.id)) ids.push_back(each.id);
+  return std::all_of(question_.times.begin(), question_.times.end(), [&](const Period& period) {
+    const SingleUses uses = singleUses(db_, question_, ThingKind::Equipment, ids, period);
+    return std::all_of(uses.begin(), uses.end(), [](const auto& use) { return use.second.inTheWay.empty(); });
+  });
+}
+
+bool RoomStock::take(std::int64_t typeId) {
+  if (!isRead_) read();
+  const auto found = left_.find(typeId);
+  if (found == left_.end() || found->second == 0) return false;
+  --found->second;
+  return true;
+}
+
+std::optional<int> placeRefusal(const DeskPolicy& policy, const Aspects& aspects, std::int64_t locationId) {
+  if (!aspects.places && !aspects.security) return std::nullopt;
+  const std::optional<int> code = refusalOfLocation(policy, locationId);
+  return aspects.places || code == refusal::foreignSecurity ? code : std::nullopt;
+}
+
+SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
+                      std::span<const std::int64_t> things, const Period& period) {
+  const Moment distance = question.policy.warningMinutes * minute;
+  const AskedTime wide{{period.from - distance, period.until + distance}, question.bookingId};
+  TakenTimes taken = takenTimes(db, kind, things, wide);
+  SingleUses uses;
+  for (const std::int64_t thing : things) {
+    SingleUse& use = uses[thing];
+    use = judgeSingle(taken[thing], period, question.policy.warningMinutes);
+    if (period.from <= question.now) addWhoHasIt(use, outOn(db, kind, thing, question.bookingId));
+  }
+  return uses;
+}
+
+void judgeWishes(Connection& db, const UsageQuestion& question, ThingKind kind, const KindAsks& asks,
+                 Findings& findings) {
+  std::vector<std::int64_t> kinds;
+  for (const auto& [thing, ask] : asks) kinds.push_back(thing);
+  std::vector<TakenTimes> rivals;
+  for (const Period& period : question.times) {
+    rivals.push_back(takenTimes(db, kind, kinds, {period, question.bookingId}));
+  }
+  for (const auto& [thing, ask] : asks) {
+    for (std::size_t time = 0; time < question.times.size(); ++time) {
+      // Where nobody wishes for anything, whatever is free may be taken.
+      if (ask.wishes.empty() && !rivals[time].contains(thing)) continue;
+      judgeKindAt(db, question, {.kind = kind, .thing = thing}, ask, question.times[time], findings);
+    }
+  }
+}
+
+std::optional<std::int64_t> thingFor(Connection& db, const DeskPolicy& policy, const WishFor& what,
+                                     const Period& period, Moment now) {
+  const std::vector<WaitingWish> rivals = rivalsAt(db, what, {period, 0});
+  const std::size_t most = rivals.size() + 1;
+  const std::vector<std::int64_t> things =
+      freeStockFor(db, what, openPlaces(policy),
+                   {.asked = {period, 0}, .outIsTaken = true, .inOrder = true, .most = most});
+  if (things.empty()) return std::nullopt;
+  return pickSpare(things, FillerSearch(db, 0, now, most).of(rivals), period);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "server/base/moment.h"
+
+namespace vantry::server {
+
+/// How a booking stands. The numbers are the protocol's.
+enum class BookingStatus : int {
+  Live = 0,
+  Complete = 1,
+  Unclaimed = 2,
+  SystemCanceled = 3,
+  OperatorCanceled = 4,
+  Charged = 99,
+  Overdue = 999,
+};
+
+/// Something of the booking is with the patron.
+[[nodiscard]] bool isOut(BookingStatus status);
+
+/// Nothing more will happen to the booking.
+[[nodiscard]] bool isOver(BookingStatus status);
+
+/// A booking that is over belongs to history once the day on which it ended has passed.
+[[nodiscard]] bool isHistorical(BookingStatus status, Moment endsAt, Moment now);
+
+/// A patron who asked not to be remembered is named only while the booking is under way.
+[[nodiscard]] bool isWithheld(bool patronAsked, BookingStatus status);
+
+/// Lines of a booking that are charged and not yet back.
+struct LinesOut {
+  int equipment = 0;
+  int items = 0;
+};
+
+/// The return code that refuses a deletion: 106 while something is out. Nothing when the booking may go.
+[[nodiscard]] std::optional<int> refusalToDelete(BookingStatus status, const LinesOut& out);
+
+/// The return code that refuses a cancel: 114 and 115 while equipment or items are out, 7 when the booking is
+/// over or charged in any other way.
+[[nodiscard]] std::optional<int> refusalToCancel(BookingStatus status, const LinesOut& out);
+
+/// What lists call the kind of a booking.
+[[nodiscard]] std::string_view bookingTypeName(int type);
+
+}  // namespace vantry::server

@@ -1,0 +1,147 @@
+// Saving bookings. The checks of the windows are requests of their own, made before; so the save decides
+// again about everything that two bookings could both want.
+
+#include <algorithm>
+#include <array>
+
+#include "server/desk/booking_writer.h"
+#include "server/desk/policy_store.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int satisfiedByRoom = 137;
+constexpr int timesOverlap = 181;
+constexpr int notEditable = 7;
+constexpr int inProgress = 106;
+
+std::vector<Period> takenTimesOf(const BookingDraft& draft) {
+  std::vector<Period> taken;
+  for (const Period& each : draft.times) {
+    taken.push_back(takenFor(each, draft.setupMinutes, draft.cleanupMinutes));
+  }
+  return taken;
+}
+
+void refuseUnless(const Findings& findings, Reply (*replyOf)(const Findings&)) {
+  if (!findings.clean()) throw Refused{replyOf(findings)};
+}
+
+/// Wishes go by the policy of the desk that makes the booking, whoever changes it later.
+DeskPolicy policyOf(Context& context, const BookingDraft& draft, std::int64_t deskId) {
+  return loadPolicyLocations(context.db, deskId, draft.administrative ? 0 : draft.groupId);
+}
+
+UsageQuestion questionOf(const Context& context, const BookingDraft& draft, const DeskPolicy& policy,
+                         std::int64_t bookingId) {
+  return {policy, takenTimesOf(draft), bookingId, draft.roomId, context.now};
+}
+
+/// Nothing lets an operator override this one, so that no check before stands for it.
+void requireStored(const BookingDraft& draft, const ResolvedThings& things) {
+  const bool stray =
+      std::any_of(things.equipment.begin(), things.equipment.end(), [&](const ResolvedPiece& each) {
+        const bool isThere = each.inRoom || (draft.roomId != 0 && each.piece.roomId == draft.roomId);
+        return each.piece.id != 0 && !each.piece.inStorage && !isThere;
+      });
+  if (!stray) return;
+  Findings findings;
+  findings.notInStorage = true;
+  throw Refused{equipmentReply(findings)};
+}
+
+/// Throws Refused, with the reply of the check that would tell the same, when something is taken. Looks at
+/// what will be stored: what stands in the room is taken out of it already, by the same rule.
+void requireFree(Connection& db, const BookingDraft& draft, const ResolvedThings& things,
+                 UsageQuestion question) {
+  question.roomId = 0;
+  const Aspects conflicts{.conflicts = true};
+  requireStored(draft, things);
+  if (draft.type == 1 && draft.roomId != 0) {
+    if (const auto room = findRoom(db, draft.roomId)) {
+      refuseUnless(judgeRoom(db, question, *room, conflicts), roomReply);
+    }
+  }
+  refuseUnless(judgeMedia(db, question, things.media, conflicts), mediaReply);
+  std::vector<Piece> equipment;
+  for (const ResolvedPiece& line : things.equipment) {
+    if (!line.inRoom) equipment.push_back(line.piece);
+  }
+  refuseUnless(judgePieces(db, question, equipment, conflicts), equipmentReply);
+}
+
+Stamp stampAt(const Context& context, Moment at) {
+  return {.at = at, .operatorId = context.session.operatorId, .locationId = context.session.locationId};
+}
+
+void addCreated(Reply& reply, const Context& context, std::int64_t id) {
+  reply.record()
+      .set(tags::BOOKID, id)
+      .set(tags::CNM, context.session.operatorName)
+      .set(tags::LNA, context.session.locationName)
+      .set(tags::CDT, momentText(context.now))
+      .set(tags::CNUM, confirmationNumber(id));
+}
+
+Reply newBookings(Context& context, const Message& message) {
+  const BookingDraft draft = draftOf(message);
+  if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
+  requireKeys(context.db, draft);
+  const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
+  const UsageQuestion question = questionOf(context, draft, policy, 0);
+  const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireFree(context.db, draft, things, question);
+  Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  const StoredBooking booking{draft, things, stampAt(context, context.now)};
+  for (const Period& times : draft.times) {
+    // The wishes of the earlier times wait already, and long ones of others may meet several.
+    if (&times != draft.times.data()) {
+      const Period taken = takenFor(times, draft.setupMinutes, draft.cleanupMinutes);
+      requireFree(context.db, draft, things, {policy, {taken}, 0, 0, context.now});
+    }
+    const std::int64_t id = insertBooking(context.db, booking, times);
+    addLines(context.db, id, booking, times);
+    addCreated(reply, context, id);
+  }
+  return reply;
+}
+
+Reply changeBooking(Context& context, const Message& message) {
+  const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
+  if (!state) return Reply(rc::notFound);
+  if (isOut(state->status)) return Reply(inProgress);
+  if (state->status != BookingStatus::Live) return Reply(notEditable);
+  const BookingDraft draft = draftOf(message);
+  if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
+  // Several times make several bookings, and only a new one can become several.
+  if (draft.times.size() > 1) refuseTag(tags::STIME);
+  requireKeys(context.db, draft);
+  const DeskPolicy policy = policyOf(context, draft, state->locationId);
+  const UsageQuestion question = questionOf(context, draft, policy, state->id);
+  const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireFree(context.db, draft, things, question);
+  const Moment stamp = nextStamp(state->updatedAt, context.now);
+  const StoredBooking booking{draft, things, stampAt(context, stamp)};
+  rewriteBooking(context.db, state->id, booking);
+  addLines(context.db, state->id, booking, draft.times.front());
+  Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  reply.head(tags::UNM, context.session.operatorName)
+      .head(tags::LNA, context.session.locationName)
+      .head(tags::UDT, momentText(stamp));
+  return reply;
+}
+
+constexpr std::array rows{
+    HandlerRow{"NEWBK", newBookings},
+    HandlerRow{"UPDBK", changeBooking},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> bookingWriteRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,297 @@
+// Handing a booking out: all of it, or nothing and the reasons.
+
+#include <algorithm>
+#include <array>
+
+#include "server/desk/circulation_store.h"
+#include "server/desk/policy_store.h"
+#include "server/desk/thing_store.h"
+#include "server/desk/usage_check.h"
+#include "server/desk/usage_things.h"
+#include "server/policy/circulation_rules.h"
+#include "server/requests/handlers.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int notChargeable = 7;
+constexpr int notCharged = 128;
+
+namespace failure {
+constexpr int roomOut = 107;
+constexpr int pieceOut = 125;
+constexpr int itemOut = 126;
+constexpr int tooEarly = 127;
+constexpr int noRoom = 134;
+constexpr int noItem = 135;
+constexpr int noPiece = 136;
+constexpr int pieceStatus = 175;
+constexpr int roomStatus = 176;
+constexpr int itemStatus = 177;
+}  // namespace failure
+
+namespace occasion {
+constexpr std::int64_t pieceCharged = 2;
+constexpr std::int64_t roomCharged = 7;
+}  // namespace occasion
+
+/// Goes through a booking once: finds what speaks against the charge, and fills the wishes on the way. When
+/// something speaks against it, the whole request is undone.
+class Charger {
+ public:
+  Charger(Context& context, const DeskBooking& booking)
+      : context_(context),
+        db_(context.db),
+        booking_(booking),
+        pieces_(pieceLinesOf(db_, booking.id)),
+        items_(itemLinesOf(db_, booking.id)),
+        policy_(loadPolicy(db_, booking.locationId, booking.groupId)) {}
+
+  Reply charge() {
+    judgeTime();
+    judgeRoom();
+    for (ItemLine& line : items_) line.itemId == 0 ? fillItem(line) : judgeItem(line);
+    for (PieceLine& line : pieces_) line.pieceId == 0 ? fillPiece(line) : judgePiece(line);
+    if (failures_.recordCount() == 0) judgePromises();
+    if (failures_.recordCount() > 0) {
+      failures_.setRc(notCharged);
+      throw Refused{failures_};
+    }
+    const Stamp stamp{.at = nextStamp(booking_.updatedAt, context_.now),
+                      .operatorId = context_.session.operatorId,
+                      .locationId = context_.session.locationId};
+    takeFrom(db_, booking_, context_.now);
+    markCharged(db_, booking_, {context_.now, stamp.operatorId, stamp.locationId});
+    if (stamp.at != context_.now) setBookingStatus(db_, booking_.id, BookingStatus::Charged, stamp);
+    addNotes();
+    return reply_;
+  }
+
+ private:
+  Reply& fail(int code) { return failures_.record().set(tags::CHFA, code); }
+
+  /// Whoever takes things early must not take what another booking has in between.
+  [[nodiscard]] Period fromNow() const {
+    return {std::min(context_.now, booking_.taken.from), booking_.taken.until};
+  }
+
+  /// A wish that ends to wait first is no rival of itself; those of the booking's other lines are.
+  std::optional<std::int64_t> fillWish(const WishFor& wish, std::int64_t lineId) {
+    endWait(db_, booking_, wish.kind, lineId);
+    return thingFor(db_, policy_, wish, fromNow(), context_.now);
+  }
+
+  void judgeTime() {
+    const Moment earliest =
+        earliestCharge(booking_.times, policy_.earlyChargeMinutes, heldUntil(db_, booking_, context_.now));
+    if (context_.now < earliest) fail(failure::tooEarly).set(tags::STIME, momentText(earliest));
+  }
+
+  /// Until the booking begins, its things may be promised to wishes of others.
+  void judgePromises() {
+    if (context_.now >= booking_.taken.from) return;
+    std::vector<MediaAsk> media;
+    for (const ItemLine& line : items_)
+      media.push_back({line.mediaTypeId, line.titleId, line.holdingId, line.itemId});
+    std::vector<EquipmentAsk> equipment;
+    for (const PieceLine& line : pieces_) {
+      if (!line.inRoom) equipment.push_back({line.pieceId, line.typeId});
+    }
+    const UsageQuestion question{policy_, {fromNow()}, booking_.id, 0, context_.now};
+    const Aspects conflicts{.conflicts = true};
+    const auto breaksOne = [](const Findings& findings) {
+      return std::any_of(findings.conflicts.begin(), findings.conflicts.end(),
+                         [](const UsageConflict& each) { return each.bookingId == 0; });
+    };
+    if (breaksOne(judgeMedia(db_, question, media, conflicts)) ||
+        breaksOne(judgeEquipment(db_, question, equipment, conflicts))) {
+      fail(failure::tooEarly).set(tags::STIME, momentText(booking_.taken.from));
+    }
+  }
+
+  void judgeRoom() {
+    if (booking_.roomId == 0) {
+      if (booking_.roomWish.typeId != 0) fillRoom();
+      return;
+    }
+    if (booking_.type != 1) return;
+    const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
+    if (!room) return;
+    if (outOn(db_, ThingKind::Room, room->id, booking_.id)) fail(failure::roomOut).set(tags::RNM, room->name);
+    const std::vector<AppliedStatus> statuses = statusesOfRoom(db_, room->id);
+    if (const AppliedStatus* status = forbiddingStatus(statuses)) {
+      fail(failure::roomStatus).set(tags::RNM, room->name).set(tags::STY, status->name);
+    }
+  }
+
+  void fillRoom() {
+    // A delivery's room is its address, whoever meets there.
+    const std::optional<std::int64_t> found = booking_.type == 1
+                                                  ? freeRoom(db_, booking_.roomWish, {fromNow(), booking_.id})
+                                                  : anyRoom(db_, booking_.roomWish);
+    if (!found) {
+      fail(failure::noRoom);
+      return;
+    }
+    assignRoom(db_, booking_, *found);
+    booking_.roomId = *found;
+    const std::optional<BookableRoom> room = findRoom(db_, *found);
+    reply_.record().set(tags::RID, *found).set(tags::RNM, room ? room->name : std::string());
+  }
+
+  void judgeItem(const ItemLine& line) {
+    const std::optional<MediaItem> item = findItem(db_, line.itemId);
+    if (!item) return;
+    if (outOn(db_, ThingKind::Item, item->id, booking_.id))
+      fail(failure::itemOut).set(tags::TITL, item->title);
+    if (!item->status.empty()) {
+      fail(failure::itemStatus).set(tags::TITL, item->title).set(tags::STY, item->status);
+    }
+  }
+
+  void fillItem(ItemLine& line) {
+    const WishFor wish{.kind = ThingKind::ItemWish,
+                       .thing = line.titleId,
+                       .holdingId = line.holdingId,
+                       .mediaTypeId = line.mediaTypeId};
+    const std::optional<std::int64_t> found = fillWish(wish, line.id);
+    if (!found) {
+      fail(failure::noItem).set(tags::TITL, titleOf(db_, line.titleId));
+      return;
+    }
+    assignItem(db_, booking_, line.id, *found);
+    line.itemId = *found;
+    const std::optional<MediaItem> item = findItem(db_, *found);
+    if (!item) return;
+    reply_.record()
+        .set(tags::IM, item->id)
+        .set(tags::TITL, item->title)
+        .set(tags::MDSC, item->description)
+        .set(tags::LO, item->location)
+        .set(tags::CP, item->copy)
+        .set(tags::EN, item->enumeration)
+        .set(tags::CH, item->chronology)
+        .set(tags::YR, item->year);
+  }
+
+  /// A group is out when one of its members is, and a member when its group is.
+  bool isOutElsewhere(const Piece& piece) {
+    const auto isOut = [&](const Piece& each) {
+      return outOn(db_, ThingKind::Equipment, each.id, booking_.id).has_value();
+    };
+    if (isOut(piece)) return true;
+    if (!piece.isGroup) return false;
+    const std::vector<Piece> members = membersOf(db_, piece.id);
+    return std::any_of(members.begin(), members.end(), isOut);
+  }
+
+  void judgePiece(const PieceLine& line) {
+    if (line.inRoom) return;  // is not handed out
+    const std::optional<Piece> piece = findPiece(db_, line.pieceId);
+    if (!piece) return;
+    if (isOutElsewhere(*piece)) {
+      fail(failure::pieceOut).set(tags::ENO, piece->number).set(tags::ETY, piece->typeName);
+    }
+    const std::vector<AppliedStatus> statuses = statusesOfPiece(db_, piece->id);
+    if (const AppliedStatus* status = forbiddingStatus(statuses)) {
+      fail(failure::pieceStatus)
+          .set(tags::ENO, piece->number)
+          .set(tags::ETY, piece->typeName)
+          .set(tags::STY, status->name);
+    }
+  }
+
+  void fillPiece(PieceLine& line) {
+    const WishFor wish{.kind = ThingKind::EquipmentWish, .thing = line.typeId};
+    const std::optional<std::int64_t> found = fillWish(wish, line.id);
+    if (!found) {
+      fail(failure::noPiece).set(tags::ETY, equipmentTypeName(db_, line.typeId));
+      return;
+    }
+    assignPiece(db_, booking_, line.id, *found);
+    line.pieceId = *found;
+    const std::optional<Piece> piece = findPiece(db_, *found);
+    if (!piece) return;
+    reply_.record()
+        .set(tags::EID, piece->id)
+        .set(tags::ETY, piece->typeName)
+        .set(tags::AENO, piece->number)
+        .set(tags::EIU, piece->isGroup ? "Y" : "N")
+        .set(tags::RNM, piece->roomName);
+  }
+
+  void addNotes() {
+    if (booking_.type == 1 && booking_.roomId != 0) {
+      const std::string note = popupNoteOfRoom(db_, booking_.roomId, occasion::roomCharged);
+      const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
+      if (!note.empty() && room) reply_.record().set(tags::RNO, room->number).set(tags::PMSG, note);
+    }
+    for (const PieceLine& line : pieces_) {
+      if (!line.inRoom) addNotesOf(line.pieceId);
+    }
+  }
+
+  void addNotesOf(std::int64_t pieceId) {
+    for (const Piece& piece : withMembers(db_, pieceId)) {
+      const std::string note = popupNoteOfPiece(db_, piece.id, occasion::pieceCharged);
+      if (!note.empty()) reply_.record().set(tags::ENO, piece.number).set(tags::PMSG, note);
+    }
+  }
+
+  Context& context_;
+  Connection& db_;
+  DeskBooking booking_;
+  std::vector<PieceLine> pieces_;
+  std::vector<ItemLine> items_;
+  DeskPolicy policy_;
+  Reply reply_;
+  Reply failures_;
+};
+
+/// What a booking that is out already answers: everything in it is charged, and so nothing can be.
+Reply alreadyCharged(Context& context, const DeskBooking& booking) {
+  Reply reply(notCharged);
+  if (booking.roomChargedAt != 0 && booking.roomReturnedAt == 0) {
+    const std::optional<BookableRoom> room = findRoom(context.db, booking.roomId);
+    reply.record().set(tags::CHFA, failure::roomOut).set(tags::RNM, room ? room->name : std::string());
+  }
+  for (const PieceLine& line : pieceLinesOf(context.db, booking.id)) {
+    const std::optional<Piece> piece = findPiece(context.db, line.pieceId);
+    if (!line.isOut() || !piece) continue;
+    reply.record()
+        .set(tags::CHFA, failure::pieceOut)
+        .set(tags::ENO, piece->number)
+        .set(tags::ETY, piece->typeName);
+  }
+  for (const ItemLine& line : itemLinesOf(context.db, booking.id)) {
+    if (!line.isOut()) continue;
+    reply.record().set(tags::CHFA, failure::itemOut).set(tags::TITL, titleOf(context.db, line.titleId));
+  }
+  if (reply.recordCount() == 0) {
+    // A booking of nothing: no reason names a booking as a whole, and without any the desk would not be told.
+    reply.record()
+        .set(tags::CHFA, failure::itemOut)
+        .set(tags::TITL, "Booking " + confirmationNumber(booking.id));
+  }
+  return reply;
+}
+
+Reply chargeBooking(Context& context, const Message& message) {
+  const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
+  if (!booking) return Reply(rc::notFound);
+  if (isOut(booking->status)) return alreadyCharged(context, *booking);
+  if (booking->status != BookingStatus::Live) return Reply(notChargeable);
+  return Charger(context, *booking).charge();
+}
+
+constexpr std::array rows{HandlerRow{"CBK", chargeBooking}};
+
+}  // namespace
+
+std::span<const HandlerRow> chargeRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

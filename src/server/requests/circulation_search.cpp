@@ -1,0 +1,113 @@
+// Finding what is to be charged or discharged.
+
+#include <algorithm>
+#include <array>
+
+#include "server/base/search_text.h"
+#include "server/desk/circulation_search.h"
+#include "server/requests/booking_list.h"
+#include "server/requests/handlers.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int alreadyCharged = 123;
+
+struct SearchTag {
+  std::string_view tag;
+  SearchBy by;
+};
+constexpr std::array personTags{
+    SearchTag{tags::BNO, SearchBy::RequesterBarcode},
+    SearchTag{tags::PPBAR, SearchBy::PickupBarcode},
+    SearchTag{tags::CNUM, SearchBy::Confirmation},
+    SearchTag{tags::PLN, SearchBy::LastName},
+};
+constexpr std::array thingTags{
+    SearchTag{tags::MEDBAR, SearchBy::ItemBarcode},     SearchTag{tags::IM, SearchBy::ItemId},
+    SearchTag{tags::EQBAR, SearchBy::EquipmentBarcode}, SearchTag{tags::ENO, SearchBy::EquipmentNumber},
+    SearchTag{tags::CN, SearchBy::CallNumber},
+};
+
+const SearchTag* tagOf(std::span<const SearchTag> known, const Message& message) {
+  const auto found =
+      std::find_if(known.begin(), known.end(), [&](const SearchTag& each) { return message.has(each.tag); });
+  return found == known.end() ? nullptr : &*found;
+}
+
+void addRow(Reply& reply, Context& context, std::int64_t bookingId) {
+  if (const auto row = findBookingRow(context.db, bookingId)) addBookingRow(reply, *row);
+}
+
+/// Those made at this desk, and those to be fetched here.
+bool isOfDesk(const Context& context, const FoundBooking& booking) {
+  const std::int64_t desk = context.session.locationId;
+  return booking.locationId == desk || booking.pickupLocationId == desk;
+}
+
+Reply searchToCharge(Context& context, const Message& message) {
+  const SearchTag* search = tagOf(personTags, message);
+  Reply reply;
+  if (search == nullptr) return reply;
+  bool charged = false;
+  for (const FoundBooking& found : findCurrentBookings(context.db, search->by, message.text(search->tag))) {
+    if (!isOfDesk(context, found)) continue;
+    charged = charged || isOut(found.status);
+    if (found.status == BookingStatus::Live) addRow(reply, context, found.id);
+  }
+  const bool byNumber = search->by == SearchBy::Confirmation;
+  if (byNumber && charged && reply.recordCount() == 0) reply.setRc(alreadyCharged);
+  return reply;
+}
+
+Reply lineReply(const std::vector<OpenLine>& lines) {
+  Reply reply;
+  if (lines.empty()) return reply;
+  const OpenLine& line = lines.front();
+  reply.head(tags::BOOKID, line.bookingId);
+  if (line.itemId != 0) reply.head(tags::IM, line.itemId);
+  if (line.pieceId != 0) reply.head(tags::EID, line.pieceId);
+  return reply.head(tags::RID, line.roomId);
+}
+
+Reply bookingsOfLines(Context& context, const std::vector<OpenLine>& lines) {
+  Reply reply;
+  std::vector<std::int64_t> told;
+  for (const OpenLine& line : lines) {
+    if (std::find(told.begin(), told.end(), line.bookingId) != told.end()) continue;
+    told.push_back(line.bookingId);
+    addRow(reply, context, line.bookingId);
+  }
+  return reply;
+}
+
+/// Things come back to whichever desk is nearest, so that no desk is asked for.
+Reply searchToDischarge(Context& context, const Message& message) {
+  if (const SearchTag* search = tagOf(thingTags, message)) {
+    const std::vector<OpenLine> lines =
+        findOpenLines(context.db, search->by, message.text(search->tag), message.text(tags::CNTY));
+    return message.flag(tags::QD) ? lineReply(lines) : bookingsOfLines(context, lines);
+  }
+  Reply reply;
+  const SearchTag* search = tagOf(personTags, message);
+  if (search == nullptr) return reply;
+  for (const FoundBooking& found : findCurrentBookings(context.db, search->by, message.text(search->tag))) {
+    if (isOut(found.status)) addRow(reply, context, found.id);
+  }
+  return reply;
+}
+
+constexpr std::array rows{
+    HandlerRow{"SSC", searchToCharge},
+    HandlerRow{"SSD", searchToDischarge},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> circulationSearchRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,62 @@
+#include "server/requests/handlers.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace vantry::server {
+
+namespace {
+
+const TagValue* find(std::span<const TagValue> tags, std::string_view tag) {
+  const auto found =
+      std::find_if(tags.begin(), tags.end(), [&](const TagValue& each) { return each.tag == tag; });
+  return found == tags.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+std::int64_t numberOf(std::string_view text) {
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  std::int64_t value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  return result.ec == std::errc{} ? value : 0;
+}
+
+bool Message::has(std::string_view tag) const {
+  return find(tags_, tag) != nullptr;
+}
+
+std::string_view Message::text(std::string_view tag) const {
+  const TagValue* found = find(tags_, tag);
+  return found == nullptr ? std::string_view{} : std::string_view(found->value);
+}
+
+std::int64_t Message::number(std::string_view tag) const {
+  return numberOf(text(tag));
+}
+
+std::vector<std::int64_t> Message::numbers(std::string_view tag) const {
+  std::vector<std::int64_t> values;
+  for (const TagValue& each : tags_) {
+    if (each.tag == tag) values.push_back(numberOf(each.value));
+  }
+  return values;
+}
+
+const HandlerRow* findHandler(std::string_view code) {
+  const std::array families{operatorRequests(),      listRequests(),        scheduleRequests(),
+                            calendarRequests(),      bookingEndRequests(),  bookingReadRequests(),
+                            bookingWriteRequests(),  bookingListRequests(), placeCheckRequests(),
+                            usageCheckRequests(),    patronRequests(),      mediaRequests(),
+                            chargeRequests(),        dischargeRequests(),   circulationSearchRequests(),
+                            equipmentListRequests(), findRequests(),        catalogueRequests()};
+  for (const std::span<const HandlerRow> family : families) {
+    for (const HandlerRow& row : family) {
+      if (row.code == code) return &row;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,172 @@
+// Logins, passwords, and the supervisor's login within a request. Checking a password takes long, so it is
+// done between transactions, never inside one.
+
+#include <optional>
+
+#include "server/access/accounts.h"
+#include "server/requests/handlers.h"
+#include "server/requests/reply_store.h"
+#include "server/requests/runner.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int wrongLogin = -95;
+constexpr int notAuthorized = 120;
+
+/// The right for which a supervisor is asked.
+std::string_view rightAskedFor(const Message& message) {
+  for (const std::string_view right : {tags::OVPAT, tags::OVITM, tags::OVOTR}) {
+    if (message.flag(right)) return right;
+  }
+  return {};
+}
+
+}  // namespace
+
+RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::string_view password,
+                                                std::string_view address) {
+  const Moment now = clock_();
+  std::optional<OperatorAccount> account;
+  std::optional<Moment> wait;
+  // The try is booked before it is made, so that many at once count as many.
+  database_.write([&](Connection& db) {
+    account = findOperator(db, name);
+    wait = bookLoginTry(db, name, address, now);
+  });
+  if (wait) return {.kind = LoginResult::Kind::TooMany, .token = {}, .login = {}, .retryAfter = *wait};
+  const bool known = account && account->active;
+  if (!known) wasteCheck(password, cost_);
+  const bool granted = known && matchesPassword(account->password, password);
+  std::string token;
+  database_.write([&](Connection& db) {
+    if (!granted) return audit(db, nullptr, now, "login refused", name, address);
+    forgetLoginTries(db, name);
+    token = openSession(db, account->id, now);
+    Session session;
+    session.operatorId = account->id;
+    audit(db, &session, now, "login", account->login, address);
+  });
+  if (!granted) return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
+  return {.kind = LoginResult::Kind::Granted, .token = token, .login = account->login, .retryAfter = 0};
+}
+
+bool RequestRunner::logout(std::string_view token) {
+  bool known = false;
+  database_.write([&](Connection& db) {
+    const std::optional<Session> session = findSession(db, token, clock_());
+    known = session.has_value();
+    if (session) closeSession(db, *session);
+  });
+  return known;
+}
+
+RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view token, std::string_view old,
+                                                            std::string_view fresh,
+                                                            std::string_view address) {
+  using Kind = PasswordResult::Kind;
+  const Moment now = clock_();
+  std::optional<Session> session;
+  std::optional<OperatorAccount> account;
+  std::optional<Moment> wait;
+  database_.write([&](Connection& db) {
+    session = findSession(db, token, now);
+    if (!session) return;
+    account = findOperator(db, session->login);
+    wait = bookLoginTry(db, session->login, address, now);
+  });
+  if (!session || !account) return {.kind = Kind::NoSession, .weakness = {}, .retryAfter = 0};
+  if (wait) return {.kind = Kind::TooMany, .weakness = {}, .retryAfter = *wait};
+  if (!matchesPassword(account->password, old))
+    return {.kind = Kind::WrongOld, .weakness = {}, .retryAfter = 0};
+  const std::string weakness = weaknessOf(fresh);
+  const std::string hash = weakness.empty() ? hashPassword(fresh, cost_) : std::string();
+  database_.write([&](Connection& db) {
+    forgetLoginTries(db, session->login);
+    if (!weakness.empty()) return;
+    setPassword(db, account->id, hash);
+    closeSessionsOf(db, account->id, session->token);
+    audit(db, &*session, now, "password changed", session->login, address);
+  });
+  if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness, .retryAfter = 0};
+  return {.kind = Kind::Changed, .weakness = {}, .retryAfter = 0};
+}
+
+/// What is known of a supervisor's login before the password is looked at.
+struct RequestRunner::Supervisor {
+  Judged judged;
+  std::optional<StoredReply> stored;
+  std::optional<OperatorAccount> account;
+  bool tooMany = false;
+  bool holdsRight = false;
+};
+
+RequestRunner::Supervisor RequestRunner::meetSupervisor(Connection& db, const Incoming& incoming,
+                                                        Moment now) const {
+  Supervisor met;
+  met.judged = judge(db, incoming, now);
+  if (!met.judged.session || met.judged.refusal) return met;
+  met.stored = findReply(db, {.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId});
+  if (met.stored) return met;
+  const Message message(incoming.tags);
+  met.account = findOperator(db, message.text(tags::OI));
+  // Tries count for this session and not for an address, so that one desk's cannot stop the others'.
+  const std::string desk = "session " + met.judged.session->token;
+  met.tooMany = bookLoginTry(db, message.text(tags::OI), desk, now).has_value();
+  if (!met.account) return met;
+  Session supervisor = *met.judged.session;
+  supervisor.operatorId = met.account->id;
+  const std::string_view right = rightAskedFor(message);
+  met.holdsRight = !right.empty() && holdsAnyRight(db, supervisor, right);
+  return met;
+}
+
+int RequestRunner::judgeSupervisor(const Supervisor& met, std::string_view sealed) const {
+  const std::optional<std::string> password = openSealed(keys_, sealed);
+  const bool known = met.account && met.account->active && password && !met.tooMany;
+  if (!known) {
+    wasteCheck(sealed, cost_);
+    return wrongLogin;
+  }
+  if (!matchesPassword(met.account->password, *password)) return wrongLogin;
+  return met.holdsRight ? 0 : notAuthorized;
+}
+
+RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
+  const Moment now = clock_();
+  const Message message(incoming.tags);
+  Supervisor met;
+  database_.write([&](Connection& db) { met = meetSupervisor(db, incoming, now); });
+  Answer answer;
+  if (!met.judged.session) return answer;
+  answer.kind = Answer::Kind::Done;
+  if (met.judged.refusal) {
+    answer.json = met.judged.refusal->json();
+    return answer;
+  }
+  if (met.stored) {
+    if (met.stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
+    answer.json = met.stored->json;
+    return answer;
+  }
+  const int outcome = judgeSupervisor(met, message.text(tags::PW));
+  answer.json = Reply(outcome).json();
+  database_.write([&](Connection& db) {
+    const ReplyKey key{.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId};
+    // The same request, sent once more, may have been quicker.
+    if (const std::optional<StoredReply> stored = findReply(db, key)) {
+      if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
+      answer.json = stored->json;
+      return;
+    }
+    if (outcome != wrongLogin) forgetLoginTries(db, message.text(tags::OI));
+    audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",
+          message.text(tags::OI), rightAskedFor(message));
+    storeReply(db, key, {std::string(incoming.code), answer.json}, now);
+  });
+  return answer;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,117 @@
+// Who books: privileges, refusals and look-ups of patrons.
+
+#include <array>
+
+#include "server/base/person_name.h"
+#include "server/desk/policy_store.h"
+#include "server/requests/booking_message.h"
+#include "server/store/query_help.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int expired = 144;
+constexpr int overLimit = 110;
+constexpr int feesKind = 5;
+
+PatronState requirePatron(Context& context, std::int64_t patronId, std::int64_t groupId) {
+  const std::optional<PatronState> state = loadPatronState(context.db, patronId, groupId);
+  if (!state) refuseTag(tags::PID);
+  return *state;
+}
+
+Reply privileges(Context& context, const Message& message) {
+  const std::int64_t group = message.number(tags::PGID);
+  const PatronState state = requirePatron(context, message.number(tags::PID), group);
+  if (hasExpired(state, context.now)) return Reply(expired);
+  const PatronLimits limits = loadPolicy(context.db, context.session.locationId, group).limits;
+  Reply reply;
+  reply.head(tags::ICNT, limits.items).head(tags::ECNT, limits.equipment);
+  if (state.expiresAt) reply.head(tags::PVALD, momentText(*state.expiresAt));
+  reply.head(tags::BKM, limits.bookings).head(tags::BCNT, state.bookings);
+  return reply;
+}
+
+std::string moneyText(std::int64_t cents) {
+  const std::string part = std::to_string(cents % 100);
+  return std::to_string(cents / 100) + (part.size() < 2 ? ".0" : ".") + part;
+}
+
+Reply refusalReply(const std::optional<PatronRefusal>& refused) {
+  if (!refused) return Reply();
+  Reply reply(refused->code);
+  if (refused->code != overLimit) return reply;
+  const auto text = [&](std::int64_t figure) {
+    return refused->limitKind == feesKind ? moneyText(figure) : std::to_string(figure);
+  };
+  return reply.head(tags::VUF, refused->limitKind)
+      .head(tags::VD1, text(refused->limit))
+      .head(tags::VD2, text(refused->count));
+}
+
+Reply validatePatron(Context& context, const Message& message) {
+  const bool fetches = message.flag(tags::PUP);
+  const std::int64_t group = fetches ? 0 : message.number(tags::PGID);
+  const PatronState state = requirePatron(context, message.number(tags::PID), group);
+  if (fetches) return refusalReply(refusalToFetch(state, context.now));
+  const PatronLimits limits = loadPolicy(context.db, context.session.locationId, group).limits;
+  return refusalReply(refusalToRequest(state, limits, context.now));
+}
+
+Reply patronBarcodes(Context& context, const Message& message) {
+  std::string barcode;
+  std::string status;
+  std::string group;
+  std::int64_t groupId = 0;
+  Query query(
+      context.db,
+      "select b.barcode, s.name, g.name, g.id from patron_barcodes b "
+      "join barcode_statuses s on s.id = b.status_id join patron_groups g on g.id = b.patron_group_id "
+      "where b.patron_id = :patron_id order by s.active desc, b.id");
+  query.bind("patron_id", message.number(tags::PID)).into(barcode, status, group, groupId);
+  Reply reply;
+  while (query.next()) {
+    reply.record()
+        .set(tags::BNO, barcode)
+        .set(tags::BST, status)
+        .set(tags::PGNM, group)
+        .set(tags::PGID, groupId);
+  }
+  return reply;
+}
+
+Reply patronAddress(Context& context, const Message& message) {
+  std::array<std::string, 9> lines;
+  Query query(
+      context.db,
+      "select address1, address2, address3, address4, address5, city, province, postal_code, telephone "
+      "from patrons where id = :id");
+  query.bind("id", message.number(tags::PID));
+  fetchOne(query, lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6], lines[7], lines[8]);
+  constexpr std::array<std::string_view, 9> names{tags::A1, tags::A2, tags::A3, tags::A4, tags::A5,
+                                                  tags::CY, tags::SP, tags::ZP, tags::PH};
+  Reply reply;
+  for (std::size_t line = 0; line < lines.size(); ++line) reply.head(names[line], lines[line]);
+  Moment updated = 0;
+  Query booking(context.db, "select updated_at from bookings where id = :id");
+  booking.bind("id", message.number(tags::BOOKID));
+  if (fetchOne(booking, updated)) reply.head(tags::UDT, momentText(updated));
+  return reply;
+}
+
+constexpr std::array rows{
+    HandlerRow{"PATPRIV", privileges},
+    HandlerRow{"VALRP", validatePatron},
+    HandlerRow{"GPBAR", patronBarcodes},
+    HandlerRow{"PRDTLS", patronAddress},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> patronRequests() {
+  return rows;
+}
+
+}  // namespace vantry::server

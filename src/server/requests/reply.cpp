@@ -1,0 +1,55 @@
+#include "server/requests/reply.h"
+
+#include "server/base/json_text.h"
+
+namespace vantry::server {
+
+namespace {
+
+void addMember(std::string& to, bool first, std::string_view tag, std::string_view value) {
+  if (!first) to += ',';
+  appendJsonText(to, tag);
+  to += ':';
+  appendJsonText(to, value);
+}
+
+}  // namespace
+
+Reply& Reply::head(std::string_view tag, std::string_view value) {
+  if (!value.empty()) addMember(head_, head_.empty(), tag, value);
+  return *this;
+}
+
+Reply& Reply::head(std::string_view tag, std::int64_t value) {
+  return head(tag, std::to_string(value));
+}
+
+Reply& Reply::record() {
+  body_ += records_ == 0 ? "{" : "},{";
+  ++records_;
+  return *this;
+}
+
+Reply& Reply::set(std::string_view tag, std::string_view value) {
+  if (!value.empty()) addMember(body_, body_.back() == '{', tag, value);
+  return *this;
+}
+
+Reply& Reply::set(std::string_view tag, std::int64_t value) {
+  return set(tag, std::to_string(value));
+}
+
+std::string Reply::json() const {
+  std::string text;
+  text.reserve(head_.size() + body_.size() + 48);
+  text += "{\"rc\":";
+  text += std::to_string(rc_);
+  text += ",\"head\":{";
+  text += head_;
+  text += "},\"records\":[";
+  text += body_;
+  text += records_ > 0 ? "}]}" : "]}";
+  return text;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,139 @@
+#include "server/requests/runner.h"
+
+#include <optional>
+
+#include <spdlog/spdlog.h>
+
+#include "server/access/accounts.h"
+#include "server/desk/due_bookings.h"
+#include "server/requests/handlers.h"
+#include "server/requests/reply_store.h"
+#include "words/requests.h"
+
+namespace vantry::server {
+
+namespace {
+
+using Answer = RequestRunner::Answer;
+
+Reply faultReply(const MessageFault& fault) {
+  Reply reply(rc::badMessage);
+  reply.head("CANTREAD", fault.tag);
+  return reply;
+}
+
+/// Nothing was written, so that a refusal is a reply like any other.
+Reply runReader(Handler handler, Context& context, const Message& message) {
+  try {
+    return handler(context, message);
+  } catch (const Refused& refused) {
+    return refused.reply;
+  }
+}
+
+}  // namespace
+
+RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost)
+    : database_(database), clock_(std::move(clock)), cost_(cost), keys_(keysOf(database)) {}
+
+RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
+  Judged judged;
+  judged.session = findSession(db, incoming.token, now);
+  if (!judged.session) return judged;
+  const RequestRow* row = findRequest(incoming.code);
+  if (row == nullptr) return judged;
+  if (!holdsAnyRight(db, *judged.session, row->rights)) {
+    judged.refusal = Reply(rc::noRight);
+    judged.lacksRight = true;
+  } else if (const std::optional<MessageFault> fault = checkMessage(*row, incoming.tags)) {
+    judged.refusal = faultReply(*fault);
+  }
+  return judged;
+}
+
+Answer RequestRunner::run(const Incoming& incoming) {
+  if (incoming.code == "OPOV") return runOverride(incoming);
+  const RequestRow* row = findRequest(incoming.code);
+  const HandlerRow* handler = findHandler(incoming.code);
+  const bool known = row != nullptr && handler != nullptr;
+  return known && (row->writes || handler->changesSession) ? runWriting(incoming) : runReading(incoming);
+}
+
+Answer RequestRunner::runReading(const Incoming& incoming) {
+  const Moment now = clock_();
+  const HandlerRow* handler = findHandler(incoming.code);
+  Answer answer;
+  Judged judged;
+  database_.read([&](Connection& db) {
+    judged = judge(db, incoming, now);
+    if (!judged.session || judged.refusal || handler == nullptr) return;
+    Context context{db, *judged.session, now};
+    const Reply reply = runReader(handler->run, context, Message(incoming.tags));
+    judged.lacksRight = reply.rc() == rc::noRight;
+    answer.json = reply.json();
+  });
+  if (!judged.session) return answer;
+  if (judged.lacksRight) {
+    database_.write(
+        [&](Connection& db) { audit(db, &*judged.session, now, "right missing", incoming.code, {}); });
+  }
+  prolongAfterRead(*judged.session, now);
+  const bool nobodysRequest = handler == nullptr && !judged.lacksRight;
+  answer.kind = nobodysRequest ? Answer::Kind::UnknownCode : Answer::Kind::Done;
+  if (judged.refusal) answer.json = judged.refusal->json();
+  return answer;
+}
+
+/// What was read is sound, whether or not the session can be prolonged now: the next request tries again.
+void RequestRunner::prolongAfterRead(const Session& session, Moment now) {
+  if (session.expiresAt >= now + sessionLife - sessionStaleness) return;
+  try {
+    database_.write([&](Connection& db) { prolongSession(db, session, now); }, Database::Wait::Short);
+  } catch (const StoreError& error) {
+    spdlog::warn("a session is not prolonged now: {}", error.what());
+  }
+}
+
+Answer RequestRunner::runWriting(const Incoming& incoming) {
+  const Moment now = clock_();
+  Answer answer;
+  try {
+    database_.write([&](Connection& db) { answer = answerOnce(db, incoming, now, nullptr); });
+  } catch (const Refused& refused) {
+    // Everything is undone; the refusal is kept by itself, as the reply to this request.
+    database_.write([&](Connection& db) { answer = answerOnce(db, incoming, now, &refused.reply); });
+  }
+  return answer;
+}
+
+/// Runs the request, unless it ran before or a refusal is its answer.
+Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Moment now,
+                                 const Reply* refusal) const {
+  Answer answer;
+  const Judged judged = judge(db, incoming, now);
+  if (!judged.session) return answer;
+  answer.kind = Answer::Kind::Done;
+  const ReplyKey key{.operatorId = judged.session->operatorId, .requestId = incoming.requestId};
+  if (const auto stored = findReply(db, key)) {
+    if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
+    answer.json = stored->json;
+    return answer;
+  }
+  if (judged.session->expiresAt < now + sessionLife - sessionStaleness)
+    prolongSession(db, *judged.session, now);
+  if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
+  const HandlerRow& handler = *findHandler(incoming.code);
+  Context context{db, *judged.session, now};
+  if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
+  answer.json = (refusal != nullptr ? *refusal : handler.run(context, Message(incoming.tags))).json();
+  // What a session was set to is gone with it: a repeated request has to set the new one.
+  if (!handler.changesSession) storeReply(db, key, {std::string(incoming.code), answer.json}, now);
+  return answer;
+}
+
+void RequestRunner::keepHouse() {
+  database_.write([&](Connection& db) { dropExpired(db, clock_()); });
+  settleDueBookings(database_, clock_());
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "server/access/accounts.h"
+#include "server/access/passwords.h"
+#include "server/access/sealing.h"
+#include "server/base/moment.h"
+#include "server/requests/reply.h"
+#include "server/store/database.h"
+#include "words/requests.h"
+
+namespace vantry::server {
+
+/// What the server does, without a word about HTTP: logins and requests. Holds no state of its own, so that
+/// several processes may work on one store. Safe for many threads at once. Every operation may throw
+/// StoreError.
+class RequestRunner {
+ public:
+  /// The database's schema is up to date.
+  RequestRunner(Database& database, Clock clock, HashCost cost);
+
+  /// The key to which clients seal the passwords that stand within requests.
+  [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
+
+  struct LoginResult {
+    enum class Kind { Granted, Refused, TooMany } kind;
+    std::string token;      ///< when granted
+    std::string login;      ///< when granted: the operator's name as it is stored
+    Moment retryAfter = 0;  ///< when there were too many tries: seconds to wait
+  };
+  [[nodiscard]] LoginResult login(std::string_view name, std::string_view password, std::string_view address);
+
+  /// False when the token opens no session.
+  bool logout(std::string_view token);
+
+  struct PasswordResult {
+    enum class Kind { Changed, NoSession, WrongOld, TooWeak, TooMany } kind;
+    std::string weakness;  ///< when too weak: one sentence
+    Moment retryAfter = 0;
+  };
+  [[nodiscard]] PasswordResult changePassword(std::string_view token, std::string_view old,
+                                              std::string_view fresh, std::string_view address);
+
+  struct Incoming {
+    std::string_view token;
+    std::string_view code;
+    std::string_view requestId;
+    std::span<const TagValue> tags;
+  };
+  struct Answer {
+    enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
+    std::string json;  ///< when done: the reply
+  };
+  /// Runs a request once: a repeated id of a writing request is answered with the stored reply.
+  [[nodiscard]] Answer run(const Incoming& incoming);
+
+  /// Work that time brings; called now and then.
+  void keepHouse();
+
+ private:
+  /// What stands before the request itself: who asks, whether the right is held, whether the message is
+  /// sound. Who has no right learns nothing of what the request would take.
+  struct Judged {
+    std::optional<Session> session;
+    std::optional<Reply> refusal;
+    bool lacksRight = false;
+  };
+  struct Supervisor;
+
+  Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
+  Answer runReading(const Incoming& incoming);
+  void prolongAfterRead(const Session& session, Moment now);
+  Answer runWriting(const Incoming& incoming);
+  Answer answerOnce(Connection& db, const Incoming& incoming, Moment now, const Reply* refusal) const;
+  Answer runOverride(const Incoming& incoming);
+  Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;
+  [[nodiscard]] int judgeSupervisor(const Supervisor& met, std::string_view sealed) const;
+
+  Database& database_;
+  Clock clock_;
+  HashCost cost_;
+  SealingKeys keys_;
+};
+
+}  // namespace vantry::server

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "server/base/moment.h"
+#include "server/desk/list_store.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// What an administrator asked for cannot be done; `what` is a sentence for people.
+class AdministrationError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Setting a library up: libraries, locations, patron groups, operators and their rights. Each of these runs
+// inside the caller's writing transaction, throws AdministrationError, and leaves a row in the audit where it
+// changes who may do what. Names are taken without the blanks around them.
+
+std::int64_t addLibrary(Connection& db, std::string_view name);
+std::int64_t addLocation(Connection& db, std::string_view name, std::string_view library);
+std::int64_t addPatronGroup(Connection& db, std::string_view name);
+
+struct NamedRow {
+  std::int64_t id = 0;
+  std::string name;
+};
+[[nodiscard]] std::vector<NamedRow> libraries(Connection& db);
+[[nodiscard]] std::vector<NamedRow> patronGroups(Connection& db);
+
+struct NewOperator {
+  std::string_view login;
+  std::string_view name;
+  std::string_view passwordHash;
+};
+/// Throws what addOperator would for this name to log on with and this name that records show.
+void checkNewOperator(Connection& db, std::string_view login, std::string_view name);
+/// Throws when there is no such operator.
+void checkOperator(Connection& db, std::string_view login);
+std::int64_t addOperator(Connection& db, const NewOperator& fresh, Moment now);
+
+/// The codes of all rights, in the protocol's order, each once.
+[[nodiscard]] std::vector<std::string_view> allRights();
+
+/// The rights that let an operator look at everything and change nothing.
+[[nodiscard]] std::vector<std::string_view> viewRights();
+
+/// Throws what setRights would for the location and the codes; gives the location's id.
+std::int64_t checkRights(Connection& db, std::string_view location, const std::vector<std::string>& codes);
+
+/// Lets the operator work at the location with exactly these rights; with none, no longer at all.
+void setRights(Connection& db, std::string_view login, std::string_view location,
+               const std::vector<std::string>& codes, Moment now);
+
+void setOperatorPassword(Connection& db, std::string_view login, std::string_view passwordHash, Moment now);
+
+/// Disabling ends the operator's sessions at once.
+void setOperatorActive(Connection& db, std::string_view login, bool active, Moment now);
+
+struct OperatorRow {
+  std::string login;
+  std::string name;
+  bool active = false;
+  std::vector<std::string> locations;
+};
+[[nodiscard]] std::vector<OperatorRow> operators(Connection& db);
+
+}  // namespace vantry::server

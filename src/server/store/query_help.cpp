@@ -1,0 +1,47 @@
+#include "server/store/query_help.h"
+
+#include <algorithm>
+
+namespace vantry::server {
+
+std::string keyList() {
+  std::string keys;
+  for (std::size_t place = 0; place < keysAtOnce; ++place) {
+    keys += (place > 0 ? ", :id" : ":id") + std::to_string(place);
+  }
+  return keys;
+}
+
+void bindKeys(Query& query, std::span<const std::int64_t> keys) {
+  for (std::size_t place = 0; place < keysAtOnce; ++place) {
+    bindRow(query, place, "id", keys[std::min(place, keys.size() - 1)]);
+  }
+}
+
+std::string insertSql(std::string_view table, std::span<const std::string_view> columns, std::size_t rows) {
+  std::string sql = "insert into " + std::string(table) + " (";
+  for (const std::string_view column : columns) {
+    sql.append(column.data() == columns.front().data() ? "" : ", ").append(column);
+  }
+  sql += ") values ";
+  for (std::size_t row = 0; row < rows; ++row) {
+    sql += row == 0 ? "(" : ", (";
+    for (const std::string_view column : columns) {
+      sql.append(column.data() == columns.front().data() ? ":" : ", :").append(column);
+      sql += std::to_string(row);
+    }
+    sql += ')';
+  }
+  return sql;
+}
+
+std::string bytewise(Connection& db, std::string_view column) {
+  const bool plain = db.dialect().kind == Dialect::Kind::Sqlite;
+  return std::string(column) + (plain ? "" : " collate \"C\"");
+}
+
+std::string inRange(Connection& db, std::string_view column) {
+  return bytewise(db, column) + " >= :low and " + bytewise(db, column) + " <= :high";
+}
+
+}  // namespace vantry::server

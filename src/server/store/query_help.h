@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// Runs the query to its end and leaves the last row in the targets; false when it gave none.
+template <class... Targets>
+bool fetchOne(Query& query, Targets&... targets) {
+  query.into(targets...);
+  bool found = false;
+  while (query.next()) found = true;
+  return found;
+}
+
+/// Several keys in one statement, ":id0, :id1, ...": always as many, so that one text does for any number of
+/// them. What is wanting repeats the last.
+inline constexpr std::size_t keysAtOnce = 8;
+[[nodiscard]] std::string keyList();
+void bindKeys(Query& query, std::span<const std::int64_t> keys);
+
+/// Rows go into a table several at once: each is a way to another server otherwise. "insert into TABLE (a, b)
+/// values (:a0, :b0), (:a1, :b1)"; `bindRow` binds a value of the row with that number.
+inline constexpr std::size_t rowsAtOnce = 8;
+[[nodiscard]] std::string insertSql(std::string_view table, std::span<const std::string_view> columns,
+                                    std::size_t rows);
+template <class Value>
+void bindRow(Query& query, std::size_t row, std::string_view column, const Value& value) {
+  query.bind((std::string(column) + std::to_string(row)).c_str(), value);
+}
+
+/// A text column as it compares byte by byte, which PostgreSQL does only when it is told to; and the
+/// condition that it lies from `:low` to `:high`.
+[[nodiscard]] std::string bytewise(Connection& db, std::string_view column);
+[[nodiscard]] std::string inRange(Connection& db, std::string_view column);
+
+/// An id as it is stored: 0 points nowhere.
+inline std::optional<std::int64_t> orNothing(std::int64_t id) {
+  return id == 0 ? std::nullopt : std::optional(id);
+}
+
+}  // namespace vantry::server

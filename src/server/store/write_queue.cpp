@@ -1,0 +1,56 @@
+#include "server/store/write_queue.h"
+
+#include <utility>
+
+namespace vantry::server {
+
+/// Holds the turn while it lives; the lock is free meanwhile.
+class WriteQueue::Turn {
+ public:
+  Turn(WriteQueue& queue, std::unique_lock<std::mutex>& lock) : queue_(queue), lock_(lock) {
+    queue_.busy_ = true;
+    lock_.unlock();
+  }
+  ~Turn() {
+    lock_.lock();
+    queue_.busy_ = false;
+    queue_.changed_.notify_all();
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+ private:
+  WriteQueue& queue_;
+  std::unique_lock<std::mutex>& lock_;
+};
+
+void WriteQueue::write(const Work& work, const std::function<void(const Group&)>& runGroup) {
+  Waiting mine{.work = &work, .failure = {}};
+  std::unique_lock lock(mutex_);
+  waiting_.push_back(&mine);
+  changed_.wait(lock, [&] { return mine.done || !busy_; });
+  if (!mine.done) {
+    const Group group = std::exchange(waiting_, {});
+    {
+      const Turn turn(*this, lock);
+      runGroup(group);
+    }
+    for (Waiting* each : group) each->done = true;
+  }
+  if (mine.failure) std::rethrow_exception(mine.failure);
+}
+
+bool WriteQueue::writeAlone(std::chrono::milliseconds longest, const std::function<void()>& run) {
+  std::unique_lock lock(mutex_);
+  if (!changed_.wait_for(lock, longest, [&] { return !busy_; })) return false;
+  const Turn turn(*this, lock);
+  run();
+  return true;
+}
+
+std::size_t WriteQueue::waiting() const {
+  const std::lock_guard lock(mutex_);
+  return waiting_.size();
+}
+
+}  // namespace vantry::server
