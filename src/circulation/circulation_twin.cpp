@@ -31,9 +31,11 @@ constexpr SearchType kDischargeTypes[] = {
     {"Codoc Classification Call Number", "999", tags::CN, "MCOD"},
 };
 
-constexpr RowButton kChargeButtons[] = {
-    {"cmdCCharge", "&Charge"}, {"cmdCEdit", "&Edit"}, {"cmdCDelete", "&Delete"}, {"cmdCCancel", "Ca&ncel"}};
-constexpr RowButton kDischargeButtons[] = {{"cmdDDischarge", "D&ischarge..."}};
+constexpr RowButton kChargeButtons[] = {{"cmdCCharge", "&Charge", &MainView::charge},
+                                        {"cmdCEdit", "&Edit", &MainView::edit},
+                                        {"cmdCDelete", "&Delete", &MainView::remove},
+                                        {"cmdCCancel", "Ca&ncel", &MainView::cancel}};
+constexpr RowButton kDischargeButtons[] = {{"cmdDDischarge", "D&ischarge...", &MainView::discharge}};
 
 constexpr MenuItem M::*kHiddenOnCharge[] = {&M::mnuPopupBookingsNew, &M::mnuPopupBookingsSep3,
                                             &M::mnuPopupBookingsPrint};
@@ -67,8 +69,8 @@ constexpr CirculationTwin kCharge = {
     .followsBarcodes = false,
     .firstSearch = &Preferences::ChargeSearch,
     .clearsAfter = &Preferences::ChargeClear,
-    .command = &M::mnuPopupBookingsCharge,
-    .otherCommand = &M::mnuPopupBookingsDischarge,
+    .ownEntry = &M::mnuPopupBookingsCharge,
+    .otherEntry = &M::mnuPopupBookingsDischarge,
     .hiddenEntries = kHiddenOnCharge,
 };
 
@@ -94,8 +96,8 @@ constexpr CirculationTwin kDischarge = {
     .followsBarcodes = true,
     .firstSearch = &Preferences::DischargeSearch,
     .clearsAfter = &Preferences::DischargeClear,
-    .command = &M::mnuPopupBookingsDischarge,
-    .otherCommand = &M::mnuPopupBookingsCharge,
+    .ownEntry = &M::mnuPopupBookingsDischarge,
+    .otherEntry = &M::mnuPopupBookingsCharge,
     .hiddenEntries = kHiddenOnDischarge,
 };
 

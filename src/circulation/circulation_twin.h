@@ -3,8 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "frame/main_menus.h"
-#include "frame/preferences.h"
+#include "lists/main_view.h"
 
 namespace vantry {
 
@@ -16,9 +15,11 @@ struct SearchType {
   std::string_view callNumberKind;  ///< of a call number: the server's word for its kind
 };
 
+/// A button of a command on the selected booking.
 struct RowButton {
   std::string_view name;
   std::string_view caption;
+  Command MainView::*command;
 };
 
 /// What the charge view and the discharge view do not share.
@@ -43,8 +44,8 @@ struct CirculationTwin {
   int Preferences::*firstSearch;
   bool Preferences::*clearsAfter;
 
-  MenuItem MainMenus::*command;                         ///< the popup menu's entry for the view's own command
-  MenuItem MainMenus::*otherCommand;                    ///< the twin's, which does not show
+  MenuItem MainMenus::*ownEntry;                        ///< the popup menu's entry for the view's own command
+  MenuItem MainMenus::*otherEntry;                      ///< the twin's, which does not show
   std::span<MenuItem MainMenus::*const> hiddenEntries;  ///< of the list's popup menu
 };
 

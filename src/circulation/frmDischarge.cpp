@@ -2,6 +2,7 @@
 
 #include "circulation/frmPopupNote.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -49,14 +50,14 @@ void frmDischarge::arrange() {
 
 void frmDischarge::connect() {
   for (int index = 0; index < kLists; ++index) {
-    cmdSelectAll(index).Click = [this, index] { cmdSelectAll_Click(index); };
-    cmdDeselectAll(index).Click = [this, index] { cmdDeselectAll_Click(index); };
+    on(cmdSelectAll(index).Click, this, &frmDischarge::cmdSelectAll_Click, index);
+    on(cmdDeselectAll(index).Click, this, &frmDischarge::cmdDeselectAll_Click, index);
   }
-  chkOverride.Click = [this] { chkOverride_Click(); };
-  dtDischargeDate.Change = [this] { dtDischargeDate_Change(); };
-  txtDischargeTime.Change = [this] { txtDischargeTime_Change(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(chkOverride.Click, this, &frmDischarge::chkOverride_Click);
+  on(dtDischargeDate.Change, this, &frmDischarge::dtDischargeDate_Change);
+  on(txtDischargeTime.Change, this, &frmDischarge::txtDischargeTime_Change);
+  on(cmdOK.Click, this, &frmDischarge::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmDischarge::cmdCancel_Click);
 }
 
 void frmDischarge::Form_Load() {
@@ -75,11 +76,6 @@ void frmDischarge::Form_Load() {
   dtDischargeDate.Value = now.date;
   txtDischargeTime.Value = now.time;
   app_.global.ReadyAllForms();
-}
-
-bool frmDischarge::Form_Unload() {
-  if (isShown()) DischargeStatus.clear();  // closed by its frame: a failed attempt's word counts no longer
-  return true;
 }
 
 void frmDischarge::fillLists() {
@@ -103,9 +99,7 @@ void frmDischarge::selectAll(int index, bool on) {
 }
 
 void frmDischarge::chkOverride_Click() {
-  for (Control* control : std::initializer_list<Control*>{&lblDischargeDate, &dtDischargeDate,
-                                                          &lblDischargeTime, &txtDischargeTime})
-    control->Enabled = chkOverride.Value;
+  setEnabled(chkOverride.Value, lblDischargeDate, dtDischargeDate, lblDischargeTime, txtDischargeTime);
 }
 
 void frmDischarge::dtDischargeDate_Change() {

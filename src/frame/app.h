@@ -29,6 +29,17 @@ class ComponentCheck;
 /// The program's two modes.
 enum class Mode { None, Standard, Monitor };
 
+/// What the search window looks for, by its own numbers. Those of the inventory follow the numbers of its
+/// lists.
+enum SearchCategory {
+  kFindBookings,
+  kFindEquipment,
+  kFindGroups,
+  kFindRooms,
+  kFindMaintenance,
+  kFindPatrons
+};
+
 /// Slots through which a window tells the one that it opens what to show; read in that window's `Form_Load`.
 struct RecordSlots {
   std::array<std::string, kRecordKinds> ids;
@@ -38,7 +49,7 @@ struct RecordSlots {
   int kind = 0;            ///< of the record that is being opened
   int source = 0;          ///< which window opens the next one
   bool newPickup = false;  ///< the booking that is opened is a new pick-up
-  int searchFor = 0;       ///< kind of the list that showed when the search window was asked for
+  int searchFor = 0;       ///< what the search window looks for, a `SearchCategory`
 };
 
 /// The source slot's numbers of an equipment record and of the main window.

@@ -165,17 +165,23 @@ void Grid::chooseRow() {
 
 void Grid::moveColumn(int from, int to) {
   if (!usable() || !Redraw || from == to || from < 0 || to < 0 || from >= Cols || to >= Cols) return;
-  const auto move = [from, to](auto first) {
-    if (from < to) {
-      std::rotate(first + from, first + from + 1, first + to + 1);
+  ColPosition(from, to);
+  MovedCol = to;
+  raise(AfterMoveColumn);
+}
+
+void Grid::ColPosition(int col, int place) {
+  const auto move = [col, place](auto first) {
+    if (col < place) {
+      std::rotate(first + col, first + col + 1, first + place + 1);
     } else {
-      std::rotate(first + to, first + from, first + from + 1);
+      std::rotate(first + place, first + col, first + col + 1);
     }
   };
+  if (col == place) return;
   move(columns_.begin());
   for (int row = 0; row < Rows; ++row) move(cells_.begin() + row * width_);
   tellIfDrawn(Aspect::Structure);
-  raise(AfterMoveColumn);
 }
 
 void Grid::resizeColumn(int col, int twips) {

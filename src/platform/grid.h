@@ -53,6 +53,8 @@ class Grid : public Control {
   /// Where the pointer was at the last click; -1 beyond the cells.
   int MouseRow = -1;
   int MouseCol = -1;
+  /// The place of the column that the operator moved last.
+  int MovedCol = -1;
 
   const std::string& TextMatrix(int row, int col) const { return cell(row, col).text; }
   void TextMatrix(int row, int col, std::string text);
@@ -70,6 +72,8 @@ class Grid : public Control {
   SortKind ColSortKind(int col) const { return column(col).sortKind; }
   void ColSortKind(int col, SortKind kind) { column(col).sortKind = kind; }
   void ColSort(int col, SortOrder order) { column(col).order = order; }
+  /// Moves a column to a place, also while `Redraw` is off. Raises nothing.
+  void ColPosition(int col, int place);
   bool MergeCol(int col) const { return column(col).merge; }
   void MergeCol(int col, bool on);
 

@@ -6,6 +6,7 @@
 #include "platform/form.h"
 #include "platform/number_fields.h"
 #include "platform/text.h"
+#include "platform/windows.h"
 
 namespace vantry {
 

@@ -9,6 +9,11 @@ Program::Program(const App::Outside& outside, std::string commandLine)
   app.setMain(main);
   app.setCirculation(circulation_);
   fillMakers(app.makers);
+  // A box, since the editor has no status bar and covers that of the main window.
+  app.makers.notBuilt = [this](std::string_view) {
+    app.global.ReadyAllForms();
+    informationBox(app.desktop, "This command is not part of this version.");
+  };
 }
 
 }  // namespace vantry

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "support/desk.h"
 
 namespace vantry::test {

@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "frame/frmLocation.h"
 #include "messaging/frmError.h"
 #include "messaging/frmLogon.h"

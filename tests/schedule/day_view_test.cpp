@@ -1,4 +1,5 @@
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "support/desk.h"
 
 namespace vantry::test {

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "messaging/frmAbout.h"
 #include "messaging/frmPassword.h"
 #include "support/desk.h"

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "messaging/frmLogon.h"
 #include "platform/text.h"
 #include "words/requests.h"
