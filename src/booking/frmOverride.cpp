@@ -77,7 +77,7 @@ std::string ending(std::string_view number) {
 }
 
 std::string money(std::string_view amount, CurrencyField& currency) {
-  currency.put(amount);
+  currency.Text(amount);
   return currency.Text();
 }
 

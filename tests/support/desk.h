@@ -17,10 +17,12 @@
 
 namespace vantry::test {
 
-/// A clock that stands until it is moved.
+/// A clock that stops until it is moved.
 struct FixedClock : Clock {
   DateTime time{{2026, 11, 24}, {9, 0, 0}};
+  std::int64_t milliseconds = 0;
   DateTime now() const override { return time; }
+  std::int64_t ticks() const override { return milliseconds; }
 };
 
 /// Settings that live as long as the test. Keys compare as in the real store.
