@@ -1,10 +1,13 @@
 #include "records/required_fields.h"
 
 #include "messaging/server_tools.h"
+#include "platform/controls.h"
+#include "platform/desktop.h"
 #include "platform/fields.h"
 #include "platform/form.h"
 #include "platform/number_fields.h"
 #include "platform/text.h"
+#include "platform/windows.h"
 
 namespace vantry {
 
