@@ -5,6 +5,7 @@
 
 #include "messaging/tagmessage.h"
 #include "platform/text.h"
+#include "words/booking_results.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -17,12 +18,12 @@ constexpr BookingTypeRow kTypes[] = {
 };
 
 constexpr BookingStatusRow kStatuses[] = {
-    {kResultComplete, "Complete", Effect::Disable, Effect::Disable, Effect::Disable},
-    {kResultUnclaimed, "Unclaimed", Effect::Disable, Effect::Leave, Effect::Disable},
-    {kResultSystemCanceled, "System Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
-    {kResultOperatorCanceled, "Operator Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
-    {kResultCharged, "Charged", Effect::Disable, Effect::Enable, Effect::Disable},
-    {kResultOverdue, "Overdue", Effect::Disable, Effect::Enable, Effect::Disable},
+    {results::Complete, "Complete", Effect::Disable, Effect::Disable, Effect::Disable},
+    {results::Unclaimed, "Unclaimed", Effect::Disable, Effect::Leave, Effect::Disable},
+    {results::SystemCanceled, "System Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
+    {results::OperatorCanceled, "Operator Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
+    {results::Charged, "Charged", Effect::Disable, Effect::Enable, Effect::Disable},
+    {results::Overdue, "Overdue", Effect::Disable, Effect::Enable, Effect::Disable},
 };
 
 using Number = int BookingRecord::*;

@@ -104,13 +104,6 @@ struct BookingStatusRow {
   Effect charge, discharge, cancel;
 };
 
-inline constexpr int kResultComplete = 1;
-inline constexpr int kResultUnclaimed = 2;
-inline constexpr int kResultSystemCanceled = 3;
-inline constexpr int kResultOperatorCanceled = 4;
-inline constexpr int kResultCharged = 99;
-inline constexpr int kResultOverdue = 999;
-
 /// The row of a result; nullptr for a live booking and for results without a word.
 [[nodiscard]] const BookingStatusRow* bookingStatus(int result);
 /// "  <Charged>", as it stands behind a window's title; empty for a live booking.

@@ -7,6 +7,7 @@
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "records/records.h"
 #include "words/tags.h"
@@ -18,12 +19,6 @@ namespace {
 constexpr int kScheduleTab = 0;
 constexpr int kRoomTab = 2;
 constexpr int kNoTab = -1;
-
-constexpr int kUpdatedByOther = 180;
-constexpr int kSatisfiedByRoom = 137;
-constexpr int kTimesOverlap = 181;
-constexpr int kRoomTaken = 107;
-constexpr int kCalendarConflict = 167;
 
 /// The check of the library's calendar, by the option of the place.
 constexpr std::string_view kCalendarChecks[] = {"CDELTM", "CRMTM", "CPUPTM"};
@@ -76,15 +71,11 @@ void BookingSave::addTimes(bool withDays) {
 }
 
 int BookingSave::send(std::string_view code) {
-  const int rc = app_.message.Send(code);
-  app_.global.ReadyAllForms();
-  return rc;
+  return w_.ask_.codeOf(code);
 }
 
 BookingSave::Outcome BookingSave::reported(int rc, std::string_view code) {
-  if (rc == 0) return Outcome::Next;
-  app_.global.ReportRequestError(rc, code, w_.Name());
-  return Outcome::Failed;
+  return next(w_.ask_.succeeded(rc, code));
 }
 
 /// Says what is missing, on its tab.
@@ -103,7 +94,7 @@ BookingSave::Outcome BookingSave::nobodyHasChangedIt() {
   addNumber(tags::BOOKID, w_.record.BookingId);
   app_.message.Add(tags::UDT, w_.record.LastUpdate);
   const int rc = send("CHKUPD");
-  if (rc == kUpdatedByOther)
+  if (rc == codes::UpdatedByOther)
     return tell(kNoTab,
                 "This booking has been updated by another user.\r\n"
                 "Please close this window and retrieve the booking again.");
@@ -149,7 +140,7 @@ BookingSave::Outcome BookingSave::calendarAllows() {
   addTimes(true);
   if (option == kScheduledOption) addNumber(tags::RID, w_.record.RoomId);
   const int rc = send(code);
-  if (rc == kCalendarConflict) {
+  if (rc == codes::CalendarConflict) {
     ShowCalendarConflict(app_);
     return Outcome::Failed;
   }
@@ -229,7 +220,7 @@ BookingSave::Outcome BookingSave::isStored() {
   WriteBookingTags(w_.form_, w_.record, "N");
   const int rc = send(code);
   if (rc == 0) return Outcome::Next;
-  if (rc == kSatisfiedByRoom) {
+  if (rc == codes::SatisfiedByRoom) {
     informationBox(app_.desktop, "Generic equipment satisfied by in-room equipment.");
     return Outcome::Next;
   }
@@ -239,16 +230,16 @@ BookingSave::Outcome BookingSave::isStored() {
 /// What another desk has taken between the checks and the storing is shown as the checks show it.
 BookingSave::Outcome BookingSave::refused(int rc, std::string_view code) {
   switch (rc) {
-    case kTimesOverlap:
+    case codes::TimesOverlap:
       return tell(kNoTab, "Multiple booking times overlap.  Please correct and save again.");
-    case kRoomTaken:
+    case codes::RoomTaken:
       TellRoomTaken(w_.form_);
       return Outcome::Failed;
-    case kContextMedia:
-      ShowErrorReport(app_, kReportMedia);
+    case codes::Media:
+      ShowErrorReport(app_, codes::MediaConflict);
       return Outcome::Failed;
-    case kContextEquipment:
-      ShowErrorReport(app_, kReportEquipment);
+    case codes::Equipment:
+      ShowErrorReport(app_, codes::EquipmentConflict);
       return Outcome::Failed;
     default:
       return reported(rc, code);

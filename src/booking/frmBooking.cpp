@@ -16,6 +16,7 @@ enum TabIndex { kSchedule, kMedia, kRoomTab, kEquipmentTab, kNotes, kStaffTab, k
 frmBooking::frmBooking(App& app)
     : Form(app.windows, "frmBooking"),
       app_(app),
+      ask_(app.global, Name()),
       form_{app,    *this,      times, media.faMedia, equipment.tvwOtherEquipment, equipment.tvwEquipment,
             &media, &equipment, &place} {
   Icon = "booking";

@@ -8,6 +8,7 @@
 #include "booking/media_panel.h"
 #include "booking/place_panel.h"
 #include "booking/requester_panel.h"
+#include "messaging/ask.h"
 #include "platform/bars.h"
 #include "platform/tabs.h"
 
@@ -179,12 +180,12 @@ class frmBooking : public Form {
   void Save();
   void closeNow();
   void print();
-  int sendForBooking(std::string_view code);
   /// Asks, checks and does away with the booking; false when it still stands.
   [[nodiscard]] bool remove(const Removal& removal, std::string_view question);
   void refreshCaller();
   void showResult(int result);
 
+  Ask ask_;
   BookingForm form_;
   std::string title_;
   bool loading_ = false;

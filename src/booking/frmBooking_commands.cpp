@@ -7,8 +7,10 @@
 #include "booking/frmRequester.h"
 #include "frame/app.h"
 #include "lists/grids.h"
+#include "messaging/return_codes.h"
 #include "records/records.h"
 #include "records/search_window.h"
+#include "words/booking_results.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -95,11 +97,6 @@ void frmBooking::mnuFileCopyBooking_Click() {
   openCopy(app_, record.BookingId);
 }
 
-int frmBooking::sendForBooking(std::string_view code) {
-  app_.message.Add(tags::BOOKID, std::to_string(record.BookingId));
-  return app_.message.Send(code);
-}
-
 bool frmBooking::remove(const Removal& removal, std::string_view question) {
   Removal own = removal;
   own.question = question;
@@ -114,7 +111,7 @@ void frmBooking::mnuFileDeleteBooking_Click() {
 
 void frmBooking::mnuBookingCancel_Click() {
   if (!remove(cancelRemoval(), "Are you sure you wish to cancel this booking?")) return;
-  record.BookingResult = kResultOperatorCanceled;
+  record.BookingResult = results::OperatorCanceled;
   lblStatus.Caption = "Canceled";
   setCommand(mnuBookingCancel, "abCancel", false);
   setCommand(mnuBookingCharge, "abCharge", false);
@@ -124,32 +121,28 @@ void frmBooking::mnuBookingCancel_Click() {
 
 // Circulation.
 
-static constexpr int kNotCharged = 128;
-
 void frmBooking::refreshCaller() {
   if (CallerView == kSourceMainWindow) app_.main().GetBookingsForDate();
 }
 
 void frmBooking::mnuBookingCharge_Click() {
   selectTab(0);
-  app_.global.BusyAllForms();
-  const int rc = sendForBooking("CBK");
-  app_.global.ReadyAllForms();
-  if (rc == kNotCharged) return ShowErrorReport(app_, kReportNotCharged);
-  if (rc != 0) return app_.global.ReportRequestError(rc, "mnuBookingCharge_Click", Name());
+  const int rc = ask_.codeOf("CBK", {{tags::BOOKID, record.BookingId}});
+  if (rc == codes::NotCharged) return ShowErrorReport(app_, codes::NotCharged);
+  if (!ask_.succeeded(rc, "mnuBookingCharge_Click")) return;
   // Both windows read the reply of the charge.
   const frmGenAssign::Counts assigned = assignedCounts(app_.message);
   if (assigned.sum() > 0) frmGenAssign(app_, assigned).ShowModal();
   app_.circulation().showReplyNotes("C", app_.message.Count(tags::RNO), app_.message.Count(tags::ENO));
   informationBox(app_.desktop, "Booking charged successfully!");
   if (app_.preferences.PrintOnCharge) printConfirmationOf(app_, std::to_string(record.BookingId));
-  showResult(kResultCharged);
+  showResult(results::Charged);
 }
 
 void frmBooking::mnuBookingDischarge_Click() {
   if (app_.circulation().discharge(record.BookingId) != "1") return;
   title_ = savedBookingTitle(record.ConfirmationNumber);
-  showResult(kResultComplete);
+  showResult(results::Complete);
 }
 
 /// The booking has come to another result.

@@ -93,11 +93,7 @@ void frmBooking::takeNextRequester() {
 }
 
 bool frmBooking::read(std::string_view code) {
-  const int rc = sendForBooking(code);
-  if (rc == 0) return true;
-  app_.global.ReadyAllForms();
-  app_.global.ReportRequestError(rc, code, Name());
-  return false;
+  return ask_(code, {{tags::BOOKID, record.BookingId}});
 }
 
 bool frmBooking::loadBooking(std::string_view id, bool copy) {

@@ -11,7 +11,7 @@ namespace vantry {
 
 /// What a failure of policy is about, as a validator reads it from a reply.
 struct OverrideFacts {
-  int OverrideContext = 0;  ///< the request's return code: 149 equipment, 150 media item, 185 room
+  int OverrideContext = 0;  ///< the request's return code
   int OverrideCode = 0;     ///< the failure's code
   std::string OverrideName;
   std::string OverridePeriod;  ///< as `PeriodText` words it
@@ -19,11 +19,6 @@ struct OverrideFacts {
   std::string OverrideLimit;  ///< of code 110: what is authorized, and what there is
   std::string OverrideCount;
 };
-
-/// Return codes that serve as contexts.
-inline constexpr int kContextEquipment = 149;
-inline constexpr int kContextMedia = 150;
-inline constexpr int kContextRoom = 185;
 
 /// The sentence of a failure; empty where there is none, which 154 has on purpose. Amounts pass through the
 /// currency field.

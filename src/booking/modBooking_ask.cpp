@@ -9,26 +9,8 @@
 
 namespace vantry {
 
-static constexpr std::string_view kModule = "modBooking";
-static constexpr int kNoServer = -999;
-
-int SendBusy(App& app, std::string_view code) {
-  app.global.BusyAllForms();
-  const int rc = app.message.Send(code);
-  app.global.ReadyAllForms();
-  return rc;
-}
-
-bool ServerIsLost(App& app, int rc) {
-  if (rc != kNoServer) return false;
-  app.global.ReportRequestError(rc, {}, kModule);
-  return true;
-}
-
-bool HasFailed(App& app, int rc, std::string_view sentence) {
-  if (rc == 0) return false;
-  if (!ServerIsLost(app, rc)) warningBox(app.desktop, std::string(sentence));
-  return true;
+Ask askForBooking(App& app) {
+  return {app.global, "modBooking"};
 }
 
 void StoreTimes(const BookingForm& form) {
@@ -47,7 +29,7 @@ static bool mayUse(App& app, const BookingRecord& record, std::string_view tag, 
     WriteBookingTimes(message, ownTimes->times.times(), false);
   else
     WriteStoredBookingTimes(message, app.booking);
-  const int rc = SendBusy(app, "VEQUSG");
+  const int rc = askForBooking(app).codeOf("VEQUSG");
   return ValidateEquipmentUsage(app, rc, message.Get(tags::ETY));
 }
 
@@ -60,8 +42,7 @@ bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid, co
   const std::string id = std::to_string(std::abs(intOf(eid)));  // a look-up may mark a group by a minus
   if (!mayUse(app, record, tags::EID, id, ownTimes)) return false;
   KeepWarningShown(app, id + "E");
-  app.message.Add(tags::EID, id);
-  return ValidateEquipmentStatus(app, SendBusy(app, "VES"));
+  return ValidateEquipmentStatus(app, askForBooking(app).codeOf("VES", {{tags::EID, id}}));
 }
 
 bool MayUseType(App& app, const BookingRecord& record, std::string_view eti, const BookingForm* ownTimes) {

@@ -4,17 +4,14 @@
 #include <string_view>
 
 #include "booking/booking_form.h"
+#include "messaging/ask.h"
 
 namespace vantry {
 
 // The questions to the server that come with the adding of one thing.
 
-/// Sends what was added while all windows are busy; they are ready afterwards.
-[[nodiscard]] int SendBusy(App& app, std::string_view code);
-/// Whether no server was reached, which ends the session; no word of the caller's belongs to that.
-[[nodiscard]] bool ServerIsLost(App& app, int rc);
-/// Whether a look-up has failed. Then this sentence is said; where no server was reached, the session ends.
-[[nodiscard]] bool HasFailed(App& app, int rc, std::string_view sentence);
+/// Asks on behalf of modBooking, whose failures are reported under that name.
+[[nodiscard]] Ask askForBooking(App& app);
 
 /// The operator has agreed to the warning of this key, for as long as the times stay.
 void KeepWarningShown(App& app, const std::string& key);

@@ -15,8 +15,6 @@
 namespace vantry {
 namespace {
 
-constexpr std::string_view kModule = "modBooking";
-
 // What the server needs to know of a look-up and of a note.
 constexpr std::string_view kForBookings = "3";     ///< `EPT`
 constexpr std::string_view kAboutEquipment = "1";  ///< `PWHI`
@@ -38,11 +36,11 @@ TreeNode* addPiece(Tree& tree, std::string_view root, const EquipmentPiece& piec
 }
 
 void showBookingNote(App& app, const EquipmentPiece& piece) {
-  app.message.Add(tags::PWHI, kAboutEquipment);
-  app.message.Add(tags::PTYP, kWhenBooked);
-  app.message.Add(tags::PWID, std::to_string(std::abs(intOf(piece.EID))));
-  if (HasFailed(app, SendBusy(app, "GETPMSG"),
-                "An error occurred while retreiving the booking note for the selected equipment."))
+  if (!askForBooking(app).orWarn(
+          "An error occurred while retreiving the booking note for the selected equipment.", "GETPMSG",
+          {{tags::PWHI, kAboutEquipment},
+           {tags::PTYP, kWhenBooked},
+           {tags::PWID, std::abs(intOf(piece.EID))}}))
     return;
   const std::string note = app.message.Get(tags::PMSG);
   if (trim(note).empty()) return;
@@ -137,10 +135,7 @@ void BuildEquipmentTab(const BookingForm& form, const BookingRecord& record) {
   while (root && !root->children.empty()) tree.Remove(std::string(root->children.back()->key));
   if (record.RoomId == 0) return;
   App& app = form.app;
-  app.message.Add(tags::RID, std::to_string(record.RoomId));
-  app.message.Add(tags::BRTY, "1");
-  if (const int rc = SendBusy(app, "GETREQP"); rc != 0)
-    return app.global.ReportRequestError(rc, "GETREQP", kModule);
+  if (!askForBooking(app)("GETREQP", {{tags::RID, record.RoomId}, {tags::BRTY, "1"}})) return;
   // What the operator has added by himself stays where it is.
   while (app.message.NextRecord(tags::EID)) addPiece(tree, roots::InRoom, ReadPiece(app));
 }
@@ -149,7 +144,7 @@ void SuggestTimes(const BookingForm& form, BookingRecord& record) {
   App& app = form.app;
   app.message.Add(tags::RID, std::to_string(record.RoomId));
   WriteEquipmentTags(app.message, form.tvwOtherEquipment, form.tvwEquipment, EquipmentForm::Full);
-  if (const int rc = SendBusy(app, "SUG"); rc != 0) return app.global.ReportRequestError(rc, "SUG", kModule);
+  if (!askForBooking(app)("SUG")) return;
   record.SetupMinutes = intOf(app.message.Get(tags::UTIME));
   record.CleanupMinutes = intOf(app.message.Get(tags::CTIME_));
   if (form.equipment) form.equipment->showMinutes();

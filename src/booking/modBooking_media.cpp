@@ -11,15 +11,14 @@
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
 #include "messaging/marc_viewer.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
 
-constexpr std::string_view kModule = "modBooking";
 constexpr std::string_view kNone = "0";
-constexpr int kNoMatch = 2;
 
 bool isNone(std::string_view id) {
   return intOf(id) == 0;
@@ -58,9 +57,9 @@ MediaThing thingOf(const TagMessage& message) {
 /// The details of the thing's item; it keeps empty ones where they cannot be read. True: they were.
 bool askItemDetails(App& app, MediaThing& thing) {
   if (isNone(thing.IM)) return false;
-  app.message.Add(tags::MI, thing.MI);
-  app.message.Add(tags::IM, thing.IM);
-  if (HasFailed(app, SendBusy(app, "GID"), "Unable to retrieve item details.")) return false;
+  if (!askForBooking(app).orWarn("Unable to retrieve item details.", "GID",
+                                 {{tags::MI, thing.MI}, {tags::IM, thing.IM}}))
+    return false;
   readDetails(app.message, thing);
   return true;
 }
@@ -68,9 +67,9 @@ bool askItemDetails(App& app, MediaThing& thing) {
 /// The call number of the thing's holdings, and their location where the thing has none.
 void askHoldingsDetails(App& app, MediaThing& thing) {
   if (isNone(thing.MI)) return;
-  app.message.Add(tags::MI, thing.MI);
-  app.message.Add(tags::BI, thing.BI);
-  if (HasFailed(app, SendBusy(app, "GMD"), "Unable to retreive MFHD details.")) return;
+  if (!askForBooking(app).orWarn("Unable to retreive MFHD details.", "GMD",
+                                 {{tags::MI, thing.MI}, {tags::BI, thing.BI}}))
+    return;
   while (app.message.NextRecord(tags::MI)) {
     if (app.message.Get(tags::MI) != thing.MI) continue;
     thing.callNumber = app.message.Get(tags::CN);
@@ -87,7 +86,7 @@ bool mayUse(App& app, const BookingRecord& record, const MediaThing& thing) {
   app.message.Add(tags::MI, thing.MI);
   app.message.Add(tags::IM, thing.IM);
   WriteStoredBookingTimes(app.message, app.booking);
-  if (!ValidateItemUsage(app, SendBusy(app, "VITMUSG"))) return false;
+  if (!ValidateItemUsage(app, askForBooking(app).codeOf("VITMUSG"))) return false;
   KeepWarningShown(app, thing.IM + "I");
   return true;
 }
@@ -144,8 +143,8 @@ void addMatch(const BookingForm& form, BookingRecord& record, const ItemMatches&
 /// The titles of holdings, each with the item that is known of them. False when there are none, which has
 /// been said.
 bool askTitles(App& app, const MediaThing& known, ItemMatches& matches) {
-  app.message.Add(tags::MI, known.MI);
-  if (HasFailed(app, SendBusy(app, "GBBMID"), "No bibliographic records found for the item's MFHD."))
+  if (!askForBooking(app).orWarn("No bibliographic records found for the item's MFHD.", "GBBMID",
+                                 {{tags::MI, known.MI}}))
     return false;
   while (app.message.NextRecord(tags::BI)) {
     MediaThing match = known;
@@ -162,8 +161,8 @@ bool askTree(App& app, const std::vector<BibSelection>& found, ItemMatches& matc
     app.message.Add(tags::BI, selection.BI);
     app.message.Add(tags::MI, selection.MI);
   }
-  if (HasFailed(app, SendBusy(app, "GBHI"),
-                "An error occurred while retrieving the Bib/holdings/items details!"))
+  if (!askForBooking(app).orWarn("An error occurred while retrieving the Bib/holdings/items details!",
+                                 "GBHI"))
     return false;
   while (app.message.NextRecord(tags::BI)) {
     MediaThing match = thingOf(app.message);
@@ -208,10 +207,10 @@ void AddMediaByBarcode(const BookingForm& form, BookingRecord& record) {
   const std::string text = enteredText(form);
   if (text.empty()) return;
   StoreTimes(form);
-  app.message.Add(tags::IB, text);
-  const int rc = SendBusy(app, "GBBIB");
-  if (rc == kNoMatch) return informationBox(app.desktop, "No items match entered barcode.");
-  if (rc != 0) return app.global.ReportRequestError(rc, "GBBIB", kModule);
+  const Ask ask = askForBooking(app);
+  const int rc = ask.codeOf("GBBIB", {{tags::IB, text}});
+  if (rc == codes::NotFound) return informationBox(app.desktop, "No items match entered barcode.");
+  if (!ask.succeeded(rc, "GBBIB")) return;
   ItemMatches matches;
   while (app.message.NextRecord(tags::BI)) matches.push_back(thingOf(app.message));
   addMatch(form, record, matches);
@@ -222,8 +221,8 @@ void AddMediaByItemId(const BookingForm& form, BookingRecord& record) {
   const std::string text = enteredText(form);
   if (text.empty()) return;
   StoreTimes(form);
-  app.message.Add(tags::IM, text);
-  if (HasFailed(app, SendBusy(app, "GMIID"), "No items in the database correspond to entered Item ID."))
+  if (!askForBooking(app).orWarn("No items in the database correspond to entered Item ID.", "GMIID",
+                                 {{tags::IM, text}}))
     return;
   MediaThing known = thingOf(app.message);
   known.IM = std::to_string(intOf(text));
@@ -288,7 +287,7 @@ bool IsMediaInBooking(std::string_view bi, std::string_view mi, std::string_view
 }
 
 MediaType PickMediaType(App& app) {
-  if (HasFailed(app, SendBusy(app, "GMTYP"), "Could not retrieve available media item types.")) return {};
+  if (!askForBooking(app).orWarn("Could not retrieve available media item types.", "GMTYP")) return {};
   std::vector<MediaType> types;
   while (app.message.NextRecord(tags::MTID)) types.push_back(typeOf(app.message));
   if (types.empty()) {

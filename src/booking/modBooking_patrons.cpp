@@ -4,16 +4,13 @@
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/modBooking_ask.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "records/search_window.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
-
-constexpr std::string_view kModule = "modBooking";
-constexpr int kOverLimit = 110;
-constexpr int kExpired = 144;
 
 /// Where and for what a barcode is sought; the server's numbers.
 constexpr std::string_view kByBarcode = "17";
@@ -31,15 +28,11 @@ Patron patronOfRecord(const TagMessage& message) {
 
 /// The patron with a barcode; nobody when there is none, or none was chosen. Nobody has the id 0.
 Patron findByBarcode(App& app, std::string_view barcode) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::SRCHTAG, kByBarcode);
-  app.message.Add(tags::SRCHVAL, trim(barcode));
-  app.message.Add(tags::SRCHFOR, kPatrons);
-  app.message.Add(tags::SRCHLOC, kPatronFile);
-  app.message.Add(tags::SRCHOP, "");
-  const int rc = app.message.Send("FIND");
-  app.global.ReadyAllForms();
-  if (ServerIsLost(app, rc)) return {};
+  const int rc = askForBooking(app).codeOf("FIND", {{tags::SRCHTAG, kByBarcode},
+                                                    {tags::SRCHVAL, trim(barcode)},
+                                                    {tags::SRCHFOR, kPatrons},
+                                                    {tags::SRCHLOC, kPatronFile},
+                                                    {tags::SRCHOP, ""}});
   if (rc != 0) {
     informationBox(app.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
     return {};
@@ -62,14 +55,7 @@ Patron findBySearch(App& app) {
 
 /// Gives a patron his group, by his barcode; false when the command ends.
 bool chooseGroup(App& app, Patron& patron) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::PID, std::to_string(patron.id));
-  const int rc = app.message.Send("GPBAR");
-  app.global.ReadyAllForms();
-  if (rc != 0) {
-    app.global.ReportRequestError(rc, "GPBAR", kModule);
-    return false;
-  }
+  if (!askForBooking(app)("GPBAR", {{tags::PID, patron.id}})) return false;
   const int barcodes = app.message.Count(tags::BNO);
   if (barcodes == 0) {
     informationBox(app.desktop, "The patron has no barcode.");
@@ -135,26 +121,22 @@ struct Refusal {
   std::string_view text;
 };
 
-constexpr Refusal kRefusals[] = {{108, "Patron barcode not active!"},
-                                 {109, "Patron address marked for hold mail!"},
-                                 {118, "Requester has exceeded equipment limits!"},
-                                 {119, "Requester has exceeded item limits!"},
-                                 {kExpired, "Patron id has expired!"}};
+constexpr Refusal kRefusals[] = {{codes::BarcodeInactive, "Patron barcode not active!"},
+                                 {codes::AddressOnHold, "Patron address marked for hold mail!"},
+                                 {codes::EquipmentLimit, "Requester has exceeded equipment limits!"},
+                                 {codes::ItemLimit, "Requester has exceeded item limits!"},
+                                 {codes::PatronExpired, "Patron id has expired!"}};
 
 /// Whether a patron passes with this answer of the server.
 bool passes(App& app, int rc) {
-  if (rc == 0) return true;
   for (const Refusal& refusal : kRefusals) {
     if (refusal.rc != rc) continue;
     informationBox(app.desktop, std::string(refusal.text));
     return false;
   }
-  if (rc != kOverLimit) {
-    app.global.ReportRequestError(rc, "VALRP", kModule);
-    return false;
-  }
+  if (rc != codes::OverLimits) return askForBooking(app).succeeded(rc, "VALRP");
   OverrideFacts facts;
-  facts.OverrideContext = facts.OverrideCode = kOverLimit;
+  facts.OverrideContext = facts.OverrideCode = codes::OverLimits;
   facts.OverrideName = app.message.Get(tags::VUF);
   facts.OverrideLimit = app.message.Get(tags::VD1);
   facts.OverrideCount = app.message.Get(tags::VD2);
@@ -238,26 +220,19 @@ bool ValidatePatron(App& app, BookingRecord& record, PatronMode mode) {
   const bool requests = mode == PatronMode::Requester;
   int& id = requests ? record.RequesterId : record.PickupPatronId;
   if (id == 0) return true;
-  app.global.BusyAllForms();
   app.message.Add(tags::PID, std::to_string(id));
   if (requests) app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  app.message.Add(tags::PUP, requests ? "N" : "Y");
-  const int rc = app.message.Send("VALRP");
-  app.global.ReadyAllForms();
+  const int rc = askForBooking(app).codeOf("VALRP", {{tags::PUP, requests ? "N" : "Y"}});
   const bool valid = passes(app, rc) && (!requests || GetPatronPrivileges(app, record));
   if (!valid) id = 0;
   return valid;
 }
 
 bool GetPatronPrivileges(App& app, BookingRecord& record) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  app.message.Add(tags::PID, std::to_string(record.RequesterId));
-  const int rc = app.message.Send("PATPRIV");
-  app.global.ReadyAllForms();
-  if (ServerIsLost(app, rc)) return false;
+  const int rc = askForBooking(app).codeOf(
+      "PATPRIV", {{tags::PGID, record.PatronGroupId}, {tags::PID, record.RequesterId}});
   if (rc != 0) {
-    informationBox(app.desktop, rc == kExpired
+    informationBox(app.desktop, rc == codes::PatronExpired
                                     ? "Requester's barcode has expired!"
                                     : "An error occurred while retrieving the requester's privileges!");
     return false;

@@ -52,10 +52,10 @@ void tick(Tree& tree, std::string_view eti, int image) {
 void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record) {
   App& app = form.app;
   Tree& tree = form.tvwEquipment;
-  app.message.Add(tags::MTID, mtid);
-  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  app.message.Add(tags::ADBK, record.AdminBooking);
-  if (HasFailed(app, SendBusy(app, "ITMEQS"), "Equipment types for media could not be determined.")) return;
+  if (!askForBooking(app).orWarn(
+          "Equipment types for media could not be determined.", "ITMEQS",
+          {{tags::MTID, mtid}, {tags::PGID, record.PatronGroupId}, {tags::ADBK, record.AdminBooking}}))
+    return;
   if (app.message.Count(tags::ETI) == 0) return;
   TreeNode* type = tree.Add(roots::MediaTypes, mediaTypeKey(mtid), app.message.Get(tags::MTY), kUnchecked);
   if (!type) return;  // another row has brought it

@@ -30,24 +30,14 @@ void emptyRoom(PlacePanel& place, BookingRecord& record, int index) {
 }
 
 void fillRooms(App& app, ComboBox& combo, std::string_view code, std::string_view adminFlag, int group) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::ADBK, adminFlag);
-  app.message.Add(tags::PGID, std::to_string(group));
-  const int rc = app.message.Send(code);
-  app.global.ReadyAllForms();
-  if (rc != 0) return app.global.ReportRequestError(rc, code, "modBooking");
+  if (!askForBooking(app)(code, {{tags::ADBK, adminFlag}, {tags::PGID, group}})) return;
   while (app.message.NextRecord(tags::RID))
     combo.AddItem(app.message.Get(tags::RNM), app.message.Get(tags::RID));
 }
 
 void showRoomNote(App& app, const BookingRecord& record, const std::string& room) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::PWHI, kNoteOfRoom);
-  app.message.Add(tags::PTYP, kNoteWhileBooking);
-  app.message.Add(tags::PWID, std::to_string(record.RoomId));
-  const int rc = app.message.Send("GETPMSG");
-  app.global.ReadyAllForms();
-  if (ServerIsLost(app, rc)) return;
+  const int rc = askForBooking(app).codeOf(
+      "GETPMSG", {{tags::PWHI, kNoteOfRoom}, {tags::PTYP, kNoteWhileBooking}, {tags::PWID, record.RoomId}});
   if (rc != 0)
     return informationBox(app.desktop,
                           "An error occurred while retreiving the booking note for the selected room.");

@@ -36,8 +36,8 @@ bool ChargeBooking(App& app, const std::string& bookingId, std::string_view proc
   app.message.Add(tags::BOOKID, bookingId);
   const int rc = app.message.Send("CBK");
   app.global.ReadyAllForms();
-  if (rc == kReportNotCharged) {
-    ShowErrorReport(app, kReportNotCharged);
+  if (rc == codes::NotCharged) {
+    ShowErrorReport(app, codes::NotCharged);
     return false;
   }
   if (rc != 0) {

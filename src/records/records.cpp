@@ -1,5 +1,6 @@
 #include "records/records.h"
 
+#include "messaging/ask.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -39,12 +40,8 @@ static void readType(App& app, int kind, std::string_view id) {
   app.slots.typeIds[slot].clear();
   const TypeRequest request = typeRequestOf(kind);
   if (request.code.empty() || id.empty()) return;
-  app.message.Add(request.id, id);
-  const int rc = app.message.Send(request.code);
-  if (rc != 0) {
-    app.global.ReportRequestError(rc, request.code, "");  // and the window opens with empty slots
-    return;
-  }
+  // After a failure the window opens with empty slots.
+  if (!Ask(app.global, "")(request.code, {{request.id, id}})) return;
   app.slots.typeNames[slot] = app.message.Get(request.typeName);
   app.slots.typeIds[slot] = app.message.Get(request.typeId);
 }
@@ -101,9 +98,7 @@ void CloseRecordWindow(App& app, int kind, std::string_view id) {
 }
 
 int VerifyDelete(App& app, std::string_view id, std::string_view kind) {
-  app.message.Add(tags::VID, id);
-  app.message.Add(tags::VTY, kind);
-  return app.message.Send("VERDELE");
+  return Ask(app.global, "").codeOf("VERDELE", {{tags::VID, id}, {tags::VTY, kind}});
 }
 
 }  // namespace vantry

@@ -2,6 +2,7 @@
 
 #include "messaging/server_tools.h"
 #include "platform/controls.h"
+#include "platform/desktop.h"
 #include "platform/fields.h"
 #include "platform/form.h"
 #include "platform/number_fields.h"

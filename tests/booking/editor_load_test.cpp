@@ -422,7 +422,7 @@ TEST_F(EditorLoad, ARefusedChargeLeavesTheBookingAsItWas) {
   frmBooking& window = openSeven();
   server.expect("CBK", "BOOKID=7").fails(128, "CHFA=107 RNM=Lab");
   desktop.expectModalWindow<frmErrorReport>("frmErrorReport", [](frmErrorReport& report) {
-    EXPECT_EQ(report.ReportCode, kReportNotCharged);
+    EXPECT_EQ(report.ReportCode, codes::NotCharged);
     EXPECT_EQ(report.faErrors.TextMatrix(1, 0), "Room already charged:  Lab");
     report.cmdOK.press();
   });

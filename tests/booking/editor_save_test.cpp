@@ -165,7 +165,7 @@ TEST_F(EditorSave, TheCalendarStopsItWithItsReport) {
   server.expect("VALDLO", "RID=40 PGID=2");
   server.expect("CDELTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays).fails(167, "VUF=168 DATE=0900");
   desktop.expectModalWindow<frmErrorReport>("frmErrorReport", [](frmErrorReport& report) {
-    EXPECT_EQ(report.ReportCode, kReportCalendar);
+    EXPECT_EQ(report.ReportCode, codes::CalendarConflict);
     report.cmdOK.press();
   });
   window.mnuFileSave.choose();
@@ -306,8 +306,8 @@ TEST_F(EditorSave, APickUpComesBackWithItsLocationAndItsPatron) {
 TEST_F(EditorSave, WhatAnotherDeskTookMeanwhileIsReported) {
   frmBooking& window = newDelivery();
   const std::tuple<int, const char*, int> rows[] = {
-      {150, "head: MTY=Film | VUF=158 | CNUM=M5 TITL=Atlas IM=83", kReportMedia},
-      {149, "head: ETY=TV | VUF=159 | CNUM=M5 ETY=TV ENO=TV1", kReportEquipment}};
+      {150, "head: MTY=Film | VUF=158 | CNUM=M5 TITL=Atlas IM=83", codes::MediaConflict},
+      {149, "head: ETY=TV | VUF=159 | CNUM=M5 ETY=TV ENO=TV1", codes::EquipmentConflict}};
   for (const auto& [rc, reply, code] : rows) {
     server.expect("VALDLO", "RID=40 PGID=2");
     server.expect("CDELTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays);

@@ -314,7 +314,7 @@ struct RealCharges : RealPlaces {
       EXPECT_THAT(lines, testing::Contains(testing::StartsWith(line)));
       window.cmdOK.press();
     });
-    ShowErrorReport(app, kReportNotCharged);
+    ShowErrorReport(app, codes::NotCharged);
   }
   std::string now(int minutes) {
     EXPECT_EQ(send("ASKT", {}), 0);
