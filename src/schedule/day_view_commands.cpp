@@ -13,6 +13,7 @@ namespace vantry {
 void DayView::dtViewBookings_Change() {
   raise(UpdateCalendars);
   GetBookingsForDate();
+  faDayBookings.ScrollToTop();
   parts().dtTempDate.Value = dtViewBookings.Value;
 }
 
