@@ -1,9 +1,11 @@
 #include "desktop/time_scale_widgets.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "desktop/accessible.h"
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "platform/datetime.h"
@@ -35,7 +37,9 @@ QList<QRectF> TimeScaleWidget::stretch(double top, double height) const {
 }
 
 RulerWidget::RulerWidget(const Ruler& ruler, QWidget* parent)
-    : TimeScaleWidget(ruler, parent), ruler_(ruler) {}
+    : TimeScaleWidget(ruler, parent), ruler_(ruler) {
+  accessible::setRole(*this, QAccessible::Indicator);
+}
 
 QSize RulerWidget::sizeHint() const {
   return {kLeastWidth + 30 * style::kUnit, fontMetrics().height() + 2 * style::kUnit};
@@ -73,6 +77,7 @@ void RulerWidget::paintEvent(QPaintEvent*) {
 
 ScheduleBarWidget::ScheduleBarWidget(const ScheduleBar& bar, QWidget* parent)
     : TimeScaleWidget(bar, parent), bar_(bar) {
+  accessible::setRole(*this, QAccessible::Slider);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setToolTip(tr("Drag the bar or its ends. Arrow keys move it; with Shift its end, with Ctrl its start."));
