@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 #include "desktop/accessible.h"
 #include "desktop/qtext.h"
@@ -67,8 +68,11 @@ void RulerWidget::paintEvent(QPaintEvent*) {
     painter.drawLine(QPointF(x, foot - (hour >= 0 ? style::kUnit : style::kUnit / 2.0)), QPointF(x, foot));
     if (hour < 0) continue;
     painter.setPen(style::quietText());
-    painter.drawText(QRectF(x - hourWidth / 2, 0, hourWidth, foot - style::kUnit), Qt::AlignCenter,
-                     hourText(hour, hourWidth));
+    const QString text = hourText(hour, hourWidth);
+    const double room = fontMetrics().horizontalAdvance(text) + 2;
+    const double left =
+        std::clamp(x - room / 2, 0.0, std::max(0.0, width() - room));  // the ends stay readable
+    painter.drawText(QRectF(left, 0, room, foot - style::kUnit), Qt::AlignCenter, text);
   }
   painter.setPen(Qt::NoPen);
   painter.setBrush(isEnabled() ? style::accent() : style::outline());
