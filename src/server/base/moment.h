@@ -28,6 +28,9 @@ using Clock = std::function<Moment()>;
 /// "YYYY-MM-DD".
 [[nodiscard]] std::string dateText(Moment moment);
 
+/// Minutes since midnight as "HHMM".
+[[nodiscard]] std::string clockText(int minutes);
+
 /// Reads "YYYY-MM-DD HH:MM:SS" or a date alone (midnight), whose month and day may have one figure; nothing
 /// for any other text or for a date that no calendar has.
 [[nodiscard]] std::optional<Moment> parseMoment(std::string_view text);

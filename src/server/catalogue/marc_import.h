@@ -29,7 +29,7 @@ struct ImportReport {
 /// Takes a file of MARC 21 or MARCXML into the catalogue, titles with their holdings and items, a few hundred
 /// records in one transaction. A title is known by its control number, an item by its barcode: what was
 /// imported before is brought up to date, and nothing is ever deleted. Records that cannot be read are
-/// counted and told. Throws AdministrationError for a location or media type that is not there, and
+/// counted and told. Throws UserError for a location or media type that is not there, and
 /// std::runtime_error for a file that cannot be read.
 ImportReport importMarc(Database& database, const std::string& path, const ImportOptions& options);
 

@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "server/desk/booking_draft.h"
 #include "server/desk/booking_store.h"
-#include "server/requests/booking_message.h"
+#include "server/desk/thing_store.h"
+#include "server/desk/usage_check.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -23,11 +25,11 @@ struct ResolvedThings {
 
 /// Looks everything up that the draft names, takes out what is named twice, members of groups that are in the
 /// booking themselves, and what the room of the question satisfies.
-/// Throws Refused for a key that points nowhere.
+/// Throws TagRefusal for a key that points nowhere.
 [[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft,
                                            const UsageQuestion& question);
 
-/// Throws Refused where a patron, room, location or type of the draft does not exist.
+/// Throws TagRefusal where a patron, room, location or type of the draft does not exist.
 void requireKeys(Connection& db, const BookingDraft& draft);
 
 /// What is written of a booking, and who writes it.

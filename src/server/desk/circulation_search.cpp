@@ -4,10 +4,11 @@
 #include <map>
 #include <string>
 
-#include "server/access/accounts.h"
+#include "server/access/operators.h"
+#include "server/base/catalogue_text.h"
 #include "server/base/search_text.h"
-#include "server/catalogue/catalogue_text.h"
 #include "server/desk/booking_store.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

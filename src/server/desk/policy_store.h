@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "server/desk/calendar_store.h"
 #include "server/policy/policy_calendar.h"
 #include "server/policy/policy_rules.h"
 #include "server/store/database.h"

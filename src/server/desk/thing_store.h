@@ -89,6 +89,13 @@ struct BookableRoom {
 [[nodiscard]] std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion);
 [[nodiscard]] std::string popupNoteOfRoom(Connection& db, std::int64_t id, std::int64_t occasion);
 
+/// Minutes that a piece of a type takes to set up and to clean up; none for an unknown type.
+struct Handling {
+  std::int64_t setup = 0;
+  std::int64_t cleanup = 0;
+};
+[[nodiscard]] Handling handlingOfType(Connection& db, std::int64_t typeId);
+
 /// Names of things by their key; empty for an unknown one.
 [[nodiscard]] std::string equipmentTypeName(Connection& db, std::int64_t id);
 [[nodiscard]] std::string mediaTypeName(Connection& db, std::int64_t id);

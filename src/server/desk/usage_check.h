@@ -7,7 +7,6 @@
 #include "server/desk/thing_store.h"
 #include "server/policy/policy_rules.h"
 #include "server/policy/policy_times.h"
-#include "server/requests/reply.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -78,7 +77,7 @@ struct Findings {
   }
 };
 
-/// Throws Refused for a key that points nowhere.
+/// Throws TagRefusal for a key that points nowhere.
 [[nodiscard]] Findings judgeEquipment(Connection& db, const UsageQuestion& question,
                                       const std::vector<EquipmentAsk>& asks, const Aspects& aspects);
 /// The same for pieces that have been looked up; one without a key is a wish for its type.
@@ -88,14 +87,5 @@ struct Findings {
                                   const std::vector<MediaAsk>& asks, const Aspects& aspects);
 [[nodiscard]] Findings judgeRoom(Connection& db, const UsageQuestion& question, const BookableRoom& room,
                                  const Aspects& aspects);
-
-/// The answers of the checks, by what they judge: 149 or 179 for equipment, 150 for media, 107 or 185 for a
-/// room.
-[[nodiscard]] Reply equipmentReply(const Findings& findings);
-[[nodiscard]] Reply mediaReply(const Findings& findings);
-[[nodiscard]] Reply roomReply(const Findings& findings);
-
-/// Refuses the message: the tag's value points nowhere or makes no sense.
-[[noreturn]] void refuseTag(std::string_view tag);
 
 }  // namespace vantry::server

@@ -4,17 +4,29 @@
 #include <span>
 #include <vector>
 
-#include "server/desk/calendar_store.h"
 #include "server/policy/policy_times.h"
 
 namespace vantry::server {
+
+/// The hours of one day, as minutes since midnight.
+struct OpenHours {
+  bool open = false;
+  int opensAt = 0;
+  int closesAt = 0;
+};
+
+/// A day on which other hours hold than its weekday's.
+struct OpenException {
+  Moment date = 0;
+  OpenHours hours;
+};
 
 /// A calendar as the decisions need it: its span, its week from Sunday and its exceptions in order of date.
 struct OpenCalendar {
   Moment startsOn = 0;
   Moment endsOn = 0;  ///< the last day
   std::array<OpenHours, 7> week{};
-  std::vector<ExceptionRow> exceptions;
+  std::vector<OpenException> exceptions;
 };
 
 /// What speaks against the start or the end of a booking. The code is the protocol's:

@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "server/setup/demo/demo.h"
+
 namespace vantry {
 
 /// The server of a library's bookings, for the program `vantry-server` and for a client that brings its own.
@@ -44,20 +46,5 @@ class Server {
   class Impl;
   std::unique_ptr<Impl> impl_;
 };
-
-/// What a demo library is made from. The same values give the same library.
-struct DemoOptions {
-  std::uint32_t seed = 1;
-  std::string date;        ///< "YYYY-MM-DD", the day it is made for; empty: today
-  int daysBack = 365;      ///< bookings reach so far into the past
-  int daysAhead = 365;     ///< and into the future
-  std::string bookingsOn;  ///< a day that gets exactly `bookingsOnCount` bookings; empty: none
-  int bookingsOnCount = 0;
-};
-
-/// Writes a small believable library into the database if the database is new (the file is missing or holds
-/// no library); false when it already holds one, which then stays as it is. Operators and passwords:
-/// docs/demo.md. Throws std::runtime_error.
-bool createDemoDatabase(const std::string& database, const DemoOptions& options = {});
 
 }  // namespace vantry

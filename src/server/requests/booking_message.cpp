@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <set>
 
+#include "server/base/number_text.h"
+#include "server/base/tag_refusal.h"
 #include "server/desk/policy_store.h"
 #include "words/tags.h"
 

@@ -106,7 +106,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> circulationSearchRequests() {
+std::span<const HandlerRow> circulationSearchHandlers() {
   return rows;
 }
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "server/base/tag_refusal.h"
 #include "server/desk/policy_store.h"
 #include "server/requests/booking_message.h"
+#include "server/requests/usage_reply.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -123,7 +125,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> usageCheckRequests() {
+std::span<const HandlerRow> usageCheckHandlers() {
   return rows;
 }
 

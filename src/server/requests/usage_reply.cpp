@@ -1,12 +1,10 @@
-// The answers of the usage checks, as the windows read them.
+#include "server/requests/usage_reply.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
 #include "server/desk/booking_store.h"
-#include "server/desk/usage_check.h"
-#include "server/requests/handlers.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -93,12 +91,6 @@ void addCounts(Reply& reply, const UsageConflict& each) {
 }
 
 }  // namespace
-
-void refuseTag(std::string_view tag) {
-  Refused refused{Reply(rc::badMessage)};
-  refused.reply.head(tags::CANTREAD, tag);
-  throw refused;
-}
 
 Reply equipmentReply(const Findings& findings) {
   if (findings.clean()) return Reply();

@@ -4,8 +4,10 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "server/store/database.h"
+#include "server/base/named_row.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 
@@ -17,6 +19,9 @@ bool fetchOne(Query& query, Targets&... targets) {
   while (query.next()) found = true;
   return found;
 }
+
+/// The rows of a query for an id and a name.
+[[nodiscard]] std::vector<NamedRow> namedRows(Query& query);
 
 /// Several keys in one statement, ":id0, :id1, ...": always as many, so that one text does for any number of
 /// them. What is wanting repeats the last.

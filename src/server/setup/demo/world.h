@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "server/base/moment.h"
-#include "server/program/server.h"
+#include "server/setup/demo/demo.h"
 #include "server/setup/demo/dice.h"
 #include "server/store/database.h"
 
