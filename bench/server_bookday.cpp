@@ -10,6 +10,7 @@
 
 #include <httplib.h>
 
+#include "failures.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
 #include "server/requests/runner.h"
@@ -47,7 +48,7 @@ std::string makeDatabase(const std::filesystem::path& folder, int bookings) {
   return file;
 }
 
-void measure(const std::string& file) {
+void measure(const std::string& file, int bookings, Failures& failures) {
   Database database(file);
   RequestRunner runner(
       database, [] { return makeMoment(2026, 11, 24, 12, 0); }, HashCost::Quick);
@@ -56,8 +57,13 @@ void measure(const std::string& file) {
   (void)runner.run({.token = token, .code = "SLL", .requestId = "1", .tags = location});
   const std::vector<TagValue> tags{{"DATE", date}, {"HBK", "N"}};
   std::size_t bytes = 0;
+  const auto note = [&](const std::string& json) {
+    bytes = json.size();
+    // A record takes a hundred bytes and more.
+    failures.note("BOOKDAY", hasCode(json, 0) && bytes > static_cast<std::size_t>(bookings) * 10);
+  };
   const double inServer = medianOf(31, [&] {
-    bytes = runner.run({.token = token, .code = "BOOKDAY", .requestId = "2", .tags = tags}).json.size();
+    note(runner.run({.token = token, .code = "BOOKDAY", .requestId = "2", .tags = tags}).json);
   });
 
   Server::Options options;
@@ -70,8 +76,10 @@ void measure(const std::string& file) {
   client.set_tcp_nodelay(true);
   const httplib::Headers headers{{"Authorization", "Bearer " + token}, {"Request-Id", "3"}};
   const std::string body = std::string(R"({"tags":[["DATE",")") + date + R"("],["HBK","N"]]})";
-  const double overWire =
-      medianOf(31, [&] { (void)client.Post("/v1/request/BOOKDAY", headers, body, "application/json"); });
+  const double overWire = medianOf(31, [&] {
+    const auto answer = client.Post("/v1/request/BOOKDAY", headers, body, "application/json");
+    note(answer ? answer->body : std::string());
+  });
   std::printf("        BOOKDAY %9zu bytes: in the server %8.3f ms, with the wire %8.3f ms\n", bytes, inServer,
               overWire);
 }
@@ -82,6 +90,8 @@ int main() {
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vantry-bench-bookday";
   std::filesystem::remove_all(folder);
   std::filesystem::create_directories(folder);
-  for (const int bookings : {50, 1'000, 10'000}) measure(makeDatabase(folder, bookings));
+  Failures failures;
+  for (const int bookings : {50, 1'000, 10'000}) measure(makeDatabase(folder, bookings), bookings, failures);
   std::filesystem::remove_all(folder);
+  return failures.tell();
 }

@@ -46,15 +46,18 @@ class Tally {
     kind.times.push_back(milliseconds);
     if (rc > 0) ++kind.refused[rc];
     if (rc < 0) ++kind.failed;
+    if (rc == 0) kind.served = true;
   }
 
-  /// How many requests failed.
+  /// How many requests failed. A kind of which none was served failed altogether: only refusals were
+  /// measured.
   int print(double seconds) {
     int done = 0;
     int failed = 0;
     std::printf("%-8s %6s %10s %10s %8s  refused\n", "request", "times", "median ms", "worst ms", "failed");
     for (auto& [code, kind] : kinds_) {
       std::ranges::sort(kind.times);
+      if (!kind.served) kind.failed = static_cast<int>(kind.times.size());
       std::printf("%-8s %6zu %10.2f %10.2f %8d ", code.c_str(), kind.times.size(),
                   kind.times[kind.times.size() / 2], kind.times.back(), kind.failed);
       for (const auto& [rc, count] : kind.refused) std::printf(" %d x %d", count, rc);
@@ -72,6 +75,7 @@ class Tally {
     std::vector<double> times;
     std::map<int, int> refused;
     int failed = 0;
+    bool served = false;
   };
   std::atomic<int> claimed_ = 0;
   std::mutex mutex_;

@@ -16,10 +16,12 @@ if(VANTRY_SANITIZE)
   target_link_options(vantry_sanitized INTERFACE -fsanitize=address,undefined)
 endif()
 
-# The link target of one folder of src/: "server/store" becomes vantry_server_store.
+# The link target of one folder of src/: "server/store" becomes vantry_server_store. A main.cpp in it is the program's
+# own and no part of the layer.
 function(vantry_layer folder)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   string(REPLACE "/" "_" name "vantry_${folder}")
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC vantry_flags vantry_sanitized ${ARG_LINKS})
@@ -27,17 +29,25 @@ endfunction()
 
 # The tests of one folder as one program; it links the lowest layer that holds what it tests. The suites that TOGETHER
 # names (a pattern) run in one process, since they share a server that is slow to set up; all others one by one.
+# All programs share the precompiled headers of vantry_test_headers but those with OWN_HEADERS, whose compiler options
+# differ.
+set(VANTRY_TEST_HEADERS <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
 function(vantry_tests folder)
-  cmake_parse_arguments(ARG "" "TOGETHER" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "OWN_HEADERS" "TOGETHER" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
   if(NOT sources)
     message(FATAL_ERROR "tests/${folder} has no tests")
   endif()
+  set_property(GLOBAL APPEND PROPERTY VANTRY_TESTED_FOLDERS "${folder}")
   string(REPLACE "/" "_" program "${folder}_tests")
   add_executable(${program} ${sources})
   target_include_directories(${program} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
   target_link_libraries(${program} PRIVATE ${ARG_LINKS} vantry_flags vantry_sanitized GTest::gmock_main)
-  target_precompile_headers(${program} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
+  if(ARG_OWN_HEADERS)
+    target_precompile_headers(${program} PRIVATE ${VANTRY_TEST_HEADERS})
+  else()
+    target_precompile_headers(${program} REUSE_FROM vantry_test_headers)
+  endif()
   set(one_by_one)
   if(ARG_TOGETHER)
     set(one_by_one TEST_FILTER "-${ARG_TOGETHER}")
@@ -46,4 +56,16 @@ function(vantry_tests folder)
   endif()
   gtest_discover_tests(${program} TEST_PREFIX "${folder}: " DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 ${one_by_one}
                        PROPERTIES TIMEOUT 120 LABELS "${folder}")
+endfunction()
+
+# Ends the configuration for a folder of tests that no program runs.
+function(vantry_require_all_tested)
+  get_property(tested GLOBAL PROPERTY VANTRY_TESTED_FOLDERS)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/tests" "${CMAKE_SOURCE_DIR}/tests/*_test.cpp")
+  foreach(source IN LISTS sources)
+    get_filename_component(folder "${source}" DIRECTORY)
+    if(NOT folder IN_LIST tested)
+      message(FATAL_ERROR "No test program runs tests/${source}")
+    endif()
+  endforeach()
 endfunction()

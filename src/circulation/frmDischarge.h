@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "frame/app.h"
+#include "messaging/ask.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
 
@@ -57,9 +58,10 @@ class frmDischarge : public Form {
   void refuseTime();
   bool readRoomPieces(std::vector<std::string>& pieces);
   void addSelected(const ListBox& lines, std::string_view tag);
-  void sayFailure();
+  void sayFailure() const;
 
   App& app_;
+  Ask ask_;
 };
 
 /// Lets the operator discharge of a booking what he chooses; the dialog's status.

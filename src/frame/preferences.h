@@ -11,6 +11,7 @@
 
 namespace vantry {
 
+class App;
 class Settings;
 
 /// Where the store keeps the preferences.
@@ -109,6 +110,10 @@ struct PreferenceRow {
 
 /// The text under which a row's value is stored.
 [[nodiscard]] std::string storedText(const PreferenceRow& row, const Preferences& preferences);
+
+/// Stores all preferences in one write. False when they could not be stored, which the operator has been
+/// told.
+[[nodiscard]] bool SavePreferences(App& app);
 
 /// What follows from the times of the preferences: the grid of the day's slots.
 struct DaySlots {

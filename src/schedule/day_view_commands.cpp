@@ -7,6 +7,7 @@
 #include "platform/wiring.h"
 #include "records/records.h"
 #include "schedule/day_view.h"
+#include "words/booking_results.h"
 
 namespace vantry {
 
@@ -63,8 +64,8 @@ int DayView::selectedStatus() const {
 }
 
 void DayView::allowByStatus(int status) {
-  const bool ended = status >= 1 && status <= 4;
-  const bool out = status == 99 || status == 999;
+  const bool ended = status >= results::Complete && status <= results::OperatorCanceled;
+  const bool out = results::isOut(status);
   remove.Enabled = !out;
   setEnabled(!out && !ended, cancel, charge);
   discharge.Enabled = out;
@@ -106,13 +107,12 @@ void DayView::cmdCancelBooking_Click() {
 
 void DayView::cmdChargeDayView_Click() {
   ChargeBookingMain(app(), selectedId_, faDayBookings, legend);
-  const int status = selectedStatus();
-  if (status == 99 || status == 999) faDayBookings_Click();
+  if (results::isOut(selectedStatus())) faDayBookings_Click();
 }
 
 void DayView::cmdDischargeDayView_Click() {
   DischargeBookingMain(app(), selectedId_, faDayBookings, legend);
-  if (selectedStatus() == 1) faDayBookings_Click();
+  if (selectedStatus() == results::Complete) faDayBookings_Click();
 }
 
 }  // namespace vantry

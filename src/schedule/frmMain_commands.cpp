@@ -118,12 +118,15 @@ void frmMain::connectViews() {
   on(yearView.showDay, this, &frmMain::showView, ViewId::Day);
 }
 
-void frmMain::linkPopupEntries(MainView& shown) {
-  for (const PopupRow& row : kPopupEntries) {
-    MenuItem& entry = menus.*row.entry;
-    if (linkedView_) (linkedView_->*row.command).unlink(entry);
-    (shown.*row.command).link(entry);
-  }
+void frmMain::linkPopupEntries(const ViewRow& shown) {
+  const auto forEach = [this](const ViewRow& row, auto&& act) {
+    for (const PopupRow& popup : kPopupEntries) {
+      MenuItem& entry = menus.*popup.entry;
+      if (row.popup && entry.parent() == &(menus.*row.popup)) act(view(row.id).*popup.command, entry);
+    }
+  };
+  if (linkedView_) forEach(*linkedView_, [](Command& command, MenuItem& entry) { command.unlink(entry); });
+  forEach(shown, [](Command& command, MenuItem& entry) { command.link(entry); });
   linkedView_ = &shown;
 }
 

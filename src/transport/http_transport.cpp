@@ -2,7 +2,8 @@
 
 #include "transport/http_line.h"
 #include "transport/json_reader.h"
-#include "transport/json_writer.h"
+#include "transport/request_body.h"
+#include "words/json_text.h"
 
 namespace vantry {
 namespace {
@@ -21,18 +22,6 @@ enum Status {
   FirstServerError = 500,
   Unavailable = 503
 };
-
-/// A flat object of texts.
-std::string objectOf(std::initializer_list<std::pair<std::string_view, std::string_view>> texts) {
-  std::string json = "{";
-  for (const auto& [key, text] : texts) {
-    if (json.size() > 1) json += ',';
-    appendJsonText(json, key);
-    json += ':';
-    appendJsonText(json, text);
-  }
-  return json + '}';
-}
 
 /// The server's own sentence about an error, or ours where it gave none.
 std::string sentenceOf(std::string& body, std::string fallback) {
@@ -118,7 +107,7 @@ LogonAnswer HttpTransport::logon(std::string_view operatorId, std::string_view p
   // A log-on carries no id that would let it be repeated; over a fresh connection it need not be.
   line_->close();
   auto answer = line_->call("POST", "/v1/login", {},
-                            objectOf({{"operator", operatorId}, {"password", password}}), false);
+                            jsonObject({{"operator", operatorId}, {"password", password}}), false);
   if (answer.outcome != Line::Answer::Outcome::Answered)
     return {LogonResult::Unreachable, {}, std::move(answer.reason)};
   if (answer.status != Ok) return logonRefusalOf(answer.status, answer.body);
@@ -139,7 +128,7 @@ void HttpTransport::logoff() {
 bool HttpTransport::changePassword(std::string_view old, std::string_view fresh, std::string& reason) {
   line_->close();
   auto answer = line_->call("POST", "/v1/password", {{"Authorization", "Bearer " + session_}},
-                            objectOf({{"old", old}, {"new", fresh}}), false);
+                            jsonObject({{"old", old}, {"new", fresh}}), false);
   if (answer.outcome != Line::Answer::Outcome::Answered) {
     reason = std::move(answer.reason);
     return false;

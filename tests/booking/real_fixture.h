@@ -8,6 +8,7 @@
 #include "booking/booking_fixture.h"
 #include "platform/text.h"
 #include "server/store/database.h"
+#include "server/store/query.h"
 #include "support/noon.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"

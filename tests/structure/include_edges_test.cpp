@@ -26,7 +26,7 @@ Names operator+(Names a, const Names& b) {
   return a;
 }
 
-/// The client's floors, from the ground up: each may include all that stand before it.
+/// The client's floors, from the ground up: each may include all that are before it.
 Names floorsUpTo(const std::string& folder) {
   static const std::vector<std::string> kFloors = {"words",   "platform", "messaging",   "frame",    "lists",
                                                    "records", "booking",  "circulation", "inventory"};
@@ -46,10 +46,11 @@ std::vector<FolderRow> allowedEdges() {
     rows.push_back({folder, floorsUpTo(folder)});
   const Names client = floorsUpTo("");
   rows.push_back({"schedule", client});  // the main window holds all views
-  // The embedded server is the program's server, reached through its one header.
+  // The embedded server is reached through the one header of the program's server.
   rows.push_back({"transport", Names{"words", "platform", "messaging", "server/program"}});
   rows.push_back({"desktop", client + Names{"schedule", "transport"}});
 
+  // The server's floors are a tree, not one line: each names what it stands on.
   const Names ground = {"words", "server/base"};
   const Names data = ground + Names{"server/store"};
   rows.push_back({"server/base", {"words"}});
@@ -62,9 +63,10 @@ std::vector<FolderRow> allowedEdges() {
   rows.push_back({"server/setup", things});
   rows.push_back({"server/setup/demo", things + Names{"server/setup"}});
   rows.push_back({"server/requests", things});
-  rows.push_back({"server/http", ground + Names{"server/requests"}});
-  rows.push_back({"server/program",
-                  things + Names{"server/setup", "server/setup/demo", "server/requests", "server/http"}});
+  rows.push_back({"server/http", data + Names{"server/requests"}});  // the store's errors become status codes
+  rows.push_back({"server/jobs", data + Names{"server/access", "server/desk"}});
+  rows.push_back({"server/program", things + Names{"server/setup", "server/setup/demo", "server/requests",
+                                                   "server/http", "server/jobs"}});
   return rows;
 }
 

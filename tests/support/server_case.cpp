@@ -11,6 +11,7 @@
 #include "server/base/moment.h"
 #include "server/setup/administration.h"
 #include "server/store/migrations.h"
+#include "server/store/query.h"
 
 namespace vantry::server::test {
 

@@ -8,10 +8,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "server/access/accounts.h"
 #include "server/access/passwords.h"
 #include "server/setup/administration.h"
 #include "server/store/migrations.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

@@ -2,37 +2,12 @@
 
 #include "support/scripted_reply.h"
 #include "transport/json_reader.h"
-#include "transport/json_writer.h"
+#include "transport/request_body.h"
 
 namespace vantry::test {
 namespace {
 
-TEST(JsonWriter, EscapesWhatJsonCannotHold) {
-  struct Case {
-    std::string_view text;
-    std::string_view json;
-  };
-  const std::vector<Case> cases = {
-      {"", R"("")"},
-      {"plain", R"("plain")"},
-      {"a \"quoted\" \\ word", R"("a \"quoted\" \\ word")"},
-      {"line\nbreak\r\tend", R"("line\nbreak\r\tend")"},
-      {std::string_view("\0\x01\x1f\x7f", 4), "\"\\u0000\\u0001\\u001f\x7f\""},
-      {"Müller, 東京 🎬", "\"Müller, 東京 🎬\""},
-      {"\xFF\xC3", "\"\uFFFD\uFFFD\""},
-      {"\xC0\x80", "\"\uFFFD\uFFFD\""},                      // overlong
-      {"\xED\xA0\x80", "\"\uFFFD\uFFFD\uFFFD\""},            // half of a pair
-      {"\xF4\x90\x80\x80", "\"\uFFFD\uFFFD\uFFFD\uFFFD\""},  // beyond the last plane
-      {"\xE6\x9D", "\"\uFFFD\uFFFD\""},                      // cut off
-  };
-  for (const Case& c : cases) {
-    std::string json;
-    appendJsonText(json, c.text);
-    EXPECT_EQ(json, c.json);
-  }
-}
-
-TEST(JsonWriter, WritesTagsInTheirOrder) {
+TEST(RequestBody, HoldsTagsInTheirOrder) {
   EXPECT_EQ(requestBody({}), R"({"tags":[]})");
   EXPECT_EQ(requestBody({{"LOC", "3"}, {"LOC", "4"}, {"DATE", "2026-11-24"}}),
             R"({"tags":[["LOC","3"],["LOC","4"],["DATE","2026-11-24"]]})");

@@ -1,4 +1,5 @@
 #include "server/access/sealing.h"
+#include "server/store/query.h"
 
 #include <stdexcept>
 #include <vector>

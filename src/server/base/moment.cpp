@@ -86,6 +86,12 @@ std::string dateText(Moment moment) {
   return text;
 }
 
+std::string clockText(int minutes) {
+  std::string text = std::to_string(minutes / 60 * 100 + minutes % 60);
+  if (text.size() < 4) text.insert(0, 4 - text.size(), '0');
+  return text;
+}
+
 std::optional<Moment> parseMoment(std::string_view text) {
   const int year = takeFigures(text, 4, 4);
   if (!takeMark(text, '-')) return std::nullopt;

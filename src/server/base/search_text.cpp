@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "server/requests/handlers.h"
+#include "server/base/number_text.h"
 
 namespace vantry::server {
 

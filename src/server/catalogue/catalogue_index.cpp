@@ -4,9 +4,11 @@
 #include <array>
 #include <set>
 
+#include "server/base/catalogue_text.h"
 #include "server/catalogue/catalogue_store.h"
-#include "server/catalogue/catalogue_text.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
+#include "words/utf8.h"
 
 namespace vantry::server {
 

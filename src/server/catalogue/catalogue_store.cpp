@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <string>
+#include <string_view>
 #include <utility>
 
-#include "server/catalogue/catalogue_text.h"
-#include "server/requests/handlers.h"
+#include "server/base/catalogue_text.h"
+#include "server/base/number_text.h"
 
 namespace vantry::server {
 

@@ -4,12 +4,13 @@
 #include <map>
 #include <optional>
 
-#include "server/access/accounts.h"
+#include "server/access/operators.h"
+#include "server/base/catalogue_text.h"
+#include "server/base/user_error.h"
 #include "server/catalogue/catalogue_store.h"
-#include "server/catalogue/catalogue_text.h"
 #include "server/catalogue/marc_facts.h"
 #include "server/catalogue/marc_reader.h"
-#include "server/setup/administration.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {
@@ -76,7 +77,7 @@ class Importer {
   static std::int64_t chosen(const Names& names, const std::string& name, const char* what) {
     const std::int64_t id = name.empty() ? 0 : keyNamed(names, name);
     if (id == 0 && !name.empty())
-      throw AdministrationError(std::string("There is no ") + what + " named \"" + name + "\".");
+      throw UserError(std::string("There is no ") + what + " named \"" + name + "\".");
     return id;
   }
 

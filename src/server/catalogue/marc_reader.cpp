@@ -10,7 +10,7 @@
 #include <yaz/wrbuf.h>
 #include <yaz/yaz-iconv.h>
 
-#include "server/requests/handlers.h"
+#include "server/base/number_text.h"
 
 namespace vantry::server {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "server/base/person_name.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

@@ -8,8 +8,10 @@
 #include <string_view>
 #include <utility>
 
+#include "server/base/tag_refusal.h"
 #include "server/desk/occupancy.h"
 #include "server/desk/usage_things.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 #include "words/tags.h"
 
@@ -24,7 +26,7 @@ struct NamedKey {
   std::string_view tag;
 };
 
-/// All of them by one statement. Throws Refused for the first that points nowhere.
+/// All of them by one statement. Throws TagRefusal for the first that points nowhere.
 void requireRows(Connection& db, std::vector<NamedKey> keys) {
   std::erase_if(keys, [](const NamedKey& each) { return each.id == 0; });
   if (keys.empty()) return;

@@ -3,13 +3,15 @@
 #include <cstdint>
 #include <vector>
 
+#include "server/desk/booking_draft.h"
 #include "server/desk/booking_store.h"
-#include "server/requests/booking_message.h"
+#include "server/desk/thing_store.h"
+#include "server/desk/usage_check.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
 
-/// A booking's things with everything that is stored of them.
+/// A booking's things with all that is stored of them.
 struct ResolvedPiece {
   Piece piece;  ///< its id is 0 on a wish, which has a type only
   bool inRoom = false;
@@ -18,16 +20,16 @@ struct ResolvedPiece {
 struct ResolvedThings {
   std::vector<ResolvedPiece> equipment;
   std::vector<MediaAsk> media;
-  bool roomSatisfied = false;  ///< what stands in the room made a wish needless
+  bool roomSatisfied = false;  ///< what is in the room satisfied a wish
 };
 
-/// Looks everything up that the draft names, takes out what is named twice, members of groups that are in the
-/// booking themselves, and what the room of the question satisfies.
-/// Throws Refused for a key that points nowhere.
+/// Looks up everything that the draft names and removes what is named twice, members of groups that are in
+/// the booking themselves, and what the room of the question satisfies. Throws TagRefusal for a key that
+/// points nowhere.
 [[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft,
                                            const UsageQuestion& question);
 
-/// Throws Refused where a patron, room, location or type of the draft does not exist.
+/// Throws TagRefusal where a patron, room, location or type of the draft does not exist.
 void requireKeys(Connection& db, const BookingDraft& draft);
 
 /// What is written of a booking, and who writes it.

@@ -1,4 +1,5 @@
 #include "server/desk/calendar_store.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 
@@ -41,9 +42,9 @@ std::array<OpenHours, 7> weekOf(Connection& db, std::int64_t calendarId) {
   return week;
 }
 
-std::vector<ExceptionRow> exceptionsOf(Connection& db, std::int64_t calendarId) {
-  std::vector<ExceptionRow> rows;
-  ExceptionRow row;
+std::vector<OpenException> exceptionsOf(Connection& db, std::int64_t calendarId) {
+  std::vector<OpenException> rows;
+  OpenException row;
   Query query(db,
               "select on_date, is_open, opens_at, closes_at from calendar_exceptions "
               "where calendar_id = :calendar_id order by on_date");

@@ -7,19 +7,13 @@
 #include <vector>
 
 #include "server/base/moment.h"
+#include "server/policy/policy_calendar.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
 
 /// What a calendar governs.
 enum class CalendarKind : int { Delivery = 0, Room = 1, Pickup = 2 };
-
-/// The hours of one day, as minutes since midnight.
-struct OpenHours {
-  bool open = false;
-  int opensAt = 0;
-  int closesAt = 0;
-};
 
 struct CalendarRow {
   std::int64_t id = 0;
@@ -35,10 +29,6 @@ struct CalendarRow {
 /// The week of a calendar, from Sunday.
 [[nodiscard]] std::array<OpenHours, 7> weekOf(Connection& db, std::int64_t calendarId);
 
-struct ExceptionRow {
-  Moment date = 0;
-  OpenHours hours;
-};
-[[nodiscard]] std::vector<ExceptionRow> exceptionsOf(Connection& db, std::int64_t calendarId);
+[[nodiscard]] std::vector<OpenException> exceptionsOf(Connection& db, std::int64_t calendarId);
 
 }  // namespace vantry::server

@@ -4,6 +4,7 @@
 
 #include "server/desk/occupancy.h"
 #include "server/desk/thing_store.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

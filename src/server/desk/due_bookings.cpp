@@ -6,6 +6,7 @@
 #include "server/desk/circulation_store.h"
 #include "server/desk/occupancy.h"
 #include "server/policy/circulation_rules.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

@@ -4,6 +4,7 @@
 
 #include "server/base/moment.h"
 #include "server/base/person_name.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {
@@ -94,6 +95,34 @@ std::vector<CategoryRow> groupTypesOutside(Connection& db, std::int64_t roomId) 
               "where t.of_groups = 1 group by t.id, t.name order by t.name");
   query.bind("room_id", roomId);
   return readCategories(query);
+}
+
+std::vector<CategoryRow> typesWithLooseEquipment(Connection& db, std::int64_t roomId) {
+  Query query(db,
+              "select t.id, t.name, (select count(*) from equipment e where e.equipment_type_id = t.id and "
+              "e.group_id is null and coalesce(e.room_id, 0) <> :room_id) from equipment_types t "
+              "where t.of_groups = 0 order by t.name");
+  query.bind("room_id", roomId == 0 ? -1 : roomId);
+  std::vector<CategoryRow> rows;
+  CategoryRow row;
+  query.into(row.id, row.name, row.count);
+  while (query.next()) {
+    if (row.count > 0) rows.push_back(row);
+  }
+  return rows;
+}
+
+std::vector<NamedRow> mediaTypes(Connection& db) {
+  Query query(db, "select id, name from media_types order by name");
+  return namedRows(query);
+}
+
+std::vector<NamedRow> equipmentNeededBy(Connection& db, std::int64_t mediaTypeId) {
+  Query query(db,
+              "select t.id, t.name from media_type_equipment n join equipment_types t on "
+              "t.id = n.equipment_type_id where n.media_type_id = :media_type_id order by t.name");
+  query.bind("media_type_id", mediaTypeId);
+  return namedRows(query);
 }
 
 std::vector<CategoryRow> roomTypes(Connection& db) {

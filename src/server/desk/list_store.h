@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "server/base/named_row.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -33,9 +34,16 @@ struct CategoryRow {
   bool storage = false;  ///< rooms only
 };
 [[nodiscard]] std::vector<CategoryRow> equipmentTypes(Connection& db, bool ofGroups);
-/// Types of groups, counting the groups that do not stand in the room; types without one are left out.
+/// Types of groups, counting the groups that are not in the room; types without one are left out.
 [[nodiscard]] std::vector<CategoryRow> groupTypesOutside(Connection& db, std::int64_t roomId);
+/// Types of pieces, counting those that belong to no group and are not in the room; types without one are
+/// left out.
+[[nodiscard]] std::vector<CategoryRow> typesWithLooseEquipment(Connection& db, std::int64_t roomId);
 [[nodiscard]] std::vector<CategoryRow> roomTypes(Connection& db);
+
+[[nodiscard]] std::vector<NamedRow> mediaTypes(Connection& db);
+/// The types of equipment that a media type needs.
+[[nodiscard]] std::vector<NamedRow> equipmentNeededBy(Connection& db, std::int64_t mediaTypeId);
 
 /// Years in which something went to maintenance, the latest first.
 [[nodiscard]] std::vector<int> yearsOfMaintenance(Connection& db);

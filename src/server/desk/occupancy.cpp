@@ -5,6 +5,7 @@
 #include <set>
 #include <string_view>
 
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

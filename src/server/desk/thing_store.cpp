@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {
@@ -178,6 +179,14 @@ std::string popupNoteOfRoom(Connection& db, std::int64_t id, std::int64_t occasi
                  "select n.content from room_notes n join note_types t on t.id = n.note_type_id "
                  "where n.room_id = :id and t.popup_kind = :occasion order by t.id desc",
                  id, occasion);
+}
+
+Handling handlingOfType(Connection& db, std::int64_t typeId) {
+  Handling handling;
+  Query query(db, "select setup_minutes, cleanup_minutes from equipment_types where id = :id");
+  query.bind("id", typeId);
+  fetchOne(query, handling.setup, handling.cleanup);
+  return handling;
 }
 
 std::string equipmentTypeName(Connection& db, std::int64_t id) {

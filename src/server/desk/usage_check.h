@@ -7,7 +7,6 @@
 #include "server/desk/thing_store.h"
 #include "server/policy/policy_rules.h"
 #include "server/policy/policy_times.h"
-#include "server/requests/reply.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -30,12 +29,12 @@ struct MediaAsk {
 struct UsageQuestion {
   const DeskPolicy& policy;
   std::vector<Period> times;   ///< for which the things are taken
-  std::int64_t bookingId = 0;  ///< the booking itself, which is not in its own way; 0 for a new one
+  std::int64_t bookingId = 0;  ///< the booking itself, which does not conflict with itself; 0 for a new one
   std::int64_t roomId = 0;     ///< where the booking takes place; 0 for none
-  Moment now = 0;              ///< what is out at this moment is not there for times that have begun
+  Moment now = 0;              ///< what is out at this moment is not available for times that have begun
 };
 
-/// Which questions a request puts.
+/// What a request asks.
 struct Aspects {
   bool types = false;      ///< whether the types may be booked, and for how long
   bool places = false;     ///< whether the things belong to the desk's policy, and their status
@@ -67,7 +66,7 @@ struct UsageConflict {
 };
 
 struct Findings {
-  bool notInStorage = false;  ///< a piece stands where it cannot be fetched from
+  bool notInStorage = false;  ///< a piece is kept where it cannot be fetched from
   bool noneInPolicy = false;  ///< a wish that nothing in the desk's policy can ever fill
   std::string wished;         ///< what that wish was for
   std::vector<PolicyFailure> failures;
@@ -78,7 +77,7 @@ struct Findings {
   }
 };
 
-/// Throws Refused for a key that points nowhere.
+/// Throws TagRefusal for a key that points nowhere.
 [[nodiscard]] Findings judgeEquipment(Connection& db, const UsageQuestion& question,
                                       const std::vector<EquipmentAsk>& asks, const Aspects& aspects);
 /// The same for pieces that have been looked up; one without a key is a wish for its type.
@@ -88,14 +87,5 @@ struct Findings {
                                   const std::vector<MediaAsk>& asks, const Aspects& aspects);
 [[nodiscard]] Findings judgeRoom(Connection& db, const UsageQuestion& question, const BookableRoom& room,
                                  const Aspects& aspects);
-
-/// The answers of the checks, by what they judge: 149 or 179 for equipment, 150 for media, 107 or 185 for a
-/// room.
-[[nodiscard]] Reply equipmentReply(const Findings& findings);
-[[nodiscard]] Reply mediaReply(const Findings& findings);
-[[nodiscard]] Reply roomReply(const Findings& findings);
-
-/// Refuses the message: the tag's value points nowhere or makes no sense.
-[[noreturn]] void refuseTag(std::string_view tag);
 
 }  // namespace vantry::server

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

@@ -13,9 +13,9 @@
 #include <httplib.h>
 #include <spdlog/spdlog.h>
 
-#include "server/base/json_text.h"
 #include "server/http/wire.h"
 #include "server/requests/reply.h"
+#include "words/json_text.h"
 
 namespace vantry::server {
 
@@ -35,7 +35,7 @@ void answer(httplib::Response& response, int status, std::string json) {
 }
 
 void refuse(httplib::Response& response, int status, std::string_view sentence) {
-  answer(response, status, errorJson(sentence));
+  answer(response, status, jsonObject({{"error", sentence}}));
 }
 
 void refuseForNow(httplib::Response& response, Moment seconds) {
@@ -100,7 +100,7 @@ int refusalOfBody(const httplib::Request& request) {
 void refuseAndClose(httplib::Response& response, int status) {
   response.status = status;
   response.set_header("Connection", "close");
-  const std::string body = errorJson(sentenceFor(status));
+  const std::string body = jsonObject({{"error", sentenceFor(status)}});
   response.set_content_provider(
       body.size(), jsonType, [body](std::size_t from, std::size_t length, httplib::DataSink& sink) {
         sink.write(body.data() + from, length);
@@ -276,11 +276,7 @@ class HttpFront::Impl {
     if (result.kind == Kind::Refused) {
       return refuse(response, 401, "The operator or the password is wrong.");
     }
-    std::string json = "{\"session\":";
-    appendJsonText(json, result.token);
-    json += ",\"operator\":";
-    appendJsonText(json, result.login);
-    answer(response, 200, json + "}");
+    answer(response, 200, jsonObject({{"session", result.token}, {"operator", result.login}}));
   }
 
   void logout(const httplib::Request& request, httplib::Response& response) {

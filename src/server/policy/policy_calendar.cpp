@@ -27,7 +27,7 @@ const OpenCalendar* calendarFor(std::span<const OpenCalendar> calendars, Moment 
 
 const OpenHours* exceptionFor(const OpenCalendar& calendar, Moment date) {
   const auto found = std::find_if(calendar.exceptions.begin(), calendar.exceptions.end(),
-                                  [&](const ExceptionRow& each) { return each.date == date; });
+                                  [&](const OpenException& each) { return each.date == date; });
   return found == calendar.exceptions.end() ? nullptr : &found->hours;
 }
 

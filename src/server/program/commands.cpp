@@ -59,7 +59,7 @@ int countOfBookings(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, count);
   if (rest != end || error != std::errc{} || count < 0) {
-    throw AdministrationError("\"" + text + "\" is no number of bookings.");
+    throw UserError("\"" + text + "\" is no number of bookings.");
   }
   return count;
 }
@@ -73,9 +73,9 @@ void refuseFaults(const RuleFaults& faults) {
   if (faults.count() == 0) return;
   for (const std::string& fault : faults.told()) std::cerr << fault << '\n';
   const bool all = faults.count() == faults.told().size();
-  throw AdministrationError("Nothing was taken. The file has " + std::to_string(faults.count()) +
-                            (faults.count() == 1 ? " fault." : " faults.") +
-                            (all ? "" : " The first " + std::to_string(faults.told().size()) + " are told."));
+  throw UserError("Nothing was taken. The file has " + std::to_string(faults.count()) +
+                  (faults.count() == 1 ? " fault." : " faults.") +
+                  (all ? "" : " The first " + std::to_string(faults.told().size()) + " are told."));
 }
 
 bool isLoopback(const std::string& address) {
@@ -104,14 +104,14 @@ void makeDemo(const std::string& database, DemoOptions options, const std::vecto
     options.bookingsOnCount = countOfBookings(bookingsOn.at(1));
   }
   if (!createDemoDatabase(database, options)) {
-    throw AdministrationError("The database holds a library already.");
+    throw UserError("The database holds a library already.");
   }
   std::cout << "The demo library stands in " << database << ".\n";
 }
 
 void serve(const Server::Options& options, bool behindProxy) {
   if (options.certificate.empty() && !isLoopback(options.address) && !behindProxy) {
-    throw AdministrationError(
+    throw UserError(
         "Passwords would travel in the clear: give --certificate and --key, or say --behind-proxy when "
         "something in "
         "front of this server speaks TLS.");

@@ -1,15 +1,9 @@
 #include "server/program/server.h"
 
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
-
-#include <spdlog/spdlog.h>
-
 #include "server/base/moment.h"
 #include "server/catalogue/catalogue_store.h"
 #include "server/http/http_front.h"
+#include "server/jobs/housekeeping.h"
 #include "server/requests/runner.h"
 #include "server/store/database.h"
 #include "server/store/migrations.h"
@@ -19,24 +13,23 @@ namespace vantry {
 
 using namespace server;
 
-namespace {
-
-constexpr std::chrono::seconds housekeepingPeriod{60};
-
-Database& upToDate(Database& database) {
+static Database& upToDate(Database& database) {
   migrate(database);
   indexCatalogue(database);
   return database;
 }
 
-}  // namespace
+static Clock clockOf(const Server::Options& options) {
+  return options.clock ? options.clock : Clock(wallClock);
+}
 
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
       : database_(options.database, {.connections = 8, .patience = options.patience}),
-        runner_(upToDate(database_), options.clock ? options.clock : Clock(wallClock),
+        runner_(upToDate(database_), clockOf(options),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive),
+        housekeeper_(database_, clockOf(options)),
         front_(runner_, {.address = options.address,
                          .port = options.port,
                          .certificate = options.certificate,
@@ -50,47 +43,21 @@ class Server::Impl {
 
   void start() {
     front_.start();
-    keeper_ = std::thread([this] { keepHouse(); });
+    housekeeper_.start();
   }
 
   void stop() {
-    {
-      const std::lock_guard lock(mutex_);
-      stopping_ = true;
-    }
-    wake_.notify_all();
-    if (keeper_.joinable()) keeper_.join();
+    housekeeper_.stop();
     front_.stop();
   }
 
   [[nodiscard]] int port() const { return front_.port(); }
 
  private:
-  void keepHouse() {
-    std::unique_lock lock(mutex_);
-    while (!stopping_) {
-      lock.unlock();
-      keepHouseOnce();
-      lock.lock();
-      wake_.wait_for(lock, housekeepingPeriod, [&] { return stopping_; });
-    }
-  }
-
-  void keepHouseOnce() {
-    try {
-      runner_.keepHouse();
-    } catch (const StoreError& error) {
-      spdlog::warn("housekeeping is put off: {}", error.what());
-    }
-  }
-
   Database database_;
   RequestRunner runner_;
+  Housekeeper housekeeper_;
   HttpFront front_;
-  std::thread keeper_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  bool stopping_ = false;
 };
 
 Server::Server(const Options& options) {

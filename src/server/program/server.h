@@ -5,10 +5,12 @@
 #include <memory>
 #include <string>
 
+#include "server/setup/demo/demo.h"
+
 namespace vantry {
 
-/// The server of a library's bookings, for the program `vantry-server` and for a client that brings its own.
-/// It always speaks HTTP, on the loopback too, so that there is one way in.
+/// The server of a library's bookings, for the program `vantry-server` and for the client's embedded server.
+/// It always speaks HTTP, on the loopback too, so that there is one way to reach it.
 class Server {
  public:
   struct Options {
@@ -24,14 +26,14 @@ class Server {
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
   };
 
-  /// Opens the database and brings its schema up to date. Throws std::runtime_error with a sentence for
+  /// Opens the database and updates its schema. Throws std::runtime_error with a sentence for
   /// people when the database cannot be opened or written, or is of a newer version.
   explicit Server(const Options& options);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
-  /// Listens and serves on threads of its own. Throws std::runtime_error when the address cannot be had.
+  /// Listens and serves on threads of its own. Throws std::runtime_error when the address is not available.
   void start();
 
   /// The port that it listens on, after `start`.
@@ -44,20 +46,5 @@ class Server {
   class Impl;
   std::unique_ptr<Impl> impl_;
 };
-
-/// What a demo library is made from. The same values give the same library.
-struct DemoOptions {
-  std::uint32_t seed = 1;
-  std::string date;        ///< "YYYY-MM-DD", the day it is made for; empty: today
-  int daysBack = 365;      ///< bookings reach so far into the past
-  int daysAhead = 365;     ///< and into the future
-  std::string bookingsOn;  ///< a day that gets exactly `bookingsOnCount` bookings; empty: none
-  int bookingsOnCount = 0;
-};
-
-/// Writes a small believable library into the database if the database is new (the file is missing or holds
-/// no library); false when it already holds one, which then stays as it is. Operators and passwords:
-/// docs/demo.md. Throws std::runtime_error.
-bool createDemoDatabase(const std::string& database, const DemoOptions& options = {});
 
 }  // namespace vantry

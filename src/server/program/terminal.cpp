@@ -73,7 +73,7 @@ std::string ask(const char* question) {
 
 std::string askTwice() {
   std::string first = ask("New password: ");
-  if (ask("Again: ") != first) throw AdministrationError("The two passwords differ.");
+  if (ask("Again: ") != first) throw UserError("The two passwords differ.");
   return first;
 }
 
@@ -81,8 +81,7 @@ std::string askTwice() {
 
 std::string readNewPassword() {
   std::string password = isatty(STDIN_FILENO) != 0 ? askTwice() : readLine();
-  if (const std::string weakness = weaknessOf(password); !weakness.empty())
-    throw AdministrationError(weakness);
+  if (const std::string weakness = weaknessOf(password); !weakness.empty()) throw UserError(weakness);
   return password;
 }
 

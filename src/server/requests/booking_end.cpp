@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "server/access/audit.h"
 #include "server/desk/booking_store.h"
 #include "server/desk/occupancy.h"
 #include "server/requests/handlers.h"
@@ -60,7 +61,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> bookingEndRequests() {
+std::span<const HandlerRow> bookingEndHandlers() {
   return rows;
 }
 

@@ -4,9 +4,11 @@
 #include <array>
 #include <cstdlib>
 
+#include "server/base/tag_refusal.h"
+#include "server/desk/list_store.h"
 #include "server/desk/policy_store.h"
+#include "server/desk/thing_store.h"
 #include "server/requests/booking_message.h"
-#include "server/store/query_help.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -40,23 +42,11 @@ Reply popupNote(Context& context, const Message& message) {
                                         : popupNoteOfRoom(context.db, id, occasion));
 }
 
-struct Handling {
-  std::int64_t setup = 0;
-  std::int64_t cleanup = 0;
-};
-
 Handling handlingOf(Context& context, const EquipmentAsk& ask) {
-  Handling handling;
-  std::int64_t type = ask.typeId;
-  if (ask.piece != 0) {
-    const std::optional<Piece> piece = findPiece(context.db, ask.piece);
-    if (!piece) refuseTag(tags::EID);
-    type = piece->typeId;
-  }
-  Query query(context.db, "select setup_minutes, cleanup_minutes from equipment_types where id = :id");
-  query.bind("id", type);
-  fetchOne(query, handling.setup, handling.cleanup);
-  return handling;
+  if (ask.piece == 0) return handlingOfType(context.db, ask.typeId);
+  const std::optional<Piece> piece = findPiece(context.db, ask.piece);
+  if (!piece) refuseTag(tags::EID);
+  return handlingOfType(context.db, piece->typeId);
 }
 
 /// One after the other: what stands in the room already needs no hand.
@@ -75,16 +65,10 @@ Reply suggestMinutes(Context& context, const Message& message) {
 Reply equipmentForMedia(Context& context, const Message& message) {
   const std::int64_t mediaType = message.number(tags::MTID);
   const DeskPolicy policy = policyFor(context, message);
-  std::int64_t type = 0;
-  std::string name;
-  Query query(context.db,
-              "select t.id, t.name from media_type_equipment n join equipment_types t on "
-              "t.id = n.equipment_type_id where n.media_type_id = :media_type_id order by t.name");
-  query.bind("media_type_id", mediaType).into(type, name);
   Reply reply;
   reply.head(tags::MTY, mediaTypeName(context.db, mediaType));
-  while (query.next()) {
-    if (policy.equipmentRule(type).mayBook) reply.record().set(tags::ETI, type).set(tags::ETY, name);
+  for (const NamedRow& row : equipmentNeededBy(context.db, mediaType)) {
+    if (policy.equipmentRule(row.id).mayBook) reply.record().set(tags::ETI, row.id).set(tags::ETY, row.name);
   }
   return reply;
 }
@@ -97,7 +81,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> bookingListRequests() {
+std::span<const HandlerRow> bookingListHandlers() {
   return rows;
 }
 

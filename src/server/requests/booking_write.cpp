@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <array>
 
+#include "server/base/tag_refusal.h"
 #include "server/desk/booking_writer.h"
 #include "server/desk/policy_store.h"
+#include "server/requests/booking_message.h"
+#include "server/requests/usage_reply.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -140,7 +143,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> bookingWriteRequests() {
+std::span<const HandlerRow> bookingWriteHandlers() {
   return rows;
 }
 

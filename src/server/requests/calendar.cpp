@@ -27,14 +27,6 @@ constexpr std::array<DayTags, 7> dayTags{{
     {tags::SASOP, tags::SAHBE, tags::SAHEE},
 }};
 
-/// Minutes since midnight as "HHMM".
-std::string clockText(int minutes) {
-  const int number = minutes / 60 * 100 + minutes % 60;
-  std::string text = std::to_string(number);
-  if (text.size() < 4) text.insert(0, 4 - text.size(), '0');
-  return text;
-}
-
 Reply calendarList(Context& context, CalendarKind kind) {
   Reply reply;
   const Moment today = startOfDay(context.now);
@@ -78,7 +70,7 @@ Reply calendarDetail(Context& context, const Message& message) {
 
 Reply calendarExceptions(Context& context, const Message& message) {
   Reply reply;
-  for (const ExceptionRow& row : exceptionsOf(context.db, message.number(tags::MCID))) {
+  for (const OpenException& row : exceptionsOf(context.db, message.number(tags::MCID))) {
     reply.record().set(tags::EXDT, dateText(row.date)).set(tags::EXOP, row.hours.open ? "Y" : "N");
     if (!row.hours.open) continue;
     reply.set(tags::EXOPH, clockText(row.hours.opensAt)).set(tags::EXCLH, clockText(row.hours.closesAt));
@@ -94,7 +86,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> calendarRequests() {
+std::span<const HandlerRow> calendarHandlers() {
   return rows;
 }
 

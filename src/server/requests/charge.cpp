@@ -290,7 +290,7 @@ constexpr std::array rows{HandlerRow{"CBK", chargeBooking}};
 
 }  // namespace
 
-std::span<const HandlerRow> chargeRequests() {
+std::span<const HandlerRow> chargeHandlers() {
   return rows;
 }
 

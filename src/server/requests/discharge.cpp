@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 
+#include "server/base/tag_refusal.h"
 #include "server/desk/circulation_store.h"
 #include "server/desk/thing_store.h"
 #include "server/desk/usage_check.h"
@@ -153,7 +154,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> dischargeRequests() {
+std::span<const HandlerRow> dischargeHandlers() {
   return rows;
 }
 

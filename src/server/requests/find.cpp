@@ -2,10 +2,10 @@
 
 #include <array>
 
-#include "server/base/search_text.h"
-#include "server/desk/usage_check.h"
+#include "server/access/rights.h"
+#include "server/base/tag_refusal.h"
+#include "server/desk/patron_store.h"
 #include "server/requests/handlers.h"
-#include "server/store/query_help.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -22,39 +22,21 @@ constexpr std::string_view patronRights = "PACOU PAV PAADD PAUPD PADEL BKV BKADD
 /// look like a whole one.
 constexpr std::int64_t mostFound = 32767;
 
-std::string barcodeSql(Connection& db) {
-  return "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name "
-         "from patron_barcodes c join patrons p on p.id = c.patron_id "
-         "join patron_groups g on g.id = c.patron_group_id join barcode_statuses s on s.id = c.status_id "
-         "where " +
-         inRange(db, "c.barcode") + " order by p.last_name, p.first_name, c.id limit " +
-         std::to_string(mostFound + 1);
-}
-
 Reply patronsByBarcode(Context& context, std::string_view text) {
-  const TextRange range = textRange(text);
   Reply reply;
-  if (range.high.empty()) return reply.head(tags::SRCHCNT, "0");
-  std::int64_t id = 0;
-  std::int64_t group = 0;
-  std::int64_t status = 0;
-  std::array<std::string, 6> texts;
-  const std::string sql = barcodeSql(context.db);
-  Query query(context.db, sql);
-  query.bind("low", range.low).bind("high", range.high);
-  query.into(id, texts[0], texts[1], texts[2], group, texts[3], texts[4], status, texts[5]);
-  while (query.next()) {
+  const auto add = [&](const FoundCard& card) {
     reply.record()
-        .set(tags::PID, id)
-        .set(tags::PLN, texts[0])
-        .set(tags::PFN, texts[1])
-        .set(tags::PMN, texts[2])
-        .set(tags::PGID, group)
-        .set(tags::PGNM, texts[3])
-        .set(tags::BNO, texts[4])
-        .set(tags::BSI, status)
-        .set(tags::BST, texts[5]);
-  }
+        .set(tags::PID, card.patronId)
+        .set(tags::PLN, card.lastName)
+        .set(tags::PFN, card.firstName)
+        .set(tags::PMN, card.middleName)
+        .set(tags::PGID, card.groupId)
+        .set(tags::PGNM, card.group)
+        .set(tags::BNO, card.barcode)
+        .set(tags::BSI, card.statusId)
+        .set(tags::BST, card.status);
+  };
+  visitCards(context.db, text, mostFound + 1, add);
   if (reply.recordCount() > mostFound) refuseTag(tags::SRCHVAL);
   return reply.head(tags::SRCHCNT, reply.recordCount());
 }
@@ -70,7 +52,7 @@ constexpr std::array rows{HandlerRow{"FIND", find}};
 
 }  // namespace
 
-std::span<const HandlerRow> findRequests() {
+std::span<const HandlerRow> findHandlers() {
   return rows;
 }
 

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+
+#include "server/base/number_text.h"
 
 namespace vantry::server {
 
@@ -15,13 +16,6 @@ const TagValue* find(std::span<const TagValue> tags, std::string_view tag) {
 }
 
 }  // namespace
-
-std::int64_t numberOf(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  std::int64_t value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  return result.ec == std::errc{} ? value : 0;
-}
 
 bool Message::has(std::string_view tag) const {
   return find(tags_, tag) != nullptr;
@@ -45,12 +39,12 @@ std::vector<std::int64_t> Message::numbers(std::string_view tag) const {
 }
 
 const HandlerRow* findHandler(std::string_view code) {
-  const std::array families{operatorRequests(),      listRequests(),        scheduleRequests(),
-                            calendarRequests(),      bookingEndRequests(),  bookingReadRequests(),
-                            bookingWriteRequests(),  bookingListRequests(), placeCheckRequests(),
-                            usageCheckRequests(),    patronRequests(),      mediaRequests(),
-                            chargeRequests(),        dischargeRequests(),   circulationSearchRequests(),
-                            equipmentListRequests(), findRequests(),        catalogueRequests()};
+  const std::array families{operatorHandlers(),      listHandlers(),        scheduleHandlers(),
+                            calendarHandlers(),      bookingEndHandlers(),  bookingReadHandlers(),
+                            bookingWriteHandlers(),  bookingListHandlers(), placeCheckHandlers(),
+                            usageCheckHandlers(),    patronHandlers(),      mediaHandlers(),
+                            chargeHandlers(),        dischargeHandlers(),   circulationSearchHandlers(),
+                            equipmentListHandlers(), findHandlers(),        catalogueHandlers()};
   for (const std::span<const HandlerRow> family : families) {
     for (const HandlerRow& row : family) {
       if (row.code == code) return &row;

@@ -5,10 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "server/access/accounts.h"
+#include "server/access/sessions.h"
 #include "server/base/moment.h"
 #include "server/requests/reply.h"
-#include "server/store/database.h"
 #include "words/requests.h"
 
 namespace vantry::server {
@@ -29,8 +28,7 @@ class Message {
   std::span<const TagValue> tags_;
 };
 
-/// The number at the start of the text; 0 where there is none.
-[[nodiscard]] std::int64_t numberOf(std::string_view text);
+class Connection;
 
 /// What a request runs in: one transaction, the operator's session and one moment for all of it.
 struct Context {
@@ -40,7 +38,7 @@ struct Context {
 };
 
 /// Thrown by a request that refuses after it has begun to write: everything that it wrote is undone, and the
-/// reply goes out.
+/// reply is sent.
 struct Refused {
   Reply reply;
 };
@@ -55,24 +53,24 @@ struct HandlerRow {
 
 /// The families of requests, each in a file of its own. OPOV is none of them: it checks a password, which no
 /// transaction waits for.
-[[nodiscard]] std::span<const HandlerRow> operatorRequests();
-[[nodiscard]] std::span<const HandlerRow> listRequests();
-[[nodiscard]] std::span<const HandlerRow> scheduleRequests();
-[[nodiscard]] std::span<const HandlerRow> calendarRequests();
-[[nodiscard]] std::span<const HandlerRow> bookingEndRequests();
-[[nodiscard]] std::span<const HandlerRow> bookingReadRequests();
-[[nodiscard]] std::span<const HandlerRow> bookingWriteRequests();
-[[nodiscard]] std::span<const HandlerRow> bookingListRequests();
-[[nodiscard]] std::span<const HandlerRow> placeCheckRequests();
-[[nodiscard]] std::span<const HandlerRow> usageCheckRequests();
-[[nodiscard]] std::span<const HandlerRow> patronRequests();
-[[nodiscard]] std::span<const HandlerRow> mediaRequests();
-[[nodiscard]] std::span<const HandlerRow> catalogueRequests();
-[[nodiscard]] std::span<const HandlerRow> chargeRequests();
-[[nodiscard]] std::span<const HandlerRow> dischargeRequests();
-[[nodiscard]] std::span<const HandlerRow> circulationSearchRequests();
-[[nodiscard]] std::span<const HandlerRow> equipmentListRequests();
-[[nodiscard]] std::span<const HandlerRow> findRequests();
+[[nodiscard]] std::span<const HandlerRow> operatorHandlers();
+[[nodiscard]] std::span<const HandlerRow> listHandlers();
+[[nodiscard]] std::span<const HandlerRow> scheduleHandlers();
+[[nodiscard]] std::span<const HandlerRow> calendarHandlers();
+[[nodiscard]] std::span<const HandlerRow> bookingEndHandlers();
+[[nodiscard]] std::span<const HandlerRow> bookingReadHandlers();
+[[nodiscard]] std::span<const HandlerRow> bookingWriteHandlers();
+[[nodiscard]] std::span<const HandlerRow> bookingListHandlers();
+[[nodiscard]] std::span<const HandlerRow> placeCheckHandlers();
+[[nodiscard]] std::span<const HandlerRow> usageCheckHandlers();
+[[nodiscard]] std::span<const HandlerRow> patronHandlers();
+[[nodiscard]] std::span<const HandlerRow> mediaHandlers();
+[[nodiscard]] std::span<const HandlerRow> catalogueHandlers();
+[[nodiscard]] std::span<const HandlerRow> chargeHandlers();
+[[nodiscard]] std::span<const HandlerRow> dischargeHandlers();
+[[nodiscard]] std::span<const HandlerRow> circulationSearchHandlers();
+[[nodiscard]] std::span<const HandlerRow> equipmentListHandlers();
+[[nodiscard]] std::span<const HandlerRow> findHandlers();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

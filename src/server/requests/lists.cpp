@@ -56,7 +56,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> listRequests() {
+std::span<const HandlerRow> listHandlers() {
   return rows;
 }
 

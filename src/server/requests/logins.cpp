@@ -3,9 +3,13 @@
 
 #include <optional>
 
-#include "server/access/accounts.h"
+#include "server/access/audit.h"
+#include "server/access/operators.h"
+#include "server/access/rights.h"
+#include "server/access/sessions.h"
+#include "server/access/stored_replies.h"
+#include "server/access/tries.h"
 #include "server/requests/handlers.h"
-#include "server/requests/reply_store.h"
 #include "server/requests/runner.h"
 #include "words/tags.h"
 

@@ -2,8 +2,11 @@
 
 #include <array>
 
-#include "server/requests/booking_message.h"
-#include "server/store/query_help.h"
+#include "server/base/number_text.h"
+#include "server/desk/list_store.h"
+#include "server/desk/media_store.h"
+#include "server/desk/thing_store.h"
+#include "server/requests/handlers.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -11,27 +14,16 @@ namespace vantry::server {
 namespace {
 
 Reply titlesOfBarcode(Context& context, const Message& message) {
-  std::int64_t title = 0;
-  std::int64_t holding = 0;
-  std::int64_t item = 0;
-  std::string name;
-  std::int64_t mediaType = 0;
-  std::string typeName;
-  Query query(context.db,
-              "select i.title_id, i.holding_id, i.id, t.title, i.media_type_id, m.name from items i "
-              "join titles t on t.id = i.title_id left join media_types m on m.id = i.media_type_id "
-              "where i.barcode = :barcode order by i.id");
-  query.bind("barcode", message.text(tags::IB)).into(title, holding, item, name, mediaType, typeName);
   Reply reply(rc::notFound);
-  while (!message.text(tags::IB).empty() && query.next()) {
+  for (const ItemRow& row : itemsOfBarcode(context.db, message.text(tags::IB))) {
     reply.setRc(0);
     reply.record()
-        .set(tags::BI, title)
-        .set(tags::MI, holding)
-        .set(tags::IM, item)
-        .set(tags::TITL, name)
-        .set(tags::MTID, mediaType)
-        .set(tags::MTY, typeName);
+        .set(tags::BI, row.titleId)
+        .set(tags::MI, row.holdingId)
+        .set(tags::IM, row.id)
+        .set(tags::TITL, row.title)
+        .set(tags::MTID, row.mediaTypeId)
+        .set(tags::MTY, row.mediaTypeName);
   }
   return reply;
 }
@@ -69,16 +61,9 @@ Reply itemDetails(Context& context, const Message& message) {
 }
 
 Reply holdingDetails(Context& context, const Message& message) {
-  std::int64_t id = 0;
-  std::string callNumber;
-  std::string location;
-  Query query(context.db,
-              "select h.id, h.call_number, l.name from holdings h join locations l on l.id = h.location_id "
-              "where h.title_id = :title_id or h.id = :id order by h.id");
-  query.bind("title_id", message.number(tags::BI)).bind("id", message.number(tags::MI));
-  query.into(id, callNumber, location);
   Reply reply;
-  while (query.next()) reply.record().set(tags::MI, id).set(tags::CN, callNumber).set(tags::LO, location);
+  for (const HoldingRow& row : holdingsOf(context.db, message.number(tags::BI), message.number(tags::MI)))
+    reply.record().set(tags::MI, row.id).set(tags::CN, row.callNumber).set(tags::LO, row.location);
   return reply;
 }
 
@@ -98,28 +83,15 @@ std::vector<TitleAsk> titleAsks(const Message& message) {
 
 /// One record per item, and one for holdings that have none.
 void addHoldings(Reply& reply, Connection& db, const TitleAsk& ask) {
-  std::int64_t holding = 0;
-  std::int64_t item = 0;
-  std::int64_t mediaType = 0;
-  std::int64_t copy = 0;
-  std::array<std::string, 7> texts;
-  Query query(db,
-              "select h.id, i.id, t.title, i.media_type_id, m.name, l.name, h.call_number, i.enumeration, "
-              "i.chronology, i.year, i.copy from holdings h join titles t on t.id = h.title_id "
-              "join locations l on l.id = h.location_id left join items i on i.holding_id = h.id "
-              "left join media_types m on m.id = i.media_type_id where h.title_id = :title_id and "
-              "(:any_holding = 0 or h.id = :holding_id) order by h.id, i.copy, i.id");
-  query.bind("title_id", ask.title).bind("any_holding", ask.holding).bind("holding_id", ask.holding);
-  query.into(holding, item, texts[0], mediaType, texts[1], texts[2], texts[3], texts[4], texts[5], texts[6],
-             copy);
-  while (query.next()) {
-    reply.record().set(tags::BI, ask.title).set(tags::MI, holding);
-    if (item != 0) reply.set(tags::IM, item);
-    reply.set(tags::TITL, texts[0]);
-    if (item != 0) reply.set(tags::MTID, mediaType);
-    reply.set(tags::MTY, texts[1]).set(tags::LO, texts[2]).set(tags::CN, texts[3]);
-    reply.set(tags::EN, texts[4]).set(tags::CH, texts[5]).set(tags::YR, texts[6]);
-    if (item != 0) reply.set(tags::CP, copy);
+  for (const ItemRow& row : itemsOfTitle(db, ask.title, ask.holding)) {
+    const bool isItem = row.id != 0;
+    reply.record().set(tags::BI, row.titleId).set(tags::MI, row.holdingId);
+    if (isItem) reply.set(tags::IM, row.id);
+    reply.set(tags::TITL, row.title);
+    if (isItem) reply.set(tags::MTID, row.mediaTypeId);
+    reply.set(tags::MTY, row.mediaTypeName).set(tags::LO, row.location).set(tags::CN, row.callNumber);
+    reply.set(tags::EN, row.enumeration).set(tags::CH, row.chronology).set(tags::YR, row.year);
+    if (isItem) reply.set(tags::CP, row.copy);
   }
 }
 
@@ -129,13 +101,10 @@ Reply holdingsAndItems(Context& context, const Message& message) {
   return reply;
 }
 
-Reply mediaTypes(Context& context, const Message&) {
-  std::int64_t id = 0;
-  std::string name;
-  Query query(context.db, "select id, name from media_types order by name");
-  query.into(id, name);
+Reply mediaTypeList(Context& context, const Message&) {
   Reply reply;
-  while (query.next()) reply.record().set(tags::MTID, id).set(tags::MTY, name);
+  for (const NamedRow& row : mediaTypes(context.db))
+    reply.record().set(tags::MTID, row.id).set(tags::MTY, row.name);
   return reply;
 }
 
@@ -143,12 +112,12 @@ constexpr std::array rows{
     HandlerRow{"GBBIB", titlesOfBarcode},  HandlerRow{"GMIID", holdingOfItem},
     HandlerRow{"GBBMID", titleOfHoldings}, HandlerRow{"GID", itemDetails},
     HandlerRow{"GMD", holdingDetails},     HandlerRow{"GBHI", holdingsAndItems},
-    HandlerRow{"GMTYP", mediaTypes},
+    HandlerRow{"GMTYP", mediaTypeList},
 };
 
 }  // namespace
 
-std::span<const HandlerRow> mediaRequests() {
+std::span<const HandlerRow> mediaHandlers() {
   return rows;
 }
 

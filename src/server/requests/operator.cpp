@@ -4,6 +4,9 @@
 #include <array>
 #include <functional>
 
+#include "server/access/audit.h"
+#include "server/access/operators.h"
+#include "server/access/rights.h"
 #include "server/desk/list_store.h"
 #include "server/requests/handlers.h"
 #include "words/tags.h"
@@ -67,7 +70,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> operatorRequests() {
+std::span<const HandlerRow> operatorHandlers() {
   return rows;
 }
 

@@ -2,10 +2,11 @@
 
 #include <array>
 
-#include "server/base/person_name.h"
+#include "server/base/tag_refusal.h"
+#include "server/desk/booking_store.h"
+#include "server/desk/patron_store.h"
 #include "server/desk/policy_store.h"
 #include "server/requests/booking_message.h"
-#include "server/store/query_help.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -61,43 +62,25 @@ Reply validatePatron(Context& context, const Message& message) {
 }
 
 Reply patronBarcodes(Context& context, const Message& message) {
-  std::string barcode;
-  std::string status;
-  std::string group;
-  std::int64_t groupId = 0;
-  Query query(
-      context.db,
-      "select b.barcode, s.name, g.name, g.id from patron_barcodes b "
-      "join barcode_statuses s on s.id = b.status_id join patron_groups g on g.id = b.patron_group_id "
-      "where b.patron_id = :patron_id order by s.active desc, b.id");
-  query.bind("patron_id", message.number(tags::PID)).into(barcode, status, group, groupId);
   Reply reply;
-  while (query.next()) {
+  for (const PatronCard& card : cardsOf(context.db, message.number(tags::PID))) {
     reply.record()
-        .set(tags::BNO, barcode)
-        .set(tags::BST, status)
-        .set(tags::PGNM, group)
-        .set(tags::PGID, groupId);
+        .set(tags::BNO, card.barcode)
+        .set(tags::BST, card.status)
+        .set(tags::PGNM, card.group)
+        .set(tags::PGID, card.groupId);
   }
   return reply;
 }
 
 Reply patronAddress(Context& context, const Message& message) {
-  std::array<std::string, 9> lines;
-  Query query(
-      context.db,
-      "select address1, address2, address3, address4, address5, city, province, postal_code, telephone "
-      "from patrons where id = :id");
-  query.bind("id", message.number(tags::PID));
-  fetchOne(query, lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6], lines[7], lines[8]);
+  const PatronAddress lines = addressOf(context.db, message.number(tags::PID));
   constexpr std::array<std::string_view, 9> names{tags::A1, tags::A2, tags::A3, tags::A4, tags::A5,
                                                   tags::CY, tags::SP, tags::ZP, tags::PH};
   Reply reply;
   for (std::size_t line = 0; line < lines.size(); ++line) reply.head(names[line], lines[line]);
-  Moment updated = 0;
-  Query booking(context.db, "select updated_at from bookings where id = :id");
-  booking.bind("id", message.number(tags::BOOKID));
-  if (fetchOne(booking, updated)) reply.head(tags::UDT, momentText(updated));
+  if (const auto booking = findBookingState(context.db, message.number(tags::BOOKID)))
+    reply.head(tags::UDT, momentText(booking->updatedAt));
   return reply;
 }
 
@@ -110,7 +93,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> patronRequests() {
+std::span<const HandlerRow> patronHandlers() {
   return rows;
 }
 

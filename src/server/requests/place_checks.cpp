@@ -3,8 +3,10 @@
 #include <array>
 #include <map>
 
+#include "server/base/tag_refusal.h"
 #include "server/desk/policy_store.h"
 #include "server/requests/booking_message.h"
+#include "server/requests/usage_reply.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -17,12 +19,6 @@ constexpr int noDelivery = 146;
 constexpr int roomNeedsWord = 157;
 constexpr int roomHasStatus = 147;
 constexpr int roomHasLimit = 148;
-
-std::string clockText(int minutes) {
-  std::string text = std::to_string(minutes / 60 * 100 + minutes % 60);
-  if (text.size() < 4) text.insert(0, 4 - text.size(), '0');
-  return text;
-}
 
 Reply calendarReply(Context& context, CalendarKind kind, const std::vector<Period>& times) {
   const std::vector<OpenCalendar> calendars =
@@ -161,7 +157,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> placeCheckRequests() {
+std::span<const HandlerRow> placeCheckHandlers() {
   return rows;
 }
 

@@ -1,6 +1,6 @@
 #include "server/requests/reply.h"
 
-#include "server/base/json_text.h"
+#include "words/json_text.h"
 
 namespace vantry::server {
 
@@ -8,9 +8,7 @@ namespace {
 
 void addMember(std::string& to, bool first, std::string_view tag, std::string_view value) {
   if (!first) to += ',';
-  appendJsonText(to, tag);
-  to += ':';
-  appendJsonText(to, value);
+  appendJsonMember(to, tag, value);
 }
 
 }  // namespace

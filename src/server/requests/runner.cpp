@@ -4,11 +4,14 @@
 
 #include <spdlog/spdlog.h>
 
-#include "server/access/accounts.h"
-#include "server/desk/due_bookings.h"
+#include "server/access/audit.h"
+#include "server/access/rights.h"
+#include "server/access/sessions.h"
+#include "server/access/stored_replies.h"
+#include "server/base/tag_refusal.h"
 #include "server/requests/handlers.h"
-#include "server/requests/reply_store.h"
 #include "words/requests.h"
+#include "words/tags.h"
 
 namespace vantry::server {
 
@@ -16,16 +19,25 @@ namespace {
 
 using Answer = RequestRunner::Answer;
 
-Reply faultReply(const MessageFault& fault) {
+Reply unreadable(std::string_view tag) {
   Reply reply(rc::badMessage);
-  reply.head("CANTREAD", fault.tag);
+  reply.head(tags::CANTREAD, tag);
   return reply;
 }
 
-/// Nothing was written, so that a refusal is a reply like any other.
-Reply runReader(Handler handler, Context& context, const Message& message) {
+/// Runs the request. Whatever refuses it throws Refused.
+Reply runHandler(const HandlerRow& handler, Context& context, const Message& message) {
   try {
-    return handler(context, message);
+    return handler.run(context, message);
+  } catch (const TagRefusal& refusal) {
+    throw Refused{unreadable(refusal.tag)};
+  }
+}
+
+/// Nothing was written, so that a refusal is a reply like any other.
+Reply runReader(const HandlerRow& handler, Context& context, const Message& message) {
+  try {
+    return runHandler(handler, context, message);
   } catch (const Refused& refused) {
     return refused.reply;
   }
@@ -46,7 +58,7 @@ RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incom
     judged.refusal = Reply(rc::noRight);
     judged.lacksRight = true;
   } else if (const std::optional<MessageFault> fault = checkMessage(*row, incoming.tags)) {
-    judged.refusal = faultReply(*fault);
+    judged.refusal = unreadable(fault->tag);
   }
   return judged;
 }
@@ -68,7 +80,7 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
     judged = judge(db, incoming, now);
     if (!judged.session || judged.refusal || handler == nullptr) return;
     Context context{db, *judged.session, now};
-    const Reply reply = runReader(handler->run, context, Message(incoming.tags));
+    const Reply reply = runReader(*handler, context, Message(incoming.tags));
     judged.lacksRight = reply.rc() == rc::noRight;
     answer.json = reply.json();
   });
@@ -125,15 +137,10 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   const HandlerRow& handler = *findHandler(incoming.code);
   Context context{db, *judged.session, now};
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
-  answer.json = (refusal != nullptr ? *refusal : handler.run(context, Message(incoming.tags))).json();
+  answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.
   if (!handler.changesSession) storeReply(db, key, {std::string(incoming.code), answer.json}, now);
   return answer;
-}
-
-void RequestRunner::keepHouse() {
-  database_.write([&](Connection& db) { dropExpired(db, clock_()); });
-  settleDueBookings(database_, clock_());
 }
 
 }  // namespace vantry::server

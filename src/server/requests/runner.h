@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "server/access/accounts.h"
 #include "server/access/passwords.h"
 #include "server/access/sealing.h"
+#include "server/access/sessions.h"
 #include "server/base/moment.h"
 #include "server/requests/reply.h"
 #include "server/store/database.h"
@@ -15,7 +15,7 @@
 
 namespace vantry::server {
 
-/// What the server does, without a word about HTTP: logins and requests. Holds no state of its own, so that
+/// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
 /// several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
@@ -23,7 +23,7 @@ class RequestRunner {
   /// The database's schema is up to date.
   RequestRunner(Database& database, Clock clock, HashCost cost);
 
-  /// The key to which clients seal the passwords that stand within requests.
+  /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
 
   struct LoginResult {
@@ -58,12 +58,9 @@ class RequestRunner {
   /// Runs a request once: a repeated id of a writing request is answered with the stored reply.
   [[nodiscard]] Answer run(const Incoming& incoming);
 
-  /// Work that time brings; called now and then.
-  void keepHouse();
-
  private:
-  /// What stands before the request itself: who asks, whether the right is held, whether the message is
-  /// sound. Who has no right learns nothing of what the request would take.
+  /// What is decided before the request runs: who asks, whether they hold the right, whether the message is
+  /// sound. Who lacks the right learns nothing of what the request would take.
   struct Judged {
     std::optional<Session> session;
     std::optional<Reply> refusal;

@@ -3,6 +3,8 @@
 #include <array>
 #include <map>
 
+#include "server/access/rights.h"
+#include "server/base/tag_refusal.h"
 #include "server/desk/booking_store.h"
 #include "server/desk/usage_check.h"
 #include "server/requests/booking_list.h"
@@ -61,7 +63,7 @@ constexpr std::array rows{
 
 }  // namespace
 
-std::span<const HandlerRow> scheduleRequests() {
+std::span<const HandlerRow> scheduleHandlers() {
   return rows;
 }
 

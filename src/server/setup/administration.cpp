@@ -2,7 +2,12 @@
 
 #include <algorithm>
 
-#include "server/access/accounts.h"
+#include "server/access/audit.h"
+#include "server/access/operators.h"
+#include "server/access/sessions.h"
+#include "server/access/tries.h"
+#include "server/store/query.h"
+#include "server/store/query_help.h"
 #include "words/requests.h"
 
 namespace vantry::server {
@@ -27,29 +32,21 @@ std::int64_t findNamed(Connection& db, const char* sql, std::string_view name) {
 
 std::int64_t findLocation(Connection& db, std::string_view name) {
   const std::int64_t id = findNamed(db, "select id from locations where name = :name", trimmed(name));
-  if (id == 0) throw AdministrationError("There is no location named \"" + std::string(name) + "\".");
+  if (id == 0) throw UserError("There is no location named \"" + std::string(name) + "\".");
   return id;
 }
 
 OperatorAccount needOperator(Connection& db, std::string_view login) {
   std::optional<OperatorAccount> account = findOperator(db, trimmed(login));
-  if (!account) throw AdministrationError("There is no operator named \"" + std::string(login) + "\".");
+  if (!account) throw UserError("There is no operator named \"" + std::string(login) + "\".");
   return *account;
 }
 
 /// The name without the blanks around it.
 std::string_view needName(std::string_view given, std::string_view what) {
   const std::string_view name = trimmed(given);
-  if (name.empty()) throw AdministrationError(std::string(what) + " needs a name.");
+  if (name.empty()) throw UserError(std::string(what) + " needs a name.");
   return name;
-}
-
-std::vector<NamedRow> readNamed(Query& query) {
-  std::vector<NamedRow> rows;
-  NamedRow row;
-  query.into(row.id, row.name);
-  while (query.next()) rows.push_back(row);
-  return rows;
 }
 
 std::int64_t insertNamed(Connection& db, const char* sql, std::string_view name) {
@@ -82,7 +79,7 @@ void addRight(Connection& db, std::int64_t operatorId, std::int64_t locationId, 
 std::int64_t addLibrary(Connection& db, std::string_view given) {
   const std::string_view name = needName(given, "A library");
   if (findNamed(db, "select id from libraries where name = :name", name) != 0) {
-    throw AdministrationError("There is already a library of this name.");
+    throw UserError("There is already a library of this name.");
   }
   return insertNamed(db, "insert into libraries (name) values (:name) returning id", name);
 }
@@ -90,9 +87,9 @@ std::int64_t addLibrary(Connection& db, std::string_view given) {
 std::int64_t addLocation(Connection& db, std::string_view given, std::string_view library) {
   const std::string_view name = needName(given, "A location");
   const std::int64_t owner = findNamed(db, "select id from libraries where name = :name", trimmed(library));
-  if (owner == 0) throw AdministrationError("There is no library named \"" + std::string(library) + "\".");
+  if (owner == 0) throw UserError("There is no library named \"" + std::string(library) + "\".");
   if (findNamed(db, "select id from locations where name = :name", name) != 0) {
-    throw AdministrationError("There is already a location of this name.");
+    throw UserError("There is already a location of this name.");
   }
   std::int64_t id = 0;
   Query query(db, "insert into locations (library_id, name) values (:library_id, :name) returning id");
@@ -105,26 +102,26 @@ std::int64_t addLocation(Connection& db, std::string_view given, std::string_vie
 std::int64_t addPatronGroup(Connection& db, std::string_view given) {
   const std::string_view name = needName(given, "A patron group");
   if (findNamed(db, "select id from patron_groups where name = :name", name) != 0) {
-    throw AdministrationError("There is already a patron group of this name.");
+    throw UserError("There is already a patron group of this name.");
   }
   return insertNamed(db, "insert into patron_groups (name) values (:name) returning id", name);
 }
 
 std::vector<NamedRow> libraries(Connection& db) {
   Query query(db, "select id, name from libraries order by name");
-  return readNamed(query);
+  return namedRows(query);
 }
 
 std::vector<NamedRow> patronGroups(Connection& db) {
   Query query(db, "select id, name from patron_groups order by name");
-  return readNamed(query);
+  return namedRows(query);
 }
 
 void checkNewOperator(Connection& db, std::string_view login, std::string_view name) {
   needName(login, "An operator");
   needName(name, "An operator's record");
   if (findOperator(db, trimmed(login))) {
-    throw AdministrationError("There is already an operator of this name.");
+    throw UserError("There is already an operator of this name.");
   }
 }
 
@@ -162,7 +159,7 @@ std::int64_t checkRights(Connection& db, std::string_view location, const std::v
   const std::vector<std::string_view> known = allRights();
   for (const std::string& code : codes) {
     if (std::find(known.begin(), known.end(), code) == known.end()) {
-      throw AdministrationError("There is no right \"" + code + "\".");
+      throw UserError("There is no right \"" + code + "\".");
     }
   }
   return locationId;

@@ -1,35 +1,26 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "server/base/moment.h"
+#include "server/base/named_row.h"
+#include "server/base/user_error.h"
 #include "server/desk/list_store.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
 
-/// What an administrator asked for cannot be done; `what` is a sentence for people.
-class AdministrationError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 // Setting a library up: libraries, locations, patron groups, operators and their rights. Each of these runs
-// inside the caller's writing transaction, throws AdministrationError, and leaves a row in the audit where it
+// inside the caller's writing transaction, throws UserError, and leaves a row in the audit where it
 // changes who may do what. Names are taken without the blanks around them.
 
 std::int64_t addLibrary(Connection& db, std::string_view name);
 std::int64_t addLocation(Connection& db, std::string_view name, std::string_view library);
 std::int64_t addPatronGroup(Connection& db, std::string_view name);
 
-struct NamedRow {
-  std::int64_t id = 0;
-  std::string name;
-};
 [[nodiscard]] std::vector<NamedRow> libraries(Connection& db);
 [[nodiscard]] std::vector<NamedRow> patronGroups(Connection& db);
 
@@ -38,7 +29,7 @@ struct NewOperator {
   std::string_view name;
   std::string_view passwordHash;
 };
-/// Throws what addOperator would for this name to log on with and this name that records show.
+/// Throws what addOperator would throw for this login and this name.
 void checkNewOperator(Connection& db, std::string_view login, std::string_view name);
 /// Throws when there is no such operator.
 void checkOperator(Connection& db, std::string_view login);

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "server/access/accounts.h"
+#include "server/access/audit.h"
 #include "server/setup/administration.h"
 #include "server/setup/rules_file_store.h"
 #include "server/setup/rules_file_text.h"
@@ -18,7 +18,7 @@ std::string readWhole(const std::string& path) {
   std::ostringstream text;
   if (file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
   if (!file.is_open() || file.bad() || std::filesystem::is_directory(path)) {
-    throw AdministrationError("The file \"" + path + "\" cannot be read.");
+    throw UserError("The file \"" + path + "\" cannot be read.");
   }
   return text.str();
 }

@@ -21,7 +21,7 @@ enum class RulesUse { Take, CheckOnly };
 /// Makes the rules of a file those of the library, in one transaction: adds what is not there, changes what
 /// differs, and leaves what the file does not name. With a fault, or when it only checks, nothing is written;
 /// a check counts what would be. Leaves a row in the audit when it changed something. Throws
-/// AdministrationError for a file that cannot be read.
+/// UserError for a file that cannot be read.
 [[nodiscard]] RulesReport takeRules(Database& database, const std::string& path, RulesUse use, Moment now);
 
 /// The counts of a kind in words: "Room types: 1 added, 2 changed, 5 as they were".

@@ -6,6 +6,7 @@
 #include "server/setup/administration.h"
 #include "server/setup/rules_file_store.h"
 #include "server/setup/rules_file_words.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 
@@ -91,7 +92,7 @@ std::vector<CalendarEntry> readCalendars(Connection& db) {
         entry = {location.name, kind, row.description, row.startsOn, row.endsOn, {}, {}};
         const std::array<OpenHours, 7> week = weekOf(db, row.id);
         for (std::size_t day = 0; day < week.size(); ++day) entry.week.at(day) = hoursOf(week.at(day));
-        for (const ExceptionRow& each : exceptionsOf(db, row.id)) {
+        for (const OpenException& each : exceptionsOf(db, row.id)) {
           entry.exceptions.push_back({each.date, hoursOf(each.hours)});
         }
       }

@@ -1,6 +1,7 @@
 // The rules into the store.
 
 #include "server/setup/rules_file_store.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

@@ -15,7 +15,7 @@ std::string twoFigures(int number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-std::string clockText(int minutes) {
+std::string hoursAndMinutes(int minutes) {
   return twoFigures(minutes / 60) + ":" + twoFigures(minutes % 60);
 }
 
@@ -52,7 +52,8 @@ std::optional<int> valueOf(std::span<const Word> words, std::string_view word) {
 }
 
 std::string hoursText(const HoursEntry& hours) {
-  return hours.open ? clockText(hours.opensAt) + "-" + clockText(hours.closesAt) : std::string(closed);
+  return hours.open ? hoursAndMinutes(hours.opensAt) + "-" + hoursAndMinutes(hours.closesAt)
+                    : std::string(closed);
 }
 
 std::optional<HoursEntry> readHours(std::string_view text) {

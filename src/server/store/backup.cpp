@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "server/store/database.h"
+#include "server/store/query.h"
 #include "server/store/store_sentence.h"
 
 namespace vantry::server {

@@ -1,4 +1,5 @@
 #include "server/store/migrations.h"
+#include "server/store/query.h"
 
 #include <string>
 

@@ -1,8 +1,17 @@
 #include "server/store/query_help.h"
+#include "server/store/query.h"
 
 #include <algorithm>
 
 namespace vantry::server {
+
+std::vector<NamedRow> namedRows(Query& query) {
+  std::vector<NamedRow> rows;
+  NamedRow row;
+  query.into(row.id, row.name);
+  while (query.next()) rows.push_back(row);
+  return rows;
+}
 
 std::string keyList() {
   std::string keys;

@@ -7,8 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "server/catalogue/catalogue_text.h"
+#include "server/base/catalogue_text.h"
 #include "server/store/migrations.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

@@ -8,6 +8,7 @@
 #include "server/desk/occupancy.h"
 #include "server/policy/booking_rules.h"
 #include "server/setup/demo/world.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

@@ -2,9 +2,10 @@
 
 #include <array>
 
-#include "server/access/accounts.h"
+#include "server/access/operators.h"
 #include "server/catalogue/catalogue_store.h"
 #include "server/setup/demo/world.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

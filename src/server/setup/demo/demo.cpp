@@ -1,7 +1,10 @@
+#include "server/setup/demo/demo.h"
+
 #include <stdexcept>
 
 #include "server/setup/demo/world.h"
 #include "server/store/migrations.h"
+#include "server/store/query.h"
 #include "server/store/store_sentence.h"
 
 namespace vantry {

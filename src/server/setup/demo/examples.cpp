@@ -4,9 +4,10 @@
 #include <array>
 #include <stdexcept>
 
-#include "server/catalogue/catalogue_text.h"
+#include "server/base/catalogue_text.h"
 #include "server/desk/occupancy.h"
 #include "server/setup/demo/world.h"
+#include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {

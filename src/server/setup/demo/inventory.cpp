@@ -3,6 +3,7 @@
 #include <array>
 
 #include "server/setup/demo/world.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

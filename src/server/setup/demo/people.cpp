@@ -2,8 +2,9 @@
 
 #include <array>
 
-#include "server/catalogue/catalogue_text.h"
+#include "server/base/catalogue_text.h"
 #include "server/setup/demo/world.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

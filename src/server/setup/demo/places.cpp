@@ -1,6 +1,5 @@
 // Libraries, booking desks, and who works there.
 
-#include "server/access/accounts.h"
 #include "server/access/passwords.h"
 #include "server/setup/administration.h"
 #include "server/setup/demo/world.h"

@@ -5,6 +5,7 @@
 
 #include "server/desk/calendar_store.h"
 #include "server/setup/demo/world.h"
+#include "server/store/query.h"
 
 namespace vantry::server {
 

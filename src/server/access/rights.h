@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "server/access/sessions.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// Whether the session's operator holds one of the rights at its location. `rights` separates the codes by
+/// blanks; an empty list is held by everybody.
+[[nodiscard]] bool holdsAnyRight(Connection& db, const Session& session, std::string_view rights);
+/// The codes of the rights, sorted.
+[[nodiscard]] std::vector<std::string> rightsAt(Connection& db, std::int64_t operatorId,
+                                                std::int64_t locationId);
+[[nodiscard]] bool mayWorkAt(Connection& db, std::int64_t operatorId, std::int64_t locationId);
+
+}  // namespace vantry::server

@@ -1,0 +1,54 @@
+#include "server/desk/patron_store.h"
+
+#include "server/base/search_text.h"
+#include "server/store/query.h"
+#include "server/store/query_help.h"
+
+namespace vantry::server {
+
+static std::string cardsSql(Connection& db, std::int64_t most) {
+  return "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name "
+         "from patron_barcodes c join patrons p on p.id = c.patron_id "
+         "join patron_groups g on g.id = c.patron_group_id join barcode_statuses s on s.id = c.status_id "
+         "where " +
+         inRange(db, "c.barcode") + " order by p.last_name, p.first_name, c.id limit " + std::to_string(most);
+}
+
+void visitCards(Connection& db, std::string_view text, std::int64_t most,
+                const std::function<void(const FoundCard&)>& visit) {
+  const TextRange range = textRange(text);
+  if (range.high.empty()) return;
+  FoundCard card;
+  const std::string sql = cardsSql(db, most);
+  Query query(db, sql);
+  query.bind("low", range.low).bind("high", range.high);
+  query.into(card.patronId, card.lastName, card.firstName, card.middleName, card.groupId, card.group,
+             card.barcode, card.statusId, card.status);
+  while (query.next()) visit(card);
+}
+
+std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId) {
+  std::vector<PatronCard> cards;
+  PatronCard card;
+  Query query(
+      db,
+      "select b.barcode, s.name, g.name, g.id from patron_barcodes b "
+      "join barcode_statuses s on s.id = b.status_id join patron_groups g on g.id = b.patron_group_id "
+      "where b.patron_id = :patron_id order by s.active desc, b.id");
+  query.bind("patron_id", patronId).into(card.barcode, card.status, card.group, card.groupId);
+  while (query.next()) cards.push_back(card);
+  return cards;
+}
+
+PatronAddress addressOf(Connection& db, std::int64_t patronId) {
+  PatronAddress lines;
+  Query query(
+      db,
+      "select address1, address2, address3, address4, address5, city, province, postal_code, telephone "
+      "from patrons where id = :id");
+  query.bind("id", patronId);
+  fetchOne(query, lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6], lines[7], lines[8]);
+  return lines;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// A card that a search found, with its patron.
+struct FoundCard {
+  std::int64_t patronId = 0;
+  std::string lastName;
+  std::string firstName;
+  std::string middleName;
+  std::int64_t groupId = 0;
+  std::string group;
+  std::string barcode;
+  std::int64_t statusId = 0;
+  std::string status;
+};
+/// The cards whose barcode is the text, or begins with it where it ends in "?", by name; `most` of them at
+/// most.
+void visitCards(Connection& db, std::string_view text, std::int64_t most,
+                const std::function<void(const FoundCard&)>& visit);
+
+struct PatronCard {
+  std::string barcode;
+  std::string status;
+  std::string group;
+  std::int64_t groupId = 0;
+};
+/// The cards of a patron, active ones first.
+[[nodiscard]] std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId);
+
+/// Five lines, city, province, postal code and telephone; all empty for an unknown patron.
+using PatronAddress = std::array<std::string, 9>;
+[[nodiscard]] PatronAddress addressOf(Connection& db, std::int64_t patronId);
+
+}  // namespace vantry::server

@@ -1,0 +1,63 @@
+#include "server/jobs/housekeeping.h"
+
+#include <chrono>
+#include <utility>
+
+#include <spdlog/spdlog.h>
+
+#include "server/access/sessions.h"
+#include "server/access/stored_replies.h"
+#include "server/access/tries.h"
+#include "server/desk/due_bookings.h"
+
+namespace vantry::server {
+
+static constexpr std::chrono::seconds period{60};
+
+void keepHouse(Database& database, Moment now) {
+  database.write([&](Connection& db) {
+    dropExpiredSessions(db, now);
+    dropOldTries(db, now);
+    dropOldReplies(db, now);
+  });
+  settleDueBookings(database, now);
+}
+
+Housekeeper::Housekeeper(Database& database, Clock clock) : database_(database), clock_(std::move(clock)) {}
+
+Housekeeper::~Housekeeper() {
+  stop();
+}
+
+void Housekeeper::start() {
+  thread_ = std::thread([this] { work(); });
+}
+
+void Housekeeper::stop() {
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  wake_.notify_all();
+  if (thread_.joinable()) thread_.join();
+}
+
+void Housekeeper::work() {
+  std::unique_lock lock(mutex_);
+  while (!stopping_) {
+    lock.unlock();
+    keepHouseOnce();
+    lock.lock();
+    wake_.wait_for(lock, period, [&] { return stopping_; });
+  }
+}
+
+void Housekeeper::keepHouseOnce() {
+  try {
+    keepHouse(database_, clock_());
+  } catch (const StoreError& error) {
+    spdlog::warn("housekeeping is put off: {}", error.what());
+  }
+}
+
+}  // namespace vantry::server

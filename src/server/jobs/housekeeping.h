@@ -1,0 +1,40 @@
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "server/base/moment.h"
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// Drops what time has made worthless and settles the bookings that are due. Any number of processes may run
+/// it on one store. Throws StoreError.
+void keepHouse(Database& database, Moment now);
+
+/// Keeps house once a minute on a thread of its own, from `start` to `stop`.
+class Housekeeper {
+ public:
+  Housekeeper(Database& database, Clock clock);
+  ~Housekeeper();
+  Housekeeper(const Housekeeper&) = delete;
+  Housekeeper& operator=(const Housekeeper&) = delete;
+
+  void start();
+  /// Waits for the work under way.
+  void stop();
+
+ private:
+  void work();
+  void keepHouseOnce();
+
+  Database& database_;
+  Clock clock_;
+  std::thread thread_;
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  bool stopping_ = false;
+};
+
+}  // namespace vantry::server

@@ -1,0 +1,159 @@
+#include "server/store/query.h"
+
+#include <soci/postgresql/soci-postgresql.h>
+#include <soci/sqlite3/soci-sqlite3.h>
+
+namespace vantry::server {
+
+namespace {
+
+const soci::backend_factory& factoryOf(const Dialect& dialect) {
+  if (dialect.kind == Dialect::Kind::Postgresql) return *soci::factory_postgresql();
+  return *soci::factory_sqlite3();
+}
+
+}  // namespace
+
+Connection::Connection(const Dialect& dialect, const std::string& connectText)
+    : dialect_(dialect), session_(factoryOf(dialect), connectText) {
+  if (dialect.kind == Dialect::Kind::Postgresql) {
+    run("set client_min_messages = warning");
+    // All statements look things up by their indexes, whatever the values, so that planning anew costs only
+    // time.
+    run("set plan_cache_mode = force_generic_plan");
+    return;
+  }
+  run("pragma journal_mode = wal");
+  run("pragma synchronous = full");
+  run("pragma foreign_keys = on");
+  run("pragma temp_store = memory");
+  run("pragma wal_autocheckpoint = 4000");
+  run("pragma cache_size = -32000");
+}
+
+void Connection::run(const std::string& sql) {
+  soci::statement statement(session_);
+  statement.alloc();
+  // Prepared for one use: another server would be asked three times otherwise.
+  statement.prepare(sql, soci::details::st_one_time_query);
+  statement.define_and_bind();
+  statement.execute(true);
+}
+
+std::vector<std::string> Connection::statements() const {
+  std::vector<std::string> texts;
+  for (const auto& [text, statement] : statements_) texts.push_back(text);
+  return texts;
+}
+
+Connection::Statements::node_type Connection::take(std::string_view sql) {
+  if (const auto found = statements_.find(sql); found != statements_.end()) return statements_.extract(found);
+  soci::statement statement(session_);
+  statement.alloc();
+  statement.prepare(std::string(sql));
+  return statements_.extract(statements_.emplace(std::string(sql), statement).first);
+}
+
+void Connection::give(Statements::node_type prepared) {
+  statements_.insert(std::move(prepared));
+}
+
+Query::Query(Connection& connection, std::string_view sql)
+    : connection_(connection), prepared_(connection.take(sql)), statement_(prepared_.mapped()) {}
+
+Query::~Query() {
+  // A statement that failed, or that was left before its last row, is dropped: kept, it would hold its locks.
+  if (failed_ || (started_ && !ended_)) return;
+  statement_.bind_clean_up();
+  connection_.give(std::move(prepared_));
+}
+
+Query& Query::bind(const char* name, std::int64_t value) {
+  Value& kept = values_.emplace_back();
+  kept.number = value;
+  statement_.exchange(soci::use(kept.number, name));
+  return *this;
+}
+
+Query& Query::bind(const char* name, std::string_view value) {
+  Value& kept = values_.emplace_back();
+  kept.text = value;
+  statement_.exchange(soci::use(kept.text, name));
+  return *this;
+}
+
+Query& Query::bind(const char* name, std::optional<std::int64_t> value) {
+  Value& kept = values_.emplace_back();
+  kept.number = value.value_or(0);
+  kept.state = value ? soci::i_ok : soci::i_null;
+  statement_.exchange(soci::use(kept.number, kept.state, name));
+  return *this;
+}
+
+void Query::define(std::int64_t& target) {
+  Target& kept = targets_.emplace_back();
+  kept.wide = &target;
+  statement_.exchange(soci::into(kept.number, kept.state));
+}
+
+void Query::define(int& target) {
+  Target& kept = targets_.emplace_back();
+  kept.narrow = &target;
+  statement_.exchange(soci::into(kept.number, kept.state));
+}
+
+void Query::define(bool& target) {
+  Target& kept = targets_.emplace_back();
+  kept.flag = &target;
+  statement_.exchange(soci::into(kept.number, kept.state));
+}
+
+void Query::define(std::string& target) {
+  Target& kept = targets_.emplace_back();
+  kept.text = &target;
+  statement_.exchange(soci::into(target, kept.state));
+}
+
+void Query::clearNulls() {
+  for (Target& target : targets_) {
+    if (target.state == soci::i_null) {
+      target.number = 0;
+      if (target.text != nullptr) target.text->clear();
+    }
+    if (target.wide != nullptr) *target.wide = target.number;
+    if (target.narrow != nullptr) *target.narrow = static_cast<int>(target.number);
+    if (target.flag != nullptr) *target.flag = target.number != 0;
+  }
+}
+
+bool Query::next() {
+  if (ended_) return false;
+  try {
+    if (!started_) {
+      started_ = true;
+      statement_.define_and_bind();
+      statement_.execute(false);
+    }
+    ended_ = !statement_.fetch();
+  } catch (...) {
+    failed_ = true;
+    throw;
+  }
+  if (!ended_) clearNulls();
+  return !ended_;
+}
+
+std::int64_t Query::run() {
+  try {
+    started_ = true;
+    statement_.define_and_bind();
+    statement_.execute(true);
+    ended_ = true;
+    return statement_.get_affected_rows();
+  } catch (...) {
+    failed_ = true;
+    throw;
+  }
+}
+
+}  // namespace vantry::server

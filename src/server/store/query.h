@@ -1,0 +1,116 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <soci/soci.h>
+
+#include "server/store/dialect.h"
+
+namespace vantry::server {
+
+/// One connection to the store, with its prepared statements. Used by one thread at a time.
+class Connection {
+ public:
+  Connection(const Dialect& dialect, const std::string& connectText);
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// Runs one statement that neither takes values nor gives rows.
+  void run(const std::string& sql);
+
+  [[nodiscard]] const Dialect& dialect() const { return dialect_; }
+
+  /// The statements that were prepared on it, for looking at how they are run.
+  [[nodiscard]] std::vector<std::string> statements() const;
+
+ private:
+  friend class Query;
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+  };
+  using Statements = std::unordered_map<std::string, soci::statement, TextHash, std::equal_to<>>;
+
+  /// A statement belongs to one query at a time, together with its text.
+  Statements::node_type take(std::string_view sql);
+  void give(Statements::node_type prepared);
+
+  const Dialect& dialect_;
+  soci::session session_;
+  Statements statements_;
+};
+
+/// One statement, prepared once per connection. Values are bound by name (":name" in the text) and kept by
+/// the query, so that they may be temporaries; results are written into the caller's variables, which a NULL
+/// sets to nothing.
+///
+///     std::string name;
+///     Query query(db, "select name from rooms where id = :id");
+///     query.bind("id", id).into(name);
+///     while (query.next()) ...
+class Query {
+ public:
+  Query(Connection& connection, std::string_view sql);
+  ~Query();
+  Query(const Query&) = delete;
+  Query& operator=(const Query&) = delete;
+
+  Query& bind(const char* name, std::int64_t value);
+  Query& bind(const char* name, std::string_view value);
+  Query& bind(const char* name, std::optional<std::int64_t> value);
+  Query& bind(const char* name, int value) { return bind(name, static_cast<std::int64_t>(value)); }
+  Query& bind(const char* name, bool value) { return bind(name, static_cast<std::int64_t>(value ? 1 : 0)); }
+  Query& bind(const char* name, const char* value) { return bind(name, std::string_view(value)); }
+  Query& bind(const char* name, const std::string& value) { return bind(name, std::string_view(value)); }
+
+  template <class... Targets>
+  Query& into(Targets&... targets) {
+    (define(targets), ...);
+    return *this;
+  }
+
+  /// The next row; false after the last one. The first call runs the statement.
+  bool next();
+
+  /// Runs a statement that gives no rows, and tells how many rows it changed.
+  std::int64_t run();
+
+ private:
+  void define(std::int64_t& target);
+  void define(int& target);
+  void define(bool& target);
+  void define(std::string& target);
+  void clearNulls();
+
+  struct Target {
+    std::int64_t number = 0;
+    soci::indicator state = soci::i_ok;
+    std::int64_t* wide = nullptr;
+    int* narrow = nullptr;
+    bool* flag = nullptr;
+    std::string* text = nullptr;
+  };
+  struct Value {
+    std::int64_t number = 0;
+    std::string text;
+    soci::indicator state = soci::i_ok;
+  };
+
+  Connection& connection_;
+  Connection::Statements::node_type prepared_;
+  soci::statement& statement_;
+  std::deque<Value> values_;
+  std::deque<Target> targets_;
+  bool started_ = false;
+  bool ended_ = false;
+  bool failed_ = false;
+};
+
+}  // namespace vantry::server

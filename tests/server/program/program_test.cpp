@@ -1,0 +1,384 @@
+// The real program, in a folder of its own.
+
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utmp.h>
+
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "server/store/migrations.h"
+#include "server/store/query.h"
+#include "support/server_case.h"
+#include "support/server_marc_file.h"
+
+namespace vantry::server {
+namespace {
+
+using test::TempFolder;
+using test::WireClient;
+using testing::HasSubstr;
+
+struct Outcome {
+  int code = -1;
+  std::string text;  ///< both outputs
+};
+
+/// The program as it serves, until the end of the test.
+class Serving {
+ public:
+  Serving(const std::string& database, std::string log) : log_(std::move(log)), child_(fork()) {
+    if (child_ == 0) {
+      if (freopen(log_.c_str(), "w", stdout) == nullptr) _exit(9);
+      execl(VANTRY_SERVER_PROGRAM, "vantry-server", "--database", database.c_str(), "serve", "--port", "0",
+            nullptr);
+      _exit(9);
+    }
+  }
+  ~Serving() { end(SIGKILL); }
+  Serving(const Serving&) = delete;
+  Serving& operator=(const Serving&) = delete;
+
+  int end(int signal) {
+    int status = 0;
+    if (child_ > 0) {
+      kill(child_, signal);
+      waitpid(child_, &status, 0);
+    }
+    child_ = 0;
+    return status;
+  }
+
+  /// Waits until it listens; 0 when it ended before.
+  int port() {
+    for (int wait = 0; wait < 2000 && port_ == 0 && child_ > 0; ++wait) {
+      std::stringstream text;
+      text << std::ifstream(log_).rdbuf();
+      const std::size_t at = text.str().find(" port ");
+      const bool whole = at != std::string::npos && text.str().find('\n', at) != std::string::npos;
+      if (whole) port_ = std::stoi(text.str().substr(at + 6));
+      if (waitpid(child_, nullptr, WNOHANG) == child_) child_ = 0;
+      if (port_ == 0) usleep(10'000);
+    }
+    return port_;
+  }
+
+ private:
+  int port_ = 0;
+  std::string log_;
+  pid_t child_;
+};
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() : database(folder.file("library.sqlite")) {}
+
+  Outcome run(const std::string& arguments, const std::string& input = {}) {
+    std::ofstream(folder.file("input")) << input;
+    const std::string output = folder.file("output");
+    const std::string command = std::string(VANTRY_SERVER_PROGRAM) + " --database " + database + " " +
+                                arguments + " < " + folder.file("input") + " > " + output + " 2>&1";
+    Outcome outcome;
+    outcome.code = WEXITSTATUS(std::system(command.c_str()));
+    std::stringstream text;
+    text << std::ifstream(output).rdbuf();
+    outcome.text = text.str();
+    return outcome;
+  }
+
+  void makeLibrary() {
+    ASSERT_EQ(run("init").code, 0);
+    ASSERT_EQ(run("library add 'City Library'").code, 0);
+    ASSERT_EQ(run("location add Main --library 'City Library'").code, 0);
+    ASSERT_EQ(
+        run("operator add Dana --name 'Dana D.' --location Main --rights all", "a-good-password\n").code, 0);
+  }
+
+  /// The first column of the last row, read beside the program.
+  std::string value(const std::string& sql) {
+    std::string text;
+    Database(database).read([&](Connection& db) {
+      Query query(db, sql);
+      query.into(text);
+      while (query.next()) {
+      }
+    });
+    return text;
+  }
+
+  TempFolder folder;
+  std::string database;
+};
+
+TEST_F(ProgramTest, SetsALibraryUpWithoutTheDemo) {
+  makeLibrary();
+  EXPECT_EQ(run("group add Students").code, 0);
+  EXPECT_EQ(run("library list").text, "1\tCity Library\n");
+  EXPECT_EQ(run("location list").text, "1\tMain\tCity Library\n");
+  EXPECT_EQ(run("group list").text, "1\tStudents\n");
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+  EXPECT_EQ(run("operator disable dana").code, 0);
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tdisabled\tMain\n");
+  EXPECT_EQ(run("operator rights dana --location Main --rights none").code, 0);
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tdisabled\n");
+  EXPECT_EQ(run("operator enable dana").code, 0);
+  EXPECT_EQ(run("operator password dana", "another-password\n").code, 0);
+}
+
+struct WrongCase {
+  const char* arguments;
+  const char* input;
+  const char* text;
+};
+
+TEST_F(ProgramTest, TellsWhatIsWrongAndChangesNothing) {
+  makeLibrary();
+  const WrongCase cases[] = {
+      {"operator add dana --name D", "", "There is already an operator of this name."},
+      {"operator add eve --name E", "short\n", "A password needs at least 8 characters."},
+      {"operator add eve --name E", "", "A password needs at least 8 characters."},
+      {"operator add eve --name E --location Nowhere --rights all", "",
+       "There is no location named \"Nowhere\"."},
+      {"operator add eve --name E --location Main --rights BKV,NOSUCH", "", "There is no right \"NOSUCH\"."},
+      {"operator add ' Dana ' --name D", "", "There is already an operator of this name."},
+      {"operator add ' ' --name D", "", "An operator needs a name."},
+      {"operator add eve --name ' '", "", "An operator's record needs a name."},
+      {"operator rights dana --location Main --rights BKV,NOSUCH", "", "There is no right \"NOSUCH\"."},
+      {"operator rights eve --location Main --rights view", "", "There is no operator named \"eve\"."},
+      {"operator password eve", "", "There is no operator named \"eve\"."},
+      {"location add Main --library 'City Library'", "", "There is already a location of this name."},
+      {"location add Second --library Elsewhere", "", "There is no library named \"Elsewhere\"."},
+      {"library add ''", "", "A library needs a name."},
+      {"library add ' City Library '", "", "There is already a library of this name."},
+      {"demo --bookings-on 2026-12-01 many", "", "\"many\" is no number of bookings."},
+      {"demo --bookings-on 2026-12-01 12x", "", "\"12x\" is no number of bookings."},
+      {"demo --bookings-on 2026-12-01 -5", "", "\"-5\" is no number of bookings."},
+      {"demo --bookings-on 2026-12-01 99999999999", "", "is no number of bookings."},
+      {"demo", "", "The database holds a library already."},
+      {"serve --address 0.0.0.0 --port 0", "", "Passwords would travel in the clear"},
+      {"serve --certificate /none --key /none --port 0", "", "cannot be read"},
+  };
+  for (const WrongCase& each : cases) {
+    const Outcome outcome = run(each.arguments, each.input);
+    EXPECT_EQ(outcome.code, 1) << each.arguments;
+    EXPECT_THAT(outcome.text, HasSubstr(each.text)) << each.arguments;
+  }
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+  EXPECT_NE(run("").code, 0);
+  EXPECT_NE(run("fly").code, 0);
+  EXPECT_THAT(run("operator add eve --name E --rights all", "a-good-password\n").text,
+              HasSubstr("--rights requires --location"));
+  EXPECT_THAT(run("operator add eve --name E --location Main", "a-good-password\n").text,
+              HasSubstr("--location requires --rights"));
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+}
+
+TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
+  run("library add \"City Library\"");
+  run("location add Main --library \"City Library\"");
+  writeFile(folder.file("export.mrc"),
+            exchanged({{"001", "1"}, {"245", "00$aBees"}, {"852", "0 $bmain$hQL 5"}, {"876", "  $pI1"}}) +
+                exchanged({{"001", "2"}, {"100", "1 $aNobody"}}));
+  const Outcome taken = run("import marc " + folder.file("export.mrc"));
+  EXPECT_EQ(taken.code, 0);
+  EXPECT_THAT(taken.text, HasSubstr("1 new titles, 0 changed; 1 new holdings; 1 new items, 0 changed."));
+  EXPECT_THAT(taken.text, HasSubstr("Record 2: it has no title in field 245."));
+  EXPECT_THAT(taken.text, HasSubstr("1 records could not be taken"));
+  EXPECT_NE(run("import marc " + folder.file("missing.mrc")).code, 0);
+  const Outcome nowhere = run("import marc " + folder.file("export.mrc") + " --location Moon");
+  EXPECT_NE(nowhere.code, 0);
+  EXPECT_THAT(nowhere.text, HasSubstr("There is no location named \"Moon\"."));
+}
+
+TEST_F(ProgramTest, TakesOneListOfRightsAndTrimsNames) {
+  makeLibrary();
+  EXPECT_EQ(
+      run("operator add --name ' Eve E. ' --location Main --rights BKV,BKCAN ' Eve '", "a-good-password\n")
+          .code,
+      0)
+      << "what stands behind the rights is the name to log on with";
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\neve\tEve E.\tactive\tMain\n");
+  EXPECT_EQ(run("operator rights --location Main --rights EQV eve").code, 0);
+  EXPECT_EQ(value("select group_concat(code, ' ') from operator_rights r join operators o on o.id = "
+                  "r.operator_id where o.login = 'eve'"),
+            "EQV");
+}
+
+TEST_F(ProgramTest, WhatItChangesForOperatorsIsWrittenAndHoldsAtOnce) {
+  makeLibrary();
+  Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
+  WireClient client(serving.port());
+  EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
+  EXPECT_EQ(run("operator password dana", "another-password\n").code, 0);
+  EXPECT_EQ(client.send("GETLOCS", {}).status, 401) << "the new password ended the session";
+  EXPECT_EQ(client.login("dana", "a-good-password").status, 401);
+  EXPECT_EQ(client.login("dana", "another-password").status, 200);
+  EXPECT_EQ(run("operator rights dana --location Main --rights BKV").code, 0);
+  EXPECT_EQ(run("operator disable dana").code, 0);
+  EXPECT_EQ(client.send("GETLOCS", {}).status, 401);
+  EXPECT_EQ(client.login("dana", "another-password").status, 401);
+  EXPECT_EQ(
+      value("select group_concat(action || ':' || subject, ', ') from (select action, subject from audit "
+            "where action not like 'login%' order by id) as a"),
+      "operator added:dana, rights set:dana at Main, password set:dana, rights set:dana at Main, "
+      "operator disabled:dana");
+}
+
+/// The server dies twice: before it could run the request, and after it ran it but before anybody read the
+/// reply. The same id then runs it once.
+TEST_F(ProgramTest, ARequestRunsOnceThoughTheServerDiesOverIt) {
+  makeLibrary();
+  const auto sql = [&](const std::string& statement) {
+    Database(database).write([&](Connection& db) { db.run(statement); });
+  };
+  sql("insert into patrons (id, last_name, search_name) values (1, 'Holm', 'holm')");
+  sql("insert into bookings (id, location_id, booking_type, patron_id, created_at, updated_at, starts_at, "
+      "ends_at) values (1, 1, 3, 1, 0, 0, 4102480800, 4102484400)");
+  std::string token;
+  const auto ask = [&](int port) {
+    WireClient client(port);
+    client.token = token;
+    return client.send("CANBK", {{"BOOKID", "1"}}, "once");
+  };
+  {
+    Serving first(database, folder.file("log1"));
+    WireClient client(first.port());
+    ASSERT_EQ(client.login("dana", "a-good-password").status, 200);
+    ASSERT_EQ(client.send("SLL", {{"LOC", "1"}}).rc, 0);
+    token = client.token;
+    Database(database).write([&](Connection& db) {
+      db.run("update patrons set fees = 1");
+      std::thread waiting([&] { EXPECT_THROW(ask(first.port()), std::runtime_error); });
+      usleep(300'000);
+      first.end(SIGKILL);
+      waiting.join();
+    });
+  }
+  EXPECT_EQ(value("select cancelled_bookings from patrons"), "0");
+  {
+    Serving second(database, folder.file("log2"));
+    EXPECT_EQ(ask(second.port()).rc, 0);
+    second.end(SIGKILL);
+  }
+  Serving third(database, folder.file("log3"));
+  EXPECT_EQ(ask(third.port()).rc, 0) << "the stored reply, as if the first had been lost";
+  EXPECT_EQ(value("select cancelled_bookings from patrons"), "1");
+}
+
+TEST_F(ProgramTest, TellsOfADatabaseThatCannotBeUsedInASentence) {
+  database = folder.file("letter.txt");
+  std::ofstream(database) << "Dear reader, this is a letter and no database.\n";
+  for (const char* command :
+       {"init", "demo", "serve --port 0", "library list", "operator add eve --name E"}) {
+    const Outcome outcome = run(command);
+    EXPECT_EQ(outcome.code, 1) << command;
+    EXPECT_EQ(outcome.text, "vantry-server: The database \"" + database +
+                                "\" is no database of this program: the file holds something else.\n")
+        << command;
+  }
+}
+
+class TwoPrograms : public testing::TestWithParam<std::string> {};
+INSTANTIATE_TEST_SUITE_P(Databases, TwoPrograms, eachDatabase, databaseName);
+
+TEST_P(TwoPrograms, ThatStartAtOnceOnAnEmptyDatabaseBothServe) {
+  if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+  for (int round = 0; round < 3; ++round) {
+    const TempFolder logs;
+    const TestStore store(GetParam());
+    Serving first(store.url(), logs.file("first"));
+    Serving second(store.url(), logs.file("second"));
+    const int ports[] = {first.port(), second.port()};
+    ASSERT_NE(ports[0], 0);
+    ASSERT_NE(ports[1], 0);
+    EXPECT_EQ(WireClient(ports[0]).get("/v1/health").body, WireClient(ports[1]).get("/v1/health").body)
+        << "with one key";
+    EXPECT_EQ(schemaVersion(*std::make_unique<Database>(store.url())), std::ssize(migrations()));
+  }
+}
+
+/// Waits until the program has written the text to the terminal.
+bool awaitText(int terminal, const std::string& wanted) {
+  std::string text;
+  pollfd ready{.fd = terminal, .events = POLLIN, .revents = 0};
+  while (text.find(wanted) == std::string::npos && poll(&ready, 1, 20'000) > 0) {
+    char part[256];
+    const ssize_t got = read(terminal, part, sizeof part);
+    if (got <= 0) return false;
+    text.append(part, static_cast<std::size_t>(got));
+  }
+  return text.find(wanted) != std::string::npos;
+}
+
+bool echoes(int terminal) {
+  termios state{};
+  return tcgetattr(terminal, &state) == 0 && (state.c_lflag & ECHO) != 0;
+}
+
+TEST_F(ProgramTest, GivesTheTerminalItsEchoBackWhenItIsInterruptedAtThePassword) {
+  makeLibrary();
+  int terminal = -1;
+  int inner = -1;
+  ASSERT_EQ(openpty(&terminal, &inner, nullptr, nullptr, nullptr), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    login_tty(inner);
+    execl(VANTRY_SERVER_PROGRAM, "vantry-server", "--database", database.c_str(), "operator", "password",
+          "dana", nullptr);
+    _exit(9);
+  }
+  EXPECT_TRUE(awaitText(terminal, "New password: "));
+  for (int wait = 0; wait < 500 && echoes(terminal); ++wait) usleep(10'000);
+  EXPECT_FALSE(echoes(terminal));
+  EXPECT_EQ(write(terminal, "\x03", 1), 1);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFSIGNALED(status));
+  EXPECT_EQ(WTERMSIG(status), SIGINT);
+  EXPECT_TRUE(echoes(inner));
+  close(inner);
+  close(terminal);
+}
+
+TEST_F(ProgramTest, TakesNoPasswordOnTheCommandLine) {
+  makeLibrary();
+  EXPECT_NE(run("operator add eve --name E --password secret-secret").code, 0);
+  EXPECT_NE(run("operator password dana secret-secret").code, 0);
+}
+
+TEST_F(ProgramTest, ServesUntilItIsToldToEndAndIsCopiedMeanwhile) {
+  makeLibrary();
+  Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
+  WireClient client(serving.port());
+  EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
+  EXPECT_EQ(client.send("SLL", {{"LOC", "1"}}).rc, 0);
+  const std::string copy = folder.file("copy.sqlite");
+  EXPECT_EQ(run("backup " + copy).code, 0);
+  EXPECT_EQ(run("backup " + copy).code, 1) << "a copy is never written over";
+  Database restored(copy);
+  int sessions = 0;
+  restored.read([&](Connection& db) {
+    Query query(db, "select count(*) from sessions");
+    query.into(sessions);
+    while (query.next()) {
+    }
+  });
+  EXPECT_EQ(sessions, 1);
+  const int status = serving.end(SIGTERM);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+}  // namespace
+}  // namespace vantry::server

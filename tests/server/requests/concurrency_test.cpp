@@ -1,0 +1,210 @@
+// Two desks that want the same thing at the same moment.
+
+#include <atomic>
+#include <barrier>
+#include <functional>
+#include <future>
+#include <thread>
+
+#include "server/access/sealing.h"
+#include "server/access/tries.h"
+#include "server/desk/due_bookings.h"
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+constexpr int rounds = 40;
+
+struct Message {
+  std::string code;
+  std::string tags;
+};
+
+/// Desks of one server, and of two on one database.
+class TwoDesks : public OnEachDatabase {
+ protected:
+  using Desks = std::vector<RequestRunner*>;
+
+  void SetUp() override {
+    OnEachDatabase::SetUp();
+    if (!library_) return;
+    other = std::make_unique<Database>(library().url());
+    second_ = std::make_unique<RequestRunner>(*other, library().clock(), HashCost::Quick);
+    ofOneServer = {&library().runner(), &library().runner()};
+    ofTwoServers = {&library().runner(), second_.get()};
+  }
+
+  /// Lets all desks ask at the same moment; the codes that they get, in their order.
+  std::string atOnce(const Desks& desks, const std::function<Message(std::size_t desk)>& message) {
+    std::barrier start(static_cast<std::ptrdiff_t>(desks.size()));
+    std::vector<int> codes(desks.size());
+    std::vector<std::thread> threads;
+    for (std::size_t desk = 0; desk < desks.size(); ++desk) {
+      threads.emplace_back([&, desk] {
+        const Message sent = message(desk);
+        start.arrive_and_wait();
+        codes[desk] = library().sendTo(*desks[desk], sent.code, sent.tags).rc;
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    std::sort(codes.begin(), codes.end());
+    std::string outcome;
+    for (const int code : codes) outcome += (outcome.empty() ? "" : " ") + std::to_string(code);
+    return outcome;
+  }
+
+  /// How many of the rounds of saves ended with which codes.
+  std::map<std::string, int> contest(const Desks& desks, const std::function<std::string(int round)>& save) {
+    std::map<std::string, int> outcomes;
+    for (int round = 0; round < rounds; ++round) {
+      ++outcomes[atOnce(desks, [&](std::size_t) { return Message{"NEWBK", save(round)}; })];
+    }
+    return outcomes;
+  }
+
+  /// A booking of the second day; its number.
+  std::string book(const std::string& from, const std::string& until, const std::string& things) {
+    return send("NEWBK", booking(times(2, from, until), "LOC=1", 3, things)).first("BOOKID");
+  }
+
+  static std::string timesOf(int round) {
+    return "STIME=" + momentText(makeMoment(2026, 4, 1, 8) + round * hour) +
+           "; ETIME=" + momentText(makeMoment(2026, 4, 1, 9) + round * hour);
+  }
+
+  std::string doubles() {
+    return library().value(
+        "select count(*) from occupancy a join occupancy b on a.kind = b.kind and a.thing = b.thing and a.id "
+        "< b.id "
+        "and a.starts_at < b.ends_at and b.starts_at < a.ends_at where a.kind < 10");
+  }
+
+  std::unique_ptr<Database> other;
+  Desks ofOneServer;
+  Desks ofTwoServers;
+
+ private:
+  std::unique_ptr<RequestRunner> second_;
+};
+INSTANTIATE_TEST_SUITE_P(Databases, TwoDesks, eachDatabase, databaseName);
+
+TEST_P(TwoDesks, OfOneServerEndWithOneBookingAndOneRefusal) {
+  const auto outcomes = contest(ofOneServer, [](int round) {
+    return booking(timesOf(round), "LOC=1", 3, "EID=1; MTID=1; BI=1; MI=1; IM=1");
+  });
+  EXPECT_EQ(outcomes, (std::map<std::string, int>{{"0 150", rounds}}));
+  EXPECT_EQ(doubles(), "0");
+}
+
+TEST_P(TwoDesks, OfTwoServersOnOneDatabaseToo) {
+  const auto pieces = contest(ofTwoServers, [](int round) {
+    return booking(timesOf(round), "LOC=1", 3, round % 2 == 0 ? "EID=1" : "EID=5");
+  });
+  EXPECT_EQ(pieces, (std::map<std::string, int>{{"0 149", rounds}}));
+  const auto rooms = contest(
+      ofTwoServers, [](int round) { return booking(timesOf(round), "RID=1", 1, "", "UTIME=0; CTIME=0"); });
+  EXPECT_EQ(rooms, (std::map<std::string, int>{{"0 107", rounds}}));
+  EXPECT_EQ(doubles(), "0");
+}
+
+TEST_P(TwoDesks, AGroupAndItsMemberAreOneThing) {
+  std::atomic<int> turn = 0;
+  const auto outcomes = contest(ofTwoServers, [&](int round) {
+    return booking(timesOf(round), "LOC=1", 3, turn++ % 2 == 0 ? "EID=5" : "EID=6");
+  });
+  EXPECT_EQ(outcomes, (std::map<std::string, int>{{"0 149", rounds}}));
+}
+
+TEST_P(TwoDesks, PromiseNoMoreThanThereIs) {
+  const auto outcomes =
+      contest({ofTwoServers[0], ofTwoServers[1], ofTwoServers[0], ofTwoServers[1]},
+              [](int round) { return booking(timesOf(round), "LOC=1", 3, "ETI=1; IFL=N"); });
+  EXPECT_EQ(outcomes, (std::map<std::string, int>{{"0 0 149 149", rounds}})) << "there are two televisions";
+}
+
+TEST_P(TwoDesks, ChargeOneBookingOnce) {
+  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
+    for (int round = 10; round < 20; ++round) {
+      const std::string id = book("09:" + std::to_string(round), "09:" + std::to_string(round + 1), "EID=1");
+      EXPECT_EQ(atOnce(desks, [&](std::size_t) { return Message{"CBK", "BOOKID=" + id}; }), "0 128");
+      send("DBK", "BOOKID=" + id + "; EID=1");
+    }
+  }
+}
+
+TEST_P(TwoDesks, AChangeAndASaveDoNotBothGetTheLastPiece) {
+  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
+    for (int round = 0; round < rounds; ++round) {
+      const std::string id = send("NEWBK", booking(timesOf(round), "LOC=1", 3, "")).first("BOOKID");
+      const std::string wanted =
+          booking(timesOf(round), "LOC=1", 3, round % 2 == 0 ? "EID=3" : "ETI=2; IFL=N");
+      const Message messages[] = {{"NEWBK", wanted}, {"UPDBK", "BOOKID=" + id + "; " + wanted}};
+      ASSERT_EQ(atOnce(desks, [&](std::size_t desk) { return messages[desk]; }), "0 149");
+    }
+    EXPECT_EQ(doubles(), "0");
+    library().execute("delete from bookings");
+  }
+}
+
+TEST_P(TwoDesks, TwoWishesAreNotFilledWithTheLastPiece) {
+  const std::string wish = "ETI=1; IFL=N";
+  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
+    for (int round = 0; round < 10; ++round) {
+      const std::string ids[] = {book("09:00", "10:00", wish), book("09:00", "10:00", wish)};
+      library().execute(
+          "insert into equipment_statuses (equipment_id, status_id, applied_at) values (2, 1, 0)");
+      EXPECT_EQ(atOnce(desks,
+                       [&](std::size_t desk) {
+                         return Message{"CBK", "BOOKID=" + ids[desk]};
+                       }),
+                "0 128");
+      EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id = 1"), "1");
+      library().execute("delete from bookings");
+      library().execute("delete from equipment_statuses where equipment_id = 2 and status_id = 1");
+    }
+  }
+}
+
+/// The supervisor has one try left, so that the second to ask would be refused by itself.
+TEST_P(TwoDesks, OneLoginOfASupervisorSentTwiceIsAnsweredAlike) {
+  const auto message = [&](const std::string& password) {
+    return "OVOTR=Y; OI=chief; PW=" + sealFor(keysOf(library().database()), password);
+  };
+  for (int each = 1; each < mostTriesPerLogin; ++each) EXPECT_EQ(send("OPOV", message("wrong")).rc, -95);
+  const std::string right = message("secret of the desk");
+  std::vector<std::future<Got>> answers;
+  library().database().write([&](Connection&) {
+    for (int each = 0; each < 2; ++each) {
+      answers.push_back(std::async(std::launch::async, [&] {
+        return library().sendWithId(library().runner(), "once", "OPOV", right);
+      }));
+    }
+    while (library().database().waitingWriters() < 2) std::this_thread::yield();
+  });
+  EXPECT_EQ(answers[0].get().text(), answers[1].get().text());
+  EXPECT_EQ(library().value("select count(*) from audit where action like 'override%'"),
+            std::to_string(mostTriesPerLogin));
+}
+
+TEST_P(TwoDesks, BookingsThatComeDueAreCountedOnce) {
+  for (Database* second : {&library().database(), other.get()}) {
+    for (int number = 0; number < 250; ++number) send("NEWBK", booking(timesOf(number), "LOC=1", 3, "EID=1"));
+    library().execute("update bookings set status = 99 where id % 2 = 0");
+    std::barrier start(2);
+    const auto settle = [&](Database& database) {
+      start.arrive_and_wait();
+      settleDueBookings(database, makeMoment(2026, 6, 1));
+    };
+    std::thread beside([&] { settle(*second); });
+    settle(library().database());
+    beside.join();
+    EXPECT_EQ(library().value("select unclaimed_bookings from patrons where id = 1"), "125");
+    EXPECT_EQ(library().value("select late_returns from patrons where id = 1"), "125");
+    library().execute("delete from bookings");
+    library().execute("update patrons set unclaimed_bookings = 0, late_returns = 0 where id = 1");
+  }
+}
+
+}  // namespace
+}  // namespace vantry::server

@@ -1,0 +1,172 @@
+// Who gets in, for how long, and who does not.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "server/access/passwords.h"
+#include "server/access/sessions.h"
+#include "server/access/tries.h"
+#include "server/jobs/housekeeping.h"
+#include "server/setup/administration.h"
+#include "support/server_case.h"
+
+namespace vantry::server {
+namespace {
+
+using test::ServerOnEachDatabase;
+using test::WireAnswer;
+using test::WireClient;
+
+class LoginTest : public ServerOnEachDatabase {
+ protected:
+  static bool works(WireClient& client) { return client.send("GETLOCS", {}).status == 200; }
+  WireAnswer changePassword(WireClient& client, const std::string& old, const std::string& fresh) {
+    return client.post("/v1/password", R"({"old":")" + old + R"(","new":")" + fresh + R"("})",
+                       client.authorization());
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, LoginTest, eachDatabase, databaseName);
+
+TEST_P(LoginTest, OpensASessionWithoutRegardToTheCaseOfTheName) {
+  auto client = stranger();
+  const WireAnswer answer = client->login("ALL", "password-1");
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_THAT(answer.body, testing::HasSubstr(R"("operator":"all")"));
+  EXPECT_EQ(client->token.size(), 64U);
+  EXPECT_TRUE(works(*client));
+}
+
+TEST_P(LoginTest, TellsNobodyWhetherTheNameOrThePasswordWasWrong) {
+  sql("update operators set active = 0 where login = 'view'");
+  auto client = stranger();
+  const WireAnswer wrong = client->login("all", "password-2");
+  const WireAnswer unknown = client->login("nobody", "password-1");
+  const WireAnswer disabled = client->login("view", "password-1");
+  EXPECT_EQ(wrong.status, 401);
+  EXPECT_EQ(unknown.status, 401);
+  EXPECT_EQ(disabled.status, 401);
+  EXPECT_EQ(wrong.body, unknown.body);
+  EXPECT_EQ(wrong.body, disabled.body);
+  EXPECT_EQ(value("select count(*) from audit where action = 'login refused'"), "3");
+}
+
+TEST_P(LoginTest, StopsTheSixthTryForOneNameAndLetsOthersIn) {
+  auto client = stranger();
+  for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
+  const WireAnswer stopped = client->login("all", "password-1");
+  EXPECT_EQ(stopped.status, 429) << "the right password helps no more";
+  EXPECT_EQ(stopped.retryAfter, std::to_string(tryWindow));
+  EXPECT_EQ(client->login("view", "password-1").status, 200);
+  now += tryWindow;
+  EXPECT_EQ(client->login("all", "password-1").status, 200);
+}
+
+TEST_P(LoginTest, CountsTriesAcrossTheServersOfOneDatabaseAndForgetsThemAfterASuccess) {
+  auto second = another();
+  WireClient other(second->port());
+  auto client = stranger();
+  for (int each = 0; each < 4; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
+  EXPECT_EQ(other.login("all", "password-1").status, 200);
+  for (int each = 0; each < 5; ++each) EXPECT_EQ(other.login("all", "wrong").status, 401);
+  EXPECT_EQ(client->login("all", "wrong").status, 429);
+}
+
+TEST_P(LoginTest, StopsOneAddressThatTriesManyNames) {
+  auto client = stranger();
+  for (int each = 0; each < mostTriesPerAddress; ++each) {
+    EXPECT_EQ(client->login("name" + std::to_string(each), "wrong").status, 401);
+  }
+  EXPECT_EQ(client->login("all", "password-1").status, 429);
+}
+
+TEST_P(LoginTest, ASessionLivesAsLongAsItIsUsed) {
+  auto client = this->client();
+  for (int each = 0; each < 4; ++each) {
+    now += sessionLife - minute;
+    EXPECT_TRUE(works(*client));
+  }
+  now += sessionLife + 1;
+  EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
+}
+
+TEST_P(LoginTest, AClockSetBackLocksNobodyOutAndLengthensNoSession) {
+  auto client = stranger();
+  for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
+  EXPECT_EQ(client->login("all", "password-1").status, 429);
+  now -= 10 * hour;
+  EXPECT_EQ(client->login("all", "password-1").status, 200) << "tries that lie ahead count no more";
+  for (int each = 0; each < mostTriesPerLogin; ++each) EXPECT_EQ(client->login("all", "wrong").status, 401);
+  EXPECT_EQ(client->login("all", "password-1").status, 429) << "and fresh ones do";
+  auto desk = this->client("view");
+  now -= 10 * hour;
+  Database store(database);
+  keepHouse(store, now);
+  EXPECT_EQ(value("select count(*) from login_failures"), "0");
+  EXPECT_EQ(value("select max(expires_at) from sessions"), std::to_string(now + sessionLife));
+  now += sessionLife + 1;
+  EXPECT_FALSE(works(*desk));
+}
+
+TEST_P(LoginTest, ASessionWorksOnEveryServerOfTheDatabaseAndAfterARestart) {
+  auto client = this->client();
+  auto second = another();
+  WireClient other(second->port());
+  other.token = client->token;
+  EXPECT_TRUE(works(other));
+  stop();
+  start();
+  WireClient later(server->port());
+  later.token = client->token;
+  EXPECT_EQ(later.send("BOOKDAY", {{"DATE", "2026-11-24"}, {"HBK", "N"}}).rc, 0)
+      << "its location is kept too";
+}
+
+TEST_P(LoginTest, ForgedAndEmptyTokensOpenNothing) {
+  auto client = this->client();
+  const std::string real = client->token;
+  std::string forged = real;
+  forged[0] = forged[0] == 'a' ? 'b' : 'a';
+  for (const std::string& token : {std::string(), forged, real + "0", real.substr(1),
+                                   std::string("' or 1=1 --"), value("select token from sessions limit 1")}) {
+    client->token = token;
+    EXPECT_EQ(client->send("GETLOCS", {}).status, 401) << token;
+  }
+  EXPECT_EQ(value("select count(*) from sessions where token = '" + real + "'"), "0")
+      << "only a hash is stored";
+}
+
+TEST_P(LoginTest, LogoutEndsTheSession) {
+  auto client = this->client();
+  EXPECT_EQ(client->post("/v1/logout", "", client->authorization()).status, 204);
+  EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
+  EXPECT_EQ(client->post("/v1/logout", "", client->authorization()).status, 401);
+}
+
+TEST_P(LoginTest, ANewPasswordNeedsTheOldOneAndEndsTheOtherSessions) {
+  auto client = this->client();
+  auto elsewhere = this->client();
+  EXPECT_EQ(changePassword(*client, "wrong", "another-password").status, 401);
+  EXPECT_EQ(changePassword(*client, "password-1", "short").status, 400);
+  EXPECT_EQ(changePassword(*client, "password-1", "aaaaaaaaaaaa").status, 400);
+  EXPECT_TRUE(works(*elsewhere));
+  EXPECT_EQ(changePassword(*client, "password-1", "another-password").status, 204);
+  EXPECT_TRUE(works(*client));
+  EXPECT_EQ(elsewhere->send("GETLOCS", {}).status, 401);
+  EXPECT_EQ(elsewhere->login("all", "password-1").status, 401);
+  EXPECT_EQ(elsewhere->login("all", "another-password").status, 200);
+}
+
+TEST_P(LoginTest, ADisabledOperatorIsOutAtOnce) {
+  auto client = this->client();
+  Database store(database);
+  store.write([&](Connection& db) { setOperatorActive(db, "all", false, now); });
+  EXPECT_EQ(client->send("GETLOCS", {}).status, 401);
+}
+
+TEST_P(LoginTest, PasswordsAreStoredAsSlowHashesOnly) {
+  EXPECT_THAT(value("select password from operators where login = 'all'"), testing::StartsWith("$argon2id$"));
+  EXPECT_NE(hashPassword("same", HashCost::Quick), hashPassword("same", HashCost::Quick)) << "salted";
+}
+
+}  // namespace
+}  // namespace vantry::server

@@ -1,0 +1,234 @@
+// No request walks through a table that grows with the library.
+
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "server/catalogue/catalogue_store.h"
+#include "server/jobs/housekeeping.h"
+#include "server/store/query.h"
+#include "support/server_desk_library.h"
+#include "support/server_messages.h"
+
+namespace vantry::server {
+namespace {
+
+/// What grows with the days and with the library. Of the tries to log on no more than five minutes are kept.
+constexpr std::string_view growing =
+    " bookings booking_items booking_equipment occupancy maintenance sessions replies audit equipment "
+    "equipment_barcodes items titles holdings patrons patron_barcodes catalogue_keys marc_records ";
+
+bool grows(const std::string& table) {
+  return growing.find(" " + table + " ") != std::string_view::npos;
+}
+
+/// What PostgreSQL must find much of, and of many kinds, lest it think an index not worth its while.
+constexpr std::string_view many[] = {
+    "patrons (last_name, search_name) select 'N' || n, 'n' || n",
+    "patron_barcodes (patron_id, patron_group_id, barcode, status_id) select n, 1, 'Q' || n, 1",
+    "equipment_types (name) select 'K' || n",
+    "equipment (equipment_type_id, group_id, number, location_id, room_id, created_at) "
+    "select n % 1000 + 1, case when n % 5 > 0 then n - n % 5 end, 'X' || n, 1, 3, 0",
+    "equipment_barcodes (equipment_id, barcode, status_id) select n, 'F' || n, 1",
+    "titles (title, search_title, is_indexed) select 'T' || n, 't' || n, 1",
+    "holdings (title_id, location_id, search_call_number, call_number_kind) select n, 1, 'c' || n, 'MLC#'",
+    "items (holding_id, title_id, location_id, barcode) select n, n, 1, 'L' || n",
+    "catalogue_keys (kind, word, title_id) select 1, 'w' || n, n",
+    "marc_records (title_id, holding_id, record) select n, case when n % 2 = 0 then n end, ''",
+    "bookings (location_id, booking_type, status, patron_id, room_id, starts_at, ends_at, created_at, "
+    "updated_at, setup_staff_id, cleanup_staff_id, pickup_patron_id, room_charged_at) "
+    "select 1, 1, 99, n, n % 3 + 1, 1770000000 + n * 3600, 1770003600 + n * 3600, 0, 0, n, n, n, 0",
+    "booking_items (booking_id, place, title_id, item_id, charged_at) select n, 1, n, n, 0",
+    "booking_equipment (booking_id, place, equipment_id, equipment_type_id, charged_at, returned_at) "
+    "select n, 1, n % 4000 + 20, 1, 0, case when n % 10 > 0 then 0 end",
+    "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
+    "select 11 + n % 3, n, n * 3600, n * 3600 + 3600, n, n",
+    "maintenance (equipment_id, came_in_on, created_at) select n, n * 86400, 0",
+    "sessions (token, operator_id, expires_at) select 't' || n, 1, n",
+    "replies (operator_id, request_id, code, reply, at) select 1, 'i' || n, 'C', '', n",
+    "audit (at, action, subject, detail) select n, '', '', ''",
+};
+
+/// The last column of each row of a plan.
+std::vector<std::string> planOf(Connection& db, const std::string& explain, int columns) {
+  std::vector<std::string> lines;
+  std::vector<std::string> row(static_cast<std::size_t>(columns));
+  Query query(db, explain);
+  for (std::string& each : row) query.into(each);
+  while (query.next()) lines.push_back(row.back());
+  return lines;
+}
+
+/// The statement with each of its values written as `value`.
+std::string withValues(std::string sql, const std::string& value) {
+  for (std::size_t at = sql.find(':'); at != std::string::npos; at = sql.find(':', at + value.size())) {
+    std::size_t end = at + 1;
+    while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) != 0 || sql[end] == '_'))
+      ++end;
+    sql.replace(at, end - at, value);
+  }
+  return sql;
+}
+
+/// The growing tables of the statement, by the names that they may have in it.
+std::map<std::string, std::string> namesIn(const std::string& sql) {
+  std::map<std::string, std::string> names;
+  std::string before;
+  std::istringstream words(sql);
+  for (std::string word; words >> word; before = word) {
+    word = word.substr(0, word.find_first_of(",();"));
+    if (grows(before)) names[word] = before;
+    if (grows(word)) names[word] = word;
+  }
+  return names;
+}
+
+/// The word behind the mark, where the line has it.
+std::string wordBehind(const std::string& line, std::string_view mark) {
+  const std::size_t at = line.find(mark);
+  if (at == std::string::npos) return {};
+  const std::size_t from = at + mark.size();
+  return line.substr(from, line.find(' ', from) - from);
+}
+
+/// Who wants the first row in the order of an index walks through nothing.
+bool takesFirstRow(const std::string& sql) {
+  return sql.ends_with(" limit 1") && sql.find(" where ") == std::string::npos;
+}
+
+/// SQLite says SCAN where it reads a table, or a whole index of it, from the beginning to the end.
+std::set<std::string> walksOfSqlite(Connection& db, const std::string& sql) {
+  std::set<std::string> walked;
+  const std::map<std::string, std::string> names = namesIn(sql);
+  for (const std::string& line : planOf(db, "explain query plan " + withValues(sql, "1"), 4)) {
+    const auto found = names.find(wordBehind(line, "SCAN "));
+    const bool inOrder = takesFirstRow(sql) && line.find(" INDEX ") != std::string::npos;
+    if (found != names.end() && !inOrder) walked.insert(found->second);
+    // There are a handful of kinds: to search by one alone is to walk.
+    const bool byKind = line.find(" occupancy_thing (kind=?") != std::string::npos;
+    if (byKind && line.find("thing=?") == std::string::npos) walked.insert("occupancy by its kind alone");
+  }
+  return walked;
+}
+
+/// With so few rows PostgreSQL would walk through all tables; told not to, it only does where no index helps,
+/// or reads a whole index, which then has no condition.
+std::set<std::string> walksOfPostgresql(Connection& db, const std::string& sql) {
+  std::set<std::string> walked;
+  const std::vector<std::string> plan = planOf(db, "explain (costs off) " + withValues(sql, "'1'"), 1);
+  for (std::size_t at = 0; at < plan.size(); ++at) {
+    const std::string_view next = at + 1 < plan.size() ? std::string_view(plan[at + 1]) : std::string_view();
+    const bool byKind = next.find("Index Cond: (kind = ") != std::string_view::npos;  // and by nothing else
+    const bool bound = next.find("Index Cond:") != std::string_view::npos && !byKind;
+    const bool byIndex = plan[at].find("Scan using") != std::string::npos;
+    const bool scans = byIndex || plan[at].find("Seq Scan") != std::string::npos;
+    const std::string table = wordBehind(plan[at], " on ");
+    if (scans && !bound && grows(table) && !(byIndex && takesFirstRow(sql))) walked.insert(table);
+    if (plan[at].find("Bitmap Index Scan") != std::string::npos && !bound) walked.insert("by " + table);
+  }
+  return walked;
+}
+
+void fillForPlanning(Connection& db) {
+  for (const std::string_view rows : many) {
+    db.run("insert into " + std::string(rows) + " from generate_series(1, 5000) n on conflict do nothing");
+  }
+  db.run("analyze");
+  db.run("set enable_seqscan = off");
+}
+
+class QueryPlans : public OnEachDatabase {
+ protected:
+  void SetUp() override {
+    OnEachDatabase::SetUp();
+    if (library_) sendAll();
+  }
+
+  void send(const std::string& code, const std::string& tags) {
+    OnEachDatabase::send(code, tags);
+    note(code);
+  }
+
+  /// Keeps the statements that find rows, each with the first request that ran it.
+  void note(const std::string& code) {
+    library().database().plain([&](Connection& db) {
+      for (const std::string& sql : db.statements()) {
+        if (sql.starts_with("select") || sql.starts_with("update") || sql.starts_with("delete"))
+          asked.emplace(sql, code);
+      }
+    });
+  }
+
+  std::map<std::string, std::string> asked;
+
+ private:
+  void sendAll() {
+    bookAndCirculate();
+    search();
+    for (const SampleMessage& each : sampleMessages()) {
+      library().run(std::string(each.row->code), each.tags);
+      note(std::string(each.row->code));
+    }
+    keepAccounts();
+  }
+
+  /// What each way through a booking's life reads.
+  void bookAndCirculate() {
+    const std::string ten = times(2, "09:30", "11:00");
+    const std::string things =
+        "EID=1; EID=5; ETI=2; IFL=N; MTID=1; BI=1; MI=1; IM=1; MTID=1; BI=1; MI=0; IM=0";
+    send("NEWBK", booking(ten, "LOC=1", 3, things));
+    send("NEWBK", booking(ten, "RID=1", 1, ""));
+    send("NEWBK", booking(ten, "RCOP=0; RCA=30; LOC=1; RTI=1", 1, ""));
+    send("VALEAVL", "BOOKID=0; LOC=1; PGID=1; " + ten + "; EID=1; EID=5; ETI=2; IFL=N");
+    send("VALIAVL",
+         "BOOKID=0; LOC=1; PGID=1; " + ten + "; MTID=1; BI=1; MI=1; IM=1; MTID=1; BI=1; MI=0; IM=0");
+    send("VALRMAVL", "BOOKID=0; " + ten + "; RID=1; PGID=1");
+    for (const char* id : {"1", "2", "3"}) send("CBK", std::string("BOOKID=") + id);
+  }
+
+  void search() {
+    for (const char* search : {"BNO=P100", "BNO=P1?", "PPBAR=P100", "CNUM=1", "PLN=Bell"}) {
+      send("SSC", search);
+      send("SSD", search);
+    }
+    for (const char* search : {"MEDBAR=M1", "IM=1", "EQBAR=E1", "ENO=TV1", "CN=qe?; CNTY=MLC#"})
+      send("SSD", search);
+    send("GETIBYB", "EPT=3; BARORNO=0; BNO=E1");
+    send("GETIBYB", "EPT=3; BARORNO=1; ENO=TV1");
+    indexCatalogue(library().database());
+    for (const char* field : {"1", "2", "3", "4"})
+      send("CATFIND", std::string("SRCHTAG=") + field + "; SRCHVAL=vol?");
+    send("CATFIND", "SRCHTAG=5; SRCHVAL=vol? qe; KWHO=Y");
+    send("BOOKMTH", "DATE=2026-03-01; HBK=N; YRS=Y");
+    send("DBK", "BOOKID=1; IM=1; EID=1");
+  }
+
+  void keepAccounts() {
+    EXPECT_TRUE(library().runner().login("clerk", "wrong", "127.0.0.1").token.empty());
+    const std::string fresh = library().runner().login("clerk", "secret of the desk", "127.0.0.1").token;
+    const auto changed =
+        library().runner().changePassword(fresh, "secret of the desk", "another secret", "127.0.0.1");
+    EXPECT_EQ(changed.kind, RequestRunner::PasswordResult::Kind::Changed);
+    EXPECT_TRUE(library().runner().logout(fresh));
+    keepHouse(library().database(), library().clock()());
+    note("accounts");
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, QueryPlans, eachDatabase, databaseName);
+
+TEST_P(QueryPlans, ReachGrowingTablesByTheirIndexes) {
+  EXPECT_GT(asked.size(), 120U) << "the requests ran on one connection";
+  library().database().plain([&](Connection& db) {
+    const bool sqlite = db.dialect().kind == Dialect::Kind::Sqlite;
+    if (!sqlite) fillForPlanning(db);
+    for (const auto& [sql, code] : asked) {
+      for (const std::string& table : sqlite ? walksOfSqlite(db, sql) : walksOfPostgresql(db, sql)) {
+        ADD_FAILURE() << code << " walks through " << table << ":\n  " << sql;
+      }
+    }
+  });
+}
+
+}  // namespace
+}  // namespace vantry::server

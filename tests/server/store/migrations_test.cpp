@@ -1,0 +1,177 @@
+#include "server/store/migrations.h"
+#include "server/store/query.h"
+
+#include <future>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "support/server_case.h"
+
+namespace vantry::server {
+namespace {
+
+using test::TempFolder;
+
+constexpr int always = 1000;
+
+/// What a library holds, from the step on that makes its place until the step that changes it.
+struct Rows {
+  int from;
+  int until;
+  const char* sql;
+};
+constexpr Rows filled[] = {
+    {1, always, "insert into libraries (id, name) values (1, 'Old Library')"},
+    {1, always, "insert into locations (id, library_id, name) values (1, 1, 'Old Desk')"},
+    {1, always, "insert into operators (id, login, name, password) values (7, 'old', 'Old Operator', '-')"},
+    {1, 8, "insert into sessions (token, operator_id, expires_at) values ('one', 7, 9), ('two', 7, 9)"},
+    {1, 8,
+     "insert into replies (session, request_id, code, reply, at) values ('one', 'a', 'NEWBK', '{}', 1), "
+     "('two', 'a', 'NEWBK', '{}', 1), ('gone', 'b', 'NEWBK', '{}', 1)"},
+    {9, always,
+     "insert into replies (operator_id, request_id, code, reply, at) values (7, 'a', 'NEWBK', '{}', 1)"},
+    {2, always, "insert into equipment_types (id, name) values (1, 'Camera')"},
+    {2, always,
+     "insert into equipment (id, equipment_type_id, number, location_id, created_at) values (1, 1, 'C', 1, "
+     "0)"},
+    {3, always, "insert into patron_groups (id, name) values (1, 'Students')"},
+    {3, always,
+     "insert into patrons (id, last_name, search_name) with recursive n(i) as (select 1 union all "
+     "select i + 1 from n where i < 1001) select i, 'M\u00fcller ' || i, 'm\u00fcller ' || i from n"},
+    {3, always, "insert into titles (id, title, search_title) values (1, 'Bees', 'bees')"},
+    {4, 9, "insert into policies (id, location_id) values (1, 1)"},
+    {4, always, "insert into policies (id, location_id, patron_group_id) values (2, 1, 1), (3, 1, null)"},
+    {4, always, "insert into policy_locations (policy_id, location_id) select id, 1 from policies"},
+    {5, always,
+     "insert into bookings (id, location_id, booking_type, patron_id, starts_at, ends_at, created_at, "
+     "updated_at) values (1, 1, 3, 1, 100, 200, 0, 0)"},
+    {5, always,
+     "insert into booking_equipment (id, booking_id, place, equipment_id, equipment_type_id) values "
+     "(1, 1, 1, 1, 1)"},
+    {5, always, "insert into booking_items (id, booking_id, place, title_id) values (1, 1, 1, 1)"},
+    {5, 12,
+     "insert into occupancy (kind, thing, family, starts_at, ends_at, booking_id, line_id) values "
+     "(1, 1, 1, 100, 200, 1, 1), (12, 1, 1, 100, 200, 1, 1)"},
+};
+
+/// What has become of it at the last step.
+struct Kept {
+  int from;
+  const char* rows;
+  int count;
+};
+constexpr Kept kept[] = {
+    {1, "libraries", 1},
+    {1, "operators", 1},
+    {1, "replies where operator_id = 7 and request_id = 'a'", 1},
+    {1, "replies", 1},
+    {3, "patrons where search_name = 'muller ' || id", 1001},
+    {4, "policies where id in (2, 3)", 2},
+    {4, "policies", 2},
+    {4, "policy_locations", 2},
+    {5,
+     "bookings b join booking_equipment e on e.booking_id = b.id join booking_items i on i.booking_id = b.id",
+     1},
+    {5, "occupancy where booking_id = 1 and line_id = 1 and starts_at = 100 and ends_at = 200", 2},
+    {1, "barcode_statuses", 4},
+};
+
+int last() {
+  return static_cast<int>(migrations().size());
+}
+
+int countOf(Database& database, const std::string& table) {
+  int count = -1;
+  database.read([&](Connection& db) {
+    Query query(db, "select count(*) from " + table);
+    query.into(count);
+    while (query.next()) {
+    }
+  });
+  return count;
+}
+
+class Migrations : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override {
+    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, Migrations, eachDatabase, databaseName);
+
+TEST(MigrationSteps, AreNumberedWithoutGaps) {
+  int expected = 0;
+  for (const Migration& step : migrations()) EXPECT_EQ(step.number, ++expected) << step.name;
+}
+
+TEST_P(Migrations, BringEveryOlderDatabaseToThePresentAndKeepItsData) {
+  for (int from = 1; from < last(); ++from) {
+    SCOPED_TRACE(from);
+    const TestStore store(GetParam());
+    Database database(store.url());
+    migrate(database, from);
+    EXPECT_EQ(schemaVersion(database), from);
+    database.write([&](Connection& db) {
+      for (const Rows& each : filled) {
+        if (from >= each.from && from <= each.until) db.run(each.sql);
+      }
+    });
+    migrate(database);
+    EXPECT_EQ(schemaVersion(database), last());
+    for (const Kept& each : kept) {
+      if (from < each.from) continue;
+      EXPECT_EQ(countOf(database, each.rows), each.count) << each.rows;
+    }
+    const auto twoForOne = [](Connection& db) {
+      db.run("insert into policies (id, location_id) values (4, 1), (5, 1)");
+    };
+    EXPECT_THROW(database.write(twoForOne), StoreError);
+  }
+}
+
+TEST_P(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
+  const TestStore store(GetParam());
+  Database holder(store.url());
+  Database one(store.url());
+  Database two(store.url());
+  std::vector<std::future<void>> runs;
+  holder.write([&](Connection&) {
+    for (Database* each : {&one, &two}) {
+      runs.push_back(std::async(std::launch::async, [each] { each->write([](Connection&) {}); }));
+      runs.push_back(std::async(std::launch::async, [each] { migrate(*each); }));
+    }
+    // A program of which one writer waits for the other has looked and seen an empty database.
+    while (one.waitingWriters() == 0 || two.waitingWriters() == 0) std::this_thread::yield();
+  });
+  for (std::future<void>& each : runs) EXPECT_NO_THROW(each.get());
+  EXPECT_EQ(countOf(holder, "schema_steps"), last());
+  EXPECT_EQ(countOf(holder, "barcode_statuses"), 4);
+}
+
+TEST_P(Migrations, RefuseADatabaseOfANewerProgram) {
+  const TestStore store(GetParam());
+  Database database(store.url());
+  migrate(database);
+  database.write(
+      [](Connection& db) { db.run("insert into schema_steps (number, name) values (999, 'later')"); });
+  EXPECT_THROW(migrate(database), StoreError);
+}
+
+TEST(MigrationSteps, AFileThatIsNoDatabaseIsRefusedAndStaysAsItWas) {
+  const TempFolder folder;
+  const std::string text(4096, 'x');
+  FILE* file = fopen(folder.file("letter.txt").c_str(), "w");
+  fwrite(text.data(), 1, text.size(), file);
+  fclose(file);
+  EXPECT_THROW(
+      {
+        Database database(folder.file("letter.txt"));
+        migrate(database);
+      },
+      StoreError);
+  EXPECT_EQ(std::filesystem::file_size(folder.file("letter.txt")), text.size());
+}
+
+}  // namespace
+}  // namespace vantry::server
