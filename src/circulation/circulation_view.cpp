@@ -205,7 +205,6 @@ void CirculationView::clicked() {
   if (rememberedRow_ == 0) rememberedRow_ = row;
   if (faBookings.Rows < 2) return;
   setEnabled(true, sort, print);
-  app().slots.source = kSourceMainWindow;
   takeSelected();
 }
 

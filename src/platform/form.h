@@ -77,6 +77,9 @@ class Form : public Element, public Container {
   // What the controls and the front end need of their window.
   bool reachable() const override { return Enabled; }
   void focusOn(Control& control);
+  /// Leaves the control with the focus as the operator would, so that its check runs; the focus stays there.
+  /// False when the check has put the focus somewhere, because something is wrong.
+  [[nodiscard]] bool leaveField();
   /// The operator moved the focus, or the front end did.
   void focusMoved(Control* control);
   void timerChanged(Timer& timer);

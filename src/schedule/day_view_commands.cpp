@@ -54,7 +54,6 @@ void DayView::faDayBookings_Click() {
   const int row = faDayBookings.Row;
   if (row < faDayBookings.FixedRows) return;
   setEnabled(true, parts().commands.printDetail, edit, sort);
-  app().slots.source = kSourceMainWindow;
   selectedId_ = list_.text(row, kBookingIdColumn);
   selectedRow_ = row;
   allowByStatus(selectedStatus());
@@ -86,8 +85,7 @@ void DayView::faDayBookings_RightClick() {
 }
 
 void DayView::cmdEditBooking_Click() {
-  app().slots.source = kSourceMainWindow;
-  OpenRecordWindow(app(), kBooking, selectedId_);
+  OpenRecordWindow(app(), {kBooking, selectedId_, kSourceMainWindow});
 }
 
 /// The command's button is off afterwards; without a new place the focus would jump to the next one.

@@ -141,7 +141,7 @@ class frmMain : public Form, public MainWindow {
   void fillViewCombo(Mode mode);
   void runNewRecord();
   void openNewRecord(int kind);
-  void openNewBooking(int kind);
+  void openNewBooking(int kind, bool pickUp = false);
   void secureCommands();
   void closeWorkingWindows();
   /// Tells which windows are still open; false when none but this one is.

@@ -231,27 +231,26 @@ void frmMain::runNewRecord() {
 }
 
 void frmMain::openNewRecord(int kind) {
-  app_.slots.source = kSourceMainWindow;
-  OpenRecordWindow(app_, kind, "");
+  OpenRecordWindow(app_, {kind, "", kSourceMainWindow});
 }
 
-void frmMain::openNewBooking(int kind) {
-  if (app_.context.rights.has(Right::BKADD)) openNewRecord(kind);
+void frmMain::openNewBooking(int kind, bool pickUp) {
+  if (!app_.context.rights.has(Right::BKADD)) return;
+  RecordOpening opening(kind, "", kSourceMainWindow);
+  opening.pickUp = pickUp;
+  OpenRecordWindow(app_, opening);
 }
 
 void frmMain::mnuFileNewBooking_Click() {
-  app_.slots.newPickup = false;
   openNewBooking(kBooking);
 }
 
 void frmMain::mnuFileNewBookingWiz_Click() {
-  app_.slots.newPickup = false;
   openNewBooking(kWizard);
 }
 
 void frmMain::mnuFileNewPickup_Click() {
-  app_.slots.newPickup = true;
-  openNewBooking(kBooking);
+  openNewBooking(kBooking, true);
 }
 
 // Windows and commands of higher floors

@@ -19,7 +19,7 @@ struct Window : Form {
   }
   TextBox txtNumber{*this, "txtNumber"};
   ComboBox cboLocation{*this, "cboLocation"};
-  CheckBox chkStorage{*this, "chkStorage"};
+  CheckBox chkStorage{*this, "chkStorage", "Storage Room:"};
   DateField dtBought{*this, "dtBought"};
   NumberField txtCapacity{*this, "txtCapacity", 0, 99999};
   CurrencyField txtValue{*this, "txtValue", 0, 9000};

@@ -257,7 +257,7 @@ TEST_F(DayViewTest, NewBookingsOpenAsPreferred) {
     if (*popup) desktop.expectPopup("mnuPopupNewBooking", popup);
     day().cmdNewBooking.press();
     EXPECT_THAT(notBuilt, testing::ElementsAre(opened));
-    EXPECT_EQ(app->slots.newPickup, preference == std::string("3"));
+    EXPECT_EQ(app->slots.opening.pickUp, preference == std::string("3"));
     EXPECT_TRUE(main().Enabled);
   }
 }
@@ -270,7 +270,7 @@ TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
   grid().doubleClick(2, 3);
   EXPECT_THAT(notBuilt, testing::ElementsAre("record window 7"));
   EXPECT_EQ(app->slots.ids[7], "8");
-  EXPECT_EQ(app->slots.source, 5);
+  EXPECT_EQ(app->slots.opening.source, 5);
 }
 
 TEST_F(DayViewTest, MergingFollowsTheMenu) {

@@ -252,8 +252,8 @@ TEST_F(MainWindowTest, ToolsRunTheirCommands) {
   std::string opened;
   for (const int kind : {kEquipment, kGroup, kRoom, kBooking, kWizard}) {
     app->makers.addRecord(kind, [&opened, kind](App& a) {
-      opened = std::to_string(kind) + (a.slots.newPickup ? " pick-up" : "") + " from " +
-               std::to_string(a.slots.source);
+      opened = std::to_string(kind) + (a.slots.opening.pickUp ? " pick-up" : "") + " from " +
+               std::to_string(a.slots.opening.source);
       return nullptr;
     });
   }
@@ -269,7 +269,7 @@ TEST_F(MainWindowTest, ToolsRunTheirCommands) {
                                                           {32776, "frmOptions"},
                                                           {57636, "frmFind"}}) {
     opened.clear();
-    app->slots.source = 0;
+    app->slots.opening = {};
     main().barMain.choose(main().barMain.tool(tool));
     EXPECT_EQ(opened, opens) << tool;
   }
