@@ -193,14 +193,14 @@ class DeskWork {
   void openings() {
     Costs costs;
     for (int round = 0; round < kRounds; ++round) {
-      time(costs, [this] { OpenRecordWindow(app(), kBooking, bookingId_); });
+      time(costs, [this] { OpenRecordWindow(app(), {kBooking, bookingId_, kSourceMainWindow}); });
       close(editor());
     }
     tell("opening a booking with 50 media, 50 pieces", costs);
   }
 
   void addings() {
-    OpenRecordWindow(app(), kBooking, bookingId_);
+    OpenRecordWindow(app(), {kBooking, bookingId_, kSourceMainWindow});
     frmBooking& window = editor();
     window.tabBooking.SelectedTab = 3;
     EquipmentPanel& panel = window.equipment;
@@ -214,9 +214,7 @@ class DeskWork {
       panel.txtEquipBarcode.type(number);
       time(costs, [&] { panel.cmdAddEquipViaBarcode_Click(); });
     }
-    std::printf("%d pieces in the booking\n",
-                countEquipment({app(), window, window.times, window.media.faMedia, panel.tvwOtherEquipment,
-                                panel.tvwEquipment}));
+    std::printf("%d pieces in the booking\n", countEquipment(window.parts));
     tell("adding a piece", costs);
     close(window);
   }
@@ -224,7 +222,7 @@ class DeskWork {
   void savings() {
     Costs costs;
     for (int round = 0; round < kRounds; ++round) {
-      OpenRecordWindow(app(), kBooking, bookingId_);
+      OpenRecordWindow(app(), {kBooking, bookingId_, kSourceMainWindow});
       frmBooking& window = editor();
       window.txtBookingNote.type("Round " + std::to_string(round));
       time(costs, [&] { window.mnuFileSave_Click(); });

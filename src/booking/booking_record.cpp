@@ -56,15 +56,21 @@ const FieldRow kPrivileges[] = {
     {tags::BCNT, &BookingRecord::BookingCount},
 };
 
+void set(const FieldRow& row, BookingRecord& record, std::string value) {
+  if (const Number* number = std::get_if<Number>(&row.field))
+    record.*(*number) = intOf(value);
+  else
+    record.*std::get<Text>(row.field) = std::move(value);
+}
+
 void read(std::span<const FieldRow> rows, const TagMessage& message, BookingRecord& record) {
-  for (const FieldRow& row : rows) {
-    std::string value = message.Get(row.tag);
-    if (const Number* number = std::get_if<Number>(&row.field)) {
-      record.*(*number) = intOf(value);
-    } else {
-      record.*std::get<Text>(row.field) = std::move(value);
-    }
-  }
+  for (const FieldRow& row : rows) set(row, record, message.Get(row.tag));
+}
+
+const FieldRow* headRow(std::string_view tag) {
+  const auto* found =
+      std::find_if(std::begin(kHead), std::end(kHead), [&](const FieldRow& row) { return row.tag == tag; });
+  return found == std::end(kHead) ? nullptr : found;
 }
 
 }  // namespace
@@ -89,6 +95,17 @@ int typeOfOption(int option) {
 
 void ReadBookingHead(const TagMessage& message, BookingRecord& record) {
   read(kHead, message, record);
+}
+
+std::string headValue(const BookingRecord& record, std::string_view tag) {
+  const FieldRow* row = headRow(tag);
+  if (!row) return {};
+  const Number* number = std::get_if<Number>(&row->field);
+  return number ? std::to_string(record.*(*number)) : record.*std::get<Text>(row->field);
+}
+
+void setHeadValue(BookingRecord& record, std::string_view tag, const std::string& value) {
+  if (const FieldRow* row = headRow(tag)) set(*row, record, value);
 }
 
 void ReadPrivileges(const TagMessage& message, BookingRecord& record) {

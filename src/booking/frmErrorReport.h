@@ -15,7 +15,7 @@ namespace vantry {
 
 struct ErrorReportRow;
 
-/// Lists what stands against a booking: other bookings, the calendar, the state of what would be charged. It
+/// Lists what conflicts with a booking: other bookings, the calendar, the state of what would be charged. It
 /// reads the reply of the last request, and sends none.
 class frmErrorReport : public Form {
  public:

@@ -24,7 +24,7 @@ struct OverrideFacts {
 /// currency field.
 [[nodiscard]] std::string overrideSentence(const OverrideFacts& facts, CurrencyField& currency);
 
-/// The right that lets an operator override by himself, and the one that is asked of a supervisor instead.
+/// The right that lets an operator override by themselves, and the one that is asked of a supervisor instead.
 struct OverrideNeed {
   bool byRight = false;  ///< whether a right short of OVOTR does
   Right right = Right::OVOTR;
@@ -32,7 +32,7 @@ struct OverrideNeed {
 };
 [[nodiscard]] OverrideNeed overrideNeed(const OverrideFacts& facts);
 
-/// States a failure of policy and lets an operator with the right, or a supervisor, go on all the same.
+/// States a failure of policy and lets an operator with the right, or a supervisor, continue all the same.
 class frmOverride : public Form, public OverrideFacts {
  public:
   frmOverride(App& app, OverrideFacts facts);

@@ -162,7 +162,7 @@ frmPickEquip::Candidate* frmPickEquip::find(std::vector<Candidate>& list, const 
 
 void frmPickEquip::cmdAdd_Click() {
   Candidate* selected = find(shown_, fa);
-  if (!selected || !MayUsePiece(app_, record_, selected->piece.EID, nullptr)) return;
+  if (!selected || !MayUsePiece(app_, record_, selected->piece.EID)) return;
   addPickedRow(*selected);
   picked_.push_back(std::move(*selected));
   shown_.erase(shown_.begin() + (selected - shown_.data()));

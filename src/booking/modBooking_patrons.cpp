@@ -53,7 +53,7 @@ Patron findBySearch(App& app) {
   return patron;
 }
 
-/// Gives a patron his group, by his barcode; false when the command ends.
+/// Finds the group of a patron by their barcode; false when the command ends.
 bool chooseGroup(App& app, Patron& patron) {
   if (!askForBooking(app)("GPBAR", {{tags::PID, patron.id}})) return false;
   const int barcodes = app.message.Count(tags::BNO);
@@ -67,7 +67,7 @@ bool chooseGroup(App& app, Patron& patron) {
   return true;
 }
 
-void clearRequester(const PatronForm& form, BookingRecord& record) {
+void clearRequester(const RequesterForm& form, BookingRecord& record) {
   record.RequesterId = 0;
   record.PatronGroupId = 0;
   record.PatronGroupName.clear();
@@ -75,11 +75,11 @@ void clearRequester(const PatronForm& form, BookingRecord& record) {
   ForgetPrivileges(record);
   form.requester.show("");
   form.txtPatronGroup.Text = "";
-  raise(form.requesterIsKnown);  // nobody any longer: his rooms go with him
+  raise(form.requesterIsKnown);  // nobody any longer, and so no rooms
   form.requester.text.SetFocus();
 }
 
-/// A requester with more bookings than he may have; the operator decides.
+/// A requester with more bookings than allowed; the operator decides.
 bool acceptsCount(App& app, const BookingRecord& record) {
   if (record.BookingMax == kUnlimitedBookings || record.BookingCount <= record.BookingMax) return true;
   return questionBox(app.desktop, "Requester has reached maximum allowed number of bookings (" +
@@ -87,7 +87,7 @@ bool acceptsCount(App& app, const BookingRecord& record) {
 }
 
 /// What follows once a requester and his group are known.
-void takeRequester(const PatronForm& form, BookingRecord& record, const Patron& patron) {
+void takeRequester(const RequesterForm& form, BookingRecord& record, const Patron& patron) {
   form.requester.show(patron.name);
   form.txtPatronGroup.Text = patron.groupName;
   record.RequesterId = patron.id;
@@ -99,21 +99,21 @@ void takeRequester(const PatronForm& form, BookingRecord& record, const Patron& 
     return clearRequester(form, record);
   form.requester.lock();
   form.requester.pick.Enabled = false;
-  if (form.chkAdminBooking) form.chkAdminBooking->Enabled = false;
+  raise(form.requesterIsTaken);
 }
 
-void takePickupPatron(const PatronForm& form, BookingRecord& record, const Patron& patron) {
-  form.pickup->show(patron.name);
+void takePickupPatron(App& app, PatronField& field, BookingRecord& record, const Patron& patron) {
+  field.show(patron.name);
   record.PickupPatronId = patron.id;
   record.PickupPatronName = patron.name;
-  if (ValidatePatron(form.app, record, PatronMode::PickupPatron)) {
-    form.pickup->check.Enabled = false;
+  if (ValidatePatron(app, record, PatronMode::PickupPatron)) {
+    field.check.Enabled = false;
     return;
   }
   record.PickupPatronName.clear();
-  form.pickup->show("");
-  form.pickup->text.Locked = false;  // a name that was read with the booking had locked it
-  form.pickup->text.SetFocus();
+  field.show("");
+  field.text.Locked = false;  // a name that was read with the booking had locked it
+  field.text.SetFocus();
 }
 
 struct Refusal {
@@ -182,7 +182,7 @@ void PatronField::lock() {
   check.Enabled = false;
 }
 
-void PickRequester(const PatronForm& form, BookingRecord& record) {
+void PickRequester(const RequesterForm& form, BookingRecord& record) {
   RememberedRequester& next = form.app.booking.NextRequester;
   Patron patron;
   if (next.id != 0) {
@@ -196,24 +196,24 @@ void PickRequester(const PatronForm& form, BookingRecord& record) {
   takeRequester(form, record, patron);
 }
 
-void PickPickupPatron(const PatronForm& form, BookingRecord& record) {
-  const Patron patron = findBySearch(form.app);
-  if (patron.id != 0) takePickupPatron(form, record, patron);
+void PickPickupPatron(App& app, PatronField& field, BookingRecord& record) {
+  const Patron patron = findBySearch(app);
+  if (patron.id != 0) takePickupPatron(app, field, record, patron);
 }
 
-void ValidateRequesterBarcode(const PatronForm& form, BookingRecord& record) {
+void ValidateRequesterBarcode(const RequesterForm& form, BookingRecord& record) {
   if (!form.requester.isPending(record.RequesterId)) return;
   const Patron patron = findByBarcode(form.app, form.requester.text.Text.get());
   if (patron.id == 0) return clearRequester(form, record);
   takeRequester(form, record, patron);
 }
 
-void ValidatePickupBarcode(const PatronForm& form, BookingRecord& record) {
-  if (!form.pickup->isPending(record.PickupPatronId)) return;
-  const Patron patron = findByBarcode(form.app, form.pickup->text.Text.get());
-  if (patron.id != 0) return takePickupPatron(form, record, patron);
-  form.pickup->show("");
-  form.pickup->text.SetFocus();
+void ValidatePickupBarcode(App& app, PatronField& field, BookingRecord& record) {
+  if (!field.isPending(record.PickupPatronId)) return;
+  const Patron patron = findByBarcode(app, field.text.Text.get());
+  if (patron.id != 0) return takePickupPatron(app, field, record, patron);
+  field.show("");
+  field.text.SetFocus();
 }
 
 bool ValidatePatron(App& app, BookingRecord& record, PatronMode mode) {
@@ -241,8 +241,8 @@ bool GetPatronPrivileges(App& app, BookingRecord& record) {
   return true;
 }
 
-void AdminBookingChanged(const PatronForm& form, BookingRecord& record) {
-  const bool administrative = form.chkAdminBooking->Value;
+void AdminBookingChanged(const RequesterForm& form, CheckBox& chkAdminBooking, BookingRecord& record) {
+  const bool administrative = chkAdminBooking.Value;
   record.AdminBooking = administrative ? "Y" : "N";
   record.RequesterId = 0;
   record.PatronGroupId = 0;
@@ -251,7 +251,7 @@ void AdminBookingChanged(const PatronForm& form, BookingRecord& record) {
   form.requester.text.Locked = administrative;
   form.requester.text.Enabled = !administrative;
   form.requester.pick.Enabled = !administrative;
-  form.chkAdminBooking->Enabled = !administrative;
+  chkAdminBooking.Enabled = !administrative;
   raise(form.requesterIsKnown);
 }
 

@@ -1,6 +1,7 @@
 // The checks of policy that send their own request: status of equipment, places and rooms.
 #include <algorithm>
 
+#include "booking/booking_parts.h"
 #include "booking/frmOverride.h"
 #include "booking/frmOverrideLibSched.h"
 #include "booking/modBooking_ask.h"
@@ -14,11 +15,12 @@ namespace vantry {
 namespace {
 
 /// What most of these checks end with: the patron group, the media and all equipment.
-void writeThings(const BookingForm& form, const BookingRecord& record) {
-  TagMessage& message = form.app.message;
-  message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  WriteMediaTags(message, form.faMedia);
-  WriteEquipmentTags(message, form.tvwOtherEquipment, form.tvwEquipment, EquipmentForm::Full);
+void writeThings(BookingParts& parts) {
+  TagMessage& message = parts.app.message;
+  message.Add(tags::PGID, std::to_string(parts.record.PatronGroupId));
+  WriteMediaTags(message, parts.media.faMedia);
+  WriteEquipmentTags(message, parts.equipment.tvwOtherEquipment, parts.equipment.tvwEquipment,
+                     EquipmentForm::Full);
 }
 
 /// Sends; anything but success and the code that is walked is reported. True: the failures are to be walked.
@@ -34,9 +36,9 @@ Outcome send(App& app, std::string_view code, int walked) {
 }
 
 /// Types of things that cannot be brought to the place, or had there.
-bool validatePlace(const BookingForm& form, const BookingRecord& record, std::string_view code, int walked) {
-  App& app = form.app;
-  writeThings(form, record);
+bool validatePlace(BookingParts& parts, std::string_view code, int walked) {
+  App& app = parts.app;
+  writeThings(parts);
   const Outcome outcome = send(app, code, walked);
   if (outcome.settled) return outcome.goOn;
   while (app.message.NextRecord(tags::VD1)) {
@@ -57,8 +59,8 @@ bool mayBookLonger(App& app) {
                          "  Continue with booking?  ");
 }
 
-std::string_view separatorOf(const BookingForm& form) {
-  return form.times.isMultiple() ? "@" : " @ ";
+std::string_view separatorOf(BookingParts& parts) {
+  return parts.times.isMultiple() ? "@" : " @ ";
 }
 
 void tellRoomTaken(App& app, const BookingTime& time, std::string_view separator) {
@@ -81,20 +83,20 @@ bool isRoomFree(App& app, const BookingRecord& record, const BookingTime& time, 
 
 }  // namespace
 
-bool ValidatePickupLocation(const BookingForm& form, const BookingRecord& record) {
-  form.app.message.Add(tags::LOC, std::to_string(record.PickupLocationId));
-  return validatePlace(form, record, "VALPLO", codes::NoPickUp);
+bool ValidatePickupLocation(BookingParts& parts) {
+  parts.app.message.Add(tags::LOC, std::to_string(parts.record.PickupLocationId));
+  return validatePlace(parts, "VALPLO", codes::NoPickUp);
 }
 
-bool ValidateDeliveryLocation(const BookingForm& form, const BookingRecord& record) {
-  form.app.message.Add(tags::RID, std::to_string(record.RoomId));
-  return validatePlace(form, record, "VALDLO", codes::NoDelivery);
+bool ValidateDeliveryLocation(BookingParts& parts) {
+  parts.app.message.Add(tags::RID, std::to_string(parts.record.RoomId));
+  return validatePlace(parts, "VALDLO", codes::NoDelivery);
 }
 
-bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record) {
-  App& app = form.app;
-  app.message.Add(tags::RID, std::to_string(record.RoomId));
-  writeThings(form, record);
+bool ValidateLibSchedRoom(BookingParts& parts) {
+  App& app = parts.app;
+  app.message.Add(tags::RID, std::to_string(parts.record.RoomId));
+  writeThings(parts);
   const Outcome outcome = send(app, "VALLSL", codes::RoomRules);
   if (outcome.settled) return outcome.goOn;
   bool goOn = true;
@@ -106,25 +108,26 @@ bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record) 
   return goOn;
 }
 
-bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record) {
-  form.app.global.ReadyAllForms();
-  if (record.RoomId == 0) return true;
-  for (const BookingTime& time : form.times.times()) {
-    if (!isRoomFree(form.app, record, time, separatorOf(form))) return false;
+bool ValidateRoomAvailability(BookingParts& parts) {
+  parts.app.global.ReadyAllForms();
+  if (parts.record.RoomId == 0) return true;
+  for (const BookingTime& time : parts.times.times()) {
+    if (!isRoomFree(parts.app, parts.record, time, separatorOf(parts))) return false;
   }
   return true;
 }
 
-void TellRoomTaken(const BookingForm& form) {
-  const std::string day = form.app.message.Get(tags::STIME).substr(0, 10);
-  const std::vector<BookingTime> times = form.times.times();
+void TellRoomTaken(BookingParts& parts) {
+  const std::string day = parts.app.message.Get(tags::STIME).substr(0, 10);
+  const std::vector<BookingTime> times = parts.times.times();
   const auto met = std::find_if(times.begin(), times.end(), [&](const BookingTime& each) {
     return each.start.starts_with(day) || each.end.starts_with(day);
   });
-  tellRoomTaken(form.app, met == times.end() ? times.front() : *met, separatorOf(form));
+  tellRoomTaken(parts.app, met == times.end() ? times.front() : *met, separatorOf(parts));
 }
 
 bool ValidateEquipmentStatus(App& app, int rc) {
+  app.global.ReadyAllForms();
   if (rc != codes::EquipmentStatus) return askForBooking(app).succeeded(rc, "VES");
   while (app.message.NextRecord(tags::VD1)) {
     const int kind = intOf(app.message.Get(tags::VD1));

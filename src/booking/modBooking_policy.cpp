@@ -74,6 +74,7 @@ constexpr CodeRow kCodes[] = {
     {188, {Ask, Ask, Ask, Ask, Ask, Period}},
 };
 
+constexpr std::string_view kNotStored = "Equipment not in a storage room.  Cannot be booked.";
 constexpr std::string_view kNoItems = "No media items available in requester's policy";
 constexpr std::string_view kNoEquipment = "No equipment of the selected type available in requester's policy";
 
@@ -89,7 +90,9 @@ bool answered(App& app, Validator validator, std::string_view typeName) {
   OverrideFacts facts;
   facts.OverrideContext = about.walked;
   facts.OverrideCode = intOf(app.message.Get(tags::VUF));
-  facts.OverrideName = typeName;
+  // Each failure may name its own thing; a reply about one thing names it in its head.
+  facts.OverrideName = app.message.Get(about.typeName);
+  if (facts.OverrideName.empty()) facts.OverrideName = typeName;
   switch (thenOf(facts.OverrideCode, validator)) {
     case Pass:
       return true;
@@ -131,6 +134,18 @@ bool walkFailures(App& app, int rc, Validator validator) {
 
 }  // namespace
 
+void TellTaken(App& app, int rc) {
+  if (rc == codes::NotInStorage) return criticalBox(app.desktop, std::string(kNotStored));
+  const Validator validator = rc == codes::Media ? kItemUsage : kEquipmentUsage;
+  if (app.message.Count(tags::CNUM) > 0) return ShowErrorReport(app, kValidatorTable[validator].report);
+  while (app.message.NextRecord(tags::VUF)) {
+    const Then then = thenOf(intOf(app.message.Get(tags::VUF)), validator);
+    if (then == NoItem) return criticalBox(app.desktop, std::string(kNoItems));
+    if (then == NoPiece) return criticalBox(app.desktop, std::string(kNoEquipment));
+  }
+  ShowErrorReport(app, kValidatorTable[validator].report);
+}
+
 bool ValidateItemUsage(App& app, int rc) {
   return walkFailures(app, rc, kItemUsage);
 }
@@ -142,7 +157,7 @@ bool ValidateItemLimit(App& app, int rc) {
 bool ValidateEquipmentUsage(App& app, int rc, std::string_view ety) {
   if (rc != codes::NotInStorage) return walkFailures(app, rc, kEquipmentUsage, ety);
   app.global.ReadyAllForms();
-  criticalBox(app.desktop, "Equipment not in a storage room.  Cannot be booked.");
+  criticalBox(app.desktop, std::string(kNotStored));
   return false;
 }
 

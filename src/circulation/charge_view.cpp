@@ -27,8 +27,7 @@ void ChargeView::cmdCCharge_Click() {
 void ChargeView::cmdCEdit_Click() {
   const std::string id = takeSelected();
   if (id.empty()) return;
-  app().slots.source = kSourceMainWindow;
-  OpenRecordWindow(app(), kBooking, id);
+  OpenRecordWindow(app(), {kBooking, id, kSourceMainWindow});
 }
 
 void ChargeView::cmdCCancel_Click() {

@@ -1,5 +1,6 @@
 #include "circulation/circulation_twin.h"
 
+#include "messaging/return_codes.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -62,7 +63,7 @@ constexpr CirculationTwin kCharge = {
     .code = "SSC",
     .searchFailed = "An error occurred while searching for bookings to charge.",
     .nothingFound = "There are no bookings ready for charge which match your search criteria.",
-    .doneCode = 123,
+    .doneCode = codes::AlreadyCharged,
     .doneText = "Selected booking already charged!",
     .tellsStatus = false,
     .showsWishes = true,

@@ -10,6 +10,10 @@
 
 namespace vantry {
 
+/// The place of the view's own command among the row buttons. Its entry in the popup menu is always enabled
+/// and does nothing without a row; only its button follows the selection.
+static constexpr std::size_t kOwnCommand = 0;
+
 static std::string labelName(std::string_view field) {
   return "lbl" + std::string(field.substr(3));
 }
@@ -62,8 +66,15 @@ void CirculationView::arrange(Frame& frame) {
 }
 
 void CirculationView::connect() {
-  for (std::size_t i = 0; i < rowButtons_.size(); ++i)
-    (this->*twin_.rowButtons[i].command).link(*rowButtons_[i]);
+  for (std::size_t i = 0; i < rowButtons_.size(); ++i) {
+    Command& command = this->*twin_.rowButtons[i].command;
+    if (i == kOwnCommand) {
+      on(rowButtons_[i]->Click, &command, &Command::run);
+      command.Enabled = true;
+    } else {
+      command.link(*rowButtons_[i]);
+    }
+  }
   cboSearch.Click = [this] {
     if (!takesPreferences_) hideResults();
   };
@@ -133,16 +144,14 @@ void CirculationView::addSearchTags() {
 }
 
 void CirculationView::sayAndReturn(std::string_view text) {
-  app().global.ReadyAllForms();
   informationBox(app().desktop, std::string(text));
   focusText();
 }
 
 void CirculationView::search() {
-  app().global.BusyAllForms();
   if (twin_.tellsStatus) parts().showMessage("Requesting Data From Server...");
   addSearchTags();
-  const int rc = app().message.Send(twin_.code);
+  const int rc = ask().codeOf(twin_.code);
   cmdClear.Enabled = true;
   if (rc != 0)
     return sayAndReturn(twin_.doneCode != 0 && rc == twin_.doneCode ? twin_.doneText : twin_.searchFailed);
@@ -150,7 +159,6 @@ void CirculationView::search() {
   if (twin_.tellsStatus) parts().showMessage(std::to_string(found) + " Booking(s) Found");
   if (found == 0) return sayAndReturn(twin_.nothingFound);
   showFound();
-  app().global.ReadyAllForms();
   focusText();
 }
 
@@ -182,7 +190,10 @@ void CirculationView::clear() {
 
 void CirculationView::rowChanged() {
   const bool selected = faBookings.Row >= 1;
-  for (const RowButton& button : twin_.rowButtons) (this->*button.command).Enabled = selected;
+  for (std::size_t i = 0; i < rowButtons_.size(); ++i) {
+    if (i != kOwnCommand) (this->*twin_.rowButtons[i].command).Enabled = selected;
+  }
+  rowButtons_[kOwnCommand]->Enabled = selected;
   cmdDetails.Enabled = selected;
 }
 
@@ -195,7 +206,6 @@ void CirculationView::clicked() {
   if (rememberedRow_ == 0) rememberedRow_ = row;
   if (faBookings.Rows < 2) return;
   setEnabled(true, sort, print);
-  app().slots.source = kSourceMainWindow;
   takeSelected();
 }
 
@@ -253,12 +263,10 @@ void CirculationView::openDetails() {
     node->expanded = true;
   }
   takeSelected();
-  app().global.BusyAllForms();
   if (!readDetails("GETSITM")) return;
   addMedia();
   if (!readDetails("GETSEQ")) return;
   addEquipment();
-  app().global.ReadyAllForms();
   tvwDetails.Visible = true;
   cmdDetails.Caption = "<< &Details";
   cmdDetails.Tag = "1";
@@ -267,13 +275,7 @@ void CirculationView::openDetails() {
 }
 
 bool CirculationView::readDetails(std::string_view code) {
-  app().message.Add(tags::BOOKID, faBookings.Tag.get());
-  app().message.Add(tags::SC, "Y");
-  const int rc = app().message.Send(code);
-  if (rc == 0) return true;
-  app().global.ReadyAllForms();
-  app().global.ReportRequestError(rc, code, parts().form.Name());
-  return false;
+  return ask()(code, {{tags::BOOKID, faBookings.Tag.get()}, {tags::SC, "Y"}});
 }
 
 void CirculationView::addMedia() {

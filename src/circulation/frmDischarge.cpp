@@ -18,7 +18,8 @@ constexpr const char* kDeselectCaptions[kLists] = {"&Deselect All", "D&eselect A
 
 }  // namespace
 
-frmDischarge::frmDischarge(App& app) : Form(app.windows, "frmDischarge"), app_(app) {
+frmDischarge::frmDischarge(App& app)
+    : Form(app.windows, "frmDischarge"), app_(app), ask_(app.global, Name()) {
   Caption = "Discharge Booking Media and Equipment";
   for (int index = 0; index < kLists; ++index) {
     list(index).MultiSelect = true;
@@ -63,12 +64,9 @@ void frmDischarge::connect() {
 
 void frmDischarge::Form_Load() {
   app_.tools.PrepareForm(*this);
-  app_.global.BusyAllForms();
-  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
-  if (app_.message.Send("BND") == 0) {
+  if (ask_.codeOf("BND", {{tags::BOOKID, BookingId}}) == 0) {
     fillLists();
   } else {
-    app_.global.ReadyAllForms();
     informationBox(app_.desktop,
                    "An error occurred while retrieving the items/equipment still charged for the booking.");
   }
@@ -76,7 +74,6 @@ void frmDischarge::Form_Load() {
   dtTodaysDate.Value = now.date;
   dtDischargeDate.Value = now.date;
   txtDischargeTime.Value = now.time;
-  app_.global.ReadyAllForms();
 }
 
 void frmDischarge::fillLists() {
@@ -141,15 +138,13 @@ void frmDischarge::refuseTime() {
   txtDischargeTime.Value = app_.clock.now().time;
 }
 
-void frmDischarge::sayFailure() {
-  app_.global.ReadyAllForms();
+void frmDischarge::sayFailure() const {
   informationBox(app_.desktop, "An error occurred while trying to discharge the booking.");
 }
 
 /// What stands in the booking's room goes back with it and was not offered.
 bool frmDischarge::readRoomPieces(std::vector<std::string>& pieces) {
-  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
-  if (app_.message.Send("GIREFD") != 0) return false;
+  if (ask_.codeOf("GIREFD", {{tags::BOOKID, BookingId}}) != 0) return false;
   pieces.reserve(static_cast<std::size_t>(app_.message.Count(tags::EID)));
   while (app_.message.NextRecord(tags::EID)) pieces.push_back(app_.message.Get(tags::EID));
   return true;
@@ -166,7 +161,6 @@ void frmDischarge::addSelected(const ListBox& lines, std::string_view tag) {
 }
 
 void frmDischarge::cmdOK_Click() {
-  app_.global.BusyAllForms();
   DischargeStatus = kAll;
   std::vector<std::string> roomPieces;
   if (!readRoomPieces(roomPieces)) return sayFailure();
@@ -176,8 +170,7 @@ void frmDischarge::cmdOK_Click() {
   for (const std::string& piece : roomPieces) app_.message.Add(tags::EID, piece);
   if (chkOverride.Value)
     app_.message.Add(tags::ETIME_, ServerTools::GetControlDate(dtDischargeDate, &txtDischargeTime));
-  if (app_.message.Send("DBK") != 0) return sayFailure();
-  app_.global.ReadyAllForms();
+  if (ask_.codeOf("DBK") != 0) return sayFailure();
   ShowReplyNotes(app_, "D", app_.message.Count(tags::RNO), app_.message.Count(tags::ENO));
   informationBox(app_.desktop, "Selected items discharged successfully!");
   Hide();

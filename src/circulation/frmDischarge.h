@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "frame/app.h"
+#include "messaging/ask.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
 
@@ -60,9 +61,10 @@ class frmDischarge : public Form {
   void refuseTime();
   bool readRoomPieces(std::vector<std::string>& pieces);
   void addSelected(const ListBox& lines, std::string_view tag);
-  void sayFailure();
+  void sayFailure() const;
 
   App& app_;
+  Ask ask_;
   std::vector<std::string> pieceNames_;  ///< barcodes or numbers, by line of `lstEquipment`
 };
 

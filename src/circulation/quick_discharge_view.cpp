@@ -129,43 +129,36 @@ void QuickDischargeView::focusText() {
 
 /// Empties the status bar as well: deliberate, or it would go on telling of a discharge that has failed.
 void QuickDischargeView::stop() {
-  app().global.ReadyAllForms();
   parts().showMessage("");
 }
 
 void QuickDischargeView::cmdQuickDischarge_Click() {
-  app().global.BusyAllForms();
   parts().showMessage("Discharging...");
   Found found{kTypes[std::max(0, cboQuickDischargeType.ListIndex.get())], {}, {}, {}};
   std::string stamp;
   if (!find(found) || !send(found, stamp)) return focusText();
   const std::string note = noteOf(found);
   const std::string& text = txtQuickDischargeItem.Text;
-  app().global.ReadyAllForms();
   if (!note.empty()) informationBox(app().desktop, text + std::string(kDone) + "\n\n" + note);
   log(stamp);
   cmdQuickClear_Click();
 }
 
 bool QuickDischargeView::find(Found& found) {
-  TagMessage& message = app().message;
+  const TagMessage& message = app().message;
   const auto say = [this](std::string_view text) {
     stop();
     informationBox(app().desktop, std::string(text));
     return false;
   };
-  message.Add(found.type.tag, ApplyAutoTruncate(app().preferences, txtQuickDischargeItem.Text.get()));
-  message.Add(tags::QD, "Y");
-  if (message.Send("SSD") != 0) {
-    app().global.ReadyAllForms();
-    warningBox(app().desktop, "An error occurred while searching for item/equipment to discharge.");
+  const std::string sought = ApplyAutoTruncate(app().preferences, txtQuickDischargeItem.Text.get());
+  if (!ask().orWarn("An error occurred while searching for item/equipment to discharge.", "SSD",
+                    {{found.type.tag, sought}, {tags::QD, "Y"}})) {
     parts().showMessage("0 Booking(s) Found");
     return false;
   }
   found.bookingId = message.Get(tags::BOOKID);
-  // Several hits are none: nothing says which of them lies on the desk.
-  if (found.bookingId.empty() || message.Count(tags::BOOKID) > 1)
-    return say("Unable to find booking information.");
+  if (found.bookingId.empty()) return say("Unable to find booking information.");
   found.thingId = message.Get(found.type.found);
   if (found.thingId.empty()) return say(found.type.notFound);
   found.roomId = message.Get(tags::RID);
@@ -189,8 +182,7 @@ bool QuickDischargeView::send(const Found& found, std::string& stamp) {
   message.Add(tags::BOOKID, found.bookingId);
   message.Add(found.type.found, found.thingId);
   addMoment(stamp);
-  const int rc = message.Send("DBK");
-  if (rc == 0) return true;
+  if (ask().codeOf("DBK") == 0) return true;
   stop();
   warningBox(app().desktop, "An error occurred while trying to discharge the booking.");
   return false;
@@ -212,16 +204,9 @@ std::string QuickDischargeView::noteOf(const Found& found) {
 /// Empty for none; a failure is said and counts as none.
 std::string QuickDischargeView::readNote(std::string_view whose, std::string_view occasion,
                                          const std::string& id, std::string_view failure) {
-  TagMessage& message = app().message;
-  message.Add(tags::PWHI, whose);
-  message.Add(tags::PTYP, occasion);
-  message.Add(tags::PWID, id);
-  if (message.Send("GETPMSG") != 0) {
-    app().global.ReadyAllForms();
-    warningBox(app().desktop, std::string(failure));
+  if (!ask().orWarn(failure, "GETPMSG", {{tags::PWHI, whose}, {tags::PTYP, occasion}, {tags::PWID, id}}))
     return {};
-  }
-  std::string note = message.Get(tags::PMSG);
+  std::string note = app().message.Get(tags::PMSG);
   return trim(note).empty() ? std::string() : note;
 }
 

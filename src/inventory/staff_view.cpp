@@ -28,15 +28,9 @@ void StaffView::BuildStaffFlexArray() {
 }
 
 void StaffView::refresh() {
-  app().global.BusyAllForms();
   list_.clear();
   app().context.staff.clear();
-  if (const int rc = app().message.Send("GETOPS"); rc != 0) {
-    app().global.ReadyAllForms();
-    return app().global.ReportRequestError(rc, "GETOPS", parts().form.Name());
-  }
-  list_.fill();
-  app().global.ReadyAllForms();
+  ask()("GETOPS", {}, [this] { list_.fill(); });
 }
 
 }  // namespace vantry

@@ -5,7 +5,7 @@
 
 namespace vantry {
 
-MainView::MainView(const MainParts& parts) : parts_(parts) {
+MainView::MainView(const MainParts& parts) : parts_(parts), ask_(parts.app.global, parts.form.Name()) {
   disable(create, edit, remove, cancel, charge, discharge, sort, print);
 }
 

@@ -2,6 +2,7 @@
 
 #include "frame/main_parts.h"
 #include "lists/reply_list.h"
+#include "messaging/ask.h"
 #include "platform/command.h"
 
 namespace vantry {
@@ -38,9 +39,12 @@ class MainView {
  protected:
   const MainParts& parts() const { return parts_; }
   App& app() const { return parts_.app; }
+  /// Asks the server; failures are reported for the main window.
+  const Ask& ask() const { return ask_; }
 
  private:
   MainParts parts_;
+  Ask ask_;
 };
 
 }  // namespace vantry

@@ -32,6 +32,7 @@ inline constexpr int PatronExpired = 144;
 
 // Policy and availability. The reply's records tell what failed.
 inline constexpr int RoomTaken = 107;
+inline constexpr int AlreadyCharged = 123;  ///< of a search for what can be charged
 inline constexpr int NotCharged = 128;
 inline constexpr int NoPickUp = 145;
 inline constexpr int NoDelivery = 146;

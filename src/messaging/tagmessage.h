@@ -31,8 +31,8 @@ class TagMessage {
   /// Ends the program, since no server is reached and the operator has given up.
   std::function<void()> OnGivenUp;
 
-  /// Opens the link for a module; true on success. What the operator should read has been said by the dialog,
-  /// which asks him to try again until a server answers or he gives up. The dialog stays open on success.
+  /// Opens the link for a module; true on success. The dialog tells the operator what is wrong and
+  /// asks to try again until a server answers or they give up. It stays open on success.
   [[nodiscard]] bool Connect(int moduleNumber, ServerSession& session, ConnectDialog& dialog);
 
   void Add(std::string_view tag, std::string_view value);
@@ -91,7 +91,7 @@ class TagMessage {
   std::string refusal_;
   bool sending_ = false;
   std::vector<TagValue> location_;  ///< the tags that told the session its location; empty before that
-  std::map<std::string, int, std::less<>> cursors_;  ///< the record on which each tag's walk stands
+  std::map<std::string, int, std::less<>> cursors_;  ///< the current record of each tag's walk
   int current_ = -1;                                 ///< the record that `Get` reads; -1 outside a walk
 };
 

@@ -117,6 +117,14 @@ void Form::focusMoved(Control* control) {
   if (control && active_ == control) raise(control->GotFocus);
 }
 
+bool Form::leaveField() {
+  Control* const field = active_;
+  leaveFor(nullptr);
+  if (active_) return false;
+  active_ = field;
+  return true;
+}
+
 void Form::leaveFor(Control* next) {
   Control* left = std::exchange(active_, next);
   if (left && left != next) raise(left->LostFocus);

@@ -77,6 +77,9 @@ class Form : public Element, public Container {
   // For the controls and the front end.
   bool reachable() const override { return Enabled; }
   void focusOn(Control& control);
+  /// Leaves the control with the focus as the operator would, so that its check runs; the focus stays there.
+  /// False when the check has put the focus somewhere, because something is wrong.
+  [[nodiscard]] bool leaveField();
   /// The focus was moved, by the operator or the front end.
   void focusMoved(Control* control);
   void timerChanged(Timer& timer);

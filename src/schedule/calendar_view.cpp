@@ -69,25 +69,18 @@ void CalendarView::open() {
 }
 
 void CalendarView::refresh() {
-  app().global.BusyAllForms();
-  parts().showMessage("");
   lblNumBookings.Caption = "";
-  const int month = calendar().Month();
-  app().message.Add(tags::DATE, std::to_string(calendar().Year()) + (month < 10 ? "-0" : "-") +
-                                    std::to_string(month) + "-01");
-  app().message.Add(tags::HBK, app().preferences.Historical ? "Y" : "N");
-  app().message.Add(kind_.span, "Y");
   parts().showMessage("Requesting Data From Server...");
-  const int rc = app().message.Send("BOOKMTH");
+  const int month = calendar().Month();
+  const std::string first =
+      std::to_string(calendar().Year()) + (month < 10 ? "-0" : "-") + std::to_string(month) + "-01";
+  const int rc = ask().codeOf(
+      "BOOKMTH",
+      {{tags::DATE, first}, {tags::HBK, app().preferences.Historical ? "Y" : "N"}, {kind_.span, "Y"}});
   parts().showMessage("");  // a failure leaves no promise behind
-  if (rc != 0) {
-    app().global.ReadyAllForms();
-    app().global.ReportRequestError(rc, "BOOKMTH", parts().form.Name());
-    return;
-  }
+  if (!ask().succeeded(rc, "BOOKMTH")) return;
   shown_ = calendar().Value;
   markDays();
-  app().global.ReadyAllForms();
 }
 
 void CalendarView::markDays() {

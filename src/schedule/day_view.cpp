@@ -167,7 +167,6 @@ void DayView::enablePrinting(bool on) {
 
 void DayView::GetBookingsForDate() {
   if (dtViewBookings.isEmpty()) return;
-  app().global.BusyAllForms();
   faDayBookings.Redraw = false;
   parts().showMessage("");
   lblNumBookings.Caption = "";
@@ -175,19 +174,14 @@ void DayView::GetBookingsForDate() {
   disable(sort);
   enablePrinting(false);
   list_.clear();
-  app().message.Add(tags::DATE, ServerTools::GetControlDate(dtViewBookings));
-  app().message.Add(tags::HBK, app().preferences.Historical ? "Y" : "N");
   parts().showMessage("Requesting Data From Server...");
-  const int rc = app().message.Send("BOOKDAY");
-  if (rc != 0) {
-    app().global.ReadyAllForms();
-    app().global.ReportRequestError(rc, "BOOKDAY", parts().form.Name());
-    faDayBookings.Redraw = true;  // shown empty, and then without redraw until the next call
-    faDayBookings.Redraw = false;
-    return;
-  }
-  fillList();
-  app().global.ReadyAllForms();
+  const bool read = ask()("BOOKDAY",
+                          {{tags::DATE, ServerTools::GetControlDate(dtViewBookings)},
+                           {tags::HBK, app().preferences.Historical ? "Y" : "N"}},
+                          [this] { fillList(); });
+  if (read) return;
+  faDayBookings.Redraw = true;  // shown empty, and then without redraw until the next call
+  faDayBookings.Redraw = false;
 }
 
 void DayView::fillList() {

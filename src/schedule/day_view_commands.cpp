@@ -7,6 +7,7 @@
 #include "platform/wiring.h"
 #include "records/records.h"
 #include "schedule/day_view.h"
+#include "words/booking_results.h"
 
 namespace vantry {
 
@@ -54,7 +55,6 @@ void DayView::faDayBookings_Click() {
   const int row = faDayBookings.Row;
   if (row < faDayBookings.FixedRows) return;
   setEnabled(true, parts().commands.printDetail, edit, sort);
-  app().slots.source = kSourceMainWindow;
   selectedId_ = list_.text(row, kBookingIdColumn);
   selectedRow_ = row;
   allowByStatus(selectedStatus());
@@ -65,8 +65,8 @@ int DayView::selectedStatus() const {
 }
 
 void DayView::allowByStatus(int status) {
-  const bool ended = status >= 1 && status <= 4;
-  const bool out = status == 99 || status == 999;
+  const bool ended = status >= results::Complete && status <= results::OperatorCanceled;
+  const bool out = results::isOut(status);
   remove.Enabled = !out;
   setEnabled(!out && !ended, cancel, charge);
   discharge.Enabled = out;
@@ -86,8 +86,7 @@ void DayView::faDayBookings_RightClick() {
 }
 
 void DayView::cmdEditBooking_Click() {
-  app().slots.source = kSourceMainWindow;
-  OpenRecordWindow(app(), kBooking, selectedId_);
+  OpenRecordWindow(app(), {kBooking, selectedId_, kSourceMainWindow});
 }
 
 /// The command's button is off afterwards; without a new place the focus would jump to the next one.
@@ -109,13 +108,12 @@ void DayView::cmdCancelBooking_Click() {
 
 void DayView::cmdChargeDayView_Click() {
   ChargeBookingMain(app(), selectedId_, faDayBookings, legend);
-  const int status = selectedStatus();
-  if (status == 99 || status == 999) faDayBookings_Click();
+  if (results::isOut(selectedStatus())) faDayBookings_Click();
 }
 
 void DayView::cmdDischargeDayView_Click() {
   DischargeBookingMain(app(), selectedId_, faDayBookings, legend);
-  if (selectedStatus() == 1) faDayBookings_Click();
+  if (selectedStatus() == results::Complete) faDayBookings_Click();
 }
 
 }  // namespace vantry

@@ -141,22 +141,22 @@ class frmMain : public Form, public MainWindow {
   void fillViewCombo(Mode mode);
   void runNewRecord();
   void openNewRecord(int kind);
-  void openNewBooking(int kind);
+  void openNewBooking(int kind, bool pickUp = false);
   void secureCommands();
   void closeWorkingWindows();
   /// Tells which windows are still open; false when none but this one is.
   bool tellOpenWindows(std::string_view sentence);
   /// Sorts the list that shows.
   void sortList(SortOrder order);
-  /// Hands the entries of the popup menus to the view.
-  void linkPopupEntries(MainView& shown);
+  /// Hands the entries of the view's popup menu to the view, and takes their own from the view before.
+  void linkPopupEntries(const ViewRow& shown);
   /// The list that shows, or nullptr.
   ReplyList* visibleList();
 
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
   const ViewRow* currentView_ = nullptr;
-  MainView* linkedView_ = nullptr;  ///< to which the entries of the popup menus belong
+  const ViewRow* linkedView_ = nullptr;  ///< to which the entries of its popup menu belong
 };
 
 }  // namespace vantry

@@ -118,12 +118,15 @@ void frmMain::connectViews() {
   on(yearView.showDay, this, &frmMain::showView, ViewId::Day);
 }
 
-void frmMain::linkPopupEntries(MainView& shown) {
-  for (const PopupRow& row : kPopupEntries) {
-    MenuItem& entry = menus.*row.entry;
-    if (linkedView_) (linkedView_->*row.command).unlink(entry);
-    (shown.*row.command).link(entry);
-  }
+void frmMain::linkPopupEntries(const ViewRow& shown) {
+  const auto forEach = [this](const ViewRow& row, auto&& act) {
+    for (const PopupRow& popup : kPopupEntries) {
+      MenuItem& entry = menus.*popup.entry;
+      if (row.popup && entry.parent() == &(menus.*row.popup)) act(view(row.id).*popup.command, entry);
+    }
+  };
+  if (linkedView_) forEach(*linkedView_, [](Command& command, MenuItem& entry) { command.unlink(entry); });
+  forEach(shown, [](Command& command, MenuItem& entry) { command.link(entry); });
   linkedView_ = &shown;
 }
 
@@ -228,27 +231,26 @@ void frmMain::runNewRecord() {
 }
 
 void frmMain::openNewRecord(int kind) {
-  app_.slots.source = kSourceMainWindow;
-  OpenRecordWindow(app_, kind, "");
+  OpenRecordWindow(app_, {kind, "", kSourceMainWindow});
 }
 
-void frmMain::openNewBooking(int kind) {
-  if (app_.context.rights.has(Right::BKADD)) openNewRecord(kind);
+void frmMain::openNewBooking(int kind, bool pickUp) {
+  if (!app_.context.rights.has(Right::BKADD)) return;
+  RecordOpening opening(kind, "", kSourceMainWindow);
+  opening.pickUp = pickUp;
+  OpenRecordWindow(app_, opening);
 }
 
 void frmMain::mnuFileNewBooking_Click() {
-  app_.slots.newPickup = false;
   openNewBooking(kBooking);
 }
 
 void frmMain::mnuFileNewBookingWiz_Click() {
-  app_.slots.newPickup = false;
   openNewBooking(kWizard);
 }
 
 void frmMain::mnuFileNewPickup_Click() {
-  app_.slots.newPickup = true;
-  openNewBooking(kBooking);
+  openNewBooking(kBooking, true);
 }
 
 // Windows and commands of higher floors

@@ -97,7 +97,7 @@ void frmMain::showView(ViewId id) {
   menus.mnuFilePrint.Visible = true;
   frames.of(row).Visible = true;
   currentView_ = &row;
-  linkPopupEntries(view(id));
+  linkPopupEntries(row);
   adjustViewEntries();
   // Flips to the preference's own value, and so applies it to the list that shows.
   menus.mnuViewMergeCells.Checked = !app_.preferences.MergeCells;

@@ -54,7 +54,8 @@ struct ViewRow {
   MenuItem MainMenus::*menu;
   std::string_view picture;  ///< name of its icon, and of its help page
   std::string_view comboText;
-  std::string_view heading;  ///< what precedes the menu entry's caption; with "=" the whole heading
+  std::string_view heading;    ///< what precedes the menu entry's caption; with "=" the whole heading
+  MenuItem MainMenus::*popup;  ///< of its list, or nullptr
   std::unique_ptr<MainView> (*make)(const MainParts& parts, Frame& frame, const ViewRow& view);
 };
 

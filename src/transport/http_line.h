@@ -11,17 +11,17 @@
 
 namespace vantry {
 
-/// One connection to a server and what became of one call over it, without any meaning.
+/// One connection to a server. Knows bytes and status codes, not what they mean.
 class HttpTransport::Line {
  public:
   using Headers = std::vector<std::pair<std::string, std::string>>;
 
   struct Answer {
     enum class Outcome {
-      Answered,   ///< a whole answer came, of any status
+      Answered,   ///< a whole answer arrived, of any status
       Unsent,     ///< no connection: nothing was sent
       BrokenOff,  ///< sent, at least in part, but the connection broke before the answer was whole
-      OutOfTime,  ///< sent, but the answer did not come in time
+      OutOfTime,  ///< sent, but the answer did not arrive in time
       TooLarge    ///< the answer is larger than anything that the server sends
     };
     Outcome outcome = Outcome::Unsent;
@@ -37,7 +37,7 @@ class HttpTransport::Line {
   /// closed.
   Answer call(const char* method, const std::string& path, const Headers& headers, std::string body,
               bool mayRepeat);
-  /// The next call opens a connection anew.
+  /// The next call opens a new connection.
   void close();
   bool secured() const { return secured_; }
 

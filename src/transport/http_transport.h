@@ -14,8 +14,8 @@ class ReplyReader;
 /// The line to a server over HTTP or HTTPS, by one kept connection.
 ///
 /// A request that finds its kept connection closed is sent once more over a fresh one, with its id, so that
-/// the server runs it once; every other failure is told to the caller. SIGPIPE is ignored from the first
-/// transport on: a broken connection comes back as a failure, not as a signal.
+/// the server runs it once; every other failure is reported to the caller. SIGPIPE is ignored from the first
+/// transport on: a broken connection is reported as a failure, not as a signal.
 class HttpTransport : public Transport {
  public:
   struct Options {
@@ -26,13 +26,13 @@ class HttpTransport : public Transport {
     std::chrono::milliseconds connectLimit{5'000};
     std::chrono::milliseconds silenceLimit{30'000};  ///< how long the server may send nothing
     std::chrono::milliseconds replyLimit{120'000};   ///< how long a whole reply may take
-    /// A connection idle for so long is opened anew. Less than any server keeps one.
+    /// A connection that was idle for so long is replaced. Shorter than any server keeps one.
     std::chrono::milliseconds idleLimit{45'000};
     std::size_t largestReply = 256U * 1024 * 1024;  ///< in bytes
   };
 
   /// Does not connect yet. Throws std::invalid_argument, with a sentence for people, for an address that is
-  /// none or that leads unprotected to another machine.
+  /// malformed or that leads unprotected to another machine.
   explicit HttpTransport(Options options);
   ~HttpTransport() override;
 

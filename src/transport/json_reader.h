@@ -9,15 +9,15 @@
 namespace vantry {
 
 // Readers of the server's bodies. Each takes the text by reference because its buffer may grow behind its
-// end; the text itself stays. Each gives false, or empty text, for whatever is not sound JSON of the expected
-// shape.
+// end; the text itself is not changed. Each gives false, or empty text, for whatever is not sound JSON of the
+// expected shape.
 
-/// Keeps its working memory from one reply to the next: to get it anew takes longer than the reading.
+/// Keeps its working memory from one reply to the next: allocating it again takes longer than the reading.
 class ReplyReader {
  public:
   ReplyReader();
   ~ReplyReader();
-  /// Fills an empty reply from {"rc":0,"head":{...},"records":[{...}]}. What a false leaves in it means
+  /// Fills an empty reply from {"rc":0,"head":{...},"records":[{...}]}. After false its content means
   /// nothing.
   [[nodiscard]] bool read(std::string& body, Reply& reply);
 

@@ -5,7 +5,7 @@
 
 namespace vantry {
 
-/// A server's address, taken apart.
+/// The parts of a server's address.
 struct ServerAddress {
   bool secured = false;  ///< https
   std::string host;      ///< an IPv6 address without its brackets

@@ -26,9 +26,8 @@ class TagPattern {
     bool sound = false;
     std::size_t reached =
         0;  ///< how many tags of the message fitted before one did not, or the message ended
-    std::string_view
-        required;           ///< the tag that has to come at `reached`; empty when all there may be left out
-    std::size_t steps = 0;  ///< how many places of the pattern were visited, for measuring
+    std::string_view required;  ///< the tag that must be at `reached`; empty when all there is optional
+    std::size_t steps = 0;      ///< how many places of the pattern were visited, for measuring
   };
 
   /// Keeps views into the text. Throws std::invalid_argument when the text is no pattern.
@@ -47,8 +46,8 @@ class TagPattern {
 
   static constexpr std::ptrdiff_t kFork = -1;
 
-  /// A place takes one tag and goes on behind itself, or forks to two others. Ways are relative to the place.
-  /// The second way of a fork is the one that needs least: past what may be left out, into the first
+  /// A place takes one tag and continues at the next place, or forks to two others, both relative to itself.
+  /// The second way of a fork is the one that needs least: past what is optional, into the first
   /// alternative.
   struct Place {
     std::ptrdiff_t takes = kFork;  ///< index into `uses_`

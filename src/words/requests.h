@@ -17,7 +17,7 @@ struct TagValue {
 
 /// One request of the protocol, as a row of `requestTable()`.
 ///
-/// `sent` is a pattern over tags, in the order in which they are added: tags stand one after another, parted
+/// `sent` is a pattern over tags, in the order in which they are added: tags follow one another, separated
 /// by blanks; `( ... )` groups, `|` separates alternatives inside a group, and `?`, `*`, `+` behind a tag or
 /// a group mean optional, repeated or absent, repeated at least once. "BOOKID (EID | IM)* ETIME?" is an
 /// example. A tag that takes another form here than the dictionary gives it says so with a colon: "HBK:Flag".
@@ -27,15 +27,16 @@ struct TagValue {
 struct RequestRow {
   std::string_view code;
   std::string_view sent;
-  std::string_view head;     ///< tags of the reply's head, parted by blanks
-  std::string_view records;  ///< tags of each record, parted by blanks; here too a colon names another form
+  std::string_view head;  ///< tags of the reply's head, separated by blanks
+  std::string_view
+      records;              ///< tags of each record, separated by blanks; a colon names another form here too
   std::string_view walk;    ///< the tag that every record carries, or several; empty when the reply is single
   std::string_view rights;  ///< any one of these rights lets an operator send it; empty: every operator may
   bool writes;              ///< whether the request may change stored data
   std::string_view meaning;  ///< one line for people
 };
 
-/// All requests, grouped by subject. A code stands once.
+/// All requests, grouped by subject. Each code is there once.
 [[nodiscard]] std::span<const RequestRow> requestTable();
 
 /// The row of a code, or nullptr for a code that is not in the table.
@@ -50,17 +51,17 @@ struct MessageFault {
 
 /// Checks tags, their order and the form of their values against the row; nothing when the message is sound.
 /// Missing names the first required tag that is not there; Unexpected names a tag that the request does not
-/// know or that stands where it cannot stand; BadValue the first tag whose value has not its form. Time and
+/// know or that is in the wrong place; BadValue the first tag whose value does not have its form. Time and
 /// memory grow with the number of tags only. Throws std::invalid_argument for a row whose pattern is no
 /// pattern, which no row of the table is.
 [[nodiscard]] std::optional<MessageFault> checkMessage(const RequestRow& row, std::span<const TagValue> tags);
 
-/// The tag of a word of `head`, `records` or `walk`: what stands before a colon.
+/// The tag of a word of `head`, `records` or `walk`: the part before a colon.
 [[nodiscard]] constexpr std::string_view tagOf(std::string_view word) {
   return word.substr(0, word.find(':'));
 }
 
-/// Splits a list of words parted by blanks, as the rows hold them.
+/// Splits a list of words separated by blanks, as the rows have them.
 [[nodiscard]] std::vector<std::string_view> wordsOf(std::string_view list);
 
 }  // namespace vantry

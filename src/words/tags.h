@@ -11,7 +11,7 @@ namespace vantry {
 /// - Id, Count: a whole number of 32 bits, in decimal figures with an optional minus.
 /// - Name: any text.
 /// - Flag: "Y" or "N".
-/// - Date: YYYY-MM-DD, a day that exists; month and day may have one figure, since some are built so.
+/// - Date: YYYY-MM-DD, a day that exists; month and day may have one figure, since some are sent so.
 /// - Time: YYYY-MM-DD HH:MM:SS, or a date, or a clock time HHMM, whose hour may be 24 or above after
 /// midnight.
 /// - Money: figures with an optional minus and at most one decimal point.
@@ -35,7 +35,7 @@ struct TagRow {
 
 /// The name of a form as it is written in patterns and in the documents: "Id", "Name" ...
 [[nodiscard]] std::string_view nameOf(TagForm form);
-/// The form of that name, or nothing.
+/// The form with that name, or nothing.
 [[nodiscard]] std::optional<TagForm> formNamed(std::string_view name);
 
 /// The tags as constants, so that a misspelt tag does not compile. `ETIME_` and `CTIME_` end in an underscore

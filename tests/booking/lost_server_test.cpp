@@ -39,9 +39,8 @@ TEST_F(EditorTest, ALostServerEndsTheProgram) {
        }},
       {"the server's time",
        [&] {
-         app.slots.newPickup = true;
          server.expect("ASKT").fails(kLost);
-         openNew();
+         openPickUp();
        }},
       {"the search of a patron",
        [&] {

@@ -11,6 +11,7 @@
 
 #include "frame/app.h"
 #include "frame/components.h"
+#include "schedule/monitor_view.h"
 #include "schedule/program.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_server.h"
@@ -29,14 +30,16 @@ struct FixedClock : Clock {
 struct MemorySettings : Settings {
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view fallback) const override;
-  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                   std::string_view text) override;
+  void SaveSettings(std::string_view application, std::string_view section,
+                    const std::vector<Setting>& settings) override;
   void keepAside() override { ++keptAside; }
   /// Stores a preference.
   void prefer(std::string_view key, std::string_view text);
 
   std::map<std::string, std::string> texts;
   int keptAside = 0;
+  int writes = 0;
+  std::string refusal;  ///< why nothing can be stored; empty where it can
 };
 
 /// Components that are all in place; notes what was asked of it.
@@ -78,6 +81,7 @@ class Desk : public testing::Test {
   /// Windows that the operator sees.
   int windowsShown() const;
   frmMain& main() { return program_->main; }
+  MonitorView& monitor(ViewId id) { return dynamic_cast<MonitorView&>(main().view(id)); }
   DayView& day() { return main().dayView; }
   /// A control of the main window.
   template <class T>

@@ -5,10 +5,10 @@
 
 namespace vantry::server {
 
-/// How dear a hash is made. `Quick` is for tests and for figures only.
+/// How slow a hash is to compute. `Quick` is for tests and measurements only.
 enum class HashCost { Interactive, Quick };
 
-/// The text to store for a password: salted, slow to try out, and telling its own parameters.
+/// The text to store for a password: salted, slow to try out, and containing its own parameters.
 [[nodiscard]] std::string hashPassword(std::string_view password, HashCost cost = HashCost::Interactive);
 
 [[nodiscard]] bool matchesPassword(std::string_view hash, std::string_view password);
@@ -16,7 +16,7 @@ enum class HashCost { Interactive, Quick };
 /// Does the work of a check that must fail, so that an unknown operator takes as long as a wrong password.
 void wasteCheck(std::string_view password, HashCost cost = HashCost::Interactive);
 
-/// What a new password lacks, as one sentence; empty when it will do.
+/// What a new password lacks, as one sentence; empty for an acceptable one.
 [[nodiscard]] std::string weaknessOf(std::string_view password);
 
 /// A new session token: 256 random bits as text.

@@ -8,16 +8,16 @@
 
 namespace vantry::server {
 
-/// The key pair to which clients seal the passwords that stand within requests. Both in base64.
+/// The key pair to which clients seal the passwords that requests contain. Both keys are in base64.
 struct SealingKeys {
-  std::string open;    ///< told to everybody
-  std::string secret;  ///< told to nobody
+  std::string open;    ///< public
+  std::string secret;  ///< never leaves the server
 };
 
-/// The pair of this store, made when it has none yet. All servers on one store share it.
+/// The pair of this store, created when it has none yet. All servers on one store share it.
 [[nodiscard]] SealingKeys keysOf(Database& database);
 
-/// What was sealed to the pair; nothing when it was not, or when the text is no sealed box.
+/// Opens a sealed text; nothing for a text that was not sealed to this pair.
 [[nodiscard]] std::optional<std::string> openSealed(const SealingKeys& keys, std::string_view sealed);
 
 /// Seals as a client does.

@@ -22,8 +22,8 @@ struct Session {
   Moment expiresAt = 0;
 };
 
-/// How long a session lives after its last use, and how stale the stored time may get before it is written
-/// anew.
+/// How long a session lives after its last use, and how old the stored time may be before it is
+/// updated.
 inline constexpr Moment sessionLife = 12 * hour;
 inline constexpr Moment sessionStaleness = 5 * minute;
 

@@ -8,15 +8,15 @@
 
 namespace vantry::server {
 
-/// A moment of the library's wall clock, in seconds since 1970-01-01 00:00:00 as the clock on the wall would
-/// have counted them. Free of time zones: a booking at nine is at nine, whatever the season.
+/// A moment of the library's wall clock, in seconds since 1970-01-01 00:00:00 of that clock. It has no time
+/// zone: a booking at nine is at nine, whatever the season.
 using Moment = std::int64_t;
 
 inline constexpr Moment minute = 60;
 inline constexpr Moment hour = 60 * minute;
 inline constexpr Moment day = 24 * hour;
 
-/// Tells the present moment. Tests hand in their own.
+/// Returns the present moment. Tests pass their own.
 using Clock = std::function<Moment()>;
 
 /// The wall clock of this machine.
@@ -31,8 +31,8 @@ using Clock = std::function<Moment()>;
 /// Minutes since midnight as "HHMM".
 [[nodiscard]] std::string clockText(int minutes);
 
-/// Reads "YYYY-MM-DD HH:MM:SS" or a date alone (midnight), whose month and day may have one figure; nothing
-/// for any other text or for a date that no calendar has.
+/// Reads "YYYY-MM-DD HH:MM:SS" or a date alone (midnight), whose month and day may have one figure;
+/// nothing for any other text or for a date that does not exist.
 [[nodiscard]] std::optional<Moment> parseMoment(std::string_view text);
 
 [[nodiscard]] Moment makeMoment(int year, int month, int dayOfMonth, int hours = 0, int minutes = 0);

@@ -7,8 +7,8 @@
 
 namespace vantry::server {
 
-/// What a search text stands for: from `low` to `high`, both included, byte by byte. A text that ends in "?"
-/// stands for every text that begins so.
+/// The range that a search text means: from `low` to `high`, both included, compared byte by byte. A text
+/// that ends in "?" means every text that begins with it.
 struct TextRange {
   std::string low;
   std::string high;

@@ -20,7 +20,7 @@ struct FoundTitle {
 /// A search returns so many titles at most, and one more where there are more.
 inline constexpr std::size_t mostTitles = 500;
 
-/// The titles that have a key of the kind within what the text stands for, in the order of their keys.
+/// The titles that have a key of the kind within the range that the text means, in the order of their keys.
 [[nodiscard]] std::vector<FoundTitle> titlesByKey(Connection& db, KeyKind kind, std::string_view text);
 
 /// The titles that have all words of the text, by title; with `holdings` also those that have some of them in

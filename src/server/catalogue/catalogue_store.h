@@ -16,7 +16,7 @@ namespace vantry::server {
 [[nodiscard]] std::optional<MarcRecord> recordOfTitle(Connection& db, std::int64_t id);
 [[nodiscard]] std::optional<MarcRecord> recordOfHolding(Connection& db, std::int64_t id);
 
-/// Keeps a record in place of the one before. `holdingId` 0: it is the title's.
+/// Stores a record in place of the previous one. `holdingId` 0: it is the title's.
 void storeRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record);
 
 /// What titles are found by.
@@ -26,11 +26,11 @@ using CatalogueKey = std::pair<KeyKind, std::string>;
 /// The keys of a title's record, each once.
 [[nodiscard]] std::vector<CatalogueKey> keysOf(const MarcRecord& record);
 
-/// Makes the title's keys anew, from its record and its holdings.
+/// Replaces the title's keys by those of its record and its holdings.
 void indexTitle(Connection& db, std::int64_t id);
 
-/// Makes the keys of all titles that have none yet: those of a database from before there were keys, and
-/// those written by other hands. True when there were any.
+/// Creates the keys of titles that have none yet, such as those of an older database. True when there were
+/// any.
 bool indexSomeTitles(Connection& db);
 void indexCatalogue(Database& database);
 

@@ -8,14 +8,14 @@
 
 namespace vantry::server {
 
-// What the library's own tables keep of the records of a catalogue.
+// What the library's own tables store of the records of a catalogue.
 
 struct TitleFacts {
   std::string controlNumber;  ///< 001
   std::string title;          ///< empty when the record names none
   std::string author;
   std::string published;    ///< a year
-  std::string itemType;     ///< what the record calls the carrier
+  std::string itemType;     ///< the carrier, as the record names it
   std::string description;  ///< extent
 };
 [[nodiscard]] TitleFacts titleFacts(const MarcRecord& record);
@@ -30,17 +30,17 @@ struct ItemFacts {
 };
 
 struct HoldingFacts {
-  std::vector<std::string> locations;  ///< what it says about where it stands, the nearest first
+  std::vector<std::string> locations;  ///< where it is kept, the most precise first
   std::string callNumber;
   std::string callNumberKind;  ///< as the searches name it: MLC#, MDEW, MNLM, MSUD or MOTH
   std::vector<ItemFacts> items;
 };
 
-/// The holdings that stand in a record, of a title or of holdings: one for each field 852, with the items of
+/// The holdings in a record, of a title or of holdings: one for each field 852, with the items of
 /// fields 876 to 878 that belong to it, or the one whose barcode the 852 itself gives.
 [[nodiscard]] std::vector<HoldingFacts> holdingsIn(const MarcRecord& record);
 
-/// What a record says about its carrier, for finding a media type by its name.
+/// The record's texts about its carrier, for finding a media type by name.
 [[nodiscard]] std::vector<std::string> carrierTexts(const MarcRecord& record);
 
 }  // namespace vantry::server

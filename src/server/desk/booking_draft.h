@@ -13,8 +13,8 @@ namespace vantry::server {
 /// Equipment as a booking names it.
 struct EquipmentLine {
   EquipmentAsk ask;
-  bool inRoom = false;    ///< stands in the room and needs no booking of its own
-  bool inferred = false;  ///< a wish that a media type brought
+  bool inRoom = false;    ///< is in the room and needs no booking of its own
+  bool inferred = false;  ///< a wish that a media type requires
 };
 
 /// A booking as the editor sends it.

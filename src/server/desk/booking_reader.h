@@ -76,12 +76,12 @@ struct EquipmentLineRow {
   std::int64_t typeId = 0;
   std::string typeName;
   std::int64_t groupId = 0;  ///< the patron group of the booking
-  bool required = false;     ///< a wish that a media type of the booking brought, and still brings
+  bool required = false;     ///< a wish that a media type of the booking still requires
 };
 /// Without what is in the room anyway, which the room's own list tells.
 [[nodiscard]] std::vector<EquipmentLineRow> equipmentLinesOf(Connection& db, std::int64_t bookingId);
 
-/// A wish for equipment, and the media type of the booking that brought it.
+/// A wish for equipment, and the media type of the booking that requires it.
 struct InferredRow {
   std::int64_t mediaTypeId = 0;
   std::int64_t equipmentTypeId = 0;

@@ -11,7 +11,7 @@
 
 namespace vantry::server {
 
-/// A booking's things with everything that is stored of them.
+/// A booking's things with all that is stored of them.
 struct ResolvedPiece {
   Piece piece;  ///< its id is 0 on a wish, which has a type only
   bool inRoom = false;
@@ -20,12 +20,12 @@ struct ResolvedPiece {
 struct ResolvedThings {
   std::vector<ResolvedPiece> equipment;
   std::vector<MediaAsk> media;
-  bool roomSatisfied = false;  ///< what stands in the room made a wish needless
+  bool roomSatisfied = false;  ///< what is in the room satisfied a wish
 };
 
-/// Looks everything up that the draft names, takes out what is named twice, members of groups that are in the
-/// booking themselves, and what the room of the question satisfies.
-/// Throws TagRefusal for a key that points nowhere.
+/// Looks up everything that the draft names and removes what is named twice, members of groups that are in
+/// the booking themselves, and what the room of the question satisfies. Throws TagRefusal for a key that
+/// points nowhere.
 [[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft,
                                            const UsageQuestion& question);
 

@@ -6,6 +6,7 @@
 
 #include "server/access/operators.h"
 #include "server/base/catalogue_text.h"
+#include "server/base/number_text.h"
 #include "server/base/search_text.h"
 #include "server/desk/booking_store.h"
 #include "server/store/query.h"
@@ -112,6 +113,31 @@ std::vector<OpenLine> findByItemId(Connection& db, std::string_view text) {
   return lines;
 }
 
+/// Whether there is a thing of exactly that name, out or not.
+bool isThing(Connection& db, SearchBy by, std::string_view name) {
+  int found = 0;
+  if (by == SearchBy::ItemId) {
+    Query query(db, "select count(*) from items where id = :id");
+    query.bind("id", numberOf(name));
+    fetchOne(query, found);
+    return found > 0;
+  }
+  const std::string column = by == SearchBy::ItemBarcode        ? "items where barcode"
+                             : by == SearchBy::EquipmentBarcode ? "equipment_barcodes where barcode"
+                                                                : "equipment where number";
+  const std::string sql = "select count(*) from " + column + " = :name";
+  Query query(db, sql);
+  query.bind("name", name);
+  fetchOne(query, found);
+  return found > 0;
+}
+
+bool areOfOneThing(const std::vector<OpenLine>& lines) {
+  return std::all_of(lines.begin(), lines.end(), [&](const OpenLine& each) {
+    return each.itemId == lines.front().itemId && each.pieceId == lines.front().pieceId;
+  });
+}
+
 }  // namespace
 
 std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by, std::string_view text) {
@@ -138,6 +164,15 @@ std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_vie
   query.bind("low", range.low).bind("high", range.high);
   if (by == SearchBy::CallNumber) query.bind("kind", kind);
   readLines(query, lines);
+  return lines;
+}
+
+std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text) {
+  const TextRange range = textRange(text);
+  if (range.low == range.high) return findOpenLines(db, by, text);
+  if (isThing(db, by, range.low)) return findOpenLines(db, by, range.low);
+  std::vector<OpenLine> lines = findOpenLines(db, by, text);
+  if (!areOfOneThing(lines)) lines.clear();
   return lines;
 }
 

@@ -10,7 +10,7 @@
 
 namespace vantry::server {
 
-/// Whom or what a search at the desk goes by.
+/// What a search at the desk searches by.
 enum class SearchBy {
   RequesterBarcode,
   PickupBarcode,
@@ -31,8 +31,8 @@ struct FoundBooking {
   std::int64_t pickupLocationId = 0;
 };
 
-/// Bookings that are not over, of a person or by number; a text that ends in "?" stands for all that begin
-/// so. In the order of their start.
+/// Bookings that are not over, of a person or by number; a text that ends in "?" means all that begin with
+/// it. In the order of their start.
 [[nodiscard]] std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by,
                                                             std::string_view text);
 
@@ -47,5 +47,10 @@ struct OpenLine {
 /// The lines that hold the thing searched, the longest out first. `kind` is the kind of a call number.
 [[nodiscard]] std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_view text,
                                                   std::string_view kind = {});
+
+/// The lines of the one thing that a scan stands for. A text that ends in "?" stands for the thing that is
+/// named so without the mark; where there is none, for the only thing out whose name begins so. Nothing when
+/// several things do.
+[[nodiscard]] std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text);
 
 }  // namespace vantry::server

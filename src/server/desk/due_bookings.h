@@ -5,10 +5,10 @@
 
 namespace vantry::server {
 
-/// What time brings about: bookings that nobody fetched become unclaimed and give back what they held, those
-/// that are still out become overdue, and the patrons' counters follow. Everything is decided by what the
-/// store says at that moment, so that it may be run by any number of processes, after any pause, and broken
-/// off anywhere. Works in small transactions and lets the desks in between.
+/// Applies what the passing of time changes: bookings that nobody fetched become unclaimed and release what
+/// they held, bookings that are still out become overdue, and the patrons' counters follow. Every decision is
+/// made from the store's present state, so any number of processes may run this, after any pause, and stop
+/// anywhere. Works in small transactions, between which the desks can write.
 void settleDueBookings(Database& database, Moment now);
 
 }  // namespace vantry::server

@@ -34,7 +34,7 @@ struct CategoryRow {
   bool storage = false;  ///< rooms only
 };
 [[nodiscard]] std::vector<CategoryRow> equipmentTypes(Connection& db, bool ofGroups);
-/// Types of groups, counting the groups that do not stand in the room; types without one are left out.
+/// Types of groups, counting the groups that are not in the room; types without one are left out.
 [[nodiscard]] std::vector<CategoryRow> groupTypesOutside(Connection& db, std::int64_t roomId);
 /// Types of pieces, counting those that belong to no group and are not in the room; types without one are
 /// left out.

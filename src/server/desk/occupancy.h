@@ -57,7 +57,7 @@ class Occupier {
 /// No occupancy of the kind is longer, in seconds. It bounds every search for what overlaps a period.
 [[nodiscard]] Moment longestOccupancy(Connection& db, ThingKind kind);
 
-/// Gives everything back that the booking holds.
+/// Releases everything that the booking holds.
 void freeThingsOf(Connection& db, std::int64_t bookingId);
 
 }  // namespace vantry::server

@@ -12,8 +12,8 @@
 
 namespace vantry::server {
 
-/// The policy of a desk towards a patron group; 0 stands for administrative bookings. A desk for which none
-/// is stored books its own things without limits.
+/// The policy of a desk towards a patron group; group 0 means administrative bookings. A desk for which no
+/// policy is stored books its own things without limits.
 [[nodiscard]] DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t groupId);
 
 /// The same policy with nothing but the locations whose things the desk may book.
@@ -23,7 +23,7 @@ namespace vantry::server {
 [[nodiscard]] std::vector<OpenCalendar> loadCalendars(Connection& db, std::int64_t locationId,
                                                       CalendarKind kind, std::span<const Period> periods);
 
-/// How a patron stands; the barcode is judged within the group, or within any for group 0. Nothing for an
+/// The state of a patron; the barcode is judged within the group, or within any for group 0. Nothing for an
 /// unknown patron.
 [[nodiscard]] std::optional<PatronState> loadPatronState(Connection& db, std::int64_t patronId,
                                                          std::int64_t groupId);

@@ -23,7 +23,7 @@ struct Piece {
   std::int64_t locationId = 0;
   std::int64_t roomId = 0;
   std::string roomName;
-  bool inStorage = false;  ///< stands in a storage room
+  bool inStorage = false;  ///< is kept in a storage room
   std::string barcode;     ///< the active one
 };
 [[nodiscard]] std::optional<Piece> findPiece(Connection& db, std::int64_t id);
@@ -35,7 +35,7 @@ using Pieces = std::map<std::int64_t, Piece>;
 /// The members of a group; none for a piece.
 [[nodiscard]] std::vector<Piece> membersOf(Connection& db, std::int64_t groupId);
 
-/// What stands in a room. A storage room only keeps things, so that nothing stands in it in this sense.
+/// What is in a room. Things in a storage room are only kept there, so a storage room gives none.
 [[nodiscard]] std::vector<Piece> piecesInRoom(Connection& db, std::int64_t roomId);
 
 struct MediaItem {
@@ -74,7 +74,7 @@ struct BookableRoom {
 [[nodiscard]] std::vector<BookableRoom> bookableRooms(Connection& db);
 
 /// The statuses applied to a piece or a room, the one in force first. A group has those of its members too,
-/// since it goes out whole.
+/// since it is charged whole.
 [[nodiscard]] std::vector<AppliedStatus> statusesOfPiece(Connection& db, std::int64_t id);
 [[nodiscard]] std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id);
 

@@ -29,12 +29,12 @@ struct MediaAsk {
 struct UsageQuestion {
   const DeskPolicy& policy;
   std::vector<Period> times;   ///< for which the things are taken
-  std::int64_t bookingId = 0;  ///< the booking itself, which is not in its own way; 0 for a new one
+  std::int64_t bookingId = 0;  ///< the booking itself, which does not conflict with itself; 0 for a new one
   std::int64_t roomId = 0;     ///< where the booking takes place; 0 for none
-  Moment now = 0;              ///< what is out at this moment is not there for times that have begun
+  Moment now = 0;              ///< what is out at this moment is not available for times that have begun
 };
 
-/// Which questions a request puts.
+/// What a request asks.
 struct Aspects {
   bool types = false;      ///< whether the types may be booked, and for how long
   bool places = false;     ///< whether the things belong to the desk's policy, and their status
@@ -66,7 +66,7 @@ struct UsageConflict {
 };
 
 struct Findings {
-  bool notInStorage = false;  ///< a piece stands where it cannot be fetched from
+  bool notInStorage = false;  ///< a piece is kept where it cannot be fetched from
   bool noneInPolicy = false;  ///< a wish that nothing in the desk's policy can ever fill
   std::string wished;         ///< what that wish was for
   std::vector<PolicyFailure> failures;

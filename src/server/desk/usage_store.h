@@ -13,7 +13,7 @@
 
 namespace vantry::server {
 
-/// A question about times: asked for by a booking that does not stand in its own way.
+/// A period, and the booking that asks and does not conflict with itself.
 struct AskedTime {
   Period period;
   std::int64_t exceptBooking = 0;
@@ -58,7 +58,7 @@ struct WaitingWish {
 using Places = std::vector<std::int64_t>;
 [[nodiscard]] Places openPlaces(const DeskPolicy& policy);
 
-/// The things that can fill a wish at all: they may be used and stand in one of the places, a piece in a
+/// The things that can fill a wish at all: they may be used and are in one of the places, a piece in a
 /// storage room there and in no group.
 [[nodiscard]] std::vector<std::int64_t> stockFor(Connection& db, const WishFor& what, const Places& places);
 

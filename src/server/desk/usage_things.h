@@ -19,8 +19,8 @@ using SingleUses = std::map<std::int64_t, SingleUse>;
 [[nodiscard]] SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
                                     std::span<const std::int64_t> things, const Period& period);
 
-/// The pieces and groups that stand in the room of the question, may be used and are with no other booking at
-/// its times: each makes one wish for its type needless, but for those that the booking takes by themselves.
+/// The pieces and groups that are in the room of the question, may be used and are with no other booking at
+/// its times: each satisfies one wish for its type, but for those that the booking takes by themselves.
 class RoomStock {
  public:
   RoomStock(Connection& db, const UsageQuestion& question, std::set<std::int64_t> taken)
@@ -39,7 +39,7 @@ class RoomStock {
   std::map<std::int64_t, int> left_;  ///< by type
 };
 
-/// What speaks against things of the location, as far as it was asked.
+/// What forbids things of the location, as far as it was asked.
 [[nodiscard]] std::optional<int> placeRefusal(const DeskPolicy& policy, const Aspects& aspects,
                                               std::int64_t locationId);
 

@@ -7,7 +7,7 @@
 
 namespace vantry::server {
 
-/// How a booking stands. The numbers are the protocol's.
+/// The status of a booking. The numbers are the protocol's.
 enum class BookingStatus : int {
   Live = 0,
   Complete = 1,
@@ -36,14 +36,15 @@ struct LinesOut {
   int items = 0;
 };
 
-/// The return code that refuses a deletion: 106 while something is out. Nothing when the booking may go.
+/// The return code that refuses a deletion: 106 while something is out. Nothing when the booking may be
+/// deleted.
 [[nodiscard]] std::optional<int> refusalToDelete(BookingStatus status, const LinesOut& out);
 
 /// The return code that refuses a cancel: 114 and 115 while equipment or items are out, 7 when the booking is
 /// over or charged in any other way.
 [[nodiscard]] std::optional<int> refusalToCancel(BookingStatus status, const LinesOut& out);
 
-/// What lists call the kind of a booking.
+/// The kind of a booking, as lists show it.
 [[nodiscard]] std::string_view bookingTypeName(int type);
 
 }  // namespace vantry::server

@@ -13,14 +13,14 @@ namespace vantry::server {
 [[nodiscard]] Moment earliestCharge(const Period& times, Moment earlyMinutes,
                                     std::optional<Moment> heldUntil);
 
-/// What time makes of a booking by itself. Nothing when it stays as it is.
+/// The status that a booking gets by the passing of time. Nothing when it keeps its status.
 [[nodiscard]] std::optional<BookingStatus> statusByTime(BookingStatus status, const Period& times,
                                                         Moment now);
 
-/// Whether what came back at that moment came back late.
+/// Whether a return at that moment is late.
 [[nodiscard]] bool isLate(const Period& times, Moment returnedAt);
 
-/// How a patron's counter of late returns changes when a booking is wholly back. An overdue booking was
+/// How a patron's counter of late returns changes when the whole booking is back. An overdue booking was
 /// counted when it became so; one that turns out to have been back in time, by a back-dated discharge, is
 /// taken off again.
 [[nodiscard]] int lateReturnsChange(BookingStatus status, bool late);

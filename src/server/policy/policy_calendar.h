@@ -21,7 +21,7 @@ struct OpenException {
   OpenHours hours;
 };
 
-/// A calendar as the decisions need it: its span, its week from Sunday and its exceptions in order of date.
+/// A calendar: its span, its week from Sunday and its exceptions in order of date.
 struct OpenCalendar {
   Moment startsOn = 0;
   Moment endsOn = 0;  ///< the last day
@@ -29,7 +29,7 @@ struct OpenCalendar {
   std::vector<OpenException> exceptions;
 };
 
-/// What speaks against the start or the end of a booking. The code is the protocol's:
+/// Why the start or the end of a booking is refused. The code is the protocol's:
 ///   164, 165  no calendar covers the day of the start, of the end
 ///   166       not open on that weekday
 ///   168       an exception day: not open at that time
@@ -48,7 +48,7 @@ struct CalendarConflict {
 [[nodiscard]] Moment endAsJudged(const Period& times);
 
 /// At most one conflict for the start and one for the end. Opening and closing times belong to the open
-/// hours: a booking may start at the one and end at the other. What lies between start and end is not asked:
+/// hours: a booking may start at the one and end at the other. What is between start and end is not checked:
 /// things stay out overnight.
 [[nodiscard]] std::vector<CalendarConflict> calendarConflicts(std::span<const OpenCalendar> calendars,
                                                               const Period& times);

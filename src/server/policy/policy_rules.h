@@ -26,7 +26,8 @@ struct RoomRule {
   LongestUse longest;
 };
 
-/// What a patron may have at one time, and how far he may have gone astray; -1 sets no limit. Fees in cents.
+/// How much a patron may have at one time, and how many offences they may have; -1 sets no limit. Fees in
+/// cents.
 struct PatronLimits {
   std::int64_t bookings = -1;
   std::int64_t items = -1;
@@ -38,7 +39,7 @@ struct PatronLimits {
 };
 
 /// The policy of a booking desk towards one patron group, or towards administrative bookings. What no rule
-/// speaks of is allowed.
+/// mentions is allowed.
 struct DeskPolicy {
   std::map<std::int64_t, bool> locations;  ///< whose things the desk may book; false: not for its security
   std::map<std::int64_t, TypeRule> equipmentTypes;
@@ -46,7 +47,7 @@ struct DeskPolicy {
   std::map<std::int64_t, RoomRule> roomTypes;
   std::map<std::int64_t, LongestUse> rooms;  ///< those that have a longest time of their own
   PatronLimits limits;
-  Moment warningMinutes = 0;  ///< how near another booking of the same thing may come without a word
+  Moment warningMinutes = 0;  ///< how near another booking of the same thing may be without a warning
   Moment earlyChargeMinutes = 60;
 
   [[nodiscard]] TypeRule equipmentRule(std::int64_t typeId) const;
@@ -73,7 +74,7 @@ inline constexpr int nearAnother = 187;
 /// 138 for a location outside the desk's policy, 184 for one that only its security keeps out.
 [[nodiscard]] std::optional<int> refusalOfLocation(const DeskPolicy& policy, std::int64_t locationId);
 
-/// How a patron stands, as far as booking is concerned.
+/// The state of a patron, as far as bookings depend on it.
 struct PatronState {
   bool barcodeActive = true;
   bool holdMail = false;
@@ -96,13 +97,13 @@ struct PatronRefusal {
   bool operator==(const PatronRefusal&) const = default;
 };
 
-/// Whether his time is over. A date without a clock time counts to the end of its day.
+/// Whether their membership is over. A date without a clock time counts to the end of its day.
 [[nodiscard]] bool hasExpired(const PatronState& patron, Moment now);
 
 /// Judges card and address: what holds for whoever only fetches things.
 [[nodiscard]] std::optional<PatronRefusal> refusalToFetch(const PatronState& patron, Moment now);
 
-/// Judges the limits as well: what holds for the requester of one more booking. He has to have fewer bookings
+/// Judges the limits as well: what holds for the requester of one more booking. They must have fewer bookings
 /// than the limit; any other figure at its limit is still within it.
 [[nodiscard]] std::optional<PatronRefusal> refusalToRequest(const PatronState& patron,
                                                             const PatronLimits& limits, Moment now);

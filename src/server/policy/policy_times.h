@@ -18,7 +18,7 @@ struct Period {
 
 [[nodiscard]] bool overlap(const Period& a, const Period& b);
 
-/// The period that a booking's things are taken for: set-up and clean-up belong to it. A booking that ends
+/// The period for which a booking takes its things: it includes set-up and clean-up. A booking that ends
 /// when it starts, as an immediate pick-up does, still takes a minute, so that two desks cannot make it of
 /// one thing.
 [[nodiscard]] Period takenFor(const Period& times, Moment setupMinutes, Moment cleanupMinutes);

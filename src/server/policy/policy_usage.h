@@ -15,13 +15,13 @@ struct TakenTime {
   bool operator==(const TakenTime&) const = default;
 };
 
-/// What stands against the use of one single thing.
+/// Why one single thing cannot be used.
 struct SingleUse {
   std::vector<TakenTime> inTheWay;
   bool nearAnother = false;  ///< free, but within the warning distance of another booking
 };
 
-/// `others` are bookings of the same thing that come near the period; more of them does no harm.
+/// `others` are bookings of the same thing that are near the period; further ones make no difference.
 [[nodiscard]] SingleUse judgeSingle(std::span<const TakenTime> others, const Period& asked,
                                     Moment warningMinutes);
 
@@ -40,8 +40,8 @@ struct Taking {
 };
 
 /// By how many more wishes than before no thing is left for: at the moment at which it is worst, when each of
-/// those that run then gets a thing of its own; or by one where each moment by itself goes out, but not all
-/// of them when each wish keeps its thing through its whole time.
+/// those that run then gets a thing of its own; or by one where each moment by itself suffices, but not all
+/// of them when each wish keeps its thing for its whole time.
 [[nodiscard]] int shortfall(std::span<const Wish> waiting, const Taking& taking);
 
 /// The first of the things that no waiting wish needs; the very first where each is needed. There is one.

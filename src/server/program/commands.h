@@ -14,18 +14,18 @@ struct OperatorCommand {
   std::string login;
   std::string name;
   std::string location;
-  std::string rights;  ///< codes parted by commas, or one of the words "all", "view", "none"
+  std::string rights;  ///< codes separated by commas, or one of the words "all", "view", "none"
 };
 
 void initialise(const std::string& database);
 /// Takes the day of `--bookings-on` and its number; an empty list for none.
 void makeDemo(const std::string& database, DemoOptions options, const std::vector<std::string>& bookingsOn);
 void serve(const Server::Options& options, bool behindProxy);
-/// Takes the catalogue of a file in and prints what came of it; bad records go to the standard error.
+/// Imports a catalogue file and prints the counts; bad records are printed to the standard error.
 void importMarcFile(const std::string& database, const std::string& file, const ImportOptions& options);
 /// Writes the library's rules to the standard output.
 void printRules(const std::string& database);
-/// Takes the rules of a file in, or only checks it, and prints what came of it; faults go to the standard
+/// Applies the rules of a file, or only checks it, and prints the counts; faults are printed to the standard
 /// error.
 void takeRulesFrom(const std::string& database, const std::string& file, bool checkOnly);
 void backUpTo(const std::string& database, const std::string& file);

@@ -9,8 +9,8 @@
 
 namespace vantry {
 
-/// The server of a library's bookings, for the program `vantry-server` and for a client that brings its own.
-/// It always speaks HTTP, on the loopback too, so that there is one way in.
+/// The server of a library's bookings, for the program `vantry-server` and for the client's embedded server.
+/// It always speaks HTTP, on the loopback too, so that there is one way to reach it.
 class Server {
  public:
   struct Options {
@@ -26,14 +26,14 @@ class Server {
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
   };
 
-  /// Opens the database and brings its schema up to date. Throws std::runtime_error with a sentence for
+  /// Opens the database and updates its schema. Throws std::runtime_error with a sentence for
   /// people when the database cannot be opened or written, or is of a newer version.
   explicit Server(const Options& options);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
 
-  /// Listens and serves on threads of its own. Throws std::runtime_error when the address cannot be had.
+  /// Listens and serves on threads of its own. Throws std::runtime_error when the address is not available.
   void start();
 
   /// The port that it listens on, after `start`.

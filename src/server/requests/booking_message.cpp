@@ -6,6 +6,7 @@
 
 #include "server/base/number_text.h"
 #include "server/base/tag_refusal.h"
+#include "server/desk/booking_store.h"
 #include "server/desk/policy_store.h"
 #include "words/tags.h"
 
@@ -140,8 +141,14 @@ static std::int64_t policyGroupOf(const Message& message) {
   return message.flag(tags::ADBK) ? 0 : message.number(tags::PGID);
 }
 
+static std::int64_t policyDeskOf(const Context& context, const Message& message) {
+  const std::int64_t booking = message.number(tags::BOOKID);
+  const auto stored = booking == 0 ? std::nullopt : findBookingState(context.db, booking);
+  return stored ? stored->locationId : context.session.locationId;
+}
+
 DeskPolicy policyFor(Context& context, const Message& message) {
-  return loadPolicy(context.db, context.session.locationId, policyGroupOf(message));
+  return loadPolicy(context.db, policyDeskOf(context, message), policyGroupOf(message));
 }
 
 }  // namespace vantry::server

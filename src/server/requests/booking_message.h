@@ -24,16 +24,17 @@ namespace vantry::server {
 /// The groups of MTID, BI, MI, IM.
 [[nodiscard]] std::vector<MediaAsk> mediaOf(const Message& message);
 
-/// EID with EQIR, ETI with IFL. Pieces come without their type.
+/// EID with EQIR, ETI with IFL. The type of a piece is not filled in.
 [[nodiscard]] std::vector<EquipmentLine> equipmentOf(const Message& message);
 
-/// The same without what stands in the room.
+/// The same without what is in the room.
 [[nodiscard]] std::vector<EquipmentAsk> bookedEquipmentOf(const Message& message);
 
 /// The whole of a booking to be saved.
 [[nodiscard]] BookingDraft draftOf(const Message& message);
 
-/// The policy of the operator's desk for the patron group of the booking, or for administrative ones.
+/// The policy for the patron group of the booking, or for administrative ones. A stored booking that the
+/// message names is judged by the desk that made it, anything else by the desk at which the operator works.
 [[nodiscard]] DeskPolicy policyFor(Context& context, const Message& message);
 
 /// Set-up and clean-up take no more than so many minutes each.

@@ -86,8 +86,10 @@ Reply bookingsOfLines(Context& context, const std::vector<OpenLine>& lines) {
 /// Things come back to whichever desk is nearest, so that no desk is asked for.
 Reply searchToDischarge(Context& context, const Message& message) {
   if (const SearchTag* search = tagOf(thingTags, message)) {
-    const std::vector<OpenLine> lines =
-        findOpenLines(context.db, search->by, message.text(search->tag), message.text(tags::CNTY));
+    const std::string_view text = message.text(search->tag);
+    const bool isScan = message.flag(tags::QD) && search->by != SearchBy::CallNumber;
+    if (isScan) return lineReply(findScannedLines(context.db, search->by, text));
+    const std::vector<OpenLine> lines = findOpenLines(context.db, search->by, text, message.text(tags::CNTY));
     return message.flag(tags::QD) ? lineReply(lines) : bookingsOfLines(context, lines);
   }
   Reply reply;

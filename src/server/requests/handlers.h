@@ -38,7 +38,7 @@ struct Context {
 };
 
 /// Thrown by a request that refuses after it has begun to write: everything that it wrote is undone, and the
-/// reply goes out.
+/// reply is sent.
 struct Refused {
   Reply reply;
 };

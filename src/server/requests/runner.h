@@ -15,7 +15,7 @@
 
 namespace vantry::server {
 
-/// What the server does, without a word about HTTP: logins and requests. Holds no state of its own, so that
+/// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
 /// several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
@@ -23,7 +23,7 @@ class RequestRunner {
   /// The database's schema is up to date.
   RequestRunner(Database& database, Clock clock, HashCost cost);
 
-  /// The key to which clients seal the passwords that stand within requests.
+  /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
 
   struct LoginResult {

@@ -26,8 +26,7 @@ std::vector<Period> takenOf(std::vector<Period> taken) {
   return taken;
 }
 
-/// A count over its limit comes first of the failures. The reply has one place for names, which the limit
-/// shares with those of the types.
+/// A count over its limit comes first of the failures. Its sentence names the limit.
 void judgeCount(Findings& findings, std::size_t count, std::int64_t most, int code) {
   if (most < 0 || static_cast<std::int64_t>(count) <= most) return;
   findings.failures.insert(findings.failures.begin(), {code, 0, {}, std::to_string(most)});

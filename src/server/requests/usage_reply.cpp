@@ -11,26 +11,32 @@ namespace vantry::server {
 
 namespace {
 
-/// The codes by which one family of things tells its conflicts.
-struct FamilyCodes {
-  int refused;       ///< the return code
-  int single;        ///< bookings in the way of single things
-  int wish;          ///< too few for a wish
-  int noneInPolicy;  ///< nothing that could ever fill it
+/// The codes and tags by which one family of things tells its failures.
+struct Family {
+  int refused;             ///< the return code
+  int single;              ///< bookings in the way of single things
+  int wish;                ///< too few for a wish
+  int noneInPolicy;        ///< nothing that could ever fill it
+  std::string_view name;   ///< the tag of what a sentence names; empty where none names anything
+  std::string_view thing;  ///< the tag of what a warning is about
 };
-constexpr FamilyCodes equipmentCodes{.refused = 149, .single = 159, .wish = 160, .noneInPolicy = 163};
-constexpr FamilyCodes mediaCodes{.refused = 150, .single = 158, .wish = 161, .noneInPolicy = 162};
+constexpr Family equipment{
+    .refused = 149, .single = 159, .wish = 160, .noneInPolicy = 163, .name = tags::ETY, .thing = tags::EID};
+constexpr Family media{
+    .refused = 150, .single = 158, .wish = 161, .noneInPolicy = 162, .name = tags::MTY, .thing = tags::IM};
+/// A room is named by nothing, and tells its conflicts as media do.
+constexpr Family room{
+    .refused = 185, .single = 158, .wish = 161, .noneInPolicy = 162, .name = {}, .thing = {}};
 constexpr int bothKinds = 186;
 constexpr int notInStorage = 179;
 constexpr int roomTaken = 107;
-constexpr int roomAgainstPolicy = 185;
 
-int conflictCode(const Findings& findings, const FamilyCodes& codes) {
+int conflictCode(const Findings& findings, const Family& family) {
   const auto single = [](const UsageConflict& each) { return each.bookingId != 0; };
   const bool any = std::any_of(findings.conflicts.begin(), findings.conflicts.end(), single);
   const bool all = std::all_of(findings.conflicts.begin(), findings.conflicts.end(), single);
-  if (all) return codes.single;
-  return any ? bothKinds : codes.wish;
+  if (all) return family.single;
+  return any ? bothKinds : family.wish;
 }
 
 /// Whether the operator's sentence for the code names something.
@@ -41,37 +47,35 @@ bool isNamed(int code) {
   return std::find(named.begin(), named.end(), code) != named.end();
 }
 
-/// The sentences of several things that failed alike are one, as long as they name nothing of their own.
+/// Failures that give the same sentence are told once. A warning is about its own thing.
 bool isTold(std::span<const PolicyFailure> told, const PolicyFailure& failure) {
   if (failure.code == refusal::nearAnother) return false;
   return std::any_of(told.begin(), told.end(), [&](const PolicyFailure& each) {
-    return each.code == failure.code && each.longest == failure.longest;
+    return each.code == failure.code && each.longest == failure.longest &&
+           (!isNamed(failure.code) || each.name == failure.name);
   });
 }
 
-/// A sentence names one thing only, while several may have failed: all their names stand in it.
-std::string namesOf(const Findings& findings) {
-  if (findings.noneInPolicy && findings.failures.empty()) return findings.wished;
-  std::vector<std::string> names;
-  for (const PolicyFailure& each : findings.failures) {
-    if (isNamed(each.code) && std::find(names.begin(), names.end(), each.name) == names.end())
-      names.push_back(each.name);
-  }
-  std::string joined;
-  for (const std::string& name : names) joined += (joined.empty() ? "" : ", ") + name;
-  return joined;
+/// The head names what failed first, for a window that reads it before the records.
+std::string_view firstName(const Findings& findings) {
+  if (findings.noneInPolicy) return findings.wished;
+  const auto named = std::find_if(findings.failures.begin(), findings.failures.end(),
+                                  [](const PolicyFailure& each) { return isNamed(each.code); });
+  return named == findings.failures.end() ? std::string_view() : std::string_view(named->name);
 }
 
 /// What ends the command comes first: nobody should override a failure and then be told that it was in vain.
-void addCodes(Reply& reply, const Findings& findings, const FamilyCodes& codes, std::string_view thingTag) {
-  if (findings.noneInPolicy) reply.record().set(tags::VUF, codes.noneInPolicy);
-  if (!findings.conflicts.empty()) reply.record().set(tags::VUF, conflictCode(findings, codes));
+void addCodes(Reply& reply, const Findings& findings, const Family& family) {
+  if (findings.noneInPolicy)
+    reply.record().set(tags::VUF, family.noneInPolicy).set(family.name, findings.wished);
+  if (!findings.conflicts.empty()) reply.record().set(tags::VUF, conflictCode(findings, family));
   const std::span<const PolicyFailure> failures(findings.failures);
   for (std::size_t place = 0; place < failures.size(); ++place) {
     const PolicyFailure& each = failures[place];
     if (isTold(failures.first(place), each)) continue;
     reply.record().set(tags::VUF, each.code);
-    if (each.code == refusal::nearAnother && !thingTag.empty()) reply.set(thingTag, each.thing);
+    if (isNamed(each.code)) reply.set(family.name, each.name);
+    if (each.code == refusal::nearAnother && !family.thing.empty()) reply.set(family.thing, each.thing);
     if (!isLimited(each.longest)) continue;
     reply.set(tags::BKINT, std::string_view(&each.longest.unit, 1)).set(tags::BKPER, each.longest.count);
   }
@@ -94,9 +98,9 @@ void addCounts(Reply& reply, const UsageConflict& each) {
 
 Reply equipmentReply(const Findings& findings) {
   if (findings.clean()) return Reply();
-  Reply reply(findings.notInStorage ? notInStorage : equipmentCodes.refused);
-  reply.head(tags::ETY, namesOf(findings));
-  addCodes(reply, findings, equipmentCodes, tags::EID);
+  Reply reply(findings.notInStorage ? notInStorage : equipment.refused);
+  reply.head(tags::ETY, firstName(findings));
+  addCodes(reply, findings, equipment);
   for (const UsageConflict& each : findings.conflicts) {
     reply.record();
     addNumber(reply, each);
@@ -109,9 +113,9 @@ Reply equipmentReply(const Findings& findings) {
 
 Reply mediaReply(const Findings& findings) {
   if (findings.clean()) return Reply();
-  Reply reply(mediaCodes.refused);
-  reply.head(tags::MTY, namesOf(findings));
-  addCodes(reply, findings, mediaCodes, tags::IM);
+  Reply reply(media.refused);
+  reply.head(tags::MTY, firstName(findings));
+  addCodes(reply, findings, media);
   for (const UsageConflict& each : findings.conflicts) {
     reply.record();
     addNumber(reply, each);
@@ -124,8 +128,8 @@ Reply mediaReply(const Findings& findings) {
 
 Reply roomReply(const Findings& findings) {
   if (findings.clean()) return Reply();
-  Reply reply(findings.conflicts.empty() ? roomAgainstPolicy : roomTaken);
-  addCodes(reply, findings, mediaCodes, {});
+  Reply reply(findings.conflicts.empty() ? room.refused : roomTaken);
+  addCodes(reply, findings, room);
   for (const UsageConflict& each : findings.conflicts) {
     reply.record();
     addNumber(reply, each);

@@ -29,7 +29,7 @@ struct NewOperator {
   std::string_view name;
   std::string_view passwordHash;
 };
-/// Throws what addOperator would for this name to log on with and this name that records show.
+/// Throws what addOperator would throw for this login and this name.
 void checkNewOperator(Connection& db, std::string_view login, std::string_view name);
 /// Throws when there is no such operator.
 void checkOperator(Connection& db, std::string_view login);

@@ -16,11 +16,11 @@ struct KnownPlaces {
   std::vector<RoomPlace> rooms;
 };
 
-/// Tells what is wrong with the rules of a file beside those that stand: names that nothing has, or
-/// more than one thing, entries that stand twice, calendars that overlap, statuses of one priority.
+/// Finds what is wrong with the rules of a file beside the stored ones: names that nothing has, or
+/// several things, repeated entries, calendars that overlap, statuses of one priority.
 void checkRules(const Rules& wanted, const Rules& standing, const KnownPlaces& known, RuleFaults& faults);
 
-/// How many entries of one kind are new, are changed, and stand already as the file says.
+/// How many entries of one kind are new, changed, and already as the file says.
 struct KindCounts {
   std::string_view kind;
   int added = 0;

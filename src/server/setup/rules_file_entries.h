@@ -11,9 +11,9 @@
 
 namespace vantry::server {
 
-// The rules of a library as a file names them: by names, without keys. Each entry knows its equals, so that
-// what a file says can be compared with what stands in the store; `isSameThing` tells which entries speak of
-// one thing. The order of what lists hold does not count.
+// The rules of a library as a file names them: by names, without keys. Entries can be compared, so that
+// a file can be compared with the store; `isSameThing` tells which entries are about one thing.
+// The order of what lists hold does not count.
 
 template <class Entry>
 [[nodiscard]] bool holdSame(const std::vector<Entry>& a, const std::vector<Entry>& b) {

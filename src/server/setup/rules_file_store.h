@@ -6,11 +6,11 @@
 
 namespace vantry::server {
 
-/// The rules that stand in the store, in the order in which they came there.
+/// The rules in the store, in the order in which they were added.
 [[nodiscard]] Rules readRules(Connection& db);
 [[nodiscard]] KnownPlaces readKnownPlaces(Connection& db);
 
-/// Writes entries that are not there yet. Names within them must be there, or among them.
+/// Writes new entries. Names within them must be stored already, or among them.
 void addRules(Connection& db, const Rules& rules);
 /// Gives entries that are there the values of these. The rows of policies and calendars are replaced; their
 /// keys stay.

@@ -24,7 +24,7 @@ class RuleFaults {
   std::size_t count_ = 0;
 };
 
-/// A value out of a JSON text. Members of an object stand in the order of the text, each name once.
+/// A value out of a JSON text. Members of an object are in the order of the text, each name once.
 struct FileValue {
   enum class Kind {
     Other,
@@ -33,7 +33,7 @@ struct FileValue {
     Text,
     List,
     Object,
-    Told,  ///< it would stand inside something that was told as a fault, and is told no more
+    Told,  ///< inside something that was reported as a fault, and not reported again
   };
   Kind kind = Kind::Other;
   bool flag = false;
@@ -43,11 +43,11 @@ struct FileValue {
   std::vector<FileValue> parts = {};    ///< a list's elements, an object's members
 };
 
-/// Reads a JSON text. A text that is none is told with its line, a member that stands twice with its place.
+/// Reads a JSON text. A text that is none is told with its line, a repeated member with its place.
 [[nodiscard]] FileValue readFileValue(std::string_view json, RuleFaults& faults);
 
-/// A value with its place in the file, or the place where one is missing. What is asked of it and cannot be
-/// had is told as a fault, and answered with something empty, so that reading goes on.
+/// A value with its place in the file, or the place where one is missing. What is asked of it and is not
+/// there is reported as a fault and answered with an empty value, so that reading continues.
 class FileNode {
  public:
   static constexpr std::string_view wholeNumber = "must be a whole number from 0 to 1000000000.";

@@ -19,7 +19,7 @@ struct Word {
 
 inline constexpr std::array effectWords{Word{1, "asks"}, Word{2, "passes"}, Word{3, "forbids"}};
 inline constexpr std::array ownerWords{Word{0, "equipment"}, Word{1, "rooms"}};
-/// When a note shows by itself. Rooms have numbers of their own for going out and coming back.
+/// When a note shows by itself. Rooms have numbers of their own for charge and discharge.
 inline constexpr std::array equipmentPopupWords{Word{0, "never"}, Word{1, "booking"}, Word{2, "charge"},
                                                 Word{3, "discharge"}};
 inline constexpr std::array roomPopupWords{Word{0, "never"}, Word{1, "booking"}, Word{7, "charge"},

@@ -17,9 +17,8 @@ struct Dialect {
   /// empty where beginning one does it.
   std::string_view takeTurn;
   std::string_view giveTurn;
-  std::string_view
-      waitingTime;          ///< statement that sets the longest wait for others, to go before milliseconds
-  std::string_view marker;  ///< lines of a schema step that start so are for this database only
+  std::string_view waitingTime;  ///< statement that sets the longest wait for others; milliseconds follow it
+  std::string_view marker;       ///< lines of a schema step that start so are for this database only
 };
 
 /// The dialect of a database address: "postgresql://..." or a file's path.
@@ -30,7 +29,7 @@ struct Dialect {
 [[nodiscard]] std::string connectText(const Dialect& dialect, std::string_view url, int patience);
 
 /// Makes a schema text the dialect's own: "$KEY" becomes its identity column; lines marked for the other
-/// database go.
+/// database are removed.
 [[nodiscard]] std::string translateSchema(const Dialect& dialect, std::string_view text);
 
 }  // namespace vantry::server

@@ -18,7 +18,7 @@ struct Migration {
 /// All steps, oldest first.
 [[nodiscard]] std::span<const Migration> migrations();
 
-/// The step that the database stands at; 0 for an empty one.
+/// The last step that the database has; 0 for an empty one.
 [[nodiscard]] int schemaVersion(Database& database);
 
 /// Runs the steps that are missing, up to `last`, each in one transaction with its number. Throws StoreError,

@@ -48,8 +48,8 @@ class Connection {
 };
 
 /// One statement, prepared once per connection. Values are bound by name (":name" in the text) and kept by
-/// the query, so that they may be temporaries; results go into the caller's variables, which a NULL sets to
-/// nothing.
+/// the query, so that they may be temporaries; results are written into the caller's variables, which a NULL
+/// sets to nothing.
 ///
 ///     std::string name;
 ///     Query query(db, "select name from rooms where id = :id");

@@ -29,8 +29,8 @@ inline constexpr std::size_t keysAtOnce = 8;
 [[nodiscard]] std::string keyList();
 void bindKeys(Query& query, std::span<const std::int64_t> keys);
 
-/// Rows go into a table several at once: each is a way to another server otherwise. "insert into TABLE (a, b)
-/// values (:a0, :b0), (:a1, :b1)"; `bindRow` binds a value of the row with that number.
+/// Several rows are inserted at once: each would be a round trip to the database server otherwise. "insert
+/// into TABLE (a, b) values (:a0, :b0), (:a1, :b1)"; `bindRow` binds a value of the row with that number.
 inline constexpr std::size_t rowsAtOnce = 8;
 [[nodiscard]] std::string insertSql(std::string_view table, std::span<const std::string_view> columns,
                                     std::size_t rows);

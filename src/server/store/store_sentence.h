@@ -13,7 +13,7 @@ namespace vantry::server {
 [[nodiscard]] std::string sentenceFor(StoreError::Kind kind, std::string_view url);
 
 /// Does the work, and throws what the store throws in it as std::runtime_error with that sentence. What the
-/// database itself says of a failure that has no name here goes to the log.
+/// database itself says of a failure that has no name here is logged.
 void tellingPlainly(const std::string& url, const std::function<void()>& work);
 
 }  // namespace vantry::server

@@ -12,8 +12,8 @@ namespace vantry::server {
 
 class Connection;
 
-/// The writers of one process, which write one at a time. Those that wait while another writes go together
-/// afterwards, in one transaction, and so wait for the disk only once. Fairer and faster than a queue in the
+/// The writers of one process, which write one at a time. Those that wait while another writes share one
+/// transaction afterwards, and so wait for the disk only once. Fairer and faster than a queue in the
 /// store's own lock.
 class WriteQueue {
  public:

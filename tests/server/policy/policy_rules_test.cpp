@@ -43,12 +43,9 @@ TEST(TimePolicy, LongestUseByUnit) {
   }
 }
 
-TEST(DeskPolicyTest, WhatNoRuleSpeaksOfIsAllowed) {
+TEST(DeskPolicyTest, OnlyItsLocationsMayBeUsedAndNotAgainstTheirSecurity) {
   DeskPolicy policy;
-  policy.equipmentTypes[4].mayBook = false;
   policy.locations = {{1, true}, {2, false}};
-  EXPECT_FALSE(policy.equipmentRule(4).mayBook);
-  EXPECT_TRUE(policy.equipmentRule(5).mayBook);
   EXPECT_EQ(refusalOfLocation(policy, 1), std::nullopt);
   EXPECT_EQ(refusalOfLocation(policy, 2), refusal::foreignSecurity);
   EXPECT_EQ(refusalOfLocation(policy, 3), refusal::foreignLocation);
@@ -164,13 +161,6 @@ TEST(CirculationRules, LateReturnsAreCountedOnce) {
   EXPECT_EQ(lateReturnsChange(Charged, true), 1) << "returned late before the clock noticed";
   EXPECT_EQ(lateReturnsChange(Overdue, true), 0);
   EXPECT_EQ(lateReturnsChange(Overdue, false), -1) << "back-dated into its time";
-}
-
-TEST(CirculationRules, NothingIsChargedWhileAnotherBookingHasIt) {
-  const Period times = span(600, 660);
-  EXPECT_EQ(earliestCharge(times, 60, std::nullopt), start + 540 * minute);
-  EXPECT_EQ(earliestCharge(times, 60, start + 570 * minute), start + 570 * minute);
-  EXPECT_EQ(earliestCharge(times, 60, start + 500 * minute), start + 540 * minute);
 }
 
 }  // namespace

@@ -61,7 +61,9 @@ TEST_P(BookingRequests, WhoWantsToBeForgottenIsNamedNoLongerThanTheBookingRuns) 
   EXPECT_EQ(send("GETMSD", "BOOKID=1").first("PPATNM"), "Bell, Ada");
   send("CANBK", "BOOKID=1");
   const Got read = send("GETMSD", "BOOKID=1");
-  EXPECT_EQ(read.text().find("Bell"), std::string::npos) << read.text();
+  EXPECT_EQ(read.head.at("PID"), "1");
+  EXPECT_EQ(read.head.at("BKRES"), "4");
+  EXPECT_EQ(read.head.count("PATNM") + read.head.count("PPATNM"), 0U) << read.text();
 }
 
 TEST_P(BookingRequests, StampsTellThatSomebodyChangedIt) {
@@ -122,7 +124,8 @@ TEST_P(BookingRequests, WishesCountWhatThereIs) {
   EXPECT_EQ(save(ten, "LOC=1", 3, "ETI=1; IFL=N").text(), none);
   EXPECT_EQ(save(ten, "LOC=1", 3, "EID=1").text(), none) << "a single piece must not use up a promise";
   EXPECT_EQ(save(times(3, "11:00", "12:00"), "LOC=1", 3, "ETI=1; IFL=N; ETI=1; IFL=Y").rc, 0);
-  EXPECT_EQ(use("ETI=4", ten).text(), "149|ETY=Camera|VUF=163|VUF=155") << "the only camera is missing";
+  EXPECT_EQ(use("ETI=4", ten).text(), "149|ETY=Camera|ETY=Camera VUF=163|ETY=Camera VUF=155")
+      << "the only camera is missing";
 }
 
 TEST_P(BookingRequests, WishesForTitlesAndHoldings) {
@@ -208,7 +211,7 @@ TEST_P(BookingRequests, ConfirmationNumbersNeverComeTwice) {
   save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
   save(times(3, "10:00", "11:00"), "LOC=1", 3, "");
   send("DELBK", "BOOKID=2");
-  EXPECT_NE(save(times(3, "10:00", "11:00"), "LOC=1", 3, "").first("CNUM"), "0000002");
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "LOC=1", 3, "").first("CNUM"), "0000003");
 }
 
 TEST_P(BookingRequests, WhatStandsInTheRoomFillsAWish) {
@@ -321,8 +324,8 @@ TEST_P(BookingRequests, UsageCheckTellsEveryFailureOfPolicy) {
   };
   const Row rows[] = {
       {"EID=1", times(3, "10:00", "11:00"), "0|"},
-      {"EID=1", times(3, "10:00", "18:01"), "149|ETY=Television|BKINT=H BKPER=8 VUF=153"},
-      {"EID=9", times(3, "10:00", "11:00"), "149|ETY=Camera|VUF=155"},
+      {"EID=1", times(3, "10:00", "18:01"), "149|ETY=Television|BKINT=H BKPER=8 ETY=Television VUF=153"},
+      {"EID=9", times(3, "10:00", "11:00"), "149|ETY=Camera|ETY=Camera VUF=155"},
       {"EID=8", times(3, "10:00", "11:00"), "149||VUF=138"},
       {"EID=10", times(3, "10:00", "11:00"), "149||VUF=184"},
       {"EID=4", times(3, "10:00", "11:00"), "179|"},
@@ -337,12 +340,12 @@ TEST_P(BookingRequests, UsageCheckTellsEveryFailureOfPolicy) {
       << "a piece that stands in the booking's room may go with it";
   EXPECT_EQ(
       send("VITMUSG", "BOOKID=0; MTID=2; PGID=1; LOC=1; MI=3; IM=5; " + times(3, "10:00", "11:00")).text(),
-      "150|MTY=Slides, Lost|VUF=156|VUF=152");
+      "150|MTY=Slides|MTY=Slides VUF=156|MTY=Lost VUF=152");
   EXPECT_EQ(send("VITMUSG",
                  "BOOKID=0; MTID=1; PGID=1; LOC=1; MI=2; IM=3; STIME=2026-03-02 10:00:00; "
                  "ETIME=2026-03-04 10:01:00")
                 .text(),
-            "150|MTY=Film|BKINT=D BKPER=2 VUF=154|VUF=184");
+            "150|MTY=Film|BKINT=D BKPER=2 MTY=Film VUF=154|VUF=184");
 }
 
 TEST_P(BookingRequests, AGroupIsLikeItsMembers) {
@@ -372,18 +375,20 @@ TEST_P(BookingRequests, LimitsOfTypesAndCounts) {
   const std::string head = "BOOKID=0; PGID=1; BTID=3; ";
   const std::string ten = times(3, "10:00", "11:00");
   EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3").rc, 0);
-  EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3; ETI=2; IFL=N").text(), "149|ETY=3|VUF=118");
+  EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; EID=3; ETI=2; IFL=N").text(),
+            "149|ETY=3|ETY=3 VUF=118");
   EXPECT_EQ(send("VEUL", head + ten + "; EID=1; EID=2; ETI=2; IFL=Y; ETI=2; IFL=Y").rc, 0)
       << "a type that two media types need counts once";
   EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; ETI=4; IFL=N").text(),
-            "149|ETY=Television, Camera|BKINT=H BKPER=8 VUF=153|VUF=155");
+            "149|ETY=Television|BKINT=H BKPER=8 ETY=Television VUF=153|ETY=Camera VUF=155");
   EXPECT_EQ(send("VIUL", head + ten + "; " + film1 + "; MTID=1; BI=1; MI=1; IM=2").rc, 0);
   EXPECT_EQ(
       send("VIUL", head + ten + "; " + film1 + "; MTID=1; BI=1; MI=1; IM=2; MTID=0; BI=1; MI=0; IM=0").text(),
-      "150|MTY=2|VUF=119");
+      "150|MTY=2|MTY=2 VUF=119");
   EXPECT_EQ(send("VIUL", head + ten + "; MTID=1; BI=1; MI=2; IM=3").text(), "150||VUF=184")
       << "told here, since the checks of single things pass it over";
-  EXPECT_EQ(send("VIUL", head + ten + "; MTID=0; BI=2; MI=3; IM=4").text(), "150|MTY=Slides|VUF=156")
+  EXPECT_EQ(send("VIUL", head + ten + "; MTID=0; BI=2; MI=3; IM=4").text(),
+            "150|MTY=Slides|MTY=Slides VUF=156")
       << "what the item is, and not what the message says";
   EXPECT_EQ(send("VEUL", head + ten + "; EID=10").text(), "149||VUF=184");
   EXPECT_EQ(send("VEUL", head + ten + "; EID=8").rc, 0) << "138 is a matter of the other checks";

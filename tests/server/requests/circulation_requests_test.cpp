@@ -350,5 +350,28 @@ TEST_P(CirculationRequests, FindsWhatIsReadyAndWhatIsOut) {
       "REQ=Bäll, Ada STIME=2026-03-02 10:30:00");
 }
 
+TEST_P(CirculationRequests, AScanOfABeginningTakesBackTheOneThingThatItNames) {
+  library().execute(
+      "insert into items (id, holding_id, title_id, location_id, media_type_id, barcode, copy) values "
+      "(10, 1, 1, 1, 1, 'M10', 3), (11, 1, 1, 1, 1, 'M11', 4)");
+  library().execute("update equipment set number = 'TV10' where id = 2");
+  const std::string first = save(times(2, "09:30", "10:00"), "EID=2; MTID=1; BI=1; MI=1; IM=10");
+  charge(first);
+  EXPECT_EQ(send("SSD", "MEDBAR=M1?; QD=Y").text(), "0|") << "M1 itself is not out, and M10 is another";
+  EXPECT_EQ(send("SSD", "IM=1?; QD=Y").text(), "0|");
+  EXPECT_EQ(send("SSD", "ENO=TV1?; QD=Y").text(), "0|");
+  EXPECT_EQ(send("SSD", "MEDBAR=M10?; QD=Y").first("IM"), "10");
+  EXPECT_EQ(send("SSD", "ENO=TV10?; QD=Y").first("EID"), "2");
+  EXPECT_EQ(send("SSD", "ENO=TV1").text(), "0|");
+  EXPECT_EQ(send("SSD", "EQBAR=E?; QD=Y").first("EID"), "2")
+      << "nothing is named so, and one thing out begins so";
+  const std::string second = save(times(2, "09:30", "10:00"), "EID=1; MTID=1; BI=1; MI=1; IM=1");
+  charge(second);
+  EXPECT_EQ(send("SSD", "MEDBAR=M1?; QD=Y").first("IM"), "1") << "the exact one, though M10 is out longer";
+  EXPECT_EQ(send("SSD", "EQBAR=E?; QD=Y").text(), "0|") << "two begin so";
+  EXPECT_EQ(send("SSD", "MEDBAR=M?; QD=Y").text(), "0|");
+  EXPECT_EQ(send("SSD", "MEDBAR=M1?").records.size(), 2U) << "a search lists them";
+}
+
 }  // namespace
 }  // namespace vantry::server

@@ -41,9 +41,49 @@ TEST_P(PolicyRequests, ACountOverItsLimitIsToldBesideWhatElseIsWrong) {
   const std::string head = "BOOKID=0; PGID=1; BTID=3; ";
   const std::string slides = "MTID=2; BI=2; MI=3; IM=4; MTID=2; BI=2; MI=3; IM=0; MTID=2; BI=2; MI=0; IM=0";
   EXPECT_EQ(send("VIUL", head + times(3, "10:00", "11:00") + "; " + slides).text(),
-            "150|MTY=2, Slides|VUF=119|VUF=156");
+            "150|MTY=2|MTY=2 VUF=119|MTY=Slides VUF=156");
   EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; EID=2; EID=3; ETI=4; IFL=N").text(),
-            "149|ETY=3, Television, Camera|VUF=118|BKINT=H BKPER=8 VUF=153|VUF=155");
+            "149|ETY=3|ETY=3 VUF=118|BKINT=H BKPER=8 ETY=Television VUF=153|ETY=Camera VUF=155");
+}
+
+TEST_P(PolicyRequests, EachFailureNamesItsOwnThing) {
+  library().execute("update policy_equipment_types set may_book = 0 where equipment_type_id = 2");
+  library().execute(
+      "insert into policy_equipment_types (policy_id, equipment_type_id, may_book, may_deliver, may_pick_up, "
+      "longest, longest_unit) values (1, 3, 1, 1, 1, 8, 'H')");
+  const std::string head = "BOOKID=0; PGID=1; BTID=3; ";
+  EXPECT_EQ(send("VEUL", head + times(3, "08:00", "20:00") + "; EID=1; EID=2; EID=3; EID=5; EID=9").text(),
+            "149|ETY=3|ETY=3 VUF=118|BKINT=H BKPER=8 ETY=Television VUF=153|ETY=Projector VUF=155|"
+            "BKINT=H BKPER=8 ETY=Video Set VUF=153|ETY=Camera VUF=155")
+      << "two pieces of one type fail alike, and that is told once";
+  library().execute("update items set status = 'Torn' where id = 1");
+  EXPECT_EQ(send("VALIAVL", "BOOKID=0; LOC=1; PGID=1; " + times(3, "10:00", "11:00") +
+                                "; MTID=1; BI=1; MI=1; IM=1; MTID=2; BI=2; MI=3; IM=5")
+                .text(),
+            "150|MTY=Torn|MTY=Torn VUF=152|MTY=Lost VUF=152");
+}
+
+/// The branch books what the main desk has not in its policy.
+TEST_P(PolicyRequests, AStoredBookingIsJudgedByTheDeskThatMadeItInItsChecksAndItsSave) {
+  library().execute(
+      "insert into policies (id, location_id, patron_group_id, most_equipment) values (3, 2, 1, -1)");
+  library().execute("insert into policy_locations (policy_id, location_id, security) values (3, 2, 1)");
+  save(times(3, "12:00", "13:00"), "LOC=1", 3);
+  const std::string wish = "ETI=4; IFL=N";
+  const std::string check = "LOC=1; PGID=1; " + times(3, "14:00", "15:00") + "; " + wish;
+  library().execute("delete from equipment_statuses where equipment_id = 9");
+  library().execute(
+      "insert into operator_locations select operator_id, 2 from operator_locations where location_id = 1");
+  library().execute(
+      "insert into operator_rights (operator_id, location_id, code) select operator_id, 2, code from "
+      "operator_rights "
+      "where location_id = 1");
+  ASSERT_EQ(send("SLL", "LOC=2").rc, 0);
+  EXPECT_EQ(send("VALEAVL", "BOOKID=0; " + check).text(), "149|ETY=Camera|ETY=Camera VUF=163")
+      << "the branch has no camera in its policy";
+  EXPECT_EQ(send("VALEAVL", "BOOKID=1; " + check).rc, 0) << "the main desk has one";
+  EXPECT_EQ(send("UPDBK", "BOOKID=1; " + booking(times(3, "14:00", "15:00"), "LOC=1", 3, wish)).rc, 0);
+  EXPECT_EQ(send("NEWBK", booking(times(4, "14:00", "15:00"), "LOC=1", 3, wish)).rc, 149);
 }
 
 TEST_P(PolicyRequests, ARoomsOwnLongestTimeComesBeforeThatOfItsType) {

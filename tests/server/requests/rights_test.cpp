@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string_view>
+
 #include "server/requests/handlers.h"
 #include "server/setup/administration.h"
 #include "support/server_case.h"
@@ -30,6 +33,22 @@ class RightsTest : public ServerOnEachDatabase {
 };
 INSTANTIATE_TEST_SUITE_P(Databases, RightsTest, eachDatabase, databaseName);
 
+/// Requests that the table has and the server does not answer yet.
+bool isBuilt(std::string_view code) {
+  static const std::set<std::string_view> notYet = {
+      "DELD",       "PICKD",      "LIBSD",    "GRS",      "GECN",     "GSC",      "GEPL",      "GIPL",
+      "ADDOP",      "UPDOPS",     "DELOPS",   "GPAI",     "UPAI",     "GETEDTL",  "NEWEQIPD",  "UPDEQIPD",
+      "VERDELE",    "REMEQIP",    "GETGDTL",  "NEWGRPD",  "UPDGRPD",  "REMGRP",   "GETEGTN",   "GETRTN",
+      "GETEASC",    "GETRITM",    "GETGEQ",   "GETGRPE",  "NEWGITM",  "REMGITM",  "AETGB",     "ADDREQP",
+      "DLTEBFR",    "GETARLOC",   "GETEGNS",  "GETEGN",   "AUEGNOTE", "REMEGN",   "GETRNS",    "GETRN",
+      "AURNOTE",    "REMRN",      "GETEGSTY", "GETEGSTS", "NEWEGSTS", "REMEGSTS", "GETRSTY",   "GETRSTS",
+      "NEWRMSTS",   "REMRMSTS",   "GETEGBAR", "GETEGBTY", "NEWEGBAR", "REMEGBAR", "GETHEB",    "GETCEB",
+      "GETHRB",     "GETCRB",     "GETRDTL",  "NEWROOMD", "UPDROOMD", "REMROOM",  "GETRDTLTY", "GETMDTL",
+      "NEWEMAINTD", "UPDEMAINTD", "REMMAINT", "GETMITM",  "GETMDTY",
+  };
+  return !notYet.contains(code);
+}
+
 /// Empty messages do: the right is looked at before the message, and most of them then lack a tag.
 TEST_P(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed) {
   auto client = this->client("view");
@@ -52,7 +71,7 @@ TEST_P(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed
     for (const std::string_view right : needed) {
       setRightsOfView({std::string(right)});
       const test::WireAnswer served = client->send(code, {});
-      EXPECT_EQ(served.status, findHandler(row.code) != nullptr ? 200 : 404) << right;
+      EXPECT_EQ(served.status, isBuilt(row.code) ? 200 : 404) << right;
       EXPECT_NE(served.rc, -96) << right;
     }
     EXPECT_EQ(refusals(code), 1);
@@ -60,14 +79,17 @@ TEST_P(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed
   EXPECT_GT(guarded, 20);
 }
 
-TEST_P(RightsTest, ARefusedRequestChangesNothing) {
-  addBooking("2026-11-24 09:00:00", "2026-11-24 10:00:00", {{"status", "99"}});
+TEST_P(RightsTest, WhoMayOnlyLookChangesNothing) {
+  addBooking("2026-11-24 15:00:00", "2026-11-24 16:00:00");
   auto client = this->client("view");
-  for (const char* code : {"CANBK", "DELBK"}) {
-    EXPECT_EQ(client->send(code, {{"BOOKID", "1"}}).rc, -96) << code;
+  for (const RequestRow& row : requestTable()) {
+    // A supervisor logs on by themselves; the other two are questions as well as changes.
+    const bool asks = row.code == "OPOV" || row.code == "ADDREQP" || row.code == "GECN";
+    if (!row.writes || asks) continue;
+    EXPECT_EQ(client->send(std::string(row.code), {{"BOOKID", "1"}}).rc, -96) << row.code;
   }
-  EXPECT_EQ(value("select count(*) from bookings where status in (99, 999)"), "1")
-      << "out, or overdue by now";
+  EXPECT_EQ(value("select status from bookings where id = 1"), "0");
+  EXPECT_EQ(this->client("all")->send("CANBK", {{"BOOKID", "1"}}).rc, 0) << "it could have been canceled";
 }
 
 TEST_P(RightsTest, AskingForTheLocationsOfSomebodyElseIsRefusedAndWritten) {

@@ -11,7 +11,7 @@
 
 namespace vantry::server {
 
-/// What the makers of the demo library tell each other. Ids are counted up by the makers themselves, since
+/// What the makers of the demo library share. Ids are counted up by the makers themselves, since
 /// the database is empty.
 struct World {
   struct Location {
@@ -34,7 +34,7 @@ struct World {
     std::int64_t locationId;
     std::int64_t groupId;  ///< 0 outside groups
     bool group;
-    bool bookable;                     ///< stands in a storage room and has no status against it
+    bool bookable;                     ///< is in a storage room and no status forbids its use
     std::vector<std::size_t> members;  ///< of a group, as places in `pieces`
   };
   struct Item {
@@ -84,7 +84,7 @@ void makeExamplePatrons(Connection& db, const World& world);
 void makeExampleBookings(Connection& db, const World& world);
 inline constexpr int exampleBookings = 3;
 
-/// A name out of the demo's lists.
+/// A name from the demo's lists.
 struct DemoName {
   std::string first;
   std::string middle;
