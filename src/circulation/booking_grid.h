@@ -8,9 +8,9 @@ namespace vantry {
 inline constexpr int kBookingIdColumn = 0;
 inline constexpr int kBookingStatusColumn = 1;
 
-/// Lays out the list of the charge view or of the discharge view, empty.
+/// Gives the list of the charge view or of the discharge view its columns, without rows.
 void BuildChargeDischargeFlexArray(ReplyList& list);
-/// Fills it from the reply of a search.
+/// Fills the list from the reply of a search.
 void FillChargeDischargeGrid(ReplyList& list);
 
 }  // namespace vantry

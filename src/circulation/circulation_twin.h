@@ -7,7 +7,7 @@
 
 namespace vantry {
 
-/// What a search text can be: an entry of the search list, and what of it goes to the server.
+/// A meaning of the search text: an entry of the search list, and what is sent for it.
 struct SearchType {
   std::string_view text;
   std::string_view data;  ///< the number by which the catalogue knows a kind of call number
@@ -36,7 +36,7 @@ struct CirculationTwin {
   std::string_view nothingFound;
   int doneCode;  ///< with it the search has failed since the booking is dealt with already; 0 for none
   std::string_view doneText;
-  bool tellsStatus;  ///< the status bar tells how the search goes
+  bool tellsStatus;  ///< the search is shown in the status bar
 
   bool showsWishes;      ///< the details list generic equipment too
   bool followsBarcodes;  ///< the details name pieces by their barcodes where the operator prefers that

@@ -11,8 +11,8 @@
 namespace vantry {
 
 /// What the charge view and the discharge view share: a search, the bookings that it found, the commands on
-/// the selected one, and its details. After each step the focus is back in the search text, which is
-/// selected, so that the next scan replaces it.
+/// the selected one, and its details. After each step the search text has the focus and is selected, so that
+/// the next scan replaces it.
 class CirculationView : public MainView {
  public:
   void load() override;
@@ -29,7 +29,7 @@ class CirculationView : public MainView {
   void search();
   void clear();
   void toggleDetails();
-  /// Closes the details; without a booking left the list goes as well.
+  /// Closes the details; an empty list is hidden as well.
   void closeDetailsAndEmptyList();
   /// Copies the selected booking's id to the grid's tag, from which the commands take it; empty without a
   /// selection.

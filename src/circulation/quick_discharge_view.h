@@ -6,8 +6,8 @@
 
 namespace vantry {
 
-/// The returns desk: what is scanned comes back from whatever booking holds it, with one line in a log. The
-/// focus stays in the text, so that a wand needs no other hand.
+/// The returns desk: what is scanned is discharged from the booking that holds it, with one line in a log.
+/// The focus stays in the text, so that a wand needs no other hand.
 class QuickDischargeView : public MainView {
  public:
   QuickDischargeView(const MainParts& parts, Frame& frame);

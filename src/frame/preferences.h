@@ -89,10 +89,10 @@ struct Preferences {
   Colour fore(ListColour colour) const { return foreColours[static_cast<std::size_t>(colour)]; }
 };
 
-/// What of the main window has its values once a row of the table is read.
+/// The part of the main window that can take its values once a row of the table is read.
 enum class Applies { Nothing, Legend, ListBars, Colours, Searches };
 
-/// One key of the store. Its place in the table is its place in the order of reading.
+/// One key of the store. Keys are read in the order of the table.
 struct PreferenceRow {
   using Slot = std::variant<bool*, int*, Colour*, std::string*>;
   std::string_view key;

@@ -36,7 +36,7 @@ class CalendarView : public MainView {
     std::string_view label;  ///< name of the label that counts
     std::string_view span;   ///< tag that asks for the span, and names it
     std::string_view walk;   ///< tag that the reply is walked by
-    int months;              ///< how far a step goes
+    int months;              ///< length of a step
     std::string_view step;   ///< in words, for tool tips
   };
   CalendarView(const MainParts& parts, Frame& frame, const Kind& kind);

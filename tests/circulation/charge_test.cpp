@@ -454,6 +454,12 @@ TEST_F(DayChargeTest, ThePopupMenuIsWholeAgainAfterTheOtherViews) {
   server.expect("CBK", "BOOKID=7");
   desktop.expectInformation("Booking charged successfully!");
   grid().rightClick(1, 8);
+  const MainMenus& m = main().menus;
+  for (const MenuItem* entry :
+       {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel,
+        &m.mnuPopupBookingsDischarge, &m.mnuPopupBookingsPrint})
+    EXPECT_TRUE(entry->Visible) << entry->Name();
+  EXPECT_TRUE(m.mnuPopupBookingsNew.usable());
 }
 
 }  // namespace

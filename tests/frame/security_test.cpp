@@ -193,13 +193,6 @@ TEST_F(Security, WithoutAFirstViewBarAndMenusFollowTheRightsAllTheSame) {
   EXPECT_TRUE(main().albStandard.has("Day View"));
 }
 
-TEST_F(Security, ARequestWithoutItsRightEndsInSilence) {
-  startWithBookings("BOOKID=7 BKRES=0");
-  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N").fails(-96);
-  day().cmdToday.press();
-  EXPECT_TRUE(main().Enabled);
-}
-
 TEST_F(Security, ModesKeepTheirTimersAndMenus) {
   start();
   for (int round = 0; round < 2; ++round) {
