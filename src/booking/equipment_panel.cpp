@@ -71,6 +71,7 @@ void EquipmentPanel::arrange(Container& place) {
 }
 
 void EquipmentPanel::connect() {
+  txtEquipBarcode.TakesScans = true;
   txtEquipBarcode.Enter = [this] { cmdAddEquipViaBarcode_Click(); };
   cmdAddEquipViaNumber.Click = [this] { cmdAddEquipViaNumber_Click(); };
   cmdAddEquipViaBarcode.Click = [this] { cmdAddEquipViaBarcode_Click(); };

@@ -41,6 +41,7 @@ void MediaPanel::arrange(Container& place) {
 }
 
 void MediaPanel::connect() {
+  txtItemBarcode.TakesScans = true;
   txtItemBarcode.Enter = [this] { cmdAddMediaViaBarcode_Click(); };
   cmdAddMediaViaBarcode.Click = [this] { cmdAddMediaViaBarcode_Click(); };
   cmdAddMediaViaNumber.Click = [this] { cmdAddMediaViaNumber_Click(); };

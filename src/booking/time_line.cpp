@@ -27,8 +27,8 @@ void TimeLine::setScale() {
        {static_cast<TimeScale*>(&parts_.rulTimeLine), static_cast<TimeScale*>(&parts_.schTimeLine)}) {
     control->Slots = std::max(1, scale_.count);
     control->PerHour = std::max(1, scale_.perHour);
+    control->FirstHour = scale_.startMinute / 60;
   }
-  parts_.rulTimeLine.FirstHour = scale_.startMinute / 60;
   showPlaces();
 }
 

@@ -82,6 +82,7 @@ void CirculationView::connect() {
     hideResults();
     cmdSearch.Enabled = !trim(txtSearchFor.Text.get()).empty();
   };
+  txtSearchFor.TakesScans = true;
   txtSearchFor.Enter = [this] {
     if (!trim(txtSearchFor.Text.get()).empty()) search();
   };

@@ -59,6 +59,7 @@ void frmDischarge::connect() {
   on(txtDischargeTime.Change, this, &frmDischarge::txtDischargeTime_Change);
   on(cmdOK.Click, this, &frmDischarge::cmdOK_Click);
   on(cmdCancel.Click, this, &frmDischarge::cmdCancel_Click);
+  ScanReceived = [this](std::string_view text) { tick(text); };
 }
 
 void frmDischarge::Form_Load() {
@@ -77,10 +78,13 @@ void frmDischarge::Form_Load() {
 
 void frmDischarge::fillLists() {
   const TagMessage& message = app_.message;
+  pieceNames_.clear();
   while (app_.message.NextRecord(tags::IM)) lstItems.AddItem(message.Get(tags::TITL), message.Get(tags::IM));
   const std::string_view name = app_.preferences.Barcodes ? tags::BNO : tags::ENO;
-  while (app_.message.NextRecord(tags::EID))
-    lstEquipment.AddItem(message.Get(tags::ETY) + " - " + message.Get(name), message.Get(tags::EID));
+  while (app_.message.NextRecord(tags::EID)) {
+    pieceNames_.push_back(message.Get(name));
+    lstEquipment.AddItem(message.Get(tags::ETY) + " - " + pieceNames_.back(), message.Get(tags::EID));
+  }
   for (int index = 0; index < kLists; ++index) offer(index);
 }
 
@@ -93,6 +97,18 @@ void frmDischarge::offer(int index) {
 
 void frmDischarge::selectAll(int index, bool on) {
   for (int line = 0; line < list(index).ListCount(); ++line) list(index).Selected(line, on);
+}
+
+void frmDischarge::tick(std::string_view scanned) {
+  const std::string_view name = trim(scanned);
+  for (int line = 0; line < lstItems.ListCount(); ++line) {
+    if (lstItems.ItemData(line) == name) return lstItems.Selected(line, true);
+  }
+  for (int line = 0; line < lstEquipment.ListCount(); ++line) {
+    if (equalNoCase(pieceNames_[static_cast<std::size_t>(line)], name))
+      return lstEquipment.Selected(line, true);
+  }
+  warningBox(app_.desktop, "Barcode Not Found!");
 }
 
 void frmDischarge::chkOverride_Click() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frame/app.h"
@@ -21,6 +22,8 @@ class frmDischarge : public Form {
   void cmdSelectAll_Click(int list) { selectAll(list, true); }
   void cmdDeselectAll_Click(int list) { selectAll(list, false); }
   void chkOverride_Click();
+  /// Selects the line of what was scanned; pressing OK is left to the operator.
+  void tick(std::string_view scanned);
 
   int BookingId = 0;  ///< set before it loads
   /// "1" all came back, "0" some is still out, "2" cancelled. Closed by its frame, the window leaves what the
@@ -62,6 +65,7 @@ class frmDischarge : public Form {
 
   App& app_;
   Ask ask_;
+  std::vector<std::string> pieceNames_;  ///< barcodes or numbers, by line of `lstEquipment`
 };
 
 /// Lets the operator discharge of a booking what he chooses; the dialog's status.

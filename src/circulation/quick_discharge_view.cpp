@@ -88,6 +88,7 @@ void QuickDischargeView::arrange(Frame& frame) {
 void QuickDischargeView::connect() {
   on(cboQuickDischargeType.Click, this, &QuickDischargeView::typeChosen);
   on(txtQuickDischargeItem.Change, this, &QuickDischargeView::allowByText);
+  txtQuickDischargeItem.TakesScans = true;
   txtQuickDischargeItem.Enter = [this] {
     if (!trim(txtQuickDischargeItem.Text.get()).empty()) cmdQuickDischarge_Click();
   };

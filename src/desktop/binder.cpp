@@ -44,6 +44,7 @@ void Binder::update(Aspect aspect) {
       widget_.setEnabled(control_.Enabled);
       break;
     case Aspect::Visible:
+      if (control_.Visible && widget_.window()->isVisible()) host_.holdSize();
       widget_.setVisible(control_.Visible);
       break;
     case Aspect::ToolTip:

@@ -13,14 +13,16 @@ namespace vantry {
 
 class Binder;
 
-/// What a binder needs of the window that it stands in.
+/// What a binder needs of its window.
 class Host {
  public:
   virtual ~Host() = default;
   /// Calls every binder's `flush` before anything is painted.
   virtual void flushLater() = 0;
-  /// Runs an event of the platform's. It must be the last that the caller does: the window may be gone after
-  /// it.
+  /// Keeps the window's size until the next `flush`: what is hidden for what is shown may follow.
+  virtual void holdSize() = 0;
+  /// Runs an event of the platform's. It must be the caller's last action: the window may no longer exist
+  /// after it.
   virtual void act(const std::function<void()>& event) = 0;
   /// Where a popup menu opens that the next event asks for.
   virtual void popupAt(const QPoint& position) = 0;
@@ -29,8 +31,8 @@ class Host {
 
 /// Shows one control as a widget: mirrors its state and hands the operator's actions on. It has no rules.
 ///
-/// The widget belongs to its parent and may outlive the binder, as the control may have gone before it; so
-/// whatever is connected to the widget has the binder as its context.
+/// The widget belongs to its parent. It may outlive the binder, and the binder the control; so whatever is
+/// connected to the widget has the binder as its context.
 class Binder : public QObject {
  public:
   Binder(Control& control, Host& host, QWidget& widget);
@@ -42,19 +44,19 @@ class Binder : public QObject {
 
   /// Shows the control's whole state and listens to it from now on.
   void bind();
-  /// Stops listening; for a control that lives on.
+  /// Stops listening, for a control that still exists.
   virtual void release();
 
   /// Shows what has changed, or marks it for `flush`.
   virtual void update(Aspect aspect);
   /// Shows what was marked.
   virtual void flush() {}
-  /// Takes over what the operator typed and has not ended yet.
+  /// Takes over what the operator has typed so far.
   virtual void commit() {}
 
  protected:
   void act(const std::function<void()>& event) { host_.act(event); }
-  /// Commits; false when the window, and this with it, has gone over what the value led to.
+  /// Commits; false when that has closed the window, and this binder no longer exists.
   [[nodiscard]] bool settle();
 
  private:

@@ -1,5 +1,6 @@
 #include "desktop/calendar_widget.h"
 
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLocale>
@@ -20,9 +21,11 @@ static constexpr int kMonths = 12;
 static constexpr int kMonthCell = 64;
 static constexpr int kYearCell = 24;
 static constexpr int kSmallCell = 34;
+/// The lower edge of a marked day, in its full colour.
+static constexpr int kEdge = 3;
 
 CalendarWidget::CalendarWidget(Span span, QWidget* parent)
-    : QWidget(parent), span_(span), firstDay_(QLocale().firstDayOfWeek() % kDays + 1) {
+    : QWidget(parent), span_(span), weekStart_(QLocale().firstDayOfWeek() % kDays + 1) {
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -31,6 +34,19 @@ CalendarWidget::CalendarWidget(Span span, QWidget* parent)
 void CalendarWidget::setChosen(const Date& day) {
   chosen_ = day;
   update();
+  if (!hasFocus()) return;
+  QAccessibleEvent event(this, QAccessible::Focus);
+  event.setChild(dayNumber(day) - dayNumber(firstDay()));
+  QAccessible::updateAccessibility(&event);
+}
+
+Date CalendarWidget::firstDay() const {
+  return {chosen_.year, span_ == Span::Year ? 1 : chosen_.month, 1};
+}
+
+int CalendarWidget::dayCount() const {
+  if (span_ != Span::Year) return daysInMonth(chosen_.year, chosen_.month);
+  return dayNumber({chosen_.year + 1, 1, 1}) - dayNumber(firstDay());
 }
 
 QSize CalendarWidget::sizeHint() const {
@@ -81,7 +97,7 @@ QRect CalendarWidget::cell(int month, int place) const {
 }
 
 int CalendarWidget::lead(int month) const {
-  return (weekday({chosen_.year, month, 1}) - firstDay_ + kDays) % kDays;
+  return (weekday({chosen_.year, month, 1}) - weekStart_ + kDays) % kDays;
 }
 
 bool CalendarWidget::shows(const Date& day) const {
@@ -133,7 +149,7 @@ void CalendarWidget::paintMonth(QPainter& painter, int month) const {
                                             : QLocale::ShortFormat;
   const int line = days.top() - all.top() - titleHeight();
   for (int column = 0; column < kDays; ++column) {
-    const int day = (firstDay_ + column + kDays - 2) % kDays + 1;  // 1 for Monday, as the locale counts
+    const int day = (weekStart_ + column + kDays - 2) % kDays + 1;  // 1 for Monday, as the locale counts
     const QRect place = cell(month, column);
     painter.drawText(QRect(place.left(), days.top() - line, place.width(), line), Qt::AlignCenter,
                      names.standaloneDayName(day, format));
@@ -146,18 +162,26 @@ void CalendarWidget::paintDay(QPainter& painter, const Date& day) const {
   const bool large = span_ == Span::Month;
   const Look look = lookOf ? lookOf(day) : Look{};
   const QColor plain = day == hovered_ ? style::tint() : palette().color(QPalette::Base);
-  const QColor ground = look.ground.isValid() ? look.ground : plain;
+  const bool marked = look.ground.isValid();
+  const QColor ground = marked ? style::rowTint(look.ground) : plain;
   const QRectF box = QRectF(rectOf(day)).adjusted(2.5, 2.5, -2.5, -2.5);
   painter.setPen(large ? QPen(style::hairline()) : QPen(Qt::NoPen));
   if (day == chosen_) painter.setPen(QPen(hasFocus() ? style::accent() : style::outline(), 2));
   painter.setBrush(ground);
   painter.drawRoundedRect(box, style::kRadius, style::kRadius);
+  if (marked) {
+    painter.save();
+    painter.setClipRect(QRectF(box.left(), box.bottom() - kEdge, box.width(), kEdge + 1));
+    painter.setBrush(look.ground);
+    painter.drawRoundedRect(box, style::kRadius, style::kRadius);
+    painter.restore();
+  }
 
   const bool today = day == SystemClock().now().date;
   QFont own = font();
   if (today) own.setWeight(QFont::Bold);
   painter.setFont(own);
-  const QColor ink = style::readable(palette().color(QPalette::Text), ground);
+  const QColor ink = palette().color(QPalette::Text);
   painter.setPen(today && !look.ground.isValid() ? style::accent() : ink);
   if (!large) return painter.drawText(box, Qt::AlignCenter, QString::number(day.day));
   const QRectF room = box.adjusted(style::kUnit, style::kUnit / 2.0, -style::kUnit, -style::kUnit / 2.0);

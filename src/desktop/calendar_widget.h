@@ -26,6 +26,9 @@ class CalendarWidget : public QWidget {
   void setChosen(const Date& day);
   const Date& chosen() const { return chosen_; }
   QSize sizeHint() const override;
+  /// The first day that is shown, and how many.
+  Date firstDay() const;
+  int dayCount() const;
 
   /// The day at that place, and the place of a day of the span shown.
   std::optional<Date> dayAt(const QPoint& position) const;
@@ -57,7 +60,7 @@ class CalendarWidget : public QWidget {
   Span span_;
   Date chosen_;
   std::optional<Date> hovered_;
-  int firstDay_;  ///< first day of the week, 1 for Sunday
+  int weekStart_;  ///< 1 for Sunday
 };
 
 }  // namespace vantry

@@ -8,10 +8,12 @@
 #include "desktop/date_popup.h"
 #include "desktop/icons.h"
 #include "desktop/qtext.h"
+#include "desktop/step_box.h"
 #include "desktop/style.h"
 #include "platform/clock.h"
 #include "platform/fields.h"
 #include "platform/form.h"
+#include "platform/typed_moments.h"
 #include "platform/windows.h"
 
 namespace vantry {
@@ -52,17 +54,12 @@ class EntryLine : public QLineEdit {
   }
 };
 
-/// What date and time fields share: the text is taken over once it is whole or the operator leaves it; a text
-/// that is no value gives way to the value before it.
-template <class Field, class Value>
-class EntryBinder : public Binder {
+/// What date and time fields share.
+template <class Field>
+class EntryBinder : public TypedBinder {
  public:
   EntryBinder(Field& field, Host& host, EntryLine& line)
-      : Binder(field, host, line), field_(field), line_(line) {
-    connect(&line, &QLineEdit::textEdited, this, [this] {
-      typed_ = true;
-      if (isWhole(line_.text())) take();
-    });
+      : TypedBinder(field, host, line, line), field_(field), line_(line) {
     line.installEventFilter(this);
     line.onLeave = [this] { commit(); };
   }
@@ -71,64 +68,30 @@ class EntryBinder : public Binder {
     line_.onStep = nullptr;
   }
 
-  void update(Aspect aspect) override {
-    if (aspect == Aspect::Value && !taking_) showValue();
-    Binder::update(aspect);
-  }
-
   /// Enter ends the entry. Where the window answers it, it goes no further: the focus may move, and the
   /// button that has it then was not meant.
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (!isEnter(*event)) return Binder::eventFilter(watched, event);
+    if (!isEnter(*event)) return TypedBinder::eventFilter(watched, event);
     const bool answered = static_cast<bool>(field_.Enter);
     if (settle() && answered) act([this] { field_.pressEnter(); });
     return answered;
   }
 
-  void commit() override {
-    if (!typed_) return;
-    typed_ = false;
-    const QString text = line_.text().trimmed();
-    const auto value = read(text);
-    if (!value && !text.isEmpty()) return showValue();
-    showText(value);
-    enter(value);
-  }
-
  protected:
-  virtual std::optional<Value> read(const QString& text) const = 0;
-  virtual QString write(const Value& value) const = 0;
-  /// Whether a text under way can only be meant as it stands.
-  virtual bool isWhole(const QString& text) const = 0;
-
-  void enter(const std::optional<Value>& value) {
+  QString unreadable() const override { return field_.isEmpty() ? qt(field_.Unreadable()) : QString(); }
+  template <class Value>
+  void set(const Value& value) {
     if (value != field_.Value.get()) act([this, value] { field_.enter(value); });
   }
   Field& field() const { return field_; }
   EntryLine& line() const { return line_; }
 
  private:
-  void take() {
-    const auto value = read(line_.text().trimmed());
-    taking_ = true;  // the text stands as the operator writes it
-    QPointer<Binder> alive(this);
-    enter(value);
-    if (alive) taking_ = false;
-  }
-  void showValue() { showText(field_.Value.get()); }
-  void showText(const std::optional<Value>& value) {
-    const QString text = value ? write(*value) : QString();
-    if (line_.text() != text) line_.setText(text);
-    typed_ = false;
-  }
-
   Field& field_;
   EntryLine& line_;
-  bool typed_ = false;
-  bool taking_ = false;
 };
 
-class DateBinder : public EntryBinder<DateField, Date> {
+class DateBinder : public EntryBinder<DateField> {
  public:
   DateBinder(DateField& field, Host& host, EntryLine& line)
       : EntryBinder(field, host, line), format_(field.form().windows().shortDateFormat()) {
@@ -142,12 +105,14 @@ class DateBinder : public EntryBinder<DateField, Date> {
   }
 
  protected:
-  std::optional<Date> read(const QString& text) const override { return parseDate(utf8(text), format_); }
-  QString write(const Date& date) const override { return qt(formatDate(date, format_)); }
-  bool isWhole(const QString& text) const override {
-    const auto date = read(text);
-    return date && write(*date) == text;
+  QString shown() const override {
+    return field().isEmpty() ? unreadable() : qt(formatDate(*field().Value.get(), format_));
   }
+  bool isWhole(const QString& text) const override {
+    const auto date = field().read(utf8(text), today());
+    return date && qt(formatDate(*date, format_)) == text;
+  }
+  void enter(const std::string& text) override { field().type(text, today()); }
 
  private:
   static Date today() { return SystemClock().now().date; }
@@ -155,15 +120,15 @@ class DateBinder : public EntryBinder<DateField, Date> {
   void moveBy(int step, bool large) {
     if (!settle()) return;
     const auto& value = field().Value.get();
-    if (!value) return enter(today());
-    enter(large ? addMonths(*value, step) : addDays(*value, step));
+    if (!value) return set(std::optional(today()));
+    set(std::optional(large ? addMonths(*value, step) : addDays(*value, step)));
   }
 
   void openCalendar() {
     if (!field().usable() || !settle()) return;
     auto* popup = new DatePopup(field().Value.get().value_or(today()), &line());
     popup->onChosen = [self = QPointer<DateBinder>(this)](const Date& day) {
-      if (self) self->enter(day);
+      if (self) self->set(std::optional(day));
     };
     popup->openBelow(line());
   }
@@ -171,7 +136,7 @@ class DateBinder : public EntryBinder<DateField, Date> {
   std::string format_;
 };
 
-class TimeBinder : public EntryBinder<TimeField, Time> {
+class TimeBinder : public EntryBinder<TimeField> {
  public:
   TimeBinder(TimeField& field, Host& host, EntryLine& line) : EntryBinder(field, host, line) {
     line.setFixedWidth(line.fontMetrics().horizontalAdvance(QStringLiteral("00:00 PM")) + 6 * style::kUnit);
@@ -179,19 +144,21 @@ class TimeBinder : public EntryBinder<TimeField, Time> {
   }
 
  protected:
-  std::optional<Time> read(const QString& text) const override { return parseClockTime(utf8(text)); }
-  QString write(const Time& time) const override { return shortTime(time); }
-  bool isWhole(const QString& text) const override {
-    const auto time = read(text);
-    return time && write(*time) == text;
+  QString shown() const override {
+    return field().isEmpty() ? unreadable() : shortTime(*field().Value.get());
   }
+  bool isWhole(const QString& text) const override {
+    const auto time = readTime(utf8(text));
+    return time && shortTime(*time) == text;
+  }
+  void enter(const std::string& text) override { field().type(text); }
 
  private:
   void moveBy(int minutes) {
     if (!settle()) return;
     const Time now = field().Value.get().value_or(Time{12, 0, 0});
     const int moment = (now.hour * 60 + now.minute + minutes + kMinutesOfDay) % kMinutesOfDay;
-    enter(Time{moment / 60, moment % 60, 0});
+    set(std::optional(Time{moment / 60, moment % 60, 0}));
   }
 };
 

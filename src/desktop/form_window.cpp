@@ -1,18 +1,22 @@
 #include "desktop/form_window.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QTimer>
+#include <QToolButton>
 #include <QWindow>
 #include <algorithm>
 
+#include "desktop/accessible.h"
 #include "desktop/icons.h"
 #include "desktop/layout_builder.h"
 #include "desktop/menus.h"
@@ -24,14 +28,11 @@
 
 namespace vantry {
 
-/// A wait that the operator notices, in milliseconds; what he pressed during it was not meant for what came
-/// after.
-static constexpr int kNoticed = 200;
-/// As often as the eye can follow.
-static constexpr int kPaintInterval = 40;
 /// A window with menus is a working window and starts large.
 static constexpr QSize kWorkingSize{1280, 800};
 static constexpr int kNarrowest = 340;
+/// Windows of one kind are placed side by side, so that each title can be seen.
+static constexpr int kCascade = 4 * style::kUnit;
 static constexpr QSize kUnseenScreen{1366, 768};
 static constexpr double kShareOfScreen = 0.94;
 
@@ -42,6 +43,7 @@ static bool isBar(ControlKind kind) {
 FormWindow::FormWindow(Form& form, QtDesktop& desktop) : form_(form), desktop_(desktop) {
   setObjectName(qt(form.Name()));
   setWindowIcon(icon(form.Icon.empty() ? "vantry" : form.Icon));
+  accessible::setRole(*this, form.Menus().empty() ? QAccessible::Dialog : QAccessible::Window);
   build();
   form.Shower = [this](Aspect aspect) { update(aspect); };
   update(Aspect::Caption);
@@ -78,7 +80,10 @@ void FormWindow::build() {
   outer->setContentsMargins(0, 0, 0, 0);
   outer->setSpacing(0);
   menus_ = std::make_unique<Menus>(form_, *this, *this);
-  if (menus_->bar()) outer->setMenuBar(menus_->bar());
+  if (menus_->bar()) {
+    outer->setMenuBar(menus_->bar());
+    menus_->bar()->setAccessibleName(tr("Menu"));
+  }
   body_ = new QWidget(this);
   body_->setMinimumWidth(kNarrowest);
   buildControls(form_, body_);
@@ -174,6 +179,79 @@ void FormWindow::arrange() {
     arrangeContainer(binder->widget(), frame.Layout, frame.BorderStyle == 0 ? 0 : 2 * style::kUnit, find);
   }
   layout()->setSizeConstraint(form_.Resizable ? QLayout::SetDefaultConstraint : QLayout::SetFixedSize);
+  nameControls();
+}
+
+/// The names of controls that have neither a label nor a text of their own.
+struct KindName {
+  ControlKind kind;
+  const char* name;  ///< empty: that of the frame or window around it
+};
+static constexpr KindName kKindNames[] = {{ControlKind::ListBar, QT_TR_NOOP("Views")},
+                                          {ControlKind::ToolBar, QT_TR_NOOP("Tools")},
+                                          {ControlKind::StatusBar, QT_TR_NOOP("Status")},
+                                          {ControlKind::TabStrip, QT_TR_NOOP("Pages")},
+                                          {ControlKind::Ruler, QT_TR_NOOP("Hours")},
+                                          {ControlKind::MonthCalendar, QT_TR_NOOP("Month")},
+                                          {ControlKind::YearCalendar, QT_TR_NOOP("Year")},
+                                          {ControlKind::Grid, ""},
+                                          {ControlKind::Tree, ""},
+                                          {ControlKind::ListBox, ""},
+                                          {ControlKind::TextBox, ""},
+                                          {ControlKind::ComboBox, ""},
+                                          {ControlKind::ScheduleBar, ""},
+                                          {ControlKind::DateField, ""},
+                                          {ControlKind::TimeField, ""},
+                                          {ControlKind::SpinTimeField, ""},
+                                          {ControlKind::NumberField, ""},
+                                          {ControlKind::CurrencyField, ""},
+                                          {ControlKind::MaskedField, ""}};
+
+static constexpr const char* kNamedHere = "namedHere";
+
+/// The heading above the control in its frame, else the frame's or the window's caption.
+static QString nameAround(const Control& control) {
+  for (const Container* around = &control.parent();;) {
+    for (const Control* other : around->Controls()) {
+      if (other->kind() == ControlKind::Label && static_cast<const Label*>(other)->Heading &&
+          other->Visible && !static_cast<const Label*>(other)->Caption.get().empty())
+        return withoutMnemonic(static_cast<const Label*>(other)->Caption.get());
+    }
+    const auto* frame = dynamic_cast<const Frame*>(around);
+    if (!frame) {
+      const std::string& caption = around->form().Caption;
+      return caption.empty() ? QApplication::applicationDisplayName() : withoutMnemonic(caption);
+    }
+    if (!frame->Caption.get().empty()) return withoutMnemonic(frame->Caption.get());
+    around = &static_cast<const Control*>(frame)->parent();
+  }
+}
+
+void FormWindow::showCaption() {
+  const std::string& caption = form_.Caption;
+  setWindowTitle(caption.empty() ? QApplication::applicationDisplayName() : withoutMnemonic(caption));
+  nameControls();
+}
+
+/// Names that come from around a control follow their source.
+void FormWindow::nameControls() {
+  for (const auto& binder : binders_) {
+    const Control& control = binder->control();
+    QWidget& widget = binder->widget();
+    const auto* row = std::find_if(std::begin(kKindNames), std::end(kKindNames),
+                                   [&](const KindName& each) { return each.kind == control.kind(); });
+    if (row == std::end(kKindNames)) continue;
+    if (widget.accessibleName().isEmpty() || widget.property(kNamedHere).toBool()) {
+      widget.setProperty(kNamedHere, true);
+      widget.setAccessibleName(*row->name ? tr(row->name) : nameAround(control));
+    }
+    // The line within a box with buttons is what is met.
+    if (auto* line = widget.findChild<QLineEdit*>()) line->setAccessibleName(widget.accessibleName());
+    // A button within a field is named by its tip.
+    for (QToolButton* button : widget.findChildren<QToolButton*>()) {
+      if (button->accessibleName().isEmpty()) button->setAccessibleName(button->toolTip());
+    }
+  }
 }
 
 // Showing
@@ -181,7 +259,7 @@ void FormWindow::arrange() {
 void FormWindow::update(Aspect aspect) {
   switch (aspect) {
     case Aspect::Caption:
-      setWindowTitle(withoutMnemonic(form_.Caption.get()));
+      showCaption();
       break;
     case Aspect::Enabled:
       enabledChanged();
@@ -211,15 +289,20 @@ void FormWindow::showState() {
 /// what has come in during a noticeable wait is dropped as well.
 void FormWindow::enabledChanged() {
   if (!form_.Enabled) return busy_.start();
-  if (!busy_.isValid() || busy_.elapsed() < kNoticed) return;
+  if (!busy_.isValid() || busy_.elapsed() < desktop_.noticeableWait) return desktop_.deliverScansLater();
   settling_ = true;
-  QTimer::singleShot(0, this, [this] { QTimer::singleShot(0, this, [this] { settling_ = false; }); });
+  QTimer::singleShot(0, this, [this] {
+    QTimer::singleShot(0, this, [this] {
+      settling_ = false;
+      desktop_.deliverScansLater();
+    });
+  });
 }
 
 /// A screen that nobody sees has no size of its own that would mean anything.
-static QSize roomOn(const QScreen& screen) {
-  if (QGuiApplication::platformName() == "offscreen") return kUnseenScreen;
-  return screen.availableSize() * kShareOfScreen;
+static QRect roomOn(const QScreen& screen) {
+  if (QGuiApplication::platformName() == "offscreen") return {QPoint(0, 0), kUnseenScreen};
+  return screen.availableGeometry();
 }
 
 void FormWindow::place(bool modal) {
@@ -230,15 +313,29 @@ void FormWindow::place(bool modal) {
   if ((windowFlags() & flags) != flags) setWindowFlags(flags);
   if (placed_) return;
   placed_ = true;
-  const QSize room = roomOn(*screen());
+  const QRect room = roomOn(*screen());
   const bool working = menus_ && menus_->bar();
-  resize((working ? kWorkingSize.expandedTo(sizeHint()) : sizeHint()).boundedTo(room));
+  resize(
+      (working ? kWorkingSize.expandedTo(sizeHint()) : sizeHint()).boundedTo(room.size() * kShareOfScreen));
   const QWidget* front = QApplication::activeWindow();
-  const QRect around = front && front != this ? front->frameGeometry() : screen()->availableGeometry();
+  const QRect around = front && front != this ? front->frameGeometry() : room;
   move(around.center() - rect().center());
-  if (!form_.Resizable) return;
-  desktop_.readGeometry(*this, form_);
+  if (form_.Resizable) desktop_.readGeometry(*this, form_);
+  while (desktop_.isPlaceTaken(*this)) move(pos() + QPoint(kCascade, kCascade));
   if (isMaximized()) form_.WindowState.put(FormState::Maximized);
+  keepOnScreen();
+}
+
+/// Screens change between two days, and a window may have been left at the edge of one.
+void FormWindow::keepOnScreen() {
+  if (isMaximized()) return;
+  const QScreen* under = QGuiApplication::screenAt(frameGeometry().center());
+  const QRect room = roomOn(under ? *under : *QGuiApplication::primaryScreen());
+  const QSize frame = frameGeometry().size() - size();
+  resize(size().boundedTo(room.size() - frame));
+  const QRect place = frameGeometry();
+  move(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())),
+       std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
 }
 
 void FormWindow::present(bool modal) {
@@ -251,10 +348,12 @@ void FormWindow::present(bool modal) {
   if (modal && front && front != this) windowHandle()->setTransientParent(front->windowHandle());
   if (QWidget* first = firstFocus()) first->setFocus();
   setVisible(true);
+  keepOnScreen();  // now that its frame is known
   bringToFront();
 }
 
-/// The control that has the focus by the form's word, or the first one that can have it.
+/// The control that has the focus by the form's word, or the first one that can have it. Where that is a
+/// button, it is the default one: Enter must not press another than the window proposes.
 QWidget* FormWindow::firstFocus() const {
   if (const Control* active = form_.ActiveControl()) {
     if (const Binder* binder = binderOf(*active)) return &binder->widget();
@@ -262,13 +361,36 @@ QWidget* FormWindow::firstFocus() const {
   for (const auto& binder : binders_) {
     const ControlKind kind = binder->control().kind();
     if (isBar(kind) || kind == ControlKind::ListBar || !binder->control().usable()) continue;
-    if (binder->widget().focusPolicy() & Qt::TabFocus) return &binder->widget();
+    if (!(binder->widget().focusPolicy() & Qt::TabFocus)) continue;
+    QWidget* proposed = kind == ControlKind::Button ? buttonOf(&Button::Default) : nullptr;
+    return proposed ? proposed : &binder->widget();
   }
   return nullptr;
 }
 
+QPushButton* FormWindow::buttonOf(bool Button::*which) const {
+  for (const auto& binder : binders_) {
+    if (binder->control().kind() != ControlKind::Button || !binder->control().usable()) continue;
+    if (static_cast<const Button&>(binder->control()).*which)
+      return static_cast<QPushButton*>(&binder->widget());
+  }
+  return nullptr;
+}
+
+void FormWindow::markDefault(const QWidget& focused) {
+  const bool onButton = qobject_cast<const QPushButton*>(&focused) != nullptr;
+  for (const auto& binder : binders_) {
+    if (binder->control().kind() != ControlKind::Button) continue;
+    auto& button = static_cast<QPushButton&>(binder->widget());
+    button.setDefault(onButton ? &button == &focused : static_cast<const Button&>(binder->control()).Default);
+  }
+}
+
 void FormWindow::bringToFront() {
-  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  if (isMinimized()) {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    keepOnScreen();
+  }
   raise();
   activateWindow();
 }
@@ -280,14 +402,23 @@ void FormWindow::flushLater() {
       this, [this] { flush(); }, Qt::QueuedConnection);
 }
 
+void FormWindow::holdSize() {
+  layout()->setEnabled(false);
+  flushLater();
+}
+
 void FormWindow::flush() {
   flushComing_ = false;
   for (const auto& binder : binders_) binder->flush();
+  if (layout()->isEnabled()) return;
+  layout()->setEnabled(true);
+  layout()->invalidate();
+  layout()->activate();
 }
 
 void FormWindow::paintNow(bool atOnce) {
   if (!isVisible()) return;
-  if (!atOnce && lastPaint_.isValid() && lastPaint_.elapsed() < kPaintInterval) return;
+  if (!atOnce && lastPaint_.isValid() && lastPaint_.elapsed() < desktop_.paintInterval) return;
   lastPaint_.start();
   flush();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
@@ -345,15 +476,9 @@ bool FormWindow::event(QEvent* event) {
 }
 
 bool FormWindow::pressButton(bool Button::*which) {
-  for (const auto& binder : binders_) {
-    if (binder->control().kind() != ControlKind::Button) continue;
-    auto& button = static_cast<Button&>(binder->control());
-    auto& widget = static_cast<QPushButton&>(binder->widget());
-    if (!(button.*which) || !widget.isEnabled() || !widget.isVisible()) continue;
-    widget.animateClick();
-    return true;
-  }
-  return false;
+  QPushButton* button = buttonOf(which);
+  if (button) button->animateClick();
+  return button != nullptr;
 }
 
 /// The help page of a window bears its name: that of "frmBooking" is "booking".
@@ -367,8 +492,10 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   if (key == Qt::Key_F1) return desktop_.showHelp(helpTopic(form_));
   if (key == Qt::Key_Escape && pressButton(&Button::Cancel)) return;
   if (key != Qt::Key_Return && key != Qt::Key_Enter) return QWidget::keyPressEvent(event);
-  // A button with the focus is the one that Enter means.
-  if (auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget())) return button->animateClick();
+  // A button or tool with the focus is the one that Enter means.
+  QWidget* focused = QApplication::focusWidget();
+  if (qobject_cast<QPushButton*>(focused) || qobject_cast<QToolButton*>(focused))
+    return static_cast<QAbstractButton*>(focused)->animateClick();
   if (!pressButton(&Button::Default)) QWidget::keyPressEvent(event);
 }
 

@@ -11,6 +11,7 @@
 #include "platform/form.h"
 
 class QBoxLayout;
+class QPushButton;
 
 namespace vantry {
 
@@ -20,32 +21,36 @@ class QtDesktop;
 
 /// The window of one form: menu bar, tool bar, side bars, the form's controls and the status bar.
 ///
-/// It lives from the form's first showing until the form has unloaded or is gone, and is freed by the event
-/// loop some time after that.
+/// It exists from the form's first showing until the form has unloaded or is destroyed; the event loop frees
+/// it some time after that.
 class FormWindow : public QWidget, public Host {
  public:
   FormWindow(Form& form, QtDesktop& desktop);
   ~FormWindow() override;
 
-  /// Cuts all that ties it to the form. Of a form that is being destroyed the controls have gone already.
+  /// Cuts all ties to the form. The controls of a form that is being destroyed no longer exist.
   void release(bool controlsLive);
 
   void present(bool modal);
   void bringToFront();
-  /// Shows what is marked, then paints what has changed.
+  /// Shows what is marked, then paints it.
   void paintNow(bool atOnce);
   void flush();
 
-  /// The operator's input does not count now.
+  /// Whether the operator's input is dropped now.
   bool isBlocked() const { return !form_.Enabled || settling_; }
   Binder* binderOf(const Control& control) const override;
   /// The control that the widget belongs to, or nullptr.
   Control* controlOf(QWidget* widget) const;
+  Form& form() const { return form_; }
+  /// The button that has the focus is the one that Enter presses, else the form's default button.
+  void markDefault(const QWidget& focused);
   Menus* menus() const { return menus_.get(); }
   /// Where a popup menu without a control opens.
   QPoint takePopupPosition();
 
   void flushLater() override;
+  void holdSize() override;
   void act(const std::function<void()>& event) override;
   void popupAt(const QPoint& position) override { popupPosition_ = position; }
 
@@ -60,12 +65,17 @@ class FormWindow : public QWidget, public Host {
   void buildControls(const Container& container, QWidget* parent);
   QWidget* makeWidget(Control& control, QWidget* parent);
   void arrange();
+  void nameControls();
+  void showCaption();
   void update(Aspect aspect);
   void showState();
   void enabledChanged();
   void place(bool modal);
+  void keepOnScreen();
   QWidget* widgetOf(Control& control) const;
   QWidget* firstFocus() const;
+  /// The button that the form marks so and that can be used now, or nullptr.
+  QPushButton* buttonOf(bool Button::*which) const;
   bool pressButton(bool Button::*which);
 
   Form& form_;

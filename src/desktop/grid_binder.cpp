@@ -17,10 +17,15 @@ class GridBinder : public Binder {
     view.setGridModel(model_);
     view.onAction = [this](GridView::Action action, int row, int column) { acted(action, row, column); };
     view.onMoveColumn = [this](int from, int to) {
-      if (grid_.Redraw) act([this, from, to] { grid_.moveColumn(from, to); });
+      if (!grid_.Redraw) return;
+      act([this, from = model_->gridColumn(from), to = model_->gridColumn(to)] {
+        grid_.moveColumn(from, to);
+      });
     };
     view.onResizeColumn = [this](int column, int width) {
-      act([this, column, width] { grid_.resizeColumn(column, style::twips(width)); });
+      act([this, column = model_->gridColumn(column), width] {
+        grid_.resizeColumn(column, style::twips(width));
+      });
     };
     if (grid.MultiSelect) {
       view.takeSeveral();
@@ -43,18 +48,21 @@ class GridBinder : public Binder {
     columns_ = columns_ || aspect == Aspect::Columns || aspect == Aspect::Structure;
     cells_ = cells_ || aspect == Aspect::Cells;
     selection_ = selection_ || aspect == Aspect::Selection || aspect == Aspect::Structure;
-    if (structure_ || columns_ || cells_ || selection_) host().flushLater();
+    top_ = top_ || aspect == Aspect::Top;
+    if (structure_ || columns_ || cells_ || selection_ || top_) host().flushLater();
     Binder::update(aspect);
   }
 
   /// A grid with `Redraw` off is in the middle of its changes; the view stays as it was until they are whole.
   void flush() override {
     if (!grid_.Redraw) return;
+    if (columns_ && model_->hasOtherColumns()) structure_ = selection_ = true;
     if (structure_) renew();
     if (columns_) showColumns();
     if (selection_) showSelection();
     if (cells_) view_.viewport()->update();
-    structure_ = columns_ = cells_ = selection_ = false;
+    if (top_) view_.scrollToTop();
+    structure_ = columns_ = cells_ = selection_ = top_ = false;
   }
 
  private:
@@ -67,14 +75,14 @@ class GridBinder : public Binder {
   }
   void showColumns() {
     std::vector<int> widths;
-    // A grid without redraw may have lost columns that the model still shows.
-    for (int column = 0; column < std::min<int>(model_->columnCount(), grid_.Cols); ++column)
-      widths.push_back(grid_.ColWidth(column) <= 0 ? 0 : style::pixels(grid_.ColWidth(column)));
+    for (int column = 0; column < model_->columnCount(); ++column)
+      widths.push_back(style::pixels(grid_.ColWidth(model_->gridColumn(column))));
     view_.showWidths(std::move(widths));
   }
   void showSelection() {
     const int row = grid_.Row - grid_.FixedRows;
-    view_.showSelected(row >= 0 && row < model_->rowCount() ? row : -1, grid_.Col);
+    view_.showSelected(row >= 0 && row < model_->rowCount() ? row : -1,
+                       std::max(0, model_->columnOf(grid_.Col)));
     if (!grid_.MultiSelect) return;
     std::vector<int> rows = grid_.SelectedRows();
     for (int& each : rows) each -= grid_.FixedRows;
@@ -87,9 +95,10 @@ class GridBinder : public Binder {
     act([this, rows, current] { grid_.selectRows(rows, model_->gridRow(current)); });
   }
 
-  void acted(GridView::Action action, int row, int column) {
+  void acted(GridView::Action action, int row, int viewColumn) {
     using Action = GridView::Action;
     if (!grid_.Redraw) return;
+    const int column = viewColumn < 0 ? viewColumn : model_->gridColumn(viewColumn);
     const int gridRow = row == GridView::kHeading ? 0 : row == GridView::kBeyond ? -1 : model_->gridRow(row);
     switch (action) {
       case Action::Click:
@@ -113,6 +122,7 @@ class GridBinder : public Binder {
   bool columns_ = false;
   bool cells_ = false;
   bool selection_ = false;
+  bool top_ = false;
 };
 
 std::unique_ptr<Binder> bindGrid(Control& control, Host& host, QWidget* parent) {

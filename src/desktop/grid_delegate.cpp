@@ -21,28 +21,24 @@ struct Merge {
   bool right = false;
 };
 
-static int neighbour(const GridView& view, int column, int step) {
-  const int columns = view.model()->columnCount();
-  do column += step;
-  while (column >= 0 && column < columns && view.isColumnHidden(column));
-  return column;
-}
-
-static Merge mergeOf(const GridView& view, const Grid& grid, int row, int column) {
+static Merge mergeOf(const GridModel& model, const QModelIndex& index) {
+  const Grid& grid = model.grid();
   Merge merge;
   if (grid.MergeCells != MergeMode::Free) return merge;
-  const std::string& text = grid.TextMatrix(row, column);
-  const auto same = [&](int otherRow, int otherColumn) {
-    return otherRow >= grid.FixedRows && otherRow < grid.Rows && otherColumn >= 0 &&
-           otherColumn < grid.Cols && grid.TextMatrix(otherRow, otherColumn) == text;
+  const auto same = [&](int rows, int columns) {
+    const int row = index.row() + rows;
+    const int column = index.column() + columns;
+    if (row < 0 || !model.stands(row, column)) return false;
+    return grid.TextMatrix(model.gridRow(row), model.gridColumn(column)) ==
+           grid.TextMatrix(model.gridRow(index.row()), model.gridColumn(index.column()));
   };
-  if (grid.MergeCol(column)) {
-    merge.above = same(row - 1, column);
-    merge.below = same(row + 1, column);
+  if (grid.MergeCol(model.gridColumn(index.column()))) {
+    merge.above = same(-1, 0);
+    merge.below = same(1, 0);
   }
-  if (grid.MergeRow(row)) {
-    merge.left = same(row, neighbour(view, column, -1));
-    merge.right = same(row, neighbour(view, column, 1));
+  if (grid.MergeRow(model.gridRow(index.row()))) {
+    merge.left = same(0, -1);
+    merge.right = same(0, 1);
   }
   return merge;
 }
@@ -58,35 +54,56 @@ static void paintLines(QPainter& painter, const QRect& rect, const Merge& merge)
   if (!merge.right) painter.drawLine(rect.topRight(), rect.bottomRight());
 }
 
+/// The selected row keeps its colour and gets a frame, whose colour tells whether the list has the focus.
+static void paintFrame(QPainter& painter, const QRect& rect, bool first, bool last, bool focus) {
+  const QColor colour = focus ? style::accent() : style::outline();
+  constexpr int kWidth = style::kRowFrame;
+  painter.fillRect(rect.left(), rect.top(), rect.width(), kWidth, colour);
+  painter.fillRect(rect.left(), rect.bottom() + 1 - kWidth, rect.width(), kWidth, colour);
+  if (first) painter.fillRect(rect.left(), rect.top(), kWidth, rect.height(), colour);
+  if (last) painter.fillRect(rect.right() + 1 - kWidth, rect.top(), kWidth, rect.height(), colour);
+}
+
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   const auto& model = static_cast<const GridModel&>(*index.model());
   if (!model.stands(index.row(), index.column())) return;
   const Grid& grid = model.grid();
-  const int row = model.gridRow(index.row());
-  const Grid::Cell& cell = grid.cell(row, index.column());
-  const Merge merge = mergeOf(view_, grid, row, index.column());
-
+  const Grid::Cell& cell = grid.cell(model.gridRow(index.row()), model.gridColumn(index.column()));
+  const Merge merge = mergeOf(model, index);
   const bool selected = option.state & QStyle::State_Selected;
+  const bool first = index.column() == 0;
+  const bool last = index.column() == model.columnCount() - 1;
   const QPalette& palette = option.palette;
-  const bool strong = selected && view_.hasFocus();
-  QColor ground = style::colour(cell.back, palette.color(QPalette::Base));
+
+  QColor ground = palette.color(QPalette::Base);
   QColor ink = style::readable(style::colour(cell.fore, palette.color(QPalette::Text)), ground);
-  if (selected) ground = strong ? palette.color(QPalette::Highlight) : style::tint();
-  if (selected) ink = palette.color(strong ? QPalette::HighlightedText : QPalette::Text);
+  const bool marked = cell.back != kOwnColour;
+  const QColor mark = style::colour(cell.back, ground);
+  if (marked) {
+    ground = style::rowTint(mark);
+    ink = palette.color(QPalette::Text);
+  }
   if (!view_.isEnabled()) ink = palette.color(QPalette::Disabled, QPalette::Text);
   painter->fillRect(option.rect, ground);
   paintLines(*painter, option.rect, merge);
+  if (marked && first)
+    painter->fillRect(option.rect.left(), option.rect.top(), style::kRowStripe, option.rect.height(), mark);
+  if (selected) paintFrame(*painter, option.rect, first, last, view_.hasFocus());
 
-  // The text of merged cells stands in the first of them that can be seen.
+  // The text of merged cells is in the first of them that can be seen.
   const bool hidden = (merge.above && index.row() != view_.rowAt(0)) || merge.left;
   if (hidden || cell.text.empty()) return;
-  const QRect room = option.rect.adjusted(style::kCellMargin, 0, -style::kCellMargin, 0);
+  const int stripe = first ? style::kRowStripe : 0;
+  const QRect room = option.rect.adjusted(style::kCellMargin + stripe, 0, -style::kCellMargin, 0);
   QString text = qt(cell.text);
   text.replace('\n', ' ');
-  painter->setFont(option.font);
+  QFont font = option.font;
+  font.setBold(selected);
+  painter->setFont(font);
   painter->setPen(ink);
-  drawText(*painter, room, kAligned[static_cast<int>(grid.ColAlignment(index.column()))], text);
+  drawText(*painter, room, kAligned[static_cast<int>(grid.ColAlignment(model.gridColumn(index.column())))],
+           text);
 }
 
 void GridDelegate::drawText(QPainter& painter, const QRect& room, Qt::Alignment alignment,
@@ -105,14 +122,17 @@ void GridDelegate::drawText(QPainter& painter, const QRect& room, Qt::Alignment 
 }
 
 const QStaticText& GridDelegate::layOut(const QString& text, const QFont& font) const {
-  if (font != font_) texts_.clear();
-  font_ = font;
-  if (const QStaticText* known = texts_.object(text)) return *known;
+  QFont plain = font;
+  plain.setBold(false);
+  if (plain != font_) texts_.clear();
+  font_ = plain;
+  const QString key = (font.bold() ? QChar('b') : QChar('p')) + text;
+  if (const QStaticText* known = texts_.object(key)) return *known;
   auto fresh = std::make_unique<QStaticText>(text);
   fresh->setTextFormat(Qt::PlainText);
   fresh->prepare({}, font);
   const QStaticText& kept = *fresh;
-  texts_.insert(text, fresh.release());
+  texts_.insert(key, fresh.release());
   return kept;
 }
 

@@ -9,7 +9,8 @@ namespace vantry {
 
 class GridView;
 
-/// Paints the cells of a grid with their own colours, quiet lines and merged neighbours.
+/// Paints the cells of a grid: their colour as a tint, with a stripe of the full colour at the row's start,
+/// quiet lines, merged neighbours, and a frame around a selected row.
 class GridDelegate : public QStyledItemDelegate {
  public:
   explicit GridDelegate(GridView& view);
@@ -24,7 +25,7 @@ class GridDelegate : public QStyledItemDelegate {
   GridView& view_;
   /// Laying a text out costs most of painting a cell, and lists are painted over and over.
   mutable QCache<QString, QStaticText> texts_;
-  mutable QFont font_;
+  mutable QFont font_;  ///< of the texts that are not bold
 };
 
 }  // namespace vantry

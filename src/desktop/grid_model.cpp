@@ -11,34 +11,55 @@ int GridModel::gridRow(int row) const {
   return row + grid_.FixedRows;
 }
 
+std::vector<int> GridModel::visibleColumns() const {
+  std::vector<int> columns;
+  for (int column = 0; column < grid_.Cols; ++column) {
+    if (grid_.ColWidth(column) > 0) columns.push_back(column);
+  }
+  return columns;
+}
+
+int GridModel::columnOf(int gridColumn) const {
+  const auto found = std::find(columns_.begin(), columns_.end(), gridColumn);
+  return found == columns_.end() ? -1 : static_cast<int>(found - columns_.begin());
+}
+
 bool GridModel::stands(int row, int column) const {
-  return row >= 0 && column >= 0 && gridRow(row) < grid_.Rows && column < grid_.Cols;
+  return row >= 0 && column >= 0 && column < columnCount() && gridRow(row) < grid_.Rows &&
+         gridColumn(column) < grid_.Cols;
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-  if (role != Qt::DisplayRole || !stands(index.row(), index.column())) return {};
-  return qt(grid_.TextMatrix(gridRow(index.row()), index.column()));
+  if (!stands(index.row(), index.column())) return {};
+  // What the row's colour says to the eye.
+  if (role == Qt::AccessibleDescriptionRole) return qt(grid_.RowStatus(gridRow(index.row())));
+  if (role != Qt::DisplayRole) return {};
+  return qt(grid_.TextMatrix(gridRow(index.row()), gridColumn(index.column())));
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || section < 0 || section >= grid_.Cols) return {};
+  if (orientation == Qt::Vertical) return role == Qt::DisplayRole ? QVariant(section + 1) : QVariant();
+  if (section < 0 || section >= columnCount() || gridColumn(section) >= grid_.Cols) return {};
+  const int column = gridColumn(section);
   if (role == Qt::TextAlignmentRole) {
     static constexpr Qt::AlignmentFlag kAligned[] = {Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter};
-    return int(kAligned[static_cast<int>(grid_.ColAlignment(section))] | Qt::AlignVCenter);
+    return int(kAligned[static_cast<int>(grid_.ColAlignment(column))] | Qt::AlignVCenter);
   }
-  if (role != Qt::DisplayRole) return {};
+  if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole) return {};
   QString heading;
   for (int row = 0; row < std::min<int>(grid_.FixedRows, grid_.Rows); ++row) {
     if (row > 0) heading += '\n';
-    heading += qt(grid_.TextMatrix(row, section));
+    heading += qt(grid_.TextMatrix(row, column));
   }
-  return heading;
+  // A column without a heading is at least counted.
+  return heading.isEmpty() && role == Qt::AccessibleTextRole ? QObject::tr("Column %1").arg(section + 1)
+                                                             : heading;
 }
 
 void GridModel::renew() {
   beginResetModel();
   rows_ = std::max(0, grid_.Rows - grid_.FixedRows);
-  columns_ = grid_.Cols;
+  columns_ = visibleColumns();
   endResetModel();
 }
 

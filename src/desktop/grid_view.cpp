@@ -104,8 +104,6 @@ void GridView::showSelected(int row, int column) {
     return;
   }
   if (row == selectedRow()) return;
-  // The view scrolls to the current cell, which must not be one of a hidden column.
-  while (column < model()->columnCount() - 1 && isColumnHidden(column)) ++column;
   setCurrentIndex(model()->index(row, column));
 }
 
@@ -114,24 +112,18 @@ void GridView::showWidths(std::vector<int> widths) {
   showingWidths_ = true;
   for (int column = 0; column < static_cast<int>(widths_.size()); ++column) {
     const int width = widths_[static_cast<std::size_t>(column)];
-    setColumnHidden(column, width <= 0);
-    if (width > 0 && columnWidth(column) != width) setColumnWidth(column, width);
+    if (columnWidth(column) != width) setColumnWidth(column, width);
   }
   showingWidths_ = false;
   fillWidth();
 }
 
 void GridView::fillWidth() {
-  int others = 0;
-  int last = -1;
-  for (int column = 0; column < static_cast<int>(widths_.size()); ++column) {
-    if (widths_[static_cast<std::size_t>(column)] <= 0) continue;
-    if (last >= 0) others += widths_[static_cast<std::size_t>(last)];
-    last = column;
-  }
-  if (last < 0 || showingWidths_) return;
+  if (widths_.empty() || showingWidths_) return;
+  const int others = std::accumulate(widths_.begin(), widths_.end() - 1, 0);
   showingWidths_ = true;
-  setColumnWidth(last, std::max(widths_[static_cast<std::size_t>(last)], viewport()->width() - others));
+  setColumnWidth(static_cast<int>(widths_.size()) - 1,
+                 std::max(widths_.back(), viewport()->width() - others));
   showingWidths_ = false;
 }
 

@@ -8,8 +8,8 @@ namespace vantry {
 
 class GridModel;
 
-/// The table that shows a grid. It tells of the operator's actions in the grid's rows and columns and leaves
-/// all that follows from them to who listens.
+/// The table that shows a grid. It reports the operator's actions in the grid's rows and columns; what
+/// follows from them is the listener's.
 class GridView : public QTableView {
  public:
   explicit GridView(QWidget* parent);
@@ -39,7 +39,7 @@ class GridView : public QTableView {
   void showSelectedRows(const std::vector<int>& rows);
   /// Shows this row as the selected one; -1 for none.
   void showSelected(int row, int column);
-  /// The columns' widths; 0 hides. What is left of the list's width goes to the last one that shows.
+  /// The columns' widths. The last one takes the rest of the list's width.
   void showWidths(std::vector<int> widths);
 
   QSize sizeHint() const override;

@@ -1,8 +1,10 @@
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
 #include <QPainter>
 
+#include "desktop/accessible.h"
 #include "desktop/binder.h"
 #include "desktop/icons.h"
 #include "desktop/qtext.h"
@@ -30,6 +32,7 @@ class LabelWidget : public QLabel {
       setFixedHeight(std::max(style::kRowHeight, fontMetrics().height() + style::kUnit));
     }
     if (field_) setMinimumHeight(style::kFieldHeight);
+    accessible::setRole(*this, label.Alert ? QAccessible::AlertMessage : QAccessible::StaticText);
   }
 
  protected:
@@ -80,6 +83,10 @@ class LabelBinder : public Binder {
     widget_.setWordWrap(text.size() > kSentence);
     if (widget_.wordWrap()) widget_.setMinimumWidth(widget_.fontMetrics().averageCharWidth() * kSentence);
     widget_.setText(text);
+    accessible::setValue(widget_, text);
+    if (!label_.Alert || text.isEmpty()) return;
+    QAccessibleEvent event(&widget_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
   }
 
   Label& label_;

@@ -102,7 +102,11 @@ static QLayout* buildBox(const LayoutNode& node, const WidgetOf& widgetOf) {
   box->setSpacing(style::kUnit);
   for (std::size_t i = 0; i < node.children.size(); ++i) {
     addTo(*box, node.children[i], widgetOf);
-    if (!down && i + 1 < node.children.size()) join(node.children[i], node.children[i + 1], widgetOf);
+    if (i + 1 == node.children.size()) break;
+    const LayoutNode& next = node.children[i + 1];
+    // In a column only lists and notes have their label above them.
+    if (!down || (next.kind == Kind::Item && growsDown(next) && next.control->kind() != ControlKind::Frame))
+      join(node.children[i], next, widgetOf);
   }
   // Where nothing can use free space, it goes behind the last one.
   const bool used = std::any_of(node.children.begin(), node.children.end(), [down](const LayoutNode& child) {

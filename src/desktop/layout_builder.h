@@ -10,7 +10,7 @@ namespace vantry {
 class Control;
 struct LayoutNode;
 
-/// The widget that shows a control, or nullptr for what stands elsewhere in the window.
+/// The widget that shows a control, or nullptr for one that has its place outside of the layout.
 using WidgetOf = std::function<QWidget*(Control&)>;
 
 /// Turns a description into layouts without margins of their own.

@@ -195,7 +195,9 @@ class ListBarBinder : public Binder {
       const QTreeWidgetItem* group = widget_.topLevelItem(i);
       for (int j = 0; j < group->childCount(); ++j) {
         QTreeWidgetItem* item = group->child(j);
-        item->setData(0, kCurrentRole, !current.isEmpty() && item->data(0, kKeyRole).toString() == current);
+        const bool shown = !current.isEmpty() && item->data(0, kKeyRole).toString() == current;
+        item->setData(0, kCurrentRole, shown);
+        item->setData(0, Qt::AccessibleDescriptionRole, shown ? QObject::tr("shown") : QString());
       }
     }
   }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "desktop/chatter.h"
 #include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
 #include "desktop/note_window.h"
@@ -74,6 +75,7 @@ int start(int argc, char** argv) {
   }
 
   QApplication application(argc, argv);
+  quietUnseenScreen();
   QApplication::setApplicationName("Vantry");
   style::apply(application);
   options.program = QApplication::applicationDirPath().toStdString();

@@ -31,13 +31,13 @@ class NumberBinder : public TypedBinder {
 
  protected:
   QString shown() const override { return qt(field_.Text()); }
-  bool isValue(const QString& text) const override { return text.isEmpty() || isNumber(utf8(text)); }
   bool isWhole(const QString& text) const override {
     return isNumber(utf8(text)) && QString::number(intOf(utf8(text))) == text &&
            intOf(utf8(text)) >= field_.Min() && intOf(utf8(text)) <= field_.Max();
   }
   void enter(const std::string& text) override {
-    field_.enter(text.empty() ? std::nullopt : std::optional(intOf(text)));
+    if (text.empty() || isNumber(text))
+      field_.enter(text.empty() ? std::nullopt : std::optional(intOf(text)));
   }
   bool isLocked() const override { return field_.Locked; }
 
@@ -64,7 +64,6 @@ class LineBinderOf : public TypedBinder {
 
  protected:
   QString shown() const override;
-  bool isValue(const QString&) const override { return true; }
   bool isWhole(const QString&) const override { return false; }
   void enter(const std::string& text) override { field_.type(text); }
   bool isLocked() const override { return field_.Locked; }

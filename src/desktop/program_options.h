@@ -17,7 +17,7 @@ struct ProgramOptions {
   bool usage = false;             ///< print the usage and end
   bool version = false;           ///< print the version and end
   int view = -1;                  ///< first view for a screenshot; -1: as preferred
-  std::string rest;               ///< what is not the front end's, as it stood
+  std::string rest;               ///< what is not for the front end, unchanged
   std::string fault;              ///< one sentence about what cannot be understood; empty: all is well
 };
 

@@ -5,6 +5,7 @@
 #include <QDesktopServices>
 #include <QEventLoop>
 #include <QFontMetricsF>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QSessionManager>
 #include <QSettings>
@@ -18,10 +19,12 @@
 #include "desktop/help_window.h"
 #include "desktop/menus.h"
 #include "desktop/qtext.h"
+#include "desktop/scan_reader.h"
 #include "desktop/sound.h"
 #include "desktop/style.h"
 #include "platform/controls.h"
 #include "platform/windows.h"
+#include "words/utf8.h"
 
 namespace vantry {
 
@@ -34,6 +37,10 @@ static constexpr int kFailure = 1;
 QtDesktop::QtDesktop(std::string geometryFile) : geometryFile_(std::move(geometryFile)) {
   // The program ends when its main window says so, not when a dialog was the only window for a moment.
   QApplication::setQuitOnLastWindowClosed(false);
+  reader_ = std::make_unique<ScanReader>(
+      ScanReader::Outside{[this](QWidget& widget) { return takesTyping(widget); },
+                          [this](QWidget& widget) { return answersEnter(widget); },
+                          [this](std::string text) { scanned(std::move(text)); }});
   qApp->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusChanged(now); });
 }
@@ -185,6 +192,7 @@ void QtDesktop::activated(Form& form) {
   if (front_ == &form || !form.isShown()) return;
   front_ = &form;
   dispatch([&form] { form.Form_Activate(); });
+  deliverScansLater();
 }
 
 void QtDesktop::repaint(Form& form, bool atOnce) {
@@ -197,10 +205,13 @@ void QtDesktop::flushAll() {
 
 void QtDesktop::handleEvents() {
   ++dispatching_;
+  ++drawing_;
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   flushAll();
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  --drawing_;
   --dispatching_;
+  deliverScansLater();
   leaveIfEnded();
 }
 
@@ -212,12 +223,11 @@ void QtDesktop::focus(Control& control) {
 
 void QtDesktop::focusChanged(QWidget* now) {
   if (!now) return;  // another program, or a box of this one
-  const auto found = std::find_if(windows_.begin(), windows_.end(),
-                                  [&](const auto& entry) { return entry.second == now->window(); });
-  if (found == windows_.end()) return;
-  Control* control = found->second->controlOf(now);
-  Form& form = const_cast<Form&>(*found->first);
-  if (control) dispatch([&form, control] { form.focusMoved(control); });
+  FormWindow* window = ownerOf(*now);
+  if (!window) return;
+  window->markDefault(*now);
+  Form& form = window->form();
+  if (Control* control = window->controlOf(now)) dispatch([&form, control] { form.focusMoved(control); });
 }
 
 void QtDesktop::setPointer(Pointer pointer) {
@@ -229,6 +239,14 @@ void QtDesktop::setPointer(Pointer pointer) {
   } else {
     QApplication::restoreOverrideCursor();
   }
+}
+
+/// The widget that keys go to first.
+static QWidget* typingTarget() {
+  QWidget* popup = QApplication::activePopupWidget();
+  if (popup) return popup->focusWidget() ? popup->focusWidget() : popup;
+  QWidget* focused = QApplication::focusWidget();
+  return focused ? focused : QApplication::activeWindow();
 }
 
 static bool isInput(QEvent::Type type) {
@@ -250,7 +268,7 @@ static bool isInput(QEvent::Type type) {
   }
 }
 
-bool QtDesktop::isBlocked(const QObject& watched) const {
+FormWindow* QtDesktop::ownerOf(const QObject& watched) const {
   const QObject* top = &watched;
   if (watched.isWidgetType()) {
     top = static_cast<const QWidget&>(watched).window();
@@ -258,52 +276,120 @@ bool QtDesktop::isBlocked(const QObject& watched) const {
     // The keys of a menu's entry go to its action, which lies in the menus of its window.
     while (top->parent()) top = top->parent();
   }
-  return std::any_of(windows_.begin(), windows_.end(),
-                     [top](const auto& entry) { return entry.second == top && entry.second->isBlocked(); });
+  const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                  [top](const auto& entry) { return entry.second == top; });
+  return found == windows_.end() ? nullptr : found->second;
+}
+
+bool QtDesktop::isBlocked(const QObject& watched) const {
+  const FormWindow* window = ownerOf(watched);
+  return window && window->isBlocked();
 }
 
 bool QtDesktop::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Hide && !scans_.empty()) deliverScansLater();  // a menu or a list has closed
   const bool reaches = watched->isWidgetType() || event->type() == QEvent::Shortcut;
-  return reaches && isInput(event->type()) && isBlocked(*watched);
+  if (!reaches || !isInput(event->type())) return false;
+  const bool dropped = isBlocked(*watched);
+  if (event->type() != QEvent::KeyPress) return dropped;
+  auto& widget = static_cast<QWidget&>(*watched);
+  // What a widget leaves alone goes to its parents, and comes by here again.
+  if (&widget != typingTarget()) return dropped;
+  if (!reader_->press(widget, static_cast<const QKeyEvent&>(*event), dropped)) return false;
+  event->accept();
+  return true;
+}
+
+// Scans
+
+/// Text fields do, but where the window has another place for scans: there a scan must leave no trace.
+bool QtDesktop::takesTyping(QWidget& widget) const {
+  const bool isText = widget.inherits("QLineEdit") || widget.inherits("QPlainTextEdit") ||
+                      widget.inherits("QAbstractSpinBox");
+  if (!isText || widget.property("readOnly").toBool()) return false;
+  const FormWindow* window = ownerOf(widget);
+  if (!window || !window->form().takesScans()) return true;
+  return !window->form().ScanReceived && window->controlOf(&widget) == window->form().scanField();
+}
+
+/// An input box waits for a text, which may be read as well as typed. In a window, only a field that answers
+/// Enter gets it; the button behind was not meant.
+bool QtDesktop::answersEnter(QWidget& widget) const {
+  const FormWindow* window = ownerOf(widget);
+  if (!window || widget.inherits("QPlainTextEdit")) return true;
+  const Control* control = window->controlOf(&widget);
+  if (!control || control->kind() != ControlKind::TextBox) return false;
+  return static_cast<bool>(static_cast<const TextBox&>(*control).Enter);
+}
+
+void QtDesktop::scanned(std::string text) {
+  scans_.push_back(std::move(text));
+  // Something waits for the operator's answer first.
+  const bool waits = boxes_ > 0 || QApplication::activePopupWidget() || QApplication::activeModalWidget();
+  if (waits && !(boxes_ == 0 && front_ && front_->takesScans())) QApplication::beep();
+  deliverScansLater();
+}
+
+void QtDesktop::deliverScansLater() {
+  if (scans_.empty()) return;
+  QMetaObject::invokeMethod(
+      this, [this] { deliverScans(); }, Qt::QueuedConnection);
+}
+
+/// One after the other, each when the one before has been dealt with. A modal window that has no place for a
+/// scan leaves it to the window below; any other lets it go with a sound, since what is scanned now must not
+/// act in a view that is opened later.
+void QtDesktop::deliverScans() {
+  while (!scans_.empty() && !ended_) {
+    if (boxes_ > 0 || drawing_ > 0 || QApplication::activePopupWidget()) return;
+    FormWindow* window = front_ ? windowOf(*front_) : nullptr;
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!window || window->isBlocked() || (modal && modal != window)) return;
+    const std::string text = std::move(scans_.front());
+    scans_.pop_front();
+    Form& form = window->form();
+    bool taken = false;
+    dispatch([&] { taken = form.scan(text); });
+    if (taken || ended_) continue;
+    if (modal) return scans_.push_front(text);
+    QApplication::beep();
+  }
 }
 
 // Boxes and menus
 
-int QtDesktop::messageBox(const Box& box) {
+/// Shows a box, or another dialog that answers for itself.
+template <class Show>
+auto QtDesktop::inBox(Show show) {
   leaveIfEnded();
   flushAll();
   const bool hourglass = hourglass_;
   setPointer(Pointer::Default);
-  const int answer = runBox(box);
+  ++boxes_;
+  auto answer = show();
+  --boxes_;
+  deliverScansLater();
   leaveIfEnded();
   setPointer(hourglass ? Pointer::Hourglass : Pointer::Default);
   return answer;
 }
 
+int QtDesktop::messageBox(const Box& box) {
+  return inBox([&] { return runBox(box); });
+}
+
 std::optional<std::string> QtDesktop::inputBox(std::string_view prompt, std::string_view caption,
                                                std::string_view initial) {
-  leaveIfEnded();
-  flushAll();
-  auto answer = runInputBox(prompt, caption, initial);
-  leaveIfEnded();
-  return answer;
+  return inBox([&] { return runInputBox(prompt, caption, initial); });
 }
 
 std::optional<std::string> QtDesktop::chooseFile(std::string_view caption, std::string_view filter,
                                                  std::string_view initial) {
-  leaveIfEnded();
-  flushAll();
-  auto file = runFileChooser(caption, filter, initial);
-  leaveIfEnded();
-  return file;
+  return inBox([&] { return runFileChooser(caption, filter, initial); });
 }
 
 std::optional<Colour> QtDesktop::chooseColour(Colour initial) {
-  leaveIfEnded();
-  flushAll();
-  const auto chosen = runColourChooser(initial);
-  leaveIfEnded();
-  return chosen;
+  return inBox([&] { return runColourChooser(initial); });
 }
 
 void QtDesktop::popupMenu(MenuItem& menu, const Control* below) {
@@ -359,17 +445,9 @@ double QtDesktop::advance(char32_t letter) {
 /// hundred thousand cells are measured in no time.
 int QtDesktop::textWidth(std::string_view text) {
   double width = 0;
-  for (std::size_t i = 0; i < text.size();) {
-    const auto first = static_cast<unsigned char>(text[i++]);
-    if (first < 0x80) {
-      width += advance(first);
-      continue;
-    }
-    const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
-    char32_t letter = first & (0x3FU >> more);
-    for (int k = 0; k < more && i < text.size() && (text[i] & 0xC0) == 0x80; ++k, ++i)
-      letter = letter << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
-    width += advance(letter);
+  while (!text.empty()) {
+    const char32_t letter = takeCharacter(text);
+    width += advance(letter == noCharacter ? U'?' : letter);
   }
   return style::twips(width);
 }
@@ -419,6 +497,13 @@ bool QtDesktop::writePicture(Form& form, const std::string& file) {
   handleEvents();
   window->flush();
   return window->grab().save(qt(file), "PNG");
+}
+
+bool QtDesktop::isPlaceTaken(const FormWindow& window) const {
+  return std::any_of(windows_.begin(), windows_.end(), [&](const auto& entry) {
+    const FormWindow& other = *entry.second;
+    return &other != &window && other.isVisible() && other.pos() == window.pos();
+  });
 }
 
 void QtDesktop::readGeometry(QWidget& window, const Form& form) const {

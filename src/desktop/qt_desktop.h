@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <deque>
 #include <map>
 #include <memory>
 #include <set>
@@ -17,25 +18,31 @@ namespace vantry {
 
 class FormWindow;
 class HelpWindow;
+class ScanReader;
 class SoundPlayer;
 class Windows;
 
-/// The desktop of Qt: shows the platform's windows as real ones. It needs a QApplication and outlives the
-/// windows.
+/// Shows the platform's windows with Qt. It needs a QApplication and must outlive the windows.
 class QtDesktop final : public QObject, public Desktop {
  public:
   /// Sizes and places of windows are kept in that file; without one they are not kept.
   explicit QtDesktop(std::string geometryFile = {});
   ~QtDesktop() override;
 
-  /// Starts the program and runs it until it ends. Where `start` says no, it ends at once.
+  /// Starts the program and runs it until it ends. It ends at once if `start` returns false.
   int run(const std::function<bool()>& start);
   /// When the system ends the operator's session, the form says whether the program may go.
   void endWithSession(Form& form);
   /// Writes the picture of a shown form, as PNG; false where it is not shown or the file cannot be written.
   bool writePicture(Form& form, const std::string& file);
-  /// Runs an event of a window. What it throws ends the program; ProgramEnd does so in silence.
+  /// Runs an event of a window. An exception ends the program, after a box that tells it; ProgramEnd needs no
+  /// box.
   void dispatch(const std::function<void()>& event);
+
+  /// In milliseconds. What is pressed during a longer wait is not meant for what comes after it.
+  int noticeableWait = 200;
+  /// A window is painted during a command as often as the eye can follow.
+  int paintInterval = 40;
 
   void show(Form& form) override;
   void hide(Form& form) override;
@@ -67,6 +74,10 @@ class QtDesktop final : public QObject, public Desktop {
   FormWindow* windowOf(const Form& form) const;
   /// The form's window has come to the front.
   void activated(Form& form);
+  /// Hands on the kept scans as soon as a window can take them.
+  void deliverScansLater();
+  /// Whether another window is exactly there.
+  bool isPlaceTaken(const FormWindow& window) const;
   void readGeometry(QWidget& window, const Form& form) const;
   void writeGeometry(const QWidget& window, const Form& form) const;
 
@@ -78,7 +89,14 @@ class QtDesktop final : public QObject, public Desktop {
     std::unique_ptr<QTimer> timer;
     const Form* form;
   };
+  FormWindow* ownerOf(const QObject& watched) const;
   bool isBlocked(const QObject& watched) const;
+  bool takesTyping(QWidget& widget) const;
+  bool answersEnter(QWidget& widget) const;
+  void scanned(std::string text);
+  void deliverScans();
+  template <class Show>
+  auto inBox(Show show);
   FormWindow& prepare(Form& form);
   void dropWindow(Form& form, bool controlsLive);
   void focusChanged(QWidget* now);
@@ -100,8 +118,12 @@ class QtDesktop final : public QObject, public Desktop {
   std::vector<float> advances_;
   std::map<char32_t, float> rareAdvances_;
   std::set<Windows*> toSweep_;
+  std::unique_ptr<ScanReader> reader_;
+  std::deque<std::string> scans_;  ///< read and not yet taken
   const Form* front_ = nullptr;
   int dispatching_ = 0;
+  int drawing_ = 0;  ///< within `handleEvents`, which runs no event of the operator's
+  int boxes_ = 0;
   bool hourglass_ = false;
   bool ended_ = false;
   bool failed_ = false;

@@ -1,7 +1,5 @@
 #include "desktop/qtext.h"
 
-#include <QLocale>
-
 #include "platform/datetime.h"
 
 namespace vantry {
@@ -16,9 +14,7 @@ QString withoutMnemonic(std::string_view caption) {
 }
 
 QString shortTime(const Time& time) {
-  static const bool twelveHours =
-      QLocale().timeFormat(QLocale::ShortFormat).contains('A', Qt::CaseInsensitive);
-  return qt(twelveHours ? hourMinuteAmPm(time) : hourMinute(time));
+  return qt(hourMinuteAmPm(time));
 }
 
 }  // namespace vantry

@@ -17,7 +17,7 @@ inline std::string utf8(const QString& text) {
 }
 /// A caption without the signs of its mnemonic, where none can be used.
 QString withoutMnemonic(std::string_view caption);
-/// A time of day as the system writes it, by twelve hours or by 24.
+/// A time of day as fields, lists and logs show it: "07:15 PM".
 QString shortTime(const Time& time);
 
 }  // namespace vantry

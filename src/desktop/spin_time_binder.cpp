@@ -10,6 +10,7 @@
 #include "desktop/step_box.h"
 #include "desktop/style.h"
 #include "platform/schedule_bar.h"
+#include "platform/typed_moments.h"
 
 namespace vantry {
 
@@ -43,15 +44,13 @@ class SpinTimeBinder : public TypedBinder {
   }
 
  protected:
-  QString shown() const override { return field_.isEmpty() ? QString() : shortTime(*field_.Value.get()); }
-  bool isValue(const QString& text) const override {
-    return text.isEmpty() || parseClockTime(utf8(text)).has_value();
-  }
+  QString shown() const override { return field_.isEmpty() ? unreadable() : shortTime(*field_.Value.get()); }
+  QString unreadable() const override { return field_.isEmpty() ? qt(field_.Unreadable()) : QString(); }
   bool isWhole(const QString& text) const override {
-    const auto time = parseClockTime(utf8(text));
+    const auto time = readTime(utf8(text));
     return time && shortTime(*time) == text;
   }
-  void enter(const std::string& text) override { field_.enterTime(parseClockTime(text)); }
+  void enter(const std::string& text) override { field_.typeTime(text); }
   bool isLocked() const override { return field_.Locked; }
 
  private:

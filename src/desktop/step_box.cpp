@@ -49,7 +49,8 @@ void StepBox::focusOutEvent(QFocusEvent* event) {
 void StepBox::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(hasFocus() ? style::accent() : style::outline());
+  const bool wrong = property(style::kWrong).toBool();
+  painter.setPen(wrong ? style::warning() : hasFocus() ? style::accent() : style::outline());
   const bool live = isEnabled() && !isReadOnly();
   painter.setBrush(live ? palette().color(QPalette::Base) : style::headerGround());
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
@@ -86,17 +87,15 @@ void TypedBinder::update(Aspect aspect) {
 void TypedBinder::commit() {
   if (!typed_) return;
   typed_ = false;
-  const QString text = line_.text().trimmed();
-  if (!isLocked() && isValue(text))
-    return act([this, text = utf8(text)] {
-      const QPointer<Binder> alive(this);
-      enter(text);
-      if (alive) show();
-    });
-  show();
+  if (isLocked()) return show();
+  act([this, text = utf8(line_.text().trimmed())] {
+    const QPointer<Binder> alive(this);
+    enter(text);
+    if (alive) show();
+  });
 }
 
-/// The text stands as the operator writes it.
+/// The text stays as the operator writes it.
 void TypedBinder::take() {
   act([this, text = utf8(line_.text().trimmed())] {
     const QPointer<Binder> alive(this);
@@ -110,6 +109,17 @@ void TypedBinder::show() {
   const QString text = shown();
   if (line_.text() != text) line_.setText(text);
   typed_ = false;
+  mark();
+}
+
+void TypedBinder::mark() {
+  const QString text = unreadable();
+  if (widget().property(style::kWrong).toBool() == !text.isEmpty()) return;
+  widget().setProperty(style::kWrong, !text.isEmpty());
+  widget().setToolTip(text.isEmpty() ? qt(control().ToolTipText.get())
+                                     : QObject::tr("\"%1\" cannot be read.").arg(text));
+  widget().setAccessibleDescription(text.isEmpty() ? QString() : widget().toolTip());
+  widget().update();
 }
 
 }  // namespace vantry

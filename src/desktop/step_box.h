@@ -30,8 +30,8 @@ class StepBox : public QAbstractSpinBox {
   void paintEvent(QPaintEvent* event) override;
 };
 
-/// What the fields with a typed text share: it is taken over once it stands as the field would write it, or
-/// when the operator leaves; text that is no value gives way to the value before it.
+/// What the fields with a typed text share: it is taken over once it reads as the field would write it, or
+/// when the operator leaves. What the text means is for the model to say; the field shows the answer.
 class TypedBinder : public Binder {
  public:
   TypedBinder(Control& control, Host& host, QWidget& widget, QLineEdit& line);
@@ -40,19 +40,20 @@ class TypedBinder : public Binder {
   void commit() override;
 
  protected:
-  /// The model's value as text.
+  /// What the field shows: the model's value, or what was typed and is none.
   virtual QString shown() const = 0;
-  /// Whether the text is a value, or empty.
-  virtual bool isValue(const QString& text) const = 0;
+  /// What was typed and is no value; the field is marked then, and a screen reader told.
+  virtual QString unreadable() const { return {}; }
   /// Hands the text to the model.
   virtual void enter(const std::string& text) = 0;
-  /// Whether the text under way stands as the field would write it.
+  /// Whether the text under way reads as the field would write it.
   virtual bool isWhole(const QString& text) const = 0;
-  virtual bool isLocked() const = 0;
+  virtual bool isLocked() const { return false; }
 
  private:
   void take();
   void show();
+  void mark();
   QLineEdit& line_;
   bool typed_ = false;
   bool taking_ = false;

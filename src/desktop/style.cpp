@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 
+#include "desktop/accessible.h"
 #include "desktop/vantry_style.h"
 
 // Outside of the namespace, as the resource compiler wants it.
@@ -20,8 +21,11 @@ namespace vantry::style {
 static constexpr double kTwipsPerInch = 1440.0;
 /// The mean width of a letter that the columns' widths were chosen for, in parts of an inch.
 static constexpr double kLetterInch = 4.75 / 96.0;
-static constexpr double kLeastContrast = 3.0;
+static constexpr double kLeastContrast = 4.5;
+/// A colour whose parts differ by less is a grey.
 static constexpr int kNearlyGrey = 40;
+static constexpr double kLightTint = 0.18;
+static constexpr double kDarkTint = 0.28;
 static constexpr double kPointSize = 9.0;
 
 /// One scheme: the few colours that all others come from.
@@ -36,12 +40,13 @@ struct Colours {
   const char* header;
   const char* accent;
   const char* tint;
+  const char* warning;
 };
 
-static constexpr Colours kLight = {"#f4f5f7", "#ffffff", "#eceef1", "#1d2127", "#5c6570",
-                                   "#b4bcc6", "#dde1e6", "#eef0f3", "#1f66c9", "#d9e7fa"};
-static constexpr Colours kDark = {"#22262c", "#1a1d22", "#1d2025", "#e6e9ed", "#9aa4b0",
-                                  "#4d5662", "#343a43", "#2a2f36", "#4d94f0", "#27405f"};
+static constexpr Colours kLight = {"#f4f5f7", "#ffffff", "#eceef1", "#1d2127", "#5c6570", "#b4bcc6",
+                                   "#dde1e6", "#eef0f3", "#1f66c9", "#d9e7fa", "#c62828"};
+static constexpr Colours kDark = {"#22262c", "#1a1d22", "#1d2025", "#e6e9ed", "#9aa4b0", "#4d5662",
+                                  "#343a43", "#2a2f36", "#4d94f0", "#27405f", "#ff7b72"};
 
 static Scheme current = Scheme::Light;
 
@@ -60,6 +65,9 @@ QColor outline() {
 }
 QColor quietText() {
   return colours().quiet;
+}
+QColor warning() {
+  return colours().warning;
 }
 QColor tint() {
   return colours().tint;
@@ -127,6 +135,7 @@ void apply(QApplication& application, std::optional<Scheme> scheme) {
   current = scheme.value_or(systemDark ? Scheme::Dark : Scheme::Light);
   application.setFont(makeFont());
   application.setStyle(new VantryStyle);
+  accessible::install();
   application.setPalette(makePalette());
 }
 
@@ -142,6 +151,10 @@ QFont captionFont() {
   font.setPointSizeF(font.pointSizeF() * 0.92);
   font.setWeight(QFont::DemiBold);
   return font;
+}
+
+QColor rowTint(const QColor& colour) {
+  return blend(QColor(colours().base), colour, current == Scheme::Dark ? kDarkTint : kLightTint);
 }
 
 // Colours of the platform
@@ -173,7 +186,7 @@ static double luminance(const QColor& colour) {
   return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
 }
 
-static double contrast(const QColor& a, const QColor& b) {
+double contrast(const QColor& a, const QColor& b) {
   const double first = luminance(a);
   const double second = luminance(b);
   return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
@@ -185,7 +198,8 @@ QColor readable(const QColor& text, const QColor& ground) {
   const QColor black(Qt::black);
   const QColor white(Qt::white);
   const QColor away = contrast(white, ground) > contrast(black, ground) ? white : black;
-  if (text.hslSaturation() < kNearlyGrey) return away;
+  const auto [least, most] = std::minmax({text.red(), text.green(), text.blue()});
+  if (most - least < kNearlyGrey) return away;
   for (double part = 0.1; part < 1.0; part += 0.1) {
     const QColor nearer = blend(text, away, part);
     if (contrast(nearer, ground) >= kLeastContrast) return nearer;

@@ -10,13 +10,14 @@
 class QApplication;
 class QPalette;
 
-/// The one look of the program: distances, colours, fonts. Nothing else in the front end names a colour or a
-/// number of pixels of its own.
+/// The look of the program: distances, colours, fonts. Other files of the front end take them from here.
 namespace vantry::style {
 
 /// All distances are multiples of it.
 inline constexpr int kUnit = 6;
 inline constexpr int kRowHeight = 22;
+inline constexpr int kRowStripe = 5;
+inline constexpr int kRowFrame = 2;
 inline constexpr int kCellMargin = 5;
 inline constexpr int kFieldHeight = 28;
 inline constexpr int kMenuIcon = 16;
@@ -33,7 +34,11 @@ QColor accent();
 /// Lines between things, and around them.
 QColor hairline();
 QColor outline();
-/// Text that stands back.
+/// The frame of a field whose text cannot be read.
+QColor warning();
+/// The dynamic property of such a field.
+inline constexpr const char* kWrong = "wrong";
+/// Text that is less important.
 QColor quietText();
 /// The accent as a background that texts stay readable on.
 QColor tint();
@@ -41,12 +46,17 @@ QColor tint();
 QColor barGround();
 QColor headerGround();
 
-/// What lies between two colours; 0 is the first one, 1 the second one.
+/// A mixture of two colours; 0 is the first one, 1 the second one.
 QColor blend(const QColor& from, const QColor& to, double part);
+
+/// The ground of a row or a day that has this colour: a tint, on which the usual text can be read.
+QColor rowTint(const QColor& colour);
+/// The contrast of two colours, from 1 to 21.
+double contrast(const QColor& a, const QColor& b);
 
 /// A platform's colour: `own` where none was given.
 QColor colour(Colour colour, const QColor& own);
-/// The text colour, made lighter or darker where it could not be read on that ground.
+/// The text colour, made lighter or darker where the contrast to the ground is too low.
 QColor readable(const QColor& text, const QColor& ground);
 
 QFont headingFont();

@@ -1,15 +1,27 @@
+#include "desktop/accessible.h"
 #include "desktop/binder.h"
+#include "desktop/qtext.h"
 #include "desktop/time_scale_widgets.h"
 
 namespace vantry {
 
+static QString span(const TimeScale& scale, int from, int to) {
+  return QObject::tr("%1 to %2").arg(shortTime(scale.timeAt(from)), shortTime(scale.timeAt(to)));
+}
+
 class RulerBinder : public Binder {
  public:
-  RulerBinder(Ruler& ruler, Host& host, RulerWidget& widget) : Binder(ruler, host, widget) {}
+  RulerBinder(Ruler& ruler, Host& host, RulerWidget& widget) : Binder(ruler, host, widget), ruler_(ruler) {}
   void update(Aspect aspect) override {
-    if (aspect == Aspect::Value || aspect == Aspect::Structure) widget().update();
+    if (aspect == Aspect::Value || aspect == Aspect::Structure) {
+      widget().update();
+      accessible::setValue(widget(), span(ruler_, 0, ruler_.Slots));
+    }
     Binder::update(aspect);
   }
+
+ private:
+  Ruler& ruler_;
 };
 
 class ScheduleBarBinder : public Binder {
@@ -30,7 +42,10 @@ class ScheduleBarBinder : public Binder {
   }
 
   void update(Aspect aspect) override {
-    if (aspect == Aspect::Value || aspect == Aspect::Structure || aspect == Aspect::State) widget_.update();
+    if (aspect == Aspect::Value || aspect == Aspect::Structure || aspect == Aspect::State) {
+      widget_.update();
+      accessible::setValue(widget_, span(bar_, bar_.Start, bar_.Finish));
+    }
     // The tip tells how the bar is used, until a window has one of its own.
     if (aspect == Aspect::ToolTip && bar_.ToolTipText.get().empty()) return;
     Binder::update(aspect);

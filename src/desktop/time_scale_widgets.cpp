@@ -1,9 +1,12 @@
 #include "desktop/time_scale_widgets.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
+#include "desktop/accessible.h"
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "platform/datetime.h"
@@ -35,7 +38,9 @@ QList<QRectF> TimeScaleWidget::stretch(double top, double height) const {
 }
 
 RulerWidget::RulerWidget(const Ruler& ruler, QWidget* parent)
-    : TimeScaleWidget(ruler, parent), ruler_(ruler) {}
+    : TimeScaleWidget(ruler, parent), ruler_(ruler) {
+  accessible::setRole(*this, QAccessible::Indicator);
+}
 
 QSize RulerWidget::sizeHint() const {
   return {kLeastWidth + 30 * style::kUnit, fontMetrics().height() + 2 * style::kUnit};
@@ -63,8 +68,11 @@ void RulerWidget::paintEvent(QPaintEvent*) {
     painter.drawLine(QPointF(x, foot - (hour >= 0 ? style::kUnit : style::kUnit / 2.0)), QPointF(x, foot));
     if (hour < 0) continue;
     painter.setPen(style::quietText());
-    painter.drawText(QRectF(x - hourWidth / 2, 0, hourWidth, foot - style::kUnit), Qt::AlignCenter,
-                     hourText(hour, hourWidth));
+    const QString text = hourText(hour, hourWidth);
+    const double room = fontMetrics().horizontalAdvance(text) + 2;
+    const double left =
+        std::clamp(x - room / 2, 0.0, std::max(0.0, width() - room));  // the ends stay readable
+    painter.drawText(QRectF(left, 0, room, foot - style::kUnit), Qt::AlignCenter, text);
   }
   painter.setPen(Qt::NoPen);
   painter.setBrush(isEnabled() ? style::accent() : style::outline());
@@ -73,6 +81,7 @@ void RulerWidget::paintEvent(QPaintEvent*) {
 
 ScheduleBarWidget::ScheduleBarWidget(const ScheduleBar& bar, QWidget* parent)
     : TimeScaleWidget(bar, parent), bar_(bar) {
+  accessible::setRole(*this, QAccessible::Slider);
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setToolTip(tr("Drag the bar or its ends. Arrow keys move it; with Shift its end, with Ctrl its start."));

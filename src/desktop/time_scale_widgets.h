@@ -7,13 +7,13 @@
 
 namespace vantry {
 
-/// Both are drawn with the same distance at their sides, so that their places lie above each other.
+/// Both have the same margins at their sides, so that a place has the same x in both.
 class TimeScaleWidget : public QWidget {
  public:
   TimeScaleWidget(const TimeScale& scale, QWidget* parent);
 
  protected:
-  /// Where a place of the scale stands, and the place at a pixel.
+  /// The pixel of a place on the scale, and the place at a pixel.
   double xOf(double place) const;
   double placeAt(double x) const;
   /// The stretch between start and finish: one piece, or two where it runs past the scale's end.

@@ -1,9 +1,11 @@
 #include <QAction>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
 
 #include "desktop/binder.h"
 #include "desktop/icons.h"
@@ -18,6 +20,25 @@ class ToolBarBinder : public Binder {
   ToolBarBinder(ToolBar& bar, Host& host, QToolBar& widget)
       : Binder(bar, host, widget), bar_(bar), widget_(widget) {
     for (Tool* tool : bar.Tools()) add(*tool);
+    if (!buttons_.empty()) buttons_.front()->setFocusPolicy(Qt::TabFocus);
+  }
+
+  /// One stop of the Tab key leads to the tools; the arrow keys move among them.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return Binder::eventFilter(watched, event);
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Left && key != Qt::Key_Right) return Binder::eventFilter(watched, event);
+    const auto found = std::find(buttons_.begin(), buttons_.end(), watched);
+    const auto count = static_cast<std::ptrdiff_t>(buttons_.size());
+    const std::ptrdiff_t start = found - buttons_.begin();
+    for (std::ptrdiff_t step = 1; step < count; ++step) {
+      const auto place = (start + (key == Qt::Key_Right ? step : count - step)) % count;
+      QToolButton* next = buttons_[static_cast<std::size_t>(place)];
+      if (!next->isEnabled() || !next->isVisible()) continue;
+      next->setFocus(Qt::TabFocusReason);
+      break;
+    }
+    return true;
   }
 
   void update(Aspect aspect) override {
@@ -59,7 +80,11 @@ class ToolBarBinder : public Binder {
     button->setDefaultAction(action);
     button->setToolButtonStyle(tool.Caption.get().empty() ? Qt::ToolButtonIconOnly
                                                           : Qt::ToolButtonTextBesideIcon);
-    button->setFocusPolicy(Qt::NoFocus);
+    button->setFocusPolicy(Qt::NoFocus);  // by the mouse they leave the focus where it is
+    button->setAccessibleName(
+        withoutMnemonic(tool.Caption.get().empty() ? tool.toolTip : tool.Caption.get()));
+    button->installEventFilter(this);
+    buttons_.push_back(button);
     if (!tool.choices.empty()) {
       auto* menu = new QMenu(button);
       for (Tool* choice : tool.choices) menu->addAction(makeAction(*choice));
@@ -120,6 +145,7 @@ class ToolBarBinder : public Binder {
 
   ToolBar& bar_;
   QToolBar& widget_;
+  std::vector<QToolButton*> buttons_;
   std::vector<std::pair<Tool*, QAction*>> actions_;
   std::unordered_map<const Tool*, QAction*> places_;
   std::unique_ptr<Binder> combo_;

@@ -309,8 +309,9 @@ void VantryStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
       const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
       const QColor ground = readOnly ? style::headerGround() : option->palette.color(QPalette::Base);
       if (frame && frame->lineWidth > 0) {
-        panel(*painter, option->rect, isOn(*option, State_ReadOnly) ? style::hairline() : fieldLine(*option),
-              ground);
+        const bool wrong = widget && widget->property(style::kWrong).toBool();
+        const QColor line = isOn(*option, State_ReadOnly) ? style::hairline() : fieldLine(*option);
+        panel(*painter, option->rect, wrong ? style::warning() : line, ground);
       } else {
         painter->fillRect(option->rect, ground);
       }

@@ -13,6 +13,7 @@ static constexpr ReplyColumn kColumns[] = {
 
 StaffView::StaffView(const MainParts& mainParts, Frame& frame)
     : MainView(mainParts), faStaff(frame, "faStaff"), list_(mainParts, faStaff) {
+  faStaff.AccessibleName = "Staff";
   frame.Layout = Column{faStaff};
   list_.hooks.filled = [this](int) {
     const TagMessage& message = app().message;

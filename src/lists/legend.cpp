@@ -58,6 +58,7 @@ void ColourBookingRow(Grid& grid, int row, int status, const LegendLabels& legen
   const auto place = legendPlaceOf(status);
   if (!place) return;
   const Label& label = legend.at(*place);
+  grid.RowStatus(row, label.Caption);
   for (int col = 0; col < grid.Cols; ++col) grid.CellColours(row, col, label.BackColor, label.ForeColor);
 }
 

@@ -15,6 +15,7 @@ frmLogon::frmLogon(Windows& windows, const ServerTools& tools, ServerSession& se
   Resizable = false;
   lblHeading.Heading = true;
   txtPassword.Password = true;
+  lblMessage.Alert = true;
   cmdOK.Default = true;  // Enter in the password, which asks for no Enter of its own, presses it
   cmdCancel.Cancel = true;
   txtOperator.Change = [this] { txtOperator_Change(); };

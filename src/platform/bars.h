@@ -27,14 +27,15 @@ class StatusBar : public Control {
   static constexpr int kPanels = 5;
   Panel& Panels(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
   const Panel& Panels(int number) const { return panels_.at(static_cast<std::size_t>(number - 1)); }
-  /// Paints the bar, as often as the eye can follow; `atOnce` before something that takes long.
+  /// Paints the bar, some 25 times a second at most; `atOnce` paints it now, before something that takes
+  /// long.
   void Refresh(bool atOnce = false);
 
  private:
   std::array<Panel, kPanels> panels_;
 };
 
-/// One tool of a tool bar: a button, a button with a menu, a combo list, or a gap.
+/// One tool of a tool bar: a button, a button with a menu, a combo list, or a line between groups.
 class Tool : public Element {
  public:
   enum class Kind { Button, Combo, Line };
@@ -57,7 +58,7 @@ class ToolBar : public Control {
   ToolBar(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::ToolBar) {}
 
   Tool& addButton(int id, std::string name, std::string caption, std::string picture);
-  /// A tool that stands in the menu beside another one.
+  /// A tool in the menu that opens beside another one.
   Tool& addChoice(Tool& button, int id, std::string caption, std::string picture);
   Tool& addCombo(std::string name, std::string caption, ComboBox& combo);
   void addLine();
@@ -97,7 +98,7 @@ class ListBar : public Control {
  public:
   ListBar(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::ListBar) {}
   Property<int> CurrentGroup{*this, Aspect::Selection, 0};
-  /// Key of the entry whose view shows, which is marked; empty for none.
+  /// Key of the marked entry, whose view is shown; empty for none.
   Property<std::string> CurrentItem{*this, Aspect::State};
   Property<std::string> BackgroundPicture{*this, Aspect::Picture};  ///< path of an image file; empty for none
   /// Raised with the key of the entry that the operator clicked.

@@ -52,10 +52,10 @@ class Container {
   const std::vector<Control*>& Controls() const { return controls_; }
   Form& form() const { return form_; }
 
-  /// Whether the operator can reach what lies in this container.
+  /// Whether the operator can reach the controls in this container.
   virtual bool reachable() const = 0;
 
-  /// How the controls are placed; said once, where they are declared.
+  /// How the controls are placed.
   LayoutNode Layout;
 
  private:
@@ -81,17 +81,17 @@ class Control : public Element {
   Property<Colour> BackColor{*this, Aspect::Colour, kOwnColour};
   Property<Colour> ForeColor{*this, Aspect::Colour, kOwnColour};
 
-  /// What a screen reader says where no label does; empty for the label's or the control's own text.
+  /// The name that a screen reader says; empty where the control's label or its own text is the name.
   std::string AccessibleName;
 
   Event GotFocus;
-  /// The focus has moved to another control of the window; may take it back.
+  /// The focus has moved to another control of the window. The handler may take it back.
   Event LostFocus;
 
-  /// Moves the focus here, if the operator could.
+  /// Moves the focus here if the control is enabled and visible.
   void SetFocus();
 
-  /// Whether the operator can use it now: enabled and visible, and all that it lies in as well.
+  /// Whether the operator can use it now: it and every container around it are enabled and visible.
   bool usable() const;
 
  private:

@@ -19,9 +19,10 @@ class Label : public Control {
   }
   Property<std::string> Caption{*this, Aspect::Caption};
   bool ReadOnlyField = false;
-  bool Heading = false;  ///< drawn large, as the heading of what stands below
+  bool Heading = false;  ///< drawn large, as the heading of what is below
   bool Swatch = false;   ///< drawn as a field of its BackColor, as legends are
   bool Literal = false;  ///< shows data: an "&" in it is no mnemonic
+  bool Alert = false;    ///< tells a fault: a screen reader says a new caption at once
 };
 
 /// A picture from the program's own set, by its name.
@@ -72,7 +73,7 @@ class TextBox : public Control {
   std::string SelText() const;
   /// Replaces the selected part; the cursor is placed behind the new one.
   void SelText(std::string_view text);
-  /// Selects a part of the text; what lies beyond its end does not count.
+  /// Selects a part of the text, up to its end at most.
   void Select(int start, int length);
   /// Selects the whole text, so that typing replaces it.
   void SelectText();
@@ -100,7 +101,7 @@ class CheckBox : public Control {
   void toggle();
 };
 
-/// One of several: giving one its value takes it from the others of the same container.
+/// One of several: choosing one takes the choice from the others of the same container.
 class OptionButton : public Control {
  public:
   OptionButton(Container& parent, std::string name, std::string caption);
@@ -111,7 +112,7 @@ class OptionButton : public Control {
   void choose();
 };
 
-/// A list of texts, each with a text of data behind it; -1 is no selection.
+/// A list of entries, each a text with a text of data behind it; -1 is no selection.
 class ListControl : public Control {
  public:
   Property<int> ListIndex{*this, Aspect::Selection, -1};
@@ -162,11 +163,11 @@ class ListBox : public ListControl {
   Event DblClick;
   void doubleClick(int index);
 
-  /// Each entry is selected or not by itself; `ListIndex` says nothing then.
+  /// Each entry can be selected by itself; `ListIndex` has no meaning then.
   bool MultiSelect = false;
   bool Selected(int index) const { return items_.at(static_cast<std::size_t>(index)).selected; }
   void Selected(int index, bool on);
-  /// The operator selects an entry, or takes it back.
+  /// The operator selects an entry, or takes that back.
   void toggle(int index);
 };
 
@@ -181,7 +182,7 @@ class Frame : public Control, public Container {
   using Container::form;
 };
 
-/// A ticking clock of a window; silent while disabled or while the interval is 0.
+/// Raises `Tick` at an interval; not while it is disabled or the interval is 0.
 class Timer : public Control {
  public:
   Timer(Container& parent, std::string name);

@@ -52,9 +52,9 @@ struct DateTime {
 [[nodiscard]] std::optional<Time> parseClockTime(std::string_view text);
 
 /// A date in a format of the letters d, M and y, each run of them a number of that many places at least;
-/// other characters stand as they are.
+/// other characters are copied.
 [[nodiscard]] std::string formatDate(const Date& date, std::string_view format);
-/// Reads a date in the order of the format's letters; a year of two digits lies within 1950 and 2049.
+/// Reads a date in the order of the format's letters; a year of two digits is one between 1950 and 2049.
 [[nodiscard]] std::optional<Date> parseDate(std::string_view text, std::string_view format);
 
 }  // namespace vantry

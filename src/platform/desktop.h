@@ -32,9 +32,9 @@ struct Box {
   static constexpr int kNone = -2;
 };
 
-/// Unwinds the command that ended the program. The front end catches it around each event that it dispatches
-/// and around the program's start, leaves its event loops, and throws it again out of a modal window's
-/// showing.
+/// Thrown to unwind the command that ended the program. The front end catches it around each event that it
+/// dispatches and around the program's start, leaves its event loops, and throws it again from the calls that
+/// show a modal window or a box.
 struct ProgramEnd {};
 
 enum class Pointer { Default, Hourglass };
@@ -47,15 +47,15 @@ class Desktop {
   virtual void show(Form& form) = 0;
   /// Takes the form off the screen; it may be shown again.
   virtual void hide(Form& form) = 0;
-  /// The form is being destroyed, its controls are gone already: drop all that refers to it.
+  /// The form is being destroyed and its controls no longer exist: drop all that refers to it.
   virtual void forget(Form& form) = 0;
   virtual void activate(Form& form) = 0;
   /// Shows the form and returns when it is hidden or unloaded; the other windows cannot be used meanwhile.
   virtual void runModal(Form& form) = 0;
-  /// Paints what has changed, without handling the operator's input: as often as the eye can follow, or at
-  /// once in any case.
+  /// Paints what has changed, without handling the operator's input: some 25 times a second at most, or now
+  /// in any case.
   virtual void repaint(Form& form, bool atOnce) = 0;
-  /// Handles what is pending, so that a window stands fully drawn.
+  /// Handles what is pending, but for the operator's input, so that a window is fully drawn.
   virtual void handleEvents() = 0;
   virtual void focus(Control& control) = 0;
   virtual void setPointer(Pointer pointer) = 0;

@@ -18,6 +18,7 @@ enum class Aspect {
   List,
   Selection,
   Cells,
+  Top,
   Columns,
   Picture,
   ToolTip,
@@ -25,15 +26,15 @@ enum class Aspect {
   Structure
 };
 
-/// An event of a window's element. Empty events are raised without effect.
+/// An event of an element. An empty one is raised without effect.
 using Event = std::function<void()>;
 
 inline void raise(const Event& event) {
   if (event) event();
 }
 
-/// Anything that can be shown: forms, controls, menu entries. It holds the state; whoever shows it hears of
-/// each change through `Shower` and reads the state back.
+/// Anything that can be shown: a form, a control, a menu entry. It holds the state. Whoever shows it is told
+/// of each change through `Shower` and reads the state back.
 class Element {
  public:
   Element() = default;
@@ -70,7 +71,7 @@ class Property {
   operator const T&() const { return value_; }
   const T& get() const { return value_; }
 
-  /// Puts a value in place without telling anyone; for the element itself.
+  /// Sets the value silently: neither the shower nor the event is called. For the element itself.
   void put(T value) { value_ = std::move(value); }
 
   /// The element's own reaction to a new value.
@@ -91,7 +92,7 @@ bool operator==(const Property<T>& property, const U& value) {
 /// bit set, the number of a colour of the desktop's palette.
 using Colour = std::uint32_t;
 
-/// The control's own colour: none was given.
+/// No colour was given: the control has its own.
 inline constexpr Colour kOwnColour = 0xFFFFFFFF;
 inline constexpr Colour kSystemColour = 0x80000000;
 

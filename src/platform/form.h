@@ -16,10 +16,10 @@ class Windows;
 
 enum class FormState { Normal, Minimized, Maximized };
 
-/// A window. Deriving classes declare controls as members and answer the `Form_` events.
+/// A window. A deriving class declares its controls as members and overrides the `Form_` events.
 ///
-/// A form is loaded by `Load` or by its first showing (`Form_Load` runs once), and stands among the loaded
-/// windows until `Unload`, which `Form_Unload` may refuse. Loaded anew, it runs `Form_Load` again.
+/// `Load`, or the first showing, loads a form: `Form_Load` runs once. It is one of the loaded windows until
+/// `Unload`, which `Form_Unload` may refuse. Loaded again, it runs `Form_Load` again.
 class Form : public Element, public Container {
  public:
   Form(Windows& windows, std::string name);
@@ -47,7 +47,7 @@ class Form : public Element, public Container {
   /// Returns when the window is hidden or unloaded.
   void ShowModal();
   void Hide();
-  /// Whether the window is gone; false when it refused.
+  /// False when the window refuses.
   bool Unload();
   /// Brings the window to the front and gives it the focus.
   void SetFocus();
@@ -66,21 +66,21 @@ class Form : public Element, public Container {
   /// field (`TextBox::TakesScans`) or in whatever field has the focus.
   std::function<void(std::string_view)> ScanReceived;
 
-  /// The barcode reader has read a text: it goes to `ScanReceived`; without that to the field that takes
-  /// scans, else to the focused text box that answers Enter. False when nothing in the window takes it.
+  /// The barcode reader has read a text. `ScanReceived` takes it; without that, it is entered in the field
+  /// that takes scans, else in the focused text box if that answers Enter. False when nothing takes it.
   bool scan(std::string_view text);
   /// Whether a scan has a place here that does not depend on the focus.
   bool takesScans() const { return ScanReceived || scanField(); }
   /// The field that takes scans now, or nullptr.
   TextBox* scanField() const;
 
-  // What the controls and the front end need of their window.
+  // For the controls and the front end.
   bool reachable() const override { return Enabled; }
   void focusOn(Control& control);
   /// Leaves the control with the focus as the operator would, so that its check runs; the focus stays there.
   /// False when the check has put the focus somewhere, because something is wrong.
   [[nodiscard]] bool leaveField();
-  /// The operator moved the focus, or the front end did.
+  /// The focus was moved, by the operator or the front end.
   void focusMoved(Control* control);
   void timerChanged(Timer& timer);
   /// The operator closes the window by the system's command; a disabled window stays.

@@ -83,6 +83,9 @@ class Grid : public Control {
 
   const std::string& RowData(int row) const { return row_(row).data; }
   void RowData(int row, std::string data) { row_(row).data = std::move(data); }
+  /// What the row's colour means, in words, for who does not see it.
+  const std::string& RowStatus(int row) const { return row_(row).status; }
+  void RowStatus(int row, std::string words) { row_(row).status = std::move(words); }
   bool IsSelected(int row) const;
   /// Selects a row beside the others, or takes that back; a row that is no data row never is.
   void IsSelected(int row, bool on);
@@ -91,6 +94,8 @@ class Grid : public Control {
   bool MergeRow(int row) const { return row_(row).merge; }
   void MergeRow(int row, bool on);
 
+  /// Shows the first data row at the top.
+  void ScrollToTop() const { tell(Aspect::Top); }
   void RemoveItem(int row);
   /// Fits the columns from one to the other to their texts; hidden ones stay hidden.
   void AutoSize(int fromCol, int toCol);
@@ -122,6 +127,7 @@ class Grid : public Control {
   };
   struct RowInfo {
     std::string data;
+    std::string status;
     bool merge = false;
     bool selected = false;
   };

@@ -7,14 +7,14 @@ namespace vantry {
 
 class Control;
 
-/// How controls are placed: a tree of columns and rows whose leaves are controls or stretches. Distances
-/// follow the front end's one spacing unit.
+/// How controls are placed: a tree of columns and rows whose leaves are controls or free space. The front end
+/// chooses the distances.
 struct LayoutNode {
   enum class Kind { Empty, Column, Row, Fields, Item, Stretch, Gap };
 
   LayoutNode() = default;
   LayoutNode(Control& leaf)
-      : kind(Kind::Item), control(&leaf) {}  // NOLINT: leaves stand in braces as they are
+      : kind(Kind::Item), control(&leaf) {}  // NOLINT: a layout names its controls as they are
 
   /// The same node with another share of the free space.
   LayoutNode share(int weight) const {

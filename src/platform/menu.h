@@ -9,8 +9,8 @@ namespace vantry {
 
 class Form;
 
-/// An entry of a window's menus. Entries made on the form stand in the menu bar, those made on an entry below
-/// it; the caption "-" is a line. A bar entry that is not visible serves as a popup menu.
+/// An entry of a window's menus. An entry made on the form is one of the menu bar, an entry made on another
+/// one is below it; the caption "-" is a line. A bar entry that is not visible serves as a popup menu.
 class MenuItem : public Element {
  public:
   MenuItem(Form& form, std::string name, std::string caption);
@@ -29,7 +29,7 @@ class MenuItem : public Element {
   std::string Shortcut;  ///< as "Ctrl+N"; empty for none
   std::string Picture;   ///< name of an icon of the program's set; empty for none
 
-  /// For an entry that holds others: it is about to open.
+  /// The operator chose it. For an entry that has others below it: it is about to open.
   Event Click;
 
   /// The operator chooses it; an entry that cannot be reached stays silent.

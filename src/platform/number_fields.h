@@ -19,7 +19,7 @@ class NumberField : public Control {
 
   int Min() const { return least_; }
   int Max() const { return most_; }
-  /// The number, or 0 where none stands.
+  /// The number, or 0 without one.
   int number() const { return Value.get().value_or(0); }
   std::string Text() const;
 
@@ -57,7 +57,7 @@ class CurrencyField : public Control {
   std::int64_t most_;
 };
 
-/// Text in a fixed shape: each "#" of the mask is a figure, all else stands as it is.
+/// Text in a fixed shape: each "#" of the mask is a figure, all else is part of the text.
 class MaskedField : public Control {
  public:
   MaskedField(Container& parent, std::string name, std::string mask);
@@ -66,16 +66,16 @@ class MaskedField : public Control {
   Event Change;
 
   const std::string& Mask() const { return mask_; }
-  /// Whether every figure stands.
+  /// Whether no figure is missing.
   bool isComplete() const;
-  /// The operator enters figures; what stands between them does not count, nor do figures beyond the mask.
+  /// The operator enters figures; other characters and figures beyond the mask do not count.
   void type(std::string_view text);
 
  private:
   std::string mask_;
 };
 
-/// The figures of a text laid into a mask, up to where they end; empty without figures.
+/// The figures of a text in a mask, up to the last figure; empty without figures.
 [[nodiscard]] std::string inMask(std::string_view text, std::string_view mask);
 
 }  // namespace vantry

@@ -9,6 +9,10 @@ void SpinTimeField::enterTime(std::optional<Time> time) {
   if (!Locked) enter(time);
 }
 
+void SpinTimeField::typeTime(std::string_view text) {
+  if (!Locked) type(text);
+}
+
 void SpinTimeField::spin(int step) {
   if (usable() && !Locked) raise(step > 0 ? SpinUp : SpinDown);
 }
@@ -28,6 +32,11 @@ double TimeScale::xOf(double place, int width) const {
 double TimeScale::placeAt(double x, int width) const {
   if (width <= 0) return 0;
   return std::clamp(x * Slots / width, 0.0, static_cast<double>(Slots));
+}
+
+Time TimeScale::timeAt(int place) const {
+  const int minute = FirstHour * 60 + place * 60 / std::max<int>(1, PerHour);
+  return {minute / 60 % 24, minute % 60, 0};
 }
 
 int Ruler::hourAt(int slot) const {

@@ -25,21 +25,25 @@ class SpinTimeField : public TimeField {
 
   // The operator's actions.
   void enterTime(std::optional<Time> time);
+  void typeTime(std::string_view text);
   void spin(int step);
   void openDialog();
   void choose(int index);
 };
 
 /// What ruler and bar have in common: places from 0 to the number of slots, and the stretch between two of
-/// them. A stretch whose end lies before its start runs past the scale's end and on from its beginning.
+/// them. A stretch whose end is before its start runs past the scale's end and on from its beginning.
 class TimeScale : public Control {
  public:
   Property<int> Slots{*this, Aspect::Structure, 1};
   Property<int> PerHour{*this, Aspect::Structure, 1};
   Property<int> Start{*this, Aspect::Value};
   Property<int> Finish{*this, Aspect::Value};
+  Property<int> FirstHour{*this, Aspect::Structure};  ///< at the first place
 
-  /// Where a place stands on so many pixels, and the place nearest to a pixel, as a fraction.
+  /// The time of day at a place.
+  Time timeAt(int place) const;
+  /// The pixel of a place on a scale of so many pixels, and the place at a pixel, as a fraction.
   double xOf(double place, int width) const;
   double placeAt(double x, int width) const;
 
@@ -51,7 +55,6 @@ class TimeScale : public Control {
 class Ruler : public TimeScale {
  public:
   Ruler(Container& parent, std::string name) : TimeScale(parent, std::move(name), ControlKind::Ruler) {}
-  Property<int> FirstHour{*this, Aspect::Structure};
   /// The hour that starts at the slot, as a figure of the day; -1 within an hour.
   int hourAt(int slot) const;
 };

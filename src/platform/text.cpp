@@ -4,6 +4,8 @@
 #include <charconv>
 #include <limits>
 
+#include "words/utf8.h"
+
 namespace vantry {
 
 static constexpr std::string_view kBlanks = " \t\r\n";
@@ -12,19 +14,16 @@ static char lowerOf(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-static bool startsCharacter(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-}
-
 int characters(std::string_view text) {
-  return static_cast<int>(std::count_if(text.begin(), text.end(), startsCharacter));
+  int count = 0;
+  for (; !text.empty(); ++count) (void)takeCharacter(text);
+  return count;
 }
 
 std::size_t placeOfCharacter(std::string_view text, int character) {
-  for (std::size_t place = 0; place < text.size(); ++place) {
-    if (startsCharacter(text[place]) && character-- == 0) return place;
-  }
-  return text.size();
+  std::string_view rest = text;
+  while (character-- > 0 && !rest.empty()) (void)takeCharacter(rest);
+  return text.size() - rest.size();
 }
 
 std::string_view trim(std::string_view text) {

@@ -31,7 +31,7 @@ class Tree : public Control {
   std::vector<std::string> Pictures;  ///< names of icons of the program's set
   std::vector<std::string> Headings;  ///< above the nodes' texts and columns; empty: no headings
   bool LongTexts = false;             ///< titles or several columns: shown wider than a list of names
-  bool BoldRoots = false;             ///< roots stand out as headings of what is below them
+  bool BoldRoots = false;             ///< roots are drawn as headings of what is below them
   /// Pictures that are drawn as boxes to tick; 0 for none. The window answers `Check` and sets the pictures.
   int TickedImage = 0;
   int UntickedImage = 0;

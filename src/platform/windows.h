@@ -24,7 +24,7 @@ class Windows {
   int Count() const { return static_cast<int>(loaded_.size()); }
   Form& operator[](int index) const { return *loaded_.at(static_cast<std::size_t>(index)); }
 
-  /// Takes a window over; it is freed some time after it has unloaded, never within one of its own events.
+  /// Owns a window from now on. It is freed some time after it has unloaded, never within its own events.
   template <class T>
   T& keep(std::unique_ptr<T> form) {
     T& window = *form;

@@ -83,6 +83,7 @@ void DayView::connect() {
       if (!takesLegend_) GetBookingsForDate();
     };
   }
+  faDayBookings.AccessibleName = "Bookings of the day";
   on(faDayBookings.Click, this, &DayView::faDayBookings_Click);
   on(faDayBookings.DblClick, this, &DayView::faDayBookings_DblClick);
   on(faDayBookings.RightClick, this, &DayView::faDayBookings_RightClick);

@@ -14,6 +14,7 @@ namespace vantry {
 void DayView::dtViewBookings_Change() {
   raise(UpdateCalendars);
   GetBookingsForDate();
+  faDayBookings.ScrollToTop();
   parts().dtTempDate.Value = dtViewBookings.Value;
 }
 

@@ -167,6 +167,20 @@ TEST_F(DischargeTest, AFailedStepLeavesTheDialogOpenForAnotherTry) {
   EXPECT_EQ(ids(grid()).size(), 3U) << "cancelled: nothing changes";
 }
 
+TEST_F(DischargeTest, AScanTicksItsLineAndPressesNothing) {
+  expectDialog([&](frmDischarge& window) {
+    for (int list = 0; list < 2; ++list) window.cmdDeselectAll(list).press();
+    window.scan("e6");
+    window.scan("2");
+    EXPECT_EQ(selected(window.lstItems) + selected(window.lstEquipment), "-x-x");
+    desktop.expectWarning("Barcode Not Found!");
+    window.scan("E99");
+    EXPECT_TRUE(window.isShown());
+    window.cmdCancel.press();
+  });
+  EXPECT_EQ(app->circulation().discharge(7), "2");
+}
+
 TEST_F(DischargeTest, ADialogClosedByItsFrameCountsAsAPart) {
   app->preferences.DischargeClear = true;
   findThree();

@@ -2,6 +2,7 @@
 
 #include "desktop/calendar_widget.h"
 #include "desktop/desktop_test.h"
+#include "desktop/style.h"
 #include "platform/calendars.h"
 #include "platform/tabs.h"
 
@@ -55,15 +56,18 @@ TEST_F(CalendarTest, ClicksAndKeysReachTheCalendar) {
   EXPECT_EQ(log, "click click click double ");
 }
 
-TEST_F(CalendarTest, MarksShowAndGo) {
+TEST_F(CalendarTest, MarksShowAsATintWithAFullEdgeAndGo) {
   CalendarWidget& month = calendar("calMonth");
-  const QRect place = month.rectOf({2026, 2, 18}).adjusted(8, 8, -8, -8);
-  const auto colour = [&] { return month.grab().toImage().pixelColor(place.bottomRight()); };
-  const QColor plain = colour();
-  form.calMonth.mark({2026, 2, 18}, {0x0000FF, "2 bookings"});
-  EXPECT_EQ(colour(), QColor(255, 0, 0)) << "blue, green and red from the high byte to the low one";
+  const QRect place = month.rectOf({2026, 2, 18});
+  const auto colourAt = [&](int aboveFoot) {
+    return month.grab().toImage().pixelColor(place.center().x() + 20, place.bottom() - aboveFoot);
+  };
+  const QColor plain = colourAt(4);
+  form.calMonth.mark({2026, 2, 18}, {0x0000FF, ""});
+  EXPECT_EQ(colourAt(4), QColor(255, 0, 0)) << "blue, green and red from the high byte to the low one";
+  EXPECT_EQ(colourAt(12), style::rowTint(QColor(255, 0, 0)));
   form.calMonth.clearMarks();
-  EXPECT_EQ(colour(), plain);
+  EXPECT_EQ(colourAt(4), plain);
 }
 
 TEST_F(CalendarTest, TabsTellTheChoiceOnce) {

@@ -107,8 +107,19 @@ TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
   }
   EXPECT_EQ(status(booked), "1");
   EXPECT_EQ(sent("DBK"), 3);
+
+  // What is scanned while a box is open neither answers it nor is lost.
+  const auto searched = sent("SSD");
+  whenShown("text", [&](QWidget& box) {
+    wand(out.back().c_str());
+    EXPECT_TRUE(box.isVisible());
+    box.findChild<QPushButton*>()->click();
+  });
   answerBox("Unable to find booking information.", "OK");
-  scan("txtQuickDischargeItem", out.front());
+  activate(window(mainWindow()));
+  find<QWidget>(mainWindow(), "cboQuickDischargeType").setFocus();
+  wand(out.front().c_str());
+  EXPECT_TRUE(waitUntil([&] { return sent("SSD") == searched + 2; }));
 }
 
 TEST_F(CirculationStory, ARefusedChargeTellsWhyAndChangesNothing) {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 
+#include "desktop/chatter.h"
 #include "desktop/style.h"
 
 namespace {
@@ -17,6 +18,7 @@ class QtEnvironment : public testing::Environment {
     static char name[] = "desktop_tests";
     static char* arguments[] = {name, nullptr};
     application_ = std::make_unique<QApplication>(count, arguments);
+    vantry::quietUnseenScreen();
     // Without fonts every letter is the same box, and nothing complains.
     ASSERT_FALSE(QFontDatabase::families().isEmpty()) << "install a font, such as fonts-dejavu-core";
     vantry::style::apply(*application_, vantry::style::Scheme::Light);

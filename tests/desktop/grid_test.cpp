@@ -54,29 +54,33 @@ class GridTest : public DesktopTest {
   std::string take() { return std::exchange(form.log, {}); }
 };
 
-TEST_F(GridTest, ShowsHeadingsRowsAndWidths) {
+TEST_F(GridTest, ShowsHeadingsRowsAndWidthsOfTheVisibleColumns) {
   EXPECT_EQ(view->model()->rowCount(), 5);
-  EXPECT_EQ(view->model()->headerData(1, Qt::Horizontal).toString(), "Name");
-  EXPECT_EQ(text(4, 1), "Name 5");
-  EXPECT_TRUE(view->isColumnHidden(0));
-  EXPECT_EQ(view->columnWidth(1), style::pixels(2000));
+  EXPECT_EQ(view->model()->headerData(0, Qt::Horizontal).toString(), "Name");
+  EXPECT_EQ(text(4, 0), "Name 5");
+  EXPECT_EQ(view->columnWidth(0), style::pixels(2000));
+  form.faList.Row = 2;
   form.faList.ColWidth(1, 0);
   form.faList.TextMatrix(5, 2, "new");
   desktop.handleEvents();
-  EXPECT_TRUE(view->isColumnHidden(1));
-  EXPECT_EQ(text(4, 2), "new");
+  EXPECT_EQ(view->model()->columnCount(), 1);
+  EXPECT_EQ(text(4, 0), "new");
+  EXPECT_EQ(view->selectedRow(), 1);
+  form.faList.ColWidth(0, 700);
+  desktop.handleEvents();
+  EXPECT_EQ(text(4, 0), "5");
 }
 
 TEST_F(GridTest, MouseActionsReachTheGrid) {
-  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(2, 1));
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(2, 0));
   EXPECT_EQ(form.faList.Row.get(), 3);
   EXPECT_EQ(take(), "click 3 ");
-  QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place(3, 2));
+  QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place(3, 1));
   EXPECT_EQ(take(), "click 4 double 4 ");
   QTest::mouseClick(view->horizontalHeader()->viewport(), Qt::LeftButton, {},
-                    QPoint(view->columnViewportPosition(2) + 20, 10));
+                    QPoint(view->columnViewportPosition(1) + 20, 10));
   EXPECT_EQ(take(), "click 0 ");
-  QContextMenuEvent menu(QContextMenuEvent::Mouse, place(1, 2), view->viewport()->mapToGlobal(place(1, 2)));
+  QContextMenuEvent menu(QContextMenuEvent::Mouse, place(1, 1), view->viewport()->mapToGlobal(place(1, 1)));
   QApplication::sendEvent(view->viewport(), &menu);
   EXPECT_EQ(take(), "click 2 right 2 ");
   EXPECT_EQ(form.faList.Row.get(), 2);
@@ -109,16 +113,16 @@ TEST_F(GridTest, TheSelectionFollowsTheGrid) {
 TEST_F(GridTest, AMovedColumnMovesInTheGridAndTheHeaderKeepsItsOrder) {
   int moves = 0;
   form.faList.AfterMoveColumn = [&] { ++moves; };
-  view->horizontalHeader()->moveSection(2, 1);  // as dragging does
+  view->horizontalHeader()->moveSection(1, 0);  // as dragging does
   desktop.handleEvents();
   EXPECT_EQ(moves, 1);
   EXPECT_EQ(form.faList.columnOfData(2), 1);
-  EXPECT_EQ(view->model()->headerData(1, Qt::Horizontal).toString(), "Count");
+  EXPECT_EQ(view->model()->headerData(0, Qt::Horizontal).toString(), "Count");
   EXPECT_EQ(view->horizontalHeader()->visualIndex(1), 1);
-  EXPECT_GE(view->columnWidth(2), style::pixels(2000)) << "the width goes with the column";
+  EXPECT_GE(view->columnWidth(1), style::pixels(2000)) << "the width goes with the column";
   form.fill(3);  // a later fill keeps to the data of the columns
   desktop.handleEvents();
-  EXPECT_EQ(text(2, 1), "6");
+  EXPECT_EQ(text(2, 0), "6");
 }
 
 TEST_F(GridTest, NothingIsReadBeyondTheGridWhileItIsFilledAnew) {
@@ -127,7 +131,7 @@ TEST_F(GridTest, NothingIsReadBeyondTheGridWhileItIsFilledAnew) {
   form.faList.Redraw = false;
   form.faList.Rows = 1;
   window(form).grab();  // paints while the view still knows 200 rows
-  EXPECT_EQ(text(150, 1), "");
+  EXPECT_EQ(text(150, 0), "");
   form.fill(2);
   desktop.handleEvents();
   EXPECT_EQ(view->model()->rowCount(), 2);
@@ -138,17 +142,17 @@ TEST_F(GridTest, AGridInTheMiddleOfItsChangesIsNeitherShownNorMoved) {
   form.faList.AfterMoveColumn = [&] { ++moves; };
   form.faList.ColWidth(1, 500);  // still to be shown
   form.faList.Redraw = false;
-  form.faList.Cols = 1;
+  form.faList.Cols = 2;
   form.faList.FixedRows = 0;
   form.faList.Row = 2;
   desktop.handleEvents();
-  EXPECT_EQ(view->model()->columnCount(), 3);
-  EXPECT_EQ(view->columnWidth(1), style::pixels(2000));
+  EXPECT_EQ(view->model()->columnCount(), 2);
+  EXPECT_EQ(view->columnWidth(0), style::pixels(2000));
   EXPECT_EQ(view->selectedRow(), -1);
-  view->horizontalHeader()->moveSection(2, 1);
+  view->horizontalHeader()->moveSection(1, 0);
   desktop.handleEvents();
-  EXPECT_EQ(view->horizontalHeader()->visualIndex(2), 2);
-  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(1, 1));
+  EXPECT_EQ(view->horizontalHeader()->visualIndex(1), 1);
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(1, 0));
   EXPECT_EQ(take(), "");
   form.faList.FixedRows = 1;
   form.faList.Redraw = true;
@@ -180,16 +184,30 @@ TEST_F(GridTest, TheLastColumnFillsTheListAndKeepsItsOwnWidth) {
   window(form).resize(340, 300);
   form.faList.ColWidth(2, 6000);
   desktop.handleEvents();
-  EXPECT_EQ(view->columnWidth(2), style::pixels(6000));
+  EXPECT_EQ(view->columnWidth(1), style::pixels(6000));
 }
 
 TEST_F(GridTest, TwipsAndTextWidthsFit) {
   form.faList.TextMatrix(1, 1, "Wörter, die länger sind als die Spalte");
   form.faList.AutoSize(1, 1);
   desktop.handleEvents();
-  const int needed = view->fontMetrics().horizontalAdvance(text(0, 1));
-  EXPECT_GE(view->columnWidth(1), needed + 2 * style::kCellMargin);
-  EXPECT_LT(view->columnWidth(1), needed + 60);
+  const int needed = view->fontMetrics().horizontalAdvance(text(0, 0));
+  EXPECT_GE(view->columnWidth(0), needed + 2 * style::kCellMargin);
+  EXPECT_LT(view->columnWidth(0), needed + 60);
+}
+
+TEST_F(GridTest, ARefreshedListKeepsItsPlaceAndAnotherListStartsAtItsTop) {
+  form.fill(200);
+  desktop.handleEvents();
+  view->scrollToBottom();
+  const int bottom = view->verticalScrollBar()->value();
+  form.fill(200);
+  desktop.handleEvents();
+  EXPECT_EQ(view->verticalScrollBar()->value(), bottom);
+  form.fill(200);
+  form.faList.ScrollToTop();
+  desktop.handleEvents();
+  EXPECT_EQ(view->verticalScrollBar()->value(), 0);
 }
 
 TEST_F(GridTest, SeveralRowsAreSelectedByMouseAndKeys) {
@@ -198,7 +216,7 @@ TEST_F(GridTest, SeveralRowsAreSelectedByMouseAndKeys) {
   show(several);
   auto& list = find<GridView>(several, "faList");
   const auto click = [&](int row, Qt::KeyboardModifiers keys, Qt::MouseButton button = Qt::LeftButton) {
-    const QPoint at = list.visualRect(list.model()->index(row, 1)).center();
+    const QPoint at = list.visualRect(list.model()->index(row, 0)).center();
     QTest::mouseClick(list.viewport(), button, keys, at);
   };
   using Rows = std::vector<int>;
@@ -207,11 +225,11 @@ TEST_F(GridTest, SeveralRowsAreSelectedByMouseAndKeys) {
   EXPECT_EQ(several.faList.SelectedRows(), (Rows{1, 3}));
   EXPECT_EQ(several.faList.Row.get(), 3);
   click(4, Qt::ShiftModifier);
-  EXPECT_EQ(several.faList.SelectedRows(), (Rows{3, 4, 5}));
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{1, 3, 4, 5}));
   QTest::keyClick(&list, Qt::Key_Up, Qt::ShiftModifier);
-  EXPECT_EQ(several.faList.SelectedRows(), (Rows{3, 4}));
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{1, 3, 4}));
   click(2, {}, Qt::RightButton);
-  EXPECT_EQ(several.faList.SelectedRows(), (Rows{3, 4})) << "the menu is for both";
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{1, 3, 4})) << "the menu is for all";
   click(1, {});
   EXPECT_EQ(several.faList.SelectedRows(), Rows{2});
   several.faList.IsSelected(5, true);

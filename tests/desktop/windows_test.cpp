@@ -168,7 +168,7 @@ TEST_F(WindowsTest, KeysOfAMenuEntryPressedDuringAWaitAreDropped) {
     QApplication::sendEvent(exit, &keys);
   };
   form.Enabled = false;
-  QTest::qWait(250);  // long enough for the operator to notice
+  desktop.noticeableWait = 0;
   form.Enabled = true;
   pressKeys();
   EXPECT_EQ(form.log, "") << "they were meant for what stood before";
@@ -358,18 +358,19 @@ TEST_F(WindowsTest, BarsTellWhatWasChosen) {
 TEST_F(WindowsTest, TheStatusBarShowsTheLastOfManyTexts) {
   show(form);
   auto& panel = find<QLabel>(form, "panel(2)");
-  QElapsedTimer clock;
-  clock.start();
-  int texts = 0;
-  std::set<std::string> seen;
-  while (clock.elapsed() < 200) {
-    form.StatusBar1.Panels(2).Text = std::to_string(++texts) + " record(s)";
-    form.StatusBar1.Refresh();
-    seen.insert(panel.text().toStdString());
-  }
-  EXPECT_GE(seen.size(), 3U) << "the operator sees it move";
-  EXPECT_LE(seen.size(), 7U) << "no more often than he can see, of " << texts;
-  EXPECT_TRUE(waitUntil([&] { return panel.text().toStdString() == std::to_string(texts) + " record(s)"; }));
+  const auto seen = [&](int interval) {
+    desktop.paintInterval = interval;
+    std::set<std::string> texts;
+    for (int count = 1; count <= 100; ++count) {
+      form.StatusBar1.Panels(2).Text = std::to_string(count) + " record(s)";
+      form.StatusBar1.Refresh();
+      texts.insert(panel.text().toStdString());
+    }
+    return texts.size();
+  };
+  EXPECT_EQ(seen(0), 100U);
+  EXPECT_EQ(seen(1000000), 1U) << "no more often than the eye can follow";
+  EXPECT_TRUE(waitUntil([&] { return panel.text() == "100 record(s)"; }));
 }
 
 TEST_F(WindowsTest, ATextThatStandsDuringAWaitIsShownAtOnce) {
@@ -406,13 +407,22 @@ TEST_F(WindowsTest, TimersTickWhileTheirWindowIsReady) {
     if (++ticks == 3) form.tmrTick.Enabled = false;
   };
   form.tmrTick.Interval = 1;
+  // A timer of the same interval tells how often the other one could have ticked.
+  QTimer beside;
+  int possible = 0;
+  QObject::connect(&beside, &QTimer::timeout, [&] { ++possible; });
+  beside.start(1);
+  const auto pass = [&] {
+    possible = 0;
+    return waitUntil([&] { return possible >= 10; });
+  };
   form.Enabled = false;
   form.tmrTick.Enabled = true;
-  QTest::qWait(20);
+  EXPECT_TRUE(pass());
   EXPECT_EQ(ticks, 0);
   form.Enabled = true;
   EXPECT_TRUE(waitUntil([&] { return ticks == 3; }));
-  QTest::qWait(20);
+  EXPECT_TRUE(pass());
   EXPECT_EQ(ticks, 3);
 }
 
@@ -428,6 +438,82 @@ TEST_F(WindowsTest, NoTimerTicksIntoAnEventThatWaitsForAModalWindow) {
   EXPECT_EQ(ticks, 0);
   EXPECT_TRUE(waitUntil([&] { return ticks > 0; }));
   form.tmrTick.Enabled = false;
+}
+
+TEST_F(WindowsTest, AWindowWhoseFirstControlIsAButtonProposesItsDefault) {
+  struct Decision : Form {
+    explicit Decision(Windows& all) : Form(all, "frmDecision") {
+      cmdCancel.Default = true;
+      Layout = Row{cmdOverride, cmdCancel};
+    }
+    Button cmdOverride{*this, "cmdOverride", "&Override"};
+    Button cmdCancel{*this, "cmdCancel", "Cancel"};
+  } decision(windows);
+  std::string pressed;
+  decision.cmdOverride.Click = [&] { pressed += "override "; };
+  decision.cmdCancel.Click = [&] { pressed += "cancel "; };
+  show(decision);
+  auto& override = find<QPushButton>(decision, "cmdOverride");
+  auto& cancel = find<QPushButton>(decision, "cmdCancel");
+  EXPECT_TRUE(cancel.hasFocus());
+  QTest::keyClick(&cancel, Qt::Key_Return);
+  EXPECT_TRUE(waitUntil([&] { return pressed == "cancel "; })) << pressed;
+  override.setFocus();
+  EXPECT_TRUE(override.isDefault() && !cancel.isDefault()) << "the focused one looks like what Enter presses";
+  QTest::keyClick(&override, Qt::Key_Return);
+  EXPECT_TRUE(waitUntil([&] { return pressed == "cancel override "; })) << pressed;
+}
+
+TEST_F(WindowsTest, AWindowKeepsItsSizeWhenAPageIsShownBeforeTheOtherIsHidden) {
+  struct Pages : Form {
+    explicit Pages(Windows& all) : Form(all, "frmPages") {
+      for (int page = 0; page < 2; ++page) {
+        Frame& frame = frames.add(*this, "");
+        LayoutNode lines = Column{};
+        for (int line = 0; line < 12; ++line) lines.children.emplace_back(texts.add(frame));
+        frame.Layout = lines;
+      }
+      frames(1).Visible = false;
+      Layout = Column{frames(0), frames(1)};
+    }
+    ControlArray<Frame> frames{"fraPage"};
+    ControlArray<TextBox> texts{"txtLine"};
+  } pages(windows);
+  show(pages);
+  const QSize before = window(pages).size();
+  for (const int page : {1, 0, 1}) {
+    pages.frames(page).Visible = true;
+    pages.frames(1 - page).Visible = false;
+    desktop.handleEvents();
+    EXPECT_EQ(window(pages).size(), before);
+  }
+}
+
+TEST_F(WindowsTest, TwoWindowsOfOneKindDoNotOpenExactlyOnEachOther) {
+  WorkForm second(windows);
+  show(form);
+  show(second);
+  EXPECT_NE(window(form).pos(), window(second).pos());
+}
+
+TEST_F(WindowsTest, AWindowLeftOffTheScreenReturnsIntoIt) {
+  const QRect screen(0, 0, 1366, 768);
+  for (const QPoint place : {QPoint(-1200, 300), QPoint(1300, 700), QPoint(100, 5000)}) {
+    const QTemporaryDir folder;
+    QtDesktop keeping(folder.filePath("windows.ini").toStdString());
+    Windows all(keeping);
+    {
+      WorkForm first(all);
+      first.Show();
+      keeping.windowOf(first)->setGeometry(QRect(place, QSize(1300, 740)));
+      first.Unload();
+    }
+    WorkForm second(all);
+    second.Show();
+    const QRect shown = keeping.windowOf(second)->frameGeometry();
+    EXPECT_TRUE(screen.contains(shown))
+        << shown.x() << ' ' << shown.y() << ' ' << shown.width() << ' ' << shown.height();
+  }
 }
 
 TEST_F(WindowsTest, SizesAreRememberedByTheName) {

@@ -221,24 +221,6 @@ TEST_F(Controls, AnArrayCountsFromItsFirstIndex) {
   EXPECT_THROW((void)frames(3), std::out_of_range);
 }
 
-TEST_F(Controls, ATimerTicksWhileItIsOnAndItsIntervalIsNotZero) {
-  Timer timer(form, "tmrDaemon");
-  timer.Tick = noting("tick");
-  timer.Interval = 1000;
-  desktop.passTime(3000);
-  EXPECT_EQ(take(), "") << "a timer begins off";
-  timer.Enabled = true;
-  desktop.passTime(2999);
-  EXPECT_EQ(take(), "tick tick ");
-  timer.Interval = 0;
-  desktop.passTime(5000);
-  timer.Interval = 500;
-  desktop.passTime(500);
-  timer.Enabled = false;
-  desktop.passTime(5000);
-  EXPECT_EQ(take(), "tick ");
-}
-
 TEST_F(Controls, FieldsShowDatesInTheSystemsShortForm) {
   DateField date(form, "dtDay");
   TimeField time(form, "txtTime");

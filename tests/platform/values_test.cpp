@@ -4,6 +4,7 @@
 
 #include "platform/datetime.h"
 #include "platform/text.h"
+#include "platform/typed_moments.h"
 
 namespace vantry {
 
@@ -113,6 +114,67 @@ TEST(ShortDates, FollowTheSystemsFormat) {
   EXPECT_EQ(parseDate("7/3/50", "dd/MM/yyyy"), (Date{1950, 3, 7}));
   for (const char* text : {"", "7/3", "31/2/2026", "7/13/2026", "7/3/2026/1", "7/3/20267", "tomorrow"})
     EXPECT_FALSE(parseDate(text, "dd/MM/yyyy")) << text;
+}
+
+TEST(Values, DatesAreReadAsPeopleTypeThem) {
+  const Date today{2026, 11, 24};
+  const struct {
+    const char* text;
+    const char* dayFirst;  ///< by dd/MM/yyyy
+    const char* monthFirst;
+  } cases[] = {{"26", "2026-11-26", "2026-11-26"},
+               {"26/11", "2026-11-26", ""},
+               {"11/26", "", "2026-11-26"},
+               {"5.6", "2026-06-05", "2026-05-06"},
+               {"26/11/26", "2026-11-26", ""},
+               {"1 2 2027", "2027-02-01", "2027-01-02"},
+               {"20261126", "2026-11-26", "2026-11-26"},
+               {"2026-11-26", "2026-11-26", "2026-11-26"},
+               {"+1", "2026-11-25", "2026-11-25"},
+               {"-24", "2026-10-31", "2026-10-31"},
+               {" Today ", "2026-11-24", "2026-11-24"},
+               {"tomorrow", "2026-11-25", "2026-11-25"},
+               {"31", "", ""},
+               {"31/11/2026", "", ""},
+               {"20261131", "", ""},
+               {"soon", "", ""},
+               {"26 Nov", "", ""},
+               {"+", "", ""},
+               {"1/2/3/4", "", ""},
+               {"", "", ""}};
+  for (const auto& c : cases) {
+    const auto read = [&](const char* format) {
+      const auto date = readDate(c.text, format, today, today);
+      return date ? serverDate(*date) : std::string();
+    };
+    EXPECT_EQ(read("dd/MM/yyyy"), c.dayFirst) << c.text;
+    EXPECT_EQ(read("M/d/yyyy"), c.monthFirst) << c.text;
+  }
+  EXPECT_EQ(readDate("5", "dd/MM/yyyy", today, {2027, 2, 1}), (Date{2027, 2, 5})) << "near the day before";
+}
+
+TEST(Values, TimesAreReadAsPeopleTypeThem) {
+  const std::pair<const char*, const char*> cases[] = {{"9", "09:00"},
+                                                       {"930", "09:30"},
+                                                       {"9.30", "09:30"},
+                                                       {"0930", "09:30"},
+                                                       {"9:30 pm", "21:30"},
+                                                       {"930p", "21:30"},
+                                                       {"12 am", "00:00"},
+                                                       {"24:00", "00:00"},
+                                                       {"2400", "00:00"},
+                                                       {"2359", "23:59"},
+                                                       {"2401", ""},
+                                                       {"25:10", ""},
+                                                       {"960", ""},
+                                                       {"13 pm", ""},
+                                                       {"later", ""},
+                                                       {"12345", ""},
+                                                       {"", ""}};
+  for (const auto& [text, wanted] : cases) {
+    const auto time = readTime(text);
+    EXPECT_EQ(time ? hourMinute(*time) : "", wanted) << text;
+  }
 }
 
 }  // namespace

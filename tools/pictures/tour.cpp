@@ -13,6 +13,7 @@
 #include "booking/frmBooking.h"
 #include "booking/frmSupervisor.h"
 #include "booking/modBooking_policy.h"
+#include "desktop/chatter.h"
 #include "desktop/demo_operator.h"
 #include "desktop/form_window.h"
 #include "desktop/installed_components.h"
@@ -35,8 +36,8 @@ namespace {
 
 class Tour {
  public:
-  Tour(QtDesktop& desktop, Program& program, QString folder)
-      : desktop_(desktop), program_(program), folder_(std::move(folder)) {
+  Tour(QtDesktop& desktop, Program& program, QString folder, QSize size)
+      : desktop_(desktop), program_(program), folder_(std::move(folder)), size_(size) {
     QObject::connect(&watch_, &QTimer::timeout, [this] { answerModal(); });
   }
 
@@ -80,6 +81,8 @@ class Tour {
       return answer(*window);
     }
     window->close();
+    const auto buttons = window->findChildren<QPushButton*>();
+    if (window->isVisible() && !buttons.empty()) buttons.back()->click();  // a box that only a button answers
   }
   /// The next window in front is left by this button.
   void press(const QString& button) {
@@ -110,7 +113,7 @@ class Tour {
   }
 
   void views() {
-    if (FormWindow* window = desktop_.windowOf(main())) window->resize(1366, 768);
+    if (FormWindow* window = desktop_.windowOf(main())) window->resize(size_);
     for (const ViewRow& view : viewTable()) {
       if (view.mode != Mode::Standard) continue;
       main().showView(view.id);
@@ -302,13 +305,14 @@ class Tour {
   QtDesktop& desktop_;
   Program& program_;
   QString folder_;
+  QSize size_;  ///< of the main window
   QTimer watch_;
   QWidget* seen_ = nullptr;
   std::deque<std::function<void(QWidget&)>> answers_;
   int number_ = 0;
 };
 
-int walk(const QString& folder) {
+int walk(const QString& folder, QSize size) {
   const QTemporaryDir scratch;
   const std::filesystem::path user = scratch.path().toStdString();
   EmbeddedServer server({user / "library.sqlite", {}, false});
@@ -321,7 +325,7 @@ int walk(const QString& folder) {
   SealedBox sealer(transport);
   Program program({desktop, transport, clock, settings, components, user, user}, "");
   program.app.session.setSealer(sealer);
-  Tour tour(desktop, program, folder);
+  Tour tour(desktop, program, folder, size);
   DemoOperator demo(desktop, program.app, [&] { tour.run(); });
   return desktop.run([&] { return demo.start(); });
 }
@@ -331,10 +335,13 @@ int walk(const QString& folder) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  vantry::style::apply(application);
-  if (argc < 2) {
-    std::cout << "vantry_tour FOLDER\n";
+  vantry::quietUnseenScreen();
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() < 2) {
+    std::cout << "vantry_tour FOLDER [small] [dark]\n";
     return 2;
   }
-  return vantry::walk(argv[1]);
+  using vantry::style::Scheme;
+  vantry::style::apply(application, arguments.contains("dark") ? Scheme::Dark : Scheme::Light);
+  return vantry::walk(arguments[1], arguments.contains("small") ? QSize(1024, 768) : QSize(1366, 768));
 }

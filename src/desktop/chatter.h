@@ -1,0 +1,9 @@
+#pragma once
+
+namespace vantry {
+
+/// Drops what the platform without a screen says of everything that it cannot do. Called once, after the
+/// application is made.
+void quietUnseenScreen();
+
+}  // namespace vantry
