@@ -29,8 +29,8 @@ constexpr ErrorReportRow kReports[] = {
     {codes::CalendarConflict, "Booking Calendar Conflict", "", "", tags::VUF},
 };
 
-/// A line of a report. Marks in braces stand for values: {D} and {T} for date and time of the boundary, {C}
-/// for the clock time in DATE, a tag for its value.
+/// A line of a report. Marks in braces are replaced by values: {D} and {T} for date and time of the boundary,
+/// {C} for the clock time in DATE, a tag for its value.
 struct LineRow {
   int report;
   int code;
@@ -68,7 +68,7 @@ constexpr LineRow kLines[] = {
     {codes::NotCharged, 135, "", false, "Generic item could not be assigned:  {TITL}"},
     {codes::NotCharged, 136, "", false, "Generic equipment could not be assigned:  {ETY}"},
     {codes::NotCharged, 175, "", false, "Equipment cannot be charged:  {ENO} - {ETY} - Status:  {STY}"},
-    // No blank behind this colon, as it stands.
+    // No blank behind this colon; this is deliberate.
     {codes::NotCharged, 176, "", false, "Room cannot be charged:  {RNM} - Status:{STY}"},
     {codes::NotCharged, 177, "", false, "Media cannot be charged:  {TITL} - Status:  {STY}"},
 };
@@ -224,7 +224,7 @@ std::string frmErrorReport::lineText(std::string_view text, std::string_view bou
   return line;
 }
 
-/// One of the two grids goes when it is empty and the other is not.
+/// Hides one of the two grids when it is empty and the other is not.
 void frmErrorReport::hideEmpty() {
   if (faErrorsGeneric.hasData() == faErrorsSpecific.hasData()) return;
   const bool generic = faErrorsGeneric.hasData();

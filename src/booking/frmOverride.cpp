@@ -14,7 +14,7 @@ constexpr int kAny = 0;  ///< any context
 ///
 /// Marks in a sentence: %N name, %T second name, %P period, %C count and %c its ending, %L limit and %l its
 /// ending, %c and %l being "." up to one and "s." above, %D and %d count and limit as amounts of money. The
-/// line break is LF CR, in that order, as it stands.
+/// line break is LF CR, in that order; this is deliberate.
 struct SentenceRow {
   int code;
   int context;

@@ -64,7 +64,7 @@ frmPickEquip::frmPickEquip(App& app, const BookingRecord& record)
 }
 
 void frmPickEquip::buildGrids() {
-  // The picks say "Number" whatever stands there; this is deliberate.
+  // The picks say "Number" also above barcodes; this is deliberate.
   layOut(faPicked, "<ID|<Number|<Type|<Status");
   layOut(fa, app_.preferences.Barcodes ? "<ID|<Barcode|<Location|<Room|<Status|<Notes"
                                        : "<ID|<Number|<Location|<Room|<Status|<Notes");

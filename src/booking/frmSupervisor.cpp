@@ -49,7 +49,7 @@ void frmSupervisor::enableOK() {
 }
 
 int frmSupervisor::send(const std::string& sealed) {
-  // The failure that is to be overridden stands in the walk of a reply, which must come through whole.
+  // The failure that is to be overridden is in the walk of a reply, which must continue afterwards.
   const TagMessage::Inner inner(app_.message);
   return Ask(app_.global, *this)
       .codeOf("OPOV", {{requiredRight_, "Y"}, {tags::OI, trim(txtLogin.Text.get())}, {tags::PW, sealed}});

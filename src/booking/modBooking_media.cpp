@@ -91,7 +91,7 @@ bool mayUse(App& app, const BookingRecord& record, const MediaThing& thing) {
   return true;
 }
 
-/// Where the thing comes from decides what becomes of it when it has no media type.
+/// What happens to a thing without a media type, by where it comes from.
 enum class Untyped { Passes, IsRefused };
 
 bool hasTypeOrPasses(App& app, MediaThing& thing, Untyped untyped) {
@@ -120,7 +120,7 @@ bool addThing(BookingParts& parts, MediaThing thing, Untyped untyped) {
   return true;
 }
 
-/// The one match, or that which the operator chooses; nullptr when he cancels.
+/// The one match, or that which the operator chooses; nullptr when they cancel.
 const MediaThing* pickTitle(App& app, const ItemMatches& matches) {
   if (matches.empty()) return nullptr;
   if (matches.size() == 1) return &matches.front();

@@ -86,7 +86,7 @@ bool acceptsCount(App& app, const BookingRecord& record) {
                                       std::to_string(record.BookingMax) + ").  Continue anyway?");
 }
 
-/// What follows once a requester and his group are known.
+/// What follows once a requester and their group are known.
 void takeRequester(const RequesterForm& form, BookingRecord& record, const Patron& patron) {
   form.requester.show(patron.name);
   form.txtPatronGroup.Text = patron.groupName;

@@ -103,7 +103,7 @@ bool ValidateLibSchedRoom(BookingParts& parts) {
   while (app.message.NextRecord(tags::VUF)) {
     const int code = intOf(app.message.Get(tags::VUF));
     if (code == codes::RoomStatus && !AskLibSchedOverride(app)) return false;
-    if (code == codes::RoomDuration && !mayBookLonger(app)) goOn = false;  // and the walk goes on
+    if (code == codes::RoomDuration && !mayBookLonger(app)) goOn = false;  // and the walk continues
   }
   return goOn;
 }

@@ -27,7 +27,7 @@ struct ValidatorRow {
   std::string_view typeName;  ///< the tag that names the type of thing
   int report;                 ///< the code of the report of conflicts
   std::string_view thing;     ///< the tag of the thing that a warning is about
-  std::string_view keyEnd;    ///< what stands behind its id in the list of warnings
+  std::string_view keyEnd;    ///< what follows its id in the list of warnings
 };
 
 constexpr std::array<ValidatorRow, kValidators> kValidatorTable = {{
@@ -84,7 +84,7 @@ Then thenOf(int code, Validator validator) {
   return found == std::end(kCodes) ? Ask : found->then[validator];
 }
 
-/// One record of the walk; true goes on with the next.
+/// One record of the walk; true continues with the next.
 bool answered(App& app, Validator validator, std::string_view typeName) {
   const ValidatorRow& about = kValidatorTable[validator];
   OverrideFacts facts;
@@ -213,7 +213,7 @@ std::string PeriodText(std::string_view period, std::string_view unit) {
 }
 
 std::string RoomDurationText(std::string_view most, std::string_view unit) {
-  // Two blanks come to stand in a row before it; this is deliberate.
+  // Together with the sentence before it, it has two blanks in a row; this is deliberate.
   if (unit == "U") return " an unlimited time period.";
   return std::string(most) + std::string(unitName(unit)) + (val(most) == 1 ? "." : "s.");
 }

@@ -33,7 +33,7 @@ TreeNode* requiredNode(const Tree& tree, std::string_view key) {
   return below && node->parent->parent->key == roots::MediaTypes ? node : nullptr;
 }
 
-/// A type reads the same under whatever media type it stands; a media type is ticked when any of its types
+/// A type is ticked alike under all media types; a media type is ticked when any of its types
 /// is.
 void tick(Tree& tree, std::string_view eti, int image) {
   forEachRequired(tree, [&](TreeNode&, TreeNode& required) {
@@ -65,7 +65,7 @@ void AddMediaEquipmentTypes(BookingParts& parts, std::string_view mtid) {
   type->parent->expanded = true;
   while (app.message.NextRecord(tags::ETI)) {
     const std::string key = requiredTypeKey(mtid, app.message.Get(tags::ETI));
-    // A type that the server names twice stands once.
+    // A type that the server names twice is shown once.
     static_cast<void>(tree.Add(type->key, key, app.message.Get(tags::ETY), kUnchecked));
   }
   tree.changed();

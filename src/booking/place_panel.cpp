@@ -67,7 +67,7 @@ void PlacePanel::arrange(Container& place) {
   const auto buttonsOf = [this](int i) {
     return i == kDeliverOption ? LayoutNode(Row{cmdNewRoom, cmdRoomView(i)}) : LayoutNode(cmdRoomView(i));
   };
-  // The gap below goes with its frame.
+  // The gap below is hidden with its frame.
   const auto fields = [&](int i, Label& label, ComboBox& combo) {
     const LayoutNode rows = Fields{
         label,

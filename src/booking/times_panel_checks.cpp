@@ -104,7 +104,7 @@ void TimesPanel::endMultiple() {
   showTimes(only.start, only.end);
 }
 
-/// Asks where the requester has as many bookings as he may, with one more time in the list; false when it is
+/// Asks where the requester has as many bookings as allowed, with one more time in the list; false when it is
 /// not to be.
 bool TimesPanel::mayAddBooking() {
   // Each time but the first is one more booking. The list may be older than its requester, whose count is the

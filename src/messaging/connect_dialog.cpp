@@ -31,7 +31,7 @@ void ConnectDialog::Close() {
 }
 
 bool ConnectDialog::askRetry(const std::string& reason) {
-  // Closing the box tries again: nobody leaves by a stray key, with what he typed lost.
+  // Closing the box tries again: a stray key must not lose what was typed.
   const Box question{Box::Kind::Warning, reason, {}, {"&Retry", "E&xit"}, 0};
   return windows_.desktop().messageBox(question) == 0;
 }

@@ -221,7 +221,7 @@ void frmBibSearch::lstChosen_DblClick() {
   cmdRemove.press();
 }
 
-/// A title stands for itself; holdings, and an item for its holdings, for these.
+/// A title is chosen as a title; holdings, and an item of holdings, as holdings.
 frmBibSearch::Choice frmBibSearch::choiceOf(const TreeNode& node) const {
   const TreeNode& title = rootOf(node);
   if (&node == &title) return {{title.tag, "0"}, title.text};
@@ -271,7 +271,7 @@ void frmBibSearch::cmdView_Click() {
                  title ? record.BI : record.MI);
 }
 
-/// Where nothing was put onto the list, the record that stands selected is meant.
+/// Where nothing was put onto the list, the selected record is meant.
 void frmBibSearch::cmdOK_Click() {
   if (chosen_.empty()) cmdAdd_Click();
   for (const Choice& choice : chosen_) result_.push_back(choice.selection);

@@ -70,7 +70,7 @@ void frmPassword::cmdCancel_Click() {
 }
 
 void PasswordDialog::Run(ServerSession& session, TagMessage& /*message*/, std::string_view /*scope*/) {
-  // The password goes by a call of its own, beside the requests, and there is one for all programs.
+  // The password has a call of its own, beside the requests, and there is one for all programs.
   frmPassword(windows_, session).ShowModal();
 }
 

@@ -5,7 +5,7 @@
 namespace vantry {
 
 void ServerSession::Initialise(std::string_view /*application*/, std::string_view commandLine) {
-  // Every client speaks to the server alike, so the program's name goes nowhere.
+  // Every client speaks to the server alike, so the program's name is not used.
   commandLine_ = commandLine;
 }
 

@@ -23,7 +23,7 @@ Reply failure(int rc) {
 }  // namespace
 
 bool TagMessage::Connect(int /*moduleNumber*/, ServerSession& session, ConnectDialog& dialog) {
-  // One server serves all modules, so the module's number goes nowhere.
+  // One server serves all modules, so the module's number is not used.
   dialog.open();
   std::string reason;
   while (!transport_.reach(reason)) {

@@ -194,11 +194,12 @@ TEST_F(ChargeTest, PreferencesClearTheViewAndPrint) {
   charge().cboChargeSearch.ListIndex.put(3);
   NotedReports reports;
   app->setReports(reports);
+  app->makers.addRecord(kBooking, [](App& program) { return std::make_unique<frmBooking>(program); });
   server.expect("CBK", "BOOKID=7");
   expectEditorLoad();
   desktop.expectInformation("Booking charged successfully!");
   charge().cmdCCharge.press();
-  EXPECT_THAT(reports.confirmations, testing::ElementsAre("Booking - Confirmation Number:  M7"));
+  EXPECT_THAT(reports.confirmations, testing::ElementsAre("Booking - Confirmation Number:  M7  <Charged>"));
   EXPECT_FALSE(reports.wasShown) << "the editor stays hidden";
   EXPECT_EQ(windowsShown(), 1);
   EXPECT_FALSE(charge().fraCBookings.Visible);
@@ -316,7 +317,7 @@ TEST_F(ChargeTest, EachFailureIsReportedForItsWindowAndCommand) {
 
 TEST_F(ChargeTest, TheEditorReportsAFailedChargeForItself) {
   open(ViewId::Charge);
-  app->slots.ids[kBooking] = "7";
+  app->slots.opening = {kBooking, "7", kSourceMainWindow};
   expectEditorLoad();
   frmBooking editor(*app);
   editor.Load();
