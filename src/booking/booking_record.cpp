@@ -5,6 +5,7 @@
 
 #include "messaging/tagmessage.h"
 #include "platform/text.h"
+#include "words/booking_results.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -17,12 +18,12 @@ constexpr BookingTypeRow kTypes[] = {
 };
 
 constexpr BookingStatusRow kStatuses[] = {
-    {kResultComplete, "Complete", Effect::Disable, Effect::Disable, Effect::Disable},
-    {kResultUnclaimed, "Unclaimed", Effect::Disable, Effect::Leave, Effect::Disable},
-    {kResultSystemCanceled, "System Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
-    {kResultOperatorCanceled, "Operator Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
-    {kResultCharged, "Charged", Effect::Disable, Effect::Enable, Effect::Disable},
-    {kResultOverdue, "Overdue", Effect::Disable, Effect::Enable, Effect::Disable},
+    {results::Complete, "Complete", Effect::Disable, Effect::Disable, Effect::Disable},
+    {results::Unclaimed, "Unclaimed", Effect::Disable, Effect::Leave, Effect::Disable},
+    {results::SystemCanceled, "System Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
+    {results::OperatorCanceled, "Operator Canceled", Effect::Disable, Effect::Disable, Effect::Disable},
+    {results::Charged, "Charged", Effect::Disable, Effect::Enable, Effect::Disable},
+    {results::Overdue, "Overdue", Effect::Disable, Effect::Enable, Effect::Disable},
 };
 
 using Number = int BookingRecord::*;
@@ -55,15 +56,21 @@ const FieldRow kPrivileges[] = {
     {tags::BCNT, &BookingRecord::BookingCount},
 };
 
+void set(const FieldRow& row, BookingRecord& record, std::string value) {
+  if (const Number* number = std::get_if<Number>(&row.field))
+    record.*(*number) = intOf(value);
+  else
+    record.*std::get<Text>(row.field) = std::move(value);
+}
+
 void read(std::span<const FieldRow> rows, const TagMessage& message, BookingRecord& record) {
-  for (const FieldRow& row : rows) {
-    std::string value = message.Get(row.tag);
-    if (const Number* number = std::get_if<Number>(&row.field)) {
-      record.*(*number) = intOf(value);
-    } else {
-      record.*std::get<Text>(row.field) = std::move(value);
-    }
-  }
+  for (const FieldRow& row : rows) set(row, record, message.Get(row.tag));
+}
+
+const FieldRow* headRow(std::string_view tag) {
+  const auto* found =
+      std::find_if(std::begin(kHead), std::end(kHead), [&](const FieldRow& row) { return row.tag == tag; });
+  return found == std::end(kHead) ? nullptr : found;
 }
 
 }  // namespace
@@ -88,6 +95,17 @@ int typeOfOption(int option) {
 
 void ReadBookingHead(const TagMessage& message, BookingRecord& record) {
   read(kHead, message, record);
+}
+
+std::string headValue(const BookingRecord& record, std::string_view tag) {
+  const FieldRow* row = headRow(tag);
+  if (!row) return {};
+  const Number* number = std::get_if<Number>(&row->field);
+  return number ? std::to_string(record.*(*number)) : record.*std::get<Text>(row->field);
+}
+
+void setHeadValue(BookingRecord& record, std::string_view tag, const std::string& value) {
+  if (const FieldRow* row = headRow(tag)) set(*row, record, value);
 }
 
 void ReadPrivileges(const TagMessage& message, BookingRecord& record) {

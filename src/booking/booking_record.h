@@ -76,8 +76,11 @@ struct BookingRecord {
 inline constexpr int kUnlimitedBookings = -1;
 inline constexpr std::string_view kRequesterWithheld = "Requester Withheld";
 
-/// What `GETMSD` brings into the record: all that the reply carries.
+/// Takes all that the reply of `GETMSD` carries into the record.
 void ReadBookingHead(const TagMessage& message, BookingRecord& record);
+/// The value of one of these tags as text, and a new value for it. Other tags have none.
+[[nodiscard]] std::string headValue(const BookingRecord& record, std::string_view tag);
+void setHeadValue(BookingRecord& record, std::string_view tag, const std::string& value);
 /// What `GETSRM` brings, by the record's type.
 void ReadBookingPlace(const TagMessage& message, BookingRecord& record);
 /// What `PATPRIV` brings.
@@ -85,7 +88,7 @@ void ReadPrivileges(const TagMessage& message, BookingRecord& record);
 /// Leaves the record as it is while no requester's privileges are known.
 void ForgetPrivileges(BookingRecord& record);
 
-/// What stands for the requester: his name, or that the server withholds it; empty for an administrative
+/// What is shown as the requester: the name, or that the server withholds it; empty for an administrative
 /// booking.
 [[nodiscard]] std::string requesterText(const BookingRecord& record);
 /// "Capacity:  >=20 *** Location:  Main *** Room Type:  Hall".
@@ -104,16 +107,9 @@ struct BookingStatusRow {
   Effect charge, discharge, cancel;
 };
 
-inline constexpr int kResultComplete = 1;
-inline constexpr int kResultUnclaimed = 2;
-inline constexpr int kResultSystemCanceled = 3;
-inline constexpr int kResultOperatorCanceled = 4;
-inline constexpr int kResultCharged = 99;
-inline constexpr int kResultOverdue = 999;
-
 /// The row of a result; nullptr for a live booking and for results without a word.
 [[nodiscard]] const BookingStatusRow* bookingStatus(int result);
-/// "  <Charged>", as it stands behind a window's title; empty for a live booking.
+/// "  <Charged>", the end of a window's title; empty for a live booking.
 [[nodiscard]] std::string statusSuffix(int result);
 
 /// The titles of a saved booking's window and of a copy's.

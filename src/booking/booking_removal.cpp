@@ -1,29 +1,30 @@
 #include "booking/booking_removal.h"
 
+#include "messaging/ask.h"
+#include "messaging/return_codes.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
 
-constexpr OwnWords kCancelWords[] = {{114, "Booking not eligible for cancellation.  Equipment charged."},
-                                     {115, "Booking not eligible for cancellation.  Item charged."}};
-constexpr OwnWords kDeleteWords[] = {{106, "Booking in progress.  Cannot delete!"}};
+constexpr OwnWords kCancelWords[] = {
+    {codes::EquipmentOut, "Booking not eligible for cancellation.  Equipment charged."},
+    {codes::ItemOut, "Booking not eligible for cancellation.  Item charged."}};
+constexpr OwnWords kDeleteWords[] = {{codes::InProgress, "Booking in progress.  Cannot delete!"}};
 
 constexpr Removal kCancel = {"Are you sure you wish to cancel the selected booking?", "VERCAN", "CANBK",
                              kCancelWords};
 constexpr Removal kDelete = {"Are you sure you wish to delete the selected booking?", "VALDELBK", "DELBK",
                              kDeleteWords};
 
-int sendFor(App& app, std::string_view code, const std::string& bookingId) {
-  app.message.Add(tags::BOOKID, bookingId);
-  return app.message.Send(code);
-}
-
-void tellRefusal(App& app, const Removal& removal, int rc, std::string_view form) {
+/// Whether the check lets the booking go; why not has been told.
+bool passes(App& app, const Removal& removal, const Ask& ask, int rc) {
   for (const OwnWords& words : removal.ownWords) {
-    if (words.rc == rc) return warningBox(app.desktop, std::string(words.warning));
+    if (words.rc != rc) continue;
+    warningBox(app.desktop, std::string(words.warning));
+    return false;
   }
-  app.global.ReportRequestError(rc, removal.check, form);
+  return ask.succeeded(rc, removal.check);
 }
 
 }  // namespace
@@ -38,18 +39,11 @@ const Removal& deleteRemoval() {
 Removed RemoveBooking(App& app, const Removal& removal, const std::string& bookingId,
                       const RemovalForms& forms) {
   if (!questionBox(app.desktop, std::string(removal.question))) return Removed::Declined;
-  app.global.BusyAllForms();
-  int rc = sendFor(app, removal.check, bookingId);
-  if (rc != 0) {
-    app.global.ReadyAllForms();
-    tellRefusal(app, removal, rc, forms.check);
-    return Removed::Refused;
-  }
-  rc = sendFor(app, removal.code, bookingId);
-  app.global.ReadyAllForms();
-  if (rc == 0) return Removed::Done;
-  app.global.ReportRequestError(rc, removal.code, forms.removal);
-  return Removed::Failed;
+  const Ask askCheck(app.global, forms.check);
+  const int rc = askCheck.codeOf(removal.check, {{tags::BOOKID, bookingId}});
+  if (!passes(app, removal, askCheck, rc)) return Removed::Refused;
+  const bool removed = Ask(app.global, forms.removal)(removal.code, {{tags::BOOKID, bookingId}});
+  return removed ? Removed::Done : Removed::Failed;
 }
 
 }  // namespace vantry

@@ -12,7 +12,7 @@ class frmBooking;
 class BookingSave {
  public:
   BookingSave(App& app, frmBooking& window);
-  /// Runs the steps; the window's `SaveOk` tells whether the end was reached.
+  /// Runs the steps. The window's `SaveOk` tells whether the end was reached.
   void run();
 
  private:
@@ -28,26 +28,13 @@ class BookingSave {
   Outcome requesterIsKnown();
   Outcome timesAreInOrder();
   Outcome placeIsKnown();
-  Outcome placeSuits();
-  Outcome calendarAllows();
-  Outcome itemLimitAllows();
-  Outcome isNotEmpty();
-  Outcome equipmentLimitAllows();
-  Outcome itemsAreFree();
-  Outcome equipmentIsFree();
+  Outcome isAllowed();
   Outcome isStored();
-  Outcome isShownAsUpdated();
-  Outcome isShownAsNew();
-  Outcome commandsAreAllowed();
+  Outcome isShown();
   Outcome listIsRefreshed();
 
-  void takeFields();
-  void addNumber(std::string_view tag, int number);
-  void addTimes(bool withDays);
-  int send(std::string_view code);
   Outcome tell(int tab, std::string_view text);
-  Outcome reported(int rc, std::string_view code);
-  Outcome refused(int rc, std::string_view code);
+  void showUpdated();
   void showCreated();
   void showAll();
   static Outcome next(bool goOn) { return goOn ? Outcome::Next : Outcome::Failed; }
@@ -55,8 +42,6 @@ class BookingSave {
   App& app_;
   frmBooking& w_;
   bool isNew_;
-  bool hasMedia_ = false;
-  bool hasEquipment_ = false;
 };
 
 }  // namespace vantry

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "booking/booking_parts.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
@@ -25,7 +26,7 @@ bool isChildOf(const TreeNode* node, std::string_view root) {
 
 }  // namespace
 
-EquipmentPanel::EquipmentPanel(App& app, Container& place, BookingRecord& record)
+EquipmentPanel::EquipmentPanel(BookingParts& parts, Container& place)
     : lblEquipNumOrBarcode(place, "lblEquipNumOrBarcode", "Equipment Number or Barcode:"),
       txtEquipBarcode(place, "txtEquipBarcode"),
       cmdAddEquipViaNumber(place, "cmdAddEquipViaNumber", "Add by &Number"),
@@ -42,10 +43,10 @@ EquipmentPanel::EquipmentPanel(App& app, Container& place, BookingRecord& record
       lblCleanupTime(place, "lblCleanupTime", "C&lean-up Minutes:"),
       txtCleanupTime(place, "txtCleanupTime", 0, kMostMinutes),
       cmdSuggestTimes(place, "cmdSuggestTimes", "&Suggest Times"),
-      app_(app),
-      record_(record) {
+      parts_(parts),
+      app_(parts.app) {
   BuildEquipmentTrees(tvwOtherEquipment, tvwEquipment);
-  tvwOtherEquipment.Headings = {app.preferences.Barcodes ? "Barcode" : "Number", "Equipment Type", "Group?",
+  tvwOtherEquipment.Headings = {app_.preferences.Barcodes ? "Barcode" : "Number", "Equipment Type", "Group?",
                                 "Status"};
   tvwOtherEquipment.AccessibleName = "Equipment and equipment groups of the booking";
   tvwEquipment.AccessibleName = "Equipment types of the booking";
@@ -82,18 +83,18 @@ void EquipmentPanel::connect() {
   for (Tree* tree : {&tvwOtherEquipment, &tvwEquipment}) tree->Click = [this] { enableCommands(); };
   tvwEquipment.Check = [this] { tvwEquipment_Check(); };
   txtSetupTime.Change = [this] {
-    record_.SetupMinutes = txtSetupTime.number();
+    parts_.record.SetupMinutes = txtSetupTime.number();
     raise(Changed);
   };
   txtCleanupTime.Change = [this] {
-    record_.CleanupMinutes = txtCleanupTime.number();
+    parts_.record.CleanupMinutes = txtCleanupTime.number();
     raise(Changed);
   };
 }
 
 void EquipmentPanel::showMinutes() {
-  const int cleanup = record_.CleanupMinutes;  // the first field's change must not reach it
-  txtSetupTime.Value = record_.SetupMinutes;
+  const int cleanup = parts_.record.CleanupMinutes;  // the first field's change must not reach it
+  txtSetupTime.Value = parts_.record.SetupMinutes;
   txtCleanupTime.Value = cleanup;
 }
 
@@ -122,9 +123,9 @@ void EquipmentPanel::tellIfChanged(int nodesBefore) {
 }
 
 void EquipmentPanel::addByText(Adding add) {
-  if (!form_ || !editable_) return;
+  if (!editable_) return;
   const int before = nodes();
-  add(*form_, record_);
+  add(parts_);
   txtEquipBarcode.SetFocus();
   txtEquipBarcode.SelectText();
   tellIfChanged(before);
@@ -139,24 +140,22 @@ void EquipmentPanel::cmdAddEquipViaBarcode_Click() {
 }
 
 void EquipmentPanel::cmdSpecific_Click() {
-  if (!form_) return;
   const int before = nodes();
-  AddSpecificEquipment(*form_, record_);
+  AddSpecificEquipment(parts_);
   tellIfChanged(before);
 }
 
 void EquipmentPanel::cmdAddType_Click() {
-  if (!form_) return;
   bool dirty = false;
-  AddEquipmentType(*form_, record_, dirty);
+  AddEquipmentType(parts_, dirty);
   if (dirty) raise(Changed);
 }
 
 void EquipmentPanel::remove(Tree& tree, std::string_view root) {
   const TreeNode* node = selectedChild(tree);
-  if (!form_ || !isChildOf(node, root)) return;
+  if (!isChildOf(node, root)) return;
   tree.Remove(std::string(node->key));
-  record_.EquipmentCount = countEquipment(*form_);
+  parts_.record.EquipmentCount = countEquipment(parts_);
   enableCommands();
   raise(Changed);
 }
@@ -173,16 +172,16 @@ void EquipmentPanel::cmdViewEquipment_Click() {
   const TreeNode* node = selectedChild(tvwOtherEquipment);
   if (!node) return;
   const int id = intOf(node->key);
-  OpenRecordWindow(app_, id < 0 ? kGroup : kEquipment, std::to_string(std::abs(id)));
+  OpenRecordWindow(app_, {id < 0 ? kGroup : kEquipment, std::to_string(std::abs(id)), kSourceMainWindow});
 }
 
 void EquipmentPanel::cmdSuggestTimes_Click() {
-  if (form_) SuggestTimes(*form_, record_);
+  SuggestTimes(parts_);
 }
 
 void EquipmentPanel::tvwEquipment_Check() {
-  if (!form_ || !editable_) return;
-  if (CheckRequiredEquipment(*form_, tvwEquipment.SelectedKey.get(), record_)) raise(Changed);
+  if (!editable_) return;
+  if (CheckRequiredEquipment(parts_, tvwEquipment.SelectedKey.get())) raise(Changed);
 }
 
 }  // namespace vantry

@@ -1,20 +1,20 @@
 #pragma once
 
-#include "booking/booking_form.h"
+#include "frame/app.h"
 #include "platform/controls.h"
 #include "platform/number_fields.h"
 #include "platform/tree.h"
 
 namespace vantry {
 
-/// The equipment of a booking: what stands in the room, what was added, and the types that are wished for;
+class BookingParts;
+
+/// The equipment of a booking: what is in the room, what was added, and the types that are wished for;
 /// with the minutes of set-up and clean-up that all of it takes.
 class EquipmentPanel {
  public:
-  /// Makes the controls in `place`, with the roots of both trees; the record belongs to the window.
-  EquipmentPanel(App& app, Container& place, BookingRecord& record);
-  /// Gives the commands the whole window; before the operator can reach them.
-  void join(const BookingForm& form) { form_ = &form; }
+  /// Makes the controls in `place`, as one of the parts, with the roots of both trees.
+  EquipmentPanel(BookingParts& parts, Container& place);
 
   /// Equipment or minutes have changed.
   Event Changed;
@@ -55,16 +55,15 @@ class EquipmentPanel {
  private:
   void connect();
   void arrange(Container& place);
-  using Adding = void (&)(const BookingForm&, BookingRecord&);
+  using Adding = void (&)(BookingParts&);
   /// Adds by the text; afterwards the field is ready for the next one.
   void addByText(Adding add);
   void tellIfChanged(int nodesBefore);
   int nodes() const { return tvwOtherEquipment.Count() + tvwEquipment.Count(); }
   void remove(Tree& tree, std::string_view root);
 
+  BookingParts& parts_;
   App& app_;
-  BookingRecord& record_;
-  const BookingForm* form_ = nullptr;
   bool editable_ = true;
 };
 

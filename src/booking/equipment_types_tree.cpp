@@ -22,8 +22,7 @@ void fillRoot(App& app, Tree& tree, const RootRow& row, std::string_view ending)
   TreeNode* root = tree.Add({}, rootKey, std::string(row.name));
   if (!root) return;
   root->expanded = true;
-  if (const int rc = SendBusy(app, row.code); rc != 0)
-    return app.global.ReportRequestError(rc, row.code, "modBooking");
+  if (!askForBooking(app)(row.code)) return;
   TagMessage& message = app.message;
   while (message.NextRecord(tags::ETI)) {
     const std::string name = message.Get(tags::ETY);

@@ -15,7 +15,7 @@ namespace vantry {
 /// is the bare name.
 void FillTypesTree(App& app, Tree& tree, std::string_view ending);
 
-/// Whether a type's node stands among the groups.
+/// Whether a type's node is one of the groups.
 [[nodiscard]] bool isGroupType(const TreeNode& type);
 
 /// The type's id in a node's key; "0" for a root.

@@ -34,7 +34,7 @@ void frmAddEquipType::cmdOK_Click() {
   if (!node) return;
   Tag = "";
   const std::string eti = typeIdOf(node->key);
-  if (!MayUseType(app_, record_, eti, nullptr)) return;
+  if (!MayUseType(app_, record_, eti)) return;
   Tag = eti + "|" + node->tag;
   Hide();
 }

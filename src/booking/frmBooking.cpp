@@ -1,35 +1,34 @@
 #include "booking/frmBooking.h"
 
-#include <utility>
-
 #include "booking/modBooking_rooms.h"
-#include "frame/app.h"
+#include "frame/secured_commands.h"
+#include "lists/grids.h"
+#include "platform/wiring.h"
+#include "words/tags.h"
 
 namespace vantry {
 
-namespace {
-
-enum TabIndex { kSchedule, kMedia, kRoomTab, kEquipmentTab, kNotes, kStaffTab, kProperties };
-
-}  // namespace
+static constexpr RecordWindowKind kKind{
+    kBooking,
+    "frmBooking",
+    "booking",
+    "booking",
+    Subject::Bookings,
+    {"Changes will be lost!  Do you wish to SAVE this Booking before closing?", Box::Kind::Question, true}};
 
 frmBooking::frmBooking(App& app)
-    : Form(app.windows, "frmBooking"),
-      app_(app),
-      form_{app,    *this,      times, media.faMedia, equipment.tvwOtherEquipment, equipment.tvwEquipment,
-            &media, &equipment, &place} {
-  Icon = "booking";
-  media.join(form_);
-  equipment.join(form_);
-  place.join(form_);
-  for (TextBox* box : {&txtConfirmationNumber, &txtCreateOperator, &txtCreateLocation, &txtUpdateOperator,
-                       &txtUpdateLocation})
-    box->Locked = true;
-  fpdCreateDate.Enabled = false;
-  fpdUpdateDate.Enabled = false;
+    : RecordWindow(app, kKind),
+      fields_(fieldTable()),
+      pages_(tabBooking, {{"Schedule", fraSchedule},
+                          {"Media", fraMedia},
+                          {"Room", fraPlace},
+                          {"Equipment", fraEquipment},
+                          {"Notes", fraNotes},
+                          {"Staff", fraStaff},
+                          {"Properties", fraProperties}}) {
+  tabBooking.AccessibleName = "Parts of the booking";
   txtBookingNote.MultiLine = true;
-  buildToolBar();
-  buildTabs();
+  placeCommands();
   connect();
   arrange();
 }
@@ -50,91 +49,39 @@ void frmBooking::focusFirst() {
 // What the events run.
 
 void frmBooking::connect() {
-  connectMenus();
-  connectPanels();
-  tabBooking.Click = [this] { showTab(); };
-  barBooking.ToolClick = [this](const Tool& tool) {
-    const struct {
-      std::string_view name;
-      void (frmBooking::*run)();
-    } tools[] = {{"abSaveAndClose", &frmBooking::mnuFileSave_Click},
-                 {"abSaveAndNew", &frmBooking::abSaveAndNew_Click},
-                 {"abCopy", &frmBooking::mnuFileCopyBooking_Click},
-                 {"abDelete", &frmBooking::mnuFileDeleteBooking_Click},
-                 {"abCancel", &frmBooking::mnuBookingCancel_Click},
-                 {"abCharge", &frmBooking::mnuBookingCharge_Click},
-                 {"abDischarge", &frmBooking::mnuBookingDischarge_Click},
-                 {"abPrint", &frmBooking::mnuFilePrint_Click}};
-    for (const auto& row : tools) {
-      if (row.name == tool.name) return (this->*row.run)();
-    }
-  };
-}
-
-void frmBooking::connectMenus() {
-  const struct {
-    MenuItem& entry;
-    void (frmBooking::*run)();
-    std::string_view keys;
-  } entries[] = {{mnuFileSave, &frmBooking::mnuFileSave_Click, "Ctrl+S"},
-                 {mnuFileCopyBooking, &frmBooking::mnuFileCopyBooking_Click, ""},
-                 {mnuFileDeleteBooking, &frmBooking::mnuFileDeleteBooking_Click, ""},
-                 {mnuFilePrint, &frmBooking::mnuFilePrint_Click, "Ctrl+P"},
-                 {mnuFileClose, &frmBooking::mnuFileClose_Click, "Ctrl+F4"},
-                 {mnuViewMergeCells, &frmBooking::mnuViewMergeCells_Click, ""},
-                 {mnuBookingCharge, &frmBooking::mnuBookingCharge_Click, ""},
-                 {mnuBookingDischarge, &frmBooking::mnuBookingDischarge_Click, ""},
-                 {mnuBookingCancel, &frmBooking::mnuBookingCancel_Click, ""},
-                 {mnuToolsFind, &frmBooking::mnuToolsFind_Click, "Ctrl+F"},
-                 {mnuToolsOptions, &frmBooking::mnuToolsOptions_Click, ""},
-                 {mnuHelpTopics, &frmBooking::mnuHelpTopics_Click, "F1"},
-                 {mnuHelpAbout, &frmBooking::mnuHelpAbout_Click, ""}};
-  for (const auto& row : entries) {
-    row.entry.Click = [this, run = row.run] { (this->*run)(); };
-    row.entry.Shortcut = std::string(row.keys);
-  }
+  on(commands.save.Run, this, &frmBooking::mnuFileSave_Click);
+  on(commands.saveAndNew.Run, this, &frmBooking::abSaveAndNew_Click);
+  on(commands.copy.Run, this, &frmBooking::mnuFileCopyBooking_Click);
+  on(commands.remove.Run, this, &frmBooking::mnuFileDeleteBooking_Click);
+  on(commands.print.Run, this, &frmBooking::mnuFilePrint_Click);
+  on(commands.search.Run, this, &frmBooking::mnuToolsFind_Click);
+  on(charge.Run, this, &frmBooking::mnuBookingCharge_Click);
+  on(discharge.Run, this, &frmBooking::mnuBookingDischarge_Click);
+  on(cancel.Run, this, &frmBooking::mnuBookingCancel_Click);
   MenuItem* const tabs[] = {&mnuViewTab1, &mnuViewTab2, &mnuViewTab3, &mnuViewTab4,
                             &mnuViewTab5, &mnuViewTab6, &mnuViewTab7};
   for (int tab = 0; MenuItem * entry : tabs) {
     entry->Shortcut = "Ctrl+" + std::to_string(tab + 1);
-    entry->Click = [this, tab] { mnuViewTab_Click(tab); };
-    ++tab;
+    on(entry->Click, this, &frmBooking::mnuViewTab_Click, tab++);
   }
-}
-
-void frmBooking::connectPanels() {
   requester.Changed = [this] {
     times.showExpireDate();
     touch();
   };
   requester.GroupChanged = [this] { loadRooms(); };
-  times.showTab = [this] { selectTab(kSchedule); };
+  times.showTab = [this] { selectTab(0); };
   times.Changed = media.Changed = place.Changed = equipment.Changed = [this] { touch(); };
-  txtBookingNote.Change = [this] { touch(); };
-  cboSetupStaff.Click = cboCleanupStaff.Click = [this] { touch(); };
-}
-
-void frmBooking::touch() {
-  if (loading_) return;
-  Dirty = true;
-  showSummary();
+  fields_.tellChanges([this] { touch(); });
 }
 
 void frmBooking::mnuViewTab_Click(int tab) {
   tabBooking.choose(tab);
 }
 
-void frmBooking::showTab() {
-  Frame* const pages[] = {&fraSchedule, &fraMedia, &fraPlace,     &fraEquipment,
-                          &fraNotes,    &fraStaff, &fraProperties};
-  for (int tab = kSchedule; Frame * page : pages) page->Visible = tab++ == tabBooking.SelectedTab;
-}
-
 // What it shows of its state.
 
 void frmBooking::showSummary() {
-  const std::string where = place.placeText();
-  lblPlace.Caption = where;
+  lblPlace.Caption = place.placeText();
   lblThings.Caption =
       std::to_string(record.ItemCount) + " media, " + std::to_string(record.EquipmentCount) + " equipment";
 }
@@ -144,11 +91,6 @@ void frmBooking::setTitle(std::string title) {
   Caption = title_ + statusSuffix(record.BookingResult);
 }
 
-void frmBooking::setCommand(MenuItem& entry, std::string_view tool, bool on) {
-  entry.Enabled = on;
-  barBooking.tool(tool).Enabled = on;
-}
-
 /// The word of the booking's result, and what the result takes from the commands.
 void frmBooking::showStatus() {
   setTitle(title_);
@@ -156,55 +98,48 @@ void frmBooking::showStatus() {
   lblStatus.Caption = status ? std::string(status->word) : std::string();
   if (!status) return;
   DisableEditing();
-  const auto apply = [this](Effect effect, Right right, MenuItem& entry, std::string_view tool) {
-    if (effect == Effect::Leave) return;
-    setCommand(entry, tool, effect == Effect::Enable && app_.context.rights.has(right));
+  const auto apply = [](Effect effect, Command& command) {
+    if (effect != Effect::Leave) command.Enabled = effect == Effect::Enable;
   };
-  apply(status->charge, Right::BKCHA, mnuBookingCharge, "abCharge");
-  apply(status->discharge, Right::BKDIS, mnuBookingDischarge, "abDischarge");
-  apply(status->cancel, Right::BKCAN, mnuBookingCancel, "abCancel");
+  apply(status->charge, charge);
+  apply(status->discharge, discharge);
+  apply(status->cancel, cancel);
 }
 
 void frmBooking::DisableEditing() {
-  setCommand(mnuFileSave, "abSaveAndClose", false);
-  barBooking.tool("abSaveAndNew").Enabled = false;
+  RecordWindow::DisableEditing();
   requester.disableEditing();
   times.disableEditing();
   media.disableEditing();
   place.disableEditing();
   equipment.disableEditing();
-  txtBookingNote.Locked = true;
-  cboSetupStaff.Enabled = false;
-  cboCleanupStaff.Enabled = false;
+  fields_.lock();
 }
 
 void frmBooking::SetFormSecurity() {
-  const Rights& rights = app_.context.rights;
-  if (viewOnly(rights, Subject::Bookings)) DisableEditing();
-  const bool maySave = rights.has(record.BookingId == 0 ? Right::BKADD : Right::BKUPD);
-  if (!maySave) setCommand(mnuFileSave, "abSaveAndClose", false);
-  if (!maySave || !rights.has(Right::BKADD)) barBooking.tool("abSaveAndNew").Enabled = false;
+  RecordWindow::SetFormSecurity();
+  secure(app_.context.rights, {{charge, Right::BKCHA}, {discharge, Right::BKDIS}, {cancel, Right::BKCAN}});
 }
 
-/// The commands of a booking that is stored, by the operator's rights.
-void frmBooking::allowSavedCommands() {
-  const Rights& rights = app_.context.rights;
-  mnuBooking.Enabled = true;
-  setCommand(mnuFileCopyBooking, "abCopy", rights.has(Right::BKADD));
-  setCommand(mnuBookingCharge, "abCharge", rights.has(Right::BKCHA));
-  setCommand(mnuBookingCancel, "abCancel", rights.has(Right::BKCAN));
-  setCommand(mnuFileDeleteBooking, "abDelete", rights.has(Right::BKCAN));
-  setCommand(mnuFilePrint, "abPrint", true);
+void frmBooking::allowStored(bool on) {
+  mnuBooking.Enabled = on;
+  setEnabled(on, commands.copy, commands.remove, commands.print, charge, cancel);
+}
+
+void frmBooking::merge(bool on) {
+  mnuViewMergeCells.Checked = on;
+  SetGridMerge(times.faDatesTimes, on);
+  SetGridMerge(media.faMedia, on);
 }
 
 /// The requester's group decides the rooms; without one only an administrative booking has any.
 void frmBooking::loadRooms() {
   const int group = record.PatronGroupId;
-  if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(form_, record);
-  const bool changed = !loading_ && !record.isAdministrative() && place.roomsOfGroup != group;
+  if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(parts);
+  const bool changed = !isLoading() && !record.isAdministrative() && place.roomsOfGroup != group;
   const bool hadRoom = record.RoomId != 0;
   const bool hadGenericRoom = record.isGenericRoom();
-  LoadRoomCombos(form_, record.AdminBooking, group);
+  LoadRoomCombos(parts, record.AdminBooking, group);
   // Where the list is empty, a generic room is still there.
   const bool genericRoomIsLost = hadGenericRoom && !record.isGenericRoom();
   if (changed && (hadRoom || genericRoomIsLost))

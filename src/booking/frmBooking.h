@@ -1,57 +1,38 @@
 #pragma once
 
-#include <string_view>
-#include <vector>
+#include <string>
 
-#include "booking/booking_form.h"
-#include "booking/equipment_panel.h"
-#include "booking/media_panel.h"
-#include "booking/place_panel.h"
-#include "booking/requester_panel.h"
-#include "platform/bars.h"
-#include "platform/tabs.h"
+#include "booking/booking_parts.h"
+#include "platform/tab_pages.h"
+#include "records/record_fields.h"
+#include "records/record_window.h"
 
 namespace vantry {
 
 struct Removal;
 
 /// The free-form editor of one booking: who, when, what, where. Several can be open side by side.
-///
-/// Reads its id from the record slots; the slot of a new pick-up and the copy mode of the booking windows
-/// steer what it shows.
-class frmBooking : public Form {
-  App& app_;  // stands first: the panels are made with it
-
+class frmBooking : public RecordWindow {
  public:
   explicit frmBooking(App& app);
-  void Form_Load() override;
   void Form_Activate() override;
-  bool Form_Unload() override;
 
   // File
-  void mnuFileSave_Click();
-  void abSaveAndNew_Click();
+  void mnuFileSave_Click() { saveAndClose(); }
+  void abSaveAndNew_Click() { saveAndNew(); }
   void mnuFileCopyBooking_Click();
   void mnuFileDeleteBooking_Click();
   void mnuFilePrint_Click();
-  void mnuFileClose_Click();
   // Booking
   void mnuBookingCharge_Click();
   void mnuBookingDischarge_Click();
   void mnuBookingCancel_Click();
-  // View, tools, help
+  // View, tools
   void mnuViewTab_Click(int tab);
-  void mnuViewMergeCells_Click();
   void mnuToolsFind_Click();
-  void mnuToolsOptions_Click();
-  void mnuHelpTopics_Click();
-  void mnuHelpAbout_Click();
 
-  bool SaveOk = false;   ///< the last save reached its end
-  bool Dirty = false;    ///< a field was changed since the window opened
-  bool Closing = false;  ///< a command closes the window: nothing is asked any more
-  int CallerView = 0;    ///< the source that opened the window
-  BookingRecord record;
+  /// What a stored booking can be given to: charge, discharge, cancel.
+  Command charge, discharge, cancel;
 
   MenuItem mnuFile{*this, "mnuFile", "&File"};
   MenuItem mnuFileSave{mnuFile, "mnuFileSave", "&Save and Close"};
@@ -84,9 +65,22 @@ class frmBooking : public Form {
 
   ToolBar barBooking{*this, "barBooking"};
 
-  // The head: the booking at a glance.
+  // The frames of the panels, which make their controls in them.
   Frame fraHead{*this, "fraHead", "", 0};
-  RequesterPanel requester{app_, fraHead, record};
+  TabStrip tabBooking{*this, "tabBooking"};
+  Frame fraSchedule{*this, "fraTab(0)", "", 0};
+  Frame fraMedia{*this, "fraTab(1)", "", 0};
+  Frame fraPlace{*this, "fraTab(2)", "", 0};
+  Frame fraEquipment{*this, "fraTab(3)", "", 0};
+  BookingParts parts{app_, {fraHead, fraSchedule, fraMedia, fraPlace, fraEquipment}};
+  BookingRecord& record = parts.record;
+  RequesterPanel& requester = parts.requester;
+  TimesPanel& times = parts.times;
+  MediaPanel& media = parts.media;
+  PlacePanel& place = parts.place;
+  EquipmentPanel& equipment = parts.equipment;
+
+  // The head: the booking at a glance.
   Label lblConfirmation{fraHead, "lblConfirmation", "Confirmation:"};
   TextBox txtConfirmationNumber{fraHead, "txtConfirmationNumber"};
   Label lblStatusCaption{fraHead, "lblStatusCaption", "Status:"};
@@ -96,15 +90,6 @@ class frmBooking : public Form {
   Label lblThingsCaption{fraHead, "lblThingsCaption", "Booked:"};
   Label lblThings{fraHead, "lblThings"};
 
-  TabStrip tabBooking{*this, "tabBooking"};
-  Frame fraSchedule{*this, "fraTab(0)", "", 0};
-  TimesPanel times{app_, fraSchedule, record};
-  Frame fraMedia{*this, "fraTab(1)", "", 0};
-  MediaPanel media{app_, fraMedia, record};
-  Frame fraPlace{*this, "fraTab(2)", "", 0};
-  PlacePanel place{app_, fraPlace, record};
-  Frame fraEquipment{*this, "fraTab(3)", "", 0};
-  EquipmentPanel equipment{app_, fraEquipment, record};
   Frame fraNotes{*this, "fraTab(4)", "", 0};
   Label lblBookingNote{fraNotes, "lblBookingNote", "Booking &Note:"};
   TextBox txtBookingNote{fraNotes, "txtBookingNote"};
@@ -127,28 +112,36 @@ class frmBooking : public Form {
   Label lblUpdateDate{fraProperties, "lblUpdateDate", "Update Date:"};
   DateField fpdUpdateDate{fraProperties, "fpdUpdateDate"};
 
+ protected:
+  void prepare() override;
+  void loadNew() override;
+  [[nodiscard]] bool loadRecord() override;
+  void recordIsShown() override;
+  [[nodiscard]] bool isStored() const override { return record.BookingId != 0; }
+  void Save() override;
+  [[nodiscard]] RecordOpening nextOpening() override;
+  void DisableEditing() override;
+  void SetFormSecurity() override;
+  void recordChanged() override { showSummary(); }
+  void merge(bool on) override;
+
  private:
   friend class BookingSave;  // the save, in a file of its own
 
   // Building
-  void buildToolBar();
-  void buildTabs();
+  std::vector<RecordField> fieldTable();
+  void placeCommands();
   void arrange();
   void arrangeHead();
   void connect();
-  void connectMenus();
-  void connectPanels();
-  void showToolTips();
 
   // Loading
-  void loadNew();
-  /// False: the booking could not be read, and the window is gone.
-  [[nodiscard]] bool loadBooking(std::string_view id, bool copy);
   void showPickUpMode();
   void takeNextRequester();
   void fillStaff();
-  void selectStaff(ComboBox& combo, int memberId);
+  void selectStaff(ComboBox& combo, const std::string& memberId);
   void takeCopyRequester();
+  void showFields();
   void showHead();
   void showTypeAndRooms();
   void readPlace();
@@ -161,40 +154,28 @@ class frmBooking : public Form {
   [[nodiscard]] bool read(std::string_view code);
 
   // State
-  void touch();
   void focusFirst();
-  void showTab();
-  void selectTab(int tab) { tabBooking.SelectedTab = tab; }
+  void selectTab(int tab) { pages_.select(tab); }
   void showSummary();
-  void showProperties();
   void setTitle(std::string title);
   void showStatus();
-  void DisableEditing();
-  void SetFormSecurity();
-  void allowSavedCommands();
-  void setCommand(MenuItem& entry, std::string_view tool, bool on);
+  /// Switches the commands of a stored booking. Its discharge comes with its result.
+  void allowStored(bool on);
   void loadRooms();
 
   // Commands
-  void Save();
-  void closeNow();
-  void print();
-  int sendForBooking(std::string_view code);
-  /// Asks, checks and does away with the booking; false when it still stands.
+  /// Asks, checks and removes the booking; false when it is still there.
   [[nodiscard]] bool remove(const Removal& removal, std::string_view question);
   void refreshCaller();
   void showResult(int result);
 
-  BookingForm form_;
+  RecordFields fields_;
+  TabPages pages_;
   std::string title_;
-  bool loading_ = false;
   bool pickupMode_ = false;
 };
 
-/// Opens a new editor on a booking as a model, whatever other windows stand.
-void openCopy(App& app, int bookingId);
-
-/// Prints the confirmation of a booking as it stands stored: from an editor that nobody sees.
+/// Prints the confirmation of a booking as it is stored, from an editor that nobody sees.
 void printConfirmationOf(App& app, const std::string& bookingId);
 
 }  // namespace vantry

@@ -1,31 +1,63 @@
-// What stands where in the booking editor, and its tool tips.
+// The tables of the booking editor, and where its controls are.
 #include "booking/frmBooking.h"
+#include "words/tags.h"
 
 namespace vantry {
 
-void frmBooking::buildToolBar() {
-  int id = 0;
-  const auto add = [&](const char* name, const char* caption, const char* picture) {
-    barBooking.addButton(++id, name, caption, picture);
+std::vector<RecordField> frmBooking::fieldTable() {
+  const auto shown = [](Control& control, std::string_view tag) {
+    return RecordField{control, tag, FieldUse::Shown};
   };
-  add("abSaveAndClose", "Save and Close", "save");
-  add("abSaveAndNew", "Save and New", "new");
-  barBooking.addLine();
-  add("abCopy", "Copy", "copy");
-  add("abDelete", "Delete", "delete");
-  add("abCancel", "Cancel", "cancel");
-  barBooking.addLine();
-  add("abCharge", "Charge", "charge");
-  add("abDischarge", "Discharge", "discharge");
-  barBooking.addLine();
-  add("abPrint", "Print", "print");
+  const auto staff = [this](ComboBox& combo, std::string_view tag) {
+    RecordField field{combo, tag};
+    field.show = [this, &combo](const std::string& id) { selectStaff(combo, id); };
+    return field;
+  };
+  const auto tip = [](Control& control, std::string_view text) {
+    RecordField field{control};
+    field.tip = text;
+    return field;
+  };
+  return {
+      {txtBookingNote, tags::SCHCOM},
+      staff(cboSetupStaff, tags::ODE),
+      staff(cboCleanupStaff, tags::OPU),
+      shown(txtConfirmationNumber, tags::CNUM),
+      shown(txtCreateOperator, tags::CNM),
+      shown(txtCreateLocation, tags::CLN),
+      shown(fpdCreateDate, tags::CDT),
+      shown(txtUpdateOperator, tags::UNM),
+      shown(txtUpdateLocation, tags::ULN),
+      shown(fpdUpdateDate, tags::UDT),
+      tip(requester.requester.text, "Scan or type the requester's barcode."),
+      tip(requester.requester.check, "Look the barcode up and check the requester."),
+      tip(requester.requester.pick, "Find the requester."),
+      tip(requester.onBehalfOf.text, "Scan or type the barcode of whoever fetches the things."),
+      tip(requester.onBehalfOf.check, "Look the barcode up and check the pick-up patron."),
+      tip(requester.onBehalfOf.pick, "Find the pick-up patron."),
+      tip(requester.chkAdminBooking, "Book for the library, without a requester."),
+      tip(times.cmdMultipleBookings, "Book the same things at several times."),
+      tip(place.cmdNewRoom, "Create a room for this booking."),
+      tip(media.cmdNewMedia, "Create a media item for this booking."),
+  };
 }
 
-void frmBooking::buildTabs() {
-  for (const char* caption : {"Schedule", "Media", "Room", "Equipment", "Notes", "Staff", "Properties"})
-    tabBooking.addTab(caption);
-  tabBooking.AccessibleName = "Parts of the booking";
-  showTab();
+void frmBooking::placeCommands() {
+  linkCommands(barBooking,
+               {{commands.save, &mnuFileSave, "Ctrl+S", "abSaveAndClose", "Save and Close", "save"},
+                {commands.saveAndNew, nullptr, "", "abSaveAndNew", "Save and New", "new"},
+                {commands.copy, &mnuFileCopyBooking, "", "abCopy", "Copy", "copy", true},
+                {commands.remove, &mnuFileDeleteBooking, "", "abDelete", "Delete", "delete"},
+                {cancel, &mnuBookingCancel, "", "abCancel", "Cancel", "cancel"},
+                {charge, &mnuBookingCharge, "", "abCharge", "Charge", "charge", true},
+                {discharge, &mnuBookingDischarge, "", "abDischarge", "Discharge", "discharge"},
+                {commands.print, &mnuFilePrint, "Ctrl+P", "abPrint", "Print", "print", true},
+                {commands.close, &mnuFileClose, "Ctrl+F4"},
+                {commands.mergeCells, &mnuViewMergeCells},
+                {commands.search, &mnuToolsFind, "Ctrl+F"},
+                {commands.options, &mnuToolsOptions},
+                {commands.topics, &mnuHelpTopics, "F1"},
+                {commands.about, &mnuHelpAbout}});
 }
 
 void frmBooking::arrange() {
@@ -61,25 +93,6 @@ void frmBooking::arrangeHead() {
                        Fields{lblConfirmation, Row{txtConfirmationNumber, lblStatusCaption, lblStatus},
                               lblPlaceCaption, lblPlace, lblThingsCaption, lblThings}
                            .share(2)};
-}
-
-void frmBooking::showToolTips() {
-  const bool on = app_.preferences.ToolTips;
-  barBooking.ToolTips = on;
-  const struct {
-    Control& control;
-    const char* tip;
-  } tips[] = {{requester.requester.text, "Scan or type the requester's barcode."},
-              {requester.requester.check, "Look the barcode up and check the requester."},
-              {requester.requester.pick, "Find the requester."},
-              {requester.onBehalfOf.text, "Scan or type the barcode of whoever fetches the things."},
-              {requester.onBehalfOf.check, "Look the barcode up and check the pick-up patron."},
-              {requester.onBehalfOf.pick, "Find the pick-up patron."},
-              {requester.chkAdminBooking, "Book for the library, without a requester."},
-              {times.cmdMultipleBookings, "Book the same things at several times."},
-              {place.cmdNewRoom, "Create a room for this booking."},
-              {media.cmdNewMedia, "Create a media item for this booking."}};
-  for (const auto& row : tips) row.control.ToolTipText = on ? row.tip : "";
 }
 
 }  // namespace vantry

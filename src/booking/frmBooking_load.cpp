@@ -1,43 +1,29 @@
-// How the booking editor comes to show a booking.
+// How the booking editor reads and shows a booking.
 #include "booking/frmBooking.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_media.h"
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
-#include "lists/grids.h"
-#include "messaging/server_tools.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
 
-void frmBooking::Form_Load() {
-  app_.tools.PrepareForm(*this);
-  app_.global.BusyAllForms();
-  // The slots speak for this window only.
-  const std::string id = app_.slots.ids[kBooking];
-  const bool isNew = intOf(id) == 0;
-  const bool copy = std::exchange(app_.booking.copyMode, false);
-  pickupMode_ = std::exchange(app_.slots.newPickup, false) && isNew;
-  CallerView = app_.slots.source;
-  loading_ = place.loading = true;
-  showToolTips();
+void frmBooking::prepare() {
+  pickupMode_ = opening().pickUp;
+  place.loading = true;
+  fields_.showTips(app_.preferences.ToolTips);
+  barBooking.ToolTips = app_.preferences.ToolTips;
   app_.booking.warnings.InitWarningList();
-  mnuViewMergeCells.Checked = app_.preferences.MergeCells;
-  SetGridMerge(times.faDatesTimes, app_.preferences.MergeCells);
-  SetGridMerge(media.faMedia, app_.preferences.MergeCells);
   if (pickupMode_) showPickUpMode();
   fillStaff();
-  if (isNew) {
-    loadNew();
-  } else if (!loadBooking(id, copy)) {
-    return;
-  }
-  SetFormSecurity();
+}
+
+void frmBooking::recordIsShown() {
   showStatus();
   selectTab(0);
-  loading_ = place.loading = false;
-  Dirty = copy;
+  place.loading = false;
   showSummary();
   app_.global.ReadyAllForms();
   focusFirst();
@@ -47,11 +33,8 @@ void frmBooking::showPickUpMode() {
   times.cmdMultipleBookings.Visible = false;
   requester.hidePickupPatron();
   place.showPickUpOnly();
-  for (Control* control :
-       {static_cast<Control*>(&equipment.lblSetupTime), static_cast<Control*>(&equipment.txtSetupTime),
-        static_cast<Control*>(&equipment.lblCleanupTime), static_cast<Control*>(&equipment.txtCleanupTime),
-        static_cast<Control*>(&equipment.cmdSuggestTimes)})
-    control->Visible = false;
+  setVisible(false, equipment.lblSetupTime, equipment.txtSetupTime, equipment.lblCleanupTime,
+             equipment.txtCleanupTime, equipment.cmdSuggestTimes);
 }
 
 void frmBooking::fillStaff() {
@@ -69,11 +52,8 @@ void frmBooking::loadNew() {
   record.AdminBooking = "N";
   record.WizardCreated = "N";
   times.startToday();
-  mnuBooking.Enabled = false;
-  setCommand(mnuFileCopyBooking, "abCopy", false);
-  setCommand(mnuFileDeleteBooking, "abDelete", false);
-  setCommand(mnuFilePrint, "abPrint", false);
-  for (const char* tool : {"abCancel", "abCharge", "abDischarge"}) barBooking.tool(tool).Enabled = false;
+  allowStored(false);
+  discharge.Enabled = false;
   if (pickupMode_) {
     times.startNow();
   } else {
@@ -87,27 +67,20 @@ void frmBooking::loadNew() {
 void frmBooking::takeNextRequester() {
   if (app_.preferences.RetainRequester && app_.booking.NextRequester.id != 0) {
     requester.cmdRequester_Click();
-    if (record.RoomId != 0) BuildEquipmentTab(form_, record);  // his first room
+    if (record.RoomId != 0) BuildEquipmentTab(parts);  // the first room of the group
   }
   app_.booking.NextRequester = {};
 }
 
 bool frmBooking::read(std::string_view code) {
-  const int rc = sendForBooking(code);
-  if (rc == 0) return true;
-  app_.global.ReadyAllForms();
-  app_.global.ReportRequestError(rc, code, Name());
-  return false;
+  return ask_(code, {{tags::BOOKID, record.BookingId}});
 }
 
-bool frmBooking::loadBooking(std::string_view id, bool copy) {
-  record.BookingId = intOf(id);
-  if (!read("GETMSD")) {
-    closeNow();
-    return false;
-  }
+bool frmBooking::loadRecord() {
+  record.BookingId = intOf(opening().id);
+  if (!read("GETMSD")) return false;
   ReadBookingHead(app_.message, record);
-  if (copy) takeCopyRequester();
+  if (opening().copy) takeCopyRequester();
   showHead();
   showTypeAndRooms();
   readPlace();
@@ -115,7 +88,7 @@ bool frmBooking::loadBooking(std::string_view id, bool copy) {
   readEquipment();
   readRequiredTypes();
   if (record.RequesterId != 0 && GetPatronPrivileges(app_, record)) times.showExpireDate();
-  if (copy) {
+  if (opening().copy) {
     endCopy();
   } else {
     endSaved();
@@ -140,30 +113,20 @@ void frmBooking::showHead() {
   requester.showBooking();
   times.showExpireDate();
   equipment.showMinutes();
-  txtConfirmationNumber.Text = record.ConfirmationNumber;
-  txtBookingNote.Text = record.Note;
-  showProperties();
+  showFields();
   times.showTimes(record.StartTime, record.EndTime);
-  selectStaff(cboSetupStaff, record.SetupStaffId);
-  selectStaff(cboCleanupStaff, record.CleanupStaffId);
+}
+
+void frmBooking::showFields() {
+  fields_.load([this](std::string_view tag) { return headValue(record, tag); });
 }
 
 /// A booking keeps a member who is not active any longer.
-void frmBooking::selectStaff(ComboBox& combo, int memberId) {
-  const std::string id = std::to_string(memberId);
+void frmBooking::selectStaff(ComboBox& combo, const std::string& memberId) {
   for (const StaffMember& member : app_.context.staff) {
-    if (member.id == id && combo.indexOfData(id) < 0) combo.AddItem(member.name, id);
+    if (member.id == memberId && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
   }
-  combo.ListIndex = std::max(0, combo.indexOfData(id));
-}
-
-void frmBooking::showProperties() {
-  txtCreateOperator.Text = record.CreateOperator;
-  txtCreateLocation.Text = record.CreateLocation;
-  txtUpdateOperator.Text = record.UpdateOperator;
-  txtUpdateLocation.Text = record.UpdateLocation;
-  ServerTools::PutControlDate(record.CreateDate, fpdCreateDate);
-  ServerTools::PutControlDate(record.LastUpdate, fpdUpdateDate);
+  combo.ListIndex = std::max(0, combo.indexOfData(memberId));
 }
 
 void frmBooking::showTypeAndRooms() {
@@ -180,7 +143,7 @@ void frmBooking::readPlace() {
   if (!read("GETSRM")) return place.emptyPlace();
   ReadBookingPlace(app_.message, record);
   place.showPlace(app_.message.Get(tags::RNM), app_.message.Get(tags::RTY));
-  if (record.RoomId != 0) BuildEquipmentTab(form_, record);
+  if (record.RoomId != 0) BuildEquipmentTab(parts);
 }
 
 void frmBooking::readMedia() {
@@ -194,7 +157,7 @@ void frmBooking::readMedia() {
     thing.title = app_.message.Get(tags::TITL);
     thing.type = {app_.message.Get(tags::MTID), app_.message.Get(tags::MTY)};
   }
-  for (MediaThing& thing : rows) AddStoredMediaRow(form_, std::move(thing));
+  for (MediaThing& thing : rows) AddStoredMediaRow(parts, std::move(thing));
   record.ItemCount = media.faMedia.Rows - 1;
   media.enableCommands();
 }
@@ -203,9 +166,9 @@ void frmBooking::readEquipment() {
   if (!read("GETSEQ")) return;
   while (app_.message.NextRecord(tags::EID)) {
     if (intOf(app_.message.Get(tags::EID)) == 0) {
-      AddTypeNode(form_, record, app_.message.Get(tags::ETI), app_.message.Get(tags::ETY));
+      AddTypeNode(parts, app_.message.Get(tags::ETI), app_.message.Get(tags::ETY));
     } else {
-      AddPieceNode(form_, record, ReadPiece(app_), kPieceReadTwice);
+      AddPieceNode(parts, ReadPiece(app_), kPieceReadTwice);
     }
   }
 }
@@ -214,11 +177,10 @@ void frmBooking::readEquipment() {
 void frmBooking::readRequiredTypes() {
   const int typeColumn = media.faMedia.columnOfData(kMediaType);
   for (int row = 1; row < media.faMedia.Rows; ++row)
-    AddMediaEquipmentTypes(form_, media.faMedia.TextMatrix(row, typeColumn), record);
+    AddMediaEquipmentTypes(parts, media.faMedia.TextMatrix(row, typeColumn));
   if (!read("GSCIT")) return;
   while (app_.message.NextRecord(tags::MTID))
-    MarkRequiredEquipment(form_, requiredTypeKey(app_.message.Get(tags::MTID), app_.message.Get(tags::ETI)),
-                          record);
+    MarkRequiredEquipment(parts, requiredTypeKey(app_.message.Get(tags::MTID), app_.message.Get(tags::ETI)));
 }
 
 void frmBooking::endCopy() {
@@ -227,21 +189,16 @@ void frmBooking::endCopy() {
   record.BookingResult = 0;
   record.ConfirmationNumber.clear();
   txtConfirmationNumber.Text = "";
-  mnuBooking.Enabled = false;
-  setCommand(mnuFileCopyBooking, "abCopy", false);
-  setCommand(mnuFileDeleteBooking, "abDelete", false);
-  setCommand(mnuFilePrint, "abPrint", false);
-  for (const char* tool : {"abCharge", "abDischarge", "abCancel"}) barBooking.tool(tool).Enabled = false;
-  // For whom it is was settled before the copy opened, within the model's patron group.
-  if (record.RequesterId != 0 || record.isAdministrative()) requester.lockRequester();
+  allowStored(false);
+  discharge.Enabled = false;
 }
 
 void frmBooking::endSaved() {
   title_ = savedBookingTitle(record.ConfirmationNumber);
   times.cmdMultipleBookings.Visible = false;
   requester.lockRequester();
-  allowSavedCommands();
-  setCommand(mnuBookingDischarge, "abDischarge", false);
+  allowStored(true);
+  discharge.Enabled = false;
 }
 
 }  // namespace vantry

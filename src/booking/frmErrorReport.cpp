@@ -21,12 +21,12 @@ struct ErrorReportRow {
 namespace {
 
 constexpr ErrorReportRow kReports[] = {
-    {kReportNotCharged, "Booking Not Charged", "", "", tags::CHFA},
-    {kReportMedia, "Media Items Unavailable for Booking",
+    {codes::NotCharged, "Booking Not Charged", "", "", tags::CHFA},
+    {codes::MediaConflict, "Media Items Unavailable for Booking",
      "Generic Media Items:", "Specific Media Items:", ""},
-    {kReportEquipment, "Equipment Unavailable for Booking",
+    {codes::EquipmentConflict, "Equipment Unavailable for Booking",
      "Generic Equipment Conflicts:", "Specific Equipment:", ""},
-    {kReportCalendar, "Booking Calendar Conflict", "", "", tags::VUF},
+    {codes::CalendarConflict, "Booking Calendar Conflict", "", "", tags::VUF},
 };
 
 /// A line of a report. Marks in braces stand for values: {D} and {T} for date and time of the boundary, {C}
@@ -43,30 +43,34 @@ constexpr std::string_view kStart = tags::STIME;
 constexpr std::string_view kEnd = tags::ETIME_;
 
 constexpr LineRow kLines[] = {
-    {kReportCalendar, 164, kStart, false, "{D} not valid for any calendars"},
-    {kReportCalendar, 165, kEnd, false, "{D} not valid for any calendars"},
-    {kReportCalendar, 166, kStart, true, "Library/Media Center not open on {D} when booking starts"},
-    {kReportCalendar, 166, kEnd, true, "Library/Media Center not open on {D} when booking ends"},
-    {kReportCalendar, 168, kStart, true,
+    {codes::CalendarConflict, 164, kStart, false, "{D} not valid for any calendars"},
+    {codes::CalendarConflict, 165, kEnd, false, "{D} not valid for any calendars"},
+    {codes::CalendarConflict, 166, kStart, true, "Library/Media Center not open on {D} when booking starts"},
+    {codes::CalendarConflict, 166, kEnd, true, "Library/Media Center not open on {D} when booking ends"},
+    {codes::CalendarConflict, 168, kStart, true,
      "Exception Date:  Library/Media Center not open on {D} at {T} (booking start date/time)"},
-    {kReportCalendar, 168, kEnd, true,
+    {codes::CalendarConflict, 168, kEnd, true,
      "Exception Date:  Library/Media Center not open on {D} at {T} (booking end date/time)"},
-    {kReportCalendar, 169, kStart, false, "Booking starts ({T}) before Library/Media Center opens at {C}"},
-    {kReportCalendar, 170, kEnd, false, "Booking ends ({T}) after Library/Media Center closes at {C}"},
-    {kReportCalendar, 171, kStart, false, "Booking starts ({T}) after Library/Media Center closes at {C}"},
-    {kReportCalendar, 172, kEnd, false, "Booking ends ({T}) before Library/Media Center opens at {C}"},
+    {codes::CalendarConflict, 169, kStart, false,
+     "Booking starts ({T}) before Library/Media Center opens at {C}"},
+    {codes::CalendarConflict, 170, kEnd, false,
+     "Booking ends ({T}) after Library/Media Center closes at {C}"},
+    {codes::CalendarConflict, 171, kStart, false,
+     "Booking starts ({T}) after Library/Media Center closes at {C}"},
+    {codes::CalendarConflict, 172, kEnd, false,
+     "Booking ends ({T}) before Library/Media Center opens at {C}"},
 
-    {kReportNotCharged, 107, "", false, "Room already charged:  {RNM}"},
-    {kReportNotCharged, 125, "", false, "Equipment already charged:  {ENO} - {ETY}"},
-    {kReportNotCharged, 126, "", false, "Media already charged:  {TITL}"},
-    {kReportNotCharged, 127, kStart, false, "Booking charged too early:  cannot charge before {T} on {D}"},
-    {kReportNotCharged, 134, "", false, "Generic room could not be assigned"},
-    {kReportNotCharged, 135, "", false, "Generic item could not be assigned:  {TITL}"},
-    {kReportNotCharged, 136, "", false, "Generic equipment could not be assigned:  {ETY}"},
-    {kReportNotCharged, 175, "", false, "Equipment cannot be charged:  {ENO} - {ETY} - Status:  {STY}"},
+    {codes::NotCharged, 107, "", false, "Room already charged:  {RNM}"},
+    {codes::NotCharged, 125, "", false, "Equipment already charged:  {ENO} - {ETY}"},
+    {codes::NotCharged, 126, "", false, "Media already charged:  {TITL}"},
+    {codes::NotCharged, 127, kStart, false, "Booking charged too early:  cannot charge before {T} on {D}"},
+    {codes::NotCharged, 134, "", false, "Generic room could not be assigned"},
+    {codes::NotCharged, 135, "", false, "Generic item could not be assigned:  {TITL}"},
+    {codes::NotCharged, 136, "", false, "Generic equipment could not be assigned:  {ETY}"},
+    {codes::NotCharged, 175, "", false, "Equipment cannot be charged:  {ENO} - {ETY} - Status:  {STY}"},
     // No blank behind this colon, as it stands.
-    {kReportNotCharged, 176, "", false, "Room cannot be charged:  {RNM} - Status:{STY}"},
-    {kReportNotCharged, 177, "", false, "Media cannot be charged:  {TITL} - Status:  {STY}"},
+    {codes::NotCharged, 176, "", false, "Room cannot be charged:  {RNM} - Status:{STY}"},
+    {codes::NotCharged, 177, "", false, "Media cannot be charged:  {TITL} - Status:  {STY}"},
 };
 
 const ErrorReportRow* reportOf(int code) {
@@ -104,8 +108,8 @@ void frmErrorReport::Form_Load() {
     return;
   }
   layOut(*report);
-  if (report->code == kReportMedia) fillMedia();
-  if (report->code == kReportEquipment) fillEquipment();
+  if (report->code == codes::MediaConflict) fillMedia();
+  if (report->code == codes::EquipmentConflict) fillEquipment();
   if (!report->walk.empty()) fillLines(*report);
   for (Grid* grid : {&faErrors, &faErrorsGeneric, &faErrorsSpecific}) grid->AutoSize(0, grid->Cols - 1);
   if (report->walk.empty()) hideEmpty();

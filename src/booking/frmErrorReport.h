@@ -6,21 +6,16 @@
 #include <vector>
 
 #include "frame/app.h"
+#include "messaging/return_codes.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
 #include "platform/grid.h"
 
 namespace vantry {
 
-/// The reports that `frmErrorReport` knows.
-inline constexpr int kReportNotCharged = 128;
-inline constexpr int kReportMedia = 158;
-inline constexpr int kReportEquipment = 159;
-inline constexpr int kReportCalendar = 167;
-
 struct ErrorReportRow;
 
-/// Lists what stands against a booking: other bookings, the calendar, the state of what would be charged. It
+/// Lists what conflicts with a booking: other bookings, the calendar, the state of what would be charged. It
 /// reads the reply of the last request, and sends none.
 class frmErrorReport : public Form {
  public:
@@ -62,7 +57,8 @@ class frmErrorReport : public Form {
   App& app_;
 };
 
-/// Shows a report of the reply.
+/// Shows a report of the reply: `codes::NotCharged`, `MediaConflict`, `EquipmentConflict` or
+/// `CalendarConflict`.
 void ShowErrorReport(App& app, int reportCode);
 
 }  // namespace vantry

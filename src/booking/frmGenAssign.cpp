@@ -20,9 +20,8 @@ constexpr TagColumn kItemCells[] = {
 };
 
 constexpr std::string_view kEquipmentFormat = "<Equip ID|<Equipment Type|<Equipment Number|<Group?|<Room";
-constexpr int kGroupColumn = 3;
 constexpr TagColumn kPieceCells[] = {
-    {0, tags::EID}, {1, tags::ETY}, {2, tags::AENO}, {kGroupColumn, tags::EIU}, {4, tags::RNM}};
+    {0, tags::EID}, {1, tags::ETY}, {2, tags::AENO}, {3, tags::EIU}, {4, tags::RNM}};
 
 void addRow(Grid& grid, const TagMessage& message, std::span<const TagColumn> columns) {
   const int row = grid.Rows;
@@ -94,11 +93,7 @@ void frmGenAssign::fillMedia() {
 }
 
 void frmGenAssign::fillEquipment() {
-  while (app_.message.NextRecord(tags::EID)) {
-    addRow(faGenEquip, app_.message, kPieceCells);
-    const int row = faGenEquip.Rows - 1;
-    faGenEquip.TextMatrix(row, kGroupColumn, faGenEquip.TextMatrix(row, kGroupColumn) == "Y" ? "Yes" : "No");
-  }
+  while (app_.message.NextRecord(tags::EID)) addRow(faGenEquip, app_.message, kPieceCells);
   fit(faGenEquip);
 }
 
@@ -107,7 +102,7 @@ void frmGenAssign::cmdOK_Click() {
 }
 
 void frmGenAssign::cmdPrint_Click() {
-  app_.makers.run("PrintGenericAssignments", app_);
+  app_.reports().print(*this);
 }
 
 }  // namespace vantry

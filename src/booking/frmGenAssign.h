@@ -21,7 +21,7 @@ class frmGenAssign : public Form {
   void Form_Load() override;
   void Form_Activate() override;
   void cmdOK_Click();
-  /// The program's printing command reads the lists of this window while it stands.
+  /// Prints the lists of this window.
   void cmdPrint_Click();
 
   Label lblRoomCaption{*this, "lblRoomCaption", "The following room has been assigned and charged:"};

@@ -5,8 +5,8 @@
 
 namespace vantry {
 
-/// Lets the operator choose among a patron's barcodes, and with it his group. It reads the reply of `GPBAR`.
-/// `Tag` brings back group name and id joined by "|"; empty: cancelled.
+/// Lets the operator choose among a patron's barcodes, and with it the patron's group. It reads the reply of
+/// `GPBAR`. `Tag` brings back group name and id joined by "|"; empty: cancelled.
 class frmMPBarcode : public Form {
  public:
   frmMPBarcode(App& app, std::string_view patronName);

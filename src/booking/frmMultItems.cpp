@@ -61,7 +61,11 @@ frmMultItems::frmMultItems(App& app, const ItemMatches& matches)
 void frmMultItems::Form_Load() {
   app_.tools.PrepareForm(*this);
   for (const MediaThing& match : matches_) addMatch(match);
+  for (auto& [key, thing] : things_) takeCommonType(thing);
   tvwMediaItems.changed();
+  // The one title that the search found need not be looked for again.
+  const auto titles = tvwMediaItems.Roots();
+  if (titles.size() == 1) tvwMediaItems.selectKeys({titles.front()->key});
   enableCommands();
 }
 
@@ -83,6 +87,19 @@ void frmMultItems::addNode(std::string_view parent, const MediaThing& thing, std
   node->columns = std::move(columns);
   node->expanded = true;
   things_[node->key] = thing;
+}
+
+/// A wish takes the media type of its items where all have the same.
+void frmMultItems::takeCommonType(MediaThing& wish) const {
+  if (wish.IM != kNone) return;
+  MediaType common;
+  for (const MediaThing& match : matches_) {
+    const bool below = match.BI == wish.BI && (wish.MI == kNone || match.MI == wish.MI);
+    if (!below || match.IM == kNone) continue;
+    if (match.type.id == kNone || (common.id != kNone && match.type.id != common.id)) return;
+    common = match.type;
+  }
+  wish.type = common;
 }
 
 void frmMultItems::enableCommands() {

@@ -15,7 +15,7 @@ namespace vantry {
 class frmMultItems : public Form {
  public:
   /// `matches` are records of titles with their holdings and items, in the order of the reply; a record
-  /// without an item stands for holdings that have none.
+  /// without an item is one of holdings that have none.
   frmMultItems(App& app, const ItemMatches& matches);
   void Form_Load() override;
   void cmdSelect_Click();
@@ -35,6 +35,7 @@ class frmMultItems : public Form {
   void addMatch(const MediaThing& match);
   void addNode(std::string_view parent, const MediaThing& thing, std::string text,
                std::vector<std::string> columns);
+  void takeCommonType(MediaThing& wish) const;
   void enableCommands();
 
   App& app_;

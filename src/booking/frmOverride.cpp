@@ -1,6 +1,7 @@
 #include "booking/frmOverride.h"
 
 #include "booking/frmSupervisor.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 
 namespace vantry {
@@ -24,13 +25,13 @@ struct SentenceRow {
 constexpr SentenceRow kSentences[] = {
     {155, kAny, "", "Requester is not authorized to book equipment of type %N."},
     {156, kAny, "", "Requester is not authorized to book items of media type %N."},
-    {138, kContextEquipment, "", "Location of equipment not in booking desk's policy."},
-    {138, kContextMedia, "", "Location of media item not in booking desk's policy."},
-    {138, kContextRoom, "", "Location of room not in booking desk's policy."},
+    {138, codes::Equipment, "", "Location of equipment not in booking desk's policy."},
+    {138, codes::Media, "", "Location of media item not in booking desk's policy."},
+    {138, codes::RoomUsage, "", "Location of room not in booking desk's policy."},
     {138, kAny, "", "Location not in booking desk's policy."},
-    {184, kContextEquipment, "", "Security location of equipment not in booking desk's policy."},
-    {184, kContextMedia, "", "Security location of media item not in booking desk's policy."},
-    {184, kContextRoom, "", "Security location of room not in booking desk's policy."},
+    {184, codes::Equipment, "", "Security location of equipment not in booking desk's policy."},
+    {184, codes::Media, "", "Security location of media item not in booking desk's policy."},
+    {184, codes::RoomUsage, "", "Security location of room not in booking desk's policy."},
     {184, kAny, "", "Security location not in booking desk's policy."},
     {187, kAny, "", "Within the warning limit of another booking."},
     {119, kAny, "", "Media item count has exceeded requester's authorized limit of %N."},
@@ -77,7 +78,7 @@ std::string ending(std::string_view number) {
 }
 
 std::string money(std::string_view amount, CurrencyField& currency) {
-  currency.put(amount);
+  currency.Text(amount);
   return currency.Text();
 }
 

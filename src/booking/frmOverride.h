@@ -11,7 +11,7 @@ namespace vantry {
 
 /// What a failure of policy is about, as a validator reads it from a reply.
 struct OverrideFacts {
-  int OverrideContext = 0;  ///< the request's return code: 149 equipment, 150 media item, 185 room
+  int OverrideContext = 0;  ///< the request's return code
   int OverrideCode = 0;     ///< the failure's code
   std::string OverrideName;
   std::string OverridePeriod;  ///< as `PeriodText` words it
@@ -20,16 +20,11 @@ struct OverrideFacts {
   std::string OverrideCount;
 };
 
-/// Return codes that serve as contexts.
-inline constexpr int kContextEquipment = 149;
-inline constexpr int kContextMedia = 150;
-inline constexpr int kContextRoom = 185;
-
 /// The sentence of a failure; empty where there is none, which 154 has on purpose. Amounts pass through the
 /// currency field.
 [[nodiscard]] std::string overrideSentence(const OverrideFacts& facts, CurrencyField& currency);
 
-/// The right that lets an operator override by himself, and the one that is asked of a supervisor instead.
+/// The right that lets an operator override by themselves, and the one that is asked of a supervisor instead.
 struct OverrideNeed {
   bool byRight = false;  ///< whether a right short of OVOTR does
   Right right = Right::OVOTR;
@@ -37,7 +32,7 @@ struct OverrideNeed {
 };
 [[nodiscard]] OverrideNeed overrideNeed(const OverrideFacts& facts);
 
-/// States a failure of policy and lets an operator with the right, or a supervisor, go on all the same.
+/// States a failure of policy and lets an operator with the right, or a supervisor, continue all the same.
 class frmOverride : public Form, public OverrideFacts {
  public:
   frmOverride(App& app, OverrideFacts facts);

@@ -44,7 +44,7 @@ class frmOverrideLibSched : public Form {
   Status status_;
 };
 
-/// Shows the window for the current record of `VALLSL`; true when the booking goes on.
+/// Shows the window for the current record of `VALLSL`; true when the booking may continue.
 [[nodiscard]] bool AskLibSchedOverride(App& app);
 
 }  // namespace vantry

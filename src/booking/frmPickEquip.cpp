@@ -110,9 +110,7 @@ void frmPickEquip::tvwEquip_Click() {
 }
 
 void frmPickEquip::loadType(const TreeNode& type) {
-  app_.message.Add(tags::ETI, typeIdOf(type.key));
-  if (const int rc = SendBusy(app_, "GETGITM"); rc != 0)
-    return app_.global.ReportRequestError(rc, "GETGITM", Name());
+  if (!Ask(app_.global, Name())("GETGITM", {{tags::ETI, typeIdOf(type.key)}})) return;
   fa.Redraw = false;
   while (app_.message.NextRecord(tags::EID)) {
     Candidate candidate = readCandidate(type);
@@ -164,7 +162,7 @@ frmPickEquip::Candidate* frmPickEquip::find(std::vector<Candidate>& list, const 
 
 void frmPickEquip::cmdAdd_Click() {
   Candidate* selected = find(shown_, fa);
-  if (!selected || !MayUsePiece(app_, record_, selected->piece.EID, nullptr)) return;
+  if (!selected || !MayUsePiece(app_, record_, selected->piece.EID)) return;
   addPickedRow(*selected);
   picked_.push_back(std::move(*selected));
   shown_.erase(shown_.begin() + (selected - shown_.data()));

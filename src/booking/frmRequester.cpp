@@ -18,7 +18,8 @@ frmRequester::frmRequester(App& app, const BookingRecord& model)
     ValidateRequesterBarcode(form(), record_);
     enableFields();
   };
-  requester.text.Enter = requester.text.LostFocus = requester.check.Click = validate;
+  requester.text.LostFocus = requester.check.Click = validate;
+  requester.text.Enter = [this] { txtRequester_Enter(); };
   requester.pick.Click = [this] {
     PickRequester(form(), record_);
     enableFields();
@@ -41,7 +42,7 @@ void frmRequester::Form_Load() {
   optRequester.Value = true;
 }
 
-/// The booking's own requester stands ready; another one replaces him.
+/// The booking's own requester is shown; another one replaces them.
 void frmRequester::showRequester() {
   if (model_.RequesterId == 0) return;
   record_.PatronGroupId = model_.PatronGroupId;
@@ -55,6 +56,13 @@ void frmRequester::showRequester() {
 
 void frmRequester::Form_Activate() {
   if (optRequester.Value) requester.text.SetFocus();
+}
+
+/// Enter validates what was typed, and on a valid requester it is OK.
+void frmRequester::txtRequester_Enter() {
+  if (!requester.isPending(record_.RequesterId)) return cmdOK.press();
+  ValidateRequesterBarcode(form(), record_);
+  enableFields();
 }
 
 void frmRequester::enableFields() {

@@ -34,11 +34,12 @@ class frmRequester : public Form {
  private:
   void enableFields();
   void showRequester();
-  PatronForm form() { return {app_, requester, txtPatronGroup, nullptr, nullptr, {}}; }
+  RequesterForm form() { return {app_, requester, txtPatronGroup, {}, {}}; }
+  void txtRequester_Enter();
 
   App& app_;
   const BookingRecord& model_;
-  BookingRecord record_;  ///< the requester that is entered, with his privileges
+  BookingRecord record_;  ///< the requester that is entered, with their privileges
 };
 
 }  // namespace vantry

@@ -1,13 +1,14 @@
 #include "booking/frmSupervisor.h"
 
+#include "messaging/ask.h"
 #include "messaging/password_sealer.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
 
 static constexpr int kAttempts = 3;
-static constexpr int kNotAuthorized = 120;
 
 frmSupervisor::frmSupervisor(App& app, std::string_view requiredRight)
     : Form(app.windows, "frmSupervisor"), app_(app), requiredRight_(requiredRight) {
@@ -50,10 +51,8 @@ void frmSupervisor::enableOK() {
 int frmSupervisor::send(const std::string& sealed) {
   // The failure that is to be overridden stands in the walk of a reply, which must come through whole.
   const TagMessage::Inner inner(app_.message);
-  app_.message.Add(requiredRight_, "Y");
-  app_.message.Add(tags::OI, trim(txtLogin.Text.get()));
-  app_.message.Add(tags::PW, sealed);
-  return app_.message.Send("OPOV");
+  return Ask(app_.global, *this)
+      .codeOf("OPOV", {{requiredRight_, "Y"}, {tags::OI, trim(txtLogin.Text.get())}, {tags::PW, sealed}});
 }
 
 void frmSupervisor::cmdOK_Click() {
@@ -73,8 +72,8 @@ void frmSupervisor::cmdOK_Click() {
 
 void frmSupervisor::refused(int rc) {
   ++attempts_;
-  criticalBox(app_.desktop, rc == kNotAuthorized ? "Operator not authorized to perform override"
-                                                 : "Invalid Login -- Access Denied");
+  criticalBox(app_.desktop, rc == codes::NotAuthorized ? "Operator not authorized to perform override"
+                                                       : "Invalid Login -- Access Denied");
   if (attempts_ < kAttempts) {
     txtLogin.SetFocus();
     return;

@@ -8,7 +8,7 @@
 
 namespace vantry {
 
-/// A supervisor's login that stands in for a right which the operator lacks. The server verifies it; the
+/// A supervisor's login in place of a right that the operator lacks. The server verifies it; the
 /// session stays the operator's.
 class frmSupervisor : public Form {
  public:
@@ -41,8 +41,8 @@ class frmSupervisor : public Form {
   int attempts_ = 0;
 };
 
-/// Shows the supervisor's login; his id, or empty without an accepted login. A walk of a reply goes on
-/// afterwards where it stood.
+/// Shows the supervisor's login. Returns their id, or empty without an accepted login. A walk of a reply
+/// continues afterwards where it was.
 [[nodiscard]] std::string AskSupervisor(App& app, std::string_view requiredRight);
 
 }  // namespace vantry

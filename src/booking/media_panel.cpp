@@ -1,5 +1,6 @@
 #include "booking/media_panel.h"
 
+#include "booking/booking_parts.h"
 #include "booking/modBooking_media.h"
 #include "booking/modBooking_tags.h"
 #include "messaging/marc_viewer.h"
@@ -7,7 +8,7 @@
 
 namespace vantry {
 
-MediaPanel::MediaPanel(App& app, Container& place, BookingRecord& record)
+MediaPanel::MediaPanel(BookingParts& parts, Container& place)
     : lblMediaBarcodeOrID(place, "lblMediaBarcodeOrID", "Media Barcode or Item ID:"),
       txtItemBarcode(place, "txtItemBarcode"),
       cmdAddMediaViaBarcode(place, "cmdAddMediaViaBarcode", "Add by &Barcode"),
@@ -20,13 +21,13 @@ MediaPanel::MediaPanel(App& app, Container& place, BookingRecord& record)
       mnuPopupMarc(place.form(), "mnuPopupMarc", "MARC"),
       mnuPopupMarcBib(mnuPopupMarc, "mnuPopupMarcBib", "&Bibliographic Record"),
       mnuPopupMarcHoldings(mnuPopupMarc, "mnuPopupMarcHoldings", "&Holdings Record"),
-      app_(app),
-      record_(record) {
+      parts_(parts),
+      app_(parts.app) {
   mnuPopupMarc.Visible = false;
   faMedia.AccessibleName = "Media items of the booking";
   // No command of this program creates an item.
   cmdNewMedia.Enabled = false;
-  if (app.preferences.ToolTips) cmdNewMedia.ToolTipText = "Create a media item for this booking.";
+  if (app_.preferences.ToolTips) cmdNewMedia.ToolTipText = "Create a media item for this booking.";
   BuildMediaGrid(faMedia);
   connect();
   arrange(place);
@@ -64,9 +65,9 @@ void MediaPanel::disableEditing() {
 }
 
 void MediaPanel::addByText(Adding add) {
-  if (!form_ || !editable_) return;
+  if (!editable_) return;
   const int before = faMedia.Rows;
-  add(*form_, record_);
+  add(parts_);
   txtItemBarcode.SetFocus();
   txtItemBarcode.SelectText();
   if (faMedia.Rows != before) raise(Changed);
@@ -81,17 +82,16 @@ void MediaPanel::cmdAddMediaViaNumber_Click() {
 }
 
 void MediaPanel::cmdSearchMedia_Click() {
-  if (!form_) return;
   bool dirty = false;
-  AddMediaFromSearch(*form_, record_, dirty);
+  AddMediaFromSearch(parts_, dirty);
   if (dirty) raise(Changed);
 }
 
 void MediaPanel::cmdRemoveMedia_Click() {
-  if (!form_ || faMedia.Row < faMedia.FixedRows) return;
+  if (faMedia.Row < faMedia.FixedRows) return;
   faMedia.RemoveItem(faMedia.Row);
-  --record_.ItemCount;
-  RefreshMediaEquipment(*form_, record_);
+  --parts_.record.ItemCount;
+  RefreshMediaEquipment(parts_);
   enableCommands();
   raise(Changed);
 }
@@ -107,11 +107,11 @@ void MediaPanel::cmdMARC_Click() {
 }
 
 void MediaPanel::mnuPopupMarcBib_Click() {
-  if (form_) ShowMarcRecord(*form_, MarcKind::Bib);
+  ShowMarcRecord(parts_, MarcKind::Bib);
 }
 
 void MediaPanel::mnuPopupMarcHoldings_Click() {
-  if (form_) ShowMarcRecord(*form_, MarcKind::Holdings);
+  ShowMarcRecord(parts_, MarcKind::Holdings);
 }
 
 }  // namespace vantry

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "booking/booking_form.h"
+#include "frame/app.h"
 #include "platform/controls.h"
 #include "platform/grid.h"
 #include "platform/menu.h"
 
 namespace vantry {
 
+class BookingParts;
+
 /// The media of a booking: the list, and what adds to it and removes from it.
 class MediaPanel {
  public:
-  /// Makes the controls in `place`; the record belongs to the window.
-  MediaPanel(App& app, Container& place, BookingRecord& record);
-  /// Gives the commands the whole window; before the operator can reach them.
-  void join(const BookingForm& form) { form_ = &form; }
+  /// Makes the controls in `place`, as one of the parts.
+  MediaPanel(BookingParts& parts, Container& place);
 
   /// Something was added or removed.
   Event Changed;
@@ -45,13 +45,12 @@ class MediaPanel {
  private:
   void connect();
   void arrange(Container& place);
-  using Adding = void (&)(const BookingForm&, BookingRecord&);
+  using Adding = void (&)(BookingParts&);
   /// Adds by the text; afterwards the field is ready for the next one.
   void addByText(Adding add);
 
+  BookingParts& parts_;
   App& app_;
-  BookingRecord& record_;
-  const BookingForm* form_ = nullptr;
   bool editable_ = true;
 };
 

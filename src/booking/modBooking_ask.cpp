@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "booking/booking_parts.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
 #include "platform/text.h"
@@ -9,45 +10,23 @@
 
 namespace vantry {
 
-static constexpr std::string_view kModule = "modBooking";
-static constexpr int kNoServer = -999;
-
-int SendBusy(App& app, std::string_view code) {
-  app.global.BusyAllForms();
-  const int rc = app.message.Send(code);
-  app.global.ReadyAllForms();
-  return rc;
+Ask askForBooking(App& app) {
+  return {app.global, "modBooking"};
 }
 
-bool ServerIsLost(App& app, int rc) {
-  if (rc != kNoServer) return false;
-  app.global.ReportRequestError(rc, {}, kModule);
-  return true;
+void StoreTimes(BookingParts& parts) {
+  StoreBookingTimes(parts.app.booking, parts.times.times());
 }
 
-bool HasFailed(App& app, int rc, std::string_view sentence) {
-  if (rc == 0) return false;
-  if (!ServerIsLost(app, rc)) warningBox(app.desktop, std::string(sentence));
-  return true;
-}
-
-void StoreTimes(const BookingForm& form) {
-  StoreBookingTimes(form.app.booking, form.times.times());
-}
-
-/// The check of one thing, which stands under its tag: a piece or a type.
-static bool mayUse(App& app, const BookingRecord& record, std::string_view tag, std::string_view id,
-                   const BookingForm* ownTimes) {
+/// The check of one thing, which is named by its tag: a piece or a type.
+static bool mayUse(App& app, const BookingRecord& record, std::string_view tag, std::string_view id) {
   TagMessage& message = app.message;
   message.Add(tags::BOOKID, std::to_string(record.BookingId));
   message.Add(tag, id);
   message.Add(tags::PGID, std::to_string(record.PatronGroupId));
   WritePlaceTags(message, record);
-  if (ownTimes)
-    WriteBookingTimes(message, ownTimes->times.times(), false);
-  else
-    WriteStoredBookingTimes(message, app.booking);
-  const int rc = SendBusy(app, "VEQUSG");
+  WriteStoredBookingTimes(message, app.booking);
+  const int rc = askForBooking(app).codeOf("VEQUSG");
   return ValidateEquipmentUsage(app, rc, message.Get(tags::ETY));
 }
 
@@ -56,16 +35,15 @@ void KeepWarningShown(App& app, const std::string& key) {
   app.booking.warnings.MarkWarningShown(key);
 }
 
-bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid, const BookingForm* ownTimes) {
+bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid) {
   const std::string id = std::to_string(std::abs(intOf(eid)));  // a look-up may mark a group by a minus
-  if (!mayUse(app, record, tags::EID, id, ownTimes)) return false;
+  if (!mayUse(app, record, tags::EID, id)) return false;
   KeepWarningShown(app, id + "E");
-  app.message.Add(tags::EID, id);
-  return ValidateEquipmentStatus(app, SendBusy(app, "VES"));
+  return ValidateEquipmentStatus(app, askForBooking(app).codeOf("VES", {{tags::EID, id}}));
 }
 
-bool MayUseType(App& app, const BookingRecord& record, std::string_view eti, const BookingForm* ownTimes) {
-  return mayUse(app, record, tags::ETI, eti, ownTimes);
+bool MayUseType(App& app, const BookingRecord& record, std::string_view eti) {
+  return mayUse(app, record, tags::ETI, eti);
 }
 
 }  // namespace vantry

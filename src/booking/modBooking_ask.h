@@ -3,32 +3,29 @@
 #include <string>
 #include <string_view>
 
-#include "booking/booking_form.h"
+#include "messaging/ask.h"
 
 namespace vantry {
 
-// The questions to the server that come with the adding of one thing.
+class App;
+class BookingParts;
+struct BookingRecord;
 
-/// Sends what was added while all windows are busy; they are ready afterwards.
-[[nodiscard]] int SendBusy(App& app, std::string_view code);
-/// Whether no server was reached, which ends the session; no word of the caller's belongs to that.
-[[nodiscard]] bool ServerIsLost(App& app, int rc);
-/// Whether a look-up has failed. Then this sentence is said; where no server was reached, the session ends.
-[[nodiscard]] bool HasFailed(App& app, int rc, std::string_view sentence);
+// The questions to the server before one thing is added.
+
+/// Asks on behalf of modBooking, whose failures are reported under that name.
+[[nodiscard]] Ask askForBooking(App& app);
 
 /// The operator has agreed to the warning of this key, for as long as the times stay.
 void KeepWarningShown(App& app, const std::string& key);
 
-/// Keeps the window's times for what is added in the dialogs that follow.
-void StoreTimes(const BookingForm& form);
+/// Keeps the window's times for the checks of what is about to be added, which dialogs make too.
+void StoreTimes(BookingParts& parts);
 
-/// Asks whether a piece or group may be had, and what its status says; refusals and overrides are settled
-/// with the operator. True: it may be added, and its warning is not shown again. The times are those of the
-/// window, or without one those that were stored.
-[[nodiscard]] bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid,
-                               const BookingForm* ownTimes);
+/// Asks whether a piece or group may be had at the stored times, and what its status says; refusals and
+/// overrides are settled with the operator. True: it may be added, and its warning is not shown again.
+[[nodiscard]] bool MayUsePiece(App& app, const BookingRecord& record, std::string_view eid);
 /// The same for an equipment type, which has neither a status nor a warning of its own.
-[[nodiscard]] bool MayUseType(App& app, const BookingRecord& record, std::string_view eti,
-                              const BookingForm* ownTimes);
+[[nodiscard]] bool MayUseType(App& app, const BookingRecord& record, std::string_view eti);
 
 }  // namespace vantry

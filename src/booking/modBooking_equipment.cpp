@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "booking/equipment_panel.h"
+#include "booking/booking_parts.h"
 #include "booking/frmAddEquipType.h"
 #include "booking/frmPickEquip.h"
 #include "booking/modBooking_ask.h"
@@ -14,8 +14,6 @@
 
 namespace vantry {
 namespace {
-
-constexpr std::string_view kModule = "modBooking";
 
 // What the server needs to know of a look-up and of a note.
 constexpr std::string_view kForBookings = "3";     ///< `EPT`
@@ -38,11 +36,11 @@ TreeNode* addPiece(Tree& tree, std::string_view root, const EquipmentPiece& piec
 }
 
 void showBookingNote(App& app, const EquipmentPiece& piece) {
-  app.message.Add(tags::PWHI, kAboutEquipment);
-  app.message.Add(tags::PTYP, kWhenBooked);
-  app.message.Add(tags::PWID, std::to_string(std::abs(intOf(piece.EID))));
-  if (HasFailed(app, SendBusy(app, "GETPMSG"),
-                "An error occurred while retreiving the booking note for the selected equipment."))
+  if (!askForBooking(app).orWarn(
+          "An error occurred while retreiving the booking note for the selected equipment.", "GETPMSG",
+          {{tags::PWHI, kAboutEquipment},
+           {tags::PTYP, kWhenBooked},
+           {tags::PWID, std::abs(intOf(piece.EID))}}))
     return;
   const std::string note = app.message.Get(tags::PMSG);
   if (trim(note).empty()) return;
@@ -51,9 +49,9 @@ void showBookingNote(App& app, const EquipmentPiece& piece) {
 
 using LookUp = void (&)(App&);
 
-void addByText(const BookingForm& form, BookingRecord& record, LookUp lookUp) {
-  App& app = form.app;
-  TextBox& text = form.equipment->txtEquipBarcode;
+void addByText(BookingParts& parts, LookUp lookUp) {
+  App& app = parts.app;
+  TextBox& text = parts.equipment.txtEquipBarcode;
   app.lookUp.text = trim(text.Text.get());
   if (app.lookUp.text.empty()) return;
   app.message.Add(tags::EPT, kForBookings);
@@ -61,9 +59,10 @@ void addByText(const BookingForm& form, BookingRecord& record, LookUp lookUp) {
   if (!app.lookUp.LookupStatus.empty() || app.lookUp.LookupRows.empty()) return;
   const LookUpRow& row = app.lookUp.LookupRows.front();
   const EquipmentPiece piece{row.EID, PieceNumber(app, row.ENO, row.BNO), row.ETY, row.EIU, row.STY};
-  if (!MayUsePiece(app, record, piece.EID, &form)) return;
-  if (ConfirmEquipmentLimit(app, record)) return;
-  const bool added = AddPieceNode(form, record, piece, kPieceAddedTwice);
+  StoreTimes(parts);
+  if (!MayUsePiece(app, parts.record, piece.EID)) return;
+  if (ConfirmEquipmentLimit(app, parts.record)) return;
+  const bool added = AddPieceNode(parts, piece, kPieceAddedTwice);
   text.Text = "";
   if (added) showBookingNote(app, piece);
 }
@@ -80,79 +79,77 @@ EquipmentPiece ReadPiece(const App& app) {
           message.Get(tags::ETY), message.Get(tags::EIU), message.Get(tags::ESDS)};
 }
 
-void AddEquipmentByNumber(const BookingForm& form, BookingRecord& record) {
-  addByText(form, record, FindEquipmentByNumber);
+void AddEquipmentByNumber(BookingParts& parts) {
+  addByText(parts, FindEquipmentByNumber);
 }
 
-void AddEquipmentByBarcode(const BookingForm& form, BookingRecord& record) {
-  addByText(form, record, FindEquipmentByBarcode);
+void AddEquipmentByBarcode(BookingParts& parts) {
+  addByText(parts, FindEquipmentByBarcode);
 }
 
-void AddSpecificEquipment(const BookingForm& form, BookingRecord& record) {
-  StoreTimes(form);
-  frmPickEquip window(form.app, record);
+void AddSpecificEquipment(BookingParts& parts) {
+  StoreTimes(parts);
+  frmPickEquip window(parts.app, parts.record);
   window.ShowModal();
-  if (window.picked.empty() || ConfirmEquipmentLimit(form.app, record)) return;
+  if (window.picked.empty() || ConfirmEquipmentLimit(parts.app, parts.record)) return;
   for (const EquipmentPiece& piece : window.picked) {
-    if (AddPieceNode(form, record, piece, kPieceAddedTwice)) showBookingNote(form.app, piece);
+    if (AddPieceNode(parts, piece, kPieceAddedTwice)) showBookingNote(parts.app, piece);
   }
 }
 
-void AddEquipmentType(const BookingForm& form, BookingRecord& record, bool& dirty) {
-  StoreTimes(form);
-  frmAddEquipType window(form.app, record);
+void AddEquipmentType(BookingParts& parts, bool& dirty) {
+  StoreTimes(parts);
+  frmAddEquipType window(parts.app, parts.record);
   window.ShowModal();
   const std::string& chosen = window.Tag.get();
-  if (chosen.empty() || ConfirmEquipmentLimit(form.app, record)) return;
+  if (chosen.empty() || ConfirmEquipmentLimit(parts.app, parts.record)) return;
   const auto bar = chosen.find('|');
-  if (AddTypeNode(form, record, chosen.substr(0, bar), chosen.substr(bar + 1))) dirty = true;
+  if (AddTypeNode(parts, chosen.substr(0, bar), chosen.substr(bar + 1))) dirty = true;
 }
 
-bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece,
-                  std::string_view ifTwice) {
-  if (!addPiece(form.tvwOtherEquipment, roots::Specific, piece)) {
-    informationBox(form.app.desktop, std::string(ifTwice));
+bool AddPieceNode(BookingParts& parts, const EquipmentPiece& piece, std::string_view ifTwice) {
+  if (!addPiece(parts.equipment.tvwOtherEquipment, roots::Specific, piece)) {
+    informationBox(parts.app.desktop, std::string(ifTwice));
     return false;
   }
-  record.EquipmentCount = countEquipment(form);
+  parts.record.EquipmentCount = countEquipment(parts);
   return true;
 }
 
-bool AddTypeNode(const BookingForm& form, BookingRecord& record, std::string_view eti, std::string_view ety) {
-  TreeNode* node = form.tvwEquipment.Add(roots::Types, std::string(eti), std::string(ety));
+bool AddTypeNode(BookingParts& parts, std::string_view eti, std::string_view ety) {
+  TreeNode* node = parts.equipment.tvwEquipment.Add(roots::Types, std::string(eti), std::string(ety));
   if (!node) {
-    informationBox(form.app.desktop,
+    informationBox(parts.app.desktop,
                    "Equipment/Equipment Group type " + std::string(ety) + " already in booking.");
     return false;
   }
   node->parent->expanded = true;
-  form.tvwEquipment.changed();
-  record.EquipmentCount = countEquipment(form);
+  parts.equipment.tvwEquipment.changed();
+  parts.record.EquipmentCount = countEquipment(parts);
   return true;
 }
 
-void BuildEquipmentTab(const BookingForm& form, const BookingRecord& record) {
-  Tree& tree = form.tvwOtherEquipment;
+void BuildEquipmentTab(BookingParts& parts) {
+  Tree& tree = parts.equipment.tvwOtherEquipment;
   const TreeNode* root = tree.find(roots::InRoom);
   while (root && !root->children.empty()) tree.Remove(std::string(root->children.back()->key));
-  if (record.RoomId == 0) return;
-  App& app = form.app;
-  app.message.Add(tags::RID, std::to_string(record.RoomId));
-  app.message.Add(tags::BRTY, "1");
-  if (const int rc = SendBusy(app, "GETREQP"); rc != 0)
-    return app.global.ReportRequestError(rc, "GETREQP", kModule);
-  // What the operator has added by himself stays where it is.
+  parts.equipment.enableCommands();  // the selected node may be gone
+  if (parts.record.RoomId == 0) return;
+  App& app = parts.app;
+  if (!askForBooking(app)("GETREQP", {{tags::RID, parts.record.RoomId}, {tags::BRTY, "1"}})) return;
+  // What the operator has added stays.
   while (app.message.NextRecord(tags::EID)) addPiece(tree, roots::InRoom, ReadPiece(app));
 }
 
-void SuggestTimes(const BookingForm& form, BookingRecord& record) {
-  App& app = form.app;
-  app.message.Add(tags::RID, std::to_string(record.RoomId));
-  WriteEquipmentTags(app.message, form.tvwOtherEquipment, form.tvwEquipment, EquipmentForm::Full);
-  if (const int rc = SendBusy(app, "SUG"); rc != 0) return app.global.ReportRequestError(rc, "SUG", kModule);
-  record.SetupMinutes = intOf(app.message.Get(tags::UTIME));
-  record.CleanupMinutes = intOf(app.message.Get(tags::CTIME_));
-  if (form.equipment) form.equipment->showMinutes();
+void SuggestTimes(BookingParts& parts) {
+  App& app = parts.app;
+  app.message.Add(tags::RID, std::to_string(parts.record.RoomId));
+  WriteEquipmentTags(app.message, parts.equipment.tvwOtherEquipment, parts.equipment.tvwEquipment,
+                     EquipmentForm::Full);
+  if (!askForBooking(app)("SUG")) return;
+  parts.record.SetupMinutes = intOf(app.message.Get(tags::UTIME));
+  parts.record.CleanupMinutes = intOf(app.message.Get(tags::CTIME_));
+  parts.equipment.showMinutes();
 }
 
 }  // namespace vantry

@@ -4,11 +4,13 @@
 #include <string_view>
 #include <vector>
 
-#include "booking/booking_form.h"
+#include "booking/booking_record.h"
+#include "frame/app.h"
+#include "platform/tree.h"
 
 namespace vantry {
 
-class TagMessage;
+class BookingParts;
 
 // The equipment of a booking: what is added to it and how the two trees hold it.
 
@@ -30,11 +32,11 @@ using EquipmentMatches = std::vector<EquipmentPiece>;
 /// A piece's number or its barcode, by preference.
 [[nodiscard]] std::string PieceNumber(const App& app, std::string_view number, std::string_view barcode);
 
-void AddEquipmentByNumber(const BookingForm& form, BookingRecord& record);
-void AddEquipmentByBarcode(const BookingForm& form, BookingRecord& record);
-void AddSpecificEquipment(const BookingForm& form, BookingRecord& record);
+void AddEquipmentByNumber(BookingParts& parts);
+void AddEquipmentByBarcode(BookingParts& parts);
+void AddSpecificEquipment(BookingParts& parts);
 /// `dirty` rises when a type was added.
-void AddEquipmentType(const BookingForm& form, BookingRecord& record, bool& dirty);
+void AddEquipmentType(BookingParts& parts, bool& dirty);
 
 /// What is said of a piece that the booking has already, where it is added and where a booking is read. The
 /// two spellings are deliberate.
@@ -43,30 +45,29 @@ inline constexpr std::string_view kPieceReadTwice = "Equipment/Equipment Group a
 
 /// Put one node into the trees and count it; without a request. False, and a box that says so, when the
 /// booking has it already.
-bool AddPieceNode(const BookingForm& form, BookingRecord& record, const EquipmentPiece& piece,
-                  std::string_view ifTwice);
-bool AddTypeNode(const BookingForm& form, BookingRecord& record, std::string_view eti, std::string_view ety);
+bool AddPieceNode(BookingParts& parts, const EquipmentPiece& piece, std::string_view ifTwice);
+bool AddTypeNode(BookingParts& parts, std::string_view eti, std::string_view ety);
 
-/// Puts the equipment types that a media type needs into the tree, where they stand once per media type. It
+/// Puts the equipment types that a media type needs into the tree, once per media type. It
 /// sends a request each time, so that no walk may be under way.
-void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record);
+void AddMediaEquipmentTypes(BookingParts& parts, std::string_view mtid);
 /// Ticks a required type, and the same type under other media types; without a request. The key is
-/// `requiredTypeKey`; one that does not stand in the tree is passed over.
-void MarkRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record);
+/// `requiredTypeKey`; one that the tree does not contain is passed over.
+void MarkRequiredEquipment(BookingParts& parts, std::string_view key);
 /// The operator ticks a required type on or off; true when it has changed.
-bool CheckRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record);
+bool CheckRequiredEquipment(BookingParts& parts, std::string_view key);
 
-/// Lists anew what stands in the booking's room; after a change of room and while loading. It sends a request
+/// Lists anew what is in the booking's room; after a change of room and while loading. It sends a request
 /// when there is a room, so that no walk may be under way.
-void BuildEquipmentTab(const BookingForm& form, const BookingRecord& record);
+void BuildEquipmentTab(BookingParts& parts);
 /// Asks the server how many minutes room and equipment take, and shows them.
-void SuggestTimes(const BookingForm& form, BookingRecord& record);
+void SuggestTimes(BookingParts& parts);
 
-/// Whether any equipment is listed that a booking has to reserve: what stands in the room does not count, nor
+/// Whether any equipment is listed that a booking has to reserve: what is in the room does not count, nor
 /// does a required type that is not ticked.
-[[nodiscard]] bool CheckEmptyBooking(const BookingForm& form);
+[[nodiscard]] bool CheckEmptyBooking(BookingParts& parts);
 /// Counts what `EquipmentCount` counts: pieces and types that were added, and required types that are ticked,
 /// each type once.
-[[nodiscard]] int countEquipment(const BookingForm& form);
+[[nodiscard]] int countEquipment(BookingParts& parts);
 
 }  // namespace vantry

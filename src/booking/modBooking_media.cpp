@@ -2,24 +2,23 @@
 
 #include <algorithm>
 
+#include "booking/booking_parts.h"
 #include "booking/frmMultBibs.h"
 #include "booking/frmMultItems.h"
 #include "booking/frmSelectMediaType.h"
-#include "booking/media_panel.h"
 #include "booking/modBooking_ask.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
 #include "messaging/marc_viewer.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
 
-constexpr std::string_view kModule = "modBooking";
 constexpr std::string_view kNone = "0";
-constexpr int kNoMatch = 2;
 
 bool isNone(std::string_view id) {
   return intOf(id) == 0;
@@ -58,9 +57,9 @@ MediaThing thingOf(const TagMessage& message) {
 /// The details of the thing's item; it keeps empty ones where they cannot be read. True: they were.
 bool askItemDetails(App& app, MediaThing& thing) {
   if (isNone(thing.IM)) return false;
-  app.message.Add(tags::MI, thing.MI);
-  app.message.Add(tags::IM, thing.IM);
-  if (HasFailed(app, SendBusy(app, "GID"), "Unable to retrieve item details.")) return false;
+  if (!askForBooking(app).orWarn("Unable to retrieve item details.", "GID",
+                                 {{tags::MI, thing.MI}, {tags::IM, thing.IM}}))
+    return false;
   readDetails(app.message, thing);
   return true;
 }
@@ -68,9 +67,9 @@ bool askItemDetails(App& app, MediaThing& thing) {
 /// The call number of the thing's holdings, and their location where the thing has none.
 void askHoldingsDetails(App& app, MediaThing& thing) {
   if (isNone(thing.MI)) return;
-  app.message.Add(tags::MI, thing.MI);
-  app.message.Add(tags::BI, thing.BI);
-  if (HasFailed(app, SendBusy(app, "GMD"), "Unable to retreive MFHD details.")) return;
+  if (!askForBooking(app).orWarn("Unable to retreive MFHD details.", "GMD",
+                                 {{tags::MI, thing.MI}, {tags::BI, thing.BI}}))
+    return;
   while (app.message.NextRecord(tags::MI)) {
     if (app.message.Get(tags::MI) != thing.MI) continue;
     thing.callNumber = app.message.Get(tags::CN);
@@ -87,7 +86,7 @@ bool mayUse(App& app, const BookingRecord& record, const MediaThing& thing) {
   app.message.Add(tags::MI, thing.MI);
   app.message.Add(tags::IM, thing.IM);
   WriteStoredBookingTimes(app.message, app.booking);
-  if (!ValidateItemUsage(app, SendBusy(app, "VITMUSG"))) return false;
+  if (!ValidateItemUsage(app, askForBooking(app).codeOf("VITMUSG"))) return false;
   KeepWarningShown(app, thing.IM + "I");
   return true;
 }
@@ -104,22 +103,20 @@ bool hasTypeOrPasses(App& app, MediaThing& thing, Untyped untyped) {
 }
 
 /// From the media type on: asks, checks and adds the row. True when it was added.
-bool addThing(const BookingForm& form, BookingRecord& record, MediaThing thing, Untyped untyped) {
-  App& app = form.app;
+bool addThing(BookingParts& parts, MediaThing thing, Untyped untyped) {
+  App& app = parts.app;
   if (!hasTypeOrPasses(app, thing, untyped)) return false;
   // A thing without a type passes unchecked; this is deliberate.
-  if (!isNone(thing.type.id) && !mayUse(app, record, thing)) return false;
+  if (!isNone(thing.type.id) && !mayUse(app, parts.record, thing)) return false;
   askHoldingsDetails(app, thing);
-  if (IsMediaInBooking(thing.BI, thing.MI, thing.IM, thing.type.id, form)) return false;
-  if (ConfirmItemLimit(app, record)) return false;
-  AddMediaRow(form, thing);
-  record.ItemCount = form.faMedia.Rows - form.faMedia.FixedRows;
-  AddMediaEquipmentTypes(form, thing.type.id, record);
-  RefreshMediaEquipment(form, record);
-  if (form.media) {
-    form.media->txtItemBarcode.Text = "";
-    form.media->enableCommands();
-  }
+  if (IsMediaInBooking(thing.BI, thing.MI, thing.IM, thing.type.id, parts)) return false;
+  if (ConfirmItemLimit(app, parts.record)) return false;
+  AddMediaRow(parts, thing);
+  parts.record.ItemCount = parts.media.faMedia.Rows - parts.media.faMedia.FixedRows;
+  AddMediaEquipmentTypes(parts, thing.type.id);
+  RefreshMediaEquipment(parts);
+  parts.media.txtItemBarcode.Text = "";
+  parts.media.enableCommands();
   return true;
 }
 
@@ -132,20 +129,20 @@ const MediaThing* pickTitle(App& app, const ItemMatches& matches) {
   return window.Tag == "1" ? &matches[static_cast<std::size_t>(window.choice())] : nullptr;
 }
 
-void addMatch(const BookingForm& form, BookingRecord& record, const ItemMatches& matches) {
-  const MediaThing* match = pickTitle(form.app, matches);
+void addMatch(BookingParts& parts, const ItemMatches& matches) {
+  const MediaThing* match = pickTitle(parts.app, matches);
   if (!match) return;
   MediaThing thing = *match;
-  const bool read = askItemDetails(form.app, thing);
-  if (read && isNone(thing.type.id)) thing.type = typeOf(form.app.message);
-  addThing(form, record, std::move(thing), matches.size() > 1 ? Untyped::IsRefused : Untyped::Passes);
+  const bool read = askItemDetails(parts.app, thing);
+  if (read && isNone(thing.type.id)) thing.type = typeOf(parts.app.message);
+  addThing(parts, std::move(thing), matches.size() > 1 ? Untyped::IsRefused : Untyped::Passes);
 }
 
 /// The titles of holdings, each with the item that is known of them. False when there are none, which has
 /// been said.
 bool askTitles(App& app, const MediaThing& known, ItemMatches& matches) {
-  app.message.Add(tags::MI, known.MI);
-  if (HasFailed(app, SendBusy(app, "GBBMID"), "No bibliographic records found for the item's MFHD."))
+  if (!askForBooking(app).orWarn("No bibliographic records found for the item's MFHD.", "GBBMID",
+                                 {{tags::MI, known.MI}}))
     return false;
   while (app.message.NextRecord(tags::BI)) {
     MediaThing match = known;
@@ -162,8 +159,8 @@ bool askTree(App& app, const std::vector<BibSelection>& found, ItemMatches& matc
     app.message.Add(tags::BI, selection.BI);
     app.message.Add(tags::MI, selection.MI);
   }
-  if (HasFailed(app, SendBusy(app, "GBHI"),
-                "An error occurred while retrieving the Bib/holdings/items details!"))
+  if (!askForBooking(app).orWarn("An error occurred while retrieving the Bib/holdings/items details!",
+                                 "GBHI"))
     return false;
   while (app.message.NextRecord(tags::BI)) {
     MediaThing match = thingOf(app.message);
@@ -174,78 +171,77 @@ bool askTree(App& app, const std::vector<BibSelection>& found, ItemMatches& matc
   return true;
 }
 
-bool addChosen(const BookingForm& form, BookingRecord& record, const ItemMatches& matches) {
-  frmMultItems window(form.app, matches);
+bool addChosen(BookingParts& parts, const ItemMatches& matches) {
+  frmMultItems window(parts.app, matches);
   window.ShowModal();
   if (window.Tag != "1") return false;
   bool added = false;
-  for (const MediaThing& thing : window.chosen)
-    added = addThing(form, record, thing, Untyped::IsRefused) || added;
+  for (const MediaThing& thing : window.chosen) added = addThing(parts, thing, Untyped::IsRefused) || added;
   return added;
 }
 
 /// One holdings record without its items: a wish for any of them.
-bool addHoldings(const BookingForm& form, BookingRecord& record, const BibSelection& found) {
+bool addHoldings(BookingParts& parts, const BibSelection& found) {
   MediaThing wish;
   wish.MI = found.MI;
   wish.IM = kNone;
   ItemMatches titles;
-  if (!askTitles(form.app, wish, titles)) return false;
+  if (!askTitles(parts.app, wish, titles)) return false;
   for (MediaThing& title : titles) {
-    if (title.BI == found.BI) return addThing(form, record, std::move(title), Untyped::Passes);
+    if (title.BI == found.BI) return addThing(parts, std::move(title), Untyped::Passes);
   }
   return false;
 }
 
-std::string enteredText(const BookingForm& form) {
-  return form.media ? std::string(trim(form.media->txtItemBarcode.Text.get())) : std::string();
+std::string enteredText(BookingParts& parts) {
+  return std::string(trim(parts.media.txtItemBarcode.Text.get()));
 }
 
 }  // namespace
 
-void AddMediaByBarcode(const BookingForm& form, BookingRecord& record) {
-  App& app = form.app;
-  const std::string text = enteredText(form);
+void AddMediaByBarcode(BookingParts& parts) {
+  App& app = parts.app;
+  const std::string text = enteredText(parts);
   if (text.empty()) return;
-  StoreTimes(form);
-  app.message.Add(tags::IB, text);
-  const int rc = SendBusy(app, "GBBIB");
-  if (rc == kNoMatch) return informationBox(app.desktop, "No items match entered barcode.");
-  if (rc != 0) return app.global.ReportRequestError(rc, "GBBIB", kModule);
+  StoreTimes(parts);
+  const Ask ask = askForBooking(app);
+  const int rc = ask.codeOf("GBBIB", {{tags::IB, text}});
+  if (rc == codes::NotFound) return informationBox(app.desktop, "No items match entered barcode.");
+  if (!ask.succeeded(rc, "GBBIB")) return;
   ItemMatches matches;
   while (app.message.NextRecord(tags::BI)) matches.push_back(thingOf(app.message));
-  addMatch(form, record, matches);
+  addMatch(parts, matches);
 }
 
-void AddMediaByItemId(const BookingForm& form, BookingRecord& record) {
-  App& app = form.app;
-  const std::string text = enteredText(form);
+void AddMediaByItemId(BookingParts& parts) {
+  App& app = parts.app;
+  const std::string text = enteredText(parts);
   if (text.empty()) return;
-  StoreTimes(form);
-  app.message.Add(tags::IM, text);
-  if (HasFailed(app, SendBusy(app, "GMIID"), "No items in the database correspond to entered Item ID."))
+  StoreTimes(parts);
+  if (!askForBooking(app).orWarn("No items in the database correspond to entered Item ID.", "GMIID",
+                                 {{tags::IM, text}}))
     return;
   MediaThing known = thingOf(app.message);
   known.IM = std::to_string(intOf(text));
   ItemMatches matches;
-  if (askTitles(app, known, matches)) addMatch(form, record, matches);
+  if (askTitles(app, known, matches)) addMatch(parts, matches);
 }
 
-void AddMediaFromSearch(const BookingForm& form, BookingRecord& record, bool& dirty) {
-  App& app = form.app;
-  StoreTimes(form);
+void AddMediaFromSearch(BookingParts& parts, bool& dirty) {
+  App& app = parts.app;
+  StoreTimes(parts);
   const std::vector<BibSelection> found = app.bibSearch.Search();
   if (found.empty()) return;
   bool added = false;
   ItemMatches matches;
   if (found.size() == 1 && !isNone(found.front().MI))
-    added = addHoldings(form, record, found.front());
+    added = addHoldings(parts, found.front());
   else if (askTree(app, found, matches))
-    added = addChosen(form, record, matches);
+    added = addChosen(parts, matches);
   if (added) dirty = true;
 }
 
-void AddMediaRow(const BookingForm& form, const MediaThing& thing) {
+void AddMediaRow(BookingParts& parts, const MediaThing& thing) {
   const bool typed = !isNone(thing.type.id);
   const std::pair<MediaColumn, std::string_view> cells[] = {
       {kMediaBib, thing.BI},
@@ -261,23 +257,23 @@ void AddMediaRow(const BookingForm& form, const MediaThing& thing) {
       {kMediaChronology, thing.chronology},
       {kMediaYear, thing.year},
   };
-  Grid& grid = form.faMedia;
+  Grid& grid = parts.media.faMedia;
   const int row = grid.Rows;
   grid.Rows = row + 1;
   for (const auto& [column, text] : cells) grid.TextMatrix(row, grid.columnOfData(column), std::string(text));
 }
 
-void AddStoredMediaRow(const BookingForm& form, MediaThing thing) {
-  static_cast<void>(askItemDetails(form.app, thing));  // a row without a media type stays without one
-  askHoldingsDetails(form.app, thing);
-  AddMediaRow(form, thing);
+void AddStoredMediaRow(BookingParts& parts, MediaThing thing) {
+  static_cast<void>(askItemDetails(parts.app, thing));  // a row without a media type stays without one
+  askHoldingsDetails(parts.app, thing);
+  AddMediaRow(parts, thing);
 }
 
 bool IsMediaInBooking(std::string_view bi, std::string_view mi, std::string_view im, std::string_view mtid,
-                      const BookingForm& form) {
+                      BookingParts& parts) {
   const std::pair<MediaColumn, std::string_view> keys[] = {
       {kMediaBib, bi}, {kMediaHoldings, mi}, {kMediaItem, im}, {kMediaType, mtid}};
-  const Grid& grid = form.faMedia;
+  const Grid& grid = parts.media.faMedia;
   for (int row = grid.FixedRows; row < grid.Rows; ++row) {
     if (std::all_of(std::begin(keys), std::end(keys), [&](const auto& key) {
           return grid.TextMatrix(row, grid.columnOfData(key.first)) == key.second;
@@ -288,7 +284,7 @@ bool IsMediaInBooking(std::string_view bi, std::string_view mi, std::string_view
 }
 
 MediaType PickMediaType(App& app) {
-  if (HasFailed(app, SendBusy(app, "GMTYP"), "Could not retrieve available media item types.")) return {};
+  if (!askForBooking(app).orWarn("Could not retrieve available media item types.", "GMTYP")) return {};
   std::vector<MediaType> types;
   while (app.message.NextRecord(tags::MTID)) types.push_back(typeOf(app.message));
   if (types.empty()) {
@@ -301,27 +297,27 @@ MediaType PickMediaType(App& app) {
   return window.choice < 0 ? MediaType() : types[static_cast<std::size_t>(window.choice)];
 }
 
-void RefreshMediaEquipment(const BookingForm& form, BookingRecord& record) {
-  const Grid& grid = form.faMedia;
+void RefreshMediaEquipment(BookingParts& parts) {
+  const Grid& grid = parts.media.faMedia;
   std::vector<std::string> kept;
   for (int row = grid.FixedRows; row < grid.Rows; ++row)
     kept.push_back(mediaTypeKey(grid.TextMatrix(row, grid.columnOfData(kMediaType))));
-  const TreeNode* root = form.tvwEquipment.find(roots::MediaTypes);
+  const TreeNode* root = parts.equipment.tvwEquipment.find(roots::MediaTypes);
   std::vector<std::string> gone;
   for (const TreeNode* node : root ? root->children : std::vector<TreeNode*>()) {
     if (std::find(kept.begin(), kept.end(), node->key) == kept.end()) gone.push_back(node->key);
   }
-  for (const std::string& key : gone) form.tvwEquipment.Remove(key);
-  record.EquipmentCount = countEquipment(form);
+  for (const std::string& key : gone) parts.equipment.tvwEquipment.Remove(key);
+  parts.record.EquipmentCount = countEquipment(parts);
 }
 
-void ShowMarcRecord(const BookingForm& form, MarcKind kind) {
-  const Grid& grid = form.faMedia;
+void ShowMarcRecord(BookingParts& parts, MarcKind kind) {
+  const Grid& grid = parts.media.faMedia;
   if (grid.Row < grid.FixedRows) return;
   const MediaColumn column = kind == MarcKind::Bib ? kMediaBib : kMediaHoldings;
   const std::string id = grid.TextMatrix(grid.Row, grid.columnOfData(column));
   if (isNone(id)) return;
-  App& app = form.app;
+  App& app = parts.app;
   showMarcRecord(app.windows, app.message, app.global, kind, id);
 }
 

@@ -4,16 +4,13 @@
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/modBooking_ask.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "records/search_window.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
-
-constexpr std::string_view kModule = "modBooking";
-constexpr int kOverLimit = 110;
-constexpr int kExpired = 144;
 
 /// Where and for what a barcode is sought; the server's numbers.
 constexpr std::string_view kByBarcode = "17";
@@ -31,15 +28,11 @@ Patron patronOfRecord(const TagMessage& message) {
 
 /// The patron with a barcode; nobody when there is none, or none was chosen. Nobody has the id 0.
 Patron findByBarcode(App& app, std::string_view barcode) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::SRCHTAG, kByBarcode);
-  app.message.Add(tags::SRCHVAL, trim(barcode));
-  app.message.Add(tags::SRCHFOR, kPatrons);
-  app.message.Add(tags::SRCHLOC, kPatronFile);
-  app.message.Add(tags::SRCHOP, "");
-  const int rc = app.message.Send("FIND");
-  app.global.ReadyAllForms();
-  if (ServerIsLost(app, rc)) return {};
+  const int rc = askForBooking(app).codeOf("FIND", {{tags::SRCHTAG, kByBarcode},
+                                                    {tags::SRCHVAL, trim(barcode)},
+                                                    {tags::SRCHFOR, kPatrons},
+                                                    {tags::SRCHLOC, kPatronFile},
+                                                    {tags::SRCHOP, ""}});
   if (rc != 0) {
     informationBox(app.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
     return {};
@@ -60,16 +53,9 @@ Patron findBySearch(App& app) {
   return patron;
 }
 
-/// Gives a patron his group, by his barcode; false when the command ends.
+/// Finds the group of a patron by their barcode; false when the command ends.
 bool chooseGroup(App& app, Patron& patron) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::PID, std::to_string(patron.id));
-  const int rc = app.message.Send("GPBAR");
-  app.global.ReadyAllForms();
-  if (rc != 0) {
-    app.global.ReportRequestError(rc, "GPBAR", kModule);
-    return false;
-  }
+  if (!askForBooking(app)("GPBAR", {{tags::PID, patron.id}})) return false;
   const int barcodes = app.message.Count(tags::BNO);
   if (barcodes == 0) {
     informationBox(app.desktop, "The patron has no barcode.");
@@ -81,7 +67,7 @@ bool chooseGroup(App& app, Patron& patron) {
   return true;
 }
 
-void clearRequester(const PatronForm& form, BookingRecord& record) {
+void clearRequester(const RequesterForm& form, BookingRecord& record) {
   record.RequesterId = 0;
   record.PatronGroupId = 0;
   record.PatronGroupName.clear();
@@ -89,11 +75,11 @@ void clearRequester(const PatronForm& form, BookingRecord& record) {
   ForgetPrivileges(record);
   form.requester.show("");
   form.txtPatronGroup.Text = "";
-  raise(form.requesterIsKnown);  // nobody any longer: his rooms go with him
+  raise(form.requesterIsKnown);  // nobody any longer, and so no rooms
   form.requester.text.SetFocus();
 }
 
-/// A requester with more bookings than he may have; the operator decides.
+/// A requester with more bookings than allowed; the operator decides.
 bool acceptsCount(App& app, const BookingRecord& record) {
   if (record.BookingMax == kUnlimitedBookings || record.BookingCount <= record.BookingMax) return true;
   return questionBox(app.desktop, "Requester has reached maximum allowed number of bookings (" +
@@ -101,7 +87,7 @@ bool acceptsCount(App& app, const BookingRecord& record) {
 }
 
 /// What follows once a requester and his group are known.
-void takeRequester(const PatronForm& form, BookingRecord& record, const Patron& patron) {
+void takeRequester(const RequesterForm& form, BookingRecord& record, const Patron& patron) {
   form.requester.show(patron.name);
   form.txtPatronGroup.Text = patron.groupName;
   record.RequesterId = patron.id;
@@ -113,21 +99,21 @@ void takeRequester(const PatronForm& form, BookingRecord& record, const Patron& 
     return clearRequester(form, record);
   form.requester.lock();
   form.requester.pick.Enabled = false;
-  if (form.chkAdminBooking) form.chkAdminBooking->Enabled = false;
+  raise(form.requesterIsTaken);
 }
 
-void takePickupPatron(const PatronForm& form, BookingRecord& record, const Patron& patron) {
-  form.pickup->show(patron.name);
+void takePickupPatron(App& app, PatronField& field, BookingRecord& record, const Patron& patron) {
+  field.show(patron.name);
   record.PickupPatronId = patron.id;
   record.PickupPatronName = patron.name;
-  if (ValidatePatron(form.app, record, PatronMode::PickupPatron)) {
-    form.pickup->check.Enabled = false;
+  if (ValidatePatron(app, record, PatronMode::PickupPatron)) {
+    field.check.Enabled = false;
     return;
   }
   record.PickupPatronName.clear();
-  form.pickup->show("");
-  form.pickup->text.Locked = false;  // a name that was read with the booking had locked it
-  form.pickup->text.SetFocus();
+  field.show("");
+  field.text.Locked = false;  // a name that was read with the booking had locked it
+  field.text.SetFocus();
 }
 
 struct Refusal {
@@ -135,26 +121,22 @@ struct Refusal {
   std::string_view text;
 };
 
-constexpr Refusal kRefusals[] = {{108, "Patron barcode not active!"},
-                                 {109, "Patron address marked for hold mail!"},
-                                 {118, "Requester has exceeded equipment limits!"},
-                                 {119, "Requester has exceeded item limits!"},
-                                 {kExpired, "Patron id has expired!"}};
+constexpr Refusal kRefusals[] = {{codes::BarcodeInactive, "Patron barcode not active!"},
+                                 {codes::AddressOnHold, "Patron address marked for hold mail!"},
+                                 {codes::EquipmentLimit, "Requester has exceeded equipment limits!"},
+                                 {codes::ItemLimit, "Requester has exceeded item limits!"},
+                                 {codes::PatronExpired, "Patron id has expired!"}};
 
 /// Whether a patron passes with this answer of the server.
 bool passes(App& app, int rc) {
-  if (rc == 0) return true;
   for (const Refusal& refusal : kRefusals) {
     if (refusal.rc != rc) continue;
     informationBox(app.desktop, std::string(refusal.text));
     return false;
   }
-  if (rc != kOverLimit) {
-    app.global.ReportRequestError(rc, "VALRP", kModule);
-    return false;
-  }
+  if (rc != codes::OverLimits) return askForBooking(app).succeeded(rc, "VALRP");
   OverrideFacts facts;
-  facts.OverrideContext = facts.OverrideCode = kOverLimit;
+  facts.OverrideContext = facts.OverrideCode = codes::OverLimits;
   facts.OverrideName = app.message.Get(tags::VUF);
   facts.OverrideLimit = app.message.Get(tags::VD1);
   facts.OverrideCount = app.message.Get(tags::VD2);
@@ -200,7 +182,7 @@ void PatronField::lock() {
   check.Enabled = false;
 }
 
-void PickRequester(const PatronForm& form, BookingRecord& record) {
+void PickRequester(const RequesterForm& form, BookingRecord& record) {
   RememberedRequester& next = form.app.booking.NextRequester;
   Patron patron;
   if (next.id != 0) {
@@ -214,50 +196,43 @@ void PickRequester(const PatronForm& form, BookingRecord& record) {
   takeRequester(form, record, patron);
 }
 
-void PickPickupPatron(const PatronForm& form, BookingRecord& record) {
-  const Patron patron = findBySearch(form.app);
-  if (patron.id != 0) takePickupPatron(form, record, patron);
+void PickPickupPatron(App& app, PatronField& field, BookingRecord& record) {
+  const Patron patron = findBySearch(app);
+  if (patron.id != 0) takePickupPatron(app, field, record, patron);
 }
 
-void ValidateRequesterBarcode(const PatronForm& form, BookingRecord& record) {
+void ValidateRequesterBarcode(const RequesterForm& form, BookingRecord& record) {
   if (!form.requester.isPending(record.RequesterId)) return;
   const Patron patron = findByBarcode(form.app, form.requester.text.Text.get());
   if (patron.id == 0) return clearRequester(form, record);
   takeRequester(form, record, patron);
 }
 
-void ValidatePickupBarcode(const PatronForm& form, BookingRecord& record) {
-  if (!form.pickup->isPending(record.PickupPatronId)) return;
-  const Patron patron = findByBarcode(form.app, form.pickup->text.Text.get());
-  if (patron.id != 0) return takePickupPatron(form, record, patron);
-  form.pickup->show("");
-  form.pickup->text.SetFocus();
+void ValidatePickupBarcode(App& app, PatronField& field, BookingRecord& record) {
+  if (!field.isPending(record.PickupPatronId)) return;
+  const Patron patron = findByBarcode(app, field.text.Text.get());
+  if (patron.id != 0) return takePickupPatron(app, field, record, patron);
+  field.show("");
+  field.text.SetFocus();
 }
 
 bool ValidatePatron(App& app, BookingRecord& record, PatronMode mode) {
   const bool requests = mode == PatronMode::Requester;
   int& id = requests ? record.RequesterId : record.PickupPatronId;
   if (id == 0) return true;
-  app.global.BusyAllForms();
   app.message.Add(tags::PID, std::to_string(id));
   if (requests) app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  app.message.Add(tags::PUP, requests ? "N" : "Y");
-  const int rc = app.message.Send("VALRP");
-  app.global.ReadyAllForms();
+  const int rc = askForBooking(app).codeOf("VALRP", {{tags::PUP, requests ? "N" : "Y"}});
   const bool valid = passes(app, rc) && (!requests || GetPatronPrivileges(app, record));
   if (!valid) id = 0;
   return valid;
 }
 
 bool GetPatronPrivileges(App& app, BookingRecord& record) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  app.message.Add(tags::PID, std::to_string(record.RequesterId));
-  const int rc = app.message.Send("PATPRIV");
-  app.global.ReadyAllForms();
-  if (ServerIsLost(app, rc)) return false;
+  const int rc = askForBooking(app).codeOf(
+      "PATPRIV", {{tags::PGID, record.PatronGroupId}, {tags::PID, record.RequesterId}});
   if (rc != 0) {
-    informationBox(app.desktop, rc == kExpired
+    informationBox(app.desktop, rc == codes::PatronExpired
                                     ? "Requester's barcode has expired!"
                                     : "An error occurred while retrieving the requester's privileges!");
     return false;
@@ -266,8 +241,8 @@ bool GetPatronPrivileges(App& app, BookingRecord& record) {
   return true;
 }
 
-void AdminBookingChanged(const PatronForm& form, BookingRecord& record) {
-  const bool administrative = form.chkAdminBooking->Value;
+void AdminBookingChanged(const RequesterForm& form, CheckBox& chkAdminBooking, BookingRecord& record) {
+  const bool administrative = chkAdminBooking.Value;
   record.AdminBooking = administrative ? "Y" : "N";
   record.RequesterId = 0;
   record.PatronGroupId = 0;
@@ -276,7 +251,7 @@ void AdminBookingChanged(const PatronForm& form, BookingRecord& record) {
   form.requester.text.Locked = administrative;
   form.requester.text.Enabled = !administrative;
   form.requester.pick.Enabled = !administrative;
-  form.chkAdminBooking->Enabled = !administrative;
+  chkAdminBooking.Enabled = !administrative;
   raise(form.requesterIsKnown);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -12,7 +11,7 @@ namespace vantry {
 
 // The requester of a booking and the patron who fetches it.
 
-/// A patron as look-ups give him.
+/// A patron as a look-up finds them.
 struct Patron {
   int id = 0;
   std::string name;
@@ -23,7 +22,7 @@ struct Patron {
 /// "Last, First Middle"; comma and blank only where their parts exist.
 [[nodiscard]] std::string PatronName(std::string_view last, std::string_view first, std::string_view middle);
 
-/// The field of one patron: a barcode while it is typed, his name once he is validated.
+/// The field of one patron: a barcode while it is typed, the name once the patron is validated.
 struct PatronField {
   PatronField(Container& place, const std::string& name, const std::string& label,
               const std::string& pickName);
@@ -42,32 +41,34 @@ struct PatronField {
   void lock();
 };
 
-/// The part of a window that takes patrons, as the routines of modBooking use it.
-struct PatronForm {
+/// The part of a window that takes a requester, as the routines of modBooking use it.
+struct RequesterForm {
   App& app;
   PatronField& requester;
   TextBox& txtPatronGroup;
-  CheckBox* chkAdminBooking = nullptr;  ///< where the window has it
-  PatronField* pickup = nullptr;        ///< where the window has it
-  std::function<void()>
-      requesterIsKnown;  ///< or is nobody: his group decides the rooms. Before he is validated
+  /// The requester is known, or is nobody: the group decides the rooms. Raised before the patron is
+  /// validated.
+  Event requesterIsKnown;
+  /// The requester is valid and stays.
+  Event requesterIsTaken;
 };
 
-/// Set the requester from the search window, or from what "Save and New" has handed on.
-void PickRequester(const PatronForm& form, BookingRecord& record);
-void PickPickupPatron(const PatronForm& form, BookingRecord& record);
-/// Take the barcode that stands in the field. Afterwards either a valid patron stands there or nobody.
-void ValidateRequesterBarcode(const PatronForm& form, BookingRecord& record);
-void ValidatePickupBarcode(const PatronForm& form, BookingRecord& record);
+/// Sets the requester from the search window, or from what "Save and New" has handed on.
+void PickRequester(const RequesterForm& form, BookingRecord& record);
+void PickPickupPatron(App& app, PatronField& field, BookingRecord& record);
+/// Take the barcode in the field. Afterwards the field shows either a valid patron or nobody.
+void ValidateRequesterBarcode(const RequesterForm& form, BookingRecord& record);
+void ValidatePickupBarcode(App& app, PatronField& field, BookingRecord& record);
 
 /// As whom a patron is validated.
 enum class PatronMode { Requester, PickupPatron };
-/// Says what speaks against a patron; false, and his id in the record 0, when he is refused. Nobody passes.
+/// Tells what speaks against a patron; false, with the id in the record 0, after a refusal. Nobody passes.
 [[nodiscard]] bool ValidatePatron(App& app, BookingRecord& record, PatronMode mode);
-/// Reads limits, counts and the end of his privileges; false when they cannot be had, which has been said.
+/// Reads limits, counts and the end of the requester's privileges; false when they cannot be read, which has
+/// been told.
 bool GetPatronPrivileges(App& app, BookingRecord& record);
 
 /// The check box was set or cleared: switches between an administrative booking and one with a requester.
-void AdminBookingChanged(const PatronForm& form, BookingRecord& record);
+void AdminBookingChanged(const RequesterForm& form, CheckBox& chkAdminBooking, BookingRecord& record);
 
 }  // namespace vantry

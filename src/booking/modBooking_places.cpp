@@ -1,24 +1,26 @@
 // The checks of policy that send their own request: status of equipment, places and rooms.
 #include <algorithm>
 
+#include "booking/booking_parts.h"
 #include "booking/frmOverride.h"
 #include "booking/frmOverrideLibSched.h"
+#include "booking/modBooking_ask.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
 
-constexpr std::string_view kModule = "modBooking";
-
 /// What most of these checks end with: the patron group, the media and all equipment.
-void writeThings(const BookingForm& form, const BookingRecord& record) {
-  TagMessage& message = form.app.message;
-  message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  WriteMediaTags(message, form.faMedia);
-  WriteEquipmentTags(message, form.tvwOtherEquipment, form.tvwEquipment, EquipmentForm::Full);
+void writeThings(BookingParts& parts) {
+  TagMessage& message = parts.app.message;
+  message.Add(tags::PGID, std::to_string(parts.record.PatronGroupId));
+  WriteMediaTags(message, parts.media.faMedia);
+  WriteEquipmentTags(message, parts.equipment.tvwOtherEquipment, parts.equipment.tvwEquipment,
+                     EquipmentForm::Full);
 }
 
 /// Sends; anything but success and the code that is walked is reported. True: the failures are to be walked.
@@ -27,18 +29,16 @@ struct Outcome {
   bool goOn = false;
 };
 Outcome send(App& app, std::string_view code, int walked) {
-  const int rc = app.message.Send(code);
-  app.global.ReadyAllForms();
-  if (rc == 0) return {true, true};
+  const Ask ask = askForBooking(app);
+  const int rc = ask.codeOf(code);
   if (rc == walked) return {false, false};
-  app.global.ReportRequestError(rc, code, kModule);
-  return {};
+  return {true, ask.succeeded(rc, code)};
 }
 
 /// Types of things that cannot be brought to the place, or had there.
-bool validatePlace(const BookingForm& form, const BookingRecord& record, std::string_view code, int walked) {
-  App& app = form.app;
-  writeThings(form, record);
+bool validatePlace(BookingParts& parts, std::string_view code, int walked) {
+  App& app = parts.app;
+  writeThings(parts);
   const Outcome outcome = send(app, code, walked);
   if (outcome.settled) return outcome.goOn;
   while (app.message.NextRecord(tags::VD1)) {
@@ -52,9 +52,6 @@ bool validatePlace(const BookingForm& form, const BookingRecord& record, std::st
   return true;
 }
 
-constexpr int kStatusFailure = 147;
-constexpr int kDurationFailure = 148;
-
 bool mayBookLonger(App& app) {
   return questionBox(app.desktop,
                      "Room may be scheduled for " +
@@ -62,11 +59,8 @@ bool mayBookLonger(App& app) {
                          "  Continue with booking?  ");
 }
 
-constexpr int kRoomTaken = 107;
-constexpr int kWarningLimit = 187;
-
-std::string_view separatorOf(const BookingForm& form) {
-  return form.times.isMultiple() ? "@" : " @ ";
+std::string_view separatorOf(BookingParts& parts) {
+  return parts.times.isMultiple() ? "@" : " @ ";
 }
 
 void tellRoomTaken(App& app, const BookingTime& time, std::string_view separator) {
@@ -75,80 +69,66 @@ void tellRoomTaken(App& app, const BookingTime& time, std::string_view separator
 }
 
 bool isRoomFree(App& app, const BookingRecord& record, const BookingTime& time, std::string_view separator) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::BOOKID, std::to_string(record.BookingId));
-  app.message.Add(tags::STIME, time.start);
-  app.message.Add(tags::ETIME_, time.end);
-  app.message.Add(tags::RID, std::to_string(record.RoomId));
-  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  const int rc = app.message.Send("VALRMAVL");
-  app.global.ReadyAllForms();
-  if (rc == 0) return true;
-  if (rc != kRoomTaken && rc != kContextRoom) {
-    app.global.ReportRequestError(rc, "VALRMAVL", kModule);
-    return false;
-  }
-  if (intOf(app.message.Get(tags::VUF)) == kWarningLimit) return ValidateRoomUsage(app, rc);
+  const Ask ask = askForBooking(app);
+  const int rc = ask.codeOf("VALRMAVL", {{tags::BOOKID, record.BookingId},
+                                         {tags::STIME, time.start},
+                                         {tags::ETIME_, time.end},
+                                         {tags::RID, record.RoomId},
+                                         {tags::PGID, record.PatronGroupId}});
+  if (rc != codes::RoomTaken && rc != codes::RoomUsage) return ask.succeeded(rc, "VALRMAVL");
+  if (intOf(app.message.Get(tags::VUF)) == codes::WarningLimit) return ValidateRoomUsage(app, rc);
   tellRoomTaken(app, time, separator);
   return false;
 }
 
 }  // namespace
 
-bool ValidatePickupLocation(const BookingForm& form, const BookingRecord& record) {
-  form.app.global.BusyAllForms();
-  form.app.message.Add(tags::LOC, std::to_string(record.PickupLocationId));
-  return validatePlace(form, record, "VALPLO", 145);
+bool ValidatePickupLocation(BookingParts& parts) {
+  parts.app.message.Add(tags::LOC, std::to_string(parts.record.PickupLocationId));
+  return validatePlace(parts, "VALPLO", codes::NoPickUp);
 }
 
-bool ValidateDeliveryLocation(const BookingForm& form, const BookingRecord& record) {
-  form.app.global.BusyAllForms();
-  form.app.message.Add(tags::RID, std::to_string(record.RoomId));
-  return validatePlace(form, record, "VALDLO", 146);
+bool ValidateDeliveryLocation(BookingParts& parts) {
+  parts.app.message.Add(tags::RID, std::to_string(parts.record.RoomId));
+  return validatePlace(parts, "VALDLO", codes::NoDelivery);
 }
 
-bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record) {
-  App& app = form.app;
-  app.global.BusyAllForms();
-  app.message.Add(tags::RID, std::to_string(record.RoomId));
-  writeThings(form, record);
-  const Outcome outcome = send(app, "VALLSL", 157);
+bool ValidateLibSchedRoom(BookingParts& parts) {
+  App& app = parts.app;
+  app.message.Add(tags::RID, std::to_string(parts.record.RoomId));
+  writeThings(parts);
+  const Outcome outcome = send(app, "VALLSL", codes::RoomRules);
   if (outcome.settled) return outcome.goOn;
   bool goOn = true;
   while (app.message.NextRecord(tags::VUF)) {
     const int code = intOf(app.message.Get(tags::VUF));
-    if (code == kStatusFailure && !AskLibSchedOverride(app)) return false;
-    if (code == kDurationFailure && !mayBookLonger(app)) goOn = false;  // and the walk goes on
+    if (code == codes::RoomStatus && !AskLibSchedOverride(app)) return false;
+    if (code == codes::RoomDuration && !mayBookLonger(app)) goOn = false;  // and the walk goes on
   }
   return goOn;
 }
 
-bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record) {
-  form.app.global.ReadyAllForms();
-  if (record.RoomId == 0) return true;
-  for (const BookingTime& time : form.times.times()) {
-    if (!isRoomFree(form.app, record, time, separatorOf(form))) return false;
+bool ValidateRoomAvailability(BookingParts& parts) {
+  parts.app.global.ReadyAllForms();
+  if (parts.record.RoomId == 0) return true;
+  for (const BookingTime& time : parts.times.times()) {
+    if (!isRoomFree(parts.app, parts.record, time, separatorOf(parts))) return false;
   }
   return true;
 }
 
-void TellRoomTaken(const BookingForm& form) {
-  const std::string day = form.app.message.Get(tags::STIME).substr(0, 10);
-  const std::vector<BookingTime> times = form.times.times();
+void TellRoomTaken(BookingParts& parts) {
+  const std::string day = parts.app.message.Get(tags::STIME).substr(0, 10);
+  const std::vector<BookingTime> times = parts.times.times();
   const auto met = std::find_if(times.begin(), times.end(), [&](const BookingTime& each) {
     return each.start.starts_with(day) || each.end.starts_with(day);
   });
-  tellRoomTaken(form.app, met == times.end() ? times.front() : *met, separatorOf(form));
+  tellRoomTaken(parts.app, met == times.end() ? times.front() : *met, separatorOf(parts));
 }
 
 bool ValidateEquipmentStatus(App& app, int rc) {
-  static constexpr int kWalked = 151;
   app.global.ReadyAllForms();
-  if (rc == 0) return true;
-  if (rc != kWalked) {
-    app.global.ReportRequestError(rc, "VES", kModule);
-    return false;
-  }
+  if (rc != codes::EquipmentStatus) return askForBooking(app).succeeded(rc, "VES");
   while (app.message.NextRecord(tags::VD1)) {
     const int kind = intOf(app.message.Get(tags::VD1));
     if (kind == 2) continue;
@@ -158,8 +138,8 @@ bool ValidateEquipmentStatus(App& app, int rc) {
       continue;
     }
     OverrideFacts facts;
-    facts.OverrideContext = kWalked;
-    facts.OverrideCode = kWalked;
+    facts.OverrideContext = codes::EquipmentStatus;
+    facts.OverrideCode = codes::EquipmentStatus;
     facts.OverrideName = app.message.Get(tags::VD3);
     facts.OverrideName2 = second;
     if (!AskOverride(app, facts)) return false;

@@ -6,7 +6,9 @@
 #include "booking/frmErrorReport.h"
 #include "booking/frmOverride.h"
 #include "booking/frmOverrideLibSched.h"
+#include "booking/modBooking_ask.h"
 #include "booking/modBooking_tags.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
@@ -29,12 +31,12 @@ struct ValidatorRow {
 };
 
 constexpr std::array<ValidatorRow, kValidators> kValidatorTable = {{
-    {kContextMedia, "VITMUSG", tags::MTY, kReportMedia, tags::IM, "I"},
-    {kContextMedia, "VIUL", tags::MTY, kReportMedia, "", ""},
-    {kContextEquipment, "VEQUSG", tags::ETY, kReportEquipment, tags::EID, "E"},
-    {kContextEquipment, "VEUL", tags::ETY, kReportEquipment, "", ""},
-    {kContextRoom, "VITMUSG", tags::MTY, kReportMedia, "", ""},  // the items' label is deliberate
-    {kContextRoom, "CRMTM", "", 0, "", ""},
+    {codes::Media, "VITMUSG", tags::MTY, codes::MediaConflict, tags::IM, "I"},
+    {codes::Media, "VIUL", tags::MTY, codes::MediaConflict, "", ""},
+    {codes::Equipment, "VEQUSG", tags::ETY, codes::EquipmentConflict, tags::EID, "E"},
+    {codes::Equipment, "VEUL", tags::ETY, codes::EquipmentConflict, "", ""},
+    {codes::RoomUsage, "VITMUSG", tags::MTY, codes::MediaConflict, "", ""},  // the items' label is deliberate
+    {codes::RoomUsage, "CRMTM", "", 0, "", ""},
 }};
 
 enum Then {
@@ -72,7 +74,7 @@ constexpr CodeRow kCodes[] = {
     {188, {Ask, Ask, Ask, Ask, Ask, Period}},
 };
 
-constexpr int kNotInStorage = 179;
+constexpr std::string_view kNotStored = "Equipment not in a storage room.  Cannot be booked.";
 constexpr std::string_view kNoItems = "No media items available in requester's policy";
 constexpr std::string_view kNoEquipment = "No equipment of the selected type available in requester's policy";
 
@@ -88,7 +90,9 @@ bool answered(App& app, Validator validator, std::string_view typeName) {
   OverrideFacts facts;
   facts.OverrideContext = about.walked;
   facts.OverrideCode = intOf(app.message.Get(tags::VUF));
-  facts.OverrideName = typeName;
+  // Each failure may name its own thing; a reply about one thing names it in its head.
+  facts.OverrideName = app.message.Get(about.typeName);
+  if (facts.OverrideName.empty()) facts.OverrideName = typeName;
   switch (thenOf(facts.OverrideCode, validator)) {
     case Pass:
       return true;
@@ -117,11 +121,7 @@ bool answered(App& app, Validator validator, std::string_view typeName) {
 bool walkFailures(App& app, int rc, Validator validator, std::string_view typeName) {
   const ValidatorRow& about = kValidatorTable[validator];
   app.global.ReadyAllForms();
-  if (rc == 0) return true;
-  if (rc != about.walked) {
-    app.global.ReportRequestError(rc, about.label, "modBooking");
-    return false;
-  }
+  if (rc != about.walked) return askForBooking(app).succeeded(rc, about.label);
   while (app.message.NextRecord(tags::VUF)) {
     if (!answered(app, validator, typeName)) return false;
   }
@@ -134,6 +134,18 @@ bool walkFailures(App& app, int rc, Validator validator) {
 
 }  // namespace
 
+void TellTaken(App& app, int rc) {
+  if (rc == codes::NotInStorage) return criticalBox(app.desktop, std::string(kNotStored));
+  const Validator validator = rc == codes::Media ? kItemUsage : kEquipmentUsage;
+  if (app.message.Count(tags::CNUM) > 0) return ShowErrorReport(app, kValidatorTable[validator].report);
+  while (app.message.NextRecord(tags::VUF)) {
+    const Then then = thenOf(intOf(app.message.Get(tags::VUF)), validator);
+    if (then == NoItem) return criticalBox(app.desktop, std::string(kNoItems));
+    if (then == NoPiece) return criticalBox(app.desktop, std::string(kNoEquipment));
+  }
+  ShowErrorReport(app, kValidatorTable[validator].report);
+}
+
 bool ValidateItemUsage(App& app, int rc) {
   return walkFailures(app, rc, kItemUsage);
 }
@@ -143,9 +155,9 @@ bool ValidateItemLimit(App& app, int rc) {
 }
 
 bool ValidateEquipmentUsage(App& app, int rc, std::string_view ety) {
-  if (rc != kNotInStorage) return walkFailures(app, rc, kEquipmentUsage, ety);
+  if (rc != codes::NotInStorage) return walkFailures(app, rc, kEquipmentUsage, ety);
   app.global.ReadyAllForms();
-  criticalBox(app.desktop, "Equipment not in a storage room.  Cannot be booked.");
+  criticalBox(app.desktop, std::string(kNotStored));
   return false;
 }
 
@@ -172,16 +184,16 @@ static bool stopsAtLimit(App& app, const BookingRecord& record, int limit, int c
 }
 
 bool ConfirmItemLimit(App& app, const BookingRecord& record) {
-  return stopsAtLimit(app, record, record.ItemLimit, record.ItemCount, 119);
+  return stopsAtLimit(app, record, record.ItemLimit, record.ItemCount, codes::ItemLimit);
 }
 
 bool ConfirmEquipmentLimit(App& app, const BookingRecord& record) {
-  return stopsAtLimit(app, record, record.EquipmentLimit, record.EquipmentCount, 118);
+  return stopsAtLimit(app, record, record.EquipmentLimit, record.EquipmentCount, codes::EquipmentLimit);
 }
 
 void ShowCalendarConflict(App& app) {
   app.global.ReadyAllForms();
-  ShowErrorReport(app, kReportCalendar);
+  ShowErrorReport(app, codes::CalendarConflict);
 }
 
 /// Units of time by their letter.

@@ -3,12 +3,15 @@
 #include <string>
 #include <string_view>
 
-#include "booking/booking_form.h"
+#include "booking/booking_record.h"
+#include "frame/app.h"
 
 namespace vantry {
 
+class BookingParts;
+
 // The answers of policy. Each routine says what has to be said, asks what has to be asked, and tells whether
-// the command goes on: true. All windows are ready afterwards. A command that goes on makes them busy again.
+// the command continues: true. All windows are ready afterwards.
 
 // Walks of the reply of the last request; `rc` is its return code.
 [[nodiscard]] bool ValidateItemUsage(App& app, int rc);
@@ -20,22 +23,26 @@ namespace vantry {
 [[nodiscard]] bool ValidateEquipmentStatus(App& app, int rc);
 
 // Checks that send their own request.
-[[nodiscard]] bool ValidatePickupLocation(const BookingForm& form, const BookingRecord& record);
-[[nodiscard]] bool ValidateDeliveryLocation(const BookingForm& form, const BookingRecord& record);
-[[nodiscard]] bool ValidateLibSchedRoom(const BookingForm& form, const BookingRecord& record);
+[[nodiscard]] bool ValidatePickupLocation(BookingParts& parts);
+[[nodiscard]] bool ValidateDeliveryLocation(BookingParts& parts);
+[[nodiscard]] bool ValidateLibSchedRoom(BookingParts& parts);
 /// One request per booking time; none without a room.
-[[nodiscard]] bool ValidateRoomAvailability(const BookingForm& form, const BookingRecord& record);
+[[nodiscard]] bool ValidateRoomAvailability(BookingParts& parts);
 
 /// Tells what ValidateRoomAvailability would, when only the save finds the room taken: with the minutes for
 /// set-up and clean-up, which no check knows. Reads the reply's booking in the way.
-void TellRoomTaken(const BookingForm& form);
+void TellRoomTaken(BookingParts& parts);
+
+/// Tells what keeps the things of a booking from being stored, when only the storing of it finds out: for the
+/// return codes `codes::Media`, `Equipment` and `NotInStorage`. Nothing can be overridden any more.
+void TellTaken(App& app, int rc);
 
 /// Before a thing is added: true stops the adding, because the requester's limit is reached and nobody
 /// overrides it.
 [[nodiscard]] bool ConfirmItemLimit(App& app, const BookingRecord& record);
 [[nodiscard]] bool ConfirmEquipmentLimit(App& app, const BookingRecord& record);
 
-/// Shows what of the library's calendar stands against the times; for return code 167.
+/// Shows how the times conflict with the library's calendar; for `codes::CalendarConflict`.
 void ShowCalendarConflict(App& app);
 
 /// A length of time in words: "1 hour", "30 minutes"; a bare number for an unknown unit.

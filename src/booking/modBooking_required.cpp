@@ -1,6 +1,7 @@
 // The equipment that media types require, and what of all equipment counts.
 #include <set>
 
+#include "booking/booking_parts.h"
 #include "booking/modBooking_ask.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
@@ -49,13 +50,14 @@ void tick(Tree& tree, std::string_view eti, int image) {
 
 }  // namespace
 
-void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, const BookingRecord& record) {
-  App& app = form.app;
-  Tree& tree = form.tvwEquipment;
-  app.message.Add(tags::MTID, mtid);
-  app.message.Add(tags::PGID, std::to_string(record.PatronGroupId));
-  app.message.Add(tags::ADBK, record.AdminBooking);
-  if (HasFailed(app, SendBusy(app, "ITMEQS"), "Equipment types for media could not be determined.")) return;
+void AddMediaEquipmentTypes(BookingParts& parts, std::string_view mtid) {
+  App& app = parts.app;
+  Tree& tree = parts.equipment.tvwEquipment;
+  if (!askForBooking(app).orWarn("Equipment types for media could not be determined.", "ITMEQS",
+                                 {{tags::MTID, mtid},
+                                  {tags::PGID, parts.record.PatronGroupId},
+                                  {tags::ADBK, parts.record.AdminBooking}}))
+    return;
   if (app.message.Count(tags::ETI) == 0) return;
   TreeNode* type = tree.Add(roots::MediaTypes, mediaTypeKey(mtid), app.message.Get(tags::MTY), kUnchecked);
   if (!type) return;  // another row has brought it
@@ -69,37 +71,38 @@ void AddMediaEquipmentTypes(const BookingForm& form, std::string_view mtid, cons
   tree.changed();
 }
 
-void MarkRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record) {
-  const TreeNode* node = requiredNode(form.tvwEquipment, key);
+void MarkRequiredEquipment(BookingParts& parts, std::string_view key) {
+  const TreeNode* node = requiredNode(parts.equipment.tvwEquipment, key);
   if (!node) return;
-  tick(form.tvwEquipment, equipmentTypeOf(node->key), kChecked);
-  record.EquipmentCount = countEquipment(form);
+  tick(parts.equipment.tvwEquipment, equipmentTypeOf(node->key), kChecked);
+  parts.record.EquipmentCount = countEquipment(parts);
 }
 
-bool CheckRequiredEquipment(const BookingForm& form, std::string_view key, BookingRecord& record) {
-  const TreeNode* node = requiredNode(form.tvwEquipment, key);
+bool CheckRequiredEquipment(BookingParts& parts, std::string_view key) {
+  const TreeNode* node = requiredNode(parts.equipment.tvwEquipment, key);
   if (!node) return false;
   const std::string eti(equipmentTypeOf(node->key));
   const bool on = node->image != kChecked;
-  if (on && (ConfirmEquipmentLimit(form.app, record) || !MayUseType(form.app, record, eti, &form)))
+  if (on) StoreTimes(parts);
+  if (on && (ConfirmEquipmentLimit(parts.app, parts.record) || !MayUseType(parts.app, parts.record, eti)))
     return false;
-  if (on) KeepWarningShown(form.app, eti + "E");
-  tick(form.tvwEquipment, eti, on ? kChecked : kUnchecked);
-  record.EquipmentCount = countEquipment(form);
+  if (on) KeepWarningShown(parts.app, eti + "E");
+  tick(parts.equipment.tvwEquipment, eti, on ? kChecked : kUnchecked);
+  parts.record.EquipmentCount = countEquipment(parts);
   return true;
 }
 
-int countEquipment(const BookingForm& form) {
+int countEquipment(BookingParts& parts) {
   std::set<std::string_view> ticked;
-  forEachRequired(form.tvwEquipment, [&](const TreeNode&, const TreeNode& required) {
+  forEachRequired(parts.equipment.tvwEquipment, [&](const TreeNode&, const TreeNode& required) {
     if (required.image == kChecked) ticked.insert(equipmentTypeOf(required.key));
   });
-  return static_cast<int>(childrenOf(form.tvwOtherEquipment, roots::Specific).size() +
-                          childrenOf(form.tvwEquipment, roots::Types).size() + ticked.size());
+  return static_cast<int>(childrenOf(parts.equipment.tvwOtherEquipment, roots::Specific).size() +
+                          childrenOf(parts.equipment.tvwEquipment, roots::Types).size() + ticked.size());
 }
 
-bool CheckEmptyBooking(const BookingForm& form) {
-  return countEquipment(form) > 0;
+bool CheckEmptyBooking(BookingParts& parts) {
+  return countEquipment(parts) > 0;
 }
 
 }  // namespace vantry

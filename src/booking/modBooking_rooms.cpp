@@ -1,9 +1,9 @@
 #include "booking/modBooking_rooms.h"
 
+#include "booking/booking_parts.h"
 #include "booking/modBooking_ask.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
-#include "booking/place_panel.h"
 #include "platform/text.h"
 #include "records/search_window.h"
 #include "words/tags.h"
@@ -30,24 +30,14 @@ void emptyRoom(PlacePanel& place, BookingRecord& record, int index) {
 }
 
 void fillRooms(App& app, ComboBox& combo, std::string_view code, std::string_view adminFlag, int group) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::ADBK, adminFlag);
-  app.message.Add(tags::PGID, std::to_string(group));
-  const int rc = app.message.Send(code);
-  app.global.ReadyAllForms();
-  if (rc != 0) return app.global.ReportRequestError(rc, code, "modBooking");
+  if (!askForBooking(app)(code, {{tags::ADBK, adminFlag}, {tags::PGID, group}})) return;
   while (app.message.NextRecord(tags::RID))
     combo.AddItem(app.message.Get(tags::RNM), app.message.Get(tags::RID));
 }
 
 void showRoomNote(App& app, const BookingRecord& record, const std::string& room) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::PWHI, kNoteOfRoom);
-  app.message.Add(tags::PTYP, kNoteWhileBooking);
-  app.message.Add(tags::PWID, std::to_string(record.RoomId));
-  const int rc = app.message.Send("GETPMSG");
-  app.global.ReadyAllForms();
-  if (ServerIsLost(app, rc)) return;
+  const int rc = askForBooking(app).codeOf(
+      "GETPMSG", {{tags::PWHI, kNoteOfRoom}, {tags::PTYP, kNoteWhileBooking}, {tags::PWID, record.RoomId}});
   if (rc != 0)
     return informationBox(app.desktop,
                           "An error occurred while retreiving the booking note for the selected room.");
@@ -56,26 +46,26 @@ void showRoomNote(App& app, const BookingRecord& record, const std::string& room
 }
 
 /// A room that the search window brought back: id and text.
-void takeFoundRoom(const BookingForm& form, int index, BookingRecord& record, std::string_view tag) {
-  const std::string answer = pickBySearch(form.app, tag);
+void takeFoundRoom(BookingParts& parts, int index, std::string_view tag) {
+  const std::string answer = pickBySearch(parts.app, tag);
   if (answer.empty()) return;
-  PlacePanel& place = *form.place;
+  PlacePanel& place = parts.place;
   int position = 1;
   const int room = intOf(ServerTools::NextToken(position, answer, "|"));
-  emptyGenericRoom(place, record);
+  emptyGenericRoom(place, parts.record);
   if (ComboBox* combo = place.roomCombo(index)) combo->ListIndex = -1;
-  record.RoomId = room;
+  parts.record.RoomId = room;
   place.txtRoom(index).Text = position > 0 ? answer.substr(static_cast<std::size_t>(position - 1)) : "";
-  if (!ValidateRoomAvailability(form, record)) emptyRoom(place, record, index);
-  RebuildForRoom(form, record);
+  if (!ValidateRoomAvailability(parts)) emptyRoom(place, parts.record, index);
+  RebuildForRoom(parts);
 }
 
 }  // namespace
 
-void RoomOptionChanged(const BookingForm& form, BookingRecord& record, int index) {
-  PlacePanel& place = *form.place;
-  record.PickupLocationId = 0;
-  emptyGenericRoom(place, record);
+void RoomOptionChanged(BookingParts& parts, int index) {
+  PlacePanel& place = parts.place;
+  parts.record.PickupLocationId = 0;
+  emptyGenericRoom(place, parts.record);
   for (int i = kDeliverOption; i < kPlaceOptions; ++i) {
     ComboBox* combo = place.roomCombo(i);
     if (combo) place.txtRoom(i).Text = "";
@@ -86,80 +76,82 @@ void RoomOptionChanged(const BookingForm& form, BookingRecord& record, int index
   ComboBox& chosen = rooms ? *rooms : place.cboPickupLocation;
   if (chosen.ListCount() > 0) {
     chosen.ListIndex = 0;
-  } else if (rooms && record.RoomId != 0) {
-    record.RoomId = 0;  // another option's room
-    RebuildForRoom(form, record);
+  } else if (rooms && parts.record.RoomId != 0) {
+    parts.record.RoomId = 0;  // another option's room
+    RebuildForRoom(parts);
   }
 }
 
-void LoadRoomCombos(const BookingForm& form, std::string_view adminFlag, int group) {
+void LoadRoomCombos(BookingParts& parts, std::string_view adminFlag, int group) {
   static constexpr struct {
     int option;
     std::string_view code;
   } lists[] = {{kDeliverOption, "GDRM"}, {kScheduledOption, "GLSRM"}};
-  PlacePanel& place = *form.place;
+  PlacePanel& place = parts.place;
   place.emptyRoomCombos();
   place.roomsOfGroup = group;
   for (const auto& list : lists) {
     ComboBox& combo = *place.roomCombo(list.option);
-    fillRooms(form.app, combo, list.code, adminFlag, group);
+    fillRooms(parts.app, combo, list.code, adminFlag, group);
+    place.filling = true;
     if (place.optRoom(list.option).Value && combo.ListCount() > 0) combo.ListIndex = 0;
+    place.filling = false;
   }
 }
 
-void EmptyRoomCombos(const BookingForm& form, BookingRecord& record) {
-  PlacePanel& place = *form.place;
+void EmptyRoomCombos(BookingParts& parts) {
+  PlacePanel& place = parts.place;
   const ComboBox* rooms = place.roomCombo(place.option());
   const bool roomIsLost = rooms && rooms->ListIndex >= 0;
   place.emptyRoomCombos();
   if (!roomIsLost) return;
-  record.RoomId = 0;
-  RebuildForRoom(form, record);
+  parts.record.RoomId = 0;
+  RebuildForRoom(parts);
 }
 
-void RoomChosen(const BookingForm& form, BookingRecord& record, int index) {
-  PlacePanel& place = *form.place;
+void RoomChosen(BookingParts& parts, int index) {
+  PlacePanel& place = parts.place;
   const ComboBox& combo = *place.roomCombo(index);
   if (combo.ListIndex < 0) return;
-  record.RoomId = intOf(combo.ItemData(combo.ListIndex));
+  parts.record.RoomId = intOf(combo.ItemData(combo.ListIndex));
   place.txtRoom(index).Text = "";
-  emptyGenericRoom(place, record);
+  emptyGenericRoom(place, parts.record);
   place.enableCommands();
   if (place.loading) return;
-  showRoomNote(form.app, record, combo.Text());
-  RebuildForRoom(form, record);
+  if (!place.filling) showRoomNote(parts.app, parts.record, combo.Text());
+  RebuildForRoom(parts);
 }
 
-void PickGenericRoom(const BookingForm& form, int index, BookingRecord& record) {
-  const std::string answer = pickBySearch(form.app, genericRoomTag({record.GenericRoomTypeId,
-                                                                    record.GenericRoomLocationId,
-                                                                    record.GenericRoomCapacity,
-                                                                    record.GenericRoomCapacityOp,
-                                                                    {}}));
+void PickGenericRoom(BookingParts& parts, int index) {
+  const std::string answer = pickBySearch(parts.app, genericRoomTag({parts.record.GenericRoomTypeId,
+                                                                     parts.record.GenericRoomLocationId,
+                                                                     parts.record.GenericRoomCapacity,
+                                                                     parts.record.GenericRoomCapacityOp,
+                                                                     {}}));
   if (answer.empty()) return;
   const GenericRoom room = genericRoomOf(answer);
-  PlacePanel& place = *form.place;
-  emptyRoom(place, record, index);
-  record.GenericRoomTypeId = room.roomType;
-  record.GenericRoomLocationId = room.location;
-  record.GenericRoomCapacity = room.capacity;
-  record.GenericRoomCapacityOp = room.capacityOp;
+  PlacePanel& place = parts.place;
+  emptyRoom(place, parts.record, index);
+  parts.record.GenericRoomTypeId = room.roomType;
+  parts.record.GenericRoomLocationId = room.location;
+  parts.record.GenericRoomCapacity = room.capacity;
+  parts.record.GenericRoomCapacityOp = room.capacityOp;
   place.txtGenericRoom(index).Text = room.text;
-  RebuildForRoom(form, record);
+  RebuildForRoom(parts);
 }
 
-void FindRoom(const BookingForm& form, int index, BookingRecord& record) {
-  takeFoundRoom(form, index, record, kFindRoomTag);
+void FindRoom(BookingParts& parts, int index) {
+  takeFoundRoom(parts, index, kFindRoomTag);
 }
 
-void SuggestRoom(const BookingForm& form, int index, BookingRecord& record) {
-  takeFoundRoom(form, index, record, kSuggestRoomTag);
+void SuggestRoom(BookingParts& parts, int index) {
+  takeFoundRoom(parts, index, kSuggestRoomTag);
 }
 
-void RebuildForRoom(const BookingForm& form, BookingRecord& record) {
-  if (form.place->option() == kPickUpOption) record.RoomId = 0;
-  form.place->enableCommands();
-  BuildEquipmentTab(form, record);
+void RebuildForRoom(BookingParts& parts) {
+  if (parts.place.option() == kPickUpOption) parts.record.RoomId = 0;
+  parts.place.enableCommands();
+  BuildEquipmentTab(parts);
 }
 
 }  // namespace vantry

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <functional>
 
+#include "booking/booking_parts.h"
 #include "messaging/tagmessage.h"
 #include "platform/text.h"
 #include "words/tags.h"
@@ -144,23 +145,24 @@ void WriteFullPlaceTags(TagMessage& message, const BookingRecord& record) {
   addNumber(message, tags::RTI, record.GenericRoomTypeId);
 }
 
-void WriteBookingTags(const BookingForm& form, const BookingRecord& record, std::string_view wizard) {
-  TagMessage& message = form.app.message;
-  WriteBookingTimes(message, form.times.times(), false);
-  addNumber(message, tags::PID, record.RequesterId);
-  addNumber(message, tags::PGID, record.PatronGroupId);
-  addNumber(message, tags::PPID, record.PickupPatronId);
-  message.Add(tags::ADBK, record.AdminBooking);
-  WriteFullPlaceTags(message, record);
-  addNumber(message, tags::BTID, record.BookingTypeId);
-  WriteEquipmentTags(message, form.tvwOtherEquipment, form.tvwEquipment, EquipmentForm::Full);
-  WriteMediaTags(message, form.faMedia);
-  message.Add(tags::SCHCOM, record.Note);
-  addNumber(message, tags::ODE, record.SetupStaffId);
-  addNumber(message, tags::OPU, record.CleanupStaffId);
+void WriteBookingTags(BookingParts& parts, std::string_view wizard) {
+  TagMessage& message = parts.app.message;
+  WriteBookingTimes(message, parts.times.times(), false);
+  addNumber(message, tags::PID, parts.record.RequesterId);
+  addNumber(message, tags::PGID, parts.record.PatronGroupId);
+  addNumber(message, tags::PPID, parts.record.PickupPatronId);
+  message.Add(tags::ADBK, parts.record.AdminBooking);
+  WriteFullPlaceTags(message, parts.record);
+  addNumber(message, tags::BTID, parts.record.BookingTypeId);
+  WriteEquipmentTags(message, parts.equipment.tvwOtherEquipment, parts.equipment.tvwEquipment,
+                     EquipmentForm::Full);
+  WriteMediaTags(message, parts.media.faMedia);
+  message.Add(tags::SCHCOM, parts.record.Note);
+  addNumber(message, tags::ODE, parts.record.SetupStaffId);
+  addNumber(message, tags::OPU, parts.record.CleanupStaffId);
   message.Add(tags::WIZ, wizard);
-  addNumber(message, tags::UTIME, record.SetupMinutes);
-  addNumber(message, tags::CTIME_, record.CleanupMinutes);
+  addNumber(message, tags::UTIME, parts.record.SetupMinutes);
+  addNumber(message, tags::CTIME_, parts.record.CleanupMinutes);
 }
 
 }  // namespace vantry

@@ -4,9 +4,14 @@
 #include <string>
 #include <string_view>
 
-#include "booking/booking_form.h"
+#include "booking/booking_record.h"
+#include "platform/grid.h"
+#include "platform/tree.h"
 
 namespace vantry {
+
+class BookingParts;
+class TagMessage;
 
 // The things of a booking, as windows show them and messages list them.
 
@@ -51,7 +56,7 @@ void BuildEquipmentTrees(Tree& tvwOtherEquipment, Tree& tvwEquipment);
 /// The equipment type in such a key: "34" of "M12|E34"; empty for other keys.
 [[nodiscard]] std::string_view equipmentTypeOf(std::string_view key);
 
-/// Full names all equipment; Specific leaves out what stands in the room.
+/// Full names all equipment; Specific leaves out what is in the room.
 enum class EquipmentForm { Full, Specific };
 
 void WriteEquipmentTags(TagMessage& message, const Tree& tvwOtherEquipment, const Tree& tvwEquipment,
@@ -64,6 +69,6 @@ void WritePlaceTags(TagMessage& message, const BookingRecord& record);
 void WriteFullPlaceTags(TagMessage& message, const BookingRecord& record);
 
 /// The body of `NEWBK`, and of `UPDBK` behind its `BOOKID`. `wizard` tells which window creates: "Y" or "N".
-void WriteBookingTags(const BookingForm& form, const BookingRecord& record, std::string_view wizard);
+void WriteBookingTags(BookingParts& parts, std::string_view wizard);
 
 }  // namespace vantry

@@ -37,7 +37,7 @@ void WriteStoredBookingTimes(TagMessage& message, const BookingShared& shared);
 /// The highest place of a time on its scale that spin buttons reach, whatever the number of labels.
 inline constexpr int kLastTimeIndex = 96;
 
-/// The time of a place on the day's scale; nothing past midnight. The scale goes on behind its last label.
+/// The time of a place on the day's scale; nothing past midnight. The scale continues behind its last label.
 [[nodiscard]] std::optional<Time> timeAt(const DaySlots& scale, int index);
 /// The place of a time: its label's, or that of the last label before it, within 0 and the scale's end.
 [[nodiscard]] int timeIndexOf(const DaySlots& scale, const Time& time);
@@ -48,7 +48,7 @@ struct TimeIndices {
   int finish = 0;
   bool operator==(const TimeIndices&) const = default;
 };
-/// The places after one of them was moved on the same day: an end that the start has passed goes along to the
+/// The places after one of them was moved on the same day: an end that the start has passed moves to the
 /// start's next label; where they meet, the start moves back by one.
 [[nodiscard]] TimeIndices keptApart(TimeIndices indices);
 

@@ -1,5 +1,7 @@
 #include "booking/place_panel.h"
 
+#include "booking/booking_parts.h"
+#include "booking/modBooking_rooms.h"
 #include "frame/app.h"
 #include "platform/desktop.h"
 #include "platform/text.h"
@@ -24,7 +26,7 @@ std::string captionOf(int option) {
 
 }  // namespace
 
-PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
+PlacePanel::PlacePanel(BookingParts& parts, Container& place)
     : lblDeliveryRoom(addOption(place, kDeliverOption), "lblDeliveryRoom", "Room:"),
       lblLibSchedRoom(addOption(place, kScheduledOption), "lblLibSchedRoom", "Room:"),
       lblPickupLocation(addOption(place, kPickUpOption), "lblPickupLocation", "Pick-Up Loc&ation:"),
@@ -35,8 +37,8 @@ PlacePanel::PlacePanel(App& app, Container& place, BookingRecord& record)
       mnuPopupRooms(place.form(), "mnuPopupRooms", "Popup Rooms"),
       mnuPopupRoomsFind(mnuPopupRooms, "mnuPopupRoomsFind", "&Find Room..."),
       mnuPopupRoomsSuggest(mnuPopupRooms, "mnuPopupRoomsSuggest", "&Suggest Room..."),
-      app_(app),
-      record_(record) {
+      parts_(parts),
+      app_(parts.app) {
   for (int i = kDeliverOption; i <= kScheduledOption; ++i) {
     cmdRoomView.add(fraRoom(i), "&View Room");
     lblRoom.add(fraRoom(i), "Other Room:");
@@ -116,9 +118,9 @@ ComboBox* PlacePanel::roomCombo(int index) {
 }
 
 void PlacePanel::emptyPlace() {
-  record_.RoomId = 0;
-  record_.PickupLocationId = 0;
-  record_.GenericRoomLocationId = 0;
+  parts_.record.RoomId = 0;
+  parts_.record.PickupLocationId = 0;
+  parts_.record.GenericRoomLocationId = 0;
   ComboBox* rooms = roomCombo(option());
   (rooms ? *rooms : cboPickupLocation).ListIndex = -1;
   enableCommands();
@@ -137,7 +139,7 @@ void PlacePanel::enableCommands() {
     for (Control* control : fraRoom(i).Controls()) control->Enabled = on;
   }
   // Looking at a room changes nothing.
-  const bool mayView = record_.RoomId != 0 && mayReach(app_.context.rights, Subject::Rooms);
+  const bool mayView = parts_.record.RoomId != 0 && mayReach(app_.context.rights, Subject::Rooms);
   for (int i = kDeliverOption; i <= kScheduledOption; ++i) cmdRoomView(i).Enabled = i == chosen && mayView;
   if (!app_.context.rights.has(Right::RMADD)) cmdNewRoom.Enabled = false;
 }
@@ -159,16 +161,18 @@ void PlacePanel::disableEditing() {
 void PlacePanel::showPlace(std::string_view name, std::string_view roomType) {
   const int index = option();
   if (index == kPickUpOption) {
-    cboPickupLocation.ListIndex = cboPickupLocation.indexOfData(std::to_string(record_.PickupLocationId));
+    cboPickupLocation.ListIndex =
+        cboPickupLocation.indexOfData(std::to_string(parts_.record.PickupLocationId));
     return;
   }
   ComboBox* combo = roomCombo(index);
   if (!combo) return;
-  if (record_.RoomId == 0) {
+  if (parts_.record.RoomId == 0) {
     combo->ListIndex = -1;
-    if (record_.isGenericRoom()) txtGenericRoom(index).Text = genericRoomText(record_, name, roomType);
+    if (parts_.record.isGenericRoom())
+      txtGenericRoom(index).Text = genericRoomText(parts_.record, name, roomType);
   } else {
-    const int entry = combo->indexOfData(std::to_string(record_.RoomId));
+    const int entry = combo->indexOfData(std::to_string(parts_.record.RoomId));
     combo->ListIndex = entry;
     if (entry < 0) txtRoom(index).Text = std::string(name);
   }
@@ -190,19 +194,19 @@ std::string PlacePanel::placeText() const {
 }
 
 void PlacePanel::optRoom_Click(int index) {
-  RoomOptionChanged(*form_, record_, index);
+  RoomOptionChanged(parts_, index);
   raise(Changed);
 }
 
 void PlacePanel::cboRoom_Click(int index) {
-  RoomChosen(*form_, record_, index);
+  RoomChosen(parts_, index);
   raise(Changed);
 }
 
 void PlacePanel::cboPickupLocation_Click() {
   if (cboPickupLocation.ListIndex < 0) return;
-  record_.PickupLocationId = intOf(cboPickupLocation.ItemData(cboPickupLocation.ListIndex));
-  record_.GenericRoomLocationId = record_.PickupLocationId;
+  parts_.record.PickupLocationId = intOf(cboPickupLocation.ItemData(cboPickupLocation.ListIndex));
+  parts_.record.GenericRoomLocationId = parts_.record.PickupLocationId;
   raise(Changed);
 }
 
@@ -214,25 +218,26 @@ void PlacePanel::cmdRoom_Click(int index) {
 }
 
 void PlacePanel::cmdGenericRoom_Click(int index) {
-  PickGenericRoom(*form_, index, record_);
+  PickGenericRoom(parts_, index);
   raise(Changed);
 }
 
 void PlacePanel::cmdRoomView_Click() {
-  if (record_.RoomId != 0) OpenRecordWindow(app_, kRoom, std::to_string(record_.RoomId));
+  if (parts_.record.RoomId != 0)
+    OpenRecordWindow(app_, {kRoom, std::to_string(parts_.record.RoomId), kSourceMainWindow});
 }
 
 void PlacePanel::cmdNewRoom_Click() {
-  OpenRecordWindow(app_, kRoom, "");
+  OpenRecordWindow(app_, {kRoom, "", kSourceMainWindow});
 }
 
 void PlacePanel::mnuPopupRoomsFind_Click() {
-  FindRoom(*form_, roomIndex_, record_);
+  FindRoom(parts_, roomIndex_);
   raise(Changed);
 }
 
 void PlacePanel::mnuPopupRoomsSuggest_Click() {
-  SuggestRoom(*form_, roomIndex_, record_);
+  SuggestRoom(parts_, roomIndex_);
   raise(Changed);
 }
 

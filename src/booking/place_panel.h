@@ -1,20 +1,20 @@
 #pragma once
 
-#include "booking/booking_form.h"
 #include "booking/modBooking_rooms.h"
+#include "frame/app.h"
 #include "platform/controls.h"
 #include "platform/menu.h"
 
 namespace vantry {
 
+class BookingParts;
+
 /// Where the things of a booking end up: delivered to a room, in a room that the library schedules, or picked
 /// up at a location.
 class PlacePanel {
  public:
-  /// Makes the controls in `place`; the record belongs to the window.
-  PlacePanel(App& app, Container& place, BookingRecord& record);
-  /// Gives the commands the whole window; before the operator can reach them.
-  void join(const BookingForm& form) { form_ = &form; }
+  /// Makes the controls in `place`, as one of the parts.
+  PlacePanel(BookingParts& parts, Container& place);
 
   /// The place has changed.
   Event Changed;
@@ -34,9 +34,11 @@ class PlacePanel {
   MenuItem mnuPopupRooms;  ///< shown by `cmdRoom` only
   MenuItem mnuPopupRoomsFind, mnuPopupRoomsSuggest;
 
-  /// While a booking is being read no note of a room appears, and its equipment is listed once at the end.
+  /// While a booking is read, no note of a room appears, and its equipment is listed once at the end.
   bool loading = false;
-  /// The patron group for which the room lists stand; 0 for none.
+  /// While a room list is filled, a room that it takes by itself shows no note: nobody has chosen it.
+  bool filling = false;
+  /// The patron group whose rooms are listed; 0 for none.
   int roomsOfGroup = 0;
 
   int option() const;  ///< -1 for none
@@ -72,9 +74,8 @@ class PlacePanel {
   void arrange(Container& place);
   void fillLocations();
 
+  BookingParts& parts_;
   App& app_;
-  BookingRecord& record_;
-  const BookingForm* form_ = nullptr;
   int roomIndex_ = 0;  ///< the option whose `cmdRoom` was pressed
   bool editable_ = true;
 };

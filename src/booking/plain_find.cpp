@@ -1,8 +1,8 @@
 #include "booking/plain_find.h"
 
 #include "booking/booking_record.h"
-#include "booking/modBooking_ask.h"
 #include "booking/modBooking_patrons.h"
+#include "messaging/ask.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
@@ -89,18 +89,13 @@ void PlainFind::findPatrons() {
   TagMessage& message = app_.message;
   std::string text(trim(txtSearchFor.Text.get()));
   if (text.back() != kTruncation) text += kTruncation;
-  app_.global.BusyForm(*this);
   fa.Rows = 1;
-  for (const auto& [tag, value] :
-       std::initializer_list<std::pair<std::string_view, std::string_view>>{{tags::SRCHTAG, "17"},
-                                                                            {tags::SRCHVAL, text},
-                                                                            {tags::SRCHFOR, "6"},
-                                                                            {tags::SRCHLOC, "5"},
-                                                                            {tags::SRCHOP, ""}})
-    message.Add(tag, value);
-  const int rc = message.Send("FIND");
-  app_.global.ReadyForm(*this);
-  if (ServerIsLost(app_, rc)) return;
+  const int rc = Ask(app_.global, *this)
+                     .codeOf("FIND", {{tags::SRCHTAG, "17"},
+                                      {tags::SRCHVAL, text},
+                                      {tags::SRCHFOR, "6"},
+                                      {tags::SRCHLOC, "5"},
+                                      {tags::SRCHOP, ""}});
   if (rc != 0) return criticalBox(app_.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
   while (message.NextRecord(tags::PID)) {
     addRow(message.Get(tags::PID),
@@ -112,10 +107,7 @@ void PlainFind::findPatrons() {
 }
 
 void PlainFind::listRooms(std::string_view code, std::string_view kind) {
-  app_.message.Add(tags::ADBK, "Y");
-  app_.message.Add(tags::PGID, "0");
-  const int rc = app_.message.Send(code);
-  if (rc != 0) return app_.global.ReportRequestError(rc, code, Name());
+  if (!Ask(app_.global, *this)(code, {{tags::ADBK, "Y"}, {tags::PGID, "0"}})) return;
   while (app_.message.NextRecord(tags::RID))
     addRow(app_.message.Get(tags::RID), {app_.message.Get(tags::RNM), std::string(kind)});
 }

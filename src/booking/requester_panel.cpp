@@ -27,7 +27,7 @@ void RequesterPanel::connect() {
     raise(Changed);
   };
   onBehalfOf.text.Change = [this] {
-    record_.PickupPatronId = 0;  // whoever stands there has to be validated anew
+    record_.PickupPatronId = 0;  // whoever is typed has to be validated anew
     onBehalfOf.textChanged();
     raise(Changed);
   };
@@ -46,8 +46,9 @@ LayoutNode RequesterPanel::layout() {
                 onBehalfOf.label, Row{onBehalfOf.text, onBehalfOf.check, onBehalfOf.pick, onBehalfOf.state}};
 }
 
-PatronForm RequesterPanel::form() {
-  return {app_, requester, txtPatronGroup, &chkAdminBooking, &onBehalfOf, [this] { raise(GroupChanged); }};
+RequesterForm RequesterPanel::form() {
+  return {app_, requester, txtPatronGroup, [this] { raise(GroupChanged); },
+          [this] { chkAdminBooking.Enabled = false; }};
 }
 
 void RequesterPanel::cmdRequester_Click() {
@@ -62,18 +63,18 @@ void RequesterPanel::cmdRequesterCheck_Click() {
 }
 
 void RequesterPanel::cmdOnBehalfOf_Click() {
-  PickPickupPatron(form(), record_);
+  PickPickupPatron(app_, onBehalfOf, record_);
   raise(Changed);
 }
 
 void RequesterPanel::cmdOnBehalfOfCheck_Click() {
   if (!onBehalfOf.isPending(record_.PickupPatronId)) return;
-  ValidatePickupBarcode(form(), record_);
+  ValidatePickupBarcode(app_, onBehalfOf, record_);
   raise(Changed);
 }
 
 void RequesterPanel::chkAdminBooking_Click() {
-  AdminBookingChanged(form(), record_);
+  AdminBookingChanged(form(), chkAdminBooking, record_);
   raise(Changed);
 }
 

@@ -7,7 +7,7 @@ namespace vantry {
 /// The requester of a booking and the patron who fetches it, as editor and wizard enter them.
 class RequesterPanel {
  public:
-  /// Makes the controls in `place`; the record belongs to the window.
+  /// Makes the controls in `place`; the record belongs to the same booking.
   RequesterPanel(App& app, Container& place, BookingRecord& record);
 
   /// A patron, or the kind of booking, has changed.
@@ -24,7 +24,7 @@ class RequesterPanel {
   /// The fields of both patrons in two aligned columns, for the window's layout.
   LayoutNode layout();
 
-  /// Shows the patrons of a booking that was read. Its requester can be entered only where none stands.
+  /// Shows the patrons of a booking that was read. Its requester can be entered only where there is none.
   void showBooking();
   /// A saved booking keeps its requester.
   void lockRequester();
@@ -40,7 +40,7 @@ class RequesterPanel {
 
  private:
   void connect();
-  PatronForm form();
+  RequesterForm form();
 
   App& app_;
   BookingRecord& record_;

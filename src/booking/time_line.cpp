@@ -52,7 +52,21 @@ void TimeLine::dragged() {
 void TimeLine::typed(int TimeIndices::*which, const SpinTimeField& field) {
   if (setting_ || field.isEmpty()) return;
   indices_.*which = timeIndexOf(scale_, *field.Value.get());
+  if (&field == &parts_.txtNeedTime) moveEndAlong();
   showPlaces();
+}
+
+/// A start that was typed past the end of the same day takes the end along to its next label.
+void TimeLine::moveEndAlong() {
+  const bool passes = parts_.txtNeedTime.Value.get() > parts_.txtFinishTime.Value.get();
+  if (!passes || parts_.txtFinishTime.isEmpty() || (sameDay && !sameDay())) return;
+  const int next = std::min(indices_.need + 1, kLastTimeIndex);
+  const auto label = timeAt(scale_, next);
+  if (!label) return;  // nothing of the day is left
+  indices_.finish = next;
+  setting_ = true;
+  parts_.txtFinishTime.Value = label;
+  setting_ = false;
 }
 
 void TimeLine::move(TimeIndices indices) {

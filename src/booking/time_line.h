@@ -5,8 +5,8 @@
 
 namespace vantry {
 
-/// Two time fields, a ruler and a schedule bar that show the same two places of the day's scale: what one of
-/// them is given, the others take.
+/// Two time fields, a ruler and a schedule bar that show the same two places of the day's scale. When one of
+/// them gets a place, the others follow.
 class TimeLine {
  public:
   struct Parts {
@@ -26,7 +26,7 @@ class TimeLine {
   int FinishTimeIndex() const { return indices_.finish; }
   /// Gives the fields the labels of two places.
   void setIndices(TimeIndices indices);
-  /// Gives back what was copied from a time line: the times as they stood, and their places.
+  /// Gives back what was copied from a time line: the times as they were, and their places.
   void restore(std::optional<Time> need, std::optional<Time> finish, TimeIndices indices);
   void lock();
 
@@ -36,6 +36,7 @@ class TimeLine {
   void choose(int TimeIndices::*which, int index);
   void dragged();
   void typed(int TimeIndices::*which, const SpinTimeField& field);
+  void moveEndAlong();
   void move(TimeIndices indices);
   void show(TimeIndices indices, bool relabel);
   void showPlaces();

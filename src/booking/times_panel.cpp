@@ -182,8 +182,7 @@ void TimesPanel::showTimes(std::string_view start, std::string_view end) {
 }
 
 void TimesPanel::startNow() {
-  const int rc = app_.message.Send("ASKT");
-  if (ServerIsLost(app_, rc)) return;
+  const int rc = askForBooking(app_).codeOf("ASKT");
   const std::string now = rc == 0 ? app_.message.Get("STIME") : serverTime(app_.clock.now());
   showTimes(now, now);
   timeLine_.lock();

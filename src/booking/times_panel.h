@@ -49,7 +49,7 @@ class TimesPanel {
   int NeedTimeIndex() const { return timeLine_.NeedTimeIndex(); }
   int FinishTimeIndex() const { return timeLine_.FinishTimeIndex(); }
 
-  /// The times of all bookings, as they stand.
+  /// The times of all bookings, as they are now.
   std::vector<BookingTime> times();
   /// Says what is wrong with the times and leads the operator there; true when nothing is.
   [[nodiscard]] bool CheckTimes();
@@ -62,7 +62,7 @@ class TimesPanel {
   void startNow();
   /// The booking can only be read from now on.
   void disableEditing();
-  /// The list has served for one booking: its time stands in the single fields from now on.
+  /// The list has served for one booking: its time is shown in the single fields from now on.
   void endMultiple();
   /// The requester's privileges end then; the record's text.
   void showExpireDate();

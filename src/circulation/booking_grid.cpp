@@ -1,15 +1,10 @@
 #include "circulation/booking_grid.h"
 
-#include "frame/app.h"
-#include "lists/booking_columns.h"
-#include "lists/grids.h"
-#include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
-namespace {
 
-constexpr BookingColumn kColumns[] = {
+static constexpr ReplyColumn kColumns[] = {
     {"ID", tags::BOOKID, CellKind::Plain, 0},
     {"Booking Status", tags::BKRES, CellKind::Plain, 0},
     {"Start Date", tags::STIME, CellKind::Date, 900, SortKind::ShortDate},
@@ -26,30 +21,12 @@ constexpr BookingColumn kColumns[] = {
     {"Item Count", tags::ICNT, CellKind::Plain, 1000},
 };
 
-/// The columns that only commands and sorts read.
-void hideColumns(Grid& grid) {
-  for (int col = 0; col < grid.Cols; ++col) {
-    if (kColumns[grid.ColData(col)].width == 0) grid.ColWidth(col, 0);
-  }
+void BuildChargeDischargeFlexArray(ReplyList& list) {
+  list.build({.columns = kColumns, .walk = tags::BOOKID});
 }
 
-}  // namespace
-
-void BuildChargeDischargeFlexArray(Grid& grid) {
-  BuildBookingColumns(grid, kColumns);
-}
-
-void FillChargeDischargeGrid(const MainParts& parts, Grid& grid) {
-  grid.Redraw = false;
-  grid.Rows = 1;
-  grid.Rows = parts.app.message.Count(tags::BOOKID) + 1;
-  for (int row = 1; parts.app.message.NextRecord(tags::BOOKID); ++row) {
-    for (int col = 0; col < grid.Cols; ++col)
-      grid.TextMatrix(row, col, BookingCellText(parts, kColumns[grid.ColData(col)]));
-  }
-  SetGridAutoSize(parts.app, grid);
-  hideColumns(grid);
-  grid.Redraw = true;
+void FillChargeDischargeGrid(ReplyList& list) {
+  list.fill();
 }
 
 }  // namespace vantry

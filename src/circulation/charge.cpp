@@ -6,14 +6,14 @@
 #include "circulation/booking_grid.h"
 #include "circulation/frmDischarge.h"
 #include "circulation/frmPopupNote.h"
+#include "messaging/ask.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
+#include "words/booking_results.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
-
-constexpr int kCharged = 99;
-constexpr int kComplete = 1;
 
 /// The windows walk the reply of the charge: none of them sends a request.
 void showOutcome(App& app) {
@@ -32,18 +32,13 @@ void showStatus(Grid& grid, int status, const LegendLabels& legend) {
 }  // namespace
 
 bool ChargeBooking(App& app, const std::string& bookingId, std::string_view procedure) {
-  app.global.BusyAllForms();
-  app.message.Add(tags::BOOKID, bookingId);
-  const int rc = app.message.Send("CBK");
-  app.global.ReadyAllForms();
-  if (rc == kReportNotCharged) {
-    ShowErrorReport(app, kReportNotCharged);
+  const Ask ask(app.global, "frmMain");
+  const int rc = ask.codeOf("CBK", {{tags::BOOKID, bookingId}});
+  if (rc == codes::NotCharged) {
+    ShowErrorReport(app, codes::NotCharged);
     return false;
   }
-  if (rc != 0) {
-    app.global.ReportRequestError(rc, procedure, "frmMain");
-    return false;
-  }
+  if (!ask.succeeded(rc, procedure)) return false;
   showOutcome(app);
   if (app.preferences.PrintOnCharge) printConfirmationOf(app, bookingId);
   return true;
@@ -51,12 +46,11 @@ bool ChargeBooking(App& app, const std::string& bookingId, std::string_view proc
 
 void ChargeBookingMain(App& app, const std::string& bookingId, Grid& grid, const LegendLabels& legend) {
   if (!ChargeBooking(app, bookingId, "ChargeBookingMain")) return;
-  showStatus(grid, kCharged, legend);
-  app.global.ReadyAllForms();
+  showStatus(grid, results::Charged, legend);
 }
 
 void DischargeBookingMain(App& app, const std::string& bookingId, Grid& grid, const LegendLabels& legend) {
-  if (intOf(DischargeBooking(app, bookingId)) == kComplete) showStatus(grid, kComplete, legend);
+  if (intOf(DischargeBooking(app, bookingId)) == 1) showStatus(grid, results::Complete, legend);
 }
 
 }  // namespace vantry

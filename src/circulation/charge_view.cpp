@@ -3,16 +3,17 @@
 #include "booking/booking_removal.h"
 #include "circulation/charge.h"
 #include "frame/app.h"
+#include "platform/wiring.h"
 #include "records/records.h"
 
 namespace vantry {
 
 ChargeView::ChargeView(const MainParts& mainParts, Frame& frame)
     : CirculationView(mainParts, frame, chargeTwin()) {
-  cmdCCharge.Click = [this] { cmdCCharge_Click(); };
-  cmdCEdit.Click = [this] { cmdCEdit_Click(); };
-  cmdCDelete.Click = [this] { cmdCDelete_Click(); };
-  cmdCCancel.Click = [this] { cmdCCancel_Click(); };
+  on(charge.Run, this, &ChargeView::cmdCCharge_Click);
+  on(edit.Run, this, &ChargeView::cmdCEdit_Click);
+  on(remove.Run, this, &ChargeView::cmdCDelete_Click);
+  on(cancel.Run, this, &ChargeView::cmdCCancel_Click);
 }
 
 void ChargeView::cmdCCharge_Click() {
@@ -26,20 +27,19 @@ void ChargeView::cmdCCharge_Click() {
 void ChargeView::cmdCEdit_Click() {
   const std::string id = takeSelected();
   if (id.empty()) return;
-  app().slots.source = kSourceMainWindow;
-  OpenRecordWindow(app(), kBooking, id);
+  OpenRecordWindow(app(), {kBooking, id, kSourceMainWindow});
 }
 
 void ChargeView::cmdCCancel_Click() {
-  remove(cancelRemoval(), "");
+  endSelected(cancelRemoval(), "");
 }
 
 void ChargeView::cmdCDelete_Click() {
   // A failed check is reported for the booking editor's window, even here; this is deliberate.
-  remove(deleteRemoval(), "frmBooking");
+  endSelected(deleteRemoval(), "frmBooking");
 }
 
-void ChargeView::remove(const Removal& removal, std::string_view checkForm) {
+void ChargeView::endSelected(const Removal& removal, std::string_view checkForm) {
   const std::string id = takeSelected();
   if (id.empty()) return;
   const int row = faChargeBookings.Row;

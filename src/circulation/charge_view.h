@@ -32,7 +32,8 @@ class ChargeView : public CirculationView {
   void CloseChargeDetails() { closeDetailsAndEmptyList(); }
 
  private:
-  void remove(const struct Removal& removal, std::string_view checkForm);
+  /// Deletes or cancels the selected booking.
+  void endSelected(const struct Removal& removal, std::string_view checkForm);
 };
 
 }  // namespace vantry

@@ -1,5 +1,6 @@
 #include "circulation/circulation_twin.h"
 
+#include "messaging/return_codes.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -31,9 +32,11 @@ constexpr SearchType kDischargeTypes[] = {
     {"Codoc Classification Call Number", "999", tags::CN, "MCOD"},
 };
 
-constexpr RowButton kChargeButtons[] = {
-    {"cmdCCharge", "&Charge"}, {"cmdCEdit", "&Edit"}, {"cmdCDelete", "&Delete"}, {"cmdCCancel", "Ca&ncel"}};
-constexpr RowButton kDischargeButtons[] = {{"cmdDDischarge", "D&ischarge..."}};
+constexpr RowButton kChargeButtons[] = {{"cmdCCharge", "&Charge", &MainView::charge},
+                                        {"cmdCEdit", "&Edit", &MainView::edit},
+                                        {"cmdCDelete", "&Delete", &MainView::remove},
+                                        {"cmdCCancel", "Ca&ncel", &MainView::cancel}};
+constexpr RowButton kDischargeButtons[] = {{"cmdDDischarge", "D&ischarge...", &MainView::discharge}};
 
 constexpr MenuItem M::*kHiddenOnCharge[] = {&M::mnuPopupBookingsNew, &M::mnuPopupBookingsSep3,
                                             &M::mnuPopupBookingsPrint};
@@ -60,15 +63,15 @@ constexpr CirculationTwin kCharge = {
     .code = "SSC",
     .searchFailed = "An error occurred while searching for bookings to charge.",
     .nothingFound = "There are no bookings ready for charge which match your search criteria.",
-    .doneCode = 123,
+    .doneCode = codes::AlreadyCharged,
     .doneText = "Selected booking already charged!",
     .tellsStatus = false,
     .showsWishes = true,
     .followsBarcodes = false,
     .firstSearch = &Preferences::ChargeSearch,
     .clearsAfter = &Preferences::ChargeClear,
-    .command = &M::mnuPopupBookingsCharge,
-    .otherCommand = &M::mnuPopupBookingsDischarge,
+    .ownEntry = &M::mnuPopupBookingsCharge,
+    .otherEntry = &M::mnuPopupBookingsDischarge,
     .hiddenEntries = kHiddenOnCharge,
 };
 
@@ -94,8 +97,8 @@ constexpr CirculationTwin kDischarge = {
     .followsBarcodes = true,
     .firstSearch = &Preferences::DischargeSearch,
     .clearsAfter = &Preferences::DischargeClear,
-    .command = &M::mnuPopupBookingsDischarge,
-    .otherCommand = &M::mnuPopupBookingsCharge,
+    .ownEntry = &M::mnuPopupBookingsDischarge,
+    .otherEntry = &M::mnuPopupBookingsCharge,
     .hiddenEntries = kHiddenOnDischarge,
 };
 

@@ -3,12 +3,11 @@
 #include <span>
 #include <string_view>
 
-#include "frame/main_menus.h"
-#include "frame/preferences.h"
+#include "lists/main_view.h"
 
 namespace vantry {
 
-/// What a search text can be: an entry of the search list, and what of it goes to the server.
+/// A meaning of the search text: an entry of the search list, and what is sent for it.
 struct SearchType {
   std::string_view text;
   std::string_view data;  ///< the number by which the catalogue knows a kind of call number
@@ -16,9 +15,11 @@ struct SearchType {
   std::string_view callNumberKind;  ///< of a call number: the server's word for its kind
 };
 
+/// A button of a command on the selected booking.
 struct RowButton {
   std::string_view name;
   std::string_view caption;
+  Command MainView::*command;
 };
 
 /// What the charge view and the discharge view do not share.
@@ -35,7 +36,7 @@ struct CirculationTwin {
   std::string_view nothingFound;
   int doneCode;  ///< with it the search has failed since the booking is dealt with already; 0 for none
   std::string_view doneText;
-  bool tellsStatus;  ///< the status bar tells how the search goes
+  bool tellsStatus;  ///< the search is shown in the status bar
 
   bool showsWishes;      ///< the details list generic equipment too
   bool followsBarcodes;  ///< the details name pieces by their barcodes where the operator prefers that
@@ -43,8 +44,8 @@ struct CirculationTwin {
   int Preferences::*firstSearch;
   bool Preferences::*clearsAfter;
 
-  MenuItem MainMenus::*command;                         ///< the popup menu's entry for the view's own command
-  MenuItem MainMenus::*otherCommand;                    ///< the twin's, which does not show
+  MenuItem MainMenus::*ownEntry;                        ///< the popup menu's entry for the view's own command
+  MenuItem MainMenus::*otherEntry;                      ///< the twin's, which does not show
   std::span<MenuItem MainMenus::*const> hiddenEntries;  ///< of the list's popup menu
 };
 

@@ -5,9 +5,14 @@
 #include "circulation/booking_grid.h"
 #include "frame/auto_truncate.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
+
+/// The place of the view's own command among the row buttons. Its entry in the popup menu is always enabled
+/// and does nothing without a row; only its button follows the selection.
+static constexpr std::size_t kOwnCommand = 0;
 
 static std::string labelName(std::string_view field) {
   return "lbl" + std::string(field.substr(3));
@@ -21,7 +26,8 @@ static std::vector<std::unique_ptr<Button>> makeButtons(Frame& frame, std::span<
 }
 
 CirculationView::CirculationView(const MainParts& parts, Frame& frame, const CirculationTwin& twin)
-    : lblSearch_(frame, labelName(twin.cboSearch), "Search &by:"),
+    : MainView(parts),
+      lblSearch_(frame, labelName(twin.cboSearch), "Search &by:"),
       cboSearch(frame, std::string(twin.cboSearch)),
       lblSearchFor_(frame, labelName(twin.txtSearchFor), "f&or:"),
       txtSearchFor(frame, std::string(twin.txtSearchFor)),
@@ -32,7 +38,6 @@ CirculationView::CirculationView(const MainParts& parts, Frame& frame, const Cir
       rowButtons_(makeButtons(fraBookings, twin.rowButtons)),
       cmdDetails(fraBookings, std::string(twin.cmdDetails), std::string(twin.detailsCaption)),
       tvwDetails(fraBookings, std::string(twin.tvwDetails)),
-      parts_(parts),
       twin_(twin) {
   cmdSearch.Default = true;  // counts while its view shows
   cmdSearch.Enabled.put(false);
@@ -61,7 +66,18 @@ void CirculationView::arrange(Frame& frame) {
 }
 
 void CirculationView::connect() {
-  cboSearch.Click = [this] { hideResults(); };
+  for (std::size_t i = 0; i < rowButtons_.size(); ++i) {
+    Command& command = this->*twin_.rowButtons[i].command;
+    if (i == kOwnCommand) {
+      on(rowButtons_[i]->Click, &command, &Command::run);
+      command.Enabled = true;
+    } else {
+      command.link(*rowButtons_[i]);
+    }
+  }
+  cboSearch.Click = [this] {
+    if (!takesPreferences_) hideResults();
+  };
   txtSearchFor.Change = [this] {
     hideResults();
     cmdSearch.Enabled = !trim(txtSearchFor.Text.get()).empty();
@@ -69,16 +85,16 @@ void CirculationView::connect() {
   txtSearchFor.Enter = [this] {
     if (!trim(txtSearchFor.Text.get()).empty()) search();
   };
-  cmdSearch.Click = [this] { search(); };
-  cmdClear.Click = [this] { clear(); };
-  cmdDetails.Click = [this] { toggleDetails(); };
-  faBookings.RowColChange = [this] { rowChanged(); };
-  faBookings.Click = [this] { clicked(); };
-  faBookings.RightClick = [this] { rightClicked(); };
+  on(cmdSearch.Click, this, &CirculationView::search);
+  on(cmdClear.Click, this, &CirculationView::clear);
+  on(cmdDetails.Click, this, &CirculationView::toggleDetails);
+  on(faBookings.RowColChange, this, &CirculationView::rowChanged);
+  on(faBookings.Click, this, &CirculationView::clicked);
+  on(faBookings.RightClick, this, &CirculationView::rightClicked);
 }
 
 void CirculationView::load() {
-  BuildChargeDischargeFlexArray(faBookings);
+  BuildChargeDischargeFlexArray(list_);
   tvwDetails.Pictures = {"folder-closed", "folder-open"};
   cboSearch.Clear();
   for (const SearchType& type : twin_.searchTypes)
@@ -89,11 +105,10 @@ void CirculationView::load() {
   rememberedRow_ = 0;
 }
 
-void CirculationView::show() {
-  MainMenus& m = parts_.menus;
-  (m.*twin_.otherCommand).Visible = false;
-  (m.*twin_.command).Visible = true;
-  (m.*twin_.command).Enabled = true;
+void CirculationView::open() {
+  MainMenus& m = parts().menus;
+  (m.*twin_.otherEntry).Visible = false;
+  (m.*twin_.ownEntry).Visible = true;
   cboSearch.ListIndex = app().preferences.*twin_.firstSearch;
   focusText();
 }
@@ -101,6 +116,15 @@ void CirculationView::show() {
 void CirculationView::sorted() {
   closeDetails();
   rememberedRow_ = 0;
+}
+
+/// What was found stays: the preference is for the next search.
+void CirculationView::takePreferences(Applies what) {
+  MainView::takePreferences(what);
+  if (what != Applies::Searches) return;
+  takesPreferences_ = true;
+  cboSearch.ListIndex = app().preferences.*twin_.firstSearch;
+  takesPreferences_ = false;
 }
 
 void CirculationView::focusText() {
@@ -119,30 +143,27 @@ void CirculationView::addSearchTags() {
 }
 
 void CirculationView::sayAndReturn(std::string_view text) {
-  app().global.ReadyAllForms();
   informationBox(app().desktop, std::string(text));
   focusText();
 }
 
 void CirculationView::search() {
-  app().global.BusyAllForms();
-  if (twin_.tellsStatus) parts_.showMessage("Requesting Data From Server...");
+  if (twin_.tellsStatus) parts().showMessage("Requesting Data From Server...");
   addSearchTags();
-  const int rc = app().message.Send(twin_.code);
+  const int rc = ask().codeOf(twin_.code);
   cmdClear.Enabled = true;
   if (rc != 0)
     return sayAndReturn(twin_.doneCode != 0 && rc == twin_.doneCode ? twin_.doneText : twin_.searchFailed);
   const int found = app().message.Count(tags::BOOKID);
-  if (twin_.tellsStatus) parts_.showMessage(std::to_string(found) + " Booking(s) Found");
+  if (twin_.tellsStatus) parts().showMessage(std::to_string(found) + " Booking(s) Found");
   if (found == 0) return sayAndReturn(twin_.nothingFound);
   showFound();
-  app().global.ReadyAllForms();
   focusText();
 }
 
 void CirculationView::showFound() {
   closeDetails();  // they may still show a booking of the search before
-  FillChargeDischargeGrid(parts_, faBookings);
+  FillChargeDischargeGrid(list_);
   faBookings.Row = 1;
   fraBookings.Visible = true;
   clicked();
@@ -161,14 +182,17 @@ void CirculationView::clear() {
   cboSearch.ListIndex = app().preferences.*twin_.firstSearch;
   cmdClear.Enabled = false;
   focusText();
-  if (twin_.tellsStatus) parts_.showMessage("");
+  if (twin_.tellsStatus) parts().showMessage("");
 }
 
 // The list
 
 void CirculationView::rowChanged() {
   const bool selected = faBookings.Row >= 1;
-  for (const auto& button : rowButtons_) button->Enabled = selected;
+  for (std::size_t i = 0; i < rowButtons_.size(); ++i) {
+    if (i != kOwnCommand) (this->*twin_.rowButtons[i].command).Enabled = selected;
+  }
+  rowButtons_[kOwnCommand]->Enabled = selected;
   cmdDetails.Enabled = selected;
 }
 
@@ -180,30 +204,22 @@ void CirculationView::clicked() {
   }
   if (rememberedRow_ == 0) rememberedRow_ = row;
   if (faBookings.Rows < 2) return;
-  parts_.menus.mnuPopupBookingsSort.Enabled = true;
-  parts_.menus.mnuPopupBookingsPrint.Enabled = true;
-  app().slots.source = kSourceMainWindow;
+  setEnabled(true, sort, print);
   takeSelected();
 }
 
 void CirculationView::rightClicked() {
-  MainMenus& m = parts_.menus;
-  for (MenuItem* entry :
-       {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel,
-        &m.mnuPopupBookingsSep1, &m.mnuPopupBookingsSep3, &m.mnuPopupBookingsPrint})
-    entry->Visible = true;
+  MainMenus& m = parts().menus;
+  setVisible(true, m.mnuPopupBookingsNew, m.mnuPopupBookingsEdit, m.mnuPopupBookingsDelete,
+             m.mnuPopupBookingsCancel, m.mnuPopupBookingsSep1, m.mnuPopupBookingsSep3,
+             m.mnuPopupBookingsPrint);
   for (MenuItem MainMenus::*entry : twin_.hiddenEntries) (m.*entry).Visible = false;
-  // The day view enables these by the status of its own row, and turns all off when it reads its list anew.
-  (m.*twin_.command).Enabled = true;
-  for (MenuItem* entry : {&m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel})
-    entry->Enabled = faBookings.Row >= 1;
   app().desktop.popupMenu(m.mnuPopupBookings, nullptr);
 }
 
 const std::string& CirculationView::takeSelected() {
   const int row = faBookings.Row;
-  faBookings.Tag =
-      row < 1 ? std::string() : faBookings.TextMatrix(row, faBookings.columnOfData(kBookingIdColumn));
+  faBookings.Tag = row < 1 ? std::string() : list_.text(row, kBookingIdColumn);
   return faBookings.Tag.get();
 }
 
@@ -246,12 +262,10 @@ void CirculationView::openDetails() {
     node->expanded = true;
   }
   takeSelected();
-  app().global.BusyAllForms();
   if (!readDetails("GETSITM")) return;
   addMedia();
   if (!readDetails("GETSEQ")) return;
   addEquipment();
-  app().global.ReadyAllForms();
   tvwDetails.Visible = true;
   cmdDetails.Caption = "<< &Details";
   cmdDetails.Tag = "1";
@@ -260,13 +274,7 @@ void CirculationView::openDetails() {
 }
 
 bool CirculationView::readDetails(std::string_view code) {
-  app().message.Add(tags::BOOKID, faBookings.Tag.get());
-  app().message.Add(tags::SC, "Y");
-  const int rc = app().message.Send(code);
-  if (rc == 0) return true;
-  app().global.ReadyAllForms();
-  app().global.ReportRequestError(rc, code, parts_.form.Name());
-  return false;
+  return ask()(code, {{tags::BOOKID, faBookings.Tag.get()}, {tags::SC, "Y"}});
 }
 
 void CirculationView::addMedia() {

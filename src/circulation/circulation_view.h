@@ -5,38 +5,31 @@
 #include <vector>
 
 #include "circulation/circulation_twin.h"
-#include "frame/main_parts.h"
-#include "platform/grid.h"
+#include "lists/main_view.h"
 #include "platform/tree.h"
 
 namespace vantry {
 
 /// What the charge view and the discharge view share: a search, the bookings that it found, the commands on
-/// the selected one, and its details. After each step the focus is back in the search text, which is
-/// selected, so that the next scan replaces it.
-class CirculationView {
+/// the selected one, and its details. After each step the search text has the focus and is selected, so that
+/// the next scan replaces it.
+class CirculationView : public MainView {
  public:
-  CirculationView(const CirculationView&) = delete;
-
-  /// The main window loads, also for another operator: lists and grid as at the start.
-  void load();
-  /// The view opens.
-  void show();
-  /// The list was sorted: what stood beside a row belongs to it no longer.
-  void sorted();
+  void load() override;
+  void open() override;
+  ReplyList* list() override { return &list_; }
+  void sorted() override;
+  void takePreferences(Applies what) override;
 
  protected:
   CirculationView(const MainParts& parts, Frame& frame, const CirculationTwin& twin);
-  ~CirculationView() = default;
 
   Button& rowButton(int index) { return *rowButtons_[static_cast<std::size_t>(index)]; }
-  App& app() const { return parts_.app; }
-  const MainParts& parts() const { return parts_; }
 
   void search();
   void clear();
   void toggleDetails();
-  /// Closes the details; without a booking left the list goes as well.
+  /// Closes the details; an empty list is hidden as well.
   void closeDetailsAndEmptyList();
   /// Copies the selected booking's id to the grid's tag, from which the commands take it; empty without a
   /// selection.
@@ -87,9 +80,11 @@ class CirculationView {
   void addEquipment();
   void addLine(std::string_view root, std::string key, std::string text);
 
-  MainParts parts_;
   const CirculationTwin& twin_;
+  ReplyList list_{parts(), faBookings};
   int rememberedRow_ = 0;
+  bool takesPreferences_ =
+      false;  ///< the search list takes its first entry, which is no choice of the operator's
 };
 
 }  // namespace vantry

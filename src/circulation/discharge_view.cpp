@@ -2,12 +2,13 @@
 
 #include "circulation/frmDischarge.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
 DischargeView::DischargeView(const MainParts& mainParts, Frame& frame)
     : CirculationView(mainParts, frame, dischargeTwin()) {
-  cmdDDischarge.Click = [this] { cmdDDischarge_Click(); };
+  on(discharge.Run, this, &DischargeView::cmdDDischarge_Click);
 }
 
 void DischargeView::cmdDDischarge_Click() {

@@ -2,6 +2,7 @@
 
 #include "circulation/frmPopupNote.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -17,7 +18,8 @@ constexpr const char* kDeselectCaptions[kLists] = {"&Deselect All", "D&eselect A
 
 }  // namespace
 
-frmDischarge::frmDischarge(App& app) : Form(app.windows, "frmDischarge"), app_(app) {
+frmDischarge::frmDischarge(App& app)
+    : Form(app.windows, "frmDischarge"), app_(app), ask_(app.global, Name()) {
   Caption = "Discharge Booking Media and Equipment";
   for (int index = 0; index < kLists; ++index) {
     list(index).MultiSelect = true;
@@ -49,24 +51,21 @@ void frmDischarge::arrange() {
 
 void frmDischarge::connect() {
   for (int index = 0; index < kLists; ++index) {
-    cmdSelectAll(index).Click = [this, index] { cmdSelectAll_Click(index); };
-    cmdDeselectAll(index).Click = [this, index] { cmdDeselectAll_Click(index); };
+    on(cmdSelectAll(index).Click, this, &frmDischarge::cmdSelectAll_Click, index);
+    on(cmdDeselectAll(index).Click, this, &frmDischarge::cmdDeselectAll_Click, index);
   }
-  chkOverride.Click = [this] { chkOverride_Click(); };
-  dtDischargeDate.Change = [this] { dtDischargeDate_Change(); };
-  txtDischargeTime.Change = [this] { txtDischargeTime_Change(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(chkOverride.Click, this, &frmDischarge::chkOverride_Click);
+  on(dtDischargeDate.Change, this, &frmDischarge::dtDischargeDate_Change);
+  on(txtDischargeTime.Change, this, &frmDischarge::txtDischargeTime_Change);
+  on(cmdOK.Click, this, &frmDischarge::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmDischarge::cmdCancel_Click);
 }
 
 void frmDischarge::Form_Load() {
   app_.tools.PrepareForm(*this);
-  app_.global.BusyAllForms();
-  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
-  if (app_.message.Send("BND") == 0) {
+  if (ask_.codeOf("BND", {{tags::BOOKID, BookingId}}) == 0) {
     fillLists();
   } else {
-    app_.global.ReadyAllForms();
     informationBox(app_.desktop,
                    "An error occurred while retrieving the items/equipment still charged for the booking.");
   }
@@ -74,12 +73,6 @@ void frmDischarge::Form_Load() {
   dtTodaysDate.Value = now.date;
   dtDischargeDate.Value = now.date;
   txtDischargeTime.Value = now.time;
-  app_.global.ReadyAllForms();
-}
-
-bool frmDischarge::Form_Unload() {
-  if (isShown()) DischargeStatus.clear();  // closed by its frame: a failed attempt's word counts no longer
-  return true;
 }
 
 void frmDischarge::fillLists() {
@@ -103,9 +96,7 @@ void frmDischarge::selectAll(int index, bool on) {
 }
 
 void frmDischarge::chkOverride_Click() {
-  for (Control* control : std::initializer_list<Control*>{&lblDischargeDate, &dtDischargeDate,
-                                                          &lblDischargeTime, &txtDischargeTime})
-    control->Enabled = chkOverride.Value;
+  setEnabled(chkOverride.Value, lblDischargeDate, dtDischargeDate, lblDischargeTime, txtDischargeTime);
 }
 
 void frmDischarge::dtDischargeDate_Change() {
@@ -131,15 +122,13 @@ void frmDischarge::refuseTime() {
   txtDischargeTime.Value = app_.clock.now().time;
 }
 
-void frmDischarge::sayFailure() {
-  app_.global.ReadyAllForms();
+void frmDischarge::sayFailure() const {
   informationBox(app_.desktop, "An error occurred while trying to discharge the booking.");
 }
 
 /// What stands in the booking's room goes back with it and was not offered.
 bool frmDischarge::readRoomPieces(std::vector<std::string>& pieces) {
-  app_.message.Add(tags::BOOKID, std::to_string(BookingId));
-  if (app_.message.Send("GIREFD") != 0) return false;
+  if (ask_.codeOf("GIREFD", {{tags::BOOKID, BookingId}}) != 0) return false;
   pieces.reserve(static_cast<std::size_t>(app_.message.Count(tags::EID)));
   while (app_.message.NextRecord(tags::EID)) pieces.push_back(app_.message.Get(tags::EID));
   return true;
@@ -156,7 +145,6 @@ void frmDischarge::addSelected(const ListBox& lines, std::string_view tag) {
 }
 
 void frmDischarge::cmdOK_Click() {
-  app_.global.BusyAllForms();
   DischargeStatus = kAll;
   std::vector<std::string> roomPieces;
   if (!readRoomPieces(roomPieces)) return sayFailure();
@@ -166,8 +154,7 @@ void frmDischarge::cmdOK_Click() {
   for (const std::string& piece : roomPieces) app_.message.Add(tags::EID, piece);
   if (chkOverride.Value)
     app_.message.Add(tags::ETIME_, ServerTools::GetControlDate(dtDischargeDate, &txtDischargeTime));
-  if (app_.message.Send("DBK") != 0) return sayFailure();
-  app_.global.ReadyAllForms();
+  if (ask_.codeOf("DBK") != 0) return sayFailure();
   ShowReplyNotes(app_, "D", app_.message.Count(tags::RNO), app_.message.Count(tags::ENO));
   informationBox(app_.desktop, "Selected items discharged successfully!");
   Hide();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "frame/app.h"
+#include "messaging/ask.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
 
@@ -14,7 +15,6 @@ class frmDischarge : public Form {
  public:
   explicit frmDischarge(App& app);
   void Form_Load() override;
-  bool Form_Unload() override;
   void cmdOK_Click();
   void cmdCancel_Click();
   /// 0 acts on the media items, 1 on the equipment.
@@ -22,9 +22,10 @@ class frmDischarge : public Form {
   void cmdDeselectAll_Click(int list) { selectAll(list, false); }
   void chkOverride_Click();
 
-  int BookingId = 0;            ///< set before it loads
-  std::string DischargeStatus;  ///< "1" all came back, "0" some is still out, "2" cancelled; empty when
-                                ///< closed by its frame
+  int BookingId = 0;  ///< set before it loads
+  /// "1" all came back, "0" some is still out, "2" cancelled. Closed by its frame, the window leaves what the
+  /// last attempt set, also one that failed; empty without an attempt.
+  std::string DischargeStatus;
 
   Label lblItems{*this, "lblItems", "Media Items to Discharge"};
   ListBox lstItems{*this, "lstItems"};
@@ -57,9 +58,10 @@ class frmDischarge : public Form {
   void refuseTime();
   bool readRoomPieces(std::vector<std::string>& pieces);
   void addSelected(const ListBox& lines, std::string_view tag);
-  void sayFailure();
+  void sayFailure() const;
 
   App& app_;
+  Ask ask_;
 };
 
 /// Lets the operator discharge of a booking what he chooses; the dialog's status.

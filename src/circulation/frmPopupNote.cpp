@@ -1,6 +1,7 @@
 #include "circulation/frmPopupNote.h"
 
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -19,9 +20,9 @@ frmPopupNote::frmPopupNote(App& app) : Form(app.windows, "frmPopupNote"), app_(a
   cmdNext.Default = true;
   cmdOK.Default = true;
   cmdOK.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdNext.Click = [this] { cmdNext_Click(); };
-  cmdPrevious.Click = [this] { cmdPrevious_Click(); };
+  on(cmdOK.Click, this, &frmPopupNote::cmdOK_Click);
+  on(cmdNext.Click, this, &frmPopupNote::cmdNext_Click);
+  on(cmdPrevious.Click, this, &frmPopupNote::cmdPrevious_Click);
   Layout = Column{txtPopupNote, Gap{}, Row{Stretch{}, cmdPrevious, cmdNext, cmdOK}};
 }
 

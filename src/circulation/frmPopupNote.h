@@ -10,7 +10,7 @@
 
 namespace vantry {
 
-/// Shows notes that staff must see when a thing goes out or comes back, one at a time: those of the last
+/// Shows notes that staff must see when a thing is charged or discharged, one at a time: those of the last
 /// reply, or one text of its caller. It reads the reply and sends no request. The public fields are set
 /// before it loads.
 class frmPopupNote : public Form {

@@ -4,6 +4,7 @@
 
 #include "frame/auto_truncate.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -50,7 +51,8 @@ struct QuickDischargeView::Found {
 };
 
 QuickDischargeView::QuickDischargeView(const MainParts& parts, Frame& frame)
-    : lblQuickDischargeType(frame, "lblQuickDischargeType", "Discharge By:"),
+    : MainView(parts),
+      lblQuickDischargeType(frame, "lblQuickDischargeType", "Discharge By:"),
       cboQuickDischargeType(frame, "cboQuickDischargeType"),
       lblQuickDischargeItem(frame, "lblQuickDischargeItem"),
       txtQuickDischargeItem(frame, "txtQuickDischargeItem"),
@@ -63,8 +65,7 @@ QuickDischargeView::QuickDischargeView(const MainParts& parts, Frame& frame)
       lblDischargeTime(fraBackDate, "lblDischargeTime", "Ti&me:"),
       txtDischargeTime(fraBackDate, "txtDischargeTime"),
       lblDischargeLog(frame, "lblDischargeLog", "Transaction Log:"),
-      txtDischargeLog(frame, "txtDischargeLog"),
-      parts_(parts) {
+      txtDischargeLog(frame, "txtDischargeLog") {
   cmdQuickDischarge.Default = true;  // counts while its view shows
   txtQuickDischargeItem.AccessibleName = "What to discharge";
   txtDischargeLog.MultiLine = true;
@@ -85,14 +86,14 @@ void QuickDischargeView::arrange(Frame& frame) {
 }
 
 void QuickDischargeView::connect() {
-  cboQuickDischargeType.Click = [this] { typeChosen(); };
-  txtQuickDischargeItem.Change = [this] { allowByText(); };
+  on(cboQuickDischargeType.Click, this, &QuickDischargeView::typeChosen);
+  on(txtQuickDischargeItem.Change, this, &QuickDischargeView::allowByText);
   txtQuickDischargeItem.Enter = [this] {
     if (!trim(txtQuickDischargeItem.Text.get()).empty()) cmdQuickDischarge_Click();
   };
-  cmdQuickDischarge.Click = [this] { cmdQuickDischarge_Click(); };
-  cmdQuickClear.Click = [this] { cmdQuickClear_Click(); };
-  cmdBackDate.Click = [this] { cmdBackDate_Click(); };
+  on(cmdQuickDischarge.Click, this, &QuickDischargeView::cmdQuickDischarge_Click);
+  on(cmdQuickClear.Click, this, &QuickDischargeView::cmdQuickClear_Click);
+  on(cmdBackDate.Click, this, &QuickDischargeView::cmdBackDate_Click);
 }
 
 void QuickDischargeView::load() {
@@ -103,7 +104,7 @@ void QuickDischargeView::load() {
   typeChosen_ = false;
 }
 
-void QuickDischargeView::show() {
+void QuickDischargeView::open() {
   allowByText();
   if (!txtQuickDischargeItem.Text.get().empty()) typeChosen_ = true;
   if (!typeChosen_) cboQuickDischargeType.ListIndex = 0;
@@ -117,7 +118,7 @@ void QuickDischargeView::typeChosen() {
 
 void QuickDischargeView::allowByText() {
   const bool any = !trim(txtQuickDischargeItem.Text.get()).empty();
-  for (Button* button : {&cmdQuickDischarge, &cmdQuickClear, &cmdBackDate}) button->Enabled = any;
+  setEnabled(any, cmdQuickDischarge, cmdQuickClear, cmdBackDate);
 }
 
 void QuickDischargeView::focusText() {
@@ -127,37 +128,32 @@ void QuickDischargeView::focusText() {
 
 /// Empties the status bar as well: deliberate, or it would go on telling of a discharge that has failed.
 void QuickDischargeView::stop() {
-  parts_.app.global.ReadyAllForms();
-  parts_.showMessage("");
+  parts().showMessage("");
 }
 
 void QuickDischargeView::cmdQuickDischarge_Click() {
-  parts_.app.global.BusyAllForms();
-  parts_.showMessage("Discharging...");
+  parts().showMessage("Discharging...");
   Found found{kTypes[std::max(0, cboQuickDischargeType.ListIndex.get())], {}, {}, {}};
   std::string stamp;
   if (!find(found) || !send(found, stamp)) return focusText();
   const std::string note = noteOf(found);
   const std::string& text = txtQuickDischargeItem.Text;
-  parts_.app.global.ReadyAllForms();
-  if (!note.empty()) informationBox(parts_.app.desktop, text + std::string(kDone) + "\n\n" + note);
+  if (!note.empty()) informationBox(app().desktop, text + std::string(kDone) + "\n\n" + note);
   log(stamp);
   cmdQuickClear_Click();
 }
 
 bool QuickDischargeView::find(Found& found) {
-  TagMessage& message = parts_.app.message;
+  const TagMessage& message = app().message;
   const auto say = [this](std::string_view text) {
     stop();
-    informationBox(parts_.app.desktop, std::string(text));
+    informationBox(app().desktop, std::string(text));
     return false;
   };
-  message.Add(found.type.tag, ApplyAutoTruncate(parts_.app.preferences, txtQuickDischargeItem.Text.get()));
-  message.Add(tags::QD, "Y");
-  if (message.Send("SSD") != 0) {
-    parts_.app.global.ReadyAllForms();
-    warningBox(parts_.app.desktop, "An error occurred while searching for item/equipment to discharge.");
-    parts_.showMessage("0 Booking(s) Found");
+  const std::string sought = ApplyAutoTruncate(app().preferences, txtQuickDischargeItem.Text.get());
+  if (!ask().orWarn("An error occurred while searching for item/equipment to discharge.", "SSD",
+                    {{found.type.tag, sought}, {tags::QD, "Y"}})) {
+    parts().showMessage("0 Booking(s) Found");
     return false;
   }
   found.bookingId = message.Get(tags::BOOKID);
@@ -170,25 +166,24 @@ bool QuickDischargeView::find(Found& found) {
 
 void QuickDischargeView::addMoment(std::string& stamp) {
   if (fraBackDate.Visible) {
-    parts_.app.message.Add(tags::ETIME_, ServerTools::GetControlDate(dtDischargeDate, &txtDischargeTime));
+    app().message.Add(tags::ETIME_, ServerTools::GetControlDate(dtDischargeDate, &txtDischargeTime));
     stamp = twoBlanks(dtDischargeDate.shortDate(), txtDischargeTime.textAmPm());
     return;
   }
-  const DateTime now = parts_.app.clock.now();
-  parts_.dtServerDate.Value = now.date;
-  parts_.txtServerTime.Value = now.time;
-  stamp = twoBlanks(parts_.dtServerDate.shortDate(), parts_.txtServerTime.textAmPm());
+  const DateTime now = app().clock.now();
+  parts().dtServerDate.Value = now.date;
+  parts().txtServerTime.Value = now.time;
+  stamp = twoBlanks(parts().dtServerDate.shortDate(), parts().txtServerTime.textAmPm());
 }
 
 bool QuickDischargeView::send(const Found& found, std::string& stamp) {
-  TagMessage& message = parts_.app.message;
+  TagMessage& message = app().message;
   message.Add(tags::BOOKID, found.bookingId);
   message.Add(found.type.found, found.thingId);
   addMoment(stamp);
-  const int rc = message.Send("DBK");
-  if (rc == 0) return true;
+  if (ask().codeOf("DBK") == 0) return true;
   stop();
-  warningBox(parts_.app.desktop, "An error occurred while trying to discharge the booking.");
+  warningBox(app().desktop, "An error occurred while trying to discharge the booking.");
   return false;
 }
 
@@ -208,16 +203,9 @@ std::string QuickDischargeView::noteOf(const Found& found) {
 /// Empty for none; a failure is said and counts as none.
 std::string QuickDischargeView::readNote(std::string_view whose, std::string_view occasion,
                                          const std::string& id, std::string_view failure) {
-  TagMessage& message = parts_.app.message;
-  message.Add(tags::PWHI, whose);
-  message.Add(tags::PTYP, occasion);
-  message.Add(tags::PWID, id);
-  if (message.Send("GETPMSG") != 0) {
-    parts_.app.global.ReadyAllForms();
-    warningBox(parts_.app.desktop, std::string(failure));
+  if (!ask().orWarn(failure, "GETPMSG", {{tags::PWHI, whose}, {tags::PTYP, occasion}, {tags::PWID, id}}))
     return {};
-  }
-  std::string note = message.Get(tags::PMSG);
+  std::string note = app().message.Get(tags::PMSG);
   return trim(note).empty() ? std::string() : note;
 }
 
@@ -231,12 +219,12 @@ void QuickDischargeView::cmdQuickClear_Click() {
   txtQuickDischargeItem.Text = "";
   cmdQuickClear.Enabled = false;
   fraBackDate.Visible = false;
-  parts_.showMessage("");
+  parts().showMessage("");
   focusText();
 }
 
 void QuickDischargeView::cmdBackDate_Click() {
-  const DateTime now = parts_.app.clock.now();
+  const DateTime now = app().clock.now();
   txtDischargeTime.Value = now.time;
   dtDischargeDate.Value = now.date;
   fraBackDate.Visible = true;

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "frame/main_parts.h"
+#include "lists/main_view.h"
 
 namespace vantry {
 
-/// The returns desk: what is scanned comes back from whatever booking holds it, with one line in a log. The
-/// focus stays in the text, so that a wand needs no other hand.
-class QuickDischargeView {
+/// The returns desk: what is scanned is discharged from the booking that holds it, with one line in a log.
+/// The focus stays in the text, so that a wand needs no other hand.
+class QuickDischargeView : public MainView {
  public:
   QuickDischargeView(const MainParts& parts, Frame& frame);
 
@@ -25,10 +25,9 @@ class QuickDischargeView {
   Label lblDischargeLog;
   TextBox txtDischargeLog;
 
-  /// The main window loads, also for another operator; the log stays.
-  void load();
-  /// The view opens.
-  void show();
+  /// The log stays, also for another operator.
+  void load() override;
+  void open() override;
   void cmdQuickDischarge_Click();
   void cmdQuickClear_Click();
   void cmdBackDate_Click();
@@ -49,7 +48,6 @@ class QuickDischargeView {
   void stop();
   void focusText();
 
-  MainParts parts_;
   bool typeChosen_ = false;  ///< until then the view opens on the first type
 };
 

@@ -25,7 +25,7 @@ static constexpr int kTextWidth = 420;
 static constexpr int kNarrowest = 300;
 
 static const char* pictureOf(Box::Kind kind) {
-  static constexpr const char* kPictures[] = {"question", "information", "warning", "error"};
+  static constexpr const char* kPictures[] = {"question", "information", "warning", "error", ""};
   return kPictures[static_cast<int>(kind)];
 }
 
@@ -71,11 +71,19 @@ class BoxDialog : public QDialog {
   QPushButton& addButton(const QString& caption) {
     auto* button = new QPushButton(caption, footer_);
     const int index = count_++;
-    button->setDefault(index == 0);
     button->setAutoDefault(true);
     connect(button, &QPushButton::clicked, this, [this, index] { done(index + 1); });
     buttons_->addWidget(button);
     return *button;
+  }
+
+  /// Escape and close do nothing from now on; only a button answers.
+  void keepOpen() {
+    stays_ = true;
+    setWindowFlag(Qt::WindowCloseButtonHint, false);
+  }
+  void reject() override {
+    if (!stays_) QDialog::reject();
   }
 
   QHBoxLayout& upper() { return *upper_; }
@@ -106,24 +114,31 @@ class BoxDialog : public QDialog {
   QHBoxLayout* buttons_;
   QWidget* footer_;
   int count_ = 0;
+  bool stays_ = false;
 };
 
 int runBox(const Box& box) {
   BoxDialog dialog(box.caption);
   dialog.setObjectName("messageBox");
-  auto* picture = new QLabel(&dialog);
-  picture->setPixmap(icon(pictureOf(box.kind)).pixmap(kPicture, kPicture));
-  dialog.upper().addWidget(picture, 0, Qt::AlignTop);
-  dialog.addText(box.text, dialog.upper());
-  for (const std::string& caption : box.buttons) dialog.addButton(qt(caption)).setFocus();
-  for (auto* button : dialog.findChildren<QPushButton*>()) {
-    if (button->isDefault()) button->setFocus();
+  if (box.kind != Box::Kind::Plain) {
+    auto* picture = new QLabel(&dialog);
+    picture->setPixmap(icon(pictureOf(box.kind)).pixmap(kPicture, kPicture));
+    dialog.upper().addWidget(picture, 0, Qt::AlignTop);
   }
+  dialog.addText(box.text, dialog.upper());
+  for (const std::string& caption : box.buttons) {
+    const bool first = dialog.count() == box.defaultButton;
+    QPushButton& button = dialog.addButton(qt(caption));
+    if (!first) continue;
+    button.setDefault(true);
+    button.setFocus();
+  }
+  if (box.closing == Box::kNone) dialog.keepOpen();
   dialog.setAccessibleName(dialog.windowTitle());
   dialog.setAccessibleDescription(qt(box.text));
   const int answer = dialog.ask();
   if (answer > 0) return answer - 1;
-  return box.closing >= 0 ? box.closing : dialog.count() - 1;
+  return box.closing == Box::kLast ? dialog.count() - 1 : box.closing;
 }
 
 std::optional<std::string> runInputBox(std::string_view prompt, std::string_view caption,
@@ -140,7 +155,7 @@ std::optional<std::string> runInputBox(std::string_view prompt, std::string_view
   line->selectAll();
   label.setBuddy(line);
   column->addWidget(line);
-  dialog.addButton(QObject::tr("&OK"));
+  dialog.addButton(QObject::tr("&OK")).setDefault(true);
   dialog.addButton(QObject::tr("&Cancel"));
   line->setFocus();
   if (dialog.ask() != 1) return std::nullopt;

@@ -22,10 +22,15 @@ class GridBinder : public Binder {
     view.onResizeColumn = [this](int column, int width) {
       act([this, column, width] { grid_.resizeColumn(column, style::twips(width)); });
     };
+    if (grid.MultiSelect) {
+      view.takeSeveral();
+      view.onSelectRows = [this](const std::vector<int>& rows, int current) { selectRows(rows, current); };
+    }
     view.takesEnter = [this] { return static_cast<bool>(grid_.DblClick); };
   }
   ~GridBinder() override {
     view_.onAction = nullptr;
+    view_.onSelectRows = nullptr;
     view_.onMoveColumn = nullptr;
     view_.onResizeColumn = nullptr;
     view_.takesEnter = nullptr;
@@ -70,6 +75,16 @@ class GridBinder : public Binder {
   void showSelection() {
     const int row = grid_.Row - grid_.FixedRows;
     view_.showSelected(row >= 0 && row < model_->rowCount() ? row : -1, grid_.Col);
+    if (!grid_.MultiSelect) return;
+    std::vector<int> rows = grid_.SelectedRows();
+    for (int& each : rows) each -= grid_.FixedRows;
+    view_.showSelectedRows(rows);
+  }
+  void selectRows(const std::vector<int>& viewRows, int current) {
+    if (!grid_.Redraw) return;
+    std::vector<int> rows;
+    for (const int row : viewRows) rows.push_back(model_->gridRow(row));
+    act([this, rows, current] { grid_.selectRows(rows, model_->gridRow(current)); });
   }
 
   void acted(GridView::Action action, int row, int column) {

@@ -16,7 +16,7 @@ namespace vantry {
 
 /// A list asks for this much; what it gets is the layout's.
 static constexpr int kHintRows = 9;
-static constexpr int kHintWidest = 760;
+static constexpr int kHintWidest = 960;  // the narrowest screen shows 1024
 static constexpr int kHintNarrowest = 260;
 
 GridView::GridView(QWidget* parent) : QTableView(parent) {
@@ -74,10 +74,26 @@ void GridView::setGridModel(GridModel* model) {
   setModel(model);
 }
 
+std::vector<int> GridView::selectedRows() const {
+  std::vector<int> rows;
+  if (!selectionModel()) return rows;
+  for (const QModelIndex& index : selectionModel()->selectedRows()) rows.push_back(index.row());
+  std::sort(rows.begin(), rows.end());
+  return rows;
+}
+
 int GridView::selectedRow() const {
-  if (!selectionModel()) return -1;
-  const auto rows = selectionModel()->selectedRows();
-  return rows.isEmpty() ? -1 : rows.first().row();
+  const auto rows = selectedRows();
+  if (rows.empty()) return -1;
+  const int current = currentIndex().row();
+  return std::binary_search(rows.begin(), rows.end(), current) ? current : rows.front();
+}
+
+void GridView::showSelectedRows(const std::vector<int>& rows) {
+  if (rows == selectedRows()) return;
+  QItemSelection selection;
+  for (const int row : rows) selection.select(model()->index(row, 0), model()->index(row, 0));
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void GridView::showSelected(int row, int column) {
@@ -138,6 +154,12 @@ void GridView::tell(Action action, int row, int column) {
   listener(action, row, column);
 }
 
+void GridView::tellRows() {
+  if (!onSelectRows) return;
+  const auto listener = onSelectRows;  // whoever listens may go while it does
+  listener(selectedRows(), std::max(0, currentIndex().row()));
+}
+
 void GridView::tellAt(Action action, const QPoint& position) {
   const QModelIndex index = indexAt(position);
   tell(action, index.isValid() ? index.row() : kBeyond,
@@ -146,6 +168,11 @@ void GridView::tellAt(Action action, const QPoint& position) {
 
 void GridView::mousePressEvent(QMouseEvent* event) {
   pressed_ = event->button() == Qt::LeftButton;
+  pressedOn_ = selectedRows();
+  // The menu of several rows leaves them selected.
+  if (event->button() == Qt::RightButton && onSelectRows &&
+      selectionModel()->isSelected(indexAt(event->pos())))
+    return;
   QTableView::mousePressEvent(event);
 }
 
@@ -154,6 +181,9 @@ void GridView::mouseReleaseEvent(QMouseEvent* event) {
   if (!pressed_) return;
   pressed_ = false;
   // Dragging over rows has selected the one below the pointer.
+  const auto rows = selectedRows();
+  const bool severalChanged = rows != pressedOn_ && (rows.size() > 1 || event->modifiers() != Qt::NoModifier);
+  if (onSelectRows && severalChanged) return tellRows();
   const int row = selectedRow();
   const QModelIndex under = indexAt(event->pos());
   if (under.isValid() && under.row() != row && row >= 0) return tell(Action::Select, row, under.column());
@@ -192,6 +222,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
     return event->ignore();
   }
   const int before = selectedRow();
+  const auto rowsBefore = selectedRows();
   // Home and End mean the rows here, since a row is what can be selected.
   const bool rowEnd = key == Qt::Key_Home || key == Qt::Key_End;
   if (!startSelection(key)) {
@@ -201,6 +232,8 @@ void GridView::keyPressEvent(QKeyEvent* event) {
       QTableView::keyPressEvent(event);
     }
   }
+  const auto rows = selectedRows();
+  if (onSelectRows && rows != rowsBefore && rows.size() > 1) return tellRows();
   const int row = selectedRow();
   if (row >= 0 && row != before) tell(Action::Select, row, std::max(0, currentIndex().column()));
 }

@@ -17,6 +17,8 @@ class GridView : public QTableView {
   enum class Action { Click, DoubleClick, RightClick, Select, Choose };
   /// Row of the model; -1 is beyond the rows, -2 the heading. Called last in an event.
   std::function<void(Action, int row, int column)> onAction;
+  /// Where several rows can be selected: all that are now, and the current one. Called last in an event.
+  std::function<void(const std::vector<int>& rows, int current)> onSelectRows;
   std::function<void(int from, int to)> onMoveColumn;
   std::function<void(int column, int width)> onResizeColumn;
   /// Where the last right click was, on the screen; for the keyboard, below the selected row.
@@ -30,6 +32,11 @@ class GridView : public QTableView {
   void setGridModel(GridModel* model);
   /// The selected row of the model, or -1.
   int selectedRow() const;
+  /// Lets the operator select several rows.
+  void takeSeveral() { setSelectionMode(ExtendedSelection); }
+  std::vector<int> selectedRows() const;
+  /// Shows these rows as selected, beside the current one.
+  void showSelectedRows(const std::vector<int>& rows);
   /// Shows this row as the selected one; -1 for none.
   void showSelected(int row, int column);
   /// The columns' widths; 0 hides. What is left of the list's width goes to the last one that shows.
@@ -47,6 +54,7 @@ class GridView : public QTableView {
 
  private:
   void tell(Action action, int row, int column);
+  void tellRows();
   void tellAt(Action action, const QPoint& position);
   void setUpHeader();
   bool startSelection(int key);
@@ -56,6 +64,7 @@ class GridView : public QTableView {
   QPoint menuPlace_;
   bool showingWidths_ = false;
   bool pressed_ = false;
+  std::vector<int> pressedOn_;  ///< the selected rows before the button was pressed
 };
 
 }  // namespace vantry

@@ -1,6 +1,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QListView>
+#include <QStyleOption>
 #include <QWheelEvent>
 
 #include "desktop/binder.h"
@@ -72,10 +73,41 @@ class ListBinder : public Binder {
   bool showing_ = false;
 };
 
+/// The wheel scrolls the window, not a list that nobody has opened or chosen. A locked list only shows its
+/// entry.
+class ComboWidget : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+  void setLocked(bool locked) {
+    locked_ = locked;
+    update();
+  }
+  void showPopup() override {
+    if (!locked_) QComboBox::showPopup();
+  }
+
+ protected:
+  void initStyleOption(QStyleOptionComboBox* option) const override {
+    QComboBox::initStyleOption(option);
+    if (locked_) option->state |= QStyle::State_ReadOnly;
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!locked_) return QComboBox::keyPressEvent(event);
+    event->ignore();
+  }
+  void wheelEvent(QWheelEvent* event) override {
+    if (hasFocus() && !locked_) return QComboBox::wheelEvent(event);
+    event->ignore();
+  }
+
+ private:
+  bool locked_ = false;
+};
+
 class ComboBinder : public ListBinder {
  public:
-  ComboBinder(ComboBox& combo, Host& host, QComboBox& widget)
-      : ListBinder(combo, host, widget), widget_(widget) {
+  ComboBinder(ComboBox& combo, Host& host, ComboWidget& widget)
+      : ListBinder(combo, host, widget), combo_(combo), widget_(widget) {
     widget.setModel(&model());
     widget.setMaxVisibleItems(kComboRows);
     widget.setMinimumContentsLength(kComboLetters);
@@ -89,6 +121,11 @@ class ComboBinder : public ListBinder {
     widget_.setModel(new NoEntries(&widget_));
   }
 
+  void update(Aspect aspect) override {
+    if (aspect == Aspect::State) widget_.setLocked(combo_.Locked);
+    ListBinder::update(aspect);
+  }
+
  private:
   /// Stands in when the control's entries have gone and the widget has not yet.
   class NoEntries : public QAbstractListModel {
@@ -98,7 +135,8 @@ class ComboBinder : public ListBinder {
     QVariant data(const QModelIndex&, int) const override { return {}; }
   };
   void select(int index) override { widget_.setCurrentIndex(index); }
-  QComboBox& widget_;
+  ComboBox& combo_;
+  ComboWidget& widget_;
 };
 
 /// A list whose Enter key is a double-click.
@@ -173,18 +211,6 @@ class ListBoxBinder : public ListBinder {
 
   ListBox& list_;
   ListWidget& widget_;
-};
-
-/// The wheel scrolls the window, not a list that nobody has opened or chosen.
-class ComboWidget : public QComboBox {
- public:
-  using QComboBox::QComboBox;
-
- protected:
-  void wheelEvent(QWheelEvent* event) override {
-    if (hasFocus()) return QComboBox::wheelEvent(event);
-    event->ignore();
-  }
 };
 
 std::unique_ptr<Binder> bindComboBox(Control& control, Host& host, QWidget* parent) {

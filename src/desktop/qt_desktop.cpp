@@ -1,6 +1,7 @@
 #include "desktop/qt_desktop.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QEventLoop>
 #include <QFontMetricsF>
@@ -12,6 +13,7 @@
 #include <algorithm>
 
 #include "desktop/boxes.h"
+#include "desktop/choosers.h"
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/menus.h"
@@ -287,6 +289,23 @@ std::optional<std::string> QtDesktop::inputBox(std::string_view prompt, std::str
   return answer;
 }
 
+std::optional<std::string> QtDesktop::chooseFile(std::string_view caption, std::string_view filter,
+                                                 std::string_view initial) {
+  leaveIfEnded();
+  flushAll();
+  auto file = runFileChooser(caption, filter, initial);
+  leaveIfEnded();
+  return file;
+}
+
+std::optional<Colour> QtDesktop::chooseColour(Colour initial) {
+  leaveIfEnded();
+  flushAll();
+  const auto chosen = runColourChooser(initial);
+  leaveIfEnded();
+  return chosen;
+}
+
 void QtDesktop::popupMenu(MenuItem& menu, const Control* below) {
   leaveIfEnded();
   FormWindow* window = windowOf(menu.form());
@@ -366,6 +385,14 @@ std::string QtDesktop::shortDateFormat() {
 }
 
 // The outside
+
+std::string QtDesktop::clipboardText() {
+  return utf8(QGuiApplication::clipboard()->text());
+}
+
+void QtDesktop::copyToClipboard(std::string_view text) {
+  QGuiApplication::clipboard()->setText(qt(text));
+}
 
 void QtDesktop::playSound(std::string_view file) {
   if (!sound_) sound_ = std::make_unique<SoundPlayer>();

@@ -53,6 +53,11 @@ class QtDesktop final : public QObject, public Desktop {
   void timerChanged(Timer& timer) override;
   int textWidth(std::string_view text) override;
   std::string shortDateFormat() override;
+  std::optional<std::string> chooseFile(std::string_view caption, std::string_view filter,
+                                        std::string_view initial) override;
+  std::optional<Colour> chooseColour(Colour initial) override;
+  std::string clipboardText() override;
+  void copyToClipboard(std::string_view text) override;
   void playSound(std::string_view file) override;
   void openBrowser(std::string_view address) override;
   void showHelp(std::string_view topic) override;

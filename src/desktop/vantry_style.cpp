@@ -499,6 +499,9 @@ void VantryStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
     }
     case CC_ComboBox: {
       const auto& combo = *qstyleoption_cast<const QStyleOptionComboBox*>(option);
+      if (isOn(combo, State_ReadOnly) && isOn(combo, State_Enabled))
+        return panel(*painter, combo.rect, isOn(combo, State_HasFocus) ? style::accent() : style::hairline(),
+                     style::headerGround());
       const QColor own =
           combo.palette.color(isOn(combo, State_Enabled) ? QPalette::Button : QPalette::Window);
       panel(*painter, combo.rect, fieldLine(combo), hovered(own, combo));

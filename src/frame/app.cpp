@@ -1,5 +1,7 @@
 #include "frame/app.h"
 
+#include "messaging/return_codes.h"
+
 namespace vantry {
 
 App::App(const Outside& outside, std::string line)
@@ -19,6 +21,7 @@ App::App(const Outside& outside, std::string line)
       bibSearch(windows, tools, global),
       programFolder_(outside.programFolder) {
   global.Abort = [this] { main().Abort(); };
+  message.OnGivenUp = [this] { global.ReportRequestError(codes::Lost, {}, {}); };
   message.OnLost = [this](const std::string& reason) { return connectDialog.askRetry(reason); };
   message.OnSessionEnded = [this] {
     return LogonDialog(windows, tools).Run(session, message, session.GetOperatorId());

@@ -11,6 +11,8 @@
 #include "frame/makers.h"
 #include "frame/operator_context.h"
 #include "frame/preferences.h"
+#include "frame/record_opening.h"
+#include "frame/reports.h"
 #include "messaging/dialogs.h"
 #include "messaging/modGlobal.h"
 #include "messaging/server_session.h"
@@ -29,21 +31,26 @@ class ComponentCheck;
 /// The program's two modes.
 enum class Mode { None, Standard, Monitor };
 
-/// Slots through which a window tells the one that it opens what to show; read in that window's `Form_Load`.
+/// What the search window looks for, by its own numbers. Those of the inventory follow the numbers of its
+/// lists.
+enum SearchCategory {
+  kFindBookings,
+  kFindEquipment,
+  kFindGroups,
+  kFindRooms,
+  kFindMaintenance,
+  kFindPatrons
+};
+
+/// What the opener tells the window of a record, which reads it in its `Form_Load`.
 struct RecordSlots {
+  RecordOpening opening;
   std::array<std::string, kRecordKinds> ids;
   std::array<int, kRecordKinds> modes{};  ///< 1 new record, 0 existing record
   std::array<std::string, kRecordKinds> typeNames;
   std::array<std::string, kRecordKinds> typeIds;
-  int kind = 0;            ///< of the record that is being opened
-  int source = 0;          ///< which window opens the next one
-  bool newPickup = false;  ///< the booking that is opened is a new pick-up
-  int searchFor = 0;       ///< kind of the list that showed when the search window was asked for
+  int searchFor = 0;  ///< what the search window looks for, a `SearchCategory`
 };
-
-/// The source slot's numbers of an equipment record and of the main window.
-inline constexpr int kSourceEquipment = 0;
-inline constexpr int kSourceMainWindow = 5;
 
 /// What the program shares. One object; windows and modules get it by reference.
 class App {
@@ -98,11 +105,15 @@ class App {
   /// The windows of circulation; made by the composition root with the main window.
   CirculationWindows& circulation() const { return *circulation_; }
   void setCirculation(CirculationWindows& dialogs) { circulation_ = &dialogs; }
+  /// What prints; made by the composition root.
+  Reports& reports() const { return *reports_; }
+  void setReports(Reports& reports) { reports_ = &reports; }
 
  private:
   std::filesystem::path programFolder_;
   MainWindow* main_ = nullptr;
   CirculationWindows* circulation_ = nullptr;
+  Reports* reports_ = nullptr;
 };
 
 }  // namespace vantry

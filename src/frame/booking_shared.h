@@ -36,8 +36,6 @@ struct StoredTime {
   bool operator==(const StoredTime&) const = default;
 };
 
-class Form;
-
 /// Id and name of the requester whom "Save and New" hands to the next new editor; id 0 for none.
 struct RememberedRequester {
   int id = 0;
@@ -60,10 +58,7 @@ struct BookingShared {
   WarningList warnings;
   std::vector<StoredTime> StoredTimes;  ///< the times for which a thing is about to be added
   RememberedRequester NextRequester;
-  bool copyMode = false;        ///< the editor that is opened reads its booking as a model
   CopyRequester copyRequester;  ///< for a copy
-  /// The editor whose booking the command "PrintConfirmation" prints, from the controls of this window.
-  Form* confirmationForm = nullptr;
 };
 
 }  // namespace vantry

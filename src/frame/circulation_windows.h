@@ -15,7 +15,7 @@ class CirculationWindows {
   virtual void showReplyNotes(std::string_view mode, int rooms, int pieces) = 0;
   /// Shows one text until it has been read.
   virtual void showNote(std::string_view text) = 0;
-  /// Lets the operator choose what of a booking comes back, and discharges it. "1": all came back, "0": some
+  /// Lets the operator choose what of a booking is returned, and discharges it. "1": all is back, "0": some
   /// is still out, "2": the operator cancelled.
   [[nodiscard]] virtual std::string discharge(int bookingId) = 0;
 };

@@ -1,12 +1,14 @@
 #include "frame/frmLocation.h"
 
+#include "platform/wiring.h"
+
 namespace vantry {
 
 frmLocation::frmLocation(App& app) : Form(app.windows, "frmLocation"), app_(app) {
   Caption = "Choose Booking Desk Location";
   cmdOK.Default = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  faLocations.DblClick = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmLocation::cmdOK_Click);
+  on(faLocations.DblClick, this, &frmLocation::cmdOK_Click);
   Layout = Column{lblLocation, faLocations, Row{Stretch{}, cmdOK}};
 }
 

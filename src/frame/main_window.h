@@ -10,7 +10,7 @@ class Form;
 struct Preferences;
 enum class Applies;
 
-/// The kind of `SetFormSecurity` that stands for the whole bar: list bars, menus and tools.
+/// The kind of `SetFormSecurity` that means the whole bar: list bars, menus and tools.
 inline constexpr int kKindWholeBar = 5;
 
 /// What modules below the main window need of it.
@@ -30,15 +30,15 @@ class MainWindow {
   virtual void mnuModeDaemon_Click() = 0;
   /// Starts or stops the clock of the Schedule Monitor's refreshes.
   virtual void StartStopTimer(bool start) = 0;
-  /// Takes what the operator's rights forbid from menus, bars and commands of this kind of list.
+  /// Disables or removes what the operator's rights forbid in menus, bars and commands of this kind of list.
   virtual void SetFormSecurity(int kind) = 0;
   virtual void refillStaff() = 0;
-  /// Shows the category lists in the trees that hang on them.
+  /// Shows the category lists in the trees of the inventory views.
   virtual void BuildMainTrees() = 0;
   /// Puts the preferences that one step of their reading has completed into the window's controls.
   virtual void applyPreferences(Applies what) = 0;
 
-  // After a booking was changed elsewhere.
+  /// Reads the day's bookings anew, after one was changed elsewhere.
   virtual void GetBookingsForDate() = 0;
 };
 

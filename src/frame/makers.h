@@ -24,7 +24,7 @@ enum RecordKind {
 };
 inline constexpr int kRecordKinds = 21;
 
-/// Makes the windows and runs the commands that stand on a higher floor than their callers. The program's
+/// Makes the windows and runs the commands that belong to a higher floor than their callers. The program's
 /// composition root fills it.
 class Makers {
  public:
@@ -32,7 +32,7 @@ class Makers {
   using Command = std::function<void(App&)>;
   using WindowMaker = std::function<std::unique_ptr<Form>(App&)>;
 
-  /// Hears of a window or command that this program does not hold.
+  /// Called with the name of a window or command that this program does not have.
   std::function<void(std::string_view)> notBuilt;
 
   void addRecord(int kind, RecordMaker maker) {

@@ -2,6 +2,7 @@
 
 #include "frame/components.h"
 #include "frame/frmLocation.h"
+#include "messaging/ask.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
@@ -50,18 +51,15 @@ void ReadPreferences(App& app) {
   if (unreadable) app.settings.keepAside();
 }
 
-/// A failing request is told; the caller goes on with what the reply gave.
-static int sendAndReport(App& app, std::string_view code) {
-  const int rc = app.message.Send(code);
-  if (rc != 0) app.global.ReportRequestError(rc, code, "");
-  return rc;
+/// Asks outside of any window.
+static Ask askOf(App& app) {
+  return {app.global, ""};
 }
 
 static void readAuthorizedLocations(App& app) {
   OperatorContext& context = app.context;
-  app.message.Add(tags::OI, context.operatorId);
-  sendAndReport(app, "RLL");
-  app.global.ReadyAllForms();
+  // After a failure, which is told, the routine goes on with what the reply gave.
+  static_cast<void>(askOf(app)("RLL", {{tags::OI, context.operatorId}}));
   context.authorizedLocations.clear();
   if (app.message.Count(tags::LNA) == 0) {
     criticalBox(app.desktop,
@@ -83,8 +81,7 @@ static void readAuthorizedLocations(App& app) {
 
 /// Ends the program where the rights cannot be read.
 static std::array<std::string, kRights> readRights(App& app) {
-  app.message.Add(tags::LOC, app.context.locationId);
-  if (sendAndReport(app, "SLL") != 0) app.main().Abort();
+  if (!askOf(app)("SLL", {{tags::LOC, app.context.locationId}})) app.main().Abort();
   std::array<std::string, kRights> values;
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = app.message.Get(kRightCodes[i]);
   return values;
@@ -92,7 +89,7 @@ static std::array<std::string, kRights> readRights(App& app) {
 
 static void readAllLocations(App& app) {
   app.context.allLocations.clear();
-  if (sendAndReport(app, "GETLOCS") != 0) return;
+  if (!askOf(app)("GETLOCS")) return;
   app.context.allLocations.reserve(static_cast<std::size_t>(app.message.Count(tags::LOC)));
   while (app.message.NextRecord(tags::LOC))
     app.context.allLocations.push_back({app.message.Get(tags::LNA), app.message.Get(tags::LOC), {}});
@@ -138,7 +135,7 @@ void LoadOperatorContext(App& app) {
 static std::vector<Category> readCategories(App& app, std::string_view code, std::string_view id,
                                             std::string_view name) {
   std::vector<Category> categories;
-  if (sendAndReport(app, code) != 0) return categories;
+  if (!askOf(app)(code)) return categories;
   while (app.message.NextRecord(id)) {
     categories.push_back({app.message.Get(id), app.message.Get(name), app.message.Get(tags::MIC),
                           app.message.Get(tags::RST) == "Y"});
@@ -152,7 +149,7 @@ void LoadCategoryLists(App& app) {
   lists.groups = readCategories(app, "GETGCAT", tags::ETI, tags::ETY);
   lists.rooms = readCategories(app, "GETRCAT", tags::RTI, tags::RTY);
   lists.years.clear();
-  if (sendAndReport(app, "GETMYER") == 0) {
+  if (askOf(app)("GETMYER")) {
     while (app.message.NextRecord(tags::MYE)) lists.years.push_back(app.message.Get(tags::MYE).substr(0, 4));
   }
   app.main().BuildMainTrees();

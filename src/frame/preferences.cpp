@@ -2,7 +2,9 @@
 
 #include <charconv>
 #include <limits>
+#include <stdexcept>
 
+#include "frame/app.h"
 #include "platform/settings.h"
 #include "platform/text.h"
 
@@ -82,6 +84,19 @@ static std::string textOf(const std::string& value) {
 std::string storedText(const PreferenceRow& row, const Preferences& preferences) {
   Preferences copy = preferences;
   return std::visit([](const auto* value) { return textOf(*value); }, row.slot(copy));
+}
+
+bool SavePreferences(App& app) {
+  std::vector<Setting> settings;
+  for (const PreferenceRow& row : preferenceTable())
+    settings.push_back({std::string(row.key), storedText(row, app.preferences)});
+  try {
+    app.settings.SaveSettings(kSettingsApplication, kSettingsSection, settings);
+  } catch (const std::runtime_error& error) {
+    warningBox(app.desktop, error.what());
+    return false;
+  }
+  return true;
 }
 
 DaySlots daySlots(int start, int end, int interval) {

@@ -11,6 +11,7 @@
 
 namespace vantry {
 
+class App;
 class Settings;
 
 /// Where the store keeps the preferences.
@@ -88,10 +89,10 @@ struct Preferences {
   Colour fore(ListColour colour) const { return foreColours[static_cast<std::size_t>(colour)]; }
 };
 
-/// What of the main window has its values once a row of the table is read.
+/// The part of the main window that can take its values once a row of the table is read.
 enum class Applies { Nothing, Legend, ListBars, Colours, Searches };
 
-/// One key of the store. Its place in the table is its place in the order of reading.
+/// One key of the store. Keys are read in the order of the table.
 struct PreferenceRow {
   using Slot = std::variant<bool*, int*, Colour*, std::string*>;
   std::string_view key;
@@ -109,6 +110,10 @@ struct PreferenceRow {
 
 /// The text under which a row's value is stored.
 [[nodiscard]] std::string storedText(const PreferenceRow& row, const Preferences& preferences);
+
+/// Stores all preferences in one write. False when they could not be stored, which the operator has been
+/// told.
+[[nodiscard]] bool SavePreferences(App& app);
 
 /// What follows from the times of the preferences: the grid of the day's slots.
 struct DaySlots {

@@ -50,7 +50,8 @@ enum class Right {
 
 inline constexpr int kRights = 38;
 
-/// The tag of each right, by its place. The last one stands twice on purpose: both places read the same tag.
+/// The tag of each right, by its place. The last one is listed twice on purpose: both places read the same
+/// tag.
 inline constexpr std::array<std::string_view, kRights> kRightCodes = {
     "EQADD", "EQDEL", "EQUPD", "EQV",   "EQMADD", "EQMDEL", "EQMUPD", "EQMV",  "RMADD", "RMDEL",
     "RMUPD", "RMV",   "ITADD", "ITDEL", "ITUPD",  "ITV",    "PAADD",  "PADEL", "PAUPD", "PAV",

@@ -1,6 +1,7 @@
 #include "inventory/frmMultBarOrNo.h"
 
 #include "frame/app.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -9,9 +10,9 @@ frmMultBarOrNo::frmMultBarOrNo(App& app) : Form(app.windows, "frmMultBarOrNo"), 
   fa.AccessibleName = "Equipment and groups found";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  fa.DblClick = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmMultBarOrNo::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmMultBarOrNo::cmdCancel_Click);
+  on(fa.DblClick, this, &frmMultBarOrNo::cmdOK_Click);
   Layout = Column{lblHeader, fa, Row{Stretch{}, cmdOK, cmdCancel}};
 }
 

@@ -7,7 +7,7 @@
 namespace vantry {
 
 /// Lets the operator pick one of several pieces or groups that a look-up has found. The choice, or the
-/// cancel, goes to the look-up's slots.
+/// cancel, is stored in the look-up's slots.
 class frmMultBarOrNo : public Form {
  public:
   explicit frmMultBarOrNo(App& app);

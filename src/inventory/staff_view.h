@@ -1,23 +1,23 @@
 #pragma once
 
-#include "frame/main_parts.h"
-#include "platform/grid.h"
+#include "lists/main_view.h"
 
 namespace vantry {
 
 /// The staff to whom bookings can be assigned.
-class StaffView {
+class StaffView : public MainView {
  public:
   StaffView(const MainParts& parts, Frame& frame);
 
   Grid faStaff;
 
   void BuildStaffFlexArray();
-  /// Reads the list anew.
-  void refill();
+  void load() override { BuildStaffFlexArray(); }
+  void refresh() override;
+  ReplyList* list() override { return &list_; }
 
  private:
-  MainParts parts_;
+  ReplyList list_;
 };
 
 }  // namespace vantry

@@ -1,6 +1,7 @@
 #include "lists/legend.h"
 
 #include "platform/text.h"
+#include "words/booking_results.h"
 
 namespace vantry {
 
@@ -11,16 +12,16 @@ static constexpr ListColour kColours[kLegendPlaces] = {ListColour::Charged, List
 
 std::optional<LegendPlace> legendPlaceOf(int status) {
   switch (status) {
-    case 1:
+    case results::Complete:
       return LegendPlace::Completed;
-    case 2:
+    case results::Unclaimed:
       return LegendPlace::Unclaimed;
-    case 3:
-    case 4:
+    case results::SystemCanceled:
+    case results::OperatorCanceled:
       return LegendPlace::Canceled;
-    case 99:
+    case results::Charged:
       return LegendPlace::Charged;
-    case 999:
+    case results::Overdue:
       return LegendPlace::Overdue;
     default:
       return std::nullopt;

@@ -18,7 +18,7 @@ inline constexpr int kLegendPlaces = 5;
 /// One copy of the labels whose colours are the key to the booking lists.
 class LegendLabels {
  public:
-  /// `index` tells the copies apart: 0 stands on the day view, 1 on the monitor's delivery view.
+  /// `index` tells the copies apart: 0 is on the day view, 1 on the monitor's delivery view.
   LegendLabels(Container& parent, int index);
 
   Label lblCharged, lblComplete, lblCanceled, lblUnclaimed, lblOverdue;
@@ -31,7 +31,7 @@ class LegendLabels {
 /// Gives every cell of a booking's row the colours of its status; a status without a label leaves the row
 /// alone.
 void ColourBookingRow(Grid& grid, int row, int status, const LegendLabels& legend);
-/// The same for all data rows; the status stands in the column with the data word 1.
+/// Does the same for all data rows; the status is in the column with the data word 1.
 void ColourBookingRows(Grid& grid, const LegendLabels& legend);
 
 }  // namespace vantry

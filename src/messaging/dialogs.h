@@ -13,7 +13,7 @@ namespace vantry {
 
 class frmConnect;
 
-/// Stands while the connection is opened, and tells why it could not be.
+/// Is shown while the connection is opened, and tells why it could not be.
 class ConnectDialog {
  public:
   explicit ConnectDialog(Windows& windows);
@@ -36,9 +36,9 @@ class ConnectDialog {
 class LogonDialog {
  public:
   LogonDialog(Windows& windows, ServerTools& tools) : windows_(windows), tools_(tools) {}
-  /// True when the operator has logged on; his id is the session's then. False when he cancelled, or was
+  /// True when the operator has logged on; the session has their id then. False when they cancelled, or were
   /// refused three times. An operator of before is logged off first. With `onlyOperator` the id is fixed: the
-  /// same operator goes on, within the request that found his session ended.
+  /// same operator continues, within the request that found the session ended.
   [[nodiscard]] bool Run(ServerSession& session, TagMessage& message, std::string_view onlyOperator = {});
 
  private:
@@ -73,9 +73,9 @@ class BibSearchDialog {
   bool RetainSearch = false;  ///< the next search begins with the words of the last one
   bool AutoTruncate = false;  ///< a search that is not by keyword finds all that begins with its text
 
-  /// Lets the operator search and choose, in a modal window. What he chose, in his order and each once; empty
-  /// when he cancelled. Needs `Initialise`. A walk of the caller's over the message's reply goes on
-  /// afterwards.
+  /// Lets the operator search and choose, in a modal window. Returns what they chose, in their order and each
+  /// once; empty when they cancelled. Needs `Initialise`. A walk of the caller's over the message's reply
+  /// continues afterwards.
   [[nodiscard]] std::vector<BibSelection> Search();
 
  private:

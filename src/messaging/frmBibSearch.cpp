@@ -49,7 +49,10 @@ const TreeNode& rootOf(const TreeNode& node) {
 }  // namespace
 
 frmBibSearch::frmBibSearch(Windows& windows, const Services& services, Manner manner)
-    : Form(windows, "frmBibSearch"), services_(services), manner_(std::move(manner)) {
+    : Form(windows, "frmBibSearch"),
+      services_(services),
+      ask_(services.global, Name()),
+      manner_(std::move(manner)) {
   Caption.put("Catalogue Search");
   tvwTitles.AccessibleName = "Titles found";
   tvwTitles.LongTexts = true;
@@ -127,7 +130,6 @@ std::string frmBibSearch::searchText() const {
 }
 
 void frmBibSearch::cmdSearch_Click() {
-  constexpr std::string_view kCode = "CATFIND";
   TagMessage& message = services_.message;
   services_.global.BusyAllForms();
   tvwTitles.Clear();
@@ -136,11 +138,9 @@ void frmBibSearch::cmdSearch_Click() {
   message.Add(tags::SRCHTAG, cboSearchBy.ItemData(cboSearchBy.ListIndex));
   message.Add(tags::SRCHVAL, searchText());
   if (isKeyword() && manner_.allowHoldingsKeyword) message.Add(tags::KWHO, chkHoldings.Value ? "Y" : "N");
-  const int rc = message.Send(kCode);
+  const int rc = ask_.codeOf("CATFIND");
   lblCount.Caption = "";
-  if (rc == 0) showTitles();
-  services_.global.ReadyAllForms();
-  if (rc != 0) services_.global.ReportRequestError(rc, kCode, Name());
+  if (ask_.succeeded(rc, "CATFIND")) showTitles();
   enableButtons();
 }
 
@@ -167,7 +167,6 @@ void frmBibSearch::showTitles() {
   if (first.empty()) return;
   // The titles are at hand for the arrow keys at once.
   tvwTitles.SelectedKey = first;
-  services_.global.ReadyAllForms();
   tvwTitles.SetFocus();
 }
 
@@ -179,19 +178,13 @@ void frmBibSearch::tvwTitles_Expand() {
 }
 
 void frmBibSearch::loadHoldings(TreeNode& title) {
-  constexpr std::string_view kCode = "GBHI";
   TagMessage& message = services_.message;
-  services_.global.BusyAllForms();
-  message.Add(tags::BI, title.tag);
-  message.Add(tags::MI, "0");
-  const int rc = message.Send(kCode);
-  services_.global.ReadyAllForms();
+  const int rc = ask_.codeOf("GBHI", {{tags::BI, title.tag}, {tags::MI, "0"}});
   if (rc != 0) {
     title.expanded = false;
     tvwTitles.changed();
-    services_.global.ReportRequestError(rc, kCode, Name());
-    return;
   }
+  if (!ask_.succeeded(rc, "GBHI")) return;
   tvwTitles.Remove(std::string(kUnread) + title.key);
   while (message.NextRecord(tags::BI)) {
     const std::string holdings = message.Get(tags::MI);

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "messaging/ask.h"
 #include "messaging/dialogs.h"
 #include "platform/tree.h"
 
@@ -73,6 +74,7 @@ class frmBibSearch : public Form {
   Choice choiceOf(const TreeNode& node) const;
 
   Services services_;
+  Ask ask_;
   Manner manner_;
   std::vector<Choice> chosen_;
   std::vector<BibSelection> result_;

@@ -9,7 +9,7 @@ namespace vantry {
 /// Asks who works here, and proves it to the server.
 class frmLogon : public Form {
  public:
-  /// With an operator given, only his password is asked for.
+  /// With an operator given, only their password is asked for.
   frmLogon(Windows& windows, const ServerTools& tools, ServerSession& session, std::string_view onlyOperator);
   void Form_Load() override;
   void Form_Activate() override;

@@ -1,6 +1,8 @@
 #include "messaging/frmMarcRecord.h"
 
+#include "messaging/ask.h"
 #include "messaging/marc_fields.h"
+#include "messaging/return_codes.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -64,20 +66,14 @@ void frmMarcRecord::cmdClose_Click() {
 
 void showMarcRecord(Windows& windows, TagMessage& message, modGlobal& global, MarcKind kind,
                     std::string_view id) {
-  constexpr std::string_view kCode = "CATREC";
   const TagMessage::Inner inner(message);
-  global.BusyAllForms();
-  message.Add(kind == MarcKind::Bib ? tags::BI : tags::MI, id);
-  const int rc = message.Send(kCode);
-  global.ReadyAllForms();
-  if (rc == 2) {
+  const Ask ask(global, "frmMarcRecord");
+  const int rc = ask.codeOf("CATREC", {{kind == MarcKind::Bib ? tags::BI : tags::MI, id}});
+  if (rc == codes::NotFound) {
     informationBox(windows.desktop(), "The catalogue holds no such record.");
     return;
   }
-  if (rc != 0) {
-    global.ReportRequestError(rc, kCode, "frmMarcRecord");
-    return;
-  }
+  if (!ask.succeeded(rc, "CATREC")) return;
   frmMarcRecord window(windows, message, kind);
   window.ShowModal();
 }

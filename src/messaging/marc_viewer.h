@@ -10,7 +10,7 @@ namespace vantry {
 enum class MarcKind { Bib, Holdings };
 
 /// Reads the record and shows it in a modal window, or reports why it could not be read. A walk of the
-/// caller's over the message's reply goes on afterwards.
+/// caller's over the message's reply continues afterwards.
 void showMarcRecord(Windows& windows, TagMessage& message, modGlobal& global, MarcKind kind,
                     std::string_view id);
 

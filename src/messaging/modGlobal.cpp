@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "messaging/frmError.h"
+#include "messaging/return_codes.h"
 #include "platform/desktop.h"
 
 namespace vantry {
@@ -16,14 +17,14 @@ struct ErrorRow {
   std::string_view text = {};
 };
 
-/// The silent codes stand here although codes without a row are silent too: they are known failures for which
-/// no words exist. "Unable To Delete!" stands on all codes from 100 to 107, also on those that are no
-/// deletion's.
+/// Codes without a row are silent too. The silent ones here are known failures for which no words exist.
+/// "Unable To Delete!" is part of all texts from 100 to 107 on purpose, also where nothing is deleted.
 constexpr ErrorRow kErrors[] = {
-    {-999, ErrorKind::Abort},
+    {codes::Lost, ErrorKind::Abort},
     {-100, ErrorKind::Silent},
-    {-99, ErrorKind::Silent},
-    {-98, ErrorKind::System, "Required tag missing!\nContact Brindlex support with this information."},
+    {codes::Busy, ErrorKind::Silent},
+    {codes::TagMissing, ErrorKind::System,
+     "Required tag missing!\nContact Brindlex support with this information."},
     {-97, ErrorKind::System, "Database Operation Failed!\nContact Brindlex support with this information."},
     {-96, ErrorKind::Silent},
     {-95, ErrorKind::Silent},
@@ -52,9 +53,6 @@ constexpr ErrorRow kErrors[] = {
      "Unable to add equipment to the group.  The equipment and group are currently scheduled in other "
      "bookings."},
 };
-
-/// The code whose reply names the tags that could not be read.
-constexpr int kTagMissing = -98;
 
 }  // namespace
 
@@ -86,7 +84,7 @@ void modGlobal::ReadyAllForms() {
 
 void modGlobal::ReportRequestError(int rc, std::string_view module, std::string_view formName) {
   // The server's program and this one do not fit together: its own sentence says more than any code.
-  if (rc == TagMessage::kNotTaken) return warningBox(windows_.desktop(), message_.Refusal());
+  if (rc == codes::NotTaken) return warningBox(windows_.desktop(), message_.Refusal());
   const auto* row = std::find_if(std::begin(kErrors), std::end(kErrors),
                                  [rc](const ErrorRow& candidate) { return candidate.rc == rc; });
   if (row == std::end(kErrors)) return;
@@ -95,7 +93,7 @@ void modGlobal::ReportRequestError(int rc, std::string_view module, std::string_
       if (Abort) Abort();
       break;
     case ErrorKind::System: {
-      const std::string missing = rc == kTagMissing ? message_.Get("CANTREAD") : std::string();
+      const std::string missing = rc == codes::TagMissing ? message_.Get("CANTREAD") : std::string();
       const ErrorReport report{std::string(row->text), std::string(module), std::to_string(rc),
                                std::string(formName), missing};
       frmError(windows_, tools_, *this, report).ShowModal();

@@ -25,7 +25,7 @@ class modGlobal {
  public:
   modGlobal(Windows& windows, TagMessage& message, ServerTools& tools);
 
-  /// Ends the program's session at once; set by the program for return code -999.
+  /// Ends the program at once, for the return code of a lost server. Set by the program.
   std::function<void()> Abort;
 
   void BusyForm(Form& form);
@@ -39,6 +39,9 @@ class modGlobal {
 
   /// The lines of a section of the help map, each led by one blank and joined by line breaks; "~" is a tab.
   [[nodiscard]] static std::string ReadHelpSection(IniFile& helpMap, std::string_view sectionName);
+
+  [[nodiscard]] TagMessage& message() const { return message_; }
+  [[nodiscard]] Desktop& desktop() const { return windows_.desktop(); }
 
  private:
   void pointerAndForms(Pointer pointer, bool enabled);

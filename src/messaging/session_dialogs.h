@@ -8,7 +8,7 @@
 
 namespace vantry {
 
-/// Lets the operator change his password.
+/// Lets the operator change their password.
 class PasswordDialog {
  public:
   explicit PasswordDialog(Windows& windows) : windows_(windows) {}

@@ -4,14 +4,12 @@
 #include <utility>
 
 #include "messaging/dialogs.h"
+#include "messaging/return_codes.h"
 #include "messaging/server_session.h"
+#include "platform/desktop.h"
 
 namespace vantry {
 namespace {
-
-/// Codes that arise on this side of the wire.
-constexpr int kGivenUp = -999;
-constexpr int kBusy = -99;
 
 /// The request that tells a session at which location it works.
 constexpr std::string_view kLocationRequest = "SLL";
@@ -43,7 +41,7 @@ void TagMessage::Add(std::string_view tag, std::string_view value) {
 
 int TagMessage::Send(std::string_view code) {
   const Request request{newRequestId(), std::string(code), std::exchange(outgoing_, {})};
-  if (sending_) return kBusy;
+  if (sending_) return codes::Busy;
   forgetReply();
   refusal_.clear();
   sending_ = true;
@@ -58,14 +56,20 @@ int TagMessage::Send(std::string_view code) {
   outgoing_.clear();
   switch (result.delivery) {
     case Delivery::Answered:
+      if (result.reply.rc == codes::Lost) giveUp();
       if (code == kLocationRequest && result.reply.rc == 0) location_ = request.tags;
       return take(std::move(result.reply));
     case Delivery::Rejected:
       refusal_ = std::move(result.reason);
-      return take(failure(kNotTaken));
+      return take(failure(codes::NotTaken));
     default:
-      return take(failure(kGivenUp));
+      giveUp();
   }
+}
+
+void TagMessage::giveUp() {
+  if (OnGivenUp) OnGivenUp();
+  throw ProgramEnd{};
 }
 
 /// Until the server has answered or refused, or the operator gives up: the same request with the same id,

@@ -28,21 +28,25 @@ class TagMessage {
 
   AskRetry OnLost;
   LogonAgain OnSessionEnded;
+  /// Ends the program, since no server is reached and the operator has given up.
+  std::function<void()> OnGivenUp;
 
-  /// Opens the link for a module; true on success. What the operator should read has been said by the dialog,
-  /// which asks him to try again until a server answers or he gives up. The dialog stays open on success.
+  /// Opens the link for a module; true on success. The dialog tells the operator what is wrong and
+  /// asks to try again until a server answers or they give up. It stays open on success.
   [[nodiscard]] bool Connect(int moduleNumber, ServerSession& session, ConnectDialog& dialog);
 
   void Add(std::string_view tag, std::string_view value);
   /// Sends what was added and waits for the reply; afterwards the outgoing list is empty. Returns the reply's
-  /// code; -999 when the operator gave up a lost connection or did not log on again after the session had
-  /// ended.
+  /// code.
   ///
-  /// A request that the server will never take gives `kNotTaken`, and `Refusal` its sentence. While a
-  /// question about a lost connection stands, timers still fire: a `Send` from one of them gives the silent
-  /// code -99 and disturbs nothing.
+  /// Does not return when the operator gives up a lost connection, does not log on again after the session
+  /// has ended, or the server answers with `codes::Lost`: `OnGivenUp` is called and `ProgramEnd` is thrown,
+  /// so that nothing of the command runs on.
+  ///
+  /// A request that the server will never take gives `codes::NotTaken`, and `Refusal` its sentence. Timers
+  /// fire while the operator is asked about a lost connection: a `Send` from one of them gives the silent
+  /// code `codes::Busy` and disturbs nothing.
   [[nodiscard]] int Send(std::string_view code);
-  static constexpr int kNotTaken = -998;
   /// Why the server did not take the last request; empty where it did.
   [[nodiscard]] const std::string& Refusal() const { return refusal_; }
 
@@ -76,6 +80,7 @@ class TagMessage {
 
  private:
   DeliveryResult deliver(const Request& request);
+  [[noreturn]] void giveUp();
   bool resumeSession();
   int take(Reply reply);
   void forgetReply();
@@ -86,7 +91,7 @@ class TagMessage {
   std::string refusal_;
   bool sending_ = false;
   std::vector<TagValue> location_;  ///< the tags that told the session its location; empty before that
-  std::map<std::string, int, std::less<>> cursors_;  ///< the record on which each tag's walk stands
+  std::map<std::string, int, std::less<>> cursors_;  ///< the current record of each tag's walk
   int current_ = -1;                                 ///< the record that `Get` reads; -1 outside a walk
 };
 

@@ -48,7 +48,7 @@ class Reply {
   int tagNumber(std::string_view tag) const;
   std::uint32_t numberFor(std::string_view tag);
   std::vector<std::string> tagNames_;
-  std::size_t nextTag_ = 0;  ///< the tag that most likely comes next: records repeat their tags in order
+  std::size_t nextTag_ = 0;  ///< the tag that is most likely next: records repeat their tags in order
   std::string text_;
   std::vector<Field> fields_;
   std::vector<std::size_t> starts_;  ///< first field of each record
@@ -60,7 +60,7 @@ enum class Delivery {
   NotDelivered,  ///< nothing was sent, or the server refused to take it now
   Unknown,       ///< sent, but no whole reply came: the server may have run the request
   SessionEnded,  ///< the server no longer knows the session
-  Rejected       ///< the server will never take this request as it stands; nothing was run
+  Rejected       ///< the server will never take this request as it is; nothing was run
 };
 
 struct DeliveryResult {

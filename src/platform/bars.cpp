@@ -61,7 +61,9 @@ Tool& ToolBar::tool(std::string_view name) const {
 }
 
 void ToolBar::choose(const Tool& tool) {
-  if (usable() && tool.Enabled && tool.Visible && ToolClick) ToolClick(tool);
+  if (!usable() || !tool.Enabled || !tool.Visible) return;
+  raise(tool.Click);
+  if (ToolClick) ToolClick(tool);
 }
 
 void ListBar::setGroups(std::vector<BarGroup> groups) {

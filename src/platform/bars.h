@@ -48,6 +48,7 @@ class Tool : public Element {
   Property<std::string> Caption{*this, Aspect::Caption};
   Property<bool> Enabled{*this, Aspect::Enabled, true};
   Property<bool> Visible{*this, Aspect::Visible, true};
+  Event Click;
 };
 
 /// The row of tools at the top of a window.
@@ -66,7 +67,7 @@ class ToolBar : public Control {
   Tool& tool(int id) const;
   Tool& tool(std::string_view name) const;
 
-  /// Raised with the tool that the operator chose.
+  /// Raised with the tool that the operator chose, after its own `Click`.
   std::function<void(const Tool&)> ToolClick;
   /// Whether tool tips show.
   Property<bool> ToolTips{*this, Aspect::ToolTip, true};

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/form.h"
+#include "platform/text.h"
 
 namespace vantry {
 
@@ -25,7 +26,39 @@ void Button::press() {
 
 TextBox::TextBox(Container& parent, std::string name)
     : Control(parent, std::move(name), ControlKind::TextBox) {
-  Text.Changed = [this] { raise(Change); };
+  Text.Changed = [this] {
+    place(characters(Text.get()), 0);
+    raise(Change);
+  };
+}
+
+std::string TextBox::SelText() const {
+  const std::size_t from = placeOfCharacter(Text.get(), selStart_);
+  return Text.get().substr(from, placeOfCharacter(Text.get(), selStart_ + selLength_) - from);
+}
+
+void TextBox::SelText(std::string_view text) {
+  const int end = selStart_ + characters(text);
+  const std::size_t from = placeOfCharacter(Text.get(), selStart_);
+  const std::size_t to = placeOfCharacter(Text.get(), selStart_ + selLength_);
+  Text = Text.get().substr(0, from) + std::string(text) + Text.get().substr(to);
+  Select(end, 0);
+}
+
+void TextBox::Select(int start, int length) {
+  place(start, length);
+  tell(Aspect::Selection);
+  raise(SelChange);
+}
+
+void TextBox::SelectText() {
+  Select(0, characters(Text.get()));
+}
+
+void TextBox::place(int start, int length) {
+  const int all = characters(Text.get());
+  selStart_ = std::clamp(start, 0, all);
+  selLength_ = std::clamp(length, 0, all - selStart_);
 }
 
 void TextBox::type(std::string_view text) {
@@ -34,6 +67,20 @@ void TextBox::type(std::string_view text) {
 
 void TextBox::pressEnter() {
   if (usable()) raise(Enter);
+}
+
+bool TextBox::pressKey(std::string_view key) {
+  return usable() && KeyDown && KeyDown(key);
+}
+
+void TextBox::doubleClick() {
+  if (usable()) raise(DblClick);
+}
+
+void TextBox::selected(int start, int length) {
+  if (start == selStart_ && length == selLength_) return;
+  place(start, length);
+  raise(SelChange);
 }
 
 CheckBox::CheckBox(Container& parent, std::string name, std::string caption)
@@ -102,7 +149,7 @@ int ListControl::indexOf(std::string_view text) const {
 }
 
 void ListControl::select(int index) {
-  if (usable() && index >= -1 && index < ListCount()) ListIndex = index;
+  if (takesChoice() && index >= -1 && index < ListCount()) ListIndex = index;
 }
 
 void ListBox::doubleClick(int index) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,16 +53,41 @@ class TextBox : public Control {
   Property<std::string> Text{*this, Aspect::Text};
   Property<bool> Locked{*this, Aspect::State};
   Event Change;
+  Event DblClick;
+  Event SelChange;    ///< another part of the text is selected
+  Event Enter;        ///< the operator pressed Enter in it
   int MaxLength = 0;  ///< in characters; 0: no limit
   bool Password = false;
   bool MultiLine = false;
-  Event Enter;  ///< the operator pressed Enter in it
+  /// A scan anywhere in the window is entered here while the box can be used (`Form::scan`).
+  bool TakesScans = false;
+  /// The operator presses a key, named as in `MenuItem::Shortcut`: "F4", "Ctrl+C". True keeps the key from
+  /// its usual effect. Enter raises `Enter` instead.
+  std::function<bool(std::string_view key)> KeyDown;
 
-  /// The operator replaces the text.
-  void type(std::string_view text);
-  void pressEnter();
+  /// The selected part of the text, in characters. Without a selection its length is 0 and it starts at the
+  /// cursor. A new text has the cursor at its end.
+  int SelStart() const { return selStart_; }
+  int SelLength() const { return selLength_; }
+  std::string SelText() const;
+  /// Replaces the selected part; the cursor is placed behind the new one.
+  void SelText(std::string_view text);
+  /// Selects a part of the text; what lies beyond its end does not count.
+  void Select(int start, int length);
   /// Selects the whole text, so that typing replaces it.
-  void SelectText() const { tell(Aspect::Selection); }
+  void SelectText();
+
+  // The operator's actions.
+  void type(std::string_view text);  ///< replaces the whole text
+  void pressEnter();
+  bool pressKey(std::string_view key);  ///< whether the window has answered the key
+  void doubleClick();
+  void selected(int start, int length);
+
+ private:
+  void place(int start, int length);
+  int selStart_ = 0;
+  int selLength_ = 0;
 };
 
 class CheckBox : public Control {
@@ -106,6 +132,8 @@ class ListControl : public Control {
 
  protected:
   ListControl(Container& parent, std::string name, ControlKind kind);
+  /// Whether the operator may choose another entry.
+  virtual bool takesChoice() const { return usable(); }
 
   struct Item {
     std::string text;
@@ -119,8 +147,13 @@ class ComboBox : public ListControl {
  public:
   ComboBox(Container& parent, std::string name)
       : ListControl(parent, std::move(name), ControlKind::ComboBox) {}
+  /// Shows its entry and lets the operator choose no other.
+  Property<bool> Locked{*this, Aspect::State};
   /// The selected entry's text; empty without a selection.
   const std::string& Text() const { return List(ListIndex); }
+
+ protected:
+  bool takesChoice() const override { return usable() && !Locked; }
 };
 
 class ListBox : public ListControl {

@@ -13,16 +13,23 @@ namespace vantry {
 class Control;
 class Form;
 class MenuItem;
+class Printer;
 class Timer;
 
-/// A message box. `buttons` are captions with mnemonics, the first one is the default.
+/// A message box.
 struct Box {
-  enum class Kind { Question, Information, Warning, Critical };
+  /// The icon beside the text; `Plain` has none.
+  enum class Kind { Question, Information, Warning, Critical, Plain };
   Kind kind = Kind::Information;
   std::string text;
-  std::string caption;  ///< empty: the program's name
-  std::vector<std::string> buttons = {"&OK"};
-  int closing = -1;  ///< button that Escape and the system's close mean; -1: the last one
+  std::string caption;                         ///< empty: the program's name
+  std::vector<std::string> buttons = {"&OK"};  ///< captions with mnemonics
+  int closing = kLast;                         ///< button that Escape and the system's close mean
+  int defaultButton = 0;                       ///< button that has the focus first
+
+  static constexpr int kLast = -1;
+  /// For `closing`: the box ignores Escape and close, since none of its answers is harmless.
+  static constexpr int kNone = -2;
 };
 
 /// Unwinds the command that ended the program. The front end catches it around each event that it dispatches
@@ -67,6 +74,19 @@ class Desktop {
   /// The system's short date, in the letters d, M and y: "dd/MM/yyyy".
   virtual std::string shortDateFormat() = 0;
 
+  /// Asks for a file that exists. The filter has pairs of a name and its patterns, all joined by "|":
+  /// "Images (*.gif;*.jpg)|*.gif;*.jpg". Nothing when the operator cancelled.
+  virtual std::optional<std::string> chooseFile(std::string_view caption, std::string_view filter,
+                                                std::string_view initial) = 0;
+  /// Nothing when the operator cancelled.
+  virtual std::optional<Colour> chooseColour(Colour initial) = 0;
+
+  /// The text that was copied last, in any program; empty when something else was copied.
+  virtual std::string clipboardText() = 0;
+  virtual void copyToClipboard(std::string_view text) = 0;
+
+  /// What reports are printed with; nullptr where nothing can be printed.
+  virtual Printer* printer() { return nullptr; }
   /// Plays a wave file; a file that does not exist is silence.
   virtual void playSound(std::string_view file) = 0;
   virtual void openBrowser(std::string_view address) = 0;
@@ -87,9 +107,13 @@ inline void warningBox(Desktop& desktop, std::string text, std::string caption =
 inline void criticalBox(Desktop& desktop, std::string text, std::string caption = {}) {
   desktop.messageBox({Box::Kind::Critical, std::move(text), std::move(caption)});
 }
-/// Whether the operator said yes.
+inline void plainBox(Desktop& desktop, std::string text, std::string caption = {}) {
+  desktop.messageBox({Box::Kind::Plain, std::move(text), std::move(caption)});
+}
+/// Whether the operator said yes. Only a button answers: a stray Escape must not mean No.
 inline bool questionBox(Desktop& desktop, std::string text, std::string caption = {}) {
-  return desktop.messageBox({Box::Kind::Question, std::move(text), std::move(caption), {"&Yes", "&No"}}) == 0;
+  return desktop.messageBox(
+             {Box::Kind::Question, std::move(text), std::move(caption), {"&Yes", "&No"}, Box::kNone}) == 0;
 }
 
 }  // namespace vantry

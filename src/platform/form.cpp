@@ -66,17 +66,40 @@ void Form::closeByOperator() {
   if (Enabled) Unload();
 }
 
-static Control* findIn(const Container& container, std::string_view name) {
+/// The first control, within frames as well, that is meant; nullptr without one.
+template <class IsMeant>
+static Control* findIn(const Container& container, const IsMeant& isMeant) {
   for (Control* control : container.Controls()) {
-    if (control->Name() == name) return control;
+    if (isMeant(*control)) return control;
     if (control->kind() != ControlKind::Frame) continue;
-    if (Control* inner = findIn(*static_cast<Frame*>(control), name)) return inner;
+    if (Control* inner = findIn(*static_cast<Frame*>(control), isMeant)) return inner;
   }
   return nullptr;
 }
 
 Control* Form::findControl(std::string_view name) const {
-  return findIn(*this, name);
+  return findIn(*this, [name](const Control& control) { return control.Name() == name; });
+}
+
+TextBox* Form::scanField() const {
+  return static_cast<TextBox*>(findIn(*this, [](const Control& control) {
+    return control.kind() == ControlKind::TextBox && static_cast<const TextBox&>(control).TakesScans &&
+           control.usable();
+  }));
+}
+
+bool Form::scan(std::string_view text) {
+  if (!Enabled) return false;
+  if (ScanReceived) {
+    ScanReceived(text);
+    return true;
+  }
+  TextBox* field = scanField();
+  if (!field && active_ && active_->kind() == ControlKind::TextBox) field = static_cast<TextBox*>(active_);
+  if (!field || !field->Enter) return false;
+  field->type(text);
+  field->pressEnter();
+  return true;
 }
 
 void Form::focusOn(Control& control) {
@@ -92,6 +115,14 @@ void Form::focusMoved(Control* control) {
   if (active_ == control) return;
   leaveFor(control);
   if (control && active_ == control) raise(control->GotFocus);
+}
+
+bool Form::leaveField() {
+  Control* const field = active_;
+  leaveFor(nullptr);
+  if (active_) return false;
+  active_ = field;
+  return true;
 }
 
 void Form::leaveFor(Control* next) {

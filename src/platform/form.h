@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/control.h"
@@ -8,6 +10,7 @@
 
 namespace vantry {
 
+class TextBox;
 class Timer;
 class Windows;
 
@@ -59,9 +62,24 @@ class Form : public Element, public Container {
   /// The control that has the focus, or nullptr.
   Control* ActiveControl() const { return active_; }
 
+  /// Takes what a barcode reader has read, wherever the focus is. Empty in windows that take scans in a
+  /// field (`TextBox::TakesScans`) or in whatever field has the focus.
+  std::function<void(std::string_view)> ScanReceived;
+
+  /// The barcode reader has read a text: it goes to `ScanReceived`; without that to the field that takes
+  /// scans, else to the focused text box that answers Enter. False when nothing in the window takes it.
+  bool scan(std::string_view text);
+  /// Whether a scan has a place here that does not depend on the focus.
+  bool takesScans() const { return ScanReceived || scanField(); }
+  /// The field that takes scans now, or nullptr.
+  TextBox* scanField() const;
+
   // What the controls and the front end need of their window.
   bool reachable() const override { return Enabled; }
   void focusOn(Control& control);
+  /// Leaves the control with the focus as the operator would, so that its check runs; the focus stays there.
+  /// False when the check has put the focus somewhere, because something is wrong.
+  [[nodiscard]] bool leaveField();
   /// The operator moved the focus, or the front end did.
   void focusMoved(Control* control);
   void timerChanged(Timer& timer);

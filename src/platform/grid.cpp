@@ -17,7 +17,10 @@ Grid::Grid(Container& parent, std::string name) : Control(parent, std::move(name
   Rows.Changed = [this] { resizeRows(); };
   Cols.Changed = [this] { resizeColumns(); };
   FormatString.Changed = [this] { readFormat(); };
-  Row.Changed = [this] { raise(RowColChange); };
+  Row.Changed = [this] {
+    selectOnly(Row);
+    raise(RowColChange);
+  };
   Redraw.Changed = [this] { tellIfDrawn(Aspect::Structure); };
   resizeColumns();
 }
@@ -113,10 +116,40 @@ void Grid::RemoveItem(int row) {
   const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(place(row, 0));
   cells_.erase(first, first + width_);
   rows_.erase(rows_.begin() + row);
-  const int selected = Row;
   Rows.put(Rows - 1);
-  Row = selected == row ? 0 : selected > row ? selected - 1 : selected;
+  if (Row == row) {
+    Row = 0;
+  } else if (Row > row) {
+    Row.put(Row - 1);  // the same row at another place; the others stay selected
+    raise(RowColChange);
+  }
   tellIfDrawn(Aspect::Structure);
+}
+
+/// The marks of rows are kept only where several can be selected: a long list would be walked at each step.
+void Grid::selectOnly(int row) {
+  if (!MultiSelect) return;
+  for (RowInfo& info : rows_) info.selected = false;
+  if (row >= FixedRows && row < Rows) row_(row).selected = true;
+}
+
+bool Grid::IsSelected(int row) const {
+  if (row < FixedRows) return false;
+  return MultiSelect ? row_(row).selected : row == Row;
+}
+
+void Grid::IsSelected(int row, bool on) {
+  if (!MultiSelect || row < FixedRows) return;
+  row_(row).selected = on;
+  tellIfDrawn(Aspect::Selection);
+}
+
+std::vector<int> Grid::SelectedRows() const {
+  std::vector<int> rows;
+  for (int row = FixedRows; row < Rows; ++row) {
+    if (IsSelected(row)) rows.push_back(row);
+  }
+  return rows;
 }
 
 void Grid::AutoSize(int fromCol, int toCol) {
@@ -137,6 +170,7 @@ void Grid::click(int row, int col) {
   if (row >= FixedRows && row < Rows) {
     Row = row;
     Col = col;
+    selectOnly(row);
   }
   raise(Click);
 }
@@ -149,12 +183,28 @@ void Grid::doubleClick(int row, int col) {
 
 void Grid::rightClick(int row, int col) {
   if (!usable()) return;
-  click(row, col);
+  const bool amongSelected = MultiSelect && row >= FixedRows && row < Rows && IsSelected(row);
+  if (amongSelected) {
+    Col = col;
+    MouseCol = col;
+    selectRows(SelectedRows(), row);  // the menu is for all of them
+  } else {
+    click(row, col);
+  }
   raise(RightClick);
 }
 
 void Grid::selectRow(int row) {
   if (row >= FixedRows && row < Rows && row != Row) click(row, Col);
+}
+
+void Grid::selectRows(const std::vector<int>& rows, int current) {
+  if (!usable() || !MultiSelect || current < FixedRows || current >= Rows) return;
+  MouseRow = current;
+  Row = current;
+  selectOnly(0);
+  for (const int row : rows) IsSelected(row, true);
+  raise(Click);
 }
 
 void Grid::chooseRow() {
@@ -165,17 +215,23 @@ void Grid::chooseRow() {
 
 void Grid::moveColumn(int from, int to) {
   if (!usable() || !Redraw || from == to || from < 0 || to < 0 || from >= Cols || to >= Cols) return;
-  const auto move = [from, to](auto first) {
-    if (from < to) {
-      std::rotate(first + from, first + from + 1, first + to + 1);
+  ColPosition(from, to);
+  MovedCol = to;
+  raise(AfterMoveColumn);
+}
+
+void Grid::ColPosition(int col, int place) {
+  const auto move = [col, place](auto first) {
+    if (col < place) {
+      std::rotate(first + col, first + col + 1, first + place + 1);
     } else {
-      std::rotate(first + to, first + from, first + from + 1);
+      std::rotate(first + place, first + col, first + col + 1);
     }
   };
+  if (col == place) return;
   move(columns_.begin());
   for (int row = 0; row < Rows; ++row) move(cells_.begin() + row * width_);
   tellIfDrawn(Aspect::Structure);
-  raise(AfterMoveColumn);
 }
 
 void Grid::resizeColumn(int col, int twips) {

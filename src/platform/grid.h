@@ -21,6 +21,9 @@ enum class MergeMode { Never, Free };
 /// A table of texts: fixed rows with headings above data rows. Rows and columns count from 0, the fixed ones
 /// included. `Row` 0 (a fixed row) is no selection.
 ///
+/// With `MultiSelect` further rows may be selected beside `Row`, the one that has the operator's attention.
+/// A new `Row`, a click and a sort leave only that row selected.
+///
 /// What belongs to a column (data, width, alignment, cells) stays with it when the operator moves it. While
 /// `Redraw` is off the grid may be told of changes and be in the middle of them: its shower shows nothing new
 /// and hands on no action of the operator's until the `Structure` that tells it is on again.
@@ -41,6 +44,7 @@ class Grid : public Control {
   Property<int> Col{*this, Aspect::Selection, 0};
   Property<bool> Redraw{*this, Aspect::State, true};
   Property<MergeMode> MergeCells{*this, Aspect::Cells, MergeMode::Never};
+  bool MultiSelect = false;
   /// Headings joined by "|", each led by "<", "^" or ">" for its alignment; sets the number of columns.
   Property<std::string> FormatString{*this, Aspect::State};
 
@@ -53,6 +57,8 @@ class Grid : public Control {
   /// Where the pointer was at the last click; -1 beyond the cells.
   int MouseRow = -1;
   int MouseCol = -1;
+  /// The place of the column that the operator moved last.
+  int MovedCol = -1;
 
   const std::string& TextMatrix(int row, int col) const { return cell(row, col).text; }
   void TextMatrix(int row, int col, std::string text);
@@ -70,11 +76,18 @@ class Grid : public Control {
   SortKind ColSortKind(int col) const { return column(col).sortKind; }
   void ColSortKind(int col, SortKind kind) { column(col).sortKind = kind; }
   void ColSort(int col, SortOrder order) { column(col).order = order; }
+  /// Moves a column to a place, also while `Redraw` is off. Raises nothing.
+  void ColPosition(int col, int place);
   bool MergeCol(int col) const { return column(col).merge; }
   void MergeCol(int col, bool on);
 
   const std::string& RowData(int row) const { return row_(row).data; }
   void RowData(int row, std::string data) { row_(row).data = std::move(data); }
+  bool IsSelected(int row) const;
+  /// Selects a row beside the others, or takes that back; a row that is no data row never is.
+  void IsSelected(int row, bool on);
+  /// The selected rows from top to bottom.
+  std::vector<int> SelectedRows() const;
   bool MergeRow(int row) const { return row_(row).merge; }
   void MergeRow(int row, bool on);
 
@@ -90,7 +103,9 @@ class Grid : public Control {
   void doubleClick(int row, int col);
   void rightClick(int row, int col);
   void selectRow(int row);  ///< by the keyboard
-  void chooseRow();         ///< Enter on the selected row
+  /// All rows that are selected now, where several can be, and the one that has the attention.
+  void selectRows(const std::vector<int>& rows, int current);
+  void chooseRow();  ///< Enter on the selected row
   void moveColumn(int from, int to);
   void resizeColumn(int col, int twips);
 
@@ -108,8 +123,10 @@ class Grid : public Control {
   struct RowInfo {
     std::string data;
     bool merge = false;
+    bool selected = false;
   };
 
+  void selectOnly(int row);
   std::size_t place(int row, int col) const;
   const ColumnInfo& column(int col) const { return columns_.at(static_cast<std::size_t>(col)); }
   ColumnInfo& column(int col) { return columns_.at(static_cast<std::size_t>(col)); }

@@ -61,6 +61,7 @@ void Grid::Sort() {
   std::move(cells.begin(), cells.end(), cells_.begin() + FixedRows * width_);
   std::move(rows.begin(), rows.end(), rows_.begin() + FixedRows);
   for (const int col : columns) column(col).order = SortOrder::None;
+  selectOnly(Row);
   tellIfDrawn(Aspect::Cells);
 }
 

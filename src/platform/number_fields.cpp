@@ -36,7 +36,7 @@ CurrencyField::CurrencyField(Container& parent, std::string name, std::int64_t l
   Value.Changed = [this] { raise(Change); };
 }
 
-void CurrencyField::put(std::string_view text) {
+void CurrencyField::Text(std::string_view text) {
   std::string number;
   for (const char c : trim(text)) {
     if (c != kCurrencySign.front() && c != ',' && c != ' ') number += c;
@@ -67,7 +67,7 @@ std::string CurrencyField::plain() const {
 }
 
 void CurrencyField::type(std::string_view text) {
-  if (usable() && !Locked) put(text);
+  if (usable() && !Locked) Text(text);
 }
 
 MaskedField::MaskedField(Container& parent, std::string name, std::string mask)

@@ -44,7 +44,7 @@ class CurrencyField : public Control {
 
   /// Reads an amount, with or without the sign of the currency; text that is none empties the field. One
   /// beyond the limits becomes the nearest that is allowed.
-  void put(std::string_view text);
+  void Text(std::string_view text);
   /// As shown: "$12.50", "-$12.50"; "$0.00" without an amount.
   std::string Text() const;
   /// The amount alone, as messages carry it: "12.50"; empty without an amount.

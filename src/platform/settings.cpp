@@ -1,6 +1,7 @@
 #include "platform/settings.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -94,11 +95,32 @@ static std::string sectionName(std::string_view application, std::string_view se
   return lower(application) + '\\' + lower(section);
 }
 
+/// Keeps other programs from writing the file between the reading and the writing of this one. Without a
+/// lock, on a file system that has none, the write goes on: it is whole all the same.
+class WriteLock {
+ public:
+  explicit WriteLock(const std::filesystem::path& file) {
+    std::error_code ignored;
+    std::filesystem::create_directories(file.parent_path(), ignored);
+    handle_ = ::open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (handle_ >= 0) static_cast<void>(::flock(handle_, LOCK_EX));
+  }
+  ~WriteLock() {
+    if (handle_ >= 0) ::close(handle_);
+  }
+  WriteLock(const WriteLock&) = delete;
+  WriteLock& operator=(const WriteLock&) = delete;
+
+ private:
+  int handle_ = -1;
+};
+
 FileSettings::FileSettings(std::filesystem::path file) : file_(std::move(file)) {
-  read();
+  sections_ = read();
 }
 
-void FileSettings::read() {
+FileSettings::Sections FileSettings::read() {
+  Sections sections;
   std::ifstream stream(file_, std::ios::binary);
   std::string line;
   Section* section = nullptr;
@@ -108,7 +130,7 @@ void FileSettings::read() {
     const std::string_view whole = trim(line);
     if (whole.empty() || whole.front() == ';') continue;
     if (whole.front() == '[' && whole.back() == ']') {
-      section = &sections_[lower(trim(whole.substr(1, whole.size() - 2)))];
+      section = &sections[lower(trim(whole.substr(1, whole.size() - 2)))];
       continue;
     }
     const auto equals = line.find('=');
@@ -122,6 +144,7 @@ void FileSettings::read() {
     (*section)[lower(key)] = {key, text};
   }
   if (bad) keepAside();
+  return sections;
 }
 
 std::string FileSettings::GetSetting(std::string_view application, std::string_view section,
@@ -132,18 +155,24 @@ std::string FileSettings::GetSetting(std::string_view application, std::string_v
   return entry == found->second.end() ? std::string(fallback) : entry->second.text;
 }
 
-void FileSettings::SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                               std::string_view text) {
-  Entry& entry = sections_[sectionName(application, section)][lower(key)];
-  if (entry.key.empty()) entry.key = key;
-  entry.text = text;
+void FileSettings::SaveSettings(std::string_view application, std::string_view section,
+                                const std::vector<Setting>& settings) {
+  const WriteLock lock(file_);
+  Sections fresh = read();
+  Section& target = fresh[sectionName(application, section)];
+  for (const Setting& setting : settings) {
+    Entry& entry = target[lower(setting.key)];
+    if (entry.key.empty()) entry.key = setting.key;
+    entry.text = setting.text;
+  }
   std::ostringstream content;
   content << "; Settings of one user; written by the program.\n";
-  for (const auto& [name, entries] : sections_) {
+  for (const auto& [name, entries] : fresh) {
     content << '[' << name << "]\n";
     for (const auto& [small, stored] : entries) content << stored.key << '=' << escaped(stored.text) << '\n';
   }
   writeFileWhole(file_, content.str());
+  sections_ = std::move(fresh);
 }
 
 void FileSettings::keepAside() {

@@ -4,8 +4,15 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vantry {
+
+/// A key with the text to store under it.
+struct Setting {
+  std::string key;
+  std::string text;
+};
 
 /// The user's settings: text by application, section and key; keys without regard to case.
 class Settings {
@@ -14,24 +21,29 @@ class Settings {
   /// The stored text, or the default where the key is missing.
   [[nodiscard]] virtual std::string GetSetting(std::string_view application, std::string_view section,
                                                std::string_view key, std::string_view fallback) const = 0;
-  /// Throws std::runtime_error when the text cannot be stored.
-  virtual void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                           std::string_view text) = 0;
+  /// Stores several texts in one write. What others have stored meanwhile under other keys is kept. Throws
+  /// std::runtime_error when they cannot be stored; then none is.
+  virtual void SaveSettings(std::string_view application, std::string_view section,
+                            const std::vector<Setting>& settings) = 0;
+  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
+                   std::string_view text) {
+    SaveSettings(application, section, {{std::string(key), std::string(text)}});
+  }
   /// Keeps a copy of the store as it is, beside it, because a value in it could not be read.
   virtual void keepAside() = 0;
 };
 
-/// Settings in one text file of the user. Every write replaces the file whole, so that a crash leaves the old
-/// or the new one. A file with lines that cannot be read is kept aside under its name and ".bad"; what can be
-/// read of it counts.
+/// Settings in one text file of the user, which several programs may use at once. Every write reads the file
+/// anew and replaces it whole, so that a crash leaves the old or the new one. A file with lines that cannot
+/// be read is kept aside under its name and ".bad"; what can be read of it counts.
 class FileSettings : public Settings {
  public:
   explicit FileSettings(std::filesystem::path file);
 
   [[nodiscard]] std::string GetSetting(std::string_view application, std::string_view section,
                                        std::string_view key, std::string_view fallback) const override;
-  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                   std::string_view text) override;
+  void SaveSettings(std::string_view application, std::string_view section,
+                    const std::vector<Setting>& settings) override;
   void keepAside() override;
 
  private:
@@ -39,11 +51,12 @@ class FileSettings : public Settings {
     std::string key;  ///< as it was written first
     std::string text;
   };
-  using Section = std::map<std::string, Entry>;  ///< by the key in small letters
+  using Section = std::map<std::string, Entry>;     ///< by the key in small letters
+  using Sections = std::map<std::string, Section>;  ///< by "application\section"
 
-  void read();
+  Sections read();
   std::filesystem::path file_;
-  std::map<std::string, Section> sections_;  ///< by "application\section"
+  Sections sections_;
   bool keptAside_ = false;
 };
 

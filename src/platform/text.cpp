@@ -12,6 +12,21 @@ static char lowerOf(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+static bool startsCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+}
+
+int characters(std::string_view text) {
+  return static_cast<int>(std::count_if(text.begin(), text.end(), startsCharacter));
+}
+
+std::size_t placeOfCharacter(std::string_view text, int character) {
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    if (startsCharacter(text[place]) && character-- == 0) return place;
+  }
+  return text.size();
+}
+
 std::string_view trim(std::string_view text) {
   const auto first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};

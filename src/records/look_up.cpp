@@ -1,12 +1,12 @@
 #include "records/look_up.h"
 
 #include "frame/app.h"
+#include "messaging/ask.h"
 #include "platform/text.h"
 #include "words/tags.h"
 
 namespace vantry {
 
-static constexpr std::string_view kLookUp = "GETIBYB";
 static constexpr int kRunning = 2;
 
 namespace {
@@ -54,13 +54,8 @@ static void find(App& app, const LookUpKind& kind) {
   lookUp.LookupRows.clear();
   lookUp.byNumber = kind.byNumber;
   lookUp.barOrNumberMode = kRunning;
-  app.global.BusyAllForms();
-  app.message.Add(tags::BARORNO, kind.kind);
-  app.message.Add(kind.tag, lookUp.text);
-  const int rc = app.message.Send(kLookUp);
-  app.global.ReadyAllForms();
-  if (rc != 0) app.global.ReportRequestError(rc, kLookUp, "");
-  const int hits = rc == 0 ? readHits(app) : 0;
+  const bool found = Ask(app.global, "")("GETIBYB", {{tags::BARORNO, kind.kind}, {kind.tag, lookUp.text}});
+  const int hits = found ? readHits(app) : 0;
   if (hits == 0) {
     lookUp.LookupStatus = "Not Found";
     warningBox(app.desktop, kind.notFound);

@@ -1,5 +1,6 @@
 #include "records/records.h"
 
+#include "messaging/ask.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -22,11 +23,12 @@ static TypeRequest typeRequestOf(int kind) {
   }
 }
 
-static std::string windowTag(int kind, std::string_view id) {
+std::string recordTag(int kind, std::string_view id) {
   return std::to_string(kind) + " - " + std::string(id);
 }
 
-static Form* windowOf(App& app, const std::string& tag) {
+Form* FindRecordWindow(App& app, int kind, std::string_view id) {
+  const std::string tag = recordTag(kind, id);
   for (int i = 0; i < app.windows.Count(); ++i) {
     if (app.windows[i].Tag == tag) return &app.windows[i];
   }
@@ -39,12 +41,8 @@ static void readType(App& app, int kind, std::string_view id) {
   app.slots.typeIds[slot].clear();
   const TypeRequest request = typeRequestOf(kind);
   if (request.code.empty() || id.empty()) return;
-  app.message.Add(request.id, id);
-  const int rc = app.message.Send(request.code);
-  if (rc != 0) {
-    app.global.ReportRequestError(rc, request.code, "");  // and the window opens with empty slots
-    return;
-  }
+  // After a failure the window opens with empty slots.
+  if (!Ask(app.global, "")(request.code, {{request.id, id}})) return;
   app.slots.typeNames[slot] = app.message.Get(request.typeName);
   app.slots.typeIds[slot] = app.message.Get(request.typeId);
 }
@@ -56,7 +54,7 @@ static bool hasWindow(int kind) {
 /// A maintenance record belongs to a piece, which is asked for first; false when none was named. A window of
 /// a piece opens the record with its own piece.
 static bool askForPiece(App& app) {
-  if (app.slots.source == kSourceEquipment) return true;
+  if (app.slots.opening.source == kSourceEquipment) return true;
   app.lookUp.LookupStatus.clear();
   app.global.ReadyAllForms();
   app.makers.run("NewMaintenanceSetup", app);
@@ -64,46 +62,57 @@ static bool askForPiece(App& app) {
   return app.lookUp.LookupStatus.empty();
 }
 
-static void showRecord(App& app, int kind, const std::string& tag) {
-  auto window = app.makers.makeRecord(kind, app);
-  if (!window) return;
-  Form& shown = app.windows.keep(std::move(window));
-  shown.Tag = tag;
-  shown.Show();
+/// New records and copies can be open side by side: the number of loaded windows tells them apart. A word
+/// marks them, so that none is taken for the window of the record with this id. A hidden window has no tag.
+static std::string tagOf(const App& app, const RecordOpening& opening) {
+  const std::string count = std::to_string(app.windows.Count());
+  if (opening.hidden) return {};
+  if (opening.isNew()) return recordTag(opening.kind, "new " + count);
+  return recordTag(opening.kind, opening.copy ? "copy " + count : opening.id);
 }
 
-void OpenRecordWindow(App& app, int kind, std::string_view id) {
-  if (!hasWindow(kind)) return;
+static void fillSlots(App& app, const RecordOpening& opening) {
+  const auto slot = static_cast<std::size_t>(opening.kind);
+  app.slots.opening = opening;
+  app.slots.ids[slot] = opening.id;
+  app.slots.modes[slot] = opening.isNew() ? 1 : 0;
+  readType(app, opening.kind, opening.id);
+}
+
+static Form* showRecord(App& app, const RecordOpening& opening) {
+  const std::string tag = tagOf(app, opening);
+  fillSlots(app, opening);
+  if (opening.kind == kMaintenance && opening.isNew() && !askForPiece(app)) return nullptr;
+  auto window = app.makers.makeRecord(opening.kind, app);
+  if (!window) return nullptr;
+  Form& form = app.windows.keep(std::move(window));
+  form.Tag = tag;
+  opening.hidden ? form.Load() : form.Show();
+  // A record that could not be read closes its window.
+  return form.isLoaded() ? &form : nullptr;
+}
+
+Form* OpenRecordWindow(App& app, const RecordOpening& opening) {
+  if (!hasWindow(opening.kind)) return nullptr;
+  const bool findsItsOwn = !opening.isNew() && !opening.copy && !opening.hidden;
   app.global.BusyAllForms();
-  app.slots.kind = kind;
-  // A new record has no window yet, also when it follows one that was just saved.
-  const bool isNew = id.empty();
-  if (Form* standing = isNew ? nullptr : windowOf(app, windowTag(kind, id))) {
-    standing->WindowState = FormState::Normal;
-    standing->SetFocus();
-    app.global.ReadyAllForms();
-    return;
+  Form* form = findsItsOwn ? FindRecordWindow(app, opening.kind, opening.id) : nullptr;
+  if (form) {
+    form->WindowState = FormState::Normal;
+    form->SetFocus();
+  } else {
+    form = showRecord(app, opening);
   }
-  const auto slot = static_cast<std::size_t>(kind);
-  app.slots.ids[slot] = id;
-  app.slots.modes[slot] = isNew ? 1 : 0;
-  // Several new records can stand side by side: the number of loaded windows tells them apart. It is marked,
-  // so that no window of a new record is taken for that of the record with this id.
-  const std::string tag =
-      windowTag(kind, isNew ? "new " + std::to_string(app.windows.Count()) : std::string(id));
-  readType(app, kind, id);
-  if (kind != kMaintenance || !isNew || askForPiece(app)) showRecord(app, kind, tag);
   app.global.ReadyAllForms();
+  return form;
 }
 
 void CloseRecordWindow(App& app, int kind, std::string_view id) {
-  if (Form* standing = windowOf(app, windowTag(kind, id))) standing->Unload();
+  if (Form* form = FindRecordWindow(app, kind, id)) form->Unload();
 }
 
 int VerifyDelete(App& app, std::string_view id, std::string_view kind) {
-  app.message.Add(tags::VID, id);
-  app.message.Add(tags::VTY, kind);
-  return app.message.Send("VERDELE");
+  return Ask(app.global, "").codeOf("VERDELE", {{tags::VID, id}, {tags::VTY, kind}});
 }
 
 }  // namespace vantry

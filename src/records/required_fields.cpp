@@ -1,37 +1,24 @@
 #include "records/required_fields.h"
 
 #include "messaging/server_tools.h"
-#include "platform/fields.h"
-#include "platform/form.h"
-#include "platform/number_fields.h"
+#include "platform/controls.h"
+#include "platform/desktop.h"
 #include "platform/text.h"
+#include "platform/windows.h"
+#include "records/field_kinds.h"
 
 namespace vantry {
 
 static constexpr std::string_view kRequired = "1";
 static constexpr std::string_view kNone = "(none)";
 
-/// What stands in a control that takes a value; nothing for other kinds.
+std::string requiredTag(std::string_view label) {
+  return std::string(kRequired) + "|" + std::string(label);
+}
+
 static std::string textOf(const Control& control) {
-  switch (control.kind()) {
-    case ControlKind::TextBox:
-      return static_cast<const TextBox&>(control).Text;
-    case ControlKind::ComboBox:
-      return static_cast<const ComboBox&>(control).Text();
-    case ControlKind::DateField:
-      return static_cast<const DateField&>(control).shortDate();
-    case ControlKind::TimeField:
-    case ControlKind::SpinTimeField:
-      return static_cast<const TimeField&>(control).text24();
-    case ControlKind::NumberField:
-      return static_cast<const NumberField&>(control).Text();
-    case ControlKind::CurrencyField:
-      return static_cast<const CurrencyField&>(control).plain();
-    case ControlKind::MaskedField:
-      return static_cast<const MaskedField&>(control).Text;
-    default:
-      return {};
-  }
+  const FieldKind* kind = fieldKindOf(control);
+  return kind ? kind->text(control) : std::string();
 }
 
 namespace {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 namespace vantry {
 
 class Form;
@@ -8,5 +11,8 @@ class Form;
 /// ones and the first of them gets the focus. A control is required when its tag is "1|" and its label;
 /// "(none)" counts as no value.
 [[nodiscard]] bool CheckRequiredFields(Form& form);
+
+/// The tag of a required control with this label.
+[[nodiscard]] std::string requiredTag(std::string_view label);
 
 }  // namespace vantry

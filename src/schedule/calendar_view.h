@@ -1,36 +1,27 @@
 #pragma once
 
-#include "frame/main_parts.h"
+#include "lists/main_view.h"
 #include "platform/calendars.h"
 
 namespace vantry {
 
-/// The colours of a day with bookings.
-struct BookingColours {
-  Label& lblSingleBookingColor;
-  Label& lblMultipleBookingsColor;
-};
-
 /// What month and year view share: a calendar whose days tell whether they have one booking or several. A day
 /// leads to its list. The view's number is 0 for the month, 1 for the year, as its buttons count.
-class CalendarView {
+class CalendarView : public MainView {
  public:
-  virtual ~CalendarView() = default;
-  CalendarView(const CalendarView&) = delete;
-  CalendarView& operator=(const CalendarView&) = delete;
-
   Button cmdPrevious, cmdNow, cmdNext;
   Label lblNumBookings;
 
   /// The operator wants the list of the day that all calendars share.
   Event showDay;
 
+  /// The calendar is back on today, as before the first reading.
+  void load() override;
+  void open() override;
   /// Reads the bookings of the span that the calendar shows.
-  void read();
+  void refresh() override;
   /// Keeps the calendar on a date, without a request.
   void update(const Date& date);
-  /// Back to today, as before the first reading; for the next operator.
-  void reset();
   void cmdNext_Click();
   void cmdPrevious_Click();
   void cmdNow_Click();
@@ -45,10 +36,10 @@ class CalendarView {
     std::string_view label;  ///< name of the label that counts
     std::string_view span;   ///< tag that asks for the span, and names it
     std::string_view walk;   ///< tag that the reply is walked by
-    int months;              ///< how far a step goes
+    int months;              ///< length of a step
     std::string_view step;   ///< in words, for tool tips
   };
-  CalendarView(const MainParts& parts, Frame& frame, BookingColours colours, const Kind& kind);
+  CalendarView(const MainParts& parts, Frame& frame, const Kind& kind);
   void connect();
 
  private:
@@ -57,22 +48,20 @@ class CalendarView {
   void dayChosen();
   bool showsSpanOf(const Date& date) const;
 
-  MainParts parts_;
-  BookingColours colours_;
   Kind kind_;
   Date shown_;  ///< a day of the span that was read last
 };
 
 class MonthView : public CalendarView {
  public:
-  MonthView(const MainParts& parts, Frame& frame, BookingColours colours);
+  MonthView(const MainParts& parts, Frame& frame);
   MonthCalendar calMonth;
   CalendarControl& calendar() override { return calMonth; }
 };
 
 class YearView : public CalendarView {
  public:
-  YearView(const MainParts& parts, Frame& frame, BookingColours colours);
+  YearView(const MainParts& parts, Frame& frame);
   YearCalendar calYear;
   CalendarControl& calendar() override { return calYear; }
 };

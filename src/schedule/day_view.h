@@ -1,13 +1,12 @@
 #pragma once
 
-#include "frame/main_parts.h"
 #include "lists/legend.h"
-#include "platform/grid.h"
+#include "lists/main_view.h"
 
 namespace vantry {
 
 /// The booking desk's working list: all bookings of one date at the operator's location.
-class DayView {
+class DayView : public MainView {
  public:
   DayView(const MainParts& parts, Frame& frame);
 
@@ -24,11 +23,19 @@ class DayView {
 
   /// Raised when the date has changed, before the list is read.
   Event UpdateCalendars;
-  /// Raised by the commands that the main window holds.
-  Event newFreeForm, newByWizard, newPickUp, search, printListing;
+
+  void load() override { BuildBookingFlexArray(); }
+  /// Shows the date that the calendars share.
+  void open() override;
+  void refresh() override { GetBookingsForDate(); }
+  ReplyList* list() override { return &list_; }
+  /// No row is selected any more: the commands on one are off.
+  void sorted() override;
+  void takePreferences(Applies what) override;
+  void secure(const Rights& rights) override;
 
   void BuildBookingFlexArray();
-  /// Reads the date field and fills the grid anew; nothing at all happens when the field is empty.
+  /// Reads the bookings of the date field into the list. Nothing happens while the field is empty.
   void GetBookingsForDate();
   void dtViewBookings_Change();
   void cmdToday_Click();
@@ -38,38 +45,31 @@ class DayView {
   void cmdCancelBooking_Click();
   void cmdChargeDayView_Click();
   void cmdDischargeDayView_Click();
-  void cmdPrintDayView_Click();
   void faDayBookings_Click();
   void faDayBookings_DblClick();
   void faDayBookings_RightClick();
 
-  /// No row is selected any more: the commands on one are off.
-  void forgetSelection();
   /// The selected booking; empty without one.
   const std::string& selectedId() const { return selectedId_; }
 
  private:
   void arrange(Frame& frame);
   void connect();
-  void disableRowCommands();
-  void disableCommands();
+  void fillList();
+  void forgetSelection();
   void enablePrinting(bool on);
-  /// Fills the rows from the reply; the number that the legend filtered out.
-  int fillRows(int total);
-  /// False when the legend hides a booking of this status.
-  bool fillRow(int row);
-  std::string cellText(int column) const;
-  void finishGrid();
-  void showCount(int total, int filteredOut);
-  bool isShown(int status) const;
+  /// False when the legend hides the booking of the current record.
+  bool isShown();
+  void takeLegend();
   void allowByStatus(int status);
   int selectedStatus() const;
-  /// Does away with the selected booking; a failed check is reported for the form.
-  void removeSelected(const struct Removal& removal, std::string_view checkForm);
+  /// Deletes or cancels the selected booking; a failed check is reported for the form.
+  void endSelected(const struct Removal& removal, std::string_view checkForm);
 
-  MainParts parts_;
+  ReplyList list_{parts(), faDayBookings};
   std::string selectedId_;
   int selectedRow_ = 0;
+  bool takesLegend_ = false;  ///< the boxes take the preferences; the list is read once they all have
 };
 
 }  // namespace vantry

@@ -1,44 +1,47 @@
 // The commands of the day view on the selected booking.
 #include "booking/booking_removal.h"
+#include "circulation/booking_grid.h"
 #include "circulation/charge.h"
 #include "frame/app.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "records/records.h"
 #include "schedule/day_view.h"
+#include "words/booking_results.h"
 
 namespace vantry {
 
 void DayView::dtViewBookings_Change() {
   raise(UpdateCalendars);
   GetBookingsForDate();
-  parts_.dtTempDate.Value = dtViewBookings.Value;
+  parts().dtTempDate.Value = dtViewBookings.Value;
 }
 
 void DayView::cmdToday_Click() {
-  const Date today = parts_.app.clock.now().date;
+  const Date today = app().clock.now().date;
   if (dtViewBookings.Value.get() == today) {
     dtViewBookings_Change();  // the list is read again
     return;
   }
   dtViewBookings.Value = today;  // the change does the work
-  parts_.dtTempDate.Value = today;
+  parts().dtTempDate.Value = today;
 }
 
 void DayView::cmdNewBooking_Click() {
-  switch (parts_.app.preferences.NewBooking) {
+  switch (app().preferences.NewBooking) {
     case 0:
       // From another view the button is out of sight, and the menu opens at the pointer.
-      parts_.app.desktop.popupMenu(parts_.menus.mnuPopupNewBooking,
-                                   cmdNewBooking.usable() ? &cmdNewBooking : nullptr);
+      app().desktop.popupMenu(parts().menus.mnuPopupNewBooking,
+                              cmdNewBooking.usable() ? &cmdNewBooking : nullptr);
       break;
     case 1:
-      raise(newFreeForm);
+      parts().commands.newBooking.run();
       break;
     case 2:
-      raise(newByWizard);
+      parts().commands.newByWizard.run();
       break;
     case 3:
-      raise(newPickUp);
+      parts().commands.newPickup.run();
       break;
     default:
       break;
@@ -47,44 +50,25 @@ void DayView::cmdNewBooking_Click() {
 
 void DayView::faDayBookings_Click() {
   if (!faDayBookings.hasData()) return;
-  MainMenus& m = parts_.menus;
-  for (MenuItem* entry : {&m.mnuPopupBookingsPrint, &m.mnuFilePrintListing, &m.mnuFilePrintDetailAll})
-    entry->Enabled = true;
+  enablePrinting(true);
   const int row = faDayBookings.Row;
   if (row < faDayBookings.FixedRows) return;
-  for (MenuItem* entry :
-       {&m.mnuFilePrintDetail, &m.mnuPopupBookingsPrintListing, &m.mnuPopupBookingsPrintDetailAll,
-        &m.mnuPopupBookingsPrintDetail, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsSort})
-    entry->Enabled = true;
-  cmdPrintDayView.Enabled = true;
-  cmdEditBooking.Enabled = true;
-  parts_.app.slots.source = kSourceMainWindow;
-  selectedId_ = faDayBookings.TextMatrix(row, faDayBookings.columnOfData(0));
+  setEnabled(true, parts().commands.printDetail, edit, sort);
+  selectedId_ = list_.text(row, kBookingIdColumn);
   selectedRow_ = row;
   allowByStatus(selectedStatus());
 }
 
 int DayView::selectedStatus() const {
-  return intOf(faDayBookings.TextMatrix(selectedRow_, faDayBookings.columnOfData(1)));
+  return intOf(list_.text(selectedRow_, kBookingStatusColumn));
 }
 
 void DayView::allowByStatus(int status) {
-  const Rights& rights = parts_.app.context.rights;
-  const bool ended = status >= 1 && status <= 4;
-  const bool out = status == 99 || status == 999;
-  // Delete has no right of its own: the cancel right governs both.
-  const bool mayDelete = !out && rights.has(Right::BKCAN);
-  const bool mayCancel = !out && !ended && rights.has(Right::BKCAN);
-  const bool mayCharge = !out && !ended && rights.has(Right::BKCHA);
-  MainMenus& m = parts_.menus;
-  cmdDeleteBooking.Enabled = mayDelete;
-  m.mnuPopupBookingsDelete.Enabled = mayDelete;
-  cmdCancelBooking.Enabled = mayCancel;
-  m.mnuPopupBookingsCancel.Enabled = mayCancel;
-  cmdChargeDayView.Enabled = mayCharge;
-  m.mnuPopupBookingsCharge.Enabled = mayCharge;
-  cmdDischargeDayView.Enabled = out;
-  m.mnuPopupBookingsDischarge.Enabled = out;
+  const bool ended = status >= results::Complete && status <= results::OperatorCanceled;
+  const bool out = results::isOut(status);
+  remove.Enabled = !out;
+  setEnabled(!out && !ended, cancel, charge);
+  discharge.Enabled = out;
 }
 
 void DayView::faDayBookings_DblClick() {
@@ -93,46 +77,42 @@ void DayView::faDayBookings_DblClick() {
 }
 
 void DayView::faDayBookings_RightClick() {
-  MainMenus& m = parts_.menus;
-  for (MenuItem* entry : {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete,
-                          &m.mnuPopupBookingsCancel, &m.mnuPopupBookingsSep1, &m.mnuPopupBookingsCharge,
-                          &m.mnuPopupBookingsDischarge, &m.mnuPopupBookingsSep3, &m.mnuPopupBookingsPrint})
-    entry->Visible = true;
-  parts_.app.desktop.popupMenu(m.mnuPopupBookings, nullptr);
+  MainMenus& m = parts().menus;
+  setVisible(true, m.mnuPopupBookingsNew, m.mnuPopupBookingsEdit, m.mnuPopupBookingsDelete,
+             m.mnuPopupBookingsCancel, m.mnuPopupBookingsSep1, m.mnuPopupBookingsCharge,
+             m.mnuPopupBookingsDischarge, m.mnuPopupBookingsSep3, m.mnuPopupBookingsPrint);
+  app().desktop.popupMenu(m.mnuPopupBookings, nullptr);
 }
 
 void DayView::cmdEditBooking_Click() {
-  parts_.app.slots.source = kSourceMainWindow;
-  OpenRecordWindow(parts_.app, kBooking, selectedId_);
+  OpenRecordWindow(app(), {kBooking, selectedId_, kSourceMainWindow});
 }
 
-void DayView::removeSelected(const Removal& removal, std::string_view checkForm) {
-  const RemovalForms forms{checkForm, parts_.form.Name()};
-  if (RemoveBooking(parts_.app, removal, selectedId_, forms) == Removed::Done) GetBookingsForDate();
+/// The command's button is off afterwards; without a new place the focus would jump to the next one.
+void DayView::endSelected(const Removal& removal, std::string_view checkForm) {
+  const RemovalForms forms{checkForm, parts().form.Name()};
+  if (RemoveBooking(app(), removal, selectedId_, forms) != Removed::Done) return;
+  GetBookingsForDate();
+  faDayBookings.SetFocus();
 }
 
 void DayView::cmdDeleteBooking_Click() {
   // A failed check is reported for the booking editor's window; this is deliberate.
-  removeSelected(deleteRemoval(), "frmBooking");
+  endSelected(deleteRemoval(), "frmBooking");
 }
 
 void DayView::cmdCancelBooking_Click() {
-  removeSelected(cancelRemoval(), parts_.form.Name());
+  endSelected(cancelRemoval(), parts().form.Name());
 }
 
 void DayView::cmdChargeDayView_Click() {
-  ChargeBookingMain(parts_.app, selectedId_, faDayBookings, legend);
-  const int status = selectedStatus();
-  if (status == 99 || status == 999) faDayBookings_Click();
+  ChargeBookingMain(app(), selectedId_, faDayBookings, legend);
+  if (results::isOut(selectedStatus())) faDayBookings_Click();
 }
 
 void DayView::cmdDischargeDayView_Click() {
-  DischargeBookingMain(parts_.app, selectedId_, faDayBookings, legend);
-  if (selectedStatus() == 1) faDayBookings_Click();
-}
-
-void DayView::cmdPrintDayView_Click() {
-  raise(printListing);
+  DischargeBookingMain(app(), selectedId_, faDayBookings, legend);
+  if (selectedStatus() == results::Complete) faDayBookings_Click();
 }
 
 }  // namespace vantry

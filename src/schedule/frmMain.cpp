@@ -1,9 +1,9 @@
 #include "schedule/frmMain.h"
 
 #include "frame/app.h"
-#include "lists/booking_sort.h"
 #include "lists/grids.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -11,10 +11,7 @@ namespace vantry {
 static constexpr int kTickMilliseconds = 1000;
 
 MainFrames::MainFrames(Form& form) {
-  for (int i = 1; i <= 4; ++i) fraMain.add(form);
-  for (int i = 1; i <= 6; ++i) fraView.add(form);
-  for (int i = 1; i <= 7; ++i) fraDaemon.add(form);
-  fraStaff.add(form);
+  for (const ViewRow& view : viewTable()) array(view.array).add(form);
 }
 
 ControlArray<Frame>& MainFrames::array(FrameArray which) {
@@ -41,40 +38,35 @@ frmMain::frmMain(App& app) : Form(app.windows, "frmMain"), app_(app) {
   StatusBar1.Panels(5).style = Panel::Style::Picture;
   StatusBar1.Panels(5).Picture = "lock";
   StatusBar1.Panels(5).Visible = false;
-  // What serves the views without being seen, or waits for its view to be built.
-  for (Control* control :
-       std::initializer_list<Control*>{&dtServerDate, &txtServerTime, &dtTempDate, &legendDelivery.lblCharged,
-                                       &legendDelivery.lblComplete, &legendDelivery.lblCanceled,
-                                       &legendDelivery.lblUnclaimed, &legendDelivery.lblOverdue})
-    control->Visible = false;
+  // These serve the views without being seen, or wait for their view.
+  setVisible(false, dtServerDate, txtServerTime, dtTempDate, legendDelivery.lblCharged,
+             legendDelivery.lblComplete, legendDelivery.lblCanceled, legendDelivery.lblUnclaimed,
+             legendDelivery.lblOverdue);
   dtTempDate.Value = app.clock.now().date;
   tmrDaemon.Interval = kTickMilliseconds;
   buildToolBar();
-  connectMenus();
-  connectTools();
+  connectCommands();
   connectViews();
+  connectBars();
   arrange();
 }
 
-MainParts frmMain::parts() {
-  return {app_, *this, menus, StatusBar1, dtServerDate, txtServerTime, dtTempDate};
+std::vector<std::unique_ptr<MainView>> frmMain::makeViews() {
+  const MainParts parts{app_,          *this,      menus,
+                        commands,      StatusBar1, dtServerDate,
+                        txtServerTime, dtTempDate, {lblSingleBookingColor, lblMultipleBookingsColor}};
+  std::vector<std::unique_ptr<MainView>> views;
+  for (const ViewRow& row : viewTable()) views.push_back(row.make(parts, frames.of(row), row));
+  return views;
 }
 
 void frmMain::Form_Load() {
   firstTime_ = true;
   app_.tools.PrepareForm(*this);
   HideFrames();
-  for (MenuItem* popup : {&menus.mnuPopupTools, &menus.mnuPopupGroup, &menus.mnuPopupMember,
-                          &menus.mnuPopupNewBooking, &menus.mnuPopupScheduler, &menus.mnuPopupBookings})
-    popup->Visible = false;
-  BuildDaemonFlexArray(faDaemon, ViewId::Conflict);
-  dayView.BuildBookingFlexArray();
-  staffView.BuildStaffFlexArray();
-  chargeView.load();
-  dischargeView.load();
-  quickDischargeView.load();
-  monthView.reset();
-  yearView.reset();
+  setVisible(false, menus.mnuPopupTools, menus.mnuPopupGroup, menus.mnuPopupMember, menus.mnuPopupNewBooking,
+             menus.mnuPopupScheduler, menus.mnuPopupBookings);
+  for (const auto& each : views_) each->load();
   lblView.BackColor = albStandard.BackColor;
   menus.mnuHelpWebSite1.Caption = app_.supportCaption;
   albDaemon.Visible = false;
@@ -83,15 +75,13 @@ void frmMain::Form_Load() {
 }
 
 void frmMain::HideFrames() {
-  lblSingleBookingColor.Visible = false;
-  lblMultipleBookingsColor.Visible = false;
-  for (const ViewRow& view : viewTable()) {
-    Frame& frame = frames.of(view);
+  setVisible(false, lblSingleBookingColor, lblMultipleBookingsColor);
+  for (const ViewRow& row : viewTable()) {
+    Frame& frame = frames.of(row);
     frame.Visible = false;
     frame.BorderStyle = 0;
     frame.Caption = "";
   }
-  faDaemon.Visible = false;
 }
 
 void frmMain::UpdateCalendars() {
@@ -115,7 +105,6 @@ void frmMain::showOperator(std::string_view operatorId) {
 
 void frmMain::takeColours() {
   const Preferences& p = app_.preferences;
-  dayView.legend.takeColours(p);
   legendDelivery.takeColours(p);
   const auto take = [&](Label& label, ListColour colour) {
     label.BackColor = p.back(colour);
@@ -128,35 +117,14 @@ void frmMain::takeColours() {
 
 void frmMain::applyPreferences(Applies what) {
   Load();  // the first use of a control loads the window
-  const Preferences& p = app_.preferences;
-  switch (what) {
-    case Applies::Nothing:
-      break;
-    case Applies::Legend: {
-      const bool shown[kLegendPlaces] = {p.DisplayCharged, p.DisplayCompleted, p.DisplayCanceled,
-                                         p.DisplayUnclaimed, p.DisplayOverdue};
-      for (int place = 0; place < kLegendPlaces; ++place) dayView.chkLegend(place).Value = shown[place];
-      break;
-    }
-    case Applies::ListBars:
-      albDaemon.BackgroundPicture = p.Background;
-      albStandard.BackgroundPicture = p.Background;
-      barMain.ToolTips = p.ToolTips;
-      arrange();
-      break;
-    case Applies::Colours:
-      takeColours();
-      break;
-    case Applies::Searches:
-      chargeView.cboChargeSearch.ListIndex = p.ChargeSearch;
-      dischargeView.cboDischargeSearch.ListIndex = p.DischargeSearch;
-      for (Grid* grid : {&dayView.faDayBookings, &chargeView.faChargeBookings,
-                         &dischargeView.faDischargeBookings, &staffView.faStaff}) {
-        SetGridMerge(*grid, p.MergeCells);
-        SetGridAutoSize(app_, *grid);
-      }
-      break;
+  if (what == Applies::ListBars) {
+    albDaemon.BackgroundPicture = app_.preferences.Background;
+    albStandard.BackgroundPicture = app_.preferences.Background;
+    barMain.ToolTips = app_.preferences.ToolTips;
+    arrange();
   }
+  if (what == Applies::Colours) takeColours();
+  for (const auto& each : views_) each->takePreferences(what);
 }
 
 void frmMain::StartStopTimer(bool start) {
@@ -164,47 +132,27 @@ void frmMain::StartStopTimer(bool start) {
   tmrDaemon.Enabled = start;
 }
 
-Grid* frmMain::visibleGrid() {
-  const std::pair<const Frame*, Grid*> grids[] = {{&frames.fraView(1), &dayView.faDayBookings},
-                                                  {&frames.fraView(4), &chargeView.faChargeBookings},
-                                                  {&frames.fraView(5), &dischargeView.faDischargeBookings},
-                                                  {&frames.fraStaff(1), &staffView.faStaff}};
-  for (const auto& [frame, grid] : grids) {
-    if (frame->Visible) return grid;
-  }
-  return nullptr;
+ReplyList* frmMain::visibleList() {
+  const ViewRow* shown = visibleView();
+  return shown ? view(shown->id).list() : nullptr;
 }
 
 void frmMain::mnuViewMergeCells_Click() {
   const bool on = !menus.mnuViewMergeCells.Checked;
   menus.mnuViewMergeCells.Checked = on;
   app_.preferences.MergeCells = on;
-  if (Grid* grid = visibleGrid()) SetGridMerge(*grid, on);
+  if (ReplyList* list = visibleList()) SetGridMerge(list->grid(), on);
 }
 
 void frmMain::mnuView_Click() {
   showStatus(2, "");
 }
 
-void frmMain::sortBookings(void (*sort)(Grid&)) {
-  if (frames.fraView(1).Visible) {
-    sort(dayView.faDayBookings);
-    dayView.forgetSelection();
-  } else if (frames.fraView(4).Visible) {
-    sort(chargeView.faChargeBookings);
-    chargeView.sorted();
-  } else if (frames.fraView(5).Visible) {
-    sort(dischargeView.faDischargeBookings);
-    dischargeView.sorted();
-  }
-}
-
-void frmMain::mnuPopupBookingSortAsc_Click() {
-  sortBookings(SortAscendingBookings);
-}
-
-void frmMain::mnuPopupBookingSortDesc_Click() {
-  sortBookings(SortDescendingBookings);
+void frmMain::sortList(SortOrder order) {
+  ReplyList* list = visibleList();
+  if (!list) return;
+  list->sort(order);
+  view(visibleView()->id).sorted();
 }
 
 }  // namespace vantry

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -11,7 +13,6 @@
 #include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
 #include "schedule/main_views.h"
-#include "schedule/monitor_grid.h"
 
 namespace vantry {
 
@@ -28,8 +29,8 @@ struct MainFrames {
   const Frame& of(const ViewRow& view) const { return const_cast<MainFrames*>(this)->of(view); }
 };
 
-/// The main window: holds every list of the program as a frame, of which one shows at a time, and composes
-/// the views, each a class of its own.
+/// The main window. It holds every list of the program as a frame, of which one shows at a time, and composes
+/// the views, each of which is a class of its own.
 class frmMain : public Form, public MainWindow {
   App& app_;
 
@@ -50,8 +51,8 @@ class frmMain : public Form, public MainWindow {
   void mnuModeStandard_Click() override;
   void mnuModeDaemon_Click() override;
   void StartStopTimer(bool start) override;
-  void refillStaff() override { staffView.refill(); }
-  void BuildMainTrees() override {}  // the trees stand with the inventory views
+  void refillStaff() override { staffView.refresh(); }
+  void BuildMainTrees() override {}  // the trees come with the inventory views
   void applyPreferences(Applies what) override;
   void GetBookingsForDate() override { dayView.GetBookingsForDate(); }
 
@@ -60,38 +61,43 @@ class frmMain : public Form, public MainWindow {
   void DisplayStandardDefaultView();
   void DisplayDaemonDefaultView();
   void barMain_ComboSelChange();
-  /// The one way into a view.
+  /// Shows a view. Every way to a view leads here.
   void showView(ViewId id);
-  void mnuViewMergeCells_Click();
   void mnuView_Click();
-  void mnuFileLogoff_Click();
-  void mnuFileExit_Click();
+  void mnuViewMergeCells_Click();
+  void mnuFileGetRequests_Click();
+  void mnuFileNewInvEquip_Click() { openNewRecord(kEquipment); }
+  void mnuFileNewInvGroup_Click() { openNewRecord(kGroup); }
+  void mnuFileNewInvRoom_Click() { openNewRecord(kRoom); }
+  void mnuFileNewInvMaint_Click() { openNewRecord(kMaintenance); }
   void mnuFileNewBooking_Click();
   void mnuFileNewBookingWiz_Click();
   void mnuFileNewPickup_Click();
+  void mnuFilePrintDetail_Click();
+  void mnuFilePrintDetailAll_Click();
   void mnuFilePrintListing_Click();
-  void mnuToolsOptions_Click();
-  void mnuToolsSearch_Click();
-  void mnuHelpTopics_Click();
-  void mnuHelpWebSite_Click(const MenuItem& entry);
-  void mnuHelpAbout_Click();
   void mnuFileLoginInfo_Click();
   void mnuFileChangePassword_Click();
-  void mnuPopupBookingsEdit_Click();
-  void mnuPopupBookingsDelete_Click();
-  void mnuPopupBookingsCancel_Click();
-  void mnuPopupBookingsCharge_Click();
-  void mnuPopupBookingsDischarge_Click();
-  void mnuPopupBookingSortAsc_Click();
-  void mnuPopupBookingSortDesc_Click();
+  void mnuFileLogoff_Click();
+  void mnuFileExit_Click();
+  void mnuToolsSearch_Click();
+  void mnuToolsCalendars_Click();
+  void mnuToolsOptions_Click();
+  void mnuHelpTopics_Click();
+  void mnuHelpWebSite_Click(int index);
+  void mnuHelpAbout_Click();
+  void mnuPopupBookingSortAsc_Click() { sortList(SortOrder::Ascending); }
+  void mnuPopupBookingSortDesc_Click() { sortList(SortOrder::Descending); }
 
   /// Keeps month and year on the day view's date.
   void UpdateCalendars();
 
   /// The view whose frame shows, or nullptr.
   const ViewRow* visibleView() const;
+  MainView& view(ViewId id) { return *views_[static_cast<std::size_t>(id)]; }
 
   MainMenus menus{*this};
+  MainCommands commands;
   ToolBar barMain{*this, "barMain"};
   ComboBox abView{*this, "abView"};
   ListBar albStandard{*this, "albStandard"};
@@ -105,50 +111,52 @@ class frmMain : public Form, public MainWindow {
   Timer tmrDaemon{*this, "tmrDaemon"};
   Label lblMultipleBookingsColor{*this, "lblMultipleBookingsColor", "Multiple bookings"};
   Label lblSingleBookingColor{*this, "lblSingleBookingColor", "Single booking"};
-
-  // The views.
-  DayView dayView{parts(), frames.fraView(1)};
-  MonthView monthView{parts(), frames.fraView(2), bookingColours()};
-  YearView yearView{parts(), frames.fraView(3), bookingColours()};
-  StaffView staffView{parts(), frames.fraStaff(1)};
-  Grid faDaemon{*this, "faDaemon"};  // of all views of the monitor
   LegendLabels legendDelivery{frames.fraDaemon(2), 1};
-  ChargeView chargeView{parts(), frames.fraView(4)};
-  DischargeView dischargeView{parts(), frames.fraView(5)};
-  QuickDischargeView quickDischargeView{parts(), frames.fraView(6)};
 
  private:
-  MainParts parts();
-  BookingColours bookingColours() { return {lblSingleBookingColor, lblMultipleBookingsColor}; }
-  void readView(ViewId id);
+  std::vector<std::unique_ptr<MainView>> makeViews();
+  std::vector<std::unique_ptr<MainView>> views_ = makeViews();  ///< in the order of the view table
+
+ public:
+  // The views that others know.
+  DayView& dayView = dynamic_cast<DayView&>(view(ViewId::Day));
+  MonthView& monthView = dynamic_cast<MonthView&>(view(ViewId::Month));
+  YearView& yearView = dynamic_cast<YearView&>(view(ViewId::Year));
+  StaffView& staffView = dynamic_cast<StaffView&>(view(ViewId::Staff));
+  ChargeView& chargeView = dynamic_cast<ChargeView&>(view(ViewId::Charge));
+  DischargeView& dischargeView = dynamic_cast<DischargeView&>(view(ViewId::Discharge));
+  QuickDischargeView& quickDischargeView = dynamic_cast<QuickDischargeView&>(view(ViewId::QuickDischarge));
+
+ private:
   void arrange();
   void buildToolBar();
   void buildListBars();
-  void connectMenus();
+  void connectCommands();
   void connectViews();
-  void connectTools();
+  void connectBars();
+  void listBarClicked(std::string_view key);
   void takeColours();
-  void disablePrintEntries();
+  void disablePrintCommands();
   void adjustViewEntries();
   void fillViewCombo(Mode mode);
   void runNewRecord();
-  void openNewBooking(int kind);
-  void secureWholeBar();
-  void secureNewRecords();
-  void secureInventory(int kind);
-  void secureBookings();
+  void openNewRecord(int kind);
+  void openNewBooking(int kind, bool pickUp = false);
+  void secureCommands();
   void closeWorkingWindows();
-  /// Tells which windows still stand; false when none but this one does.
+  /// Tells which windows are still open; false when none but this one is.
   bool tellOpenWindows(std::string_view sentence);
-  /// Runs a sort on the bookings that show.
-  void sortBookings(void (*sort)(Grid&));
-
-  /// The list of the view that shows, or nullptr.
-  Grid* visibleGrid();
+  /// Sorts the list that shows.
+  void sortList(SortOrder order);
+  /// Hands the entries of the view's popup menu to the view, and takes their own from the view before.
+  void linkPopupEntries(const ViewRow& shown);
+  /// The list that shows, or nullptr.
+  ReplyList* visibleList();
 
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
   const ViewRow* currentView_ = nullptr;
+  const ViewRow* linkedView_ = nullptr;  ///< to which the entries of its popup menu belong
 };
 
 }  // namespace vantry

@@ -1,7 +1,10 @@
-// Tool bar, list bars and menus: what each entry runs.
-#include "frame/app.h"
+// Menus, tool bar and list bars: what the window can do, and where it shows.
+#include <optional>
+
+#include "frame/secured_commands.h"
 #include "messaging/session_dialogs.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "records/records.h"
 #include "schedule/frmMain.h"
 
@@ -9,52 +12,154 @@ namespace vantry {
 
 namespace {
 
-constexpr int kToolNew = 100;
-constexpr int kToolOptions = 32776;
-constexpr int kToolSearch = 57636;
-constexpr int kToolHelp = 57630;
+using M = MainMenus;
+using C = MainCommands;
 
-/// Keys of the list bar's entries that are no views.
-constexpr std::string_view kNewBookingKey = "New Booking";
-constexpr std::string_view kWizardKey = "Booking Wizard";
-constexpr std::string_view kPickUpKey = "New Pick-Up";
+constexpr int kToolNew = 100;
+
+/// One command of the window: its handler, its menu entries, its tool and its right.
+struct CommandRow {
+  Command C::*command;
+  void (frmMain::*run)();
+  std::array<MenuItem M::*, 5> entries;
+  int tool = 0;           ///< id on the tool bar; 0 for none
+  const char* keys = "";  ///< of the first entry
+  std::optional<Right> right = {};
+};
+
+// clang-format off
+constexpr CommandRow kCommands[] = {
+    {&C::getRequests, &frmMain::mnuFileGetRequests_Click, {&M::mnuFileGetRequests}, 0, "F5"},
+    {&C::newEquipment, &frmMain::mnuFileNewInvEquip_Click, {&M::mnuFileNewInvEquip}, 301, "", Right::EQADD},
+    {&C::newGroup, &frmMain::mnuFileNewInvGroup_Click, {&M::mnuFileNewInvGroup}, 302, "", Right::EQADD},
+    {&C::newRoom, &frmMain::mnuFileNewInvRoom_Click, {&M::mnuFileNewInvRoom}, 303, "", Right::RMADD},
+    {&C::newMaintenance, &frmMain::mnuFileNewInvMaint_Click, {&M::mnuFileNewInvMaint}, 304, "", Right::EQMADD},
+    {&C::newBooking, &frmMain::mnuFileNewBooking_Click, {&M::mnuFileNewBooking, &M::mnuPopupNewBookingFreeform}, 202, "Ctrl+N", Right::BKADD},
+    {&C::newByWizard, &frmMain::mnuFileNewBookingWiz_Click, {&M::mnuFileNewBookingWiz, &M::mnuPopupNewBookingWizard}, 203, "Ctrl+W", Right::BKADD},
+    {&C::newPickup, &frmMain::mnuFileNewPickup_Click, {&M::mnuFileNewPickup, &M::mnuPopupNewBookingPickup}, 204, "Ctrl+K", Right::BKADD},
+    {&C::printDetail, &frmMain::mnuFilePrintDetail_Click, {&M::mnuFilePrintDetail, &M::mnuPopupBookingsPrintDetail, &M::mnuPopupToolsPrintDetail, &M::mnuPopupGroupPrintDetail, &M::mnuPopupSchedulerPrintDetail}},
+    {&C::printDetailAll, &frmMain::mnuFilePrintDetailAll_Click, {&M::mnuFilePrintDetailAll, &M::mnuPopupBookingsPrintDetailAll, &M::mnuPopupToolsPrintDetailAll, &M::mnuPopupGroupPrintDetailAll, &M::mnuPopupSchedulerPrintDetailAll}},
+    {&C::printListing, &frmMain::mnuFilePrintListing_Click, {&M::mnuFilePrintListing, &M::mnuPopupBookingsPrintListing, &M::mnuPopupToolsPrintListing, &M::mnuPopupGroupPrintListing, &M::mnuPopupSchedulerPrintListing}, 0, "Ctrl+P"},
+    {&C::loginInfo, &frmMain::mnuFileLoginInfo_Click, {&M::mnuFileLoginInfo}},
+    {&C::changePassword, &frmMain::mnuFileChangePassword_Click, {&M::mnuFileChangePassword}},
+    {&C::logOff, &frmMain::mnuFileLogoff_Click, {&M::mnuFileLogoff}},
+    {&C::exit, &frmMain::mnuFileExit_Click, {&M::mnuFileExit}},
+    {&C::mergeCells, &frmMain::mnuViewMergeCells_Click, {&M::mnuViewMergeCells}},
+    {&C::search, &frmMain::mnuToolsSearch_Click, {&M::mnuToolsSearch}, 57636, "Ctrl+F"},
+    {&C::calendars, &frmMain::mnuToolsCalendars_Click, {&M::mnuToolsCalendars}},
+    {&C::options, &frmMain::mnuToolsOptions_Click, {&M::mnuToolsOptions}, 32776},
+    {&C::standardMode, &frmMain::mnuModeStandard_Click, {&M::mnuModeStandard}},
+    {&C::monitorMode, &frmMain::mnuModeDaemon_Click, {&M::mnuModeDaemon}},
+    {&C::helpTopics, &frmMain::mnuHelpTopics_Click, {&M::mnuHelpTopics}, 57630, "F1"},
+    {&C::about, &frmMain::mnuHelpAbout_Click, {&M::mnuHelpAbout}},
+    {&C::sortAscending, &frmMain::mnuPopupBookingSortAsc_Click, {&M::mnuPopupBookingSortAsc, &M::mnuPopupToolsSortAscending, &M::mnuPopupGroupSortAscending, &M::mnuPopupSchedulerSortAsc}},
+    {&C::sortDescending, &frmMain::mnuPopupBookingSortDesc_Click, {&M::mnuPopupBookingSortDesc, &M::mnuPopupToolsSortDescending, &M::mnuPopupGroupSortDescending, &M::mnuPopupSchedulerSortDesc}},
+};
+// clang-format on
+
+/// An entry of a popup menu that the view which shows answers.
+struct PopupRow {
+  MenuItem M::*entry;
+  Command MainView::*command;
+};
+
+constexpr PopupRow kPopupEntries[] = {
+    {&M::mnuPopupBookingsNew, &MainView::create},     {&M::mnuPopupBookingsEdit, &MainView::edit},
+    {&M::mnuPopupBookingsDelete, &MainView::remove},  {&M::mnuPopupBookingsCancel, &MainView::cancel},
+    {&M::mnuPopupBookingsCharge, &MainView::charge},  {&M::mnuPopupBookingsDischarge, &MainView::discharge},
+    {&M::mnuPopupBookingsSort, &MainView::sort},      {&M::mnuPopupBookingsPrint, &MainView::print},
+    {&M::mnuPopupToolsNew, &MainView::create},        {&M::mnuPopupToolsEdit, &MainView::edit},
+    {&M::mnuPopupToolsDelete, &MainView::remove},     {&M::mnuPopupToolsSort, &MainView::sort},
+    {&M::mnuPopupToolsPrint, &MainView::print},       {&M::mnuPopupGroupNew, &MainView::create},
+    {&M::mnuPopupGroupEdit, &MainView::edit},         {&M::mnuPopupGroupDelete, &MainView::remove},
+    {&M::mnuPopupGroupSort, &MainView::sort},         {&M::mnuPopupGroupPrint, &MainView::print},
+    {&M::mnuPopupSchedulerEdit, &MainView::edit},     {&M::mnuPopupSchedulerCancel, &MainView::cancel},
+    {&M::mnuPopupSchedulerCharge, &MainView::charge}, {&M::mnuPopupSchedulerDischarge, &MainView::discharge},
+    {&M::mnuPopupSchedulerSort, &MainView::sort},     {&M::mnuPopupSchedulerPrint, &MainView::print},
+};
+
+/// A command in the list bar's group "Bookings".
+struct BarRow {
+  const char* caption;
+  const char* picture;
+  Command C::*command;
+};
+
+constexpr BarRow kBarCommands[] = {{"New Booking", "booking", &C::newBooking},
+                                   {"Booking Wizard", "wizard", &C::newByWizard},
+                                   {"New Pick-Up", "pickup", &C::newPickup}};
 
 }  // namespace
 
+void frmMain::connectCommands() {
+  for (const CommandRow& row : kCommands) {
+    Command& command = commands.*row.command;
+    on(command.Run, this, row.run);
+    const char* keys = row.keys;
+    for (MenuItem M::*entry : row.entries) {
+      if (entry) command.link(menus.*entry, std::exchange(keys, ""));
+    }
+    if (row.tool != 0) command.link(barMain.tool(row.tool));
+  }
+  on(commands.homePage.Run, this, &frmMain::mnuHelpWebSite_Click, 0);
+  on(commands.supportPage.Run, this, &frmMain::mnuHelpWebSite_Click, 1);
+  commands.homePage.link(menus.mnuHelpWebSite0);
+  commands.supportPage.link(menus.mnuHelpWebSite1);
+  commands.defaults.link(menus.mnuToolsDefaults);
+  disable(commands.defaults);  // a session has no defaults beside the options
+  on(menus.mnuView.Click, this, &frmMain::mnuView_Click);
+  on(barMain.tool(kToolNew).Click, this, &frmMain::runNewRecord);
+}
+
+void frmMain::connectViews() {
+  for (const ViewRow& row : viewTable()) on((menus.*row.menu).Click, this, &frmMain::showView, row.id);
+  on(dayView.UpdateCalendars, this, &frmMain::UpdateCalendars);
+  on(monthView.showDay, this, &frmMain::showView, ViewId::Day);
+  on(yearView.showDay, this, &frmMain::showView, ViewId::Day);
+}
+
+void frmMain::linkPopupEntries(const ViewRow& shown) {
+  const auto forEach = [this](const ViewRow& row, auto&& act) {
+    for (const PopupRow& popup : kPopupEntries) {
+      MenuItem& entry = menus.*popup.entry;
+      if (row.popup && entry.parent() == &(menus.*row.popup)) act(view(row.id).*popup.command, entry);
+    }
+  };
+  if (linkedView_) forEach(*linkedView_, [](Command& command, MenuItem& entry) { command.unlink(entry); });
+  forEach(shown, [](Command& command, MenuItem& entry) { command.link(entry); });
+  linkedView_ = &shown;
+}
+
+void frmMain::disablePrintCommands() {
+  disable(commands.printDetail, commands.printDetailAll, commands.printListing);
+  for (const auto& each : views_) disable(each->print);
+}
+
+void frmMain::secureCommands() {
+  const Rights& rights = app_.context.rights;
+  for (const CommandRow& row : kCommands) {
+    if (row.right) secure(rights, {{commands.*row.command, *row.right}});
+  }
+  for (const auto& each : views_) each->secure(rights);
+  const bool inventory = commands.newEquipment.Allowed || commands.newGroup.Allowed ||
+                         commands.newRoom.Allowed || commands.newMaintenance.Allowed;
+  menus.mnuFileNewInventory.Enabled = inventory;
+  // The button carries the menu of all new records; its own click asks for the right of the list that shows.
+  barMain.tool("abNew").Enabled = inventory || commands.newBooking.Allowed;
+}
+
+// Bars
+
 void frmMain::arrange() {
-  const LayoutNode views = Column{
-      lblView,
-      frames.fraMain(1),
-      frames.fraMain(2),
-      frames.fraMain(3),
-      frames.fraMain(4),
-      frames.fraView(1),
-      frames.fraView(2),
-      frames.fraView(3),
-      frames.fraView(4),
-      frames.fraView(5),
-      frames.fraView(6),
-      frames.fraDaemon(1),
-      frames.fraDaemon(2),
-      frames.fraDaemon(3),
-      frames.fraDaemon(4),
-      frames.fraDaemon(5),
-      frames.fraDaemon(6),
-      frames.fraDaemon(7),
-      faDaemon,
-      frames.fraStaff(1),
-      Row{lblSingleBookingColor, lblMultipleBookingsColor,
-          Stretch{}}}.share(1);
+  LayoutNode views = Column{lblView};
+  for (const ViewRow& row : viewTable()) views.children.emplace_back(frames.of(row));
+  views.children.push_back(Row{lblSingleBookingColor, lblMultipleBookingsColor, Stretch{}});
+  views.share(1);
   const int position = app_.preferences.Position;
   const LayoutNode middle =
       position == 1 ? Row{views, albStandard, albDaemon} : Row{albStandard, albDaemon, views};
-  if (position == 2) {
-    albStandard.Visible = false;
-    albDaemon.Visible = false;
-  } else {
-    albDaemon.Visible = app_.mode == Mode::Monitor;
-    albStandard.Visible = app_.mode != Mode::Monitor;
-  }
+  albDaemon.Visible = position != 2 && app_.mode == Mode::Monitor;
+  albStandard.Visible = position != 2 && app_.mode != Mode::Monitor;
   Layout = Column{barMain, middle.share(1), StatusBar1};
   tell(Aspect::Structure);
 }
@@ -72,191 +177,94 @@ void frmMain::buildToolBar() {
   barMain.addCombo("abView", "View:", abView);
   abView.AccessibleName = "View";
   barMain.addLine();
-  barMain.addButton(kToolSearch, "abSearch", "Search", "search");
-  barMain.addButton(kToolOptions, "abOptions", "Options", "options");
-  barMain.addButton(kToolHelp, "abHelp", "Help", "help");
+  barMain.addButton(57636, "abSearch", "Search", "search");
+  barMain.addButton(32776, "abOptions", "Options", "options");
+  barMain.addButton(57630, "abHelp", "Help", "help");
 }
 
+/// The views of an array that the operator may see, as a group of a list bar.
 static BarGroup barGroup(std::string caption, const MainMenus& menus, const Rights& rights,
-                         std::initializer_list<ViewId> views) {
+                         FrameArray array) {
   BarGroup group{std::move(caption), {}};
-  for (const ViewId id : views) {
-    const ViewRow& view = viewOf(id);
-    if (!maySee(rights, view)) continue;
-    const std::string text = plainCaption((menus.*view.menu).Caption.get());
-    group.entries.push_back({text, text, std::string(view.picture)});
+  for (const ViewRow& row : viewTable()) {
+    if (row.array != array || !maySee(rights, row)) continue;
+    const std::string text = plainCaption((menus.*row.menu).Caption.get());
+    group.entries.push_back({text, text, std::string(row.picture)});
   }
   return group;
 }
 
 void frmMain::buildListBars() {
   const Rights& rights = app_.context.rights;
-  const auto group = [&](const char* caption, std::initializer_list<ViewId> views) {
-    return barGroup(caption, menus, rights, views);
-  };
-  std::vector<BarGroup> standard = {
-      group("Inventory", {ViewId::Rooms, ViewId::Equipment, ViewId::Groups, ViewId::Maintenance}),
-      group("Schedule", {ViewId::Charge, ViewId::Discharge, ViewId::QuickDischarge, ViewId::Day,
-                         ViewId::Month, ViewId::Year}),
-      {"Bookings", {}},
-      group("Staffing", {ViewId::Staff})};
-  if (rights.has(Right::BKADD)) {
-    standard[2].entries = {{std::string(kNewBookingKey), "New Booking", "booking"},
-                           {std::string(kWizardKey), "Booking Wizard", "wizard"},
-                           {std::string(kPickUpKey), "New Pick-Up", "pickup"}};
+  BarGroup bookings{"Bookings", {}};
+  for (const BarRow& row : kBarCommands) {
+    if ((commands.*row.command).Allowed) bookings.entries.push_back({row.caption, row.caption, row.picture});
   }
-  albStandard.setGroups(std::move(standard));
-  albDaemon.setGroups(
-      {group("Schedule Monitor", {ViewId::Conflict, ViewId::Delivery, ViewId::Pickup, ViewId::RoomSchedules,
-                                  ViewId::LibRooms, ViewId::EquipmentList, ViewId::ItemList})});
+  albStandard.setGroups({barGroup("Inventory", menus, rights, FrameArray::Main),
+                         barGroup("Schedule", menus, rights, FrameArray::View), bookings,
+                         barGroup("Staffing", menus, rights, FrameArray::Staff)});
+  albDaemon.setGroups({barGroup("Schedule Monitor", menus, rights, FrameArray::Daemon)});
 }
 
-void frmMain::connectMenus() {
-  MainMenus& m = menus;
-  for (const ViewRow& view : viewTable()) (m.*view.menu).Click = [this, id = view.id] { showView(id); };
-  m.mnuView.Click = [this] { mnuView_Click(); };
-  m.mnuViewMergeCells.Click = [this] { mnuViewMergeCells_Click(); };
-  m.mnuModeStandard.Click = [this] { mnuModeStandard_Click(); };
-  m.mnuModeDaemon.Click = [this] { mnuModeDaemon_Click(); };
-  m.mnuFileLogoff.Click = [this] { mnuFileLogoff_Click(); };
-  m.mnuFileExit.Click = [this] { mnuFileExit_Click(); };
-  m.mnuFilePrintListing.Click = [this] { mnuFilePrintListing_Click(); };
-  m.mnuToolsOptions.Click = [this] { mnuToolsOptions_Click(); };
-  m.mnuToolsSearch.Click = [this] { mnuToolsSearch_Click(); };
-  m.mnuHelpTopics.Click = [this] { mnuHelpTopics_Click(); };
-  m.mnuHelpWebSite0.Click = [this] { mnuHelpWebSite_Click(menus.mnuHelpWebSite0); };
-  m.mnuHelpWebSite1.Click = [this] { mnuHelpWebSite_Click(menus.mnuHelpWebSite1); };
-  m.mnuHelpAbout.Click = [this] { mnuHelpAbout_Click(); };
-  m.mnuFileLoginInfo.Click = [this] { mnuFileLoginInfo_Click(); };
-  m.mnuFileChangePassword.Click = [this] { mnuFileChangePassword_Click(); };
-  m.mnuFileNewBooking.Click = m.mnuPopupNewBookingFreeform.Click = [this] { mnuFileNewBooking_Click(); };
-  m.mnuFileNewBookingWiz.Click = m.mnuPopupNewBookingWizard.Click = [this] { mnuFileNewBookingWiz_Click(); };
-  m.mnuFileNewPickup.Click = m.mnuPopupNewBookingPickup.Click = [this] { mnuFileNewPickup_Click(); };
-  const auto newRecord = [this](int kind) {
-    return [this, kind] {
-      app_.slots.source = kSourceMainWindow;
-      OpenRecordWindow(app_, kind, "");
-    };
-  };
-  m.mnuFileNewInvEquip.Click = newRecord(kEquipment);
-  m.mnuFileNewInvGroup.Click = newRecord(kGroup);
-  m.mnuFileNewInvRoom.Click = newRecord(kRoom);
-  m.mnuFileNewInvMaint.Click = newRecord(kMaintenance);
-  // Commands of windows that this floor only knows by name.
-  const auto command = [this](const char* name) { return [this, name] { app_.makers.run(name, app_); }; };
-  m.mnuFileGetRequests.Click = command("frmDaemonUpdate");
-  m.mnuFilePrintDetail.Click = m.mnuPopupBookingsPrintDetail.Click = command("PrintDetail");
-  m.mnuFilePrintDetailAll.Click = m.mnuPopupBookingsPrintDetailAll.Click = command("PrintDetailAll");
-  m.mnuPopupBookingsPrintListing.Click = [this] { mnuFilePrintListing_Click(); };
-  m.mnuToolsDefaults.Enabled = false;  // a session has no defaults beside the options
-  m.mnuToolsCalendars.Click = command("frmSched");
-  for (auto [entry, keys] :
-       std::initializer_list<std::pair<MenuItem*, const char*>>{{&m.mnuFileNewBooking, "Ctrl+N"},
-                                                                {&m.mnuFileNewBookingWiz, "Ctrl+W"},
-                                                                {&m.mnuFileNewPickup, "Ctrl+K"},
-                                                                {&m.mnuToolsSearch, "Ctrl+F"},
-                                                                {&m.mnuFilePrintListing, "Ctrl+P"},
-                                                                {&m.mnuHelpTopics, "F1"},
-                                                                {&m.mnuFileGetRequests, "F5"}})
-    entry->Shortcut = keys;
+void frmMain::connectBars() {
+  on(abView.Click, this, &frmMain::barMain_ComboSelChange);
+  albStandard.ItemClick = albDaemon.ItemClick = [this](std::string_view key) { listBarClicked(key); };
 }
 
-void frmMain::connectViews() {
-  MainMenus& m = menus;
-  m.mnuPopupBookingsNew.Click = [this] { dayView.cmdNewBooking_Click(); };
-  m.mnuPopupBookingsEdit.Click = [this] { mnuPopupBookingsEdit_Click(); };
-  m.mnuPopupBookingsDelete.Click = [this] { mnuPopupBookingsDelete_Click(); };
-  m.mnuPopupBookingsCancel.Click = [this] { mnuPopupBookingsCancel_Click(); };
-  m.mnuPopupBookingsCharge.Click = [this] { mnuPopupBookingsCharge_Click(); };
-  m.mnuPopupBookingsDischarge.Click = [this] { mnuPopupBookingsDischarge_Click(); };
-  m.mnuPopupBookingSortAsc.Click = [this] { mnuPopupBookingSortAsc_Click(); };
-  m.mnuPopupBookingSortDesc.Click = [this] { mnuPopupBookingSortDesc_Click(); };
-  dayView.UpdateCalendars = [this] { UpdateCalendars(); };
-  monthView.showDay = yearView.showDay = [this] { showView(ViewId::Day); };
-  dayView.newFreeForm = [this] { mnuFileNewBooking_Click(); };
-  dayView.newByWizard = [this] { mnuFileNewBookingWiz_Click(); };
-  dayView.newPickUp = [this] { mnuFileNewPickup_Click(); };
-  dayView.search = [this] { mnuToolsSearch_Click(); };
-  dayView.printListing = [this] { mnuFilePrintListing_Click(); };
+void frmMain::listBarClicked(std::string_view key) {
+  if (!app_.preferences.sounds[1].empty()) app_.desktop.playSound(app_.preferences.sounds[1]);
+  for (const BarRow& row : kBarCommands) {
+    if (row.caption == key) return (commands.*row.command).run();
+  }
+  for (const ViewRow& row : viewTable()) {
+    if (row.mode == app_.mode && plainCaption((menus.*row.menu).Caption.get()) == key)
+      return showView(row.id);
+  }
 }
 
-void frmMain::connectTools() {
-  barMain.ToolClick = [this](const Tool& tool) {
-    switch (tool.id) {
-      case kToolNew:
-        return runNewRecord();
-      case 202:
-        return mnuFileNewBooking_Click();
-      case 203:
-        return mnuFileNewBookingWiz_Click();
-      case 204:
-        return mnuFileNewPickup_Click();
-      case 301:
-        return raise(menus.mnuFileNewInvEquip.Click);
-      case 302:
-        return raise(menus.mnuFileNewInvGroup.Click);
-      case 303:
-        return raise(menus.mnuFileNewInvRoom.Click);
-      case 304:
-        return raise(menus.mnuFileNewInvMaint.Click);
-      case kToolOptions:
-        return mnuToolsOptions_Click();
-      case kToolSearch:
-        return mnuToolsSearch_Click();
-      case kToolHelp:
-        return raise(menus.mnuHelpTopics.Click);
-      default:
-        break;
-    }
-  };
-  abView.Click = [this] { barMain_ComboSelChange(); };
-  const auto clicked = [this](std::string_view key) {
-    if (!app_.preferences.sounds[1].empty()) app_.desktop.playSound(app_.preferences.sounds[1]);
-    if (key == kNewBookingKey) return mnuFileNewBooking_Click();
-    if (key == kWizardKey) return mnuFileNewBookingWiz_Click();
-    if (key == kPickUpKey) return mnuFileNewPickup_Click();
-    for (const ViewRow& view : viewTable()) {
-      if (view.mode == app_.mode && plainCaption((menus.*view.menu).Caption.get()) == key)
-        return showView(view.id);
-    }
-  };
-  albStandard.ItemClick = clicked;
-  albDaemon.ItemClick = clicked;
-}
+// New records
 
-/// The menu entry that makes a record of an inventory list's kind; it knows whether the rights allow it.
-static MenuItem& newRecordEntry(MainMenus& menus, int kind) {
-  MenuItem* const entries[] = {&menus.mnuFileNewInvEquip, &menus.mnuFileNewInvGroup, &menus.mnuFileNewInvRoom,
-                               &menus.mnuFileNewInvMaint};
-  return *entries[kind];
-}
-
+/// The view that shows knows its kind of record; the others make a booking as the operator prefers.
 void frmMain::runNewRecord() {
-  const int kind = intOf(lblView.Tag.get());
-  if (!lblView.Tag.get().empty() && kind >= kKindEquipment && kind <= kKindMaintenance)
-    return newRecordEntry(menus, kind).choose();
-  dayView.cmdNewBooking_Click();
+  MainView& shown = currentView_ ? view(currentView_->id) : dayView;
+  (shown.create.Run ? shown : dayView).create.run();
 }
 
-void frmMain::openNewBooking(int kind) {
+void frmMain::openNewRecord(int kind) {
+  OpenRecordWindow(app_, {kind, "", kSourceMainWindow});
+}
+
+void frmMain::openNewBooking(int kind, bool pickUp) {
   if (!app_.context.rights.has(Right::BKADD)) return;
-  app_.slots.source = kSourceMainWindow;
-  OpenRecordWindow(app_, kind, "");
+  RecordOpening opening(kind, "", kSourceMainWindow);
+  opening.pickUp = pickUp;
+  OpenRecordWindow(app_, opening);
 }
 
 void frmMain::mnuFileNewBooking_Click() {
-  app_.slots.newPickup = false;
   openNewBooking(kBooking);
 }
 
 void frmMain::mnuFileNewBookingWiz_Click() {
-  app_.slots.newPickup = false;
   openNewBooking(kWizard);
 }
 
 void frmMain::mnuFileNewPickup_Click() {
-  app_.slots.newPickup = true;
-  openNewBooking(kBooking);
+  openNewBooking(kBooking, true);
+}
+
+// Windows and commands of higher floors
+
+void frmMain::mnuFileGetRequests_Click() {
+  app_.makers.run("frmDaemonUpdate", app_);
+}
+
+void frmMain::mnuFilePrintDetail_Click() {
+  app_.makers.run("PrintDetail", app_);
+}
+
+void frmMain::mnuFilePrintDetailAll_Click() {
+  app_.makers.run("PrintDetailAll", app_);
 }
 
 void frmMain::mnuFilePrintListing_Click() {
@@ -270,16 +278,20 @@ void frmMain::mnuToolsOptions_Click() {
 }
 
 void frmMain::mnuToolsSearch_Click() {
-  app_.slots.searchFor = intOf(lblView.Tag.get());
+  app_.slots.searchFor = currentView_ ? searchCategoryOf(*currentView_) : kFindBookings;
   app_.makers.run("frmFind", app_);
+}
+
+void frmMain::mnuToolsCalendars_Click() {
+  app_.makers.run("frmSched", app_);
 }
 
 void frmMain::mnuHelpTopics_Click() {
   app_.desktop.showHelp(currentView_ ? currentView_->picture : "");
 }
 
-void frmMain::mnuHelpWebSite_Click(const MenuItem& entry) {
-  app_.tools.OpenWebSite(entry.Caption.get());
+void frmMain::mnuHelpWebSite_Click(int index) {
+  app_.tools.OpenWebSite((index == 0 ? menus.mnuHelpWebSite0 : menus.mnuHelpWebSite1).Caption.get());
 }
 
 void frmMain::mnuHelpAbout_Click() {
@@ -292,31 +304,6 @@ void frmMain::mnuFileLoginInfo_Click() {
 
 void frmMain::mnuFileChangePassword_Click() {
   PasswordDialog(app_.windows).Run(app_.session, app_.message, "All");
-}
-
-void frmMain::mnuPopupBookingsEdit_Click() {
-  if (frames.fraView(4).Visible) return chargeView.cmdCEdit_Click();
-  dayView.cmdEditBooking_Click();
-}
-
-void frmMain::mnuPopupBookingsDelete_Click() {
-  if (frames.fraView(4).Visible) return chargeView.cmdCDelete_Click();
-  dayView.cmdDeleteBooking_Click();
-}
-
-void frmMain::mnuPopupBookingsCancel_Click() {
-  if (frames.fraView(4).Visible) return chargeView.cmdCCancel_Click();
-  dayView.cmdCancelBooking_Click();
-}
-
-void frmMain::mnuPopupBookingsCharge_Click() {
-  if (frames.fraView(1).Visible) return dayView.cmdChargeDayView_Click();
-  if (frames.fraView(4).Visible) chargeView.cmdCCharge_Click();
-}
-
-void frmMain::mnuPopupBookingsDischarge_Click() {
-  if (frames.fraView(1).Visible) return dayView.cmdDischargeDayView_Click();
-  if (frames.fraView(5).Visible) dischargeView.cmdDDischarge_Click();
 }
 
 }  // namespace vantry

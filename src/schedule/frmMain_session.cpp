@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "frame/modMain.h"
+#include "records/search_window.h"
 #include "schedule/frmMain.h"
 
 namespace vantry {
@@ -9,11 +10,11 @@ namespace vantry {
 void frmMain::closeWorkingWindows() {
   for (int i = 0; i < windows().Count(); ++i) {
     Form& window = windows()[i];
-    if (window.Tag.get().empty()) continue;
-    window.WindowState = FormState::Normal;
+    const bool isWorking = !window.Tag.get().empty();
+    if (!isWorking && window.Name() != kSearchWindow) continue;
+    if (isWorking) window.WindowState = FormState::Normal;
     if (window.Unload()) --i;  // the collection has shrunk; it may refuse, over unsaved work
   }
-  app_.makers.run("frmFind.Unload", app_);
 }
 
 bool frmMain::tellOpenWindows(std::string_view sentence) {

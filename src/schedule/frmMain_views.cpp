@@ -25,8 +25,7 @@ void frmMain::mnuModeStandard_Click() {
   albDaemon.Visible = false;
   albStandard.Visible = app_.preferences.Position != 2;
   HideFrames();
-  barMain.tool("abSearch").Enabled = true;
-  menus.mnuToolsSearch.Enabled = true;
+  commands.search.Enabled = true;
   if (firstTime_) {
     SetFormSecurity(kKindWholeBar);
     firstTime_ = false;
@@ -45,8 +44,7 @@ void frmMain::mnuModeDaemon_Click() {
   albStandard.Visible = false;
   albDaemon.Visible = app_.preferences.Position != 2;
   HideFrames();
-  barMain.tool("abSearch").Enabled = false;
-  menus.mnuToolsSearch.Enabled = false;
+  commands.search.Enabled = false;
   menus.mnuFilePrint.Visible = true;
   buildListBars();
   fillViewCombo(Mode::Monitor);
@@ -74,19 +72,6 @@ void frmMain::DisplayDaemonDefaultView() {
   showView(view && view->mode == Mode::Monitor ? view->id : ViewId::Conflict);
 }
 
-void frmMain::disablePrintEntries() {
-  for (MenuItem* entry :
-       {&menus.mnuFilePrintDetail, &menus.mnuFilePrintDetailAll, &menus.mnuFilePrintListing,
-        &menus.mnuPopupToolsPrint, &menus.mnuPopupToolsPrintDetail, &menus.mnuPopupToolsPrintDetailAll,
-        &menus.mnuPopupToolsPrintListing, &menus.mnuPopupGroupPrint, &menus.mnuPopupGroupPrintDetail,
-        &menus.mnuPopupGroupPrintDetailAll, &menus.mnuPopupGroupPrintListing, &menus.mnuPopupSchedulerPrint,
-        &menus.mnuPopupSchedulerPrintDetail, &menus.mnuPopupSchedulerPrintDetailAll,
-        &menus.mnuPopupSchedulerPrintListing, &menus.mnuPopupBookingsPrint,
-        &menus.mnuPopupBookingsPrintDetail, &menus.mnuPopupBookingsPrintDetailAll,
-        &menus.mnuPopupBookingsPrintListing})
-    entry->Enabled = false;
-}
-
 /// Hides the entries of the other mode; those of this mode show as far as the rights go.
 void frmMain::adjustViewEntries() {
   const Mode mode = currentView_ ? currentView_->mode : Mode::Standard;
@@ -105,52 +90,26 @@ void frmMain::adjustViewEntries() {
 }
 
 void frmMain::showView(ViewId id) {
-  const ViewRow& view = viewOf(id);
+  const ViewRow& row = viewOf(id);
   HideFrames();
   showStatus(2, "");
-  disablePrintEntries();
+  disablePrintCommands();
   menus.mnuFilePrint.Visible = true;
-  frames.of(view).Visible = true;
-  currentView_ = &view;
+  frames.of(row).Visible = true;
+  currentView_ = &row;
+  linkPopupEntries(row);
   adjustViewEntries();
-  // Flips to the preference's own value, and so applies it to the grid that shows.
+  // Flips to the preference's own value, and so applies it to the list that shows.
   menus.mnuViewMergeCells.Checked = !app_.preferences.MergeCells;
   mnuViewMergeCells_Click();
-  lblView.Caption = view.heading.starts_with('=')
-                        ? std::string(view.heading.substr(1))
-                        : std::string(view.heading) + (menus.*view.menu).Caption.get();
-  lblView.Tag = std::to_string(view.kind);
-  abView.ListIndex = abView.indexOf(view.comboText);
-  ListBar& bar = view.mode == Mode::Monitor ? albDaemon : albStandard;
-  bar.CurrentItem = plainCaption((menus.*view.menu).Caption.get());
-  SetFormSecurity(view.kind);
-  const bool calendar = id == ViewId::Month || id == ViewId::Year;
-  lblSingleBookingColor.Visible = calendar;
-  lblMultipleBookingsColor.Visible = calendar;
-  readView(id);
-}
-
-void frmMain::readView(ViewId id) {
-  if (id == ViewId::Month || id == ViewId::Year) {
-    showStatus(2, "Requesting Data From Server...");
-    if (id == ViewId::Month) {
-      monthView.read();
-    } else {
-      yearView.read();
-    }
-    return;
-  }
-  if (id == ViewId::Staff) staffView.refill();
-  if (id == ViewId::Charge) chargeView.show();
-  if (id == ViewId::Discharge) dischargeView.show();
-  if (id == ViewId::QuickDischarge) quickDischargeView.show();
-  if (id != ViewId::Day) return;
-  // The day view keeps to the date that the calendars share; a new date reads the list by its own change.
-  if (dayView.dtViewBookings.Value.get() == dtTempDate.Value.get()) {
-    GetBookingsForDate();
-  } else {
-    dayView.dtViewBookings.Value = dtTempDate.Value;
-  }
+  lblView.Caption = row.heading.starts_with('=') ? std::string(row.heading.substr(1))
+                                                 : std::string(row.heading) + (menus.*row.menu).Caption.get();
+  lblView.Tag = std::to_string(row.kind);
+  abView.ListIndex = abView.indexOf(row.comboText);
+  ListBar& bar = row.mode == Mode::Monitor ? albDaemon : albStandard;
+  bar.CurrentItem = plainCaption((menus.*row.menu).Caption.get());
+  SetFormSecurity(row.kind);
+  view(id).open();
 }
 
 void frmMain::barMain_ComboSelChange() {

@@ -2,6 +2,7 @@
 
 #include "booking/modBooking_times.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -84,7 +85,7 @@ struct frmSched::Pane {
   ListBox lstExceptions;
 };
 
-frmSched::frmSched(App& app) : Form(app.windows, "frmSched"), app_(app) {
+frmSched::frmSched(App& app) : Form(app.windows, "frmSched"), app_(app), ask_(app.global, Name()) {
   Caption = "Booking Calendars";
   Tag = "Calendars";  // holds no work: it closes by itself at a log-off
   for (int index = 0; index < kTabs; ++index) {
@@ -92,13 +93,12 @@ frmSched::frmSched(App& app) : Form(app.windows, "frmSched"), app_(app) {
     tabSched.addTab(row.caption, row.toolTip);
     Frame& frame = fraSched.add(*this, row.caption, 0);
     auto& pane = panes_[static_cast<std::size_t>(index)] = std::make_unique<Pane>(frame, index);
-    pane->cboCalendar.Click = [this, index] { cboCalendar_Click(index); };
+    on(pane->cboCalendar.Click, this, &frmSched::cboCalendar_Click, index);
   }
-  for (Control* hidden : std::initializer_list<Control*>{&txtSTime, &txtETime, &dtDate})
-    hidden->Visible = false;
-  tabSched.Click = [this] { tabSched_Click(); };
+  setVisible(false, txtSTime, txtETime, dtDate);
+  on(tabSched.Click, this, &frmSched::tabSched_Click);
   cmdClose.Cancel = true;
-  cmdClose.Click = [this] { cmdClose_Click(); };
+  on(cmdClose.Click, this, &frmSched::cmdClose_Click);
   Layout = Column{tabSched, fraSched(0), fraSched(1), fraSched(2), Row{Stretch{}, cmdClose}};
 }
 
@@ -106,26 +106,16 @@ frmSched::~frmSched() = default;
 
 void frmSched::Form_Load() {
   app_.tools.PrepareForm(*this);
-  app_.global.BusyAllForms();
   tabSched_Click();
   for (int index = 0; index < kTabs; ++index) listCalendars(index);
   for (int index = 0; index < kTabs; ++index) selectCurrent(index);
-  app_.global.ReadyAllForms();
 }
 
 /// A list that fails stays empty and leaves the others usable.
 void frmSched::listCalendars(int index) {
-  app_.global.BusyAllForms();
   const auto place = static_cast<std::size_t>(index);
-  const std::string_view code = kTabRows[index].code;
   current_[place] = -1;
-  const int rc = app_.message.Send(code);
-  if (rc != 0) {
-    app_.global.ReadyAllForms();
-    app_.global.ReportRequestError(rc, code, Name());
-    warningBox(app_.desktop, "Could not retrieve calendars.");
-    return;
-  }
+  if (!ask_(kTabRows[index].code)) return warningBox(app_.desktop, "Could not retrieve calendars.");
   ComboBox& calendars = panes_[place]->cboCalendar;
   while (app_.message.NextRecord(tags::MCID)) {
     if (app_.message.Get(tags::MCCAL) == "Y") current_[place] = calendars.ListCount();
@@ -142,20 +132,12 @@ void frmSched::cboCalendar_Click(int index) {
   Pane& pane = *panes_[static_cast<std::size_t>(index)];
   const int chosen = pane.cboCalendar.ListIndex;
   if (chosen < 0) return;
-  app_.global.BusyAllForms();
-  app_.message.Add(tags::MCID, pane.cboCalendar.ItemData(chosen));
-  const int rc = app_.message.Send("GCDTL");
-  if (rc != 0) {
-    app_.global.ReadyAllForms();
-    app_.global.ReportRequestError(rc, "GCDTL", Name());
-    warningBox(app_.desktop, "Calendar not found!");
-    return;
-  }
+  if (!ask_("GCDTL", {{tags::MCID, pane.cboCalendar.ItemData(chosen)}}))
+    return warningBox(app_.desktop, "Calendar not found!");
   const std::string id = app_.message.Get(tags::MCID);
   showSpan(pane);
   showHours(pane);
   showExceptions(pane, id);
-  app_.global.ReadyAllForms();
 }
 
 void frmSched::showSpan(Pane& pane) {
@@ -187,12 +169,7 @@ std::string frmSched::hoursText(std::string_view open, std::string_view opens, s
 
 void frmSched::showExceptions(Pane& pane, std::string_view id) {
   pane.lstExceptions.Clear();
-  app_.message.Add(tags::MCID, id);
-  const int rc = app_.message.Send("GCALEX");
-  if (rc != 0) {
-    app_.global.ReadyAllForms();
-    return app_.global.ReportRequestError(rc, "GCALEX", Name());
-  }
+  if (!ask_("GCALEX", {{tags::MCID, id}})) return;
   const TagMessage& message = app_.message;
   while (app_.message.NextRecord(tags::EXDT)) {
     ServerTools::PutControlDate(message.Get(tags::EXDT), dtDate);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "frame/app.h"
+#include "messaging/ask.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
 #include "platform/tabs.h"
@@ -45,6 +46,7 @@ class frmSched : public Form {
   std::string hoursText(std::string_view open, std::string_view opens, std::string_view closes);
 
   App& app_;
+  Ask ask_;
   std::array<std::unique_ptr<Pane>, kTabs> panes_;
   std::array<int, kTabs> current_{};  ///< place of the calendar in force; -1 for none
 };

@@ -3,6 +3,15 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
+#include "circulation/quick_discharge_view.h"
+#include "inventory/staff_view.h"
+#include "schedule/calendar_view.h"
+#include "schedule/day_view.h"
+#include "schedule/monitor_view.h"
+#include "schedule/planned_view.h"
+
 namespace vantry {
 
 using M = MainMenus;
@@ -11,26 +20,36 @@ using enum FrameArray;
 static constexpr std::string_view kSchedule = " Booking Schedule - ";
 static constexpr std::string_view kMonitor = " Schedule Monitor - ";
 
+template <class View>
+static std::unique_ptr<MainView> make(const MainParts& parts, Frame& frame, const ViewRow&) {
+  return std::make_unique<View>(parts, frame);
+}
+/// A class that serves several rows.
+template <class View>
+static std::unique_ptr<MainView> makeOf(const MainParts& parts, Frame& frame, const ViewRow& view) {
+  return std::make_unique<View>(parts, frame, view);
+}
+
 // clang-format off
 static constexpr ViewRow kViews[] = {
-    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::RoomRights, kKindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms"},
-    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::EquipmentRights, kKindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment"},
-    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::EquipmentRights, kKindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups"},
-    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::MaintenanceRights, kKindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance"},
-    {ViewId::Charge, 13, View, 4, Mode::Standard, ViewNeeds::Charge, 13, &M::mnuViewScheduleCharge, "charge", "Schedule - Charge", kSchedule},
-    {ViewId::Discharge, 14, View, 5, Mode::Standard, ViewNeeds::Discharge, 14, &M::mnuViewScheduleDischarge, "discharge", "Schedule - Discharge", kSchedule},
-    {ViewId::QuickDischarge, kNoNumber, View, 6, Mode::Standard, ViewNeeds::Discharge, 15, &M::mnuViewScheduleQuickDischarge, "quick-discharge", "Schedule - Quick Discharge", kSchedule},
-    {ViewId::Day, 0, View, 1, Mode::Standard, ViewNeeds::Nothing, kKindBookings, &M::mnuViewScheduleDay, "day", "Schedule - Day View", kSchedule},
-    {ViewId::Month, 1, View, 2, Mode::Standard, ViewNeeds::Nothing, 10, &M::mnuViewScheduleMonth, "month", "Schedule - Month View", kSchedule},
-    {ViewId::Year, 2, View, 3, Mode::Standard, ViewNeeds::Nothing, 11, &M::mnuViewScheduleYear, "year", "Schedule - Year View", kSchedule},
-    {ViewId::Staff, 7, Staff, 1, Mode::Standard, ViewNeeds::Nothing, 12, &M::mnuViewStaff, "staff", "Staff", "= Staff"},
-    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor},
-    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor},
-    {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor},
-    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor},
-    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor},
-    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor},
-    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor},
+    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::RoomRights, kKindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms", &M::mnuPopupTools, makeOf<PlannedView>},
+    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::EquipmentRights, kKindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment", &M::mnuPopupTools, makeOf<PlannedView>},
+    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::EquipmentRights, kKindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups", &M::mnuPopupGroup, makeOf<PlannedView>},
+    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::MaintenanceRights, kKindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance", &M::mnuPopupTools, makeOf<PlannedView>},
+    {ViewId::Charge, 13, View, 4, Mode::Standard, ViewNeeds::Charge, 13, &M::mnuViewScheduleCharge, "charge", "Schedule - Charge", kSchedule, &M::mnuPopupBookings, make<ChargeView>},
+    {ViewId::Discharge, 14, View, 5, Mode::Standard, ViewNeeds::Discharge, 14, &M::mnuViewScheduleDischarge, "discharge", "Schedule - Discharge", kSchedule, &M::mnuPopupBookings, make<DischargeView>},
+    {ViewId::QuickDischarge, kNoNumber, View, 6, Mode::Standard, ViewNeeds::Discharge, 15, &M::mnuViewScheduleQuickDischarge, "quick-discharge", "Schedule - Quick Discharge", kSchedule, nullptr, make<QuickDischargeView>},
+    {ViewId::Day, 0, View, 1, Mode::Standard, ViewNeeds::Nothing, kKindBookings, &M::mnuViewScheduleDay, "day", "Schedule - Day View", kSchedule, &M::mnuPopupBookings, make<DayView>},
+    {ViewId::Month, 1, View, 2, Mode::Standard, ViewNeeds::Nothing, 10, &M::mnuViewScheduleMonth, "month", "Schedule - Month View", kSchedule, nullptr, make<MonthView>},
+    {ViewId::Year, 2, View, 3, Mode::Standard, ViewNeeds::Nothing, 11, &M::mnuViewScheduleYear, "year", "Schedule - Year View", kSchedule, nullptr, make<YearView>},
+    {ViewId::Staff, 7, Staff, 1, Mode::Standard, ViewNeeds::Nothing, 12, &M::mnuViewStaff, "staff", "Staff", "= Staff", nullptr, make<StaffView>},
+    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, makeOf<PlannedView>},
+    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, makeOf<PlannedView>},
 };
 // clang-format on
 
@@ -47,6 +66,23 @@ const ViewRow* viewOfNumber(int number) {
   const auto found = std::find_if(std::begin(kViews), std::end(kViews),
                                   [&](const ViewRow& v) { return v.number == number; });
   return found == std::end(kViews) ? nullptr : &*found;
+}
+
+std::optional<Subject> subjectOf(const ViewRow& view) {
+  if (view.array != FrameArray::Main) return std::nullopt;
+  switch (view.kind) {
+    case kKindRooms:
+      return Subject::Rooms;
+    case kKindMaintenance:
+      return Subject::Maintenance;
+    default:
+      return Subject::Equipment;
+  }
+}
+
+SearchCategory searchCategoryOf(const ViewRow& view) {
+  if (view.array != FrameArray::Main) return kFindBookings;
+  return static_cast<SearchCategory>(kFindEquipment + view.kind);
 }
 
 bool maySee(const Rights& rights, const ViewRow& view) {
@@ -70,7 +106,7 @@ bool maySee(const Rights& rights, const ViewRow& view) {
 std::string plainCaption(std::string_view caption) {
   std::string text;
   for (std::size_t i = 0; i < caption.size(); ++i) {
-    if (caption[i] == '&' && ++i == caption.size()) break;  // "&&" stands for one "&"
+    if (caption[i] == '&' && ++i == caption.size()) break;  // "&&" is one "&"
     text += caption[i];
   }
   return text;

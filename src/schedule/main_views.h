@@ -1,16 +1,17 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "frame/app.h"
-#include "frame/main_menus.h"
+#include "lists/main_view.h"
 
 namespace vantry {
 
-/// The views of the main window. Each has one row in the table that drives its frame, menu entry, list bar
-/// entry, place in the view combo and heading.
+/// The views of the main window. Each has one row in the table that drives its class, frame, menu entry, list
+/// bar entry, place in the view combo and heading.
 enum class ViewId {
   Rooms,
   Equipment,
@@ -32,13 +33,14 @@ enum class ViewId {
   ItemList
 };
 
-/// The arrays of frames, of which one frame shows at a time.
+/// The arrays of frames, of which one frame shows at a time. Each has a group of the list bars.
 enum class FrameArray { Main, View, Daemon, Staff };
+inline constexpr int kFrameArrays = 4;
 
 /// What an operator needs to see a view.
 enum class ViewNeeds { Nothing, EquipmentRights, MaintenanceRights, RoomRights, Charge, Discharge };
 
-/// A view without a number cannot be the first one, and is not remembered as the last.
+/// A view without a number cannot be the first one and is not remembered as the last.
 inline constexpr int kNoNumber = -1;
 
 struct ViewRow {
@@ -52,7 +54,9 @@ struct ViewRow {
   MenuItem MainMenus::*menu;
   std::string_view picture;  ///< name of its icon, and of its help page
   std::string_view comboText;
-  std::string_view heading;  ///< what stands before the menu entry's caption; with "=" the whole heading
+  std::string_view heading;    ///< what precedes the menu entry's caption; with "=" the whole heading
+  MenuItem MainMenus::*popup;  ///< of its list, or nullptr
+  std::unique_ptr<MainView> (*make)(const MainParts& parts, Frame& frame, const ViewRow& view);
 };
 
 /// In the order of the view combo.
@@ -60,6 +64,11 @@ struct ViewRow {
 [[nodiscard]] const ViewRow& viewOf(ViewId id);
 /// The row of a view number, or nullptr.
 [[nodiscard]] const ViewRow* viewOfNumber(int number);
+
+/// The subject of an inventory view.
+[[nodiscard]] std::optional<Subject> subjectOf(const ViewRow& view);
+/// What the search window looks for when it is opened from the view.
+[[nodiscard]] SearchCategory searchCategoryOf(const ViewRow& view);
 
 [[nodiscard]] bool maySee(const Rights& rights, const ViewRow& view);
 

@@ -5,7 +5,7 @@
 namespace vantry {
 
 /// Fills in every window and command of this program that is opened from a floor below it, by its kind or
-/// name. What is missing here goes to `Makers::notBuilt`.
+/// name. `Makers::notBuilt` hears of what is missing here.
 void fillMakers(Makers& makers);
 
 }  // namespace vantry

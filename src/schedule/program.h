@@ -5,6 +5,7 @@
 #include "circulation/circulation_dialogs.h"
 #include "frame/app.h"
 #include "schedule/frmMain.h"
+#include "schedule/missing_reports.h"
 
 namespace vantry {
 
@@ -20,6 +21,7 @@ class Program {
 
  private:
   CirculationDialogs circulation_;
+  MissingReports reports_;
 };
 
 }  // namespace vantry

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "booking/booking_form.h"
+#include "booking/booking_parts.h"
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
 #include "support/desk.h"
@@ -52,19 +52,23 @@ struct BookingTest : testing::Test {
 
 /// A window with what editor and wizard have in common.
 struct TestWindow : Form {
-  explicit TestWindow(App& app) : Form(app.windows, "frmTest"), times(app, fraTimes, record) {
-    BuildMediaGrid(faMedia);
-    BuildEquipmentTrees(tvwOtherEquipment, tvwEquipment);
+  explicit TestWindow(App& program)
+      : Form(program.windows, "frmTest"),
+        parts(program, {fraRequester, fraTimes, fraMedia, fraPlace, fraEquipment}) {
     Load();
   }
-  BookingRecord record;
+  Frame fraRequester{*this, "fraRequester"};
   Frame fraTimes{*this, "fraTimes"};
-  TimesPanel times;
-  Grid faMedia{*this, "faMedia"};
-  Tree tvwOtherEquipment{*this, "tvwOtherEquipment"};
-  Tree tvwEquipment{*this, "tvwEquipment"};
+  Frame fraMedia{*this, "fraMedia"};
+  Frame fraPlace{*this, "fraPlace"};
+  Frame fraEquipment{*this, "fraEquipment"};
+  BookingParts parts;
+  BookingRecord& record = parts.record;
+  TimesPanel& times = parts.times;
+  Grid& faMedia = parts.media.faMedia;
+  Tree& tvwOtherEquipment = parts.equipment.tvwOtherEquipment;
+  Tree& tvwEquipment = parts.equipment.tvwEquipment;
 
-  BookingForm form(App& app) { return {app, *this, times, faMedia, tvwOtherEquipment, tvwEquipment}; }
   void addMedia(std::string bib, std::string holdings, std::string item, std::string type) {
     const int row = faMedia.Rows;
     faMedia.Rows = row + 1;

@@ -5,6 +5,7 @@
 #include "frame/app.h"
 #include "records/records.h"
 #include "records/search_window.h"
+#include "support/noted_reports.h"
 
 namespace vantry::test {
 
@@ -48,7 +49,8 @@ struct ScriptedCirculation : CirculationWindows {
 struct EditorTest : BookingTest {
   CountingMain main{app};
   ScriptedCirculation circulation;
-  std::vector<std::string> printed;  ///< titles of the windows whose confirmation was printed
+  NotedReports reports;
+  std::vector<std::string>& printed = reports.confirmations;
 
   EditorTest() {
     app.setMain(main);
@@ -57,14 +59,11 @@ struct EditorTest : BookingTest {
     app.makers.addWindow(std::string(kSearchWindow), [](App& program) {
       return std::make_unique<Form>(program.windows, std::string(kSearchWindow));
     });
-    app.makers.addCommand("PrintConfirmation", [this](App& program) {
-      printed.push_back(program.booking.confirmationForm->Caption);
-    });
+    app.setReports(reports);
     grant({Right::BKADD, Right::BKUPD, Right::BKCAN, Right::BKV, Right::BKCHA, Right::BKDIS, Right::OVITM,
            Right::OVOTR, Right::RMADD, Right::RMV});
     app.context.allLocations = {{"Main Desk", "3", ""}, {"Branch", "4", ""}};
     app.context.staff = {{"51", "Stone, Sam", true}, {"52", "Gone, Gil", false}};
-    app.slots.source = kSourceMainWindow;
   }
 
   /// The newest editor.
@@ -80,7 +79,14 @@ struct EditorTest : BookingTest {
     return count;
   }
   frmBooking& openNew() {
-    OpenRecordWindow(app, kBooking, "");
+    OpenRecordWindow(app, {kBooking, "", kSourceMainWindow});
+    return editor();
+  }
+
+  frmBooking& openPickUp() {
+    RecordOpening opening(kBooking, "", kSourceMainWindow);
+    opening.pickUp = true;
+    OpenRecordWindow(app, opening);
     return editor();
   }
 
@@ -109,7 +115,6 @@ struct EditorTest : BookingTest {
   /// The first delivery room is chosen as soon as its list stands.
   void expectRoomsOfRequester() {
     server.expect("GDRM", "ADBK=N PGID=2").replies("RID=40 RNM=Hall\nRID=41 RNM=Lab");
-    server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
     server.expect("GETREQP", "RID=40 BRTY=1");
     server.expect("GLSRM", "ADBK=N PGID=2").replies("RID=60 RNM=Studio");
   }
@@ -131,7 +136,7 @@ struct EditorTest : BookingTest {
   }
   frmBooking& openSeven(std::string_view others = {}) {
     expectLoad(others);
-    OpenRecordWindow(app, kBooking, "7");
+    OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
     server.checkAllCame();
     return editor();
   }

@@ -202,7 +202,6 @@ TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
     server.expect("FIND", "SRCHTAG=17 SRCHVAL=P31 SRCHFOR=6 SRCHLOC=5 SRCHOP=")
         .replies(std::string("PID=31 PLN=Ink BSI=1 PGID=") + group);
     server.expect("GDRM", std::string("ADBK=N PGID=") + group).replies("RID=40 RNM=Hall");
-    server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
     server.expect("GETREQP", "RID=40 BRTY=1").replies("EID=70 EIU=N ENO=N70 ETY=Screen");
     server.expect("GLSRM", std::string("ADBK=N PGID=") + group);
     server.expect("VALRP", std::string("PID=31 PGID=") + group + " PUP=N").fails(108);
@@ -227,7 +226,6 @@ TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
   scan(requester, "P31");
   // A booking that becomes administrative has no requester who changes.
   server.expect("GDRM", "ADBK=Y PGID=0").replies("RID=40 RNM=Hall");
-  server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
   server.expect("GETREQP", "RID=40 BRTY=1");
   server.expect("GLSRM", "ADBK=Y PGID=0");
   window.requester.chkAdminBooking.toggle();
@@ -255,7 +253,6 @@ TEST_F(EditorPatrons, ThePickUpPatronIsValidatedForItself) {
 TEST_F(EditorPatrons, AnAdministrativeBookingHasNoRequester) {
   requester.text.type("P31");
   server.expect("GDRM", "ADBK=Y PGID=0").replies("RID=40 RNM=Hall");
-  server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40");
   server.expect("GETREQP", "RID=40 BRTY=1");
   server.expect("GLSRM", "ADBK=Y PGID=0");
   window.requester.chkAdminBooking.toggle();

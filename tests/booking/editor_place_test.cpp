@@ -105,16 +105,7 @@ TEST_F(EditorPlace, ARoomListThatFailsLeavesTheOther) {
   server.expect("GDRM", "ADBK=N PGID=2").fails(1);
   desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
   server.expect("GLSRM", "ADBK=N PGID=2").replies("RID=60 RNM=Studio");
-  const BookingForm form{app,
-                         window,
-                         window.times,
-                         window.media.faMedia,
-                         window.equipment.tvwOtherEquipment,
-                         window.equipment.tvwEquipment,
-                         &window.media,
-                         &window.equipment,
-                         &place};
-  LoadRoomCombos(form, "N", 2);
+  LoadRoomCombos(window.parts, "N", 2);
   EXPECT_EQ(place.cboDeliveryRoom.ListCount(), 0);
   EXPECT_EQ(place.cboLibSchedRoom.ListCount(), 1);
   EXPECT_EQ(place.cboLibSchedRoom.ListIndex, -1) << "only the chosen option takes its first room";

@@ -45,9 +45,7 @@ struct Equipment : ThingsTest {
     });
   }
   void reachLimit() { window.record.EquipmentLimit = window.record.EquipmentCount; }
-  bool hold(const EquipmentPiece& piece) {
-    return AddPieceNode(window.form, window.record, piece, kPieceAddedTwice);
-  }
+  bool hold(const EquipmentPiece& piece) { return AddPieceNode(window.parts, piece, kPieceAddedTwice); }
   std::string specific() { return below(panel.tvwOtherEquipment, roots::Specific); }
   std::string inRoom() { return below(panel.tvwOtherEquipment, roots::InRoom); }
   std::string required() { return below(panel.tvwEquipment, roots::MediaTypes); }
@@ -373,7 +371,7 @@ TEST_F(Pick, ATypeIsCheckedBeforeItsWindowCloses) {
 struct Required : Equipment {
   void require(const char* media, const char* reply) {
     server.expect("ITMEQS", std::string("MTID=") + media + " PGID=2 ADBK=N").replies(reply);
-    AddMediaEquipmentTypes(window.form, media, window.record);
+    AddMediaEquipmentTypes(window.parts, media);
   }
   Required() {
     require("5", "head: MTY=DVD | ETI=31 ETY=Player | ETI=32 ETY=Screen");
@@ -423,8 +421,8 @@ TEST_F(Required, WhatIsRefusedStaysUnticked) {
 }
 
 TEST_F(Required, LoadingMarksWithoutARequest) {
-  MarkRequiredEquipment(window.form, requiredTypeKey("5", "32"), window.record);
-  MarkRequiredEquipment(window.form, requiredTypeKey("9", "32"), window.record);
+  MarkRequiredEquipment(window.parts, requiredTypeKey("5", "32"));
+  MarkRequiredEquipment(window.parts, requiredTypeKey("9", "32"));
   EXPECT_EQ(required(), tree("1", "5", "1", "1"));
   EXPECT_EQ(window.record.EquipmentCount, 1);
   require("5", "head: MTY=DVD | ETI=31 ETY=Player | ETI=33 ETY=Lamp");  // it stands already
@@ -440,27 +438,38 @@ TEST_F(Equipment, AChangeOfRoomListsItsEquipmentAnew) {
       .replies(
           "EID=21 EIU=N BNO=B7 ENO=S-1 ETY=Screen ESDS=Clean | EID=22 EIU=Y BNO=B8 ETY=TV_VCRs ESDS=Damaged |"
           "EID=11 EIU=N BNO=B1 ETY=Projector");
-  BuildEquipmentTab(window.form, window.record);
+  BuildEquipmentTab(window.parts);
   EXPECT_EQ(inRoom(),
             "FirstRoot In-Room Equipment\n 21 B7 [Screen] [No] [Clean]\n -22 B8 [TV_VCRs] [Yes] [Damaged]\n");
   EXPECT_TRUE(panel.tvwOtherEquipment.find(roots::InRoom)->expanded);
   EXPECT_EQ(window.record.EquipmentCount, 1) << "what is there need not be booked";
-  EXPECT_TRUE(CheckEmptyBooking(window.form));
+  EXPECT_TRUE(CheckEmptyBooking(window.parts));
 
   server.expect("GETREQP", "RID=40 BRTY=1").fails(108);
   desktop.expectWarning("Barcode is not active!");
-  BuildEquipmentTab(window.form, window.record);
+  BuildEquipmentTab(window.parts);
   window.record.RoomId = 0;
-  BuildEquipmentTab(window.form, window.record);
+  BuildEquipmentTab(window.parts);
   EXPECT_EQ(inRoom(), "FirstRoot In-Room Equipment\n");
+}
+
+TEST_F(Equipment, APieceThatTheRoomTookAwayCannotBeViewedAnyLonger) {
+  grant({Right::EQV});
+  server.expect("GETREQP", "RID=40 BRTY=1").replies("EID=21 EIU=N BNO=B7 ETY=Screen");
+  BuildEquipmentTab(window.parts);
+  panel.tvwOtherEquipment.click("21");
+  ASSERT_TRUE(panel.cmdViewEquipment.Enabled);
+  window.record.RoomId = 0;
+  BuildEquipmentTab(window.parts);
+  EXPECT_FALSE(panel.cmdViewEquipment.Enabled);
 }
 
 TEST_F(Equipment, OnlyWhatWasAddedCanBeRemoved) {
   Tree& pieces = panel.tvwOtherEquipment;
   server.expect("GETREQP", "RID=40 BRTY=1").replies("EID=21 EIU=N BNO=B7 ETY=Screen");
-  BuildEquipmentTab(window.form, window.record);
+  BuildEquipmentTab(window.parts);
   ASSERT_TRUE(hold({"12", "B2", "TV_VCRs", "Y", ""}));
-  ASSERT_TRUE(AddTypeNode(window.form, window.record, "33", "Lamp"));
+  ASSERT_TRUE(AddTypeNode(window.parts, "33", "Lamp"));
   EXPECT_EQ(window.record.EquipmentCount, 2);
   struct Case {
     const char* key;
@@ -485,7 +494,7 @@ TEST_F(Equipment, OnlyWhatWasAddedCanBeRemoved) {
   panel.cmdRemoveEquipmentType.press();
   EXPECT_EQ(types(), kTypes);
   EXPECT_EQ(window.record.EquipmentCount, 0);
-  EXPECT_FALSE(CheckEmptyBooking(window.form));
+  EXPECT_FALSE(CheckEmptyBooking(window.parts));
   EXPECT_EQ(window.changes, 2);
 }
 

@@ -78,9 +78,9 @@ TEST_F(Media, TheSameItemAgainAddsNothingAndSaysNothing) {
   add();
   EXPECT_EQ(window.mediaRows().size(), 1u);
   EXPECT_EQ(window.changes, 1);
-  EXPECT_TRUE(IsMediaInBooking("10", "20", "30", "5", window.form));
-  EXPECT_FALSE(IsMediaInBooking("10", "20", "0", "5", window.form)) << "a wish for any item is another row";
-  EXPECT_FALSE(IsMediaInBooking("10", "20", "30", "6", window.form));
+  EXPECT_TRUE(IsMediaInBooking("10", "20", "30", "5", window.parts));
+  EXPECT_FALSE(IsMediaInBooking("10", "20", "0", "5", window.parts)) << "a wish for any item is another row";
+  EXPECT_FALSE(IsMediaInBooking("10", "20", "30", "6", window.parts));
 }
 
 TEST_F(Media, AFailedLookUpOfABarcodeAddsNothing) {
@@ -329,7 +329,7 @@ TEST_F(Search, TheLevelOfANodeTellsHowWideTheWishIs) {
               "  10|20|30 Item [] [] [DVD] [v.1] [1999] [3] [Main]\n"
               "  10|20|31 Item [] [] [DVD] [] [] [4] [Main]\n");
     EXPECT_EQ(inWords(*items.tvwMediaItems.Roots()[1]), "11|0|0 Birds\n 11|21|0 Holdings [East] [QL 676]\n");
-    EXPECT_FALSE(items.cmdSelect.Enabled);
+    EXPECT_FALSE(items.cmdSelect.Enabled) << "there are two titles";
     items.tvwMediaItems.selectKeys({"10|20|30"});
     items.tvwMediaItems.selectKeys({"10|20|0", "10|20|30"});
     items.tvwMediaItems.selectKeys({"10|0|0", "10|20|0", "10|20|30"});
@@ -339,17 +339,28 @@ TEST_F(Search, TheLevelOfANodeTellsHowWideTheWishIs) {
   expectUsage();
   expectHoldings();
   expectNoEquipment();
-  server.expect("GMTYP").replies("MTID=5 MTY=DVD");
   expectUsage("BOOKID=7 MTID=5 PGID=2 RID=40 MI=20 IM=0");
   expectHoldings();
   expectNoEquipment();
-  server.expect("GMTYP").replies("MTID=5 MTY=DVD");
   expectUsage("BOOKID=7 MTID=5 PGID=2 RID=40 MI=0 IM=0");
   expectNoEquipment();
   panel.cmdSearchMedia.press();
   EXPECT_EQ(window.mediaRows(), (std::vector<std::string>{kBeesRow, "10|20|0|5|Bees|DVD|Main||QL 560|||",
                                                           "10|0|0|5|Bees|DVD||||||"}));
   EXPECT_EQ(window.record.ItemCount, 3);
+}
+
+TEST_F(Search, TheOneTitleThatWasFoundIsChosenAlready) {
+  expectSearch({"B10"});
+  server.expect("GBHI", "BI=10 MI=0").replies("BI=10 MI=20 IM=30 TITL=Bees MTID=5 MTY=DVD");
+  desktop.expectModalWindow<frmMultItems>("frmMultItems", [](frmMultItems& items) {
+    EXPECT_EQ(items.tvwMediaItems.SelectedKey.get(), "10|0|0");
+    items.cmdSelect.press();
+  });
+  expectUsage("BOOKID=7 MTID=5 PGID=2 RID=40 MI=0 IM=0");
+  expectNoEquipment();
+  panel.cmdSearchMedia.press();
+  EXPECT_EQ(window.mediaRows(), std::vector<std::string>{"10|0|0|5|Bees|DVD||||||"});
 }
 
 TEST_F(Search, AFailureStopsOnlyItsOwnThing) {
@@ -373,7 +384,7 @@ TEST_F(Search, AFailureStopsOnlyItsOwnThing) {
 TEST_F(Media, ATypeLeavesTheTreeWithItsLastRow) {
   const auto addRow = [&](const char* item, const char* type) {
     MediaThing thing{"10", "20", item, {type, "T"}, "Bees", "", "", "", "", "", ""};
-    AddMediaRow(window.form, thing);
+    AddMediaRow(window.parts, thing);
     ++window.record.ItemCount;
   };
   addRow("30", "5");
@@ -386,7 +397,7 @@ TEST_F(Media, ATypeLeavesTheTreeWithItsLastRow) {
     TestWindow::add(types, mediaTypeKey(type), requiredTypeKey(type, type == std::string("5") ? "31" : "32"),
                     kChecked);
   }
-  RefreshMediaEquipment(window.form, window.record);
+  RefreshMediaEquipment(window.parts);
   EXPECT_EQ(window.record.EquipmentCount, 2);
   panel.cmdRemoveMedia.press();
   EXPECT_EQ(window.record.ItemCount, 3) << "no row is selected";
@@ -411,12 +422,12 @@ TEST_F(Media, ATypeLeavesTheTreeWithItsLastRow) {
 TEST_F(Media, AStoredRowAsksForItsDetails) {
   expectDetails();
   expectHoldings();
-  AddStoredMediaRow(window.form, {"10", "20", "30", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
+  AddStoredMediaRow(window.parts, {"10", "20", "30", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
   server.expect("GMD", "MI=20 BI=10").replies("MI=20 CN=QL 560 LO=West");
-  AddStoredMediaRow(window.form, {"10", "20", "0", {"0", ""}, "Bees", "", "", "", "", "", ""});
-  AddStoredMediaRow(window.form, {"10", "0", "0", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
+  AddStoredMediaRow(window.parts, {"10", "20", "0", {"0", ""}, "Bees", "", "", "", "", "", ""});
+  AddStoredMediaRow(window.parts, {"10", "0", "0", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
   server.expect("GID", "MI=0 IM=31").replies("LO=Main CP=4 MTID=5 MTY=DVD");
-  AddStoredMediaRow(window.form, {"10", "0", "31", {"0", ""}, "Bees", "", "", "", "", "", ""});
+  AddStoredMediaRow(window.parts, {"10", "0", "31", {"0", ""}, "Bees", "", "", "", "", "", ""});
   EXPECT_EQ(window.mediaRows(),
             (std::vector<std::string>{kBeesRow, "10|20|0|0|Bees|No Media Type|West||QL 560|||",
                                       "10|0|0|5|Bees|DVD||||||", "10|0|31|0|Bees|No Media Type|Main|4||||"}))
@@ -424,7 +435,7 @@ TEST_F(Media, AStoredRowAsksForItsDetails) {
 }
 
 TEST_F(Media, TheRecordOfTheSelectedRowIsShown) {
-  AddMediaRow(window.form, {"10", "0", "0", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
+  AddMediaRow(window.parts, {"10", "0", "0", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
   panel.enableCommands();
   panel.faMedia.click(1, 4);
   desktop.expectPopup("mnuPopupMarc", "mnuPopupMarcBib");
@@ -435,7 +446,7 @@ TEST_F(Media, TheRecordOfTheSelectedRowIsShown) {
 }
 
 TEST_F(Media, ABookingThatCanOnlyBeReadTakesNothing) {
-  AddMediaRow(window.form, {"10", "20", "30", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
+  AddMediaRow(window.parts, {"10", "20", "30", {"5", "DVD"}, "Bees", "", "", "", "", "", ""});
   panel.disableEditing();
   panel.faMedia.click(1, 4);
   for (Button* button : {&panel.cmdAddMediaViaBarcode, &panel.cmdAddMediaViaNumber, &panel.cmdSearchMedia,

@@ -269,9 +269,18 @@ TEST(Warnings, LiveFromOneBookingWindowToTheNext) {
   EXPECT_FALSE(list.IsWarningMarked("7E"));
 }
 
+TEST_F(Policy, EachFailureNamesItsOwnThing) {
+  const int rc = receive("VALEAVL", "BOOKID=0 PGID=2 STIME=2026-11-24 ETIME=2026-11-24", 149,
+                         "head: ETY=TV | VUF=155 ETY=Camera | VUF=155 ETY=Screen | VUF=155");
+  for (const char* name : {"Camera", "Screen", "TV"})
+    expectToSee(
+        overridden("Requester is not authorized to book equipment of type " + std::string(name) + "."));
+  EXPECT_TRUE(ValidateEquipmentUsage(app, rc, "TV"));
+}
+
 struct Places : Policy {
   TestWindow window{app};
-  BookingForm form = window.form(app);
+  BookingParts& form = window.parts;
   BookingRecord& record = window.record;
 
   Places() {
@@ -291,13 +300,13 @@ TEST_F(Places, PickUpAndDeliveryAskForEachTypeThatCannotBeHadThere) {
   expectToSee(overridden("Media of type DVD cannot be picked up."));
   expectToSee(overridden("Equipment of type Projector cannot be picked up."));
   expectToSee(overridden(""));
-  EXPECT_TRUE(ValidatePickupLocation(form, record));
+  EXPECT_TRUE(ValidatePickupLocation(form));
   server.expect("VALDLO", "RID=40 PGID=2 MTID=5 BI=100 MI=200 IM=300").fails(146, "VD1=ETI VD2=Projector");
   expectToSee(refused("Equipment of type Projector cannot be delivered."));
-  EXPECT_FALSE(ValidateDeliveryLocation(form, record));
+  EXPECT_FALSE(ValidateDeliveryLocation(form));
   server.expect("VALDLO", "RID=40 PGID=2 MTID=5 BI=100 MI=200 IM=300").fails(108);
   desktop.expectWarning("Barcode is not active!");
-  EXPECT_FALSE(ValidateDeliveryLocation(form, record));
+  EXPECT_FALSE(ValidateDeliveryLocation(form));
 }
 
 TEST_F(Places, ALibraryRoomTellsItsStatusAndItsLongestTime) {
@@ -330,20 +339,20 @@ TEST_F(Places, ALibraryRoomTellsItsStatusAndItsLongestTime) {
   expectToSee(asked(duration("1 hour."), true));
   expectToSee(asked(duration("2 terms."), false));
   expectToSee(asked(duration(" an unlimited time period."), true));
-  EXPECT_FALSE(ValidateLibSchedRoom(form, record)) << "a no counts, and the walk goes on";
+  EXPECT_FALSE(ValidateLibSchedRoom(form)) << "a no counts, and the walk goes on";
 
   expectRoom("VUF=147 BKSTS=1 SMS=Painting SDT=2026-12-01 SNO=Wet walls");
   expectStatus(1, false);
-  EXPECT_TRUE(ValidateLibSchedRoom(form, record)) << "a warning stops nothing, however it is closed";
+  EXPECT_TRUE(ValidateLibSchedRoom(form)) << "a warning stops nothing, however it is closed";
 
   expectRoom("VUF=147 BKSTS=2 SMS=Painting SDT=2026-12-01 SNO=Wet walls | VUF=148 BKDUR=D BKMX=3");
   expectStatus(2, false);
-  EXPECT_FALSE(ValidateLibSchedRoom(form, record)) << "a status that is not overridden ends the walk";
+  EXPECT_FALSE(ValidateLibSchedRoom(form)) << "a status that is not overridden ends the walk";
 
   expectRoom("VUF=147 BKSTS=2 SMS=Painting SDT=2026-12-01 SNO=Wet walls | VUF=148 BKDUR=D BKMX=3");
   expectStatus(2, true);
   expectToSee(asked(duration("3 days."), true));
-  EXPECT_TRUE(ValidateLibSchedRoom(form, record));
+  EXPECT_TRUE(ValidateLibSchedRoom(form));
 }
 
 TEST_F(Places, ARoomIsAskedForOncePerTimeUntilOneFails) {
@@ -353,7 +362,7 @@ TEST_F(Places, ARoomIsAskedForOncePerTimeUntilOneFails) {
   server.expect("VALRMAVL", request("2026-11-24 09:00:00", "2026-11-24 10:30:00")).fails(107, "VUF=158");
   desktop.expectInformation(
       "The selected room is not available for the following booking:  24/11/2026 @ 09:00 AM");
-  EXPECT_FALSE(ValidateRoomAvailability(form, record));
+  EXPECT_FALSE(ValidateRoomAvailability(form));
 
   TimesPanel& times = window.times;
   times.cmdMultipleBookings_Click();
@@ -368,10 +377,10 @@ TEST_F(Places, ARoomIsAskedForOncePerTimeUntilOneFails) {
   server.expect("VALRMAVL", request("2026-11-25 09:00:00", "2026-11-25 10:30:00")).fails(185, "VUF=138");
   desktop.expectInformation(
       "The selected room is not available for the following booking:  25/11/2026@09:00 AM");
-  EXPECT_FALSE(ValidateRoomAvailability(form, record));
+  EXPECT_FALSE(ValidateRoomAvailability(form));
 
   record.RoomId = 0;
-  EXPECT_TRUE(ValidateRoomAvailability(form, record)) << "without a room nothing is asked";
+  EXPECT_TRUE(ValidateRoomAvailability(form)) << "without a room nothing is asked";
 }
 
 TEST_F(Policy, AThingMoreThanTheLimitNeedsAnOverride) {

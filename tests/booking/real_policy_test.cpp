@@ -43,7 +43,7 @@ TEST_F(RealPolicy, ATakenRoomIsTold) {
   const BookingTime time = window.times.times().front();
   desktop.expectInformation("The selected room is not available for the following booking:  " +
                             time.startDate + " @ " + time.startTime);
-  EXPECT_FALSE(ValidateRoomAvailability(window.form(app), window.record));
+  EXPECT_FALSE(ValidateRoomAvailability(window.parts));
 }
 
 }  // namespace

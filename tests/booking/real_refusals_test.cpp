@@ -255,16 +255,16 @@ TEST_F(RealPlaces, TypesThatCannotBeBroughtOrFetchedAreNamed) {
   window.record.PatronGroupId = intOf(kFaculty);
   window.record.PickupLocationId = intOf(kRiverside);
   window.record.RoomId = intOf(room(kRiverside));
-  EXPECT_TRUE(ValidatePickupLocation(window.form(app), window.record));
-  EXPECT_TRUE(ValidateDeliveryLocation(window.form(app), window.record));
+  EXPECT_TRUE(ValidatePickupLocation(window.parts));
+  EXPECT_TRUE(ValidateDeliveryLocation(window.parts));
   const std::vector<TagValue> map = ownItem(6);
   window.addMedia(map[1].value, map[2].value, map[3].value, "6");
   expectOverride("Media of type Map cannot be delivered.");
-  EXPECT_FALSE(ValidateDeliveryLocation(window.form(app), window.record));
-  EXPECT_TRUE(ValidatePickupLocation(window.form(app), window.record));
+  EXPECT_FALSE(ValidateDeliveryLocation(window.parts));
+  EXPECT_TRUE(ValidatePickupLocation(window.parts));
   TestWindow::add(window.tvwOtherEquipment, roots::Specific, piece(14)[0].value);
   expectOverride("Equipment of type Projection Screen cannot be picked up.");
-  EXPECT_FALSE(ValidatePickupLocation(window.form(app), window.record));
+  EXPECT_FALSE(ValidatePickupLocation(window.parts));
 }
 
 TEST_F(RealPlaces, RoomsWithAStatusOrALimitAreToldOf) {
@@ -277,14 +277,14 @@ TEST_F(RealPlaces, RoomsWithAStatusOrALimitAreToldOf) {
     EXPECT_EQ(asked.txtStatusNote.Text, "Until the end of the term.");
     asked.cmdCancel.press();
   });
-  EXPECT_FALSE(ValidateLibSchedRoom(window.form(app), window.record));
+  EXPECT_FALSE(ValidateLibSchedRoom(window.parts));
   window.record.RoomId = intOf(roomWithStatus("Equipment Faulty"));  // which only warns
   desktop.expectModalWindow<frmOverrideLibSched>("frmOverrideLibSched", [](frmOverrideLibSched& asked) {
     EXPECT_EQ(asked.Caption, "Room Status Warning");
     asked.cmdOK.press();
   });
   desktop.expectQuestion("Room may be scheduled for 8 hours.  Continue with booking?  ", true);
-  EXPECT_TRUE(ValidateLibSchedRoom(window.form(app), window.record));
+  EXPECT_TRUE(ValidateLibSchedRoom(window.parts));
 }
 
 /// Saves and charges, each at a time of its own.
@@ -314,7 +314,7 @@ struct RealCharges : RealPlaces {
       EXPECT_THAT(lines, testing::Contains(testing::StartsWith(line)));
       window.cmdOK.press();
     });
-    ShowErrorReport(app, kReportNotCharged);
+    ShowErrorReport(app, codes::NotCharged);
   }
   std::string now(int minutes) {
     EXPECT_EQ(send("ASKT", {}), 0);
@@ -356,27 +356,6 @@ TEST_F(RealCharges, OfThingsWhoseStatusForbidsItTellTheStatus) {
                 "Media cannot be charged:  ");
   expectRefused(save(soon(), {{"RID", roomWithStatus("Under Renovation")}}, "1", {}),
                 "Room cannot be charged:  ");
-}
-
-TEST_F(RealCharges, WithSavesThatOverlapOrFindTheRoomEquipped) {
-  std::vector<TagValue> twice =
-      joined(kQuiet, {{{"STIME", "2026-12-16 10:30:00"}, {"ETIME", "2026-12-16 11:30:00"}}});
-  EXPECT_EQ(send("NEWBK", booking(twice, pickUp, "3", piece(12))), 181);
-  const std::string stands =
-      " from equipment e join rooms r on r.id = e.room_id join room_types t on t.id = r.room_type_id where "
-      "t.storage = 0 and e.group_id is null and e.location_id = 1 and not exists (select 1 from "
-      "equipment_statuses s where s.equipment_id = e.id) order by e.id limit 1";
-  const std::string type = one("select e.equipment_type_id" + stands);
-  EXPECT_EQ(send("NEWBK",
-                 booking(kQuiet, {{"RID", one("select e.room_id" + stands)}}, "1",
-                         {{"EID", one("select e.id" + stands)}, {"EQIR", "Y"}, {"ETI", type}, {"IFL", "N"}})),
-            137);
-  const std::string id = save(kQuiet, pickUp, "3", piece(12, 1));
-  ASSERT_EQ(send("GETMSD", {{"BOOKID", id}}), 0);
-  const std::string stamp = get("UDT");
-  EXPECT_EQ(send("CHKUPD", {{"BOOKID", id}, {"UDT", stamp}}), 0);
-  EXPECT_EQ(send("UPDBK", joined({{"BOOKID", id}}, {booking(kQuiet, pickUp, "3", piece(12, 2))})), 0);
-  EXPECT_EQ(send("CHKUPD", {{"BOOKID", id}, {"UDT", stamp}}), 180) << "somebody was quicker";
 }
 
 TEST_F(RealRefusals, EveryCalendarRefusalHasItsWords) {

@@ -74,7 +74,8 @@ TEST_F(RealThings, AnItemIsScannedIntoTheBooking) {
     EXPECT_NE(panel.faMedia.TextMatrix(1, column), "") << column;
   panel.faMedia.click(1, kMediaTitle);
   panel.cmdRemoveMedia.press();
-  EXPECT_EQ(window().equipment.tvwEquipment.find(roots::MediaTypes)->children.size(), 0u);
+  EXPECT_FALSE(panel.faMedia.hasData());
+  EXPECT_EQ(window().record.ItemCount, 0);
 
   desktop.expectInformation("No items match entered barcode.");
   panel.txtItemBarcode.type("0000");
@@ -93,8 +94,10 @@ TEST_F(RealThings, APieceAndAGroupAreScannedAndTheirMinutesSuggested) {
     EXPECT_EQ(root.children.back()->key.starts_with('-'), series == std::string("3900"));
   }
   EXPECT_EQ(window().record.EquipmentCount, 2);
+  panel.txtSetupTime.enter(777);
   panel.cmdSuggestTimes.press();
-  EXPECT_TRUE(panel.txtSetupTime.Value.get().has_value());
+  EXPECT_LT(panel.txtSetupTime.number(), 777) << "the server's suggestion";
+  EXPECT_EQ(window().record.SetupMinutes, panel.txtSetupTime.number());
 }
 
 TEST_F(RealThings, EquipmentOfARoomIsListed) {
@@ -102,12 +105,12 @@ TEST_F(RealThings, EquipmentOfARoomIsListed) {
   std::size_t listed = 0;
   for (int room = 1; room < 40 && listed == 0; ++room) {
     window().record.RoomId = room;
-    BuildEquipmentTab(window().form, window().record);
+    BuildEquipmentTab(window().parts);
     listed = tree.find(roots::InRoom)->children.size();
   }
   ASSERT_GT(listed, 0u);
   EXPECT_NE(tree.find(roots::InRoom)->children.front()->columns.front(), "") << "its type";
-  EXPECT_FALSE(CheckEmptyBooking(window().form));
+  EXPECT_FALSE(CheckEmptyBooking(window().parts));
 }
 
 }  // namespace

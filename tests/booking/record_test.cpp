@@ -44,7 +44,7 @@ TEST_F(Records, AWholeBookingIsSentInItsOrder) {
       "STIME=2026-11-24 09:00:00 ETIME=2026-11-24 10:30:00 PID=4 PGID=2 PPID=6 ADBK=N RID=40 BTID=2 "
       "EID=7 EQIR=Y EID=11 EID=12 ETI=31 IFL=Y ETI=33 IFL=N MTID=5 BI=100 MI=200 IM=300 MTID=0 "
       "BI=101 MI=0 IM=0 SCHCOM=Bring a lamp ODE=8 OPU=0 WIZ=Y UTIME=15 CTIME=5");
-  WriteBookingTags(window.form(app), record, "Y");
+  WriteBookingTags(window.parts, "Y");
   EXPECT_EQ(app.message.Send("NEWBK"), 0);
 }
 
@@ -97,7 +97,7 @@ TEST_F(Records, ThePlaceIsNamedInExactlyOneForm) {
     if (!c.fullPlace) continue;
     server.expect("NEWBK", std::string("STIME=* ETIME=* PID=0 PGID=0 PPID=0 ADBK=N ") + c.fullPlace +
                                "BTID=0 SCHCOM= ODE=0 OPU=0 WIZ=N UTIME=0 CTIME=0");
-    WriteBookingTags(window.form(app), record, "N");
+    WriteBookingTags(window.parts, "N");
     EXPECT_EQ(app.message.Send("NEWBK"), 0);
   }
 }
@@ -130,19 +130,6 @@ TEST_F(Records, AMissingNumberReadsAsZeroAndThePlaceByTheType) {
             "Capacity:  >=20 *** Location:  Main *** Room Type:  Hall");
 }
 
-TEST(BookingStatus, WordsAndWhatTheyEnd) {
-  EXPECT_EQ(bookingStatus(0), nullptr);
-  EXPECT_EQ(statusSuffix(0), "");
-  EXPECT_EQ(statusSuffix(4), "  <Operator Canceled>");
-  for (const int ended : {1, 3, 4}) EXPECT_EQ(bookingStatus(ended)->discharge, Effect::Disable) << ended;
-  for (const int out : {99, 999}) EXPECT_EQ(bookingStatus(out)->discharge, Effect::Enable) << out;
-  EXPECT_EQ(bookingStatus(2)->discharge, Effect::Leave);
-  for (const int result : {1, 2, 3, 4, 99, 999}) {
-    EXPECT_EQ(bookingStatus(result)->charge, Effect::Disable) << result;
-    EXPECT_EQ(bookingStatus(result)->cancel, Effect::Disable) << result;
-  }
-}
-
 TEST(BookingStatus, TheRequesterMayBeWithheld) {
   BookingRecord record;
   EXPECT_EQ(requesterText(record), "Requester Withheld");
@@ -150,14 +137,6 @@ TEST(BookingStatus, TheRequesterMayBeWithheld) {
   EXPECT_EQ(requesterText(record), "");
   record.RequesterName = "Ink, Ina";
   EXPECT_EQ(requesterText(record), "Ink, Ina");
-}
-
-TEST(BookingTypes, OptionsAndTypesAreNotInOneOrder) {
-  EXPECT_EQ(typeOfOption(0), 2);
-  EXPECT_EQ(typeOfOption(1), 1);
-  EXPECT_EQ(typeOfOption(2), 3);
-  for (const BookingTypeRow& type : bookingTypes()) EXPECT_EQ(typeOfOption(optionOfType(type.id)), type.id);
-  EXPECT_EQ(optionOfType(0), -1);
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "booking/booking_fixture.h"
-#include "booking/equipment_panel.h"
-#include "booking/media_panel.h"
+#include "booking/booking_parts.h"
 
 namespace vantry::test {
 
@@ -14,37 +13,30 @@ struct NotedCirculation : CirculationWindows {
   [[nodiscard]] std::string discharge(int) override { return "2"; }
 };
 
-/// A window with the panels of times, media and equipment around booking 7 in room 40.
+/// A window with the parts of booking 7 in room 40.
 struct ThingsWindow : Form {
-  explicit ThingsWindow(App& program)
-      : Form(program.windows, "frmThings"),
-        app(program),
-        times(program, fraTimes, record),
-        media(program, fraMedia, record),
-        equipment(program, fraEquipment, record),
-        form{program, *this,     times, media.faMedia, equipment.tvwOtherEquipment, equipment.tvwEquipment,
-             &media,  &equipment} {
+  explicit ThingsWindow(App& program) : Form(program.windows, "frmThings"), app(program) {
     record.BookingId = 7;
     record.PatronGroupId = 2;
     record.RoomId = 40;
     record.ItemLimit = record.EquipmentLimit = 9;
     times.showTimes("2026-11-24 09:00:00", "2026-11-24 10:30:00");
-    media.join(form);
-    equipment.join(form);
     media.Changed = [this] { ++changes; };
     equipment.Changed = [this] { ++changes; };
     Load();
   }
 
   App& app;
-  BookingRecord record;
+  Frame fraRequester{*this, "fraRequester"};
   Frame fraTimes{*this, "fraTimes"};
   Frame fraMedia{*this, "fraMedia"};
+  Frame fraPlace{*this, "fraPlace"};
   Frame fraEquipment{*this, "fraEquipment"};
-  TimesPanel times;
-  MediaPanel media;
-  EquipmentPanel equipment;
-  BookingForm form;
+  BookingParts parts{app, {fraRequester, fraTimes, fraMedia, fraPlace, fraEquipment}};
+  BookingRecord& record = parts.record;
+  TimesPanel& times = parts.times;
+  MediaPanel& media = parts.media;
+  EquipmentPanel& equipment = parts.equipment;
   int changes = 0;
 
   /// The rows of media, each as its ids and its texts.

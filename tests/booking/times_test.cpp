@@ -132,6 +132,38 @@ TEST_F(Times, ATypedTimeMovesTheBar) {
   EXPECT_EQ(times.txtNeedTime.textAmPm(), "09:35 AM") << "the field keeps what was typed";
 }
 
+TEST_F(Times, AStartTypedPastTheEndTakesTheEndAlong) {
+  enter("2026-11-24 09:00:00", "2026-11-24 10:00:00");
+  times.txtNeedTime.enterTime(Time{14, 35, 0});
+  EXPECT_EQ(times.txtNeedTime.textAmPm(), "02:35 PM");
+  EXPECT_EQ(times.txtFinishTime.textAmPm(), "02:40 PM") << "to the start's next label";
+  EXPECT_EQ(times.schTimeLine.Finish, 52);
+  times.txtNeedTime.enterTime(Time{14, 0, 0});
+  EXPECT_EQ(times.txtFinishTime.textAmPm(), "02:40 PM") << "and not back again";
+  times.fpdFinishDate.enter(Date{2026, 11, 25});
+  times.txtNeedTime.enterTime(Time{16, 0, 0});
+  EXPECT_EQ(times.txtFinishTime.textAmPm(), "02:40 PM") << "another day's end may be earlier";
+}
+
+TEST_F(Times, PreferencesDecideHowATimeIsChosen) {
+  const struct {
+    bool bar, intervals, showsBar, dropsDown, opensDialog;
+  } rows[] = {{true, true, true, false, false},
+              {true, false, false, false, false},
+              {false, true, false, true, true},
+              {false, false, false, false, true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << "bar " << row.bar << ", intervals " << row.intervals);
+    app.preferences.ScheduleBar = row.bar;
+    app.preferences.UseIntervals = row.intervals;
+    const TestWindow shown(app);
+    EXPECT_EQ(shown.times.schTimeLine.Visible, row.showsBar);
+    EXPECT_EQ(shown.times.rulTimeLine.Visible, row.showsBar);
+    EXPECT_EQ(shown.times.txtNeedTime.DropDown, row.dropsDown);
+    EXPECT_EQ(shown.times.txtFinishTimeEllipses.Visible, row.opensDialog);
+  }
+}
+
 TEST_F(Times, DatesDragEachOtherAlong) {
   enter("2026-11-24 09:00:00", "2026-11-24 10:00:00");
   times.fpdNeedDate.SetFocus();

@@ -2,6 +2,7 @@
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
 #include "circulation/circulation_fixture.h"
+#include "support/noted_reports.h"
 
 namespace vantry::test {
 namespace {
@@ -191,17 +192,14 @@ TEST_F(ChargeTest, PreferencesClearTheViewAndPrint) {
   app->preferences.ChargeClear = true;
   app->preferences.PrintOnCharge = true;
   charge().cboChargeSearch.ListIndex.put(3);
-  std::vector<std::string> printed;
-  app->makers.addCommand("PrintConfirmation", [&](App& program) {
-    ASSERT_NE(program.booking.confirmationForm, nullptr);
-    EXPECT_FALSE(program.booking.confirmationForm->isShown()) << "the editor stays hidden";
-    printed.push_back(program.slots.ids[kBooking]);
-  });
+  NotedReports reports;
+  app->setReports(reports);
   server.expect("CBK", "BOOKID=7");
   expectEditorLoad();
   desktop.expectInformation("Booking charged successfully!");
   charge().cmdCCharge.press();
-  EXPECT_THAT(printed, testing::ElementsAre("7"));
+  EXPECT_THAT(reports.confirmations, testing::ElementsAre("Booking - Confirmation Number:  M7"));
+  EXPECT_FALSE(reports.wasShown) << "the editor stays hidden";
   EXPECT_EQ(windowsShown(), 1);
   EXPECT_FALSE(charge().fraCBookings.Visible);
   EXPECT_EQ(charge().txtChargeSearchFor.Text, "");
@@ -401,7 +399,7 @@ TEST_F(ChargeTest, ThePopupMenuActsOnTheListThatShows) {
   grid().rightClick(2, 8);
   charge().cmdCEdit.press();
   EXPECT_THAT(edited, testing::ElementsAre("9", "9"));
-  EXPECT_EQ(app->slots.source, kSourceMainWindow);
+  EXPECT_EQ(app->slots.opening.source, kSourceMainWindow);
 }
 
 struct DayChargeTest : CirculationTest {
@@ -455,6 +453,12 @@ TEST_F(DayChargeTest, ThePopupMenuIsWholeAgainAfterTheOtherViews) {
   server.expect("CBK", "BOOKID=7");
   desktop.expectInformation("Booking charged successfully!");
   grid().rightClick(1, 8);
+  const MainMenus& m = main().menus;
+  for (const MenuItem* entry :
+       {&m.mnuPopupBookingsNew, &m.mnuPopupBookingsEdit, &m.mnuPopupBookingsDelete, &m.mnuPopupBookingsCancel,
+        &m.mnuPopupBookingsDischarge, &m.mnuPopupBookingsPrint})
+    EXPECT_TRUE(entry->Visible) << entry->Name();
+  EXPECT_TRUE(m.mnuPopupBookingsNew.usable());
 }
 
 }  // namespace

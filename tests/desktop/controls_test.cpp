@@ -1,4 +1,6 @@
+#include <QAbstractScrollArea>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -79,6 +81,54 @@ TEST_F(ControlsTest, TextGoesBothWaysAndRaisesOneChange) {
   form.txtName.Text = "München";
   EXPECT_EQ(find<QLineEdit>(form, "txtName").text(), QString::fromUtf8("München"));
   EXPECT_EQ(changes, typed + 1);
+}
+
+TEST_F(ControlsTest, ATextBoxTellsItsSelectionKeysAndDoubleClicks) {
+  std::string keys;
+  int doubles = 0;
+  for (TextBox* box : {&form.txtName, &form.txtNote}) {
+    SCOPED_TRACE(box->Name());
+    box->Text = "Zoë K";
+    box->KeyDown = [&](std::string_view key) {
+      keys += std::string(key) + ' ';
+      return key == "Ctrl+C";
+    };
+    box->DblClick = [&] { ++doubles; };
+    auto& widget = find<QWidget>(form, box->Name().c_str());
+    widget.setFocus();
+    QTest::keyClick(&widget, Qt::Key_Home);
+    QTest::keyClick(&widget, Qt::Key_End, Qt::ShiftModifier);
+    EXPECT_EQ(box->SelText(), "Zoë K");
+    keys.clear();
+    QGuiApplication::clipboard()->setText("before");
+    QTest::keyClick(&widget, Qt::Key_C, Qt::ControlModifier);
+    QTest::keyClick(&widget, Qt::Key_F4);
+    EXPECT_EQ(keys, "Ctrl+C F4 ");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "before") << "a key that is answered does no more";
+    auto* area = qobject_cast<QAbstractScrollArea*>(&widget);
+    QTest::mouseDClick(area ? area->viewport() : &widget, Qt::LeftButton);
+    box->SelText("Max");
+    box->Select(1, 1);
+  }
+  EXPECT_EQ(doubles, 2);
+  const QTextCursor cursor = find<QPlainTextEdit>(form, "txtNote").textCursor();
+  EXPECT_EQ(cursor.selectedText(), "a");
+  form.txtName.SetFocus();
+  form.txtName.Select(2, 1);
+  EXPECT_TRUE(waitUntil([&] { return find<QLineEdit>(form, "txtName").selectedText() == "x"; }));
+}
+
+TEST_F(ControlsTest, ALockedListShowsItsEntryAndKeepsIt) {
+  for (const char* text : {"one", "two"}) form.cboKind.AddItem(text);
+  form.cboKind.ListIndex = 0;
+  form.cboKind.Locked = true;
+  desktop.handleEvents();
+  auto& combo = find<QComboBox>(form, "cboKind");
+  combo.setFocus();
+  QTest::keyClick(&combo, Qt::Key_Down);
+  QTest::mouseClick(&combo, Qt::LeftButton);
+  EXPECT_EQ(combo.currentText(), "one");
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST_F(ControlsTest, LongTextStopsAtItsLimit) {

@@ -13,7 +13,8 @@ namespace {
 
 class GridForm : public Form {
  public:
-  explicit GridForm(Windows& all) : Form(all, "frmGrid") {
+  explicit GridForm(Windows& all, bool several = false) : Form(all, "frmGrid") {
+    faList.MultiSelect = several;
     faList.FormatString = "<ID|<Name|>Count";
     faList.ColWidth(0, 0);
     faList.ColWidth(1, 2000);
@@ -189,6 +190,33 @@ TEST_F(GridTest, TwipsAndTextWidthsFit) {
   const int needed = view->fontMetrics().horizontalAdvance(text(0, 1));
   EXPECT_GE(view->columnWidth(1), needed + 2 * style::kCellMargin);
   EXPECT_LT(view->columnWidth(1), needed + 60);
+}
+
+TEST_F(GridTest, SeveralRowsAreSelectedByMouseAndKeys) {
+  GridForm several(windows, true);
+  several.fill(5);
+  show(several);
+  auto& list = find<GridView>(several, "faList");
+  const auto click = [&](int row, Qt::KeyboardModifiers keys, Qt::MouseButton button = Qt::LeftButton) {
+    const QPoint at = list.visualRect(list.model()->index(row, 1)).center();
+    QTest::mouseClick(list.viewport(), button, keys, at);
+  };
+  using Rows = std::vector<int>;
+  click(0, {});
+  click(2, Qt::ControlModifier);
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{1, 3}));
+  EXPECT_EQ(several.faList.Row.get(), 3);
+  click(4, Qt::ShiftModifier);
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{3, 4, 5}));
+  QTest::keyClick(&list, Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{3, 4}));
+  click(2, {}, Qt::RightButton);
+  EXPECT_EQ(several.faList.SelectedRows(), (Rows{3, 4})) << "the menu is for both";
+  click(1, {});
+  EXPECT_EQ(several.faList.SelectedRows(), Rows{2});
+  several.faList.IsSelected(5, true);
+  desktop.handleEvents();
+  EXPECT_EQ(list.selectedRows(), (Rows{1, 4}));
 }
 
 }  // namespace

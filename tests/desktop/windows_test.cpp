@@ -1,5 +1,8 @@
+#include <QClipboard>
+#include <QColorDialog>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -245,8 +248,6 @@ TEST_F(WindowsTest, BoxesAnswerWithTheirButtonAndClosingIsTheLastOne) {
   EXPECT_EQ(pressed(0), 0);
   EXPECT_EQ(pressed(1), 1);
   EXPECT_EQ(pressed(-1), 2);
-  later([] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
-  EXPECT_EQ(desktop.messageBox(box), 0) << "the first button is the default";
   later([] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
   EXPECT_EQ(desktop.messageBox({Box::Kind::Warning, "No server.", {}, {"&Retry", "E&xit"}, 0}), 0)
       << "unless the box says what closing means";
@@ -259,6 +260,54 @@ TEST_F(WindowsTest, BoxesAnswerWithTheirButtonAndClosingIsTheLastOne) {
   EXPECT_EQ(desktop.inputBox("How many?", "", "1"), "42");
   later([] { QApplication::activeModalWidget()->close(); });
   EXPECT_EQ(desktop.inputBox("How many?", "", "1"), std::nullopt);
+}
+
+TEST_F(WindowsTest, TheDefaultButtonOfABoxHasTheFocusAndAnswersEnter) {
+  for (const int which : {0, 1}) {
+    later([] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      auto* focused = qobject_cast<QPushButton*>(dialog->focusWidget());
+      EXPECT_TRUE(focused && focused->isDefault());
+      QTest::keyClick(focused, Qt::Key_Return);
+    });
+    Box box{Box::Kind::Plain, "Sure?", "", {"&Yes", "&No"}};
+    box.defaultButton = which;
+    EXPECT_EQ(desktop.messageBox(box), which);
+  }
+}
+
+TEST_F(WindowsTest, AQuestionOfYesAndNoIsAnsweredByItsButtonsOnly) {
+  later([] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    dialog->close();
+    ASSERT_TRUE(dialog->isVisible());
+    dialog->findChildren<QPushButton*>().front()->click();
+  });
+  EXPECT_TRUE(questionBox(desktop, "Changes will be lost! Save?"));
+}
+
+TEST_F(WindowsTest, TextsAreCopiedForOtherPrograms) {
+  desktop.copyToClipboard("Zoë");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8("Zoë"));
+  QGuiApplication::clipboard()->setText("5500");
+  EXPECT_EQ(desktop.clipboardText(), "5500");
+}
+
+TEST_F(WindowsTest, FilesAndColoursAreChosenInADialog) {
+  const auto playing = [&](auto&& play) { later([play] { play(*QApplication::activeModalWidget()); }); };
+  playing([](QWidget& dialog) {
+    EXPECT_EQ(static_cast<QFileDialog&>(dialog).nameFilters(),
+              (QStringList{"Images (*.gif *.jpg)", "All (*)"}));
+    dialog.close();
+  });
+  EXPECT_EQ(desktop.chooseFile("Picture", "Images (*.gif;*.jpg)|*.gif;*.jpg|All|*", ""), std::nullopt);
+  playing([](QWidget& dialog) {
+    EXPECT_EQ(static_cast<QColorDialog&>(dialog).currentColor(), QColor(1, 2, 3));
+    static_cast<QColorDialog&>(dialog).setCurrentColor(QColor(0x10, 0x20, 0x30));
+    static_cast<QColorDialog&>(dialog).accept();
+  });
+  EXPECT_EQ(desktop.chooseColour(0x030201), 0x302010U);
 }
 
 TEST_F(WindowsTest, MenusMirrorTheirEntries) {

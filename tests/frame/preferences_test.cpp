@@ -14,24 +14,119 @@ Preferences readAll(const Settings& store, int* unreadable = nullptr) {
   return preferences;
 }
 
+/// The keys with the texts of an empty store, as they are told to whoever writes the file by hand.
+constexpr std::pair<const char*, const char*> kDefaults[] = {
+    {"ToolTips", "true"},
+    {"MergeCells", "false"},
+    {"AutoSizeCells", "true"},
+    {"BookingCalendars", "false"},
+    {"DisplayCharged", "true"},
+    {"DisplayCompleted", "true"},
+    {"DisplayCanceled", "true"},
+    {"DisplayUnclaimed", "true"},
+    {"DisplayOverdue", "true"},
+    {"Barcodes", "true"},
+    {"SiteNumbers", "false"},
+    {"NewBooking", "0"},
+    {"ScheduleBar", "true"},
+    {"BookingsRooms", "0"},
+    {"BookRoomType", "0"},
+    {"SuggestEquip", "false"},
+    {"AutoCharge", "false"},
+    {"AutoPrintConf", "false"},
+    {"RetainRequester", "false"},
+    {"Advanced", "false"},
+    {"Historical", "false"},
+    {"AutoTruncate", "false"},
+    {"AutoTruncateBib", "false"},
+    {"RetainSearch", "false"},
+    {"AutoFindNow", "false"},
+    {"View", "3"},
+    {"Position", "0"},
+    {"LastView", "0"},
+    {"Background", ""},
+    {"Color0B", "65535"},
+    {"Color0F", "0"},
+    {"Color1B", "16711935"},
+    {"Color1F", "0"},
+    {"Color2B", "255"},
+    {"Color2F", "0"},
+    {"Color3B", "65280"},
+    {"Color3F", "0"},
+    {"Color4B", "16711680"},
+    {"Color4F", "0"},
+    {"Color5B", "2147483660"},
+    {"Color5F", "0"},
+    {"Color6B", "16776960"},
+    {"Color6F", "0"},
+    {"Color7B", "33023"},
+    {"Color7F", "0"},
+    {"Color8B", "16777215"},
+    {"Color8F", "0"},
+    {"UseIntervals", "true"},
+    {"Start", "6"},
+    {"End", "10"},
+    {"Interval", "1"},
+    {"AutoPrintDelivery", "false"},
+    {"AutoPrintPickUp", "false"},
+    {"DeliveryHours", "1"},
+    {"PickUpHours", "1"},
+    {"RoomHours", "1"},
+    {"DaemonInterval", "15"},
+    {"Sound0", ""},
+    {"Sound1", ""},
+    {"Sound2", ""},
+    {"Sound3", ""},
+    {"Sound4", ""},
+    {"Sound5", ""},
+    {"Sound6", ""},
+    {"Sound7", ""},
+    {"Sound8", ""},
+    {"Sound9", ""},
+    {"ChargeSearch", "0"},
+    {"ChargeClear", "false"},
+    {"PrintOnCharge", "false"},
+    {"DischargeSearch", "0"},
+    {"DischargeClear", "false"},
+    {"DischargeSelect", "true"},
+};
+
+const PreferenceRow& rowOf(std::string_view key) {
+  for (const PreferenceRow& row : preferenceTable()) {
+    if (row.key == key) return row;
+  }
+  throw std::logic_error("no key " + std::string(key));
+}
+
 TEST(Preferences, AnEmptyStoreGivesEveryDefault) {
-  MemorySettings store;
+  const MemorySettings store;
   int unreadable = 0;
   const Preferences p = readAll(store, &unreadable);
   EXPECT_EQ(unreadable, 0);
-  EXPECT_EQ(p.View, 3);
-  EXPECT_EQ(p.Position, 0);
-  EXPECT_TRUE(p.AutoSizeCells);
-  EXPECT_FALSE(p.Historical);
-  EXPECT_EQ(p.DaemonInterval, "15");
-  EXPECT_EQ(p.Start, 6);
-  EXPECT_EQ(p.End, 10);
-  EXPECT_EQ(p.Interval, 1);
-  EXPECT_EQ(p.RoomHours, "1");
-  EXPECT_EQ(p.back(ListColour::Canceled), 65535u);
-  EXPECT_EQ(p.back(ListColour::Overdue), 33023u);
-  EXPECT_EQ(p.back(ListColour::View), 2147483660u) << "the desktop's own colour 12";
-  EXPECT_EQ(p.fore(ListColour::Suppressed), 0u);
+  EXPECT_EQ(preferenceTable().size(), std::size(kDefaults));
+  for (const auto& [key, text] : kDefaults) EXPECT_EQ(storedText(rowOf(key), p), text) << key;
+}
+
+/// A text of the row's kind that is not its default.
+std::string otherText(const PreferenceRow& row) {
+  const std::string now = storedText(row, readAll(MemorySettings{}));
+  if (now == "true" || now == "false") return now == "true" ? "false" : "true";
+  if (now.empty()) return "bell of " + std::string(row.key);
+  return std::to_string(std::stoll(now) == row.least ? row.least + 1 : row.least + (row.most == 0 ? 7 : 0));
+}
+
+TEST(Preferences, EachKeyHasAPlaceOfItsOwnAndReadsBackAsStored) {
+  for (const PreferenceRow& row : preferenceTable()) {
+    MemorySettings store;
+    store.prefer(row.key, otherText(row));
+    int unreadable = 0;
+    const Preferences p = readAll(store, &unreadable);
+    EXPECT_EQ(unreadable, 0) << row.key;
+    for (const auto& [key, text] : kDefaults) {
+      const std::string expected = key == row.key ? otherText(row) : std::string(text);
+      EXPECT_EQ(storedText(rowOf(key), p), expected) << key << " with another " << row.key;
+    }
+  }
 }
 
 TEST(Preferences, TheKeyForPickUpHoursReadsBothSpellings) {
@@ -62,21 +157,6 @@ TEST(Preferences, AValueThatCannotBeReadTakesItsDefault) {
     }
     EXPECT_EQ(p.back(ListColour::View), 2147483660u) << "also when stored as a negative number";
   }
-}
-
-TEST(Preferences, WhatIsStoredReadsBackTheSame) {
-  Preferences p;
-  p.MergeCells = true;
-  p.NewBooking = 2;
-  p.sounds[4] = "bell.wav";
-  p.foreColours[7] = 16777215;
-  MemorySettings store;
-  for (const PreferenceRow& row : preferenceTable()) store.prefer(row.key, storedText(row, p));
-  const Preferences back = readAll(store);
-  EXPECT_TRUE(back.MergeCells);
-  EXPECT_EQ(back.NewBooking, 2);
-  EXPECT_EQ(back.sounds[4], "bell.wav");
-  EXPECT_EQ(back.fore(ListColour::Overdue), 16777215u);
 }
 
 TEST(DaySlots, EdgesOfTheDay) {
@@ -161,6 +241,44 @@ TEST_F(PreferencesAtTheDesk, SearchListsOpenAtThePreferredKind) {
   start();
   EXPECT_EQ(main().chargeView.cboChargeSearch.Text(), "Confirmation Number");
   EXPECT_EQ(main().dischargeView.cboDischargeSearch.Text(), "Dewey Decimal Call Number");
+}
+
+TEST_F(PreferencesAtTheDesk, AllAreStoredInOneWriteAndARefusalIsTold) {
+  start();
+  app->preferences.RoomHours = "12";
+  settings.writes = 0;
+  EXPECT_TRUE(SavePreferences(*app));
+  EXPECT_EQ(settings.writes, 1);
+  EXPECT_EQ(readAll(settings).RoomHours, "12");
+  settings.refusal = "The disk is full.";
+  desktop.expectWarning("The disk is full.");
+  EXPECT_FALSE(SavePreferences(*app));
+}
+
+TEST_F(PreferencesAtTheDesk, ChangedLegendBoxesReadTheDayOnce) {
+  start();
+  for (const char* key : {"DisplayCharged", "DisplayCompleted", "DisplayCanceled"})
+    settings.prefer(key, "false");
+  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
+  ReadPreferences(*app);
+  EXPECT_FALSE(day().chkLegend(0).Value);
+  EXPECT_TRUE(day().chkLegend(3).Value);
+  ReadPreferences(*app);  // unchanged, they ask nothing
+}
+
+TEST_F(PreferencesAtTheDesk, TheBookingsFoundForChargeOutliveAReadingOfThePreferences) {
+  start();
+  main().showView(ViewId::Charge);
+  ChargeView& charge = main().chargeView;
+  charge.cboChargeSearch.select(2);
+  server.expect("SSC", "CNUM=M7").replies("BOOKID=7 CNUM=M7\nBOOKID=8 CNUM=M8");
+  charge.txtChargeSearchFor.type("M7");
+  charge.txtChargeSearchFor.pressEnter();
+  settings.prefer("ChargeSearch", "3");
+  ReadPreferences(*app);
+  EXPECT_EQ(charge.cboChargeSearch.Text(), "Patron Last Name");
+  EXPECT_TRUE(charge.fraCBookings.Visible);
+  EXPECT_EQ(charge.faChargeBookings.Rows, 3);
 }
 
 }  // namespace

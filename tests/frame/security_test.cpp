@@ -3,6 +3,7 @@
 #include <set>
 
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -190,13 +191,6 @@ TEST_F(Security, WithoutAFirstViewBarAndMenusFollowTheRightsAllTheSame) {
   EXPECT_FALSE(main().menus.mnuFileNewInvEquip.Enabled);
   EXPECT_FALSE(main().albStandard.has("New Booking"));
   EXPECT_TRUE(main().albStandard.has("Day View"));
-}
-
-TEST_F(Security, ARequestWithoutItsRightEndsInSilence) {
-  startWithBookings("BOOKID=7 BKRES=0");
-  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N").fails(-96);
-  day().cmdToday.press();
-  EXPECT_TRUE(main().Enabled);
 }
 
 TEST_F(Security, ModesKeepTheirTimersAndMenus) {

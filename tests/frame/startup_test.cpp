@@ -3,6 +3,7 @@
 
 #include "frame/app.h"
 #include "frame/frmLocation.h"
+#include "frame/modMain.h"
 #include "messaging/frmError.h"
 #include "messaging/frmLogon.h"
 #include "support/desk.h"
@@ -236,9 +237,13 @@ TEST_F(StartUp, ALogOffStopsTheMonitorAndEmptiesTheCalendars) {
   expectContext();
   ASSERT_TRUE(Main(*app));
   EXPECT_TRUE(main().tmrDaemon.Enabled);
+  main().monthView.calMonth.mark({2026, 11, 3}, {Colour{5}, "1 booking"});
+  main().yearView.lblNumBookings.Caption = "1 booking";
   desktop.expectModal("frmLogon", [&](Form& form) {
     EXPECT_FALSE(main().tmrDaemon.Enabled);
     EXPECT_EQ(main().lblView.Tag, "");
+    EXPECT_EQ(main().monthView.calMonth.markOf({2026, 11, 3}), DayMark{});
+    EXPECT_EQ(main().yearView.lblNumBookings.Caption, "");
     form.Unload();
   });
   EXPECT_TRUE(endsProgram([&] { main().menus.mnuFileLogoff.choose(); }));

@@ -4,6 +4,7 @@
 
 #include "messaging/frmError.h"
 #include "messaging/modGlobal.h"
+#include "messaging/return_codes.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_server.h"
 
@@ -58,15 +59,15 @@ TEST_F(Reporter, SaysTheWordsOfAWarningInABox) {
 }
 
 TEST_F(Reporter, EveryOtherCodeShowsNothing) {
-  const std::set<int> spoken = {-999, TagMessage::kNotTaken,
-                                -98,  -97,
-                                1,    100,
-                                101,  102,
-                                103,  104,
-                                105,  106,
-                                107,  108,
-                                109,  110,
-                                125,  174,
+  const std::set<int> spoken = {codes::Lost, codes::NotTaken,
+                                -98,         -97,
+                                1,           100,
+                                101,         102,
+                                103,         104,
+                                105,         106,
+                                107,         108,
+                                109,         110,
+                                125,         174,
                                 183};
   for (int rc = -1000; rc <= 1000; ++rc) {
     if (!spoken.contains(rc)) global.ReportRequestError(rc, "DELBK", "frmBooking");
@@ -82,7 +83,7 @@ TEST_F(Reporter, ARefusedRequestShowsTheServersOwnSentence) {
 }
 
 TEST_F(Reporter, AGivenUpConnectionEndsTheProgramWithoutAWord) {
-  global.ReportRequestError(-999, "DELBK", "frmBooking");
+  global.ReportRequestError(codes::Lost, "DELBK", "frmBooking");
   EXPECT_EQ(aborts, 1);
 }
 

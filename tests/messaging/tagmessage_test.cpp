@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "messaging/return_codes.h"
+#include "platform/desktop.h"
 #include "support/scripted_server.h"
 
 namespace vantry::test {
@@ -130,22 +132,30 @@ TEST_F(LostConnection, RetrySendsTheSameRequestUntilItIsAnswered) {
   EXPECT_THAT(reasons, testing::ElementsAre("No line.", "No reply in time."));
 }
 
-TEST_F(LostConnection, ExitGivesItsCodeAndAnEmptyReply) {
+/// Whoever sends, whatever it does with the return code: nothing after the lost request runs.
+TEST_F(LostConnection, GivingUpEndsTheProgramInTheMiddleOfTheCommand) {
+  int ends = 0;
+  message.OnGivenUp = [&ends] { ++ends; };
   receive("EID=1");
   server.expect("CANBK", "BOOKID=7").losesReply();
   message.Add("BOOKID", "7");
-  EXPECT_EQ(message.Send("CANBK"), -999);
+  EXPECT_THROW((void)message.Send("CANBK"), ProgramEnd);
+  EXPECT_EQ(ends, 1);
   EXPECT_EQ(message.Get("EID"), "");
   server.expect("GETLOCS");
   EXPECT_EQ(message.Send("GETLOCS"), 0) << "nothing of the lost request is left";
+
+  server.expect("GETLOCS").fails(codes::Lost);
+  EXPECT_THROW((void)message.Send("GETLOCS"), ProgramEnd) << "the server may say so as well";
+  EXPECT_EQ(ends, 2);
 }
 
 TEST_F(LostConnection, WithoutAnyoneToAskItIsGivenUp) {
   message.OnLost = nullptr;
   server.expect("GETLOCS").losesRequest();
-  EXPECT_EQ(message.Send("GETLOCS"), -999);
+  EXPECT_THROW((void)message.Send("GETLOCS"), ProgramEnd);
   server.expect("GETLOCS").endsSession();
-  EXPECT_EQ(message.Send("GETLOCS"), -999);
+  EXPECT_THROW((void)message.Send("GETLOCS"), ProgramEnd);
 }
 
 TEST_F(LostConnection, AnEndedSessionGoesOnAfterANewLogon) {
@@ -157,7 +167,7 @@ TEST_F(LostConnection, AnEndedSessionGoesOnAfterANewLogon) {
   EXPECT_EQ(message.Send("CANBK"), 0);
 
   server.expect("GETLOCS").endsSession();
-  EXPECT_EQ(message.Send("GETLOCS"), -999) << "the second time nobody logs on";
+  EXPECT_THROW((void)message.Send("GETLOCS"), ProgramEnd) << "the second time nobody logs on";
   EXPECT_TRUE(reasons.empty()) << "the line was never lost";
 }
 
@@ -182,7 +192,7 @@ TEST_F(LostConnection, TheNewSessionIsToldItsLocationBeforeTheRequestComesAgain)
 
 TEST_F(LostConnection, ARequestThatIsNeverTakenSaysWhy) {
   server.expect("GETLOCS").rejects("Not found.");
-  EXPECT_EQ(message.Send("GETLOCS"), TagMessage::kNotTaken);
+  EXPECT_EQ(message.Send("GETLOCS"), codes::NotTaken);
   EXPECT_EQ(message.Refusal(), "Not found.");
   EXPECT_TRUE(reasons.empty());
   server.expect("GETLOCS");

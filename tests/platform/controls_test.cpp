@@ -42,6 +42,79 @@ TEST_F(Controls, ANewValueIsShownBeforeItsEventWhoeverSetIt) {
   EXPECT_EQ(take(), "shown change ") << "but from the program";
 }
 
+TEST_F(Controls, ATextIsSelectedAndReplacedByCharacters) {
+  TextBox text(form, "txtName");
+  text.SelChange = noting("sel");
+  text.Change = noting("change");
+  text.Text = "Müller, Zoë";
+  EXPECT_EQ(text.SelStart(), 11) << "the cursor is behind a new text";
+  take();
+  text.Select(1, 5);
+  EXPECT_EQ(text.SelText(), "üller");
+  text.SelText("ø");
+  EXPECT_EQ(text.Text, "Mø, Zoë");
+  EXPECT_EQ(text.SelStart(), 2);
+  EXPECT_EQ(take(), "sel change sel ");
+  text.selected(4, 99);
+  EXPECT_EQ(text.SelText(), "Zoë") << "what lies beyond the end does not count";
+  text.selected(4, 3);
+  EXPECT_EQ(take(), "sel ") << "the same part once";
+  text.SelectText();
+  EXPECT_EQ(text.SelText(), "Mø, Zoë");
+}
+
+TEST_F(Controls, AWindowAnswersTheKeysThatItTakes) {
+  TextBox text(form, "txtName");
+  EXPECT_FALSE(text.pressKey("F4"));
+  text.KeyDown = [this](std::string_view key) {
+    log += std::string(key) + ' ';
+    return key == "F4";
+  };
+  text.DblClick = noting("double");
+  text.Locked = true;
+  EXPECT_TRUE(text.pressKey("F4")) << "also where the text cannot be changed";
+  EXPECT_FALSE(text.pressKey("Ctrl+C"));
+  text.doubleClick();
+  EXPECT_EQ(take(), "F4 Ctrl+C double ");
+  text.Enabled = false;
+  EXPECT_FALSE(text.pressKey("F4"));
+  text.doubleClick();
+  EXPECT_EQ(take(), "");
+}
+
+TEST_F(Controls, ALockedListTakesNoChoiceOfTheOperators) {
+  ComboBox combo(form, "cboType");
+  combo.AddItem("One");
+  combo.AddItem("Two");
+  combo.Locked = true;
+  combo.select(1);
+  EXPECT_EQ(combo.ListIndex, -1);
+  combo.ListIndex = 0;
+  EXPECT_EQ(combo.Text(), "One");
+}
+
+TEST_F(Controls, AScanFindsTheFieldThatWaitsForIt) {
+  TextBox name(form, "txtName");
+  Frame frame(form, "fraCharge");
+  TextBox barcode(frame, "txtBarcode");
+  name.Enter = [&] { log += "name " + name.Text.get() + ' '; };
+  barcode.Enter = [&] { log += "barcode " + barcode.Text.get() + ' '; };
+  EXPECT_FALSE(form.scan("A1")) << "no field has the focus";
+  name.SetFocus();
+  EXPECT_TRUE(form.scan("A1"));
+  barcode.TakesScans = true;
+  barcode.Text = "rest of a search";
+  EXPECT_TRUE(form.scan("A2"));
+  EXPECT_EQ(take(), "name A1 barcode A2 ");
+  frame.Visible = false;
+  EXPECT_FALSE(form.takesScans()) << "another view shows";
+  form.ScanReceived = [this](std::string_view text) { log += "window " + std::string(text) + ' '; };
+  EXPECT_TRUE(form.scan("A3"));
+  EXPECT_EQ(take(), "window A3 ");
+  form.Enabled = false;
+  EXPECT_FALSE(form.scan("A4")) << "a busy window takes nothing";
+}
+
 TEST_F(Controls, AnEventMaySetTheValueAgain) {
   TextBox text(form, "txtName");
   text.Change = [&] {

@@ -125,6 +125,50 @@ TEST_F(GridTest, AMovedColumnTakesAllThatIsItsOwn) {
   EXPECT_EQ(grid.columnOfData(99), -1);
 }
 
+TEST_F(GridTest, AColumnIsMovedByTheProgramWhileRedrawIsOff) {
+  grid.FormatString = "<A|<B|<C";
+  fill({{"a", "b", "c"}});
+  int moved = 0;
+  grid.AfterMoveColumn = [&] { ++moved; };
+  grid.Redraw = false;
+  grid.moveColumn(2, 0);
+  EXPECT_EQ(headings(), "A B C ") << "the operator cannot";
+  grid.ColPosition(2, 0);
+  EXPECT_EQ(headings(), "C A B ");
+  EXPECT_EQ(columnText(0), "c ");
+  EXPECT_EQ(moved, 0);
+}
+
+TEST_F(GridTest, SeveralRowsStaySelectedUntilOneIsMeant) {
+  grid.FormatString = "<A";
+  fill({{"d"}, {"c"}, {"b"}, {"a"}});
+  const auto selected = [this] {
+    std::string text;
+    for (const int row : grid.SelectedRows()) text += grid.TextMatrix(row, 0);
+    return text + " " + grid.TextMatrix(grid.Row, 0);
+  };
+  grid.Row = 2;
+  grid.selectRows({1, 3}, 3);
+  EXPECT_EQ(selected(), "c c") << "one row at a time";
+  grid.MultiSelect = true;
+  grid.selectRows({1, 3, 4}, 3);
+  EXPECT_EQ(selected(), "dba b");
+  grid.rightClick(4, 0);
+  EXPECT_EQ(selected(), "dba a") << "the menu is for all of them";
+  grid.RemoveItem(1);
+  EXPECT_EQ(selected(), "ba a") << "rows keep their selection when they move up";
+  grid.IsSelected(1, true);
+  grid.IsSelected(0, true);
+  EXPECT_EQ(selected(), "cba a") << "a heading is no row to select";
+  grid.click(1, 0);
+  EXPECT_EQ(selected(), "c c");
+  grid.selectRows({1, 2}, 1);
+  sortBy({0});
+  EXPECT_EQ(selected(), "a a") << "after a sort other rows are in these places";
+  grid.Rows = 1;
+  EXPECT_TRUE(grid.SelectedRows().empty());
+}
+
 TEST_F(GridTest, TextsSortAsNumbersWhereTheyAre) {
   grid.FormatString = "<A";
   fill({{"10"}, {"b"}, {"9"}, {""}, {"A"}, {"-1"}, {"1.5"}, {"nan"}, {"Inf"}, {" 2 "}, {"2e3"}});

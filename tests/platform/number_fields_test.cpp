@@ -46,7 +46,7 @@ TEST_F(Fields, AnAmountIsReadAndShownWithItsSign) {
                {"99999999999", "$9000000000.00", "9000000000.00"},
                {"-99999999999", "-$9000000000.00", "-9000000000.00"}};
   for (const auto& c : cases) {
-    field.put(c.put);
+    field.Text(c.put);
     EXPECT_EQ(field.Text(), c.shown) << c.put;
     EXPECT_EQ(field.plain(), c.plain) << c.put;
   }

@@ -123,6 +123,18 @@ TEST_F(Stores, AValueThatTheProgramCannotReadKeepsTheStoreAsideOnce) {
   EXPECT_THAT(read("settings.bad"), testing::HasSubstr("rubbish"));
 }
 
+TEST_F(Stores, AWriteKeepsWhatAnotherProgramHasStoredMeanwhile) {
+  FileSettings one(folder / "settings");
+  FileSettings other(folder / "settings");
+  one.SaveSettings("A", "S", {{"first", "1"}, {"both", "one"}});
+  other.SaveSettings("A", "S", {{"second", "2"}, {"both", "other"}});
+  EXPECT_EQ(other.GetSetting("A", "S", "first", ""), "1");
+  const FileSettings stored(folder / "settings");
+  EXPECT_EQ(stored.GetSetting("A", "S", "first", ""), "1");
+  EXPECT_EQ(stored.GetSetting("A", "S", "second", ""), "2");
+  EXPECT_EQ(stored.GetSetting("A", "S", "both", ""), "other");
+}
+
 TEST_F(Stores, AWriteThatFailsIsToldAndLeavesTheOldFile) {
   FileSettings settings(write("settings", "[a\\s]\nkey=old\n"));
   fs::create_directory(folder / "settings.new");  // where the fresh file would be written

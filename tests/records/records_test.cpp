@@ -15,10 +15,10 @@ namespace {
 struct ProbeWindow : Form {
   explicit ProbeWindow(App& app) : Form(app.windows, "frmProbe"), app_(app) {}
   void Form_Load() override {
-    const auto slot = static_cast<std::size_t>(app_.slots.kind);
-    told = std::to_string(app_.slots.kind) + " id=" + app_.slots.ids[slot] +
+    const auto slot = static_cast<std::size_t>(app_.slots.opening.kind);
+    told = std::to_string(app_.slots.opening.kind) + " id=" + app_.slots.ids[slot] +
            " mode=" + std::to_string(app_.slots.modes[slot]) + " type=" + app_.slots.typeNames[slot] + "/" +
-           app_.slots.typeIds[slot] + " source=" + std::to_string(app_.slots.source);
+           app_.slots.typeIds[slot] + " source=" + std::to_string(app_.slots.opening.source);
   }
   App& app_;
   std::string told;
@@ -30,7 +30,6 @@ class Records : public Desk {
     start();
     for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance, kGroupMember, kBooking, kWizard})
       app->makers.addRecord(kind, [](App& a) { return std::make_unique<ProbeWindow>(a); });
-    app->slots.source = kSourceMainWindow;
   }
   /// The tags of all record windows, in the order of their loading.
   std::vector<std::string> tags() const {
@@ -59,7 +58,7 @@ TEST_F(Records, EachKindTellsItsWindowWhatItIs) {
         Case{kMaintenance, "", "", "", "3 id=5 mode=0 type=/ source=5"},
         Case{kBooking, "", "", "", "7 id=5 mode=0 type=/ source=5"}}) {
     if (*c.code) server.expect(c.code, c.sent).replies(c.reply);
-    OpenRecordWindow(*app, c.kind, "5");
+    OpenRecordWindow(*app, {c.kind, "5", kSourceMainWindow});
     EXPECT_EQ(newest().told, c.told);
     EXPECT_EQ(newest().Tag, std::to_string(c.kind) + " - 5");
     EXPECT_TRUE(newest().isShown());
@@ -69,15 +68,16 @@ TEST_F(Records, EachKindTellsItsWindowWhatItIs) {
 
 TEST_F(Records, ARecordHasOneWindowWhichComesBack) {
   server.expect("GETRTN", "RID=5").replies("RTY=Lab RTI=9");
-  OpenRecordWindow(*app, kRoom, "5");
+  OpenRecordWindow(*app, {kRoom, "5", kSourceMainWindow});
   ProbeWindow& first = newest();
   first.WindowState = FormState::Minimized;
-  OpenRecordWindow(*app, kRoom, "5");  // and asks the server nothing
+  OpenRecordWindow(*app, {kRoom, "5", kSourceMainWindow});  // and asks the server nothing
   EXPECT_EQ(tags(), std::vector<std::string>{"2 - 5"});
   EXPECT_EQ(first.WindowState, FormState::Normal);
   EXPECT_TRUE(main().Enabled);
   server.expect("GETEGTN", "EID=5").replies("ETY=TV ETI=2");
-  OpenRecordWindow(*app, kEquipment, "5");  // the same id of another kind is another record
+  OpenRecordWindow(*app,
+                   {kEquipment, "5", kSourceMainWindow});  // the same id of another kind is another record
   EXPECT_EQ(tags(), (std::vector<std::string>{"2 - 5", "0 - 5"}));
   CloseRecordWindow(*app, kRoom, "5");
   CloseRecordWindow(*app, kRoom, "5");
@@ -86,9 +86,8 @@ TEST_F(Records, ARecordHasOneWindowWhichComesBack) {
 
 TEST_F(Records, SeveralNewRecordsStandSideBySide) {
   server.expect("GETEGTN", "EID=5").replies("ETY=TV ETI=2");
-  OpenRecordWindow(*app, kEquipment, "5");
-  app->slots.source = 10;
-  for (int i = 0; i < 2; ++i) OpenRecordWindow(*app, kEquipment, "");
+  OpenRecordWindow(*app, {kEquipment, "5", kSourceMainWindow});
+  for (int i = 0; i < 2; ++i) OpenRecordWindow(*app, {kEquipment, "", kSourceNextEquipment});
   const auto all = tags();
   ASSERT_EQ(all.size(), 3u);
   EXPECT_NE(all[1], all[2]);
@@ -96,28 +95,44 @@ TEST_F(Records, SeveralNewRecordsStandSideBySide) {
 }
 
 TEST_F(Records, ANewRecordIsNotTakenForTheRecordThatHasItsNumber) {
-  OpenRecordWindow(*app, kBooking, "");
+  OpenRecordWindow(*app, {kBooking, "", kSourceMainWindow});
   ASSERT_EQ(tags().size(), 1u);
   for (const char* id : {"1", "2", "3"}) {
-    OpenRecordWindow(*app, kBooking, id);
+    OpenRecordWindow(*app, {kBooking, id, kSourceMainWindow});
     EXPECT_EQ(newest().told, "7 id=" + std::string(id) + " mode=0 type=/ source=5");
   }
   for (const char* id : {"1", "2", "3"}) CloseRecordWindow(*app, kBooking, id);
   EXPECT_EQ(tags().size(), 1u) << "what is typed into the new one stays";
 }
 
+TEST_F(Records, ACopyAndAHiddenWindowStandBesideTheRecordsOwn) {
+  RecordOpening opening(kBooking, "7", kSourceMainWindow);
+  Form* const own = OpenRecordWindow(*app, opening);
+  ASSERT_NE(own, nullptr);
+  opening.copy = true;
+  const Form* const copy = OpenRecordWindow(*app, opening);
+  opening.copy = false;
+  opening.hidden = true;
+  Form* const hidden = OpenRecordWindow(*app, opening);
+  ASSERT_TRUE(copy && hidden);
+  EXPECT_TRUE(copy != own && hidden != own && copy != hidden);
+  EXPECT_TRUE(hidden->isLoaded());
+  EXPECT_FALSE(hidden->isShown());
+  EXPECT_EQ(FindRecordWindow(*app, kBooking, "7"), own);
+}
+
 TEST_F(Records, AFailedTypeLeavesEmptySlotsAndTheWindowOpens) {
   server.expect("GETEGTN", "EID=5").replies("ETY=TV ETI=2");
-  OpenRecordWindow(*app, kEquipment, "5");
+  OpenRecordWindow(*app, {kEquipment, "5", kSourceMainWindow});
   server.expect("GETEGTN", "EID=6").fails(108);
   desktop.expectWarning("Barcode is not active!");
-  OpenRecordWindow(*app, kEquipment, "6");
+  OpenRecordWindow(*app, {kEquipment, "6", kSourceMainWindow});
   EXPECT_EQ(newest().told, "0 id=6 mode=0 type=/ source=5");
   EXPECT_TRUE(main().Enabled);
 }
 
 TEST_F(Records, KindsWithoutAWindowOpenNothing) {
-  for (const int kind : {5, 6, 9, -1, 21}) OpenRecordWindow(*app, kind, "1");
+  for (const int kind : {5, 6, 9, -1, 21}) OpenRecordWindow(*app, {kind, "1", kSourceMainWindow});
   EXPECT_TRUE(tags().empty());
   EXPECT_TRUE(notBuilt.empty());
   EXPECT_TRUE(main().Enabled);
@@ -144,21 +159,20 @@ TEST_F(Records, ANewMaintenanceRecordAsksForItsPieceUntilOneIsFound) {
 TEST_F(Records, WithoutAPieceNoMaintenanceRecordOpens) {
   for (const char* typed : {"", "  "}) {
     desktop.expectInput("Enter an Equipment Barcode.", typed);
-    OpenRecordWindow(*app, kMaintenance, "");
+    OpenRecordWindow(*app, {kMaintenance, "", kSourceMainWindow});
   }
   desktop.expectInput("Enter an Equipment Barcode.", std::nullopt);
-  OpenRecordWindow(*app, kMaintenance, "");
+  OpenRecordWindow(*app, {kMaintenance, "", kSourceMainWindow});
   desktop.expectInput("Enter an Equipment Barcode.", "5500");
   server.expect("GETIBYB", "EPT=1 BARORNO=0 BNO=5500")
       .replies(
           "head: SRCHCNT=2 | EID=11 ENO=A BNO=5500 STY=S ETY=T EIU=N RID=4 | "
           "EID=12 ENO=B BNO=5500 STY=S ETY=T EIU=N RID=4");
   desktop.expectModalWindow<frmMultBarOrNo>("frmMultBarOrNo", [](auto& window) { window.cmdCancel.press(); });
-  OpenRecordWindow(*app, kMaintenance, "");
+  OpenRecordWindow(*app, {kMaintenance, "", kSourceMainWindow});
   EXPECT_TRUE(tags().empty());
   EXPECT_TRUE(main().Enabled);
-  app->slots.source = kSourceEquipment;  // the piece is the calling window's
-  OpenRecordWindow(*app, kMaintenance, "");
+  OpenRecordWindow(*app, {kMaintenance, "", kSourceEquipment});  // the piece is the calling window's
   EXPECT_EQ(tags().size(), 1u);
 }
 

@@ -1,3 +1,4 @@
+#include "messaging/frmError.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -79,7 +80,12 @@ TEST_F(CalendarViews, ADayLeadsToItsList) {
 
 TEST_F(CalendarViews, AFailureIsReportedAndLeavesTheWindowReady) {
   start();
-  server.expect("BOOKMTH", "DATE=2026-11-01 HBK=N MNTHS=Y").fails(-95);
+  server.expect("BOOKMTH", "DATE=2026-11-01 HBK=N MNTHS=Y").fails(-97);
+  desktop.expectModalWindow<frmError>("frmError", [](frmError& window) {
+    EXPECT_EQ(window.lblModuleText.Caption, "BOOKMTH");
+    EXPECT_EQ(window.lblFormNameText.Caption, "frmMain");
+    window.cmdOKCompress.press();
+  });
   main().menus.mnuViewScheduleMonth.choose();
   EXPECT_EQ(month().lblNumBookings.Caption, "");
   EXPECT_EQ(main().StatusBar1.Panels(2).Text, "");

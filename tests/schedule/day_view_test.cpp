@@ -1,4 +1,5 @@
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -256,7 +257,7 @@ TEST_F(DayViewTest, NewBookingsOpenAsPreferred) {
     if (*popup) desktop.expectPopup("mnuPopupNewBooking", popup);
     day().cmdNewBooking.press();
     EXPECT_THAT(notBuilt, testing::ElementsAre(opened));
-    EXPECT_EQ(app->slots.newPickup, preference == std::string("3"));
+    EXPECT_EQ(app->slots.opening.pickUp, preference == std::string("3"));
     EXPECT_TRUE(main().Enabled);
   }
 }
@@ -269,7 +270,7 @@ TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
   grid().doubleClick(2, 3);
   EXPECT_THAT(notBuilt, testing::ElementsAre("record window 7"));
   EXPECT_EQ(app->slots.ids[7], "8");
-  EXPECT_EQ(app->slots.source, 5);
+  EXPECT_EQ(app->slots.opening.source, 5);
 }
 
 TEST_F(DayViewTest, MergingFollowsTheMenu) {
@@ -295,6 +296,35 @@ TEST_F(DayViewTest, TheStatusBarCountsWhileTheListFills) {
   EXPECT_THAT(seen, testing::ElementsAre("", "Requesting Data From Server...", "1 of 3 record(s) processed",
                                          "2 of 3 record(s) processed", "3 of 3 record(s) processed",
                                          "3 of 3 record(s) processed"));
+}
+
+TEST_F(DayViewTest, AfterACancelTheListHasTheFocus) {
+  startWithBookings(kThree);
+  grid().click(3, 0);
+  day().cmdCancelBooking.SetFocus();
+  desktop.expectQuestion("Are you sure you wish to cancel the selected booking?", true);
+  server.expect("VERCAN", "BOOKID=9");
+  server.expect("CANBK", "BOOKID=9");
+  expectDay(kThree);
+  day().cmdCancelBooking.press();
+  EXPECT_EQ(main().ActiveControl(), &grid());
+}
+
+TEST_F(DayViewTest, ASortAfterAMoveRunsByTheDateFirst) {
+  const char* bookings = R"(
+    BOOKID=1 STIME=2026-11-24 13:00:00 ETIME=2026-11-25 08:00:00
+    BOOKID=2 STIME=2026-11-24 09:00:00 ETIME=2026-11-24 18:00:00
+    BOOKID=3 STIME=2026-11-24 10:00:00 ETIME=2026-11-24 09:00:00)";
+  for (const int moved : {4, 6}) {
+    startWithBookings(bookings);
+    grid().moveColumn(grid().columnOfData(moved), 1);
+    grid().moveColumn(grid().columnOfData(moved), 11);
+    for (const int data : {4, 6}) {
+      desktop.expectPopup("mnuPopupBookings", "mnuPopupBookingSortAsc");
+      grid().rightClick(1, grid().columnOfData(data));
+      EXPECT_THAT(column(0), testing::ElementsAre("3", "2", "1")) << "moved " << moved << ", by " << data;
+    }
+  }
 }
 
 }  // namespace

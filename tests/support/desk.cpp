@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "frame/app.h"
+#include "frame/modMain.h"
 #include "messaging/frmLogon.h"
 #include "platform/text.h"
 #include "words/requests.h"
@@ -21,9 +22,12 @@ std::string MemorySettings::GetSetting(std::string_view application, std::string
   return found == texts.end() ? std::string(fallback) : found->second;
 }
 
-void MemorySettings::SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                                 std::string_view text) {
-  texts[settingName(application, section, key)] = text;
+void MemorySettings::SaveSettings(std::string_view application, std::string_view section,
+                                  const std::vector<Setting>& settings) {
+  if (!refusal.empty()) throw std::runtime_error(refusal);
+  ++writes;
+  for (const Setting& setting : settings)
+    texts[settingName(application, section, setting.key)] = setting.text;
 }
 
 void MemorySettings::prefer(std::string_view key, std::string_view text) {

@@ -11,30 +11,35 @@
 
 #include "frame/app.h"
 #include "frame/components.h"
+#include "schedule/monitor_view.h"
 #include "schedule/program.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_server.h"
 
 namespace vantry::test {
 
-/// A clock that stands until it is moved.
+/// A clock that stops until it is moved.
 struct FixedClock : Clock {
   DateTime time{{2026, 11, 24}, {9, 0, 0}};
+  std::int64_t milliseconds = 0;
   DateTime now() const override { return time; }
+  std::int64_t ticks() const override { return milliseconds; }
 };
 
 /// Settings that live as long as the test. Keys compare as in the real store.
 struct MemorySettings : Settings {
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view fallback) const override;
-  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                   std::string_view text) override;
+  void SaveSettings(std::string_view application, std::string_view section,
+                    const std::vector<Setting>& settings) override;
   void keepAside() override { ++keptAside; }
   /// Stores a preference.
   void prefer(std::string_view key, std::string_view text);
 
   std::map<std::string, std::string> texts;
   int keptAside = 0;
+  int writes = 0;
+  std::string refusal;  ///< why nothing can be stored; empty where it can
 };
 
 /// Components that are all in place; notes what was asked of it.
@@ -76,6 +81,7 @@ class Desk : public testing::Test {
   /// Windows that the operator sees.
   int windowsShown() const;
   frmMain& main() { return program_->main; }
+  MonitorView& monitor(ViewId id) { return dynamic_cast<MonitorView&>(main().view(id)); }
   DayView& day() { return main().dayView; }
   /// A control of the main window.
   template <class T>

@@ -9,7 +9,7 @@
 namespace vantry::test {
 
 static std::string inWords(Box::Kind kind, std::string_view text, std::string_view caption) {
-  static constexpr const char* kinds[] = {"question", "information", "warning", "critical"};
+  static constexpr const char* kinds[] = {"question", "information", "warning", "critical", "plain"};
   std::string words = std::string(kinds[static_cast<int>(kind)]) + " box \"" + std::string(text) + '"';
   if (!caption.empty()) words += " captioned \"" + std::string(caption) + '"';
   return words;
@@ -51,7 +51,29 @@ void ScriptedDesktop::expectInput(std::string prompt, std::optional<std::string>
   announced_.push_back({"input box \"" + prompt + '"', 0, {}, std::move(answer), {}});
 }
 
+void ScriptedDesktop::expectFile(std::string filter, std::optional<std::string> answer) {
+  announced_.push_back({"file chooser " + filter, 0, {}, std::move(answer), {}});
+}
+
+void ScriptedDesktop::expectColour(Colour initial, std::optional<Colour> answer) {
+  auto text = answer ? std::optional(std::to_string(*answer)) : std::nullopt;
+  announced_.push_back({"colour chooser " + std::to_string(initial), 0, {}, std::move(text), {}});
+}
+
+std::optional<std::string> ScriptedDesktop::chooseFile(std::string_view, std::string_view filter,
+                                                       std::string_view) {
+  const auto announcement = take("file chooser " + std::string(filter));
+  return announcement ? announcement->input : std::nullopt;
+}
+
+std::optional<Colour> ScriptedDesktop::chooseColour(Colour initial) {
+  const auto announcement = take("colour chooser " + std::to_string(initial));
+  if (!announcement || !announcement->input) return std::nullopt;
+  return static_cast<Colour>(std::stoul(*announcement->input));
+}
+
 int ScriptedDesktop::messageBox(const Box& box) {
+  lastBox = box;
   const auto announcement = take(inWords(box.kind, box.text, box.caption));
   if (onBox) onBox();
   // A box that nobody announced is closed, which is its last button.

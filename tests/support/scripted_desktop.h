@@ -7,12 +7,13 @@
 
 #include "platform/desktop.h"
 #include "platform/windows.h"
+#include "support/scripted_printer.h"
 
 namespace vantry::test {
 
-/// The operator and his screen, as a script. Every box, modal window, popup menu and input box must have been
-/// announced, in its order; what was not announced fails the test, and so does what was announced and never
-/// came.
+/// The operator and their screen, as a script. Every box, modal window, popup menu and input box must have
+/// been announced, in its order; what was not announced fails the test, and so does what was announced and
+/// never came.
 class ScriptedDesktop : public Desktop {
  public:
   ScriptedDesktop() = default;
@@ -32,9 +33,12 @@ class ScriptedDesktop : public Desktop {
   void expectModalWindow(std::string name, std::function<void(Window&)> play) {
     expectModal(std::move(name), [play](Form& form) { play(dynamic_cast<Window&>(form)); });
   }
-  /// The popup menu of this name opens and the operator chooses an entry; empty: he closes it.
+  /// The popup menu of this name opens and the operator chooses an entry; empty: they close it.
   void expectPopup(std::string menu, std::string entry);
   void expectInput(std::string prompt, std::optional<std::string> answer);
+  /// The chooser of a file or a colour opens with this; without an answer the operator cancels it.
+  void expectFile(std::string filter, std::optional<std::string> answer);
+  void expectColour(Colour initial, std::optional<Colour> answer);
 
   /// Fails for each announcement that has not come, and forgets them. Runs at the end as well.
   void checkAllCame();
@@ -46,6 +50,10 @@ class ScriptedDesktop : public Desktop {
   Pointer pointer = Pointer::Default;
   bool ended = false;
   int repaints = 0;
+  Box lastBox;  ///< the last box as it came
+  std::string clipboard;
+  ScriptedPrinter pages;
+  bool hasPrinter = true;
   std::vector<std::string> sounds;
   std::vector<std::string> addresses;
   std::vector<std::string> helpTopics;
@@ -70,6 +78,12 @@ class ScriptedDesktop : public Desktop {
   void timerChanged(Timer& timer) override;
   int textWidth(std::string_view text) override { return static_cast<int>(text.size()) * 100; }
   std::string shortDateFormat() override { return shortDate; }
+  std::optional<std::string> chooseFile(std::string_view caption, std::string_view filter,
+                                        std::string_view initial) override;
+  std::optional<Colour> chooseColour(Colour initial) override;
+  std::string clipboardText() override { return clipboard; }
+  void copyToClipboard(std::string_view text) override { clipboard = text; }
+  Printer* printer() override { return hasPrinter ? &pages : nullptr; }
   void playSound(std::string_view file) override { sounds.emplace_back(file); }
   void openBrowser(std::string_view address) override { addresses.emplace_back(address); }
   void showHelp(std::string_view topic) override { helpTopics.emplace_back(topic); }

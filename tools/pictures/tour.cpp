@@ -128,7 +128,7 @@ class Tour {
   }
 
   void newBooking() {
-    OpenRecordWindow(app(), kBooking, "");
+    OpenRecordWindow(app(), {kBooking, "", kSourceMainWindow});
     auto* editor = last<frmBooking>();
     if (!editor) return;
     tabs(*editor, "new");
@@ -150,9 +150,9 @@ class Tour {
   }
 
   void pickUp() {
-    app().slots.newPickup = true;
-    OpenRecordWindow(app(), kBooking, "");
-    app().slots.newPickup = false;
+    RecordOpening opening(kBooking, "", kSourceMainWindow);
+    opening.pickUp = true;
+    OpenRecordWindow(app(), opening);
     if (auto* editor = last<frmBooking>()) {
       tabs(*editor, "pickup");
       editor->Closing = true;
@@ -168,7 +168,7 @@ class Tour {
     const int status = grid.columnOfData(1);
     for (int row = 1; row < grid.Rows; ++row) {
       if (grid.TextMatrix(row, status) != "0") continue;
-      OpenRecordWindow(app(), kBooking, grid.TextMatrix(row, id));
+      OpenRecordWindow(app(), {kBooking, grid.TextMatrix(row, id), kSourceMainWindow});
       if (auto* editor = last<frmBooking>()) {
         tabs(*editor, "saved");
         accept();
@@ -251,18 +251,11 @@ class Tour {
                             {{"ETI", "8"}, {"IFL", "N"}});
     (void)ValidateEquipmentLimit(app(), limit, app().message.Get("ETY"));
     frmSupervisor(app(), "OVOTR").ShowModal();
-    OpenRecordWindow(app(), kBooking, "");
+    OpenRecordWindow(app(), {kBooking, "", kSourceMainWindow});
     if (auto* editor = last<frmBooking>()) {
-      const BookingForm form{app(),
-                             *editor,
-                             editor->times,
-                             editor->media.faMedia,
-                             editor->equipment.tvwOtherEquipment,
-                             editor->equipment.tvwEquipment};
-      BookingRecord record;
-      record.PatronGroupId = 1;
-      record.RoomId = 3;  // under renovation in the small library
-      (void)ValidateLibSchedRoom(form, record);
+      editor->record.PatronGroupId = 1;
+      editor->record.RoomId = 3;  // under renovation in the small library
+      (void)ValidateLibSchedRoom(editor->parts);
       editor->Closing = true;
       editor->Unload();
     }

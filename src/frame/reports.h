@@ -1,0 +1,19 @@
+#pragma once
+
+namespace vantry {
+
+class frmBooking;
+class frmGenAssign;
+
+/// What prints the contents of a window. It is implemented above the windows that it prints.
+class Reports {
+ public:
+  virtual ~Reports() = default;
+
+  /// The confirmation of the booking in the editor, which may be hidden.
+  virtual void print(const frmBooking& window) = 0;
+  /// The lists of what was assigned when a booking was charged.
+  virtual void print(const frmGenAssign& window) = 0;
+};
+
+}  // namespace vantry

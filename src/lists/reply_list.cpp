@@ -1,0 +1,206 @@
+#include "lists/reply_list.h"
+
+#include <array>
+
+#include "frame/app.h"
+#include "lists/grids.h"
+#include "platform/text.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+namespace {
+
+constexpr std::string_view kNumberHeading = "Number";
+
+/// Columns that sort along with one of this heading.
+struct Companions {
+  std::string_view heading;
+  std::string_view first;
+  std::string_view second;
+};
+constexpr Companions kCompanions[] = {
+    {"Start Time", "Start Time24", ""},
+    {"End Date", "End Time24", "End Time"},
+    {"End Time", "End Date", "End Time24"},
+};
+
+/// The columns of one moment, in the order in which they sort.
+using Moment = std::array<std::string_view, 3>;
+constexpr Moment kMoments[] = {{"Start Date", "Start Time24", "Start Time"},
+                               {"End Date", "End Time24", "End Time"}};
+
+/// The moment to which a column belongs, or nullptr.
+const Moment* momentOf(std::string_view heading) {
+  for (const Moment& moment : kMoments) {
+    for (const std::string_view each : moment) {
+      if (each == heading) return &moment;
+    }
+  }
+  return nullptr;
+}
+
+int columnOf(const Grid& grid, std::string_view heading) {
+  for (int col = 0; col < grid.Cols; ++col) {
+    if (grid.TextMatrix(0, col) == heading) return col;
+  }
+  return -1;
+}
+
+}  // namespace
+
+ReplyList::ReplyList(App& app, Grid& grid, MomentFields moments) : app_(app), grid_(grid), moments_(moments) {
+  grid.AfterMoveColumn = [&grid] { SetColumnOrderBookings(grid, grid.MovedCol); };
+}
+
+// Columns
+
+void ReplyList::build(const ReplyLayout& layout) {
+  layout_ = layout;
+  std::string format;
+  for (const ReplyColumn& column : layout.columns) {
+    const bool byNumber = column.kind == CellKind::Piece && !app_.preferences.Barcodes;
+    if (!format.empty()) format += '|';
+    format += '<';
+    format += byNumber ? kNumberHeading : column.heading;
+  }
+  clear();
+  grid_.FixedRows = 1;
+  grid_.FormatString.put({});  // the same format again builds the columns anew
+  grid_.FormatString = format;
+  for (int col = 0; col < grid_.Cols; ++col) {
+    const ReplyColumn& column = layout.columns[static_cast<std::size_t>(col)];
+    grid_.ColWidth(col, column.width);
+    grid_.ColSortKind(col, column.sort);
+    grid_.ColData(col, col);
+    grid_.MergeCol(col, true);
+  }
+}
+
+void ReplyList::clear() {
+  grid_.Rows = 1;
+}
+
+const std::string& ReplyList::text(int row, int column) const {
+  return grid_.TextMatrix(row, grid_.columnOfData(column));
+}
+
+void ReplyList::setText(int row, int column, std::string text) {
+  grid_.TextMatrix(row, grid_.columnOfData(column), std::move(text));
+}
+
+// Rows
+
+int ReplyList::fill() {
+  grid_.Redraw = false;
+  clear();
+  keys_.clear();
+  const int total = app_.message.Count(layout_.walk);
+  grid_.Rows = total + 1;
+  int row = 1;
+  while (app_.message.NextRecord(layout_.walk)) {
+    if (hooks.progress) hooks.progress(row, total);
+    if (isRepeated() || (hooks.accepts && !hooks.accepts())) continue;
+    fillRow(row);
+    if (hooks.filled) hooks.filled(row);
+    ++row;
+  }
+  grid_.Rows = row;
+  grid_.Row = 0;
+  dress();
+  grid_.Redraw = true;
+  return row - 1;
+}
+
+bool ReplyList::isRepeated() {
+  return !layout_.uniqueKey.empty() && !keys_.insert(app_.message.Get(layout_.uniqueKey)).second;
+}
+
+void ReplyList::fillRow(int row) {
+  for (int col = 0; col < grid_.Cols; ++col) {
+    const auto place = static_cast<std::size_t>(grid_.ColData(col));
+    grid_.TextMatrix(row, col, cellText(layout_.columns[place]));
+  }
+}
+
+std::string ReplyList::cellText(const ReplyColumn& column) const {
+  const TagMessage& message = app_.message;
+  switch (column.kind) {
+    case CellKind::Plain:
+      break;
+    case CellKind::Number:
+      return std::to_string(intOf(message.Get(column.tag)));
+    case CellKind::YesNo:
+      return message.Get(column.tag) == "Y" ? "Y" : "N";
+    case CellKind::Requester:
+      return requesterText(message.Get(column.tag));
+    case CellKind::Date:
+    case CellKind::Time24:
+    case CellKind::Time:
+      return momentText(column.kind, message.Get(column.tag));
+    case CellKind::Piece:
+      return message.Get(app_.preferences.Barcodes ? tags::BNO : tags::ENO);
+    case CellKind::Own:
+      return hooks.ownText ? hooks.ownText(column) : std::string();
+  }
+  return message.Get(column.tag);
+}
+
+std::string requesterText(std::string_view value) {
+  const std::string_view requester = trim(value);
+  return requester.empty() ? "Administrative" : std::string(requester);
+}
+
+std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {
+  if (moment.empty()) return {};
+  ServerTools::PutControlDate(moment, moments_.date);
+  ServerTools::PutControlTime(moment, moments_.time);
+  if (kind == CellKind::Date) return moments_.date.shortDate();
+  return kind == CellKind::Time24 ? moments_.time.text24() : moments_.time.textAmPm();
+}
+
+/// The rows are new: they merge and their columns fit as the operator prefers.
+void ReplyList::dress() {
+  SetGridMerge(grid_, app_.preferences.MergeCells);
+  SetGridAutoSize(app_, grid_);
+  for (int col = 0; col < grid_.Cols; ++col) {
+    if (layout_.columns[static_cast<std::size_t>(grid_.ColData(col))].width == 0) grid_.ColWidth(col, 0);
+  }
+}
+
+// Order
+
+void ReplyList::sort(SortOrder order) {
+  const int column = grid_.MouseCol;
+  if (column < 0 || column >= grid_.Cols) return;
+  grid_.Redraw = false;
+  grid_.ColSort(column, order);
+  // The leftmost decides first: the columns of a moment keep their order wherever they are moved.
+  for (const Companions& row : kCompanions) {
+    if (row.heading != grid_.TextMatrix(0, column)) continue;
+    for (const std::string_view heading : {row.first, row.second}) {
+      if (const int col = columnOf(grid_, heading); col >= 0) grid_.ColSort(col, order);
+    }
+  }
+  grid_.Sort();
+  grid_.Row = 0;
+  grid_.Redraw = true;
+}
+
+void SetColumnOrderBookings(Grid& grid, int movedColumn) {
+  if (movedColumn < 0 || movedColumn >= grid.Cols) return;
+  const Moment* moment = momentOf(grid.TextMatrix(0, movedColumn));
+  if (!moment) return;
+  // Each column goes behind the one before it; the first that the list has takes the place of the moved one.
+  int place = movedColumn;
+  bool first = true;
+  for (const std::string_view heading : *moment) {
+    const int col = columnOf(grid, heading);
+    if (col < 0) continue;
+    if (!first && col > place) ++place;
+    grid.ColPosition(col, place);
+    first = false;
+  }
+}
+
+}  // namespace vantry

@@ -1,0 +1,25 @@
+#include "platform/tab_pages.h"
+
+#include <utility>
+
+namespace vantry {
+
+TabPages::TabPages(TabStrip& strip, std::vector<Page> pages) : strip_(strip), pages_(std::move(pages)) {
+  for (const Page& page : pages_) {
+    strip_.addTab(page.caption);
+    page.frame.Visible = &page == &pages_.front();
+  }
+  strip_.Click = [this] { show(); };
+}
+
+void TabPages::show() {
+  const int next = strip_.SelectedTab;
+  if (next == shown_ || next < 0 || next >= count()) return;
+  // Never both at once: a window that has to hold two pages grows, and stays so.
+  pages_[static_cast<std::size_t>(std::exchange(shown_, next))].frame.Visible = false;
+  Page& page = pages_[static_cast<std::size_t>(next)];
+  raise(std::exchange(page.firstVisit, {}));
+  if (shown_ == next) page.frame.Visible = true;
+}
+
+}  // namespace vantry

@@ -1,0 +1,88 @@
+#include "support/scripted_printer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vantry::test {
+namespace {
+
+constexpr int kLetterWidth = 12240;
+constexpr int kLetterHeight = 15840;
+
+/// The parts of a text that ends in ";" or "|", or not.
+std::vector<std::string> split(std::string_view text, char sign) {
+  std::vector<std::string> parts;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(sign), text.size());
+    parts.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return parts;
+}
+
+std::size_t columnsOf(std::string_view widths) {
+  return static_cast<std::size_t>(std::count(widths.begin(), widths.end(), '|')) + 1;
+}
+
+}  // namespace
+
+std::string ScriptedPrinter::font() const {
+  std::string text = FontName.empty() ? "" : FontName + ' ';
+  text += std::to_string(static_cast<int>(FontSize));
+  return text + (FontBold ? " bold" : "") + (FontItalic ? " italic" : "");
+}
+
+int ScriptedPrinter::PageWidth() const {
+  return Orientation == PageOrientation::Landscape ? kLetterHeight : kLetterWidth;
+}
+
+void ScriptedPrinter::StartDoc() {
+  EXPECT_FALSE(open_) << "a document was started within another one";
+  open_ = true;
+  lines_ = 0;
+  lastFont_.clear();
+  text_ = Orientation == PageOrientation::Landscape ? "{landscape}\n" : "";
+}
+
+void ScriptedPrinter::EndDoc() {
+  EXPECT_TRUE(open_) << "no document was started";
+  open_ = false;
+  (Preview ? previewed : printed).push_back(std::move(text_));
+  text_.clear();
+}
+
+void ScriptedPrinter::write(std::string_view line) {
+  EXPECT_TRUE(open_) << "written outside of a document: " << line;
+  if (!line.empty() && font() != lastFont_) {
+    lastFont_ = font();
+    text_ += '{' + lastFont_ + "} ";
+  }
+  text_ += std::string(line) + '\n';
+  ++lines_;
+}
+
+void ScriptedPrinter::Paragraph(std::string_view text) {
+  write(text);
+}
+
+void ScriptedPrinter::DrawLine(int x1, int y1, int x2, int y2) {
+  EXPECT_TRUE(open_ && x1 >= 0 && x2 <= PageWidth() && y1 >= 0 && y2 >= 0) << "a rule beyond the page";
+  text_ += "----\n";
+}
+
+void ScriptedPrinter::writeRow(std::string_view row, std::size_t columns) {
+  const auto cells = split(row, '|');
+  EXPECT_LE(cells.size(), columns) << "more cells than columns: " << row;
+  std::string line;
+  for (const std::string& cell : cells) line += (&cell == cells.data() ? "" : " | ") + cell;
+  write(line);
+}
+
+void ScriptedPrinter::AddTable(std::string_view widths, std::string_view headings, std::string_view rows) {
+  const std::size_t columns = columnsOf(widths);
+  for (const std::string& row : split(headings, ';')) writeRow(row, columns);
+  for (const std::string& row : split(rows, ';')) writeRow(row, columns);
+}
+
+}  // namespace vantry::test
