@@ -94,8 +94,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   // The text of merged cells is in the first of them that can be seen.
   const bool hidden = (merge.above && index.row() != view_.rowAt(0)) || merge.left;
   if (hidden || cell.text.empty()) return;
-  const int stripe = first ? style::kRowStripe : 0;
-  const QRect room = option.rect.adjusted(style::kCellMargin + stripe, 0, -style::kCellMargin, 0);
+  const QRect room = option.rect.adjusted(style::kCellMargin, 0, -style::kCellMargin, 0);
   QString text = qt(cell.text);
   text.replace('\n', ' ');
   QFont font = option.font;

@@ -42,7 +42,7 @@ insert into equipment (id, is_group, equipment_type_id, group_id, number, locati
 insert into equipment_barcodes (equipment_id, barcode, status_id) values
   (1, 'E1', 1), (1, 'E1OLD', 2), (2, 'E2', 1), (3, 'E3', 1), (6, 'E6', 1);
 insert into equipment_statuses (equipment_id, status_id, applied_at, note) values
-  (9, 1, 1772000000, 'gone'), (2, 3, 1772000000, 'scratched'), (2, 6, 1772000000, '');
+  (9, 1, 1772000000, 'gone'), (2, 3, 1772000000, 'scratched'), (2, 7, 1772000000, '');
 insert into room_statuses (room_id, status_id, applied_at, note) values (2, 13, 1772000000, 'flickers');
 insert into equipment_notes (equipment_id, note_type_id, content, updated_at) values
   (1, 2, 'Ask for the remote.', 0), (1, 3, 'Hand out the remote.', 0), (1, 4, 'Count the cables.', 0);
@@ -96,6 +96,17 @@ void runAll(Connection& db, std::string_view sql) {
     db.run(std::string(sql.substr(0, end)));
     sql.remove_prefix(end + 2);
   }
+}
+
+/// The content gives its keys itself, which PostgreSQL does not count.
+void moveCountersOn(Connection& db) {
+  if (db.dialect().kind != Dialect::Kind::Postgresql) return;
+  db.run(
+      "do $$ declare t record; begin for t in select table_name from information_schema.columns where "
+      "table_schema = current_schema() and column_name = 'id' and is_identity = 'YES' loop "
+      "execute format('select setval(pg_get_serial_sequence(%L, ''id''), max(id)) from %I having max(id) > "
+      "0', "
+      "t.table_name, t.table_name); end loop; end $$");
 }
 
 std::vector<TagValue> readTags(const std::string& text) {
@@ -211,6 +222,7 @@ DeskLibrary::DeskLibrary(const std::string& kind)
     runAll(db, content);
     addCalendars(db);
     runAll(db, exceptions);
+    moveCountersOn(db);
     const std::string hash = hashPassword("secret of the desk", HashCost::Quick);
     for (const char* login : {"desk", "chief", "clerk"}) {
       addOperator(db, {.login = login, .name = std::string("Operator ") + login, .passwordHash = hash},

@@ -1,22 +1,26 @@
 #include "server/desk/equipment_store.h"
 
+#include "server/desk/status_sql.h"
 #include "server/store/query.h"
 
 namespace vantry::server {
 
 namespace {
 
-constexpr const char* columns =
-    "select e.id, e.is_group, e.number, e.name, t.name, e.maker, e.model, e.serial, e.format, l.name, "
-    "r.name, "
-    "g.number, g.name, e.room_id, (select count(*) from equipment m where m.group_id = e.id), "
-    "coalesce((select min(b.barcode) from equipment_barcodes b join barcode_statuses s on s.id = b.status_id "
-    "where b.equipment_id = e.id and s.active = 1), ''), "
-    "coalesce((select y.name from equipment_statuses s join status_types y on y.id = s.status_id "
-    "where s.equipment_id = e.id order by y.priority, y.id limit 1), '') "
-    "from equipment e join equipment_types t on t.id = e.equipment_type_id "
-    "join locations l on l.id = e.location_id left join rooms r on r.id = e.room_id "
-    "left join equipment g on g.id = e.group_id ";
+std::string rowsWhere(const std::string& condition) {
+  return std::string(
+             "select e.id, e.is_group, e.number, e.name, t.name, e.maker, e.model, e.serial, e.format, "
+             "l.name, "
+             "r.name, g.number, g.name, e.room_id, (select count(*) from equipment m where m.group_id = "
+             "e.id), "
+             "coalesce((select min(b.barcode) from equipment_barcodes b join barcode_statuses s on "
+             "s.id = b.status_id where b.equipment_id = e.id and s.active = 1), ''), ") +
+         equipmentStatusSql() +
+         " from equipment e join equipment_types t on t.id = e.equipment_type_id "
+         "join locations l on l.id = e.location_id left join rooms r on r.id = e.room_id "
+         "left join equipment g on g.id = e.group_id where " +
+         condition;
+}
 
 void visitRows(Query& query, const EquipmentVisitor& visit) {
   EquipmentRow row;
@@ -29,8 +33,7 @@ void visitRows(Query& query, const EquipmentVisitor& visit) {
 }  // namespace
 
 void visitEquipmentOfType(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit) {
-  static const std::string sql =
-      std::string(columns) + "where e.equipment_type_id = :type_id order by e.number, e.id";
+  static const std::string sql = rowsWhere("e.equipment_type_id = :type_id order by e.number, e.id");
   Query query(db, sql);
   query.bind("type_id", typeId);
   visitRows(query, visit);
@@ -38,20 +41,34 @@ void visitEquipmentOfType(Connection& db, std::int64_t typeId, const EquipmentVi
 
 void visitLooseEquipment(Connection& db, std::int64_t typeId, std::int64_t roomId,
                          const EquipmentVisitor& visit) {
-  static const std::string sql = std::string(columns) +
-                                 "where e.equipment_type_id = :type_id and e.group_id is null and "
-                                 "coalesce(e.room_id, 0) <> :room_id order by e.number, e.id";
+  static const std::string sql = rowsWhere(
+      "e.equipment_type_id = :type_id and e.group_id is null and "
+      "coalesce(e.room_id, 0) <> :room_id order by e.number, e.id");
   Query query(db, sql);
   query.bind("type_id", typeId).bind("room_id", roomId == 0 ? -1 : roomId);
   visitRows(query, visit);
 }
 
+void visitMembers(Connection& db, std::int64_t groupId, const EquipmentVisitor& visit) {
+  static const std::string sql = rowsWhere("e.group_id = :group_id order by e.id");
+  Query query(db, sql);
+  query.bind("group_id", groupId);
+  visitRows(query, visit);
+}
+
+void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit) {
+  static const std::string sql =
+      rowsWhere("e.equipment_type_id = :type_id and e.group_id is not null order by e.number, e.id");
+  Query query(db, sql);
+  query.bind("type_id", typeId);
+  visitRows(query, visit);
+}
+
 void visitEquipmentOfBarcode(Connection& db, std::string_view barcode, WithGroups groups,
                              const EquipmentVisitor& visit) {
-  static const std::string sql =
-      std::string(columns) +
-      "where e.id in (select c.equipment_id from equipment_barcodes c where c.barcode = :barcode) and "
-      "(e.is_group = 0 or :with_groups = 1) order by e.id";
+  static const std::string sql = rowsWhere(
+      "e.id in (select c.equipment_id from equipment_barcodes c where c.barcode = :barcode) and "
+      "(e.is_group = 0 or :with_groups = 1) order by e.id");
   Query query(db, sql);
   query.bind("barcode", barcode).bind("with_groups", groups == WithGroups::Yes);
   visitRows(query, visit);
@@ -60,8 +77,7 @@ void visitEquipmentOfBarcode(Connection& db, std::string_view barcode, WithGroup
 void visitEquipmentOfNumber(Connection& db, std::string_view number, WithGroups groups,
                             const EquipmentVisitor& visit) {
   static const std::string sql =
-      std::string(columns) +
-      "where e.number = :number and (e.is_group = 0 or :with_groups = 1) order by e.id";
+      rowsWhere("e.number = :number and (e.is_group = 0 or :with_groups = 1) order by e.id");
   Query query(db, sql);
   query.bind("number", number).bind("with_groups", groups == WithGroups::Yes);
   visitRows(query, visit);

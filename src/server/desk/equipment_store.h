@@ -38,6 +38,11 @@ void visitEquipmentOfType(Connection& db, std::int64_t typeId, const EquipmentVi
 void visitLooseEquipment(Connection& db, std::int64_t typeId, std::int64_t roomId,
                          const EquipmentVisitor& visit);
 
+/// The members of a group.
+void visitMembers(Connection& db, std::int64_t groupId, const EquipmentVisitor& visit);
+/// The pieces of a type that belong to any group, by number.
+void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit);
+
 enum class WithGroups { Yes, No };
 /// What has the barcode, whether the barcode is active or not.
 void visitEquipmentOfBarcode(Connection& db, std::string_view barcode, WithGroups groups,

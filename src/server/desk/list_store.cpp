@@ -112,6 +112,24 @@ std::vector<CategoryRow> typesWithLooseEquipment(Connection& db, std::int64_t ro
   return rows;
 }
 
+std::vector<CategoryRow> typesInGroup(Connection& db, std::int64_t groupId) {
+  Query query(
+      db,
+      "select t.id, t.name, count(*) from equipment e join equipment_types t on "
+      "t.id = e.equipment_type_id where e.group_id = :group_id group by t.id, t.name order by t.name");
+  query.bind("group_id", groupId);
+  std::vector<CategoryRow> rows;
+  CategoryRow row;
+  query.into(row.id, row.name, row.count);
+  while (query.next()) rows.push_back(row);
+  return rows;
+}
+
+std::vector<NamedRow> roomDetailTypes(Connection& db) {
+  Query query(db, "select id, name from room_detail_types order by name");
+  return namedRows(query);
+}
+
 std::vector<NamedRow> mediaTypes(Connection& db) {
   Query query(db, "select id, name from media_types order by name");
   return namedRows(query);

@@ -39,9 +39,12 @@ struct CategoryRow {
 /// Types of pieces, counting those that belong to no group and are not in the room; types without one are
 /// left out.
 [[nodiscard]] std::vector<CategoryRow> typesWithLooseEquipment(Connection& db, std::int64_t roomId);
+/// Types of the members of a group.
+[[nodiscard]] std::vector<CategoryRow> typesInGroup(Connection& db, std::int64_t groupId);
 [[nodiscard]] std::vector<CategoryRow> roomTypes(Connection& db);
 
 [[nodiscard]] std::vector<NamedRow> mediaTypes(Connection& db);
+[[nodiscard]] std::vector<NamedRow> roomDetailTypes(Connection& db);
 /// The types of equipment that a media type needs.
 [[nodiscard]] std::vector<NamedRow> equipmentNeededBy(Connection& db, std::int64_t mediaTypeId);
 

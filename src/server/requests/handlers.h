@@ -71,6 +71,12 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> circulationSearchHandlers();
 [[nodiscard]] std::span<const HandlerRow> equipmentListHandlers();
 [[nodiscard]] std::span<const HandlerRow> findHandlers();
+[[nodiscard]] std::span<const HandlerRow> inventoryRecordHandlers();
+[[nodiscard]] std::span<const HandlerRow> inventoryListHandlers();
+[[nodiscard]] std::span<const HandlerRow> inventoryWriteHandlers();
+[[nodiscard]] std::span<const HandlerRow> remarkHandlers();
+[[nodiscard]] std::span<const HandlerRow> maintenanceHandlers();
+[[nodiscard]] std::span<const HandlerRow> membershipHandlers();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

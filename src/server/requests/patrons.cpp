@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "server/base/money_text.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/booking_store.h"
 #include "server/desk/patron_store.h"
@@ -33,11 +34,6 @@ Reply privileges(Context& context, const Message& message) {
   if (state.expiresAt) reply.head(tags::PVALD, momentText(*state.expiresAt));
   reply.head(tags::BKM, limits.bookings).head(tags::BCNT, state.bookings);
   return reply;
-}
-
-std::string moneyText(std::int64_t cents) {
-  const std::string part = std::to_string(cents % 100);
-  return std::to_string(cents / 100) + (part.size() < 2 ? ".0" : ".") + part;
 }
 
 Reply refusalReply(const std::optional<PatronRefusal>& refused) {

@@ -616,6 +616,34 @@ void foldNames(Connection& db) {
   }
 }
 
+// Clients know the status of a group that takes members by its key, 6. What the system sets by itself is no
+// row.
+constexpr std::string_view systemStatuses = R"(
+insert into status_types (id, for_rooms, name, priority, effect)
+  select 7, for_rooms, name, priority, effect from status_types where id = 6;
+update equipment_statuses set status_id = 7 where status_id = 6;
+delete from status_types where id = 6;
+insert into status_types (id, for_rooms, name, priority, effect)
+  select 9, 0, 'In Maintenance', 15, 3
+  where not exists (select 1 from status_types where for_rooms = 0 and name = 'In Maintenance');
+)";
+
+// A room may have several details of one type.
+constexpr std::string_view repeatedDetails = R"(
+create table room_details_repeated (
+  id $KEY,
+  room_id bigint not null references rooms on delete cascade,
+  room_detail_type_id bigint not null references room_detail_types,
+  content text not null
+);
+insert into room_details_repeated (room_id, room_detail_type_id, content)
+  select room_id, room_detail_type_id, content from room_details order by room_id, room_detail_type_id;
+drop table room_details;
+alter table room_details_repeated rename to room_details;
+create index room_details_room on room_details (room_id);
+create index equipment_current_room on equipment (current_room_id) where current_room_id is not null;
+)";
+
 constexpr std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -630,6 +658,8 @@ constexpr std::array steps{
     Migration{11, "longest use of single rooms", singleRooms},
     Migration{12, "leaner saves", leanerSaves},
     Migration{13, "names without marks", namesWithoutMarks, foldNames},
+    Migration{14, "statuses of the system", systemStatuses},
+    Migration{15, "repeated details of rooms", repeatedDetails},
 };
 
 }  // namespace

@@ -481,7 +481,8 @@ TEST_P(BookingRequests, EquipmentAndPatronsToChooseFrom) {
   EXPECT_EQ(send("GETEAVC", "").text(),
             "0||ETI=4 ETY=Camera MIC=1|ETI=2 ETY=Projector MIC=3|ETI=1 ETY=Television MIC=3");
   EXPECT_EQ(send("GETEAVC", "RID=1").all("MIC"), "1,2,3") << "what stands there already is no choice";
-  EXPECT_EQ(send("GETGITM", "ETI=3").text(), "0||ECNT=2 EID=5 EIU=Y ENO=SET1 LNA=Main Desk RID=3 RNM=Store");
+  EXPECT_EQ(send("GETGITM", "ETI=3").text(),
+            "0||ECNT=2 EID=5 EIU=Y ENO=SET1 LNA=Main Desk RID=3 RNM=Store STY=Not Charged");
   EXPECT_EQ(send("GETNGRPE", "ETI=1").all("ENO"), "MTV,TV1,TV2");
   EXPECT_EQ(send("GETEITM", "ETI=1").all("GRPNO"), "SET1");
   EXPECT_EQ(send("GETIBYB", "EPT=3; BARORNO=0; BNO=E2").text(),

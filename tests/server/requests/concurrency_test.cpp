@@ -4,6 +4,7 @@
 #include <barrier>
 #include <functional>
 #include <future>
+#include <set>
 #include <thread>
 
 #include "server/access/sealing.h"
@@ -144,6 +145,37 @@ TEST_P(TwoDesks, AChangeAndASaveDoNotBothGetTheLastPiece) {
     }
     EXPECT_EQ(doubles(), "0");
     library().execute("delete from bookings");
+  }
+}
+
+/// Whichever is first, the other is refused: what is gone cannot be booked, and what is booked stays.
+TEST_P(TwoDesks, TheInventoryAndABookingDoNotBothHaveTheirWay) {
+  struct Contest {
+    const char* change;
+    std::set<std::string> outcomes;
+  };
+  const Contest contests[] = {
+      {"REMEQIP EID=20", {"-98 0", "0 100"}},
+      {"ADDREQP EID=20; RID=1; ULI=1", {"0 174", "0 179"}},
+      {"NEWGITM EID=20; GRPID=5; ULI=1", {"0 183", "149 182"}},
+  };
+  const std::string save = booking(timesOf(0), "LOC=1", 3, "EID=20");
+  for (const Contest& contest : contests) {
+    SCOPED_TRACE(contest.change);
+    const std::string change = contest.change;
+    const std::size_t blank = change.find(' ');
+    for (int round = 0; round < rounds / 2; ++round) {
+      library().execute("delete from bookings");
+      library().execute("delete from equipment where id = 20");
+      library().execute(
+          "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) values "
+          "(20, 1, 'TV20', 1, 3, 0)");
+      ASSERT_EQ(send("NEWBK", booking(timesOf(0), "LOC=1", 3, "EID=5")).rc, 0) << "the group is booked then";
+      const Message messages[] = {{"NEWBK", save}, {change.substr(0, blank), change.substr(blank + 1)}};
+      const std::string outcome = atOnce(ofTwoServers, [&](std::size_t desk) { return messages[desk]; });
+      EXPECT_TRUE(contest.outcomes.contains(outcome)) << outcome;
+    }
+    EXPECT_EQ(doubles(), "0");
   }
 }
 

@@ -28,8 +28,8 @@ constexpr std::string_view many[] = {
     "patron_barcodes (patron_id, patron_group_id, barcode, status_id) select n, 1, 'Q' || n, 1",
     "equipment_types (name) select 'K' || n",
     "equipment (equipment_type_id, group_id, number, location_id, room_id, created_at) "
-    "select n % 1000 + 1, case when n % 5 > 0 then n - n % 5 end, 'X' || n, 1, 3, 0",
-    "equipment_barcodes (equipment_id, barcode, status_id) select n, 'F' || n, 1",
+    "select n % 1000 + 1, case when n > 5 and n % 5 > 0 then n - n % 5 end, 'X' || n, 1, 3, 0",
+    "equipment_barcodes (equipment_id, barcode, status_id) select n + 10, 'F' || n, 1",
     "titles (title, search_title, is_indexed) select 'T' || n, 't' || n, 1",
     "holdings (title_id, location_id, search_call_number, call_number_kind) select n, 1, 'c' || n, 'MLC#'",
     "items (holding_id, title_id, location_id, barcode) select n, n, 1, 'L' || n",
@@ -43,7 +43,7 @@ constexpr std::string_view many[] = {
     "select n, 1, n % 4000 + 20, 1, 0, case when n % 10 > 0 then 0 end",
     "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
     "select 11 + n % 3, n, n * 3600, n * 3600 + 3600, n, n",
-    "maintenance (equipment_id, came_in_on, created_at) select n, n * 86400, 0",
+    "maintenance (equipment_id, came_in_on, created_at) select n + 10, n * 86400, 0",
     "sessions (token, operator_id, expires_at) select 't' || n, 1, n",
     "replies (operator_id, request_id, code, reply, at) select 1, 'i' || n, 'C', '', n",
     "audit (at, action, subject, detail) select n, '', '', ''",

@@ -35,10 +35,23 @@ constexpr Rows filled[] = {
     {2, always,
      "insert into equipment (id, equipment_type_id, number, location_id, created_at) values (1, 1, 'C', 1, "
      "0)"},
+    {2, always, "insert into room_types (id, name) values (1, 'Hall')"},
+    {2, always,
+     "insert into rooms (id, location_id, room_type_id, number, name, created_at) values (1, 1, 1, 'R', 'R', "
+     "0)"},
+    {2, always, "insert into room_detail_types (id, name) values (1, 'Seats')"},
+    {2, always, "insert into room_details (room_id, room_detail_type_id, content) values (1, 1, '20')"},
+    {6, 13,
+     "insert into equipment_statuses (equipment_id, status_id, applied_at) values (1, 6, 5), (1, 3, 5)"},
+    {14, always,
+     "insert into equipment_statuses (equipment_id, status_id, applied_at) values (1, 7, 5), (1, 3, 5)"},
     {3, always, "insert into patron_groups (id, name) values (1, 'Students')"},
-    {3, always,
+    {3, 12,
      "insert into patrons (id, last_name, search_name) with recursive n(i) as (select 1 union all "
      "select i + 1 from n where i < 1001) select i, 'M\u00fcller ' || i, 'm\u00fcller ' || i from n"},
+    {13, always,
+     "insert into patrons (id, last_name, search_name) with recursive n(i) as (select 1 union all "
+     "select i + 1 from n where i < 1001) select i, 'M\u00fcller ' || i, 'muller ' || i from n"},
     {3, always, "insert into titles (id, title, search_title) values (1, 'Bees', 'bees')"},
     {4, 9, "insert into policies (id, location_id) values (1, 1)"},
     {4, always, "insert into policies (id, location_id, patron_group_id) values (2, 1, 1), (3, 1, null)"},
@@ -53,6 +66,9 @@ constexpr Rows filled[] = {
     {5, 12,
      "insert into occupancy (kind, thing, family, starts_at, ends_at, booking_id, line_id) values "
      "(1, 1, 1, 100, 200, 1, 1), (12, 1, 1, 100, 200, 1, 1)"},
+    {13, always,
+     "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) values "
+     "(1, 1, 100, 200, 1, 1), (12, 1, 100, 200, 1, 1)"},
 };
 
 /// What has become of it at the last step.
@@ -75,6 +91,11 @@ constexpr Kept kept[] = {
      1},
     {5, "occupancy where booking_id = 1 and line_id = 1 and starts_at = 100 and ends_at = 200", 2},
     {1, "barcode_statuses", 4},
+    {2, "room_details where room_id = 1 and room_detail_type_id = 1 and content = '20'", 1},
+    {6, "equipment_statuses where status_id in (3, 7)", 2},
+    {1, "status_types where id = 6", 0},
+    {1, "status_types where id = 7 and name = 'New' and effect = 2", 1},
+    {1, "status_types where id = 9 and name = 'In Maintenance' and effect = 3", 1},
 };
 
 int last() {

@@ -246,6 +246,9 @@ void makeGroups(Connection& db, World& world, Dice& dice) {
   }
 }
 
+/// The fixed status types of equipment that hands apply.
+constexpr int statuses[] = {1, 2, 3, 4, 5, 7};
+
 void applyStatus(Connection& db, std::int64_t pieceId, int status, Moment at, const char* note) {
   Query query(db,
               "insert into equipment_statuses (equipment_id, status_id, applied_at, note) "
@@ -261,7 +264,7 @@ void applyStatus(Connection& db, std::int64_t pieceId, int status, Moment at, co
 void makeStatuses(Connection& db, World& world, Dice& dice) {
   for (World::Piece& piece : world.pieces) {
     if (piece.group || piece.groupId != 0 || !dice.percent(6)) continue;
-    const int status = dice.between(1, 6);
+    const int status = statuses[static_cast<std::size_t>(dice.below(6))];
     applyStatus(db, piece.id, status, world.today - dice.between(1, 40) * day, "Seen at the last return.");
     if (status <= 2) piece.bookable = false;
   }

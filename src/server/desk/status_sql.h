@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace vantry::server {
+
+// The status that a record shows, as expressions over the row `e` of equipment or `r` of rooms. What is out
+// shows "Charged" before any other status. What has none shows "Not Charged", a room "Available".
+
+/// Whether the piece or group is out: by itself, with its group, or through one of its members.
+[[nodiscard]] std::string isOutSql();
+[[nodiscard]] std::string equipmentStatusSql();
+[[nodiscard]] std::string roomStatusSql();
+
+}  // namespace vantry::server

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+
+namespace vantry::server {
+
+/// How the bookings that are not over use a piece or a group. A member is used with its group, and a group
+/// with each of its members.
+struct ThingUse {
+  bool out = false;
+  bool booked = false;
+};
+
+/// The same for a room, and whether equipment is kept in it.
+struct RoomUse {
+  bool out = false;
+  bool booked = false;
+  bool keepsThings = false;
+};
+
+/// The return code that refuses a deletion: 106 while it is out, 100 while it is booked.
+[[nodiscard]] std::optional<int> refusalToRemove(const ThingUse& use);
+
+/// The same for a room: 103 while it is in use, 107 while it is booked.
+[[nodiscard]] std::optional<int> refusalToRemove(const RoomUse& use);
+
+/// The return code that refuses another room: 174 while bookings that are not over hold the thing.
+[[nodiscard]] std::optional<int> refusalToMove(const ThingUse& use);
+
+}  // namespace vantry::server

@@ -1,0 +1,77 @@
+#include "server/requests/inventory_message.h"
+
+#include "server/base/number_text.h"
+#include "server/base/tag_refusal.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr std::int64_t mostCents = 900'000'000'000;
+
+/// Of figures and at most one decimal point, which the form of the tag has ensured.
+std::int64_t centsIn(std::string_view figures) {
+  const std::size_t point = figures.find('.');
+  std::string_view whole = figures.substr(0, point);
+  std::string decimals(point == std::string_view::npos ? std::string_view() : figures.substr(point + 1));
+  while (whole.starts_with('0')) whole.remove_prefix(1);
+  decimals.resize(2, '0');
+  if (whole.size() > 12) return mostCents + 1;
+  return numberOf(whole) * 100 + numberOf(decimals);
+}
+
+}  // namespace
+
+std::int64_t centsOf(const Message& message, std::string_view tag) {
+  std::string_view text = message.text(tag);
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  const std::int64_t cents = centsIn(text);
+  if (cents > mostCents) refuseTag(tag);
+  return negative ? -cents : cents;
+}
+
+Moment dayOf(const Message& message, std::string_view tag) {
+  if (message.text(tag).empty()) return 0;
+  const std::optional<Moment> at = parseMoment(message.text(tag));
+  if (!at) refuseTag(tag);
+  return startOfDay(*at);
+}
+
+std::string dayText(Moment midnight) {
+  return midnight == 0 ? std::string() : dateText(midnight);
+}
+
+Stamp stampOf(const Context& context, Moment last) {
+  return {.at = nextStamp(last, context.now),
+          .operatorId = context.session.operatorId,
+          .locationId = context.session.locationId};
+}
+
+Reply createdReply(const Context& context, std::string_view tag, std::int64_t id) {
+  Reply reply;
+  return reply.head(tag, id)
+      .head(tags::CLN, context.session.locationName)
+      .head(tags::CDT, momentText(context.now))
+      .head(tags::CNM, context.session.operatorName);
+}
+
+Reply updatedReply(const Context& context, const Stamp& stamp) {
+  Reply reply;
+  return reply.head(tags::UDT, momentText(stamp.at))
+      .head(tags::ULN, context.session.locationName)
+      .head(tags::UNM, context.session.operatorName);
+}
+
+void addStamps(Reply& reply, const RecordStamps& stamps) {
+  reply.head(tags::CNM, stamps.createdBy)
+      .head(tags::CDT, momentText(stamps.createdAt))
+      .head(tags::CLN, stamps.createdAtDesk);
+  if (stamps.updatedAt == 0) return;
+  reply.head(tags::UNM, stamps.updatedBy)
+      .head(tags::UDT, momentText(stamps.updatedAt))
+      .head(tags::ULN, stamps.updatedAtDesk);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,124 @@
+// Groups and their members, rooms and what is kept in them. What bookings hold is never moved away under
+// them.
+
+#include <array>
+
+#include "server/access/audit.h"
+#include "server/access/rights.h"
+#include "server/base/money_text.h"
+#include "server/base/tag_refusal.h"
+#include "server/desk/inventory_writer.h"
+#include "server/desk/membership.h"
+#include "server/desk/remark_store.h"
+#include "server/desk/thing_store.h"
+#include "server/requests/inventory_message.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr int bookingsExist = 100;
+constexpr int groupStatus = 125;
+constexpr int bookingsFollow = 182;
+constexpr int bothBooked = 183;
+
+/// The rights that let an operator move things; the row of the request admits more, for its question.
+constexpr std::string_view moveRights = "EQADD EQUPD RMUPD";
+
+Piece requirePiece(Context& context, const Message& message, std::string_view tag, bool isGroup) {
+  const std::optional<Piece> piece = findPiece(context.db, message.number(tag));
+  if (!piece || piece->isGroup != isGroup) refuseTag(tag);
+  return *piece;
+}
+
+/// A group is changed only while nothing but the system's "Not Charged" is on it.
+bool mayChange(Context& context, std::int64_t groupId) {
+  const std::vector<StatusRow> statuses = appliedStatuses(context.db, Owner::Equipment, groupId);
+  return statuses.size() == 1 && statuses.front().id == systemStatus::notCharged;
+}
+
+Reply valueReply(Context& context, int code, std::int64_t groupId) {
+  const std::string value = moneyText(valueOfGroup(context.db, groupId));
+  Reply reply(code);
+  return reply.head(tags::MVL, value);
+}
+
+void note(const Context& context, std::string_view action, std::int64_t id, std::int64_t other) {
+  audit(context.db, &context.session, context.now, action, std::to_string(id), std::to_string(other));
+}
+
+Reply addMember(Context& context, const Message& message) {
+  const Piece piece = requirePiece(context, message, tags::EID, false);
+  const Piece group = requirePiece(context, message, tags::GRPID, true);
+  if (!mayChange(context, group.id)) return Reply(groupStatus);
+  bool follow = false;
+  if (piece.groupId != group.id) {
+    const bool leavesBooked = piece.groupId != 0 && useOfEquipment(context.db, piece.groupId).booked;
+    const bool isOut = useOfEquipment(context.db, piece.id).out;
+    if (isOut || leavesBooked || wouldMeet(context.db, piece.id, group.id)) return Reply(bothBooked);
+    follow = joinGroup(context.db, piece.id, group.id);
+    note(context, "member added", piece.id, group.id);
+  }
+  Reply reply = valueReply(context, follow ? bookingsFollow : 0, group.id);
+  return reply.head(tags::EQVR, moneyText(valueOfGroup(context.db, group.id)));
+}
+
+/// The piece leaves in any case; the code tells that bookings of the group have lost it.
+Reply removeMember(Context& context, const Message& message) {
+  const Piece piece = requirePiece(context, message, tags::EID, false);
+  const Piece group = requirePiece(context, message, tags::GRPID, true);
+  if (piece.groupId != group.id) return valueReply(context, 0, group.id);
+  if (useOfEquipment(context.db, group.id).out) return Reply(groupStatus);
+  const bool held = leaveGroup(context.db, piece.id, group.id);
+  note(context, "member removed", piece.id, group.id);
+  Reply reply = valueReply(context, held ? bookingsExist : 0, group.id);
+  if (held) reply.head(tags::BX, "Y");
+  return reply;
+}
+
+Reply keepMember(Context& context, const Message& message) {
+  const Piece piece = requirePiece(context, message, tags::EID, false);
+  const Piece group = requirePiece(context, message, tags::GRPID, true);
+  if (!keepInBookings(context.db, piece.id, group.id, stampOf(context, 0))) return Reply(bothBooked);
+  note(context, "kept in bookings", piece.id, group.id);
+  return Reply();
+}
+
+/// A question where the thing is there already, or is new; otherwise a move.
+Reply placeInRoom(Context& context, const Message& message) {
+  const std::int64_t id = message.number(tags::EID);
+  if (id == 0) return Reply();
+  const std::optional<EquipmentRecord> record = findEquipmentRecord(context.db, id);
+  if (!record) return Reply(rc::notFound);
+  if (const auto refusal = refusalToMove(useOfEquipment(context.db, id))) return Reply(*refusal);
+  const std::int64_t room = message.number(tags::RID);
+  if (room == 0 || room == record->roomId) return Reply();
+  if (!holdsAnyRight(context.db, context.session, moveRights)) return Reply(rc::noRight);
+  if (!findRoom(context.db, room)) refuseTag(tags::RID);
+  moveToRoom(context.db, id, room, stampOf(context, record->stamps.updatedAt));
+  note(context, "equipment moved", id, room);
+  return Reply();
+}
+
+Reply freeFromBookings(Context& context, const Message& message) {
+  const std::int64_t id = message.number(tags::EID);
+  if (isBoundToBookings(context.db, id)) return Reply(bookingsExist);
+  releaseFromBookings(context.db, id, stampOf(context, 0));
+  note(context, "freed from bookings", id, 0);
+  return Reply();
+}
+
+constexpr std::array rows{
+    HandlerRow{"NEWGITM", addMember},        HandlerRow{"REMGITM", removeMember},
+    HandlerRow{"AETGB", keepMember},         HandlerRow{"ADDREQP", placeInRoom},
+    HandlerRow{"DLTEBFR", freeFromBookings},
+};
+
+}  // namespace
+
+std::span<const HandlerRow> membershipHandlers() {
+  return rows;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,231 @@
+// Making, changing and deleting what the inventory holds.
+
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+class InventoryWrites : public OnEachDatabase {
+ protected:
+  static std::string piece(const std::string& number, const std::string& changes = {}) {
+    std::string tags =
+        "ETI=1; ETY=Television; ENO=" + number +
+        "; EMA=Sony; EFO=; EMO=T1; ESN=; EQVP=99.9; EQVR=9000000000; ESU=; EDP=2026-3-1; ENM=; LOC=1; "
+        "RID=3; RNM=001";
+    return with(tags, changes);
+  }
+  static std::string group(const std::string& number) {
+    return "ETI=3; ETY=Video Set; ENO=" + number + "; LOC=1; RID=3; RNM=001";
+  }
+  static std::string room(const std::string& number, const std::string& changes = {}) {
+    return with("RTI=1; RTY=Classroom; RNO=" + number + "; RNM=New Room; LOC=1; RCA=12", changes);
+  }
+  /// The tags with the values of others in their place.
+  static std::string with(std::string tags, const std::string& changes) {
+    if (changes.empty()) return tags;
+    const std::string name = changes.substr(0, changes.find('=') + 1);
+    const std::size_t at = ("; " + tags).find("; " + name);
+    const std::size_t end = tags.find("; ", at);
+    return tags.substr(0, at) + changes + (end == std::string::npos ? "" : tags.substr(end));
+  }
+  std::string book(const std::string& things, const std::string& place = "LOC=1", int type = 3) {
+    return send("NEWBK", booking(times(2, "09:15", "10:00"), place, type, things)).first("BOOKID");
+  }
+  std::string count(const std::string& rows) { return library().value("select count(*) from " + rows); }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, InventoryWrites, eachDatabase, databaseName);
+
+struct Row {
+  std::string change;
+  const char* reply;
+};
+
+TEST_P(InventoryWrites, APieceIsMadeReadAndChanged) {
+  EXPECT_EQ(send("NEWEQIPD", "BNO=E99; " + piece("TV9")).text(),
+            "0|CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk EID=11");
+  EXPECT_EQ(
+      send("GETEDTL", "EID=11").text(),
+      "0|BNO=E99 CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk EDP=2026-03-01 EHB=0 EHM=0 EMA=Sony "
+      "EMO=T1 ENO=TV9 EQVP=99.90 EQVR=9000000000.00 LNA=Main Desk LOC=1 RID=3 RNM=Store STY=Not Charged "
+      "TRNM=Store");
+  EXPECT_EQ(send("UPDEQIPD", "EID=11; " + piece("TV9", "EMA=\u05d0\U0001f4fa")).text(),
+            "0|UDT=2026-03-02 09:00:00 ULN=Main Desk UNM=Operator desk");
+  EXPECT_EQ(send("UPDEQIPD", "EID=11; " + piece("TV9", "EMA=\u05d0\U0001f4fa")).first("UDT"),
+            "2026-03-02 09:00:01");
+  EXPECT_EQ(send("GETEDTL", "EID=11").first("EMA"), "\u05d0\U0001f4fa");
+  EXPECT_EQ(send("UPDEQIPD", "EID=6; " + piece("TV3", "EQVR=7.5")).first("MVL"), "7.50")
+      << "what its group is worth then";
+  EXPECT_EQ(send("UPDEQIPD", "EID=99; " + piece("TV99")).rc, 2) << "another desk deleted it";
+  EXPECT_EQ(send("UPDEQIPD", "EID=5; " + piece("TV99")).rc, 2) << "no piece";
+}
+
+TEST_P(InventoryWrites, WhatMakesNoSenseIsRefusedByItsTagAndNothingIsStored) {
+  const Row rows[] = {{"ENO=TV1", "-98|CANTREAD=ENO"},       {"ENO= ", "-98|CANTREAD=ENO"},
+                      {"ETI=3", "-98|CANTREAD=ETI"},         {"ETI=99", "-98|CANTREAD=ETI"},
+                      {"LOC=9", "-98|CANTREAD=LOC"},         {"RID=4", "-98|CANTREAD=RID"},
+                      {"RID=0", "-98|CANTREAD=RID"},         {"EQVR=9000000000.01", "-98|CANTREAD=EQVR"},
+                      {"EDP=0000-01-01", "-98|CANTREAD=EDP"}};
+  for (const Row& row : rows) {
+    EXPECT_EQ(send("NEWEQIPD", "BNO=E98; " + piece("TV9", row.change)).text(), row.reply) << row.change;
+    EXPECT_EQ(send("UPDEQIPD", "EID=2; " + piece("TV2", row.change)).text(), row.reply) << row.change;
+  }
+  EXPECT_EQ(send("NEWEQIPD", "BNO=E1; " + piece("TV9")).text(), "-98|CANTREAD=BNO") << "a piece has it";
+  EXPECT_EQ(send("NEWEQIPD", "BNO=M1; " + piece("TV9")).text(), "-98|CANTREAD=BNO") << "an item has it";
+  EXPECT_EQ(count("equipment"), "10");
+  EXPECT_EQ(send("NEWEQIPD", "BNO=E1OLD; " + piece("TV1", "LOC=3")).text(), "-98|CANTREAD=RID");
+  EXPECT_EQ(send("NEWEQIPD", "BNO=E1OLD; " + piece("TV9")).rc, 0) << "an inactive barcode is free";
+}
+
+TEST_P(InventoryWrites, AGroupTakesItsMembersAlong) {
+  EXPECT_EQ(send("NEWGRPD", "BNO=; " + group("SET9")).first("EID"), "11");
+  EXPECT_EQ(send("NEWGRPD", "BNO=; " + group("SET1")).text(), "-98|CANTREAD=ENO");
+  library().execute(
+      "insert into rooms (id, location_id, room_type_id, number, name, created_at) values (7, 1, 2, '002', "
+      "'Other Store', 0)");
+  EXPECT_EQ(send("UPDGRPD", "EID=5; ETI=3; ETY=; ENO=SET1; LOC=1; RID=7; RNM=").rc, 0);
+  EXPECT_EQ(count("equipment where room_id = 7"), "3");
+  EXPECT_EQ(send("UPDGRPD", "EID=1; " + group("SET7")).rc, 2);
+}
+
+TEST_P(InventoryWrites, WhatABookingHoldsStaysInItsRoom) {
+  book("EID=6");
+  for (const char* id : {"5", "6"}) {
+    SCOPED_TRACE(id);
+    const bool isGroup = std::string(id) == "5";
+    const std::string same = isGroup ? group("SET1") : piece("TV3");
+    const std::string code = isGroup ? "UPDGRPD" : "UPDEQIPD";
+    EXPECT_EQ(send(code, "EID=" + std::string(id) + "; " + with(same, "RID=1")).rc, 174);
+    EXPECT_EQ(send(code, "EID=" + std::string(id) + "; " + same).rc, 0) << "all else may change";
+  }
+  send("CANBK", "BOOKID=1");
+  EXPECT_EQ(send("UPDEQIPD", "EID=6; " + with(piece("TV3"), "RID=1")).rc, 0);
+}
+
+TEST_P(InventoryWrites, WhatBookingsNeedIsNotDeleted) {
+  const std::string id = book("EID=5; EID=1", "RID=1", 1);
+  const auto may = [&](const char* record, const char* kind) {
+    return send("VERDELE", std::string("VID=") + record + "; VTY=" + kind).rc;
+  };
+  EXPECT_EQ(may("1", "1"), 100);
+  EXPECT_EQ(may("6", "1"), 100) << "with its group";
+  EXPECT_EQ(may("5", "2"), 100);
+  EXPECT_EQ(may("1", "0"), 103) << "a piece is kept there";
+  library().execute("update equipment set room_id = 3 where room_id = 1");
+  EXPECT_EQ(may("1", "0"), 107);
+  send("CBK", "BOOKID=" + id);
+  EXPECT_EQ(may("1", "1"), 106);
+  EXPECT_EQ(may("1", "0"), 103);
+  EXPECT_EQ(send("REMEQIP", "EID=1").rc, 106);
+  EXPECT_EQ(send("REMGRP", "EID=5").rc, 106);
+  EXPECT_EQ(send("REMROOM", "RID=1").rc, 103);
+  send("DBK", "BOOKID=" + id + "; EID=5; EID=1");
+  for (const char* kind : {"1", "0"}) EXPECT_EQ(may("1", kind), 0);
+  EXPECT_EQ(send("REMEQIP", "EID=5").text(), "-98|CANTREAD=EID") << "a group";
+  EXPECT_EQ(send("REMEQIP", "EID=1").rc, 0);
+  EXPECT_EQ(send("REMGRP", "EID=5").rc, 0);
+  EXPECT_EQ(send("REMROOM", "RID=1").rc, 0);
+  EXPECT_EQ(count("equipment where group_id is not null"), "0") << "members outlive their group";
+  EXPECT_EQ(send("GETSEQ", "BOOKID=" + id + "; SC=Y").all("ETY"), "Video Set,Television")
+      << "history keeps types";
+  EXPECT_EQ(send("REMEQIP", "EID=1").rc, 0) << "gone already";
+}
+
+TEST_P(InventoryWrites, ARoomIsMadeAndChangedWithItsDetails) {
+  library().execute("insert into room_detail_types (id, name) values (1, 'Seats'), (2, 'Blinds')");
+  EXPECT_EQ(send("NEWROOMD", room("120") + "; RDI=1; RDTL=20; RDI=1; RDTL=4 more; RDI=2; RDTL=").text(),
+            "0|CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk RID=7");
+  EXPECT_EQ(send("GETRDTL", "RID=7").all("RDTL"), "20,4 more");
+  EXPECT_EQ(send("UPDROOMD", "RID=7; " + room("121") + "; RDI=2; RDTL=dark").text(),
+            "0|UDT=2026-03-02 09:00:00 ULN=Main Desk UNM=Operator desk");
+  EXPECT_EQ(
+      send("GETRDTL", "RID=7").text(),
+      "0|CDT=2026-03-02 09:00:00 CLI=1 CLN=Main Desk CNM=Operator desk EHB=0 LNA=Main Desk LOC=1 RCA=12 "
+      "RNM=New Room RNO=121 RST=N STY=Available UDT=2026-03-02 09:00:00 ULN=Main Desk UNM=Operator "
+      "desk|RDI=2 RDTL=dark RDTY=Blinds");
+  const Row rows[] = {{"RNO=101", "-98|CANTREAD=RNO"},       {"RNO=", "-98|CANTREAD=RNO"},
+                      {"RTI=9", "-98|CANTREAD=RTI"},         {"LOC=9", "-98|CANTREAD=LOC"},
+                      {"RCA=-1", "-98|CANTREAD=RCA"},        {"RCA=100000", "-98|CANTREAD=RCA"},
+                      {"RCA=2147483648", "-98|CANTREAD=RCA"}};
+  for (const Row& row : rows) {
+    EXPECT_EQ(send("NEWROOMD", room("130", row.change)).text(), row.reply) << row.change;
+    EXPECT_EQ(send("UPDROOMD", "RID=7; " + room("121", row.change)).text(), row.reply) << row.change;
+  }
+  EXPECT_EQ(send("NEWROOMD", room("130") + "; RDI=9; RDTL=x").text(), "-98|CANTREAD=RDI");
+  EXPECT_EQ(count("rooms"), "7");
+  EXPECT_EQ(send("UPDROOMD", "RID=99; " + room("131")).rc, 2);
+}
+
+TEST_P(InventoryWrites, NotesAreOneForEachType) {
+  EXPECT_EQ(send("AUEGNOTE", "EID=1; ENID=2; MNO=Ask twice.").rc, 0);
+  EXPECT_EQ(send("GETEGN", "EID=1; ENID=2").text(),
+            "0|MNO=Ask twice. ON=Operator desk UDT=2026-03-02 09:00:00");
+  EXPECT_EQ(send("REMEGN", "EID=1; ENID=2").rc, 0);
+  EXPECT_EQ(send("GETEGNS", "EID=1").all("NX"), "N,Y,Y,N");
+  EXPECT_EQ(send("AUEGNOTE", "EID=1; ENID=13; MNO=x").text(), "-98|CANTREAD=ENID") << "a type of rooms";
+  EXPECT_EQ(send("AUEGNOTE", "EID=99; ENID=2; MNO=x").rc, 2);
+  EXPECT_EQ(send("AURNOTE", "RID=2; RNID=11; MNO=" + std::string(100'000, 'n')).rc, 0);
+  EXPECT_EQ(send("GETRN", "RID=2; RNID=11").first("MNO").size(), 100'000U);
+  EXPECT_EQ(send("REMRN", "RID=2; RNID=11").rc, 0);
+  EXPECT_EQ(count("room_notes where room_id = 2"), "0");
+}
+
+TEST_P(InventoryWrites, StatusesAreSetByHandButNotThoseOfTheSystem) {
+  EXPECT_EQ(send("NEWEGSTS", "EID=1; SID=9; SNO=; ULI=1").text(), "0|UDT=2026-03-02 09:00:00");
+  EXPECT_EQ(send("GETEDTL", "EID=1").first("STY"), "In Maintenance");
+  EXPECT_EQ(send("VES", "EID=1").all("VD1"), "3") << "it forbids bookings";
+  EXPECT_EQ(send("NEWEGSTS", "EID=1; SID=9; SNO=again; ULI=1").rc, 0);
+  EXPECT_EQ(send("GETEGSTS", "EID=1").text(),
+            "0||SDT=2026-03-02 SID=9 SNO=again SPR=3|SDT=1970-01-01 SID=6 SPR=9");
+  EXPECT_EQ(send("REMEGSTS", "EID=1; SID=9; ULI=1").rc, 0);
+  EXPECT_EQ(send("REMEGSTS", "EID=1; SID=9; ULI=1").rc, 0) << "absent already";
+  for (const char* system : {"6", "8"}) {
+    EXPECT_EQ(send("NEWEGSTS", std::string("EID=1; SID=") + system + "; SNO=; ULI=1").text(),
+              "-98|CANTREAD=SID");
+    EXPECT_EQ(send("REMEGSTS", std::string("EID=1; SID=") + system + "; ULI=1").text(), "-98|CANTREAD=SID");
+  }
+  EXPECT_EQ(send("NEWEGSTS", "EID=1; SID=11; SNO=; ULI=1").text(), "-98|CANTREAD=SID") << "a status of rooms";
+  EXPECT_EQ(send("NEWRMSTS", "RID=1; SID=11; SNO=flood; ULI=1").rc, 0);
+  EXPECT_EQ(send("GETRDTL", "RID=1").first("STY"), "Closed");
+  EXPECT_EQ(send("REMRMSTS", "RID=1; SID=11; ULI=1").rc, 0);
+  EXPECT_EQ(send("GETRDTL", "RID=1").first("STY"), "Available");
+}
+
+TEST_P(InventoryWrites, OneBarcodeIsActiveAndNoOtherThingHasIt) {
+  EXPECT_EQ(send("NEWEGBAR", "EID=1; BNO=E1NEW; ULI=1; BSI=1").rc, 0);
+  EXPECT_EQ(send("GETEGBAR", "EID=1").text(), "0||BNO=E1NEW BSI=1|BNO=E1 BSI=2|BNO=E1OLD BSI=2");
+  EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=E1NEW; ULI=1; BSI=1").text(), "-98|CANTREAD=BNO");
+  EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=M1; ULI=1; BSI=1").text(), "-98|CANTREAD=BNO");
+  EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=; ULI=1; BSI=1").text(), "-98|CANTREAD=BNO");
+  EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=E1; ULI=1; BSI=1").rc, 0) << "inactive by now";
+  EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=X; ULI=1; BSI=9").text(), "-98|CANTREAD=BSI");
+  EXPECT_EQ(send("NEWEGBAR", "EID=99; BNO=X; ULI=1; BSI=1").rc, 2);
+  EXPECT_EQ(send("REMEGBAR", "EID=1; BNO=E1NEW").rc, 0);
+  EXPECT_EQ(send("GETEDTL", "EID=1").head.count("BNO"), 0U);
+}
+
+TEST_P(InventoryWrites, MaintenanceIsWrittenWithItsLinesAndThePiecesNextDay) {
+  library().execute("insert into maintenance_types (id, name) values (1, 'Cleaning'), (2, 'Repair')");
+  const std::string days = "MNO=loud; MDI=2026-03-01; MDO=2026-03-02; ENM=2026-09-01";
+  EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=E1; " + days + "; MTI=1; MCO=lens; MTI=1; MCO=belt").text(),
+            "0|CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk MID=1");
+  EXPECT_EQ(send("GETEDTL", "EID=1").first("ENM"), "2026-09-01");
+  EXPECT_EQ(send("UPDEMAINTD", "MID=1; EID=1; BNO=E1; MNO=; MDI=2026-03-01; MDO=; ENM=; MTI=2; MCO=plug").rc,
+            0);
+  EXPECT_EQ(send("UPDEMAINTD", "MID=1; EID=1; BNO=E1").rc, 0) << "from the barcode dialog";
+  EXPECT_EQ(send("GETMDTL", "MID=1").text(),
+            "0|BNO=E1 CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk EID=1 ENO=TV1 ETY=Television "
+            "MDI=2026-03-01 STY=Not Charged UDT=2026-03-02 09:00:01 ULN=Main Desk UNM=Operator desk|MCO=plug "
+            "MDID=4 MTI=2 MTY=Repair");
+  const Row rows[] = {{"MDI=", "-98|CANTREAD=MDI"}, {"MDO=2026-02-28", "-98|CANTREAD=MDO"}};
+  for (const Row& row : rows)
+    EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=; " + with(days, row.change)).text(), row.reply) << row.change;
+  EXPECT_EQ(send("NEWEMAINTD", "EID=5; BNO=; " + days).text(), "-98|CANTREAD=EID") << "a group";
+  EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=; " + days + "; MTI=9; MCO=").text(), "-98|CANTREAD=MTI");
+  EXPECT_EQ(count("maintenance"), "1");
+  EXPECT_EQ(send("REMMAINT", "MID=1").rc, 0);
+  EXPECT_EQ(count("maintenance_lines"), "0");
+  EXPECT_EQ(send("UPDEMAINTD", "MID=1; EID=1; BNO=").rc, 2);
+}
+
+}  // namespace
+}  // namespace vantry::server
