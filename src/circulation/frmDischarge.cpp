@@ -78,12 +78,16 @@ void frmDischarge::Form_Load() {
 
 void frmDischarge::fillLists() {
   const TagMessage& message = app_.message;
-  pieceNames_.clear();
-  while (app_.message.NextRecord(tags::IM)) lstItems.AddItem(message.Get(tags::TITL), message.Get(tags::IM));
+  scanNames_.clear();
+  while (app_.message.NextRecord(tags::IM)) {
+    addScanName(0, message.Get(tags::MEDBAR));
+    lstItems.AddItem(message.Get(tags::TITL), message.Get(tags::IM));
+  }
   const std::string_view name = app_.preferences.Barcodes ? tags::BNO : tags::ENO;
   while (app_.message.NextRecord(tags::EID)) {
-    pieceNames_.push_back(message.Get(name));
-    lstEquipment.AddItem(message.Get(tags::ETY) + " - " + pieceNames_.back(), message.Get(tags::EID));
+    addScanName(1, message.Get(tags::BNO));
+    addScanName(1, message.Get(tags::ENO));
+    lstEquipment.AddItem(message.Get(tags::ETY) + " - " + message.Get(name), message.Get(tags::EID));
   }
   for (int index = 0; index < kLists; ++index) offer(index);
 }
@@ -99,14 +103,14 @@ void frmDischarge::selectAll(int index, bool on) {
   for (int line = 0; line < list(index).ListCount(); ++line) list(index).Selected(line, on);
 }
 
+/// The name of the line that is added next.
+void frmDischarge::addScanName(int index, std::string name) {
+  if (!name.empty()) scanNames_.push_back({std::move(name), index, list(index).ListCount()});
+}
+
 void frmDischarge::tick(std::string_view scanned) {
-  const std::string_view name = trim(scanned);
-  for (int line = 0; line < lstItems.ListCount(); ++line) {
-    if (lstItems.ItemData(line) == name) return lstItems.Selected(line, true);
-  }
-  for (int line = 0; line < lstEquipment.ListCount(); ++line) {
-    if (equalNoCase(pieceNames_[static_cast<std::size_t>(line)], name))
-      return lstEquipment.Selected(line, true);
+  for (const ScanName& row : scanNames_) {
+    if (equalNoCase(row.name, trim(scanned))) return list(row.list).Selected(row.line, true);
   }
   warningBox(app_.desktop, "Barcode Not Found!");
 }

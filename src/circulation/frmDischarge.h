@@ -53,6 +53,7 @@ class frmDischarge : public Form {
   void arrange();
   void connect();
   void fillLists();
+  void addScanName(int index, std::string name);
   void offer(int index);
   void selectAll(int index, bool on);
   void dtDischargeDate_Change();
@@ -65,7 +66,13 @@ class frmDischarge : public Form {
 
   App& app_;
   Ask ask_;
-  std::vector<std::string> pieceNames_;  ///< barcodes or numbers, by line of `lstEquipment`
+  /// What a scan can name, and the line that it ticks.
+  struct ScanName {
+    std::string name;
+    int list;
+    int line;
+  };
+  std::vector<ScanName> scanNames_;
 };
 
 /// Lets the operator discharge of a booking what he chooses; the dialog's status.

@@ -67,9 +67,10 @@ void DayView::arrange(Frame& frame) {
   fraLegend.Layout = Row{chkLegend(0), legend.lblCharged,  Gap{}, chkLegend(1), legend.lblComplete,  Gap{},
                          chkLegend(2), legend.lblCanceled, Gap{}, chkLegend(3), legend.lblUnclaimed, Gap{},
                          chkLegend(4), legend.lblOverdue};
+  // The legend has a row of its own: beside the date it would be cut off on a screen 1024 pixels wide.
   frame.Layout =
-      Column{Row{lblViewBookings, dtViewBookings, cmdToday, Gap{}, lblNumBookings, Stretch{}, fraLegend},
-             faDayBookings,
+      Column{Row{lblViewBookings, dtViewBookings, cmdToday, Gap{}, lblNumBookings, Stretch{}},
+             Row{fraLegend, Stretch{}}, faDayBookings,
              Row{cmdNewBooking, cmdEditBooking, cmdDeleteBooking, cmdCancelBooking, Gap{}, cmdChargeDayView,
                  cmdDischargeDayView, Stretch{}, cmdSearchBooking, cmdPrintDayView}};
 }

@@ -52,8 +52,8 @@ constexpr RequestRow kRequests[] = {
      "EID IM RID RNO ENO CHFA", "BKCHA", kWrites,
      "charges a booking: records of what was assigned, by EID, IM and RID, and of popup notes, by RNO and "
      "ENO; 128: nothing is charged, CHFA tells why"},
-    {"BND", "BOOKID", "", "TITL IM ETY BNO ENO EID", "IM EID", "BKDIS", kReads,
-     "media and equipment of a booking that are still out"},
+    {"BND", "BOOKID", "", "TITL IM MEDBAR ETY BNO ENO EID", "IM EID", "BKDIS", kReads,
+     "media and equipment of a booking that are still out, with the barcodes that a reader can read"},
     {"GIREFD", "BOOKID", "", "EID", "EID", "BKDIS", kReads,
      "equipment of a booking that stands in its room and goes back with it"},
     {"DBK", "BOOKID IM* EID* ETIME?", "", "RNO ENO PMSG", "RNO ENO", "BKDIS", kWrites,

@@ -21,8 +21,8 @@ struct DischargeTest : CirculationTest {
   /// The dialog of booking 7, with two items and two pieces out.
   void expectDialog(std::function<void(frmDischarge&)> play) {
     server.expect("BND", "BOOKID=7").replies(R"(
-        TITL=Volcanoes IM=1
-        TITL=Glaciers IM=2
+        TITL=Volcanoes IM=1 MEDBAR=M1
+        TITL=Glaciers IM=2 MEDBAR=M2
         ETY=Television BNO=E5 ENO=TV1 EID=5
         ETY=Projector BNO=E6 ENO=PRJ1 EID=6)");
     desktop.expectModalWindow<frmDischarge>("frmDischarge", std::move(play));
@@ -171,10 +171,12 @@ TEST_F(DischargeTest, AScanTicksItsLineAndPressesNothing) {
   expectDialog([&](frmDischarge& window) {
     for (int list = 0; list < 2; ++list) window.cmdDeselectAll(list).press();
     window.scan("e6");
-    window.scan("2");
+    window.scan("m2");
     EXPECT_EQ(selected(window.lstItems) + selected(window.lstEquipment), "-x-x");
     desktop.expectWarning("Barcode Not Found!");
     window.scan("E99");
+    window.scan("TV1");
+    EXPECT_EQ(selected(window.lstEquipment), "xx") << "a piece may bear its number alone";
     EXPECT_TRUE(window.isShown());
     window.cmdCancel.press();
   });

@@ -202,6 +202,22 @@ TEST_F(BookingStory, ANewDeliveryIsStoredAsItWasTyped) {
   EXPECT_EQ(stored("GETSITM", id, "IM").size(), 1U);
 }
 
+TEST_F(BookingStory, ADateTypedWrongIsToldAndNothingIsStored) {
+  logOnAs("desk");
+  start();
+  showDay(kDay);
+  const frmBooking& window = openNew("mnuPopupNewBookingFreeform");
+  for (const bool saves : {false, true}) {
+    answerBox("Please enter a valid date for Date Needed.", "OK");
+    write(window, "fpdNeedDate", "31/11/2026", saves ? Qt::Key_End : Qt::Key_Tab);
+    if (saves) press(window, Qt::Key_S);
+    EXPECT_TRUE(window.times.fpdNeedDate.isEmpty()) << "no other date takes its place";
+    EXPECT_EQ(window.ActiveControl(), &window.times.fpdNeedDate);
+  }
+  EXPECT_EQ(editors().size(), 1U);
+  EXPECT_EQ(rows(), 0);
+}
+
 TEST_F(BookingStory, OfSeveralTimesNoneIsStoredUntilAllAreFree) {
   logOnAs("desk");
   start();

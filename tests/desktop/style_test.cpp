@@ -16,7 +16,7 @@ struct NoSettings : Settings {
                          std::string_view fallback) const override {
     return std::string(fallback);
   }
-  void SaveSetting(std::string_view, std::string_view, std::string_view, std::string_view) override {}
+  void SaveSettings(std::string_view, std::string_view, const std::vector<Setting>&) override {}
   void keepAside() override {}
 };
 

@@ -203,6 +203,8 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
     bindRoom(query, record);
     bindStamp(query, stamp);
     query.bind("id", id).run();
+    Query kept(db, "update equipment set location_id = :location_id where room_id = :id");
+    kept.bind("location_id", record.locationId).bind("id", id).run();
   }
   writeDetails(db, id, details);
   return id;

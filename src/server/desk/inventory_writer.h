@@ -34,6 +34,7 @@ enum class TypeKind { Pieces, Groups };
 std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const Stamp& stamp);
 /// The members of a group are where the group is.
 void moveMembers(Connection& db, const EquipmentRecord& group);
+/// What is kept in the room belongs to its location.
 std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vector<RoomDetail>& details,
                        const Stamp& stamp);
 /// The next maintenance is written to the piece.

@@ -27,8 +27,9 @@ Reply linesOut(Context& context, const Message& message) {
   const std::int64_t booking = message.number(tags::BOOKID);
   Reply reply;
   for (const ItemLine& line : itemLinesOf(context.db, booking)) {
-    if (!line.isOut()) continue;
-    reply.record().set(tags::TITL, titleOf(context.db, line.titleId)).set(tags::IM, line.itemId);
+    const std::optional<MediaItem> item = findItem(context.db, line.itemId);
+    if (!line.isOut() || !item) continue;
+    reply.record().set(tags::TITL, item->title).set(tags::IM, item->id).set(tags::MEDBAR, item->barcode);
   }
   for (const PieceLine& line : pieceLinesOf(context.db, booking)) {
     const std::optional<Piece> piece = findPiece(context.db, line.pieceId);

@@ -153,6 +153,9 @@ TEST_P(InventoryWrites, ARoomIsMadeAndChangedWithItsDetails) {
   EXPECT_EQ(send("NEWROOMD", room("130") + "; RDI=9; RDTL=x").text(), "-98|CANTREAD=RDI");
   EXPECT_EQ(count("rooms"), "7");
   EXPECT_EQ(send("UPDROOMD", "RID=99; " + room("131")).rc, 2);
+  EXPECT_EQ(send("UPDROOMD", "RID=3; RTI=2; RTY=; RNO=001; RNM=Store; LOC=2; RCA=0").rc, 0);
+  EXPECT_EQ(count("equipment where room_id = 3 and location_id <> 2"), "0")
+      << "what is kept there goes along";
 }
 
 TEST_P(InventoryWrites, NotesAreOneForEachType) {
