@@ -169,6 +169,11 @@ std::string_view InventoryView::selectedCategory() const {
 // The list of a node
 
 void InventoryView::tvwDB_NodeClick() {
+  refresh();
+  fa.ScrollToTop();
+}
+
+void InventoryView::refresh() {
   TreeNode* node = tvwDB.find(tvwDB.SelectedKey.get());
   if (!node) return;
   if (node->children.empty()) return readList(*node);

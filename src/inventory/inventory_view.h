@@ -24,7 +24,7 @@ class InventoryView : public MainView {
 
   void load() override;
   /// Reads the list of the selected node.
-  void refresh() override { tvwDB_NodeClick(); }
+  void refresh() override;
   ReplyList* list() override { return &list_; }
   void sorted() override { fa_Click(); }
   void takePreferences(Applies what) override;

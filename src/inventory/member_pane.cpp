@@ -82,6 +82,7 @@ void MemberPane::open(const std::string& group) {
   });
   if (!read) return parts_.showMessage("");
   fa_Click();
+  fa.ScrollToTop();
   fraMembers.Visible = true;
 }
 
