@@ -1,6 +1,7 @@
 #include "booking/frmTimeLine.h"
 
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -38,8 +39,8 @@ frmTimeLine::frmTimeLine(App& app)
   schTimeLine.AccessibleName = "Time of the booking";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(cmdOK.Click, this, &frmTimeLine::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmTimeLine::cmdCancel_Click);
   timeLine_.sameDay = [this] { return SameDay; };
   Layout = Column{Row{lblNeedTime, txtNeedTime, Gap{}, lblFinishTime, txtFinishTime, Stretch{}},
                   Gap{},

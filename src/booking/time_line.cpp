@@ -1,5 +1,7 @@
 #include "booking/time_line.h"
 
+#include "platform/wiring.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -18,7 +20,7 @@ TimeLine::TimeLine(const DaySlots& scale, const Parts& parts) : scale_(scale), p
   };
   connect(parts_.txtNeedTime, &TimeIndices::need);
   connect(parts_.txtFinishTime, &TimeIndices::finish);
-  parts_.schTimeLine.Drag = [this] { dragged(); };
+  on(parts_.schTimeLine.Drag, this, &TimeLine::dragged);
   setScale();
 }
 
