@@ -31,7 +31,8 @@ TEST_P(CirculationRequests, ChargesAndTakesBackLineByLine) {
   EXPECT_EQ(charge(id).text(), "0||ENO=TV1 PMSG=Hand out the remote.");
   EXPECT_EQ(status(id), "99");
   EXPECT_EQ(send("BND", "BOOKID=" + id).text(),
-            "0||IM=1 MEDBAR=M1 TITL=Volcanoes|BNO=E1 EID=1 ENO=TV1 ETY=Television|BNO=E3 EID=3 ENO=PRJ1 ETY=Projector");
+            "0||IM=1 MEDBAR=M1 TITL=Volcanoes|BNO=E1 EID=1 ENO=TV1 ETY=Television|BNO=E3 EID=3 ENO=PRJ1 "
+            "ETY=Projector");
   EXPECT_EQ(send("VERCAN", "BOOKID=" + id).rc, 114);
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(), "0||ENO=TV1 PMSG=Count the cables.");
   EXPECT_EQ(status(id), "99");
