@@ -1,5 +1,6 @@
 #include "records/record_window.h"
 
+#include "platform/moment_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "records/records.h"
@@ -58,7 +59,7 @@ void RecordWindow::touch() {
 
 void RecordWindow::save() {
   SaveOk = false;
-  if (leaveField()) Save();
+  if (leaveField() && momentsAreReadable(*this)) Save();
 }
 
 void RecordWindow::saveAndClose() {
