@@ -13,6 +13,7 @@ frmPassword::frmPassword(Windows& windows, ServerSession& session)
     field->Password = true;
     field->Change = [this] { enableOK(); };
   }
+  lblMessage.Alert = true;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   cmdOK.Click = [this] { cmdOK_Click(); };
