@@ -84,9 +84,7 @@ bool RecordWindow::Form_Unload() {
   // A save that reached its end settles it, whatever was typed after it; this is deliberate.
   if (Closing || SaveOk || !Dirty || !app_.context.rights.has(rightsOf(kind_.subject).update)) return true;
   const CloseRule& rule = kind_.close;
-  // Only a button answers: a stray Escape must not give the changes up.
-  const Box question{rule.box, std::string(rule.question), {}, {"&Yes", "&No"}, Box::kNone};
-  if (app_.desktop.messageBox(question) != 0) return true;
+  if (!askBox(app_.desktop, rule.box, std::string(rule.question))) return true;
   if (commands.save.usable()) save();  // else the changes cannot be saved any more, as after a failed save
   return SaveOk || !rule.staysOnFailedSave;
 }
