@@ -14,6 +14,7 @@ frmPassword::frmPassword(Windows& windows, ServerSession& session)
     field->Password = true;
     on(field->Change, this, &frmPassword::enableOK);
   }
+  lblMessage.Alert = true;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   on(cmdOK.Click, this, &frmPassword::cmdOK_Click);
