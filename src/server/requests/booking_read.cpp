@@ -94,7 +94,9 @@ void addPiece(Reply& reply, Connection& db, std::int64_t id) {
       .set(tags::ESDS, statuses.empty() ? std::string() : statuses.front().name);
 }
 
-/// The editor shows such a wish as a tick at its media type, if it offers that type to the group at all.
+/// The editor shows such a wish as a tick at its media type, if it offers that type to the group at all. It
+/// asks what a media type needs by the policy of its own desk, whoever made the booking; a wish that neither
+/// has a tick there nor is read would be lost by a save.
 bool isTick(Context& context, const EquipmentLineRow& row) {
   if (!row.required) return false;
   return loadPolicy(context.db, context.session.locationId, row.groupId).equipmentRule(row.typeId).mayBook;
