@@ -42,6 +42,12 @@ enum SearchCategory {
   kFindPatrons
 };
 
+/// The group that a new piece joins, for whoever opens the piece from a group.
+struct GroupSlots {
+  std::string id;
+  std::string number;
+};
+
 /// What the opener tells the window of a record, which reads it in its `Form_Load`.
 struct RecordSlots {
   RecordOpening opening;
@@ -49,6 +55,7 @@ struct RecordSlots {
   std::array<int, kRecordKinds> modes{};  ///< 1 new record, 0 existing record
   std::array<std::string, kRecordKinds> typeNames;
   std::array<std::string, kRecordKinds> typeIds;
+  GroupSlots group;
   int searchFor = 0;  ///< what the search window looks for, a `SearchCategory`
 };
 

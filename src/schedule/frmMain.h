@@ -9,6 +9,7 @@
 #include "circulation/discharge_view.h"
 #include "circulation/quick_discharge_view.h"
 #include "frame/main_parts.h"
+#include "inventory/group_view.h"
 #include "inventory/staff_view.h"
 #include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
@@ -52,7 +53,10 @@ class frmMain : public Form, public MainWindow {
   void mnuModeDaemon_Click() override;
   void StartStopTimer(bool start) override;
   void refillStaff() override { staffView.refresh(); }
-  void BuildMainTrees() override {}  // the trees come with the inventory views
+  void BuildMainTrees() override;
+  void refillInventory(int kind, std::string_view category) override { inventory(kind).refill(category); }
+  void dropInventoryRow(int kind) override { inventory(kind).dropSelectedRow(); }
+  void mnuPopupGroupMembers_Click() override { groupView().mnuPopupGroupMembers_Click(); }
   void applyPreferences(Applies what) override;
   void GetBookingsForDate() override { dayView.GetBookingsForDate(); }
 
@@ -94,6 +98,9 @@ class frmMain : public Form, public MainWindow {
 
   /// The view whose frame shows, or nullptr.
   const ViewRow* visibleView() const;
+  /// The view of the inventory that lists this kind of record.
+  InventoryView& inventory(int kind);
+  GroupView& groupView() { return dynamic_cast<GroupView&>(view(ViewId::Groups)); }
   MainView& view(ViewId id) { return *views_[static_cast<std::size_t>(id)]; }
 
   MainMenus menus{*this};

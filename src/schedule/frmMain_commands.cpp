@@ -116,6 +116,9 @@ void frmMain::connectViews() {
   on(dayView.UpdateCalendars, this, &frmMain::UpdateCalendars);
   on(monthView.showDay, this, &frmMain::showView, ViewId::Day);
   on(yearView.showDay, this, &frmMain::showView, ViewId::Day);
+  groupView().pieceDeleted = [this](std::string_view id, std::string_view type) {
+    inventory(kKindEquipment).dropRecord(id, type);
+  };
 }
 
 void frmMain::linkPopupEntries(const ViewRow& shown) {

@@ -1,4 +1,6 @@
 // Modes and views: how one frame of many comes to show.
+#include <algorithm>
+
 #include "frame/app.h"
 #include "schedule/frmMain.h"
 
@@ -9,6 +11,19 @@ const ViewRow* frmMain::visibleView() const {
     if (frames.of(view).Visible) return &view;
   }
   return nullptr;
+}
+
+InventoryView& frmMain::inventory(int kind) {
+  const auto views = viewTable();
+  const auto found = std::find_if(views.begin(), views.end(), [kind](const ViewRow& row) {
+    return row.array == FrameArray::Main && row.kind == kind;
+  });
+  return dynamic_cast<InventoryView&>(view(found->id));
+}
+
+void frmMain::BuildMainTrees() {
+  for (const int kind : {kKindEquipment, kKindGroups, kKindRooms, kKindMaintenance})
+    inventory(kind).BuildMainTrees();
 }
 
 void frmMain::fillViewCombo(Mode mode) {

@@ -6,6 +6,8 @@
 #include "circulation/charge_view.h"
 #include "circulation/discharge_view.h"
 #include "circulation/quick_discharge_view.h"
+#include "inventory/group_view.h"
+#include "inventory/maintenance_view.h"
 #include "inventory/staff_view.h"
 #include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
@@ -29,13 +31,18 @@ template <class View>
 static std::unique_ptr<MainView> makeOf(const MainParts& parts, Frame& frame, const ViewRow& view) {
   return std::make_unique<View>(parts, frame, view);
 }
+/// A list of the inventory.
+template <class View>
+static std::unique_ptr<MainView> makeInventory(const MainParts& parts, Frame& frame, const ViewRow& view) {
+  return std::make_unique<View>(parts, frame, view.kind, parts.menus.*view.popup);
+}
 
 // clang-format off
 static constexpr ViewRow kViews[] = {
-    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::RoomRights, kKindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms", &M::mnuPopupTools, makeOf<PlannedView>},
-    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::EquipmentRights, kKindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment", &M::mnuPopupTools, makeOf<PlannedView>},
-    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::EquipmentRights, kKindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups", &M::mnuPopupGroup, makeOf<PlannedView>},
-    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::MaintenanceRights, kKindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance", &M::mnuPopupTools, makeOf<PlannedView>},
+    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::RoomRights, kKindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms", &M::mnuPopupTools, makeInventory<InventoryView>},
+    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::EquipmentRights, kKindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment", &M::mnuPopupTools, makeInventory<InventoryView>},
+    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::EquipmentRights, kKindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups", &M::mnuPopupGroup, makeInventory<GroupView>},
+    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::MaintenanceRights, kKindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance", &M::mnuPopupTools, makeInventory<MaintenanceView>},
     {ViewId::Charge, 13, View, 4, Mode::Standard, ViewNeeds::Charge, 13, &M::mnuViewScheduleCharge, "charge", "Schedule - Charge", kSchedule, &M::mnuPopupBookings, make<ChargeView>},
     {ViewId::Discharge, 14, View, 5, Mode::Standard, ViewNeeds::Discharge, 14, &M::mnuViewScheduleDischarge, "discharge", "Schedule - Discharge", kSchedule, &M::mnuPopupBookings, make<DischargeView>},
     {ViewId::QuickDischarge, kNoNumber, View, 6, Mode::Standard, ViewNeeds::Discharge, 15, &M::mnuViewScheduleQuickDischarge, "quick-discharge", "Schedule - Quick Discharge", kSchedule, nullptr, make<QuickDischargeView>},
@@ -48,8 +55,8 @@ static constexpr ViewRow kViews[] = {
     {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
     {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
     {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, makeOf<PlannedView>},
-    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, makeOf<PlannedView>},
+    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
+    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
 };
 // clang-format on
 

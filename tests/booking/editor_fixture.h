@@ -26,6 +26,9 @@ struct CountingMain : MainWindow {
   void SetFormSecurity(int) override {}
   void refillStaff() override {}
   void BuildMainTrees() override {}
+  void refillInventory(int, std::string_view) override {}
+  void dropInventoryRow(int) override {}
+  void mnuPopupGroupMembers_Click() override {}
   void applyPreferences(Applies) override {}
   void GetBookingsForDate() override { ++refreshes; }
 };

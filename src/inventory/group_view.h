@@ -1,0 +1,38 @@
+#pragma once
+
+#include "inventory/inventory_view.h"
+#include "inventory/member_pane.h"
+
+namespace vantry {
+
+/// The groups of equipment. The members of the selected one are listed in a pane below.
+class GroupView : public InventoryView {
+ public:
+  GroupView(const MainParts& parts, Frame& frame, int kind, MenuItem& popup);
+
+  Button cmdMembers;
+  MemberPane members;
+  Command showMembers;
+
+  /// A member was deleted: its id, and its type by name.
+  std::function<void(std::string_view id, std::string_view type)> pieceDeleted;
+
+  void secure(const Rights& rights) override;
+  void BuildInventoryFlexArray() override;
+  /// Opens the pane of members, or closes it.
+  void mnuPopupGroupMembers_Click();
+  void cmdMembers_Click() { mnuPopupGroupMembers_Click(); }
+  void mnuPopupMemberNew_Click();
+
+ protected:
+  void rowSelected() override;
+
+ private:
+  void connect();
+  void openMembers();
+  void closeMembers();
+  /// Counts the members of the selected group as the pane lists them.
+  void countMembers();
+};
+
+}  // namespace vantry

@@ -1,0 +1,42 @@
+#include "inventory/inventory_removal.h"
+
+#include <stdexcept>
+
+#include "messaging/ask.h"
+#include "records/records.h"
+#include "words/tags.h"
+
+namespace vantry {
+
+namespace {
+
+struct RemovalRow {
+  int kind;
+  std::string_view verified;  ///< what the server is asked about; empty where it is not
+  std::string_view code;
+  std::string_view id;
+};
+
+constexpr RemovalRow kRemovals[] = {{kEquipment, "1", "REMEQIP", tags::EID},
+                                    {kGroup, "2", "REMGRP", tags::EID},
+                                    {kRoom, "0", "REMROOM", tags::RID},
+                                    {kMaintenance, "", "REMMAINT", tags::MID},
+                                    {kGroupMember, "1", "REMEQIP", tags::EID}};
+
+const RemovalRow& removalOf(int kind) {
+  for (const RemovalRow& row : kRemovals) {
+    if (row.kind == kind) return row;
+  }
+  throw std::logic_error("no record of the inventory");
+}
+
+}  // namespace
+
+bool RemoveInventoryRecord(App& app, const Ask& ask, int kind, std::string_view id) {
+  const RemovalRow& row = removalOf(kind);
+  if (!row.verified.empty() && !ask.succeeded(VerifyDelete(app, id, row.verified), "VERDELE")) return false;
+  if (!questionBox(app.desktop, "Are you sure you want to DELETE this record?")) return false;
+  return ask(row.code, {{row.id, id}});
+}
+
+}  // namespace vantry
