@@ -14,8 +14,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int changedMeanwhile = 180;
-
 void addPeople(Reply& reply, const BookingHead& head) {
   if (!isWithheld(head.withheld, head.status))
     reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
@@ -130,8 +128,8 @@ Reply serverTime(Context& context, const Message&) {
 Reply checkUpdate(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
   // A booking that somebody has deleted has changed as well; "not found" would say nothing at the desk.
-  if (!state) return Reply(changedMeanwhile);
-  return Reply(message.text(tags::UDT) == momentText(state->updatedAt) ? 0 : changedMeanwhile);
+  if (!state) return Reply(rc::changedMeanwhile);
+  return Reply(message.text(tags::UDT) == momentText(state->updatedAt) ? 0 : rc::changedMeanwhile);
 }
 
 Reply roomEquipment(Context& context, const Message& message) {
