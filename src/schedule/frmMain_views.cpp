@@ -1,6 +1,4 @@
 // Modes and views: how one frame of many comes to show.
-#include <algorithm>
-
 #include "frame/app.h"
 #include "schedule/frmMain.h"
 
@@ -14,11 +12,7 @@ const ViewRow* frmMain::visibleView() const {
 }
 
 InventoryView& frmMain::inventory(int kind) {
-  const auto views = viewTable();
-  const auto found = std::find_if(views.begin(), views.end(), [kind](const ViewRow& row) {
-    return row.array == FrameArray::Main && row.kind == kind;
-  });
-  return dynamic_cast<InventoryView&>(view(found->id));
+  return dynamic_cast<InventoryView&>(view(inventoryViewOf(kind).id));
 }
 
 void frmMain::BuildMainTrees() {

@@ -75,6 +75,13 @@ const ViewRow* viewOfNumber(int number) {
   return found == std::end(kViews) ? nullptr : &*found;
 }
 
+const ViewRow& inventoryViewOf(int kind) {
+  for (const ViewRow& view : kViews) {
+    if (view.array == FrameArray::Main && view.kind == kind) return view;
+  }
+  throw std::logic_error("no list of the inventory");
+}
+
 std::optional<Subject> subjectOf(const ViewRow& view) {
   if (view.array != FrameArray::Main) return std::nullopt;
   switch (view.kind) {

@@ -64,6 +64,8 @@ struct ViewRow {
 [[nodiscard]] const ViewRow& viewOf(ViewId id);
 /// The row of a view number, or nullptr.
 [[nodiscard]] const ViewRow* viewOfNumber(int number);
+/// The view that lists this kind of the inventory's records.
+[[nodiscard]] const ViewRow& inventoryViewOf(int kind);
 
 /// The subject of an inventory view.
 [[nodiscard]] std::optional<Subject> subjectOf(const ViewRow& view);

@@ -43,10 +43,10 @@ class Tour {
 
   void run() {
     watch_.start(60);
-    const std::vector<std::function<void()>> stops = {[this] { views(); },       [this] { newBooking(); },
-                                                      [this] { pickUp(); },      [this] { savedBooking(); },
-                                                      [this] { circulation(); }, [this] { policy(); },
-                                                      [this] { session(); },     [this] { monitor(); }};
+    const std::vector<std::function<void()>> stops = {
+        [this] { views(); },  [this] { inventory(); },    [this] { newBooking(); },
+        [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
+        [this] { policy(); }, [this] { session(); },      [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -118,6 +118,32 @@ class Tour {
       if (view.mode != Mode::Standard) continue;
       main().showView(view.id);
       picture(main(), qt(view.picture));
+    }
+  }
+
+  /// The first list of each view of the inventory that has rows, with a row selected, and the members of a
+  /// group.
+  void inventory() {
+    for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance}) {
+      const ViewRow& row = inventoryViewOf(kind);
+      main().showView(row.id);
+      InventoryView& view = main().inventory(kind);
+      listFirst(view, view.tvwDB.Roots());
+      if (view.fa.hasData()) view.fa.click(1, 1);
+      picture(main(), qt(row.picture) + "-list");
+    }
+    main().showView(ViewId::Groups);
+    main().groupView().fa.click(2, 1);
+    main().groupView().cmdMembers.press();
+    main().groupView().members.fa.click(1, 1);
+    picture(main(), "group-members");
+  }
+  static void listFirst(InventoryView& view, const std::vector<TreeNode*>& nodes) {
+    for (const TreeNode* node : nodes) {
+      view.tvwDB.click(node->key);
+      if (view.fa.hasData()) return;
+      listFirst(view, node->children);
+      if (view.fa.hasData()) return;
     }
   }
 
