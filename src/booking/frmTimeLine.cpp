@@ -34,14 +34,14 @@ TimeLineTag timeLineTag(std::string_view text) {
 frmTimeLine::frmTimeLine(App& app)
     : Form(app.windows, "frmTimeLine"),
       app_(app),
-      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine}) {
+      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine},
+                [this] { return SameDay; }) {
   Caption = "Select Times";
   schTimeLine.AccessibleName = "Time of the booking";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   on(cmdOK.Click, this, &frmTimeLine::cmdOK_Click);
   on(cmdCancel.Click, this, &frmTimeLine::cmdCancel_Click);
-  timeLine_.sameDay = [this] { return SameDay; };
   Layout = Column{Row{lblNeedTime, txtNeedTime, Gap{}, lblFinishTime, txtFinishTime, Stretch{}},
                   Gap{},
                   rulTimeLine,

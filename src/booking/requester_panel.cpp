@@ -57,6 +57,11 @@ void RequesterPanel::cmdRequester_Click() {
   raise(Changed);
 }
 
+void RequesterPanel::take(const Patron& patron) {
+  TakeRequester(form(), record_, patron);
+  raise(Changed);
+}
+
 void RequesterPanel::cmdRequesterCheck_Click() {
   if (!requester.isPending(record_.RequesterId)) return;
   ValidateRequesterBarcode(form(), record_);

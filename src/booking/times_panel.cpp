@@ -46,7 +46,8 @@ TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
       fpdExpireDate(place, "fpdExpireDate"),
       app_(app),
       record_(record),
-      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine}) {
+      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine},
+                [this] { return sameDay(); }) {
   setVisible(false, fpdServerDate, txtServerTime, fpdExpireDate);
   schTimeLine.AccessibleName = "Time of the booking";
   faDatesTimes.AccessibleName = "Times of the bookings";
@@ -82,7 +83,6 @@ void TimesPanel::arrange(Container& place) {
 }
 
 void TimesPanel::connect() {
-  timeLine_.sameDay = [this] { return sameDay(); };
   on(timeLine_.Changed, this, &TimesPanel::changed);
   for (DateField* field : {&fpdNeedDate, &fpdFinishDate}) on(field->Change, this, &TimesPanel::changed);
   on(fpdNeedDate.LostFocus, this, &TimesPanel::fpdNeedDate_LostFocus);

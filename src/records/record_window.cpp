@@ -43,10 +43,10 @@ void RecordWindow::Form_Load() {
     return closeNow();
   }
   SetFormSecurity();
+  app_.global.ReadyAllForms();
   recordIsShown();
   loading_ = false;
   Dirty = opening_.copy;
-  app_.global.ReadyAllForms();
 }
 
 // Saving and closing.

@@ -263,6 +263,13 @@ TEST_F(EditorLoad, NoLetterLeadsToTwoThingsInSight) {
   }
 }
 
+TEST_F(EditorLoad, TheSearchOpensOnBookings) {
+  std::vector<SearchCategory> sought;
+  app.makers.setSearch([&](App&, SearchCategory category) { sought.push_back(category); });
+  openNew().mnuToolsFind.choose();
+  EXPECT_THAT(sought, testing::ElementsAre(kFindBookings));
+}
+
 // Copies.
 
 TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {

@@ -289,7 +289,7 @@ TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
   EXPECT_TRUE(notBuilt.empty());
   grid().doubleClick(2, 3);
   EXPECT_THAT(notBuilt, testing::ElementsAre("record window 7"));
-  EXPECT_EQ(app->slots.ids[7], "8");
+  EXPECT_EQ(app->slots.opening.id, "8");
   EXPECT_EQ(app->slots.opening.source, 5);
 }
 
