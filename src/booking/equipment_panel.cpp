@@ -7,6 +7,7 @@
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "records/records.h"
 
 namespace vantry {
@@ -72,17 +73,18 @@ void EquipmentPanel::arrange(Container& place) {
 
 void EquipmentPanel::connect() {
   txtEquipBarcode.TakesScans = true;
-  txtEquipBarcode.Enter = [this] { cmdAddEquipViaBarcode_Click(); };
-  cmdAddEquipViaNumber.Click = [this] { cmdAddEquipViaNumber_Click(); };
-  cmdAddEquipViaBarcode.Click = [this] { cmdAddEquipViaBarcode_Click(); };
-  cmdSpecific.Click = [this] { cmdSpecific_Click(); };
-  cmdRemoveEquipment.Click = [this] { cmdRemoveEquipment_Click(); };
-  cmdViewEquipment.Click = [this] { cmdViewEquipment_Click(); };
-  cmdAddType.Click = [this] { cmdAddType_Click(); };
-  cmdRemoveEquipmentType.Click = [this] { cmdRemoveEquipmentType_Click(); };
-  cmdSuggestTimes.Click = [this] { cmdSuggestTimes_Click(); };
-  for (Tree* tree : {&tvwOtherEquipment, &tvwEquipment}) tree->Click = [this] { enableCommands(); };
-  tvwEquipment.Check = [this] { tvwEquipment_Check(); };
+  on(txtEquipBarcode.Enter, this, &EquipmentPanel::cmdAddEquipViaBarcode_Click);
+  on(cmdAddEquipViaNumber.Click, this, &EquipmentPanel::cmdAddEquipViaNumber_Click);
+  on(cmdAddEquipViaBarcode.Click, this, &EquipmentPanel::cmdAddEquipViaBarcode_Click);
+  on(cmdSpecific.Click, this, &EquipmentPanel::cmdSpecific_Click);
+  on(cmdRemoveEquipment.Click, this, &EquipmentPanel::cmdRemoveEquipment_Click);
+  on(cmdViewEquipment.Click, this, &EquipmentPanel::cmdViewEquipment_Click);
+  on(cmdAddType.Click, this, &EquipmentPanel::cmdAddType_Click);
+  on(cmdRemoveEquipmentType.Click, this, &EquipmentPanel::cmdRemoveEquipmentType_Click);
+  on(cmdSuggestTimes.Click, this, &EquipmentPanel::cmdSuggestTimes_Click);
+  for (Tree* tree : {&tvwOtherEquipment, &tvwEquipment})
+    on(tree->Click, this, &EquipmentPanel::enableCommands);
+  on(tvwEquipment.Check, this, &EquipmentPanel::tvwEquipment_Check);
   txtSetupTime.Change = [this] {
     parts_.record.SetupMinutes = txtSetupTime.number();
     raise(Changed);

@@ -2,6 +2,7 @@
 
 #include "booking/equipment_types_tree.h"
 #include "booking/modBooking_ask.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -12,9 +13,9 @@ frmAddEquipType::frmAddEquipType(App& app, const BookingRecord& record)
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
   tvwTypes.Click = [this] { cmdOK.Enabled = selectedType() != nullptr; };
-  tvwTypes.DblClick = [this] { cmdOK_Click(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(tvwTypes.DblClick, this, &frmAddEquipType::cmdOK_Click);
+  on(cmdOK.Click, this, &frmAddEquipType::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmAddEquipType::cmdCancel_Click);
   Layout = Column{lblTypes, tvwTypes, Gap{}, Row{Stretch{}, cmdOK, cmdCancel}};
 }
 

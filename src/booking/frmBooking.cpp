@@ -68,7 +68,7 @@ void frmBooking::connect() {
     times.showExpireDate();
     touch();
   };
-  requester.GroupChanged = [this] { loadRooms(); };
+  on(requester.GroupChanged, this, &frmBooking::loadRooms);
   times.showTab = [this] { selectTab(0); };
   times.Changed = media.Changed = place.Changed = equipment.Changed = [this] { touch(); };
   fields_.tellChanges([this] { touch(); });

@@ -9,7 +9,6 @@
 #include "messaging/return_codes.h"
 #include "platform/wiring.h"
 #include "records/records.h"
-#include "records/search_window.h"
 #include "words/booking_results.h"
 #include "words/tags.h"
 
@@ -31,8 +30,8 @@ void frmBooking::Save() {
 }
 
 RecordOpening frmBooking::nextOpening() {
-  app_.booking.NextRequester = {record.RequesterId, record.RequesterName};
   RecordOpening next(kBooking, "", CallerView);
+  next.nextRequester = {record.RequesterId, record.RequesterName};
   next.pickUp = pickupMode_;
   return next;
 }
@@ -40,17 +39,15 @@ RecordOpening frmBooking::nextOpening() {
 // Copy, delete, cancel.
 
 void frmBooking::mnuFileCopyBooking_Click() {
-  CopyRequester& fresh = app_.booking.copyRequester;
-  fresh = {};
+  RecordOpening copy(kBooking, std::to_string(record.BookingId), CallerView);
+  copy.copy = true;
   if (!record.isAdministrative()) {
     frmRequester window(app_, record);
     window.ShowModal();
     if (window.PatronId == kCopyCancelled) return;
-    fresh = {window.PatronId, window.PatronGroupId, window.PatronName, window.PatronGroupName,
-             window.ExpireDate};
+    copy.copyRequester = {window.PatronId, window.PatronGroupId, window.PatronName, window.PatronGroupName,
+                          window.ExpireDate};
   }
-  RecordOpening copy(kBooking, std::to_string(record.BookingId), CallerView);
-  copy.copy = true;
   OpenRecordWindow(app_, copy);
 }
 
@@ -116,8 +113,7 @@ void frmBooking::mnuFilePrint_Click() {
 // What other windows do.
 
 void frmBooking::mnuToolsFind_Click() {
-  app_.slots.searchFor = 0;
-  app_.makers.run(kSearchWindow, app_);
+  app_.makers.search(app_, kFindBookings);
 }
 
 }  // namespace vantry

@@ -25,7 +25,6 @@ void frmBooking::recordIsShown() {
   selectTab(0);
   place.loading = false;
   showSummary();
-  app_.global.ReadyAllForms();
   focusFirst();
 }
 
@@ -65,11 +64,10 @@ void frmBooking::loadNew() {
 
 /// The requester of the booking that was saved before this one.
 void frmBooking::takeNextRequester() {
-  if (app_.preferences.RetainRequester && app_.booking.NextRequester.id != 0) {
-    requester.cmdRequester_Click();
-    if (record.RoomId != 0) BuildEquipmentTab(parts);  // the first room of the group
-  }
-  app_.booking.NextRequester = {};
+  const NextRequester& next = opening().nextRequester;
+  if (!app_.preferences.RetainRequester || next.id == 0) return;
+  requester.take({next.id, next.name, 0, {}});
+  if (record.RoomId != 0) BuildEquipmentTab(parts);  // the first room of the group
 }
 
 bool frmBooking::read(std::string_view code) {
@@ -98,7 +96,7 @@ bool frmBooking::loadRecord() {
 
 /// The requester of a copy takes the place of the model's.
 void frmBooking::takeCopyRequester() {
-  const CopyRequester fresh = std::exchange(app_.booking.copyRequester, {});
+  const CopyRequester& fresh = opening().copyRequester;
   if (fresh.PatronId == 0) return;
   const bool administrative = fresh.PatronId == kCopyAdministrative;
   record.AdminBooking = administrative ? "Y" : "N";

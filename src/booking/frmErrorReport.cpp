@@ -4,6 +4,7 @@
 
 #include "booking/modBooking_times.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -89,7 +90,7 @@ frmErrorReport::frmErrorReport(App& app, int reportCode)
   faErrors.AccessibleName = "Reasons";
   cmdOK.Default = true;
   cmdOK.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmErrorReport::cmdOK_Click);
   faErrors.FormatString = "<Error";
   faErrorsGeneric.FormatString =
       "<Error|<Start Date|<Start Time|<End Date|<End Time|<Number Available|<Number Booked";
@@ -124,9 +125,7 @@ void frmErrorReport::layOut(const ErrorReportRow& report) {
   faErrorsGeneric.AccessibleName = report.generic;
   faErrorsSpecific.AccessibleName = report.specific;
   faErrors.Visible = lines;
-  for (Control* control : {static_cast<Control*>(&lblGeneric), static_cast<Control*>(&faErrorsGeneric),
-                           static_cast<Control*>(&lblSpecific), static_cast<Control*>(&faErrorsSpecific)})
-    control->Visible = !lines;
+  setVisible(!lines, lblGeneric, faErrorsGeneric, lblSpecific, faErrorsSpecific);
 }
 
 void frmErrorReport::Form_Activate() {

@@ -2,6 +2,7 @@
 
 #include "booking/modBooking_tags.h"
 #include "messaging/tagmessage.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -48,8 +49,8 @@ frmGenAssign::frmGenAssign(App& app, Counts counts)
   faGenEquip.AccessibleName = "Assigned equipment";
   cmdOK.Default = true;
   cmdOK.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdPrint.Click = [this] { cmdPrint_Click(); };
+  on(cmdOK.Click, this, &frmGenAssign::cmdOK_Click);
+  on(cmdPrint.Click, this, &frmGenAssign::cmdPrint_Click);
   Layout = Column{Row{lblRoomCaption, lblRoom},   lblGenItems, faGenMedia, lblGenEquip, faGenEquip, Gap{},
                   Row{Stretch{}, cmdPrint, cmdOK}};
 }

@@ -1,6 +1,7 @@
 #include "booking/frmMPBarcode.h"
 
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -18,9 +19,9 @@ frmMPBarcode::frmMPBarcode(App& app, std::string_view patronName)
   faBarcodes.AccessibleName = "Barcodes";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  faBarcodes.DblClick = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmMPBarcode::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmMPBarcode::cmdCancel_Click);
+  on(faBarcodes.DblClick, this, &frmMPBarcode::cmdOK_Click);
   Layout = Column{faBarcodes, Row{Stretch{}, cmdOK, cmdCancel}};
 }
 

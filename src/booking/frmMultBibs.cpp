@@ -1,5 +1,7 @@
 #include "booking/frmMultBibs.h"
 
+#include "platform/wiring.h"
+
 namespace vantry {
 
 frmMultBibs::frmMultBibs(App& app, const ItemMatches& matches)
@@ -8,9 +10,9 @@ frmMultBibs::frmMultBibs(App& app, const ItemMatches& matches)
   lstBibs.AccessibleName = "Titles of the item";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  lstBibs.DblClick = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmMultBibs::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmMultBibs::cmdCancel_Click);
+  on(lstBibs.DblClick, this, &frmMultBibs::cmdOK_Click);
   Layout = Column{lstBibs, Gap{}, Row{Stretch{}, cmdOK, cmdCancel}};
 }
 

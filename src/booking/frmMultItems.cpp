@@ -2,6 +2,7 @@
 
 #include "messaging/marc_viewer.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 namespace {
@@ -51,10 +52,10 @@ frmMultItems::frmMultItems(App& app, const ItemMatches& matches)
   tvwMediaItems.BoldRoots = true;
   cmdSelect.Default = true;
   cmdCancel.Cancel = true;
-  tvwMediaItems.Click = [this] { enableCommands(); };
-  cmdSelect.Click = [this] { cmdSelect_Click(); };
-  cmdView.Click = [this] { cmdView_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(tvwMediaItems.Click, this, &frmMultItems::enableCommands);
+  on(cmdSelect.Click, this, &frmMultItems::cmdSelect_Click);
+  on(cmdView.Click, this, &frmMultItems::cmdView_Click);
+  on(cmdCancel.Click, this, &frmMultItems::cmdCancel_Click);
   Layout = Column{lblInstruct, tvwMediaItems, Gap{}, Row{cmdView, Stretch{}, cmdSelect, cmdCancel}};
 }
 

@@ -1,6 +1,7 @@
 #include "booking/frmMultPatron.h"
 
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -19,10 +20,10 @@ frmMultPatron::frmMultPatron(App& app) : Form(app.windows, "frmMultPatron"), app
   faPatrons.AccessibleName = "Patrons";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  faPatrons.Click = [this] { faPatrons_Click(); };
-  faPatrons.DblClick = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmMultPatron::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmMultPatron::cmdCancel_Click);
+  on(faPatrons.Click, this, &frmMultPatron::faPatrons_Click);
+  on(faPatrons.DblClick, this, &frmMultPatron::cmdOK_Click);
   Layout = Column{faPatrons, Row{Stretch{}, cmdOK, cmdCancel}};
 }
 

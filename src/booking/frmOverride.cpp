@@ -3,6 +3,7 @@
 #include "booking/frmSupervisor.h"
 #include "messaging/return_codes.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 namespace {
@@ -137,9 +138,9 @@ frmOverride::frmOverride(App& app, OverrideFacts facts)
   lblMessage.Literal = true;  // names of types may hold an "&"
   cmdCancel.Cancel = true;
   cmdCancel.Default = true;  // going on takes a decision
-  cmdOverride.Click = [this] { cmdOverride_Click(); };
-  cmdSupervisor.Click = [this] { cmdSupervisor_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(cmdOverride.Click, this, &frmOverride::cmdOverride_Click);
+  on(cmdSupervisor.Click, this, &frmOverride::cmdSupervisor_Click);
+  on(cmdCancel.Click, this, &frmOverride::cmdCancel_Click);
   Layout = Column{Row{imgOverride, Gap{}, LayoutNode(lblMessage).share(1)}, Gap{},
                   Row{Stretch{}, cmdOverride, cmdSupervisor, cmdCancel}};
 }

@@ -2,6 +2,7 @@
 
 #include "booking/frmSupervisor.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -14,10 +15,10 @@ frmOverrideLibSched::frmOverrideLibSched(App& app, Status status)
   dtDate.Enabled = false;
   txtStatusNote.Locked = true;
   txtStatusNote.MultiLine = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdOverride.Click = [this] { cmdOverride_Click(); };
-  cmdSupervisor.Click = [this] { cmdSupervisor_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(cmdOK.Click, this, &frmOverrideLibSched::cmdOK_Click);
+  on(cmdOverride.Click, this, &frmOverrideLibSched::cmdOverride_Click);
+  on(cmdSupervisor.Click, this, &frmOverrideLibSched::cmdSupervisor_Click);
+  on(cmdCancel.Click, this, &frmOverrideLibSched::cmdCancel_Click);
   Layout = Column{Fields{lblMessage, txtMessage, lblDate, dtDate, lblStatusNote, txtStatusNote}, Gap{},
                   Row{Stretch{}, cmdOK, cmdOverride, cmdSupervisor, cmdCancel}};
 }

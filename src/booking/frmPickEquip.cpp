@@ -7,6 +7,7 @@
 #include "frame/app.h"
 #include "lists/grids.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -71,22 +72,22 @@ void frmPickEquip::buildGrids() {
 }
 
 void frmPickEquip::connect() {
-  tvwEquip.Click = [this] { tvwEquip_Click(); };
+  on(tvwEquip.Click, this, &frmPickEquip::tvwEquip_Click);
   for (Grid* grid : {&faPicked, &fa}) {
-    grid->Click = [this] { enableCommands(); };
+    on(grid->Click, this, &frmPickEquip::enableCommands);
     grid->RightClick = [this, grid] { openTools(*grid); };
   }
-  fa.DblClick = [this] { cmdAdd_Click(); };
-  faPicked.DblClick = [this] { cmdRemove_Click(); };
-  cmdAdd.Click = [this] { cmdAdd_Click(); };
-  cmdRemove.Click = [this] { cmdRemove_Click(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  mnuPopupToolsAdd.Click = [this] { cmdAdd_Click(); };
-  mnuPopupToolsRemove.Click = [this] { cmdRemove_Click(); };
-  mnuPopupToolsFind.Click = [this] { mnuPopupToolsFind_Click(); };
-  mnuPopupToolsSortAscending.Click = [this] { mnuPopupToolsSortAscending_Click(); };
-  mnuPopupToolsSortDescending.Click = [this] { mnuPopupToolsSortDescending_Click(); };
+  on(fa.DblClick, this, &frmPickEquip::cmdAdd_Click);
+  on(faPicked.DblClick, this, &frmPickEquip::cmdRemove_Click);
+  on(cmdAdd.Click, this, &frmPickEquip::cmdAdd_Click);
+  on(cmdRemove.Click, this, &frmPickEquip::cmdRemove_Click);
+  on(cmdOK.Click, this, &frmPickEquip::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmPickEquip::cmdCancel_Click);
+  on(mnuPopupToolsAdd.Click, this, &frmPickEquip::cmdAdd_Click);
+  on(mnuPopupToolsRemove.Click, this, &frmPickEquip::cmdRemove_Click);
+  on(mnuPopupToolsFind.Click, this, &frmPickEquip::mnuPopupToolsFind_Click);
+  on(mnuPopupToolsSortAscending.Click, this, &frmPickEquip::mnuPopupToolsSortAscending_Click);
+  on(mnuPopupToolsSortDescending.Click, this, &frmPickEquip::mnuPopupToolsSortDescending_Click);
 }
 
 void frmPickEquip::Form_Load() {

@@ -1,5 +1,7 @@
 #include "booking/frmRequester.h"
 
+#include "platform/wiring.h"
+
 namespace vantry {
 
 frmRequester::frmRequester(App& app, const BookingRecord& model)
@@ -19,15 +21,15 @@ frmRequester::frmRequester(App& app, const BookingRecord& model)
     enableFields();
   };
   requester.text.LostFocus = requester.check.Click = validate;
-  requester.text.Enter = [this] { txtRequester_Enter(); };
+  on(requester.text.Enter, this, &frmRequester::txtRequester_Enter);
   requester.pick.Click = [this] {
     PickRequester(form(), record_);
     enableFields();
   };
-  optRequester.Click = [this] { optRequester_Click(); };
-  optAdministrative.Click = [this] { optAdministrative_Click(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(optRequester.Click, this, &frmRequester::optRequester_Click);
+  on(optAdministrative.Click, this, &frmRequester::optAdministrative_Click);
+  on(cmdOK.Click, this, &frmRequester::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmRequester::cmdCancel_Click);
   Layout =
       Column{optRequester,
              Fields{requester.label, Row{requester.text, requester.check, requester.pick, requester.state},

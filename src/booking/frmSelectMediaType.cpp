@@ -1,5 +1,7 @@
 #include "booking/frmSelectMediaType.h"
 
+#include "platform/wiring.h"
+
 namespace vantry {
 
 frmSelectMediaType::frmSelectMediaType(App& app, const std::vector<MediaType>& types)
@@ -7,9 +9,9 @@ frmSelectMediaType::frmSelectMediaType(App& app, const std::vector<MediaType>& t
   Caption = "Select Media Type";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  lstMediaTypes.DblClick = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmSelectMediaType::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmSelectMediaType::cmdCancel_Click);
+  on(lstMediaTypes.DblClick, this, &frmSelectMediaType::cmdOK_Click);
   Layout = Column{lblMediaTypes, lstMediaTypes, Gap{}, Row{Stretch{}, cmdOK, cmdCancel}};
 }
 

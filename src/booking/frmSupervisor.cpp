@@ -4,6 +4,7 @@
 #include "messaging/password_sealer.h"
 #include "messaging/return_codes.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -17,12 +18,12 @@ frmSupervisor::frmSupervisor(App& app, std::string_view requiredRight)
   txtPassword.Password = true;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  txtLogin.Change = [this] { txtLogin_Change(); };
-  txtPassword.Change = [this] { txtPassword_Change(); };
+  on(txtLogin.Change, this, &frmSupervisor::txtLogin_Change);
+  on(txtPassword.Change, this, &frmSupervisor::txtPassword_Change);
   txtLogin.GotFocus = [this] { txtLogin.SelectText(); };
   txtPassword.GotFocus = [this] { txtPassword.SelectText(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(cmdOK.Click, this, &frmSupervisor::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmSupervisor::cmdCancel_Click);
   Layout = Column{lblHint, Gap{}, Fields{lblLogin, txtLogin, lblPassword, txtPassword}, Gap{},
                   Row{Stretch{}, cmdOK, cmdCancel}};
 }

@@ -1,6 +1,7 @@
 #include "booking/frmTimeLine.h"
 
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -33,14 +34,14 @@ TimeLineTag timeLineTag(std::string_view text) {
 frmTimeLine::frmTimeLine(App& app)
     : Form(app.windows, "frmTimeLine"),
       app_(app),
-      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine}) {
+      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine},
+                [this] { return SameDay; }) {
   Caption = "Select Times";
   schTimeLine.AccessibleName = "Time of the booking";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
-  timeLine_.sameDay = [this] { return SameDay; };
+  on(cmdOK.Click, this, &frmTimeLine::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmTimeLine::cmdCancel_Click);
   Layout = Column{Row{lblNeedTime, txtNeedTime, Gap{}, lblFinishTime, txtFinishTime, Stretch{}},
                   Gap{},
                   rulTimeLine,

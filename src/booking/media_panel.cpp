@@ -5,6 +5,7 @@
 #include "booking/modBooking_tags.h"
 #include "messaging/marc_viewer.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -27,7 +28,6 @@ MediaPanel::MediaPanel(BookingParts& parts, Container& place)
   faMedia.AccessibleName = "Media items of the booking";
   // No command of this program creates an item.
   cmdNewMedia.Enabled = false;
-  if (app_.preferences.ToolTips) cmdNewMedia.ToolTipText = "Create a media item for this booking.";
   BuildMediaGrid(faMedia);
   connect();
   arrange(place);
@@ -42,14 +42,14 @@ void MediaPanel::arrange(Container& place) {
 
 void MediaPanel::connect() {
   txtItemBarcode.TakesScans = true;
-  txtItemBarcode.Enter = [this] { cmdAddMediaViaBarcode_Click(); };
-  cmdAddMediaViaBarcode.Click = [this] { cmdAddMediaViaBarcode_Click(); };
-  cmdAddMediaViaNumber.Click = [this] { cmdAddMediaViaNumber_Click(); };
-  cmdSearchMedia.Click = [this] { cmdSearchMedia_Click(); };
-  cmdRemoveMedia.Click = [this] { cmdRemoveMedia_Click(); };
-  cmdMARC.Click = [this] { cmdMARC_Click(); };
-  mnuPopupMarcBib.Click = [this] { mnuPopupMarcBib_Click(); };
-  mnuPopupMarcHoldings.Click = [this] { mnuPopupMarcHoldings_Click(); };
+  on(txtItemBarcode.Enter, this, &MediaPanel::cmdAddMediaViaBarcode_Click);
+  on(cmdAddMediaViaBarcode.Click, this, &MediaPanel::cmdAddMediaViaBarcode_Click);
+  on(cmdAddMediaViaNumber.Click, this, &MediaPanel::cmdAddMediaViaNumber_Click);
+  on(cmdSearchMedia.Click, this, &MediaPanel::cmdSearchMedia_Click);
+  on(cmdRemoveMedia.Click, this, &MediaPanel::cmdRemoveMedia_Click);
+  on(cmdMARC.Click, this, &MediaPanel::cmdMARC_Click);
+  on(mnuPopupMarcBib.Click, this, &MediaPanel::mnuPopupMarcBib_Click);
+  on(mnuPopupMarcHoldings.Click, this, &MediaPanel::mnuPopupMarcHoldings_Click);
 }
 
 void MediaPanel::enableCommands() {

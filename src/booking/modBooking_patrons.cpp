@@ -87,7 +87,7 @@ bool acceptsCount(App& app, const BookingRecord& record) {
 }
 
 /// What follows once a requester and their group are known.
-void takeRequester(const RequesterForm& form, BookingRecord& record, const Patron& patron) {
+void showRequester(const RequesterForm& form, BookingRecord& record, const Patron& patron) {
   form.requester.show(patron.name);
   form.txtPatronGroup.Text = patron.groupName;
   record.RequesterId = patron.id;
@@ -183,17 +183,12 @@ void PatronField::lock() {
 }
 
 void PickRequester(const RequesterForm& form, BookingRecord& record) {
-  RememberedRequester& next = form.app.booking.NextRequester;
-  Patron patron;
-  if (next.id != 0) {
-    patron.id = next.id;
-    patron.name = next.name;
-    next = {};
-  } else {
-    patron = findBySearch(form.app);
-  }
-  if (patron.id == 0 || !chooseGroup(form.app, patron)) return;
-  takeRequester(form, record, patron);
+  const Patron patron = findBySearch(form.app);
+  if (patron.id != 0) TakeRequester(form, record, patron);
+}
+
+void TakeRequester(const RequesterForm& form, BookingRecord& record, Patron patron) {
+  if (chooseGroup(form.app, patron)) showRequester(form, record, patron);
 }
 
 void PickPickupPatron(App& app, PatronField& field, BookingRecord& record) {
@@ -205,7 +200,7 @@ void ValidateRequesterBarcode(const RequesterForm& form, BookingRecord& record) 
   if (!form.requester.isPending(record.RequesterId)) return;
   const Patron patron = findByBarcode(form.app, form.requester.text.Text.get());
   if (patron.id == 0) return clearRequester(form, record);
-  takeRequester(form, record, patron);
+  showRequester(form, record, patron);
 }
 
 void ValidatePickupBarcode(App& app, PatronField& field, BookingRecord& record) {

@@ -53,8 +53,10 @@ struct RequesterForm {
   Event requesterIsTaken;
 };
 
-/// Sets the requester from the search window, or from what "Save and New" has handed on.
+/// Sets the requester from the search window.
 void PickRequester(const RequesterForm& form, BookingRecord& record);
+/// Sets a requester of whom id and name are known; their group is found by their barcode.
+void TakeRequester(const RequesterForm& form, BookingRecord& record, Patron patron);
 void PickPickupPatron(App& app, PatronField& field, BookingRecord& record);
 /// Take the barcode in the field. Afterwards the field shows either a valid patron or nobody.
 void ValidateRequesterBarcode(const RequesterForm& form, BookingRecord& record);

@@ -23,24 +23,13 @@ void writeThings(BookingParts& parts) {
                      EquipmentForm::Full);
 }
 
-/// Sends; anything but success and the code that is walked is reported. True: the failures are to be walked.
-struct Outcome {
-  bool settled = true;  ///< nothing to walk
-  bool goOn = false;
-};
-Outcome send(App& app, std::string_view code, int walked) {
-  const Ask ask = askForBooking(app);
-  const int rc = ask.codeOf(code);
-  if (rc == walked) return {false, false};
-  return {true, ask.succeeded(rc, code)};
-}
-
 /// Types of things that cannot be brought to the place, or had there.
 bool validatePlace(BookingParts& parts, std::string_view code, int walked) {
   App& app = parts.app;
   writeThings(parts);
-  const Outcome outcome = send(app, code, walked);
-  if (outcome.settled) return outcome.goOn;
+  const Ask ask = askForBooking(app);
+  const int rc = ask.codeOf(code);
+  if (rc != walked) return ask.succeeded(rc, code);
   while (app.message.NextRecord(tags::VD1)) {
     OverrideFacts facts;
     facts.OverrideContext = walked;
@@ -97,8 +86,9 @@ bool ValidateLibSchedRoom(BookingParts& parts) {
   App& app = parts.app;
   app.message.Add(tags::RID, std::to_string(parts.record.RoomId));
   writeThings(parts);
-  const Outcome outcome = send(app, "VALLSL", codes::RoomRules);
-  if (outcome.settled) return outcome.goOn;
+  const Ask ask = askForBooking(app);
+  const int rc = ask.codeOf("VALLSL");
+  if (rc != codes::RoomRules) return ask.succeeded(rc, "VALLSL");
   bool goOn = true;
   while (app.message.NextRecord(tags::VUF)) {
     const int code = intOf(app.message.Get(tags::VUF));
@@ -109,7 +99,6 @@ bool ValidateLibSchedRoom(BookingParts& parts) {
 }
 
 bool ValidateRoomAvailability(BookingParts& parts) {
-  parts.app.global.ReadyAllForms();
   if (parts.record.RoomId == 0) return true;
   for (const BookingTime& time : parts.times.times()) {
     if (!isRoomFree(parts.app, parts.record, time, separatorOf(parts))) return false;
@@ -127,7 +116,6 @@ void TellRoomTaken(BookingParts& parts) {
 }
 
 bool ValidateEquipmentStatus(App& app, int rc) {
-  app.global.ReadyAllForms();
   if (rc != codes::EquipmentStatus) return askForBooking(app).succeeded(rc, "VES");
   while (app.message.NextRecord(tags::VD1)) {
     const int kind = intOf(app.message.Get(tags::VD1));

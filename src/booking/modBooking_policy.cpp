@@ -120,7 +120,6 @@ bool answered(App& app, Validator validator, std::string_view typeName) {
 
 bool walkFailures(App& app, int rc, Validator validator, std::string_view typeName) {
   const ValidatorRow& about = kValidatorTable[validator];
-  app.global.ReadyAllForms();
   if (rc != about.walked) return askForBooking(app).succeeded(rc, about.label);
   while (app.message.NextRecord(tags::VUF)) {
     if (!answered(app, validator, typeName)) return false;
@@ -156,7 +155,6 @@ bool ValidateItemLimit(App& app, int rc) {
 
 bool ValidateEquipmentUsage(App& app, int rc, std::string_view ety) {
   if (rc != codes::NotInStorage) return walkFailures(app, rc, kEquipmentUsage, ety);
-  app.global.ReadyAllForms();
   criticalBox(app.desktop, std::string(kNotStored));
   return false;
 }
@@ -175,7 +173,6 @@ bool ValidateRoomTime(App& app, int rc) {
 
 /// The limit that a thing would exceed; true stops.
 static bool stopsAtLimit(App& app, const BookingRecord& record, int limit, int count, int code) {
-  app.global.ReadyAllForms();
   if (record.AdminBooking != "N" || limit != count) return false;
   OverrideFacts facts;
   facts.OverrideCode = code;
@@ -192,7 +189,6 @@ bool ConfirmEquipmentLimit(App& app, const BookingRecord& record) {
 }
 
 void ShowCalendarConflict(App& app) {
-  app.global.ReadyAllForms();
   ShowErrorReport(app, codes::CalendarConflict);
 }
 

@@ -5,6 +5,7 @@
 #include "frame/app.h"
 #include "platform/desktop.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "records/records.h"
 
 namespace vantry {
@@ -92,12 +93,12 @@ void PlacePanel::connect() {
     roomCombo(i)->Click = [this, i] { cboRoom_Click(i); };
     cmdRoom(i).Click = [this, i] { cmdRoom_Click(i); };
     cmdGenericRoom(i).Click = [this, i] { cmdGenericRoom_Click(i); };
-    cmdRoomView(i).Click = [this] { cmdRoomView_Click(); };
+    on(cmdRoomView(i).Click, this, &PlacePanel::cmdRoomView_Click);
   }
-  cboPickupLocation.Click = [this] { cboPickupLocation_Click(); };
-  cmdNewRoom.Click = [this] { cmdNewRoom_Click(); };
-  mnuPopupRoomsFind.Click = [this] { mnuPopupRoomsFind_Click(); };
-  mnuPopupRoomsSuggest.Click = [this] { mnuPopupRoomsSuggest_Click(); };
+  on(cboPickupLocation.Click, this, &PlacePanel::cboPickupLocation_Click);
+  on(cmdNewRoom.Click, this, &PlacePanel::cmdNewRoom_Click);
+  on(mnuPopupRoomsFind.Click, this, &PlacePanel::mnuPopupRoomsFind_Click);
+  on(mnuPopupRoomsSuggest.Click, this, &PlacePanel::mnuPopupRoomsSuggest_Click);
 }
 
 void PlacePanel::fillLocations() {

@@ -4,6 +4,7 @@
 #include "booking/modBooking_patrons.h"
 #include "messaging/ask.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -17,7 +18,7 @@ PlainFind::PlainFind(App& app) : Form(app.windows, std::string(kSearchWindow)), 
   cmdClose.Cancel = true;
   txtSearchFor.Enter = cmdFindNow.Click = [this] { cmdFindNow_Click(); };
   fa.DblClick = cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdClose.Click = [this] { cmdClose_Click(); };
+  on(cmdClose.Click, this, &PlainFind::cmdClose_Click);
 }
 
 void PlainFind::Form_Load() {

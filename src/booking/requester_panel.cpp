@@ -1,6 +1,7 @@
 #include "booking/requester_panel.h"
 
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -33,11 +34,11 @@ void RequesterPanel::connect() {
   };
   requester.text.Enter = requester.text.LostFocus = [this] { cmdRequesterCheck_Click(); };
   onBehalfOf.text.Enter = onBehalfOf.text.LostFocus = [this] { cmdOnBehalfOfCheck_Click(); };
-  requester.check.Click = [this] { cmdRequesterCheck_Click(); };
-  onBehalfOf.check.Click = [this] { cmdOnBehalfOfCheck_Click(); };
-  requester.pick.Click = [this] { cmdRequester_Click(); };
-  onBehalfOf.pick.Click = [this] { cmdOnBehalfOf_Click(); };
-  chkAdminBooking.Click = [this] { chkAdminBooking_Click(); };
+  on(requester.check.Click, this, &RequesterPanel::cmdRequesterCheck_Click);
+  on(onBehalfOf.check.Click, this, &RequesterPanel::cmdOnBehalfOfCheck_Click);
+  on(requester.pick.Click, this, &RequesterPanel::cmdRequester_Click);
+  on(onBehalfOf.pick.Click, this, &RequesterPanel::cmdOnBehalfOf_Click);
+  on(chkAdminBooking.Click, this, &RequesterPanel::chkAdminBooking_Click);
 }
 
 LayoutNode RequesterPanel::layout() {
@@ -53,6 +54,11 @@ RequesterForm RequesterPanel::form() {
 
 void RequesterPanel::cmdRequester_Click() {
   PickRequester(form(), record_);
+  raise(Changed);
+}
+
+void RequesterPanel::take(const Patron& patron) {
+  TakeRequester(form(), record_, patron);
   raise(Changed);
 }
 
@@ -97,10 +103,7 @@ void RequesterPanel::lockRequester() {
 }
 
 void RequesterPanel::hidePickupPatron() {
-  for (Control* control : {static_cast<Control*>(&onBehalfOf.label), static_cast<Control*>(&onBehalfOf.text),
-                           static_cast<Control*>(&onBehalfOf.check), static_cast<Control*>(&onBehalfOf.pick),
-                           static_cast<Control*>(&onBehalfOf.state)})
-    control->Visible = false;
+  setVisible(false, onBehalfOf.label, onBehalfOf.text, onBehalfOf.check, onBehalfOf.pick, onBehalfOf.state);
 }
 
 void RequesterPanel::disableEditing() {

@@ -26,6 +26,8 @@ class RequesterPanel {
 
   /// Shows the patrons of a booking that was read. Its requester can be entered only where there is none.
   void showBooking();
+  /// Takes a requester of whom id and name are known.
+  void take(const Patron& patron);
   /// A saved booking keeps its requester.
   void lockRequester();
   void hidePickupPatron();

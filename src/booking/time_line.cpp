@@ -1,11 +1,14 @@
 #include "booking/time_line.h"
 
+#include "platform/wiring.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace vantry {
 
-TimeLine::TimeLine(const DaySlots& scale, const Parts& parts) : scale_(scale), parts_(parts) {
+TimeLine::TimeLine(const DaySlots& scale, const Parts& parts, std::function<bool()> sameDay)
+    : scale_(scale), parts_(parts), sameDay_(std::move(sameDay)) {
   const auto connect = [this](SpinTimeField& field, int TimeIndices::*which) {
     field.Choices = scale_.captions;
     field.SpinUp = [this, which] { step(which, 1); };
@@ -18,7 +21,7 @@ TimeLine::TimeLine(const DaySlots& scale, const Parts& parts) : scale_(scale), p
   };
   connect(parts_.txtNeedTime, &TimeIndices::need);
   connect(parts_.txtFinishTime, &TimeIndices::finish);
-  parts_.schTimeLine.Drag = [this] { dragged(); };
+  on(parts_.schTimeLine.Drag, this, &TimeLine::dragged);
   setScale();
 }
 
@@ -59,7 +62,7 @@ void TimeLine::typed(int TimeIndices::*which, const SpinTimeField& field) {
 /// A start that was typed past the end of the same day takes the end along to its next label.
 void TimeLine::moveEndAlong() {
   const bool passes = parts_.txtNeedTime.Value.get() > parts_.txtFinishTime.Value.get();
-  if (!passes || parts_.txtFinishTime.isEmpty() || (sameDay && !sameDay())) return;
+  if (!passes || parts_.txtFinishTime.isEmpty() || !sameDay_()) return;
   const int next = std::min(indices_.need + 1, kLastTimeIndex);
   const auto label = timeAt(scale_, next);
   if (!label) return;  // nothing of the day is left
@@ -70,7 +73,7 @@ void TimeLine::moveEndAlong() {
 }
 
 void TimeLine::move(TimeIndices indices) {
-  show(!sameDay || sameDay() ? keptApart(indices) : indices, false);
+  show(sameDay_() ? keptApart(indices) : indices, false);
 }
 
 void TimeLine::setIndices(TimeIndices indices) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "booking/modBooking_times.h"
 #include "platform/schedule_bar.h"
 
@@ -15,10 +17,9 @@ class TimeLine {
     Ruler& rulTimeLine;
     ScheduleBar& schTimeLine;
   };
-  TimeLine(const DaySlots& scale, const Parts& parts);
+  /// `sameDay` tells whether start and end lie on one day, so that the end has to stay behind the start.
+  TimeLine(const DaySlots& scale, const Parts& parts, std::function<bool()> sameDay);
 
-  /// Whether start and end lie on one day, so that the end has to stay behind the start.
-  std::function<bool()> sameDay;
   /// One of the two times has changed.
   Event Changed;
 
@@ -43,6 +44,7 @@ class TimeLine {
 
   DaySlots scale_;
   Parts parts_;
+  std::function<bool()> sameDay_;
   TimeIndices indices_;
   bool setting_ = false;  ///< the fields change because their places did
 };

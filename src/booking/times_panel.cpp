@@ -6,6 +6,7 @@
 #include "booking/modBooking_ask.h"
 #include "messaging/server_tools.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 namespace {
@@ -45,10 +46,9 @@ TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
       fpdExpireDate(place, "fpdExpireDate"),
       app_(app),
       record_(record),
-      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine}) {
-  for (Control* hidden : {static_cast<Control*>(&fpdServerDate), static_cast<Control*>(&txtServerTime),
-                          static_cast<Control*>(&fpdExpireDate)})
-    hidden->Visible = false;
+      timeLine_(app.daySlots, {txtNeedTime, txtFinishTime, rulTimeLine, schTimeLine},
+                [this] { return sameDay(); }) {
+  setVisible(false, fpdServerDate, txtServerTime, fpdExpireDate);
   schTimeLine.AccessibleName = "Time of the booking";
   faDatesTimes.AccessibleName = "Times of the bookings";
   txtNeedTimeEllipses.AccessibleName = "Choose the time needed";
@@ -62,12 +62,10 @@ TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
 
 void TimesPanel::arrange(Container& place) {
   const bool byLine = app_.preferences.ScheduleBar && app_.preferences.UseIntervals;
-  rulTimeLine.Visible = byLine;
-  schTimeLine.Visible = byLine;
+  setVisible(byLine, rulTimeLine, schTimeLine);
   for (SpinTimeField* field : {&txtNeedTime, &txtFinishTime})
     field->DropDown = !app_.preferences.ScheduleBar && app_.preferences.UseIntervals;
-  for (Button* button : {&txtNeedTimeEllipses, &txtFinishTimeEllipses})
-    button->Visible = !app_.preferences.ScheduleBar;
+  setVisible(!app_.preferences.ScheduleBar, txtNeedTimeEllipses, txtFinishTimeEllipses);
   const int share = app_.daySlots.count > kSlotsBesideDates ? 1 : -1;
   fraBooking.Layout = Column{Row{Fields{lblNeedDate, LayoutNode(fpdNeedDate).share(share), lblFinishDate,
                                         LayoutNode(fpdFinishDate).share(share)}
@@ -85,18 +83,18 @@ void TimesPanel::arrange(Container& place) {
 }
 
 void TimesPanel::connect() {
-  timeLine_.sameDay = [this] { return sameDay(); };
-  timeLine_.Changed = [this] { changed(); };
-  for (DateField* field : {&fpdNeedDate, &fpdFinishDate}) field->Change = [this] { changed(); };
-  fpdNeedDate.LostFocus = [this] { fpdNeedDate_LostFocus(); };
-  fpdFinishDate.LostFocus = [this] { fpdFinishDate_LostFocus(); };
-  txtNeedTimeEllipses.Click = [this] { txtNeedTimeEllipses_Click(); };
-  txtFinishTimeEllipses.Click = [this] { txtFinishTimeEllipses_Click(); };
-  for (SpinTimeField* field : {&txtNeedTime, &txtFinishTime}) field->DropDialog = [this] { openTimeLine(); };
-  cmdMultipleBookings.Click = [this] { cmdMultipleBookings_Click(); };
-  cmdAddDate.Click = [this] { cmdAddDate_Click(); };
-  cmdEditDate.Click = [this] { cmdEditDate_Click(); };
-  cmdDeleteDate.Click = [this] { cmdDeleteDate_Click(); };
+  on(timeLine_.Changed, this, &TimesPanel::changed);
+  for (DateField* field : {&fpdNeedDate, &fpdFinishDate}) on(field->Change, this, &TimesPanel::changed);
+  on(fpdNeedDate.LostFocus, this, &TimesPanel::fpdNeedDate_LostFocus);
+  on(fpdFinishDate.LostFocus, this, &TimesPanel::fpdFinishDate_LostFocus);
+  on(txtNeedTimeEllipses.Click, this, &TimesPanel::txtNeedTimeEllipses_Click);
+  on(txtFinishTimeEllipses.Click, this, &TimesPanel::txtFinishTimeEllipses_Click);
+  for (SpinTimeField* field : {&txtNeedTime, &txtFinishTime})
+    on(field->DropDialog, this, &TimesPanel::openTimeLine);
+  on(cmdMultipleBookings.Click, this, &TimesPanel::cmdMultipleBookings_Click);
+  on(cmdAddDate.Click, this, &TimesPanel::cmdAddDate_Click);
+  on(cmdEditDate.Click, this, &TimesPanel::cmdEditDate_Click);
+  on(cmdDeleteDate.Click, this, &TimesPanel::cmdDeleteDate_Click);
   faDatesTimes.DblClick = [this] { cmdEditDate.press(); };
 }
 
@@ -186,17 +184,13 @@ void TimesPanel::startNow() {
   const std::string now = rc == 0 ? app_.message.Get("STIME") : serverTime(app_.clock.now());
   showTimes(now, now);
   timeLine_.lock();
-  for (Button* button : {&txtNeedTimeEllipses, &txtFinishTimeEllipses}) button->Enabled = false;
+  disable(txtNeedTimeEllipses, txtFinishTimeEllipses);
 }
 
 void TimesPanel::disableEditing() {
   timeLine_.lock();
-  for (Control* control :
-       {static_cast<Control*>(&fpdNeedDate), static_cast<Control*>(&fpdFinishDate),
-        static_cast<Control*>(&txtNeedTimeEllipses), static_cast<Control*>(&txtFinishTimeEllipses),
-        static_cast<Control*>(&cmdMultipleBookings), static_cast<Control*>(&cmdAddDate),
-        static_cast<Control*>(&cmdEditDate), static_cast<Control*>(&cmdDeleteDate)})
-    control->Enabled = false;
+  disable(fpdNeedDate, fpdFinishDate, txtNeedTimeEllipses, txtFinishTimeEllipses, cmdMultipleBookings,
+          cmdAddDate, cmdEditDate, cmdDeleteDate);
 }
 
 void TimesPanel::showExpireDate() {

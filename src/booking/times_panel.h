@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "booking/booking_record.h"
@@ -86,7 +87,12 @@ class TimesPanel {
   bool checkSingle();
   bool checkList();
   bool leaveDate(DateField& field, std::string_view name);
-  void checkExpiry(DateField& field);
+  bool isPastExpiry(const std::optional<Date>& date) const;
+  void tellExpiry();
+  /// Whether the date is past the requester's privileges. It is told, and the field takes their last day.
+  bool expires(DateField& field);
+  /// The same for both dates, told once.
+  bool datesExpire();
   bool mayAddBooking();
   void fillRow(int row);
   void endEditing();

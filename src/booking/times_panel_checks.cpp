@@ -32,20 +32,60 @@ bool TimesPanel::CheckTimes() {
 bool TimesPanel::checkSingle() {
   if (!isValid()) return false;
   const BookingTime time = singleTime();
-  if (time.start <= time.end) return true;
-  raise(showTab);
-  txtNeedTime.SetFocus();
-  criticalBox(app_.desktop, std::string(kStartLater));
-  return false;
+  if (time.start > time.end) {
+    raise(showTab);
+    txtNeedTime.SetFocus();
+    criticalBox(app_.desktop, std::string(kStartLater));
+    return false;
+  }
+  if (datesExpire()) {
+    raise(showTab);
+    fpdFinishDate.SetFocus();
+    return false;
+  }
+  return true;
 }
 
 bool TimesPanel::checkList() {
   // Whether the rows overlap is for the server to find.
-  for (const BookingTime& time : times()) {
-    if (time.start <= time.end) continue;
-    informationBox(app_.desktop, std::string(kStartLater));
-    return false;
+  for (int row = 1; row < faDatesTimes.Rows; ++row) {
+    const BookingTime time = timeOfRow(row);
+    if (time.start > time.end) {
+      informationBox(app_.desktop, std::string(kStartLater));
+      return false;
+    }
+    if (isPastExpiry(parseDate(cell(row, kFinishDate), app_.windows.shortDateFormat()))) {
+      tellExpiry();
+      return false;
+    }
   }
+  return true;
+}
+
+// The end of the requester's privileges. The requester may be named, or be another one, after a date was
+// typed: so it is checked when a date is left and again when the dates are taken.
+
+bool TimesPanel::isPastExpiry(const std::optional<Date>& date) const {
+  if (record_.isAdministrative() || record_.RequesterId == 0 || fpdExpireDate.isEmpty()) return false;
+  return date > fpdExpireDate.Value.get();
+}
+
+void TimesPanel::tellExpiry() {
+  informationBox(app_.desktop, "Booking date cannot be past requester's expiration date of " +
+                                   fpdExpireDate.shortDate() + ".");
+}
+
+bool TimesPanel::expires(DateField& field) {
+  if (!isPastExpiry(field.Value.get())) return false;
+  tellExpiry();
+  field.Value = fpdExpireDate.Value;
+  return true;
+}
+
+bool TimesPanel::datesExpire() {
+  const bool needExpires = isPastExpiry(fpdNeedDate.Value.get());
+  if (!expires(fpdFinishDate)) return expires(fpdNeedDate);
+  if (needExpires) fpdNeedDate.Value = fpdExpireDate.Value;  // one message is enough for both
   return true;
 }
 
@@ -53,13 +93,13 @@ bool TimesPanel::checkList() {
 
 void TimesPanel::fpdNeedDate_LostFocus() {
   if (!leaveDate(fpdNeedDate, "Date Needed")) return;
-  checkExpiry(fpdNeedDate);  // first, so that the other date is not dragged past it
+  expires(fpdNeedDate);  // first, so that the other date is not dragged past it
   if (fpdNeedDate.Value.get() > fpdFinishDate.Value.get()) fpdFinishDate.Value = fpdNeedDate.Value;
 }
 
 void TimesPanel::fpdFinishDate_LostFocus() {
   if (!leaveDate(fpdFinishDate, "Date Finished")) return;
-  checkExpiry(fpdFinishDate);
+  expires(fpdFinishDate);
   if (fpdFinishDate.Value.get() < fpdNeedDate.Value.get()) fpdNeedDate.Value = fpdFinishDate.Value;
 }
 
@@ -69,14 +109,6 @@ bool TimesPanel::leaveDate(DateField& field, std::string_view name) {
   raise(showTab);
   field.SetFocus();
   return false;
-}
-
-void TimesPanel::checkExpiry(DateField& field) {
-  if (record_.isAdministrative() || record_.RequesterId == 0 || fpdExpireDate.isEmpty()) return;
-  if (field.Value.get() <= fpdExpireDate.Value.get()) return;
-  informationBox(app_.desktop, "Booking date cannot be past requester's expiration date of " +
-                                   fpdExpireDate.shortDate() + ".");
-  field.Value = fpdExpireDate.Value;
 }
 
 // The list.
@@ -129,7 +161,7 @@ void TimesPanel::fillRow(int row) {
 }
 
 void TimesPanel::cmdAddDate_Click() {
-  if (!isValid()) return;
+  if (!isValid() || datesExpire()) return;
   if (editedRow_ == 0) {
     if (!mayAddBooking()) return;
     faDatesTimes.Rows = faDatesTimes.Rows + 1;

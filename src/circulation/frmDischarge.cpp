@@ -1,6 +1,7 @@
 #include "circulation/frmDischarge.h"
 
 #include "circulation/frmPopupNote.h"
+#include "platform/moment_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -26,6 +27,8 @@ frmDischarge::frmDischarge(App& app)
     cmdSelectAll.add(*this, kSelectCaptions[index]).Enabled = false;
     cmdDeselectAll.add(*this, kDeselectCaptions[index]).Enabled = false;
   }
+  dtDischargeDate.AccessibleName = "Discharge Date";
+  txtDischargeTime.AccessibleName = "Discharge Time";
   dtTodaysDate.Visible = false;
   txtRightNow.Visible = false;
   cmdOK.Default = true;
@@ -165,6 +168,8 @@ void frmDischarge::addSelected(const ListBox& lines, std::string_view tag) {
 }
 
 void frmDischarge::cmdOK_Click() {
+  // The server takes a missing moment for now.
+  if (!momentsAreGiven(fraDischargeDateTime)) return;
   DischargeStatus = kAll;
   std::vector<std::string> roomPieces;
   if (!readRoomPieces(roomPieces)) return sayFailure();

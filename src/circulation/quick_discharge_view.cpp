@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/auto_truncate.h"
+#include "platform/moment_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -68,6 +69,8 @@ QuickDischargeView::QuickDischargeView(const MainParts& parts, Frame& frame)
       txtDischargeLog(frame, "txtDischargeLog") {
   cmdQuickDischarge.Default = true;  // counts while its view shows
   txtQuickDischargeItem.AccessibleName = "What to discharge";
+  dtDischargeDate.AccessibleName = "Discharge Date";
+  txtDischargeTime.AccessibleName = "Discharge Time";
   txtDischargeLog.MultiLine = true;
   txtDischargeLog.Locked = true;
   fraBackDate.Visible = false;
@@ -133,6 +136,8 @@ void QuickDischargeView::stop() {
 }
 
 void QuickDischargeView::cmdQuickDischarge_Click() {
+  // The server takes a missing moment for now.
+  if (fraBackDate.Visible && !momentsAreGiven(fraBackDate)) return;
   parts().showMessage("Discharging...");
   Found found{kTypes[std::max(0, cboQuickDischargeType.ListIndex.get())], {}, {}, {}};
   std::string stamp;

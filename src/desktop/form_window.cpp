@@ -321,16 +321,36 @@ void FormWindow::place(bool modal) {
   const QRect around = front && front != this ? front->frameGeometry() : room;
   move(around.center() - rect().center());
   if (form_.Resizable) desktop_.readGeometry(*this, form_);
-  while (desktop_.isPlaceTaken(*this)) move(pos() + QPoint(kCascade, kCascade));
   if (isMaximized()) form_.WindowState.put(FormState::Maximized);
+  findPlace();
+}
+
+QRect FormWindow::screenRoom() const {
+  const QScreen* under = QGuiApplication::screenAt(frameGeometry().center());
+  return roomOn(under ? *under : *QGuiApplication::primaryScreen());
+}
+
+/// Past the corner of the screen the search goes on at its top left; where all places are taken, windows may
+/// cover each other.
+void FormWindow::findPlace() {
   keepOnScreen();
+  if (isMaximized()) return;
+  bool wrapped = false;
+  while (desktop_.isPlaceTaken(*this)) {
+    const QPoint before = pos();
+    move(before + QPoint(kCascade, kCascade));
+    keepOnScreen();
+    if (pos() != before) continue;
+    if (wrapped) return;
+    wrapped = true;
+    move(screenRoom().topLeft());
+  }
 }
 
 /// Screens change between two days, and a window may have been left at the edge of one.
 void FormWindow::keepOnScreen() {
   if (isMaximized()) return;
-  const QScreen* under = QGuiApplication::screenAt(frameGeometry().center());
-  const QRect room = roomOn(under ? *under : *QGuiApplication::primaryScreen());
+  const QRect room = screenRoom();
   const QSize frame = frameGeometry().size() - size();
   resize(size().boundedTo(room.size() - frame));
   const QRect place = frameGeometry();
@@ -348,7 +368,7 @@ void FormWindow::present(bool modal) {
   if (modal && front && front != this) windowHandle()->setTransientParent(front->windowHandle());
   if (QWidget* first = firstFocus()) first->setFocus();
   setVisible(true);
-  keepOnScreen();  // now that its frame is known
+  findPlace();  // now that its frame is known
   bringToFront();
 }
 
@@ -387,10 +407,7 @@ void FormWindow::markDefault(const QWidget& focused) {
 }
 
 void FormWindow::bringToFront() {
-  if (isMinimized()) {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    keepOnScreen();
-  }
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
   raise();
   activateWindow();
 }
@@ -467,6 +484,10 @@ void FormWindow::changeEvent(QEvent* event) {
   form_.WindowState.put(isMinimized()   ? FormState::Minimized
                         : isMaximized() ? FormState::Maximized
                                         : FormState::Normal);
+  if (isMinimized() || isMaximized()) return;
+  // The window has its restored geometry only after this event.
+  QMetaObject::invokeMethod(
+      this, [this] { keepOnScreen(); }, Qt::QueuedConnection);
 }
 
 bool FormWindow::event(QEvent* event) {

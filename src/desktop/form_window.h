@@ -72,6 +72,10 @@ class FormWindow : public QWidget, public Host {
   void enabledChanged();
   void place(bool modal);
   void keepOnScreen();
+  /// The part of the screen under the window that windows can take.
+  QRect screenRoom() const;
+  /// Moves the window to a place on the screen that no other window takes exactly.
+  void findPlace();
   QWidget* widgetOf(Control& control) const;
   QWidget* firstFocus() const;
   /// The button that the form marks so and that can be used now, or nullptr.

@@ -31,17 +31,6 @@ class ComponentCheck;
 /// The program's two modes.
 enum class Mode { None, Standard, Monitor };
 
-/// What the search window looks for, by its own numbers. Those of the inventory follow the numbers of its
-/// lists.
-enum SearchCategory {
-  kFindBookings,
-  kFindEquipment,
-  kFindGroups,
-  kFindRooms,
-  kFindMaintenance,
-  kFindPatrons
-};
-
 /// The group that a new piece joins, for whoever opens the piece from a group.
 struct GroupSlots {
   std::string id;
@@ -51,12 +40,9 @@ struct GroupSlots {
 /// What the opener tells the window of a record, which reads it in its `Form_Load`.
 struct RecordSlots {
   RecordOpening opening;
-  std::array<std::string, kRecordKinds> ids;
-  std::array<int, kRecordKinds> modes{};  ///< 1 new record, 0 existing record
   std::array<std::string, kRecordKinds> typeNames;
   std::array<std::string, kRecordKinds> typeIds;
   GroupSlots group;
-  int searchFor = 0;  ///< what the search window looks for, a `SearchCategory`
 };
 
 /// What the program shares. One object; windows and modules get it by reference.

@@ -36,29 +36,10 @@ struct StoredTime {
   bool operator==(const StoredTime&) const = default;
 };
 
-/// Id and name of the requester whom "Save and New" hands to the next new editor; id 0 for none.
-struct RememberedRequester {
-  int id = 0;
-  std::string name;
-};
-
-/// The requester that a copy of a booking gets.
-struct CopyRequester {
-  int PatronId = 0;  ///< -2 for an administrative copy, 0 where the copy keeps what its model has
-  int PatronGroupId = 0;
-  std::string PatronName;
-  std::string PatronGroupName;
-  std::string ExpireDate;  ///< as the server writes it
-};
-inline constexpr int kCopyCancelled = -1;
-inline constexpr int kCopyAdministrative = -2;
-
 /// What the booking windows and their dialogs share for the program's life.
 struct BookingShared {
   WarningList warnings;
   std::vector<StoredTime> StoredTimes;  ///< the times for which a thing is about to be added
-  RememberedRequester NextRequester;
-  CopyRequester copyRequester;  ///< for a copy
 };
 
 }  // namespace vantry

@@ -27,4 +27,12 @@ void Makers::run(std::string_view name, App& app) const {
   }
 }
 
+void Makers::search(App& app, SearchCategory category) const {
+  if (search_) {
+    search_(app, category);
+  } else if (notBuilt) {
+    notBuilt("frmFind");
+  }
+}
+
 }  // namespace vantry

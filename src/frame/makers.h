@@ -24,12 +24,24 @@ enum RecordKind {
 };
 inline constexpr int kRecordKinds = 21;
 
+/// What the search window looks for, by its own numbers. Those of the inventory follow the numbers of its
+/// lists.
+enum SearchCategory {
+  kFindBookings,
+  kFindEquipment,
+  kFindGroups,
+  kFindRooms,
+  kFindMaintenance,
+  kFindPatrons
+};
+
 /// Makes the windows and runs the commands that belong to a higher floor than their callers. The program's
 /// composition root fills it.
 class Makers {
  public:
   using RecordMaker = std::function<std::unique_ptr<Form>(App&)>;
   using Command = std::function<void(App&)>;
+  using Search = std::function<void(App&, SearchCategory)>;
   using WindowMaker = std::function<std::unique_ptr<Form>(App&)>;
 
   /// Called with the name of a window or command that this program does not have.
@@ -39,6 +51,7 @@ class Makers {
     records_.at(static_cast<std::size_t>(kind)) = std::move(maker);
   }
   void addCommand(std::string name, Command command) { commands_[std::move(name)] = std::move(command); }
+  void setSearch(Search search) { search_ = std::move(search); }
   void addWindow(std::string name, WindowMaker maker) { windows_[std::move(name)] = std::move(maker); }
 
   /// A new window for a record of the kind; nullptr for a kind without one.
@@ -47,10 +60,13 @@ class Makers {
   [[nodiscard]] std::unique_ptr<Form> makeWindow(std::string_view name, App& app) const;
   /// Runs the command of a window's or routine's name.
   void run(std::string_view name, App& app) const;
+  /// Opens the search window on what is sought.
+  void search(App& app, SearchCategory category) const;
 
  private:
   std::array<RecordMaker, kRecordKinds> records_;
   std::map<std::string, Command, std::less<>> commands_;
+  Search search_;
   std::map<std::string, WindowMaker, std::less<>> windows_;
 };
 

@@ -22,6 +22,23 @@ enum RecordSource {
   kSourceNextMaintenance = 13
 };
 
+/// Id and name of the requester whom "Save and New" hands to the next new editor; id 0 for none.
+struct NextRequester {
+  int id = 0;
+  std::string name;
+};
+
+/// The requester that a copy of a booking gets.
+struct CopyRequester {
+  int PatronId = 0;  ///< -2 for an administrative copy, 0 where the copy keeps what its model has
+  int PatronGroupId = 0;
+  std::string PatronName;
+  std::string PatronGroupName;
+  std::string ExpireDate;  ///< as the server writes it
+};
+inline constexpr int kCopyCancelled = -1;
+inline constexpr int kCopyAdministrative = -2;
+
 /// What a record window is told when it opens.
 struct RecordOpening {
   RecordOpening() = default;
@@ -35,6 +52,8 @@ struct RecordOpening {
   bool copy = false;    ///< the record is the model of a new one
   bool hidden = false;  ///< the window is loaded and not shown, for printing; whoever opens it unloads it
   bool pickUp = false;  ///< a new booking that starts now and is picked up
+  NextRequester nextRequester;  ///< of a new booking
+  CopyRequester copyRequester;  ///< of a copy of a booking
 
   bool isNew() const { return id.empty(); }
 };

@@ -1,6 +1,7 @@
 #include "messaging/frmAbout.h"
 
 #include "messaging/session_dialogs.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -10,7 +11,7 @@ frmTell::frmTell(Windows& windows, std::string name, std::string caption) : Form
   lblHeading.Heading = true;
   cmdOK.Default = true;
   cmdOK.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
+  on(cmdOK.Click, this, &frmTell::cmdOK_Click);
 }
 
 void frmTell::cmdOK_Click() {

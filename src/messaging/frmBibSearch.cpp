@@ -3,6 +3,7 @@
 #include "messaging/marc_viewer.h"
 #include "platform/desktop.h"
 #include "platform/text.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -59,20 +60,20 @@ frmBibSearch::frmBibSearch(Windows& windows, const Services& services, Manner ma
   tvwTitles.Pictures = {"item-list", "folder-closed", "booking"};
   cmdSearch.Default = true;
   cmdCancel.Cancel = true;
-  cboSearchBy.Click = [this] { cboSearchBy_Click(); };
-  txtSearch.Change = [this] { txtSearch_Change(); };
-  txtSearch.Enter = [this] { txtSearch_Enter(); };
-  cmdSearch.Click = [this] { cmdSearch_Click(); };
-  tvwTitles.Expand = [this] { tvwTitles_Expand(); };
-  tvwTitles.Click = [this] { tvwTitles_Click(); };
-  tvwTitles.DblClick = [this] { tvwTitles_DblClick(); };
-  lstChosen.Click = [this] { lstChosen_Click(); };
-  lstChosen.DblClick = [this] { lstChosen_DblClick(); };
-  cmdAdd.Click = [this] { cmdAdd_Click(); };
-  cmdRemove.Click = [this] { cmdRemove_Click(); };
-  cmdView.Click = [this] { cmdView_Click(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(cboSearchBy.Click, this, &frmBibSearch::cboSearchBy_Click);
+  on(txtSearch.Change, this, &frmBibSearch::txtSearch_Change);
+  on(txtSearch.Enter, this, &frmBibSearch::txtSearch_Enter);
+  on(cmdSearch.Click, this, &frmBibSearch::cmdSearch_Click);
+  on(tvwTitles.Expand, this, &frmBibSearch::tvwTitles_Expand);
+  on(tvwTitles.Click, this, &frmBibSearch::tvwTitles_Click);
+  on(tvwTitles.DblClick, this, &frmBibSearch::tvwTitles_DblClick);
+  on(lstChosen.Click, this, &frmBibSearch::lstChosen_Click);
+  on(lstChosen.DblClick, this, &frmBibSearch::lstChosen_DblClick);
+  on(cmdAdd.Click, this, &frmBibSearch::cmdAdd_Click);
+  on(cmdRemove.Click, this, &frmBibSearch::cmdRemove_Click);
+  on(cmdView.Click, this, &frmBibSearch::cmdView_Click);
+  on(cmdOK.Click, this, &frmBibSearch::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmBibSearch::cmdCancel_Click);
   Layout = Column{Fields{lblSearchBy, Row{cboSearchBy, Gap{}, chkHoldings, Stretch{}}, lblSearch,
                          Row{LayoutNode(txtSearch).share(1), cmdSearch}},
                   lblCount,
@@ -131,7 +132,6 @@ std::string frmBibSearch::searchText() const {
 
 void frmBibSearch::cmdSearch_Click() {
   TagMessage& message = services_.message;
-  services_.global.BusyAllForms();
   tvwTitles.Clear();
   lblCount.Caption = "Searching...";
   Refresh();

@@ -1,5 +1,7 @@
 #include "messaging/frmError.h"
 
+#include "platform/wiring.h"
+
 namespace vantry {
 
 frmError::frmError(Windows& windows, ServerTools& tools, modGlobal& global, const ErrorReport& report)
@@ -10,9 +12,9 @@ frmError::frmError(Windows& windows, ServerTools& tools, modGlobal& global, cons
     text->ReadOnlyField = true;
   cmdOKCompress.Default = true;
   cmdOKCompress.Cancel = true;
-  cmdDetailsExpand.Click = [this] { cmdDetailsExpand_Click(); };
-  cmdDetailsCompress.Click = [this] { cmdDetailsCompress_Click(); };
-  cmdOKCompress.Click = [this] { cmdOKCompress_Click(); };
+  on(cmdDetailsExpand.Click, this, &frmError::cmdDetailsExpand_Click);
+  on(cmdDetailsCompress.Click, this, &frmError::cmdDetailsCompress_Click);
+  on(cmdOKCompress.Click, this, &frmError::cmdOKCompress_Click);
   fraDetails.Layout = Fields{lblModule,   lblModuleText,   lblReturnCode, lblReturnCodeText,
                              lblFormName, lblFormNameText, lblTags,       lblTagsText};
   Layout = Column{Row{imgError, lblErrorMessage, Stretch{}}, Gap{}, fraDetails,

@@ -3,6 +3,7 @@
 #include "platform/desktop.h"
 #include "platform/text.h"
 #include "platform/windows.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -18,11 +19,11 @@ frmLogon::frmLogon(Windows& windows, const ServerTools& tools, ServerSession& se
   lblMessage.Alert = true;
   cmdOK.Default = true;  // Enter in the password, which asks for no Enter of its own, presses it
   cmdCancel.Cancel = true;
-  txtOperator.Change = [this] { txtOperator_Change(); };
-  txtOperator.Enter = [this] { txtOperator_Enter(); };
-  txtPassword.Change = [this] { txtPassword_Change(); };
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(txtOperator.Change, this, &frmLogon::txtOperator_Change);
+  on(txtOperator.Enter, this, &frmLogon::txtOperator_Enter);
+  on(txtPassword.Change, this, &frmLogon::txtPassword_Change);
+  on(cmdOK.Click, this, &frmLogon::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmLogon::cmdCancel_Click);
   Layout = Column{Row{imgLogon, Column{lblHeading, lblHint}, Stretch{}},
                   Gap{},
                   Fields{lblOperator, txtOperator, lblPassword, txtPassword},

@@ -3,6 +3,7 @@
 #include "messaging/ask.h"
 #include "messaging/marc_fields.h"
 #include "messaging/return_codes.h"
+#include "platform/wiring.h"
 #include "words/tags.h"
 
 namespace vantry {
@@ -21,8 +22,8 @@ frmMarcRecord::frmMarcRecord(Windows& windows, TagMessage& message, MarcKind kin
   faFields.AccessibleName = "Fields of the record";
   cmdClose.Default = true;
   cmdClose.Cancel = true;
-  chkDetails.Click = [this] { chkDetails_Click(); };
-  cmdClose.Click = [this] { cmdClose_Click(); };
+  on(chkDetails.Click, this, &frmMarcRecord::chkDetails_Click);
+  on(cmdClose.Click, this, &frmMarcRecord::cmdClose_Click);
   Layout = Column{faFields, Row{chkDetails, Stretch{}, cmdClose}};
 }
 

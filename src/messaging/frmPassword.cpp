@@ -2,6 +2,7 @@
 
 #include "messaging/session_dialogs.h"
 #include "platform/desktop.h"
+#include "platform/wiring.h"
 
 namespace vantry {
 
@@ -11,12 +12,13 @@ frmPassword::frmPassword(Windows& windows, ServerSession& session)
   Resizable = false;
   for (TextBox* field : {&txtOld, &txtNew, &txtRepeat}) {
     field->Password = true;
-    field->Change = [this] { enableOK(); };
+    on(field->Change, this, &frmPassword::enableOK);
   }
+  lblMessage.Alert = true;
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  cmdOK.Click = [this] { cmdOK_Click(); };
-  cmdCancel.Click = [this] { cmdCancel_Click(); };
+  on(cmdOK.Click, this, &frmPassword::cmdOK_Click);
+  on(cmdCancel.Click, this, &frmPassword::cmdCancel_Click);
   Layout = Column{lblHint,    Gap{}, Fields{lblOld, txtOld, lblNew, txtNew, lblRepeat, txtRepeat},
                   lblMessage, Gap{}, Row{Stretch{}, cmdOK, cmdCancel}};
 }

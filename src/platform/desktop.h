@@ -111,9 +111,11 @@ inline void plainBox(Desktop& desktop, std::string text, std::string caption = {
   desktop.messageBox({Box::Kind::Plain, std::move(text), std::move(caption)});
 }
 /// Whether the operator said yes. Only a button answers: a stray Escape must not mean No.
+inline bool askBox(Desktop& desktop, Box::Kind kind, std::string text, std::string caption = {}) {
+  return desktop.messageBox({kind, std::move(text), std::move(caption), {"&Yes", "&No"}, Box::kNone}) == 0;
+}
 inline bool questionBox(Desktop& desktop, std::string text, std::string caption = {}) {
-  return desktop.messageBox(
-             {Box::Kind::Question, std::move(text), std::move(caption), {"&Yes", "&No"}, Box::kNone}) == 0;
+  return askBox(desktop, Box::Kind::Question, std::move(text), std::move(caption));
 }
 
 }  // namespace vantry

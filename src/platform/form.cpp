@@ -5,6 +5,7 @@
 
 #include "platform/controls.h"
 #include "platform/desktop.h"
+#include "platform/find_control.h"
 #include "platform/windows.h"
 
 namespace vantry {
@@ -64,17 +65,6 @@ void Form::Refresh() {
 
 void Form::closeByOperator() {
   if (Enabled) Unload();
-}
-
-/// The first control, within frames as well, that is meant; nullptr without one.
-template <class IsMeant>
-static Control* findIn(const Container& container, const IsMeant& isMeant) {
-  for (Control* control : container.Controls()) {
-    if (isMeant(*control)) return control;
-    if (control->kind() != ControlKind::Frame) continue;
-    if (Control* inner = findIn(*static_cast<Frame*>(control), isMeant)) return inner;
-  }
-  return nullptr;
 }
 
 Control* Form::findControl(std::string_view name) const {

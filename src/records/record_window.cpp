@@ -1,5 +1,6 @@
 #include "records/record_window.h"
 
+#include "platform/moment_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "records/records.h"
@@ -42,10 +43,10 @@ void RecordWindow::Form_Load() {
     return closeNow();
   }
   SetFormSecurity();
+  app_.global.ReadyAllForms();
   recordIsShown();
   loading_ = false;
   Dirty = opening_.copy;
-  app_.global.ReadyAllForms();
 }
 
 // Saving and closing.
@@ -58,7 +59,7 @@ void RecordWindow::touch() {
 
 void RecordWindow::save() {
   SaveOk = false;
-  if (leaveField()) Save();
+  if (leaveField() && momentsAreReadable(*this)) Save();
 }
 
 void RecordWindow::saveAndClose() {
@@ -83,9 +84,7 @@ bool RecordWindow::Form_Unload() {
   // A save that reached its end settles it, whatever was typed after it; this is deliberate.
   if (Closing || SaveOk || !Dirty || !app_.context.rights.has(rightsOf(kind_.subject).update)) return true;
   const CloseRule& rule = kind_.close;
-  // Only a button answers: a stray Escape must not give the changes up.
-  const Box question{rule.box, std::string(rule.question), {}, {"&Yes", "&No"}, Box::kNone};
-  if (app_.desktop.messageBox(question) != 0) return true;
+  if (!askBox(app_.desktop, rule.box, std::string(rule.question))) return true;
   if (commands.save.usable()) save();  // else the changes cannot be saved any more, as after a failed save
   return SaveOk || !rule.staysOnFailedSave;
 }

@@ -72,7 +72,7 @@ class RecordWindow : public Form {
   virtual void loadNew() = 0;
   /// Reads and shows the record of the opening, as a model in a copy. False closes the window.
   [[nodiscard]] virtual bool loadRecord() = 0;
-  /// The record is shown, and the operator's rights count.
+  /// The record is shown, the operator's rights count, and the windows are ready.
   virtual void recordIsShown() {}
   /// Whether the server holds the record, which decides between the rights to add and to update.
   [[nodiscard]] virtual bool isStored() const = 0;

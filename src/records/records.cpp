@@ -72,10 +72,7 @@ static std::string tagOf(const App& app, const RecordOpening& opening) {
 }
 
 static void fillSlots(App& app, const RecordOpening& opening) {
-  const auto slot = static_cast<std::size_t>(opening.kind);
   app.slots.opening = opening;
-  app.slots.ids[slot] = opening.id;
-  app.slots.modes[slot] = opening.isNew() ? 1 : 0;
   readType(app, opening.kind, opening.id);
 }
 

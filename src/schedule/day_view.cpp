@@ -77,7 +77,8 @@ void DayView::arrange(Frame& frame) {
 
 void DayView::connect() {
   on(dtViewBookings.Change, this, &DayView::dtViewBookings_Change);
-  on(dtViewBookings.Enter, &cmdToday, &Button::SetFocus);
+  on(dtViewBookings.Enter, this, &DayView::dtViewBookings_Enter);
+  on(dtViewBookings.LostFocus, this, &DayView::dtViewBookings_LostFocus);
   on(cmdToday.Click, this, &DayView::cmdToday_Click);
   for (int place = 0; place < kLegendPlaces; ++place) {
     chkLegend(place).Click = [this] {

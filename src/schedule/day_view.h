@@ -38,6 +38,8 @@ class DayView : public MainView {
   /// Reads the bookings of the date field into the list. Nothing happens while the field is empty.
   void GetBookingsForDate();
   void dtViewBookings_Change();
+  void dtViewBookings_Enter();
+  void dtViewBookings_LostFocus();
   void cmdToday_Click();
   void cmdNewBooking_Click();
   void cmdEditBooking_Click();
@@ -60,9 +62,13 @@ class DayView : public MainView {
   void enablePrinting(bool on);
   /// False when the legend hides the booking of the current record.
   bool isShown();
+  bool dateIsGiven();
   void takeLegend();
   void allowByStatus(int status);
   int selectedStatus() const;
+  /// Fits the commands to the new status of the selected booking.
+  void rowHasChanged();
+  void leaveButton();
   /// Deletes or cancels the selected booking; a failed check is reported for the form.
   void endSelected(const struct Removal& removal, std::string_view checkForm);
 

@@ -12,10 +12,27 @@
 namespace vantry {
 
 void DayView::dtViewBookings_Change() {
+  if (dtViewBookings.isEmpty()) return;  // the list stays; the operator is told once they leave the field
   raise(UpdateCalendars);
   GetBookingsForDate();
   faDayBookings.ScrollToTop();
   parts().dtTempDate.Value = dtViewBookings.Value;
+}
+
+void DayView::dtViewBookings_Enter() {
+  if (dateIsGiven()) return cmdToday.SetFocus();
+  dtViewBookings.SetFocus();
+}
+
+/// The focus is not taken back: "Today" is a way out.
+void DayView::dtViewBookings_LostFocus() {
+  (void)dateIsGiven();
+}
+
+bool DayView::dateIsGiven() {
+  if (!dtViewBookings.isEmpty()) return true;
+  warningBox(app().desktop, "Please enter a valid date.");
+  return false;
 }
 
 void DayView::cmdToday_Click() {
@@ -89,11 +106,20 @@ void DayView::cmdEditBooking_Click() {
   OpenRecordWindow(app(), {kBooking, selectedId_, kSourceMainWindow});
 }
 
-/// The command's button is off afterwards; without a new place the focus would jump to the next one.
 void DayView::endSelected(const Removal& removal, std::string_view checkForm) {
   const RemovalForms forms{checkForm, parts().form.Name()};
   if (RemoveBooking(app(), removal, selectedId_, forms) != Removed::Done) return;
   GetBookingsForDate();
+  leaveButton();
+}
+
+void DayView::rowHasChanged() {
+  faDayBookings_Click();
+  leaveButton();
+}
+
+/// The command's button is off now; without a new place the focus would jump to the next one.
+void DayView::leaveButton() {
   faDayBookings.SetFocus();
 }
 
@@ -108,12 +134,12 @@ void DayView::cmdCancelBooking_Click() {
 
 void DayView::cmdChargeDayView_Click() {
   ChargeBookingMain(app(), selectedId_, faDayBookings, legend);
-  if (results::isOut(selectedStatus())) faDayBookings_Click();
+  if (results::isOut(selectedStatus())) rowHasChanged();
 }
 
 void DayView::cmdDischargeDayView_Click() {
   DischargeBookingMain(app(), selectedId_, faDayBookings, legend);
-  if (selectedStatus() == results::Complete) faDayBookings_Click();
+  if (selectedStatus() == results::Complete) rowHasChanged();
 }
 
 }  // namespace vantry

@@ -281,8 +281,7 @@ void frmMain::mnuToolsOptions_Click() {
 }
 
 void frmMain::mnuToolsSearch_Click() {
-  app_.slots.searchFor = currentView_ ? searchCategoryOf(*currentView_) : kFindBookings;
-  app_.makers.run("frmFind", app_);
+  app_.makers.search(app_, currentView_ ? searchCategoryOf(*currentView_) : kFindBookings);
 }
 
 void frmMain::mnuToolsCalendars_Click() {

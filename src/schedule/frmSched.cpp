@@ -180,7 +180,9 @@ void frmSched::showExceptions(Pane& pane, std::string_view id) {
 }
 
 void frmSched::tabSched_Click() {
-  for (int index = 0; index < kTabs; ++index) fraSched(index).Visible = index == tabSched.SelectedTab;
+  // Hidden first, so that the window never has room for two.
+  for (int index = 0; index < kTabs; ++index) fraSched(index).Visible = false;
+  fraSched(tabSched.SelectedTab).Visible = true;
 }
 
 void frmSched::cmdClose_Click() {

@@ -263,6 +263,13 @@ TEST_F(EditorLoad, NoLetterLeadsToTwoThingsInSight) {
   }
 }
 
+TEST_F(EditorLoad, TheSearchOpensOnBookings) {
+  std::vector<SearchCategory> sought;
+  app.makers.setSearch([&](App&, SearchCategory category) { sought.push_back(category); });
+  openNew().mnuToolsFind.choose();
+  EXPECT_THAT(sought, testing::ElementsAre(kFindBookings));
+}
+
 // Copies.
 
 TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
@@ -284,7 +291,7 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
         .replies("PID=32 PLN=Oak PFN=Ole PGNM=Staff PGID=2 BNO=P32 BST=Active BSI=1");
     server.expect("VALRP", "PID=32 PGID=2 PUP=N");
     server.expect("PATPRIV", "PGID=2 PID=32")
-        .replies("ICNT=5 ECNT=5 PVALD=2027-03-01 00:00:00 BKM=-1 BCNT=0");
+        .replies("ICNT=5 ECNT=5 PVALD=2026-11-23 00:00:00 BKM=-1 BCNT=0");
     scan(window.requester, "P32");
     // The copy reads the booking anew.
     server.expect("GETMSD", "BOOKID=7").replies(head("BKRES=1"));
@@ -293,7 +300,7 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
     server.expect("GETREQP", "RID=41 BRTY=1");
     expectEmptyThings();
     server.expect("PATPRIV", "PGID=2 PID=32")
-        .replies("ICNT=5 ECNT=5 PVALD=2027-03-01 00:00:00 BKM=-1 BCNT=0");
+        .replies("ICNT=5 ECNT=5 PVALD=2026-11-23 00:00:00 BKM=-1 BCNT=0");
     window.requester.text.pressEnter();  // a valid requester makes Enter the OK
   });
   model.mnuFileCopyBooking.choose();
@@ -304,13 +311,18 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_EQ(copy.record.RequesterId, 32);
   EXPECT_EQ(copy.requester.requester.text.Text, "Oak, Ole");
   EXPECT_TRUE(copy.requester.requester.pick.Enabled) << "only a stored booking keeps its requester";
-  EXPECT_EQ(copy.times.fpdExpireDate.shortDate(), "01/03/2027");
+  EXPECT_EQ(copy.times.fpdExpireDate.shortDate(), "23/11/2026");
   EXPECT_EQ(copy.txtConfirmationNumber.Text, "");
   EXPECT_EQ(copy.lblStatus.Caption, "") << "a copy starts live";
   EXPECT_TRUE(copy.Dirty);
   EXPECT_TRUE(copy.mnuFileSave.Enabled);
   EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);
   EXPECT_FALSE(copy.mnuFilePrint.Enabled);
+
+  desktop.expectInformation("Booking date cannot be past requester's expiration date of 23/11/2026.");
+  copy.mnuFileSave.choose();
+  EXPECT_FALSE(copy.SaveOk) << "the model's time is too late for the new requester";
+  EXPECT_EQ(copy.times.fpdFinishDate.shortDate(), "23/11/2026");
 
   for (const char* code : {"VALDLO", "CDELTM", "VALEAVL"}) server.always(code);
   desktop.expectQuestion("There is no media or equipment in this booking.  Save anyway?", true);

@@ -502,7 +502,7 @@ TEST_F(Equipment, TheRecordOfAGroupIsAGroups) {
   std::vector<std::string> opened;
   for (const int kind : {kEquipment, kGroup}) {
     app.makers.addRecord(kind, [&opened, kind](App& program) -> std::unique_ptr<Form> {
-      opened.push_back(std::to_string(kind) + " " + program.slots.ids[static_cast<std::size_t>(kind)]);
+      opened.push_back(std::to_string(kind) + " " + program.slots.opening.id);
       return nullptr;
     });
   }

@@ -212,6 +212,52 @@ TEST_F(Times, NoDatePastTheRequestersPrivileges) {
   EXPECT_EQ(times.fpdFinishDate.shortDate(), "01/12/2026");
 }
 
+TEST_F(Times, NoBookingPastThePrivilegesOfARequesterWhoIsNamedLater) {
+  const char* text = "Booking date cannot be past requester's expiration date of 30/11/2026.";
+  enter("2026-12-01 09:00:00", "2026-12-02 10:00:00");
+  EXPECT_TRUE(times.CheckTimes()) << "nobody is named yet";
+  record.RequesterId = 4;
+  record.ExpireDate = "2026-11-30 00:00:00";
+  times.showExpireDate();
+  int tabs = 0;
+  times.showTab = [&] { ++tabs; };
+  desktop.expectInformation(text);
+  EXPECT_FALSE(times.CheckTimes());
+  EXPECT_EQ(tabs, 1);
+  EXPECT_EQ(window.ActiveControl(), &times.fpdFinishDate);
+  EXPECT_EQ(times.fpdNeedDate.shortDate(), "30/11/2026");
+  EXPECT_EQ(times.fpdFinishDate.shortDate(), "30/11/2026");
+  EXPECT_TRUE(times.CheckTimes()) << "the last day counts";
+  record.AdminBooking = "Y";
+  enter("2026-12-01 09:00:00", "2026-12-02 10:00:00");
+  EXPECT_TRUE(times.CheckTimes());
+}
+
+TEST_F(Times, NoTimeOfTheListPastTheRequestersPrivileges) {
+  const char* text = "Booking date cannot be past requester's expiration date of 30/11/2026.";
+  times.cmdMultipleBookings.press();
+  for (const char* end : {"2026-11-30 10:00:00", "2026-12-01 10:00:00"}) {
+    enter("2026-11-30 09:00:00", end);
+    times.cmdAddDate.press();
+  }
+  record.RequesterId = 4;
+  record.BookingMax = kUnlimitedBookings;
+  record.ExpireDate = "2026-11-30 00:00:00";
+  times.showExpireDate();
+  desktop.expectInformation(text);
+  EXPECT_FALSE(times.CheckTimes()) << "the second was added before the requester was named";
+  times.faDatesTimes.selectRow(2);
+  times.cmdDeleteDate.press();
+  EXPECT_TRUE(times.CheckTimes());
+
+  times.fpdFinishDate.SetFocus();
+  times.fpdFinishDate.enter(Date{2026, 12, 2});
+  desktop.expectInformation(text);
+  times.cmdAddDate.press();  // by its key, so that the date keeps the focus
+  EXPECT_EQ(times.faDatesTimes.Rows, 2) << "nothing is added";
+  EXPECT_EQ(times.fpdFinishDate.shortDate(), "30/11/2026");
+}
+
 TEST_F(Times, ASingleBookingIsCheckedBeforeItIsSaved) {
   const struct {
     Control& field;

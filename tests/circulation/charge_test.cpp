@@ -416,7 +416,9 @@ TEST_F(DayChargeTest, ARowOfTheDayShowsAsCharged) {
   EXPECT_EQ(cell(grid(), 1, 1), "0");
   server.expect("CBK", "BOOKID=7");
   desktop.expectInformation("Booking charged successfully!");
+  day().cmdChargeDayView.SetFocus();
   day().cmdChargeDayView.press();
+  EXPECT_TRUE(focused(grid())) << "the button is off now";
   EXPECT_EQ(cell(grid(), 1, 1), "99");
   EXPECT_EQ(grid().cell(1, 7).back, day().legend.lblCharged.BackColor.get());
   EXPECT_EQ(grid().cell(1, 7).fore, day().legend.lblCharged.ForeColor.get());
@@ -439,7 +441,9 @@ TEST_F(DayChargeTest, ARowShowsAsCompleteOnceAllIsBack) {
   };
   discharge(1);
   EXPECT_EQ(cell(grid(), 2, 1), "99") << "something is still out";
+  day().cmdDischargeDayView.SetFocus();
   discharge(2);
+  EXPECT_TRUE(focused(grid()));
   EXPECT_EQ(cell(grid(), 2, 1), "1");
   EXPECT_EQ(grid().cell(2, 7).back, day().legend.lblComplete.BackColor.get());
   EXPECT_FALSE(day().cmdDischargeDayView.Enabled);

@@ -24,7 +24,7 @@ struct CirculationTest : Desk {
   void open(ViewId view) {
     start();
     app->makers.addRecord(kBooking, [this](App& program) {
-      edited.push_back(program.slots.ids[kBooking]);
+      edited.push_back(program.slots.opening.id);
       return nullptr;
     });
     main().showView(view);

@@ -271,6 +271,31 @@ TEST_F(DischargeTest, TheFutureIsRefusedAtOnce) {
   EXPECT_EQ(app->circulation().discharge(7), "2");
 }
 
+TEST_F(DischargeTest, AMomentThatCannotBeReadIsToldAndNothingIsSent) {
+  expectDialog([&](frmDischarge& window) {
+    const Date today{2026, 11, 24};
+    window.chkOverride.toggle();
+    window.dtDischargeDate.type("31/11/2026", today);
+    desktop.expectInformation("Please enter a valid date for Discharge Date.");
+    window.cmdOK.press();
+    EXPECT_EQ(window.ActiveControl(), &window.dtDischargeDate);
+    window.dtDischargeDate.type("23/11/2026", today);
+    for (const char* wrong : {"half past", ""}) {
+      window.txtDischargeTime.type(wrong);
+      desktop.expectInformation("Discharge Time is invalid!");
+      window.cmdOK.press();
+      EXPECT_EQ(window.ActiveControl(), &window.txtDischargeTime);
+    }
+    EXPECT_EQ(window.DischargeStatus, "");
+    window.chkOverride.toggle();  // what is typed there is not sent now
+    expectDone();
+    window.cmdOK.press();
+  });
+  server.expect("GIREFD", "BOOKID=7");
+  server.expect("DBK", "BOOKID=7 IM=1 IM=2 EID=5 EID=6");
+  EXPECT_EQ(app->circulation().discharge(7), "1");
+}
+
 TEST_F(DischargeTest, ThePopupMenuOffersOnlyTheDischargeAndTheSort) {
   findThree();
   MainMenus& m = main().menus;

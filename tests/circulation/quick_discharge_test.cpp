@@ -147,6 +147,28 @@ TEST_F(QuickDischargeTest, BackdatingHoldsForOneDischarge) {
             "24/11/2026  09:01 AM  B2 has been discharged successfully!");
 }
 
+TEST_F(QuickDischargeTest, AMomentThatCannotBeReadIsToldAndNothingIsSent) {
+  quick().txtQuickDischargeItem.type("B1");
+  quick().cmdBackDate.press();
+  for (const char* wrong : {"31/11/2026", ""}) {
+    quick().dtDischargeDate.type(wrong, {2026, 11, 24});
+    desktop.expectInformation("Please enter a valid date for Discharge Date.");
+    quick().cmdQuickDischarge.press();
+    EXPECT_TRUE(focused(quick().dtDischargeDate));
+  }
+  quick().dtDischargeDate.type("23/11/2026", {2026, 11, 24});
+  quick().txtDischargeTime.type("25:00");
+  desktop.expectInformation("Discharge Time is invalid!");
+  quick().cmdQuickDischarge.press();
+  EXPECT_TRUE(focused(quick().txtDischargeTime));
+  EXPECT_EQ(quick().txtQuickDischargeItem.Text, "B1");
+  EXPECT_EQ(panel(), "");
+  quick().txtDischargeTime.type("1730");
+  expectFound("MEDBAR=B1", "BOOKID=7 IM=1 RID=0", "BOOKID=7 IM=1 ETIME=\"2026-11-23 17:30:00\"");
+  quick().cmdQuickDischarge.press();
+  EXPECT_TRUE(ready());
+}
+
 TEST_F(QuickDischargeTest, TheTypeStaysOnceChosenAndTheLogForGood) {
   expectFound("MEDBAR=B1", "BOOKID=7 IM=1 RID=0", "BOOKID=7 IM=1");
   scan("B1");

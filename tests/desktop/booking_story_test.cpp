@@ -337,6 +337,24 @@ TEST_F(BookingStory, AnUpdateThatAnotherDeskOvertookIsRefused) {
   EXPECT_EQ(stored(id, "SCHCOM"), "theirs");
 }
 
+TEST_F(BookingStory, EscapeGivesNoChangesUp) {
+  logOnAs("desk");
+  start();
+  const frmBooking& editor = openNew("mnuPopupNewBookingFreeform");
+  openTab(editor, "tabBooking", 4);
+  QTest::keyClicks(&find<QPlainTextEdit>(editor, "txtBookingNote"), "mine");
+  whenShown("text", [&](QWidget& box) {
+    QTest::keyClick(&box, Qt::Key_Escape);
+    box.close();
+    EXPECT_TRUE(box.isVisible());
+    EXPECT_TRUE(window(editor).isVisible());
+    EXPECT_EQ(find<QPlainTextEdit>(editor, "txtBookingNote").toPlainText(), "mine");
+    box.findChildren<QPushButton*>().back()->click();
+  });
+  press(editor, Qt::Key_F4);
+  EXPECT_TRUE(editors().empty()) << "No gives them up";
+}
+
 TEST_F(BookingStory, AnImmediatePickUpGoesOutAtOnce) {
   logOnAs("desk");
   start();

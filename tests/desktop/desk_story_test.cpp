@@ -2,6 +2,10 @@
 #include "desktop/desk_story.h"
 
 #include <QCheckBox>
+#include <QScrollBar>
+
+#include "booking/frmOverride.h"
+#include "messaging/return_codes.h"
 
 namespace vantry::test {
 namespace {
@@ -81,6 +85,39 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   button("cmdToday").click();
   desktop.handleEvents();
   EXPECT_EQ(rows(), all - 1);
+}
+
+TEST_F(DeskStory, ANewDayOpensAtTheTopOfItsList) {
+  logOnAs("admin", 3);
+  start();
+  window(mainWindow()).resize(1000, 500);
+  desktop.handleEvents();
+  const QScrollBar& bar = *list().verticalScrollBar();
+  ASSERT_GT(bar.maximum(), 0);
+  list().verticalScrollBar()->setValue(bar.maximum());
+  showDay({2026, 11, 25});
+  ASSERT_GT(bar.maximum(), 0) << "this day has a long list as well";
+  EXPECT_EQ(bar.value(), 0);
+}
+
+TEST_F(DeskStory, NeitherEnterNorAWandOverrides) {
+  logOnAs("admin", 3);
+  start();
+  OverrideFacts facts;
+  facts.OverrideContext = codes::RoomUsage;
+  facts.OverrideCode = codes::WarningLimit;
+  for (const bool byWand : {false, true}) {
+    frmOverride question(app(), facts);
+    whenShown("cmdOverride", [&](QWidget& shown) {
+      EXPECT_TRUE(shown.findChild<QPushButton*>("cmdOverride")->isEnabled());
+      if (!byWand) return hand("");
+      wand("30001234");
+      EXPECT_TRUE(shown.isVisible()) << "a scan answers nothing";
+      QTest::keyClick(&shown, Qt::Key_Escape);
+    });
+    desktop.dispatch([&] { question.ShowModal(); });
+    EXPECT_EQ(question.OverrideResult, "0");
+  }
 }
 
 TEST_F(DeskStory, ViewOnlyFollowsInTheSameWindowAndMayChangeNothing) {

@@ -423,12 +423,12 @@ TEST_F(InventoryViewTest, SearchAndPrintReachTheirWindows) {
   logOn();
   showTelevisions();
   std::vector<std::string> asked;
-  for (const char* name : {"frmFind", "PrintListing"})
-    app->makers.addCommand(name, [&asked, name](App&) { asked.emplace_back(name); });
+  app->makers.setSearch(
+      [&](App&, SearchCategory category) { asked.push_back("search " + std::to_string(category)); });
+  app->makers.addCommand("PrintListing", [&](App&) { asked.emplace_back("PrintListing"); });
   control<Button>("cmdSearchEquip").press();
-  EXPECT_EQ(app->slots.searchFor, kFindEquipment);
   control<Button>("cmdPrintInv(0)").press();
-  EXPECT_EQ(asked, (std::vector<std::string>{"frmFind", "PrintListing"}));
+  EXPECT_EQ(asked, (std::vector<std::string>{"search 1", "PrintListing"}));
   for (const char* name : {"cmdSearchGroup", "cmdSearchRooms", "cmdSearchMaint", "fa(4)", "tvwDB(3)"})
     EXPECT_NE(main().findControl(name), nullptr) << name;
 }

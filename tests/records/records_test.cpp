@@ -15,10 +15,11 @@ namespace {
 struct ProbeWindow : Form {
   explicit ProbeWindow(App& app) : Form(app.windows, "frmProbe"), app_(app) {}
   void Form_Load() override {
-    const auto slot = static_cast<std::size_t>(app_.slots.opening.kind);
-    told = std::to_string(app_.slots.opening.kind) + " id=" + app_.slots.ids[slot] +
-           " mode=" + std::to_string(app_.slots.modes[slot]) + " type=" + app_.slots.typeNames[slot] + "/" +
-           app_.slots.typeIds[slot] + " source=" + std::to_string(app_.slots.opening.source);
+    const RecordOpening& opening = app_.slots.opening;
+    const auto slot = static_cast<std::size_t>(opening.kind);
+    told = std::to_string(opening.kind) + " id=" + opening.id + (opening.isNew() ? " new" : "") +
+           " type=" + app_.slots.typeNames[slot] + "/" + app_.slots.typeIds[slot] +
+           " source=" + std::to_string(opening.source);
   }
   App& app_;
   std::string told;
@@ -50,13 +51,12 @@ TEST_F(Records, EachKindTellsItsWindowWhatItIs) {
     const char* reply;
     const char* told;
   };
-  for (const Case& c :
-       {Case{kEquipment, "GETEGTN", "EID=5", "ETY=TV ETI=2", "0 id=5 mode=0 type=TV/2 source=5"},
-        Case{kGroup, "GETEGTN", "EID=5", "ETY=Set ETI=3", "1 id=5 mode=0 type=Set/3 source=5"},
-        Case{kGroupMember, "GETEGTN", "EID=5", "ETY=TV ETI=2", "4 id=5 mode=0 type=TV/2 source=5"},
-        Case{kRoom, "GETRTN", "RID=5", "RTY=Lab RTI=9", "2 id=5 mode=0 type=Lab/9 source=5"},
-        Case{kMaintenance, "", "", "", "3 id=5 mode=0 type=/ source=5"},
-        Case{kBooking, "", "", "", "7 id=5 mode=0 type=/ source=5"}}) {
+  for (const Case& c : {Case{kEquipment, "GETEGTN", "EID=5", "ETY=TV ETI=2", "0 id=5 type=TV/2 source=5"},
+                        Case{kGroup, "GETEGTN", "EID=5", "ETY=Set ETI=3", "1 id=5 type=Set/3 source=5"},
+                        Case{kGroupMember, "GETEGTN", "EID=5", "ETY=TV ETI=2", "4 id=5 type=TV/2 source=5"},
+                        Case{kRoom, "GETRTN", "RID=5", "RTY=Lab RTI=9", "2 id=5 type=Lab/9 source=5"},
+                        Case{kMaintenance, "", "", "", "3 id=5 type=/ source=5"},
+                        Case{kBooking, "", "", "", "7 id=5 type=/ source=5"}}) {
     if (*c.code) server.expect(c.code, c.sent).replies(c.reply);
     OpenRecordWindow(*app, {c.kind, "5", kSourceMainWindow});
     EXPECT_EQ(newest().told, c.told);
@@ -91,7 +91,7 @@ TEST_F(Records, SeveralNewRecordsStandSideBySide) {
   const auto all = tags();
   ASSERT_EQ(all.size(), 3u);
   EXPECT_NE(all[1], all[2]);
-  EXPECT_EQ(newest().told, "0 id= mode=1 type=/ source=10") << "nothing of the record before";
+  EXPECT_EQ(newest().told, "0 id= new type=/ source=10") << "nothing of the record before";
 }
 
 TEST_F(Records, ANewRecordIsNotTakenForTheRecordThatHasItsNumber) {
@@ -99,7 +99,7 @@ TEST_F(Records, ANewRecordIsNotTakenForTheRecordThatHasItsNumber) {
   ASSERT_EQ(tags().size(), 1u);
   for (const char* id : {"1", "2", "3"}) {
     OpenRecordWindow(*app, {kBooking, id, kSourceMainWindow});
-    EXPECT_EQ(newest().told, "7 id=" + std::string(id) + " mode=0 type=/ source=5");
+    EXPECT_EQ(newest().told, "7 id=" + std::string(id) + " type=/ source=5");
   }
   for (const char* id : {"1", "2", "3"}) CloseRecordWindow(*app, kBooking, id);
   EXPECT_EQ(tags().size(), 1u) << "what is typed into the new one stays";
@@ -127,7 +127,7 @@ TEST_F(Records, AFailedTypeLeavesEmptySlotsAndTheWindowOpens) {
   server.expect("GETEGTN", "EID=6").fails(108);
   desktop.expectWarning("Barcode is not active!");
   OpenRecordWindow(*app, {kEquipment, "6", kSourceMainWindow});
-  EXPECT_EQ(newest().told, "0 id=6 mode=0 type=/ source=5");
+  EXPECT_EQ(newest().told, "0 id=6 type=/ source=5");
   EXPECT_TRUE(main().Enabled);
 }
 
@@ -152,7 +152,7 @@ TEST_F(Records, ANewMaintenanceRecordAsksForItsPieceUntilOneIsFound) {
     main().menus.mnuFileNewInvMaint.choose();
     ASSERT_FALSE(app->lookUp.LookupRows.empty());
     EXPECT_EQ(app->lookUp.LookupRows[0].EID, "11");
-    EXPECT_EQ(newest().told, "3 id= mode=1 type=/ source=5");
+    EXPECT_EQ(newest().told, "3 id= new type=/ source=5");
   }
 }
 

@@ -87,6 +87,26 @@ TEST_F(DayViewTest, ADateReadsItsDayAndTheCalendarsFollow) {
   EXPECT_EQ(grid().Rows, 1) << "coming back asks the server again";
 }
 
+TEST_F(DayViewTest, AWrongDateIsToldAndTheViewComesBackToTheLastOne) {
+  startWithBookings(kThree);
+  const std::string told = "Please enter a valid date.";
+  day().dtViewBookings.SetFocus();
+  day().dtViewBookings.type("31/11/2026", {2026, 11, 24});
+  desktop.expectWarning(told);
+  day().dtViewBookings.pressEnter();
+  EXPECT_EQ(main().ActiveControl(), &day().dtViewBookings);
+  desktop.expectWarning(told);
+  grid().SetFocus();
+  EXPECT_EQ(main().ActiveControl(), &grid());
+  EXPECT_EQ(grid().Rows, 4);
+  server.expect("GETOPS");
+  main().menus.mnuViewStaff.choose();
+  expectDay("BOOKID=1 BKRES=0");
+  main().menus.mnuViewScheduleDay.choose();
+  EXPECT_EQ(day().dtViewBookings.shortDate(), "24/11/2026");
+  EXPECT_EQ(grid().Rows, 2);
+}
+
 TEST_F(DayViewTest, HistoryFollowsThePreference) {
   settings.prefer("Historical", "true");
   build();
@@ -269,7 +289,7 @@ TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
   EXPECT_TRUE(notBuilt.empty());
   grid().doubleClick(2, 3);
   EXPECT_THAT(notBuilt, testing::ElementsAre("record window 7"));
-  EXPECT_EQ(app->slots.ids[7], "8");
+  EXPECT_EQ(app->slots.opening.id, "8");
   EXPECT_EQ(app->slots.opening.source, 5);
 }
 

@@ -339,7 +339,8 @@ TEST_F(MainWindowTest, MergedCellsFollowTheOptionsAndAreAppliedOnce) {
 
 TEST_F(MainWindowTest, TheSearchOpensOnTheCategoryOfTheListThatShows) {
   logOn();
-  app->makers.addCommand("frmFind", [](App&) {});
+  std::vector<SearchCategory> sought;
+  app->makers.setSearch([&](App&, SearchCategory category) { sought.push_back(category); });
   for (const auto& [view, kind] :
        std::initializer_list<std::pair<ViewId, int>>{{ViewId::Rooms, kFindRooms},
                                                      {ViewId::Equipment, kFindEquipment},
@@ -349,7 +350,7 @@ TEST_F(MainWindowTest, TheSearchOpensOnTheCategoryOfTheListThatShows) {
                                                      {ViewId::Staff, kFindBookings}}) {
     main().showView(view);
     main().menus.mnuToolsSearch.choose();
-    EXPECT_EQ(app->slots.searchFor, kind);
+    EXPECT_EQ(sought.back(), kind);
   }
 }
 

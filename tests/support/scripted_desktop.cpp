@@ -74,6 +74,9 @@ std::optional<Colour> ScriptedDesktop::chooseColour(Colour initial) {
 
 int ScriptedDesktop::messageBox(const Box& box) {
   lastBox = box;
+  if (box.buttons == std::vector<std::string>{"&Yes", "&No"}) {
+    EXPECT_EQ(box.closing, Box::kNone) << "Escape would answer: " << box.text;
+  }
   const auto announcement = take(inWords(box.kind, box.text, box.caption));
   if (onBox) onBox();
   // A box that nobody announced is closed, which is its last button.

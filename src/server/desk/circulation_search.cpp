@@ -83,6 +83,10 @@ constexpr const char* pieceLines =
 
 constexpr const char* longestFirst = " order by l.charged_at, l.id";
 
+/// A barcode that was replaced may be on another piece by now.
+constexpr const char* activeBarcodes =
+    "equipment_barcodes c join barcode_statuses s on s.id = c.status_id and s.active = 1 where ";
+
 std::string thingSql(Connection& db, SearchBy by) {
   const std::string pieces = pieceLines;
   const std::string items = itemLines;
@@ -90,7 +94,7 @@ std::string thingSql(Connection& db, SearchBy by) {
     case SearchBy::ItemBarcode:
       return items + "where " + inRange(db, "i.barcode") + longestFirst;
     case SearchBy::EquipmentBarcode:
-      return pieces + "where e.id in (select c.equipment_id from equipment_barcodes c where " +
+      return pieces + "where e.id in (select c.equipment_id from " + activeBarcodes +
              inRange(db, "c.barcode") + ")" + longestFirst;
     case SearchBy::EquipmentNumber:
       return pieces + "where " + inRange(db, "e.number") + longestFirst;
@@ -123,7 +127,7 @@ bool isThing(Connection& db, SearchBy by, std::string_view name) {
     return found > 0;
   }
   const std::string column = by == SearchBy::ItemBarcode        ? "items where barcode"
-                             : by == SearchBy::EquipmentBarcode ? "equipment_barcodes where barcode"
+                             : by == SearchBy::EquipmentBarcode ? std::string(activeBarcodes) + "c.barcode"
                                                                 : "equipment where number";
   const std::string sql = "select count(*) from " + column + " = :name";
   Query query(db, sql);
@@ -169,9 +173,8 @@ std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_vie
 
 std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text) {
   const TextRange range = textRange(text);
-  if (range.low == range.high) return findOpenLines(db, by, text);
-  if (isThing(db, by, range.low)) return findOpenLines(db, by, range.low);
-  std::vector<OpenLine> lines = findOpenLines(db, by, text);
+  const bool isWhole = range.low == range.high || isThing(db, by, range.low);
+  std::vector<OpenLine> lines = findOpenLines(db, by, isWhole ? range.low : text);
   if (!areOfOneThing(lines)) lines.clear();
   return lines;
 }

@@ -48,9 +48,9 @@ struct OpenLine {
 [[nodiscard]] std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_view text,
                                                   std::string_view kind = {});
 
-/// The lines of the one thing that a scan stands for. A text that ends in "?" stands for the thing that is
-/// named so without the mark; where there is none, for the only thing out whose name begins so. Nothing when
-/// several things do.
+/// The lines of the one thing that a scan means. A text that ends in "?" means the thing out that is named so
+/// without the mark; where nothing has that name, the thing out whose name begins so. Nothing when several
+/// things fit: two types may use the same number.
 [[nodiscard]] std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text);
 
 }  // namespace vantry::server

@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "server/base/return_codes.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/usage_check.h"
 #include "server/desk/usage_things.h"

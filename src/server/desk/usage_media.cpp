@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "server/base/return_codes.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/usage_check.h"
 #include "server/desk/usage_things.h"

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "server/base/return_codes.h"
 #include "server/desk/policy_store.h"
 
 namespace vantry::server {

@@ -1,9 +1,11 @@
 #include "server/policy/booking_rules.h"
 
+#include "server/base/return_codes.h"
+
 namespace vantry::server {
 
 bool isOut(BookingStatus status) {
-  return status == BookingStatus::Charged || status == BookingStatus::Overdue;
+  return results::isOut(static_cast<int>(status));
 }
 
 bool isOver(BookingStatus status) {
@@ -20,13 +22,13 @@ bool isWithheld(bool patronAsked, BookingStatus status) {
 
 std::optional<int> refusalToDelete(BookingStatus status, const LinesOut& out) {
   const bool inProgress = isOut(status) || out.equipment > 0 || out.items > 0;
-  return inProgress ? std::optional(106) : std::nullopt;
+  return inProgress ? std::optional(rc::inProgress) : std::nullopt;
 }
 
 std::optional<int> refusalToCancel(BookingStatus status, const LinesOut& out) {
-  if (out.equipment > 0) return 114;
-  if (out.items > 0) return 115;
-  if (status != BookingStatus::Live) return 7;
+  if (out.equipment > 0) return rc::equipmentOut;
+  if (out.items > 0) return rc::itemOut;
+  if (status != BookingStatus::Live) return rc::wrongState;
   return std::nullopt;
 }
 

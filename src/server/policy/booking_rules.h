@@ -4,18 +4,19 @@
 #include <string_view>
 
 #include "server/base/moment.h"
+#include "words/booking_results.h"
 
 namespace vantry::server {
 
-/// The status of a booking. The numbers are the protocol's.
+/// The status of a booking.
 enum class BookingStatus : int {
-  Live = 0,
-  Complete = 1,
-  Unclaimed = 2,
-  SystemCanceled = 3,
-  OperatorCanceled = 4,
-  Charged = 99,
-  Overdue = 999,
+  Live = results::Live,
+  Complete = results::Complete,
+  Unclaimed = results::Unclaimed,
+  SystemCanceled = results::SystemCanceled,
+  OperatorCanceled = results::OperatorCanceled,
+  Charged = results::Charged,
+  Overdue = results::Overdue,
 };
 
 /// Something of the booking is with the patron.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "server/base/return_codes.h"
+
 namespace vantry::server {
 
 namespace {
@@ -52,25 +54,25 @@ bool hasExpired(const PatronState& patron, Moment now) {
 }
 
 std::optional<PatronRefusal> refusalToFetch(const PatronState& patron, Moment now) {
-  if (!patron.barcodeActive) return PatronRefusal{.code = 108};
-  if (patron.holdMail) return PatronRefusal{.code = 109};
-  if (hasExpired(patron, now)) return PatronRefusal{.code = 144};
+  if (!patron.barcodeActive) return PatronRefusal{.code = rc::barcodeInactive};
+  if (patron.holdMail) return PatronRefusal{.code = rc::mailHeld};
+  if (hasExpired(patron, now)) return PatronRefusal{.code = rc::patronExpired};
   return std::nullopt;
 }
 
 std::optional<PatronRefusal> refusalToRequest(const PatronState& patron, const PatronLimits& limits,
                                               Moment now) {
   if (const auto refused = refusalToFetch(patron, now)) return refused;
-  if (isOver(patron.equipment, limits.equipment)) return PatronRefusal{.code = refusal::tooMuchEquipment};
-  if (isOver(patron.items, limits.items)) return PatronRefusal{.code = refusal::tooManyItems};
+  if (isOver(patron.equipment, limits.equipment)) return PatronRefusal{.code = rc::tooMuchEquipment};
+  if (isOver(patron.items, limits.items)) return PatronRefusal{.code = rc::tooManyItems};
   if (isFull(patron.bookings, limits.bookings)) {
-    return PatronRefusal{110, 1, limits.bookings, patron.bookings};
+    return PatronRefusal{rc::overLimit, 1, limits.bookings, patron.bookings};
   }
   const std::array<PatronRefusal, 4> figures{{
-      {110, 2, limits.lateReturns, patron.lateReturns},
-      {110, 3, limits.cancelled, patron.cancelled},
-      {110, 4, limits.unclaimed, patron.unclaimed},
-      {110, 5, limits.fees, patron.fees},
+      {rc::overLimit, 2, limits.lateReturns, patron.lateReturns},
+      {rc::overLimit, 3, limits.cancelled, patron.cancelled},
+      {rc::overLimit, 4, limits.unclaimed, patron.unclaimed},
+      {rc::overLimit, 5, limits.fees, patron.fees},
   }};
   const auto over = std::find_if(figures.begin(), figures.end(),
                                  [](const PatronRefusal& each) { return isOver(each.count, each.limit); });

@@ -57,20 +57,6 @@ struct DeskPolicy {
   [[nodiscard]] LongestUse longestOfRoom(std::int64_t roomId, std::int64_t typeId) const;
 };
 
-namespace refusal {
-inline constexpr int tooMuchEquipment = 118;
-inline constexpr int tooManyItems = 119;
-inline constexpr int foreignLocation = 138;
-inline constexpr int foreignSecurity = 184;
-inline constexpr int itemStatus = 152;
-inline constexpr int equipmentTooLong = 153;
-inline constexpr int mediaTooLong = 154;
-inline constexpr int equipmentNotBookable = 155;
-inline constexpr int mediaNotBookable = 156;
-inline constexpr int roomTooLong = 188;
-inline constexpr int nearAnother = 187;
-}  // namespace refusal
-
 /// 138 for a location outside the desk's policy, 184 for one that only its security keeps out.
 [[nodiscard]] std::optional<int> refusalOfLocation(const DeskPolicy& policy, std::int64_t locationId);
 

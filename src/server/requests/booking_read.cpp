@@ -14,8 +14,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int changedMeanwhile = 180;
-
 void addPeople(Reply& reply, const BookingHead& head) {
   if (!isWithheld(head.withheld, head.status))
     reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
@@ -94,7 +92,9 @@ void addPiece(Reply& reply, Connection& db, std::int64_t id) {
       .set(tags::ESDS, statuses.empty() ? std::string() : statuses.front().name);
 }
 
-/// The editor shows such a wish as a tick at its media type, if it offers that type to the group at all.
+/// The editor shows such a wish as a tick at its media type, if it offers that type to the group at all. It
+/// asks what a media type needs by the policy of its own desk, whoever made the booking; a wish that neither
+/// has a tick there nor is read would be lost by a save.
 bool isTick(Context& context, const EquipmentLineRow& row) {
   if (!row.required) return false;
   return loadPolicy(context.db, context.session.locationId, row.groupId).equipmentRule(row.typeId).mayBook;
@@ -128,8 +128,8 @@ Reply serverTime(Context& context, const Message&) {
 Reply checkUpdate(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
   // A booking that somebody has deleted has changed as well; "not found" would say nothing at the desk.
-  if (!state) return Reply(changedMeanwhile);
-  return Reply(message.text(tags::UDT) == momentText(state->updatedAt) ? 0 : changedMeanwhile);
+  if (!state) return Reply(rc::changedMeanwhile);
+  return Reply(message.text(tags::UDT) == momentText(state->updatedAt) ? 0 : rc::changedMeanwhile);
 }
 
 Reply roomEquipment(Context& context, const Message& message) {

@@ -15,11 +15,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int satisfiedByRoom = 137;
-constexpr int timesOverlap = 181;
-constexpr int notEditable = 7;
-constexpr int inProgress = 106;
-
 std::vector<Period> takenTimesOf(const BookingDraft& draft) {
   std::vector<Period> taken;
   for (const Period& each : draft.times) {
@@ -90,13 +85,13 @@ void addCreated(Reply& reply, const Context& context, std::int64_t id) {
 
 Reply newBookings(Context& context, const Message& message) {
   const BookingDraft draft = draftOf(message);
-  if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
+  if (firstOverlap(takenTimesOf(draft))) return Reply(rc::timesOverlap);
   requireKeys(context.db, draft);
   const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
   const UsageQuestion question = questionOf(context, draft, policy, 0);
   const ResolvedThings things = resolveThings(context.db, draft, question);
   requireFree(context.db, draft, things, question);
-  Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  Reply reply(things.roomSatisfied ? rc::satisfiedByRoom : 0);
   const StoredBooking booking{draft, things, stampAt(context, context.now)};
   for (const Period& times : draft.times) {
     // The wishes of the earlier times wait already, and long ones of others may meet several.
@@ -114,10 +109,10 @@ Reply newBookings(Context& context, const Message& message) {
 Reply changeBooking(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
   if (!state) return Reply(rc::notFound);
-  if (isOut(state->status)) return Reply(inProgress);
-  if (state->status != BookingStatus::Live) return Reply(notEditable);
+  if (isOut(state->status)) return Reply(rc::inProgress);
+  if (state->status != BookingStatus::Live) return Reply(rc::wrongState);
   const BookingDraft draft = draftOf(message);
-  if (firstOverlap(takenTimesOf(draft))) return Reply(timesOverlap);
+  if (firstOverlap(takenTimesOf(draft))) return Reply(rc::timesOverlap);
   // Several times make several bookings, and only a new one can become several.
   if (draft.times.size() > 1) refuseTag(tags::STIME);
   requireKeys(context.db, draft);
@@ -129,7 +124,7 @@ Reply changeBooking(Context& context, const Message& message) {
   const StoredBooking booking{draft, things, stampAt(context, stamp)};
   rewriteBooking(context.db, state->id, booking);
   addLines(context.db, state->id, booking, draft.times.front());
-  Reply reply(things.roomSatisfied ? satisfiedByRoom : 0);
+  Reply reply(things.roomSatisfied ? rc::satisfiedByRoom : 0);
   reply.head(tags::UNM, context.session.operatorName)
       .head(tags::LNA, context.session.locationName)
       .head(tags::UDT, momentText(stamp));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "server/base/return_codes.h"
 #include "server/desk/circulation_store.h"
 #include "server/desk/policy_store.h"
 #include "server/desk/thing_store.h"
@@ -15,22 +16,6 @@
 namespace vantry::server {
 
 namespace {
-
-constexpr int notChargeable = 7;
-constexpr int notCharged = 128;
-
-namespace failure {
-constexpr int roomOut = 107;
-constexpr int pieceOut = 125;
-constexpr int itemOut = 126;
-constexpr int tooEarly = 127;
-constexpr int noRoom = 134;
-constexpr int noItem = 135;
-constexpr int noPiece = 136;
-constexpr int pieceStatus = 175;
-constexpr int roomStatus = 176;
-constexpr int itemStatus = 177;
-}  // namespace failure
 
 namespace occasion {
 constexpr std::int64_t pieceCharged = 2;
@@ -56,7 +41,7 @@ class Charger {
     for (PieceLine& line : pieces_) line.pieceId == 0 ? fillPiece(line) : judgePiece(line);
     if (failures_.recordCount() == 0) judgePromises();
     if (failures_.recordCount() > 0) {
-      failures_.setRc(notCharged);
+      failures_.setRc(rc::notCharged);
       throw Refused{failures_};
     }
     const Stamp stamp{.at = nextStamp(booking_.updatedAt, context_.now),
@@ -252,7 +237,7 @@ class Charger {
 
 /// What a booking that is out already answers: everything in it is charged, and so nothing can be.
 Reply alreadyCharged(Context& context, const DeskBooking& booking) {
-  Reply reply(notCharged);
+  Reply reply(rc::notCharged);
   if (booking.roomChargedAt != 0 && booking.roomReturnedAt == 0) {
     const std::optional<BookableRoom> room = findRoom(context.db, booking.roomId);
     reply.record().set(tags::CHFA, failure::roomOut).set(tags::RNM, room ? room->name : std::string());
@@ -282,7 +267,7 @@ Reply chargeBooking(Context& context, const Message& message) {
   const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
   if (!booking) return Reply(rc::notFound);
   if (isOut(booking->status)) return alreadyCharged(context, *booking);
-  if (booking->status != BookingStatus::Live) return Reply(notChargeable);
+  if (booking->status != BookingStatus::Live) return Reply(rc::wrongState);
   return Charger(context, *booking).charge();
 }
 

@@ -13,8 +13,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int alreadyCharged = 123;
-
 struct SearchTag {
   std::string_view tag;
   SearchBy by;
@@ -58,7 +56,7 @@ Reply searchToCharge(Context& context, const Message& message) {
     if (found.status == BookingStatus::Live) addRow(reply, context, found.id);
   }
   const bool byNumber = search->by == SearchBy::Confirmation;
-  if (byNumber && charged && reply.recordCount() == 0) reply.setRc(alreadyCharged);
+  if (byNumber && charged && reply.recordCount() == 0) reply.setRc(rc::alreadyCharged);
   return reply;
 }
 

@@ -16,8 +16,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int notOut = 7;
-
 namespace occasion {
 constexpr std::int64_t pieceReturned = 3;
 constexpr std::int64_t roomReturned = 8;
@@ -94,7 +92,7 @@ Returned returnedLines(Context& context, const DeskBooking& booking, const Messa
       returned.all = false;
     }
   }
-  if (!items.empty() || !pieces.empty()) throw Refused{Reply(notOut)};
+  if (!items.empty() || !pieces.empty()) throw Refused{Reply(rc::wrongState)};
   // What never left the room is back with the last that did, though a scan names that one line only.
   if (returned.all) returned.pieces.insert(returned.pieces.end(), inRoom.begin(), inRoom.end());
   return returned;
@@ -125,7 +123,7 @@ void addNotes(Reply& reply, Context& context, const DeskBooking& booking, const 
 Reply discharge(Context& context, const Message& message) {
   const std::optional<DeskBooking> booking = findDeskBooking(context.db, message.number(tags::BOOKID));
   if (!booking) return Reply(rc::notFound);
-  if (!isOut(booking->status)) return Reply(notOut);
+  if (!isOut(booking->status)) return Reply(rc::wrongState);
   const Moment at = returnMoment(context, *booking, message);
   const Returned returned = returnedLines(context, *booking, message);
   for (const ItemLine& line : returned.items) markItemReturned(context.db, line.id, at);

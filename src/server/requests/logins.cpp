@@ -17,9 +17,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int wrongLogin = -95;
-constexpr int notAuthorized = 120;
-
 /// The right for which a supervisor is asked.
 std::string_view rightAskedFor(const Message& message) {
   for (const std::string_view right : {tags::OVPAT, tags::OVITM, tags::OVOTR}) {
@@ -132,10 +129,10 @@ int RequestRunner::judgeSupervisor(const Supervisor& met, std::string_view seale
   const bool known = met.account && met.account->active && password && !met.tooMany;
   if (!known) {
     wasteCheck(sealed, cost_);
-    return wrongLogin;
+    return rc::wrongLogin;
   }
-  if (!matchesPassword(met.account->password, *password)) return wrongLogin;
-  return met.holdsRight ? 0 : notAuthorized;
+  if (!matchesPassword(met.account->password, *password)) return rc::wrongLogin;
+  return met.holdsRight ? 0 : rc::notAuthorized;
 }
 
 RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
@@ -165,7 +162,7 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
       answer.json = stored->json;
       return;
     }
-    if (outcome != wrongLogin) forgetLoginTries(db, message.text(tags::OI));
+    if (outcome != rc::wrongLogin) forgetLoginTries(db, message.text(tags::OI));
     audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",
           message.text(tags::OI), rightAskedFor(message));
     storeReply(db, key, {std::string(incoming.code), answer.json}, now);

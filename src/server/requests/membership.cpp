@@ -18,11 +18,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int bookingsExist = 100;
-constexpr int groupStatus = 125;
-constexpr int bookingsFollow = 182;
-constexpr int bothBooked = 183;
-
 /// The rights that let an operator move things; the row of the request admits more, for its question.
 constexpr std::string_view moveRights = "EQADD EQUPD RMUPD";
 
@@ -51,16 +46,16 @@ void note(const Context& context, std::string_view action, std::int64_t id, std:
 Reply addMember(Context& context, const Message& message) {
   const Piece piece = requirePiece(context, message, tags::EID, false);
   const Piece group = requirePiece(context, message, tags::GRPID, true);
-  if (!mayChange(context, group.id)) return Reply(groupStatus);
+  if (!mayChange(context, group.id)) return Reply(rc::groupStatus);
   bool follow = false;
   if (piece.groupId != group.id) {
     const bool leavesBooked = piece.groupId != 0 && useOfEquipment(context.db, piece.groupId).booked;
     const bool isOut = useOfEquipment(context.db, piece.id).out;
-    if (isOut || leavesBooked || wouldMeet(context.db, piece.id, group.id)) return Reply(bothBooked);
+    if (isOut || leavesBooked || wouldMeet(context.db, piece.id, group.id)) return Reply(rc::bothBooked);
     follow = joinGroup(context.db, piece.id, group.id);
     note(context, "member added", piece.id, group.id);
   }
-  Reply reply = valueReply(context, follow ? bookingsFollow : 0, group.id);
+  Reply reply = valueReply(context, follow ? rc::bookingsFollow : 0, group.id);
   return reply.head(tags::EQVR, moneyText(valueOfGroup(context.db, group.id)));
 }
 
@@ -69,10 +64,10 @@ Reply removeMember(Context& context, const Message& message) {
   const Piece piece = requirePiece(context, message, tags::EID, false);
   const Piece group = requirePiece(context, message, tags::GRPID, true);
   if (piece.groupId != group.id) return valueReply(context, 0, group.id);
-  if (useOfEquipment(context.db, group.id).out) return Reply(groupStatus);
+  if (useOfEquipment(context.db, group.id).out) return Reply(rc::groupStatus);
   const bool held = leaveGroup(context.db, piece.id, group.id);
   note(context, "member removed", piece.id, group.id);
-  Reply reply = valueReply(context, held ? bookingsExist : 0, group.id);
+  Reply reply = valueReply(context, held ? rc::bookingsExist : 0, group.id);
   if (held) reply.head(tags::BX, "Y");
   return reply;
 }
@@ -80,7 +75,7 @@ Reply removeMember(Context& context, const Message& message) {
 Reply keepMember(Context& context, const Message& message) {
   const Piece piece = requirePiece(context, message, tags::EID, false);
   const Piece group = requirePiece(context, message, tags::GRPID, true);
-  if (!keepInBookings(context.db, piece.id, group.id, stampOf(context, 0))) return Reply(bothBooked);
+  if (!keepInBookings(context.db, piece.id, group.id, stampOf(context, 0))) return Reply(rc::bothBooked);
   note(context, "kept in bookings", piece.id, group.id);
   return Reply();
 }
@@ -103,7 +98,7 @@ Reply placeInRoom(Context& context, const Message& message) {
 
 Reply freeFromBookings(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::EID);
-  if (isBoundToBookings(context.db, id)) return Reply(bookingsExist);
+  if (isBoundToBookings(context.db, id)) return Reply(rc::bookingsExist);
   releaseFromBookings(context.db, id, stampOf(context, 0));
   note(context, "freed from bookings", id, 0);
   return Reply();

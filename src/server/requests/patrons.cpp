@@ -14,8 +14,6 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int expired = 144;
-constexpr int overLimit = 110;
 constexpr int feesKind = 5;
 
 PatronState requirePatron(Context& context, std::int64_t patronId, std::int64_t groupId) {
@@ -27,7 +25,7 @@ PatronState requirePatron(Context& context, std::int64_t patronId, std::int64_t 
 Reply privileges(Context& context, const Message& message) {
   const std::int64_t group = message.number(tags::PGID);
   const PatronState state = requirePatron(context, message.number(tags::PID), group);
-  if (hasExpired(state, context.now)) return Reply(expired);
+  if (hasExpired(state, context.now)) return Reply(rc::patronExpired);
   const PatronLimits limits = loadPolicy(context.db, context.session.locationId, group).limits;
   Reply reply;
   reply.head(tags::ICNT, limits.items).head(tags::ECNT, limits.equipment);
@@ -39,7 +37,7 @@ Reply privileges(Context& context, const Message& message) {
 Reply refusalReply(const std::optional<PatronRefusal>& refused) {
   if (!refused) return Reply();
   Reply reply(refused->code);
-  if (refused->code != overLimit) return reply;
+  if (refused->code != rc::overLimit) return reply;
   const auto text = [&](std::int64_t figure) {
     return refused->limitKind == feesKind ? moneyText(figure) : std::to_string(figure);
   };

@@ -3,6 +3,7 @@
 #include <array>
 #include <map>
 
+#include "server/base/return_codes.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/policy_store.h"
 #include "server/requests/booking_message.h"
@@ -13,20 +14,13 @@ namespace vantry::server {
 
 namespace {
 
-constexpr int calendarConflict = 167;
-constexpr int noPickup = 145;
-constexpr int noDelivery = 146;
-constexpr int roomNeedsWord = 157;
-constexpr int roomHasStatus = 147;
-constexpr int roomHasLimit = 148;
-
 Reply calendarReply(Context& context, CalendarKind kind, const std::vector<Period>& times) {
   const std::vector<OpenCalendar> calendars =
       loadCalendars(context.db, context.session.locationId, kind, times);
   Reply reply;
   for (const Period& each : times) {
     for (const CalendarConflict& conflict : calendarConflicts(calendars, each)) {
-      reply.setRc(calendarConflict);
+      reply.setRc(rc::calendarConflict);
       reply.record()
           .set(tags::VUF, conflict.code)
           .set(conflict.atStart ? tags::STIME : tags::ETIME_, momentText(conflict.at));
@@ -102,19 +96,19 @@ Reply transportReply(const DeskPolicy& policy, const TypesAsked& types, Permissi
 
 Reply deliveryPlace(Context& context, const Message& message) {
   return transportReply(policyFor(context, message), typesOf(context, message), &TypeRule::mayDeliver,
-                        noDelivery);
+                        rc::noDelivery);
 }
 
 Reply pickupPlace(Context& context, const Message& message) {
   return transportReply(policyFor(context, message), typesOf(context, message), &TypeRule::mayPickUp,
-                        noPickup);
+                        rc::noPickup);
 }
 
 void addRoomStatuses(Reply& reply, Context& context, std::int64_t roomId) {
   for (const AppliedStatus& status : statusesOfRoom(context.db, roomId)) {
     if (status.effect == StatusEffect::Passes) continue;
     reply.record()
-        .set(tags::VUF, roomHasStatus)
+        .set(tags::VUF, refusal::roomStatus)
         .set(tags::BKSTS, static_cast<int>(status.effect))
         .set(tags::SMS, status.name)
         .set(tags::SDT, momentText(status.appliedAt))
@@ -131,11 +125,11 @@ Reply scheduledRoom(Context& context, const Message& message) {
   const LongestUse longest = policyFor(context, message).longestOfRoom(room.id, room.typeId);
   if (isLimited(longest)) {
     reply.record()
-        .set(tags::VUF, roomHasLimit)
+        .set(tags::VUF, refusal::roomDuration)
         .set(tags::BKDUR, std::string_view(&longest.unit, 1))
         .set(tags::BKMX, longest.count);
   }
-  if (reply.recordCount() > 0) reply.setRc(roomNeedsWord);
+  if (reply.recordCount() > 0) reply.setRc(rc::roomRules);
   return reply;
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "server/base/return_codes.h"
+
 namespace vantry::server {
 
 /// The answer to one request. It is written straight into its JSON form, since a day of 10,000 bookings is
@@ -35,13 +37,5 @@ class Reply {
   std::string head_;
   std::string body_;  ///< the records so far, the last one still open
 };
-
-/// Return codes that belong to no request in particular.
-namespace rc {
-inline constexpr int notFound = 2;
-inline constexpr int noRight = -96;
-inline constexpr int storeFailed = -97;
-inline constexpr int badMessage = -98;
-}  // namespace rc
 
 }  // namespace vantry::server

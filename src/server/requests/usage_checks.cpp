@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "server/base/return_codes.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/policy_store.h"
 #include "server/requests/booking_message.h"
@@ -12,8 +13,6 @@
 namespace vantry::server {
 
 namespace {
-
-constexpr int equipmentStatus = 151;
 
 /// A desk is told here what security keeps out, since the checks of single things pass that over.
 constexpr Aspects limits{.types = true, .security = true};
@@ -40,7 +39,7 @@ Reply mediaLimits(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<MediaAsk> media = mediaOf(message);
   Findings findings = judgeMedia(context.db, limitsQuestionOf(policy, message), media, limits);
-  judgeCount(findings, media.size(), policy.limits.items, refusal::tooManyItems);
+  judgeCount(findings, media.size(), policy.limits.items, rc::tooManyItems);
   return mediaReply(findings);
 }
 
@@ -48,7 +47,7 @@ Reply equipmentLimits(Context& context, const Message& message) {
   const DeskPolicy policy = policyFor(context, message);
   const std::vector<EquipmentAsk> equipment = bookedEquipmentOf(message);
   Findings findings = judgeEquipment(context.db, limitsQuestionOf(policy, message), equipment, limits);
-  judgeCount(findings, equipment.size(), policy.limits.equipment, refusal::tooMuchEquipment);
+  judgeCount(findings, equipment.size(), policy.limits.equipment, rc::tooMuchEquipment);
   return equipmentReply(findings);
 }
 
@@ -104,7 +103,7 @@ Reply pieceStatus(Context& context, const Message& message) {
   if (!piece) refuseTag(tags::EID);
   Reply reply;
   for (const AppliedStatus& status : statusesOfPiece(context.db, piece->id)) {
-    reply.setRc(equipmentStatus);
+    reply.setRc(rc::equipmentStatus);
     const bool isQuestion = status.effect == StatusEffect::Asks;
     reply.record()
         .set(tags::VD1, static_cast<int>(status.effect))

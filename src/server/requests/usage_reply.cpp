@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include "server/base/return_codes.h"
 #include "server/desk/booking_store.h"
 #include "words/tags.h"
 
@@ -20,16 +21,22 @@ struct Family {
   std::string_view name;   ///< the tag of what a sentence names; empty where none names anything
   std::string_view thing;  ///< the tag of what a warning is about
 };
-constexpr Family equipment{
-    .refused = 149, .single = 159, .wish = 160, .noneInPolicy = 163, .name = tags::ETY, .thing = tags::EID};
-constexpr Family media{
-    .refused = 150, .single = 158, .wish = 161, .noneInPolicy = 162, .name = tags::MTY, .thing = tags::IM};
+constexpr Family equipment{.refused = rc::equipment,
+                           .single = 159,
+                           .wish = 160,
+                           .noneInPolicy = 163,
+                           .name = tags::ETY,
+                           .thing = tags::EID};
+constexpr Family media{.refused = rc::media,
+                       .single = 158,
+                       .wish = 161,
+                       .noneInPolicy = 162,
+                       .name = tags::MTY,
+                       .thing = tags::IM};
 /// A room is named by nothing, and tells its conflicts as media do.
 constexpr Family room{
-    .refused = 185, .single = 158, .wish = 161, .noneInPolicy = 162, .name = {}, .thing = {}};
+    .refused = rc::roomPolicy, .single = 158, .wish = 161, .noneInPolicy = 162, .name = {}, .thing = {}};
 constexpr int bothKinds = 186;
-constexpr int notInStorage = 179;
-constexpr int roomTaken = 107;
 
 int conflictCode(const Findings& findings, const Family& family) {
   const auto single = [](const UsageConflict& each) { return each.bookingId != 0; };
@@ -41,7 +48,7 @@ int conflictCode(const Findings& findings, const Family& family) {
 
 /// Whether the operator's sentence for the code names something.
 bool isNamed(int code) {
-  constexpr std::array named{refusal::tooMuchEquipment, refusal::tooManyItems, refusal::itemStatus,
+  constexpr std::array named{rc::tooMuchEquipment,      rc::tooManyItems,      refusal::itemStatus,
                              refusal::equipmentTooLong, refusal::mediaTooLong, refusal::equipmentNotBookable,
                              refusal::mediaNotBookable};
   return std::find(named.begin(), named.end(), code) != named.end();
@@ -98,7 +105,7 @@ void addCounts(Reply& reply, const UsageConflict& each) {
 
 Reply equipmentReply(const Findings& findings) {
   if (findings.clean()) return Reply();
-  Reply reply(findings.notInStorage ? notInStorage : equipment.refused);
+  Reply reply(findings.notInStorage ? rc::notInStorage : equipment.refused);
   reply.head(tags::ETY, firstName(findings));
   addCodes(reply, findings, equipment);
   for (const UsageConflict& each : findings.conflicts) {
@@ -128,7 +135,7 @@ Reply mediaReply(const Findings& findings) {
 
 Reply roomReply(const Findings& findings) {
   if (findings.clean()) return Reply();
-  Reply reply(findings.conflicts.empty() ? room.refused : roomTaken);
+  Reply reply(findings.conflicts.empty() ? room.refused : rc::roomTaken);
   addCodes(reply, findings, room);
   for (const UsageConflict& each : findings.conflicts) {
     reply.record();

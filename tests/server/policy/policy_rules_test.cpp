@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "server/base/return_codes.h"
 #include "server/policy/circulation_rules.h"
 #include "server/policy/policy_usage.h"
 

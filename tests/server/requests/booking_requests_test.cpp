@@ -235,6 +235,12 @@ TEST_P(BookingRequests, RequiredEquipmentIsReadWholeIntoTheEditor) {
   EXPECT_EQ(send("GSCIT", "BOOKID=1").all("ETI"), "1,4");
   EXPECT_EQ(send("GETSEQ", "BOOKID=1").text(), "0||EID=0 ETI=4 ETY=Camera")
       << "the group may not book cameras, so that there is no tick to set";
+  library().execute("update bookings set location_id = 2");
+  EXPECT_EQ(send("ITMEQS", "MTID=1; PGID=1; ADBK=N").all("ETI"), "1")
+      << "the tick that the editor offers here";
+  EXPECT_EQ(send("GETSEQ", "BOOKID=1").all("ETI"), "4")
+      << "read beside that tick, though another desk made it";
+  library().execute("update bookings set location_id = 1");
   library().execute("delete from media_type_equipment where equipment_type_id = 4");
   EXPECT_EQ(send("GSCIT", "BOOKID=1").all("ETI"), "1");
   EXPECT_EQ(send("GETSEQ", "BOOKID=1").all("ETY"), "Camera") << "a film needs none any more";

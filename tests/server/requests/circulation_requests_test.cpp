@@ -31,7 +31,8 @@ TEST_P(CirculationRequests, ChargesAndTakesBackLineByLine) {
   EXPECT_EQ(charge(id).text(), "0||ENO=TV1 PMSG=Hand out the remote.");
   EXPECT_EQ(status(id), "99");
   EXPECT_EQ(send("BND", "BOOKID=" + id).text(),
-            "0||IM=1 MEDBAR=M1 TITL=Volcanoes|BNO=E1 EID=1 ENO=TV1 ETY=Television|BNO=E3 EID=3 ENO=PRJ1 ETY=Projector");
+            "0||IM=1 MEDBAR=M1 TITL=Volcanoes|BNO=E1 EID=1 ENO=TV1 ETY=Television|BNO=E3 EID=3 ENO=PRJ1 "
+            "ETY=Projector");
   EXPECT_EQ(send("VERCAN", "BOOKID=" + id).rc, 114);
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(), "0||ENO=TV1 PMSG=Count the cables.");
   EXPECT_EQ(status(id), "99");
@@ -371,6 +372,30 @@ TEST_P(CirculationRequests, AScanOfABeginningTakesBackTheOneThingThatItNames) {
   EXPECT_EQ(send("SSD", "EQBAR=E?; QD=Y").text(), "0|") << "two begin so";
   EXPECT_EQ(send("SSD", "MEDBAR=M?; QD=Y").text(), "0|");
   EXPECT_EQ(send("SSD", "MEDBAR=M1?").records.size(), 2U) << "a search lists them";
+}
+
+TEST_P(CirculationRequests, AScanOfANameThatTwoThingsHaveTakesBackTheOnlyOneThatIsOut) {
+  library().execute("update equipment set number = '12' where id in (1, 3)");
+  const std::string television = save(times(2, "09:30", "10:00"), "EID=1");
+  charge(television);
+  for (const std::string scan : {"ENO=12; QD=Y", "ENO=12?; QD=Y"})
+    EXPECT_EQ(send("SSD", scan).text(), "0|BOOKID=1 EID=1 RID=0") << scan;
+  charge(save(times(2, "09:30", "10:00"), "EID=3"));
+  for (const std::string scan : {"ENO=12; QD=Y", "ENO=12?; QD=Y"})
+    EXPECT_EQ(send("SSD", scan).text(), "0|") << scan;
+  EXPECT_EQ(send("SSD", "ENO=12").all("BOOKID"), "1,2");
+}
+
+TEST_P(CirculationRequests, OnlyAnActiveBarcodeFindsAPiece) {
+  charge(save(times(2, "09:30", "10:00"), "EID=1"));
+  for (const std::string scan :
+       {"EQBAR=E1OLD", "EQBAR=E1OLD; QD=Y", "EQBAR=E1OLD?; QD=Y", "EQBAR=E1O?; QD=Y"})
+    EXPECT_EQ(send("SSD", scan).text(), "0|") << scan;
+  library().execute(
+      "insert into equipment_barcodes (equipment_id, barcode, status_id) values (2, 'E1OLD', 1)");
+  charge(save(times(2, "09:30", "10:00"), "EID=2"));
+  EXPECT_EQ(send("SSD", "EQBAR=E1OLD?; QD=Y").first("EID"), "2") << "the barcode is another piece's now";
+  EXPECT_EQ(send("SSD", "EQBAR=E1?; QD=Y").first("EID"), "1");
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string_view>
+#include <vector>
 
 #include "server/requests/handlers.h"
 #include "server/setup/administration.h"
@@ -41,12 +43,56 @@ bool isBuilt(std::string_view code) {
   return !notYet.contains(code);
 }
 
+/// What changes something, and the rights that let an operator send it: the server goes by its table, in
+/// which a wrong right would not be noticed.
+struct WriteRights {
+  std::string_view codes;
+  std::string_view rights;
+};
+constexpr WriteRights writeRights[] = {
+    {"NEWBK", "BKADD"},
+    {"UPDBK", "BKUPD"},
+    {"CANBK DELBK", "BKCAN"},
+    {"CBK", "BKCHA"},
+    {"DBK", "BKDIS"},
+    {"NEWEQIPD NEWGRPD", "EQADD"},
+    {"UPDEQIPD UPDGRPD REMGITM AETGB AUEGNOTE REMEGN", "EQUPD"},
+    {"REMEQIP REMGRP", "EQDEL"},
+    {"NEWGITM", "EQADD EQUPD"},
+    {"NEWEGSTS REMEGSTS", "EQUPD EQMADD EQMUPD"},
+    {"NEWEGBAR REMEGBAR", "EQUPD EQMUPD"},
+    {"DLTEBFR", "EBM"},
+    {"NEWROOMD", "RMADD"},
+    {"UPDROOMD AURNOTE REMRN NEWRMSTS REMRMSTS", "RMUPD"},
+    {"REMROOM", "RMDEL"},
+    {"NEWEMAINTD", "EQMADD"},
+    {"UPDEMAINTD", "EQMUPD"},
+    {"REMMAINT", "EQMDEL"},
+    {"ADDOP UPDOPS DELOPS", "PAUPD BKUPD"},
+    {"UPAI", "PACOU"},
+};
+
+/// A supervisor logs on by themselves; the other two are questions as well as changes.
+bool isAlsoAsked(std::string_view code) {
+  return code == "OPOV" || code == "ADDREQP" || code == "GECN";
+}
+
+std::vector<std::string_view> rightsFor(const RequestRow& row) {
+  if (!row.writes || isAlsoAsked(row.code)) return wordsOf(row.rights);
+  for (const WriteRights& each : writeRights) {
+    const std::vector<std::string_view> codes = wordsOf(each.codes);
+    if (std::find(codes.begin(), codes.end(), row.code) != codes.end()) return wordsOf(each.rights);
+  }
+  ADD_FAILURE() << row.code << " changes something: name its rights here";
+  return {};
+}
+
 /// Empty messages do: the right is looked at before the message, and most of them then lack a tag.
 TEST_P(RightsTest, EachRequestWithItsRightsOffIsRefusedAndWithAnyOneOfThemServed) {
   auto client = this->client("view");
   int guarded = 0;
   for (const RequestRow& row : requestTable()) {
-    const std::vector<std::string_view> needed = wordsOf(row.rights);
+    const std::vector<std::string_view> needed = rightsFor(row);
     if (needed.empty()) continue;
     ++guarded;
     SCOPED_TRACE(row.code);
@@ -75,9 +121,7 @@ TEST_P(RightsTest, WhoMayOnlyLookChangesNothing) {
   addBooking("2026-11-24 15:00:00", "2026-11-24 16:00:00");
   auto client = this->client("view");
   for (const RequestRow& row : requestTable()) {
-    // A supervisor logs on by themselves; the other two are questions as well as changes.
-    const bool asks = row.code == "OPOV" || row.code == "ADDREQP" || row.code == "GECN";
-    if (!row.writes || asks) continue;
+    if (!row.writes || isAlsoAsked(row.code)) continue;
     EXPECT_EQ(client->send(std::string(row.code), {{"BOOKID", "1"}}).rc, -96) << row.code;
   }
   EXPECT_EQ(value("select status from bookings where id = 1"), "0");
