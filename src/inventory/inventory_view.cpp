@@ -150,11 +150,10 @@ void InventoryView::BuildMainTrees() {
   const std::string selected = tvwDB.SelectedKey;
   tvwDB.Clear();
   fillTree();
-  if (tvwDB.find(selected)) {
-    tvwDB.SelectedKey = selected;
-  } else {
-    clearList();
-  }
+  const TreeNode* node = tvwDB.find(selected);
+  if (!node) return clearList();
+  if (node->parent) node->parent->expanded = true;
+  tvwDB.SelectedKey = selected;
 }
 
 void InventoryView::fillTree() {

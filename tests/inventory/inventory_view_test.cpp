@@ -267,6 +267,9 @@ TEST_F(InventoryViewTest, AYearOpensAndAsksNothing) {
   maintenance().tvwDB.click("2026-11-01|2026");
   EXPECT_EQ(maintenance().lblDetails.Caption, "November 2026 Maintenance List");
   EXPECT_EQ(row(maintenance().fa, 1), "20/11/2026|Television|TV1|Ink, Ina|");
+  main().BuildMainTrees();
+  EXPECT_TRUE(maintenance().tvwDB.find("YEAR|2026")->expanded) << "the selected month stays in sight";
+  EXPECT_EQ(maintenance().fa.Rows, 2);
   maintenance().tvwDB.click("YEAR|2025");
   EXPECT_FALSE(maintenance().cmdPrintInv.Enabled);
   main().showView(ViewId::Day);
