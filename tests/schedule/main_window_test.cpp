@@ -255,8 +255,8 @@ TEST_F(MainWindowTest, ToolsRunTheirCommands) {
       return nullptr;
     });
   }
-  for (const char* name : {"frmOptions", "frmFind"})
-    app->makers.addCommand(name, [&opened, name](App&) { opened = name; });
+  app->makers.addCommand("frmOptions", [&opened](App&) { opened = "frmOptions"; });
+  app->makers.setSearch([&opened](App&, SearchCategory) { opened = "frmFind"; });
   for (const auto& [tool, opens] :
        std::initializer_list<std::pair<int, const char*>>{{204, "7 pick-up from 5"},
                                                           {202, "7 from 5"},
