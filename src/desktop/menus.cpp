@@ -14,7 +14,7 @@
 
 namespace vantry {
 
-Menus::Menus(Form& form, Host& host, QWidget& window) : form_(form), host_(host), window_(window) {
+Menus::Menus(Form& form, Host& host, QWidget& window) : host_(host) {
   const auto& items = form.Menus();
   const bool shows =
       std::any_of(items.begin(), items.end(), [](const MenuItem* i) { return i->Visible.get(); });

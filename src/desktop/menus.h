@@ -32,9 +32,7 @@ class Menus : public QObject {
   QAction* makeEntry(MenuItem& item, QMenu& menu);
   void show(const MenuItem& item, QAction& action);
 
-  Form& form_;
   Host& host_;
-  QWidget& window_;
   QMenuBar* bar_ = nullptr;
   bool popup_ = false;
   struct Entry {
