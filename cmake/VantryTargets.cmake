@@ -58,7 +58,7 @@ function(vantry_tests folder)
     set_tests_properties("${folder}: ${ARG_TOGETHER}" PROPERTIES TIMEOUT 600 LABELS "${folder}")
   endif()
   gtest_discover_tests(${program} TEST_PREFIX "${folder}: " DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 ${one_by_one}
-                       PROPERTIES TIMEOUT 120 LABELS "${folder}")
+                       PROPERTIES TIMEOUT 600 LABELS "${folder}")
 endfunction()
 
 # Ends the configuration for a folder of tests that no program runs.
