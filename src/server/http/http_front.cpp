@@ -29,9 +29,9 @@ constexpr std::size_t farTooLarge = 16 * largestBody;
 constexpr time_t keepAliveSeconds = 120;
 constexpr time_t readSeconds = 15;
 
-void answer(httplib::Response& response, int status, std::string json) {
+void answer(httplib::Response& response, int status, const std::string& json) {
   response.status = status;
-  response.set_content(std::move(json), jsonType);
+  response.set_content(json, jsonType);
 }
 
 void refuse(httplib::Response& response, int status, std::string_view sentence) {
