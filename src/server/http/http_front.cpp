@@ -321,7 +321,7 @@ class HttpFront::Impl {
     using Kind = RequestRunner::Answer::Kind;
     switch (result.kind) {
       case Kind::Done:
-        return answer(response, 200, std::move(result.json));
+        return answer(response, 200, result.json);
       case Kind::NoSession:
         return refuseSession(response);
       case Kind::UnknownCode:
