@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "frame/app.h"
+#include "lists/reply_list.h"
+#include "messaging/ask.h"
+#include "platform/controls.h"
+#include "platform/fields.h"
+
+namespace vantry {
+
+/// The barcodes of a piece or group, one of which is active at most. The properties hold the answer when the
+/// window is gone.
+class frmBarcodes : public Form {
+ public:
+  frmBarcodes(App& app, std::string id);
+  void Form_Load() override;
+  void Form_Activate() override;
+  bool Form_Unload() override;
+  void fa_Click();
+  void cmdSave_Click();
+  void cmdDelete_Click();
+  void cmdClose_Click() { Unload(); }
+
+  std::string barcode = "(none)";  ///< the active one
+  bool changed = false;            ///< a barcode was added, deleted or given another status
+
+  Grid fa{*this, "fa"};
+  Label lblBARCODE_NO{*this, "lblBARCODE_NO", "&Barcode"};
+  TextBox txtBARCODE_NO{*this, "txtBARCODE_NO"};
+  Label lblBARCODE_STS{*this, "lblBARCODE_STS", "&Status"};
+  ComboBox cboBARCODE_STS{*this, "cboBARCODE_STS"};
+  Button cmdSave{*this, "cmdSave", "&Add"};
+  Button cmdDelete{*this, "cmdDelete", "&Delete"};
+  Button cmdClose{*this, "cmdClose", "&Close"};
+
+ private:
+  App& app_;
+};
+
+}  // namespace vantry

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+
+#include "frame/app.h"
+#include "lists/reply_list.h"
+#include "messaging/ask.h"
+#include "platform/controls.h"
+#include "platform/fields.h"
+#include "platform/menu.h"
+
+namespace vantry {
+
+struct NumbersKind;
+
+/// The numbers that a type has already given to its pieces, groups or rooms. One window of each kind is open
+/// at most, beside the record windows.
+class frmNumbers : public Form {
+ public:
+  frmNumbers(App& app, const NumbersKind& kind, std::string typeId);
+  void Form_Load() override;
+  void Form_Activate() override;
+  /// Reads the numbers of the type anew.
+  void RefreshList();
+  void cmdOK_Click() { Unload(); }
+  void mnuPopupCopy_Click();
+
+  std::string typeId;
+
+  Grid faNumbers{*this, "faNumbers"};
+  Button cmdOK{*this, "cmdOK", "&Close"};
+
+ private:
+  App& app_;
+};
+
+/// Shows the window of a kind (equipment, group or room) with the numbers of a type, or brings it to the
+/// front with them.
+void ShowAssignedNumbers(App& app, RecordKind kind, const std::string& typeId);
+/// Reads the numbers of the type anew where the window of the kind is open.
+void RefreshAssignedNumbers(App& app, RecordKind kind, const std::string& typeId);
+
+}  // namespace vantry
