@@ -94,10 +94,15 @@ void ReplyList::setText(int row, int column, std::string text) {
 int ReplyList::fill() {
   grid_.Redraw = false;
   clear();
-  keys_.clear();
+  return add();
+}
+
+int ReplyList::add() {
+  grid_.Redraw = false;
+  if (!grid_.hasData()) keys_.clear();
   const int total = app_.message.Count(layout_.walk);
-  grid_.Rows = total + 1;
-  int row = 1;
+  int row = grid_.Rows;
+  grid_.Rows = row + total;
   while (app_.message.NextRecord(layout_.walk)) {
     if (hooks.progress) hooks.progress(row, total);
     if (isRepeated() || (hooks.accepts && !hooks.accepts())) continue;

@@ -76,6 +76,8 @@ class ReplyList {
   void clear();
   /// Fills the grid anew from the last reply and shows it; no row is selected. The number of rows.
   int fill();
+  /// Does the same with the records behind the rows that are there. The number of all rows.
+  int add();
 
   /// The text of a row in the column of this place in the layout, wherever that column is now.
   [[nodiscard]] const std::string& text(int row, int column) const;

@@ -55,7 +55,9 @@ class frmMain : public Form, public MainWindow {
   void refillStaff() override { staffView.refresh(); }
   void BuildMainTrees() override;
   void refillInventory(int kind, std::string_view category) override { inventory(kind).refill(category); }
-  void dropInventoryRow(int kind) override { inventory(kind).dropSelectedRow(); }
+  void dropInventoryRow(int kind, std::string_view category) override {
+    inventory(kind).dropSelectedRow(category);
+  }
   void mnuPopupGroupMembers_Click() override { groupView().mnuPopupGroupMembers_Click(); }
   void applyPreferences(Applies what) override;
   void GetBookingsForDate() override { dayView.GetBookingsForDate(); }

@@ -5,6 +5,7 @@
 #include "booking/frmBooking.h"
 #include "booking/plain_find.h"
 #include "frame/app.h"
+#include "inventory/frmEquipment.h"
 #include "inventory/frmMultBarOrNo.h"
 #include "inventory/maintenance_setup.h"
 #include "messaging/session_dialogs.h"
@@ -48,6 +49,8 @@ struct CommandRow {
 /// One row per record window.
 static std::vector<RecordRow> recordRows() {
   return {
+      {kEquipment, make<frmEquipment>},
+      {kGroupMember, make<frmEquipment>},
       {kBooking, make<frmBooking>},
   };
 }
