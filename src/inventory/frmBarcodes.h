@@ -6,7 +6,6 @@
 #include "lists/reply_list.h"
 #include "messaging/ask.h"
 #include "platform/controls.h"
-#include "platform/fields.h"
 
 namespace vantry {
 
@@ -36,7 +35,27 @@ class frmBarcodes : public Form {
   Button cmdClose{*this, "cmdClose", "&Close"};
 
  private:
+  struct Input {
+    std::string barcode;
+    int status = 0;
+  };
+
+  void BuildBarcodeTypes();
+  void SortData();
+  void show(const Input& input);
+  [[nodiscard]] bool isUnsaved() const;
+  [[nodiscard]] bool isComplete();
+  /// False when something is missing or the server has refused.
+  [[nodiscard]] bool save();
+  [[nodiscard]] bool remove(int row);
+  /// The row of a barcode, or the first one with a status; 0 for none.
+  [[nodiscard]] int rowWith(int column, std::string_view text) const;
+
   App& app_;
+  Ask ask_;
+  std::string id_;
+  Input shown_;  ///< what the fields were given last: another content is unsaved typing
+  ReplyList list_;
 };
 
 }  // namespace vantry

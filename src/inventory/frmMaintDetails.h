@@ -6,9 +6,7 @@
 #include "frame/app.h"
 #include "frame/record_opening.h"
 #include "lists/reply_list.h"
-#include "messaging/ask.h"
 #include "platform/controls.h"
-#include "platform/fields.h"
 
 namespace vantry {
 
@@ -40,7 +38,13 @@ class frmMaintDetails : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
  private:
+  void selectType();
+  void enableOK();
+
   App& app_;
+  const DetailSource& source_;
+  DetailLine line_;
+  ReplyList list_;
 };
 
 }  // namespace vantry

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "frame/app.h"
 #include "lists/reply_list.h"
-#include "messaging/ask.h"
 #include "platform/controls.h"
-#include "platform/fields.h"
-#include "platform/menu.h"
 
 namespace vantry {
 
@@ -23,7 +21,6 @@ class frmNumbers : public Form {
   /// Reads the numbers of the type anew.
   void RefreshList();
   void cmdOK_Click() { Unload(); }
-  void mnuPopupCopy_Click();
 
   std::string typeId;
 
@@ -31,7 +28,11 @@ class frmNumbers : public Form {
   Button cmdOK{*this, "cmdOK", "&Close"};
 
  private:
+  bool faNumbers_KeyDown(std::string_view key);
+
   App& app_;
+  const NumbersKind& kind_;
+  ReplyList list_;
 };
 
 /// Shows the window of a kind (equipment, group or room) with the numbers of a type, or brings it to the

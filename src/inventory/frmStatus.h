@@ -21,10 +21,11 @@ class frmStatus : public Form {
   frmStatus(App& app, RecordKind kind, std::string id);
   void Form_Load() override;
   void Form_Activate() override;
+  bool Form_Unload() override;
   void fa_Click(int index);
   void cmdAddStatus_Click();
   void cmdRemoveStatus_Click();
-  void cmdOK_Click();
+  void cmdOK_Click() { Unload(); }
 
   std::string status;  ///< the applied one of the lowest priority number; empty unless OK was pressed on one
   bool changed = false;  ///< a status was applied or removed
@@ -46,11 +47,16 @@ class frmStatus : public Form {
     std::string name;
   };
 
-  void readTypes();
+  [[nodiscard]] bool readTypes();
   void readApplied();
+  void showNew();
   void fillAvailable();
   void SortData();
+  void selectSystemStatus();
+  void statusChanged();
   [[nodiscard]] const StatusType* typeOf(std::string_view priority, std::string_view id) const;
+  /// The applied row with this text, or 0.
+  [[nodiscard]] int appliedRow(int column, std::string_view text) const;
 
   App& app_;
   Ask ask_;

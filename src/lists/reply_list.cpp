@@ -30,6 +30,11 @@ using Moment = std::array<std::string_view, 3>;
 constexpr Moment kMoments[] = {{"Start Date", "Start Time24", "Start Time"},
                                {"End Date", "End Time24", "End Time"}};
 
+/// The mark of an alignment in a grid's format.
+char markOf(Align align) {
+  return align == Align::Left ? '<' : align == Align::Right ? '>' : '^';
+}
+
 /// The moment to which a column belongs, or nullptr.
 const Moment* momentOf(std::string_view heading) {
   for (const Moment& moment : kMoments) {
@@ -49,7 +54,11 @@ int columnOf(const Grid& grid, std::string_view heading) {
 
 }  // namespace
 
-ReplyList::ReplyList(App& app, Grid& grid, MomentFields moments) : app_(app), grid_(grid), moments_(moments) {
+ReplyList::ReplyList(App& app, Grid& grid, MomentFields moments) : ReplyList(app, grid) {
+  moments_.emplace(moments);
+}
+
+ReplyList::ReplyList(App& app, Grid& grid) : app_(app), grid_(grid) {
   grid.AfterMoveColumn = [&grid] { SetColumnOrderBookings(grid, grid.MovedCol); };
 }
 
@@ -61,7 +70,7 @@ void ReplyList::build(const ReplyLayout& layout) {
   for (const ReplyColumn& column : layout.columns) {
     const bool byNumber = column.kind == CellKind::Piece && !app_.preferences.Barcodes;
     if (!format.empty()) format += '|';
-    format += '<';
+    format += markOf(column.align);
     format += byNumber ? kNumberHeading : column.heading;
   }
   clear();
@@ -90,6 +99,14 @@ void ReplyList::setText(int row, int column, std::string text) {
 }
 
 // Rows
+
+int ReplyList::addRow(std::initializer_list<std::string_view> texts) {
+  const int row = grid_.Rows;
+  grid_.Rows = row + 1;
+  int column = 0;
+  for (const std::string_view text : texts) setText(row, column++, std::string(text));
+  return row;
+}
 
 int ReplyList::fill() {
   grid_.Redraw = false;
@@ -157,11 +174,11 @@ std::string requesterText(std::string_view value) {
 }
 
 std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {
-  if (moment.empty()) return {};
-  ServerTools::PutControlDate(moment, moments_.date);
-  ServerTools::PutControlTime(moment, moments_.time);
-  if (kind == CellKind::Date) return moments_.date.shortDate();
-  return kind == CellKind::Time24 ? moments_.time.text24() : moments_.time.textAmPm();
+  if (moment.empty() || !moments_) return {};
+  ServerTools::PutControlDate(moment, moments_->date);
+  ServerTools::PutControlTime(moment, moments_->time);
+  if (kind == CellKind::Date) return moments_->date.shortDate();
+  return kind == CellKind::Time24 ? moments_->time.text24() : moments_->time.textAmPm();
 }
 
 /// The rows are new: they merge and their columns fit as the operator prefers.
@@ -188,6 +205,17 @@ void ReplyList::sort(SortOrder order) {
     }
   }
   grid_.Sort();
+  grid_.Row = 0;
+  grid_.Redraw = true;
+}
+
+void ReplyList::sortBy(int firstColumn, int lastColumn) {
+  grid_.Redraw = false;
+  // A sort keeps the order of equal rows, so that the last one decides first.
+  for (int column = lastColumn; column >= firstColumn; --column) {
+    grid_.ColSort(grid_.columnOfData(column), SortOrder::Ascending);
+    grid_.Sort();
+  }
   grid_.Row = 0;
   grid_.Redraw = true;
 }

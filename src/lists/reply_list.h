@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,6 +33,7 @@ struct ReplyColumn {
   CellKind kind = CellKind::Plain;
   int width = 1500;  ///< twips; 0 hides the column for good
   SortKind sort = SortKind::Text;
+  Align align = Align::Left;
 };
 
 /// What a list is made of: its columns, and the tag of the walk over the reply.
@@ -62,6 +65,8 @@ struct ReplyHooks {
 class ReplyList {
  public:
   ReplyList(App& app, Grid& grid, MomentFields moments);
+  /// A list without dates and times.
+  ReplyList(App& app, Grid& grid);
   ReplyList(const MainParts& parts, Grid& grid)
       : ReplyList(parts.app, grid, {parts.dtServerDate, parts.txtServerTime}) {}
   ReplyList(const ReplyList&) = delete;
@@ -79,6 +84,9 @@ class ReplyList {
   /// Does the same with the records behind the rows that are there. The number of all rows.
   int add();
 
+  /// Adds a row with its texts, in the order of the layout. The row.
+  int addRow(std::initializer_list<std::string_view> texts);
+
   /// The text of a row in the column of this place in the layout, wherever that column is now.
   [[nodiscard]] const std::string& text(int row, int column) const;
   void setText(int row, int column, std::string text);
@@ -86,6 +94,9 @@ class ReplyList {
   /// Sorts by the column under the pointer at the last right click and by the columns that belong to it; no
   /// row is selected afterwards.
   void sort(SortOrder order);
+  /// Sorts ascending by the columns between these places in the layout, the first of them first, wherever
+  /// they are now; no row is selected afterwards.
+  void sortBy(int firstColumn, int lastColumn);
 
  private:
   void fillRow(int row);
@@ -96,7 +107,7 @@ class ReplyList {
 
   App& app_;
   Grid& grid_;
-  MomentFields moments_;
+  std::optional<MomentFields> moments_;  ///< of a list with dates or times
   ReplyLayout layout_;
   std::unordered_set<std::string> keys_;  ///< of the rows so far, where they must differ
 };

@@ -21,6 +21,9 @@ inline constexpr int SatisfiedByRoom = 137;  ///< stored; the room holds what wa
 inline constexpr int UpdatedByOther = 180;
 inline constexpr int TimesOverlap = 181;
 
+// Moving and grouping equipment.
+inline constexpr int PendingBooking = 174;  ///< a booking that has not begun needs it where it is
+
 // Patrons and operators.
 inline constexpr int BarcodeInactive = 108;
 inline constexpr int AddressOnHold = 109;
