@@ -1,6 +1,7 @@
 #include "inventory/frmEquipment.h"
 
 #include "frame/app.h"
+#include "inventory/status_names.h"
 #include "lists/grids.h"
 #include "messaging/return_codes.h"
 #include "platform/wiring.h"
@@ -10,29 +11,35 @@
 namespace vantry {
 
 static const PieceWindowKind kKind{
-    .window = {.window = {kEquipment,
-                          "frmEquipment",
-                          "equipment",
-                          "equipment",
-                          Subject::Equipment,
-                          {"Changes will be lost!  Do you wish to SAVE this record before exiting?",
-                           Box::Kind::Warning, false}},
-               .caption = "Equipment Inventory",
-               .create = "NEWEQIPD",
-               .update = "UPDEQIPD",
-               .idTag = tags::EID,
-               .refusalEndsSave = false,
-               .nextSource = kSourceNextEquipment,
-               .search = kFindEquipment,
-               .tabStrip = "tabEquipment",
-               .tabStripOfNew = "tabEquipmentDetails",
-               .pages = {{"Details", "mnuViewDetails", "&Details"},
-                         {"Bookings", "mnuViewBookings", "&Bookings"},
-                         {"Maintenance", "mnuViewMaintenance", "&Maintenance"},
-                         {"Notes", "mnuViewNotes", "&Notes"},
-                         {"Properties", "mnuViewProperties", "&Properties"}}},
-    .readCode = "GETEDTL",
-    .categories = &CategoryLists::equipment,
+    .typed = {.window = {.window = {kEquipment,
+                                    "frmEquipment",
+                                    "equipment",
+                                    "equipment",
+                                    Subject::Equipment,
+                                    {"Changes will be lost!  Do you wish to SAVE this record before exiting?",
+                                     Box::Kind::Warning, false}},
+                         .caption = "Equipment Inventory",
+                         .create = "NEWEQIPD",
+                         .update = "UPDEQIPD",
+                         .idTag = tags::EID,
+                         .refusalEndsSave = false,
+                         .nextSource = kSourceNextEquipment,
+                         .search = kFindEquipment,
+                         .tabStrip = "tabEquipment",
+                         .tabStripOfNew = "tabEquipmentDetails",
+                         .pages = {{"Details", "mnuViewDetails", "&Details"},
+                                   {"Bookings", "mnuViewBookings", "&Bookings"},
+                                   {"Maintenance", "mnuViewMaintenance", "&Maintenance"},
+                                   {"Notes", "mnuViewNotes", "&Notes"},
+                                   {"Properties", "mnuViewProperties", "&Properties"}}},
+              .readCode = "GETEDTL",
+              .categories = &CategoryLists::equipment,
+              .typeIdTag = tags::ETI,
+              .typeNameTag = tags::ETY,
+              .numberTag = tags::ENO,
+              .newStatus = kNotCharged,
+              .bookings = kEquipmentBookings,
+              .bookingsGrid = "fa(0)"},
     .moveRefusal = "Booking exist for Pickup and Delivery.",
     .typeTip = "Select from Television, VCR, Projector...",
     .numberTip = "Enter an equipment number...TV1",
@@ -43,12 +50,12 @@ static const PieceWindowKind kKind{
 
 static constexpr std::string_view kNone = "(none)";
 
-frmEquipment::frmEquipment(App& app) : PieceWindow(app, kKind, "fa(0)"), fields_(fieldTable()) {
+frmEquipment::frmEquipment(App& app) : PieceWindow(app, kKind), fields_(fieldTable()) {
   txtGroup.Locked = true;
   placePages({{"Details", fraDetails},
-              {"Bookings", fraBookings, [this] { firstBookings(); }},
+              {"Bookings", fraBookings, [this] { firstVisit(bookings); }},
               {"Maintenance", fraMaintenance, [this] { firstMaintenance(); }},
-              {"Notes", fraNotes, [this] { firstNotes(); }},
+              {"Notes", fraNotes, [this] { firstVisit(notes); }},
               {"Properties", fraProperties}});
   connect();
   arrange();
@@ -138,24 +145,14 @@ void frmEquipment::showGroup(const GroupSlots& group) {
   txtGroup.Tag = group.id;
 }
 
-void frmEquipment::firstBookings() {
-  bookings.load();
-  if (isCopy()) bookings.lock();
-}
-
 void frmEquipment::firstMaintenance() {
   maintenance.BuildMaintenanceTab();
   if (isCopy()) maintenance.lock();
 }
 
-void frmEquipment::firstNotes() {
-  notes.load();
-  if (isCopy()) notes.lock();
-}
-
 // Saving
 
-void frmEquipment::addOwnTags() {
+void frmEquipment::addValues() {
   fields_.save([this](std::string_view tag, const std::string& value) { app_.message.Add(tag, value); });
 }
 

@@ -54,7 +54,7 @@ class frmEquipment : public PieceWindow {
   [[nodiscard]] PropertiesPanel& properties() override { return propertyFields; }
   void showNew() override;
   void showOwn() override;
-  void addOwnTags() override;
+  void addValues() override;
   void takeReply(bool created) override;
   void copyEnds() override;
   [[nodiscard]] bool saveMore(bool created) override;
@@ -70,9 +70,7 @@ class frmEquipment : public PieceWindow {
   void connect();
   void arrange();
   void showGroup(const GroupSlots& group);
-  void firstBookings();
   void firstMaintenance();
-  void firstNotes();
 
   RecordFields fields_;
   GroupSlots caller_;  ///< the group that the piece was opened from

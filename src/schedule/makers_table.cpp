@@ -6,7 +6,9 @@
 #include "booking/plain_find.h"
 #include "frame/app.h"
 #include "inventory/frmEquipment.h"
+#include "inventory/frmGroup.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/frmRoom.h"
 #include "inventory/maintenance_setup.h"
 #include "messaging/session_dialogs.h"
 #include "platform/form.h"
@@ -49,9 +51,8 @@ struct CommandRow {
 /// One row per record window.
 static std::vector<RecordRow> recordRows() {
   return {
-      {kEquipment, make<frmEquipment>},
-      {kGroupMember, make<frmEquipment>},
-      {kBooking, make<frmBooking>},
+      {kEquipment, make<frmEquipment>},   {kGroup, make<frmGroup>},     {kRoom, make<frmRoom>},
+      {kGroupMember, make<frmEquipment>}, {kBooking, make<frmBooking>},
   };
 }
 
