@@ -111,9 +111,7 @@ void TypedWindow::addRecord(bool) {
   message.Add(kind_.typeNameTag, controls_.type.Text());
   message.Add(kind_.numberTag, controls_.number.Text.get());
   addOwnTags();
-  typeChanged_ = controls_.type.Text() != oldType_;
-  oldType_ = controls_.type.Text();
-  app_.slots.typeNames[slot()] = oldType_;
+  app_.slots.typeNames[slot()] = controls_.type.Text();
 }
 
 void TypedWindow::takeReply(bool created) {
@@ -128,8 +126,10 @@ void TypedWindow::showAsStored() {
 
 void TypedWindow::refreshLists() {
   const bool fromMainWindow = CallerView == kSourceMainWindow || CallerView == kind().nextSource;
-  if (!fromMainWindow && !typeChanged_) return;
-  refreshTrees(typeChanged_);
+  const bool typeChanged = controls_.type.Text() != oldType_;
+  oldType_ = controls_.type.Text();
+  if (!fromMainWindow && !typeChanged) return;
+  refreshTrees(typeChanged);
   app_.main().refillInventory(kind().window.kind, typeId());
 }
 

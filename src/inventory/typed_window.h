@@ -84,8 +84,7 @@ class TypedWindow : public InventoryWindow {
 
   const TypedWindowKind& kind_;
   Controls controls_;
-  std::string oldType_;       ///< name of the type at the last save
-  bool typeChanged_ = false;  ///< by the save under way
+  std::string oldType_;  ///< name of the type at the last save
 };
 
 }  // namespace vantry
