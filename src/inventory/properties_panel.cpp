@@ -40,6 +40,12 @@ LayoutNode PropertiesPanel::layout(std::initializer_list<LayoutNode> more) {
   return Row{created.share(1), Gap{}, updated.share(1)};
 }
 
+void PropertiesPanel::clear() {
+  const auto nothing = [](std::string_view) { return std::string(); };
+  showCreated(nothing);
+  showUpdated(nothing);
+}
+
 void PropertiesPanel::showCreated(const RecordFields::ValueOf& valueOf) {
   txtCR_LOC_NAME.Text = valueOf(tags::CLN);
   ServerTools::PutControlDate(valueOf(tags::CDT), dtCR_DATE);

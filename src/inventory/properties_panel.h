@@ -27,6 +27,8 @@ class PropertiesPanel {
   void addFields(std::vector<RecordField>& rows);
   /// The layout with more fields below: labels and fields in turn.
   [[nodiscard]] LayoutNode layout(std::initializer_list<LayoutNode> more = {});
+  /// Shows nothing: a copy was made by nobody yet.
+  void clear();
   /// Shows who stored the record, from the reply of its save.
   void showCreated(const RecordFields::ValueOf& valueOf);
   void showUpdated(const RecordFields::ValueOf& valueOf);

@@ -6,6 +6,7 @@
 #include "booking/plain_find.h"
 #include "frame/app.h"
 #include "inventory/frmEquipment.h"
+#include "inventory/frmMaintenance.h"
 #include "inventory/frmMultBarOrNo.h"
 #include "inventory/maintenance_setup.h"
 #include "messaging/session_dialogs.h"
@@ -50,6 +51,7 @@ struct CommandRow {
 static std::vector<RecordRow> recordRows() {
   return {
       {kEquipment, make<frmEquipment>},
+      {kMaintenance, make<frmMaintenance>},
       {kGroupMember, make<frmEquipment>},
       {kBooking, make<frmBooking>},
   };
