@@ -136,7 +136,12 @@ void frmEquipment::showNew() {
 void frmEquipment::showOwn() {
   caller_ = app_.slots.group;
   fields_.load([this](std::string_view tag) { return messageValue(tag); });
-  if (isCopy()) return showGroup({});
+  if (isCopy()) {
+    propertyFields.clear();
+    txtHIST_BKNGS.Text = "";
+    txtHIST_MAINT.Text = "";
+    return showGroup({});
+  }
   showGroup({messageValue(tags::GRPID), messageValue(tags::GRPNO)});
 }
 
