@@ -98,8 +98,10 @@ std::string confirmationNumber(std::int64_t bookingId) {
 std::optional<BookingState> findBookingState(Connection& db, std::int64_t bookingId) {
   BookingState state;
   int status = 0;
-  Query query(db, "select id, status, patron_id, location_id, updated_at from bookings where id = :id");
-  query.bind("id", bookingId).into(state.id, status, state.patronId, state.locationId, state.updatedAt);
+  Query query(db,
+              "select id, status, patron_id, location_id, room_id, updated_at from bookings where id = :id");
+  query.bind("id", bookingId)
+      .into(state.id, status, state.patronId, state.locationId, state.roomId, state.updatedAt);
   while (query.next()) {
   }
   if (state.id == 0) return std::nullopt;

@@ -56,6 +56,7 @@ struct BookingState {
   BookingStatus status = BookingStatus::Live;
   std::int64_t patronId = 0;    ///< 0 for an administrative booking
   std::int64_t locationId = 0;  ///< the desk that made it
+  std::int64_t roomId = 0;
   Moment updatedAt = 0;
   LinesOut out;
 };

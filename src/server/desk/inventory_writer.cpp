@@ -97,9 +97,19 @@ RoomUse useOfRoom(Connection& db, std::int64_t id) {
       "null then 1 else 0 end), 0) from bookings b where b.room_id = :id and b.status not in (1, 2, 3, 4)");
   query.bind("id", id);
   fetchOne(query, booked, out);
-  const std::int64_t kept =
-      countBy(db, "select count(*) from equipment where room_id = :id or current_room_id = :id", id);
+  // A storage room may keep thousands of things, of which one decides.
+  const std::int64_t kept = countBy(
+      db,
+      "select count(*) from (select 1 from equipment where room_id = :id or current_room_id = :id limit 1) k",
+      id);
   return {.out = out > 0, .booked = booked > 0, .keepsThings = kept > 0};
+}
+
+bool keepsBookedThings(Connection& db, std::int64_t roomId) {
+  return countBy(db,
+                 "select count(*) from (select 1 from equipment e join occupancy o on o.kind = 1 and "
+                 "o.thing = e.id where e.room_id = :id limit 1) k",
+                 roomId) > 0;
 }
 
 bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record) {
@@ -132,8 +142,11 @@ bool hasEquipmentType(Connection& db, std::int64_t id, TypeKind kind) {
                  id) > 0;
 }
 
-bool hasRoomType(Connection& db, std::int64_t id) {
-  return countBy(db, "select count(*) from room_types where id = :id", id) > 0;
+std::optional<bool> storageOfRoomType(Connection& db, std::int64_t id) {
+  bool storage = false;
+  Query query(db, "select storage from room_types where id = :id");
+  query.bind("id", id);
+  return fetchOne(query, storage) ? std::optional(storage) : std::nullopt;
 }
 
 bool hasRoomDetailType(Connection& db, std::int64_t id) {

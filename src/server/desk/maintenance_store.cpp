@@ -1,5 +1,7 @@
 #include "server/desk/maintenance_store.h"
 
+#include <limits>
+
 #include "server/desk/status_sql.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -40,6 +42,20 @@ std::vector<MaintenanceLine> linesOfMaintenance(Connection& db, std::int64_t id)
   query.bind("id", id).into(row.id, row.typeId, row.typeName, row.content);
   while (query.next()) lines.push_back(row);
   return lines;
+}
+
+std::vector<std::int64_t> bookingsMeeting(Connection& db, const MaintenanceRecord& record, std::size_t most) {
+  std::vector<std::int64_t> bookings;
+  std::int64_t booking = 0;
+  Query query(db,
+              "select distinct booking_id from occupancy where kind = 1 and thing = :piece and "
+              "starts_at < :until_moment and ends_at > :from_moment order by booking_id limit :most");
+  // Who has not come back yet stays without an end.
+  const Moment until = record.wentOutOn == 0 ? std::numeric_limits<Moment>::max() : record.wentOutOn + day;
+  query.bind("piece", record.pieceId).bind("from_moment", record.cameInOn).bind("until_moment", until);
+  query.bind("most", static_cast<std::int64_t>(most)).into(booking);
+  while (query.next()) bookings.push_back(booking);
+  return bookings;
 }
 
 std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, Moment from, Moment until) {

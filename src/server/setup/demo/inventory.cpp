@@ -220,7 +220,10 @@ void addMembers(Connection& db, World& world, std::size_t group, const GroupType
     if (member == world.pieces.size()) continue;
     world.pieces[member].groupId = groupId;
     world.pieces[group].members.push_back(member);
-    Query query(db, "update equipment set group_id = :group_id where id = :id");
+    Query query(
+        db,
+        "update equipment set group_id = :group_id, room_id = (select g.room_id from equipment g where "
+        "g.id = :group_id) where id = :id");
     query.bind("group_id", groupId).bind("id", world.pieces[member].id).run();
   }
   Query query(db,
@@ -322,7 +325,9 @@ void makeMaintenance(Connection& db, const World& world, Dice& dice) {
     query.bind("name", type).run();
   }
   for (std::int64_t id = 1; id <= 160; ++id) {
-    const World::Piece& piece = dice.of(std::span<const World::Piece>(world.pieces));
+    const World::Piece& drawn = dice.of(std::span<const World::Piece>(world.pieces));
+    // Of a group a member is sent.
+    const World::Piece& piece = drawn.members.empty() ? drawn : world.pieces[drawn.members.front()];
     const Moment in = world.today - dice.between(1, 800) * day;
     const bool back = world.today - in > 10 * day;
     Query query(
