@@ -21,6 +21,7 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "frame/app.h"
+#include "inventory/inventory_window.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
@@ -44,9 +45,10 @@ class Tour {
   void run() {
     watch_.start(60);
     const std::vector<std::function<void()>> stops = {
-        [this] { views(); },  [this] { inventory(); },    [this] { newBooking(); },
-        [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
-        [this] { policy(); }, [this] { session(); },      [this] { monitor(); }};
+        [this] { views(); },       [this] { inventory(); }, [this] { inventoryRecords(); },
+        [this] { newBooking(); },  [this] { pickUp(); },    [this] { savedBooking(); },
+        [this] { circulation(); }, [this] { policy(); },    [this] { session(); },
+        [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -145,6 +147,42 @@ class Tour {
       listFirst(view, node->children);
       if (view.fa.hasData()) return;
     }
+  }
+
+  /// The selected record of each view, page by page, with the first type of its members listed; then a new
+  /// one.
+  void inventoryRecords() {
+    for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance}) {
+      const ViewRow& row = inventoryViewOf(kind);
+      main().showView(row.id);
+      InventoryView& view = main().inventory(kind);
+      if (view.fa.hasData()) view.fa.click(1, 1);
+      view.cmdEditInv.press();
+      if (auto* window = last<InventoryWindow>()) pages(*window, qt(row.picture) + "-record");
+      OpenRecordWindow(app(), {kind, "", kSourceMainWindow});
+      if (auto* window = last<InventoryWindow>()) {
+        picture(*window, qt(row.picture) + "-new");
+        close(*window);
+      }
+    }
+  }
+  void pages(InventoryWindow& window, const QString& name) {
+    for (int page = 0; page < static_cast<int>(window.mnuViewPages.size()); ++page) {
+      window.mnuViewPage_Click(page);
+      for (const char* tree : {"tvwGroup", "tvwRoom"}) clickFirstType(window, tree);
+      picture(window, QString("%1-%2").arg(name).arg(page));
+    }
+    close(window);
+  }
+  static void clickFirstType(InventoryWindow& window, std::string_view name) {
+    auto* tree = dynamic_cast<Tree*>(window.findControl(name));
+    if (!tree || !tree->usable() || tree->Roots().empty()) return;
+    const auto& types = tree->Roots().back()->children;
+    if (!types.empty()) tree->click(types.front()->key);
+  }
+  static void close(InventoryWindow& window) {
+    window.Closing = true;
+    window.Unload();
   }
 
   void tabs(frmBooking& editor, const QString& name) {
