@@ -37,7 +37,7 @@ constexpr ReplyColumn kPriorityColumn = {.heading = "Priority", .tag = tags::SPR
 constexpr ReplyColumn kAvailableColumns[] = {
     kIdColumn,
     kPriorityColumn,
-    {.heading = "Status", .tag = tags::STY, .width = 1900, .align = Align::Center}};
+    {.heading = "Status", .tag = tags::STY, .width = 1400, .align = Align::Center}};
 constexpr ReplyColumn kAppliedColumns[] = {
     kIdColumn,
     kPriorityColumn,
