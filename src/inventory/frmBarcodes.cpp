@@ -136,6 +136,8 @@ bool frmBarcodes::remove(int row) {
   if (!ask_("REMEGBAR", {{tags::EID, id_}, {tags::BNO, list_.text(row, kBarcode)}})) return false;
   changed = true;
   fa.RemoveItem(row);
+  shown_ = {};  // what the fields still hold is stored nowhere
+  cmdDelete.Enabled = fa.Row >= fa.FixedRows;
   return true;
 }
 

@@ -37,7 +37,7 @@ constexpr ReplyColumn kPriorityColumn = {.heading = "Priority", .tag = tags::SPR
 constexpr ReplyColumn kAvailableColumns[] = {
     kIdColumn,
     kPriorityColumn,
-    {.heading = "Status", .tag = tags::STY, .width = 2200, .align = Align::Center}};
+    {.heading = "Status", .tag = tags::STY, .width = 1400, .align = Align::Center}};
 constexpr ReplyColumn kAppliedColumns[] = {
     kIdColumn,
     kPriorityColumn,
@@ -79,7 +79,7 @@ frmStatus::frmStatus(App& app, RecordKind kind, std::string id)
   const LayoutNode left = Column{lblAvailable, fa(kAvailable)};
   const LayoutNode right = Column{lblApplied, fa(kApplied)};
   Layout =
-      Column{Row{left.share(2), Column{Stretch{}, cmdAddStatus, cmdRemoveStatus, Stretch{}}, right.share(4)},
+      Column{Row{left.share(2), Column{Stretch{}, cmdAddStatus, cmdRemoveStatus, Stretch{}}, right.share(3)},
              Row{Stretch{}, cmdOK}};
 }
 

@@ -14,6 +14,7 @@
 #include "booking/frmOverrideLibSched.h"
 #include "booking/frmPickEquip.h"
 #include "booking/frmRequester.h"
+#include "booking/frmRoomInfo.h"
 #include "booking/frmSelectMediaType.h"
 #include "booking/frmSupervisor.h"
 #include "booking/frmTimeLine.h"
@@ -22,7 +23,13 @@
 #include "circulation/frmPopupNote.h"
 #include "desktop/desk_story.h"
 #include "frame/frmLocation.h"
+#include "inventory/frmBarcodes.h"
+#include "inventory/frmMaintDetails.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/frmNotes.h"
+#include "inventory/frmNumbers.h"
+#include "inventory/frmRoomEquip.h"
+#include "inventory/frmStatus.h"
 #include "inventory/inventory_window.h"
 #include "lists/legend.h"
 #include "messaging/dialogs.h"
@@ -167,6 +174,7 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmOverrideLibSched>(app, frmOverrideLibSched::Status{});
   expectNamedWindow<frmPickEquip>(app, record);
   expectNamedWindow<frmRequester>(app, record);
+  expectNamedWindow<frmRoomInfo>(app, record);
   expectNamedWindow<frmSelectMediaType>(app, std::vector<MediaType>{});
   expectNamedWindow<frmSupervisor>(app, "OVOTR");
   expectNamedWindow<frmTimeLine>(app);
@@ -175,14 +183,20 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
     discharge.BookingId = std::stoi(out);
     expectNamedOnceShown(discharge);
   }
-  for (const std::string& sought :
-       {std::string(kFindPatronTag), std::string(kFindRoomTag), genericRoomTag({})}) {
+  for (const std::string_view sought : {kFindPatronTag, kFindRoomTag}) {
     PlainFind picker(app);
-    picker.Tag = sought;
+    picker.Tag = std::string(sought);
     expectNamedOnceShown(picker);
   }
   expectNamedWindow<frmPopupNote>(app);
   expectNamedWindow<frmMultBarOrNo>(app);
+  expectNamedWindow<frmStatus>(app, kEquipment, "1");
+  expectNamedWindow<frmNotes>(app, "Status Note", "Enter a note for this status.");
+  expectNamedWindow<frmBarcodes>(app, "1");
+  expectNamedWindow<frmMaintDetails>(app, kSourceRoom, DetailLine{});
+  expectNamedWindow<frmRoomEquip>(app, "1");
+  ShowAssignedNumbers(app, kEquipment, "1");
+  expectNamed(all[all.Count() - 1]);
   expectNamedWindow<frmLocation>(app);
   expectNamedWindow<frmAbout>(all, app.session);
   expectNamedWindow<frmError>(all, app.tools, app.global,

@@ -282,6 +282,14 @@ TEST_F(BarcodeDialog, AnExistingOneIsTakenAwayBeforeItGetsItsNewStatus) {
   EXPECT_THAT(rows(window->fa), testing::ElementsAre("B10|Inactive|", "B2|Active|"))
       << "as the server has it";
   EXPECT_EQ(window->txtBARCODE_NO.Text, "A1") << "it can be added again";
+  EXPECT_FALSE(window->cmdDelete.Enabled);
+  window->cboBARCODE_STS.select(2);
+  desktop.expectQuestion("Changes will be lost!  Do you wish to SAVE this record before exiting?", true);
+  server.expect("NEWEGBAR", "EID=11 BNO=A1 ULI=3 BSI=2").fails(108);
+  expectReport();
+  window->cmdClose.press();
+  EXPECT_TRUE(window->isLoaded()) << "as it was before, and stored nowhere";
+  window->cboBARCODE_STS.select(1);
   EXPECT_TRUE(window->changed);
 
   server.expect("NEWEGBAR", "EID=11 BNO=A1 ULI=3 BSI=1");

@@ -21,6 +21,11 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "frame/app.h"
+#include "inventory/frmBarcodes.h"
+#include "inventory/frmMaintDetails.h"
+#include "inventory/frmNumbers.h"
+#include "inventory/frmRoomEquip.h"
+#include "inventory/frmStatus.h"
 #include "inventory/inventory_window.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
@@ -139,6 +144,38 @@ class Tour {
     main().groupView().cmdMembers.press();
     main().groupView().members.fa.click(1, 1);
     picture(main(), "group-members");
+    inventoryDialogs();
+  }
+  /// The small windows on the first piece of the list, with a status applied and a barcode added.
+  void inventoryDialogs() {
+    main().showView(ViewId::Equipment);
+    const std::string piece = main().inventory(kEquipment).fa.TextMatrix(1, 0);
+    frmStatus status(app(), kEquipment, piece);
+    status.Show();
+    status.fa(0).click(1, 1);
+    picture(status, "status");
+    press("cmdCancel");
+    status.cmdAddStatus.press();
+    picture(status, "status-applied");
+    status.cmdRemoveStatus.press();
+    status.Unload();
+    frmBarcodes barcodes(app(), piece);
+    barcodes.Show();
+    barcodes.fa.click(1, 0);
+    picture(barcodes, "barcodes");
+    barcodes.Unload();
+    ShowAssignedNumbers(app(), kEquipment, app().context.categories.equipment.front().id);
+    if (auto* numbers = last<frmNumbers>()) {
+      picture(*numbers, "numbers");
+      numbers->Unload();
+    }
+    frmMaintDetails details(app(), kSourceRoom, {});
+    details.Show();
+    details.fa.click(1, 1);
+    picture(details, "details");
+    frmRoomEquip move(app(), piece);
+    move.Show();
+    picture(move, "move");
   }
   static void listFirst(InventoryView& view, const std::vector<TreeNode*>& nodes) {
     for (const TreeNode* node : nodes) {
@@ -207,6 +244,8 @@ class Tour {
     editor->mnuFileSave_Click();
     editor->tabBooking.SelectedTab = 1;
     editor->media.cmdSearchMedia_Click();
+    editor->tabBooking.SelectedTab = 2;
+    editor->place.cmdGenericRoom_Click(0);
     editor->tabBooking.SelectedTab = 3;
     editor->equipment.cmdAddType_Click();
     editor->equipment.cmdSpecific_Click();
