@@ -101,8 +101,8 @@ void frmGroup::showOwn() {
   txtHIST_BKNGS.Text = "";
 }
 
-void frmGroup::showAsStored() {
-  PieceWindow::showAsStored();
+void frmGroup::copyEnds() {
+  PieceWindow::copyEnds();
   members.unlock();
 }
 

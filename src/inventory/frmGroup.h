@@ -30,7 +30,7 @@ class frmGroup : public PieceWindow {
   [[nodiscard]] NotesPanel* notesPanel() override { return &notes; }
   [[nodiscard]] PropertiesPanel& properties() override { return propertyFields; }
   void showOwn() override;
-  void showAsStored() override;
+  void copyEnds() override;
   void SetFormSecurity() override;
   void merge(bool on) override;
 

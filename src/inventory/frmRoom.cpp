@@ -157,8 +157,8 @@ void frmRoom::takeReply(bool created) {
   if (created) txtROOM_NAME.Tag = recordId();
 }
 
-void frmRoom::showAsStored() {
-  TypedWindow::showAsStored();
+void frmRoom::copyEnds() {
+  TypedWindow::copyEnds();
   equipment.unlock();
 }
 

@@ -53,7 +53,7 @@ class frmRoom : public TypedWindow {
   void showRecord() override;
   void addOwnTags() override;
   void takeReply(bool created) override;
-  void showAsStored() override;
+  void copyEnds() override;
   void DisableEditing() override;
   void SetFormSecurity() override;
   void merge(bool on) override;

@@ -121,15 +121,14 @@ bool InventoryWindow::requiredAreFilled() {
 
 void InventoryWindow::Save() {
   if (!requiredAreFilled()) return;
-  if (copy_) {
-    mode_ = Mode::New;
-    copy_ = false;
-    id_.clear();
-    copyEnds();
-  }
-  const bool created = isNew();
+  const bool wasCopy = copy_;
+  const bool created = isNew() || wasCopy;
+  const bool stored = send(created);
+  if (!stored && kind_.refusalEndsSave) return;
   // A refused save goes on, on purpose: the record counts as saved, and its next save is an update.
-  if (!send(created) && kind_.refusalEndsSave) return;
+  if (!stored && created) id_.clear();
+  copy_ = false;
+  if (wasCopy) copyEnds();
   if (created) showAsStored();
   Caption = captionNow();
   mode_ = Mode::Existing;

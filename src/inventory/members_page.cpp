@@ -100,7 +100,7 @@ void MembersPage::connectList(Grid& grid) {
 // The first visit, copies
 
 void MembersPage::load() {
-  visited_ = true;
+  loaded_ = true;
   if (recordId_().empty()) return;  // a refused record has none
   readMembers();
   buildTree();
@@ -115,7 +115,7 @@ void MembersPage::lock() {
 void MembersPage::unlock() {
   locked_ = false;
   setEnabled(true, addByBarcode, addByNumber, newPiece, newGroup);
-  if (visited_) load();
+  if (loaded_) load();
 }
 
 // Selection

@@ -86,7 +86,7 @@ class MembersPage {
   void load();
   /// A copy can only look at the members of its model.
   void lock();
-  /// The copy is stored, as a record of its own without members.
+  /// The copy is a record of its own now, without members.
   void unlock();
   virtual void secure(const Rights& rights) = 0;
 
@@ -150,7 +150,7 @@ class MembersPage {
   std::function<std::string()> recordId_;
   Grid* active_ = nullptr;  ///< the list in which a row was selected last
   bool locked_ = false;
-  bool visited_ = false;
+  bool loaded_ = false;
 };
 
 }  // namespace vantry

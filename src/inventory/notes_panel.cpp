@@ -87,7 +87,7 @@ void NotesPanel::arrange(Frame& frame) {
 // Types
 
 void NotesPanel::load() {
-  visited_ = true;
+  loaded_ = true;
   fillTypes(std::string(kNone));
 }
 
@@ -203,7 +203,7 @@ void NotesPanel::lock() {
 
 void NotesPanel::unlock() {
   locked_ = false;
-  if (visited_ && !recordId_().empty()) load();
+  if (loaded_ && !recordId_().empty()) load();
 }
 
 void NotesPanel::secure(bool mayUpdate) {

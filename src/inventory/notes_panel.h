@@ -52,7 +52,7 @@ class NotesPanel {
   void load();
   /// In a copy nothing can be changed: the notes are those of its model.
   void lock();
-  /// The copy is stored, as a record of its own without notes.
+  /// The copy is a record of its own now, without notes.
   void unlock();
   void secure(bool mayUpdate);
   /// Asks whether a changed note is to be saved, before the window closes.
@@ -82,7 +82,7 @@ class NotesPanel {
   std::string typeId_;  ///< of the note that is shown
   bool mayUpdate_ = true;
   bool locked_ = false;
-  bool visited_ = false;
+  bool loaded_ = false;
 };
 
 }  // namespace vantry

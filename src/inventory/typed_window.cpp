@@ -99,10 +99,11 @@ void TypedWindow::showNumber() {
 
 // Saving
 
-/// Status and bookings of its model are not its own.
+/// Status, bookings and notes of its model are not its own.
 void TypedWindow::copyEnds() {
   controls_.status.Text = std::string(kind_.newStatus);
   bookings.unlock();
+  if (NotesPanel* notes = notesPanel()) notes->unlock();
 }
 
 void TypedWindow::addRecord(bool) {
@@ -117,11 +118,6 @@ void TypedWindow::addRecord(bool) {
 void TypedWindow::takeReply(bool created) {
   const auto valueOf = [this](std::string_view tag) { return messageValue(tag); };
   created ? properties().showCreated(valueOf) : properties().showUpdated(valueOf);
-}
-
-void TypedWindow::showAsStored() {
-  InventoryWindow::showAsStored();
-  if (NotesPanel* notes = notesPanel()) notes->unlock();
 }
 
 void TypedWindow::refreshLists() {

@@ -45,7 +45,6 @@ class TypedWindow : public InventoryWindow {
   void copyEnds() override;
   void addRecord(bool created) override;
   void takeReply(bool created) override;
-  void showAsStored() override;
   void refreshLists() override;
   void refreshNumbers() override;
   void DisableEditing() override;

@@ -105,8 +105,13 @@ TEST_F(FrmGroupTest, ShowsARecordANewOneAndACopy) {
   copy.members.txtBarOrNumber.type("B13");
   copy.members.cmdAddByBarcode.press();
   EXPECT_FALSE(copy.members.cmdRemove.Enabled || copy.members.newPiece.usable());
-  server.expect("NEWGRPD", "BNO= ETI=8 ETY=\"Video Set\" ENO=\"VIDEO SET\" LOC=3 RID=2 RNM=\"102 - Store\"")
-      .replies("EID=30");
+  constexpr const char* kTags =
+      "BNO= ETI=8 ETY=\"Video Set\" ENO=\"VIDEO SET\" LOC=3 RID=2 RNM=\"102 - Store\"";
+  server.expect("NEWGRPD", kTags).fails(125);
+  desktop.expectWarning(kNoChange);
+  save(copy);
+  EXPECT_EQ(copy.Caption, "Copy of Group Inventory  - SET1") << "a refused copy is still one";
+  server.expect("NEWGRPD", kTags).replies("EID=30");
   server.expect("GETGEQ", "EID=30");
   server.expect("GETEASC", "EID=30");
   server.expect("GETEAVC");
