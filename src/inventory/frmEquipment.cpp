@@ -39,7 +39,8 @@ static const PieceWindowKind kKind{
               .numberTag = tags::ENO,
               .newStatus = kNotCharged,
               .bookings = kEquipmentBookings,
-              .bookingsGrid = "fa(0)"},
+              .bookingsGrid = "fa(0)",
+              .notes = kEquipmentNotes},
     .moveRefusal = "Booking exist for Pickup and Delivery.",
     .typeTip = "Select from Television, VCR, Projector...",
     .numberTip = "Enter an equipment number...TV1",
@@ -52,11 +53,7 @@ static constexpr std::string_view kNone = "(none)";
 
 frmEquipment::frmEquipment(App& app) : PieceWindow(app, kKind), fields_(fieldTable()) {
   txtGroup.Locked = true;
-  placePages({{"Details", fraDetails},
-              {"Bookings", fraBookings, [this] { firstVisit(bookings); }},
-              {"Maintenance", fraMaintenance, [this] { firstMaintenance(); }},
-              {"Notes", fraNotes, [this] { firstVisit(notes); }},
-              {"Properties", fraProperties}});
+  placePagesAround({"Maintenance", fraMaintenance, [this] { firstMaintenance(); }});
   connect();
   arrange();
 }
@@ -77,8 +74,7 @@ std::vector<RecordField> frmEquipment::fieldTable() {
   edited(dtEQUIP_NXT_MAINT, tags::ENM, "Date when next maintenance is to be performed.");
   rows.push_back({.control = txtGroup, .tip = "View the group information for this piece of equipment."});
   rows.push_back({.control = cmdSaveDetails, .tip = "Save the information on this tab."});
-  propertyFields.addFields(rows);
-  rows.push_back({txtHIST_BKNGS, tags::EHB, FieldUse::Shown});
+  addPropertyFields(rows);
   rows.push_back({txtHIST_MAINT, tags::EHM, FieldUse::Shown});
   return rows;
 }
@@ -137,8 +133,7 @@ void frmEquipment::showOwn() {
   caller_ = app_.slots.group;
   fields_.load([this](std::string_view tag) { return messageValue(tag); });
   if (isCopy()) {
-    propertyFields.clear();
-    txtHIST_BKNGS.Text = "";
+    clearProperties();
     txtHIST_MAINT.Text = "";
     return showGroup({});
   }

@@ -37,7 +37,8 @@ static const PieceWindowKind kKind{
               .numberTag = tags::ENO,
               .newStatus = kNotCharged,
               .bookings = kEquipmentBookings,
-              .bookingsGrid = "fa(2)"},
+              .bookingsGrid = "fa(2)",
+              .notes = kEquipmentNotes},
     .moveRefusal = "Booking exist for Pickup or Delivery.",
     .typeTip = "Select the appropriate Group...TV_VCRs",
     .numberTip = "Enter an equipment number...TV_VCR1",
@@ -47,11 +48,7 @@ static const PieceWindowKind kKind{
     .currentlyAtTip = "The room where the group is currently located."};
 
 frmGroup::frmGroup(App& app) : PieceWindow(app, kKind), fields_(fieldTable()) {
-  placePages({{"Details", fraDetails},
-              {"Bookings", fraBookings, [this] { firstVisit(bookings); }},
-              {"Members", fraMembers, [this] { firstVisit(members); }},
-              {"Notes", fraNotes, [this] { firstVisit(notes); }},
-              {"Properties", fraProperties}});
+  placePagesAround({"Members", fraMembers, [this] { firstVisit(members); }});
   connect();
   arrange();
 }
@@ -62,8 +59,7 @@ std::vector<RecordField> frmGroup::fieldTable() {
                   .tag = tags::EQVR,
                   .use = FieldUse::Shown,
                   .tip = "How much $$$ will it cost to replace this group?"});
-  propertyFields.addFields(rows);
-  rows.push_back({txtHIST_BKNGS, tags::EHB, FieldUse::Shown});
+  addPropertyFields(rows);
   return rows;
 }
 
@@ -97,8 +93,7 @@ void frmGroup::showOwn() {
   fields_.load([this](std::string_view tag) { return messageValue(tag); });
   if (!isCopy()) return;
   takeMembersValue("");
-  propertyFields.clear();
-  txtHIST_BKNGS.Text = "";
+  clearProperties();
 }
 
 void frmGroup::copyEnds() {

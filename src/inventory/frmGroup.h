@@ -18,17 +18,9 @@ class frmGroup : public PieceWindow {
 
   Frame fraMembers{*this, "fraTab(2)", "", 0};
   GroupMembers members{app_, ask_, fraMembers, *this};
-  Frame fraNotes{*this, "fraTab(3)", "", 0};
-  NotesPanel notes{app_, ask_, fraNotes, kEquipmentNotes, [this] { return recordId(); }};
-  Frame fraProperties{*this, "fraTab(4)", "", 0};
-  PropertiesPanel propertyFields{fraProperties};
-  Label lblHIST_BKNGS{fraProperties, "lblHIST_BKNGS", "Historical Bookings:"};
-  TextBox txtHIST_BKNGS{fraProperties, "txtHIST_BKNGS"};
 
  protected:
   [[nodiscard]] const RecordFields& fields() const override { return fields_; }
-  [[nodiscard]] NotesPanel* notesPanel() override { return &notes; }
-  [[nodiscard]] PropertiesPanel& properties() override { return propertyFields; }
   void showOwn() override;
   void copyEnds() override;
   void SetFormSecurity() override;

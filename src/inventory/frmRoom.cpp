@@ -40,15 +40,12 @@ static const TypedWindowKind kKind{
     .numberTag = tags::RNO,
     .newStatus = kAvailable,
     .bookings = kRoomBookings,
-    .bookingsGrid = "fa(2)"};
+    .bookingsGrid = "fa(2)",
+    .notes = kRoomNotes};
 
 frmRoom::frmRoom(App& app)
     : TypedWindow(app, kKind, {cboROOM_TYPE, txtROOM_NO, cmdROOM_NO, txtSTS_TYPE}), fields_(fieldTable()) {
-  placePages({{"Details", fraDetails},
-              {"Bookings", fraBookings, [this] { firstVisit(bookings); }},
-              {"Equipment", fraEquipment, [this] { firstVisit(equipment); }},
-              {"Notes", fraNotes, [this] { firstVisit(notes); }},
-              {"Properties", fraProperties}});
+  placePagesAround({"Equipment", fraEquipment, [this] { firstVisit(equipment); }});
   connectControls();
   connect();
   arrange();
@@ -75,8 +72,7 @@ std::vector<RecordField> frmRoom::fieldTable() {
       {.control = equipment.cmdAdd, .tip = "Add Equipment to Room."},
       {.control = equipment.cmdRemove,
        .tip = "Remove Equipment from this room, but put it in another room."}};
-  propertyFields.addFields(rows);
-  rows.push_back({txtHIST_BKNGS, tags::EHB, FieldUse::Shown});
+  addPropertyFields(rows);
   return rows;
 }
 
@@ -125,12 +121,9 @@ void frmRoom::showNew() {
 
 void frmRoom::showRecord() {
   if (!isCopy()) txtROOM_NAME.Tag = recordId();
-  propertyFields.txtCR_LOC_NAME.Tag = messageValue(tags::CLI);
+  propertyFields.txtCR_LOC_NAME.Tag = messageValue(tags::CLI);  // its id, which nobody reads on the screen
   fields_.load([this](std::string_view tag) { return messageValue(tag); });
-  if (isCopy()) {
-    propertyFields.clear();
-    txtHIST_BKNGS.Text = "";
-  }
+  if (isCopy()) clearProperties();
   details.fill();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "inventory/detail_lines.h"
-#include "inventory/notes_panel.h"
 #include "inventory/room_equipment.h"
 #include "inventory/typed_window.h"
 #include "platform/number_fields.h"
@@ -37,17 +36,9 @@ class frmRoom : public TypedWindow {
 
   Frame fraEquipment{*this, "fraTab(2)", "", 0};
   RoomEquipment equipment{app_, ask_, fraEquipment, *this};
-  Frame fraNotes{*this, "fraTab(3)", "", 0};
-  NotesPanel notes{app_, ask_, fraNotes, kRoomNotes, [this] { return recordId(); }};
-  Frame fraProperties{*this, "fraTab(4)", "", 0};
-  PropertiesPanel propertyFields{fraProperties};  ///< the tag of the create location is its id
-  Label lblHIST_BKNGS{fraProperties, "lblHIST_BKNGS", "Historical Bookings:"};
-  TextBox txtHIST_BKNGS{fraProperties, "txtHIST_BKNGS"};
 
  protected:
   [[nodiscard]] const RecordFields& fields() const override { return fields_; }
-  [[nodiscard]] NotesPanel* notesPanel() override { return &notes; }
-  [[nodiscard]] PropertiesPanel& properties() override { return propertyFields; }
   void prepare() override;
   void showNew() override;
   void showRecord() override;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "inventory/notes_panel.h"
 #include "inventory/regular_place.h"
 #include "inventory/typed_window.h"
 #include "platform/number_fields.h"

@@ -4,9 +4,9 @@
 
 #include "inventory/frmNumbers.h"
 #include "inventory/frmStatus.h"
-#include "inventory/notes_panel.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
+#include "words/tags.h"
 
 namespace vantry {
 
@@ -21,8 +21,27 @@ constexpr int kLongestNumber = 30;
 TypedWindow::TypedWindow(App& app, const TypedWindowKind& kind, const Controls& controls)
     : InventoryWindow(app, kind.window),
       bookings(app, ask_, fraBookings, kind.bookings, kind.bookingsGrid, [this] { return recordId(); }),
+      notes(app, ask_, fraNotes, kind.notes, [this] { return recordId(); }),
       kind_(kind),
       controls_(controls) {}
+
+void TypedWindow::placePagesAround(const TabPages::Page& third) {
+  placePages({{"Details", fraDetails},
+              {"Bookings", fraBookings, [this] { firstVisit(bookings); }},
+              third,
+              {"Notes", fraNotes, [this] { firstVisit(notes); }},
+              {"Properties", fraProperties}});
+}
+
+void TypedWindow::addPropertyFields(std::vector<RecordField>& rows) {
+  propertyFields.addFields(rows);
+  rows.push_back({txtHIST_BKNGS, tags::EHB, FieldUse::Shown});
+}
+
+void TypedWindow::clearProperties() {
+  propertyFields.clear();
+  txtHIST_BKNGS.Text = "";
+}
 
 void TypedWindow::connectControls() {
   controls_.number.MaxLength = kLongestNumber;
@@ -103,7 +122,7 @@ void TypedWindow::showNumber() {
 void TypedWindow::copyEnds() {
   controls_.status.Text = std::string(kind_.newStatus);
   bookings.unlock();
-  if (NotesPanel* notes = notesPanel()) notes->unlock();
+  notes.unlock();
 }
 
 void TypedWindow::addRecord(bool) {
@@ -117,7 +136,7 @@ void TypedWindow::addRecord(bool) {
 
 void TypedWindow::takeReply(bool created) {
   const auto valueOf = [this](std::string_view tag) { return messageValue(tag); };
-  created ? properties().showCreated(valueOf) : properties().showUpdated(valueOf);
+  created ? propertyFields.showCreated(valueOf) : propertyFields.showUpdated(valueOf);
 }
 
 void TypedWindow::refreshLists() {

@@ -2,6 +2,7 @@
 
 #include "inventory/bookings_panel.h"
 #include "inventory/inventory_window.h"
+#include "inventory/notes_panel.h"
 #include "inventory/properties_panel.h"
 
 namespace vantry {
@@ -15,9 +16,11 @@ struct TypedWindowKind {
   std::string_view newStatus;  ///< that a new record shows
   const BookingsKind& bookings;
   const char* bookingsGrid;  ///< name of the list
+  const NotesKind& notes;
 };
 
-/// The window of a record that has a type, a number and statuses, and is booked: a piece, a group or a room.
+/// The window of a record that has a type, a number, statuses and notes, and is booked: a piece, a group or a
+/// room. The third of its five pages is the deriving window's own.
 class TypedWindow : public InventoryWindow {
  public:
   void txtSTS_TYPE_DblClick();
@@ -25,6 +28,12 @@ class TypedWindow : public InventoryWindow {
   Frame fraDetails{*this, "fraTab(0)", "", 0};
   Frame fraBookings{*this, "fraTab(1)", "", 0};
   BookingsPanel bookings;
+  Frame fraNotes{*this, "fraTab(3)", "", 0};
+  NotesPanel notes;
+  Frame fraProperties{*this, "fraTab(4)", "", 0};
+  PropertiesPanel propertyFields{fraProperties};
+  Label lblHIST_BKNGS{fraProperties, "lblHIST_BKNGS", "Historical Bookings:"};
+  TextBox txtHIST_BKNGS{fraProperties, "txtHIST_BKNGS"};
 
  protected:
   /// The controls of type, number and status, which the deriving window has.
@@ -38,6 +47,7 @@ class TypedWindow : public InventoryWindow {
 
   [[nodiscard]] std::string number() const override { return controls_.number.Text; }
   [[nodiscard]] std::string category() const override { return typeId(); }
+  [[nodiscard]] NotesPanel* notesPanel() override { return &notes; }
 
   void prepare() override;
   void showNew() override;
@@ -56,9 +66,12 @@ class TypedWindow : public InventoryWindow {
   virtual void addOwnTags() = 0;
   /// The status was set, or may have changed.
   virtual void statusIsShown() {}
-  /// The properties of the page.
-  [[nodiscard]] virtual PropertiesPanel& properties() = 0;
-
+  /// Gives all pages their frames.
+  void placePagesAround(const TabPages::Page& third);
+  /// Adds the rows of the page of properties to the table of fields.
+  void addPropertyFields(std::vector<RecordField>& rows);
+  /// A copy was made by nobody yet, and never booked.
+  void clearProperties();
   /// Sets up the controls; called once, by the constructor of the window that has them.
   void connectControls();
   /// The first visit of a page. A copy can only look at what its model has.
