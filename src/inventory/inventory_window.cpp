@@ -121,15 +121,16 @@ bool InventoryWindow::requiredAreFilled() {
 
 void InventoryWindow::Save() {
   if (!requiredAreFilled()) return;
+  const bool wasCopy = copy_;
   if (copy_) {
     mode_ = Mode::New;
     copy_ = false;
     id_.clear();
-    copyEnds();
   }
   const bool created = isNew();
   // A refused save goes on, on purpose: the record counts as saved, and its next save is an update.
   if (!send(created) && kind_.refusalEndsSave) return;
+  if (wasCopy) copyEnds();
   if (created) showAsStored();
   Caption = captionNow();
   mode_ = Mode::Existing;

@@ -111,14 +111,14 @@ class InventoryWindow : public RecordWindow {
   std::string modelNumber;
 
   // Saving, in this order.
-  /// A copy is about to be saved: it is a new record from now on, with all its commands.
-  virtual void copyEnds() {}
   /// Whether no required field is empty. What is missing has been told.
   [[nodiscard]] virtual bool requiredAreFilled();
   /// Adds the tags of the save behind the id.
   virtual void addRecord(bool created) = 0;
   /// Reads from the reply of the save what only the server knows. `id` is taken by the window itself.
   virtual void takeReply(bool created) = 0;
+  /// A copy was saved: it is a record of its own from now on, with all its commands.
+  virtual void copyEnds() {}
   /// A new record shows the pages and commands of a stored one.
   virtual void showAsStored();
   /// What belongs to the save beyond the record itself; false ends it here.

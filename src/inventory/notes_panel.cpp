@@ -87,6 +87,7 @@ void NotesPanel::arrange(Frame& frame) {
 // Types
 
 void NotesPanel::load() {
+  loaded_ = true;
   fillTypes(std::string(kNone));
 }
 
@@ -202,7 +203,7 @@ void NotesPanel::lock() {
 
 void NotesPanel::unlock() {
   locked_ = false;
-  load();
+  if (loaded_ && !recordId_().empty()) load();
 }
 
 void NotesPanel::secure(bool mayUpdate) {

@@ -82,6 +82,7 @@ class NotesPanel {
   std::string typeId_;  ///< of the note that is shown
   bool mayUpdate_ = true;
   bool locked_ = false;
+  bool loaded_ = false;
 };
 
 }  // namespace vantry
