@@ -79,7 +79,7 @@ void RegularPlace::probe() {
   const std::string id = record().id;
   const int rc = ask_.codeOf(
       "ADDREQP", {{tags::EID, id}, {tags::RID, id.empty() || room.empty() ? kNoRoom : room.c_str()}});
-  inPendingBooking_ = rc == codes::InPendingBooking;
+  inPendingBooking_ = rc == codes::PendingBooking;
   statusChanged();
 }
 

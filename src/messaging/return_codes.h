@@ -56,7 +56,6 @@ inline constexpr int WarningLimit = 187;  ///< of a record: within the warning l
 // Inventory.
 inline constexpr int HeldByBookings = 100;
 inline constexpr int GroupStatus = 125;       ///< the group's status forbids the change
-inline constexpr int InPendingBooking = 174;  ///< a booking that is not over holds the thing
 inline constexpr int BookingsFollow = 182;    ///< done, and bookings were changed with it
 
 }  // namespace vantry::codes
