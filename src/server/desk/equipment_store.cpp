@@ -56,6 +56,13 @@ void visitMembers(Connection& db, std::int64_t groupId, const EquipmentVisitor& 
   visitRows(query, visit);
 }
 
+void visitEquipmentOfRoom(Connection& db, std::int64_t roomId, const EquipmentVisitor& visit) {
+  static const std::string sql = rowsWhere("e.room_id = :room_id order by e.number, e.id");
+  Query query(db, sql);
+  query.bind("room_id", roomId);
+  visitRows(query, visit);
+}
+
 void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit) {
   static const std::string sql =
       rowsWhere("e.equipment_type_id = :type_id and e.group_id is not null order by e.number, e.id");

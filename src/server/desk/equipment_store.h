@@ -40,6 +40,8 @@ void visitLooseEquipment(Connection& db, std::int64_t typeId, std::int64_t roomI
 
 /// The members of a group.
 void visitMembers(Connection& db, std::int64_t groupId, const EquipmentVisitor& visit);
+/// The pieces and groups that are regularly kept in a room, by number.
+void visitEquipmentOfRoom(Connection& db, std::int64_t roomId, const EquipmentVisitor& visit);
 /// The pieces of a type that belong to any group, by number.
 void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit);
 
