@@ -138,6 +138,7 @@ class Tour {
       listFirst(view, view.tvwDB.Roots());
       if (view.fa.hasData()) view.fa.click(1, 1);
       picture(main(), qt(row.picture) + "-list");
+      recordPages(kind, qt(row.picture), view);
     }
     main().showView(ViewId::Groups);
     main().groupView().fa.click(2, 1);
@@ -145,6 +146,23 @@ class Tour {
     main().groupView().members.fa.click(1, 1);
     picture(main(), "group-members");
     inventoryDialogs();
+  }
+  /// Every page of the record that is selected, and a new record.
+  void recordPages(int kind, const QString& name, InventoryView& view) {
+    view.cmdEditInv.press();
+    if (auto* record = last<InventoryWindow>()) {
+      for (std::size_t page = 0; page < record->mnuViewPages.size(); ++page) {
+        record->mnuViewPage_Click(static_cast<int>(page));
+        picture(*record, name + "-record-" + QString::number(page + 1));
+      }
+      record->Unload();
+    }
+    if (kind == kMaintenance) return;
+    OpenRecordWindow(app(), {kind, "", kSourceMainWindow});
+    if (auto* record = last<InventoryWindow>()) {
+      picture(*record, name + "-new");
+      record->Unload();
+    }
   }
   /// The small windows on the first piece of the list, with a status applied and a barcode added.
   void inventoryDialogs() {
