@@ -50,10 +50,9 @@ class Tour {
   void run() {
     watch_.start(60);
     const std::vector<std::function<void()>> stops = {
-        [this] { views(); },       [this] { inventory(); }, [this] { inventoryRecords(); },
-        [this] { newBooking(); },  [this] { pickUp(); },    [this] { savedBooking(); },
-        [this] { circulation(); }, [this] { policy(); },    [this] { session(); },
-        [this] { monitor(); }};
+        [this] { views(); },  [this] { inventory(); },    [this] { newBooking(); },
+        [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
+        [this] { policy(); }, [this] { session(); },      [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -153,6 +152,7 @@ class Tour {
     if (auto* record = last<InventoryWindow>()) {
       for (std::size_t page = 0; page < record->mnuViewPages.size(); ++page) {
         record->mnuViewPage_Click(static_cast<int>(page));
+        for (const char* tree : {"tvwGroup", "tvwRoom"}) clickFirstType(*record, tree);
         picture(*record, name + "-record-" + QString::number(page + 1));
       }
       record->Unload();
@@ -163,6 +163,12 @@ class Tour {
       picture(*record, name + "-new");
       record->Unload();
     }
+  }
+  static void clickFirstType(InventoryWindow& record, std::string_view name) {
+    auto* tree = dynamic_cast<Tree*>(record.findControl(name));
+    if (!tree || !tree->usable() || tree->Roots().empty()) return;
+    const auto& types = tree->Roots().back()->children;
+    if (!types.empty()) tree->click(types.front()->key);
   }
   /// The small windows on the first piece of the list, with a status applied and a barcode added.
   void inventoryDialogs() {
@@ -202,42 +208,6 @@ class Tour {
       listFirst(view, node->children);
       if (view.fa.hasData()) return;
     }
-  }
-
-  /// The selected record of each view, page by page, with the first type of its members listed; then a new
-  /// one.
-  void inventoryRecords() {
-    for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance}) {
-      const ViewRow& row = inventoryViewOf(kind);
-      main().showView(row.id);
-      InventoryView& view = main().inventory(kind);
-      if (view.fa.hasData()) view.fa.click(1, 1);
-      view.cmdEditInv.press();
-      if (auto* window = last<InventoryWindow>()) pages(*window, qt(row.picture) + "-record");
-      OpenRecordWindow(app(), {kind, "", kSourceMainWindow});
-      if (auto* window = last<InventoryWindow>()) {
-        picture(*window, qt(row.picture) + "-new");
-        close(*window);
-      }
-    }
-  }
-  void pages(InventoryWindow& window, const QString& name) {
-    for (int page = 0; page < static_cast<int>(window.mnuViewPages.size()); ++page) {
-      window.mnuViewPage_Click(page);
-      for (const char* tree : {"tvwGroup", "tvwRoom"}) clickFirstType(window, tree);
-      picture(window, QString("%1-%2").arg(name).arg(page));
-    }
-    close(window);
-  }
-  static void clickFirstType(InventoryWindow& window, std::string_view name) {
-    auto* tree = dynamic_cast<Tree*>(window.findControl(name));
-    if (!tree || !tree->usable() || tree->Roots().empty()) return;
-    const auto& types = tree->Roots().back()->children;
-    if (!types.empty()) tree->click(types.front()->key);
-  }
-  static void close(InventoryWindow& window) {
-    window.Closing = true;
-    window.Unload();
   }
 
   void tabs(frmBooking& editor, const QString& name) {
