@@ -3,6 +3,7 @@
 #include "frame/modMain.h"
 #include "inventory/inventory_removal.h"
 #include "inventory/notes_panel.h"
+#include "inventory/record_gone.h"
 #include "platform/wiring.h"
 #include "records/records.h"
 #include "records/required_fields.h"
@@ -144,7 +145,7 @@ void InventoryWindow::Save() {
 bool InventoryWindow::send(bool created) {
   if (!created) app_.message.Add(kind_.idTag, id_);
   addRecord(created);
-  if (!ask_(created ? kind_.create : kind_.update)) return false;
+  if (!askForRecord(app_, ask_, created ? kind_.create : kind_.update)) return false;
   if (created) {
     id_ = app_.message.Get(kind_.idTag);
     Tag = recordTag(opening().kind, id_);

@@ -4,6 +4,7 @@
 
 #include "inventory/frmNumbers.h"
 #include "inventory/frmStatus.h"
+#include "inventory/record_gone.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -99,7 +100,7 @@ void TypedWindow::readRecord() {
   oldType_ = app_.slots.typeNames[slot()];
   controls_.type.ListIndex = std::max(0, controls_.type.indexOf(oldType_));
   // A refused request was reported, and leaves the fields empty.
-  if (!ask_(kind_.readCode, {{kind().idTag, recordId()}})) return;
+  if (!askForRecord(app_, ask_, kind_.readCode, {{kind().idTag, recordId()}})) return;
   showNumber();
   showRecord();
 }
