@@ -44,8 +44,9 @@ MembersPage::MembersPage(App& app, const Ask& ask, Frame& frame, const MembersKi
   mnuPopup.Visible = false;
   buildCandidates(kind_.sources.back());
   members_.build({.columns = kind_.columns, .walk = tags::EID});
+  // The groups of a type are listed wherever they are; what is in the room already is no choice for it.
   candidates_.hooks.accepts = [this] {
-    return kind_.recordTag != tags::RID || app_.message.Get(tags::RID) != recordId_();  // already there
+    return kind_.recordTag != tags::RID || app_.message.Get(tags::RID) != recordId_();
   };
   makePopup();
   connect();
@@ -115,6 +116,9 @@ void MembersPage::lock() {
 void MembersPage::unlock() {
   locked_ = false;
   setEnabled(true, addByBarcode, addByNumber, newPiece, newGroup);
+  tree.Clear();
+  candidates_.clear();
+  members_.clear();
   if (loaded_) load();
 }
 
@@ -245,6 +249,7 @@ void MembersPage::addSelected() {
   if (faCandidates.Row < faCandidates.FixedRows) return;
   const MemberThing thing = thingOf(candidates_, faCandidates.Row);
   if (put(thing, false)) wasAdded(thing.id);
+  faCandidates.SetFocus();  // the button may be off now, and the focus would jump to the next one
 }
 
 void MembersPage::cmdAddByBarcode_Click() {
@@ -279,7 +284,9 @@ void MembersPage::wasAdded(const std::string& id) {
 }
 
 void MembersPage::removeSelected() {
-  if (faMembers.Row >= faMembers.FixedRows) take(thingOf(members_, faMembers.Row));
+  if (faMembers.Row < faMembers.FixedRows) return;
+  take(thingOf(members_, faMembers.Row));
+  faMembers.SetFocus();
 }
 
 // Other windows
