@@ -49,6 +49,12 @@ std::string bytewise(Connection& db, std::string_view column) {
   return std::string(column) + (plain ? "" : " collate \"C\"");
 }
 
+std::string keysIn(Connection& db, std::string_view name) {
+  const std::string value = ":" + std::string(name);
+  if (db.dialect().kind == Dialect::Kind::Sqlite) return "select value from json_each(" + value + ")";
+  return "select cast(value as bigint) as value from json_array_elements_text(cast(" + value + " as json))";
+}
+
 std::string inRange(Connection& db, std::string_view column) {
   return bytewise(db, column) + " >= :low and " + bytewise(db, column) + " <= :high";
 }

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "server/catalogue/catalogue_store.h"
+#include "server/desk/find_criteria.h"
 #include "server/jobs/housekeeping.h"
 #include "server/store/query.h"
 #include "support/server_desk_library.h"
@@ -165,6 +166,7 @@ class QueryPlans : public OnEachDatabase {
   void sendAll() {
     bookAndCirculate();
     search();
+    find();
     for (const SampleMessage& each : sampleMessages()) {
       library().run(std::string(each.row->code), each.tags);
       note(std::string(each.row->code));
@@ -202,6 +204,47 @@ class QueryPlans : public OnEachDatabase {
     send("CATFIND", "SRCHTAG=5; SRCHVAL=vol? qe; KWHO=Y");
     send("BOOKMTH", "DATE=2026-03-01; HBK=N; YRS=Y");
     send("DBK", "BOOKID=1; IM=1; EID=1");
+  }
+
+  /// Each criterion by itself, with history and without, and all of a subject together.
+  void find() {
+    std::map<int, std::string> all;
+    for (const FindCriterion& each : findCriteria()) {
+      const int subject = static_cast<int>(each.subject);
+      const std::string term =
+          "SRCHTAG=" + std::to_string(each.number) + "; SRCHVAL=" + std::string(sampleOf(each.form)) + "; ";
+      send("FIND", term + scopeOf(subject));
+      if (each.subject == FindSubject::Bookings) send("FIND", "SRCHTAG=10; " + term + scopeOf(subject));
+      all[subject] += term;
+    }
+    for (const auto& [subject, terms] : all) {
+      for (const char* word : {"AND", "OR"}) send("FIND", terms + scopeOf(subject) + "; SRCHOP=" + word);
+    }
+    for (const char* scope : {"SRCHFOR=2; SRCHLOC=4", "SRCHFOR=3; SRCHLOC=4", "SRCHFOR=6; SRCHLOC=4"})
+      send("FIND", std::string("SRCHTAG=17; SRCHVAL=E?; ") + scope);
+    send("FIND", "SRCHTAG=6; SRCHVAL=8; SRCHFOR=2; SRCHLOC=1");
+  }
+
+  static std::string scopeOf(int subject) {
+    constexpr const char* scopes[] = {"", "4", "1", "1", "1", "0", "5"};
+    return "SRCHFOR=" + std::to_string(subject) + "; SRCHLOC=" + scopes[subject];
+  }
+
+  static std::string_view sampleOf(FindForm form) {
+    switch (form) {
+      case FindForm::Day:
+      case FindForm::Span:
+        return "2026-03-03";
+      case FindForm::Minute:
+        return "2026-03-03 10:00:00";
+      case FindForm::Capacity:
+        return ">=1";
+      case FindForm::Text:
+      case FindForm::Code:
+        return "x?";
+      default:
+        return "1";
+    }
   }
 
   void keepAccounts() {
