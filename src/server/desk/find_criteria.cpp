@@ -18,15 +18,18 @@ namespace {
 using enum FindSubject;
 using enum FindForm;
 
+// Conditions on other tables are written as selections of one row: PostgreSQL may answer an "exists" by
+// reading the whole table once.
+//
 // What a piece of equipment is booked for is what the booking takes: what stands in its room anyway is not. A
 // requester who asked not to be remembered is found by nothing once the booking is over.
 constexpr std::string_view typeBooked =
-    "exists (select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_type_id = :a and "
-    "l.in_room = 0)";
+    "(select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_type_id = :a and l.in_room "
+    "= 0 limit 1) = 1";
 constexpr std::string_view typeHeld =
-    "select o.booking_id as id from equipment e join occupancy o on o.kind = 1 and o.thing = e.id where "
-    "e.equipment_type_id = :a union all select o.booking_id from occupancy o where o.kind = 11 and o.thing = "
-    ":a";
+    "select o.booking_id as id from equipment e cross join occupancy o where e.equipment_type_id = :a and "
+    "o.kind = 1 and o.thing = e.id union all select o.booking_id from occupancy o where o.kind = 11 and "
+    "o.thing = :a";
 constexpr std::string_view typeInPast =
     "select l.booking_id as id from booking_equipment l where l.equipment_type_id = :a and l.in_room = 0";
 constexpr std::string_view starts = "b.starts_at >= :a and b.starts_at < :b";
@@ -39,7 +42,7 @@ constexpr std::string_view hasBarcode =
 constexpr std::string_view ofBarcode =
     "select c.equipment_id as id from equipment_barcodes c where $RANGE(c.barcode)";
 constexpr std::string_view keepsType =
-    "exists (select 1 from equipment e where e.room_id = r.id and e.equipment_type_id = :a)";
+    "(select 1 from equipment e where e.room_id = r.id and e.equipment_type_id = :a limit 1) = 1";
 constexpr std::string_view cameIn = "m.came_in_on >= :a and m.came_in_on < :b";
 
 constexpr std::array criteria{
@@ -62,47 +65,48 @@ constexpr std::array criteria{
                   "bookings x where x.cleanup_staff_id = :a $OPEN"},
     FindCriterion{
         Bookings, 17, Code,
-        "exists (select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_id in (select "
+        "(select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_id in (select "
         "c.equipment_id from equipment_barcodes c where $RANGE(c.barcode) union select g.group_id from "
-        "equipment_barcodes c join equipment g on g.id = c.equipment_id where $RANGE(c.barcode)))",
+        "equipment_barcodes c join equipment g on g.id = c.equipment_id where $RANGE(c.barcode)) limit 1) = "
+        "1",
         "select l.booking_id as id from booking_equipment l where l.equipment_id in (select c.equipment_id "
         "from equipment_barcodes c where $RANGE(c.barcode) union select g.group_id from equipment_barcodes c "
         "join equipment g on g.id = c.equipment_id where $RANGE(c.barcode))"},
     FindCriterion{
         Bookings, 22, Text,
-        "exists (select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_name) and (p.withheld "
-        "= 0 or b.status in (0, 99, 999)))",
+        "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_name) and (p.withheld = 0 or "
+        "b.status in (0, 99, 999)) limit 1) = 1",
         "select x.id from patrons p join bookings x on x.patron_id = p.id where $RANGE(p.search_name) $OPEN"},
     FindCriterion{Bookings, 23, Text,
-                  "exists (select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_middle) and "
-                  "(p.withheld = 0 or b.status in (0, 99, 999)))",
+                  "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_middle) and "
+                  "(p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
                   "select x.id from patrons p join bookings x on x.patron_id = p.id where "
                   "$RANGE(p.search_middle) $OPEN"},
     FindCriterion{Bookings, 24, Text,
-                  "exists (select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_first) and "
-                  "(p.withheld = 0 or b.status in (0, 99, 999)))",
+                  "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_first) and "
+                  "(p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
                   "select x.id from patrons p join bookings x on x.patron_id = p.id where "
                   "$RANGE(p.search_first) $OPEN"},
     FindCriterion{Bookings, 26, Code,
-                  "exists (select 1 from booking_items l join items i on i.id = l.item_id where l.booking_id "
-                  "= b.id and $RANGE(i.barcode))",
+                  "(select 1 from booking_items l join items i on i.id = l.item_id where l.booking_id = b.id "
+                  "and $RANGE(i.barcode) limit 1) = 1",
                   "select l.booking_id as id from items i join booking_items l on l.item_id = i.id where "
                   "$RANGE(i.barcode)"},
     FindCriterion{
         Bookings, 27, Keys,
-        "exists (select 1 from booking_items l where l.booking_id = b.id and l.title_id in ($KEYS))",
-        "select l.booking_id as id from booking_items l where l.title_id in ($KEYS)"},
+        "(select 1 from booking_items l where l.booking_id = b.id and l.title_id in ($KEYS) limit 1) = 1",
+        "select l.booking_id as id from ($KEYS) k cross join booking_items l where l.title_id = k.value"},
     FindCriterion{
         Bookings, 29, Code,
-        "exists (select 1 from patron_barcodes c join patrons p on p.id = c.patron_id where c.patron_id = "
-        "b.patron_id and $RANGE(c.barcode) and (p.withheld = 0 or b.status in (0, 99, 999)))",
+        "(select 1 from patron_barcodes c join patrons p on p.id = c.patron_id where c.patron_id = "
+        "b.patron_id and $RANGE(c.barcode) and (p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
         "select x.id from patron_barcodes c join bookings x on x.patron_id = c.patron_id where "
         "$RANGE(c.barcode) $OPEN"},
     FindCriterion{
         Bookings, 30, Keys,
-        "exists (select 1 from booking_items l where l.booking_id = b.id and l.holding_id in ($KEYS))",
-        "select l.booking_id as id from holdings h join booking_items l on l.title_id = h.title_id and "
-        "l.holding_id = h.id where h.id in ($KEYS)"},
+        "(select 1 from booking_items l where l.booking_id = b.id and l.holding_id in ($KEYS) limit 1) = 1",
+        "select l.booking_id as id from ($KEYS) k cross join holdings h cross join booking_items l where "
+        "h.id = k.value and l.title_id = h.title_id and l.holding_id = h.id"},
     FindCriterion{Equipment, 1, Key, "e.equipment_type_id = :a"},
     FindCriterion{Equipment, 2, Text, "$RANGE(e.search_number)"},
     FindCriterion{Equipment, 3, Text, "$RANGE(e.search_maker)"},
@@ -116,7 +120,7 @@ constexpr std::array criteria{
     FindCriterion{Equipment, 28, Text, "$RANGE(e.search_serial)"},
     FindCriterion{
         Groups, 1, Key,
-        "exists (select 1 from equipment n where n.group_id = e.id and n.equipment_type_id = :a)",
+        "(select 1 from equipment n where n.group_id = e.id and n.equipment_type_id = :a limit 1) = 1",
         "select n.group_id as id from equipment n where n.equipment_type_id = :a and n.group_id is not null"},
     FindCriterion{Groups, 2, Text, "$RANGE(e.search_number)"},
     FindCriterion{Groups, 4, Key, "e.location_id = :a"},
@@ -133,7 +137,7 @@ constexpr std::array criteria{
     FindCriterion{Rooms, 15, Capacity, "r.capacity >= :a and r.capacity <= :b"},
     FindCriterion{
         Rooms, 16, Key,
-        "exists (select 1 from room_details d where d.room_id = r.id and d.room_detail_type_id = :a)"},
+        "(select 1 from room_details d where d.room_id = r.id and d.room_detail_type_id = :a limit 1) = 1"},
     FindCriterion{Rooms, 18, Text, "$RANGE(r.search_name)"},
     FindCriterion{Rooms, 21, Key, "r.room_type_id = :a"},
     FindCriterion{Rooms, 25, Minute, "$FREE"},
@@ -143,14 +147,14 @@ constexpr std::array criteria{
                   "e.equipment_type_id = :a"},
     FindCriterion{
         Maintenance, 2, Text,
-        "exists (select 1 from equipment e where e.id = m.equipment_id and $RANGE(e.search_number))",
+        "(select 1 from equipment e where e.id = m.equipment_id and $RANGE(e.search_number) limit 1) = 1",
         "select y.id from equipment e join maintenance y on y.equipment_id = e.id where "
         "$RANGE(e.search_number)"},
     FindCriterion{Maintenance, 7, Day, cameIn},
     FindCriterion{Maintenance, 8, Span, cameIn},
     FindCriterion{Maintenance, 16, Key,
-                  "exists (select 1 from maintenance_lines y where y.maintenance_id = m.id and "
-                  "y.maintenance_type_id = :a)",
+                  "(select 1 from maintenance_lines y where y.maintenance_id = m.id and "
+                  "y.maintenance_type_id = :a limit 1) = 1",
                   "select y.maintenance_id as id from maintenance_lines y where y.maintenance_type_id = :a"},
     FindCriterion{Patrons, 17, Code,
                   "p.id in (select c.patron_id from patron_barcodes c where $RANGE(c.barcode))",

@@ -154,16 +154,17 @@ class FindSearch::Impl {
         scope_(writtenOut(db, scopeTest(question), {})),
         asked_(askedFor(question)),
         limit_(db, question.longest) {
+    joinByIndexes(db);
     hits_ = makeHits();
   }
 
   [[nodiscard]] IdSelect page() const {
-    return {
-        "select h.id from (" + hits_ + ") h order by h.place, h.id limit " + std::to_string(question_.most),
-        [this](Query& query) { bind(query, hits_); }};
+    return {"select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " +
+                std::to_string(question_.most),
+            [this](Query& query) { bind(query, hits_); }};
   }
 
-  [[nodiscard]] std::int64_t count() const { return countOf("select count(*) from (" + hits_ + ") h"); }
+  [[nodiscard]] std::int64_t count() const { return countOf("select count(*) from (" + hits_ + ") hit"); }
 
   [[nodiscard]] std::int64_t most() const { return question_.most; }
 
