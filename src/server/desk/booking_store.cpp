@@ -65,6 +65,14 @@ void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment 
   visitRows(query, visit);
 }
 
+void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit) {
+  const std::string sql =
+      std::string(listColumns) + "where b.id in (" + ids.sql + ") order by b.starts_at, b.id";
+  Query query(db, sql);
+  ids.bind(query);
+  visitRows(query, visit);
+}
+
 std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId) {
   static const std::string sql = std::string(listColumns) + "where b.id = :id";
   std::optional<BookingListRow> found;

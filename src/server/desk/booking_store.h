@@ -6,6 +6,7 @@
 #include <string>
 
 #include "server/base/moment.h"
+#include "server/desk/id_select.h"
 #include "server/policy/booking_rules.h"
 #include "server/store/database.h"
 
@@ -30,6 +31,9 @@ using BookingListVisitor = std::function<void(const BookingListRow&)>;
 /// The bookings of a desk that start in [from, until), by their start.
 void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
                    const BookingListVisitor& visit);
+
+/// The bookings whose keys are selected, by their start.
+void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit);
 
 /// The row of one booking.
 [[nodiscard]] std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId);

@@ -1,5 +1,6 @@
 #include "server/desk/inventory_writer.h"
 
+#include "server/base/catalogue_text.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -28,6 +29,8 @@ void bindEquipment(Query& query, const EquipmentRecord& record) {
   query.bind("supplier", record.supplier).bind("acquired_on", orNothing(record.acquiredOn));
   query.bind("maintenance_on", orNothing(record.nextMaintenanceOn)).bind("location_id", record.locationId);
   query.bind("room_id", orNothing(record.roomId));
+  query.bind("search_number", catalogueKey(record.number)).bind("search_maker", catalogueKey(record.maker));
+  query.bind("search_model", catalogueKey(record.model)).bind("search_serial", catalogueKey(record.serial));
 }
 
 void bindStamp(Query& query, const Stamp& stamp) {
@@ -38,6 +41,7 @@ void bindStamp(Query& query, const Stamp& stamp) {
 void bindRoom(Query& query, const RoomRecord& record) {
   query.bind("type_id", record.typeId).bind("number", record.number).bind("name", record.name);
   query.bind("capacity", record.capacity).bind("location_id", record.locationId);
+  query.bind("search_number", catalogueKey(record.number)).bind("search_name", catalogueKey(record.name));
 }
 
 void bindMaintenance(Query& query, const MaintenanceRecord& record) {
@@ -94,7 +98,7 @@ RoomUse useOfRoom(Connection& db, std::int64_t id) {
   Query query(
       db,
       "select count(*), coalesce(sum(case when b.room_charged_at is not null and b.room_returned_at is "
-      "null then 1 else 0 end), 0) from bookings b where b.room_id = :id and b.status not in (1, 2, 3, 4)");
+      "null then 1 else 0 end), 0) from bookings b where b.room_id = :id and b.status in (0, 99, 999)");
   query.bind("id", id);
   fetchOne(query, booked, out);
   // A storage room may keep thousands of things, of which one decides.
@@ -167,9 +171,11 @@ std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const
         db,
         "insert into equipment (is_group, equipment_type_id, number, maker, format, model, serial, "
         "purchase_value, replacement_value, supplier, acquired_on, next_maintenance_on, location_id, "
-        "room_id, created_at, created_by, created_location) values (:is_group, :type_id, :number, :maker, "
-        ":format, :model, :serial, :purchase, :replacement, :supplier, :acquired_on, :maintenance_on, "
-        ":location_id, :room_id, :at, :operator_id, :desk_id) returning id");
+        "room_id, search_number, search_maker, search_model, search_serial, created_at, created_by, "
+        "created_location) values (:is_group, :type_id, :number, :maker, :format, :model, :serial, "
+        ":purchase, "
+        ":replacement, :supplier, :acquired_on, :maintenance_on, :location_id, :room_id, :search_number, "
+        ":search_maker, :search_model, :search_serial, :at, :operator_id, :desk_id) returning id");
     query.bind("is_group", record.isGroup);
     bindEquipment(query, record);
     bindStamp(query, stamp);
@@ -180,6 +186,8 @@ std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const
               "format = :format, model = :model, serial = :serial, purchase_value = :purchase, "
               "replacement_value = :replacement, supplier = :supplier, acquired_on = :acquired_on, "
               "next_maintenance_on = :maintenance_on, location_id = :location_id, room_id = :room_id, "
+              "search_number = :search_number, search_maker = :search_maker, search_model = :search_model, "
+              "search_serial = :search_serial, "
               "updated_at = :at, updated_by = :operator_id, updated_location = :desk_id where id = :id");
   bindEquipment(query, record);
   bindStamp(query, stamp);
@@ -201,9 +209,10 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
   if (id == 0) {
     Query query(
         db,
-        "insert into rooms (room_type_id, number, name, capacity, location_id, created_at, created_by, "
-        "created_location) values (:type_id, :number, :name, :capacity, :location_id, :at, :operator_id, "
-        ":desk_id) returning id");
+        "insert into rooms (room_type_id, number, name, capacity, location_id, search_number, search_name, "
+        "created_at, created_by, created_location) values (:type_id, :number, :name, :capacity, "
+        ":location_id, "
+        ":search_number, :search_name, :at, :operator_id, :desk_id) returning id");
     bindRoom(query, record);
     bindStamp(query, stamp);
     id = newKey(query);
@@ -211,7 +220,8 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
     Query query(
         db,
         "update rooms set room_type_id = :type_id, number = :number, name = :name, capacity = :capacity, "
-        "location_id = :location_id, updated_at = :at, updated_by = :operator_id, "
+        "location_id = :location_id, search_number = :search_number, search_name = :search_name, "
+        "updated_at = :at, updated_by = :operator_id, "
         "updated_location = :desk_id where id = :id");
     bindRoom(query, record);
     bindStamp(query, stamp);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "server/base/named_row.h"
+#include "server/desk/id_select.h"
 #include "server/desk/inventory_record.h"
 #include "server/store/database.h"
 
@@ -53,6 +54,9 @@ struct MaintenanceRow {
 /// The records of a piece, or of all for piece 0, that came in within [from, until), by that day.
 [[nodiscard]] std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, Moment from,
                                                         Moment until);
+
+/// The records whose keys are selected, by that day.
+[[nodiscard]] std::vector<MaintenanceRow> maintenanceAmong(Connection& db, const IdSelect& ids);
 
 [[nodiscard]] std::vector<NamedRow> maintenanceTypes(Connection& db);
 

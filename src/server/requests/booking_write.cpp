@@ -10,6 +10,7 @@
 #include "server/desk/booking_reader.h"
 #include "server/desk/booking_writer.h"
 #include "server/desk/policy_store.h"
+#include "server/desk/staff_store.h"
 #include "server/requests/booking_message.h"
 #include "server/requests/usage_reply.h"
 #include "words/tags.h"
@@ -95,6 +96,15 @@ void requireUsable(Context& context, const ResolvedThings& things, std::int64_t 
   throw Refused{reply};
 }
 
+/// Who is not active is assigned to nothing new, and stays with what they have.
+void requireStaff(Connection& db, const BookingDraft& draft, const std::optional<BookingHead>& before) {
+  const auto require = [&](std::int64_t staff, std::int64_t staffBefore, std::string_view tag) {
+    if (staff != 0 && staff != staffBefore && !isActiveStaff(db, staff)) refuseTag(tag);
+  };
+  require(draft.setupStaffId, before ? before->setupStaffId : 0, tags::ODE);
+  require(draft.cleanupStaffId, before ? before->cleanupStaffId : 0, tags::OPU);
+}
+
 /// Windows offer no storage rooms; this one became one meanwhile.
 void requireNoStorage(Connection& db, const BookingDraft& draft, std::int64_t roomBefore) {
   if (draft.roomId == 0 || draft.roomId == roomBefore) return;
@@ -122,6 +132,7 @@ Reply newBookings(Context& context, const Message& message) {
   const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
   const UsageQuestion question = questionOf(context, draft, policy, 0);
   const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireStaff(context.db, draft, std::nullopt);
   requireNoStorage(context.db, draft, 0);
   requireUsable(context, things, 0);
   requireFree(context.db, draft, things, question);
@@ -153,6 +164,7 @@ Reply changeBooking(Context& context, const Message& message) {
   const DeskPolicy policy = policyOf(context, draft, state->locationId);
   const UsageQuestion question = questionOf(context, draft, policy, state->id);
   const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireStaff(context.db, draft, findBookingHead(context.db, state->id));
   requireNoStorage(context.db, draft, state->roomId);
   requireUsable(context, things, state->id);
   requireFree(context.db, draft, things, question);

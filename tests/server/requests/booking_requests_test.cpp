@@ -21,6 +21,7 @@ INSTANTIATE_TEST_SUITE_P(Databases, BookingRequests, eachDatabase, databaseName)
 constexpr const char* film1 = "MTID=1; BI=1; MI=1; IM=1";
 
 TEST_P(BookingRequests, ReadsBackWhatWasSaved) {
+  library().execute("insert into staff (patron_id, active) values (5, 1)");
   const Got made = send(
       "NEWBK",
       "STIME=2026-03-03 10:00:00; ETIME=2026-03-03 11:30:00; PID=1; PGID=1; PPID=2; ADBK=N; RID=1; BTID=2; "

@@ -48,20 +48,24 @@ void addPatron(Connection& db, const World& world, World::Patron& patron, const 
   // A few cards have run out already, and some will before the year is over.
   const Moment expires =
       age < 4 ? world.today - dice.between(1, 200) * day : world.today + dice.between(20, 900) * day;
-  Query query(db,
-              "insert into patrons (id, last_name, first_name, middle_name, search_name, social_number, "
-              "institution_id, address1, city, province, postal_code, telephone, expires_at, hold_mail, "
-              "withheld, fees) values (:id, "
-              ":last_name, "
-              ":first_name, :middle_name, :search_name, :social_number, :institution_id, :address1, :city, "
-              "'RV', :postal_code, "
-              ":telephone, :expires_at, :hold_mail, :withheld, :fees)");
+  Query query(
+      db,
+      "insert into patrons (id, last_name, first_name, middle_name, search_name, search_first, "
+      "search_middle, search_social, search_institution, social_number, institution_id, address1, city, "
+      "province, postal_code, telephone, expires_at, hold_mail, withheld, fees) values (:id, :last_name, "
+      ":first_name, :middle_name, :search_name, :search_first, :search_middle, :search_social, "
+      ":search_institution, :social_number, :institution_id, :address1, :city, 'RV', :postal_code, "
+      ":telephone, :expires_at, :hold_mail, :withheld, :fees)");
   query.bind("id", id)
       .bind("last_name", name.last)
       .bind("first_name", name.first)
       .bind("middle_name", name.middle);
-  query.bind("social_number", id % 3 == 0 ? socialNumber(id) : std::string());
-  query.bind("search_name", catalogueKey(name.last)).bind("institution_id", numbered("U", 20000 + id, 6));
+  const std::string social = id % 3 == 0 ? socialNumber(id) : std::string();
+  const std::string institution = numbered("U", 20000 + id, 6);
+  query.bind("search_name", catalogueKey(name.last)).bind("search_first", catalogueKey(name.first));
+  query.bind("search_middle", catalogueKey(name.middle)).bind("search_social", catalogueKey(social));
+  query.bind("search_institution", catalogueKey(institution)).bind("social_number", social);
+  query.bind("institution_id", institution);
   query.bind("address1", std::to_string(dice.between(1, 180)) + " " + dice.of(streets))
       .bind("city", dice.of(cities));
   query.bind("postal_code", numbered("", dice.between(10000, 99999), 5));
