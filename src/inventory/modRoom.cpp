@@ -12,7 +12,7 @@ void FillLocations(const App& app, ComboBox& locations) {
   for (const Location& location : app.context.allLocations) locations.AddItem(location.name, location.id);
 }
 
-static std::string entryOf(const TagMessage& message) {
+std::string RoomEntry(const TagMessage& message) {
   const std::string name = message.Get(tags::RNM);
   return name.empty() ? message.Get(tags::RNO) : message.Get(tags::RNO) + " - " + name;
 }
@@ -21,7 +21,8 @@ void FillRoomsOfLocation(App& app, const Ask& ask, ComboBox& rooms, std::string_
   rooms.Clear();
   if (locationId.empty()) return;
   ask("GETARLOC", {{tags::LOC, locationId}}, [&] {
-    while (app.message.NextRecord(tags::RID)) rooms.AddItem(entryOf(app.message), app.message.Get(tags::RID));
+    while (app.message.NextRecord(tags::RID))
+      rooms.AddItem(RoomEntry(app.message), app.message.Get(tags::RID));
   });
   if (rooms.ListCount() > 0) rooms.ListIndex = 0;
 }
