@@ -1,6 +1,7 @@
 #include "inventory/frmEquipment.h"
 
 #include "frame/app.h"
+#include "inventory/status_names.h"
 #include "lists/grids.h"
 #include "messaging/return_codes.h"
 #include "platform/wiring.h"
@@ -10,29 +11,36 @@
 namespace vantry {
 
 static const PieceWindowKind kKind{
-    .window = {.window = {kEquipment,
-                          "frmEquipment",
-                          "equipment",
-                          "equipment",
-                          Subject::Equipment,
-                          {"Changes will be lost!  Do you wish to SAVE this record before exiting?",
-                           Box::Kind::Warning, false}},
-               .caption = "Equipment Inventory",
-               .create = "NEWEQIPD",
-               .update = "UPDEQIPD",
-               .idTag = tags::EID,
-               .refusalEndsSave = false,
-               .nextSource = kSourceNextEquipment,
-               .search = kFindEquipment,
-               .tabStrip = "tabEquipment",
-               .tabStripOfNew = "tabEquipmentDetails",
-               .pages = {{"Details", "mnuViewDetails", "&Details"},
-                         {"Bookings", "mnuViewBookings", "&Bookings"},
-                         {"Maintenance", "mnuViewMaintenance", "&Maintenance"},
-                         {"Notes", "mnuViewNotes", "&Notes"},
-                         {"Properties", "mnuViewProperties", "&Properties"}}},
-    .readCode = "GETEDTL",
-    .categories = &CategoryLists::equipment,
+    .typed = {.window = {.window = {kEquipment,
+                                    "frmEquipment",
+                                    "equipment",
+                                    "equipment",
+                                    Subject::Equipment,
+                                    {"Changes will be lost!  Do you wish to SAVE this record before exiting?",
+                                     Box::Kind::Warning, false}},
+                         .caption = "Equipment Inventory",
+                         .create = "NEWEQIPD",
+                         .update = "UPDEQIPD",
+                         .idTag = tags::EID,
+                         .refusalEndsSave = false,
+                         .nextSource = kSourceNextEquipment,
+                         .search = kFindEquipment,
+                         .tabStrip = "tabEquipment",
+                         .tabStripOfNew = "tabEquipmentDetails",
+                         .pages = {{"Details", "mnuViewDetails", "&Details"},
+                                   {"Bookings", "mnuViewBookings", "&Bookings"},
+                                   {"Maintenance", "mnuViewMaintenance", "&Maintenance"},
+                                   {"Notes", "mnuViewNotes", "&Notes"},
+                                   {"Properties", "mnuViewProperties", "&Properties"}}},
+              .readCode = "GETEDTL",
+              .categories = &CategoryLists::equipment,
+              .typeIdTag = tags::ETI,
+              .typeNameTag = tags::ETY,
+              .numberTag = tags::ENO,
+              .newStatus = kNotCharged,
+              .bookings = kEquipmentBookings,
+              .bookingsGrid = "fa(0)",
+              .notes = kEquipmentNotes},
     .moveRefusal = "Booking exist for Pickup and Delivery.",
     .typeTip = "Select from Television, VCR, Projector...",
     .numberTip = "Enter an equipment number...TV1",
@@ -43,13 +51,9 @@ static const PieceWindowKind kKind{
 
 static constexpr std::string_view kNone = "(none)";
 
-frmEquipment::frmEquipment(App& app) : PieceWindow(app, kKind, "fa(0)"), fields_(fieldTable()) {
+frmEquipment::frmEquipment(App& app) : PieceWindow(app, kKind), fields_(fieldTable()) {
   txtGroup.Locked = true;
-  placePages({{"Details", fraDetails},
-              {"Bookings", fraBookings, [this] { firstBookings(); }},
-              {"Maintenance", fraMaintenance, [this] { firstMaintenance(); }},
-              {"Notes", fraNotes, [this] { firstNotes(); }},
-              {"Properties", fraProperties}});
+  placePagesAround({"Maintenance", fraMaintenance, [this] { firstMaintenance(); }});
   connect();
   arrange();
 }
@@ -70,8 +74,7 @@ std::vector<RecordField> frmEquipment::fieldTable() {
   edited(dtEQUIP_NXT_MAINT, tags::ENM, "Date when next maintenance is to be performed.");
   rows.push_back({.control = txtGroup, .tip = "View the group information for this piece of equipment."});
   rows.push_back({.control = cmdSaveDetails, .tip = "Save the information on this tab."});
-  propertyFields.addFields(rows);
-  rows.push_back({txtHIST_BKNGS, tags::EHB, FieldUse::Shown});
+  addPropertyFields(rows);
   rows.push_back({txtHIST_MAINT, tags::EHM, FieldUse::Shown});
   return rows;
 }
@@ -130,8 +133,7 @@ void frmEquipment::showOwn() {
   caller_ = app_.slots.group;
   fields_.load([this](std::string_view tag) { return messageValue(tag); });
   if (isCopy()) {
-    propertyFields.clear();
-    txtHIST_BKNGS.Text = "";
+    clearProperties();
     txtHIST_MAINT.Text = "";
     return showGroup({});
   }
@@ -143,24 +145,14 @@ void frmEquipment::showGroup(const GroupSlots& group) {
   txtGroup.Tag = group.id;
 }
 
-void frmEquipment::firstBookings() {
-  bookings.load();
-  if (isCopy()) bookings.lock();
-}
-
 void frmEquipment::firstMaintenance() {
   maintenance.BuildMaintenanceTab();
   if (isCopy()) maintenance.lock();
 }
 
-void frmEquipment::firstNotes() {
-  notes.load();
-  if (isCopy()) notes.lock();
-}
-
 // Saving
 
-void frmEquipment::addOwnTags() {
+void frmEquipment::addValues() {
   fields_.save([this](std::string_view tag, const std::string& value) { app_.message.Add(tag, value); });
 }
 

@@ -39,22 +39,14 @@ class frmEquipment : public PieceWindow {
 
   Frame fraMaintenance{*this, "fraTab(2)", "", 0};
   MaintenancePage maintenance{app_, ask_, fraMaintenance, [this] { return recordId(); }};
-  Frame fraNotes{*this, "fraTab(3)", "", 0};
-  NotesPanel notes{app_, ask_, fraNotes, kEquipmentNotes, [this] { return recordId(); }};
-  Frame fraProperties{*this, "fraTab(4)", "", 0};
-  PropertiesPanel propertyFields{fraProperties};
-  Label lblHIST_BKNGS{fraProperties, "lblHIST_BKNGS", "Historical Bookings:"};
-  TextBox txtHIST_BKNGS{fraProperties, "txtHIST_BKNGS"};
   Label lblHIST_MAINT{fraProperties, "lblHIST_MAINT", "Historical Maintenance:"};
   TextBox txtHIST_MAINT{fraProperties, "txtHIST_MAINT"};
 
  protected:
   [[nodiscard]] const RecordFields& fields() const override { return fields_; }
-  [[nodiscard]] NotesPanel* notesPanel() override { return &notes; }
-  [[nodiscard]] PropertiesPanel& properties() override { return propertyFields; }
   void showNew() override;
   void showOwn() override;
-  void addOwnTags() override;
+  void addValues() override;
   void takeReply(bool created) override;
   void copyEnds() override;
   [[nodiscard]] bool saveMore(bool created) override;
@@ -70,9 +62,7 @@ class frmEquipment : public PieceWindow {
   void connect();
   void arrange();
   void showGroup(const GroupSlots& group);
-  void firstBookings();
   void firstMaintenance();
-  void firstNotes();
 
   RecordFields fields_;
   GroupSlots caller_;  ///< the group that the piece was opened from

@@ -5,6 +5,7 @@
 #include "frame/app.h"
 #include "inventory/frmBarcodes.h"
 #include "inventory/month_names.h"
+#include "inventory/record_gone.h"
 #include "inventory/status_names.h"
 #include "lists/grids.h"
 #include "platform/text.h"
@@ -115,7 +116,7 @@ void frmMaintenance::showNew() {
 void frmMaintenance::readRecord() {
   txtBARCODE_NO.Locked = !isCopy();
   // A refused request was reported, and leaves the fields empty.
-  if (!ask_("GETMDTL", {{tags::MID, recordId()}})) return;
+  if (!askForRecord(app_, ask_, "GETMDTL", {{tags::MID, recordId()}})) return;
   const TagMessage& message = app_.message;
   pieceId_ = message.Get(tags::EID);
   modelNumber = message.Get(tags::ENO);

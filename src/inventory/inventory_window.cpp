@@ -3,6 +3,7 @@
 #include "frame/modMain.h"
 #include "inventory/inventory_removal.h"
 #include "inventory/notes_panel.h"
+#include "inventory/record_gone.h"
 #include "platform/wiring.h"
 #include "records/records.h"
 #include "records/required_fields.h"
@@ -122,14 +123,12 @@ bool InventoryWindow::requiredAreFilled() {
 void InventoryWindow::Save() {
   if (!requiredAreFilled()) return;
   const bool wasCopy = copy_;
-  if (copy_) {
-    mode_ = Mode::New;
-    copy_ = false;
-    id_.clear();
-  }
-  const bool created = isNew();
+  const bool created = isNew() || wasCopy;
+  const bool stored = send(created);
+  if (!stored && kind_.refusalEndsSave) return;
   // A refused save goes on, on purpose: the record counts as saved, and its next save is an update.
-  if (!send(created) && kind_.refusalEndsSave) return;
+  if (!stored && created) id_.clear();
+  copy_ = false;
   if (wasCopy) copyEnds();
   if (created) showAsStored();
   Caption = captionNow();
@@ -146,7 +145,7 @@ void InventoryWindow::Save() {
 bool InventoryWindow::send(bool created) {
   if (!created) app_.message.Add(kind_.idTag, id_);
   addRecord(created);
-  if (!ask_(created ? kind_.create : kind_.update)) return false;
+  if (!askForRecord(app_, ask_, created ? kind_.create : kind_.update)) return false;
   if (created) {
     id_ = app_.message.Get(kind_.idTag);
     Tag = recordTag(opening().kind, id_);

@@ -12,9 +12,13 @@ void FillLocations(const App& app, ComboBox& locations) {
   for (const Location& location : app.context.allLocations) locations.AddItem(location.name, location.id);
 }
 
-std::string RoomEntry(const TagMessage& message) {
-  const std::string name = message.Get(tags::RNM);
-  return name.empty() ? message.Get(tags::RNO) : message.Get(tags::RNO) + " - " + name;
+int EntryOfLocation(ComboBox& locations, const std::string& id, const std::string& name) {
+  if (!id.empty() && locations.indexOfData(id) < 0) locations.AddItem(name, id);
+  return locations.indexOfData(id);
+}
+
+std::string RoomEntry(const std::string& number, const std::string& name) {
+  return name.empty() ? number : number + " - " + name;
 }
 
 void FillRoomsOfLocation(App& app, const Ask& ask, ComboBox& rooms, std::string_view locationId) {
@@ -22,7 +26,8 @@ void FillRoomsOfLocation(App& app, const Ask& ask, ComboBox& rooms, std::string_
   if (locationId.empty()) return;
   ask("GETARLOC", {{tags::LOC, locationId}}, [&] {
     while (app.message.NextRecord(tags::RID))
-      rooms.AddItem(RoomEntry(app.message), app.message.Get(tags::RID));
+      rooms.AddItem(RoomEntry(app.message.Get(tags::RNO), app.message.Get(tags::RNM)),
+                    app.message.Get(tags::RID));
   });
   if (rooms.ListCount() > 0) rooms.ListIndex = 0;
 }

@@ -2,6 +2,7 @@
 
 #include "frame/app.h"
 #include "inventory/modRoom.h"
+#include "inventory/pending_move.h"
 #include "inventory/status_names.h"
 #include "messaging/return_codes.h"
 #include "platform/wiring.h"
@@ -9,12 +10,7 @@
 
 namespace vantry {
 
-namespace {
-
-constexpr const char* kNoRoom = "0";
-constexpr const char* kChangeRefusal = "Booking exist for Pickup or Delivery.";
-
-}  // namespace
+static constexpr const char* kNoRoom = "0";
 
 RegularPlace::RegularPlace(App& app, const Ask& ask, Frame& details, const char* clickRefusal)
     : lblLOC_NAME(details, "lblLOC_NAME", "Location:"),
@@ -66,11 +62,9 @@ void RegularPlace::showStored() {
   const std::string room = message.Get(tags::RID);
   const std::string location = message.Get(tags::LOC);
   txtTEMP_ROOM_NAME.Text = message.Get(tags::TRNM);
-  // A location that this operator's list lacks is shown all the same, since the record is there.
-  if (!location.empty() && cboLOC_NAME.indexOfData(location) < 0)
-    cboLOC_NAME.AddItem(message.Get(tags::LNA), location);
+  const std::string locationName = message.Get(tags::LNA);
   const std::string name = message.Get(tags::RNM);
-  selectLocation(cboLOC_NAME.indexOfData(location));
+  selectLocation(EntryOfLocation(cboLOC_NAME, location, locationName));
   if (!room.empty() && cboROOM_NAME.indexOfData(room) < 0) cboROOM_NAME.AddItem(name, room);
   show([&] { cboROOM_NAME.ListIndex = cboROOM_NAME.indexOfData(room); });
 }
@@ -122,7 +116,7 @@ void RegularPlace::cboROOM_NAME_Click() {
 
 /// The room has changed with its location.
 void RegularPlace::cboROOM_NAME_Change() {
-  move(kChangeRefusal);
+  move(kMoveRefusal);
 }
 
 void RegularPlace::move(const char* refusal) {
@@ -137,18 +131,7 @@ bool RegularPlace::moveIsConfirmed(const char* refusal) {
   if (!moveQuestionArmed_ || !inPendingBooking_ || !app_.context.rights.has(Right::EBM) ||
       placed.status != kNotCharged)
     return true;
-  const bool moves = app_.desktop.messageBox({Box::Kind::Question,
-                                              "Equipment is used in a pending booking. "
-                                              "Are you sure you want to move this equipment?",
-                                              "",
-                                              {"&OK", "&Cancel"}}) == 0;
-  if (!moves) return false;
-  const int rc = ask_.codeOf("DLTEBFR", {{tags::EID, placed.id}});
-  if (rc == codes::HeldByBookings) {
-    plainBox(app_.desktop, refusal);
-    return false;
-  }
-  static_cast<void>(ask_.succeeded(rc, "DLTEBFR"));  // another failure is told, and the server decides
+  if (!ReleaseFromBookings(app_, ask_, placed.id, refusal)) return false;
   moveQuestionArmed_ = false;
   return true;
 }

@@ -98,6 +98,13 @@ void ReplyList::setText(int row, int column, std::string text) {
   grid_.TextMatrix(row, grid_.columnOfData(column), std::move(text));
 }
 
+std::string ReplyList::valueOf(int row, std::string_view tag) const {
+  for (std::size_t column = 0; column < layout_.columns.size(); ++column) {
+    if (layout_.columns[column].tag == tag) return text(row, static_cast<int>(column));
+  }
+  return {};
+}
+
 // Rows
 
 int ReplyList::addRow(std::initializer_list<std::string_view> texts) {

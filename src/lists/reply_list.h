@@ -90,6 +90,8 @@ class ReplyList {
   /// The text of a row in the column of this place in the layout, wherever that column is now.
   [[nodiscard]] const std::string& text(int row, int column) const;
   void setText(int row, int column, std::string text);
+  /// The value of a row under this tag; empty where the list has no column of it.
+  [[nodiscard]] std::string valueOf(int row, std::string_view tag) const;
 
   /// Sorts by the column under the pointer at the last right click and by the columns that belong to it; no
   /// row is selected afterwards.

@@ -208,7 +208,8 @@ std::vector<ListEntry> frmFind::roomsOf(const std::string& location) {
   std::vector<ListEntry> rooms;
   ask()("GETARLOC", {{tags::LOC, location}}, [&] {
     while (app_.message.NextRecord(tags::RID))
-      rooms.push_back({RoomEntry(app_.message), app_.message.Get(tags::RID)});
+      rooms.push_back(
+          {RoomEntry(app_.message.Get(tags::RNO), app_.message.Get(tags::RNM)), app_.message.Get(tags::RID)});
   });
   return rooms;
 }

@@ -1,5 +1,6 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmRoomInfo.h"
+#include "schedule/makers_table.h"
 
 // Where the things of a booking end up.
 
@@ -40,7 +41,11 @@ TEST_F(EditorPlace, AChosenRoomShowsItsNoteAndItsEquipment) {
   EXPECT_EQ(record.RoomId, 41);
   EXPECT_THAT(circulation.asked, testing::ElementsAre("Schedule Popup Note:  Lab - Key at the desk"));
   EXPECT_NE(window.equipment.tvwOtherEquipment.find("70"), nullptr);
-  EXPECT_TRUE(place.cmdRoomView(0).Enabled);
+  fillMakers(app.makers);
+  server.expect("GETRTN", "RID=41");
+  server.expect("GETRDTL", "RID=41").replies("head: RNO=41");
+  place.cmdRoomView(0).press();
+  EXPECT_EQ(app.windows[app.windows.Count() - 1].Caption, "Room Inventory - 41");
   server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40").fails(1);
   desktop.expectInformation("An error occurred while retreiving the booking note for the selected room.");
   server.expect("GETREQP", "RID=40 BRTY=1");

@@ -29,6 +29,7 @@
 #include "inventory/frmNumbers.h"
 #include "inventory/frmRoomEquip.h"
 #include "inventory/frmStatus.h"
+#include "inventory/inventory_window.h"
 #include "lists/legend.h"
 #include "messaging/dialogs.h"
 #include "messaging/frmAbout.h"
@@ -40,6 +41,7 @@
 #include "messaging/return_codes.h"
 #include "platform/calendars.h"
 #include "platform/schedule_bar.h"
+#include "records/records.h"
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
 #include "schedule/main_views.h"
@@ -102,6 +104,20 @@ class AccessibleStory : public DeskStory {
     Window form(std::forward<Arguments>(arguments)...);
     expectNamedOnceShown(form);
   }
+  /// The window of the first record that a list of the inventory shows.
+  InventoryWindow& openFirst(int kind) {
+    InventoryView& view = mainWindow().inventory(kind);
+    InventoryWindow* window = nullptr;
+    desktop.dispatch([&] {
+      mainWindow().showView(inventoryViewOf(kind).id);
+      for (const TreeNode* node : view.tvwDB.Roots()) {
+        if (!view.fa.hasData()) view.tvwDB.click(node->key);
+      }
+      window = dynamic_cast<InventoryWindow*>(
+          OpenRecordWindow(app(), {kind, view.fa.TextMatrix(1, 0), kSourceMainWindow}));
+    });
+    return *window;
+  }
   void expectNamedOnceShown(Form& form) {
     desktop.dispatch([&] { form.Show(); });
     ASSERT_TRUE(form.isShown()) << form.Name();
@@ -128,6 +144,16 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
       editor.tabBooking.SelectedTab = page;
       expectNamed(editor);
     }
+  }
+  for (const int kind : {kEquipment, kGroup, kRoom}) {
+    SCOPED_TRACE(kind);
+    InventoryWindow& window = openFirst(kind);
+    for (int page = 0; page < static_cast<int>(window.mnuViewPages.size()); ++page) {
+      SCOPED_TRACE(page);
+      desktop.dispatch([&] { window.mnuViewPage_Click(page); });
+      expectNamed(window);
+    }
+    window.Unload();
   }
   const BookingRecord record;
   expectNamedWindow<frmSched>(app);

@@ -1,12 +1,9 @@
 // The window of a piece of equipment.
 #include "inventory/frmEquipment.h"
 
-#include "frame/app.h"
-#include "frame/modMain.h"
 #include "inventory/frmBarcodes.h"
 #include "inventory/frmStatus.h"
-#include "records/records.h"
-#include "support/desk.h"
+#include "inventory/record_fixture.h"
 
 namespace vantry::test {
 namespace {
@@ -23,23 +20,10 @@ constexpr const char* kInUse =
 constexpr const char* kMove =
     "Equipment is used in a pending booking. Are you sure you want to move this equipment?";
 
-struct FrmEquipmentTest : Desk {
+struct FrmEquipmentTest : RecordFixture {
   void start(const std::string& rights = allRightsBut()) {
-    build();
-    expectLogOn();
-    server.expect("RLL", "OI=desk").replies("LNA=\"Main Desk\" LOC=3 OLN=\"City Library\"");
-    server.expect("SLL", "LOC=3").replies(rights);
-    server.expect("GETLOCS").replies("LNA=\"Main Desk\" LOC=3\nLNA=\"Branch\" LOC=4");
-    server.expect("GETOPS");
-    expectCategories();
-    server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
-    ASSERT_TRUE(Main(*app));
-    server.checkAllCame();
+    RecordFixture::start(rights);
     server.always("GETARLOC");
-  }
-  void expectCategories() {
-    server.expect("GETECAT").replies("ETI=4 ETY=Television MIC=2\nETI=5 ETY=Camera MIC=1");
-    for (const char* code : {"GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
   }
   frmEquipment& openAs(const RecordOpening& opening, int probe = 0, std::string_view record = kPiece) {
     server.expect("GETEGTN", "EID=" + opening.id).replies("ETY=Television ETI=4");
@@ -66,7 +50,6 @@ struct FrmEquipmentTest : Desk {
     copy.copy = true;
     return openAs(copy);
   }
-  void save(frmEquipment& piece) { piece.barBooking.choose(piece.barBooking.tool("abSave")); }
 };
 
 TEST_F(FrmEquipmentTest, ShowsARecordAndAsksWhetherABookingHoldsIt) {
@@ -393,6 +376,22 @@ TEST_F(FrmEquipmentTest, ARecordIsDeletedOnlyIfTheServerAndTheOperatorAgree) {
   piece.mnuFileDelete.choose();
   EXPECT_FALSE(FindRecordWindow(*app, kEquipment, "11"));
   EXPECT_EQ(app->context.categories.equipment.front().count, "1") << "without asking for the counts";
+}
+
+TEST_F(FrmEquipmentTest, ARecordThatAnotherDeskHasDeletedIsToldInWords) {
+  start();
+  constexpr const char* kGone = "This record is not there any more.\n\nAnother desk has deleted it.";
+  frmEquipment& piece = open();
+  server.expect("VERDELE", "VID=11 VTY=1").fails(2);
+  desktop.expectWarning(kGone);
+  piece.mnuFileDelete.choose();
+  server
+      .expect("UPDEQIPD",
+              "EID=11 ETI=4 ETY=Television ENO=TV1 EMA=Tovan EFO=HD EMO=V-55 ESN=S1 EQVP=1200.50 EQVR=900.00 "
+              "ESU=Hale EDP=2025-03-01 ENM=2027-01-15 LOC=3 RID=2 RNM=\"102 - Store\"")
+      .fails(2);
+  desktop.expectWarning(kGone);
+  save(piece);
 }
 
 TEST_F(FrmEquipmentTest, AsksBeforeChangesAreLostButNotAfterASave) {

@@ -1,11 +1,9 @@
 // The window of a maintenance record.
 #include "inventory/frmMaintenance.h"
 
-#include "frame/app.h"
 #include "inventory/frmBarcodes.h"
 #include "inventory/frmMaintDetails.h"
-#include "records/records.h"
-#include "support/desk.h"
+#include "inventory/record_fixture.h"
 
 namespace vantry::test {
 namespace {
@@ -16,7 +14,7 @@ constexpr const char* kRecord = R"(
   MDID=2 MTI=3 MTY=Cleaning MCO=)";
 constexpr const char* kStatuses = "SID=6 SPR=9 STY=\"Not Charged\"\nSID=8 SPR=3 STY=\"In Maintenance\"";
 
-struct FrmMaintenanceTest : Desk {
+struct FrmMaintenanceTest : RecordFixture {
   frmMaintenance& openAs(const RecordOpening& opening) {
     server.expect("GETMDTL", "MID=" + opening.id).replies(kRecord);
     server.expect("GETEGSTY").replies(kStatuses);
@@ -31,7 +29,6 @@ struct FrmMaintenanceTest : Desk {
     server.expect("GETEGSTY").replies(kStatuses);
     return dynamic_cast<frmMaintenance&>(*OpenRecordWindow(*app, {kMaintenance, "", kSourceMainWindow}));
   }
-  void save(frmMaintenance& window) { window.barBooking.choose(window.barBooking.tool("abSave")); }
   static std::string dates(const frmMaintenance& window) {
     return window.dtMAINT_DATEIN.shortDate() + "|" + window.dtMAINT_DATEOUT.shortDate() + "|" +
            window.dtEQUIP_NXT_MAINT.shortDate();
@@ -64,7 +61,7 @@ TEST_F(FrmMaintenanceTest, ShowsARecordWithItsDetails) {
       .replies("MID=10 CNM=Vale");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   server.expect("NEWEGSTS", "EID=11 SID=8 ULI=3");
-  for (const char* code : {"GETECAT", "GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
+  expectCategories();
   save(copied);
   EXPECT_EQ(copied.Caption, "Maintenance - TV1");
 }

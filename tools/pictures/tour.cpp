@@ -152,6 +152,7 @@ class Tour {
     if (auto* record = last<InventoryWindow>()) {
       for (std::size_t page = 0; page < record->mnuViewPages.size(); ++page) {
         record->mnuViewPage_Click(static_cast<int>(page));
+        for (const char* tree : {"tvwGroup", "tvwRoom"}) clickFirstType(*record, tree);
         picture(*record, name + "-record-" + QString::number(page + 1));
       }
       record->Unload();
@@ -162,6 +163,12 @@ class Tour {
       picture(*record, name + "-new");
       record->Unload();
     }
+  }
+  static void clickFirstType(InventoryWindow& record, std::string_view name) {
+    auto* tree = dynamic_cast<Tree*>(record.findControl(name));
+    if (!tree || !tree->usable() || tree->Roots().empty()) return;
+    const auto& types = tree->Roots().back()->children;
+    if (!types.empty()) tree->click(types.front()->key);
   }
   /// The small windows on the first piece of the list, with a status applied and a barcode added.
   void inventoryDialogs() {
