@@ -36,7 +36,7 @@ constexpr LayoutRow kLayouts[] = {
     {kFindGroups, 3, kPiece, "Number|Location|Room|Status|Notes", "TV1|Main|Store|Lost|3", kGroup},
     {kFindRooms, 0, kRoom61, "Number|Room Name|Room Location|Status|Capacity|Notes", "101|Store|Main|Closed|40|1", kRoom},
     {kFindRooms, 1, kRoom61, "Number|Room Name|Room Location|Status|Capacity|Notes", "101|Store|Main|Closed|40|1", kRoom},
-    {kFindMaintenance, 0, "MSD=2026-12-01 MID=81 MDYI=2026-12-01 00:00:00 ETY=Television ENO=TV1 ON=\"Ink, Ina\"", "Date|Equipment Type|Number|Name", "01/12/2026|Television|TV1|Ink, Ina", kMaintenance},
+    {kFindMaintenance, 0, "MSD=2026-12-01 MID=81 MDYI=2026-12-01 ETY=Television ENO=TV1 ON=\"Ink, Ina\"", "Date|Equipment Type|Number|Name", "01/12/2026|Television|TV1|Ink, Ina", kMaintenance},
     {kFindPatrons, 0, kPatron, "Patron Name|SSN|Institution ID", "Ink, Ina I.|1|I9", -1},
     {kFindPatrons, 1, kPatron, "Patron Name|SSN|Institution ID|Patron Group|Barcode|Barcode Status", "Ink, Ina I.|1|I9|Staff|P31|Active", -1},
 };
