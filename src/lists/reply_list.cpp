@@ -216,6 +216,19 @@ void ReplyList::sort(SortOrder order) {
   grid_.Redraw = true;
 }
 
+void ReplyList::sortWhole(SortOrder order) {
+  if (grid_.MouseCol < 0 || grid_.MouseCol >= grid_.Cols) return;
+  const int moved = grid_.ColData(grid_.MouseCol);
+  grid_.Redraw = false;
+  grid_.ColPosition(grid_.columnOfData(0), 0);  // the key, which is hidden
+  grid_.ColPosition(grid_.columnOfData(moved), 1);
+  SetColumnOrderBookings(grid_, 1);
+  for (int col = 1; col < grid_.Cols; ++col) grid_.ColSort(col, order);
+  grid_.Sort();
+  grid_.Row = grid_.hasData() ? grid_.FixedRows : 0;
+  grid_.Redraw = true;
+}
+
 void ReplyList::sortBy(int firstColumn, int lastColumn) {
   grid_.Redraw = false;
   // A sort keeps the order of equal rows, so that the last one decides first.

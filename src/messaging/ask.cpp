@@ -25,6 +25,13 @@ int Ask::codeOf(std::string_view code, Tags tags) const {
   return rc;
 }
 
+int Ask::codeOf(std::string_view code, Tags tags, const std::function<void()>& read) const {
+  const int rc = send(code, tags);
+  if (rc == 0) read();
+  ready();
+  return rc;
+}
+
 bool Ask::succeeded(int rc, std::string_view module) const {
   if (rc == 0) return true;
   global_.ReportRequestError(rc, module, name_);
@@ -36,10 +43,7 @@ bool Ask::operator()(std::string_view code, Tags tags) const {
 }
 
 bool Ask::operator()(std::string_view code, Tags tags, const std::function<void()>& read) const {
-  const int rc = send(code, tags);
-  if (rc == 0) read();
-  ready();
-  return succeeded(rc, code);
+  return succeeded(codeOf(code, tags, read), code);
 }
 
 bool Ask::orWarn(std::string_view sentence, std::string_view code, Tags tags) const {

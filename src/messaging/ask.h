@@ -40,6 +40,8 @@ class Ask {
   [[nodiscard]] bool orWarn(std::string_view sentence, std::string_view code, Tags tags = {}) const;
   /// The return code, for a caller that has its own words for some. Nothing is reported.
   [[nodiscard]] int codeOf(std::string_view code, Tags tags = {}) const;
+  /// The same; `read` runs after success while the windows are still busy.
+  [[nodiscard]] int codeOf(std::string_view code, Tags tags, const std::function<void()>& read) const;
   /// True for success. Another return code is reported, as that of the request or command `module`.
   [[nodiscard]] bool succeeded(int rc, std::string_view module) const;
 

@@ -13,6 +13,9 @@ inline constexpr std::string_view kSearchWindow = "frmFind";
 
 /// Asks for a patron; brings back name "|" id.
 inline constexpr std::string_view kFindPatronTag = "6";
+/// Ask for a member of staff; the first brings nothing back, the second name "|" id.
+inline constexpr std::string_view kFindBookingStaffTag = "8";
+inline constexpr std::string_view kFindStaffTag = "9";
 /// Ask for one room, by search or out of suggestions; bring back id "|" text.
 inline constexpr std::string_view kFindRoomTag = "7";
 inline constexpr std::string_view kSuggestRoomTag = "S|||";

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "booking/frmBooking.h"
-#include "booking/plain_find.h"
 #include "frame/app.h"
 #include "inventory/frmEquipment.h"
 #include "inventory/frmGroup.h"
@@ -15,6 +14,7 @@
 #include "platform/form.h"
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
+#include "search/frmFind.h"
 
 namespace vantry {
 
@@ -60,7 +60,7 @@ static std::vector<RecordRow> recordRows() {
 /// One row per window that is asked by name and read when it is answered.
 static std::vector<WindowRow> windowRows() {
   return {
-      {kSearchWindow, make<PlainFind>},
+      {kSearchWindow, make<frmFind>},
   };
 }
 
@@ -78,6 +78,7 @@ void fillMakers(Makers& makers) {
   for (RecordRow& row : recordRows()) makers.addRecord(row.kind, std::move(row.maker));
   for (WindowRow& row : windowRows()) makers.addWindow(std::string(row.name), std::move(row.maker));
   for (CommandRow& row : commandRows()) makers.addCommand(row.name, std::move(row.run));
+  makers.setSearch(ShowSearch);
 }
 
 }  // namespace vantry

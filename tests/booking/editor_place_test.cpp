@@ -1,6 +1,5 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmRoomInfo.h"
-#include "booking/plain_find.h"
 #include "schedule/makers_table.h"
 
 // Where the things of a booking end up.
@@ -178,46 +177,6 @@ TEST_F(EditorPlace, ARoomListThatFailsLeavesTheOther) {
   EXPECT_EQ(place.cboDeliveryRoom.ListCount(), 0);
   EXPECT_EQ(place.cboLibSchedRoom.ListCount(), 1);
   EXPECT_EQ(place.cboLibSchedRoom.ListIndex, -1) << "only the chosen option takes its first room";
-}
-
-// The plain picker.
-
-struct PlainFindTest : BookingTest {
-  /// Shows the picker for a question; what it brings back.
-  std::string ask(std::string_view tag, std::function<void(PlainFind&)> play) {
-    app.makers.addWindow(std::string(kSearchWindow),
-                         [](App& program) { return std::make_unique<PlainFind>(program); });
-    desktop.expectModalWindow<PlainFind>(std::string(kSearchWindow), std::move(play));
-    return pickBySearch(app, tag);
-  }
-};
-
-TEST_F(PlainFindTest, FindsPatronsByTheBeginningOfABarcode) {
-  const std::string answer = ask(kFindPatronTag, [&](PlainFind& find) {
-    server.expect("FIND", "SRCHTAG=17 SRCHVAL=P9? SRCHFOR=6 SRCHLOC=5 SRCHOP=");
-    desktop.expectWarning("No matches found.");
-    find.txtSearchFor.type("P9");
-    find.txtSearchFor.pressEnter();
-    server.expect("FIND", "SRCHTAG=17 SRCHVAL=P3? SRCHFOR=6 SRCHLOC=5 SRCHOP=").replies(R"(
-      PID=31 PLN=Ink PFN=Ina PGNM=Staff PGID=2 BNO=P31 BST=Active BSI=1
-      PID=32 PLN=Oak PFN=Ole PGNM=Staff PGID=2 BNO=P32 BST=Active BSI=1)");
-    find.txtSearchFor.type("P3");
-    find.txtSearchFor.pressEnter();
-    find.fa.doubleClick(2, 0);
-  });
-  EXPECT_EQ(answer, "Oak, Ole|32");
-}
-
-TEST_F(PlainFindTest, ListsTheRooms) {
-  server.expect("GDRM", "ADBK=Y PGID=0").replies("RID=40 RNM=Hall");
-  server.expect("GLSRM", "ADBK=Y PGID=0").replies("RID=60 RNM=Studio");
-  EXPECT_EQ(ask(kFindRoomTag,
-                [](PlainFind& find) {
-                  find.fa.click(2, 0);
-                  find.cmdOK.press();
-                }),
-            "60|Studio");
-  EXPECT_EQ(ask(kFindPatronTag, [](PlainFind& find) { find.cmdClose.press(); }), "") << "cancelled";
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include "booking/editor_fixture.h"
-#include "booking/plain_find.h"
 #include "messaging/return_codes.h"
 
 namespace vantry::test {
@@ -41,15 +40,6 @@ TEST_F(EditorTest, ALostServerEndsTheProgram) {
        [&] {
          server.expect("ASKT").fails(kLost);
          openPickUp();
-       }},
-      {"the search of a patron",
-       [&] {
-         PlainFind find(app);
-         find.Tag = std::string(kFindPatronTag);
-         find.Load();
-         server.expect("FIND", "SRCHTAG=17 SRCHVAL=P3? SRCHFOR=6 SRCHLOC=5 SRCHOP=").fails(kLost);
-         find.txtSearchFor.type("P3");
-         find.txtSearchFor.pressEnter();
        }},
   };
   for (const Case& c : cases) {

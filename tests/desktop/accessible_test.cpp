@@ -18,7 +18,6 @@
 #include "booking/frmSelectMediaType.h"
 #include "booking/frmSupervisor.h"
 #include "booking/frmTimeLine.h"
-#include "booking/plain_find.h"
 #include "circulation/frmDischarge.h"
 #include "circulation/frmPopupNote.h"
 #include "desktop/desk_story.h"
@@ -46,6 +45,7 @@
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
 #include "schedule/main_views.h"
+#include "search/frmFind.h"
 
 namespace vantry::test {
 namespace {
@@ -183,10 +183,18 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
     discharge.BookingId = std::stoi(out);
     expectNamedOnceShown(discharge);
   }
-  for (const std::string_view sought : {kFindPatronTag, kFindRoomTag}) {
-    PlainFind picker(app);
-    picker.Tag = std::string(sought);
-    expectNamedOnceShown(picker);
+  for (const std::string_view sought : {std::string_view("0"), kFindPatronTag, kFindRoomTag}) {
+    frmFind find(app);
+    find.Tag = std::string(sought);
+    expectNamedOnceShown(find);
+    for (int category = 0; category < find.cboSearchFor.ListCount(); ++category) {
+      find.cboSearchFor.select(category);
+      TabStrip& pages = find.criteria(find.cboSearchFor.ListIndex).tabSearch;
+      for (int page = 0; page < static_cast<int>(pages.Tabs().size()); ++page) {
+        pages.choose(page);
+        expectNamed(find);
+      }
+    }
   }
   expectNamedWindow<frmPopupNote>(app);
   expectNamedWindow<frmMultBarOrNo>(app);

@@ -31,8 +31,10 @@
 #include "platform/settings.h"
 #include "platform/text.h"
 #include "records/records.h"
+#include "records/search_window.h"
 #include "schedule/frmSched.h"
 #include "schedule/program.h"
+#include "search/frmFind.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 #include "transport/sealed_box.h"
@@ -50,9 +52,9 @@ class Tour {
   void run() {
     watch_.start(60);
     const std::vector<std::function<void()>> stops = {
-        [this] { views(); },  [this] { inventory(); },    [this] { newBooking(); },
-        [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
-        [this] { policy(); }, [this] { session(); },      [this] { monitor(); }};
+        [this] { views(); },        [this] { inventory(); },   [this] { newBooking(); }, [this] { pickUp(); },
+        [this] { savedBooking(); }, [this] { circulation(); }, [this] { policy(); },     [this] { search(); },
+        [this] { session(); },      [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -297,6 +299,34 @@ class Tour {
     main().showView(ViewId::QuickDischarge);
     main().quickDischargeView.cmdBackDate_Click();
     picture(main(), "quick-back-date");
+  }
+
+  /// The pages of each category with what they find, and the pickers.
+  void search() {
+    ShowSearch(app(), kFindBookings);
+    auto* find = last<frmFind>();
+    if (!find) return;
+    for (int category = kFindBookings; category <= kFindPatrons; ++category) {
+      find->cboSearchFor.select(category);
+      const QString name = "find-" + qt(find->cboSearchFor.Text()).toLower().replace(' ', '-');
+      TabStrip& pages = find->criteria(category).tabSearch;
+      const int count = static_cast<int>(pages.Tabs().size());
+      for (int page = 0; page < count; ++page) {
+        pages.choose(page);
+        picture(*find, QString("%1-%2").arg(name).arg(page));
+      }
+      pages.choose(std::min(1, count - 1));  // which is empty
+      find->cmdFindNow.press();
+      picture(*find, name + "-found");
+      find->cmdNewSearch.press();
+    }
+    find->cmdAdvancedSearch.press();
+    picture(*find, "find-advanced");
+    find->Unload();
+    for (const std::string_view picker : {kFindPatronTag, kSuggestRoomTag}) {
+      press("cmdClose");
+      static_cast<void>(pickBySearch(app(), picker));
+    }
   }
 
   /// What tells of the session and of the program.
