@@ -85,7 +85,7 @@ std::string BookingsPanel::momentText(const ReplyColumn& column) {
 }
 
 void BookingsPanel::load() {
-  if (viewCurrent.Allowed) cmdViewCurrentBookings_Click();
+  if (viewCurrent.Allowed && !recordId_().empty()) cmdViewCurrentBookings_Click();
 }
 
 void BookingsPanel::ViewBookings(BookingsShown which) {

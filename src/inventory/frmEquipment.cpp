@@ -90,8 +90,6 @@ void frmEquipment::connect() {
     return true;
   };
   commands.save.link(cmdSaveDetails);
-  edit.follow({&txtEQUIP_NO, &txtBARCODE_NO, &txtEQUIP_MANUF, &txtEQUIP_FORMAT, &txtEQUIP_MODEL,
-               &txtEQUIP_SERIAL_NO, &txtEQUIP_DEALER, &notes.txtNote});
 }
 
 void frmEquipment::arrange() {
@@ -126,7 +124,6 @@ void frmEquipment::showNew() {
   caller_ = app_.slots.group;
   const bool fromGroup = CallerView == kSourceGroup || CallerView == kSourceGroupMembers;
   showGroup(fromGroup ? caller_ : GroupSlots{});
-  if (CallerView == kSourceRoom) place.showNamed(app_.slots.room.location, app_.slots.room.name);
 }
 
 void frmEquipment::showOwn() {
@@ -152,14 +149,11 @@ void frmEquipment::firstMaintenance() {
 
 // Saving
 
-void frmEquipment::addValues() {
-  fields_.save([this](std::string_view tag, const std::string& value) { app_.message.Add(tag, value); });
-}
-
 void frmEquipment::takeReply(bool created) {
   PieceWindow::takeReply(created);
   const std::string value = messageValue(tags::MVL);
-  if (CallerView != kSourceGroup || value.empty()) return;
+  // A piece of another group says nothing of the caller's value.
+  if (CallerView != kSourceGroup || value.empty() || txtGroup.Tag != caller_.id) return;
   if (InventoryWindow* group = windowOf(kGroup, caller_.id)) group->takeMembersValue(value);
 }
 
@@ -178,9 +172,23 @@ bool frmEquipment::saveMore(bool created) {
     warningBox(app_.desktop, "Equipment group status prohibits editing of this record.");
     return false;
   }
-  if (ask_.succeeded(rc, "NEWGITM")) txtEQUIP_VALUER.Text(messageValue(tags::MVL));
-  txtGroup.Enabled = false;
+  if (ask_.succeeded(rc, "NEWGITM")) showGroupValue(messageValue(tags::MVL));
   return true;
+}
+
+/// The field shows what the group is worth now. The piece keeps its own value in later saves, unless the
+/// operator enters another.
+void frmEquipment::showGroupValue(const std::string& value) {
+  ownValue_ = txtEQUIP_VALUER.plain();
+  showQuietly([&] { txtEQUIP_VALUER.Text(value); });
+  groupValue_ = txtEQUIP_VALUER.plain();
+}
+
+void frmEquipment::addValues() {
+  fields_.save([this](std::string_view tag, const std::string& value) {
+    const bool isGroups = tag == tags::EQVR && ownValue_ && value == groupValue_;
+    app_.message.Add(tag, isGroups ? *ownValue_ : value);
+  });
 }
 
 void frmEquipment::refreshLists() {

@@ -62,10 +62,13 @@ class frmEquipment : public PieceWindow {
   void connect();
   void arrange();
   void showGroup(const GroupSlots& group);
+  void showGroupValue(const std::string& value);
   void firstMaintenance();
 
   RecordFields fields_;
-  GroupSlots caller_;  ///< the group that the piece was opened from
+  GroupSlots caller_;                    ///< the group that the piece was opened from
+  std::optional<std::string> ownValue_;  ///< of the piece, while its field shows that of the group
+  std::string groupValue_;
 };
 
 }  // namespace vantry

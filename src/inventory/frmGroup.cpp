@@ -59,13 +59,14 @@ std::vector<RecordField> frmGroup::fieldTable() {
                   .tag = tags::EQVR,
                   .use = FieldUse::Shown,
                   .tip = "How much $$$ will it cost to replace this group?"});
+  rows.push_back({.control = cmdSaveDetails, .tip = "Save the information on this tab."});
   addPropertyFields(rows);
   return rows;
 }
 
 void frmGroup::connect() {
   on(commands.print.Run, this, &frmGroup::mnuFilePrint_Click);
-  edit.follow({&txtEQUIP_NO, &txtBARCODE_NO, &notes.txtNote});
+  commands.save.link(cmdSaveDetails);
 }
 
 void frmGroup::arrange() {
@@ -78,7 +79,7 @@ void frmGroup::arrange() {
           Fields{lblEQUIP_VALUER, txtEQUIP_VALUER, place.lblLOC_NAME, place.cboLOC_NAME, place.lblROOM_NAME,
                  place.cboROOM_NAME, place.lblTEMP_ROOM_NAME, place.txtTEMP_ROOM_NAME}
               .share(1)},
-      Stretch{}};
+      Stretch{}, Row{Stretch{}, cmdSaveDetails}};
   fraProperties.Layout = Column{propertyFields.layout({lblHIST_BKNGS, txtHIST_BKNGS}), Stretch{}};
   Layout = pagesLayout();
 }

@@ -15,6 +15,7 @@ class frmGroup : public PieceWindow {
 
   Label lblEQUIP_VALUER{fraDetails, "lblEQUIP_VALUER", "Replacement Value:"};
   CurrencyField txtEQUIP_VALUER{fraDetails, "txtEQUIP_VALUER", -kMostValue, kMostValue};
+  Button cmdSaveDetails{fraDetails, "cmdSaveDetails", "&Save"};
 
   Frame fraMembers{*this, "fraTab(2)", "", 0};
   GroupMembers members{app_, ask_, fraMembers, *this};

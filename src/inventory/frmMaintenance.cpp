@@ -78,7 +78,6 @@ void frmMaintenance::connect() {
     txtBARCODE_NO_DblClick();
     return true;
   };
-  edit.follow({&txtBARCODE_NO, &txtMEDIA_NOTE});
 }
 
 void frmMaintenance::arrange() {
@@ -245,14 +244,15 @@ void frmMaintenance::txtBARCODE_NO_DblClick() {
   frmBarcodes window(app_, pieceId_);
   window.ShowModal();
   if (window.barcode.empty() || window.barcode == kNoBarcode) return;
-  const bool wasDirty = Dirty;
-  txtBARCODE_NO.Text = upper(window.barcode);
-  if (!isStored()) return;
+  const std::string barcode = upper(window.barcode);
+  if (!isStored()) {
+    txtBARCODE_NO.Text = barcode;
+    return;
+  }
+  showQuietly([&] { txtBARCODE_NO.Text = barcode; });
   const bool stored = ask_(
       "UPDEMAINTD", {{tags::MID, recordId()}, {tags::EID, pieceId_}, {tags::BNO, txtBARCODE_NO.Text.get()}});
-  if (!stored) return;
-  takeReply(false);
-  Dirty = wasDirty;
+  if (stored) takeReply(false);
 }
 
 // Rights

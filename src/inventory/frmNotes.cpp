@@ -38,8 +38,9 @@ void frmNotes::cmdOK_Click() {
 }
 
 void frmNotes::cmdClear_Click() {
-  taken = true;
-  Hide();
+  txtNotes.Text = "";
+  cmdOK.Enabled = true;  // no note is an answer too
+  txtNotes.SetFocus();
 }
 
 void frmNotes::cmdCancel_Click() {

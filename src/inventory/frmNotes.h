@@ -18,8 +18,8 @@ class frmNotes : public Form {
   void cmdClear_Click();
   void cmdCancel_Click();
 
-  std::string note;    ///< empty when it was cleared or cancelled
-  bool taken = false;  ///< answered by OK or Clear
+  std::string note;    ///< empty when it was cancelled
+  bool taken = false;  ///< answered by OK
 
   Label lblDescription{*this, "lblDescription"};
   TextBox txtNotes{*this, "txtNotes"};

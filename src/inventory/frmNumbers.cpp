@@ -97,7 +97,7 @@ void RefreshAssignedNumbers(App& app, RecordKind kind, const std::string& typeId
   const NumbersKind* row = kindOf(kind);
   frmNumbers* window = row ? openWindow(app, *row) : nullptr;
   if (!window) return;
-  window->typeId = typeId;
+  if (!typeId.empty()) window->typeId = typeId;
   window->RefreshList();
 }
 

@@ -38,7 +38,8 @@ class frmNumbers : public Form {
 /// Shows the window of a kind (equipment, group or room) with the numbers of a type, or brings it to the
 /// front with them.
 void ShowAssignedNumbers(App& app, RecordKind kind, const std::string& typeId);
-/// Reads the numbers of the type anew where the window of the kind is open.
-void RefreshAssignedNumbers(App& app, RecordKind kind, const std::string& typeId);
+/// Where the window of the kind is open, reads its numbers anew: those of the type, or of the one that it
+/// shows.
+void RefreshAssignedNumbers(App& app, RecordKind kind, const std::string& typeId = {});
 
 }  // namespace vantry

@@ -72,6 +72,7 @@ std::vector<RecordField> frmRoom::fieldTable() {
       {.control = equipment.cmdAdd, .tip = "Add Equipment to Room."},
       {.control = equipment.cmdRemove,
        .tip = "Remove Equipment from this room, but put it in another room."}};
+  rows.push_back({.control = cmdSaveDetails, .tip = "Save the information on this tab."});
   addPropertyFields(rows);
   return rows;
 }
@@ -85,7 +86,7 @@ void frmRoom::connect() {
     touch();
   };
   on(commands.print.Run, this, &frmRoom::mnuFilePrint_Click);
-  edit.follow({&txtROOM_NO, &txtROOM_NAME, &notes.txtNote});
+  commands.save.link(cmdSaveDetails);
 }
 
 void frmRoom::arrange() {
@@ -96,7 +97,7 @@ void frmRoom::arrange() {
           Gap{},
           Fields{lblROOM_CAPACITY, txtROOM_CAPACITY, lblLOC_NAME, cboLOC_NAME, lblSTORAGE, chkSTORAGE}.share(
               1)},
-      details.layout().share(1)};
+      details.layout().share(1), Row{Stretch{}, cmdSaveDetails}};
   fraProperties.Layout = Column{propertyFields.layout({lblHIST_BKNGS, txtHIST_BKNGS}), Stretch{}};
   Layout = pagesLayout();
 }

@@ -33,6 +33,7 @@ class frmRoom : public TypedWindow {
   Label lblSTORAGE{fraDetails, "lblSTORAGE", "Storage Room:"};
   CheckBox chkSTORAGE{fraDetails, "chkSTORAGE", ""};
   DetailLines details{app_, fraDetails, kRoomDetails};
+  Button cmdSaveDetails{fraDetails, "cmdSaveDetails", "&Save"};
 
   Frame fraEquipment{*this, "fraTab(2)", "", 0};
   RoomEquipment equipment{app_, ask_, fraEquipment, *this};

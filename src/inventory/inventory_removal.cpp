@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "inventory/frmNumbers.h"
 #include "inventory/record_gone.h"
 #include "records/records.h"
 #include "words/tags.h"
@@ -37,7 +38,9 @@ bool RemoveInventoryRecord(App& app, const Ask& ask, int kind, std::string_view 
   if (!row.verified.empty() && !recordIsThere(app, ask, VerifyDelete(app, id, row.verified), "VERDELE"))
     return false;
   if (!questionBox(app.desktop, "Are you sure you want to DELETE this record?")) return false;
-  return askForRecord(app, ask, row.code, {{row.id, id}});
+  if (!askForRecord(app, ask, row.code, {{row.id, id}})) return false;
+  RefreshAssignedNumbers(app, static_cast<RecordKind>(kind == kGroupMember ? kEquipment : kind));
+  return true;
 }
 
 }  // namespace vantry

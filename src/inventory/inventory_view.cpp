@@ -36,7 +36,7 @@ constexpr ReplyColumn kPiece = {.heading = "Barcode", .kind = CellKind::Piece};
 constexpr ReplyColumn kEquipmentColumns[] = {
     text("ID", tags::EID, 0), kPiece, text("Location", tags::LNA), text("Room", tags::RNM), text("Status", tags::STY),
     text("Manufacturer", tags::EMA), text("Model", tags::EMO), text("Serial", tags::ESN),
-    text("Group Name", tags::GRPNO), text("Format", tags::EFO)};
+    text("Group Name", tags::GRPNO) /* groups have numbers; no window gives them a name */, text("Format", tags::EFO)};
 constexpr ReplyColumn kGroupColumns[] = {
     text("ID", tags::EID, 0), {.heading = "Members?", .tag = tags::ECNT, .kind = CellKind::Own, .width = 1000},
     text("Equipment Number", tags::ENO), kPiece, text("Location", tags::LNA), text("Room", tags::RNM),
@@ -234,7 +234,7 @@ void InventoryView::fa_Click() {
   rowSelected();
 }
 
-/// The print commands belong to the view that shows.
+/// The print commands belong to the view that shows. The detail of one record also needs a selected one.
 void InventoryView::allowCommands() {
   MainCommands& commands = parts().commands;
   setEnabled(hasSelectedRow(), edit, remove);

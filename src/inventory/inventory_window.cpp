@@ -69,6 +69,7 @@ void InventoryWindow::placeCommands() {
 void InventoryWindow::placePages(const std::vector<TabPages::Page>& pages) {
   for (const TabPages::Page& page : pages) frames_.push_back(&page.frame);
   pages_.emplace(strip_, pages);
+  edit.follow(*this);
 }
 
 LayoutNode InventoryWindow::pagesLayout() {
@@ -188,7 +189,6 @@ void InventoryWindow::mnuFileDelete_Click() {
   if (!RemoveInventoryRecord(app_, ask_, kind_.window.kind, id_)) return;
   app_.main().dropInventoryRow(kind_.window.kind, category());
   recordIsDeleted();
-  refreshNumbers();
   closeNow();
 }
 

@@ -141,7 +141,7 @@ class InventoryWindow : public RecordWindow {
   [[nodiscard]] bool loadRecord() override;
   void recordIsShown() override;
   void recordChanged() override;
-  [[nodiscard]] bool isStored() const override { return !isNew() && !copy_; }
+  [[nodiscard]] bool isStored() const override { return !isNew() && !copy_ && !id_.empty(); }
   void Save() override;
   [[nodiscard]] RecordOpening nextOpening() override;
   void DisableEditing() override;

@@ -90,17 +90,16 @@ void MaintenancePage::connect() {
 void MaintenancePage::BuildMaintenanceTab() {
   const std::string thisYear = std::to_string(app_.clock.now().date.year);
   tvwMaint.Clear();
-  if (ask_("GETMYER")) {
-    while (app_.message.NextRecord(tags::MYE)) {
-      const std::string year = app_.message.Get(tags::MYE).substr(0, kYearLength);
-      static_cast<void>(tvwMaint.Add({}, year + std::string(kYearNode), year));
-    }
+  list_.clear();
+  fa_Click();
+  if (pieceId_().empty() || !ask_("GETMYER")) return;  // a failure leaves the page empty
+  while (app_.message.NextRecord(tags::MYE)) {
+    const std::string year = app_.message.Get(tags::MYE).substr(0, kYearLength);
+    static_cast<void>(tvwMaint.Add({}, year + std::string(kYearNode), year));
   }
   if (tvwMaint.Count() == 0) addYear(thisYear);
   for (TreeNode* root : tvwMaint.Roots()) root->expanded = true;
   tvwMaint.changed();
-  list_.clear();
-  fa_Click();
   const std::string current = thisYear + std::string(kYearNode);
   if (!tvwMaint.find(current)) return;
   tvwMaint.SelectedKey = current;
@@ -124,16 +123,17 @@ void MaintenancePage::tvwMaint_NodeClick() {
   const std::string year = key.substr(0, kYearLength);
   list_.clear();
   if (key.ends_with(kYearNode)) {
-    for (int month = 1; month <= kMonths; ++month) readMonth(year, month);
+    for (int month = 1; month <= kMonths && readMonth(year, month);) ++month;
   } else {
-    readMonth(year, intOf(key.substr(kYearLength + 1)));
+    static_cast<void>(readMonth(year, intOf(key.substr(kYearLength + 1))));
   }
   fa_Click();
 }
 
-void MaintenancePage::readMonth(const std::string& year, int month) {
+bool MaintenancePage::readMonth(const std::string& year, int month) {
   month_ = month;
-  ask_("GETMITM", {{tags::MSD, monthStart(year, month)}, {tags::EID, pieceId_()}}, [this] { list_.add(); });
+  return ask_("GETMITM", {{tags::MSD, monthStart(year, month)}, {tags::EID, pieceId_()}},
+              [this] { list_.add(); });
 }
 
 // Records

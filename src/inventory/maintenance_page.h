@@ -48,8 +48,8 @@ class MaintenancePage {
  private:
   void connect();
   void addYear(const std::string& year);
-  /// Adds the records of a month, behind those of the months before.
-  void readMonth(const std::string& year, int month);
+  /// Adds the records of a month, behind those of the months before; false after a failure.
+  [[nodiscard]] bool readMonth(const std::string& year, int month);
   void fa_Click();
   void sort(SortOrder order);
 

@@ -88,6 +88,7 @@ void NotesPanel::arrange(Frame& frame) {
 
 void NotesPanel::load() {
   loaded_ = true;
+  if (recordId_().empty()) return;  // a refused record has none
   fillTypes(std::string(kNone));
 }
 
@@ -203,7 +204,7 @@ void NotesPanel::lock() {
 
 void NotesPanel::unlock() {
   locked_ = false;
-  if (loaded_ && !recordId_().empty()) load();
+  if (loaded_) load();
 }
 
 void NotesPanel::secure(bool mayUpdate) {

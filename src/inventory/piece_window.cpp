@@ -54,7 +54,10 @@ void PieceWindow::prepare() {
 
 void PieceWindow::showNew() {
   TypedWindow::showNew();
-  place.showFirst();
+  if (CallerView == kSourceRoom)
+    place.showNamed(app_.slots.room.location, app_.slots.room.name);
+  else
+    place.showFirst();
 }
 
 void PieceWindow::readRecord() {
@@ -102,12 +105,9 @@ void PieceWindow::txtBARCODE_NO_DblClick() {
 void PieceWindow::openBarcode() {
   frmBarcodes window(app_, recordId());
   window.ShowModal();
-  if (window.barcode == kNone) {
-    txtBARCODE_NO.Text = "";
-    txtBARCODE_NO.SetFocus();
-    return;
-  }
-  txtBARCODE_NO.Text = upper(window.barcode);
+  const bool none = window.barcode == kNone;
+  showQuietly([&] { txtBARCODE_NO.Text = none ? "" : upper(window.barcode); });
+  if (none) return txtBARCODE_NO.SetFocus();
   if (!window.changed) return;
   touch();
   save();

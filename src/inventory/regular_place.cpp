@@ -80,11 +80,11 @@ void RegularPlace::probe() {
   const int rc = ask_.codeOf(
       "ADDREQP", {{tags::EID, id}, {tags::RID, id.empty() || room.empty() ? kNoRoom : room.c_str()}});
   inPendingBooking_ = rc == codes::PendingBooking;
-  statusChanged();
+  if (inPendingBooking_) statusChanged();
 }
 
 void RegularPlace::statusChanged() {
-  if (inPendingBooking_ && record().status == kCharged) disable(cboLOC_NAME, cboROOM_NAME);
+  if (record().status == kCharged) lock();
 }
 
 void RegularPlace::lock() {

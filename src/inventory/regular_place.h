@@ -46,7 +46,7 @@ class RegularPlace {
   void showStored();
   /// Asks the server whether a pending booking holds the thing. Nothing is reported.
   void probe();
-  /// After the probe, and whenever the status changes: what is charged in a booking stays in its place.
+  /// The status was looked at or changed: what is charged stays in its place.
   void statusChanged();
   /// Adds the location and the room to the message of a save.
   void addTags() const;

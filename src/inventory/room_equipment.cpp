@@ -7,6 +7,7 @@
 #include "inventory/pending_move.h"
 #include "inventory/status_names.h"
 #include "messaging/return_codes.h"
+#include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
 
@@ -85,7 +86,8 @@ bool RoomEquipment::place(const std::string& id, const std::string& roomId) {
 bool RoomEquipment::put(const MemberThing& thing, bool) {
   if (!place(thing.id, recordId())) return false;
   lastAdded_ = thing;
-  undo.Enabled = !thing.roomId.empty();
+  // What was here already has no other room to go back to, nor has what was in none.
+  undo.Enabled = intOf(thing.roomId) != 0 && thing.roomId != recordId();
   return true;
 }
 

@@ -99,6 +99,7 @@ void TypedWindow::selectNewType() {
 void TypedWindow::readRecord() {
   oldType_ = app_.slots.typeNames[slot()];
   controls_.type.ListIndex = std::max(0, controls_.type.indexOf(oldType_));
+  storedTypeId_ = typeId();
   // A refused request was reported, and leaves the fields empty.
   if (!askForRecord(app_, ask_, kind_.readCode, {{kind().idTag, recordId()}})) return;
   showNumber();
@@ -144,6 +145,7 @@ void TypedWindow::refreshLists() {
   const bool fromMainWindow = CallerView == kSourceMainWindow || CallerView == kind().nextSource;
   const bool typeChanged = controls_.type.Text() != oldType_;
   oldType_ = controls_.type.Text();
+  storedTypeId_ = typeId();
   if (!fromMainWindow && !typeChanged) return;
   refreshTrees(typeChanged);
   app_.main().refillInventory(kind().window.kind, typeId());
@@ -155,8 +157,9 @@ void TypedWindow::showNumbers() {
   if (intOf(typeId()) != 0) ShowAssignedNumbers(app_, static_cast<RecordKind>(kind().window.kind), typeId());
 }
 
+/// Once the record is shown, its own type; later whatever the window with the numbers shows.
 void TypedWindow::refreshNumbers() {
-  RefreshAssignedNumbers(app_, static_cast<RecordKind>(kind().window.kind), typeId());
+  RefreshAssignedNumbers(app_, static_cast<RecordKind>(kind().window.kind), isLoading() ? typeId() : "");
 }
 
 /// A new record shows what it will have: there is nothing yet that a status could be applied to.

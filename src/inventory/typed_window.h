@@ -46,7 +46,7 @@ class TypedWindow : public InventoryWindow {
   TypedWindow(App& app, const TypedWindowKind& kind, const Controls& controls);
 
   [[nodiscard]] std::string number() const override { return controls_.number.Text; }
-  [[nodiscard]] std::string category() const override { return typeId(); }
+  [[nodiscard]] std::string category() const override { return storedTypeId_; }
   [[nodiscard]] NotesPanel* notesPanel() override { return &notes; }
 
   void prepare() override;
@@ -97,6 +97,7 @@ class TypedWindow : public InventoryWindow {
   const TypedWindowKind& kind_;
   Controls controls_;
   std::string oldType_;  ///< name of the type at the last save
+  std::string storedTypeId_;
 };
 
 }  // namespace vantry

@@ -24,6 +24,13 @@ void EditMenu::follow(std::initializer_list<TextBox*> fields) {
   }
 }
 
+void EditMenu::follow(const Container& container) {
+  for (Control* control : container.Controls()) {
+    if (control->kind() == ControlKind::TextBox) follow({static_cast<TextBox*>(control)});
+    if (control->kind() == ControlKind::Frame) follow(static_cast<const Frame&>(*control));
+  }
+}
+
 void EditMenu::CheckField(TextBox& field) {
   field_ = &field;
   const bool selected = field.SelLength() > 0;

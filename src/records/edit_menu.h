@@ -21,6 +21,8 @@ class EditMenu {
 
   /// Follows the focus and the selection of these fields from now on.
   void follow(std::initializer_list<TextBox*> fields);
+  /// The same for all text fields of a window or frame, and of the frames in it.
+  void follow(const Container& container);
   /// The field is the active one: allows what its selection and the clipboard allow.
   void CheckField(TextBox& field);
 

@@ -1,5 +1,7 @@
 #include "records/record_window.h"
 
+#include <utility>
+
 #include "platform/moment_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
@@ -55,6 +57,12 @@ void RecordWindow::touch() {
   if (loading_) return;
   Dirty = true;
   recordChanged();
+}
+
+void RecordWindow::showQuietly(const std::function<void()>& change) {
+  const bool before = std::exchange(loading_, true);
+  change();
+  loading_ = before;
 }
 
 void RecordWindow::save() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -97,6 +98,8 @@ class RecordWindow : public Form {
   void closeNow();
   /// A field has changed: told by every field that is edited.
   void touch();
+  /// Lets the window change its fields by itself, which makes nothing dirty.
+  void showQuietly(const std::function<void()>& change);
   /// Makes the tools, in the order of the rows, and lets menu entries and tools run the commands.
   static void linkCommands(ToolBar& bar, std::initializer_list<CommandPlace> places);
 

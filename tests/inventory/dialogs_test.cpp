@@ -154,12 +154,16 @@ TEST_F(StatusDialog, AStatusIsAppliedOnceAndARefusalLeavesTheLists) {
 }
 
 TEST_F(StatusDialog, ACancelledNoteAppliesTheStatusWithoutOne) {
-  const std::vector<std::function<void(frmNotes&)>> answers = {
-      [](frmNotes& notes) {
-        notes.txtNotes.type("Never mind");
-        notes.cmdCancel.press();
-      },
-      [](frmNotes& notes) { notes.Unload(); }, [](frmNotes& notes) { notes.cmdClear.press(); }};
+  const std::vector<std::function<void(frmNotes&)>> answers = {[](frmNotes& notes) {
+                                                                 notes.txtNotes.type("Never mind");
+                                                                 notes.cmdCancel.press();
+                                                               },
+                                                               [](frmNotes& notes) { notes.Unload(); },
+                                                               [](frmNotes& notes) {
+                                                                 notes.txtNotes.type("Never mind");
+                                                                 notes.cmdClear.press();
+                                                                 notes.cmdOK.press();
+                                                               }};
   for (const auto& answer : answers) {
     expectTypes("SID=9 SPR=2 STY=Lost");
     server.expect("GETEGSTS", "EID=11");

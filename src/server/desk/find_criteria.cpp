@@ -33,9 +33,6 @@ constexpr std::string_view typeHeld =
 constexpr std::string_view typeInPast =
     "select l.booking_id as id from booking_equipment l where l.equipment_type_id = :a and l.in_room = 0";
 constexpr std::string_view starts = "b.starts_at >= :a and b.starts_at < :b";
-constexpr std::string_view showsStatus = "$STATUS = :a";
-constexpr std::string_view withStatus =
-    "select s.equipment_id as id from equipment_statuses s where s.status_id = :a";
 constexpr std::string_view nextMaintenance = "e.next_maintenance_on >= :a and e.next_maintenance_on < :b";
 constexpr std::string_view hasBarcode =
     "e.id in (select c.equipment_id from equipment_barcodes c where $RANGE(c.barcode))";
@@ -47,9 +44,16 @@ constexpr std::string_view cameIn = "m.came_in_on >= :a and m.came_in_on < :b";
 
 constexpr std::array criteria{
     FindCriterion{Bookings, 1, Key, typeBooked, typeHeld, typeInPast},
-    FindCriterion{Bookings, 4, Key,
-                  "(b.location_id = :a or b.pickup_location_id = :a or b.wanted_location_id = :a or (select "
-                  "q.location_id from rooms q where q.id = b.room_id) = :a)"},
+    FindCriterion{
+        Bookings, 4, Key,
+        "(b.location_id = :a or b.pickup_location_id = :a or b.wanted_location_id = :a or (select "
+        "q.location_id from rooms q where q.id = b.room_id) = :a)",
+        "select x.id from bookings x where x.location_id = :a $OPEN union all select x.id from bookings x "
+        "where x.pickup_location_id = :a $OPEN union all select x.id from bookings x where "
+        "x.wanted_location_id = :a $OPEN union all select x.id from rooms q join bookings x on x.room_id = "
+        "q.id where q.location_id = :a $OPEN",
+        "select b.id from bookings b where (b.location_id = :a or b.pickup_location_id = :a or "
+        "b.wanted_location_id = :a or (select q.location_id from rooms q where q.id = b.room_id) = :a)"},
     FindCriterion{Bookings, 7, Day, starts},
     FindCriterion{Bookings, 8, Span, starts},
     FindCriterion{Bookings, 11, Confirmation,
@@ -112,7 +116,7 @@ constexpr std::array criteria{
     FindCriterion{Equipment, 3, Text, "$RANGE(e.search_maker)"},
     FindCriterion{Equipment, 4, Key, "e.location_id = :a"},
     FindCriterion{Equipment, 5, Text, "$RANGE(e.search_model)"},
-    FindCriterion{Equipment, 6, Status, showsStatus, withStatus},
+    FindCriterion{Equipment, 6, Status, {}},
     FindCriterion{Equipment, 7, Day, nextMaintenance},
     FindCriterion{Equipment, 8, Span, nextMaintenance},
     FindCriterion{Equipment, 12, Key, "e.room_id = :a"},
@@ -124,7 +128,7 @@ constexpr std::array criteria{
         "select n.group_id as id from equipment n where n.equipment_type_id = :a and n.group_id is not null"},
     FindCriterion{Groups, 2, Text, "$RANGE(e.search_number)"},
     FindCriterion{Groups, 4, Key, "e.location_id = :a"},
-    FindCriterion{Groups, 6, Status, showsStatus, withStatus},
+    FindCriterion{Groups, 6, Status, {}},
     FindCriterion{Groups, 12, Key, "e.room_id = :a"},
     FindCriterion{Groups, 13, Key, "e.equipment_type_id = :a"},
     FindCriterion{Groups, 17, Code, hasBarcode, ofBarcode},

@@ -32,7 +32,7 @@ enum class FindForm {
   Span,          ///< the days from one date, or until another; likewise
   Minute,        ///< a date and time; its minute
   Capacity,      ///< ">=" or "<=" and a number; least, most
-  Status,        ///< a key, for which the statuses that the system sets are found by other ways
+  Status,        ///< a key; its SQL depends on whether hands apply the status
 };
 
 /// One criterion of the search. Words in its SQL are written out later: "$RANGE(column)" is the condition

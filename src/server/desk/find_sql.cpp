@@ -37,11 +37,22 @@ struct WordRow {
   std::string text;
 };
 
-/// A word that is the beginning of another comes behind it.
-const std::array<WordRow, 5>& words() {
-  static const std::array<WordRow, 5> rows{
-      WordRow{"$LIBRARY", std::string(library)}, WordRow{"$FREE", std::string(isFree)},
-      WordRow{"$ROOMSTATUS", roomStatusKeySql()}, WordRow{"$STATUS", equipmentStatusKeySql()},
+constexpr std::string_view thingsOut =
+    "select l.equipment_id as id from booking_equipment l where $OUT and l.equipment_id is not null union "
+    "all "
+    "select n.id from booking_equipment l join equipment n on n.group_id = l.equipment_id where $OUT union "
+    "all "
+    "select n.group_id from booking_equipment l join equipment n on n.id = l.equipment_id where $OUT and "
+    "n.group_id is not null";
+
+/// A word that is the beginning of another comes behind it, and one that is in the text of another as well.
+const std::array<WordRow, 6>& words() {
+  static const std::array<WordRow, 6> rows{
+      WordRow{"$LIBRARY", std::string(library)},
+      WordRow{"$FREE", std::string(isFree)},
+      WordRow{"$ROOMSTATUS", roomStatusKeySql()},
+      WordRow{"$STATUS", equipmentStatusKeySql()},
+      WordRow{"$THINGSOUT", std::string(thingsOut)},
       WordRow{"$OUT", "l.charged_at is not null and l.returned_at is null and l.in_room = 0"}};
   return rows;
 }
@@ -69,17 +80,14 @@ void markPlaceholders(std::string& text, std::size_t mark) {
   }
 }
 
-// What is out, with the members of a group that is out and the group of a member.
-constexpr std::string_view out =
-    "select l.equipment_id as id from booking_equipment l where $OUT union all select n.id from "
-    "booking_equipment l "
-    "join equipment n on n.group_id = l.equipment_id where $OUT union all select n.group_id from "
-    "booking_equipment l "
-    "join equipment n on n.id = l.equipment_id where $OUT and n.group_id is not null";
-constexpr std::string_view noStatus =
-    "select n.id from equipment n where n.id not in (select s.equipment_id from equipment_statuses s) and "
-    "n.id not in "
-    "(select l.equipment_id from booking_equipment l where $OUT and l.equipment_id is not null)";
+// "$THINGSOUT" selects what is out, with the members of a group that is out and the group of a member.
+constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)", .finder = "$THINGSOUT"};
+constexpr StatusSql notCharged{
+    .test = "e.id not in (select s.equipment_id from equipment_statuses s) and e.id not in ($THINGSOUT)",
+    .finder = {}};
+constexpr StatusSql applied{
+    .test = "$STATUS = :a",
+    .finder = "select s.equipment_id as id from equipment_statuses s where s.status_id = :a"};
 
 }  // namespace
 
@@ -106,9 +114,9 @@ std::string writtenOut(Connection& db, std::string_view sql, const Writing& writ
   return text;
 }
 
-std::string_view finderOfStatus(std::int64_t status, std::string_view ofApplied) {
-  if (status == systemStatus::charged) return out;
-  return status == systemStatus::notCharged ? noStatus : ofApplied;
+StatusSql sqlOfStatus(std::int64_t status) {
+  if (status == systemStatus::charged) return charged;
+  return status == systemStatus::notCharged ? notCharged : applied;
 }
 
 }  // namespace vantry::server

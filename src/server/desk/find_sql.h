@@ -22,7 +22,12 @@ struct Writing {
 /// The SQL with its words written out for the database, and with the criterion's own placeholders.
 [[nodiscard]] std::string writtenOut(Connection& db, std::string_view sql, const Writing& writing);
 
-/// The finder of a status: statuses that the system sets are in no table.
-[[nodiscard]] std::string_view finderOfStatus(std::int64_t status, std::string_view ofApplied);
+/// The test and the finder of a status that equipment shows. Statuses that the system sets are in no table:
+/// what is out is told by the bookings.
+struct StatusSql {
+  std::string_view test;
+  std::string_view finder;  ///< empty: by the test
+};
+[[nodiscard]] StatusSql sqlOfStatus(std::int64_t status);
 
 }  // namespace vantry::server

@@ -89,6 +89,14 @@ struct Asked {
   std::vector<FindValue> values;
 };
 
+bool isStatus(const Asked& asked) {
+  return asked.criterion->form == FindForm::Status;
+}
+
+StatusSql statusOf(const Asked& asked) {
+  return sqlOfStatus(std::get<std::int64_t>(asked.values.front()));
+}
+
 void requireOnce(const std::vector<FindTerm>& terms) {
   for (auto each = terms.begin(); each != terms.end(); ++each) {
     if (std::find_if(terms.begin(), each,
@@ -123,7 +131,8 @@ std::vector<Asked> askedFor(const FindQuestion& question) {
 }
 
 constexpr const char* notOver = "b.status in (0, 99, 999)";
-constexpr const char* overButNotPast = "b.status in (1, 2, 3, 4) and b.ends_at >= :today";
+constexpr const char* overButNotPast =
+    "select x.id as id from bookings x where x.status in (1, 2, 3, 4) and x.ends_at >= :today";
 
 /// From so many keys on, a finder is not worth counting further.
 constexpr std::int64_t many = 400;
@@ -154,7 +163,7 @@ class FindSearch::Impl {
         scope_(writtenOut(db, scopeTest(question), {})),
         asked_(askedFor(question)),
         limit_(db, question.longest) {
-    joinByIndexes(db);
+    planForSearch(db);
     hits_ = makeHits();
   }
 
@@ -179,14 +188,13 @@ class FindSearch::Impl {
   }
 
   [[nodiscard]] std::string test(std::size_t place) const {
-    return written(asked_[place].criterion->test, place);
+    const Asked& asked = asked_[place];
+    return written(isStatus(asked) ? statusOf(asked).test : asked.criterion->test, place);
   }
 
   [[nodiscard]] std::string finder(std::size_t place) const {
     const Asked& asked = asked_[place];
-    std::string_view sql = asked.criterion->finder;
-    if (asked.criterion->form == FindForm::Status)
-      sql = finderOfStatus(std::get<std::int64_t>(asked.values.front()), sql);
+    std::string_view sql = isStatus(asked) ? statusOf(asked).finder : asked.criterion->finder;
     if (!hidesPast() && !asked.criterion->past.empty()) sql = asked.criterion->past;
     if (!sql.empty()) return written(sql, place);
     return "select " + std::string(subject_.key) + " as id from " + std::string(subject_.row) +
@@ -237,7 +245,7 @@ class FindSearch::Impl {
     std::string finder;
     if (!asked_.empty()) finder = question_.any ? allFinders() : bestFinder();
     if (!hidesPast()) return rows(finder, "");
-    return rows(finder, notOver) + " union all " + rows({}, overButNotPast);
+    return rows(finder, notOver) + " union all " + rows(overButNotPast, "");
   }
 
   [[nodiscard]] std::int64_t countOf(const std::string& sql) const {

@@ -49,13 +49,16 @@ std::string bytewise(Connection& db, std::string_view column) {
   return std::string(column) + (plain ? "" : " collate \"C\"");
 }
 
-void joinByIndexes(Connection& db) {
+void planForSearch(Connection& db) {
   if (db.dialect().kind == Dialect::Kind::Sqlite) return;  // which knows no other way
+  std::string values;
   std::string hash;
   std::string merge;
   Query query(
-      db, "select set_config('enable_hashjoin', 'off', true), set_config('enable_mergejoin', 'off', true)");
-  fetchOne(query, hash, merge);
+      db,
+      "select set_config('plan_cache_mode', 'force_custom_plan', true), set_config('enable_hashjoin', 'off', "
+      "true), set_config('enable_mergejoin', 'off', true)");
+  fetchOne(query, values, hash, merge);
 }
 
 std::string keysIn(Connection& db, std::string_view name) {

@@ -44,6 +44,9 @@ create index equipment_statuses_status on equipment_statuses (status_id);
 create index maintenance_lines_type on maintenance_lines (maintenance_type_id, maintenance_id);
 create index bookings_open on bookings (location_id, starts_at) where status in (0, 99, 999);
 create index bookings_room_open on bookings (room_id) where status in (0, 99, 999);
+create index bookings_pickup_open on bookings (pickup_location_id) where status in (0, 99, 999);
+create index bookings_wanted_open on bookings (wanted_location_id)
+  where status in (0, 99, 999) and wanted_location_id is not null;
 create index bookings_over on bookings (ends_at) where status in (1, 2, 3, 4);
 create index booking_items_title on booking_items (title_id);
 create index booking_equipment_type on booking_equipment (equipment_type_id, booking_id);

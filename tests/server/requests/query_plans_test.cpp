@@ -65,13 +65,18 @@ std::vector<std::string> planOf(Connection& db, const std::string& explain, int 
   return lines;
 }
 
-/// The statement with each of its values written as `value`.
+/// Most of the history has ended before.
+constexpr std::string_view today = "1787000000";
+
+/// The statement with each of its values written as `value`, but for the day that divides the past from the
+/// present.
 std::string withValues(std::string sql, const std::string& value) {
   for (std::size_t at = sql.find(':'); at != std::string::npos; at = sql.find(':', at + value.size())) {
     std::size_t end = at + 1;
     while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) != 0 || sql[end] == '_'))
       ++end;
-    sql.replace(at, end - at, value);
+    const bool isToday = std::string_view(sql).substr(at, end - at) == ":today";
+    sql.replace(at, end - at, isToday ? std::string(today) : value);
   }
   return sql;
 }
