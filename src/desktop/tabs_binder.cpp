@@ -27,6 +27,7 @@ class TabsBinder : public Binder {
     while (widget_.count() > 0) widget_.removeTab(0);
     for (const TabStrip::Tab& tab : tabs_.Tabs())
       widget_.setTabToolTip(widget_.addTab(qt(tab.caption)), qt(tab.toolTip));
+    widget_.updateGeometry();  // an unseen bar does not tell of its new tabs
   }
 
   TabStrip& tabs_;

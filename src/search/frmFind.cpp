@@ -138,8 +138,9 @@ void frmFind::arrange() {
   }
   known.children.emplace_back(fraAdvanced);
   known.children.emplace_back(fraTerms);
-  Layout = Column{Row{known.share(1), Column{cmdFindNow, cmdNewSearch, cmdAdvancedSearch, Stretch{}}},
-                  LayoutNode(faResults).share(1), Row{Stretch{}, cmdOK, cmdClose}};
+  known.children.push_back(Stretch{});
+  const LayoutNode top = Row{known.share(1), Column{cmdFindNow, cmdNewSearch, cmdAdvancedSearch, Stretch{}}};
+  Layout = Column{top.share(0), LayoutNode(faResults).share(1), Row{Stretch{}, cmdOK, cmdClose}};
 }
 
 // Opening
@@ -172,9 +173,16 @@ void frmFind::becomePicker(const PickerMode& mode) {
   picker_ = &mode;
   Caption = mode.caption;
   cboSearchFor.ListIndex = mode.category;
+  const auto scopes = searchCategories()[static_cast<std::size_t>(mode.category)].scopes;
+  for (std::size_t i = 0; i < scopes.size(); ++i) {
+    if (scopes[i].location == mode.location) cboSearchWhere.ListIndex = static_cast<int>(i);
+  }
   disable(cboSearchFor, cboSearchWhere, cmdAdvancedSearch);
   setVisible(false, mnuFile, mnuTools, mnuHelp);
   cmdClose.Caption = "&Cancel";
+  // A dialog keeps its size, and so has its list from the start.
+  results.build(resultLayout(mode.results).list);
+  faResults.Visible = true;
 }
 
 void frmFind::fillLists() {
@@ -252,11 +260,12 @@ void frmFind::cmdSearchMedia_Click() {
 
 void frmFind::cmdNewSearch_Click() {
   emptyResults();
-  faResults.Visible = false;
+  faResults.Visible = IsModal();
   showStatus("");
   sbFind.Visible = false;
   optTerms(0).Value = true;
   for (const auto& category : categories_) category->reset(app_.clock.now());
+  if (isShown() && !isAdvanced()) criteria(cboSearchFor.ListIndex).focus();
 }
 
 void frmFind::cmdAdvancedSearch_Click() {

@@ -269,6 +269,7 @@ TEST_F(FindTest, ANewSearchEmptiesEverything) {
   find.cmdNewSearch.press();
   EXPECT_FALSE(find.faResults.Visible || find.sbFind.Visible || find.cmdOK.Enabled ||
                find.faResults.hasData());
+  EXPECT_EQ(find.ActiveControl()->Name(), "dtBookingDate") << "ready for the next search";
   findNothing(find, request("SRCHTAG=7 SRCHVAL=2026-11-25", kFindBookings));
   find.optTerms(1).choose();
   findNothing(find, request("SRCHTAG=7 SRCHVAL=2026-11-25", kFindBookings, "AND"));

@@ -36,6 +36,8 @@ TEST_F(FindTest, APickerHandsBackItsRow) {
       EXPECT_FALSE(find.mnuFile.Visible || find.mnuTools.Visible || find.mnuHelp.Visible);
       EXPECT_EQ(find.cmdClose.Caption, "&Cancel");
       EXPECT_FALSE(find.cmdOK.Enabled);
+      find.cmdNewSearch.press();
+      EXPECT_TRUE(find.faResults.Visible) << "a dialog keeps its size";
       bool others = false;
       desktop.onRepaint = [&](Form&) { others = main().Enabled; };
       findRecords(find, row.request, std::string("head: SRCHCNT=1\n") + row.reply);
