@@ -18,8 +18,10 @@
 #include "frame/modMain.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
+#include "schedule/day_view.h"
 #include "schedule/program.h"
 #include "support/noon.h"
+#include "support/view_as.h"
 #include "transport/embedded_server.h"
 #include "transport/http_transport.h"
 
@@ -212,7 +214,7 @@ class DeskStory : public DesktopTest {
   QPushButton& button(const char* name) { return find<QPushButton>(program_->main, name); }
   GridView& list() { return find<GridView>(program_->main, "faDayBookings"); }
   int rows() { return list().model()->rowCount(); }
-  Grid& grid() { return program_->main.dayView.faDayBookings; }
+  Grid& grid() { return viewAs<DayView>(program_->main, ViewId::Day).faDayBookings; }
   std::string cell(int row, int data) { return grid().TextMatrix(row, grid().columnOfData(data)); }
   /// The first row of this status, or 0.
   int rowOf(const std::string& status) {

@@ -1,5 +1,7 @@
 #include "frame/preferences.h"
 
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
 #include "frame/modMain.h"
 #include "support/desk.h"
 
@@ -239,8 +241,9 @@ TEST_F(PreferencesAtTheDesk, SearchListsOpenAtThePreferredKind) {
   settings.prefer("ChargeSearch", "2");
   settings.prefer("DischargeSearch", "9");
   start();
-  EXPECT_EQ(main().chargeView.cboChargeSearch.Text(), "Confirmation Number");
-  EXPECT_EQ(main().dischargeView.cboDischargeSearch.Text(), "Dewey Decimal Call Number");
+  EXPECT_EQ(viewAs<ChargeView>(main(), ViewId::Charge).cboChargeSearch.Text(), "Confirmation Number");
+  EXPECT_EQ(viewAs<DischargeView>(main(), ViewId::Discharge).cboDischargeSearch.Text(),
+            "Dewey Decimal Call Number");
 }
 
 TEST_F(PreferencesAtTheDesk, AllAreStoredInOneWriteAndARefusalIsTold) {
@@ -269,7 +272,7 @@ TEST_F(PreferencesAtTheDesk, ChangedLegendBoxesReadTheDayOnce) {
 TEST_F(PreferencesAtTheDesk, TheBookingsFoundForChargeOutliveAReadingOfThePreferences) {
   start();
   main().showView(ViewId::Charge);
-  ChargeView& charge = main().chargeView;
+  ChargeView& charge = viewAs<ChargeView>(main(), ViewId::Charge);
   charge.cboChargeSearch.select(2);
   server.expect("SSC", "CNUM=M7").replies("BOOKID=7 CNUM=M7\nBOOKID=8 CNUM=M8");
   charge.txtChargeSearchFor.type("M7");

@@ -4,6 +4,7 @@
 
 #include "frame/app.h"
 #include "frame/modMain.h"
+#include "schedule/day_view.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -48,7 +49,7 @@ std::set<std::string> offers(frmMain& main) {
       if (tool->Enabled && choice->Enabled) found.insert("tool: " + choice->Caption.get());
     }
   }
-  if (main.dayView.cmdNewBooking.usable()) found.insert("cmdNewBooking");
+  if (viewAs<DayView>(main, ViewId::Day).cmdNewBooking.usable()) found.insert("cmdNewBooking");
   return found;
 }
 

@@ -13,6 +13,9 @@
 #include "booking/frmBooking.h"
 #include "booking/frmSupervisor.h"
 #include "booking/modBooking_policy.h"
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
+#include "circulation/quick_discharge_view.h"
 #include "desktop/chatter.h"
 #include "desktop/demo_operator.h"
 #include "desktop/form_window.h"
@@ -21,10 +24,13 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "frame/app.h"
+#include "inventory/group_view.h"
+#include "inventory/inventory_view.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
 #include "records/records.h"
+#include "schedule/day_view.h"
 #include "schedule/frmSched.h"
 #include "schedule/program.h"
 #include "transport/embedded_server.h"
@@ -53,6 +59,10 @@ class Tour {
  private:
   App& app() { return program_.app; }
   frmMain& main() { return program_.main; }
+  template <class View>
+  View& view(ViewId id) {
+    return dynamic_cast<View&>(main().view(id));
+  }
 
   void picture(Form& form, const QString& name) {
     desktop_.handleEvents();
@@ -127,15 +137,15 @@ class Tour {
     for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance}) {
       const ViewRow& row = inventoryViewOf(kind);
       main().showView(row.id);
-      InventoryView& view = main().inventory(kind);
-      listFirst(view, view.tvwDB.Roots());
-      if (view.fa.hasData()) view.fa.click(1, 1);
+      InventoryView& list = view<InventoryView>(row.id);
+      listFirst(list, list.tvwDB.Roots());
+      if (list.fa.hasData()) list.fa.click(1, 1);
       picture(main(), qt(row.picture) + "-list");
     }
     main().showView(ViewId::Groups);
-    main().groupView().fa.click(2, 1);
-    main().groupView().cmdMembers.press();
-    main().groupView().members.fa.click(1, 1);
+    view<GroupView>(ViewId::Groups).fa.click(2, 1);
+    view<GroupView>(ViewId::Groups).cmdMembers.press();
+    view<GroupView>(ViewId::Groups).members.fa.click(1, 1);
     picture(main(), "group-members");
   }
   static void listFirst(InventoryView& view, const std::vector<TreeNode*>& nodes) {
@@ -192,7 +202,7 @@ class Tour {
   /// The day's first live booking.
   void savedBooking() {
     main().showView(ViewId::Day);
-    Grid& grid = main().dayView.faDayBookings;
+    Grid& grid = view<DayView>(ViewId::Day).faDayBookings;
     const int id = grid.columnOfData(0);
     const int status = grid.columnOfData(1);
     for (int row = 1; row < grid.Rows; ++row) {
@@ -212,7 +222,7 @@ class Tour {
 
   void circulation() {
     main().showView(ViewId::Charge);
-    ChargeView& charge = main().chargeView;
+    ChargeView& charge = view<ChargeView>(ViewId::Charge);
     charge.cboChargeSearch.ListIndex = 3;
     charge.txtChargeSearchFor.type("S?");
     charge.cmdCSearch_Click();
@@ -220,7 +230,7 @@ class Tour {
     picture(main(), "charge-found");
     charge.cmdCCharge_Click();
     main().showView(ViewId::Discharge);
-    DischargeView& discharge = main().dischargeView;
+    DischargeView& discharge = view<DischargeView>(ViewId::Discharge);
     discharge.cboDischargeSearch.ListIndex = 5;
     for (char letter = 'A'; letter <= 'Z' && !discharge.fraDBookings.Visible; ++letter) {
       discharge.txtDischargeSearchFor.type(std::string(1, letter) + "?");
@@ -230,7 +240,7 @@ class Tour {
     discharge.cmdDDischarge_Click();
     app().circulation().showNote("Schedule Popup Note:  Lecture Hall 121 - The key is with the porter.");
     main().showView(ViewId::QuickDischarge);
-    main().quickDischargeView.cmdBackDate_Click();
+    view<QuickDischargeView>(ViewId::QuickDischarge).cmdBackDate_Click();
     picture(main(), "quick-back-date");
   }
 
