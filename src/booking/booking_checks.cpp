@@ -126,6 +126,7 @@ static bool isStored(BookingParts& parts, const Ask& ask, int rc, std::string_vi
     case codes::Media:
     case codes::Equipment:
     case codes::NotInStorage:
+    case codes::EquipmentStatus:
       TellTaken(parts.app, rc);
       return false;
     default:

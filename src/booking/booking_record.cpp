@@ -142,11 +142,10 @@ std::string_view capacitySign(int capacityOp) {
   return capacityOp == 0 ? ">=" : "<=";
 }
 
-std::string genericRoomText(const BookingRecord& record, std::string_view location,
-                            std::string_view roomType) {
+std::string genericRoomText(const GenericRoom& room, std::string_view location, std::string_view roomType) {
   std::string text = "Capacity:  ";
-  text += capacitySign(record.GenericRoomCapacityOp);
-  text += std::to_string(record.GenericRoomCapacity) + " *** Location:  ";
+  text += capacitySign(room.GenericRoomCapacityOp);
+  text += std::to_string(room.GenericRoomCapacity) + " *** Location:  ";
   text += location;
   text += " *** Room Type:  ";
   text += roomType;

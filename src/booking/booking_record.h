@@ -22,9 +22,17 @@ struct BookingTypeRow {
 [[nodiscard]] int optionOfType(int type);    ///< -1 for no type
 [[nodiscard]] int typeOfOption(int option);  ///< 0 for no option
 
+/// What a room has to be like, where any such room will do.
+struct GenericRoom {
+  int GenericRoomTypeId = 0;
+  int GenericRoomLocationId = 0;  ///< of a pick-up booking, its location
+  int GenericRoomCapacity = 0;
+  int GenericRoomCapacityOp = 0;  ///< 0: at least the capacity; any other: at most
+};
+
 /// What one open booking window knows of its booking beside its controls. Ids are the server's numbers, 0 for
 /// none.
-struct BookingRecord {
+struct BookingRecord : GenericRoom {
   int BookingId = 0;  ///< 0: not yet saved, or a copy
   int BookingTypeId = 0;
   std::string AdminBooking = "N";   ///< "Y": an administrative booking, without a requester
@@ -35,11 +43,7 @@ struct BookingRecord {
   int PickupPatronId = 0;
   std::string ExpireDate;  ///< end of the requester's privileges, as the server writes it
 
-  int GenericRoomTypeId = 0;
-  int GenericRoomLocationId = 0;  ///< of a pick-up booking, its location
-  int GenericRoomCapacity = 0;
-  int GenericRoomCapacityOp = 0;  ///< 0: at least the capacity; any other: at most
-  int RoomId = 0;                 ///< 0 for a generic room and for a pick-up
+  int RoomId = 0;  ///< 0 for a generic room and for a pick-up
   int PickupLocationId = 0;
 
   int SetupStaffId = 0;
@@ -92,7 +96,7 @@ void ForgetPrivileges(BookingRecord& record);
 /// booking.
 [[nodiscard]] std::string requesterText(const BookingRecord& record);
 /// "Capacity:  >=20 *** Location:  Main *** Room Type:  Hall".
-[[nodiscard]] std::string genericRoomText(const BookingRecord& record, std::string_view location,
+[[nodiscard]] std::string genericRoomText(const GenericRoom& room, std::string_view location,
                                           std::string_view roomType);
 /// ">=" or "<=".
 [[nodiscard]] std::string_view capacitySign(int capacityOp);

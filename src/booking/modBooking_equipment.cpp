@@ -107,6 +107,14 @@ void AddEquipmentType(BookingParts& parts, bool& dirty) {
   if (AddTypeNode(parts, chosen.substr(0, bar), chosen.substr(bar + 1))) dirty = true;
 }
 
+bool WantEquipmentType(BookingParts& parts, const std::string& eti, const std::string& ety) {
+  if (parts.equipment.tvwEquipment.find(eti)) return true;
+  StoreTimes(parts);
+  if (!MayUseType(parts.app, parts.record, eti) || ConfirmEquipmentLimit(parts.app, parts.record))
+    return false;
+  return AddTypeNode(parts, eti, ety);
+}
+
 bool AddPieceNode(BookingParts& parts, const EquipmentPiece& piece, std::string_view ifTwice) {
   if (!addPiece(parts.equipment.tvwOtherEquipment, roots::Specific, piece)) {
     informationBox(parts.app.desktop, std::string(ifTwice));

@@ -38,6 +38,9 @@ void AddSpecificEquipment(BookingParts& parts);
 /// `dirty` rises when a type was added.
 void AddEquipmentType(BookingParts& parts, bool& dirty);
 
+/// Adds an equipment type that the server allows at the booking's times. Whether the booking has it now.
+bool WantEquipmentType(BookingParts& parts, const std::string& eti, const std::string& ety);
+
 /// What is said of a piece that the booking has already, where it is added and where a booking is read. The
 /// two spellings are deliberate.
 inline constexpr std::string_view kPieceAddedTwice = "Equipment/Equipment group already in booking.";

@@ -135,6 +135,10 @@ bool walkFailures(App& app, int rc, Validator validator) {
 
 void TellTaken(App& app, int rc) {
   if (rc == codes::NotInStorage) return criticalBox(app.desktop, std::string(kNotStored));
+  if (rc == codes::EquipmentStatus) {
+    return criticalBox(app.desktop, "Cannot book equipment.  " + app.message.Get(tags::VD2) +
+                                        "\n\rEquipment Status:  " + app.message.Get(tags::VD3));
+  }
   const Validator validator = rc == codes::Media ? kItemUsage : kEquipmentUsage;
   if (app.message.Count(tags::CNUM) > 0) return ShowErrorReport(app, kValidatorTable[validator].report);
   while (app.message.NextRecord(tags::VUF)) {

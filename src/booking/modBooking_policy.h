@@ -34,7 +34,8 @@ class BookingParts;
 void TellRoomTaken(BookingParts& parts);
 
 /// Tells what keeps the things of a booking from being stored, when only the storing of it finds out: for the
-/// return codes `codes::Media`, `Equipment` and `NotInStorage`. Nothing can be overridden any more.
+/// return codes `codes::Media`, `Equipment`, `NotInStorage` and `EquipmentStatus`. Nothing can be overridden
+/// any more.
 void TellTaken(App& app, int rc);
 
 /// Before a thing is added: true stops the adding, because the requester's limit is reached and nobody

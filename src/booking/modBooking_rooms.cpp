@@ -1,6 +1,7 @@
 #include "booking/modBooking_rooms.h"
 
 #include "booking/booking_parts.h"
+#include "booking/frmRoomInfo.h"
 #include "booking/modBooking_ask.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
@@ -17,10 +18,7 @@ constexpr std::string_view kNoteWhileBooking = "1";
 
 void emptyGenericRoom(PlacePanel& place, BookingRecord& record) {
   for (int i = kDeliverOption; i <= kScheduledOption; ++i) place.txtGenericRoom(i).Text = "";
-  record.GenericRoomTypeId = 0;
-  record.GenericRoomLocationId = 0;
-  record.GenericRoomCapacity = 0;
-  record.GenericRoomCapacityOp = 0;
+  static_cast<GenericRoom&>(record) = {};
 }
 
 void emptyRoom(PlacePanel& place, BookingRecord& record, int index) {
@@ -123,21 +121,18 @@ void RoomChosen(BookingParts& parts, int index) {
 }
 
 void PickGenericRoom(BookingParts& parts, int index) {
-  const std::string answer = pickBySearch(parts.app, genericRoomTag({parts.record.GenericRoomTypeId,
-                                                                     parts.record.GenericRoomLocationId,
-                                                                     parts.record.GenericRoomCapacity,
-                                                                     parts.record.GenericRoomCapacityOp,
-                                                                     {}}));
-  if (answer.empty()) return;
-  const GenericRoom room = genericRoomOf(answer);
+  frmRoomInfo window(parts.app, parts.record);
+  window.ShowModal();
+  if (!window.answer) return;
+  const RoomWish& wish = *window.answer;
   PlacePanel& place = parts.place;
   emptyRoom(place, parts.record, index);
-  parts.record.GenericRoomTypeId = room.roomType;
-  parts.record.GenericRoomLocationId = room.location;
-  parts.record.GenericRoomCapacity = room.capacity;
-  parts.record.GenericRoomCapacityOp = room.capacityOp;
-  place.txtGenericRoom(index).Text = room.text;
+  static_cast<GenericRoom&>(parts.record) = wish.room;
+  place.txtGenericRoom(index).Text = wish.text;
   RebuildForRoom(parts);
+  // Equipment in a room is wanted like any other type: the server takes the room's own where it has it.
+  if (wish.equipmentType.empty() || !WantEquipmentType(parts, wish.equipmentType, wish.equipmentName)) return;
+  place.txtGenericRoom(index).Text = wish.text + " *** Equipment Type:  " + wish.equipmentName;
 }
 
 void FindRoom(BookingParts& parts, int index) {

@@ -1,6 +1,5 @@
 #include "booking/plain_find.h"
 
-#include "booking/booking_record.h"
 #include "booking/modBooking_patrons.h"
 #include "messaging/ask.h"
 #include "platform/text.h"
@@ -23,29 +22,22 @@ PlainFind::PlainFind(App& app) : Form(app.windows, std::string(kSearchWindow)), 
 
 void PlainFind::Form_Load() {
   app_.tools.PrepareForm(*this);
-  const std::string& tag = Tag.get();
-  mode_ = isGenericRoomTag(tag) ? Mode::GenericRoom : tag == kFindPatronTag ? Mode::Patron : Mode::Room;
+  mode_ = Tag.get() == kFindPatronTag ? Mode::Patron : Mode::Room;
   showMode();
   if (mode_ == Mode::Patron) {
     buildGrid("<Patron Name|<Patron Group|<Barcode|<Barcode Status");
-  } else if (mode_ == Mode::Room) {
+  } else {
     buildGrid("<Room|<Kind");
     listRooms("GDRM", "Deliver");
     listRooms("GLSRM", "Library/Media Center Scheduled Room");
     fa.AutoSize(0, fa.Cols - 1);
-  } else {
-    showGenericRoom();
   }
 }
 
 void PlainFind::showMode() {
   const LayoutNode buttons = Row{Stretch{}, cmdOK, cmdClose};
   Caption = mode_ == Mode::Patron ? "Find Patron for Booking" : "Find Room for Booking";
-  if (mode_ == Mode::GenericRoom) {
-    Layout = Column{Fields{lblRoomType, Row{cboRoomType}, lblRoomLocation, Row{cboRoomLocation}, lblCapacity,
-                           Row{cboCompare, txtRoomCapacity}},
-                    Gap{}, buttons};
-  } else if (mode_ == Mode::Patron) {
+  if (mode_ == Mode::Patron) {
     Layout = Column{Row{lblSearchFor, txtSearchFor, cmdFindNow}, fa, buttons};
   } else {
     Layout = Column{fa, buttons};
@@ -53,8 +45,7 @@ void PlainFind::showMode() {
 }
 
 void PlainFind::Form_Activate() {
-  Control* const first[] = {&txtSearchFor, &fa, &cboRoomType};
-  first[static_cast<int>(mode_)]->SetFocus();
+  mode_ == Mode::Patron ? txtSearchFor.SetFocus() : fa.SetFocus();
 }
 
 bool PlainFind::Form_Unload() {
@@ -113,40 +104,7 @@ void PlainFind::listRooms(std::string_view code, std::string_view kind) {
     addRow(app_.message.Get(tags::RID), {app_.message.Get(tags::RNM), std::string(kind)});
 }
 
-void PlainFind::showGenericRoom() {
-  const GenericRoom asked = genericRoomOf(Tag.get());
-  for (const Category& type : app_.context.categories.rooms) {
-    if (!type.storage) cboRoomType.AddItem(type.name, type.id);
-  }
-  for (const Location& location : app_.context.allLocations)
-    cboRoomLocation.AddItem(location.name, location.id);
-  cboCompare.AddItem(std::string(capacitySign(0)));
-  cboCompare.AddItem(std::string(capacitySign(1)));
-  const auto select = [](ComboBox& combo, int id) {
-    combo.ListIndex = std::max(combo.indexOfData(std::to_string(id)), combo.ListCount() > 0 ? 0 : -1);
-  };
-  select(cboRoomType, asked.roomType);
-  select(cboRoomLocation, asked.location);
-  cboCompare.ListIndex = asked.capacityOp == 0 ? 0 : 1;
-  txtRoomCapacity.Value = asked.capacity;
-}
-
-void PlainFind::answerGenericRoom() {
-  if (cboRoomType.ListIndex < 0 || cboRoomLocation.ListIndex < 0) return;
-  BookingRecord record;
-  record.GenericRoomCapacity = txtRoomCapacity.number();
-  record.GenericRoomCapacityOp = cboCompare.ListIndex;
-  GenericRoom room;
-  room.roomType = intOf(cboRoomType.ItemData(cboRoomType.ListIndex));
-  room.location = intOf(cboRoomLocation.ItemData(cboRoomLocation.ListIndex));
-  room.capacity = record.GenericRoomCapacity;
-  room.capacityOp = record.GenericRoomCapacityOp;
-  room.text = genericRoomText(record, cboRoomLocation.Text(), cboRoomType.Text());
-  close(genericRoomTag(room));
-}
-
 void PlainFind::cmdOK_Click() {
-  if (mode_ == Mode::GenericRoom) return answerGenericRoom();
   if (fa.Row < fa.FixedRows) return;
   const std::string& id = fa.RowData(fa.Row);
   const std::string text = fa.TextMatrix(fa.Row, fa.columnOfData(0));

@@ -3,13 +3,12 @@
 #include "frame/app.h"
 #include "platform/controls.h"
 #include "platform/grid.h"
-#include "platform/number_fields.h"
 #include "records/search_window.h"
 
 namespace vantry {
 
-/// A plain picker that answers for the search window: patrons by barcode, rooms out of the lists that the
-/// server gives for bookings, and what a room has to be like. Its `Tag` is that of the search window.
+/// A plain picker that answers for the search window: patrons by barcode, and rooms out of the lists that the
+/// server gives for bookings. Its `Tag` is that of the search window.
 class PlainFind : public Form {
  public:
   explicit PlainFind(App& app);
@@ -24,25 +23,16 @@ class PlainFind : public Form {
   TextBox txtSearchFor{*this, "txtSearchFor"};
   Button cmdFindNow{*this, "cmdFindNow", "&Find Now"};
   Grid fa{*this, "fa"};
-  Label lblRoomType{*this, "lblRoomType", "Room &Type:"};
-  ComboBox cboRoomType{*this, "cboRoomType"};
-  Label lblRoomLocation{*this, "lblRoomLocation", "&Location:"};
-  ComboBox cboRoomLocation{*this, "cboRoomLocation"};
-  Label lblCapacity{*this, "lblCapacity", "&Capacity:"};
-  ComboBox cboCompare{*this, "cboCompare"};
-  NumberField txtRoomCapacity{*this, "txtRoomCapacity", 0, 99999};
   Button cmdOK{*this, "cmdOK", "&OK"};
   Button cmdClose{*this, "cmdClose", "&Cancel"};
 
  private:
-  enum class Mode { Patron, Room, GenericRoom };
+  enum class Mode { Patron, Room };
   void showMode();
   void buildGrid(std::string_view format);
   void addRow(std::string id, std::initializer_list<std::string> cells);
   void findPatrons();
   void listRooms(std::string_view code, std::string_view kind);
-  void showGenericRoom();
-  void answerGenericRoom();
   void close(std::string answer);
 
   App& app_;

@@ -1,6 +1,7 @@
 #include "desktop/binder.h"
 
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QPointer>
 #include <QWidget>
 #include <array>
@@ -76,6 +77,22 @@ bool isEnter(const QEvent& event) {
   if (event.type() != QEvent::KeyPress) return false;
   const int key = static_cast<const QKeyEvent&>(event).key();
   return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+std::string keyName(const QKeyEvent& event) {
+  switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_unknown:
+      return {};
+    default:
+      break;
+  }
+  const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
+  return utf8(QKeySequence(event.key() | static_cast<int>(modifiers)).toString(QKeySequence::PortableText));
 }
 
 }  // namespace vantry

@@ -4,9 +4,11 @@
 #include <QPoint>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/control.h"
 
+class QKeyEvent;
 class QWidget;
 
 namespace vantry {
@@ -71,6 +73,8 @@ std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent
 
 /// Whether the event is a press of one of the two Enter keys.
 bool isEnter(const QEvent& event);
+/// The key as menus name it: "F4", "Ctrl+C"; empty for a key that only modifies others.
+std::string keyName(const QKeyEvent& event);
 
 // The makers of the kinds, for the table in binders.cpp.
 using BinderMaker = std::unique_ptr<Binder>(Control&, Host&, QWidget*);

@@ -1,3 +1,4 @@
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <algorithm>
 #include <cstdlib>
@@ -31,6 +32,7 @@ class GridBinder : public Binder {
       view.takeSeveral();
       view.onSelectRows = [this](const std::vector<int>& rows, int current) { selectRows(rows, current); };
     }
+    view.installEventFilter(this);
     view.takesEnter = [this] { return static_cast<bool>(grid_.DblClick); };
   }
   ~GridBinder() override {
@@ -65,7 +67,19 @@ class GridBinder : public Binder {
     structure_ = columns_ = cells_ = selection_ = top_ = false;
   }
 
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress && answersKey(static_cast<const QKeyEvent&>(*event))) return true;
+    return Binder::eventFilter(watched, event);
+  }
+
  private:
+  bool answersKey(const QKeyEvent& event) {
+    if (!grid_.KeyDown || !grid_.Redraw) return false;
+    const std::string key = keyName(event);
+    bool answered = false;
+    if (!key.empty()) act([&] { answered = grid_.pressKey(key); });
+    return answered;
+  }
   /// A list that only lost or got a row keeps its place.
   void renew() {
     const int before = model_->rowCount();

@@ -43,6 +43,9 @@ static Merge mergeOf(const GridModel& model, const QModelIndex& index) {
   return merge;
 }
 
+/// More than fits into the widest column, and less than a note, which would take seconds to lay out.
+static constexpr std::size_t kShownBytes = 4000;
+
 /// Some screens' worth of cells.
 static constexpr int kKeptTexts = 4000;
 
@@ -95,7 +98,7 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   const bool hidden = (merge.above && index.row() != view_.rowAt(0)) || merge.left;
   if (hidden || cell.text.empty()) return;
   const QRect room = option.rect.adjusted(style::kCellMargin, 0, -style::kCellMargin, 0);
-  QString text = qt(cell.text);
+  QString text = qt(std::string_view(cell.text).substr(0, kShownBytes));
   text.replace('\n', ' ');
   QFont font = option.font;
   font.setBold(selected);

@@ -16,23 +16,6 @@ namespace vantry {
 /// Up to this many characters a field is as wide as its text can be.
 static constexpr int kShortText = 12;
 
-/// The key as menus name it: "F4", "Ctrl+C"; empty for a key that only modifies others.
-static std::string nameOf(const QKeyEvent& event) {
-  switch (event.key()) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-    case Qt::Key_unknown:
-      return {};
-    default:
-      break;
-  }
-  const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
-  return utf8(QKeySequence(event.key() | static_cast<int>(modifiers)).toString(QKeySequence::PortableText));
-}
-
 /// What single lines and notes have in common. The platform counts characters, the widget units of UTF-16.
 class TextBoxBinder : public Binder {
  public:
@@ -80,7 +63,7 @@ class TextBoxBinder : public Binder {
  private:
   bool answersKey(const QKeyEvent& event) {
     if (!box_.KeyDown) return false;
-    const std::string key = nameOf(event);
+    const std::string key = keyName(event);
     bool answered = false;
     if (!key.empty()) act([&] { answered = box_.pressKey(key); });
     return answered;

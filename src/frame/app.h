@@ -37,12 +37,20 @@ struct GroupSlots {
   std::string number;
 };
 
+/// The room that a new piece is kept in, for whoever opens the piece from a room: names as the lists show
+/// them.
+struct RoomSlots {
+  std::string location;
+  std::string name;
+};
+
 /// What the opener tells the window of a record, which reads it in its `Form_Load`.
 struct RecordSlots {
   RecordOpening opening;
   std::array<std::string, kRecordKinds> typeNames;
   std::array<std::string, kRecordKinds> typeIds;
   GroupSlots group;
+  RoomSlots room;
 };
 
 /// What the program shares. One object; windows and modules get it by reference.

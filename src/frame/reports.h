@@ -3,7 +3,11 @@
 namespace vantry {
 
 class frmBooking;
+class frmEquipment;
 class frmGenAssign;
+class frmGroup;
+class frmMaintenance;
+class frmRoom;
 
 /// What prints the contents of a window. It is implemented above the windows that it prints.
 class Reports {
@@ -14,6 +18,11 @@ class Reports {
   virtual void print(const frmBooking& window) = 0;
   /// The lists of what was assigned when a booking was charged.
   virtual void print(const frmGenAssign& window) = 0;
+  // The details of the record in the window.
+  virtual void print(const frmEquipment& window) = 0;
+  virtual void print(const frmRoom& window) = 0;
+  virtual void print(const frmGroup& window) = 0;
+  virtual void print(const frmMaintenance& window) = 0;
 };
 
 }  // namespace vantry

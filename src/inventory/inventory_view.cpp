@@ -185,12 +185,21 @@ void InventoryView::refresh() {
 void InventoryView::readList(const TreeNode& node) {
   clearList();
   lblDetails.Caption = heading(node);
+  rememberType(node);
   parts().showMessage("Requesting Data From Server...");
   const bool read = askFor(upToBar(node.key), [this] {
     list_.fill();
     rowsChanged();
   });
   if (!read) parts().showMessage("");  // a failure leaves no promise behind
+}
+
+/// A new record has the type that was looked at last.
+void InventoryView::rememberType(const TreeNode& node) {
+  if (!kind_.categories) return;
+  const auto slot = static_cast<std::size_t>(kind_.kind);
+  app().slots.typeIds[slot] = upToBar(node.key);
+  app().slots.typeNames[slot] = node.key.substr(node.key.find('|') + 1);
 }
 
 void InventoryView::refill(std::string_view category) {
@@ -249,15 +258,16 @@ void InventoryView::cmdEditInv_Click() {
 
 void InventoryView::cmdDeleteInv_Click() {
   if (!RemoveInventoryRecord(app(), ask(), kind_.kind, selectedId())) return;
-  dropSelectedRow();
+  dropSelectedRow(selectedCategory());
   fa.SetFocus();  // the button is off now, and the focus would jump to the next one
 }
 
-void InventoryView::dropSelectedRow() {
-  if (!hasSelectedRow()) return;
-  fa.RemoveItem(fa.Row);
-  lowerCount([this](const Category& each) { return each.id == selectedCategory(); });
-  rowsChanged();
+void InventoryView::dropSelectedRow(std::string_view category) {
+  if (hasSelectedRow()) {
+    fa.RemoveItem(fa.Row);
+    rowsChanged();
+  }
+  lowerCount([category](const Category& each) { return each.id == category; });
 }
 
 void InventoryView::dropRecord(std::string_view id, std::string_view category) {

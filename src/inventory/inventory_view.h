@@ -45,8 +45,9 @@ class InventoryView : public MainView {
   void refill(std::string_view category) override;
   /// What the selected node's list is asked by; empty without a node.
   [[nodiscard]] std::string_view selectedCategory() const;
-  /// Takes the selected row away, since its record was deleted.
-  void dropSelectedRow() override;
+  /// Takes the selected row away, if there is one, and lowers the count of this category, since a record of
+  /// it was deleted.
+  void dropSelectedRow(std::string_view category) override;
   /// Does the same with the row of a record, if the list shows it. The category is given by its name.
   void dropRecord(std::string_view id, std::string_view category) override;
 
@@ -71,6 +72,7 @@ class InventoryView : public MainView {
  private:
   void connect();
   void readList(const TreeNode& node);
+  void rememberType(const TreeNode& node);
   void clearList();
   void rowsChanged();
   void allowCommands();

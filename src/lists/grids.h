@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/grid.h"
 
 namespace vantry {
@@ -10,5 +12,7 @@ class App;
 void SetGridAutoSize(const App& app, Grid& grid);
 /// Lets neighbouring cells of equal text merge, or not.
 void SetGridMerge(Grid& grid, bool on);
+/// The headings and rows of the visible columns as text: a line for each, with tabs between the cells.
+[[nodiscard]] std::string gridText(const Grid& grid);
 
 }  // namespace vantry

@@ -40,8 +40,9 @@ class MainView {
   virtual void BuildMainTrees() {}
   /// Reads the list anew if it shows this category.
   virtual void refill(std::string_view) {}
-  /// Takes the selected row away, since its record was deleted.
-  virtual void dropSelectedRow() {}
+  /// Takes the selected row away, if there is one, and lowers the count of this category, since a record of
+  /// it was deleted.
+  virtual void dropSelectedRow(std::string_view) {}
   /// Does the same with the row of a record. The category is given by its name.
   virtual void dropRecord(std::string_view, std::string_view) {}
   /// Opens the pane of a group's members, or closes it.

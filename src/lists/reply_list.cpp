@@ -30,6 +30,11 @@ using Moment = std::array<std::string_view, 3>;
 constexpr Moment kMoments[] = {{"Start Date", "Start Time24", "Start Time"},
                                {"End Date", "End Time24", "End Time"}};
 
+/// The mark of an alignment in a grid's format.
+char markOf(Align align) {
+  return align == Align::Left ? '<' : align == Align::Right ? '>' : '^';
+}
+
 /// The moment to which a column belongs, or nullptr.
 const Moment* momentOf(std::string_view heading) {
   for (const Moment& moment : kMoments) {
@@ -62,7 +67,7 @@ void ReplyList::build(const ReplyLayout& layout) {
   for (const ReplyColumn& column : layout.columns) {
     const bool byNumber = column.kind == CellKind::Piece && !app_.preferences.Barcodes;
     if (!format.empty()) format += '|';
-    format += '<';
+    format += markOf(column.align);
     format += byNumber ? kNumberHeading : column.heading;
   }
   clear();
@@ -90,13 +95,27 @@ void ReplyList::setText(int row, int column, std::string text) {
   grid_.TextMatrix(row, grid_.columnOfData(column), std::move(text));
 }
 
+std::string ReplyList::valueOf(int row, std::string_view tag) const {
+  for (std::size_t column = 0; column < layout_.columns.size(); ++column) {
+    if (layout_.columns[column].tag == tag) return text(row, static_cast<int>(column));
+  }
+  return {};
+}
+
 // Rows
 
 int ReplyList::fill() {
-  begin();
+  grid_.Redraw = false;
+  clear();
+  return add();
+}
+
+int ReplyList::add() {
+  grid_.Redraw = false;
+  if (!grid_.hasData()) keys_.clear();
   const int total = app_.message.Count(layout_.walk);
-  grid_.Rows = total + 1;
-  int row = 1;
+  int row = grid_.Rows;
+  grid_.Rows = row + total;
   while (app_.message.NextRecord(layout_.walk)) {
     if (hooks.progress) hooks.progress(row, total);
     if (isRepeated() || (hooks.accepts && !hooks.accepts())) continue;
@@ -108,17 +127,12 @@ int ReplyList::fill() {
 }
 
 int ReplyList::fill(const std::vector<ListRow>& rows) {
-  begin();
+  grid_.Redraw = false;
+  clear();
   grid_.Rows = static_cast<int>(rows.size()) + 1;
   int row = 0;
   for (const ListRow& texts : rows) setRow(++row, texts);
   return finish(row);
-}
-
-void ReplyList::begin() {
-  grid_.Redraw = false;
-  clear();
-  keys_.clear();
 }
 
 int ReplyList::finish(int rows) {
@@ -218,6 +232,17 @@ void ReplyList::sort(SortOrder order) {
     }
   }
   grid_.Sort();
+  grid_.Row = 0;
+  grid_.Redraw = true;
+}
+
+void ReplyList::sortBy(int firstColumn, int lastColumn) {
+  grid_.Redraw = false;
+  // A sort keeps the order of equal rows, so that the last one decides first.
+  for (int column = lastColumn; column >= firstColumn; --column) {
+    grid_.ColSort(grid_.columnOfData(column), SortOrder::Ascending);
+    grid_.Sort();
+  }
   grid_.Row = 0;
   grid_.Redraw = true;
 }

@@ -33,6 +33,7 @@ struct ReplyColumn {
   CellKind kind = CellKind::Plain;
   int width = 1500;  ///< twips; 0 hides the column for good
   SortKind sort = SortKind::Text;
+  Align align = Align::Left;
 };
 
 /// Whether the columns are fitted to their texts as soon as there are new rows.
@@ -98,6 +99,8 @@ class ReplyList {
   void clear();
   /// Fills the grid anew from the last reply and shows it; no row is selected. The number of rows.
   int fill();
+  /// Adds the records of the last reply behind the rows that are there. The number of all rows.
+  int add();
   /// Fills the grid anew with these rows instead.
   int fill(const std::vector<ListRow>& rows);
   /// Adds a last row; its place.
@@ -110,13 +113,17 @@ class ReplyList {
   /// The text of a row in the column of this place in the layout, wherever that column is now.
   [[nodiscard]] const std::string& text(int row, int column) const;
   void setText(int row, int column, std::string text);
+  /// The value of a row under this tag; empty where the list has no column of it.
+  [[nodiscard]] std::string valueOf(int row, std::string_view tag) const;
 
   /// Sorts by the column under the pointer at the last right click and by the columns that belong to it; no
   /// row is selected afterwards.
   void sort(SortOrder order);
+  /// Sorts ascending by the columns between these places in the layout, the first of them first, wherever
+  /// they are now; no row is selected afterwards.
+  void sortBy(int firstColumn, int lastColumn);
 
  private:
-  void begin();
   int finish(int rows);
   void fillRow(int row);
   std::string cellText(const ReplyColumn& column) const;
@@ -126,7 +133,7 @@ class ReplyList {
 
   App& app_;
   Grid& grid_;
-  std::optional<MomentFields> moments_;
+  std::optional<MomentFields> moments_;  ///< of a list with dates or times
   ReplyLayout layout_;
   std::unordered_set<std::string> keys_;  ///< of the rows so far, where they must differ
 };

@@ -21,6 +21,9 @@ inline constexpr int SatisfiedByRoom = 137;  ///< stored; the room holds what wa
 inline constexpr int UpdatedByOther = 180;
 inline constexpr int TimesOverlap = 181;
 
+// Moving and grouping equipment.
+inline constexpr int PendingBooking = 174;  ///< a booking that has not begun needs it where it is
+
 // Patrons and operators.
 inline constexpr int BarcodeInactive = 108;
 inline constexpr int AddressOnHold = 109;
@@ -48,5 +51,10 @@ inline constexpr int CalendarConflict = 167;
 inline constexpr int NotInStorage = 179;
 inline constexpr int RoomUsage = 185;
 inline constexpr int WarningLimit = 187;  ///< of a record: within the warning limit of another booking
+
+// Inventory.
+inline constexpr int HeldByBookings = 100;
+inline constexpr int GroupStatus = 125;     ///< the group's status forbids the change
+inline constexpr int BookingsFollow = 182;  ///< done, and bookings were changed with it
 
 }  // namespace vantry::codes

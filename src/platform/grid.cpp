@@ -216,6 +216,10 @@ void Grid::chooseRow() {
   raise(DblClick);
 }
 
+bool Grid::pressKey(std::string_view key) {
+  return usable() && KeyDown && KeyDown(key);
+}
+
 void Grid::moveColumn(int from, int to) {
   if (!usable() || !Redraw || from == to || from < 0 || to < 0 || from >= Cols || to >= Cols) return;
   ColPosition(from, to);

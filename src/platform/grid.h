@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,8 @@ class Grid : public Control {
   Event RightClick;
   Event AfterMoveColumn;
   Event RowColChange;  ///< another row is selected, by the operator or by code
+  /// The operator presses a key, named as in `MenuItem::Shortcut`. True keeps the key from its usual effect.
+  std::function<bool(std::string_view key)> KeyDown;
 
   /// Where the pointer was at the last click; -1 beyond the cells.
   int MouseRow = -1;
@@ -112,7 +115,8 @@ class Grid : public Control {
   void selectRow(int row);  ///< by the keyboard
   /// All rows that are selected now, where several can be, and the one that has the attention.
   void selectRows(const std::vector<int>& rows, int current);
-  void chooseRow();  ///< Enter on the selected row
+  void chooseRow();                     ///< Enter on the selected row
+  bool pressKey(std::string_view key);  ///< whether the window has answered the key
   void moveColumn(int from, int to);
   void resizeColumn(int col, int twips);
 

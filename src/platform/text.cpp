@@ -14,6 +14,10 @@ static char lowerOf(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+static char upperOf(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 int characters(std::string_view text) {
   int count = 0;
   for (; !text.empty(); ++count) (void)takeCharacter(text);
@@ -35,6 +39,12 @@ std::string_view trim(std::string_view text) {
 std::string lower(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(), lowerOf);
+  return result;
+}
+
+std::string upper(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), upperOf);
   return result;
 }
 

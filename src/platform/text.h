@@ -8,6 +8,7 @@ namespace vantry {
 [[nodiscard]] std::string_view trim(std::string_view text);
 /// Letters of ASCII only; other bytes stay.
 [[nodiscard]] std::string lower(std::string_view text);
+[[nodiscard]] std::string upper(std::string_view text);
 [[nodiscard]] bool equalNoCase(std::string_view a, std::string_view b);
 /// How many characters a UTF-8 text has, and the byte at which one of them starts; beyond them, its end.
 [[nodiscard]] int characters(std::string_view text);

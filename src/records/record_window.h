@@ -102,13 +102,13 @@ class RecordWindow : public Form {
 
   const RecordOpening& opening() const { return opening_; }
   bool isLoading() const { return loading_; }
+  /// Whether the rights permit a save: to add what is new, else to update.
+  [[nodiscard]] bool maySave() const;
 
   App& app_;
   Ask ask_;  ///< in the name of this window
 
  private:
-  [[nodiscard]] bool maySave() const;
-
   const RecordWindowKind& kind_;
   RecordOpening opening_;
   bool loading_ = false;

@@ -37,10 +37,10 @@ Form* FindRecordWindow(App& app, int kind, std::string_view id) {
 
 static void readType(App& app, int kind, std::string_view id) {
   const auto slot = static_cast<std::size_t>(kind);
+  const TypeRequest request = typeRequestOf(kind);
+  if (request.code.empty() || id.empty()) return;  // a new record has the type that was used last
   app.slots.typeNames[slot].clear();
   app.slots.typeIds[slot].clear();
-  const TypeRequest request = typeRequestOf(kind);
-  if (request.code.empty() || id.empty()) return;
   // After a failure the window opens with empty slots.
   if (!Ask(app.global, "")(request.code, {{request.id, id}})) return;
   app.slots.typeNames[slot] = app.message.Get(request.typeName);
@@ -89,11 +89,18 @@ static Form* showRecord(App& app, const RecordOpening& opening) {
   return form.isLoaded() ? &form : nullptr;
 }
 
+/// The other kind under which the same piece is opened; the kind itself where there is none.
+static int twinOf(int kind) {
+  if (kind == kEquipment) return kGroupMember;
+  return kind == kGroupMember ? kEquipment : kind;
+}
+
 Form* OpenRecordWindow(App& app, const RecordOpening& opening) {
   if (!hasWindow(opening.kind)) return nullptr;
   const bool findsItsOwn = !opening.isNew() && !opening.copy && !opening.hidden;
   app.global.BusyAllForms();
   Form* form = findsItsOwn ? FindRecordWindow(app, opening.kind, opening.id) : nullptr;
+  if (!form && findsItsOwn) form = FindRecordWindow(app, twinOf(opening.kind), opening.id);
   if (form) {
     form->WindowState = FormState::Normal;
     form->SetFocus();

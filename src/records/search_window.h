@@ -17,19 +17,6 @@ inline constexpr std::string_view kFindPatronTag = "6";
 inline constexpr std::string_view kFindRoomTag = "7";
 inline constexpr std::string_view kSuggestRoomTag = "S|||";
 
-/// What a room has to be like, where any room will do. Numbers are the server's ids, 0 for none.
-struct GenericRoom {
-  int roomType = 0;
-  int location = 0;
-  int capacity = 0;
-  int capacityOp = 0;  ///< 0: at least the capacity; any other: at most
-  std::string text;    ///< in words; only in an answer
-};
-/// The question for one: "G|" and its numbers. The answer has the same shape, with the words behind.
-[[nodiscard]] std::string genericRoomTag(const GenericRoom& room);
-[[nodiscard]] GenericRoom genericRoomOf(std::string_view tag);
-[[nodiscard]] bool isGenericRoomTag(std::string_view tag);
-
 /// Shows the search window until it is answered; what it brings back, empty when nothing was chosen.
 [[nodiscard]] std::string pickBySearch(App& app, std::string_view tag);
 

@@ -49,7 +49,9 @@ class frmMain : public Form, public MainWindow {
   void refillStaff() override { view(ViewId::Staff).refresh(); }
   void BuildMainTrees() override;
   void refillInventory(int kind, std::string_view category) override { inventory(kind).refill(category); }
-  void dropInventoryRow(int kind) override { inventory(kind).dropSelectedRow(); }
+  void dropInventoryRow(int kind, std::string_view category) override {
+    inventory(kind).dropSelectedRow(category);
+  }
   void mnuPopupGroupMembers_Click() override { view(ViewId::Groups).mnuPopupGroupMembers_Click(); }
   void applyPreferences(Applies what) override;
   void GetBookingsForDate() override { view(ViewId::Day).refresh(); }

@@ -5,7 +5,11 @@
 #include "booking/frmBooking.h"
 #include "booking/plain_find.h"
 #include "frame/app.h"
+#include "inventory/frmEquipment.h"
+#include "inventory/frmGroup.h"
+#include "inventory/frmMaintenance.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/frmRoom.h"
 #include "inventory/maintenance_setup.h"
 #include "messaging/session_dialogs.h"
 #include "platform/form.h"
@@ -48,7 +52,8 @@ struct CommandRow {
 /// One row per record window.
 static std::vector<RecordRow> recordRows() {
   return {
-      {kBooking, make<frmBooking>},
+      {kEquipment, make<frmEquipment>},     {kGroup, make<frmGroup>},           {kRoom, make<frmRoom>},
+      {kMaintenance, make<frmMaintenance>}, {kGroupMember, make<frmEquipment>}, {kBooking, make<frmBooking>},
   };
 }
 

@@ -10,8 +10,13 @@ class MissingReports : public Reports {
   explicit MissingReports(App& app) : app_(app) {}
   void print(const frmBooking&) override { app_.makers.run("PrintConfirmation", app_); }
   void print(const frmGenAssign&) override { app_.makers.run("PrintGenericAssignments", app_); }
+  void print(const frmEquipment&) override { printDetails(); }
+  void print(const frmRoom&) override { printDetails(); }
+  void print(const frmGroup&) override { printDetails(); }
+  void print(const frmMaintenance&) override { printDetails(); }
 
  private:
+  void printDetails() { app_.makers.run("PrintDetails", app_); }
   App& app_;
 };
 

@@ -36,16 +36,16 @@ constexpr RequestRow kRequests[] = {
     {"NEWBK",
      "(STIME ETIME)+ PID PGID PPID ADBK (RID | LOC | RCOP RCA LOC RTI) BTID (EID EQIR?)* (ETI IFL)* "
      "(MTID BI MI IM)* SCHCOM ODE OPU WIZ UTIME CTIME",
-     "ETY MTY", "BOOKID CNM LNA CDT CNUM VUF ETY ENO BNO TITL IM STIME ETIME VD1 VD2", "BOOKID VUF CNUM",
-     "BKADD", kWrites,
+     "ETY MTY", "BOOKID CNM LNA CDT CNUM VUF ETY ENO BNO TITL IM STIME ETIME VD1 VD2 VD3",
+     "BOOKID VUF CNUM VD1", "BKADD", kWrites,
      "makes one booking per pair of times; 137: done, equipment of the room satisfies a generic type; 181: "
      "the times overlap; 107, 149, 150: something was taken meanwhile, as VALRMAVL, VALEAVL, VALIAVL tell "
-     "it"},
+     "it; 151: a status forbids a piece, as VES tells it, and nobody has overridden it"},
     {"UPDBK",
      "BOOKID (STIME ETIME)+ PID PGID PPID ADBK (RID | LOC | RCOP RCA LOC RTI) BTID (EID EQIR?)* (ETI IFL)* "
      "(MTID BI MI IM)* SCHCOM ODE OPU WIZ UTIME CTIME",
-     "UNM LNA UDT ETY MTY", "VUF CNUM ETY ENO BNO TITL LNA IM STIME ETIME VD1 VD2", "VUF CNUM", "BKUPD",
-     kWrites, "changes a booking; return codes as for NEWBK; 106: it is out; 7: it is over"},
+     "UNM LNA UDT ETY MTY", "VUF CNUM ETY ENO BNO TITL LNA IM STIME ETIME VD1 VD2 VD3", "VUF CNUM VD1",
+     "BKUPD", kWrites, "changes a booking; return codes as for NEWBK; 106: it is out; 7: it is over"},
 
     // Checks of times and places
     {"CDELTM", "PGID ADBK (STIME SDOW ETIME EDOW)+", "", "VUF STIME ETIME DATE:Time", "VUF", kMakeBookings,

@@ -13,8 +13,9 @@ constexpr RequestRow kRequests[] = {
      "ENO BNO EMA EFO EMO ESN STY EQVP EQVR ESU EDP ENM GRPNO GRPID CNM UNM CDT UDT CLN ULN EHB EHM TRNM "
      "LNA LOC RNM RID",
      "", "", kEquipment, kReads, "one piece of equipment"},
-    {"NEWEQIPD", "BNO ETI ETY ENO EMA EFO EMO ESN EQVP EQVR ESU EDP ENM LOC RID RNM", "EID CLN CDT CNM MVL",
-     "", "", "EQADD", kWrites, "makes a piece of equipment"},
+    {"NEWEQIPD", "BNO ETI ETY ENO EMA EFO EMO ESN EQVP EQVR ESU EDP ENM LOC RID RNM GRPID?",
+     "EID CLN CDT CNM MVL", "", "", "EQADD", kWrites,
+     "makes a piece of equipment; MVL is what the group is worth, where one is named"},
     {"UPDEQIPD", "EID ETI ETY ENO EMA EFO EMO ESN EQVP EQVR ESU EDP ENM LOC RID RNM", "UDT ULN UNM MVL", "",
      "", "EQUPD", kWrites, "changes a piece of equipment"},
     {"VERDELE", "VID VTY", "", "", "", "EQDEL RMDEL", kReads,

@@ -27,7 +27,7 @@ struct CountingMain : MainWindow {
   void refillStaff() override {}
   void BuildMainTrees() override {}
   void refillInventory(int, std::string_view) override {}
-  void dropInventoryRow(int) override {}
+  void dropInventoryRow(int, std::string_view) override {}
   void mnuPopupGroupMembers_Click() override {}
   void applyPreferences(Applies) override {}
   void GetBookingsForDate() override { ++refreshes; }

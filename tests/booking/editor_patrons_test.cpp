@@ -2,6 +2,7 @@
 #include "booking/frmMPBarcode.h"
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
+#include "booking/frmRoomInfo.h"
 
 // The requester and the patron who fetches.
 
@@ -215,10 +216,8 @@ TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
   refused("3");
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");
-  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
-    search.Tag = "G|6|4|20|1|Capacity:  <=20 *** Location:  Branch *** Room Type:  Hall";
-    search.Hide();
-  });
+  app.context.categories.rooms = {{"6", "Hall", "2", false}};
+  desktop.expectModalWindow<frmRoomInfo>("frmRoomInfo", [](frmRoomInfo& info) { info.cmdOK.press(); });
   window.place.cmdGenericRoom(0).press();
   refused("2");
   desktop.expectInformation("Changing requester invalidates current booking room selection.");

@@ -1,5 +1,7 @@
 #include "booking/editor_fixture.h"
+#include "booking/frmRoomInfo.h"
 #include "booking/plain_find.h"
+#include "schedule/makers_table.h"
 
 // Where the things of a booking end up.
 
@@ -7,7 +9,12 @@ namespace vantry::test {
 namespace {
 
 struct EditorPlace : EditorTest {
-  EditorPlace() { window.tabBooking.choose(2); }
+  EditorPlace() {
+    window.tabBooking.choose(2);
+    app.context.categories.rooms = {
+        {"5", "Storage", "1", true}, {"7", "Seminar", "4", false}, {"6", "Hall", "2", false}};
+    app.context.categories.equipment = {{"8", "Screen", "3"}};
+  }
   frmBooking& window = newDelivery();
   PlacePanel& place = window.place;
   BookingRecord& record = window.record;
@@ -15,6 +22,9 @@ struct EditorPlace : EditorTest {
   void expectChoice(const char* room, const char* note = "") {
     server.expect("GETPMSG", std::string("PWHI=0 PTYP=1 PWID=") + room).replies(std::string("PMSG=") + note);
     server.expect("GETREQP", std::string("RID=") + room + " BRTY=1");
+  }
+  void expectRoomInfo(std::function<void(frmRoomInfo&)> play) {
+    desktop.expectModalWindow<frmRoomInfo>("frmRoomInfo", std::move(play));
   }
   void expectSearch(const char* asked, const char* answer) {
     desktop.expectModal(std::string(kSearchWindow), [=](Form& search) {
@@ -32,7 +42,11 @@ TEST_F(EditorPlace, AChosenRoomShowsItsNoteAndItsEquipment) {
   EXPECT_EQ(record.RoomId, 41);
   EXPECT_THAT(circulation.asked, testing::ElementsAre("Schedule Popup Note:  Lab - Key at the desk"));
   EXPECT_NE(window.equipment.tvwOtherEquipment.find("70"), nullptr);
-  EXPECT_TRUE(place.cmdRoomView(0).Enabled);
+  fillMakers(app.makers);
+  server.expect("GETRTN", "RID=41");
+  server.expect("GETRDTL", "RID=41").replies("head: RNO=41");
+  place.cmdRoomView(0).press();
+  EXPECT_EQ(app.windows[app.windows.Count() - 1].Caption, "Room Inventory - 41");
   server.expect("GETPMSG", "PWHI=0 PTYP=1 PWID=40").fails(1);
   desktop.expectInformation("An error occurred while retreiving the booking note for the selected room.");
   server.expect("GETREQP", "RID=40 BRTY=1");
@@ -61,23 +75,78 @@ TEST_F(EditorPlace, AnotherOptionLeavesNoStaleRoom) {
 }
 
 TEST_F(EditorPlace, AGenericRoomAndASpecificOneExcludeEachOther) {
-  expectSearch("G|0|0|0|0", "G|6|4|20|1|Capacity:  <=20 *** Location:  Branch *** Room Type:  Hall");
+  expectRoomInfo([](frmRoomInfo& info) {
+    EXPECT_EQ(info.Caption, "Additional Room Information");
+    EXPECT_EQ(info.cboRoomType.ListCount(), 2) << "nothing is delivered to a storage room";
+    EXPECT_EQ(info.cboRoomType.Text() + "|" + info.cboRoomLocation.Text() + "|" + info.cboRoomEquip.Text() +
+                  "|" + info.cboCompare.Text() + "|" + info.txtCapacity.Text(),
+              "Seminar|Main Desk|(none)|>=|0");
+    info.cboRoomType.select(1);
+    info.cboRoomLocation.select(1);
+    info.cboCompare.select(1);
+    info.txtCapacity.enter(2147483647);
+    info.cmdOK.press();
+  });
   place.cmdGenericRoom(0).press();
-  EXPECT_EQ(place.txtGenericRoom(0).Text, "Capacity:  <=20 *** Location:  Branch *** Room Type:  Hall");
+  const char* words = "Capacity:  <=2147483647 *** Location:  Branch *** Room Type:  Hall";
+  EXPECT_EQ(place.txtGenericRoom(0).Text, words);
   EXPECT_EQ(record.RoomId, 0);
   EXPECT_EQ(place.cboDeliveryRoom.ListIndex, -1);
   EXPECT_EQ(record.GenericRoomTypeId, 6);
   EXPECT_EQ(record.GenericRoomLocationId, 4);
-  EXPECT_EQ(record.GenericRoomCapacity, 20);
+  EXPECT_EQ(record.GenericRoomCapacity, 2147483647);
   EXPECT_EQ(record.GenericRoomCapacityOp, 1);
   EXPECT_TRUE(record.isGenericRoom());
-  expectSearch("G|6|4|20|1", "");
+  expectRoomInfo([](frmRoomInfo& info) {
+    EXPECT_EQ(info.cboRoomType.Text() + info.cboRoomLocation.Text() + info.cboCompare.Text() +
+                  info.txtCapacity.Text(),
+              "HallBranch<=2147483647");
+    info.cboRoomType.select(0);
+    info.cmdCancel.press();
+  });
   place.cmdGenericRoom(0).press();
-  EXPECT_TRUE(record.isGenericRoom()) << "a cancelled search changes nothing";
+  EXPECT_EQ(record.GenericRoomTypeId, 6) << "a cancel changes nothing";
+  EXPECT_EQ(place.txtGenericRoom(0).Text, words);
   expectChoice("40");
   place.cboDeliveryRoom.select(0);
   EXPECT_EQ(place.txtGenericRoom(0).Text, "");
   EXPECT_FALSE(record.isGenericRoom());
+}
+
+TEST_F(EditorPlace, EquipmentOfAGenericRoomIsWantedWithTheBooking) {
+  const auto wantScreen = [](frmRoomInfo& info) {
+    info.cboRoomEquip.select(1);
+    info.cmdOK.press();
+  };
+  const std::string asked = "BOOKID=0 ETI=8 PGID=2 LOC=3 STIME=2026-11-24 09:00:00 ETIME=2026-11-24 10:30:00";
+  const std::string room = "Capacity:  >=0 *** Location:  Main Desk *** Room Type:  Seminar";
+  expectRoomInfo(wantScreen);
+  server.expect("VEQUSG", asked).fails(108);
+  desktop.expectWarning("Barcode is not active!");
+  place.cmdGenericRoom(0).press();
+  EXPECT_EQ(place.txtGenericRoom(0).Text, room) << "the server does not allow the equipment";
+  EXPECT_EQ(window.equipment.tvwEquipment.find("8"), nullptr);
+  expectRoomInfo(wantScreen);
+  server.expect("VEQUSG", asked);
+  place.cmdGenericRoom(0).press();
+  EXPECT_EQ(place.txtGenericRoom(0).Text, room + " *** Equipment Type:  Screen");
+  EXPECT_NE(window.equipment.tvwEquipment.find("8"), nullptr);
+  expectRoomInfo(wantScreen);  // the booking has it
+  place.cmdGenericRoom(0).press();
+  EXPECT_EQ(place.txtGenericRoom(0).Text, room + " *** Equipment Type:  Screen");
+}
+
+TEST_F(EditorPlace, ARoomTypeThatIsGoneIsNotReplacedByAnother) {
+  record.GenericRoomTypeId = 99;
+  record.GenericRoomLocationId = 4;
+  expectRoomInfo([](frmRoomInfo& info) {
+    EXPECT_EQ(info.cboRoomType.ListIndex, -1);
+    EXPECT_FALSE(info.cmdOK.Enabled);
+    info.cboRoomType.select(1);
+    EXPECT_TRUE(info.cmdOK.Enabled);
+    info.cmdCancel.press();
+  });
+  place.cmdGenericRoom(0).press();
 }
 
 TEST_F(EditorPlace, AFoundRoomHasToBeFree) {
@@ -139,7 +208,7 @@ TEST_F(PlainFindTest, FindsPatronsByTheBeginningOfABarcode) {
   EXPECT_EQ(answer, "Oak, Ole|32");
 }
 
-TEST_F(PlainFindTest, ListsTheRoomsAndWordsAGenericOne) {
+TEST_F(PlainFindTest, ListsTheRooms) {
   server.expect("GDRM", "ADBK=Y PGID=0").replies("RID=40 RNM=Hall");
   server.expect("GLSRM", "ADBK=Y PGID=0").replies("RID=60 RNM=Studio");
   EXPECT_EQ(ask(kFindRoomTag,
@@ -149,18 +218,6 @@ TEST_F(PlainFindTest, ListsTheRoomsAndWordsAGenericOne) {
                 }),
             "60|Studio");
   EXPECT_EQ(ask(kFindPatronTag, [](PlainFind& find) { find.cmdClose.press(); }), "") << "cancelled";
-  app.context.categories.rooms = {{"5", "Storage", "1", true}, {"6", "Hall", "2", false}};
-  app.context.allLocations = {{"Main Desk", "3", ""}, {"Branch", "4", ""}};
-  const GenericRoom room = genericRoomOf(ask("G|6|4|20|0", [](PlainFind& find) {
-    EXPECT_EQ(find.cboRoomType.Text(), "Hall");
-    EXPECT_EQ(find.cboRoomLocation.Text(), "Branch");
-    find.txtRoomCapacity.enter(30);
-    find.cmdOK.press();
-  }));
-  EXPECT_EQ(room.roomType, 6);
-  EXPECT_EQ(room.location, 4);
-  EXPECT_EQ(room.capacity, 30);
-  EXPECT_EQ(room.text, "Capacity:  >=30 *** Location:  Branch *** Room Type:  Hall");
 }
 
 }  // namespace

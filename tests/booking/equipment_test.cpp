@@ -5,6 +5,7 @@
 #include "booking/frmPickEquip.h"
 #include "booking/modBooking_media.h"
 #include "booking/things_fixture.h"
+#include "schedule/makers_table.h"
 
 namespace vantry::test {
 namespace {
@@ -498,23 +499,27 @@ TEST_F(Equipment, OnlyWhatWasAddedCanBeRemoved) {
   EXPECT_EQ(window.changes, 2);
 }
 
-TEST_F(Equipment, TheRecordOfAGroupIsAGroups) {
-  std::vector<std::string> opened;
-  for (const int kind : {kEquipment, kGroup}) {
-    app.makers.addRecord(kind, [&opened, kind](App& program) -> std::unique_ptr<Form> {
-      opened.push_back(std::to_string(kind) + " " + program.slots.opening.id);
-      return nullptr;
-    });
-  }
+TEST_F(Equipment, AGroupIsViewedInTheWindowOfGroups) {
+  fillMakers(app.makers);
   grant({Right::EQV});
   ASSERT_TRUE(hold({"11", "B1", "Projector", "N", ""}));
   ASSERT_TRUE(hold({"12", "B2", "TV_VCRs", "Y", ""}));
-  for (const char* id : {"11", "12"}) {
-    server.expect("GETEGTN", std::string("EID=") + id).replies("ETY=x ETI=1");
-    panel.tvwOtherEquipment.click(id == std::string("12") ? "-12" : id);
+  struct Case {
+    const char* key;
+    const char* id;
+    const char* read;
+    const char* window;
+  };
+  for (const Case& c :
+       {Case{"11", "11", "GETEDTL", "frmEquipment"}, Case{"-12", "12", "GETGDTL", "frmGroup"}}) {
+    const std::string id = std::string("EID=") + c.id;
+    server.expect("GETEGTN", id).replies("ETY=x ETI=1");
+    server.expect(c.read, id);
+    server.expect("ADDREQP", id + " RID=0");
+    panel.tvwOtherEquipment.click(c.key);
     panel.cmdViewEquipment.press();
+    EXPECT_EQ(app.windows[app.windows.Count() - 1].Name(), c.window);
   }
-  EXPECT_EQ(opened, (std::vector<std::string>{"0 11", "1 12"}));
 }
 
 }  // namespace

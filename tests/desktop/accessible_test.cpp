@@ -14,6 +14,7 @@
 #include "booking/frmOverrideLibSched.h"
 #include "booking/frmPickEquip.h"
 #include "booking/frmRequester.h"
+#include "booking/frmRoomInfo.h"
 #include "booking/frmSelectMediaType.h"
 #include "booking/frmSupervisor.h"
 #include "booking/frmTimeLine.h"
@@ -22,7 +23,15 @@
 #include "circulation/frmPopupNote.h"
 #include "desktop/desk_story.h"
 #include "frame/frmLocation.h"
+#include "inventory/frmBarcodes.h"
+#include "inventory/frmMaintDetails.h"
 #include "inventory/frmMultBarOrNo.h"
+#include "inventory/frmNotes.h"
+#include "inventory/frmNumbers.h"
+#include "inventory/frmRoomEquip.h"
+#include "inventory/frmStatus.h"
+#include "inventory/inventory_view.h"
+#include "inventory/inventory_window.h"
 #include "lists/legend.h"
 #include "messaging/dialogs.h"
 #include "messaging/frmAbout.h"
@@ -34,6 +43,7 @@
 #include "messaging/return_codes.h"
 #include "platform/calendars.h"
 #include "platform/schedule_bar.h"
+#include "records/records.h"
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
 #include "schedule/main_views.h"
@@ -95,6 +105,20 @@ class AccessibleStory : public DeskStory {
     Window form(std::forward<Arguments>(arguments)...);
     expectNamedOnceShown(form);
   }
+  /// The window of the first record that a list of the inventory shows.
+  InventoryWindow& openFirst(int kind) {
+    InventoryView& view = viewAs<InventoryView>(mainWindow(), inventoryViewOf(kind).id);
+    InventoryWindow* window = nullptr;
+    desktop.dispatch([&] {
+      mainWindow().showView(inventoryViewOf(kind).id);
+      for (const TreeNode* node : view.tvwDB.Roots()) {
+        if (!view.fa.hasData()) view.tvwDB.click(node->key);
+      }
+      window = dynamic_cast<InventoryWindow*>(
+          OpenRecordWindow(app(), {kind, view.fa.TextMatrix(1, 0), kSourceMainWindow}));
+    });
+    return *window;
+  }
   void expectNamedOnceShown(Form& form) {
     desktop.dispatch([&] { form.Show(); });
     ASSERT_TRUE(form.isShown()) << form.Name();
@@ -122,6 +146,16 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
       expectNamed(editor);
     }
   }
+  for (const int kind : {kEquipment, kGroup, kRoom}) {
+    SCOPED_TRACE(kind);
+    InventoryWindow& window = openFirst(kind);
+    for (int page = 0; page < static_cast<int>(window.mnuViewPages.size()); ++page) {
+      SCOPED_TRACE(page);
+      desktop.dispatch([&] { window.mnuViewPage_Click(page); });
+      expectNamed(window);
+    }
+    window.Unload();
+  }
   const BookingRecord record;
   expectNamedWindow<frmSched>(app);
   expectNamedWindow<frmAddEquipType>(app, record);
@@ -141,6 +175,7 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmOverrideLibSched>(app, frmOverrideLibSched::Status{});
   expectNamedWindow<frmPickEquip>(app, record);
   expectNamedWindow<frmRequester>(app, record);
+  expectNamedWindow<frmRoomInfo>(app, record);
   expectNamedWindow<frmSelectMediaType>(app, std::vector<MediaType>{});
   expectNamedWindow<frmSupervisor>(app, "OVOTR");
   expectNamedWindow<frmTimeLine>(app);
@@ -149,14 +184,20 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
     discharge.BookingId = std::stoi(out);
     expectNamedOnceShown(discharge);
   }
-  for (const std::string& sought :
-       {std::string(kFindPatronTag), std::string(kFindRoomTag), genericRoomTag({})}) {
+  for (const std::string_view sought : {kFindPatronTag, kFindRoomTag}) {
     PlainFind picker(app);
-    picker.Tag = sought;
+    picker.Tag = std::string(sought);
     expectNamedOnceShown(picker);
   }
   expectNamedWindow<frmPopupNote>(app);
   expectNamedWindow<frmMultBarOrNo>(app);
+  expectNamedWindow<frmStatus>(app, kEquipment, "1");
+  expectNamedWindow<frmNotes>(app, "Status Note", "Enter a note for this status.");
+  expectNamedWindow<frmBarcodes>(app, "1");
+  expectNamedWindow<frmMaintDetails>(app, kSourceRoom, DetailLine{});
+  expectNamedWindow<frmRoomEquip>(app, "1");
+  ShowAssignedNumbers(app, kEquipment, "1");
+  expectNamed(all[all.Count() - 1]);
   expectNamedWindow<frmLocation>(app);
   expectNamedWindow<frmAbout>(all, app.session);
   expectNamedWindow<frmError>(all, app.tools, app.global,

@@ -1,3 +1,5 @@
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QScrollBar>
 
@@ -97,6 +99,19 @@ TEST_F(GridTest, KeysSelectRowsAndEnterChooses) {
   take();
   QTest::keyClick(view, Qt::Key_Return);
   EXPECT_EQ(take(), "double 4 ");
+}
+
+TEST_F(GridTest, AWindowMayAnswerKeysOfAGrid) {
+  form.faList.KeyDown = [this](std::string_view key) {
+    form.log += std::string(key) + " ";
+    return key == "Ctrl+C";
+  };
+  QGuiApplication::clipboard()->clear();
+  QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(take(), "Ctrl+C ");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "") << "the widget copies nothing of its own";
+  QTest::keyClick(view, Qt::Key_Down);
+  EXPECT_EQ(take(), "Down click 1 ");
 }
 
 TEST_F(GridTest, TheSelectionFollowsTheGrid) {

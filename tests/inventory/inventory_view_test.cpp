@@ -309,11 +309,13 @@ TEST_F(InventoryViewTest, ARecordWindowThatDeletesTakesTheSelectedRowAlong) {
   logOn();
   showTelevisions();
   equipment().fa.click(2, 1);
-  main().dropInventoryRow(kEquipment);
+  main().dropInventoryRow(kEquipment, "4");
   ASSERT_EQ(equipment().fa.Rows, 2);
   EXPECT_EQ(equipment().fa.TextMatrix(1, 0), "11");
-  main().dropInventoryRow(kEquipment);
+  main().dropInventoryRow(kEquipment, "4");
   EXPECT_EQ(equipment().fa.Rows, 2) << "no row is selected any more";
+  EXPECT_EQ(equipment().tvwDB.find("4|Television")->text, "Television (0)")
+      << "the counts follow all the same";
 }
 
 TEST_F(InventoryViewTest, ThePaneOfMembersOpensAndClosesWithItsGroup) {

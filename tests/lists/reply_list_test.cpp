@@ -1,6 +1,7 @@
 #include "lists/reply_list.h"
 
 #include "frame/app.h"
+#include "lists/grids.h"
 #include "support/desk.h"
 #include "words/tags.h"
 
@@ -126,6 +127,21 @@ TEST_F(ReplyListTest, ColumnsAreFittedAsTheLayoutOrTheOperatorWants) {
     EXPECT_TRUE(isFitted(ColumnFit::Always, preferred));
     EXPECT_FALSE(isFitted(ColumnFit::Never, preferred));
   }
+}
+
+TEST_F(ReplyListTest, AddedRowsAndTheOrderFollowTheLayoutWhereverItsColumnsAre) {
+  list->build({.columns = kPieces, .walk = tags::EID});
+  grid->moveColumn(1, 3);
+  list->addRow({"3", "B2", "TV", "N"});
+  list->addRow({"10", "B10", "Camera", "Y"});
+  EXPECT_EQ(list->addRow({"2", "B2", "Camera", "N"}), 3);
+  grid->Row = 2;
+  list->sortBy(0, 0);
+  EXPECT_THAT(column(0), testing::ElementsAre("2", "3", "10")) << "numbers as numbers";
+  list->sortBy(1, 2);
+  EXPECT_THAT(column(0), testing::ElementsAre("10", "2", "3")) << "the barcode first, then the type";
+  EXPECT_EQ(grid->Row, 0);
+  EXPECT_EQ(gridText(*grid), "Type\tGroup?\tBarcode\nCamera\tY\tB10\nCamera\tN\tB2\nTV\tN\tB2\n");
 }
 
 TEST_F(ReplyListTest, DatesAndTimesMoveTogether) {

@@ -53,14 +53,15 @@ TEST_F(Records, EachKindTellsItsWindowWhatItIs) {
   };
   for (const Case& c : {Case{kEquipment, "GETEGTN", "EID=5", "ETY=TV ETI=2", "0 id=5 type=TV/2 source=5"},
                         Case{kGroup, "GETEGTN", "EID=5", "ETY=Set ETI=3", "1 id=5 type=Set/3 source=5"},
-                        Case{kGroupMember, "GETEGTN", "EID=5", "ETY=TV ETI=2", "4 id=5 type=TV/2 source=5"},
+                        Case{kGroupMember, "GETEGTN", "EID=6", "ETY=TV ETI=2", "4 id=6 type=TV/2 source=5"},
                         Case{kRoom, "GETRTN", "RID=5", "RTY=Lab RTI=9", "2 id=5 type=Lab/9 source=5"},
                         Case{kMaintenance, "", "", "", "3 id=5 type=/ source=5"},
                         Case{kBooking, "", "", "", "7 id=5 type=/ source=5"}}) {
     if (*c.code) server.expect(c.code, c.sent).replies(c.reply);
-    OpenRecordWindow(*app, {c.kind, "5", kSourceMainWindow});
+    const std::string id = c.kind == kGroupMember ? "6" : "5";
+    OpenRecordWindow(*app, {c.kind, id, kSourceMainWindow});
     EXPECT_EQ(newest().told, c.told);
-    EXPECT_EQ(newest().Tag, std::to_string(c.kind) + " - 5");
+    EXPECT_EQ(newest().Tag, std::to_string(c.kind) + " - " + id);
     EXPECT_TRUE(newest().isShown());
     EXPECT_TRUE(main().Enabled);
   }
@@ -79,6 +80,8 @@ TEST_F(Records, ARecordHasOneWindowWhichComesBack) {
   OpenRecordWindow(*app,
                    {kEquipment, "5", kSourceMainWindow});  // the same id of another kind is another record
   EXPECT_EQ(tags(), (std::vector<std::string>{"2 - 5", "0 - 5"}));
+  OpenRecordWindow(*app, {kGroupMember, "5", kSourceGroupMembers});  // the same piece
+  EXPECT_EQ(tags(), (std::vector<std::string>{"2 - 5", "0 - 5"}));
   CloseRecordWindow(*app, kRoom, "5");
   CloseRecordWindow(*app, kRoom, "5");
   EXPECT_EQ(tags(), std::vector<std::string>{"0 - 5"});
@@ -91,7 +94,7 @@ TEST_F(Records, SeveralNewRecordsStandSideBySide) {
   const auto all = tags();
   ASSERT_EQ(all.size(), 3u);
   EXPECT_NE(all[1], all[2]);
-  EXPECT_EQ(newest().told, "0 id= new type=/ source=10") << "nothing of the record before";
+  EXPECT_EQ(newest().told, "0 id= new type=TV/2 source=10") << "the type that was used last";
 }
 
 TEST_F(Records, ANewRecordIsNotTakenForTheRecordThatHasItsNumber) {

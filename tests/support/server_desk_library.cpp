@@ -12,6 +12,7 @@
 #include "server/setup/administration.h"
 #include "server/store/migrations.h"
 #include "server/store/query.h"
+#include "server/store/schema_search.h"
 
 namespace vantry::server {
 
@@ -222,6 +223,7 @@ DeskLibrary::DeskLibrary(const std::string& kind)
     runAll(db, content);
     addCalendars(db);
     runAll(db, exceptions);
+    vantry::server::foldForSearch(db);
     moveCountersOn(db);
     const std::string hash = hashPassword("secret of the desk", HashCost::Quick);
     for (const char* login : {"desk", "chief", "clerk"}) {
@@ -283,6 +285,10 @@ void DeskLibrary::setNow(int dayOfMarch, int hours, int minutes) {
 
 void DeskLibrary::execute(const std::string& sql) {
   database_->write([&](Connection& db) { db.run(sql); });
+}
+
+void DeskLibrary::foldForSearch() {
+  database_->write([](Connection& db) { vantry::server::foldForSearch(db); });
 }
 
 std::string DeskLibrary::value(const std::string& sql) {

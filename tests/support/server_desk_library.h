@@ -67,6 +67,8 @@ class DeskLibrary {
 
   void setNow(int dayOfMarch, int hours, int minutes = 0);
   void execute(const std::string& sql);
+  /// Lets the search find what was written by SQL.
+  void foldForSearch();
   [[nodiscard]] std::string value(const std::string& sql);
 
   [[nodiscard]] Database& database() { return *database_; }

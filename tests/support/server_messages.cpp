@@ -29,6 +29,8 @@ constexpr std::array samples{
     Sample{tags::HRS, "8"},
     Sample{tags::SRCHTAG, "17"},
     Sample{tags::SRCHFOR, "6"},
+    Sample{tags::SRCHLOC, "5"},
+    Sample{tags::SRCHOP, "AND"},
     Sample{tags::SRCHVAL, "P1?"},
     Sample{tags::BNO, "P100"},
     Sample{tags::PPBAR, "P100"},

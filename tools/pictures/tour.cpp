@@ -24,8 +24,14 @@
 #include "desktop/qtext.h"
 #include "desktop/style.h"
 #include "frame/app.h"
+#include "inventory/frmBarcodes.h"
+#include "inventory/frmMaintDetails.h"
+#include "inventory/frmNumbers.h"
+#include "inventory/frmRoomEquip.h"
+#include "inventory/frmStatus.h"
 #include "inventory/group_view.h"
 #include "inventory/inventory_view.h"
+#include "inventory/inventory_window.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
@@ -141,12 +147,69 @@ class Tour {
       listFirst(list, list.tvwDB.Roots());
       if (list.fa.hasData()) list.fa.click(1, 1);
       picture(main(), qt(row.picture) + "-list");
+      recordPages(kind, qt(row.picture), list);
     }
     main().showView(ViewId::Groups);
     view<GroupView>(ViewId::Groups).fa.click(2, 1);
     view<GroupView>(ViewId::Groups).cmdMembers.press();
     view<GroupView>(ViewId::Groups).members.fa.click(1, 1);
     picture(main(), "group-members");
+    inventoryDialogs();
+  }
+  /// Every page of the record that is selected, and a new record.
+  void recordPages(int kind, const QString& name, InventoryView& view) {
+    view.cmdEditInv.press();
+    if (auto* record = last<InventoryWindow>()) {
+      for (std::size_t page = 0; page < record->mnuViewPages.size(); ++page) {
+        record->mnuViewPage_Click(static_cast<int>(page));
+        for (const char* tree : {"tvwGroup", "tvwRoom"}) clickFirstType(*record, tree);
+        picture(*record, name + "-record-" + QString::number(page + 1));
+      }
+      record->Unload();
+    }
+    if (kind == kMaintenance) return;
+    OpenRecordWindow(app(), {kind, "", kSourceMainWindow});
+    if (auto* record = last<InventoryWindow>()) {
+      picture(*record, name + "-new");
+      record->Unload();
+    }
+  }
+  static void clickFirstType(InventoryWindow& record, std::string_view name) {
+    auto* tree = dynamic_cast<Tree*>(record.findControl(name));
+    if (!tree || !tree->usable() || tree->Roots().empty()) return;
+    const auto& types = tree->Roots().back()->children;
+    if (!types.empty()) tree->click(types.front()->key);
+  }
+  /// The small windows on the first piece of the list, with a status applied and a barcode added.
+  void inventoryDialogs() {
+    main().showView(ViewId::Equipment);
+    const std::string piece = view<InventoryView>(ViewId::Equipment).fa.TextMatrix(1, 0);
+    frmStatus status(app(), kEquipment, piece);
+    status.Show();
+    status.fa(0).click(1, 1);
+    picture(status, "status");
+    press("cmdCancel");
+    status.cmdAddStatus.press();
+    picture(status, "status-applied");
+    status.cmdRemoveStatus.press();
+    status.Unload();
+    frmBarcodes barcodes(app(), piece);
+    barcodes.Show();
+    barcodes.fa.click(1, 0);
+    picture(barcodes, "barcodes");
+    barcodes.Unload();
+    ShowAssignedNumbers(app(), kEquipment, app().context.categories.equipment.front().id);
+    if (auto* numbers = last<frmNumbers>()) {
+      picture(*numbers, "numbers");
+      numbers->Unload();
+    }
+    frmMaintDetails details(app(), kSourceRoom, {});
+    details.Show();
+    details.fa.click(1, 1);
+    picture(details, "details");
+    frmRoomEquip move(app(), piece);
+    move.Show();
+    picture(move, "move");
   }
   static void listFirst(InventoryView& view, const std::vector<TreeNode*>& nodes) {
     for (const TreeNode* node : nodes) {
@@ -179,6 +242,8 @@ class Tour {
     editor->mnuFileSave_Click();
     editor->tabBooking.SelectedTab = 1;
     editor->media.cmdSearchMedia_Click();
+    editor->tabBooking.SelectedTab = 2;
+    editor->place.cmdGenericRoom_Click(0);
     editor->tabBooking.SelectedTab = 3;
     editor->equipment.cmdAddType_Click();
     editor->equipment.cmdSpecific_Click();

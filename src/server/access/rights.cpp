@@ -36,6 +36,18 @@ std::vector<std::string> rightsAt(Connection& db, std::int64_t operatorId, std::
   return codes;
 }
 
+bool mayOverride(Connection& db, const Session& session, std::string_view right, Moment now) {
+  if (holdsAnyRight(db, session, right)) return true;
+  int granted = 0;
+  Query query(db,
+              "select count(*) from audit where at >= :since and operator_id = :operator_id and "
+              "action = 'override granted' and detail = :code");
+  query.bind("since", now - hour).bind("operator_id", session.operatorId).bind("code", right).into(granted);
+  while (query.next()) {
+  }
+  return granted > 0;
+}
+
 bool mayWorkAt(Connection& db, std::int64_t operatorId, std::int64_t locationId) {
   int found = 0;
   Query query(

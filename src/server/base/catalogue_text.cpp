@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include <unicode/uchar.h>
+
+#include "server/base/fold_text.h"
 #include "words/utf8.h"
 
 namespace vantry::server {
@@ -11,68 +14,29 @@ namespace {
 /// Keys are cut, so that an index can hold them.
 constexpr std::size_t longestKey = 240;
 
-/// The letters from U+00C0 to U+017F without their marks, one place each; '*' where two letters stand for
-/// one.
-constexpr std::string_view plainLetters =
-    "aaaaaa*ceeeeiiiidnooooo ouuuuyt*aaaaaa*ceeeeiiiidnooooo ouuuuyty"
-    "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiii**jjkkklllllll"
-    "lllnnnnnnnnnoooooo**rrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
-static_assert(plainLetters.size() == 0x180 - 0xc0);
-
-struct LetterPair {
-  char32_t letter;
-  std::string_view plain;
-};
-constexpr LetterPair letterPairs[] = {{0xc6, "ae"},  {0xdf, "ss"},  {0xe6, "ae"}, {0x132, "ij"},
-                                      {0x133, "ij"}, {0x152, "oe"}, {0x153, "oe"}};
-
-/// Greek and Cyrillic have their small letters at a fixed distance.
-char32_t smallLetter(char32_t value) {
-  if (value >= 0x391 && value <= 0x3a9) return value + 0x20;
-  if (value >= 0x410 && value <= 0x42f) return value + 0x20;
-  if (value >= 0x400 && value <= 0x40f) return value + 0x50;
-  return value;
+/// Strokes that part no words.
+bool isDropped(UChar32 value) {
+  return value == '\'' || value == 0x2019 || value == 0x2018 || value == 0x2bc || value == 0x2b9;
 }
 
-/// Marks that stand on the letter before, and strokes that part no words.
-bool isDropped(char32_t value) {
-  return (value >= 0x300 && value <= 0x36f) || value == '\'' || value == 0x2019 || value == 0x2018 ||
-         value == 0x2bc || value == 0x2b9 || value == 0xfe20 || value == 0xfe21 || value == noCharacter;
-}
-
-bool isBlank(char32_t value) {
-  return value < 0x80 || (value >= 0x80 && value < 0xc0) || (value >= 0x2000 && value <= 0x206f) ||
-         value == 0xd7 || value == 0xf7;
-}
-
-void appendAbove(std::string& key, char32_t value) {
-  if (value >= 0xc0 && value < 0x180) {
-    for (const LetterPair& pair : letterPairs) {
-      if (pair.letter == value) {
-        key += pair.plain;
-        return;
-      }
-    }
-    key += plainLetters[value - 0xc0];
-    return;
-  }
-  appendCharacter(key, smallLetter(value));
+bool isPartOfWord(UChar32 value) {
+  constexpr std::uint32_t gaps =
+      U_GC_C_MASK | U_GC_Z_MASK | U_GC_P_MASK | U_GC_SM_MASK | U_GC_SC_MASK | U_GC_SK_MASK;
+  return (U_GET_GC_MASK(value) & gaps) == 0;
 }
 
 }  // namespace
 
 std::string catalogueKey(std::string_view text) {
+  // What lies far behind the end of the key need not be folded.
+  const std::string folded = foldText(cutText(text, longestKey * 4));
+  std::string_view rest = folded;
   std::string key;
-  while (!text.empty() && key.size() <= longestKey) {
-    const char32_t value = takeCharacter(text);
+  while (!rest.empty() && key.size() <= longestKey) {
+    const auto value = static_cast<UChar32>(takeCharacter(rest));
     if (isDropped(value)) continue;
-    const bool letter = (value >= 'a' && value <= 'z') || (value >= '0' && value <= '9');
-    if (letter) {
-      key += static_cast<char>(value);
-    } else if (value >= 'A' && value <= 'Z') {
-      key += static_cast<char>(value - 'A' + 'a');
-    } else if (!isBlank(value)) {
-      appendAbove(key, value);
+    if (isPartOfWord(value)) {
+      appendCharacter(key, static_cast<char32_t>(value));
     } else if (!key.empty() && key.back() != ' ') {
       key += ' ';
     }

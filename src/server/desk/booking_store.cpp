@@ -65,6 +65,14 @@ void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment 
   visitRows(query, visit);
 }
 
+void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit) {
+  const std::string sql =
+      std::string(listColumns) + "where b.id in (" + ids.sql + ") order by b.starts_at, b.id";
+  Query query(db, sql);
+  ids.bind(query);
+  visitRows(query, visit);
+}
+
 std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId) {
   static const std::string sql = std::string(listColumns) + "where b.id = :id";
   std::optional<BookingListRow> found;
@@ -98,8 +106,10 @@ std::string confirmationNumber(std::int64_t bookingId) {
 std::optional<BookingState> findBookingState(Connection& db, std::int64_t bookingId) {
   BookingState state;
   int status = 0;
-  Query query(db, "select id, status, patron_id, location_id, updated_at from bookings where id = :id");
-  query.bind("id", bookingId).into(state.id, status, state.patronId, state.locationId, state.updatedAt);
+  Query query(db,
+              "select id, status, patron_id, location_id, room_id, updated_at from bookings where id = :id");
+  query.bind("id", bookingId)
+      .into(state.id, status, state.patronId, state.locationId, state.roomId, state.updatedAt);
   while (query.next()) {
   }
   if (state.id == 0) return std::nullopt;

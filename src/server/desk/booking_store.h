@@ -6,6 +6,7 @@
 #include <string>
 
 #include "server/base/moment.h"
+#include "server/desk/id_select.h"
 #include "server/policy/booking_rules.h"
 #include "server/store/database.h"
 
@@ -30,6 +31,9 @@ using BookingListVisitor = std::function<void(const BookingListRow&)>;
 /// The bookings of a desk that start in [from, until), by their start.
 void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
                    const BookingListVisitor& visit);
+
+/// The bookings whose keys are selected, by their start.
+void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit);
 
 /// The row of one booking.
 [[nodiscard]] std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId);
@@ -56,6 +60,7 @@ struct BookingState {
   BookingStatus status = BookingStatus::Live;
   std::int64_t patronId = 0;    ///< 0 for an administrative booking
   std::int64_t locationId = 0;  ///< the desk that made it
+  std::int64_t roomId = 0;
   Moment updatedAt = 0;
   LinesOut out;
 };

@@ -9,12 +9,15 @@ namespace {
 
 std::string rowsWhere(const std::string& condition) {
   return std::string(
-             "select e.id, e.is_group, e.number, e.name, t.name, e.maker, e.model, e.serial, e.format, "
+             "select e.id, e.equipment_type_id, e.is_group, e.number, e.name, t.name, e.maker, e.model, "
+             "e.serial, e.format, "
              "l.name, "
              "r.name, g.number, g.name, e.room_id, (select count(*) from equipment m where m.group_id = "
              "e.id), "
              "coalesce((select min(b.barcode) from equipment_barcodes b join barcode_statuses s on "
-             "s.id = b.status_id where b.equipment_id = e.id and s.active = 1), ''), ") +
+             "s.id = b.status_id where b.equipment_id = e.id and s.active = 1), ''), "
+             "(select substr(n.content, 1, 200) from equipment_notes n where n.equipment_id = e.id and "
+             "n.note_type_id = 1), ") +
          equipmentStatusSql() +
          " from equipment e join equipment_types t on t.id = e.equipment_type_id "
          "join locations l on l.id = e.location_id left join rooms r on r.id = e.room_id "
@@ -24,9 +27,9 @@ std::string rowsWhere(const std::string& condition) {
 
 void visitRows(Query& query, const EquipmentVisitor& visit) {
   EquipmentRow row;
-  query.into(row.id, row.isGroup, row.number, row.name, row.typeName, row.maker, row.model, row.serial,
-             row.format, row.location, row.room, row.group, row.groupName, row.roomId, row.members,
-             row.barcode, row.status);
+  query.into(row.id, row.typeId, row.isGroup, row.number, row.name, row.typeName, row.maker, row.model,
+             row.serial, row.format, row.location, row.room, row.group, row.groupName, row.roomId,
+             row.members, row.barcode, row.note, row.status);
   while (query.next()) visit(row);
 }
 
@@ -56,11 +59,25 @@ void visitMembers(Connection& db, std::int64_t groupId, const EquipmentVisitor& 
   visitRows(query, visit);
 }
 
+void visitEquipmentOfRoom(Connection& db, std::int64_t roomId, const EquipmentVisitor& visit) {
+  static const std::string sql = rowsWhere("e.room_id = :room_id order by e.number, e.id");
+  Query query(db, sql);
+  query.bind("room_id", roomId);
+  visitRows(query, visit);
+}
+
 void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit) {
   static const std::string sql =
       rowsWhere("e.equipment_type_id = :type_id and e.group_id is not null order by e.number, e.id");
   Query query(db, sql);
   query.bind("type_id", typeId);
+  visitRows(query, visit);
+}
+
+void visitEquipmentAmong(Connection& db, const IdSelect& ids, const EquipmentVisitor& visit) {
+  const std::string sql = rowsWhere("e.id in (" + ids.sql + ") order by e.number, e.id");
+  Query query(db, sql);
+  ids.bind(query);
   visitRows(query, visit);
 }
 

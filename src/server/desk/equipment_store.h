@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -12,6 +13,7 @@ namespace vantry::server {
 /// One row of the lists of equipment: a piece or a group.
 struct EquipmentRow {
   std::int64_t id = 0;
+  std::int64_t typeId = 0;
   bool isGroup = false;
   std::string number;
   std::string name;
@@ -27,9 +29,13 @@ struct EquipmentRow {
   std::int64_t roomId = 0;
   std::int64_t members = 0;  ///< of a group
   std::string barcode;       ///< the active one
+  std::string note;          ///< the beginning of its general note
   std::string status;        ///< the one in force
 };
 using EquipmentVisitor = std::function<void(const EquipmentRow&)>;
+
+/// The equipment whose keys are selected, by number.
+void visitEquipmentAmong(Connection& db, const IdSelect& ids, const EquipmentVisitor& visit);
 
 /// The equipment of a type, by number.
 void visitEquipmentOfType(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit);
@@ -40,6 +46,8 @@ void visitLooseEquipment(Connection& db, std::int64_t typeId, std::int64_t roomI
 
 /// The members of a group.
 void visitMembers(Connection& db, std::int64_t groupId, const EquipmentVisitor& visit);
+/// The pieces and groups that are regularly kept in a room, by number.
+void visitEquipmentOfRoom(Connection& db, std::int64_t roomId, const EquipmentVisitor& visit);
 /// The pieces of a type that belong to any group, by number.
 void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit);
 

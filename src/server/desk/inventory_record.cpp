@@ -12,15 +12,16 @@ namespace {
 std::vector<RoomRow> readRooms(Query& query) {
   std::vector<RoomRow> rooms;
   RoomRow row;
-  query.into(row.id, row.number, row.name, row.location, row.status, row.capacity);
+  query.into(row.id, row.typeId, row.number, row.name, row.location, row.status, row.capacity, row.note);
   while (query.next()) rooms.push_back(row);
   return rooms;
 }
 
-std::string roomsSql(const char* condition) {
-  return std::string("select r.id, r.number, r.name, l.name, ") + roomStatusSql() +
-         ", r.capacity from rooms r join locations l on l.id = r.location_id where " + condition +
-         " order by r.number, r.id";
+std::string roomsSql(const std::string& condition) {
+  return "select r.id, r.room_type_id, r.number, r.name, l.name, " + roomStatusSql() +
+         ", r.capacity, (select substr(n.content, 1, 200) from room_notes n where n.room_id = r.id and "
+         "n.note_type_id = 11) from rooms r join locations l on l.id = r.location_id where " +
+         condition + " order by r.number, r.id";
 }
 
 std::vector<ThingBooking> readBookings(Query& query) {
@@ -140,6 +141,12 @@ std::vector<RoomRow> roomsOfLocation(Connection& db, std::int64_t locationId) {
   static const std::string sql = roomsSql("r.location_id = :id");
   Query query(db, sql);
   query.bind("id", locationId);
+  return readRooms(query);
+}
+
+std::vector<RoomRow> roomsAmong(Connection& db, const IdSelect& ids) {
+  Query query(db, roomsSql("r.id in (" + ids.sql + ")"));
+  ids.bind(query);
   return readRooms(query);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "server/base/moment.h"
+#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -81,15 +82,18 @@ struct RoomRecord {
 /// A row of the lists of rooms.
 struct RoomRow {
   std::int64_t id = 0;
+  std::int64_t typeId = 0;
   std::string number;
   std::string name;
   std::string location;
   std::string status;
   std::int64_t capacity = 0;
+  std::string note;  ///< the beginning of its general note
 };
 /// By number.
 [[nodiscard]] std::vector<RoomRow> roomsOfType(Connection& db, std::int64_t typeId);
 [[nodiscard]] std::vector<RoomRow> roomsOfLocation(Connection& db, std::int64_t locationId);
+[[nodiscard]] std::vector<RoomRow> roomsAmong(Connection& db, const IdSelect& ids);
 
 /// A booking that has a thing.
 struct ThingBooking {

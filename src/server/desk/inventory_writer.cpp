@@ -1,5 +1,6 @@
 #include "server/desk/inventory_writer.h"
 
+#include "server/base/catalogue_text.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -28,6 +29,8 @@ void bindEquipment(Query& query, const EquipmentRecord& record) {
   query.bind("supplier", record.supplier).bind("acquired_on", orNothing(record.acquiredOn));
   query.bind("maintenance_on", orNothing(record.nextMaintenanceOn)).bind("location_id", record.locationId);
   query.bind("room_id", orNothing(record.roomId));
+  query.bind("search_number", catalogueKey(record.number)).bind("search_maker", catalogueKey(record.maker));
+  query.bind("search_model", catalogueKey(record.model)).bind("search_serial", catalogueKey(record.serial));
 }
 
 void bindStamp(Query& query, const Stamp& stamp) {
@@ -38,6 +41,7 @@ void bindStamp(Query& query, const Stamp& stamp) {
 void bindRoom(Query& query, const RoomRecord& record) {
   query.bind("type_id", record.typeId).bind("number", record.number).bind("name", record.name);
   query.bind("capacity", record.capacity).bind("location_id", record.locationId);
+  query.bind("search_number", catalogueKey(record.number)).bind("search_name", catalogueKey(record.name));
 }
 
 void bindMaintenance(Query& query, const MaintenanceRecord& record) {
@@ -94,12 +98,22 @@ RoomUse useOfRoom(Connection& db, std::int64_t id) {
   Query query(
       db,
       "select count(*), coalesce(sum(case when b.room_charged_at is not null and b.room_returned_at is "
-      "null then 1 else 0 end), 0) from bookings b where b.room_id = :id and b.status not in (1, 2, 3, 4)");
+      "null then 1 else 0 end), 0) from bookings b where b.room_id = :id and b.status in (0, 99, 999)");
   query.bind("id", id);
   fetchOne(query, booked, out);
-  const std::int64_t kept =
-      countBy(db, "select count(*) from equipment where room_id = :id or current_room_id = :id", id);
+  // A storage room may keep thousands of things, of which one decides.
+  const std::int64_t kept = countBy(
+      db,
+      "select count(*) from (select 1 from equipment where room_id = :id or current_room_id = :id limit 1) k",
+      id);
   return {.out = out > 0, .booked = booked > 0, .keepsThings = kept > 0};
+}
+
+bool keepsBookedThings(Connection& db, std::int64_t roomId) {
+  return countBy(db,
+                 "select count(*) from (select 1 from equipment e join occupancy o on o.kind = 1 and "
+                 "o.thing = e.id where e.room_id = :id limit 1) k",
+                 roomId) > 0;
 }
 
 bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record) {
@@ -132,8 +146,11 @@ bool hasEquipmentType(Connection& db, std::int64_t id, TypeKind kind) {
                  id) > 0;
 }
 
-bool hasRoomType(Connection& db, std::int64_t id) {
-  return countBy(db, "select count(*) from room_types where id = :id", id) > 0;
+std::optional<bool> storageOfRoomType(Connection& db, std::int64_t id) {
+  bool storage = false;
+  Query query(db, "select storage from room_types where id = :id");
+  query.bind("id", id);
+  return fetchOne(query, storage) ? std::optional(storage) : std::nullopt;
 }
 
 bool hasRoomDetailType(Connection& db, std::int64_t id) {
@@ -154,9 +171,11 @@ std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const
         db,
         "insert into equipment (is_group, equipment_type_id, number, maker, format, model, serial, "
         "purchase_value, replacement_value, supplier, acquired_on, next_maintenance_on, location_id, "
-        "room_id, created_at, created_by, created_location) values (:is_group, :type_id, :number, :maker, "
-        ":format, :model, :serial, :purchase, :replacement, :supplier, :acquired_on, :maintenance_on, "
-        ":location_id, :room_id, :at, :operator_id, :desk_id) returning id");
+        "room_id, search_number, search_maker, search_model, search_serial, created_at, created_by, "
+        "created_location) values (:is_group, :type_id, :number, :maker, :format, :model, :serial, "
+        ":purchase, "
+        ":replacement, :supplier, :acquired_on, :maintenance_on, :location_id, :room_id, :search_number, "
+        ":search_maker, :search_model, :search_serial, :at, :operator_id, :desk_id) returning id");
     query.bind("is_group", record.isGroup);
     bindEquipment(query, record);
     bindStamp(query, stamp);
@@ -167,6 +186,8 @@ std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const
               "format = :format, model = :model, serial = :serial, purchase_value = :purchase, "
               "replacement_value = :replacement, supplier = :supplier, acquired_on = :acquired_on, "
               "next_maintenance_on = :maintenance_on, location_id = :location_id, room_id = :room_id, "
+              "search_number = :search_number, search_maker = :search_maker, search_model = :search_model, "
+              "search_serial = :search_serial, "
               "updated_at = :at, updated_by = :operator_id, updated_location = :desk_id where id = :id");
   bindEquipment(query, record);
   bindStamp(query, stamp);
@@ -188,9 +209,10 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
   if (id == 0) {
     Query query(
         db,
-        "insert into rooms (room_type_id, number, name, capacity, location_id, created_at, created_by, "
-        "created_location) values (:type_id, :number, :name, :capacity, :location_id, :at, :operator_id, "
-        ":desk_id) returning id");
+        "insert into rooms (room_type_id, number, name, capacity, location_id, search_number, search_name, "
+        "created_at, created_by, created_location) values (:type_id, :number, :name, :capacity, "
+        ":location_id, "
+        ":search_number, :search_name, :at, :operator_id, :desk_id) returning id");
     bindRoom(query, record);
     bindStamp(query, stamp);
     id = newKey(query);
@@ -198,7 +220,8 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
     Query query(
         db,
         "update rooms set room_type_id = :type_id, number = :number, name = :name, capacity = :capacity, "
-        "location_id = :location_id, updated_at = :at, updated_by = :operator_id, "
+        "location_id = :location_id, search_number = :search_number, search_name = :search_name, "
+        "updated_at = :at, updated_by = :operator_id, "
         "updated_location = :desk_id where id = :id");
     bindRoom(query, record);
     bindStamp(query, stamp);

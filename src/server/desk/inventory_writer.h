@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,8 @@ namespace vantry::server {
 /// How the bookings that are not over use the piece or group, its group and its members included.
 [[nodiscard]] ThingUse useOfEquipment(Connection& db, std::int64_t id);
 [[nodiscard]] RoomUse useOfRoom(Connection& db, std::int64_t id);
+/// Whether bookings hold any of what is kept in the room.
+[[nodiscard]] bool keepsBookedThings(Connection& db, std::int64_t roomId);
 
 /// Whether another piece or group of the type has the number at the location.
 [[nodiscard]] bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record);
@@ -24,7 +27,8 @@ namespace vantry::server {
 
 enum class TypeKind { Pieces, Groups };
 [[nodiscard]] bool hasEquipmentType(Connection& db, std::int64_t id, TypeKind kind);
-[[nodiscard]] bool hasRoomType(Connection& db, std::int64_t id);
+/// Whether rooms of the type are storage rooms; nothing for an unknown type.
+[[nodiscard]] std::optional<bool> storageOfRoomType(Connection& db, std::int64_t id);
 [[nodiscard]] bool hasRoomDetailType(Connection& db, std::int64_t id);
 [[nodiscard]] bool hasMaintenanceType(Connection& db, std::int64_t id);
 [[nodiscard]] bool hasLocation(Connection& db, std::int64_t id);

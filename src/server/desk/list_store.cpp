@@ -1,5 +1,6 @@
 #include "server/desk/list_store.h"
 
+#include <limits>
 #include <optional>
 
 #include "server/base/moment.h"
@@ -27,17 +28,11 @@ std::vector<CategoryRow> readCategories(Query& query) {
   return rows;
 }
 
-bool hasMaintenanceIn(Connection& db, int year) {
-  int found = 0;
-  Query query(db,
-              "select 1 from maintenance where came_in_on >= :from_at and came_in_on < :until_at limit 1");
-  query.bind("from_at", makeMoment(year, 1, 1)).bind("until_at", makeMoment(year + 1, 1, 1));
-  return fetchOne(query, found);
-}
-
-std::optional<Moment> maintenanceAt(Connection& db, const char* sql) {
+std::optional<Moment> lastMaintenanceBefore(Connection& db, Moment until) {
   Moment at = 0;
-  Query query(db, sql);
+  Query query(
+      db, "select came_in_on from maintenance where came_in_on < :until_at order by came_in_on desc limit 1");
+  query.bind("until_at", until);
   return fetchOne(query, at) ? std::optional(at) : std::nullopt;
 }
 
@@ -152,11 +147,10 @@ std::vector<CategoryRow> roomTypes(Connection& db) {
 
 std::vector<int> yearsOfMaintenance(Connection& db) {
   std::vector<int> years;
-  const auto first = maintenanceAt(db, "select came_in_on from maintenance order by came_in_on limit 1");
-  const auto last = maintenanceAt(db, "select came_in_on from maintenance order by came_in_on desc limit 1");
-  if (!first || !last) return years;
-  for (int year = yearOf(*last); year >= yearOf(*first); --year) {
-    if (hasMaintenanceIn(db, year)) years.push_back(year);
+  auto last = lastMaintenanceBefore(db, std::numeric_limits<Moment>::max());
+  while (last) {
+    years.push_back(yearOf(*last));
+    last = lastMaintenanceBefore(db, makeMoment(years.back(), 1, 1));
   }
   return years;
 }

@@ -1,10 +1,40 @@
 #include "server/desk/maintenance_store.h"
 
+#include <limits>
+
 #include "server/desk/status_sql.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
 namespace vantry::server {
+
+namespace {
+
+std::string rowsWhere(const std::string& condition) {
+  return "select m.id, m.came_in_on, m.went_out_on, o.name, t.name, e.number, k.name from maintenance m "
+         "join equipment e on e.id = m.equipment_id join equipment_types t on t.id = e.equipment_type_id "
+         "left join operators o on o.id = m.created_by "
+         "left join maintenance_lines l on l.maintenance_id = m.id "
+         "left join maintenance_types k on k.id = l.maintenance_type_id where " +
+         condition + " order by m.came_in_on, m.id, l.id";
+}
+
+/// Each record has a row for each of its details.
+std::vector<MaintenanceRow> readRows(Query& query) {
+  std::vector<MaintenanceRow> rows;
+  MaintenanceRow row;
+  query.into(row.id, row.cameInOn, row.wentOutOn, row.operatorName, row.equipmentType, row.number, row.types);
+  while (query.next()) {
+    if (rows.empty() || rows.back().id != row.id) {
+      rows.push_back(row);
+    } else {
+      rows.back().types += ", " + row.types;
+    }
+  }
+  return rows;
+}
+
+}  // namespace
 
 std::optional<MaintenanceRecord> findMaintenance(Connection& db, std::int64_t id) {
   static const std::string sql =
@@ -42,30 +72,34 @@ std::vector<MaintenanceLine> linesOfMaintenance(Connection& db, std::int64_t id)
   return lines;
 }
 
+std::vector<std::int64_t> bookingsMeeting(Connection& db, const MaintenanceRecord& record, std::size_t most) {
+  std::vector<std::int64_t> bookings;
+  std::int64_t booking = 0;
+  Query query(db,
+              "select distinct booking_id from occupancy where kind = 1 and thing = :piece and "
+              "starts_at < :until_moment and ends_at > :from_moment order by booking_id limit :most");
+  // Who has not come back yet stays without an end.
+  const Moment until = record.wentOutOn == 0 ? std::numeric_limits<Moment>::max() : record.wentOutOn + day;
+  query.bind("piece", record.pieceId).bind("from_moment", record.cameInOn).bind("until_moment", until);
+  query.bind("most", static_cast<std::int64_t>(most)).into(booking);
+  while (query.next()) bookings.push_back(booking);
+  return bookings;
+}
+
 std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, Moment from, Moment until) {
-  static const std::string columns =
-      "select m.id, m.came_in_on, m.went_out_on, o.name, t.name, e.number, k.name from maintenance m "
-      "join equipment e on e.id = m.equipment_id join equipment_types t on t.id = e.equipment_type_id "
-      "left join operators o on o.id = m.created_by left join maintenance_lines l on l.maintenance_id = m.id "
-      "left join maintenance_types k on k.id = l.maintenance_type_id "
-      "where m.came_in_on >= :from_day and m.came_in_on < :until_day";
-  static const std::string ofAll = columns + " order by m.came_in_on, m.id, l.id";
+  static const std::string ofAll = rowsWhere("m.came_in_on >= :from_day and m.came_in_on < :until_day");
   static const std::string ofPiece =
-      columns + " and m.equipment_id = :piece order by m.came_in_on, m.id, l.id";
-  std::vector<MaintenanceRow> rows;
-  MaintenanceRow row;
+      rowsWhere("m.came_in_on >= :from_day and m.came_in_on < :until_day and m.equipment_id = :piece");
   Query query(db, pieceId == 0 ? ofAll : ofPiece);
   query.bind("from_day", from).bind("until_day", until);
   if (pieceId != 0) query.bind("piece", pieceId);
-  query.into(row.id, row.cameInOn, row.wentOutOn, row.operatorName, row.equipmentType, row.number, row.types);
-  while (query.next()) {
-    if (rows.empty() || rows.back().id != row.id) {
-      rows.push_back(row);
-    } else {
-      rows.back().types += ", " + row.types;
-    }
-  }
-  return rows;
+  return readRows(query);
+}
+
+std::vector<MaintenanceRow> maintenanceAmong(Connection& db, const IdSelect& ids) {
+  Query query(db, rowsWhere("m.id in (" + ids.sql + ")"));
+  ids.bind(query);
+  return readRows(query);
 }
 
 std::vector<NamedRow> maintenanceTypes(Connection& db) {

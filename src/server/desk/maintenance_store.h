@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "server/base/named_row.h"
+#include "server/desk/id_select.h"
 #include "server/desk/inventory_record.h"
 #include "server/store/database.h"
 
@@ -36,6 +37,10 @@ struct MaintenanceRecord {
 [[nodiscard]] std::optional<MaintenanceRecord> findMaintenance(Connection& db, std::int64_t id);
 [[nodiscard]] std::vector<MaintenanceLine> linesOfMaintenance(Connection& db, std::int64_t id);
 
+/// The bookings that hold the piece while it is in maintenance, by their key; `most` of them at most.
+[[nodiscard]] std::vector<std::int64_t> bookingsMeeting(Connection& db, const MaintenanceRecord& record,
+                                                        std::size_t most);
+
 /// A row of a month's list.
 struct MaintenanceRow {
   std::int64_t id = 0;
@@ -49,6 +54,9 @@ struct MaintenanceRow {
 /// The records of a piece, or of all for piece 0, that came in within [from, until), by that day.
 [[nodiscard]] std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, Moment from,
                                                         Moment until);
+
+/// The records whose keys are selected, by that day.
+[[nodiscard]] std::vector<MaintenanceRow> maintenanceAmong(Connection& db, const IdSelect& ids);
 
 [[nodiscard]] std::vector<NamedRow> maintenanceTypes(Connection& db);
 

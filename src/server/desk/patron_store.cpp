@@ -27,6 +27,35 @@ void visitCards(Connection& db, std::string_view text, std::int64_t most,
   while (query.next()) visit(card);
 }
 
+std::int64_t countCards(Connection& db, std::string_view text) {
+  const TextRange range = textRange(text);
+  std::int64_t count = 0;
+  Query query(db, "select count(*) from patron_barcodes c where " + inRange(db, "c.barcode"));
+  query.bind("low", range.low).bind("high", range.high);
+  fetchOne(query, count);
+  return count;
+}
+
+void visitPatronsAmong(Connection& db, const IdSelect& ids,
+                       const std::function<void(const FoundPatron&)>& visit) {
+  const std::string sql =
+      "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name, "
+      "p.social_number, p.institution_id from patrons p left join patron_barcodes c on c.id = "
+      "(select x.id from patron_barcodes x join barcode_statuses y on y.id = x.status_id where "
+      "x.patron_id = p.id order by y.active desc, x.id limit 1) "
+      "left join patron_groups g on g.id = c.patron_group_id left join barcode_statuses s on s.id = "
+      "c.status_id "
+      "where p.id in (" +
+      ids.sql + ") order by p.last_name, p.first_name, p.id";
+  FoundPatron row;
+  Query query(db, sql);
+  ids.bind(query);
+  query.into(row.card.patronId, row.card.lastName, row.card.firstName, row.card.middleName, row.card.groupId,
+             row.card.group, row.card.barcode, row.card.statusId, row.card.status, row.socialNumber,
+             row.institutionId);
+  while (query.next()) visit(row);
+}
+
 std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId) {
   std::vector<PatronCard> cards;
   PatronCard card;

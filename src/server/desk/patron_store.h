@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -27,6 +28,18 @@ struct FoundCard {
 /// most.
 void visitCards(Connection& db, std::string_view text, std::int64_t most,
                 const std::function<void(const FoundCard&)>& visit);
+
+[[nodiscard]] std::int64_t countCards(Connection& db, std::string_view text);
+
+/// A patron as a search finds them, with the first of their cards, an active one if there is any.
+struct FoundPatron {
+  FoundCard card;
+  std::string socialNumber;
+  std::string institutionId;
+};
+/// The patrons whose keys are selected, by name.
+void visitPatronsAmong(Connection& db, const IdSelect& ids,
+                       const std::function<void(const FoundPatron&)>& visit);
 
 struct PatronCard {
   std::string barcode;

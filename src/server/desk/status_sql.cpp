@@ -1,5 +1,9 @@
 #include "server/desk/status_sql.h"
 
+#include <string_view>
+
+#include "server/desk/remark_store.h"
+
 namespace vantry::server {
 
 std::string isOutSql() {
@@ -10,16 +14,39 @@ std::string isOutSql() {
          "l.charged_at is not null and l.returned_at is null and l.in_room = 0 where m.group_id = e.id)))";
 }
 
+/// What "Charged" is and what the record shows without a status are literals of the SQL.
+static std::string shownByEquipment(std::string_view column, std::string_view charged,
+                                    std::string_view none) {
+  return "case when " + isOutSql() + " then " + std::string(charged) + " else coalesce((select y." +
+         std::string(column) +
+         " from equipment_statuses s join status_types y on y.id = s.status_id where s.equipment_id = e.id "
+         "order by "
+         "y.priority, y.id limit 1), " +
+         std::string(none) + ") end";
+}
+
+static std::string shownByRoom(std::string_view column, std::string_view none) {
+  return "coalesce((select y." + std::string(column) +
+         " from room_statuses s join status_types y on y.id = s.status_id where s.room_id = r.id order by "
+         "y.priority, y.id limit 1), " +
+         std::string(none) + ")";
+}
+
 std::string equipmentStatusSql() {
-  return "case when " + isOutSql() +
-         " then 'Charged' else coalesce((select y.name from equipment_statuses s join status_types y on "
-         "y.id = s.status_id where s.equipment_id = e.id order by y.priority, y.id limit 1), 'Not Charged') "
-         "end";
+  return shownByEquipment("name", "'Charged'", "'Not Charged'");
 }
 
 std::string roomStatusSql() {
-  return "coalesce((select y.name from room_statuses s join status_types y on y.id = s.status_id where "
-         "s.room_id = r.id order by y.priority, y.id limit 1), 'Available')";
+  return shownByRoom("name", "'Available'");
+}
+
+std::string equipmentStatusKeySql() {
+  return shownByEquipment("id", std::to_string(systemStatus::charged),
+                          std::to_string(systemStatus::notCharged));
+}
+
+std::string roomStatusKeySql() {
+  return shownByRoom("id", std::to_string(systemStatus::available));
 }
 
 }  // namespace vantry::server

@@ -11,5 +11,8 @@ namespace vantry::server {
 [[nodiscard]] std::string isOutSql();
 [[nodiscard]] std::string equipmentStatusSql();
 [[nodiscard]] std::string roomStatusSql();
+/// The same as keys of statuses.
+[[nodiscard]] std::string equipmentStatusKeySql();
+[[nodiscard]] std::string roomStatusKeySql();
 
 }  // namespace vantry::server

@@ -167,6 +167,20 @@ bool mayBeUsed(Connection& db, std::int64_t pieceId) {
   return forbiddingStatus(statuses) == nullptr;
 }
 
+std::optional<ForbiddenPiece> firstForbidden(Connection& db, std::span<const std::int64_t> ids) {
+  static const std::string sql =
+      "select e.id, t.name from equipment e join equipment_statuses s on s.equipment_id = e.id "
+      "join status_types t on t.id = s.status_id and t.effect = 3 where e.id in (" +
+      keyList() + ") or e.group_id in (" + keyList() + ") order by t.priority, e.id limit 1";
+  for (; !ids.empty(); ids = ids.subspan(std::min(keysAtOnce, ids.size()))) {
+    ForbiddenPiece row;
+    Query query(db, sql);
+    bindKeys(query, ids.first(std::min(keysAtOnce, ids.size())));
+    if (fetchOne(query, row.id, row.status)) return row;
+  }
+  return std::nullopt;
+}
+
 std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion) {
   return notesBy(db,
                  "select n.content from equipment_notes n join note_types t on t.id = n.note_type_id "

@@ -81,6 +81,13 @@ struct BookableRoom {
 /// Whether no status of the piece forbids its use.
 [[nodiscard]] bool mayBeUsed(Connection& db, std::int64_t pieceId);
 
+/// A status that forbids the use of one of the pieces, or of a member of one of the groups.
+struct ForbiddenPiece {
+  std::int64_t id = 0;
+  std::string status;
+};
+[[nodiscard]] std::optional<ForbiddenPiece> firstForbidden(Connection& db, std::span<const std::int64_t> ids);
+
 /// The piece by itself, or the group with its members.
 [[nodiscard]] std::vector<Piece> withMembers(Connection& db, std::int64_t pieceId);
 

@@ -14,6 +14,11 @@ std::optional<int> refusalToRemove(const RoomUse& use) {
   return use.booked ? std::optional(rc::roomTaken) : std::nullopt;
 }
 
+std::optional<int> refusalToChange(const RoomUse& use, const RoomChange& change) {
+  if (change.storesRoom && (use.out || use.booked)) return rc::roomTaken;
+  return change.movesThings ? std::optional(rc::inPendingBooking) : std::nullopt;
+}
+
 std::optional<int> refusalToMove(const ThingUse& use) {
   return use.out || use.booked ? std::optional(rc::inPendingBooking) : std::nullopt;
 }

@@ -71,6 +71,9 @@ void describeServing(CLI::App& app, Given& given) {
   serving->add_option("--key", given.server.key, "PEM file of its key");
   serving->add_option("--threads", given.server.threads, "Clients that may stay connected at one time")
       ->capture_default_str();
+  serving->add_option("--most-found", given.server.mostFound, "Hits that a search tells; all are counted")
+      ->check(CLI::Range(1, 32'767))
+      ->capture_default_str();
   serving->add_flag("--behind-proxy", given.behindProxy, "Something in front of this server speaks TLS");
   serving->callback([&given] {
     given.server.database = given.database;

@@ -28,7 +28,7 @@ class Server::Impl {
   explicit Impl(const Options& options)
       : database_(options.database, {.connections = 8, .patience = options.patience}),
         runner_(upToDate(database_), clockOf(options),
-                options.quickHashes ? HashCost::Quick : HashCost::Interactive),
+                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
         housekeeper_(database_, clockOf(options)),
         front_(runner_, {.address = options.address,
                          .port = options.port,

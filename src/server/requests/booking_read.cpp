@@ -5,6 +5,7 @@
 #include "server/base/person_name.h"
 #include "server/desk/booking_reader.h"
 #include "server/desk/booking_store.h"
+#include "server/desk/equipment_store.h"
 #include "server/desk/policy_store.h"
 #include "server/desk/thing_store.h"
 #include "server/requests/handlers.h"
@@ -132,7 +133,24 @@ Reply checkUpdate(Context& context, const Message& message) {
   return Reply(message.text(tags::UDT) == momentText(state->updatedAt) ? 0 : rc::changedMeanwhile);
 }
 
+/// What a room's own window lists: all that is kept in it, each with the status that it shows.
+Reply keptInRoom(Context& context, const Message& message) {
+  Reply reply;
+  visitEquipmentOfRoom(context.db, message.number(tags::RID), [&](const EquipmentRow& row) {
+    reply.record()
+        .set(tags::EID, row.id)
+        .set(tags::BNO, row.barcode)
+        .set(tags::ENO, row.number)
+        .set(tags::ETY, row.typeName)
+        .set(tags::EIU, row.isGroup ? "Y" : "N")
+        .set(tags::ESDS, row.status);
+  });
+  return reply;
+}
+
+/// A booking is told what it finds in its room, and what keeps that from being used.
 Reply roomEquipment(Context& context, const Message& message) {
+  if (!message.has(tags::BRTY)) return keptInRoom(context, message);
   Reply reply;
   for (const Piece& piece : piecesInRoom(context.db, message.number(tags::RID))) {
     const std::vector<AppliedStatus> statuses = statusesOfPiece(context.db, piece.id);

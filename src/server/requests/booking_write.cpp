@@ -3,10 +3,14 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
+#include "server/access/rights.h"
 #include "server/base/tag_refusal.h"
+#include "server/desk/booking_reader.h"
 #include "server/desk/booking_writer.h"
 #include "server/desk/policy_store.h"
+#include "server/desk/staff_store.h"
 #include "server/requests/booking_message.h"
 #include "server/requests/usage_reply.h"
 #include "words/tags.h"
@@ -70,6 +74,44 @@ void requireFree(Connection& db, const BookingDraft& draft, const ResolvedThings
   refuseUnless(judgePieces(db, question, equipment, conflicts), equipmentReply);
 }
 
+/// What a status forbids needs an override, and the message does not tell of one. So it counts whether the
+/// operator may have made it. What the booking has already was judged when it came in.
+void requireUsable(Context& context, const ResolvedThings& things, std::int64_t bookingId) {
+  std::set<std::int64_t> before{0};
+  if (bookingId != 0) {
+    for (const EquipmentLineRow& line : equipmentLinesOf(context.db, bookingId)) before.insert(line.piece);
+  }
+  std::vector<std::int64_t> added;
+  for (const ResolvedPiece& each : things.equipment) {
+    if (!each.inRoom && !before.contains(each.piece.id)) added.push_back(each.piece.id);
+  }
+  const std::optional<ForbiddenPiece> found = firstForbidden(context.db, added);
+  if (!found || mayOverride(context.db, context.session, "OVOTR", context.now)) return;
+  const std::optional<Piece> piece = findPiece(context.db, found->id);
+  Reply reply(rc::equipmentStatus);
+  reply.record()
+      .set(tags::VD1, static_cast<int>(StatusEffect::Forbids))
+      .set(tags::VD2, piece->typeName + " " + piece->number)
+      .set(tags::VD3, found->status);
+  throw Refused{reply};
+}
+
+/// Who is not active is assigned to nothing new, and stays with what they have.
+void requireStaff(Connection& db, const BookingDraft& draft, const std::optional<BookingHead>& before) {
+  const auto require = [&](std::int64_t staff, std::int64_t staffBefore, std::string_view tag) {
+    if (staff != 0 && staff != staffBefore && !isActiveStaff(db, staff)) refuseTag(tag);
+  };
+  require(draft.setupStaffId, before ? before->setupStaffId : 0, tags::ODE);
+  require(draft.cleanupStaffId, before ? before->cleanupStaffId : 0, tags::OPU);
+}
+
+/// Windows offer no storage rooms; this one became one meanwhile.
+void requireNoStorage(Connection& db, const BookingDraft& draft, std::int64_t roomBefore) {
+  if (draft.roomId == 0 || draft.roomId == roomBefore) return;
+  const auto room = findRoom(db, draft.roomId);
+  if (room && room->storage) refuseTag(tags::RID);
+}
+
 Stamp stampAt(const Context& context, Moment at) {
   return {.at = at, .operatorId = context.session.operatorId, .locationId = context.session.locationId};
 }
@@ -90,6 +132,9 @@ Reply newBookings(Context& context, const Message& message) {
   const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
   const UsageQuestion question = questionOf(context, draft, policy, 0);
   const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireStaff(context.db, draft, std::nullopt);
+  requireNoStorage(context.db, draft, 0);
+  requireUsable(context, things, 0);
   requireFree(context.db, draft, things, question);
   Reply reply(things.roomSatisfied ? rc::satisfiedByRoom : 0);
   const StoredBooking booking{draft, things, stampAt(context, context.now)};
@@ -119,6 +164,9 @@ Reply changeBooking(Context& context, const Message& message) {
   const DeskPolicy policy = policyOf(context, draft, state->locationId);
   const UsageQuestion question = questionOf(context, draft, policy, state->id);
   const ResolvedThings things = resolveThings(context.db, draft, question);
+  requireStaff(context.db, draft, findBookingHead(context.db, state->id));
+  requireNoStorage(context.db, draft, state->roomId);
+  requireUsable(context, things, state->id);
   requireFree(context.db, draft, things, question);
   const Moment stamp = nextStamp(state->updatedAt, context.now);
   const StoredBooking booking{draft, things, stampAt(context, stamp)};

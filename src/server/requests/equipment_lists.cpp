@@ -19,7 +19,8 @@ void addPlace(Reply& reply, const EquipmentRow& row) {
       .set(tags::ENO, row.number)
       .set(tags::LNA, row.location)
       .set(tags::RNM, row.room)
-      .set(tags::STY, row.status);
+      .set(tags::STY, row.status)
+      .set(tags::MNC, row.note);
 }
 
 void addPieceRecord(Reply& reply, const EquipmentRow& row) {

@@ -1,51 +1,219 @@
-// The search. So far it knows patrons by their barcode, which the booking windows look up with it.
+// The search of all that the library has.
 
+#include <algorithm>
 #include <array>
+#include <span>
+#include <tuple>
 
 #include "server/access/rights.h"
+#include "server/base/number_text.h"
 #include "server/base/tag_refusal.h"
+#include "server/desk/equipment_store.h"
+#include "server/desk/find_store.h"
+#include "server/desk/inventory_record.h"
+#include "server/desk/maintenance_store.h"
 #include "server/desk/patron_store.h"
+#include "server/requests/booking_list.h"
 #include "server/requests/handlers.h"
+#include "server/requests/inventory_message.h"
 #include "words/tags.h"
 
 namespace vantry::server {
 
 namespace {
 
-constexpr std::int64_t patronCategory = 6;
-constexpr std::int64_t patronBarcode = 17;
+constexpr int patronBarcode = 17;
+constexpr int socialNumber = 19;
+constexpr int institutionId = 20;
+constexpr int withHistory = 10;
 
-/// Who may look for patrons: who works with them, and who books for them.
-constexpr std::string_view patronRights = "PACOU PAV PAADD PAUPD PADEL BKV BKADD BKUPD BKCAN BKCHA BKDIS";
+/// Numbers that are nobody's business but of those who work with patrons.
+constexpr std::string_view numberRights = "PACOU PAV PAADD PAUPD PADEL";
 
-/// A search window counts what it shows with 16 bits. More than that is refused: a list that is cut off would
-/// look like a whole one.
-constexpr std::int64_t mostFound = 32767;
+std::int64_t addBookings(Context& context, const IdSelect& ids, Reply& reply) {
+  visitBookingsAmong(context.db, ids, [&](const BookingListRow& row) { addBookingRow(reply, row); });
+  return reply.recordCount();
+}
 
-Reply patronsByBarcode(Context& context, std::string_view text) {
-  Reply reply;
-  const auto add = [&](const FoundCard& card) {
+/// A group without a name goes by its number.
+std::string_view groupName(const EquipmentRow& row) {
+  return row.groupName.empty() ? row.group : row.groupName;
+}
+
+std::int64_t addEquipment(Context& context, const IdSelect& ids, Reply& reply) {
+  visitEquipmentAmong(context.db, ids, [&](const EquipmentRow& row) {
     reply.record()
-        .set(tags::PID, card.patronId)
-        .set(tags::PLN, card.lastName)
-        .set(tags::PFN, card.firstName)
-        .set(tags::PMN, card.middleName)
-        .set(tags::PGID, card.groupId)
-        .set(tags::PGNM, card.group)
-        .set(tags::BNO, card.barcode)
-        .set(tags::BSI, card.statusId)
-        .set(tags::BST, card.status);
-  };
-  visitCards(context.db, text, mostFound + 1, add);
-  if (reply.recordCount() > mostFound) refuseTag(tags::SRCHVAL);
-  return reply.head(tags::SRCHCNT, reply.recordCount());
+        .set(tags::ETI, row.typeId)
+        .set(tags::EID, row.id)
+        .set(tags::BNO, row.barcode)
+        .set(tags::ENO, row.number)
+        .set(tags::LNA, row.location)
+        .set(tags::RNM, row.room)
+        .set(tags::STY, row.status)
+        .set(tags::EMA, row.maker)
+        .set(tags::EMO, row.model)
+        .set(tags::ESN, row.serial)
+        .set(tags::GRPNO, row.group)
+        .set(tags::GRPNA, groupName(row))
+        .set(tags::EFO, row.format)
+        .set(tags::MNC, row.note);
+  });
+  return reply.recordCount();
+}
+
+std::int64_t addRooms(Context& context, const IdSelect& ids, Reply& reply) {
+  for (const RoomRow& row : roomsAmong(context.db, ids)) {
+    reply.record()
+        .set(tags::RTI, row.typeId)
+        .set(tags::RID, row.id)
+        .set(tags::RNO, row.number)
+        .set(tags::RNM, row.name)
+        .set(tags::LNA, row.location)
+        .set(tags::STY, row.status)
+        .set(tags::RCA, row.capacity)
+        .set(tags::MNC, row.note);
+  }
+  return reply.recordCount();
+}
+
+std::int64_t addMaintenance(Context& context, const IdSelect& ids, Reply& reply) {
+  for (const MaintenanceRow& row : maintenanceAmong(context.db, ids)) {
+    reply.record()
+        .set(tags::MSD, dayText(startOfMonth(row.cameInOn)))
+        .set(tags::MID, row.id)
+        .set(tags::MDYI, dayText(row.cameInOn))
+        .set(tags::ETY, row.equipmentType)
+        .set(tags::ENO, row.number)
+        .set(tags::ON, row.operatorName);
+  }
+  return reply.recordCount();
+}
+
+void addCard(Reply& reply, const FoundCard& card) {
+  reply.record()
+      .set(tags::PID, card.patronId)
+      .set(tags::PLN, card.lastName)
+      .set(tags::PFN, card.firstName)
+      .set(tags::PMN, card.middleName);
+  if (card.barcode.empty()) return;
+  reply.set(tags::PGID, card.groupId)
+      .set(tags::PGNM, card.group)
+      .set(tags::BNO, card.barcode)
+      .set(tags::BSI, card.statusId)
+      .set(tags::BST, card.status);
+}
+
+std::int64_t addPatrons(Context& context, const IdSelect& ids, Reply& reply) {
+  const bool showsNumbers = holdsAnyRight(context.db, context.session, numberRights);
+  visitPatronsAmong(context.db, ids, [&](const FoundPatron& row) {
+    addCard(reply, row.card);
+    if (showsNumbers) reply.set(tags::PSSN, row.socialNumber).set(tags::PIID, row.institutionId);
+  });
+  return reply.recordCount();
+}
+
+struct SubjectRow {
+  FindSubject subject;
+  std::string_view rights;
+  std::int64_t (*add)(Context&, const IdSelect&, Reply&);
+};
+/// Who may look for what: who works with it, and who books it.
+constexpr std::array subjects{
+    SubjectRow{FindSubject::Bookings, "BKV BKADD BKUPD BKCAN BKCHA BKDIS", addBookings},
+    SubjectRow{FindSubject::Equipment, "EQV EQADD EQUPD EQDEL BKV BKADD BKUPD BKCAN BKCHA BKDIS",
+               addEquipment},
+    SubjectRow{FindSubject::Groups, "EQV EQADD EQUPD EQDEL BKV BKADD BKUPD BKCAN BKCHA BKDIS", addEquipment},
+    SubjectRow{FindSubject::Rooms, "RMV RMADD RMUPD RMDEL BKV BKADD BKUPD BKCAN BKCHA BKDIS", addRooms},
+    SubjectRow{FindSubject::Maintenance, "EQMV EQMADD EQMUPD EQMDEL", addMaintenance},
+    SubjectRow{FindSubject::Patrons, "PACOU PAV PAADD PAUPD PADEL BKV BKADD BKUPD BKCAN BKCHA BKDIS",
+               addPatrons},
+};
+
+const SubjectRow& subjectOf(const Message& message) {
+  const std::int64_t number = message.number(tags::SRCHFOR);
+  const auto found = std::ranges::find_if(
+      subjects, [&](const SubjectRow& each) { return static_cast<std::int64_t>(each.subject) == number; });
+  if (found == subjects.end()) refuseTag(tags::SRCHFOR);
+  return *found;
+}
+
+/// Several criteria without a word between them must all hold.
+bool meansAny(const Message& message) {
+  const std::string_view word = message.text(tags::SRCHOP);
+  if (word != "OR" && word != "AND" && !word.empty()) refuseTag(tags::SRCHOP);
+  return word == "OR";
+}
+
+int numberOfTerm(std::string_view text) {
+  const std::int64_t number = text.size() > 2 ? 0 : numberOf(text);
+  return static_cast<int>(number);
+}
+
+std::vector<FindTerm> termsOf(const Message& message) {
+  std::vector<FindTerm> terms;
+  for (const TagValue& pair : message.tags()) {
+    if (pair.tag == tags::SRCHTAG) terms.push_back({.number = numberOfTerm(pair.value), .value = {}});
+    if (pair.tag == tags::SRCHVAL) terms.back().value = pair.value;
+  }
+  return terms;
+}
+
+FindQuestion questionOf(Context& context, const Message& message, FindSubject subject) {
+  FindQuestion question{.subject = subject,
+                        .scope = static_cast<int>(message.number(tags::SRCHLOC)),
+                        .any = meansAny(message),
+                        .history = false,
+                        .terms = termsOf(message),
+                        .deskId = context.session.locationId,
+                        .now = context.now,
+                        .most = context.search.most,
+                        .longest = context.search.longest};
+  if (subject == FindSubject::Bookings) {
+    const std::size_t wanted =
+        std::erase_if(question.terms, [](const FindTerm& each) { return each.number == withHistory; });
+    question.history = wanted > 0 && holdsAnyRight(context.db, context.session, "BKVHI");
+  }
+  return question;
+}
+
+bool asksForNumbers(const FindQuestion& question) {
+  return question.subject == FindSubject::Patrons &&
+         std::ranges::any_of(question.terms, [](const FindTerm& each) {
+           return each.number == socialNumber || each.number == institutionId;
+         });
+}
+
+/// A barcode by itself finds cards, of which a patron may have several.
+bool asksForCards(const FindQuestion& question) {
+  return question.subject == FindSubject::Patrons && question.terms.size() == 1 &&
+         question.terms.front().number == patronBarcode && question.scope == 5;
+}
+
+Reply cardsReply(Context& context, const FindQuestion& question) {
+  const std::string_view text = question.terms.front().value;
+  std::ignore = valuesOf(FindForm::Code, text);
+  Reply reply;
+  visitCards(context.db, text, question.most, [&](const FoundCard& card) { addCard(reply, card); });
+  const bool isCut = reply.recordCount() == question.most;
+  return reply.head(tags::SRCHCNT, isCut ? countCards(context.db, text) : reply.recordCount());
 }
 
 Reply find(Context& context, const Message& message) {
-  if (message.number(tags::SRCHFOR) != patronCategory) refuseTag(tags::SRCHFOR);
-  if (!holdsAnyRight(context.db, context.session, patronRights)) return Reply(rc::noRight);
-  if (message.number(tags::SRCHTAG) != patronBarcode) refuseTag(tags::SRCHTAG);
-  return patronsByBarcode(context, message.text(tags::SRCHVAL));
+  // The window's advanced page asks for nothing.
+  if (message.number(tags::SRCHFOR) == 0) {
+    Reply reply;
+    return reply.head(tags::SRCHCNT, std::int64_t{0});
+  }
+  const SubjectRow& subject = subjectOf(message);
+  if (!holdsAnyRight(context.db, context.session, subject.rights)) return Reply(rc::noRight);
+  const FindQuestion question = questionOf(context, message, subject.subject);
+  if (asksForNumbers(question) && !holdsAnyRight(context.db, context.session, numberRights))
+    return Reply(rc::noRight);
+  if (asksForCards(question)) return cardsReply(context, question);
+  Reply reply;
+  const FindSearch search(context.db, question);
+  const std::int64_t told = subject.add(context, search.page(), reply);
+  return reply.head(tags::SRCHCNT, search.count(told));
 }
 
 constexpr std::array rows{HandlerRow{"FIND", find}};

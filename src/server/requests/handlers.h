@@ -8,6 +8,7 @@
 #include "server/access/sessions.h"
 #include "server/base/moment.h"
 #include "server/requests/reply.h"
+#include "server/requests/search_limits.h"
 #include "words/requests.h"
 
 namespace vantry::server {
@@ -35,6 +36,7 @@ struct Context {
   Connection& db;
   const Session& session;
   Moment now;
+  SearchLimits search = {};
 };
 
 /// Thrown by a request that refuses after it has begun to write: everything that it wrote is undone, and the
@@ -77,6 +79,7 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> remarkHandlers();
 [[nodiscard]] std::span<const HandlerRow> maintenanceHandlers();
 [[nodiscard]] std::span<const HandlerRow> membershipHandlers();
+[[nodiscard]] std::span<const HandlerRow> staffHandlers();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

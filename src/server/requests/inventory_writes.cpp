@@ -79,7 +79,11 @@ Reply newEquipment(Context& context, const Message& message, EquipmentRecord rec
   const std::int64_t id = writeEquipment(context.db, record, stampOf(context, 0));
   if (!barcode.empty()) writeBarcode(context.db, id, barcode, barcodeStatus::active);
   note(context, "equipment made", id);
-  return createdReply(context, tags::EID, id);
+  Reply reply = createdReply(context, tags::EID, id);
+  // A window that shows a group next to the new piece asks what the group is worth.
+  if (const std::int64_t group = message.number(tags::GRPID); group != 0)
+    reply.head(tags::MVL, moneyText(valueOfGroup(context.db, group)));
+  return reply;
 }
 
 /// Throws Refused where the thing may not be kept elsewhere now.
@@ -134,7 +138,9 @@ std::vector<RoomDetail> detailsOf(Context& context, const Message& message) {
 
 void readRoom(Context& context, const Message& message, RoomRecord& record) {
   record.typeId = message.number(tags::RTI);
-  if (!hasRoomType(context.db, record.typeId)) refuseTag(tags::RTI);
+  const std::optional<bool> storage = storageOfRoomType(context.db, record.typeId);
+  if (!storage) refuseTag(tags::RTI);
+  record.storage = *storage;
   record.number = requiredText(message, tags::RNO);
   record.name = message.text(tags::RNM);
   record.locationId = locationOf(context, message);
@@ -151,11 +157,19 @@ Reply newRoom(Context& context, const Message& message) {
   return createdReply(context, tags::RID, id);
 }
 
+std::optional<int> refusalToChangeRoom(Context& context, const RoomRecord& before, const RoomRecord& after) {
+  const bool empties = (before.storage && !after.storage) || before.locationId != after.locationId;
+  const RoomChange change{.storesRoom = !before.storage && after.storage,
+                          .movesThings = empties && keepsBookedThings(context.db, before.id)};
+  return refusalToChange(useOfRoom(context.db, before.id), change);
+}
+
 Reply changeRoom(Context& context, const Message& message) {
   const std::optional<RoomRecord> before = findRoomRecord(context.db, message.number(tags::RID));
   if (!before) return Reply(rc::notFound);
   RoomRecord record = *before;
   readRoom(context, message, record);
+  if (const auto refusal = refusalToChangeRoom(context, *before, record)) return Reply(*refusal);
   const Stamp stamp = stampOf(context, before->stamps.updatedAt);
   writeRoom(context.db, record, detailsOf(context, message), stamp);
   note(context, "room changed", record.id);

@@ -1,5 +1,6 @@
 // Records of maintenance.
 
+#include <algorithm>
 #include <array>
 
 #include "server/access/audit.h"
@@ -15,6 +16,17 @@ namespace vantry::server {
 
 namespace {
 
+/// What staff should know of a stay: bookings keep the piece that is in maintenance.
+std::string serverNote(Context& context, const MaintenanceRecord& record) {
+  constexpr std::size_t mostTold = 5;
+  const std::vector<std::int64_t> bookings = bookingsMeeting(context.db, record, mostTold + 1);
+  if (bookings.empty()) return {};
+  std::string text = "Booked during this maintenance: ";
+  for (std::size_t place = 0; place < std::min(bookings.size(), mostTold); ++place)
+    text += (place == 0 ? "" : ", ") + confirmationNumber(bookings[place]);
+  return text + (bookings.size() > mostTold ? " and others." : ".");
+}
+
 Reply maintenanceRecord(Context& context, const Message& message) {
   const std::optional<MaintenanceRecord> record = findMaintenance(context.db, message.number(tags::MID));
   if (!record) return Reply(rc::notFound);
@@ -27,7 +39,8 @@ Reply maintenanceRecord(Context& context, const Message& message) {
       .head(tags::MDO, dayText(record->wentOutOn))
       .head(tags::ENM, dayText(record->nextMaintenanceOn))
       .head(tags::MNO, record->note)
-      .head(tags::STY, record->status);
+      .head(tags::STY, record->status)
+      .head(tags::MNT, serverNote(context, *record));
   addStamps(reply, record->stamps);
   for (const MaintenanceLine& line : linesOfMaintenance(context.db, record->id)) {
     reply.record()

@@ -45,8 +45,8 @@ Reply runReader(const HandlerRow& handler, Context& context, const Message& mess
 
 }  // namespace
 
-RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost)
-    : database_(database), clock_(std::move(clock)), cost_(cost), keys_(keysOf(database)) {}
+RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search)
+    : database_(database), clock_(std::move(clock)), cost_(cost), search_(search), keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
   Judged judged;
@@ -76,14 +76,20 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
   const HandlerRow* handler = findHandler(incoming.code);
   Answer answer;
   Judged judged;
-  database_.read([&](Connection& db) {
+  const auto work = [&](Connection& db) {
     judged = judge(db, incoming, now);
     if (!judged.session || judged.refusal || handler == nullptr) return;
-    Context context{db, *judged.session, now};
+    Context context{db, *judged.session, now, search_};
     const Reply reply = runReader(*handler, context, Message(incoming.tags));
     judged.lacksRight = reply.rc() == rc::noRight;
     answer.json = reply.json();
-  });
+  };
+  try {
+    database_.read(work);
+  } catch (const StoreError& error) {
+    if (error.kind() != StoreError::Kind::TooLong) throw;
+    answer.json = unreadable(tags::SRCHVAL).json();  // only searches have a limit
+  }
   if (!judged.session) return answer;
   if (judged.lacksRight) {
     database_.write(
@@ -135,7 +141,7 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
     prolongSession(db, *judged.session, now);
   if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
   const HandlerRow& handler = *findHandler(incoming.code);
-  Context context{db, *judged.session, now};
+  Context context{db, *judged.session, now, search_};
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.

@@ -10,6 +10,7 @@
 #include "server/access/sessions.h"
 #include "server/base/moment.h"
 #include "server/requests/reply.h"
+#include "server/requests/search_limits.h"
 #include "server/store/database.h"
 #include "words/requests.h"
 
@@ -21,7 +22,7 @@ namespace vantry::server {
 class RequestRunner {
  public:
   /// The database's schema is up to date.
-  RequestRunner(Database& database, Clock clock, HashCost cost);
+  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {});
 
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
@@ -80,6 +81,7 @@ class RequestRunner {
   Database& database_;
   Clock clock_;
   HashCost cost_;
+  SearchLimits search_;
   SealingKeys keys_;
 };
 

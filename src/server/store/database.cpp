@@ -19,6 +19,7 @@ namespace {
 constexpr int sqliteBusy = 5;
 constexpr int sqliteLocked = 6;
 constexpr int sqliteReadOnly = 8;
+constexpr int sqliteInterrupted = 9;
 constexpr int sqliteCannotOpen = 14;
 constexpr int sqliteNoDatabase = 26;
 
@@ -36,6 +37,8 @@ StoreError::Kind kindOf(const soci::sqlite3_soci_error& error) {
       return StoreError::Kind::Absent;
     case sqliteNoDatabase:
       return StoreError::Kind::Foreign;
+    case sqliteInterrupted:
+      return StoreError::Kind::TooLong;
     case sqliteReadOnly:
       return StoreError::Kind::ReadOnly;
     default:
@@ -47,6 +50,7 @@ StoreError::Kind kindOf(const soci::postgresql_soci_error& error) {
   const std::string state = error.sqlstate();
   if (state == "40001" || state == "40P01") return StoreError::Kind::Contested;
   if (state == "23P01") return StoreError::Kind::Overlap;
+  if (state == "57014") return StoreError::Kind::TooLong;
   if (state == "25006") return StoreError::Kind::ReadOnly;
   if (state.starts_with("08") || state.starts_with("57") || state.starts_with("53"))
     return StoreError::Kind::Busy;

@@ -12,6 +12,9 @@ const soci::backend_factory& factoryOf(const Dialect& dialect) {
   return *soci::factory_sqlite3();
 }
 
+/// More than all requests have in common use.
+constexpr std::size_t mostStatements = 800;
+
 }  // namespace
 
 Connection::Connection(const Dialect& dialect, const std::string& connectText)
@@ -40,6 +43,35 @@ void Connection::run(const std::string& sql) {
   statement.execute(true);
 }
 
+namespace {
+
+/// How many steps a statement takes between two looks at the clock.
+constexpr int stepsBetweenLooks = 20'000;
+
+sqlite_api::sqlite3* handleOf(soci::session& session) {
+  return static_cast<soci::sqlite3_session_backend*>(session.get_backend())->conn_;
+}
+
+int isPast(void* deadline) {
+  const auto& until = *static_cast<std::chrono::steady_clock::time_point*>(deadline);
+  return std::chrono::steady_clock::now() >= until ? 1 : 0;
+}
+
+}  // namespace
+
+void Connection::limitTime(std::chrono::milliseconds longest) {
+  if (dialect_.kind == Dialect::Kind::Postgresql)
+    return run("set local statement_timeout = " + std::to_string(longest.count()));
+  deadline_ = std::chrono::steady_clock::now() + longest;
+  sqlite_api::sqlite3_progress_handler(handleOf(session_), stepsBetweenLooks, isPast, &deadline_);
+}
+
+/// A transaction of PostgreSQL takes its limit along when it ends.
+void Connection::unlimitTime() {
+  if (dialect_.kind == Dialect::Kind::Sqlite)
+    sqlite_api::sqlite3_progress_handler(handleOf(session_), 0, nullptr, nullptr);
+}
+
 std::vector<std::string> Connection::statements() const {
   std::vector<std::string> texts;
   for (const auto& [text, statement] : statements_) texts.push_back(text);
@@ -55,7 +87,8 @@ Connection::Statements::node_type Connection::take(std::string_view sql) {
 }
 
 void Connection::give(Statements::node_type prepared) {
-  statements_.insert(std::move(prepared));
+  // Searches are put together from many parts: what is kept of them has an end.
+  if (statements_.size() < mostStatements) statements_.insert(std::move(prepared));
 }
 
 Query::Query(Connection& connection, std::string_view sql)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -27,6 +28,12 @@ class Connection {
 
   [[nodiscard]] const Dialect& dialect() const { return dialect_; }
 
+  /// Ends every statement that is still running after that time with StoreError::Kind::TooLong, until the
+  /// transaction ends.
+  void limitTime(std::chrono::milliseconds longest);
+  /// Takes the limit off again.
+  void unlimitTime();
+
   /// The statements that were prepared on it, for looking at how they are run.
   [[nodiscard]] std::vector<std::string> statements() const;
 
@@ -45,6 +52,19 @@ class Connection {
   const Dialect& dialect_;
   soci::session session_;
   Statements statements_;
+  std::chrono::steady_clock::time_point deadline_;
+};
+
+/// A limit of time for the statements of a scope.
+class TimeLimit {
+ public:
+  TimeLimit(Connection& db, std::chrono::milliseconds longest) : db_(db) { db_.limitTime(longest); }
+  ~TimeLimit() { db_.unlimitTime(); }
+  TimeLimit(const TimeLimit&) = delete;
+  TimeLimit& operator=(const TimeLimit&) = delete;
+
+ private:
+  Connection& db_;
 };
 
 /// One statement, prepared once per connection. Values are bound by name (":name" in the text) and kept by

@@ -49,6 +49,21 @@ std::string bytewise(Connection& db, std::string_view column) {
   return std::string(column) + (plain ? "" : " collate \"C\"");
 }
 
+void joinByIndexes(Connection& db) {
+  if (db.dialect().kind == Dialect::Kind::Sqlite) return;  // which knows no other way
+  std::string hash;
+  std::string merge;
+  Query query(
+      db, "select set_config('enable_hashjoin', 'off', true), set_config('enable_mergejoin', 'off', true)");
+  fetchOne(query, hash, merge);
+}
+
+std::string keysIn(Connection& db, std::string_view name) {
+  const std::string value = ":" + std::string(name);
+  if (db.dialect().kind == Dialect::Kind::Sqlite) return "select value from json_each(" + value + ")";
+  return "select cast(value as bigint) as value from json_array_elements_text(cast(" + value + " as json))";
+}
+
 std::string inRange(Connection& db, std::string_view column) {
   return bytewise(db, column) + " >= :low and " + bytewise(db, column) + " <= :high";
 }

@@ -44,6 +44,13 @@ void bindRow(Query& query, std::size_t row, std::string_view column, const Value
 [[nodiscard]] std::string bytewise(Connection& db, std::string_view column);
 [[nodiscard]] std::string inRange(Connection& db, std::string_view column);
 
+/// Lets the statements of this transaction reach joined rows one by one, by their indexes, whatever the
+/// database thinks of how many there are.
+void joinByIndexes(Connection& db);
+
+/// The keys of a text of the form "[1,2,3]", bound under that name, as a selection of one column "value".
+[[nodiscard]] std::string keysIn(Connection& db, std::string_view name);
+
 /// An id as it is stored: 0 points nowhere.
 inline std::optional<std::int64_t> orNothing(std::int64_t id) {
   return id == 0 ? std::nullopt : std::optional(id);

@@ -10,6 +10,7 @@
 #include "server/base/catalogue_text.h"
 #include "server/store/migrations.h"
 #include "server/store/query.h"
+#include "server/store/schema_search.h"
 
 namespace vantry::server {
 
@@ -644,7 +645,7 @@ create index room_details_room on room_details (room_id);
 create index equipment_current_room on equipment (current_room_id) where current_room_id is not null;
 )";
 
-constexpr std::array steps{
+const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
     Migration{3, "patrons and media", patronsAndMedia},
@@ -660,6 +661,7 @@ constexpr std::array steps{
     Migration{13, "names without marks", namesWithoutMarks, foldNames},
     Migration{14, "statuses of the system", systemStatuses},
     Migration{15, "repeated details of rooms", repeatedDetails},
+    Migration{16, "search", searchTables, foldForSearch},
 };
 
 }  // namespace

@@ -17,6 +17,7 @@ class StoreError : public std::runtime_error {
     ReadOnly,     ///< it cannot be written
     Contested,    ///< the transaction met another one; running it again is the cure
     Overlap,      ///< the store's own net refused a second use of one thing at one time
+    TooLong,      ///< a statement reached its limit of time
     Failed,       ///< anything else
   };
   StoreError(Kind kind, const std::string& what) : std::runtime_error(what), kind_(kind) {}

@@ -21,6 +21,7 @@ INSTANTIATE_TEST_SUITE_P(Databases, BookingRequests, eachDatabase, databaseName)
 constexpr const char* film1 = "MTID=1; BI=1; MI=1; IM=1";
 
 TEST_P(BookingRequests, ReadsBackWhatWasSaved) {
+  library().execute("insert into staff (patron_id, active) values (5, 1)");
   const Got made = send(
       "NEWBK",
       "STIME=2026-03-03 10:00:00; ETIME=2026-03-03 11:30:00; PID=1; PGID=1; PPID=2; ADBK=N; RID=1; BTID=2; "
@@ -308,6 +309,29 @@ TEST_P(BookingRequests, SaveJudgesWhatItStores) {
   EXPECT_EQ(count("occupancy where kind = 1 and thing = 4"), "2");
   // One television is left, and two media types need one.
   EXPECT_EQ(save(times(3, "10:00", "11:00"), "LOC=1", 3, "ETI=1; IFL=Y; ETI=1; IFL=Y").rc, 0);
+}
+
+/// The message of a save does not tell of overrides.
+TEST_P(BookingRequests, APieceWithAForbiddingStatusIsSavedOnlyByWhoMayOverrideIt) {
+  library().execute(
+      "insert into operator_rights (operator_id, location_id, code) values (3, 1, 'BKADD'), (3, 1, 'BKUPD')");
+  const auto save = [&](const std::string& things, const std::string& changed = {}) {
+    const std::string tags = booking(times(3, "10:00", "11:00"), "LOC=1", 3, things);
+    return changed.empty() ? library().send("NEWBK", tags, "clerk")
+                           : library().send("UPDBK", "BOOKID=" + changed + "; " + tags, "clerk");
+  };
+  EXPECT_EQ(save("EID=9").text(), "151||VD1=3 VD2=Camera CAM1 VD3=Missing");
+  EXPECT_EQ(save("EID=2").rc, 0) << "a status that only asks";
+  EXPECT_EQ(save("EID=9", "1").rc, 151);
+  EXPECT_EQ(send("NEWEGSTS", "EID=2; SID=9; SNO=; ULI=1").rc, 0) << "what is broken is broken, booked or not";
+  EXPECT_EQ(save("EID=2", "1").rc, 0) << "it has it already";
+  send("NEWEGSTS", "EID=7; SID=9; SNO=; ULI=1");
+  EXPECT_EQ(save("EID=5").first("VD2"), "Projector PRJ3") << "a member of the group";
+  library().execute("insert into audit (at, operator_id, action, subject, detail) values (" +
+                    std::to_string(library().clock()()) + ", 3, 'override granted', 'chief', 'OVOTR')");
+  EXPECT_EQ(save("EID=5").rc, 0) << "a supervisor has just overridden something";
+  EXPECT_EQ(send("NEWBK", booking(times(4, "10:00", "11:00"), "LOC=1", 3, "EID=9")).rc, 0)
+      << "by their own right";
 }
 
 TEST_P(BookingRequests, BookingsThatAreOverOrOutAreNotChanged) {

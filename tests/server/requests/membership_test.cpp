@@ -93,6 +93,13 @@ TEST_P(Membership, APlaceIsAskedAboutAndChangedByOneRequest) {
   EXPECT_EQ(roomOf("2"), "3");
 }
 
+TEST_P(Membership, ARoomListsAllThatIsKeptInItWithItsStatus) {
+  EXPECT_EQ(send("GETREQP", "RID=3").all("ENO"), "CAM1,PRJ1,PRJ3,SET1,TV1,TV2,TV3");
+  EXPECT_EQ(send("GETREQP", "RID=3").all("ESDS"),
+            "Missing,Not Charged,Not Charged,Not Charged,Not Charged,Damaged,Not Charged");
+  EXPECT_EQ(send("GETREQP", "RID=3; BRTY=1").all("ENO"), "") << "a booking finds nothing in a storage room";
+}
+
 TEST_P(Membership, AMoveFreesOnlyWhatIsFetchedByNobody) {
   book("10", "EID=2");
   EXPECT_EQ(send("DLTEBFR", "EID=2").rc, 100) << "a pick-up";

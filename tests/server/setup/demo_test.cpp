@@ -109,6 +109,33 @@ TEST_F(DemoTest, HoldsASmallBelievableLibrary) {
   EXPECT_GT(count("calendar_exceptions"), 0);
 }
 
+TEST_F(DemoTest, ShowsWhateverTheInventoryCanShow) {
+  EXPECT_EQ(
+      count("status_types t where t.for_rooms = 0 and not exists (select 1 from equipment_statuses s where "
+            "s.status_id = t.id)"),
+      0);
+  EXPECT_EQ(count("status_types t where t.for_rooms = 1 and not exists (select 1 from room_statuses s where "
+                  "s.status_id = t.id)"),
+            0);
+  EXPECT_EQ(count("barcode_statuses b where not exists (select 1 from equipment_barcodes e where "
+                  "e.status_id = b.id)"),
+            0);
+  EXPECT_EQ(count("room_detail_types t where not exists (select 1 from room_details d where "
+                  "d.room_detail_type_id = t.id)"),
+            0);
+  EXPECT_EQ(count("(select 1 from equipment_notes group by equipment_id having count(*) = 4) x"), 1);
+  EXPECT_EQ(
+      numberOf(*database, "select count(distinct strftime('%Y', came_in_on, 'unixepoch')) from maintenance"),
+      3);
+  EXPECT_GT(count("(select 1 from maintenance_lines group by maintenance_id having count(*) > 1) x"), 2);
+  EXPECT_EQ(count("maintenance m join equipment e on e.id = m.equipment_id where e.is_group = 1"), 0);
+  EXPECT_GT(count("equipment e join booking_equipment l on l.equipment_id = e.id where e.is_group = 1 and "
+                  "l.charged_at is not null and l.returned_at is null"),
+            0)
+      << "groups that are out";
+  EXPECT_EQ(count("equipment m join equipment g on g.id = m.group_id where m.room_id <> g.room_id"), 0);
+}
+
 TEST_F(DemoTest, BooksThirtyToSixtyOnEveryOpenDayOfTwoYears) {
   std::int64_t busiest = 0;
   std::int64_t calmest = 0;

@@ -182,6 +182,33 @@ TEST_P(DatabaseTest, AWrongStatementIsOneKindOfErrorAndLeavesTheConnectionUsable
   EXPECT_EQ(total(), 40);
 }
 
+TEST_P(DatabaseTest, AStatementWithoutEndIsEndedAndTheNextOneMayTakeItsTime) {
+  const std::string endless =
+      "with recursive n(i) as (select 1 union all select i % 2 + 1 from n) select count(*) from n";
+  const auto run = [&](Connection& db, const std::string& sql) {
+    std::int64_t count = 0;
+    Query query(db, sql);
+    query.into(count);
+    while (query.next()) {
+    }
+    return count;
+  };
+  EXPECT_EQ(errorOf([&] {
+              database->read([&](Connection& db) {
+                const TimeLimit limit(db, std::chrono::milliseconds(1));
+                run(db, endless);
+              });
+            }),
+            StoreError::Kind::TooLong);
+  database->read([&](Connection& db) {
+    EXPECT_EQ(run(db,
+                  "with recursive n(i) as (select 1 union all select i + 1 from n where i < 100000) "
+                  "select count(*) from n"),
+              100'000);
+  });
+  EXPECT_EQ(total(), 40);
+}
+
 TEST_P(DatabaseTest, WritersOfOneProcessAndOfAnotherLoseNoUpdate) {
   Database other(store->url());
   std::atomic<int> failures = 0;

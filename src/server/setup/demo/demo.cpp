@@ -41,6 +41,7 @@ void fill(Connection& db, const DemoOptions& options, Moment today) {
   makeCatalogue(db, world, dice);
   makePolicies(db, world, dice);
   makeBookings(db, world, dice, options);
+  makeExampleInventory(db, world);
   makeExamplePatrons(db, world);
 }
 

@@ -44,12 +44,14 @@ std::int64_t oneOf(Connection& db, std::string_view sql) {
 void addPatron(Connection& db, const World& world, const PatronRow& row, std::int64_t id) {
   Query query(
       db,
-      "insert into patrons (id, last_name, first_name, search_name, institution_id, city, expires_at, "
-      "late_returns, cancelled_bookings, unclaimed_bookings, fees) values (:id, :last_name, "
-      ":first_name, :search_name, :institution_id, 'Riverside', :expires_at, :late, :cancelled, "
-      ":unclaimed, :fees)");
+      "insert into patrons (id, last_name, first_name, search_name, search_first, search_institution, "
+      "institution_id, city, expires_at, late_returns, cancelled_bookings, unclaimed_bookings, fees) values "
+      "(:id, :last_name, :first_name, :search_name, :search_first, :search_institution, :institution_id, "
+      "'Riverside', :expires_at, :late, :cancelled, :unclaimed, :fees)");
   query.bind("id", id).bind("last_name", row.last).bind("first_name", row.first);
-  query.bind("search_name", catalogueKey(row.last)).bind("institution_id", numbered("U", 20000 + id, 6));
+  const std::string institution = numbered("U", 20000 + id, 6);
+  query.bind("search_name", catalogueKey(row.last)).bind("search_first", catalogueKey(row.first));
+  query.bind("institution_id", institution).bind("search_institution", catalogueKey(institution));
   query.bind("expires_at", world.today + 900 * day).bind("late", row.late).bind("cancelled", row.cancelled);
   query.bind("unclaimed", row.unclaimed).bind("fees", row.fees).run();
   Query card(db,

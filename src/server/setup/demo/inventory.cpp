@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "server/base/catalogue_text.h"
 #include "server/setup/demo/world.h"
 #include "server/store/query.h"
 
@@ -80,14 +81,16 @@ void addRoom(Connection& db, World& world, const RoomTypeRow& type, std::int64_t
   const std::string label = numbered("", 100 * location.id + id, 3);
   Query query(
       db,
-      "insert into rooms (id, location_id, room_type_id, number, name, capacity, created_at, created_by, "
-      "created_location) values (:id, :location_id, :room_type_id, :number, :name, :capacity, :created_at, "
-      "1, :created_location)");
+      "insert into rooms (id, location_id, room_type_id, number, name, search_number, search_name, capacity, "
+      "created_at, created_by, created_location) values (:id, :location_id, :room_type_id, :number, :name, "
+      ":search_number, :search_name, :capacity, :created_at, 1, :created_location)");
   query.bind("id", id)
       .bind("location_id", location.id)
       .bind("room_type_id", typeId)
       .bind("number", label)
       .bind("name", std::string(type.name) + " " + label)
+      .bind("search_number", catalogueKey(label))
+      .bind("search_name", catalogueKey(std::string(type.name) + " " + label))
       .bind("capacity", type.largest == 0 ? 0 : dice.between(type.smallest, type.largest))
       .bind("created_at", world.today - 900 * day)
       .bind("created_location", location.id)
@@ -165,9 +168,12 @@ void addPiece(Connection& db, World& world, const NewPiece& fresh, Dice& dice) {
       db,
       "insert into equipment (id, is_group, equipment_type_id, number, maker, model, serial, format, "
       "supplier, purchase_value, replacement_value, acquired_on, next_maintenance_on, location_id, room_id, "
-      "current_room_id, created_at, created_by, created_location) values (:id, :is_group, :type_id, :number, "
-      ":maker, :model, :serial, :format, :supplier, :purchase_value, :replacement_value, :acquired_on, "
-      ":next_on, :location_id, :room_id, :current_room_id, :created_at, 1, :created_location)");
+      "current_room_id, search_number, search_maker, search_model, search_serial, created_at, created_by, "
+      "created_location) values (:id, :is_group, :type_id, :number, :maker, :model, :serial, :format, "
+      ":supplier, "
+      ":purchase_value, :replacement_value, :acquired_on, :next_on, :location_id, :room_id, "
+      ":current_room_id, "
+      ":search_number, :search_maker, :search_model, :search_serial, :created_at, 1, :created_location)");
   query.bind("id", id).bind("is_group", details == nullptr).bind("type_id", fresh.typeId);
   query.bind("number", fresh.number).bind("maker", details == nullptr ? "" : details->maker);
   query.bind("model", details == nullptr ? "" : details->model);
@@ -178,6 +184,10 @@ void addPiece(Connection& db, World& world, const NewPiece& fresh, Dice& dice) {
   query.bind("location_id", fresh.locationId)
       .bind("room_id", fresh.roomId)
       .bind("current_room_id", fresh.roomId);
+  query.bind("search_number", catalogueKey(fresh.number));
+  query.bind("search_maker", details == nullptr ? std::string() : catalogueKey(details->maker));
+  query.bind("search_model", details == nullptr ? std::string() : catalogueKey(details->model));
+  query.bind("search_serial", details == nullptr ? std::string() : numbered("s", 48611 + 977 * id, 7));
   query.bind("created_at", acquired).bind("created_location", fresh.locationId).run();
   addBarcode(db, id, numbered(details == nullptr ? "3900" : "3800", id, 6), 1);
   if (dice.percent(5)) addBarcode(db, id, numbered("3801", id, 6), 2);
@@ -220,7 +230,10 @@ void addMembers(Connection& db, World& world, std::size_t group, const GroupType
     if (member == world.pieces.size()) continue;
     world.pieces[member].groupId = groupId;
     world.pieces[group].members.push_back(member);
-    Query query(db, "update equipment set group_id = :group_id where id = :id");
+    Query query(
+        db,
+        "update equipment set group_id = :group_id, room_id = (select g.room_id from equipment g where "
+        "g.id = :group_id) where id = :id");
     query.bind("group_id", groupId).bind("id", world.pieces[member].id).run();
   }
   Query query(db,
@@ -322,7 +335,9 @@ void makeMaintenance(Connection& db, const World& world, Dice& dice) {
     query.bind("name", type).run();
   }
   for (std::int64_t id = 1; id <= 160; ++id) {
-    const World::Piece& piece = dice.of(std::span<const World::Piece>(world.pieces));
+    const World::Piece& drawn = dice.of(std::span<const World::Piece>(world.pieces));
+    // Of a group a member is sent.
+    const World::Piece& piece = drawn.members.empty() ? drawn : world.pieces[drawn.members.front()];
     const Moment in = world.today - dice.between(1, 800) * day;
     const bool back = world.today - in > 10 * day;
     Query query(

@@ -36,6 +36,12 @@ constexpr const char* streets[] = {"Harbour Street", "Mill Lane", "Station Road"
                                    "Bridge Street"};
 constexpr const char* cities[] = {"Riverside", "Northgate", "Harbourton", "Eastfield"};
 
+/// Of the kind that is given to nobody.
+std::string socialNumber(std::int64_t patronId) {
+  return "9" + numbered("", patronId % 100, 2) + "-" + numbered("", patronId % 90 + 10, 2) + "-" +
+         numbered("", patronId * 37 % 10'000, 4);
+}
+
 void addPatron(Connection& db, const World& world, World::Patron& patron, const DemoName& name, Dice& dice) {
   const std::int64_t id = patron.id;
   const int age = dice.between(0, 99);
@@ -44,16 +50,22 @@ void addPatron(Connection& db, const World& world, World::Patron& patron, const 
       age < 4 ? world.today - dice.between(1, 200) * day : world.today + dice.between(20, 900) * day;
   Query query(
       db,
-      "insert into patrons (id, last_name, first_name, middle_name, search_name, institution_id, address1, "
-      "city, province, postal_code, telephone, expires_at, hold_mail, withheld, fees) values (:id, "
-      ":last_name, "
-      ":first_name, :middle_name, :search_name, :institution_id, :address1, :city, 'RV', :postal_code, "
+      "insert into patrons (id, last_name, first_name, middle_name, search_name, search_first, "
+      "search_middle, search_social, search_institution, social_number, institution_id, address1, city, "
+      "province, postal_code, telephone, expires_at, hold_mail, withheld, fees) values (:id, :last_name, "
+      ":first_name, :middle_name, :search_name, :search_first, :search_middle, :search_social, "
+      ":search_institution, :social_number, :institution_id, :address1, :city, 'RV', :postal_code, "
       ":telephone, :expires_at, :hold_mail, :withheld, :fees)");
   query.bind("id", id)
       .bind("last_name", name.last)
       .bind("first_name", name.first)
       .bind("middle_name", name.middle);
-  query.bind("search_name", catalogueKey(name.last)).bind("institution_id", numbered("U", 20000 + id, 6));
+  const std::string social = id % 3 == 0 ? socialNumber(id) : std::string();
+  const std::string institution = numbered("U", 20000 + id, 6);
+  query.bind("search_name", catalogueKey(name.last)).bind("search_first", catalogueKey(name.first));
+  query.bind("search_middle", catalogueKey(name.middle)).bind("search_social", catalogueKey(social));
+  query.bind("search_institution", catalogueKey(institution)).bind("social_number", social);
+  query.bind("institution_id", institution);
   query.bind("address1", std::to_string(dice.between(1, 180)) + " " + dice.of(streets))
       .bind("city", dice.of(cities));
   query.bind("postal_code", numbered("", dice.between(10000, 99999), 5));

@@ -78,6 +78,9 @@ void makeCatalogue(Connection& db, World& world, Dice& dice);
 void makePolicies(Connection& db, World& world, Dice& dice);
 void makeBookings(Connection& db, World& world, Dice& dice, const DemoOptions& options);
 
+/// A piece with every status, note and kind of barcode, one piece with each status alone, and details of
+/// rooms.
+void makeExampleInventory(Connection& db, const World& world);
 /// Patrons who are just over one limit each, after all others and the bookings.
 void makeExamplePatrons(Connection& db, const World& world);
 /// Bookings of today with the keys 1 to `exampleBookings`, of which none can be charged.

@@ -1,0 +1,114 @@
+#include "server/desk/find_sql.h"
+
+#include <array>
+
+#include "server/desk/remark_store.h"
+#include "server/desk/status_sql.h"
+#include "server/store/query.h"
+#include "server/store/query_help.h"
+
+namespace vantry::server {
+
+namespace {
+
+void replaceAll(std::string& text, std::string_view word, std::string_view by) {
+  for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + by.size()))
+    text.replace(at, word.size(), by);
+}
+
+constexpr std::string_view library =
+    "b.location_id in (select y.id from locations y where y.library_id = (select w.library_id from locations "
+    "w "
+    "where w.id = :desk))";
+
+/// A room that bookings can have, with no status that forbids use, that no booking takes and, once the time
+/// has begun, that is not out.
+constexpr std::string_view isFree =
+    "(select k.storage from room_types k where k.id = r.room_type_id) = 0 and not exists (select 1 from "
+    "room_statuses s join status_types y on y.id = s.status_id where s.room_id = r.id and y.effect = 3) and "
+    "not exists (select 1 from occupancy o where o.kind = 3 and o.thing = r.id and o.starts_at < :b and "
+    "o.starts_at >= :a - (select coalesce(max(v.seconds), 0) from longest_occupancy v where v.kind = 3) and "
+    "o.ends_at > :a) and (cast(:a as bigint) > cast(:now as bigint) or not exists (select 1 from bookings x "
+    "where "
+    "x.room_id = r.id and x.room_charged_at is not null and x.room_returned_at is null))";
+
+struct WordRow {
+  std::string_view word;
+  std::string text;
+};
+
+/// A word that is the beginning of another comes behind it.
+const std::array<WordRow, 5>& words() {
+  static const std::array<WordRow, 5> rows{
+      WordRow{"$LIBRARY", std::string(library)}, WordRow{"$FREE", std::string(isFree)},
+      WordRow{"$ROOMSTATUS", roomStatusKeySql()}, WordRow{"$STATUS", equipmentStatusKeySql()},
+      WordRow{"$OUT", "l.charged_at is not null and l.returned_at is null and l.in_room = 0"}};
+  return rows;
+}
+
+void writeRanges(Connection& db, std::string& text) {
+  constexpr std::string_view word = "$RANGE(";
+  for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at)) {
+    const std::size_t end = text.find(')', at);
+    const std::string column = bytewise(db, text.substr(at + word.size(), end - at - word.size()));
+    text.replace(at, end + 1 - at, column + " >= :a and " + column + " <= :b");
+  }
+}
+
+bool isNamePart(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+/// Names of one letter belong to the criterion.
+void markPlaceholders(std::string& text, std::size_t mark) {
+  const std::string figures = std::to_string(mark);
+  for (std::size_t at = text.find(':'); at != std::string::npos; at = text.find(':', at + 1)) {
+    const bool oneLetter = at + 1 < text.size() && isNamePart(text[at + 1]) &&
+                           (at + 2 == text.size() || !isNamePart(text[at + 2]));
+    if (oneLetter) text.insert(at + 2, figures);
+  }
+}
+
+// What is out, with the members of a group that is out and the group of a member.
+constexpr std::string_view out =
+    "select l.equipment_id as id from booking_equipment l where $OUT union all select n.id from "
+    "booking_equipment l "
+    "join equipment n on n.group_id = l.equipment_id where $OUT union all select n.group_id from "
+    "booking_equipment l "
+    "join equipment n on n.id = l.equipment_id where $OUT and n.group_id is not null";
+constexpr std::string_view noStatus =
+    "select n.id from equipment n where n.id not in (select s.equipment_id from equipment_statuses s) and "
+    "n.id not in "
+    "(select l.equipment_id from booking_equipment l where $OUT and l.equipment_id is not null)";
+
+}  // namespace
+
+std::string placeholder(std::size_t value, std::size_t criterion) {
+  return std::string(1, static_cast<char>('a' + value)) + std::to_string(criterion);
+}
+
+bool hasPlaceholder(std::string_view sql, std::string_view name) {
+  const std::string mark = ":" + std::string(name);
+  for (std::size_t at = sql.find(mark); at != std::string_view::npos; at = sql.find(mark, at + 1)) {
+    const std::size_t end = at + mark.size();
+    if (end == sql.size() || !isNamePart(sql[end])) return true;
+  }
+  return false;
+}
+
+std::string writtenOut(Connection& db, std::string_view sql, const Writing& writing) {
+  std::string text(sql);
+  for (const WordRow& each : words()) replaceAll(text, each.word, each.text);
+  replaceAll(text, "$OPEN", writing.hidesPast ? "and x.status in (0, 99, 999)" : "");
+  replaceAll(text, "$KEYS", keysIn(db, "a"));
+  writeRanges(db, text);
+  markPlaceholders(text, writing.mark);
+  return text;
+}
+
+std::string_view finderOfStatus(std::int64_t status, std::string_view ofApplied) {
+  if (status == systemStatus::charged) return out;
+  return status == systemStatus::notCharged ? noStatus : ofApplied;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+// The words that the SQL of the search's criteria is written with.
+
+/// The name of a criterion's value, by the place of the value and that of the criterion: "a0", "b0", "a1".
+[[nodiscard]] std::string placeholder(std::size_t value, std::size_t criterion);
+[[nodiscard]] bool hasPlaceholder(std::string_view sql, std::string_view name);
+
+struct Writing {
+  std::size_t mark = 0;    ///< the place of the criterion, which its placeholders get
+  bool hidesPast = false;  ///< only bookings that are not over are asked for
+};
+/// The SQL with its words written out for the database, and with the criterion's own placeholders.
+[[nodiscard]] std::string writtenOut(Connection& db, std::string_view sql, const Writing& writing);
+
+/// The finder of a status: statuses that the system sets are in no table.
+[[nodiscard]] std::string_view finderOfStatus(std::int64_t status, std::string_view ofApplied);
+
+}  // namespace vantry::server
