@@ -26,6 +26,11 @@ inline constexpr Date kToday{2026, 11, 24};
   std::sort(values.begin(), values.end());
   return values.empty() ? 0 : values[values.size() / 2];
 }
+/// A view of the main window by its class.
+template <class View>
+[[nodiscard]] View& viewAs(frmMain& main, ViewId id) {
+  return dynamic_cast<View&>(main.view(id));
+}
 /// Resident memory of this process in MB: client and embedded server together.
 [[nodiscard]] double memoryMegabytes();
 

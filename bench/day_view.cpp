@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "bench_desk.h"
+#include "schedule/day_view.h"
 
 namespace vantry::bench {
 namespace {
@@ -15,7 +16,7 @@ struct Round {
 
 Round changeDate(Bench& bench) {
   frmMain& window = bench.program.main;
-  DateField& field = window.dayView.dtViewBookings;
+  DateField& field = viewAs<DayView>(window, ViewId::Day).dtViewBookings;
   field.Value.put(std::nullopt);
   bench.line.milliseconds = 0;
   const auto start = Stopwatch::now();
@@ -36,7 +37,7 @@ void measure(Bench& bench) {
     whole.push_back(round.request + round.fill + round.paint);
   }
   std::printf("start to usable day view  %.0f\n", bench.startMilliseconds);
-  std::printf("rows %d\n", bench.program.main.dayView.faDayBookings.Rows - 1);
+  std::printf("rows %d\n", viewAs<DayView>(bench.program.main, ViewId::Day).faDayBookings.Rows - 1);
   std::printf(
       "server and wire  %8.1f\nfill             %8.1f\npaint            %8.1f\naltogether       %8.1f\n",
       median(request), median(fill), median(paint), median(whole));

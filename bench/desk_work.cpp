@@ -15,6 +15,9 @@
 #include "bench_desk.h"
 #include "booking/frmBooking.h"
 #include "booking/modBooking_equipment.h"
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
+#include "circulation/quick_discharge_view.h"
 #include "frame/app.h"
 #include "records/records.h"
 #include "words/tags.h"
@@ -234,7 +237,7 @@ class DeskWork {
 
   void searches() {
     main().showView(ViewId::Charge);
-    ChargeView& view = main().chargeView;
+    ChargeView& view = viewAs<ChargeView>(main(), ViewId::Charge);
     view.cboChargeSearch.ListIndex = 3;
     Costs costs;
     for (int round = 0; round < kRounds; ++round) {
@@ -247,7 +250,7 @@ class DeskWork {
 
   /// Charges what of today's bookings may go out already.
   void charges() {
-    ChargeView& view = main().chargeView;
+    ChargeView& view = viewAs<ChargeView>(main(), ViewId::Charge);
     const Grid& grid = view.faChargeBookings;
     Costs costs;
     for (char letter = 'A'; letter <= 'Z' && costs.whole.size() < kRounds; ++letter) {
@@ -272,7 +275,7 @@ class DeskWork {
   std::vector<std::string> piecesOut() {
     std::vector<std::string> numbers;
     main().showView(ViewId::Discharge);
-    DischargeView& out = main().dischargeView;
+    DischargeView& out = viewAs<DischargeView>(main(), ViewId::Discharge);
     out.cboDischargeSearch.ListIndex = 5;
     for (char letter = 'A'; letter <= 'Z' && numbers.size() < kRounds; ++letter) {
       out.txtDischargeSearchFor.type(std::string(1, letter) + "?");
@@ -292,7 +295,7 @@ class DeskWork {
   void quickDischarges() {
     const std::vector<std::string> barcodes = piecesOut();
     main().showView(ViewId::QuickDischarge);
-    QuickDischargeView& view = main().quickDischargeView;
+    QuickDischargeView& view = viewAs<QuickDischargeView>(main(), ViewId::QuickDischarge);
     view.cboQuickDischargeType.ListIndex = 2;
     Costs costs;
     for (const std::string& barcode : barcodes) {

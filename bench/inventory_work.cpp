@@ -13,6 +13,7 @@
 #include "frame/modMain.h"
 #include "inventory/frmEquipment.h"
 #include "inventory/frmGroup.h"
+#include "inventory/inventory_view.h"
 #include "records/records.h"
 #include "server/store/database.h"
 #include "server/store/query.h"
@@ -71,7 +72,7 @@ class InventoryWork {
  private:
   App& app() { return bench_.program.app; }
   frmMain& main() { return bench_.program.main; }
-  InventoryView& equipment() { return main().inventory(kEquipment); }
+  InventoryView& equipment() { return viewAs<InventoryView>(main(), ViewId::Equipment); }
 
   template <class Command>
   void time(Command command) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "bench_desk.h"
+#include "schedule/calendar_view.h"
 
 namespace vantry::bench {
 namespace {
@@ -27,8 +28,8 @@ double medianOf(Bench& bench, Action action) {
 void measure(Bench& bench) {
   frmMain& window = bench.program.main;
   window.dtTempDate.Value = kToday;
-  window.monthView.update(kToday);
-  window.yearView.update(kToday);
+  viewAs<MonthView>(window, ViewId::Month).followDay(kToday);
+  viewAs<YearView>(window, ViewId::Year).followDay(kToday);
   for (const ViewRow& view : viewTable()) {
     if (view.mode != Mode::Standard) continue;
     const double time = medianOf(bench, [&] { window.showView(view.id); });
@@ -39,8 +40,9 @@ void measure(Bench& bench) {
     window.mnuModeStandard_Click();
   });
   std::printf("%-36s %8.1f\n", "to the Schedule Monitor and back", there);
-  std::printf("the month: %s, the year: %s\n", window.monthView.lblNumBookings.Caption.get().c_str(),
-              window.yearView.lblNumBookings.Caption.get().c_str());
+  std::printf("the month: %s, the year: %s\n",
+              viewAs<MonthView>(window, ViewId::Month).lblNumBookings.Caption.get().c_str(),
+              viewAs<YearView>(window, ViewId::Year).lblNumBookings.Caption.get().c_str());
 }
 
 }  // namespace

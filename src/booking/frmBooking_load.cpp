@@ -173,9 +173,8 @@ void frmBooking::readEquipment() {
 
 /// What the media types require, and what of it was asked for.
 void frmBooking::readRequiredTypes() {
-  const int typeColumn = media.faMedia.columnOfData(kMediaType);
   for (int row = 1; row < media.faMedia.Rows; ++row)
-    AddMediaEquipmentTypes(parts, media.faMedia.TextMatrix(row, typeColumn));
+    AddMediaEquipmentTypes(parts, media.list().text(row, kMediaType));
   if (!read("GSCIT")) return;
   while (app_.message.NextRecord(tags::MTID))
     MarkRequiredEquipment(parts, requiredTypeKey(app_.message.Get(tags::MTID), app_.message.Get(tags::ETI)));

@@ -74,6 +74,12 @@ constexpr LineRow kLines[] = {
     {codes::NotCharged, 177, "", false, "Media cannot be charged:  {TITL} - Status:  {STY}"},
 };
 
+constexpr ReplyColumn kErrorColumns[] = {{"Error"}};
+constexpr ReplyColumn kGenericColumns[] = {{"Error"},    {"Start Date"},       {"Start Time"},   {"End Date"},
+                                           {"End Time"}, {"Number Available"}, {"Number Booked"}};
+constexpr ReplyColumn kSpecificColumns[] = {{"Error"},    {"Start Date"}, {"Start Time"},
+                                            {"End Date"}, {"End Time"},   {"Conflicting Booking Number"}};
+
 const ErrorReportRow* reportOf(int code) {
   const auto found = std::find_if(std::begin(kReports), std::end(kReports),
                                   [&](const ErrorReportRow& row) { return row.code == code; });
@@ -91,11 +97,11 @@ frmErrorReport::frmErrorReport(App& app, int reportCode)
   cmdOK.Default = true;
   cmdOK.Cancel = true;
   on(cmdOK.Click, this, &frmErrorReport::cmdOK_Click);
-  faErrors.FormatString = "<Error";
-  faErrorsGeneric.FormatString =
-      "<Error|<Start Date|<Start Time|<End Date|<End Time|<Number Available|<Number Booked";
-  faErrorsSpecific.FormatString =
-      "<Error|<Start Date|<Start Time|<End Date|<End Time|<Conflicting Booking Number";
+  ReplyLayout sentences = dialogLayout(kErrorColumns);
+  sentences.widest = kWidestSentence;
+  errors_.build(sentences);
+  generic_.build(dialogLayout(kGenericColumns));
+  specific_.build(dialogLayout(kSpecificColumns));
   Layout = Column{lblHeading,       Gap{},           faErrors,
                   lblGeneric,       faErrorsGeneric, lblSpecific,
                   faErrorsSpecific, Gap{},           Row{Stretch{}, cmdOK}};
@@ -109,11 +115,7 @@ void frmErrorReport::Form_Load() {
     return;
   }
   layOut(*report);
-  if (report->code == codes::MediaConflict) fillMedia();
-  if (report->code == codes::EquipmentConflict) fillEquipment();
-  if (!report->walk.empty()) fillLines(*report);
-  for (Grid* grid : {&faErrors, &faErrorsGeneric, &faErrorsSpecific}) grid->AutoSize(0, grid->Cols - 1);
-  if (report->walk.empty()) hideEmpty();
+  report->walk.empty() ? fillConflicts() : fillLines(*report);
 }
 
 void frmErrorReport::layOut(const ErrorReportRow& report) {
@@ -146,59 +148,58 @@ std::string frmErrorReport::timeText(std::string_view serverTime) {
   return txtTime.textAmPm();
 }
 
-void frmErrorReport::addRow(Grid& grid, Cells cells) {
-  const int row = grid.Rows;
-  grid.Rows = row + 1;
-  int col = 0;
-  for (std::string& cell : cells) grid.TextMatrix(row, col++, std::move(cell));
-}
-
 /// The error, the four texts of the record's times, and the values of some tags.
-frmErrorReport::Cells frmErrorReport::withTimes(std::string error,
-                                                std::initializer_list<std::string_view> lastTags) {
+ListRow frmErrorReport::withTimes(std::string error, std::initializer_list<std::string_view> lastTags) {
   const std::string start = app_.message.Get(tags::STIME);
   const std::string end = app_.message.Get(tags::ETIME_);
-  Cells cells = {std::move(error), dateText(start), timeText(start), dateText(end), timeText(end)};
+  ListRow cells = {std::move(error), dateText(start), timeText(start), dateText(end), timeText(end)};
   for (const std::string_view tag : lastTags) cells.push_back(app_.message.Get(tag));
   return cells;
 }
 
-void frmErrorReport::fillMedia() {
+void frmErrorReport::fillConflicts() {
+  std::vector<ListRow> generic;
+  std::vector<ListRow> specific;
   while (app_.message.NextRecord(tags::CNUM)) {
-    const std::string error = app_.message.Get(tags::TITL) + " not available";
-    if (intOf(app_.message.Get(tags::IM)) != 0)
-      addRow(faErrorsSpecific, withTimes(error, {tags::CNUM}));
-    else
-      addRow(faErrorsGeneric, withTimes(error, {tags::VD1, tags::VD2}));
+    const std::string error = thingName() + " not available";
+    if (isSpecific()) {
+      specific.push_back(withTimes(error, {tags::CNUM}));
+    } else {
+      generic.push_back(withTimes(error, {tags::VD1, tags::VD2}));
+    }
   }
+  generic_.fill(generic);
+  specific_.fill(specific);
+  hideEmpty();
 }
 
-std::string frmErrorReport::equipmentName() const {
+/// Whether the record is about one thing, or about a wish for any of its kind.
+bool frmErrorReport::isSpecific() const {
+  if (ReportCode == codes::MediaConflict) return intOf(app_.message.Get(tags::IM)) != 0;
+  return !trim(app_.message.Get(tags::CNUM)).empty();
+}
+
+std::string frmErrorReport::thingName() const {
+  if (ReportCode == codes::MediaConflict) return app_.message.Get(tags::TITL);
+  const std::string type = app_.message.Get(tags::ETY);
+  if (!isSpecific()) return type;
   const std::string barcode = app_.message.Get(tags::BNO);
   const bool byBarcode = app_.preferences.Barcodes && !trim(barcode).empty();
-  return app_.message.Get(tags::ETY) + " (" + (byBarcode ? barcode : app_.message.Get(tags::ENO)) + ")";
-}
-
-void frmErrorReport::fillEquipment() {
-  while (app_.message.NextRecord(tags::CNUM)) {
-    if (!trim(app_.message.Get(tags::CNUM)).empty())
-      addRow(faErrorsSpecific, withTimes(equipmentName() + " not available", {tags::CNUM}));
-    else
-      addRow(faErrorsGeneric,
-             withTimes(app_.message.Get(tags::ETY) + " not available", {tags::VD1, tags::VD2}));
-  }
+  return type + " (" + (byBarcode ? barcode : app_.message.Get(tags::ENO)) + ")";
 }
 
 void frmErrorReport::fillLines(const ErrorReportRow& report) {
-  while (app_.message.NextRecord(report.walk)) addLines(report, intOf(app_.message.Get(report.walk)));
+  std::vector<ListRow> lines;
+  while (app_.message.NextRecord(report.walk)) addLines(lines, intOf(app_.message.Get(report.walk)));
+  errors_.fill(lines);
 }
 
 /// A code outside the table adds no line.
-void frmErrorReport::addLines(const ErrorReportRow& report, int code) {
+void frmErrorReport::addLines(std::vector<ListRow>& lines, int code) {
   for (const LineRow& line : kLines) {
-    if (line.report != report.code || line.code != code) continue;
+    if (line.report != ReportCode || line.code != code) continue;
     if (line.onlyWithBoundary && app_.message.Get(line.boundary).empty()) continue;
-    addRow(faErrors, {lineText(line.text, line.boundary)});
+    lines.push_back({lineText(line.text, line.boundary)});
   }
 }
 

@@ -1,15 +1,13 @@
 #pragma once
 
-#include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "frame/app.h"
+#include "lists/reply_list.h"
 #include "messaging/return_codes.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
-#include "platform/grid.h"
 
 namespace vantry {
 
@@ -26,6 +24,8 @@ class frmErrorReport : public Form {
   void cmdOK_Click();
 
   int ReportCode;
+  /// Sentences are to be read to their end; in twips, and narrow enough for a window on every screen.
+  static constexpr int kWidestSentence = 12000;
 
   Label lblHeading{*this, "lblHeading"};
   Grid faErrors{*this, "faErrors"};
@@ -38,23 +38,23 @@ class frmErrorReport : public Form {
   Button cmdOK{*this, "cmdOK", "&OK"};
 
  private:
-  using Cells = std::vector<std::string>;
-
   void layOut(const ErrorReportRow& report);
-  void fillMedia();
-  void fillEquipment();
+  void fillConflicts();
+  bool isSpecific() const;
+  std::string thingName() const;
   void fillLines(const ErrorReportRow& report);
-  void addLines(const ErrorReportRow& report, int code);
+  void addLines(std::vector<ListRow>& lines, int code);
   std::string lineText(std::string_view text, std::string_view boundary);
   std::string valueOf(std::string_view mark, std::string_view boundary);
-  Cells withTimes(std::string error, std::initializer_list<std::string_view> lastTags);
-  std::string equipmentName() const;
+  ListRow withTimes(std::string error, std::initializer_list<std::string_view> lastTags);
   void hideEmpty();
   std::string dateText(std::string_view serverTime);
   std::string timeText(std::string_view serverTime);
-  static void addRow(Grid& grid, Cells cells);
 
   App& app_;
+  ReplyList errors_{app_, faErrors};
+  ReplyList generic_{app_, faErrorsGeneric};
+  ReplyList specific_{app_, faErrorsSpecific};
 };
 
 /// Shows a report of the reply: `codes::NotCharged`, `MediaConflict`, `EquipmentConflict` or

@@ -1,6 +1,6 @@
 #include "booking/frmGenAssign.h"
 
-#include "booking/modBooking_tags.h"
+#include "booking/media_columns.h"
 #include "messaging/tagmessage.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -8,32 +8,11 @@
 namespace vantry {
 namespace {
 
-/// A column of a grid and the tag that fills it.
-struct TagColumn {
-  int column;
-  std::string_view tag;
-};
-
-constexpr TagColumn kItemCells[] = {
-    {kMediaItem, tags::IM},       {kMediaTitle, tags::TITL}, {kMediaTypeName, tags::MDSC},
-    {kMediaLocation, tags::LO},   {kMediaCopy, tags::CP},    {kMediaEnumeration, tags::EN},
-    {kMediaChronology, tags::CH}, {kMediaYear, tags::YR},
-};
-
-constexpr std::string_view kEquipmentFormat = "<Equip ID|<Equipment Type|<Equipment Number|<Group?|<Room";
-constexpr TagColumn kPieceCells[] = {
-    {0, tags::EID}, {1, tags::ETY}, {2, tags::AENO}, {3, tags::EIU}, {4, tags::RNM}};
-
-void addRow(Grid& grid, const TagMessage& message, std::span<const TagColumn> columns) {
-  const int row = grid.Rows;
-  grid.Rows = row + 1;
-  for (const TagColumn& column : columns) grid.TextMatrix(row, column.column, message.Get(column.tag));
-}
-
-/// Fits the columns to their texts; those that are hidden stay so.
-void fit(Grid& grid) {
-  grid.AutoSize(0, grid.Cols - 1);
-}
+constexpr ReplyColumn kPieceColumns[] = {{"Equip ID", tags::EID},
+                                         {"Equipment Type", tags::ETY},
+                                         {"Equipment Number", tags::AENO},
+                                         {"Group?", tags::EIU},
+                                         {"Room", tags::RNM}};
 
 }  // namespace
 
@@ -57,12 +36,11 @@ frmGenAssign::frmGenAssign(App& app, Counts counts)
 
 void frmGenAssign::Form_Load() {
   app_.tools.PrepareForm(*this);
-  BuildMediaGrid(faGenMedia);
-  faGenEquip.Rows = 1;
-  faGenEquip.FormatString = std::string(kEquipmentFormat);
   fillRoom();
-  fillMedia();
-  fillEquipment();
+  media_.build(dialogLayout(kMediaColumns, tags::IM));
+  media_.fill();
+  pieces_.build(dialogLayout(kPieceColumns, tags::EID));
+  pieces_.fill();
   showParts();
 }
 
@@ -86,16 +64,6 @@ void frmGenAssign::Form_Activate() {
 
 void frmGenAssign::fillRoom() {
   if (app_.message.NextRecord(tags::RID)) lblRoom.Caption = app_.message.Get(tags::RNM);
-}
-
-void frmGenAssign::fillMedia() {
-  while (app_.message.NextRecord(tags::IM)) addRow(faGenMedia, app_.message, kItemCells);
-  fit(faGenMedia);
-}
-
-void frmGenAssign::fillEquipment() {
-  while (app_.message.NextRecord(tags::EID)) addRow(faGenEquip, app_.message, kPieceCells);
-  fit(faGenEquip);
 }
 
 void frmGenAssign::cmdOK_Click() {

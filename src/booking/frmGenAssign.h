@@ -1,8 +1,8 @@
 #pragma once
 
 #include "frame/app.h"
+#include "lists/reply_list.h"
 #include "platform/controls.h"
-#include "platform/grid.h"
 
 namespace vantry {
 
@@ -36,11 +36,11 @@ class frmGenAssign : public Form {
  private:
   void showParts();
   void fillRoom();
-  void fillMedia();
-  void fillEquipment();
 
   App& app_;
   Counts counts_;
+  ReplyList media_{app_, faGenMedia};
+  ReplyList pieces_{app_, faGenEquip};
 };
 
 /// The counts of the reply of a charge.

@@ -9,7 +9,10 @@ namespace vantry {
 namespace {
 
 enum BarcodeColumn { kBarcode, kStatus, kGroupName, kGroupId };
-constexpr std::string_view kFormat = "<Barcode    |<Barcode Status   |<Patron Group    |<Patron Group ID";
+constexpr ReplyColumn kColumns[] = {{"Barcode    ", tags::BNO},
+                                    {"Barcode Status   ", tags::BST},
+                                    {"Patron Group    ", tags::PGNM},
+                                    {"Patron Group ID", tags::PGID, CellKind::Plain, 0}};
 
 }  // namespace
 
@@ -27,20 +30,9 @@ frmMPBarcode::frmMPBarcode(App& app, std::string_view patronName)
 
 void frmMPBarcode::Form_Load() {
   app_.tools.PrepareForm(*this);
-  faBarcodes.Redraw = false;
-  faBarcodes.FormatString = std::string(kFormat);
-  faBarcodes.Rows = app_.message.Count(tags::BNO) + 1;
-  for (int row = 1; app_.message.NextRecord(tags::BNO); ++row) {
-    faBarcodes.TextMatrix(row, kBarcode, app_.message.Get(tags::BNO));
-    faBarcodes.TextMatrix(row, kStatus, app_.message.Get(tags::BST));
-    faBarcodes.TextMatrix(row, kGroupName, app_.message.Get(tags::PGNM));
-    faBarcodes.TextMatrix(row, kGroupId, app_.message.Get(tags::PGID));
-  }
-  for (int col = 0; col < faBarcodes.Cols; ++col) faBarcodes.ColData(col, col);
-  faBarcodes.AutoSize(kBarcode, kGroupName);
-  faBarcodes.ColWidth(kGroupId, 0);
+  list_.build(dialogLayout(kColumns, tags::BNO));
+  list_.fill();
   faBarcodes.Row = 1;
-  faBarcodes.Redraw = true;
 }
 
 void frmMPBarcode::Form_Activate() {
@@ -50,8 +42,7 @@ void frmMPBarcode::Form_Activate() {
 void frmMPBarcode::cmdOK_Click() {
   const int row = faBarcodes.Row;
   if (row < faBarcodes.FixedRows) return;
-  const auto text = [&](int data) { return faBarcodes.TextMatrix(row, faBarcodes.columnOfData(data)); };
-  Tag = text(kGroupName) + "|" + text(kGroupId);
+  Tag = list_.text(row, kGroupName) + "|" + list_.text(row, kGroupId);
   Hide();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "booking/modBooking_patrons.h"
-#include "platform/grid.h"
+#include "lists/reply_list.h"
 
 namespace vantry {
 
@@ -21,6 +21,7 @@ class frmMPBarcode : public Form {
 
  private:
   App& app_;
+  ReplyList list_{app_, faBarcodes};
 };
 
 /// Asks; false when the operator cancels.

@@ -9,8 +9,9 @@ namespace vantry {
 namespace {
 
 enum PatronColumn { kName, kGroupName, kStatus, kGroupId, kPatronId, kStatusId };
-constexpr std::string_view kFormat =
-    "<Patron Name|<Patron Group|<Barcode Status|<Patron Group ID|<Patron ID|<";
+constexpr ReplyColumn kColumns[] = {{"Patron Name", {}, CellKind::Own}, {"Patron Group", tags::PGNM},
+                                    {"Barcode Status", tags::BST},      {"Patron Group ID", tags::PGID},
+                                    {"Patron ID", tags::PID},           {"", tags::BSI, CellKind::Plain, 0}};
 constexpr int kActive = 1;
 
 }  // namespace
@@ -29,24 +30,12 @@ frmMultPatron::frmMultPatron(App& app) : Form(app.windows, "frmMultPatron"), app
 
 void frmMultPatron::Form_Load() {
   app_.tools.PrepareForm(*this);
-  const TagMessage& message = app_.message;
-  faPatrons.Redraw = false;
-  faPatrons.FormatString = std::string(kFormat);
-  faPatrons.Rows = message.Count(tags::PID) + 1;
-  for (int row = 1; app_.message.NextRecord(tags::PID); ++row) {
-    faPatrons.TextMatrix(row, kName,
-                         PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN)));
-    faPatrons.TextMatrix(row, kGroupName, message.Get(tags::PGNM));
-    faPatrons.TextMatrix(row, kStatus, message.Get(tags::BST));
-    faPatrons.TextMatrix(row, kGroupId, message.Get(tags::PGID));
-    faPatrons.TextMatrix(row, kPatronId, message.Get(tags::PID));
-    faPatrons.TextMatrix(row, kStatusId, message.Get(tags::BSI));
-  }
-  for (int col = 0; col < faPatrons.Cols; ++col) faPatrons.ColData(col, col);
-  faPatrons.AutoSize(kName, kPatronId);
-  faPatrons.ColWidth(kStatusId, 0);
+  list_.build(dialogLayout(kColumns, tags::PID));
+  list_.hooks.ownText = [&message = app_.message](const ReplyColumn&) {
+    return PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN));
+  };
+  list_.fill();
   faPatrons.Row = 1;
-  faPatrons.Redraw = true;
   faPatrons_Click();
 }
 
@@ -54,9 +43,9 @@ void frmMultPatron::Form_Activate() {
   faPatrons.SetFocus();
 }
 
-std::string frmMultPatron::chosen(int data) const {
+std::string frmMultPatron::chosen(int column) const {
   const int row = faPatrons.Row;
-  return row < faPatrons.FixedRows ? std::string() : faPatrons.TextMatrix(row, faPatrons.columnOfData(data));
+  return row < faPatrons.FixedRows ? std::string() : list_.text(row, column);
 }
 
 void frmMultPatron::faPatrons_Click() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "booking/modBooking_patrons.h"
-#include "platform/grid.h"
+#include "lists/reply_list.h"
 
 namespace vantry {
 
@@ -22,8 +22,10 @@ class frmMultPatron : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
  private:
-  std::string chosen(int data) const;
+  std::string chosen(int column) const;
+
   App& app_;
+  ReplyList list_{app_, faPatrons};
 };
 
 /// Asks; the id 0 when the operator cancels.

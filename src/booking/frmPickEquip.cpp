@@ -5,7 +5,6 @@
 #include "booking/equipment_types_tree.h"
 #include "booking/modBooking_ask.h"
 #include "frame/app.h"
-#include "lists/grids.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -15,23 +14,14 @@ namespace {
 
 constexpr int kIdColumn = 0;
 
-/// Fills a new last row; the id is kept in the row's data as well, so that moved columns do not matter.
-void addRow(Grid& grid, std::initializer_list<std::string> texts) {
-  const int row = grid.Rows;
-  grid.Rows = row + 1;
-  int data = 0;
-  for (const std::string& text : texts) grid.TextMatrix(row, grid.columnOfData(data++), text);
-  grid.RowData(row, *texts.begin());
-}
-
-void layOut(Grid& grid, std::string_view format) {
-  grid.Rows = 1;
-  grid.FormatString = std::string(format);
-  for (int col = 0; col < grid.Cols; ++col) {
-    grid.ColData(col, col);
-    grid.ColWidth(col, col == kIdColumn ? 0 : 1500);
-  }
-}
+constexpr ReplyColumn kPieceColumns[] = {{"ID", tags::EID, CellKind::Plain, 0},
+                                         {"Barcode", {}, CellKind::Piece},
+                                         {"Location", tags::LNA},
+                                         {"Room", tags::RNM},
+                                         {"Status", tags::STY},
+                                         {"Notes", tags::MNC}};
+// The picks say "Number" also above barcodes; this is deliberate.
+constexpr ReplyColumn kPickedColumns[] = {{"ID", {}, CellKind::Plain, 0}, {"Number"}, {"Type"}, {"Status"}};
 
 bool holds(const Grid& grid, int row, std::string_view wanted) {
   for (int col = 0; col < grid.Cols; ++col) {
@@ -52,7 +42,7 @@ frmPickEquip::frmPickEquip(App& app, const BookingRecord& record)
   fa.AccessibleName = "Equipment of the type";
   cmdOK.Default = true;
   cmdCancel.Cancel = true;
-  buildGrids();
+  buildLists();
   connect();
   Layout = Column{lblPicked,
                   LayoutNode(faPicked).share(2),
@@ -64,18 +54,17 @@ frmPickEquip::frmPickEquip(App& app, const BookingRecord& record)
                   Row{Stretch{}, cmdOK, cmdCancel}};
 }
 
-void frmPickEquip::buildGrids() {
-  // The picks say "Number" also above barcodes; this is deliberate.
-  layOut(faPicked, "<ID|<Number|<Type|<Status");
-  layOut(fa, app_.preferences.Barcodes ? "<ID|<Barcode|<Location|<Room|<Status|<Notes"
-                                       : "<ID|<Number|<Location|<Room|<Status|<Notes");
+void frmPickEquip::buildLists() {
+  picks_.build({.columns = kPickedColumns, .fit = ColumnFit::Never, .merges = false});
+  pieces_.build({.columns = kPieceColumns, .walk = tags::EID, .merges = false});
+  pieces_.hooks.accepts = [this] { return !isPicked(app_.message.Get(tags::EID)); };
 }
 
 void frmPickEquip::connect() {
   on(tvwEquip.Click, this, &frmPickEquip::tvwEquip_Click);
-  for (Grid* grid : {&faPicked, &fa}) {
-    on(grid->Click, this, &frmPickEquip::enableCommands);
-    grid->RightClick = [this, grid] { openTools(*grid); };
+  for (ReplyList* list : {&picks_, &pieces_}) {
+    on(list->grid().Click, this, &frmPickEquip::enableCommands);
+    list->grid().RightClick = [this, list] { openTools(*list); };
   }
   on(fa.DblClick, this, &frmPickEquip::cmdAdd_Click);
   on(faPicked.DblClick, this, &frmPickEquip::cmdRemove_Click);
@@ -105,25 +94,18 @@ void frmPickEquip::tvwEquip_Click() {
   const TreeNode* node = tvwEquip.find(tvwEquip.SelectedKey.get());
   if (!node) return;
   shown_.clear();
-  fa.Rows = 1;
+  pieces_.clear();
   if (node->parent) loadType(*node);
   enableCommands();
 }
 
 void frmPickEquip::loadType(const TreeNode& type) {
   if (!Ask(app_.global, Name())("GETGITM", {{tags::ETI, typeIdOf(type.key)}})) return;
-  fa.Redraw = false;
-  while (app_.message.NextRecord(tags::EID)) {
-    Candidate candidate = readCandidate(type);
-    if (isPicked(candidate.piece.EID)) continue;
-    addCandidateRow(candidate);
-    shown_.push_back(std::move(candidate));
-  }
-  fa.Redraw = true;
-  SetGridAutoSize(app_, fa);
+  pieces_.hooks.filled = [this, &type](int row) { shown_.push_back(readCandidate(type, row)); };
+  pieces_.fill();
 }
 
-frmPickEquip::Candidate frmPickEquip::readCandidate(const TreeNode& type) const {
+frmPickEquip::Candidate frmPickEquip::readCandidate(const TreeNode& type, int row) const {
   const TagMessage& message = app_.message;
   Candidate candidate;
   candidate.piece = {message.Get(tags::EID),
@@ -131,21 +113,9 @@ frmPickEquip::Candidate frmPickEquip::readCandidate(const TreeNode& type) const 
                      message.Get(tags::EIU), message.Get(tags::STY)};
   // The list of a type need not say which of its rows are groups.
   if (candidate.piece.EIU.empty() && isGroupType(type)) candidate.piece.EIU = "Y";
-  candidate.location = message.Get(tags::LNA);
-  candidate.room = message.Get(tags::RNM);
-  candidate.notes = message.Get(tags::MNC);
+  candidate.texts = pieces_.row(row);
   candidate.typeKey = type.key;
   return candidate;
-}
-
-void frmPickEquip::addCandidateRow(const Candidate& candidate) {
-  const EquipmentPiece& piece = candidate.piece;
-  addRow(fa, {piece.EID, piece.number, candidate.location, candidate.room, piece.status, candidate.notes});
-}
-
-void frmPickEquip::addPickedRow(const Candidate& candidate) {
-  const EquipmentPiece& piece = candidate.piece;
-  addRow(faPicked, {piece.EID, piece.number, piece.ETY, piece.status});
 }
 
 bool frmPickEquip::isPicked(std::string_view eid) const {
@@ -153,44 +123,46 @@ bool frmPickEquip::isPicked(std::string_view eid) const {
                      [&](const Candidate& candidate) { return candidate.piece.EID == eid; });
 }
 
-frmPickEquip::Candidate* frmPickEquip::find(std::vector<Candidate>& list, const Grid& grid) {
+frmPickEquip::Candidate* frmPickEquip::selected(std::vector<Candidate>& candidates, const ReplyList& list) {
+  const Grid& grid = list.grid();
   if (grid.Row < grid.FixedRows) return nullptr;
-  const std::string& eid = grid.RowData(grid.Row);
-  const auto found =
-      std::find_if(list.begin(), list.end(), [&](const Candidate& c) { return c.piece.EID == eid; });
-  return found == list.end() ? nullptr : &*found;
+  const std::string& eid = list.text(grid.Row, kIdColumn);
+  const auto found = std::find_if(candidates.begin(), candidates.end(),
+                                  [&](const Candidate& each) { return each.piece.EID == eid; });
+  return found == candidates.end() ? nullptr : &*found;
 }
 
 void frmPickEquip::cmdAdd_Click() {
-  Candidate* selected = find(shown_, fa);
-  if (!selected || !MayUsePiece(app_, record_, selected->piece.EID)) return;
-  addPickedRow(*selected);
-  picked_.push_back(std::move(*selected));
-  shown_.erase(shown_.begin() + (selected - shown_.data()));
+  Candidate* chosen = selected(shown_, pieces_);
+  if (!chosen || !MayUsePiece(app_, record_, chosen->piece.EID)) return;
+  const EquipmentPiece& piece = chosen->piece;
+  picks_.addRow({piece.EID, piece.number, piece.ETY, piece.status});
+  picked_.push_back(std::move(*chosen));
+  shown_.erase(shown_.begin() + (chosen - shown_.data()));
   fa.RemoveItem(fa.Row);
   enableCommands();
 }
 
 void frmPickEquip::cmdRemove_Click() {
-  Candidate* selected = find(picked_, faPicked);
-  if (!selected) return;
-  // Below it shows only with its own type.
-  if (selected->typeKey == tvwEquip.SelectedKey.get()) {
-    addCandidateRow(*selected);
-    shown_.push_back(*selected);
+  Candidate* chosen = selected(picked_, picks_);
+  if (!chosen) return;
+  // The lower list shows it only with its own type.
+  if (chosen->typeKey == tvwEquip.SelectedKey.get()) {
+    pieces_.addRow(chosen->texts);
+    shown_.push_back(*chosen);
   }
-  picked_.erase(picked_.begin() + (selected - picked_.data()));
+  picked_.erase(picked_.begin() + (chosen - picked_.data()));
   faPicked.RemoveItem(faPicked.Row);
   enableCommands();
 }
 
-void frmPickEquip::openTools(Grid& grid) {
-  tools_ = &grid;
+void frmPickEquip::openTools(ReplyList& list) {
+  tools_ = &list;
   enableCommands();
-  mnuPopupToolsAdd.Enabled = &grid == &fa && cmdAdd.Enabled;
-  mnuPopupToolsRemove.Enabled = &grid == &faPicked && cmdRemove.Enabled;
+  mnuPopupToolsAdd.Enabled = &list == &pieces_ && cmdAdd.Enabled;
+  mnuPopupToolsRemove.Enabled = &list == &picks_ && cmdRemove.Enabled;
   for (MenuItem* item : {&mnuPopupToolsFind, &mnuPopupToolsSortAscending, &mnuPopupToolsSortDescending})
-    item->Enabled = grid.hasData();
+    item->Enabled = list.grid().hasData();
   app_.desktop.popupMenu(mnuPopupTools, nullptr);
 }
 
@@ -200,21 +172,22 @@ void frmPickEquip::mnuPopupToolsFind_Click() {
   if (!text || trim(*text).empty()) return;
   const std::string wanted = lower(trim(*text));
   // From behind the selected row to the end, then from the top.
-  const int rows = tools_->Rows - tools_->FixedRows;
-  const int start = std::max(0, tools_->Row - tools_->FixedRows + 1);
+  Grid& grid = tools_->grid();
+  const int rows = grid.Rows - grid.FixedRows;
+  const int start = std::max(0, grid.Row - grid.FixedRows + 1);
   for (int step = 0; step < rows; ++step) {
-    const int row = tools_->FixedRows + (start + step) % rows;
-    if (!holds(*tools_, row, wanted)) continue;
-    tools_->Row = row;
+    const int row = grid.FixedRows + (start + step) % rows;
+    if (!holds(grid, row, wanted)) continue;
+    grid.Row = row;
     return enableCommands();
   }
   informationBox(app_.desktop, "\"" + std::string(trim(*text)) + "\" not found.");
 }
 
 void frmPickEquip::sort(SortOrder order) {
-  if (!tools_ || tools_->MouseCol < 0) return;
-  tools_->ColSort(tools_->MouseCol, order);
-  tools_->Sort();
+  if (!tools_) return;
+  tools_->sort(order);
+  enableCommands();
 }
 
 void frmPickEquip::cmdOK_Click() {

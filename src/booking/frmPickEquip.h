@@ -5,8 +5,8 @@
 #include "booking/booking_record.h"
 #include "booking/modBooking_equipment.h"
 #include "frame/app.h"
+#include "lists/reply_list.h"
 #include "platform/controls.h"
-#include "platform/grid.h"
 #include "platform/menu.h"
 #include "platform/tree.h"
 
@@ -49,28 +49,29 @@ class frmPickEquip : public Form {
   /// A row that can be picked, or was.
   struct Candidate {
     EquipmentPiece piece;
-    std::string location, room, notes;
+    ListRow texts;        ///< of its row in `fa`
     std::string typeKey;  ///< the node under which it was found
   };
 
   void connect();
-  void buildGrids();
+  void buildLists();
   void tvwEquip_Click();
   void loadType(const TreeNode& type);
-  Candidate readCandidate(const TreeNode& type) const;
-  void addCandidateRow(const Candidate& candidate);
-  void addPickedRow(const Candidate& candidate);
+  /// Of the current record and the row that it filled.
+  Candidate readCandidate(const TreeNode& type, int row) const;
   bool isPicked(std::string_view eid) const;
-  Candidate* find(std::vector<Candidate>& list, const Grid& grid);
+  static Candidate* selected(std::vector<Candidate>& candidates, const ReplyList& list);
   void enableCommands();
-  void openTools(Grid& grid);
+  void openTools(ReplyList& list);
   void sort(SortOrder order);
 
   App& app_;
   const BookingRecord& record_;
   std::vector<Candidate> shown_;   ///< of the type on show, those in `fa`
   std::vector<Candidate> picked_;  ///< those in `faPicked`
-  Grid* tools_ = nullptr;          ///< the grid that the popup menu acts on
+  ReplyList picks_{app_, faPicked};
+  ReplyList pieces_{app_, fa};
+  ReplyList* tools_ = nullptr;  ///< the list that the popup menu acts on
 };
 
 }  // namespace vantry

@@ -28,7 +28,8 @@ MediaPanel::MediaPanel(BookingParts& parts, Container& place)
   faMedia.AccessibleName = "Media items of the booking";
   // No command of this program creates an item.
   cmdNewMedia.Enabled = false;
-  BuildMediaGrid(faMedia);
+  // The columns keep their widths: a list that grows row by row would jump.
+  list_.build({.columns = kMediaColumns, .fit = ColumnFit::Never, .merges = false});
   connect();
   arrange(place);
   enableCommands();
@@ -100,7 +101,7 @@ void MediaPanel::cmdRemoveMedia_Click() {
 void MediaPanel::cmdMARC_Click() {
   const bool selected = faMedia.Row >= faMedia.FixedRows;
   const auto has = [&](MediaColumn column) {
-    return selected && intOf(faMedia.TextMatrix(faMedia.Row, faMedia.columnOfData(column))) != 0;
+    return selected && intOf(list_.text(faMedia.Row, column)) != 0;
   };
   mnuPopupMarcBib.Enabled = has(kMediaBib);
   mnuPopupMarcHoldings.Enabled = has(kMediaHoldings);

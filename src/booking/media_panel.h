@@ -1,5 +1,6 @@
 #pragma once
 
+#include "booking/media_columns.h"
 #include "frame/app.h"
 #include "platform/controls.h"
 #include "platform/grid.h"
@@ -29,6 +30,8 @@ class MediaPanel {
   MenuItem mnuPopupMarc;  ///< shown by `cmdMARC` only
   MenuItem mnuPopupMarcBib, mnuPopupMarcHoldings;
 
+  /// The list, by the columns of `MediaColumn`.
+  ReplyList& list() { return list_; }
   /// Allows what the list allows: removing and MARC need a row.
   void enableCommands();
   /// The booking can only be read from now on.
@@ -51,6 +54,7 @@ class MediaPanel {
 
   BookingParts& parts_;
   App& app_;
+  ReplyList list_{app_, faMedia};
   bool editable_ = true;
 };
 

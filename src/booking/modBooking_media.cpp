@@ -243,24 +243,9 @@ void AddMediaFromSearch(BookingParts& parts, bool& dirty) {
 
 void AddMediaRow(BookingParts& parts, const MediaThing& thing) {
   const bool typed = !isNone(thing.type.id);
-  const std::pair<MediaColumn, std::string_view> cells[] = {
-      {kMediaBib, thing.BI},
-      {kMediaHoldings, thing.MI},
-      {kMediaItem, thing.IM},
-      {kMediaType, typed ? std::string_view(thing.type.id) : kNone},
-      {kMediaTitle, thing.title},
-      {kMediaTypeName, typed ? std::string_view(thing.type.name) : kNoMediaType},
-      {kMediaLocation, thing.location},
-      {kMediaCopy, thing.copy},
-      {kMediaCallNumber, thing.callNumber},
-      {kMediaEnumeration, thing.enumeration},
-      {kMediaChronology, thing.chronology},
-      {kMediaYear, thing.year},
-  };
-  Grid& grid = parts.media.faMedia;
-  const int row = grid.Rows;
-  grid.Rows = row + 1;
-  for (const auto& [column, text] : cells) grid.TextMatrix(row, grid.columnOfData(column), std::string(text));
+  parts.media.list().addRow({thing.BI, thing.MI, thing.IM, typed ? thing.type.id : std::string(kNone),
+                             thing.title, typed ? thing.type.name : std::string(kNoMediaType), thing.location,
+                             thing.copy, thing.callNumber, thing.enumeration, thing.chronology, thing.year});
 }
 
 void AddStoredMediaRow(BookingParts& parts, MediaThing thing) {
@@ -273,11 +258,10 @@ bool IsMediaInBooking(std::string_view bi, std::string_view mi, std::string_view
                       BookingParts& parts) {
   const std::pair<MediaColumn, std::string_view> keys[] = {
       {kMediaBib, bi}, {kMediaHoldings, mi}, {kMediaItem, im}, {kMediaType, mtid}};
-  const Grid& grid = parts.media.faMedia;
-  for (int row = grid.FixedRows; row < grid.Rows; ++row) {
-    if (std::all_of(std::begin(keys), std::end(keys), [&](const auto& key) {
-          return grid.TextMatrix(row, grid.columnOfData(key.first)) == key.second;
-        }))
+  const ReplyList& list = parts.media.list();
+  for (int row = 1; row < list.grid().Rows; ++row) {
+    if (std::all_of(std::begin(keys), std::end(keys),
+                    [&](const auto& key) { return list.text(row, key.first) == key.second; }))
       return true;
   }
   return false;
@@ -298,10 +282,9 @@ MediaType PickMediaType(App& app) {
 }
 
 void RefreshMediaEquipment(BookingParts& parts) {
-  const Grid& grid = parts.media.faMedia;
+  const ReplyList& list = parts.media.list();
   std::vector<std::string> kept;
-  for (int row = grid.FixedRows; row < grid.Rows; ++row)
-    kept.push_back(mediaTypeKey(grid.TextMatrix(row, grid.columnOfData(kMediaType))));
+  for (int row = 1; row < list.grid().Rows; ++row) kept.push_back(mediaTypeKey(list.text(row, kMediaType)));
   const TreeNode* root = parts.equipment.tvwEquipment.find(roots::MediaTypes);
   std::vector<std::string> gone;
   for (const TreeNode* node : root ? root->children : std::vector<TreeNode*>()) {
@@ -315,7 +298,7 @@ void ShowMarcRecord(BookingParts& parts, MarcKind kind) {
   const Grid& grid = parts.media.faMedia;
   if (grid.Row < grid.FixedRows) return;
   const MediaColumn column = kind == MarcKind::Bib ? kMediaBib : kMediaHoldings;
-  const std::string id = grid.TextMatrix(grid.Row, grid.columnOfData(column));
+  const std::string id = parts.media.list().text(grid.Row, column);
   if (isNone(id)) return;
   App& app = parts.app;
   showMarcRecord(app.windows, app.message, app.global, kind, id);

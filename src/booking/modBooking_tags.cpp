@@ -11,16 +11,6 @@
 namespace vantry {
 namespace {
 
-struct MediaColumnRow {
-  std::string_view heading;
-  int width;  ///< twips; 0 hides
-};
-
-constexpr MediaColumnRow kMedia[kMediaColumns] = {
-    {"Bib ID", 0},         {"MFH ID", 0},         {"Item ID", 0},       {"Media Type ID", 0},
-    {"Title", 4200},       {"Media Type", 1700},  {"Location", 1700},   {"Copy Number", 1200},
-    {"Call Number", 1700}, {"Enumeration", 1300}, {"Chronology", 1300}, {"Year", 900}};
-
 struct RootRow {
   std::string_view key;
   std::string_view text;
@@ -78,21 +68,6 @@ void writeType(TagMessage& message, const TreeNode& node) {
 }
 
 }  // namespace
-
-void BuildMediaGrid(Grid& grid) {
-  std::string format;
-  for (const MediaColumnRow& column : kMedia) {
-    if (!format.empty()) format += '|';
-    format += '<';
-    format += column.heading;
-  }
-  grid.Rows = 1;
-  grid.FormatString = format;
-  for (int col = 0; col < kMediaColumns; ++col) {
-    grid.ColData(col, col);
-    grid.ColWidth(col, kMedia[col].width);
-  }
-}
 
 void BuildEquipmentTrees(Tree& tvwOtherEquipment, Tree& tvwEquipment) {
   addRoots(tvwOtherEquipment, kOtherRoots);

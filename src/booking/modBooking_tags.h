@@ -15,27 +15,6 @@ class TagMessage;
 
 // The things of a booking, as windows show them and messages list them.
 
-/// Columns of the media grid, by their data words. The first four are hidden and hold the keys.
-enum MediaColumn {
-  kMediaBib,
-  kMediaHoldings,
-  kMediaItem,  ///< 0: any item of the title or the holdings
-  kMediaType,  ///< 0: no media type
-  kMediaTitle,
-  kMediaTypeName,
-  kMediaLocation,
-  kMediaCopy,
-  kMediaCallNumber,
-  kMediaEnumeration,
-  kMediaChronology,
-  kMediaYear
-};
-inline constexpr int kMediaColumns = 12;
-inline constexpr std::string_view kNoMediaType = "No Media Type";
-
-/// Lays out a grid of media, empty.
-void BuildMediaGrid(Grid& grid);
-
 /// The fixed nodes of the two trees of equipment. Writers tell kinds of equipment apart by them.
 namespace roots {
 inline constexpr std::string_view InRoom = "FirstRoot";       ///< of `tvwOtherEquipment`

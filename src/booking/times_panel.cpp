@@ -16,8 +16,11 @@ constexpr int kSlotsBesideDates = 96;
 /// Share of the free height that the open list takes.
 constexpr int kListShare = 50;
 
-constexpr std::string_view kListFormat =
-    "<Date Needed|<Date Finished|<Time Needed|<Time Finished|<Time Needed Index|<Time Finished Index";
+constexpr int kWidth = 1700;
+constexpr ReplyColumn kColumns[] = {
+    {"Date Needed", {}, CellKind::Plain, kWidth},  {"Date Finished", {}, CellKind::Plain, kWidth},
+    {"Time Needed", {}, CellKind::Plain, kWidth},  {"Time Finished", {}, CellKind::Plain, kWidth},
+    {"Time Needed Index", {}, CellKind::Plain, 0}, {"Time Finished Index", {}, CellKind::Plain, 0}};
 
 }  // namespace
 
@@ -53,7 +56,8 @@ TimesPanel::TimesPanel(App& app, Container& place, BookingRecord& record)
   faDatesTimes.AccessibleName = "Times of the bookings";
   txtNeedTimeEllipses.AccessibleName = "Choose the time needed";
   txtFinishTimeEllipses.AccessibleName = "Choose the time finished";
-  buildList();
+  list_.build({.columns = kColumns, .fit = ColumnFit::Never, .merges = false});
+  enableListCommands();
   connect();
   arrange(place);
   fraMultiBooking.Visible = false;
@@ -98,15 +102,6 @@ void TimesPanel::connect() {
   faDatesTimes.DblClick = [this] { cmdEditDate.press(); };
 }
 
-void TimesPanel::buildList() {
-  faDatesTimes.FormatString = std::string(kListFormat);
-  for (int col = 0; col < faDatesTimes.Cols; ++col) faDatesTimes.ColData(col, col);  // wherever it is moved
-  for (int col = kNeedDate; col <= kFinishTime; ++col) faDatesTimes.ColWidth(col, 1700);
-  faDatesTimes.ColWidth(kNeedIndex, 0);
-  faDatesTimes.ColWidth(kFinishIndex, 0);
-  enableListCommands();
-}
-
 void TimesPanel::changed() {
   app_.booking.warnings.ClearWarningMarks();
   raise(Changed);
@@ -139,12 +134,8 @@ std::string TimesPanel::serverTimeOf(const std::string& date, const std::string&
   return ServerTools::GetControlDate(fpdServerDate, &txtServerTime);
 }
 
-std::string TimesPanel::cell(int row, TimeColumn column) const {
-  return faDatesTimes.TextMatrix(row, faDatesTimes.columnOfData(column));
-}
-
 BookingTime TimesPanel::timeOfRow(int row) {
-  const auto text = [&](TimeColumn column) { return cell(row, column); };
+  const auto text = [&](TimeColumn column) { return list_.text(row, column); };
   const auto day = [this] { return fpdServerDate.isEmpty() ? 0 : weekday(*fpdServerDate.Value.get()); };
   BookingTime time;
   time.start = serverTimeOf(text(kNeedDate), text(kNeedTime));

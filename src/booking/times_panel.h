@@ -6,9 +6,9 @@
 #include "booking/booking_record.h"
 #include "booking/time_line.h"
 #include "frame/app.h"
+#include "lists/reply_list.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
-#include "platform/grid.h"
 
 namespace vantry {
 
@@ -80,7 +80,6 @@ class TimesPanel {
  private:
   void arrange(Container& place);
   void connect();
-  void buildList();
   void changed();
   bool isValid() const;
   bool sameDay() const;
@@ -94,7 +93,8 @@ class TimesPanel {
   /// The same for both dates, told once.
   bool datesExpire();
   bool mayAddBooking();
-  void fillRow(int row);
+  /// What the fields say, as a row of the list.
+  ListRow enteredTime() const;
   void endEditing();
   void enableListCommands();
   std::string serverTimeOf(const std::string& date, const std::string& time);
@@ -102,13 +102,13 @@ class TimesPanel {
   BookingTime timeOfRow(int row);
   void openTimeLine();
 
-  /// Columns of the list of times; the operator may move them.
+  /// Columns of the list of times.
   enum TimeColumn { kNeedDate, kFinishDate, kNeedTime, kFinishTime, kNeedIndex, kFinishIndex };
-  std::string cell(int row, TimeColumn column) const;
 
   App& app_;
   BookingRecord& record_;
   TimeLine timeLine_;
+  ReplyList list_{app_, faDatesTimes};
   int editedRow_ = 0;  ///< of the list; 0 while none is edited
 };
 

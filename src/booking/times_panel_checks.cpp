@@ -54,7 +54,7 @@ bool TimesPanel::checkList() {
       informationBox(app_.desktop, std::string(kStartLater));
       return false;
     }
-    if (isPastExpiry(parseDate(cell(row, kFinishDate), app_.windows.shortDateFormat()))) {
+    if (isPastExpiry(parseDate(list_.text(row, kFinishDate), app_.windows.shortDateFormat()))) {
       tellExpiry();
       return false;
     }
@@ -130,7 +130,7 @@ void TimesPanel::cmdMultipleBookings_Click() {
 void TimesPanel::endMultiple() {
   if (intOf(cmdMultipleBookings.Tag.get()) != 1) return;
   const BookingTime only = times().front();
-  faDatesTimes.Rows = faDatesTimes.FixedRows;
+  list_.clear();
   enableListCommands();
   cmdMultipleBookings_Click();
   showTimes(only.start, only.end);
@@ -148,27 +148,21 @@ bool TimesPanel::mayAddBooking() {
                                        std::to_string(record_.BookingMax) + ").  Continue anyway?");
 }
 
-void TimesPanel::fillRow(int row) {
-  const auto put = [&](TimeColumn column, std::string text) {
-    faDatesTimes.TextMatrix(row, faDatesTimes.columnOfData(column), std::move(text));
-  };
-  put(kNeedDate, fpdNeedDate.shortDate());
-  put(kFinishDate, fpdFinishDate.shortDate());
-  put(kNeedTime, txtNeedTime.textAmPm());
-  put(kFinishTime, txtFinishTime.textAmPm());
-  put(kNeedIndex, std::to_string(NeedTimeIndex()));
-  put(kFinishIndex, std::to_string(FinishTimeIndex()));
+ListRow TimesPanel::enteredTime() const {
+  return {fpdNeedDate.shortDate(),  fpdFinishDate.shortDate(),       txtNeedTime.textAmPm(),
+          txtFinishTime.textAmPm(), std::to_string(NeedTimeIndex()), std::to_string(FinishTimeIndex())};
 }
 
 void TimesPanel::cmdAddDate_Click() {
   if (!isValid() || datesExpire()) return;
-  if (editedRow_ == 0) {
-    if (!mayAddBooking()) return;
-    faDatesTimes.Rows = faDatesTimes.Rows + 1;
+  if (editedRow_ != 0) {
+    list_.setRow(editedRow_, enteredTime());
+  } else if (mayAddBooking()) {
+    list_.addRow(enteredTime());
+  } else {
+    return;
   }
-  const int row = editedRow_ != 0 ? editedRow_ : faDatesTimes.Rows - 1;
-  fillRow(row);
-  faDatesTimes.Row = row;
+  faDatesTimes.Row = editedRow_ != 0 ? editedRow_ : faDatesTimes.Rows - 1;
   enableListCommands();
   // With two times there is no way back to a single one but emptying the list.
   if (faDatesTimes.Rows > 2) cmdMultipleBookings.Visible = false;
@@ -184,7 +178,7 @@ void TimesPanel::endEditing() {
 void TimesPanel::cmdEditDate_Click() {
   const int row = faDatesTimes.Row;
   if (row < faDatesTimes.FixedRows) return;
-  const auto text = [&](TimeColumn column) { return cell(row, column); };
+  const auto text = [&](TimeColumn column) { return list_.text(row, column); };
   fpdNeedDate.Value = parseDate(text(kNeedDate), app_.windows.shortDateFormat());
   fpdFinishDate.Value = parseDate(text(kFinishDate), app_.windows.shortDateFormat());
   timeLine_.restore(parseClockTime(text(kNeedTime)), parseClockTime(text(kFinishTime)),

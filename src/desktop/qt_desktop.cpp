@@ -4,7 +4,6 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QEventLoop>
-#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QSessionManager>
@@ -22,14 +21,12 @@
 #include "desktop/scan_reader.h"
 #include "desktop/sound.h"
 #include "desktop/style.h"
+#include "desktop/text_widths.h"
 #include "platform/controls.h"
 #include "platform/windows.h"
-#include "words/utf8.h"
 
 namespace vantry {
 
-/// Letters up to here have a place of their own in the table of widths.
-static constexpr std::size_t kCommonLetters = 0x600;
 static constexpr QSize kPictureSize{1366, 768};
 /// A box that no window is to answer any more.
 static constexpr int kFailure = 1;
@@ -430,26 +427,14 @@ void QtDesktop::timerChanged(Timer& timer) {
 
 // Texts
 
-double QtDesktop::advance(char32_t letter) {
-  if (!metrics_) {
-    metrics_ = std::make_unique<QFontMetricsF>(QApplication::font());
-    advances_.assign(kCommonLetters, -1.0F);
+int QtDesktop::textWidth(std::string_view text, TextWeight weight) {
+  std::unique_ptr<TextWidths>& widths = textWidths_[static_cast<std::size_t>(weight)];
+  if (!widths) {
+    QFont font = QApplication::font();
+    font.setBold(weight == TextWeight::Bold);
+    widths = std::make_unique<TextWidths>(font);
   }
-  float& width =
-      letter < kCommonLetters ? advances_[letter] : rareAdvances_.try_emplace(letter, -1.0F).first->second;
-  if (width < 0) width = static_cast<float>(metrics_->horizontalAdvance(QString::fromUcs4(&letter, 1)));
-  return static_cast<double>(width);
-}
-
-/// Letter by letter, without the pairs that a font draws closer: a fitted column may be a little wider, and a
-/// hundred thousand cells are measured in no time.
-int QtDesktop::textWidth(std::string_view text) {
-  double width = 0;
-  while (!text.empty()) {
-    const char32_t letter = takeCharacter(text);
-    width += advance(letter == noCharacter ? U'?' : letter);
-  }
-  return style::twips(width);
+  return style::twips(widths->of(text));
 }
 
 std::string QtDesktop::shortDateFormat() {

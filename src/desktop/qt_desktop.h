@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <array>
 #include <deque>
 #include <map>
 #include <memory>
@@ -10,7 +11,6 @@
 #include "platform/desktop.h"
 
 class QEventLoop;
-class QFontMetricsF;
 class QTimer;
 class QWidget;
 
@@ -20,6 +20,7 @@ class FormWindow;
 class HelpWindow;
 class ScanReader;
 class SoundPlayer;
+class TextWidths;
 class Windows;
 
 /// Shows the platform's windows with Qt. It needs a QApplication and must outlive the windows.
@@ -58,7 +59,7 @@ class QtDesktop final : public QObject, public Desktop {
                                       std::string_view initial) override;
   void popupMenu(MenuItem& menu, const Control* below) override;
   void timerChanged(Timer& timer) override;
-  int textWidth(std::string_view text) override;
+  int textWidth(std::string_view text, TextWeight weight) override;
   std::string shortDateFormat() override;
   std::optional<std::string> chooseFile(std::string_view caption, std::string_view filter,
                                         std::string_view initial) override;
@@ -106,7 +107,6 @@ class QtDesktop final : public QObject, public Desktop {
   void leaveIfEnded() const;
   void sweepLater(Windows& windows);
   void sweep();
-  double advance(char32_t letter);
 
   std::string geometryFile_;
   std::map<const Form*, FormWindow*> windows_;
@@ -114,9 +114,7 @@ class QtDesktop final : public QObject, public Desktop {
   std::map<const Timer*, Ticking> timers_;
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<SoundPlayer> sound_;
-  std::unique_ptr<QFontMetricsF> metrics_;
-  std::vector<float> advances_;
-  std::map<char32_t, float> rareAdvances_;
+  std::array<std::unique_ptr<TextWidths>, 2> textWidths_;  ///< by `TextWeight`; made with the first use
   std::set<Windows*> toSweep_;
   std::unique_ptr<ScanReader> reader_;
   std::deque<std::string> scans_;  ///< read and not yet taken

@@ -14,6 +14,7 @@ frmLocation::frmLocation(App& app) : Form(app.windows, "frmLocation"), app_(app)
 
 void frmLocation::Form_Load() {
   app_.tools.PrepareForm(*this);
+  // Filled by hand: `ReplyList` is a floor above, since it needs the preferences.
   faLocations.Redraw = false;
   faLocations.FormatString = "<Location Name|<Owning Library";
   const auto& locations = app_.context.authorizedLocations;

@@ -38,8 +38,8 @@ class MainWindow {
   /// Reads the list of an inventory view anew, after a record of this category was stored: the id of its
   /// type, or the first day of its month. Nothing happens where another view or another category shows.
   virtual void refillInventory(int kind, std::string_view category) = 0;
-  /// Takes the selected row out of an inventory view's list, after a record window has deleted its record, and
-  /// lowers the count of the record's category. The ids are not compared, on purpose.
+  /// Takes the selected row out of an inventory view's list, after a record window has deleted its record,
+  /// and lowers the count of the record's category. The ids are not compared, on purpose.
   virtual void dropInventoryRow(int kind, std::string_view category) = 0;
   /// Closes the pane of a group's members, or opens it; done twice, it reads the members anew.
   virtual void mnuPopupGroupMembers_Click() = 0;

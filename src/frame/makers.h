@@ -24,8 +24,7 @@ enum RecordKind {
 };
 inline constexpr int kRecordKinds = 21;
 
-/// What the search window looks for, by its own numbers. Those of the inventory follow the numbers of its
-/// lists.
+/// What the search window looks for, by its own numbers.
 enum SearchCategory {
   kFindBookings,
   kFindEquipment,

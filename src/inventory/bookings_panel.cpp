@@ -47,7 +47,7 @@ BookingsPanel::BookingsPanel(App& app, const Ask& ask, Frame& frame, const Booki
       ask_(ask),
       kind_(kind),
       recordId_(std::move(recordId)),
-      list_(app, fa, {dtStartDate, dtStartTime}) {
+      list_(app, fa, MomentFields{dtStartDate, dtStartTime}) {
   mnuPopupBookings.Visible = false;
   setVisible(false, dtStartDate, dtStartTime, dtEndDate, dtEndTime);
   fa.AccessibleName = "Bookings of the record";

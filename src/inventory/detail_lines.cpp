@@ -35,7 +35,7 @@ DetailLines::DetailLines(App& app, Frame& frame, const DetailLinesKind& kind)
       dtDetailTime(frame, "dtDetailTime"),
       app_(app),
       kind_(kind),
-      list_(app, fa, {dtDetailDate, dtDetailTime}) {
+      list_(app, fa, MomentFields{dtDetailDate, dtDetailTime}) {
   mnuPopupDetails.Visible = false;
   setVisible(false, dtDetailDate, dtDetailTime);
   fa.AccessibleName = "Details";

@@ -61,7 +61,7 @@ frmStatus::frmStatus(App& app, RecordKind kind, std::string id)
       kind_(kKinds.at(static_cast<std::size_t>(kind))),
       id_(std::move(id)),
       available_(app, fa.add(*this)),
-      applied_(app, fa.add(*this), {dtAppliedDate, txtAppliedTime}) {
+      applied_(app, fa.add(*this), MomentFields{dtAppliedDate, txtAppliedTime}) {
   Caption = kind_.caption;
   cmdOK.Default = true;
   cmdOK.Cancel = true;
@@ -122,7 +122,7 @@ void frmStatus::showNew() {
                                  [](const StatusType& each) { return each.name == kNotCharged; });
   const StatusType none;
   const StatusType& shown = type == types_.end() ? none : *type;
-  applied_.addRow({shown.id, shown.priority, kNotCharged, dtAppliedDate.shortDate(), ""});
+  applied_.addRow({shown.id, shown.priority, std::string(kNotCharged), dtAppliedDate.shortDate(), ""});
 }
 
 void frmStatus::readApplied() {

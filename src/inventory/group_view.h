@@ -14,13 +14,9 @@ class GroupView : public InventoryView {
   MemberPane members;
   Command showMembers;
 
-  /// A member was deleted: its id, and its type by name.
-  std::function<void(std::string_view id, std::string_view type)> pieceDeleted;
-
   void secure(const Rights& rights) override;
   void BuildInventoryFlexArray() override;
-  /// Opens the pane of members, or closes it.
-  void mnuPopupGroupMembers_Click();
+  void mnuPopupGroupMembers_Click() override;
   void cmdMembers_Click() { mnuPopupGroupMembers_Click(); }
   void mnuPopupMemberNew_Click();
 

@@ -32,7 +32,7 @@ class InventoryView : public MainView {
 
   virtual void BuildInventoryFlexArray();
   /// Shows the categories that were read last; the selected node stays selected.
-  void BuildMainTrees();
+  void BuildMainTrees() override;
   void tvwDB_NodeClick();
   void fa_Click();
   void fa_MouseDown();
@@ -42,14 +42,14 @@ class InventoryView : public MainView {
 
   /// Reads the list anew if the view shows and its node is of this category; a view that does not show reads
   /// when it is opened.
-  void refill(std::string_view category);
+  void refill(std::string_view category) override;
   /// What the selected node's list is asked by; empty without a node.
   [[nodiscard]] std::string_view selectedCategory() const;
   /// Takes the selected row away, if there is one, and lowers the count of this category, since a record of
   /// it was deleted.
-  void dropSelectedRow(std::string_view category);
+  void dropSelectedRow(std::string_view category) override;
   /// Does the same with the row of a record, if the list shows it. The category is given by its name.
-  void dropRecord(std::string_view id, std::string_view category);
+  void dropRecord(std::string_view id, std::string_view category) override;
 
  protected:
   /// Adds the nodes to the empty tree. The key of a node is what its list is asked by, "|" and its name.

@@ -50,7 +50,7 @@ MaintenancePage::MaintenancePage(App& app, const Ask& ask, Frame& frame, std::fu
       app_(app),
       ask_(ask),
       pieceId_(std::move(pieceId)),
-      list_(app, fa, {dtMaintDate, dtMaintTime}) {
+      list_(app, fa, MomentFields{dtMaintDate, dtMaintTime}) {
   tvwMaint.AccessibleName = "Years of maintenance";
   fa.AccessibleName = "Maintenance records";
   mnuPopupMaintenance.Visible = false;

@@ -28,16 +28,12 @@ std::optional<LegendPlace> legendPlaceOf(int status) {
   }
 }
 
-static std::string indexed(std::string_view name, int index) {
-  return std::string(name) + '(' + std::to_string(index) + ')';
-}
-
 LegendLabels::LegendLabels(Container& parent, int index)
-    : lblCharged(parent, indexed("lblCharged", index), "Charged"),
-      lblComplete(parent, indexed("lblComplete", index), "Complete"),
-      lblCanceled(parent, indexed("lblCanceled", index), "Canceled"),
-      lblUnclaimed(parent, indexed("lblUnclaimed", index), "Unclaimed"),
-      lblOverdue(parent, indexed("lblOverdue", index), "Overdue") {
+    : lblCharged(parent, arrayName("lblCharged", index), "Charged"),
+      lblComplete(parent, arrayName("lblComplete", index), "Complete"),
+      lblCanceled(parent, arrayName("lblCanceled", index), "Canceled"),
+      lblUnclaimed(parent, arrayName("lblUnclaimed", index), "Unclaimed"),
+      lblOverdue(parent, arrayName("lblOverdue", index), "Overdue") {
   for (int place = 0; place < kLegendPlaces; ++place) at(static_cast<LegendPlace>(place)).Swatch = true;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "frame/main_parts.h"
 #include "lists/reply_list.h"
 #include "messaging/ask.h"
@@ -30,6 +32,29 @@ class MainView {
   virtual void takePreferences(Applies what);
   /// Allows the view's commands as the rights say.
   virtual void secure(const Rights&) {}
+  /// The day view shows another day; calendars follow it.
+  virtual void followDay(const Date&) {}
+
+  // What concerns the lists of the inventory.
+  /// Shows the categories that were read last.
+  virtual void BuildMainTrees() {}
+  /// Reads the list anew if it shows this category.
+  virtual void refill(std::string_view) {}
+  /// Takes the selected row away, if there is one, and lowers the count of this category, since a record of
+  /// it was deleted.
+  virtual void dropSelectedRow(std::string_view) {}
+  /// Does the same with the row of a record. The category is given by its name.
+  virtual void dropRecord(std::string_view, std::string_view) {}
+  /// Opens the pane of a group's members, or closes it.
+  virtual void mnuPopupGroupMembers_Click() {}
+
+  // What the window does for its views.
+  /// Shows the day view, on the date that all views share.
+  Event showDay;
+  /// Lets the other views follow the day view's date.
+  std::function<void(const Date&)> dayChanged;
+  /// A member of a group was deleted: its id, and its type by name.
+  std::function<void(std::string_view id, std::string_view type)> pieceDeleted;
 
   // Commands on the list and on its selected row. The entries of the popup menus belong to the view that
   // shows; a command that the view does not have cannot be used.

@@ -54,11 +54,8 @@ int columnOf(const Grid& grid, std::string_view heading) {
 
 }  // namespace
 
-ReplyList::ReplyList(App& app, Grid& grid, MomentFields moments) : ReplyList(app, grid) {
-  moments_.emplace(moments);
-}
-
-ReplyList::ReplyList(App& app, Grid& grid) : app_(app), grid_(grid) {
+ReplyList::ReplyList(App& app, Grid& grid, std::optional<MomentFields> moments)
+    : app_(app), grid_(grid), moments_(moments) {
   grid.AfterMoveColumn = [&grid] { SetColumnOrderBookings(grid, grid.MovedCol); };
 }
 
@@ -107,14 +104,6 @@ std::string ReplyList::valueOf(int row, std::string_view tag) const {
 
 // Rows
 
-int ReplyList::addRow(std::initializer_list<std::string_view> texts) {
-  const int row = grid_.Rows;
-  grid_.Rows = row + 1;
-  int column = 0;
-  for (const std::string_view text : texts) setText(row, column++, std::string(text));
-  return row;
-}
-
 int ReplyList::fill() {
   grid_.Redraw = false;
   clear();
@@ -134,11 +123,43 @@ int ReplyList::add() {
     if (hooks.filled) hooks.filled(row);
     ++row;
   }
-  grid_.Rows = row;
+  return finish(row - 1);
+}
+
+int ReplyList::fill(const std::vector<ListRow>& rows) {
+  grid_.Redraw = false;
+  clear();
+  grid_.Rows = static_cast<int>(rows.size()) + 1;
+  int row = 0;
+  for (const ListRow& texts : rows) setRow(++row, texts);
+  return finish(row);
+}
+
+int ReplyList::finish(int rows) {
+  grid_.Rows = rows + 1;
   grid_.Row = 0;
   dress();
   grid_.Redraw = true;
-  return row - 1;
+  return rows;
+}
+
+int ReplyList::addRow(const ListRow& texts) {
+  const int row = grid_.Rows;
+  grid_.Rows = row + 1;
+  setRow(row, texts);
+  dress();
+  return row;
+}
+
+void ReplyList::setRow(int row, const ListRow& texts) {
+  int column = 0;
+  for (const std::string& text : texts) setText(row, column++, text);
+}
+
+ListRow ReplyList::row(int row) const {
+  ListRow texts;
+  for (int column = 0; column < grid_.Cols; ++column) texts.push_back(text(row, column));
+  return texts;
 }
 
 bool ReplyList::isRepeated() {
@@ -181,20 +202,19 @@ std::string requesterText(std::string_view value) {
 }
 
 std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {
-  if (moment.empty() || !moments_) return {};
-  ServerTools::PutControlDate(moment, moments_->date);
-  ServerTools::PutControlTime(moment, moments_->time);
-  if (kind == CellKind::Date) return moments_->date.shortDate();
-  return kind == CellKind::Time24 ? moments_->time.text24() : moments_->time.textAmPm();
+  if (moment.empty()) return {};
+  const MomentFields& fields = moments_.value();
+  ServerTools::PutControlDate(moment, fields.date);
+  ServerTools::PutControlTime(moment, fields.time);
+  if (kind == CellKind::Date) return fields.date.shortDate();
+  return kind == CellKind::Time24 ? fields.time.text24() : fields.time.textAmPm();
 }
 
-/// The rows are new: they merge and their columns fit as the operator prefers.
+/// There are new rows: their cells merge and their columns fit. What is hidden stays so.
 void ReplyList::dress() {
-  SetGridMerge(grid_, app_.preferences.MergeCells);
-  SetGridAutoSize(app_, grid_);
-  for (int col = 0; col < grid_.Cols; ++col) {
-    if (layout_.columns[static_cast<std::size_t>(grid_.ColData(col))].width == 0) grid_.ColWidth(col, 0);
-  }
+  if (layout_.merges) SetGridMerge(grid_, app_.preferences.MergeCells);
+  if (layout_.fit == ColumnFit::Preferred) SetGridAutoSize(app_, grid_);
+  if (layout_.fit == ColumnFit::Always) grid_.AutoSize(0, grid_.Cols - 1, layout_.widest);
 }
 
 // Order

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 #include "frame/main_parts.h"
 #include "platform/grid.h"
@@ -36,6 +36,13 @@ struct ReplyColumn {
   Align align = Align::Left;
 };
 
+/// Whether the columns are fitted to their texts as soon as there are new rows.
+enum class ColumnFit {
+  Preferred,  ///< all but the first, where the operator prefers it
+  Always,     ///< all
+  Never
+};
+
 /// What a list is made of: its columns, and the tag of the walk over the reply.
 struct ReplyLayout {
   std::span<const ReplyColumn> columns;
@@ -43,7 +50,19 @@ struct ReplyLayout {
   /// The tag of a key that only one row may have: further records with it are passed over. Empty where every
   /// record is a row.
   std::string_view uniqueKey = {};
+  ColumnFit fit = ColumnFit::Preferred;
+  int widest = Grid::kWidestFit;  ///< twips that a fitted column takes at most
+  bool merges = true;             ///< cells of equal text, where the operator prefers it
 };
+
+/// The list of a dialog, always fitted. Its cells do not merge, since a row of it is to be read by itself.
+[[nodiscard]] constexpr ReplyLayout dialogLayout(std::span<const ReplyColumn> columns,
+                                                 std::string_view walk = {}) {
+  return {.columns = columns, .walk = walk, .fit = ColumnFit::Always, .merges = false};
+}
+
+/// The texts of a row, in the order of the layout's columns.
+using ListRow = std::vector<std::string>;
 
 /// The controls through which server moments become texts.
 struct MomentFields {
@@ -59,16 +78,15 @@ struct ReplyHooks {
   std::function<void(int row, int total)> progress = {};  ///< a record is about to be read
 };
 
-/// A reply of the server as a list: the one filler of all grids that show records. Each column carries its
-/// place in the layout as data word, so that columns which the operator has moved are filled, read and sorted
-/// by what they hold.
+/// A list of records: the one filler of all grids that show some. The rows are the records of a reply, or
+/// texts that the owner has. Each column carries its place in the layout as data word, so that columns which
+/// the operator has moved are filled, read and sorted by what they hold.
 class ReplyList {
  public:
-  ReplyList(App& app, Grid& grid, MomentFields moments);
-  /// A list without dates and times.
-  ReplyList(App& app, Grid& grid);
+  /// `moments` only where the layout has columns of dates or times.
+  ReplyList(App& app, Grid& grid, std::optional<MomentFields> moments = {});
   ReplyList(const MainParts& parts, Grid& grid)
-      : ReplyList(parts.app, grid, {parts.dtServerDate, parts.txtServerTime}) {}
+      : ReplyList(parts.app, grid, MomentFields{parts.dtServerDate, parts.txtServerTime}) {}
   ReplyList(const ReplyList&) = delete;
 
   ReplyHooks hooks;
@@ -81,12 +99,17 @@ class ReplyList {
   void clear();
   /// Fills the grid anew from the last reply and shows it; no row is selected. The number of rows.
   int fill();
-  /// Does the same with the records behind the rows that are there. The number of all rows.
+  /// Adds the records of the last reply behind the rows that are there. The number of all rows.
   int add();
+  /// Fills the grid anew with these rows instead.
+  int fill(const std::vector<ListRow>& rows);
+  /// Adds a last row; its place.
+  int addRow(const ListRow& texts);
+  /// Gives a row other texts.
+  void setRow(int row, const ListRow& texts);
 
-  /// Adds a row with its texts, in the order of the layout. The row.
-  int addRow(std::initializer_list<std::string_view> texts);
-
+  /// The texts of a row, wherever their columns are now.
+  [[nodiscard]] ListRow row(int row) const;
   /// The text of a row in the column of this place in the layout, wherever that column is now.
   [[nodiscard]] const std::string& text(int row, int column) const;
   void setText(int row, int column, std::string text);
@@ -104,6 +127,7 @@ class ReplyList {
   void sortBy(int firstColumn, int lastColumn);
 
  private:
+  int finish(int rows);
   void fillRow(int row);
   std::string cellText(const ReplyColumn& column) const;
   std::string momentText(CellKind kind, std::string_view moment) const;

@@ -28,6 +28,7 @@ frmMarcRecord::frmMarcRecord(Windows& windows, TagMessage& message, MarcKind kin
 }
 
 void frmMarcRecord::Form_Load() {
+  // Filled by hand: `ReplyList` is two floors above, and columns come and go here.
   faFields.Redraw = false;
   faFields.FormatString = std::string(kFormat);
   faFields.Rows = faFields.FixedRows;

@@ -52,10 +52,9 @@ inline constexpr int NotInStorage = 179;
 inline constexpr int RoomUsage = 185;
 inline constexpr int WarningLimit = 187;  ///< of a record: within the warning limit of another booking
 
-
 // Inventory.
 inline constexpr int HeldByBookings = 100;
-inline constexpr int GroupStatus = 125;       ///< the group's status forbids the change
-inline constexpr int BookingsFollow = 182;    ///< done, and bookings were changed with it
+inline constexpr int GroupStatus = 125;     ///< the group's status forbids the change
+inline constexpr int BookingsFollow = 182;  ///< done, and bookings were changed with it
 
 }  // namespace vantry::codes

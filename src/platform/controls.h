@@ -190,6 +190,11 @@ class Timer : public Control {
   Event Tick;
 };
 
+/// The name of one of several controls that share a name: "fraMain(2)".
+[[nodiscard]] inline std::string arrayName(std::string_view name, int index) {
+  return std::string(name) + '(' + std::to_string(index) + ')';
+}
+
 /// Controls of one kind under one name, told apart by their index: "chkLegend(0)".
 template <class T>
 class ControlArray {
@@ -199,8 +204,8 @@ class ControlArray {
   /// Makes the next one.
   template <class... Args>
   T& add(Container& parent, Args&&... args) {
-    const std::string name = name_ + "(" + std::to_string(first_ + static_cast<int>(items_.size())) + ")";
-    items_.push_back(std::make_unique<T>(parent, name, std::forward<Args>(args)...));
+    const int index = first_ + static_cast<int>(items_.size());
+    items_.push_back(std::make_unique<T>(parent, arrayName(name_, index), std::forward<Args>(args)...));
     return *items_.back();
   }
   T& operator()(int index) { return *items_.at(static_cast<std::size_t>(index - first_)); }

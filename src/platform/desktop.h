@@ -38,6 +38,7 @@ struct Box {
 struct ProgramEnd {};
 
 enum class Pointer { Default, Hourglass };
+enum class TextWeight { Normal, Bold };
 
 /// What a toolkit, or a test, does for the windows. All calls come from the one thread of the program.
 class Desktop {
@@ -70,7 +71,7 @@ class Desktop {
   virtual void timerChanged(Timer& timer) = 0;
 
   /// Width of a text in a grid's cell, in twips (1440 to the inch), without margins.
-  virtual int textWidth(std::string_view text) = 0;
+  virtual int textWidth(std::string_view text, TextWeight weight) = 0;
   /// The system's short date, in the letters d, M and y: "dd/MM/yyyy".
   virtual std::string shortDateFormat() = 0;
 

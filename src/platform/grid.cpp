@@ -9,9 +9,8 @@
 
 namespace vantry {
 
-/// Room left and right of a cell's text, and the widest that a fitted column becomes, in twips.
+/// Room left and right of a cell's text, in twips.
 static constexpr int kCellMargins = 180;
-static constexpr int kWidestFit = 5400;
 
 Grid::Grid(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::Grid) {
   Rows.Changed = [this] { resizeRows(); };
@@ -152,13 +151,17 @@ std::vector<int> Grid::SelectedRows() const {
   return rows;
 }
 
-void Grid::AutoSize(int fromCol, int toCol) {
+void Grid::AutoSize(int fromCol, int toCol, int widest) {
   Desktop& desktop = form().windows().desktop();
   for (int col = fromCol; col <= toCol; ++col) {
     if (column(col).width == 0) continue;
-    int widest = 0;
-    for (int row = 0; row < Rows; ++row) widest = std::max(widest, desktop.textWidth(TextMatrix(row, col)));
-    column(col).width = std::min(widest + kCellMargins, kWidestFit);
+    int needed = 0;
+    for (int row = 0; row < Rows; ++row) {
+      // Any data row can be the selected one, which is shown in bold.
+      const TextWeight weight = row < FixedRows ? TextWeight::Normal : TextWeight::Bold;
+      needed = std::max(needed, desktop.textWidth(TextMatrix(row, col), weight));
+    }
+    column(col).width = std::min(needed + kCellMargins, widest);
   }
   tellIfDrawn(Aspect::Columns);
 }

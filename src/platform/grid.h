@@ -100,8 +100,10 @@ class Grid : public Control {
   /// Shows the first data row at the top.
   void ScrollToTop() const { tell(Aspect::Top); }
   void RemoveItem(int row);
+  /// The widest that a fitted column usually becomes, in twips.
+  static constexpr int kWidestFit = 5400;
   /// Fits the columns from one to the other to their texts; hidden ones stay hidden.
-  void AutoSize(int fromCol, int toCol);
+  void AutoSize(int fromCol, int toCol, int widest = kWidestFit);
   /// Sorts the data rows by the orders given to columns, the leftmost first; rows that compare equal keep
   /// their places. The orders are forgotten afterwards.
   void Sort();

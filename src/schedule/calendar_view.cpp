@@ -6,19 +6,15 @@
 
 namespace vantry {
 
-static std::string indexed(std::string_view name, int index) {
-  return std::string(name) + '(' + std::to_string(index) + ')';
-}
-
 static std::string countText(int count) {
   return count == 1 ? "1 booking" : std::to_string(count) + " bookings";
 }
 
 CalendarView::CalendarView(const MainParts& mainParts, Frame& frame, const Kind& kind)
     : MainView(mainParts),
-      cmdPrevious(frame, indexed("cmdPrevious", kind.index), "<< P&revious"),
-      cmdNow(frame, indexed("cmdNow", kind.index), "T&oday"),
-      cmdNext(frame, indexed("cmdNext", kind.index), "Ne&xt >>"),
+      cmdPrevious(frame, arrayName("cmdPrevious", kind.index), "<< P&revious"),
+      cmdNow(frame, arrayName("cmdNow", kind.index), "T&oday"),
+      cmdNext(frame, arrayName("cmdNext", kind.index), "Ne&xt >>"),
       lblNumBookings(frame, std::string(kind.label)),
       kind_(kind) {
   cmdPrevious.ToolTipText = "One " + std::string(kind.step) + " back";
@@ -48,7 +44,7 @@ YearView::YearView(const MainParts& mainParts, Frame& frame)
   connect();
 }
 
-void CalendarView::update(const Date& date) {
+void CalendarView::followDay(const Date& date) {
   calendar().Value = date;
 }
 

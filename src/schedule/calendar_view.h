@@ -12,16 +12,13 @@ class CalendarView : public MainView {
   Button cmdPrevious, cmdNow, cmdNext;
   Label lblNumBookings;
 
-  /// The operator wants the list of the day that all calendars share.
-  Event showDay;
-
   /// The calendar is back on today, as before the first reading.
   void load() override;
   void open() override;
   /// Reads the bookings of the span that the calendar shows.
   void refresh() override;
   /// Keeps the calendar on a date, without a request.
-  void update(const Date& date);
+  void followDay(const Date& date) override;
   void cmdNext_Click();
   void cmdPrevious_Click();
   void cmdNow_Click();

@@ -21,9 +21,6 @@ class DayView : public MainView {
   Button cmdNewBooking, cmdEditBooking, cmdDeleteBooking, cmdCancelBooking, cmdChargeDayView,
       cmdDischargeDayView, cmdSearchBooking, cmdPrintDayView;
 
-  /// Raised when the date has changed, before the list is read.
-  Event UpdateCalendars;
-
   void load() override { BuildBookingFlexArray(); }
   /// Shows the date that the calendars share.
   void open() override;

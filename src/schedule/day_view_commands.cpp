@@ -13,7 +13,7 @@ namespace vantry {
 
 void DayView::dtViewBookings_Change() {
   if (dtViewBookings.isEmpty()) return;  // the list stays; the operator is told once they leave the field
-  raise(UpdateCalendars);
+  if (dayChanged) dayChanged(*dtViewBookings.Value.get());
   GetBookingsForDate();
   faDayBookings.ScrollToTop();
   parts().dtTempDate.Value = dtViewBookings.Value;

@@ -84,10 +84,8 @@ void frmMain::HideFrames() {
   }
 }
 
-void frmMain::UpdateCalendars() {
-  if (dayView.dtViewBookings.isEmpty()) return;
-  monthView.update(*dayView.dtViewBookings.Value.get());
-  yearView.update(*dayView.dtViewBookings.Value.get());
+void frmMain::UpdateCalendars(const Date& day) {
+  for (const auto& each : views_) each->followDay(day);
 }
 
 void frmMain::placeFrames() {

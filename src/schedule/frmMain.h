@@ -5,14 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "circulation/charge_view.h"
-#include "circulation/discharge_view.h"
-#include "circulation/quick_discharge_view.h"
 #include "frame/main_parts.h"
-#include "inventory/group_view.h"
-#include "inventory/staff_view.h"
-#include "schedule/calendar_view.h"
-#include "schedule/day_view.h"
+#include "lists/legend.h"
 #include "schedule/main_views.h"
 
 namespace vantry {
@@ -52,15 +46,15 @@ class frmMain : public Form, public MainWindow {
   void mnuModeStandard_Click() override;
   void mnuModeDaemon_Click() override;
   void StartStopTimer(bool start) override;
-  void refillStaff() override { staffView.refresh(); }
+  void refillStaff() override { view(ViewId::Staff).refresh(); }
   void BuildMainTrees() override;
   void refillInventory(int kind, std::string_view category) override { inventory(kind).refill(category); }
   void dropInventoryRow(int kind, std::string_view category) override {
     inventory(kind).dropSelectedRow(category);
   }
-  void mnuPopupGroupMembers_Click() override { groupView().mnuPopupGroupMembers_Click(); }
+  void mnuPopupGroupMembers_Click() override { view(ViewId::Groups).mnuPopupGroupMembers_Click(); }
   void applyPreferences(Applies what) override;
-  void GetBookingsForDate() override { dayView.GetBookingsForDate(); }
+  void GetBookingsForDate() override { view(ViewId::Day).refresh(); }
 
   void HideFrames();
   void SetFormSecurity(int kind) override;
@@ -96,13 +90,12 @@ class frmMain : public Form, public MainWindow {
   void mnuPopupBookingSortDesc_Click() { sortList(SortOrder::Descending); }
 
   /// Keeps month and year on the day view's date.
-  void UpdateCalendars();
+  void UpdateCalendars(const Date& day);
 
   /// The view whose frame shows, or nullptr.
   const ViewRow* visibleView() const;
   /// The view of the inventory that lists this kind of record.
-  InventoryView& inventory(int kind);
-  GroupView& groupView() { return dynamic_cast<GroupView&>(view(ViewId::Groups)); }
+  MainView& inventory(int kind) { return view(inventoryViewOf(kind).id); }
   MainView& view(ViewId id) { return *views_[static_cast<std::size_t>(id)]; }
 
   MainMenus menus{*this};
@@ -124,19 +117,6 @@ class frmMain : public Form, public MainWindow {
 
  private:
   std::vector<std::unique_ptr<MainView>> makeViews();
-  std::vector<std::unique_ptr<MainView>> views_ = makeViews();  ///< in the order of the view table
-
- public:
-  // The views that others know.
-  DayView& dayView = dynamic_cast<DayView&>(view(ViewId::Day));
-  MonthView& monthView = dynamic_cast<MonthView&>(view(ViewId::Month));
-  YearView& yearView = dynamic_cast<YearView&>(view(ViewId::Year));
-  StaffView& staffView = dynamic_cast<StaffView&>(view(ViewId::Staff));
-  ChargeView& chargeView = dynamic_cast<ChargeView&>(view(ViewId::Charge));
-  DischargeView& dischargeView = dynamic_cast<DischargeView&>(view(ViewId::Discharge));
-  QuickDischargeView& quickDischargeView = dynamic_cast<QuickDischargeView&>(view(ViewId::QuickDischarge));
-
- private:
   void arrange();
   void buildToolBar();
   void buildListBars();
@@ -162,6 +142,7 @@ class frmMain : public Form, public MainWindow {
   /// The list that shows, or nullptr.
   ReplyList* visibleList();
 
+  std::vector<std::unique_ptr<MainView>> views_ = makeViews();  ///< in the order of the view table
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
   const ViewRow* currentView_ = nullptr;

@@ -15,47 +15,73 @@ namespace {
 using M = MainMenus;
 using C = MainCommands;
 
-constexpr int kToolNew = 100;
-
-/// One command of the window: its handler, its menu entries, its tool and its right.
+/// One command of the window: its handler, its menu entries and its right.
 struct CommandRow {
   Command C::*command;
   void (frmMain::*run)();
   std::array<MenuItem M::*, 5> entries;
-  int tool = 0;           ///< id on the tool bar; 0 for none
   const char* keys = "";  ///< of the first entry
   std::optional<Right> right = {};
 };
 
 // clang-format off
 constexpr CommandRow kCommands[] = {
-    {&C::getRequests, &frmMain::mnuFileGetRequests_Click, {&M::mnuFileGetRequests}, 0, "F5"},
-    {&C::newEquipment, &frmMain::mnuFileNewInvEquip_Click, {&M::mnuFileNewInvEquip}, 301, "", Right::EQADD},
-    {&C::newGroup, &frmMain::mnuFileNewInvGroup_Click, {&M::mnuFileNewInvGroup}, 302, "", Right::EQADD},
-    {&C::newRoom, &frmMain::mnuFileNewInvRoom_Click, {&M::mnuFileNewInvRoom}, 303, "", Right::RMADD},
-    {&C::newMaintenance, &frmMain::mnuFileNewInvMaint_Click, {&M::mnuFileNewInvMaint}, 304, "", Right::EQMADD},
-    {&C::newBooking, &frmMain::mnuFileNewBooking_Click, {&M::mnuFileNewBooking, &M::mnuPopupNewBookingFreeform}, 202, "Ctrl+N", Right::BKADD},
-    {&C::newByWizard, &frmMain::mnuFileNewBookingWiz_Click, {&M::mnuFileNewBookingWiz, &M::mnuPopupNewBookingWizard}, 203, "Ctrl+W", Right::BKADD},
-    {&C::newPickup, &frmMain::mnuFileNewPickup_Click, {&M::mnuFileNewPickup, &M::mnuPopupNewBookingPickup}, 204, "Ctrl+K", Right::BKADD},
+    {&C::getRequests, &frmMain::mnuFileGetRequests_Click, {&M::mnuFileGetRequests}, "F5"},
+    {&C::newEquipment, &frmMain::mnuFileNewInvEquip_Click, {&M::mnuFileNewInvEquip}, "", Right::EQADD},
+    {&C::newGroup, &frmMain::mnuFileNewInvGroup_Click, {&M::mnuFileNewInvGroup}, "", Right::EQADD},
+    {&C::newRoom, &frmMain::mnuFileNewInvRoom_Click, {&M::mnuFileNewInvRoom}, "", Right::RMADD},
+    {&C::newMaintenance, &frmMain::mnuFileNewInvMaint_Click, {&M::mnuFileNewInvMaint}, "", Right::EQMADD},
+    {&C::newBooking, &frmMain::mnuFileNewBooking_Click, {&M::mnuFileNewBooking, &M::mnuPopupNewBookingFreeform}, "Ctrl+N", Right::BKADD},
+    {&C::newByWizard, &frmMain::mnuFileNewBookingWiz_Click, {&M::mnuFileNewBookingWiz, &M::mnuPopupNewBookingWizard}, "Ctrl+W", Right::BKADD},
+    {&C::newPickup, &frmMain::mnuFileNewPickup_Click, {&M::mnuFileNewPickup, &M::mnuPopupNewBookingPickup}, "Ctrl+K", Right::BKADD},
     {&C::printDetail, &frmMain::mnuFilePrintDetail_Click, {&M::mnuFilePrintDetail, &M::mnuPopupBookingsPrintDetail, &M::mnuPopupToolsPrintDetail, &M::mnuPopupGroupPrintDetail, &M::mnuPopupSchedulerPrintDetail}},
     {&C::printDetailAll, &frmMain::mnuFilePrintDetailAll_Click, {&M::mnuFilePrintDetailAll, &M::mnuPopupBookingsPrintDetailAll, &M::mnuPopupToolsPrintDetailAll, &M::mnuPopupGroupPrintDetailAll, &M::mnuPopupSchedulerPrintDetailAll}},
-    {&C::printListing, &frmMain::mnuFilePrintListing_Click, {&M::mnuFilePrintListing, &M::mnuPopupBookingsPrintListing, &M::mnuPopupToolsPrintListing, &M::mnuPopupGroupPrintListing, &M::mnuPopupSchedulerPrintListing}, 0, "Ctrl+P"},
+    {&C::printListing, &frmMain::mnuFilePrintListing_Click, {&M::mnuFilePrintListing, &M::mnuPopupBookingsPrintListing, &M::mnuPopupToolsPrintListing, &M::mnuPopupGroupPrintListing, &M::mnuPopupSchedulerPrintListing}, "Ctrl+P"},
     {&C::loginInfo, &frmMain::mnuFileLoginInfo_Click, {&M::mnuFileLoginInfo}},
     {&C::changePassword, &frmMain::mnuFileChangePassword_Click, {&M::mnuFileChangePassword}},
     {&C::logOff, &frmMain::mnuFileLogoff_Click, {&M::mnuFileLogoff}},
     {&C::exit, &frmMain::mnuFileExit_Click, {&M::mnuFileExit}},
     {&C::mergeCells, &frmMain::mnuViewMergeCells_Click, {&M::mnuViewMergeCells}},
-    {&C::search, &frmMain::mnuToolsSearch_Click, {&M::mnuToolsSearch}, 57636, "Ctrl+F"},
+    {&C::search, &frmMain::mnuToolsSearch_Click, {&M::mnuToolsSearch}, "Ctrl+F"},
     {&C::calendars, &frmMain::mnuToolsCalendars_Click, {&M::mnuToolsCalendars}},
-    {&C::options, &frmMain::mnuToolsOptions_Click, {&M::mnuToolsOptions}, 32776},
+    {&C::options, &frmMain::mnuToolsOptions_Click, {&M::mnuToolsOptions}},
     {&C::standardMode, &frmMain::mnuModeStandard_Click, {&M::mnuModeStandard}},
     {&C::monitorMode, &frmMain::mnuModeDaemon_Click, {&M::mnuModeDaemon}},
-    {&C::helpTopics, &frmMain::mnuHelpTopics_Click, {&M::mnuHelpTopics}, 57630, "F1"},
+    {&C::helpTopics, &frmMain::mnuHelpTopics_Click, {&M::mnuHelpTopics}, "F1"},
     {&C::about, &frmMain::mnuHelpAbout_Click, {&M::mnuHelpAbout}},
     {&C::sortAscending, &frmMain::mnuPopupBookingSortAsc_Click, {&M::mnuPopupBookingSortAsc, &M::mnuPopupToolsSortAscending, &M::mnuPopupGroupSortAscending, &M::mnuPopupSchedulerSortAsc}},
     {&C::sortDescending, &frmMain::mnuPopupBookingSortDesc_Click, {&M::mnuPopupBookingSortDesc, &M::mnuPopupToolsSortDescending, &M::mnuPopupGroupSortDescending, &M::mnuPopupSchedulerSortDesc}},
 };
 // clang-format on
+
+/// A tool of the tool bar and the command that it runs.
+struct ToolRow {
+  enum class Kind { Button, Choice, Views, Line };  ///< a choice is in the menu of the button "New"
+  Kind kind;
+  int id = 0;
+  const char* name = "";
+  const char* caption = "";
+  const char* picture = "";
+  Command C::*command = nullptr;
+};
+
+constexpr const char* kToolNew = "abNew";
+
+constexpr ToolRow kTools[] = {
+    {ToolRow::Kind::Button, 100, kToolNew, "New", "new"},
+    {ToolRow::Kind::Choice, 202, "", "Booking", "booking", &C::newBooking},
+    {ToolRow::Kind::Choice, 203, "", "Booking Wizard", "wizard", &C::newByWizard},
+    {ToolRow::Kind::Choice, 204, "", "Pick-Up", "pickup", &C::newPickup},
+    {ToolRow::Kind::Choice, 301, "", "Equipment", "equipment", &C::newEquipment},
+    {ToolRow::Kind::Choice, 302, "", "Group", "group", &C::newGroup},
+    {ToolRow::Kind::Choice, 303, "", "Room", "room", &C::newRoom},
+    {ToolRow::Kind::Choice, 304, "", "Maintenance", "maintenance", &C::newMaintenance},
+    {ToolRow::Kind::Line},
+    {ToolRow::Kind::Views, 0, "abView", "View:"},
+    {ToolRow::Kind::Line},
+    {ToolRow::Kind::Button, 57636, "abSearch", "Search", "search", &C::search},
+    {ToolRow::Kind::Button, 32776, "abOptions", "Options", "options", &C::options},
+    {ToolRow::Kind::Button, 57630, "abHelp", "Help", "help", &C::helpTopics}};
 
 /// An entry of a popup menu that the view which shows answers.
 struct PopupRow {
@@ -99,7 +125,6 @@ void frmMain::connectCommands() {
     for (MenuItem M::*entry : row.entries) {
       if (entry) command.link(menus.*entry, std::exchange(keys, ""));
     }
-    if (row.tool != 0) command.link(barMain.tool(row.tool));
   }
   on(commands.homePage.Run, this, &frmMain::mnuHelpWebSite_Click, 0);
   on(commands.supportPage.Run, this, &frmMain::mnuHelpWebSite_Click, 1);
@@ -113,12 +138,13 @@ void frmMain::connectCommands() {
 
 void frmMain::connectViews() {
   for (const ViewRow& row : viewTable()) on((menus.*row.menu).Click, this, &frmMain::showView, row.id);
-  on(dayView.UpdateCalendars, this, &frmMain::UpdateCalendars);
-  on(monthView.showDay, this, &frmMain::showView, ViewId::Day);
-  on(yearView.showDay, this, &frmMain::showView, ViewId::Day);
-  groupView().pieceDeleted = [this](std::string_view id, std::string_view type) {
-    inventory(kKindEquipment).dropRecord(id, type);
-  };
+  for (const auto& each : views_) {
+    on(each->showDay, this, &frmMain::showView, ViewId::Day);
+    each->dayChanged = [this](const Date& day) { UpdateCalendars(day); };
+    each->pieceDeleted = [this](std::string_view id, std::string_view type) {
+      inventory(kKindEquipment).dropRecord(id, type);
+    };
+  }
 }
 
 void frmMain::linkPopupEntries(const ViewRow& shown) {
@@ -148,7 +174,7 @@ void frmMain::secureCommands() {
                          commands.newRoom.Allowed || commands.newMaintenance.Allowed;
   menus.mnuFileNewInventory.Enabled = inventory;
   // The button carries the menu of all new records; its own click asks for the right of the list that shows.
-  barMain.tool("abNew").Enabled = inventory || commands.newBooking.Allowed;
+  barMain.tool(kToolNew).Enabled = inventory || commands.newBooking.Allowed;
 }
 
 // Bars
@@ -168,21 +194,26 @@ void frmMain::arrange() {
 }
 
 void frmMain::buildToolBar() {
-  Tool& fresh = barMain.addButton(kToolNew, "abNew", "New", "new");
-  barMain.addChoice(fresh, 202, "Booking", "booking");
-  barMain.addChoice(fresh, 203, "Booking Wizard", "wizard");
-  barMain.addChoice(fresh, 204, "Pick-Up", "pickup");
-  barMain.addChoice(fresh, 301, "Equipment", "equipment");
-  barMain.addChoice(fresh, 302, "Group", "group");
-  barMain.addChoice(fresh, 303, "Room", "room");
-  barMain.addChoice(fresh, 304, "Maintenance", "maintenance");
-  barMain.addLine();
-  barMain.addCombo("abView", "View:", abView);
   abView.AccessibleName = "View";
-  barMain.addLine();
-  barMain.addButton(57636, "abSearch", "Search", "search");
-  barMain.addButton(32776, "abOptions", "Options", "options");
-  barMain.addButton(57630, "abHelp", "Help", "help");
+  const auto link = [this](const ToolRow& row, Tool& tool) {
+    if (row.command) (commands.*row.command).link(tool);
+  };
+  for (const ToolRow& row : kTools) {
+    switch (row.kind) {
+      case ToolRow::Kind::Button:
+        link(row, barMain.addButton(row.id, row.name, row.caption, row.picture));
+        break;
+      case ToolRow::Kind::Choice:
+        link(row, barMain.addChoice(barMain.tool(kToolNew), row.id, row.caption, row.picture));
+        break;
+      case ToolRow::Kind::Views:
+        barMain.addCombo(row.name, row.caption, abView);
+        break;
+      case ToolRow::Kind::Line:
+        barMain.addLine();
+        break;
+    }
+  }
 }
 
 /// The views of an array that the operator may see, as a group of a list bar.
@@ -229,8 +260,9 @@ void frmMain::listBarClicked(std::string_view key) {
 
 /// The view that shows knows its kind of record; the others make a booking as the operator prefers.
 void frmMain::runNewRecord() {
-  MainView& shown = currentView_ ? view(currentView_->id) : dayView;
-  (shown.create.Run ? shown : dayView).create.run();
+  MainView& day = view(ViewId::Day);
+  MainView& shown = currentView_ ? view(currentView_->id) : day;
+  (shown.create.Run ? shown : day).create.run();
 }
 
 void frmMain::openNewRecord(int kind) {
@@ -281,7 +313,7 @@ void frmMain::mnuToolsOptions_Click() {
 }
 
 void frmMain::mnuToolsSearch_Click() {
-  app_.makers.search(app_, currentView_ ? searchCategoryOf(*currentView_) : kFindBookings);
+  app_.makers.search(app_, currentView_ ? currentView_->search : kFindBookings);
 }
 
 void frmMain::mnuToolsCalendars_Click() {

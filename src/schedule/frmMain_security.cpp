@@ -10,9 +10,9 @@ void frmMain::SetFormSecurity(int kind) {
     buildListBars();
     adjustViewEntries();
   }
-  if (kind >= kKindEquipment && kind <= kKindMaintenance && currentView_) {
+  if (currentView_ && currentView_->subject && kind == currentView_->kind) {
     MenuItem& edit = kind == kKindGroups ? menus.mnuPopupGroupEdit : menus.mnuPopupToolsEdit;
-    edit.Caption = viewOnly(rights, *subjectOf(*currentView_)) ? "View" : "Edit";
+    edit.Caption = viewOnly(rights, *currentView_->subject) ? "View" : "Edit";
     return;
   }
   menus.mnuPopupBookingsEdit.Caption = viewOnly(rights, Subject::Bookings) ? "View" : "Edit";

@@ -11,13 +11,8 @@ const ViewRow* frmMain::visibleView() const {
   return nullptr;
 }
 
-InventoryView& frmMain::inventory(int kind) {
-  return dynamic_cast<InventoryView&>(view(inventoryViewOf(kind).id));
-}
-
 void frmMain::BuildMainTrees() {
-  for (const int kind : {kKindEquipment, kKindGroups, kKindRooms, kKindMaintenance})
-    inventory(kind).BuildMainTrees();
+  for (const auto& each : views_) each->BuildMainTrees();
 }
 
 void frmMain::fillViewCombo(Mode mode) {

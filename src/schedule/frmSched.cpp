@@ -40,26 +40,22 @@ constexpr WeekdayRow kWeek[frmSched::kWeekdays] = {
 constexpr const char* kNeverRead = "Not Available";
 constexpr const char* kClosed = "Unavailable";
 
-std::string indexed(std::string_view name, int index) {
-  return std::string(name) + '(' + std::to_string(index) + ')';
-}
-
 }  // namespace
 
 struct frmSched::Pane {
   Pane(Frame& frame, int index)
-      : lblCalendar(frame, indexed("lblCalendar", index), "Calendar:"),
-        cboCalendar(frame, indexed("cboCalendar", index)),
-        lblCalStartDate(frame, indexed("lblCalStartDate", index), "Start Date:"),
-        dtCalStartDate(frame, indexed("dtCalStartDate", index)),
-        lblCalEndDate(frame, indexed("lblCalEndDate", index), "End Date:"),
-        dtCalEndDate(frame, indexed("dtCalEndDate", index)),
-        lblExceptions(frame, indexed("lblExceptions", index), "Exceptions:"),
-        lstExceptions(frame, indexed("lstExceptions", index)) {
+      : lblCalendar(frame, arrayName("lblCalendar", index), "Calendar:"),
+        cboCalendar(frame, arrayName("cboCalendar", index)),
+        lblCalStartDate(frame, arrayName("lblCalStartDate", index), "Start Date:"),
+        dtCalStartDate(frame, arrayName("dtCalStartDate", index)),
+        lblCalEndDate(frame, arrayName("lblCalEndDate", index), "End Date:"),
+        dtCalEndDate(frame, arrayName("dtCalEndDate", index)),
+        lblExceptions(frame, arrayName("lblExceptions", index), "Exceptions:"),
+        lstExceptions(frame, arrayName("lstExceptions", index)) {
     dtCalStartDate.Enabled = dtCalEndDate.Enabled = false;
     for (std::size_t day = 0; day < kWeekdays; ++day) {
-      lblDay[day] = std::make_unique<Label>(frame, indexed("lblDay", index), kWeek[day].caption);
-      lblHours[day] = std::make_unique<Label>(frame, indexed(kWeek[day].label, index), kNeverRead);
+      lblDay[day] = std::make_unique<Label>(frame, arrayName("lblDay", index), kWeek[day].caption);
+      lblHours[day] = std::make_unique<Label>(frame, arrayName(kWeek[day].label, index), kNeverRead);
       lblHours[day]->ReadOnlyField = true;
     }
     frame.Layout = Column{

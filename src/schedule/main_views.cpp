@@ -39,24 +39,24 @@ static std::unique_ptr<MainView> makeInventory(const MainParts& parts, Frame& fr
 
 // clang-format off
 static constexpr ViewRow kViews[] = {
-    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::RoomRights, kKindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms", &M::mnuPopupTools, makeInventory<InventoryView>},
-    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::EquipmentRights, kKindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment", &M::mnuPopupTools, makeInventory<InventoryView>},
-    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::EquipmentRights, kKindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups", &M::mnuPopupGroup, makeInventory<GroupView>},
-    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::MaintenanceRights, kKindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance", &M::mnuPopupTools, makeInventory<MaintenanceView>},
-    {ViewId::Charge, 13, View, 4, Mode::Standard, ViewNeeds::Charge, 13, &M::mnuViewScheduleCharge, "charge", "Schedule - Charge", kSchedule, &M::mnuPopupBookings, make<ChargeView>},
-    {ViewId::Discharge, 14, View, 5, Mode::Standard, ViewNeeds::Discharge, 14, &M::mnuViewScheduleDischarge, "discharge", "Schedule - Discharge", kSchedule, &M::mnuPopupBookings, make<DischargeView>},
-    {ViewId::QuickDischarge, kNoNumber, View, 6, Mode::Standard, ViewNeeds::Discharge, 15, &M::mnuViewScheduleQuickDischarge, "quick-discharge", "Schedule - Quick Discharge", kSchedule, nullptr, make<QuickDischargeView>},
-    {ViewId::Day, 0, View, 1, Mode::Standard, ViewNeeds::Nothing, kKindBookings, &M::mnuViewScheduleDay, "day", "Schedule - Day View", kSchedule, &M::mnuPopupBookings, make<DayView>},
-    {ViewId::Month, 1, View, 2, Mode::Standard, ViewNeeds::Nothing, 10, &M::mnuViewScheduleMonth, "month", "Schedule - Month View", kSchedule, nullptr, make<MonthView>},
-    {ViewId::Year, 2, View, 3, Mode::Standard, ViewNeeds::Nothing, 11, &M::mnuViewScheduleYear, "year", "Schedule - Year View", kSchedule, nullptr, make<YearView>},
-    {ViewId::Staff, 7, Staff, 1, Mode::Standard, ViewNeeds::Nothing, 12, &M::mnuViewStaff, "staff", "Staff", "= Staff", nullptr, make<StaffView>},
-    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
-    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
+    {ViewId::Rooms, 4, Main, 1, Mode::Standard, ViewNeeds::Subject, kKindRooms, Subject::Rooms, kFindRooms, &M::mnuViewInventoryRooms, "room", "Inventory - Rooms", "=Inventory - Rooms", &M::mnuPopupTools, makeInventory<InventoryView>},
+    {ViewId::Equipment, 5, Main, 2, Mode::Standard, ViewNeeds::Subject, kKindEquipment, Subject::Equipment, kFindEquipment, &M::mnuViewInventoryEquipment, "equipment", "Inventory - Equipment", "=Inventory - Equipment", &M::mnuPopupTools, makeInventory<InventoryView>},
+    {ViewId::Groups, 3, Main, 3, Mode::Standard, ViewNeeds::Subject, kKindGroups, Subject::Equipment, kFindGroups, &M::mnuViewInventoryGroups, "group", "Inventory - Equipment Groups", "=Inventory - Equipment Groups", &M::mnuPopupGroup, makeInventory<GroupView>},
+    {ViewId::Maintenance, 6, Main, 4, Mode::Standard, ViewNeeds::Subject, kKindMaintenance, Subject::Maintenance, kFindMaintenance, &M::mnuViewInventoryMaintenance, "maintenance", "Inventory - Equipment Maintenance", "=Inventory - Equipment Maintenance", &M::mnuPopupTools, makeInventory<MaintenanceView>},
+    {ViewId::Charge, 13, View, 4, Mode::Standard, ViewNeeds::Charge, 13, {}, kFindBookings, &M::mnuViewScheduleCharge, "charge", "Schedule - Charge", kSchedule, &M::mnuPopupBookings, make<ChargeView>},
+    {ViewId::Discharge, 14, View, 5, Mode::Standard, ViewNeeds::Discharge, 14, {}, kFindBookings, &M::mnuViewScheduleDischarge, "discharge", "Schedule - Discharge", kSchedule, &M::mnuPopupBookings, make<DischargeView>},
+    {ViewId::QuickDischarge, kNoNumber, View, 6, Mode::Standard, ViewNeeds::Discharge, 15, {}, kFindBookings, &M::mnuViewScheduleQuickDischarge, "quick-discharge", "Schedule - Quick Discharge", kSchedule, nullptr, make<QuickDischargeView>},
+    {ViewId::Day, 0, View, 1, Mode::Standard, ViewNeeds::Nothing, kKindBookings, {}, kFindBookings, &M::mnuViewScheduleDay, "day", "Schedule - Day View", kSchedule, &M::mnuPopupBookings, make<DayView>},
+    {ViewId::Month, 1, View, 2, Mode::Standard, ViewNeeds::Nothing, 10, {}, kFindBookings, &M::mnuViewScheduleMonth, "month", "Schedule - Month View", kSchedule, nullptr, make<MonthView>},
+    {ViewId::Year, 2, View, 3, Mode::Standard, ViewNeeds::Nothing, 11, {}, kFindBookings, &M::mnuViewScheduleYear, "year", "Schedule - Year View", kSchedule, nullptr, make<YearView>},
+    {ViewId::Staff, 7, Staff, 1, Mode::Standard, ViewNeeds::Nothing, 12, {}, kFindBookings, &M::mnuViewStaff, "staff", "Staff", "= Staff", nullptr, make<StaffView>},
+    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, {}, kFindBookings, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, {}, kFindBookings, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, {}, kFindBookings, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, {}, kFindBookings, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, {}, kFindBookings, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, {}, kFindBookings, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
+    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, {}, kFindBookings, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
 };
 // clang-format on
 
@@ -82,33 +82,12 @@ const ViewRow& inventoryViewOf(int kind) {
   throw std::logic_error("no list of the inventory");
 }
 
-std::optional<Subject> subjectOf(const ViewRow& view) {
-  if (view.array != FrameArray::Main) return std::nullopt;
-  switch (view.kind) {
-    case kKindRooms:
-      return Subject::Rooms;
-    case kKindMaintenance:
-      return Subject::Maintenance;
-    default:
-      return Subject::Equipment;
-  }
-}
-
-SearchCategory searchCategoryOf(const ViewRow& view) {
-  if (view.array != FrameArray::Main) return kFindBookings;
-  return static_cast<SearchCategory>(kFindEquipment + view.kind);
-}
-
 bool maySee(const Rights& rights, const ViewRow& view) {
   switch (view.needs) {
     case ViewNeeds::Nothing:
       return true;
-    case ViewNeeds::EquipmentRights:
-      return mayReach(rights, Subject::Equipment);
-    case ViewNeeds::MaintenanceRights:
-      return mayReach(rights, Subject::Maintenance);
-    case ViewNeeds::RoomRights:
-      return mayReach(rights, Subject::Rooms);
+    case ViewNeeds::Subject:
+      return mayReach(rights, *view.subject);
     case ViewNeeds::Charge:
       return rights.has(Right::BKCHA);
     case ViewNeeds::Discharge:

@@ -37,8 +37,9 @@ enum class ViewId {
 enum class FrameArray { Main, View, Daemon, Staff };
 inline constexpr int kFrameArrays = 4;
 
-/// What an operator needs to see a view.
-enum class ViewNeeds { Nothing, EquipmentRights, MaintenanceRights, RoomRights, Charge, Discharge };
+/// What an operator needs to see a view: nothing, any right on its subject, or the right to charge or
+/// discharge.
+enum class ViewNeeds { Nothing, Subject, Charge, Discharge };
 
 /// A view without a number cannot be the first one and is not remembered as the last.
 inline constexpr int kNoNumber = -1;
@@ -51,6 +52,8 @@ struct ViewRow {
   Mode mode;
   ViewNeeds needs;
   int kind;  ///< the heading's tag: what the list on the screen is, for reports and commands
+  std::optional<Subject> subject;  ///< of an inventory view
+  SearchCategory search;           ///< what the search window looks for when it is opened from the view
   MenuItem MainMenus::*menu;
   std::string_view picture;  ///< name of its icon, and of its help page
   std::string_view comboText;
@@ -66,11 +69,6 @@ struct ViewRow {
 [[nodiscard]] const ViewRow* viewOfNumber(int number);
 /// The view that lists this kind of the inventory's records.
 [[nodiscard]] const ViewRow& inventoryViewOf(int kind);
-
-/// The subject of an inventory view.
-[[nodiscard]] std::optional<Subject> subjectOf(const ViewRow& view);
-/// What the search window looks for when it is opened from the view.
-[[nodiscard]] SearchCategory searchCategoryOf(const ViewRow& view);
 
 [[nodiscard]] bool maySee(const Rights& rights, const ViewRow& view);
 

@@ -84,7 +84,7 @@ const MonitorRow& rowOf(ViewId view) {
 }
 
 std::string listName(ViewId view) {
-  return "faDaemon(" + std::to_string(rowOf(view).index) + ")";
+  return arrayName("faDaemon", rowOf(view).index);
 }
 
 }  // namespace

@@ -412,15 +412,6 @@ struct EditorMultiple : EditorSave {
   static std::string bodyOfTwo() { return kTwo + body().substr(std::string_view(kTimes).size()); }
 };
 
-TEST_F(EditorMultiple, TimesThatOverlapAreRefusedByTheServer) {
-  frmBooking& window = withTwoTimes();
-  server.expect("NEWBK", bodyOfTwo()).fails(181);
-  desktop.expectCritical("Multiple booking times overlap.  Please correct and save again.");
-  window.mnuFileSave.choose();
-  EXPECT_FALSE(window.SaveOk);
-  EXPECT_TRUE(window.isLoaded());
-}
-
 TEST_F(EditorMultiple, EachBookingOpensInItsOwnWindowOnDemand) {
   frmBooking& window = withTwoTimes();
   server.expect("NEWBK", bodyOfTwo()).replies("BOOKID=7\nBOOKID=8");

@@ -44,7 +44,7 @@ struct ThingsWindow : Form {
     std::vector<std::string> rows;
     for (int row = 1; row < media.faMedia.Rows; ++row) {
       std::string text;
-      for (int col = 0; col < kMediaColumns; ++col) {
+      for (int col = 0; col < media.faMedia.Cols; ++col) {
         if (col > 0) text += '|';
         text += media.faMedia.TextMatrix(row, col);
       }

@@ -4,8 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
 #include "circulation/frmDischarge.h"
 #include "circulation/frmPopupNote.h"
+#include "circulation/quick_discharge_view.h"
 #include "messaging/frmError.h"
 #include "support/desk.h"
 
@@ -13,9 +16,9 @@ namespace vantry::test {
 
 /// The desk with the views of circulation at hand.
 struct CirculationTest : Desk {
-  ChargeView& charge() { return main().chargeView; }
-  DischargeView& discharge() { return main().dischargeView; }
-  QuickDischargeView& quick() { return main().quickDischargeView; }
+  ChargeView& charge() { return viewAs<ChargeView>(main(), ViewId::Charge); }
+  DischargeView& discharge() { return viewAs<DischargeView>(main(), ViewId::Discharge); }
+  QuickDischargeView& quick() { return viewAs<QuickDischargeView>(main(), ViewId::QuickDischarge); }
   std::string panel() { return main().StatusBar1.Panels(2).Text; }
   bool focused(const Control& control) { return main().ActiveControl() == &control; }
 

@@ -29,6 +29,7 @@
 #include "inventory/frmNumbers.h"
 #include "inventory/frmRoomEquip.h"
 #include "inventory/frmStatus.h"
+#include "inventory/inventory_view.h"
 #include "inventory/inventory_window.h"
 #include "lists/legend.h"
 #include "messaging/dialogs.h"
@@ -106,7 +107,7 @@ class AccessibleStory : public DeskStory {
   }
   /// The window of the first record that a list of the inventory shows.
   InventoryWindow& openFirst(int kind) {
-    InventoryView& view = mainWindow().inventory(kind);
+    InventoryView& view = viewAs<InventoryView>(mainWindow(), inventoryViewOf(kind).id);
     InventoryWindow* window = nullptr;
     desktop.dispatch([&] {
       mainWindow().showView(inventoryViewOf(kind).id);

@@ -1,12 +1,15 @@
 // Bookings as a desk makes and changes them, in the windows and in the store.
 #include <QComboBox>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <set>
 
 #include "booking/frmBooking.h"
+#include "booking/frmErrorReport.h"
 #include "desktop/desk_story.h"
 #include "desktop/qtext.h"
+#include "desktop/style.h"
 #include "platform/text.h"
 
 namespace vantry::test {
@@ -268,6 +271,40 @@ TEST_F(BookingStory, OfSeveralTimesNoneIsStoredUntilAllAreFree) {
   for (frmBooking* form : editors()) starts.insert(find<QAbstractSpinBox>(*form, "txtNeedTime").text());
   EXPECT_EQ(starts, (std::set{shortTime({10, 0, 0}), shortTime({11, 30, 0}), shortTime({16, 0, 0})}))
       << "each in its own window";
+}
+
+/// What a report lists can be read without scrolling, also in bold.
+TEST_F(BookingStory, AConflictReportIsAsWideAsWhatItLists) {
+  logOnAs("desk");
+  start();
+  frmErrorReport conflicts(app(), codes::MediaConflict), lines(app(), codes::CalendarConflict);
+  const auto fill = [](Grid& grid, int widest, std::initializer_list<std::string> texts) {
+    grid.Rows = 2;
+    int column = 0;
+    for (const std::string& text : texts) grid.TextMatrix(1, column++, text);
+    grid.AutoSize(0, grid.Cols - 1, widest);
+  };
+  const std::string title = "Introduction to Digital Sound Recording not available";
+  const std::string date = formatDate({2026, 11, 24}, desktop.shortDateFormat());
+  ASSERT_EQ(ask("ASKT", {}), 0);  // a reply without a conflict, so that neither list is hidden
+  for (frmErrorReport* report : {&conflicts, &lines}) report->Load();
+  fill(conflicts.faErrorsGeneric, Grid::kWidestFit, {title, date, "10:00 AM", date, "12:30 PM", "2", "3"});
+  fill(conflicts.faErrorsSpecific, Grid::kWidestFit, {title, date, "10:00 AM", date, "12:30 PM", "100070"});
+  fill(lines.faErrors, frmErrorReport::kWidestSentence,
+       {"Exception Date:  Library/Media Center not open on " + date +
+        " at 10:00 AM (booking start date/time)"});
+  for (frmErrorReport* report : {&conflicts, &lines}) show(*report);
+  for (Grid* grid : {&conflicts.faErrorsGeneric, &conflicts.faErrorsSpecific, &lines.faErrors}) {
+    auto& list = find<GridView>(grid->form(), grid->Name().c_str());
+    EXPECT_EQ(list.horizontalScrollBar()->maximum(), 0) << grid->Name();
+    QFont bold = list.font();
+    bold.setBold(true);
+    for (int column = 0; column < grid->Cols; ++column) {
+      const QString text = QString::fromStdString(grid->TextMatrix(1, column));
+      EXPECT_GE(list.columnWidth(column) - 2 * style::kCellMargin, QFontMetrics(bold).horizontalAdvance(text))
+          << text.toStdString();
+    }
+  }
 }
 
 TEST_F(BookingStory, ACopyForAnotherRequesterIsABookingOfItsOwn) {

@@ -122,6 +122,43 @@ TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
   EXPECT_TRUE(waitUntil([&] { return sent("SSD") == searched + 2; }));
 }
 
+TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
+  logOnAs("desk");
+  start();
+  const Booked booked = book("2026-11-24");
+  ASSERT_EQ(ask("CBK", {{"BOOKID", booked.id}}), 0);
+  open(ViewId::Discharge, "cboDischargeSearch", 2, "txtDischargeSearchFor");
+  scan("txtDischargeSearchFor", booked.number);
+  const auto pressOK = [](QWidget& dialog) {
+    QTimer::singleShot(0, dialog.findChild<QPushButton*>("cmdOK"), &QPushButton::click);
+  };
+  whenShown("dtDischargeDate", [&](QWidget& dialog) {
+    dialog.findChild<QAbstractButton*>("chkOverride")->click();
+    write(dialog, "dtDischargeDate", "31/11/2026");
+    pressOK(dialog);
+  });
+  answerBox("Please enter a valid date for Discharge Date.", "OK");
+  whenShown("dtDischargeDate", [&](QWidget& dialog) {
+    EXPECT_EQ(sent("DBK"), 0);
+    auto* date = dialog.findChild<QLineEdit*>("dtDischargeDate");
+    EXPECT_EQ(dialog.focusWidget(), date);
+    EXPECT_EQ(date->text(), "31/11/2026") << "what was typed is there to be mended";
+    write(dialog, "dtDischargeDate", formatDate({2026, 11, 24}, desktop.shortDateFormat()));
+    write(dialog, "txtDischargeTime", "25:70");
+    pressOK(dialog);
+  });
+  answerBox("Discharge Time is invalid!", "OK");
+  whenShown("dtDischargeDate", [&](QWidget& dialog) {
+    EXPECT_EQ(sent("DBK"), 0);
+    write(dialog, "txtDischargeTime", "12:00");
+    pressOK(dialog);
+  });
+  answerBox("Selected items discharged successfully!", "OK");
+  button("cmdDDischarge").click();
+  desktop.handleEvents();
+  EXPECT_EQ(sent("DBK"), 1);
+}
+
 TEST_F(CirculationStory, ARefusedChargeTellsWhyAndChangesNothing) {
   logOnAs("desk");
   start();

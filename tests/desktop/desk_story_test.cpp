@@ -6,6 +6,7 @@
 
 #include "booking/frmOverride.h"
 #include "messaging/return_codes.h"
+#include "schedule/day_view.h"
 
 namespace vantry::test {
 namespace {
@@ -75,11 +76,11 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   QTest::keyClicks(&date, QString::fromStdString(formatDate({2026, 11, 25}, desktop.shortDateFormat())));
   QTest::keyClick(&date, Qt::Key_Return);
   EXPECT_FALSE(button("cmdToday").isDown()) << "the focus goes there and nothing is pressed";
-  EXPECT_EQ(mainWindow().dayView.dtViewBookings.Value.get(), (Date{2026, 11, 25}));
-  EXPECT_EQ(mainWindow().ActiveControl(), &mainWindow().dayView.cmdToday);
+  EXPECT_EQ(viewAs<DayView>(mainWindow(), ViewId::Day).dtViewBookings.Value.get(), (Date{2026, 11, 25}));
+  EXPECT_EQ(mainWindow().ActiveControl(), &viewAs<DayView>(mainWindow(), ViewId::Day).cmdToday);
 
   // Another day, and back.
-  mainWindow().dayView.dtViewBookings.enter(Date{2026, 11, 25});
+  viewAs<DayView>(mainWindow(), ViewId::Day).dtViewBookings.enter(Date{2026, 11, 25});
   desktop.handleEvents();
   EXPECT_EQ(rowOfBooking(id), 0);
   button("cmdToday").click();

@@ -2,6 +2,7 @@
 #include <QTreeWidget>
 
 #include "desktop/desk_story.h"
+#include "inventory/inventory_view.h"
 
 namespace vantry::test {
 namespace {
@@ -52,7 +53,7 @@ struct InventoryStory : DeskStory {
   static constexpr int kBookingsExist = 100;
   /// The first piece of the list that the server keeps for its bookings.
   int rowOfBooked() {
-    const Grid& list = mainWindow().inventory(kEquipment).fa;
+    const Grid& list = viewAs<InventoryView>(mainWindow(), inventoryViewOf(kEquipment).id).fa;
     for (int row = 1; row < list.Rows; ++row) {
       if (ask("VERDELE", {{"VID", list.TextMatrix(row, 0)}, {"VTY", "1"}}) == kBookingsExist) return row;
     }

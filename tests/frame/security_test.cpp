@@ -4,6 +4,7 @@
 
 #include "frame/app.h"
 #include "frame/modMain.h"
+#include "schedule/day_view.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -48,7 +49,7 @@ std::set<std::string> offers(frmMain& main) {
       if (tool->Enabled && choice->Enabled) found.insert("tool: " + choice->Caption.get());
     }
   }
-  if (main.dayView.cmdNewBooking.usable()) found.insert("cmdNewBooking");
+  if (viewAs<DayView>(main, ViewId::Day).cmdNewBooking.usable()) found.insert("cmdNewBooking");
   return found;
 }
 
@@ -191,45 +192,6 @@ TEST_F(Security, WithoutAFirstViewBarAndMenusFollowTheRightsAllTheSame) {
   EXPECT_FALSE(main().menus.mnuFileNewInvEquip.Enabled);
   EXPECT_FALSE(main().albStandard.has("New Booking"));
   EXPECT_TRUE(main().albStandard.has("Day View"));
-}
-
-TEST_F(Security, ModesKeepTheirTimersAndMenus) {
-  start();
-  for (int round = 0; round < 2; ++round) {
-    main().menus.mnuModeDaemon.choose();
-    EXPECT_TRUE(main().tmrDaemon.Enabled);
-    EXPECT_TRUE(main().albDaemon.Visible);
-    EXPECT_FALSE(main().albStandard.Visible);
-    EXPECT_FALSE(main().menus.mnuFileNew.Visible);
-    EXPECT_TRUE(main().menus.mnuFileGetRequests.Visible);
-    EXPECT_FALSE(main().menus.mnuToolsSearch.Enabled);
-    EXPECT_TRUE(main().menus.mnuViewDaemonRooms.Visible);
-    EXPECT_FALSE(main().menus.mnuViewScheduleDay.Visible);
-    server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
-    main().menus.mnuModeStandard.choose();
-    EXPECT_FALSE(main().tmrDaemon.Enabled);
-    EXPECT_TRUE(main().albStandard.Visible);
-    EXPECT_TRUE(main().menus.mnuToolsSearch.Enabled);
-    EXPECT_FALSE(main().menus.mnuViewDaemonRooms.Visible);
-  }
-}
-
-TEST_F(Security, ComboAndListBarLeadToTheSameViews) {
-  start();
-  server.expect("GETOPS");  // each entry into the view reads it anew
-  main().abView.select(main().abView.indexOf("Staff"));
-  EXPECT_EQ(main().lblView.Caption, " Staff");
-  EXPECT_TRUE(main().frames.fraStaff(1).Visible);
-  EXPECT_FALSE(main().frames.fraView(1).Visible);
-  app->preferences.sounds[1] = "click.wav";
-  main().albStandard.click("Rooms");
-  EXPECT_EQ(main().lblView.Caption, "Inventory - Rooms");
-  EXPECT_EQ(main().abView.Text(), "Inventory - Rooms");
-  EXPECT_EQ(main().albStandard.CurrentItem, "Rooms");
-  EXPECT_THAT(desktop.sounds, testing::ElementsAre("click.wav"));
-  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
-  main().albStandard.click("Day View");
-  EXPECT_EQ(main().abView.Text(), "Schedule - Day View");
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #include <fstream>
 #include <sstream>
 
+#include "circulation/charge_view.h"
 #include "frame/app.h"
 #include "frame/frmLocation.h"
 #include "frame/modMain.h"
 #include "messaging/frmError.h"
 #include "messaging/frmLogon.h"
+#include "schedule/calendar_view.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -237,17 +239,17 @@ TEST_F(StartUp, ALogOffStopsTheMonitorAndEmptiesTheCalendars) {
   expectContext();
   ASSERT_TRUE(Main(*app));
   EXPECT_TRUE(main().tmrDaemon.Enabled);
-  main().monthView.calMonth.mark({2026, 11, 3}, {Colour{5}, "1 booking"});
-  main().yearView.lblNumBookings.Caption = "1 booking";
+  viewAs<MonthView>(main(), ViewId::Month).calMonth.mark({2026, 11, 3}, {Colour{5}, "1 booking"});
+  viewAs<YearView>(main(), ViewId::Year).lblNumBookings.Caption = "1 booking";
   desktop.expectModal("frmLogon", [&](Form& form) {
     EXPECT_FALSE(main().tmrDaemon.Enabled);
     EXPECT_EQ(main().lblView.Tag, "");
-    EXPECT_EQ(main().monthView.calMonth.markOf({2026, 11, 3}), DayMark{});
-    EXPECT_EQ(main().yearView.lblNumBookings.Caption, "");
+    EXPECT_EQ(viewAs<MonthView>(main(), ViewId::Month).calMonth.markOf({2026, 11, 3}), DayMark{});
+    EXPECT_EQ(viewAs<YearView>(main(), ViewId::Year).lblNumBookings.Caption, "");
     form.Unload();
   });
   EXPECT_TRUE(endsProgram([&] { main().menus.mnuFileLogoff.choose(); }));
-  EXPECT_EQ(main().chargeView.cboChargeSearch.ListIndex.get(), 2)
+  EXPECT_EQ(viewAs<ChargeView>(main(), ViewId::Charge).cboChargeSearch.ListIndex.get(), 2)
       << "the lists are as preferred for the next operator";
 }
 

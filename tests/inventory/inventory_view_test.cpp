@@ -1,6 +1,8 @@
 // The lists of the inventory and the trees beside them.
+#include "inventory/inventory_view.h"
 #include "frame/app.h"
 #include "frame/modMain.h"
+#include "inventory/group_view.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -55,10 +57,10 @@ class InventoryViewTest : public Desk {
     groups().cmdMembers.press();
   }
 
-  InventoryView& equipment() { return main().inventory(kEquipment); }
-  InventoryView& rooms() { return main().inventory(kRoom); }
-  InventoryView& maintenance() { return main().inventory(kMaintenance); }
-  GroupView& groups() { return main().groupView(); }
+  InventoryView& equipment() { return viewAs<InventoryView>(main(), inventoryViewOf(kEquipment).id); }
+  InventoryView& rooms() { return viewAs<InventoryView>(main(), inventoryViewOf(kRoom).id); }
+  InventoryView& maintenance() { return viewAs<InventoryView>(main(), inventoryViewOf(kMaintenance).id); }
+  GroupView& groups() { return viewAs<GroupView>(main(), ViewId::Groups); }
   MemberPane& members() { return groups().members; }
   std::string panel() { return main().StatusBar1.Panels(2).Text; }
 

@@ -1,3 +1,4 @@
+#include "inventory/staff_view.h"
 #include "frame/app.h"
 #include "support/desk.h"
 
@@ -8,7 +9,7 @@ using StaffViewTest = Desk;
 
 TEST_F(StaffViewTest, TheListIsFilledByWhatItsColumnsHold) {
   start();
-  Grid& grid = main().staffView.faStaff;
+  Grid& grid = viewAs<StaffView>(main(), ViewId::Staff).faStaff;
   server.expect("GETOPS");
   main().menus.mnuViewStaff.choose();
   grid.moveColumn(3, 1);
@@ -38,7 +39,7 @@ TEST_F(StaffViewTest, AFailedReadLeavesNoRowOfBefore) {
   server.expect("GETOPS").fails(108);
   desktop.expectWarning("Barcode is not active!");
   main().menus.mnuViewStaff.choose();
-  EXPECT_EQ(main().staffView.faStaff.Rows, 1);
+  EXPECT_EQ(viewAs<StaffView>(main(), ViewId::Staff).faStaff.Rows, 1);
   EXPECT_TRUE(app->context.staff.empty());
 }
 

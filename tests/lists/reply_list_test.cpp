@@ -100,6 +100,35 @@ TEST_F(ReplyListTest, TheOwnerChoosesRowsAndHearsOfEach) {
   EXPECT_EQ(seen, "1/3 1/3 [6] 2/3 ");
 }
 
+TEST_F(ReplyListTest, RowsThatTheOwnerHasFollowTheColumnsToo) {
+  list->build({.columns = kPieces, .fit = ColumnFit::Always, .merges = false});
+  grid->moveColumn(3, 0);
+  EXPECT_EQ(list->fill({{"5", "B5", "TV", "Y"}, {"6", "B6", "Screen on a stand", "N"}}), 2);
+  list->addRow({"7", "B7", "TV", "N"});
+  list->setRow(1, {"8", "B8", "Lamp", "N"});
+  EXPECT_EQ(headings(), "Group?|ID|Barcode|Type|");
+  EXPECT_THAT(column(0), testing::ElementsAre("8", "6", "7"));
+  EXPECT_THAT(column(3), testing::ElementsAre("N", "N", "N"));
+  EXPECT_THAT(list->row(2), testing::ElementsAre("6", "B6", "Screen on a stand", "N"));
+  EXPECT_GT(grid->ColWidth(3), grid->ColWidth(2));
+  EXPECT_EQ(grid->ColWidth(1), 0);
+  EXPECT_EQ(grid->MergeCells.get(), MergeMode::Never);
+}
+
+TEST_F(ReplyListTest, ColumnsAreFittedAsTheLayoutOrTheOperatorWants) {
+  const auto isFitted = [&](ColumnFit fit, bool preferred) {
+    app->preferences.AutoSizeCells = preferred;
+    list->build({.columns = kPieces, .fit = fit});
+    list->fill({{"5", "B5", "TV", "Y"}});
+    return grid->ColWidth(2) != 1500;
+  };
+  for (const bool preferred : {true, false}) {
+    EXPECT_EQ(isFitted(ColumnFit::Preferred, preferred), preferred);
+    EXPECT_TRUE(isFitted(ColumnFit::Always, preferred));
+    EXPECT_FALSE(isFitted(ColumnFit::Never, preferred));
+  }
+}
+
 TEST_F(ReplyListTest, AddedRowsAndTheOrderFollowTheLayoutWhereverItsColumnsAre) {
   list->build({.columns = kPieces, .walk = tags::EID});
   grid->moveColumn(1, 3);

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "messaging/frmError.h"
 #include "messaging/modGlobal.h"
 #include "messaging/return_codes.h"
@@ -58,20 +56,8 @@ TEST_F(Reporter, SaysTheWordsOfAWarningInABox) {
   }
 }
 
-TEST_F(Reporter, EveryOtherCodeShowsNothing) {
-  const std::set<int> spoken = {codes::Lost, codes::NotTaken,
-                                -98,         -97,
-                                1,           100,
-                                101,         102,
-                                103,         104,
-                                105,         106,
-                                107,         108,
-                                109,         110,
-                                125,         174,
-                                183};
-  for (int rc = -1000; rc <= 1000; ++rc) {
-    if (!spoken.contains(rc)) global.ReportRequestError(rc, "DELBK", "frmBooking");
-  }
+TEST_F(Reporter, ACodeWithoutWordsShowsNothing) {
+  for (const int rc : {0, 2, 99, 111, 128, 999, -95}) global.ReportRequestError(rc, "DELBK", "frmBooking");
   EXPECT_EQ(aborts, 0);  // and the desktop saw no box and no window
 }
 

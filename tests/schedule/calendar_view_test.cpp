@@ -1,3 +1,4 @@
+#include "schedule/calendar_view.h"
 #include "messaging/frmError.h"
 #include "support/desk.h"
 
@@ -5,8 +6,8 @@ namespace vantry::test {
 namespace {
 
 struct CalendarViews : Desk {
-  MonthView& month() { return main().monthView; }
-  YearView& year() { return main().yearView; }
+  MonthView& month() { return viewAs<MonthView>(main(), ViewId::Month); }
+  YearView& year() { return viewAs<YearView>(main(), ViewId::Year); }
   void expectMonth(const char* date, std::string_view days = "") {
     server.expect("BOOKMTH", std::string("DATE=") + date + " HBK=N MNTHS=Y").replies(days);
   }
@@ -40,7 +41,7 @@ TEST_F(CalendarViews, MonthsAreSentWithTwoDigitsAndGoOverTheYearsEnd) {
     expectMonth(date);
     month().cmdPrevious.press();
   }
-  month().update({2026, 12, 31});
+  month().followDay({2026, 12, 31});
   expectMonth("2027-01-01");
   month().cmdNext.press();
   EXPECT_EQ(month().calMonth.Value.get(), (Date{2027, 1, 31}));

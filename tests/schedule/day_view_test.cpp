@@ -171,12 +171,6 @@ TEST_F(DayViewTest, DeletingAsksChecksAndReadsAnew) {
   day().cmdDeleteBooking.press();
 
   desktop.expectQuestion(question, true);
-  server.expect("VALDELBK", "BOOKID=9").fails(106);
-  desktop.expectWarning("Booking in progress.  Cannot delete!");
-  day().cmdDeleteBooking.press();
-  EXPECT_TRUE(main().Enabled);
-
-  desktop.expectQuestion(question, true);
   server.expect("VALDELBK", "BOOKID=9").fails(-97);
   desktop.expectModal("frmError", [](Form& form) {
     EXPECT_EQ(dynamic_cast<Label&>(*form.findControl("lblFormNameText")).Caption, "frmBooking");
@@ -187,40 +181,11 @@ TEST_F(DayViewTest, DeletingAsksChecksAndReadsAnew) {
 
   desktop.expectQuestion(question, true);
   server.expect("VALDELBK", "BOOKID=9");
-  server.expect("DELBK", "BOOKID=9").fails(100);
-  desktop.expectWarning("Unable To Delete!\n\nBookings Exist!");
-  day().cmdDeleteBooking.press();
-
-  desktop.expectQuestion(question, true);
-  server.expect("VALDELBK", "BOOKID=9");
   server.expect("DELBK", "BOOKID=9");
   expectDay("BOOKID=7 BKRES=1");
   entry(&MainMenus::mnuPopupBookingsDelete).choose();
   EXPECT_EQ(grid().Rows, 2);
   EXPECT_FALSE(day().cmdDeleteBooking.Enabled);
-}
-
-TEST_F(DayViewTest, CancellingSaysWhyItMayNotBe) {
-  startWithBookings(kThree);
-  grid().click(3, 0);
-  const auto question = "Are you sure you wish to cancel the selected booking?";
-  for (const auto& [rc, words] : std::initializer_list<std::pair<int, const char*>>{
-           {114, "Booking not eligible for cancellation.  Equipment charged."},
-           {115, "Booking not eligible for cancellation.  Item charged."}}) {
-    desktop.expectQuestion(question, true);
-    server.expect("VERCAN", "BOOKID=9").fails(rc);
-    desktop.expectWarning(words);
-    day().cmdCancelBooking.press();
-  }
-  desktop.expectQuestion(question, true);
-  server.expect("VERCAN", "BOOKID=9").fails(-95);  // known, without words
-  day().cmdCancelBooking.press();
-  EXPECT_EQ(grid().Rows, 4) << "the list stays as it was";
-  desktop.expectQuestion(question, true);
-  server.expect("VERCAN", "BOOKID=9");
-  server.expect("CANBK", "BOOKID=9");
-  expectDay();
-  day().cmdCancelBooking.press();
 }
 
 TEST_F(DayViewTest, AFailedReadLeavesAnEmptyListAndNoCommands) {

@@ -11,10 +11,12 @@
 
 #include "frame/app.h"
 #include "frame/components.h"
+#include "schedule/day_view.h"
 #include "schedule/monitor_view.h"
 #include "schedule/program.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_server.h"
+#include "support/view_as.h"
 
 namespace vantry::test {
 
@@ -81,8 +83,8 @@ class Desk : public testing::Test {
   /// Windows that the operator sees.
   int windowsShown() const;
   frmMain& main() { return program_->main; }
-  MonitorView& monitor(ViewId id) { return dynamic_cast<MonitorView&>(main().view(id)); }
-  DayView& day() { return main().dayView; }
+  MonitorView& monitor(ViewId id) { return viewAs<MonitorView>(main(), id); }
+  DayView& day() { return viewAs<DayView>(main(), ViewId::Day); }
   /// A control of the main window.
   template <class T>
   T& control(std::string_view name) {

@@ -12,7 +12,7 @@ namespace vantry::test {
 struct NotedReports : Reports {
   std::vector<std::string> confirmations;
   int assignments = 0;
-  int details = 0;  ///< of records of the inventory
+  int details = 0;        ///< of records of the inventory
   bool wasShown = false;  ///< whether the last window was on the screen
   void print(const frmBooking& window) override {
     confirmations.push_back(window.Caption);

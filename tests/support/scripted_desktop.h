@@ -76,7 +76,7 @@ class ScriptedDesktop : public Desktop {
                                       std::string_view initial) override;
   void popupMenu(MenuItem& menu, const Control* below) override;
   void timerChanged(Timer& timer) override;
-  int textWidth(std::string_view text) override { return static_cast<int>(text.size()) * 100; }
+  int textWidth(std::string_view text, TextWeight) override { return static_cast<int>(text.size()) * 100; }
   std::string shortDateFormat() override { return shortDate; }
   std::optional<std::string> chooseFile(std::string_view caption, std::string_view filter,
                                         std::string_view initial) override;

@@ -18,35 +18,19 @@ struct Sent {
   std::string_view message;
 };
 
-// What the windows send, each in all the ways in which they send it.
+// Messages with parts that may be missing, repeat or exclude each other. Whatever a window sends is checked
+// in its own tests as well.
 const Sent kSound[] = {
-    {"RLL", "OI=desk"},
-    {"GETLOCS", ""},
-    {"OPOV", "OVITM=Y OI=chief PW=abc"},
     {"UPDOPS", "PID=1 PID=2 PID=3 PSTS=N"},
-    {"UPAI", "PID=4 LTRE=0 HBK=12 CANBK=1 UNBK="},
-    {"GETGCAT", ""},
-    {"GETGCAT", "RID=3"},
     {"GETNGRPE", "ETI=1 EID=2"},
     {"GETNGRPE", "ETI=1 RID=2"},
-    {"GETIBYB", "BARORNO=0 BNO=E-1"},
-    {"GETIBYB", "EPT=2 BARORNO=1 ENO=TV1"},
     {"ADDREQP", "EID=5 RID=0"},
     {"ADDREQP", "EID= RID=2 ULI=1"},
-    {"NEWEQIPD",
-     "BNO= ETI=1 ETY=TV ENO=TV1 EMA EFO EMO ESN EQVP=12.50 EQVR=0 ESU EDP=2026-01-02 ENM LOC=1 RID=2 RNM=A"},
-    {"UPDEQIPD", "EID= ETI=1 ETY=TV ENO=TV1 EMA EFO EMO ESN EQVP=12 EQVR=0 ESU EDP ENM LOC=1 RID=2 RNM=A"},
     {"NEWEGSTS", "EID=1 SID=2 SNO=lost ULI=1"},
     {"NEWEGSTS", "EID=1 SID=2 ULI=1"},
-    {"GETEGSTS", "MID=1"},
-    {"NEWROOMD", "RTI=1 RTY=Class RNO=101 RNM= LOC=1 RCA=30 RDI=1 RDTL=x RDI=2 RDTL=y"},
     {"UPDROOMD", "RID=9 RTI=1 RTY=Class RNO=101 RNM= LOC=1 RCA="},
     {"UPDEMAINTD", "MID=1 EID=2 BNO=x"},
     {"UPDEMAINTD", "MID=1 EID=2 BNO=x MNO MDI=2026-01-01 MDO ENM MTI=1 MCO=a MTI=2 MCO"},
-    {"GETMITM", "MSD=2026-7-01 EID=0"},
-    {"GETREQP", "RID=1"},
-    {"GETREQP", "RID=1 BRTY=1"},
-    {"CHKUPD", "BOOKID=1 UDT=2026-11-24_09:00:00"},
     {"NEWBK",
      "STIME=2026-11-24_09:00:00 ETIME=2026-11-24_10:00:00 STIME=2026-11-25_09:00:00 "
      "ETIME=2026-11-25_10:00:00 PID=1 "
@@ -59,25 +43,13 @@ const Sent kSound[] = {
      "OPU WIZ=N UTIME CTIME"},
     {"CRMTM", "PGID=1 ADBK=N STIME=2026-11-24_09:00:00 SDOW=3 ETIME=2026-11-24_10:00:00 EDOW=3 RID=4"},
     {"VALDLO", "RID=1 PGID=2 MTID=1 BI=2 MI=3 IM=4 EID=1 EQIR=Y EID=2 ETI=3 IFL=N"},
-    {"VALPLO", "LOC=1 PGID=2"},
-    {"VALIAVL", "BOOKID=0 PGID=2 STIME=2026-11-24 ETIME=2026-11-24 MTID=1 BI=2 MI=3 IM=4"},
-    {"VALEAVL", "BOOKID=0 LOC=1 PGID=2 STIME=2026-11-24 ETIME=2026-11-24"},
-    {"VITMUSG", "BOOKID=0 MTID=1 PGID=2 RID=1 MI=3 IM=4 STIME=2026-11-24 ETIME=2026-11-24"},
-    {"VEQUSG", "BOOKID=0 ETI=1 PGID=2 STIME=2026-11-24 ETIME=2026-11-24"},
     {"VALRP", "PID=1 PGID=2 PUP=N"},
     {"VALRP", "PID=1 PUP=Y"},
     {"GLSRM", "ADBK=Y PGID=0"},
     {"GLSRM", "WIZ=Y ADBK=Y"},
-    {"GMIID", "IM=12x"},
-    {"GBHI", "BI=1 MI=0 BI=2 MI=7"},
-    {"GETSEQ", "BOOKID=1 SC=Y"},
-    {"BOOKDAY", "DATE=2026-11-24 HBK=N"},
     {"BOOKMTH", "DATE=2026-09-01 HBK=Y MNTHS=Y"},
     {"BOOKMTH", "DATE=2026-09-01 HBK=Y YRS=Y"},
     {"DELD", "LOC=1 LOC=2 LOC=1 HRS=24"},
-    {"GECN", "LOC=1 DHRS=24 RHRS=8 PHRS="},
-    {"GEPL", "CLI=1 LOC=1 LOC=2 STIME=2026-11-24_00:00:00 ETIME=2026-11-24_23:59:59 OI=desk"},
-    {"SSC", "CNUM=1234?"},
     {"SSD", "IM=12?"},
     {"SSD", "CN=QA_76 CNTY=MLC#"},
     {"SSD", "EQBAR=E-1 QD=Y"},
@@ -88,7 +60,7 @@ const Sent kSound[] = {
     {"FIND", "SRCHFOR=0 SRCHLOC=0"},
 };
 
-TEST(CheckMessage, TakesWhatTheWindowsSend) {
+TEST(CheckMessage, TakesEachFormOfAMessage) {
   for (const Sent& row : kSound)
     EXPECT_EQ(verdictOn(row.code, row.message), "sound") << row.code << " " << row.message;
 }

@@ -13,6 +13,9 @@
 #include "booking/frmBooking.h"
 #include "booking/frmSupervisor.h"
 #include "booking/modBooking_policy.h"
+#include "circulation/charge_view.h"
+#include "circulation/discharge_view.h"
+#include "circulation/quick_discharge_view.h"
 #include "desktop/chatter.h"
 #include "desktop/demo_operator.h"
 #include "desktop/form_window.h"
@@ -26,12 +29,15 @@
 #include "inventory/frmNumbers.h"
 #include "inventory/frmRoomEquip.h"
 #include "inventory/frmStatus.h"
+#include "inventory/group_view.h"
+#include "inventory/inventory_view.h"
 #include "inventory/inventory_window.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
 #include "records/records.h"
 #include "records/search_window.h"
+#include "schedule/day_view.h"
 #include "schedule/frmSched.h"
 #include "schedule/program.h"
 #include "search/frmFind.h"
@@ -61,6 +67,10 @@ class Tour {
  private:
   App& app() { return program_.app; }
   frmMain& main() { return program_.main; }
+  template <class View>
+  View& view(ViewId id) {
+    return dynamic_cast<View&>(main().view(id));
+  }
 
   void picture(Form& form, const QString& name) {
     desktop_.handleEvents();
@@ -135,16 +145,16 @@ class Tour {
     for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance}) {
       const ViewRow& row = inventoryViewOf(kind);
       main().showView(row.id);
-      InventoryView& view = main().inventory(kind);
-      listFirst(view, view.tvwDB.Roots());
-      if (view.fa.hasData()) view.fa.click(1, 1);
+      InventoryView& list = view<InventoryView>(row.id);
+      listFirst(list, list.tvwDB.Roots());
+      if (list.fa.hasData()) list.fa.click(1, 1);
       picture(main(), qt(row.picture) + "-list");
-      recordPages(kind, qt(row.picture), view);
+      recordPages(kind, qt(row.picture), list);
     }
     main().showView(ViewId::Groups);
-    main().groupView().fa.click(2, 1);
-    main().groupView().cmdMembers.press();
-    main().groupView().members.fa.click(1, 1);
+    view<GroupView>(ViewId::Groups).fa.click(2, 1);
+    view<GroupView>(ViewId::Groups).cmdMembers.press();
+    view<GroupView>(ViewId::Groups).members.fa.click(1, 1);
     picture(main(), "group-members");
     inventoryDialogs();
   }
@@ -175,7 +185,7 @@ class Tour {
   /// The small windows on the first piece of the list, with a status applied and a barcode added.
   void inventoryDialogs() {
     main().showView(ViewId::Equipment);
-    const std::string piece = main().inventory(kEquipment).fa.TextMatrix(1, 0);
+    const std::string piece = view<InventoryView>(ViewId::Equipment).fa.TextMatrix(1, 0);
     frmStatus status(app(), kEquipment, piece);
     status.Show();
     status.fa(0).click(1, 1);
@@ -259,7 +269,7 @@ class Tour {
   /// The day's first live booking.
   void savedBooking() {
     main().showView(ViewId::Day);
-    Grid& grid = main().dayView.faDayBookings;
+    Grid& grid = view<DayView>(ViewId::Day).faDayBookings;
     const int id = grid.columnOfData(0);
     const int status = grid.columnOfData(1);
     for (int row = 1; row < grid.Rows; ++row) {
@@ -279,7 +289,7 @@ class Tour {
 
   void circulation() {
     main().showView(ViewId::Charge);
-    ChargeView& charge = main().chargeView;
+    ChargeView& charge = view<ChargeView>(ViewId::Charge);
     charge.cboChargeSearch.ListIndex = 3;
     charge.txtChargeSearchFor.type("S?");
     charge.cmdCSearch_Click();
@@ -287,7 +297,7 @@ class Tour {
     picture(main(), "charge-found");
     charge.cmdCCharge_Click();
     main().showView(ViewId::Discharge);
-    DischargeView& discharge = main().dischargeView;
+    DischargeView& discharge = view<DischargeView>(ViewId::Discharge);
     discharge.cboDischargeSearch.ListIndex = 5;
     for (char letter = 'A'; letter <= 'Z' && !discharge.fraDBookings.Visible; ++letter) {
       discharge.txtDischargeSearchFor.type(std::string(1, letter) + "?");
@@ -297,7 +307,7 @@ class Tour {
     discharge.cmdDDischarge_Click();
     app().circulation().showNote("Schedule Popup Note:  Lecture Hall 121 - The key is with the porter.");
     main().showView(ViewId::QuickDischarge);
-    main().quickDischargeView.cmdBackDate_Click();
+    view<QuickDischargeView>(ViewId::QuickDischarge).cmdBackDate_Click();
     picture(main(), "quick-back-date");
   }
 
