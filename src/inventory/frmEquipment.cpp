@@ -149,6 +149,12 @@ void frmEquipment::firstMaintenance() {
 
 // Saving
 
+/// A group's window shows afterwards what the group is worth.
+void frmEquipment::addRecord(bool created) {
+  PieceWindow::addRecord(created);
+  if (created && CallerView == kSourceGroup) app_.message.Add(tags::GRPID, caller_.id);
+}
+
 void frmEquipment::takeReply(bool created) {
   PieceWindow::takeReply(created);
   const std::string value = messageValue(tags::MVL);

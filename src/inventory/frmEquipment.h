@@ -47,6 +47,7 @@ class frmEquipment : public PieceWindow {
   void showNew() override;
   void showOwn() override;
   void addValues() override;
+  void addRecord(bool created) override;
   void takeReply(bool created) override;
   void copyEnds() override;
   [[nodiscard]] bool saveMore(bool created) override;

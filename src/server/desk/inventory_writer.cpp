@@ -102,10 +102,8 @@ RoomUse useOfRoom(Connection& db, std::int64_t id) {
   query.bind("id", id);
   fetchOne(query, booked, out);
   // A storage room may keep thousands of things, of which one decides.
-  const std::int64_t kept = countBy(
-      db,
-      "select count(*) from (select 1 from equipment where room_id = :id or current_room_id = :id limit 1) k",
-      id);
+  const std::int64_t kept =
+      countBy(db, "select count(*) from (select 1 from equipment where room_id = :id limit 1) k", id);
   return {.out = out > 0, .booked = booked > 0, .keepsThings = kept > 0};
 }
 

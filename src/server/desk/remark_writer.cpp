@@ -103,10 +103,8 @@ bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t excep
 void writeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode, std::int64_t statusId) {
   if (statusId == barcodeStatus::active) {
     Query others(db,
-                 "update equipment_barcodes set status_id = :inactive where equipment_id = :id and "
-                 "status_id = :active");
-    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId);
-    others.bind("active", barcodeStatus::active).run();
+                 "update equipment_barcodes set status_id = :inactive where equipment_id = :id");
+    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).run();
   }
   removeBarcode(db, equipmentId, barcode);
   Query query(

@@ -75,6 +75,7 @@ Reply removeMember(Context& context, const Message& message) {
 Reply keepMember(Context& context, const Message& message) {
   const Piece piece = requirePiece(context, message, tags::EID, false);
   const Piece group = requirePiece(context, message, tags::GRPID, true);
+  if (piece.groupId != 0) refuseTag(tags::EID);  // only what has left its group is kept by itself
   if (!keepInBookings(context.db, piece.id, group.id, stampOf(context, 0))) return Reply(rc::bothBooked);
   note(context, "kept in bookings", piece.id, group.id);
   return Reply();

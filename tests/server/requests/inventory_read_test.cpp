@@ -13,8 +13,7 @@ class InventoryReads : public OnEachDatabase {
     for (const char* sql :
          {"update equipment set maker = 'Sony', format = '27 Inch', model = 'T1', serial = 'S1', supplier = "
           "'Shop', "
-          "purchase_value = 12050, replacement_value = 9900, acquired_on = 1748822400, current_room_id = 1 "
-          "where id = 1",
+          "purchase_value = 12050, replacement_value = 9900, acquired_on = 1748822400 where id = 1",
           "update equipment set replacement_value = 1000 where id = 6",
           "update equipment set replacement_value = 250 where id = 7",
           "insert into room_detail_types (id, name) values (1, 'Seats'), (2, 'Blinds')",
@@ -37,7 +36,7 @@ TEST_P(InventoryReads, APieceIsReadWhole) {
   EXPECT_EQ(send("GETEDTL", "EID=1").text(),
             "0|BNO=E1 CDT=1970-01-01 00:00:00 EDP=2025-06-02 EFO=27 Inch EHB=0 EHM=1 EMA=Sony EMO=T1 ENO=TV1 "
             "EQVP=120.50 EQVR=99.00 ESN=S1 ESU=Shop LNA=Main Desk LOC=1 RID=3 RNM=Store STY=Not Charged "
-            "TRNM=Classroom A UDT=2026-02-25 06:13:20 ULN=Branch UNM=Operator desk");
+            "TRNM=Store UDT=2026-02-25 06:13:20 ULN=Branch UNM=Operator desk");
   EXPECT_EQ(send("GETEDTL", "EID=6").first("GRPNO"), "SET1");
   EXPECT_EQ(send("GETEDTL", "EID=6").first("GRPID"), "5");
   EXPECT_EQ(send("GETEDTL", "EID=5").rc, 2) << "a group is read by its own request";
@@ -150,6 +149,10 @@ TEST_P(InventoryReads, TheBookingsOfAThingAreCurrentOrPast) {
   EXPECT_EQ(send("GETHEB", "EID=1").all("BOOKID"), "2");
   EXPECT_EQ(send("GETEDTL", "EID=1").first("EHB"), "1");
   EXPECT_EQ(send("GETHRB", "RID=1").records.size(), 0U);
+  library().execute("update booking_equipment set charged_at = 1 where booking_id = 1");
+  EXPECT_EQ(send("GETEDTL", "EID=6").first("TRNM"), "Classroom A") << "where the booking takes place";
+  library().execute("update booking_equipment set returned_at = 2 where booking_id = 1");
+  EXPECT_EQ(send("GETEDTL", "EID=6").first("TRNM"), "Store");
   library().execute("update patrons set withheld = 1 where id = 1");
   EXPECT_EQ(send("GETHEB", "EID=1").all("PATNM"), "(name not kept)");
 }

@@ -168,11 +168,10 @@ void addPiece(Connection& db, World& world, const NewPiece& fresh, Dice& dice) {
       db,
       "insert into equipment (id, is_group, equipment_type_id, number, maker, model, serial, format, "
       "supplier, purchase_value, replacement_value, acquired_on, next_maintenance_on, location_id, room_id, "
-      "current_room_id, search_number, search_maker, search_model, search_serial, created_at, created_by, "
+      "search_number, search_maker, search_model, search_serial, created_at, created_by, "
       "created_location) values (:id, :is_group, :type_id, :number, :maker, :model, :serial, :format, "
       ":supplier, "
       ":purchase_value, :replacement_value, :acquired_on, :next_on, :location_id, :room_id, "
-      ":current_room_id, "
       ":search_number, :search_maker, :search_model, :search_serial, :created_at, 1, :created_location)");
   query.bind("id", id).bind("is_group", details == nullptr).bind("type_id", fresh.typeId);
   query.bind("number", fresh.number).bind("maker", details == nullptr ? "" : details->maker);
@@ -181,9 +180,7 @@ void addPiece(Connection& db, World& world, const NewPiece& fresh, Dice& dice) {
   query.bind("format", details == nullptr ? "" : details->format).bind("supplier", dice.of(dealers));
   query.bind("purchase_value", value).bind("replacement_value", value + value / 10);
   query.bind("acquired_on", acquired).bind("next_on", world.today + dice.between(5, 300) * day);
-  query.bind("location_id", fresh.locationId)
-      .bind("room_id", fresh.roomId)
-      .bind("current_room_id", fresh.roomId);
+  query.bind("location_id", fresh.locationId).bind("room_id", fresh.roomId);
   query.bind("search_number", catalogueKey(fresh.number));
   query.bind("search_maker", details == nullptr ? std::string() : catalogueKey(details->maker));
   query.bind("search_model", details == nullptr ? std::string() : catalogueKey(details->model));
