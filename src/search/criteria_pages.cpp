@@ -193,7 +193,7 @@ void CriteriaPages::arrangePage(Page& page) {
     }
   }
   all.children.insert(all.children.begin(), fields);
-  page.frame->Layout = Row{all.share(1), Stretch{}};
+  page.frame->Layout = Row{all.share(2), Stretch{}};
 }
 
 void CriteriaPages::arrange(std::initializer_list<LayoutNode> below) {
