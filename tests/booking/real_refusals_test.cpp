@@ -351,6 +351,16 @@ TEST_F(RealCharges, OfThingsWhoseStatusForbidsItTellTheStatus) {
           "equipment_statuses a on a.equipment_id = e.id join status_types s on s.id = a.status_id where "
           "s.effect = 3 and "
           "t.storage = 1 and e.location_id = 1 and e.group_id is null limit 1");
+  EXPECT_EQ(send("NEWBK", booking(soon(), pickUp, "3", {{"EID", lost}})), codes::EquipmentStatus)
+      << "nobody has overridden it";
+  desktop.expectCritical(
+      "Cannot book equipment.  " +
+      one("select t.name || ' ' || e.number from equipment e join equipment_types t on t.id = "
+          "e.equipment_type_id where e.id = " +
+          lost) +
+      "\n\rEquipment Status:  " + get("VD3"));
+  TellTaken(app, codes::EquipmentStatus);
+  workAt(kRiverside);
   expectRefused(save(soon(), pickUp, "3", {{"EID", lost}}), "Equipment cannot be charged:  ");
   expectRefused(save(soon(), pickUp, "3", item("status = 'Lost' and location_id = 1")),
                 "Media cannot be charged:  ");

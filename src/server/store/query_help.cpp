@@ -49,16 +49,26 @@ std::string bytewise(Connection& db, std::string_view column) {
   return std::string(column) + (plain ? "" : " collate \"C\"");
 }
 
-void planForSearch(Connection& db) {
-  if (db.dialect().kind == Dialect::Kind::Sqlite) return;  // which knows no other way
+/// Other databases know no other way.
+static void setJoins(Connection& db, const char* others) {
+  if (db.dialect().kind == Dialect::Kind::Sqlite) return;
   std::string values;
   std::string hash;
   std::string merge;
-  Query query(
-      db,
-      "select set_config('plan_cache_mode', 'force_custom_plan', true), set_config('enable_hashjoin', 'off', "
-      "true), set_config('enable_mergejoin', 'off', true)");
+  Query query(db,
+              "select set_config('plan_cache_mode', 'force_custom_plan', true), "
+              "set_config('enable_hashjoin', :others, "
+              "true), set_config('enable_mergejoin', :others, true)");
+  query.bind("others", others);
   fetchOne(query, values, hash, merge);
+}
+
+void planForSearch(Connection& db) {
+  setJoins(db, "off");
+}
+
+void planAsUsual(Connection& db) {
+  setJoins(db, "on");
 }
 
 std::string keysIn(Connection& db, std::string_view name) {
