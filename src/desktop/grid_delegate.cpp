@@ -112,6 +112,13 @@ void GridDelegate::drawText(QPainter& painter, const QRect& room, Qt::Alignment 
                             const QString& text) const {
   const QStaticText& laidOut = layOut(text, painter.font());
   const QSizeF size = laidOut.size();
+  if (size.width() > room.width() && painter.font().bold()) {
+    // Columns are fitted to plain letters, so that the bold ones of the selected row may not fit.
+    QFont plain = painter.font();
+    plain.setBold(false);
+    painter.setFont(plain);
+    return drawText(painter, room, alignment, text);
+  }
   if (size.width() > room.width()) {
     const QFontMetrics metrics(painter.font());
     painter.drawText(room, static_cast<int>(alignment | Qt::AlignVCenter),

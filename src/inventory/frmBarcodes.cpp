@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "inventory/record_refusals.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -117,10 +118,11 @@ bool frmBarcodes::save() {
   // is left.
   const int row = rowWith(kBarcode, added);
   if (row > 0 && !remove(row)) return false;
-  if (!ask_("NEWEGBAR", {{tags::EID, id_},
-                         {tags::BNO, added},
-                         {tags::ULI, app_.context.locationId},
-                         {tags::BSI, cboBARCODE_STS.ItemData(cboBARCODE_STS.ListIndex)}}))
+  if (!askForRecord(app_, ask_, "NEWEGBAR",
+                    {{tags::EID, id_},
+                     {tags::BNO, added},
+                     {tags::ULI, app_.context.locationId},
+                     {tags::BSI, cboBARCODE_STS.ItemData(cboBARCODE_STS.ListIndex)}}))
     return false;
   changed = true;
   // As the server does.

@@ -1,6 +1,7 @@
 #include "inventory/frmEquipment.h"
 
 #include "frame/app.h"
+#include "inventory/record_refusals.h"
 #include "inventory/status_names.h"
 #include "lists/grids.h"
 #include "messaging/return_codes.h"
@@ -178,7 +179,7 @@ bool frmEquipment::saveMore(bool created) {
     warningBox(app_.desktop, "Equipment group status prohibits editing of this record.");
     return false;
   }
-  if (ask_.succeeded(rc, "NEWGITM")) showGroupValue(messageValue(tags::MVL));
+  if (recordSucceeded(app_, ask_, rc, "NEWGITM")) showGroupValue(messageValue(tags::MVL));
   return true;
 }
 

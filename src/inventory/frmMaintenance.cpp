@@ -5,7 +5,7 @@
 #include "frame/app.h"
 #include "inventory/frmBarcodes.h"
 #include "inventory/month_names.h"
-#include "inventory/record_gone.h"
+#include "inventory/record_refusals.h"
 #include "inventory/status_names.h"
 #include "lists/grids.h"
 #include "platform/text.h"

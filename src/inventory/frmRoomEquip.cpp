@@ -1,6 +1,7 @@
 #include "inventory/frmRoomEquip.h"
 
 #include "inventory/modRoom.h"
+#include "inventory/record_refusals.h"
 #include "messaging/return_codes.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -43,7 +44,7 @@ void frmRoomEquip::cmdOK_Click() {
     informationBox(app_.desktop,
                    "Room is used in an existing booking.  Equipment cannot be removed at this time.");
   } else {
-    moved = ask_.succeeded(rc, "ADDREQP");
+    moved = recordSucceeded(app_, ask_, rc, "ADDREQP");
   }
   Hide();
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "inventory/frmNotes.h"
+#include "inventory/record_refusals.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
 
@@ -172,10 +173,11 @@ void frmStatus::cmdAddStatus_Click() {
   frmNotes notes(app_, "Status Note", "Enter a note for this status.");
   notes.ShowModal();
   // A cancelled note is an empty one: the status is applied all the same.
-  if (!ask_(kind_.apply, {{kind_.id, id_},
-                          {tags::SID, type.id},
-                          {tags::SNO, notes.note},
-                          {tags::ULI, app_.context.locationId}}))
+  if (!askForRecord(app_, ask_, kind_.apply,
+                    {{kind_.id, id_},
+                     {tags::SID, type.id},
+                     {tags::SNO, notes.note},
+                     {tags::ULI, app_.context.locationId}}))
     return;
   ServerTools::PutControlDate(app_.message.Get(tags::UDT), dtAppliedDate);
   applied_.addRow({type.id, type.priority, type.name, dtAppliedDate.shortDate(), notes.note});

@@ -2,6 +2,7 @@
 
 #include "frame/secured_commands.h"
 #include "inventory/frmGroup.h"
+#include "inventory/record_refusals.h"
 #include "inventory/status_names.h"
 #include "messaging/return_codes.h"
 #include "platform/wiring.h"
@@ -61,6 +62,7 @@ void GroupMembers::secure(const Rights& rights) {
                           {addByNumber, Right::EQUPD},
                           {undo, Right::EQUPD},
                           {newPiece, Right::EQADD}});
+  txtBarOrNumber.Enabled = rights.has(Right::EQUPD);
   mnuEntries.front()->Caption = viewOnly(rights, Subject::Equipment) ? "View" : "Edit";
 }
 
@@ -80,7 +82,7 @@ bool GroupMembers::put(const MemberThing& thing, bool lookedUp) {
   const int rc = ask_.codeOf(
       "NEWGITM", {{tags::EID, thing.id}, {tags::GRPID, recordId()}, {tags::ULI, group_.place.locationId()}});
   const bool follow = rc == codes::BookingsFollow;
-  if (!follow && !ask_.succeeded(rc, "NEWGITM")) return false;
+  if (!follow && !recordSucceeded(app_, ask_, rc, "NEWGITM")) return false;
   group_.takeMembersValue(app_.message.Get(lookedUp ? tags::EQVR : tags::MVL));
   if (follow)
     informationBox(app_.desktop, "All relevant bookings have been updated with the new group information.");
@@ -96,7 +98,7 @@ void GroupMembers::take(const MemberThing& thing) {
   const int rc = ask_.codeOf(
       "REMGITM", {{tags::EID, thing.id}, {tags::GRPID, recordId()}, {tags::ULI, group_.place.locationId()}});
   const bool hadBookings = rc == codes::HeldByBookings;
-  if (!hadBookings && !ask_.succeeded(rc, "REMGITM")) return;
+  if (!hadBookings && !recordSucceeded(app_, ask_, rc, "REMGITM")) return;
   group_.takeMembersValue(app_.message.Get(tags::MVL));
   forgetUndo();
   const bool stays = hadBookings && app_.message.Get(tags::BX) == "Y" && staysInBookings(thing.id);
@@ -118,7 +120,7 @@ bool GroupMembers::staysInBookings(const std::string& pieceId) {
                    "equipment in those future bookings?"))
     return false;
   // A failure is reported; the piece has left the group all the same.
-  static_cast<void>(ask_("AETGB", {{tags::EID, pieceId}, {tags::GRPID, recordId()}}));
+  static_cast<void>(askForRecord(app_, ask_, "AETGB", {{tags::EID, pieceId}, {tags::GRPID, recordId()}}));
   return true;
 }
 

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "inventory/frmNumbers.h"
-#include "inventory/record_gone.h"
+#include "inventory/record_refusals.h"
 #include "records/records.h"
 #include "words/tags.h"
 
@@ -35,7 +35,7 @@ const RemovalRow& removalOf(int kind) {
 
 bool RemoveInventoryRecord(App& app, const Ask& ask, int kind, std::string_view id) {
   const RemovalRow& row = removalOf(kind);
-  if (!row.verified.empty() && !recordIsThere(app, ask, VerifyDelete(app, id, row.verified), "VERDELE"))
+  if (!row.verified.empty() && !recordSucceeded(app, ask, VerifyDelete(app, id, row.verified), "VERDELE"))
     return false;
   if (!questionBox(app.desktop, "Are you sure you want to DELETE this record?")) return false;
   if (!askForRecord(app, ask, row.code, {{row.id, id}})) return false;

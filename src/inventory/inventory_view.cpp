@@ -266,6 +266,8 @@ void InventoryView::dropSelectedRow(std::string_view category) {
   if (hasSelectedRow()) {
     fa.RemoveItem(fa.Row);
     rowsChanged();
+  } else {
+    refill(category);  // a save has read the list anew, with no row selected
   }
   lowerCount([category](const Category& each) { return each.id == category; });
 }

@@ -45,8 +45,8 @@ class InventoryView : public MainView {
   void refill(std::string_view category) override;
   /// What the selected node's list is asked by; empty without a node.
   [[nodiscard]] std::string_view selectedCategory() const;
-  /// Takes the selected row away, if there is one, and lowers the count of this category, since a record of
-  /// it was deleted.
+  /// Takes the selected row away, or reads the list anew where none is selected, and lowers the count of this
+  /// category, since a record of it was deleted.
   void dropSelectedRow(std::string_view category) override;
   /// Does the same with the row of a record, if the list shows it. The category is given by its name.
   void dropRecord(std::string_view id, std::string_view category) override;

@@ -3,7 +3,8 @@
 #include "frame/modMain.h"
 #include "inventory/inventory_removal.h"
 #include "inventory/notes_panel.h"
-#include "inventory/record_gone.h"
+#include "inventory/record_refusals.h"
+#include "messaging/return_codes.h"
 #include "platform/wiring.h"
 #include "records/records.h"
 #include "records/required_fields.h"
@@ -146,7 +147,14 @@ void InventoryWindow::Save() {
 bool InventoryWindow::send(bool created) {
   if (!created) app_.message.Add(kind_.idTag, id_);
   addRecord(created);
-  if (!askForRecord(app_, ask_, created ? kind_.create : kind_.update)) return false;
+  const std::string_view code = created ? kind_.create : kind_.update;
+  const int rc = ask_.codeOf(code);
+  if (rc == codes::NotFound && id_.empty()) {
+    warningBox(app_.desktop,
+               "This record is not stored, since its first save was refused.\n\nPlease enter it again.");
+    return false;
+  }
+  if (!recordSucceeded(app_, ask_, rc, code)) return false;
   if (created) {
     id_ = app_.message.Get(kind_.idTag);
     Tag = recordTag(opening().kind, id_);

@@ -1,6 +1,7 @@
 #include "inventory/notes_panel.h"
 
 #include "frame/app.h"
+#include "inventory/record_refusals.h"
 #include "messaging/server_tools.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -171,7 +172,8 @@ void NotesPanel::cmdSaveNote_Click() {
 bool NotesPanel::save(const std::string& selectedThen) {
   if (typeId_.empty()) return false;
   const std::string text = txtNote.Text;
-  if (!ask_(kind_.saveCode, {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}, {tags::MNO, text}}))
+  if (!askForRecord(app_, ask_, kind_.saveCode,
+                    {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}, {tags::MNO, text}}))
     return false;
   Dirty = false;
   fillTypes(selectedThen);

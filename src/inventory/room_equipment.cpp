@@ -5,6 +5,7 @@
 #include "inventory/frmRoomEquip.h"
 #include "inventory/modRoom.h"
 #include "inventory/pending_move.h"
+#include "inventory/record_refusals.h"
 #include "inventory/status_names.h"
 #include "messaging/return_codes.h"
 #include "platform/text.h"
@@ -72,6 +73,7 @@ void RoomEquipment::secure(const Rights& rights) {
                           {undo, Right::RMUPD},
                           {newPiece, Right::EQADD},
                           {newGroup, Right::EQADD}});
+  txtBarOrNumber.Enabled = rights.has(Right::RMUPD);
   const bool opens = !viewOnly(rights, Subject::Rooms) && mayReach(rights, Subject::Equipment);
   editPiece.Allowed = opens;
   editGroup.Allowed = opens;
@@ -80,7 +82,8 @@ void RoomEquipment::secure(const Rights& rights) {
 // Moving
 
 bool RoomEquipment::place(const std::string& id, const std::string& roomId) {
-  return ask_("ADDREQP", {{tags::EID, id}, {tags::RID, roomId}, {tags::ULI, app_.context.locationId}});
+  return askForRecord(app_, ask_, "ADDREQP",
+                      {{tags::EID, id}, {tags::RID, roomId}, {tags::ULI, app_.context.locationId}});
 }
 
 bool RoomEquipment::put(const MemberThing& thing, bool) {

@@ -4,7 +4,7 @@
 
 #include "inventory/frmNumbers.h"
 #include "inventory/frmStatus.h"
-#include "inventory/record_gone.h"
+#include "inventory/record_refusals.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"

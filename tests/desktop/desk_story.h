@@ -62,10 +62,13 @@ inline const fs::path& libraryFile() {
 
 class DeskStory : public DesktopTest {
  protected:
-  DeskStory() : folder_(fs::temp_directory_path() / ("vantry-desk-" + std::to_string(::getpid()))) {
+  /// `change` is given the story's own library before it is served.
+  explicit DeskStory(const std::function<void(const fs::path&)>& change = nullptr)
+      : folder_(fs::temp_directory_path() / ("vantry-desk-" + std::to_string(::getpid()))) {
     fs::remove_all(folder_);
     fs::create_directories(folder_);
     fs::copy_file(libraryFile(), folder_ / "library.sqlite");
+    if (change) change(folder_ / "library.sqlite");
     settings_ = std::make_unique<FileSettings>(folder_ / "settings.ini");
     settings_->SaveSetting(kSettingsApplication, kSettingsSection, "View", "0");
     server_ =

@@ -1,5 +1,5 @@
 // Walks through the program on a small library as an operator would and writes a picture of every window that
-// it meets: for whoever works on the look. Usage: vantry_tour FOLDER
+// it meets: for whoever works on the look. Usage: vantry_tour FOLDER [small] [dark]
 
 #include <QApplication>
 #include <QDialog>
@@ -74,7 +74,10 @@ class Tour {
 
   void picture(Form& form, const QString& name) {
     desktop_.handleEvents();
-    if (FormWindow* window = desktop_.windowOf(form)) save(*window, name);
+    FormWindow* window = desktop_.windowOf(form);
+    if (!window) return;
+    window->resize(window->size().boundedTo(size_));
+    save(*window, name);
   }
   void save(QWidget& window, const QString& name) {
     const QString file = QString("%1/%2-%3.png").arg(folder_).arg(++number_, 2, 10, QChar('0')).arg(name);
@@ -436,7 +439,7 @@ class Tour {
   QtDesktop& desktop_;
   Program& program_;
   QString folder_;
-  QSize size_;  ///< of the main window
+  QSize size_;  ///< of the main window; no other is larger
   QTimer watch_;
   QWidget* seen_ = nullptr;
   std::deque<std::function<void(QWidget&)>> answers_;
