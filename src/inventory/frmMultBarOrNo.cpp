@@ -2,8 +2,16 @@
 
 #include "frame/app.h"
 #include "platform/wiring.h"
+#include "words/tags.h"
 
 namespace vantry {
+
+static constexpr ReplyColumn kColumns[] = {{"ID", tags::EID, CellKind::Plain, 0},
+                                           {"Number", tags::ENO},
+                                           {"Barcode", tags::BNO},
+                                           {"Type", tags::ETY},
+                                           {"Status", tags::STY},
+                                           {"Group?", tags::EIU}};
 
 frmMultBarOrNo::frmMultBarOrNo(App& app) : Form(app.windows, "frmMultBarOrNo"), app_(app) {
   Caption = "Multiple Equipment Matches";
@@ -23,21 +31,12 @@ void frmMultBarOrNo::Form_Load() {
   lblHeader.Caption = std::string(lookUp.byNumber ? "The number" : "The barcode") +
                       " you have entered is associated with more than one Equipment/Group item.  "
                       "Please select one.";
-  fa.Redraw = false;
-  fa.FormatString = "<ID|<Number|<Barcode|<Type|<Status|<Group?";
-  fa.ColWidth(0, 0);
-  fa.Rows = static_cast<int>(lookUp.LookupRows.size()) + 1;
-  int row = 1;
-  for (const LookUpRow& hit : lookUp.LookupRows) {
-    int col = 0;
-    for (const std::string& text : {hit.EID, hit.ENO, hit.BNO, hit.ETY, hit.STY})
-      fa.TextMatrix(row, col++, text);
-    fa.TextMatrix(row, col, hit.EIU == "Y" ? "Yes" : "No");
-    ++row;
-  }
-  fa.AutoSize(1, fa.Cols - 1);
+  list_.build(dialogLayout(kColumns));
+  std::vector<ListRow> rows;
+  for (const LookUpRow& hit : lookUp.LookupRows)
+    rows.push_back({hit.EID, hit.ENO, hit.BNO, hit.ETY, hit.STY, hit.EIU == "Y" ? "Yes" : "No"});
+  list_.fill(rows);
   fa.Row = 1;
-  fa.Redraw = true;
 }
 
 void frmMultBarOrNo::Form_Activate() {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "frame/app.h"
+#include "lists/reply_list.h"
 #include "platform/controls.h"
-#include "platform/grid.h"
 
 namespace vantry {
 
@@ -23,6 +23,7 @@ class frmMultBarOrNo : public Form {
 
  private:
   App& app_;
+  ReplyList list_{app_, fa};
 };
 
 }  // namespace vantry

@@ -62,6 +62,8 @@ ReplyList::ReplyList(App& app, Grid& grid, std::optional<MomentFields> moments)
 // Columns
 
 void ReplyList::build(const ReplyLayout& layout) {
+  // What the operator chose in the window since the first columns stays.
+  if (layout_.columns.empty() && layout.merges) SetGridMerge(grid_, app_.preferences.MergeCells);
   layout_ = layout;
   std::string format;
   for (const ReplyColumn& column : layout.columns) {
@@ -212,7 +214,7 @@ std::string ReplyList::momentText(CellKind kind, std::string_view moment) const 
 
 /// There are new rows: their cells merge and their columns fit. What is hidden stays so.
 void ReplyList::dress() {
-  if (layout_.merges) SetGridMerge(grid_, app_.preferences.MergeCells);
+  if (layout_.merges) SetGridMerge(grid_, grid_.MergeCells == MergeMode::Free);
   if (layout_.fit == ColumnFit::Preferred) SetGridAutoSize(app_, grid_);
   if (layout_.fit == ColumnFit::Always) grid_.AutoSize(0, grid_.Cols - 1, layout_.widest);
 }
