@@ -428,16 +428,10 @@ TEST_F(BookingStory, ViewOnlyLooksAtAllTabsAndChangesNothing) {
   start();
   frmBooking& form = edit(rowOf("0"));
   ASSERT_TRUE(form.media.faMedia.hasData()) << "the first live booking has media that need equipment";
-  QWidget& window = this->window(form);
   std::set<std::string> live;
   for (int tab = 0; tab < 7; ++tab) {
     openTab(form, "tabBooking", tab);
-    for (QWidget* part : window.findChildren<QWidget*>()) {
-      const bool input = part->property("readOnly").isValid() || qobject_cast<QAbstractButton*>(part) ||
-                         qobject_cast<QComboBox*>(part);
-      if (!input || !part->isVisible() || !part->isEnabled() || part->property("readOnly").toBool()) continue;
-      if (!part->objectName().isEmpty()) live.insert(part->objectName().toStdString());
-    }
+    live.merge(openInputs(form));
   }
   EXPECT_EQ(live, (std::set<std::string>{"abPrint", "cmdMARC", "cmdRoomView(0)"})) << "all else is closed";
 

@@ -3,6 +3,7 @@
 // Whole stories: real widgets, driven as an operator drives them, over the real server with its small
 // library.
 #include <QAction>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <deque>
 #include <filesystem>
+#include <set>
 
 #include "desktop/desktop_test.h"
 #include "desktop/grid_view.h"
@@ -182,6 +184,19 @@ class DeskStory : public DesktopTest {
   }
   void scan(const Form& form, const char* name, const std::string& barcode) {
     write(form, name, barcode, Qt::Key_Return);
+  }
+  /// The inputs of what the window shows that its operator can change or press.
+  std::set<std::string> openInputs(const Form& form) {
+    std::set<std::string> names;
+    for (QWidget* part : window(form).findChildren<QWidget*>()) {
+      const bool input = part->property("readOnly").isValid() || qobject_cast<QAbstractButton*>(part) ||
+                         qobject_cast<QComboBox*>(part);
+      const std::string name = part->objectName().toStdString();
+      if (!input || name.empty() || !part->isVisible() || !part->isEnabled()) continue;
+      const auto* combo = dynamic_cast<ComboBox*>(form.findControl(name));
+      if (!part->property("readOnly").toBool() && !(combo && combo->Locked)) names.insert(name);
+    }
+    return names;
   }
   std::string text(const Form& form, const char* name) {
     return find<QLineEdit>(form, name).text().toStdString();

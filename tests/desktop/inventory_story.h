@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QInputMethodEvent>
+#include <QPlainTextEdit>
 #include <QTreeWidget>
 
 #include "desktop/desk_story.h"
@@ -137,8 +138,56 @@ struct InventoryDesk : DeskStory {
     QTest::mouseDClick(&find<QWidget>(form, name), Qt::LeftButton);
     desktop.handleEvents();
   }
+  void openList(ViewId view, int kind, const char* category) {
+    open(view);
+    clickNode(indexed("tvwDB", kind).c_str(), category);
+  }
+  GridView& list(const Form& form, const char* name) { return find<GridView>(form, name); }
+  int rowsIn(const Form& form, const char* name) { return list(form, name).model()->rowCount(); }
+  void select(const Form& form, const char* name, int row) {
+    clickRow(list(form, name), row, 0);
+    desktop.handleEvents();
+  }
+  /// Adds a detail of the first type, in the window that opens.
+  void addDetail(const Form& form, const char* text) {
+    whenShown("txtDetails", [text](QWidget& window) {
+      clickRow(*window.findChild<GridView*>("fa"), 1, 0);
+      QTest::keyClicks(window.findChild<QPlainTextEdit*>("txtDetails"), text);
+      window.findChild<QPushButton*>("cmdOK")->click();
+    });
+    click(form, "cmdAddDetail");
+  }
+  /// Applies a status in the window that a double click on the status opens.
+  void applyStatus(const Form& form, const char* status, const char* note, const char* refusal = nullptr) {
+    whenShown("cmdAddStatus", [status](QWidget& window) {
+      auto& types = *window.findChild<GridView*>("fa(0)");
+      const auto found = types.model()->match(types.model()->index(0, 1), Qt::DisplayRole, status);
+      ASSERT_FALSE(found.isEmpty());
+      clickRow(types, found.front().row() + 1, 0);
+      window.findChild<QPushButton*>("cmdAddStatus")->click();
+      window.findChild<QPushButton*>("cmdOK")->click();
+    });
+    whenShown("txtNotes", [note](QWidget& window) {
+      QTest::keyClicks(window.findChild<QPlainTextEdit*>("txtNotes"), note);
+      window.findChild<QPushButton*>("cmdOK")->click();
+    });
+    if (refusal) answerBox(refusal, "OK");
+    doubleClick(form, "txtSTS_TYPE");
+  }
+  /// Gives the piece or group this active barcode by a scan, in the window that a double click opens.
+  void giveBarcode(const Form& form, const char* barcode) {
+    whenShown("cboBARCODE_STS", [this, barcode](QWidget& window) {
+      wand(barcode);
+      const auto* field = window.findChild<QLineEdit*>("txtBARCODE_NO");
+      EXPECT_TRUE(waitUntil([&] { return field->text() == barcode; }));
+      choose(window, "cboBARCODE_STS", "Active");
+      window.findChild<QPushButton*>("cmdSave")->click();
+      window.findChild<QPushButton*>("cmdClose")->click();
+    });
+    doubleClick(form, "txtBARCODE_NO");
+  }
   std::string caption(const Form& form) { return window(form).windowTitle().toStdString(); }
-  /// The id of the record that has this number, or of the first one of this barcode; empty for none.
+  /// The id of the piece or group that has this number; empty for none.
   std::string idOf(const char* number) {
     if (ask("GETIBYB", {{"BARORNO", "1"}, {"ENO", number}}) != 0) return {};
     return get("EID");

@@ -25,10 +25,6 @@ struct RecordStory : InventoryDesk {
     logOnAs("admin", 3);
     start();
   }
-  void openList(ViewId view, int kind, const char* category) {
-    open(view);
-    clickNode(indexed("tvwDB", kind).c_str(), category);
-  }
   frmEquipment& television(const QString& barcode) {
     openList(ViewId::Equipment, kEquipment, "Television");
     return openRecord<frmEquipment>(kEquipment, barcode);
@@ -36,12 +32,6 @@ struct RecordStory : InventoryDesk {
   std::string ofPiece(const std::string& id, std::string_view tag) {
     EXPECT_EQ(ask("GETEDTL", {{"EID", id}}), 0);
     return get(tag);
-  }
-  GridView& list(const Form& form, const char* name) { return find<GridView>(form, name); }
-  int rowsIn(const Form& form, const char* name) { return list(form, name).model()->rowCount(); }
-  void select(const Form& form, const char* name, int row) {
-    clickRow(list(form, name), row, 0);
-    desktop.handleEvents();
   }
   /// What is booked is kept in a storage room.
   void keepInStorage(const Form& form) {
@@ -66,49 +56,6 @@ struct RecordStory : InventoryDesk {
     std::set<std::string> ids;
     while (app().message.NextRecord("EID")) ids.insert(get("EID"));
     return ids;
-  }
-  /// A locked list shows nothing of it to the toolkit.
-  static bool isLocked(const Form& form, const QWidget& widget) {
-    const auto* combo = dynamic_cast<ComboBox*>(form.findControl(widget.objectName().toStdString()));
-    return combo && combo->Locked;
-  }
-  /// Adds a detail of the first type, in the window that opens.
-  void addDetail(const Form& form, const char* text) {
-    whenShown("txtDetails", [text](QWidget& window) {
-      clickRow(*window.findChild<GridView*>("fa"), 1, 0);
-      QTest::keyClicks(window.findChild<QPlainTextEdit*>("txtDetails"), text);
-      window.findChild<QPushButton*>("cmdOK")->click();
-    });
-    click(form, "cmdAddDetail");
-  }
-  /// Applies a status in the window that a double click on the status opens.
-  void applyStatus(const Form& form, const char* status, const char* note, const char* refusal = nullptr) {
-    whenShown("cmdAddStatus", [status](QWidget& window) {
-      auto& types = *window.findChild<GridView*>("fa(0)");
-      const auto found = types.model()->match(types.model()->index(0, 1), Qt::DisplayRole, status);
-      ASSERT_FALSE(found.isEmpty());
-      clickRow(types, found.front().row() + 1, 0);
-      window.findChild<QPushButton*>("cmdAddStatus")->click();
-      window.findChild<QPushButton*>("cmdOK")->click();
-    });
-    whenShown("txtNotes", [note](QWidget& window) {
-      QTest::keyClicks(window.findChild<QPlainTextEdit*>("txtNotes"), note);
-      window.findChild<QPushButton*>("cmdOK")->click();
-    });
-    if (refusal) answerBox(refusal, "OK");
-    doubleClick(form, "txtSTS_TYPE");
-  }
-  /// Gives the piece or group this active barcode by a scan, in the window that a double click opens.
-  void giveBarcode(const Form& form, const char* barcode) {
-    whenShown("cboBARCODE_STS", [this, barcode](QWidget& window) {
-      wand(barcode);
-      const auto* field = window.findChild<QLineEdit*>("txtBARCODE_NO");
-      EXPECT_TRUE(waitUntil([&] { return field->text() == barcode; }));
-      choose(window, "cboBARCODE_STS", "Active");
-      window.findChild<QPushButton*>("cmdSave")->click();
-      window.findChild<QPushButton*>("cmdClose")->click();
-    });
-    doubleClick(form, "txtBARCODE_NO");
   }
 };
 
@@ -279,14 +226,7 @@ TEST_F(RecordStory, WhoMayOnlyLookSeesAllPagesAndChangesNothing) {
     if (c.pages > 2) expected.insert({"cmdViewCurrentBookings", "cmdViewOldBookings"});
     for (int page = 0; page < c.pages; ++page) {
       openTab(record, c.tabs, page);
-      for (QWidget* part : window(record).findChildren<QWidget*>()) {
-        const auto* list = qobject_cast<QComboBox*>(part);
-        const bool input =
-            part->property("readOnly").isValid() || qobject_cast<QAbstractButton*>(part) || list;
-        const bool open = part->isVisible() && part->isEnabled() && !part->property("readOnly").toBool();
-        if (input && open && !part->objectName().isEmpty() && !isLocked(record, *part))
-          live.insert(part->objectName().toStdString());
-      }
+      live.merge(openInputs(record));
     }
     EXPECT_EQ(live, expected) << "all else is closed";
     EXPECT_TRUE(record.Unload());
@@ -358,8 +298,8 @@ TEST_F(RecordStory, WhatIsInUseOrTooLongIsToldAndNotHalfStored) {
 }
 
 /// The types, policies and operators of the small library, and nothing that was ever bought or booked.
-struct EmptyShelves : RecordStory {
-  EmptyShelves() : RecordStory(empty) {}
+struct EmptyShelvesStory : RecordStory {
+  EmptyShelvesStory() : RecordStory(empty) {}
   static void empty(const fs::path& file) {
     server::Database library(file.string());
     library.write([](server::Connection& db) {
@@ -369,7 +309,7 @@ struct EmptyShelves : RecordStory {
   }
 };
 
-TEST_F(EmptyShelves, AnInventoryIsBuiltUpByHand) {
+TEST_F(EmptyShelvesStory, AnInventoryIsBuiltUpByHand) {
   startAsAdmin();
   EXPECT_EQ(node("tvwDB(2)", "Classroom"), "Classroom (0)");
   openList(ViewId::Equipment, kEquipment, "Television");
