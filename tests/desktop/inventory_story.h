@@ -186,6 +186,16 @@ struct InventoryDesk : DeskStory {
     });
     doubleClick(form, "txtBARCODE_NO");
   }
+  std::string ofPiece(const std::string& id, std::string_view tag) {
+    EXPECT_EQ(ask("GETEDTL", {{"EID", id}}), 0);
+    return get(tag);
+  }
+  std::set<std::string> bookedIn(const std::string& booking) {
+    EXPECT_EQ(ask("GETSEQ", {{"BOOKID", booking}}), 0);
+    std::set<std::string> ids;
+    while (app().message.NextRecord("EID")) ids.insert(get("EID"));
+    return ids;
+  }
   std::string caption(const Form& form) { return window(form).windowTitle().toStdString(); }
   /// The id of the piece or group that has this number; empty for none.
   std::string idOf(const char* number) {

@@ -29,10 +29,6 @@ struct RecordStory : InventoryDesk {
     openList(ViewId::Equipment, kEquipment, "Television");
     return openRecord<frmEquipment>(kEquipment, barcode);
   }
-  std::string ofPiece(const std::string& id, std::string_view tag) {
-    EXPECT_EQ(ask("GETEDTL", {{"EID", id}}), 0);
-    return get(tag);
-  }
   /// What is booked is kept in a storage room.
   void keepInStorage(const Form& form) {
     const auto& rooms = find<QComboBox>(form, "cboROOM_NAME");
@@ -50,12 +46,6 @@ struct RecordStory : InventoryDesk {
     }
     EXPECT_EQ(ask("NEWBK", tags), 0) << get("CANTREAD");
     return get("BOOKID");
-  }
-  std::set<std::string> bookedIn(const std::string& booking) {
-    EXPECT_EQ(ask("GETSEQ", {{"BOOKID", booking}}), 0);
-    std::set<std::string> ids;
-    while (app().message.NextRecord("EID")) ids.insert(get("EID"));
-    return ids;
   }
 };
 
