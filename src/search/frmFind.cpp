@@ -55,7 +55,7 @@ std::string listedName(const TagMessage& message) {
 frmFind::frmFind(App& app)
     : Form(app.windows, std::string(kSearchWindow)),
       chkHistBookings(criteria(kFindBookings).fraSearch, "chkHistBookings", "Include historical boo&kings"),
-      results(app, faResults, {dtServerDate, txtServerTime}),
+      results(app, faResults, MomentFields{dtServerDate, txtServerTime}),
       app_(app) {
   Caption = "Find";
   Icon = "search";
