@@ -1,5 +1,6 @@
 // The lists of the inventory, as whoever keeps it works with them.
 #include "desktop/inventory_story.h"
+#include "inventory/inventory_view.h"
 
 namespace vantry::test {
 namespace {
