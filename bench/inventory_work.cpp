@@ -1,5 +1,5 @@
 // What whoever keeps the inventory waits for, with 50,000 more pieces of the library's types and 3,000 more
-// groups: the trees, a category of 5,000 pieces, a record, its save, a new member. Medians in milliseconds,
+// groups: the trees, a category of 5,000 pieces, a record, its save. Medians in milliseconds,
 // from the command to the painted window; of them, what server and wire took, in how many requests.
 //
 //   inventory_work FOLDER          a library, made in FOLDER anew
@@ -12,7 +12,6 @@
 #include "frame/app.h"
 #include "frame/modMain.h"
 #include "inventory/frmEquipment.h"
-#include "inventory/frmGroup.h"
 #include "inventory/inventory_view.h"
 #include "records/records.h"
 #include "server/store/database.h"
@@ -40,8 +39,10 @@ void enlarge(const std::string& file) {
     const std::string room = "(select min(id) from rooms), 0";
     const std::string desk = "(select location_id from rooms where id = (select min(id) from rooms))";
     fill(db, "equipment (equipment_type_id, number, maker, model, serial, location_id, room_id, created_at)",
-         "(select id from equipment_types where of_groups = 0 order by id limit 1 offset " + place +
-             "), 'BN' || i, 'Maker ' || (i % 200), 'Model ' || (i % 2000), 'BS' || i, " + desk + ", " + room,
+         "(select t.id from (select id, row_number() over (order by name) - 1 as place from equipment_types "
+         "where of_groups = 0) t where t.place = " +
+             place + "), 'BN' || i, 'Maker ' || (i % 200), 'Model ' || (i % 2000), 'BS' || i, " + desk +
+             ", " + room,
          kPieces);
     fill(db, "equipment (is_group, equipment_type_id, number, location_id, room_id, created_at)",
          "1, (select min(id) from equipment_types where of_groups = 1), 'BG' || i, " + desk + ", " + room,
@@ -64,7 +65,6 @@ class InventoryWork {
     categories();
     main().showView(ViewId::Day);
     records();
-    members();
     std::printf("memory of client and embedded server, MB  %.0f\n", memoryMegabytes());
     return failures_;
   }
@@ -134,33 +134,6 @@ class InventoryWork {
     }
     tell("saving a piece");
     window.Unload();
-  }
-
-  void members() {
-    const std::string group = ask("GETGITM", app().context.categories.groups.front().id);
-    auto* window = dynamic_cast<frmGroup*>(OpenRecordWindow(app(), {kGroup, group, kSourceMainWindow}));
-    if (!window) return expect(false, "a group opens");
-    window->mnuViewPage_Click(2);
-    GroupMembers& page = window->members;
-    page.tree.click(page.tree.Roots().back()->children.back()->key);
-    for (int round = 0; round < kRounds; ++round) {
-      const int before = page.faMembers.Rows;
-      page.faCandidates.click(1, 1);
-      time([&] { page.cmdAdd.press(); });
-      expect(page.faMembers.Rows == before + 1, "a piece joins the group");
-    }
-    tell("adding a member");
-    window->Closing = true;
-    window->Unload();
-  }
-
-  /// The last record of a category's list.
-  std::string ask(std::string_view code, const std::string& category) {
-    app().message.Add("ETI", category);
-    std::string id;
-    if (app().message.Send(code) != 0) return id;
-    while (app().message.NextRecord("EID")) id = app().message.Get("EID");
-    return id;
   }
 
   Bench& bench_;
