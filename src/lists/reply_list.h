@@ -119,8 +119,8 @@ class ReplyList {
   /// Sorts by the column under the pointer at the last right click and by the columns that belong to it; no
   /// row is selected afterwards.
   void sort(SortOrder order);
-  /// Moves that column to the front, with the columns that belong to it, and sorts by all columns from left to
-  /// right; the first row is selected afterwards.
+  /// Moves that column to the front, with the columns that belong to it, and sorts by all columns from left
+  /// to right; the first row is selected afterwards.
   void sortWhole(SortOrder order);
   /// Sorts ascending by the columns between these places in the layout, the first of them first, wherever
   /// they are now; no row is selected afterwards.

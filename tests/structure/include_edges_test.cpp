@@ -28,8 +28,9 @@ Names operator+(Names a, const Names& b) {
 
 /// The client's floors, from the ground up: each may include all that are before it.
 Names floorsUpTo(const std::string& folder) {
-  static const std::vector<std::string> kFloors = {"words",   "platform", "messaging",   "frame",    "lists",
-                                                   "records", "booking",  "circulation", "inventory", "search"};
+  static const std::vector<std::string> kFloors = {"words",     "platform", "messaging", "frame",
+                                                   "lists",     "records",  "booking",   "circulation",
+                                                   "inventory", "search"};
   Names below;
   for (const std::string& floor : kFloors) {
     if (floor == folder) break;
@@ -41,8 +42,8 @@ Names floorsUpTo(const std::string& folder) {
 /// Every folder of src/ that holds sources, and what its files may include.
 std::vector<FolderRow> allowedEdges() {
   std::vector<FolderRow> rows;
-  for (const char* folder :
-       {"words", "platform", "messaging", "frame", "lists", "records", "booking", "circulation", "inventory", "search"})
+  for (const char* folder : {"words", "platform", "messaging", "frame", "lists", "records", "booking",
+                             "circulation", "inventory", "search"})
     rows.push_back({folder, floorsUpTo(folder)});
   const Names client = floorsUpTo("");
   rows.push_back({"schedule", client});  // the main window holds all views

@@ -102,8 +102,7 @@ bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t excep
 
 void writeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode, std::int64_t statusId) {
   if (statusId == barcodeStatus::active) {
-    Query others(db,
-                 "update equipment_barcodes set status_id = :inactive where equipment_id = :id");
+    Query others(db, "update equipment_barcodes set status_id = :inactive where equipment_id = :id");
     others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).run();
   }
   removeBarcode(db, equipmentId, barcode);
