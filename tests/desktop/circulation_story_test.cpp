@@ -132,13 +132,13 @@ TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
   const auto pressOK = [](QWidget& dialog) {
     QTimer::singleShot(0, dialog.findChild<QPushButton*>("cmdOK"), &QPushButton::click);
   };
-  whenShown("dtDischargeDate", [&](QWidget& dialog) {
+  whenShown("chkOverride", [&](QWidget& dialog) {
     dialog.findChild<QAbstractButton*>("chkOverride")->click();
     write(dialog, "dtDischargeDate", "31/11/2026");
     pressOK(dialog);
   });
   answerBox("Please enter a valid date for Discharge Date.", "OK");
-  whenShown("dtDischargeDate", [&](QWidget& dialog) {
+  whenShown("chkOverride", [&](QWidget& dialog) {
     EXPECT_EQ(sent("DBK"), 0);
     auto* date = dialog.findChild<QLineEdit*>("dtDischargeDate");
     EXPECT_EQ(dialog.focusWidget(), date);
@@ -148,7 +148,7 @@ TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
     pressOK(dialog);
   });
   answerBox("Discharge Time is invalid!", "OK");
-  whenShown("dtDischargeDate", [&](QWidget& dialog) {
+  whenShown("chkOverride", [&](QWidget& dialog) {
     EXPECT_EQ(sent("DBK"), 0);
     write(dialog, "txtDischargeTime", "12:00");
     pressOK(dialog);
