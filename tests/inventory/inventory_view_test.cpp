@@ -3,7 +3,7 @@
 #include "frame/app.h"
 #include "frame/modMain.h"
 #include "inventory/group_view.h"
-#include "support/desk.h"
+#include "inventory/record_fixture.h"
 
 namespace vantry::test {
 namespace {
@@ -12,7 +12,7 @@ constexpr const char* kTelevisions = R"(
   EID=11 BNO=B11 ENO=TV1 LNA="Main Desk" RNM=Store STY="Not Charged" EMA=Tovan EMO=V-55 ESN=S1 GRPNO=SET1 EFO=HD
   EID=12 BNO=B12 ENO=TV2 LNA=Branch RNM=Hall STY=Charged EMA=Kessel EMO=K ESN=S2 GRPNO= EFO=4K)";
 
-class InventoryViewTest : public Desk {
+class InventoryViewTest : public RecordFixture {
  public:
   void SetUp() override {
     for (const char* code : {"GETOPS", "BOOKDAY"}) server.always(code);
@@ -68,14 +68,6 @@ class InventoryViewTest : public Desk {
     std::string all;
     for (const TreeNode* node : tree.Roots()) all += node->key + " = " + node->text + "\n";
     return all;
-  }
-  /// The visible columns of a row.
-  static std::string row(const Grid& grid, int row) {
-    std::string cells;
-    for (int col = 0; col < grid.Cols; ++col) {
-      if (grid.ColWidth(col) > 0) cells += grid.TextMatrix(row, col) + "|";
-    }
-    return cells;
   }
 };
 
