@@ -1,6 +1,6 @@
 #include "desktop/chatter.h"
 
-#include <QGuiApplication>
+#include <QByteArray>
 #include <QString>
 
 namespace vantry {
@@ -8,12 +8,14 @@ namespace vantry {
 static QtMessageHandler before = nullptr;
 
 static void passOn(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-  if (text.startsWith(QLatin1String("This plugin does not support"))) return;
+  for (const char* beginning : {"This plugin does not support", "QStandardPaths: XDG_RUNTIME_DIR not set"}) {
+    if (text.startsWith(QLatin1String(beginning))) return;
+  }
   if (before) before(type, context, text);
 }
 
 void quietUnseenScreen() {
-  if (QGuiApplication::platformName() == QLatin1String("offscreen")) before = qInstallMessageHandler(passOn);
+  if (qgetenv("QT_QPA_PLATFORM") == "offscreen") before = qInstallMessageHandler(passOn);
 }
 
 }  // namespace vantry

@@ -2,7 +2,7 @@
 
 namespace vantry {
 
-/// Drops what the platform without a screen says of everything that it cannot do. Called once, after the
+/// Drops what the platform without a screen says of everything that it cannot do. Called once, before the
 /// application is made.
 void quietUnseenScreen();
 

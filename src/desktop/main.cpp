@@ -74,8 +74,8 @@ int start(int argc, char** argv) {
     return 2;
   }
 
-  QApplication application(argc, argv);
   quietUnseenScreen();
+  QApplication application(argc, argv);
   QApplication::setApplicationName("Vantry");
   style::apply(application);
   options.program = QApplication::applicationDirPath().toStdString();

@@ -63,8 +63,8 @@ void frmLogon::enableOK() {
   cmdOK.Enabled = !trim(txtOperator.Text.get()).empty() && !txtPassword.Text.get().empty();
 }
 
-void frmLogon::say(std::string text) {
-  lblMessage.Caption = std::move(text);
+void frmLogon::say(const std::string& text) {
+  lblMessage.Caption = text;
   lblMessage.Visible = !lblMessage.Caption.get().empty();
 }
 

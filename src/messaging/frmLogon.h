@@ -34,7 +34,7 @@ class frmLogon : public Form {
 
  private:
   void enableOK();
-  void say(std::string text);
+  void say(const std::string& text);
   void refused();
   LogonAnswer logon();
 

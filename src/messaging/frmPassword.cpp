@@ -37,8 +37,8 @@ void frmPassword::enableOK() {
   cmdOK.Enabled = !txtOld.Text.get().empty() && !txtNew.Text.get().empty() && !txtRepeat.Text.get().empty();
 }
 
-void frmPassword::say(std::string text) {
-  lblMessage.Caption = std::move(text);
+void frmPassword::say(const std::string& text) {
+  lblMessage.Caption = text;
   lblMessage.Visible = !lblMessage.Caption.get().empty();
 }
 

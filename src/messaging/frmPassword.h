@@ -28,7 +28,7 @@ class frmPassword : public Form {
 
  private:
   void enableOK();
-  void say(std::string text);
+  void say(const std::string& text);
   /// Says why, and lets the field be typed anew.
   void refuse(std::string text, TextBox& field);
   bool change(std::string& reason);
