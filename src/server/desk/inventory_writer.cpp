@@ -125,6 +125,17 @@ bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record) {
   return count > 0;
 }
 
+bool areNumbersUnique(Connection& db, Moved moved, std::int64_t id) {
+  const std::string of = moved == Moved::Room ? "e.room_id = :id" : "(e.id = :id or e.group_id = :id)";
+  return countBy(
+             db,
+             "select count(*) from (select 1 from equipment e join equipment o on o.number = e.number and "
+             "o.equipment_type_id = e.equipment_type_id and o.location_id = e.location_id and o.id <> e.id "
+             "where " +
+                 of + " limit 1) k",
+             id) == 0;
+}
+
 bool isRoomNumberTaken(Connection& db, const RoomRecord& record) {
   std::int64_t count = 0;
   Query query(db,

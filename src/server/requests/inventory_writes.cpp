@@ -102,6 +102,8 @@ Reply changeEquipment(Context& context, const Message& message, bool isGroup, Re
   const Stamp stamp = stampOf(context, before->stamps.updatedAt);
   writeEquipment(context.db, record, stamp);
   if (isGroup) moveMembers(context.db, record);
+  if (before->locationId != record.locationId && !areNumbersUnique(context.db, Moved::Thing, record.id))
+    refuseTag(tags::ENO);
   note(context, "equipment changed", record.id);
   Reply reply = updatedReply(context, stamp);
   if (record.groupId != 0) reply.head(tags::MVL, moneyText(valueOfGroup(context.db, record.groupId)));
@@ -172,6 +174,8 @@ Reply changeRoom(Context& context, const Message& message) {
   if (const auto refusal = refusalToChangeRoom(context, *before, record)) return Reply(*refusal);
   const Stamp stamp = stampOf(context, before->stamps.updatedAt);
   writeRoom(context.db, record, detailsOf(context, message), stamp);
+  if (before->locationId != record.locationId && !areNumbersUnique(context.db, Moved::Room, record.id))
+    refuseTag(tags::ENO);
   note(context, "room changed", record.id);
   return updatedReply(context, stamp);
 }

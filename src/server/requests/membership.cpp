@@ -53,6 +53,7 @@ Reply addMember(Context& context, const Message& message) {
     const bool isOut = useOfEquipment(context.db, piece.id).out;
     if (isOut || leavesBooked || wouldMeet(context.db, piece.id, group.id)) return Reply(rc::bothBooked);
     follow = joinGroup(context.db, piece.id, group.id);
+    if (!areNumbersUnique(context.db, Moved::Thing, piece.id)) refuseTag(tags::ENO);
     note(context, "member added", piece.id, group.id);
   }
   Reply reply = valueReply(context, follow ? rc::bookingsFollow : 0, group.id);
@@ -93,6 +94,7 @@ Reply placeInRoom(Context& context, const Message& message) {
   if (!holdsAnyRight(context.db, context.session, moveRights)) return Reply(rc::noRight);
   if (!findRoom(context.db, room)) refuseTag(tags::RID);
   moveToRoom(context.db, id, room, stampOf(context, record->stamps.updatedAt));
+  if (!areNumbersUnique(context.db, Moved::Thing, id)) refuseTag(tags::ENO);
   note(context, "equipment moved", id, room);
   return Reply();
 }

@@ -44,6 +44,7 @@ TEST_P(Membership, BookingsOfTheGroupTakeANewMemberAndReleaseOneThatLeaves) {
   EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").rc, 182);
   EXPECT_EQ(heldBy("1"), "3,5,6,7");
   EXPECT_EQ(book("10", "EID=3").rc, 149) << "it is booked with its group";
+  EXPECT_EQ(send("AETGB", "EID=3; GRPID=5").text(), "-98|CANTREAD=EID") << "which is what it has not left";
   EXPECT_EQ(send("REMGITM", "EID=3; GRPID=5; ULI=1").text(), "100|BX=Y MVL=0.00");
   EXPECT_EQ(heldBy("1"), "5,6,7") << "it has left all the same";
   EXPECT_EQ(send("AETGB", "EID=3; GRPID=5").rc, 0);
@@ -91,6 +92,19 @@ TEST_P(Membership, APlaceIsAskedAboutAndChangedByOneRequest) {
   EXPECT_EQ(send("ADDREQP", "EID=2; RID=3").rc, 174);
   EXPECT_EQ(send("ADDREQP", "EID=2; RID=1; ULI=1").rc, 174);
   EXPECT_EQ(roomOf("2"), "3");
+}
+
+TEST_P(Membership, ANumberStaysUniqueWhereverAThingIsMoved) {
+  library().execute("update equipment set number = 'PRJ1' where id = 10");
+  EXPECT_EQ(send("ADDREQP", "EID=10; RID=1; ULI=1").text(), "-98|CANTREAD=ENO");
+  EXPECT_EQ(send("NEWGITM", "EID=10; GRPID=5; ULI=1").text(), "-98|CANTREAD=ENO");
+  EXPECT_EQ(send("GETEDTL", "EID=10").first("RID"), "6") << "nothing of it is stored";
+  EXPECT_EQ(send("GETEDTL", "EID=10").first("GRPID"), "");
+  EXPECT_EQ(send("UPDROOMD", "RID=6; RTI=2; RTY=; RNO=200; RNM=Branch Store; LOC=1; RCA=0").text(),
+            "-98|CANTREAD=ENO");
+  library().execute("update equipment set number = 'PRJ3', location_id = 2, room_id = 6 where id = 3");
+  EXPECT_EQ(send("ADDREQP", "EID=5; RID=6; ULI=1").text(), "-98|CANTREAD=ENO")
+      << "nor does a member meet another";
 }
 
 TEST_P(Membership, ARoomListsAllThatIsKeptInItWithItsStatus) {
