@@ -112,7 +112,7 @@ class DeskWork {
     TagMessage& m = app().message;
     const std::pair<std::string_view, std::string> limits[] = {{tags::BOOKID, "0"},
                                                                {tags::PGID, "0"},
-                                                               {tags::BTID, "2"},
+                                                               {tags::BTID, "1"},
                                                                {tags::STIME, kStart},
                                                                {tags::ETIME_, kEnd}};
     for (const auto& [tag, value] : limits) m.Add(tag, value);
@@ -167,7 +167,7 @@ class DeskWork {
     TagMessage& m = app().message;
     const std::pair<std::string_view, const char*> head[] = {
         {tags::STIME, kStart}, {tags::ETIME_, kEnd}, {tags::PID, "0"}, {tags::PGID, "0"},
-        {tags::PPID, "0"},     {tags::ADBK, "Y"},    {tags::RID, "1"}, {tags::BTID, "2"}};
+        {tags::PPID, "0"},     {tags::ADBK, "Y"},    {tags::RID, "1"}, {tags::BTID, "1"}};
     for (const auto& [tag, value] : head) m.Add(tag, value);
     for (const std::string& piece : pieces) m.Add(tags::EID, piece);
     for (const TagValue& tag : media) m.Add(tag.tag, tag.value);

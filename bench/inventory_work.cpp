@@ -1,5 +1,5 @@
 // What whoever keeps the inventory waits for, with 50,000 more pieces of the library's types and 3,000 more
-// groups: the trees, a category of 5,000 pieces, a record, its save. Medians in milliseconds,
+// groups: the trees, a category of 5,000 pieces, a record, its save, a new member. Medians in milliseconds,
 // from the command to the painted window; of them, what server and wire took, in how many requests.
 //
 //   inventory_work FOLDER          a library, made in FOLDER anew
@@ -12,6 +12,7 @@
 #include "frame/app.h"
 #include "frame/modMain.h"
 #include "inventory/frmEquipment.h"
+#include "inventory/frmGroup.h"
 #include "inventory/inventory_view.h"
 #include "records/records.h"
 #include "server/store/database.h"
@@ -45,7 +46,8 @@ void enlarge(const std::string& file) {
              ", " + room,
          kPieces);
     fill(db, "equipment (is_group, equipment_type_id, number, location_id, room_id, created_at)",
-         "1, (select min(id) from equipment_types where of_groups = 1), 'BG' || i, " + desk + ", " + room,
+         "1, (select id from equipment_types where of_groups = 1 order by name limit 1), 'BG' || i, " + desk +
+             ", " + room,
          kGroups);
     db.run(
         "insert into equipment_barcodes (equipment_id, barcode, status_id) "
@@ -65,6 +67,7 @@ class InventoryWork {
     categories();
     main().showView(ViewId::Day);
     records();
+    members();
     std::printf("memory of client and embedded server, MB  %.0f\n", memoryMegabytes());
     return failures_;
   }
@@ -134,6 +137,48 @@ class InventoryWork {
     }
     tell("saving a piece");
     window.Unload();
+  }
+
+  /// A group that the library did not have takes free pieces of a type.
+  void members() {
+    const std::string group = newGroup();
+    auto* window = dynamic_cast<frmGroup*>(OpenRecordWindow(app(), {kGroup, group, kSourceMainWindow}));
+    if (!window) return expect(false, "a group opens");
+    window->mnuViewPage_Click(2);
+    GroupMembers& page = window->members;
+    page.tree.click(page.tree.Roots().back()->children.back()->key);
+    bench_.desktop.handleEvents();
+    for (int round = 0; round < kRounds; ++round) {
+      const int before = page.faMembers.Rows;
+      page.faCandidates.click(freeRow(page.faCandidates), 1);
+      time([&] { page.cmdAdd.press(); });
+      expect(page.faMembers.Rows == before + 1, "a piece joins the group");
+    }
+    tell("adding a member");
+    window->Closing = true;
+    window->Unload();
+  }
+  /// The first row of a new piece that nothing is wrong with.
+  static int freeRow(const Grid& grid) {
+    for (int row = 1; row < grid.Rows; ++row) {
+      bool isNew = false;
+      bool isFree = false;
+      for (int col = 0; col < grid.Cols; ++col) {
+        isNew = isNew || grid.TextMatrix(row, col).starts_with("BBN");
+        isFree = isFree || grid.TextMatrix(row, col) == "Not Charged";
+      }
+      if (isNew && isFree) return row;
+    }
+    return 0;
+  }
+  std::string newGroup() {
+    app().message.Add("ETI", app().context.categories.groups.front().id);
+    std::string id;
+    if (app().message.Send("GETGITM") != 0) return id;
+    while (app().message.NextRecord("EID")) {
+      if (app().message.Get("ENO").starts_with("BG")) id = app().message.Get("EID");
+    }
+    return id;
   }
 
   Bench& bench_;
