@@ -645,6 +645,13 @@ create index room_details_room on room_details (room_id);
 create index equipment_current_room on equipment (current_room_id) where current_room_id is not null;
 )";
 
+// Pieces that can be added to a room or a group are counted by type, without a look at the pieces. Where a
+// thing is now is known by its booking.
+constexpr std::string_view looseEquipment = R"(
+drop index equipment_current_room;
+create index equipment_loose on equipment (equipment_type_id, group_id, room_id);
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -662,6 +669,7 @@ const std::array steps{
     Migration{14, "statuses of the system", systemStatuses},
     Migration{15, "repeated details of rooms", repeatedDetails},
     Migration{16, "search", searchTables, foldForSearch},
+    Migration{17, "loose equipment", looseEquipment},
 };
 
 }  // namespace

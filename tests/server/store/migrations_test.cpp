@@ -32,13 +32,19 @@ constexpr Rows filled[] = {
     {9, always,
      "insert into replies (operator_id, request_id, code, reply, at) values (7, 'a', 'NEWBK', '{}', 1)"},
     {2, always, "insert into equipment_types (id, name) values (1, 'Camera')"},
-    {2, always,
+    {2, 15,
      "insert into equipment (id, equipment_type_id, number, location_id, created_at) values (1, 1, 'C', 1, "
      "0)"},
+    {16, always,
+     "insert into equipment (id, equipment_type_id, number, search_number, location_id, created_at) values "
+     "(1, 1, 'C', 'c', 1, 0)"},
     {2, always, "insert into room_types (id, name) values (1, 'Hall')"},
-    {2, always,
+    {2, 15,
      "insert into rooms (id, location_id, room_type_id, number, name, created_at) values (1, 1, 1, 'R', 'R', "
      "0)"},
+    {16, always,
+     "insert into rooms (id, location_id, room_type_id, number, name, search_name, created_at) values "
+     "(1, 1, 1, 'R', 'R', 'r', 0)"},
     {2, always, "insert into room_detail_types (id, name) values (1, 'Seats')"},
     {2, always, "insert into room_details (room_id, room_detail_type_id, content) values (1, 1, '20')"},
     {6, 13,
