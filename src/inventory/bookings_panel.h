@@ -47,6 +47,8 @@ class BookingsPanel {
   /// The first visit of the page.
   void load();
   /// A copy has no bookings: nothing else is asked for until it is saved.
+  /// No booking is selected any more.
+  void DisableButtons();
   void lock();
   void unlock();
   /// Applies the rights over bookings.

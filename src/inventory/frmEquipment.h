@@ -14,6 +14,7 @@ class frmEquipment : public PieceWindow {
   void txtGroup_DblClick();
   void cmdNewMaint_Click();
   void BuildMaintenanceTab() override { maintenance.BuildMaintenanceTab(); }
+  void takeNextMaintenance(const std::optional<Date>& date) override;
 
   Label lblEQUIP_MANUF{fraDetails, "lblEQUIP_MANUF", "Manufacturer:"};
   TextBox txtEQUIP_MANUF{fraDetails, "txtEQUIP_MANUF"};

@@ -57,6 +57,7 @@ class frmMaintenance : public InventoryWindow {
   void recordIsDeleted() override;
   void DisableEditing() override;
   void SetFormSecurity() override;
+  void DisableButtons() override { details.DisableButtons(); }
   void merge(bool on) override;
 
  private:
@@ -65,7 +66,7 @@ class frmMaintenance : public InventoryWindow {
   void arrange();
   void BuildStatusTypes();
   void sendStatus(std::string_view code);
-  void refreshPiece();
+  void tellPiece(const std::function<void(InventoryWindow&)>& tell);
   [[nodiscard]] Date today() const { return app_.clock.now().date; }
 
   RecordFields fields_;

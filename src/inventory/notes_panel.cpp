@@ -140,6 +140,7 @@ void NotesPanel::readNote() {
 }
 
 void NotesPanel::showNote(const std::string& text, const std::string& updated, const std::string& name) {
+  known_ = text;
   txtNote.Text = text;
   ServerTools::PutControlDate(updated, dtNOTE_UP_DATE);
   txtOPNAME.Text = name;
@@ -172,6 +173,7 @@ void NotesPanel::cmdSaveNote_Click() {
 bool NotesPanel::save(const std::string& selectedThen) {
   if (typeId_.empty()) return false;
   const std::string text = txtNote.Text;
+  if (!fitsMessage(app_.desktop, text) || !mayReplaceStored()) return false;
   if (!askForRecord(app_, ask_, kind_.saveCode,
                     {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}, {tags::MNO, text}}))
     return false;
@@ -179,6 +181,15 @@ bool NotesPanel::save(const std::string& selectedThen) {
   fillTypes(selectedThen);
   Saved = true;
   return true;
+}
+
+/// A note that somebody else has written meanwhile is not lost without a question. It is read again for that,
+/// as a record is before it is stored.
+bool NotesPanel::mayReplaceStored() {
+  if (ask_.codeOf(kind_.readCode, {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}}) != 0)
+    return true;
+  const std::string stored = app_.message.Get(tags::MNO);
+  return stored.empty() || stored == known_ || askToReplace(app_.desktop, "note", app_.message.Get(tags::ON));
 }
 
 void NotesPanel::cmdUndoNote_Click() {
@@ -192,9 +203,12 @@ void NotesPanel::cmdRemoveNote_Click() {
   load();
 }
 
-void NotesPanel::askBeforeClosing() {
-  if (Saved || !Dirty || !mayUpdate_) return;
-  if (askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) cmdSaveNote_Click();
+bool NotesPanel::mayClose() {
+  if (Saved || !Dirty || !mayUpdate_) return true;
+  if (!askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) return true;
+  if (!fitsMessage(app_.desktop, txtNote.Text.get())) return false;
+  cmdSaveNote_Click();
+  return true;
 }
 
 // Rights

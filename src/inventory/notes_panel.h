@@ -55,8 +55,9 @@ class NotesPanel {
   /// The copy is a record of its own now, without notes.
   void unlock();
   void secure(bool mayUpdate);
-  /// Asks whether a changed note is to be saved, before the window closes.
-  void askBeforeClosing();
+  /// Asks whether a changed note is to be saved, before the window closes. False for one that is too long to
+  /// be saved, which would be lost.
+  [[nodiscard]] bool mayClose();
 
   void cboNoteType_Click();
   void cmdSaveNote_Click();
@@ -74,12 +75,14 @@ class NotesPanel {
   void allowCommands();
   [[nodiscard]] bool hasType() const;
   [[nodiscard]] bool save(const std::string& selectedThen);
+  [[nodiscard]] bool mayReplaceStored();
 
   App& app_;
   const Ask& ask_;
   const NotesKind& kind_;
   std::function<std::string()> recordId_;
   std::string typeId_;  ///< of the note that is shown
+  std::string known_;   ///< its text as this window has read it
   bool mayUpdate_ = true;
   bool locked_ = false;
   bool loaded_ = false;

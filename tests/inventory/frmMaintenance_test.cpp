@@ -83,6 +83,7 @@ TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
   EXPECT_EQ(window.Tag, "3 - 12");
   EXPECT_TRUE(window.txtBARCODE_NO.Locked && window.mnuFilePrint.Enabled);
 
+  server.expect("GETMDTL", "MID=12");
   server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   desktop.expectInput("Enter an Equipment Barcode.", std::nullopt);
@@ -137,6 +138,7 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
     dialog.cmdOK.press();
   });
   window.details.cmdAddDetail.press();
+  server.expect("GETMDTL", "MID=9").replies(kRecord);
   server
       .expect("UPDEMAINTD",
               "MID=9 EID=11 BNO=B11 MNO=\"Lamp 3\" MDI=2026-03-04 MDO=2026-03-09 ENM=2027-03-09 MTI=3 MCO= "
@@ -160,6 +162,32 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   server.expect("REMMAINT", "MID=9");
   window.mnuFileDelete.choose();
   EXPECT_FALSE(FindRecordWindow(*app, kMaintenance, "9"));
+}
+
+TEST_F(FrmMaintenanceTest, ABarcodeStoresANewRecordAtOnce) {
+  start();
+  app->context.categories.years = {"2026"};
+  frmMaintenance& window = openNew();
+  server.expect("GETEGBTY");
+  server.expect("GETEGBAR", "EID=11").replies("BNO=b12 BSI=1");
+  desktop.expectModalWindow<frmBarcodes>("frmBarcodes", [](frmBarcodes& dialog) {
+    dialog.Unload();
+    dialog.barcode = "b12";
+  });
+  server.expect("NEWEMAINTD", "EID=11 BNO=B12 MNO= MDI=2026-11-24 MDO= ENM=").replies("MID=12");
+  server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
+  window.txtBARCODE_NO.doubleClick();
+  EXPECT_EQ(window.Tag.get() + window.txtBARCODE_NO.Text.get(), "3 - 12B12");
+
+  window.txtMEDIA_NOTE.type(std::string(1'000'000, 'x'));
+  desktop.expectWarning(kTooLong);
+  save(window);
+  EXPECT_TRUE(window.Dirty && !window.SaveOk) << "the note is not lost";
+  window.txtMEDIA_NOTE.type("Lamp");
+  server.expect("GETMDTL", "MID=12");
+  server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B12 MNO=Lamp MDI=2026-11-24 MDO= ENM=");
+  server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
+  save(window);
 }
 
 TEST_F(FrmMaintenanceTest, WhoMayOnlyLookChangesNothing) {

@@ -106,7 +106,9 @@ TEST_P(InventoryWrites, WhatABookingHoldsStaysInItsRoom) {
     EXPECT_EQ(send(code, "EID=" + std::string(id) + "; " + same).rc, 0) << "all else may change";
   }
   send("CANBK", "BOOKID=1");
-  EXPECT_EQ(send("UPDEQIPD", "EID=6; " + with(piece("TV3"), "RID=1")).rc, 0);
+  EXPECT_EQ(send("UPDEQIPD", "EID=6; " + with(piece("TV3", "EMA=New"), "RID=1")).rc, 125) << "a member";
+  EXPECT_EQ(send("GETEDTL", "EID=6").first("EMA"), "") << "nothing of it is stored";
+  EXPECT_EQ(send("UPDEQIPD", "EID=2; " + with(piece("TV2"), "RID=1")).rc, 0);
 }
 
 TEST_P(InventoryWrites, ARoomBecomesNoStorageUnderItsBookingsAndIsNoneLessUnderThoseOfItsThings) {
