@@ -109,7 +109,7 @@ struct RecordStory : InventoryDesk {
   }
   /// The question that a save asks after the other desk has changed the record; the answer.
   void answerChanged(const char* what, const char* button) {
-    const std::string question = "Administrator has changed this " + std::string(what) +
+    const std::string question = "Avery Admin has changed this " + std::string(what) +
                                  " since you opened it.\n\nDo you wish to SAVE your version in its place?";
     answerBox(question.c_str(), button);
   }
@@ -407,7 +407,7 @@ TEST_F(RecordStory, OfTwoDesksOnOneRoomTheSecondIsToldWhatTheFirstHasDone) {
   write(room, "txtROOM_NAME", "Mine");
   answerBox(kGone, "OK");
   click(room, "abSave");
-  answerBox(kGone, "OK");
+  answerBox(kDelete, "Yes");  // which is so already
   click(room, "abDelete");
 }
 
@@ -499,42 +499,64 @@ TEST_F(EmptyShelvesStory, AnInventoryIsBuiltUpByHand) {
   write(homeless, "txtEQUIP_NO", "TV1");
   answerBox("Missing Required Fields:\nRoom", "OK");
   click(homeless, "abSave");
-  answerBox("Changes will be lost!  Do you wish to SAVE this record before exiting?", "No");
+  answerBox(kChanges, "No");
   window(homeless).close();
 
-  open(ViewId::Rooms);
-  auto& room = openNew<frmRoom>(kRoom);
-  write(room, "txtROOM_NO", "R1");
-  click(room, "abSaveAndClose");
+  // Rooms: one to book, one that keeps what is booked.
+  auto& classroom = makeRoom("R1");
+  addDetail(classroom, "Rows of ten");
+  click(classroom, "abSaveAndClose");
   EXPECT_EQ(node("tvwDB(2)", "Classroom"), "Classroom (1)");
+  openList(ViewId::Rooms, kRoom, "Equipment Storage");
+  auto& store = openNew<frmRoom>(kRoom);
+  write(store, "txtROOM_NO", "S1");
+  write(store, "txtROOM_NAME", "Storage");
+  click(store, "abSaveAndClose");
+
+  // Pieces, with a label, a value and a note.
   openList(ViewId::Equipment, kEquipment, "Television");
   auto& piece = openNew<frmEquipment>(kEquipment);
+  EXPECT_EQ(piece.place.locationId(), app().context.locationId) << "the operator's own location comes first";
   write(piece, "txtEQUIP_NO", "TV1");
   write(piece, "txtBARCODE_NO", "LABEL1");
+  write(piece, "txtEQUIP_VALUER", "350");
+  keepInStorage(piece);
+  click(piece, "abSave");
+  openTab(piece, "tabEquipment", 3);
+  choose(piece, "cboEQUIP_NOTE_TYPE", find<QComboBox>(piece, "cboEQUIP_NOTE_TYPE").itemText(1));
+  compose(piece, "txtEQUIP_NOTE", "With its cable");
+  click(piece, "cmdSaveNote");
   click(piece, "abSaveAndNew");
   auto& next = last<frmEquipment>();
   write(next, "txtEQUIP_NO", "TV2");
+  keepInStorage(next);
   click(next, "abSaveAndClose");
   EXPECT_EQ(node("tvwDB(0)", "Television"), "Television (2)");
   EXPECT_EQ(rowsOf("fa(0)"), 2);
-  openList(ViewId::Groups, kGroup, "Video Set");
-  auto& group = openNew<frmGroup>(kGroup);
-  write(group, "txtEQUIP_NO", "SET1");
-  click(group, "abSave");
+
+  auto& group = makeGroup("SET1");
   openTab(group, "tabGroup", 2);
   write(group, "txtBarOrNumber", "LABEL1", Qt::Key_Return);
   EXPECT_EQ(rowsIn(group, "fa(1)"), 1);
+  EXPECT_EQ(group.txtEQUIP_VALUER.Text(), "$350.00");
+  const std::string groupId = group.recordId();
   window(group).close();
   EXPECT_EQ(node("tvwDB(1)", "Video Set"), "Video Set (1)");
-  open(ViewId::Maintenance);
-  whenShown("text", [](QWidget& box) {
-    QTest::keyClicks(box.findChild<QLineEdit*>(), "LABEL1");
-    QTest::keyClick(&box, Qt::Key_Return);
-  });
-  auto& record = openNew<frmMaintenance>(kMaintenance);
+  auto& record = makeMaintenance("LABEL1");
   EXPECT_EQ(text(record, "txtEQUIP_NO"), "TV1");
+  addDetail(record, "New lamp");
   click(record, "abSaveAndClose");
   EXPECT_EQ(node("tvwDB(3)", "2026"), "2026");
+
+  // It is kept, and can be booked.
+  const std::string id = idOf("TV1");
+  EXPECT_EQ(ofPiece(id, "BNO") + ' ' + ofPiece(id, "GRPNO") + ' ' + ofPiece(id, "EHM"), "LABEL1 SET1 1");
+  EXPECT_EQ(bookedIn(book(groupId)), std::set{groupId});
+  answerBox("Unable To Delete!\n\nBookings Exist!", "OK");
+  openList(ViewId::Groups, kGroup, "Video Set");
+  clickText("fa(1)", "SET1");
+  press(mainWindow(), "cmdDeleteInv", kGroup);
+  EXPECT_EQ(rowsOf("fa(1)"), 1);
 }
 
 }  // namespace

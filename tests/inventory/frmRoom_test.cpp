@@ -178,6 +178,27 @@ TEST_F(FrmRoomTest, DetailsChangeInTheListUntilTheRoomIsSaved) {
   EXPECT_EQ(room.txtSTS_TYPE.Text, "Closed");
 }
 
+TEST_F(FrmRoomTest, ARefusalSaysWhatIsWrong) {
+  start();
+  frmRoom& room = open();
+  const struct {
+    const char* tag;
+    const char* words;
+  } cases[] = {
+      {"RNO",
+       "This number is in use.\n\nAnother record of this type and location has it.  Nothing was stored."},
+      {"RTI", "This type is not there any more."},
+      {"RDI", "This type is not there any more."},
+      {"LOC", "The location is not there any more."}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.tag);
+    expectReread();
+    server.expect("UPDROOMD", kUpdate).fails(-98, "CANTREAD=" + std::string(c.tag));
+    desktop.expectWarning(c.words);
+    save(room);
+  }
+}
+
 TEST_F(FrmRoomTest, TheEquipmentPageListsGroupsAndPieces) {
   start();
   RoomEquipment& page = openEquipment();
