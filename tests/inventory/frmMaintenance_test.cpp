@@ -29,6 +29,15 @@ struct FrmMaintenanceTest : RecordFixture {
     server.expect("GETEGSTY").replies(kStatuses);
     return dynamic_cast<frmMaintenance&>(*OpenRecordWindow(*app, {kMaintenance, "", kSourceMainWindow}));
   }
+  /// The window of barcodes opens, and leaves another one active.
+  void expectBarcode() {
+    server.expect("GETEGBTY");
+    server.expect("GETEGBAR", "EID=11").replies("BNO=b12 BSI=1");
+    desktop.expectModalWindow<frmBarcodes>("frmBarcodes", [](frmBarcodes& dialog) {
+      dialog.Unload();
+      dialog.barcode = "b12";
+    });
+  }
   static std::string dates(const frmMaintenance& window) {
     return window.dtMAINT_DATEIN.shortDate() + "|" + window.dtMAINT_DATEOUT.shortDate() + "|" +
            window.dtEQUIP_NXT_MAINT.shortDate();
@@ -148,12 +157,7 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   save(window);
   EXPECT_EQ(window.propertyFields.txtUP_OPNAME.Text, "Ink");
 
-  server.expect("GETEGBTY");
-  server.expect("GETEGBAR", "EID=11").replies("BNO=b12 BSI=1");
-  desktop.expectModalWindow<frmBarcodes>("frmBarcodes", [](frmBarcodes& dialog) {
-    dialog.Unload();
-    dialog.barcode = "b12";
-  });
+  expectBarcode();
   server.expect("UPDEMAINTD", "MID=9 EID=11 BNO=B12").replies("UNM=Vale");
   EXPECT_TRUE(window.txtBARCODE_NO.pressKey("F4"));
   EXPECT_EQ(window.txtBARCODE_NO.Text, "B12");
@@ -168,12 +172,7 @@ TEST_F(FrmMaintenanceTest, ABarcodeStoresANewRecordAtOnce) {
   start();
   app->context.categories.years = {"2026"};
   frmMaintenance& window = openNew();
-  server.expect("GETEGBTY");
-  server.expect("GETEGBAR", "EID=11").replies("BNO=b12 BSI=1");
-  desktop.expectModalWindow<frmBarcodes>("frmBarcodes", [](frmBarcodes& dialog) {
-    dialog.Unload();
-    dialog.barcode = "b12";
-  });
+  expectBarcode();
   server.expect("NEWEMAINTD", "EID=11 BNO=B12 MNO= MDI=2026-11-24 MDO= ENM=").replies("MID=12");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   window.txtBARCODE_NO.doubleClick();
