@@ -176,7 +176,7 @@ void frmMaintenance::dtEQUIP_NXT_MAINT_Change() {
 // Saving
 
 bool frmMaintenance::requiredAreFilled() {
-  if (!dtMAINT_DATEIN.isEmpty()) return fitsMessage(app_.desktop, txtMEDIA_NOTE.Text.get());
+  if (!dtMAINT_DATEIN.isEmpty()) return fitsMessage(app_.desktop, txtMEDIA_NOTE.Text.get()) || holdBack();
   warningBox(app_.desktop, "Missing Required Fields:\n\nDate In");
   dtMAINT_DATEIN.SetFocus();
   return false;

@@ -159,9 +159,14 @@ bool InventoryWindow::mayReplaceStored() {
   if (id_.empty() || ask_.codeOf(kind_.read, {{kind_.idTag, id_}}) != 0) return true;
   const std::string updated = app_.message.Get(tags::UDT);
   if (updated == knownUpdate_) return true;
-  if (!askToReplace(app_.desktop, "record", app_.message.Get(tags::UNM))) return false;
+  if (!askToReplace(app_.desktop, "record", app_.message.Get(tags::UNM))) return holdBack();
   knownUpdate_ = updated;
   return true;
+}
+
+bool InventoryWindow::holdBack() {
+  heldBack_ = true;
+  return false;
 }
 
 void InventoryWindow::takeReply(bool created) {
@@ -227,7 +232,8 @@ void InventoryWindow::mnuFileDelete_Click() {
 bool InventoryWindow::Form_Unload() {
   const bool silent = Closing || (SaveOk && !Dirty);
   const bool asksForRecord = !SaveOk && Dirty && maySave();
-  if (!RecordWindow::Form_Unload()) return false;
+  heldBack_ = false;
+  if (!RecordWindow::Form_Unload() || heldBack_) return false;
   NotesPanel* notes = notesPanel();
   return !notes || silent || asksForRecord || !notesAreAsked() || notes->mayClose();
 }

@@ -136,6 +136,9 @@ class InventoryWindow : public RecordWindow {
   virtual void refreshLists() = 0;
   /// Shows the numbers in use anew, if they are open.
   virtual void refreshNumbers() {}
+  /// Ends a save with what was typed still there, since only the operator can settle what prevents it. A
+  /// window that was about to close stays open.
+  [[nodiscard]] bool holdBack();
   /// The record was deleted; the window closes.
   virtual void recordIsDeleted() {}
 
@@ -184,6 +187,7 @@ class InventoryWindow : public RecordWindow {
   std::string knownUpdate_;  ///< when the record was changed last, as far as this window knows
   Mode mode_ = Mode::Existing;
   bool copy_ = false;
+  bool heldBack_ = false;
 };
 
 }  // namespace vantry

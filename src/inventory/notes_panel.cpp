@@ -123,7 +123,7 @@ void NotesPanel::cboNoteType_Click() {
   const bool saves =
       askBox(app_.desktop, Box::Kind::Warning, "Note changes will be lost!  Do you wish to SAVE this note?");
   if (!saves) return readNote();
-  if (!save(cboNoteType.Text())) cboNoteType.ListIndex = cboNoteType.indexOfData(typeId_);
+  if (!mayStore() || !store(cboNoteType.Text())) cboNoteType.ListIndex = cboNoteType.indexOfData(typeId_);
 }
 
 // The note
@@ -166,14 +166,12 @@ void NotesPanel::allowCommands() {
 // Commands
 
 void NotesPanel::cmdSaveNote_Click() {
-  static_cast<void>(save(cboNoteType.Text()));
+  if (!typeId_.empty() && mayStore()) static_cast<void>(store(cboNoteType.Text()));
 }
 
 /// The selection of a type afterwards reads its note, with who wrote it and when.
-bool NotesPanel::save(const std::string& selectedThen) {
-  if (typeId_.empty()) return false;
+bool NotesPanel::store(const std::string& selectedThen) {
   const std::string text = txtNote.Text;
-  if (!fitsMessage(app_.desktop, text) || !mayReplaceStored()) return false;
   if (!askForRecord(app_, ask_, kind_.saveCode,
                     {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}, {tags::MNO, text}}))
     return false;
@@ -181,6 +179,10 @@ bool NotesPanel::save(const std::string& selectedThen) {
   fillTypes(selectedThen);
   Saved = true;
   return true;
+}
+
+bool NotesPanel::mayStore() {
+  return fitsMessage(app_.desktop, txtNote.Text.get()) && mayReplaceStored();
 }
 
 /// A note that somebody else has written meanwhile is not lost without a question. It is read again for that,
@@ -206,8 +208,8 @@ void NotesPanel::cmdRemoveNote_Click() {
 bool NotesPanel::mayClose() {
   if (Saved || !Dirty || !mayUpdate_) return true;
   if (!askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) return true;
-  if (!fitsMessage(app_.desktop, txtNote.Text.get())) return false;
-  cmdSaveNote_Click();
+  if (!mayStore()) return false;
+  static_cast<void>(store(cboNoteType.Text()));
   return true;
 }
 

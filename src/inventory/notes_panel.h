@@ -55,8 +55,8 @@ class NotesPanel {
   /// The copy is a record of its own now, without notes.
   void unlock();
   void secure(bool mayUpdate);
-  /// Asks whether a changed note is to be saved, before the window closes. False for one that is too long to
-  /// be saved, which would be lost.
+  /// Asks whether a changed note is to be saved, before the window closes. False for one that is not stored
+  /// yet, since only the operator can settle what prevents it.
   [[nodiscard]] bool mayClose();
 
   void cboNoteType_Click();
@@ -74,8 +74,9 @@ class NotesPanel {
   void textChanged();
   void allowCommands();
   [[nodiscard]] bool hasType() const;
-  [[nodiscard]] bool save(const std::string& selectedThen);
+  [[nodiscard]] bool mayStore();
   [[nodiscard]] bool mayReplaceStored();
+  [[nodiscard]] bool store(const std::string& selectedThen);
 
   App& app_;
   const Ask& ask_;

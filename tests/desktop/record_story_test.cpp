@@ -2,6 +2,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QPlainTextEdit>
+#include <QTextBrowser>
 #include <set>
 
 #include "desktop/inventory_story.h"
@@ -29,6 +30,16 @@ struct RecordStory : InventoryDesk {
   frmEquipment& television(const QString& barcode) {
     openList(ViewId::Equipment, kEquipment, "Television");
     return openRecord<frmEquipment>(kEquipment, barcode);
+  }
+  /// The heading of the help that has opened, which is closed again.
+  std::string helpPage() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      auto* pages = top->objectName() == "help" ? top->findChild<QTextBrowser*>() : nullptr;
+      if (!pages || !top->isVisible()) continue;
+      top->close();
+      return pages->toPlainText().section('\n', 0, 0).toStdString();
+    }
+    return {};
   }
   /// What is booked is kept in a storage room.
   void keepInStorage(const Form& form) {
@@ -155,6 +166,8 @@ TEST_F(RecordStory, APieceIsKeptFromItsPurchaseToItsEnd) {
 
   // Away to maintenance, and back.
   openTab(again, "tabEquipment", 2);
+  QTest::keyClick(&window(again), Qt::Key_F1);
+  EXPECT_EQ(helpPage(), "Maintenance") << "help on the page, not on the window";
   click(again, "cmdNewMaint");
   auto& record = last<frmMaintenance>();
   write(record, "dtMAINT_DATEIN", "2026-11-24");

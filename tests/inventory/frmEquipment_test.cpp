@@ -426,6 +426,9 @@ TEST_F(FrmEquipmentTest, WhatAnotherDeskHasStoredIsNotReplacedUnasked) {
   expectQuestion(1);
   save(piece);
   EXPECT_TRUE(piece.Dirty && !piece.SaveOk) << "what was typed is still there";
+  desktop.expectBox(Box::Kind::Warning, kChange, 0);
+  expectQuestion(1);
+  EXPECT_FALSE(piece.Unload()) << "nor is it lost when the window closes";
   expectQuestion(0);
   server
       .expect("UPDEQIPD",
