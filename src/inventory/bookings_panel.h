@@ -47,10 +47,10 @@ class BookingsPanel {
   /// The first visit of the page.
   void load();
   /// A copy has no bookings: nothing else is asked for until it is saved.
-  /// No booking is selected any more.
-  void DisableButtons();
   void lock();
   void unlock();
+  /// No booking is selected any more.
+  void DisableButtons();
   /// Applies the rights over bookings.
   void secure(const Rights& rights);
 

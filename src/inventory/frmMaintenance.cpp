@@ -190,11 +190,15 @@ void frmMaintenance::addRecord(bool) {
 }
 
 void frmMaintenance::takeReply(bool created) {
+  showReply(created);
+  // A window of the piece that is open would put the date before back with its next save.
+  tellPiece([this](InventoryWindow& piece) { piece.takeNextMaintenance(dtEQUIP_NXT_MAINT.Value.get()); });
+}
+
+void frmMaintenance::showReply(bool created) {
   InventoryWindow::takeReply(created);
   const auto valueOf = [this](std::string_view tag) { return app_.message.Get(tag); };
   created ? propertyFields.showCreated(valueOf) : propertyFields.showUpdated(valueOf);
-  // A window of the piece that is open would put the date before back with its next save.
-  tellPiece([this](InventoryWindow& piece) { piece.takeNextMaintenance(dtEQUIP_NXT_MAINT.Value.get()); });
 }
 
 /// The piece's status follows the box with every save, whichever record has put it there.
@@ -252,9 +256,10 @@ void frmMaintenance::txtBARCODE_NO_DblClick() {
   const std::string barcode = upper(window.barcode);
   showQuietly([&] { txtBARCODE_NO.Text = barcode; });
   if (!isStored()) return save();
+  if (!mayReplaceStored()) return;
   const bool stored = ask_(
       "UPDEMAINTD", {{tags::MID, recordId()}, {tags::EID, pieceId_}, {tags::BNO, txtBARCODE_NO.Text.get()}});
-  if (stored) takeReply(false);
+  if (stored) showReply(false);
 }
 
 // Rights

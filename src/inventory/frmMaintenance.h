@@ -65,6 +65,7 @@ class frmMaintenance : public InventoryWindow {
   void connect();
   void arrange();
   void BuildStatusTypes();
+  void showReply(bool created);
   void sendStatus(std::string_view code);
   void tellPiece(const std::function<void(InventoryWindow&)>& tell);
   [[nodiscard]] Date today() const { return app_.clock.now().date; }

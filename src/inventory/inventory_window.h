@@ -136,6 +136,9 @@ class InventoryWindow : public RecordWindow {
   virtual void refreshLists() = 0;
   /// Shows the numbers in use anew, if they are open.
   virtual void refreshNumbers() {}
+  /// Whether the stored record may be changed: nobody else has changed it since it was read here, or the
+  /// operator wants that all the same.
+  [[nodiscard]] bool mayReplaceStored();
   /// Ends a save with what was typed still there, since only the operator can settle what prevents it. A
   /// window that was about to close stays open.
   [[nodiscard]] bool holdBack();
@@ -175,7 +178,6 @@ class InventoryWindow : public RecordWindow {
  private:
   enum class Mode { New, Existing };
   void placeCommands();
-  [[nodiscard]] bool mayReplaceStored();
   [[nodiscard]] bool send(bool created);
 
   const InventoryWindowKind& kind_;

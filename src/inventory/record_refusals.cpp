@@ -25,9 +25,8 @@ constexpr std::string_view kNumberInUse =
 
 constexpr std::string_view kTypeGone = "This type is not there any more.";
 constexpr std::string_view kInGroup =
-    "This piece belongs to a group, and is kept where the group is.\n\nMove the group, or take the piece out "
-    "of "
-    "it first.";
+    "This piece belongs to a group, and is kept where the group is.\n\n"
+    "Move the group, or take the piece out of it first.";
 
 constexpr RefusalRow kRefusals[] = {
     {codes::NotFound, {}, kGone},
@@ -88,8 +87,8 @@ bool fitsMessage(Desktop& desktop, std::string_view text) {
   appendJsonText(sent, text);
   if (sent.size() <= kMostBytes) return true;
   warningBox(desktop,
-             "This text is too long to be stored: it may have about a million characters.\n\nPlease shorten "
-             "it.");
+             "This text is too long to be stored: it may have about a million characters.\n\n"
+             "Please shorten it.");
   return false;
 }
 

@@ -158,6 +158,7 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   EXPECT_EQ(window.propertyFields.txtUP_OPNAME.Text, "Ink");
 
   expectBarcode();
+  server.expect("GETMDTL", "MID=9");
   server.expect("UPDEMAINTD", "MID=9 EID=11 BNO=B12").replies("UNM=Vale");
   EXPECT_TRUE(window.txtBARCODE_NO.pressKey("F4"));
   EXPECT_EQ(window.txtBARCODE_NO.Text, "B12");
