@@ -156,8 +156,18 @@ void frmEquipment::addRecord(bool created) {
   if (created && CallerView == kSourceGroup) app_.message.Add(tags::GRPID, caller_.id);
 }
 
+bool frmEquipment::isKnownVersion() const {
+  return PieceWindow::isKnownVersion() && messageValue(tags::ENM) == knownMaintenance_;
+}
+
+void frmEquipment::takeVersion() {
+  PieceWindow::takeVersion();
+  knownMaintenance_ = messageValue(tags::ENM);
+}
+
 void frmEquipment::takeReply(bool created) {
   PieceWindow::takeReply(created);
+  knownMaintenance_ = ServerTools::GetControlDate(dtEQUIP_NXT_MAINT);
   const std::string value = messageValue(tags::MVL);
   // A piece of another group says nothing of the caller's value.
   if (CallerView != kSourceGroup || value.empty() || txtGroup.Tag != caller_.id) return;
@@ -188,6 +198,7 @@ bool frmEquipment::saveMore(bool created) {
 
 void frmEquipment::takeNextMaintenance(const std::optional<Date>& date) {
   showQuietly([&] { dtEQUIP_NXT_MAINT.Value = date; });
+  knownMaintenance_ = ServerTools::GetControlDate(dtEQUIP_NXT_MAINT);
 }
 
 /// The field shows what the group is worth now. The piece keeps its own value in later saves, unless the

@@ -111,7 +111,7 @@ bool InventoryWindow::loadRecord() {
 
 bool InventoryWindow::askForStored() {
   if (!askForRecord(app_, ask_, kind_.read, {{kind_.idTag, id_}})) return false;
-  knownUpdate_ = app_.message.Get(tags::UDT);
+  takeVersion();
   return true;
 }
 
@@ -157,11 +157,20 @@ void InventoryWindow::Save() {
 /// A failure is not reported here, since the save that follows tells it.
 bool InventoryWindow::mayReplaceStored() {
   if (id_.empty() || ask_.codeOf(kind_.read, {{kind_.idTag, id_}}) != 0) return true;
-  const std::string updated = app_.message.Get(tags::UDT);
-  if (updated == knownUpdate_) return true;
-  if (!askToReplace(app_.desktop, "record", app_.message.Get(tags::UNM))) return holdBack();
-  knownUpdate_ = updated;
+  if (isKnownVersion()) return true;
+  const bool isUpdated = app_.message.Get(tags::UDT) != knownUpdate_;
+  if (!askToReplace(app_.desktop, "record", isUpdated ? app_.message.Get(tags::UNM) : std::string()))
+    return holdBack();
+  takeVersion();
   return true;
+}
+
+bool InventoryWindow::isKnownVersion() const {
+  return app_.message.Get(tags::UDT) == knownUpdate_;
+}
+
+void InventoryWindow::takeVersion() {
+  knownUpdate_ = app_.message.Get(tags::UDT);
 }
 
 bool InventoryWindow::holdBack() {

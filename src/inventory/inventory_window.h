@@ -139,6 +139,10 @@ class InventoryWindow : public RecordWindow {
   /// Whether the stored record may be changed: nobody else has changed it since it was read here, or the
   /// operator wants that all the same.
   [[nodiscard]] bool mayReplaceStored();
+  /// Whether the reply that was read is the version of the record that this window knows.
+  [[nodiscard]] virtual bool isKnownVersion() const;
+  /// The window knows the version of the reply from now on.
+  virtual void takeVersion();
   /// Ends a save with what was typed still there, since only the operator can settle what prevents it. A
   /// window that was about to close stays open.
   [[nodiscard]] bool holdBack();

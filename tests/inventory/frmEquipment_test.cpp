@@ -429,6 +429,15 @@ TEST_F(FrmEquipmentTest, WhatAnotherDeskHasStoredIsNotReplacedUnasked) {
   desktop.expectBox(Box::Kind::Warning, kChange, 0);
   expectQuestion(1);
   EXPECT_FALSE(piece.Unload()) << "nor is it lost when the window closes";
+  // A maintenance record of another desk sets the next date without changing the record otherwise.
+  std::string maintained = kPiece;
+  maintained.replace(maintained.find("ENM=2027"), 8, "ENM=2028");
+  server.expect("GETEDTL", "EID=11").replies(maintained);
+  desktop.expectBox(Box::Kind::Warning,
+                    "Another desk has changed this record since you opened it.\n\nDo you wish to SAVE your "
+                    "version in its place?",
+                    1);
+  save(piece);
   expectQuestion(0);
   server
       .expect("UPDEQIPD",
