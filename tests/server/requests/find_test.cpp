@@ -336,5 +336,16 @@ TEST_P(Find, TellsTheFirstHitsAndCountsAll) {
   EXPECT_EQ(library().sendTo(few, "FIND", tagsOf("4=1") + equipment).all("ENO"), "CAM1,PRJ1");
 }
 
+TEST_P(Find, EndsWhatTakesTooLongWithACodeOfItsOwn) {
+  if (GetParam() != "sqlite") GTEST_SKIP() << "the other database knows no limit that is always past";
+  library().execute(
+      "insert into patrons (last_name, search_name) with recursive n(i) as (select 1 union all select i + 1 "
+      "from n where i < 20000) select 'Crowd', 'crowd' from n");
+  RequestRunner hasty(library().database(), library().clock(), HashCost::Quick,
+                      {.longest = std::chrono::milliseconds(-1)});
+  EXPECT_EQ(library().sendTo(hasty, "FIND", std::string(patrons) + "; SRCHOP=").text(), "-94|");
+  EXPECT_EQ(find(patrons, "22=crowd").first("SRCHCNT"), "20000") << "the limit is gone with the search";
+}
+
 }  // namespace
 }  // namespace vantry::server
