@@ -147,6 +147,11 @@ TEST_F(SearchStory, APatronIsFoundByHalfANameWithTheKeyboardAlone) {
       write(search, "txtLast", nothing, Qt::Key_Return);
       EXPECT_EQ(search.findChild<QLineEdit*>("txtLast")->text(), nothing) << "what was typed stays";
     }
+    activate(search);
+    wand(kCard);
+    EXPECT_TRUE(waitUntil([&] { return column(search, "Patron Name") == QStringList{"Booker, Bea "}; }));
+    showPage(search, "tabSearch(5)", 0);
+    EXPECT_EQ(search.findChild<QLineEdit*>("txtLast")->text(), "Book? or Ink");
     write(search, "txtLast", "book?", Qt::Key_Return);
     const QStringList names = column(search, "Patron Name");
     ASSERT_TRUE(names.contains("Booker, Bea "));
