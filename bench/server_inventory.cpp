@@ -329,6 +329,7 @@ int measure(const std::string& url, const Size& size) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);
   const std::vector<std::string_view> given(argv + 1, argv + argc);
   const bool small = !given.empty() && given.front() == "--small";
   const Size& size = small ? tenth : whole;

@@ -12,10 +12,10 @@ std::string rowsWhere(const std::string& condition) {
              "select e.id, e.equipment_type_id, e.is_group, e.number, e.name, t.name, e.maker, e.model, "
              "e.serial, e.format, "
              "l.name, "
-             "r.name, g.number, g.name, e.room_id, (select count(*) from equipment m where m.group_id = "
-             "e.id), "
-             "coalesce((select min(b.barcode) from equipment_barcodes b join barcode_statuses s on "
-             "s.id = b.status_id where b.equipment_id = e.id and s.active = 1), ''), "
+             "r.name, g.number, g.name, e.room_id, case when e.is_group = 1 then (select count(*) from "
+             "equipment m where m.group_id = e.id) else 0 end, "
+             "coalesce((select min(b.barcode) from equipment_barcodes b where b.equipment_id = e.id and "
+             "b.status_id in (select s.id from barcode_statuses s where s.active = 1)), ''), "
              "(select substr(n.content, 1, 200) from equipment_notes n where n.equipment_id = e.id and "
              "n.note_type_id = 1), ") +
          equipmentStatusSql() +

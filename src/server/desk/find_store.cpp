@@ -201,10 +201,14 @@ class FindSearch::Impl {
     return written(isStatus(asked) ? statusOf(asked).test : asked.criterion->test, place);
   }
 
+  /// Empty where the test itself finds the rows.
+  [[nodiscard]] std::string_view finderSql(const Asked& asked) const {
+    if (!hidesPast() && !asked.criterion->past.empty()) return asked.criterion->past;
+    return isStatus(asked) ? statusOf(asked).finder : asked.criterion->finder;
+  }
+
   [[nodiscard]] std::string finder(std::size_t place) const {
-    const Asked& asked = asked_[place];
-    std::string_view sql = isStatus(asked) ? statusOf(asked).finder : asked.criterion->finder;
-    if (!hidesPast() && !asked.criterion->past.empty()) sql = asked.criterion->past;
+    const std::string_view sql = finderSql(asked_[place]);
     if (!sql.empty()) return written(sql, place);
     return "select " + std::string(subject_.key) + " as id from " + std::string(subject_.row) +
            where({whole_, hidesPast() ? notOver : "", test(place)});
@@ -252,7 +256,9 @@ class FindSearch::Impl {
 
   [[nodiscard]] std::string makeHits() const {
     std::string finder;
-    if (!asked_.empty()) finder = question_.any ? allFinders() : bestFinder();
+    // A single criterion without a finder of its own is one condition on the rows.
+    const bool isPlain = asked_.empty() || (asked_.size() == 1 && finderSql(asked_.front()).empty());
+    if (!isPlain) finder = question_.any ? allFinders() : bestFinder();
     if (!hidesPast()) return rows(finder, "");
     return rows(finder, notOver) + " union all " + rows(overButNotPast, "");
   }

@@ -7,11 +7,13 @@
 namespace vantry::server {
 
 std::string isOutSql() {
-  return "(exists (select 1 from booking_equipment l where l.equipment_id in (e.id, e.group_id) and "
-         "l.charged_at is not null and l.returned_at is null and l.in_room = 0) or (e.is_group = 1 and "
-         "exists "
-         "(select 1 from equipment m join booking_equipment l on l.equipment_id = m.id and "
-         "l.charged_at is not null and l.returned_at is null and l.in_room = 0 where m.group_id = e.id)))";
+  const std::string out = "l.charged_at is not null and l.returned_at is null and l.in_room = 0";
+  const std::string line =
+      "exists (select 1 from booking_equipment l where " + out + " and l.equipment_id = ";
+  return "(" + line + "e.id) or (e.group_id is not null and " + line +
+         "e.group_id)) or (e.is_group = 1 and exists (select 1 from equipment m join booking_equipment l on "
+         "l.equipment_id = m.id where m.group_id = e.id and " +
+         out + ")))";
 }
 
 /// What "Charged" is and what the record shows without a status are literals of the SQL.
