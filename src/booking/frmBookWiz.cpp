@@ -59,7 +59,6 @@ frmBookWiz::frmBookWiz(App& app)
   on(cmdNext.Click, this, &frmBookWiz::cmdNext_Click);
   on(cmdCancel.Click, this, &frmBookWiz::cmdCancel_Click);
   on(parts.Changed, this, &frmBookWiz::partsChanged);
-  goOnByEnter(requester.requester.text, [this] { return requester.requester.isPending(record.RequesterId); });
   goOnByEnter(requester.onBehalfOf.text,
               [this] { return requester.onBehalfOf.isPending(record.PickupPatronId); });
   for (TextBox* barcode : {&parts.media.txtItemBarcode, &parts.equipment.txtEquipBarcode})
@@ -204,6 +203,8 @@ void frmBookWiz::showChosen() {
   lblPlace.Caption = from(kRoomPage, place.placeText());
   lblThings.Caption = from(kMediaPage, parts.thingsText());
   cmdNext.Enabled = mayGoOn();
+  // Until there is a requester, a card is read wherever the focus is.
+  requester.requester.text.TakesScans = requesterText().empty();
 }
 
 std::string frmBookWiz::requesterText() const {

@@ -245,7 +245,7 @@ TEST_F(MainWindowTest, EveryCommandReachesAWindowOrIsStillToBeBuilt) {
     (main().commands.*command).run();
   }
   EXPECT_THAT(missing, testing::ElementsAre("PrintDetail", "PrintDetailAll", "PrintListing",
-                                            "frmDaemonUpdate", "frmOptions", "record window 8"));
+                                            "frmDaemonUpdate", "frmOptions"));
 }
 
 TEST_F(MainWindowTest, EveryEntryOfTheMenusRunsACommand) {

@@ -276,6 +276,10 @@ class Tour {
         wizard->cmdNext.press();
       }
       picture(*wizard, QString("wizard-%1").arg(wizard->page()));
+      if (page != frmBookWiz::kSchedulePage) continue;
+      wizard->times.cmdMultipleBookings.press();
+      picture(*wizard, "wizard-times");
+      wizard->times.cmdMultipleBookings.press();
     }
     accept();
     wizard->cmdCancel.press();
