@@ -15,6 +15,14 @@
 namespace vantry {
 namespace {
 
+/// Another desk has changed the staff since the booking's window was opened.
+constexpr RefusalWords kRefusals[] = {
+    {codes::TagMissing, tags::ODE,
+     "The staff member for the set-up is not active any more.\n\nPlease choose another one."},
+    {codes::TagMissing, tags::OPU,
+     "The staff member for the clean-up is not active any more.\n\nPlease choose another one."},
+};
+
 /// The check of the library's calendar, by the option of the place.
 constexpr std::string_view kCalendarChecks[] = {"CDELTM", "CRMTM", "CPUPTM"};
 
@@ -134,7 +142,7 @@ static bool isStored(BookingParts& parts, const Ask& ask, int rc, std::string_vi
       TellTaken(parts.app, rc);
       return false;
     default:
-      return ask.succeeded(rc, code);
+      return ask.succeeded(rc, code, kRefusals);
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include "frame/secured_commands.h"
 #include "platform/wiring.h"
-#include "words/tags.h"
+#include "records/frmPatronCounter.h"
 
 namespace vantry {
 
@@ -62,6 +62,7 @@ void frmBooking::connect() {
     entry->Shortcut = "Ctrl+" + std::to_string(tab + 1);
     on(entry->Click, this, &frmBooking::mnuViewTab_Click, tab++);
   }
+  showCountersFrom(requester.onBehalfOf.text, app_, [this] { return record.PickupPatronId; });
   times.showTab = [this] { selectTab(0); };
   on(parts.Changed, this, &frmBooking::touch);
   fields_.tellChanges([this] { touch(); });

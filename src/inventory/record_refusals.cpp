@@ -1,6 +1,5 @@
 #include "inventory/record_refusals.h"
 
-#include <algorithm>
 #include <string>
 
 #include "frame/app.h"
@@ -11,17 +10,11 @@ namespace vantry {
 
 namespace {
 
-struct RefusalRow {
-  int rc;
-  std::string_view tag;  ///< whose value the server did not take; empty for a code without one
-  std::string_view words;
-};
-
 constexpr std::string_view kGone = "This record is not there any more.\n\nAnother desk has deleted it.";
 constexpr std::string_view kNumberInUse =
     "This number is in use.\n\nAnother record of this type and location has it.  Nothing was stored.";
 
-constexpr RefusalRow kRefusals[] = {
+constexpr RefusalWords kRefusals[] = {
     {codes::NotFound, {}, kGone},
     {codes::TagMissing, tags::EID, kGone},
     {codes::TagMissing, tags::GRPID, kGone},
@@ -37,11 +30,9 @@ constexpr RefusalRow kRefusals[] = {
 }  // namespace
 
 bool recordSucceeded(App& app, const Ask& ask, int rc, std::string_view code) {
-  const std::string tag = rc == codes::TagMissing ? app.message.Get(tags::CANTREAD) : std::string();
-  const auto* row = std::find_if(std::begin(kRefusals), std::end(kRefusals),
-                                 [&](const RefusalRow& each) { return each.rc == rc && each.tag == tag; });
-  if (row == std::end(kRefusals)) return ask.succeeded(rc, code);
-  warningBox(app.desktop, std::string(row->words));
+  const std::string_view words = wordsOf(kRefusals, rc, app.message);
+  if (words.empty()) return ask.succeeded(rc, code);
+  warningBox(app.desktop, std::string(words));
   return false;
 }
 

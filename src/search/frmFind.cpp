@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "inventory/modRoom.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "records/records.h"
+#include "records/search_failure.h"
 #include "records/search_window.h"
 #include "search/result_layouts.h"
 #include "words/tags.h"
@@ -317,15 +319,21 @@ void frmFind::cmdFindNow_Click() {
         RecordCount = intOf(app_.message.Get(tags::SRCHCNT));
         if (RecordCount > 0) FormatSearchResultsGrid();
       });
-  if (rc != 0) {
-    showStatus("Search failed!");
-    return criticalBox(app_.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
-  }
+  if (rc != 0) return tellFailure(rc);
   if (RecordCount < 1) {
     showStatus("No Records Found");
     return warningBox(app_.desktop, "No matches found.");
   }
   faResults.SetFocus();
+}
+
+void frmFind::tellFailure(int rc) {
+  showStatus("Search failed!");
+  const int number = rc == codes::TagMissing ? intOf(app_.message.Get(tags::SRCHTAG)) : 0;
+  const std::string field = number == 0 ? "" : criteria(cboSearchFor.ListIndex).showRefused(number);
+  if (field.empty()) return criticalBox(app_.desktop, searchFailure(app_.message, rc));
+  warningBox(app_.desktop, "The search cannot use what was entered for " + field + ".\n\n" +
+                               std::string(wrongValue(number)));
 }
 
 void frmFind::FormatSearchResultsGrid() {

@@ -124,6 +124,7 @@ class frmFind : public Form {
   };
   [[nodiscard]] Target addCriteria(bool allTerms);
   [[nodiscard]] std::string_view termsOperator() const;
+  void tellFailure(int rc);
   void emptyResults();
   void rowChanged();
   void showStatus(std::string text, bool atOnce = true);

@@ -3,6 +3,7 @@
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/frmRoomInfo.h"
+#include "records/frmPatronCounter.h"
 
 // The requester and the patron who fetches.
 
@@ -160,6 +161,18 @@ TEST_F(EditorPatrons, CancellingTheChoiceTakesNobody) {
                                            [](frmMultPatron& choice) { choice.cmdCancel.press(); });
   scan(requester, "P31");
   expectNobody();
+}
+
+TEST_F(EditorPatrons, TheFieldsOfBothPatronsOpenTheirCounters) {
+  window.record.RequesterId = 31;
+  window.record.PickupPatronId = 32;
+  for (const char* patron : {"PID=31", "PID=32"}) {
+    server.expect("GPAI", patron);
+    desktop.expectModalWindow<frmPatronCounter>(
+        "frmPatronCounter", [](frmPatronCounter& counters) { counters.cmdClose.press(); });
+  }
+  requester.text.doubleClick();
+  EXPECT_TRUE(window.requester.onBehalfOf.text.pressKey("F4"));
 }
 
 TEST_F(EditorPatrons, TheSearchWindowBringsNameAndId) {

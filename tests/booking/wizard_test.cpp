@@ -82,6 +82,10 @@ TEST_F(Wizard, ARequesterWhoIsRefusedSwitchesNextOff) {
   EXPECT_TRUE(wizard.cmdNext.Enabled);
   EXPECT_FALSE(wizard.takesScans());
 
+  server.expect("GPAI", "PID=31");
+  desktop.expectModal("frmPatronCounter", [](Form& counters) { counters.closeByOperator(); });
+  wizard.requester.requester.text.doubleClick();
+
   // A patron who cannot fetch the things keeps the operator on the page.
   wizard.requester.onBehalfOf.text.SetFocus();
   wizard.requester.onBehalfOf.text.type("P99");

@@ -43,6 +43,7 @@
 #include "messaging/return_codes.h"
 #include "platform/calendars.h"
 #include "platform/schedule_bar.h"
+#include "records/frmPatronCounter.h"
 #include "records/records.h"
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
@@ -136,6 +137,9 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
     mainWindow().showView(view.id);
     expectNamed(mainWindow());
   }
+  mainWindow().showView(ViewId::Staff);
+  button("cmdStaffAdd").click();
+  expectNamed(mainWindow());
   App& app = this->app();
   Windows& all = app.windows;
   {
@@ -180,7 +184,8 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmMultBibs>(app, ItemMatches{});
   expectNamedWindow<frmMultItems>(app, ItemMatches{});
   {
-    frmMultPatron patrons(app);  // as it is drawn: it loads only with patrons in the reply
+    frmMultPatron patrons(app,
+                          PatronUse::Booking);  // as it is drawn: it loads only with patrons in the reply
     desktop.show(patrons);
     expectNamed(patrons);
   }
@@ -219,6 +224,7 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmRoomEquip>(app, "1");
   ShowAssignedNumbers(app, kEquipment, "1");
   expectNamed(all[all.Count() - 1]);
+  expectNamedWindow<frmPatronCounter>(app, 1);
   expectNamedWindow<frmLocation>(app);
   expectNamedWindow<frmAbout>(all, app.session);
   expectNamedWindow<frmError>(all, app.tools, app.global,

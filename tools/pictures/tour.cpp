@@ -34,6 +34,7 @@
 #include "inventory/group_view.h"
 #include "inventory/inventory_view.h"
 #include "inventory/inventory_window.h"
+#include "inventory/staff_view.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
@@ -60,9 +61,9 @@ class Tour {
   void run() {
     watch_.start(60);
     const std::vector<std::function<void()>> stops = {
-        [this] { views(); },  [this] { inventory(); },    [this] { newBooking(); },  [this] { wizard(); },
-        [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); }, [this] { policy(); },
-        [this] { search(); }, [this] { session(); },      [this] { monitor(); }};
+        [this] { views(); },  [this] { staff(); },  [this] { inventory(); },    [this] { newBooking(); },
+        [this] { wizard(); }, [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
+        [this] { policy(); }, [this] { search(); }, [this] { session(); },      [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -142,6 +143,22 @@ class Tour {
       main().showView(view.id);
       picture(main(), qt(view.picture));
     }
+  }
+
+  /// Several members selected, one who is added, and their counters.
+  void staff() {
+    main().showView(ViewId::Staff);
+    StaffView& staff = view<StaffView>(ViewId::Staff);
+    staff.faStaff.selectRows({2, 3}, 3);
+    picture(main(), "staff-selected");
+    staff.cmdStaffAdd.press();
+    picture(main(), "staff-add");
+    staff.txtStaff.type("2100001501");
+    staff.cmdStaffCheck.press();
+    picture(main(), "staff-found");
+    press("cmdClose");
+    staff.txtStaff.doubleClick();
+    staff.cmdCancel.press();
   }
 
   /// The first list of each view of the inventory that has rows, with a row selected, and the members of a
@@ -363,7 +380,7 @@ class Tour {
     find->cmdAdvancedSearch.press();
     picture(*find, "find-advanced");
     find->Unload();
-    for (const std::string_view picker : {kFindPatronTag, kSuggestRoomTag}) {
+    for (const std::string_view picker : {kFindPatronTag, kFindStaffTag, kSuggestRoomTag}) {
       press("cmdClose");
       static_cast<void>(pickBySearch(app(), picker));
     }
