@@ -41,7 +41,6 @@ void RequesterPanel::connect() {
   on(onBehalfOf.pick.Click, this, &RequesterPanel::cmdOnBehalfOf_Click);
   on(chkAdminBooking.Click, this, &RequesterPanel::chkAdminBooking_Click);
   showCountersFrom(requester.text, app_, [this] { return record_.RequesterId; });
-  showCountersFrom(onBehalfOf.text, app_, [this] { return record_.PickupPatronId; });
 }
 
 LayoutNode RequesterPanel::layout() {

@@ -3,6 +3,7 @@
 #include <QAccessibleTableInterface>
 
 #include "booking/frmAddEquipType.h"
+#include "booking/frmBookWiz.h"
 #include "booking/frmBooking.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
@@ -149,6 +150,18 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
       editor.tabBooking.SelectedTab = page;
       expectNamed(editor);
     }
+  }
+  {
+    frmBookWiz wizard(app);
+    expectNamedOnceShown(wizard);
+    for (std::size_t page = 1; page < frmBookWiz::kPages; ++page) {
+      SCOPED_TRACE(page);
+      wizard.pages[page - 1].frame.Visible = false;
+      wizard.pages[page].frame.Visible = true;
+      expectNamed(wizard);
+    }
+    answerBox("Booking Wizard in progress!  Cancel this booking?", "Yes");
+    desktop.dispatch([&] { wizard.Unload(); });
   }
   for (const int kind : {kEquipment, kGroup, kRoom}) {
     SCOPED_TRACE(kind);
