@@ -50,7 +50,7 @@ int runProgram(ProgramOptions options, QtDesktop& desktop) {
   HttpTransport transport({.address = options.server, .certificateFile = options.authority});
   SystemClock clock;
   FileSettings settings(options.user / "settings.ini");
-  InstalledComponents components(desktop);
+  InstalledComponents components(desktop, options.program);
   SealedBox sealer(transport);
   Program program({desktop, transport, clock, settings, components, options.program, options.user},
                   options.rest);
