@@ -22,7 +22,10 @@ static constexpr int kEmblemSize = 56;
 class LabelWidget : public QLabel {
  public:
   LabelWidget(const Label& label, QWidget* parent)
-      : QLabel(parent), field_(label.ReadOnlyField), swatch_(label.Swatch) {
+      : QLabel(parent),
+        field_(label.ReadOnlyField),
+        swatch_(label.Swatch || label.RowSample),
+        row_(label.RowSample) {
     setTextFormat(Qt::PlainText);
     if (label.Heading) setFont(style::headingFont());
     if (field_) setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -49,13 +52,20 @@ class LabelWidget : public QLabel {
     const QColor given = palette().color(backgroundRole());
     const bool plain = given == QGuiApplication::palette().color(backgroundRole());
     if (plain && !field_ && !swatch_) return;
+    if (row_) return paintRow(painter, given);
     const QColor ground = field_ && plain ? style::headerGround() : given;
     painter.setPen(field_ || swatch_ ? QPen(style::hairline()) : QPen(Qt::NoPen));
     painter.setBrush(ground);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), style::kRadius, style::kRadius);
   }
+  /// As `GridDelegate` does.
+  void paintRow(QPainter& painter, const QColor& colour) {
+    painter.fillRect(rect(), style::rowTint(colour));
+    painter.fillRect(0, 0, style::kRowStripe, height(), colour);
+  }
   bool field_;
   bool swatch_;
+  bool row_;
 };
 
 class LabelBinder : public Binder {
@@ -66,9 +76,19 @@ class LabelBinder : public Binder {
   void update(Aspect aspect) override {
     if (aspect == Aspect::Caption) showCaption();
     Binder::update(aspect);
+    if (aspect == Aspect::Colour && label_.RowSample) showRowColours();
   }
 
  private:
+  /// The text is on the tint, not on the colour itself.
+  void showRowColours() {
+    QPalette palette;
+    const QColor back = style::colour(label_.BackColor, palette.color(QPalette::Base));
+    const QColor fore = style::colour(label_.ForeColor, palette.color(QPalette::Text));
+    palette.setColor(widget_.backgroundRole(), back);
+    palette.setColor(widget_.foregroundRole(), style::readable(fore, style::rowTint(back)));
+    widget_.setPalette(palette);
+  }
   /// A mnemonic works only where the layout has given the label its field; data are shown to the letter.
   QString shownText() const {
     const std::string& caption = label_.Caption;

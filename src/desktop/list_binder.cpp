@@ -193,11 +193,17 @@ class ListBoxBinder : public ListBinder {
                                                                ? QItemSelectionModel::Select
                                                                : QItemSelectionModel::Deselect);
   }
+  /// What was chosen is known before the window answers, since its answer may change the selection.
   void markSelected() {
+    std::vector<int> changed;
     for (int row = 0; row < list_.ListCount(); ++row) {
       const bool on = widget_.selectionModel()->isSelected(model().index(row));
-      if (on != list_.Selected(row)) act([this, row] { list_.toggle(row); });
+      if (on != list_.Selected(row)) changed.push_back(row);
     }
+    if (changed.empty()) return;
+    act([&list = list_, changed] {
+      for (const int row : changed) list.toggle(row);
+    });
   }
   void selectionChanged() {
     if (showing()) return;

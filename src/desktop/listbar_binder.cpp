@@ -1,4 +1,5 @@
 #include <QHeaderView>
+#include <QImageReader>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -18,6 +19,8 @@ static constexpr int kKeyRole = Qt::UserRole;
 static constexpr int kCurrentRole = Qt::UserRole + 1;
 static constexpr int kEntryHeight = 30;
 static constexpr int kGroupHeight = 32;
+/// A larger picture is read smaller than it is.
+static constexpr int kPictureSide = 2000;
 /// A bar is as wide as its captions want, within limits.
 static constexpr int kNarrowest = 208;
 static constexpr int kWidest = 300;
@@ -133,6 +136,17 @@ class ListBarWidget : public QTreeWidget {
   }
 };
 
+/// The picture of a file, no larger than a screen; empty for a file that cannot be read or is too large to be
+/// unpacked.
+static QPixmap pictureOf(const QString& file) {
+  if (file.isEmpty()) return {};
+  QImageReader reader(file);
+  const QSize size = reader.size();
+  if (size.width() > kPictureSide || size.height() > kPictureSide)
+    reader.setScaledSize(size.scaled(kPictureSide, kPictureSide, Qt::KeepAspectRatio));
+  return QPixmap::fromImageReader(&reader);
+}
+
 class ListBarBinder : public Binder {
  public:
   ListBarBinder(ListBar& bar, Host& host, ListBarWidget& widget)
@@ -150,8 +164,7 @@ class ListBarBinder : public Binder {
     if (aspect == Aspect::Selection) showOpenGroups();
     if (aspect == Aspect::State) showCurrent();
     if (aspect == Aspect::Picture) {
-      const std::string& path = bar_.BackgroundPicture;
-      widget_.background = path.empty() ? QPixmap() : QPixmap(qt(path));
+      widget_.background = pictureOf(qt(bar_.BackgroundPicture.get()));
       widget_.viewport()->update();
     }
     Binder::update(aspect);

@@ -39,6 +39,9 @@ void ReadPreferences(App& app) {
   bool unreadable = false;
   for (const PreferenceRow& row : preferenceTable()) {
     if (!readPreference(row, app.settings, app.preferences)) unreadable = true;
+  }
+  // Only now: a part of the main window that asks the server needs more than its own values.
+  for (const PreferenceRow& row : preferenceTable()) {
     if (row.applies != Applies::Nothing) app.main().applyPreferences(row.applies);
   }
   app.bibSearch.RetainSearch = app.preferences.RetainSearch;
@@ -115,6 +118,7 @@ void LoadOperatorContext(App& app) {
   if (!LogonDialog(app.windows, app.tools).Run(app.session, app.message)) app.main().Abort();
   app.global.BusyAllForms();
   app.context.operatorId = app.session.GetOperatorId();
+  app.monitorLocations.clear();  // they were the last operator's
   readAuthorizedLocations(app);
   if (app.context.abort) app.main().Abort();
   app.global.BusyAllForms();

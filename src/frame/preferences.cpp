@@ -57,15 +57,22 @@ static bool isWithin(const PreferenceRow& row, const Value& value) {
   return true;
 }
 
-bool readPreference(const PreferenceRow& row, const Settings& store, Preferences& preferences) {
-  const std::string text = store.GetSetting(kSettingsApplication, kSettingsSection, row.key, row.fallback);
+bool setPreference(const PreferenceRow& row, std::string_view text, Preferences& preferences) {
   return std::visit(
       [&](auto* target) {
-        if (convert(text, target) && isWithin(row, *target)) return true;
-        convert(row.fallback, target);
-        return false;
+        auto value = *target;
+        if (!convert(text, &value) || !isWithin(row, value)) return false;
+        *target = value;
+        return true;
       },
       row.slot(preferences));
+}
+
+bool readPreference(const PreferenceRow& row, const Settings& store, Preferences& preferences) {
+  const std::string text = store.GetSetting(kSettingsApplication, kSettingsSection, row.key, row.fallback);
+  if (setPreference(row, text, preferences)) return true;
+  static_cast<void>(setPreference(row, row.fallback, preferences));
+  return false;
 }
 
 static std::string textOf(bool value) {
@@ -86,12 +93,17 @@ std::string storedText(const PreferenceRow& row, const Preferences& preferences)
   return std::visit([](const auto* value) { return textOf(*value); }, row.slot(copy));
 }
 
-bool SavePreferences(App& app) {
-  std::vector<Setting> settings;
-  for (const PreferenceRow& row : preferenceTable())
-    settings.push_back({std::string(row.key), storedText(row, app.preferences)});
+bool SavePreferences(App& app, const Preferences& preferences) {
+  std::vector<Setting> changed;
+  for (const PreferenceRow& row : preferenceTable()) {
+    std::string text = storedText(row, preferences);
+    // An empty text has no need of a key: it is the default wherever it is allowed.
+    if (app.settings.GetSetting(kSettingsApplication, kSettingsSection, row.key, {}) != text)
+      changed.push_back({std::string(row.key), std::move(text)});
+  }
+  if (changed.empty()) return true;
   try {
-    app.settings.SaveSettings(kSettingsApplication, kSettingsSection, settings);
+    app.settings.SaveSettings(kSettingsApplication, kSettingsSection, changed);
   } catch (const std::runtime_error& error) {
     warningBox(app.desktop, error.what());
     return false;

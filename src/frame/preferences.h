@@ -89,7 +89,7 @@ struct Preferences {
   Colour fore(ListColour colour) const { return foreColours[static_cast<std::size_t>(colour)]; }
 };
 
-/// The part of the main window that can take its values once a row of the table is read.
+/// The part of the main window that takes the values of the rows up to this one.
 enum class Applies { Nothing, Legend, ListBars, Colours, Searches };
 
 /// One key of the store. Keys are read in the order of the table.
@@ -111,9 +111,12 @@ struct PreferenceRow {
 /// The text under which a row's value is stored.
 [[nodiscard]] std::string storedText(const PreferenceRow& row, const Preferences& preferences);
 
-/// Stores all preferences in one write. False when they could not be stored, which the operator has been
-/// told.
-[[nodiscard]] bool SavePreferences(App& app);
+/// Sets a row's value from its text. A text that cannot be converted changes nothing; false tells of it.
+[[nodiscard]] bool setPreference(const PreferenceRow& row, std::string_view text, Preferences& preferences);
+
+/// Stores in one write what differs from what the store had when it was last read, so that another client's
+/// changes of other keys outlive it. False when it could not be stored, which the operator has been told.
+[[nodiscard]] bool SavePreferences(App& app, const Preferences& preferences);
 
 /// What follows from the times of the preferences: the grid of the day's slots.
 struct DaySlots {

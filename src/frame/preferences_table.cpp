@@ -5,9 +5,8 @@ namespace vantry {
 using P = Preferences;
 using Slot = PreferenceRow::Slot;
 
-// In the order of reading. `Position` leads, because loading the main window needs it, and the window loads
-// when the first of its controls takes a value. The key for pick-up hours has another spelling where it is
-// written; the store takes both for one.
+// In the order in which the main window takes the values. The key for pick-up hours has another spelling
+// where it is written; the store takes both for one.
 static constexpr PreferenceRow kTable[] = {
     // clang-format off
     {"Position", "0", [](P& p) -> Slot { return &p.Position; }, Applies::Nothing, 0, 2},

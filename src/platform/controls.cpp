@@ -166,7 +166,9 @@ void ListBox::Selected(int index, bool on) {
 }
 
 void ListBox::toggle(int index) {
-  if (usable()) Selected(index, !Selected(index));
+  if (!usable()) return;
+  Selected(index, !Selected(index));
+  raise(Click);
 }
 
 Frame::Frame(Container& parent, std::string name, std::string caption, int border)

@@ -19,10 +19,11 @@ class Label : public Control {
   }
   Property<std::string> Caption{*this, Aspect::Caption};
   bool ReadOnlyField = false;
-  bool Heading = false;  ///< drawn large, as the heading of what is below
-  bool Swatch = false;   ///< drawn as a field of its BackColor, as legends are
-  bool Literal = false;  ///< shows data: an "&" in it is no mnemonic
-  bool Alert = false;    ///< tells a fault: a screen reader says a new caption at once
+  bool Heading = false;    ///< drawn large, as the heading of what is below
+  bool Swatch = false;     ///< drawn as a field of its BackColor, as legends are
+  bool RowSample = false;  ///< drawn as a row of a list that has its colours
+  bool Literal = false;    ///< shows data: an "&" in it is no mnemonic
+  bool Alert = false;      ///< tells a fault: a screen reader says a new caption at once
 };
 
 /// A picture from the program's own set, by its name.
@@ -163,7 +164,8 @@ class ListBox : public ListControl {
   Event DblClick;
   void doubleClick(int index);
 
-  /// Each entry can be selected by itself; `ListIndex` has no meaning then.
+  /// Each entry can be selected by itself; `ListIndex` has no meaning then, and `Click` tells of the
+  /// operator's choices alone.
   bool MultiSelect = false;
   bool Selected(int index) const { return items_.at(static_cast<std::size_t>(index)).selected; }
   void Selected(int index, bool on);

@@ -6,7 +6,7 @@ namespace vantry {
 
 TabPages::TabPages(TabStrip& strip, std::vector<Page> pages) : strip_(strip), pages_(std::move(pages)) {
   for (const Page& page : pages_) {
-    strip_.addTab(page.caption);
+    strip_.addTab(page.caption, page.toolTip);
     page.frame.Visible = &page == &pages_.front();
   }
   strip_.Click = [this] { show(); };

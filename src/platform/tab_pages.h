@@ -16,6 +16,7 @@ class TabPages {
     Frame& frame;
     /// Runs before the page is shown for the first time, for what is read only then.
     Event firstVisit = {};
+    std::string toolTip = {};
   };
   /// Makes a tab for each page and shows the first one.
   TabPages(TabStrip& strip, std::vector<Page> pages);

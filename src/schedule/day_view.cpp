@@ -132,7 +132,9 @@ void DayView::secure(const Rights& rights) {
 void DayView::takePreferences(Applies what) {
   MainView::takePreferences(what);
   if (what == Applies::Legend) takeLegend();
-  if (what == Applies::Colours) legend.takeColours(app().preferences);
+  if (what != Applies::Colours) return;
+  legend.takeColours(app().preferences);
+  ColourBookingRows(faDayBookings, legend);
 }
 
 void DayView::takeLegend() {

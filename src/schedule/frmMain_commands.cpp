@@ -309,7 +309,9 @@ void frmMain::mnuFilePrintListing_Click() {
 void frmMain::mnuToolsOptions_Click() {
   const bool before = app_.preferences.MergeCells;
   app_.makers.run("frmOptions", app_);
-  if (app_.preferences.MergeCells != before) mnuViewMergeCells_Click();
+  if (app_.preferences.MergeCells == before) return;
+  menus.mnuViewMergeCells.Checked = before;  // the command turns it round
+  mnuViewMergeCells_Click();
 }
 
 void frmMain::mnuToolsSearch_Click() {

@@ -12,6 +12,7 @@
 #include "inventory/frmRoom.h"
 #include "inventory/maintenance_setup.h"
 #include "messaging/session_dialogs.h"
+#include "options/frmOptions.h"
 #include "platform/form.h"
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
@@ -66,12 +67,13 @@ static std::vector<WindowRow> windowRows() {
   };
 }
 
-/// One row per window or command that is asked for by name: {"frmOptions", runModal<frmOptions>}.
+/// One row per window or command that is asked for by name.
 static std::vector<CommandRow> commandRows() {
   return {
       {"About", [](App& app) { AboutBox(app.windows).Run(app.session); }},
       {"NewMaintenanceSetup", AskMaintenanceEquipment},
       {"frmMultBarOrNo", runModal<frmMultBarOrNo>},
+      {"frmOptions", runModal<frmOptions>},
       {"frmSched", ShowBookingCalendars},
   };
 }

@@ -41,6 +41,7 @@
 #include "messaging/frmMarcRecord.h"
 #include "messaging/frmPassword.h"
 #include "messaging/return_codes.h"
+#include "options/frmOptions.h"
 #include "platform/calendars.h"
 #include "platform/schedule_bar.h"
 #include "records/frmPatronCounter.h"
@@ -175,6 +176,15 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   }
   const BookingRecord record;
   expectNamedWindow<frmSched>(app);
+  {
+    frmOptions options(app);
+    expectNamedOnceShown(options);
+    for (int page = 0; page <= kSoundPage; ++page) {
+      SCOPED_TRACE(page);
+      options.pages.tabOptions.choose(page);
+      expectNamed(options);
+    }
+  }
   expectNamedWindow<frmAddEquipType>(app, record);
   for (const int report :
        {codes::NotCharged, codes::MediaConflict, codes::EquipmentConflict, codes::CalendarConflict})

@@ -157,14 +157,29 @@ TEST_F(PreferencesAtTheDesk, SearchListsOpenAtThePreferredKind) {
 
 TEST_F(PreferencesAtTheDesk, AllAreStoredInOneWriteAndARefusalIsTold) {
   start();
-  app->preferences.RoomHours = "12";
+  Preferences other = app->preferences;
+  other.RoomHours = "12";
   settings.writes = 0;
-  EXPECT_TRUE(SavePreferences(*app));
+  EXPECT_TRUE(SavePreferences(*app, other));
   EXPECT_EQ(settings.writes, 1);
   EXPECT_EQ(readAll(settings).RoomHours, "12");
   settings.refusal = "The disk is full.";
   desktop.expectWarning("The disk is full.");
-  EXPECT_FALSE(SavePreferences(*app));
+  other.RoomHours = "13";
+  EXPECT_FALSE(SavePreferences(*app, other));
+}
+
+TEST_F(PreferencesAtTheDesk, WhatAnotherClientStoredMeanwhileIsKept) {
+  FileSettings store(folder / "settings.ini");
+  Program program({desktop, server, clock, store, components, folder, folder}, "");
+  Preferences mine = readAll(store);
+  ASSERT_TRUE(SavePreferences(program.app, mine));
+  FileSettings(folder / "settings.ini").SaveSetting(kSettingsApplication, kSettingsSection, "RoomHours", "7");
+  mine.SuggestEquip = true;
+  ASSERT_TRUE(SavePreferences(program.app, mine));
+  EXPECT_TRUE(readAll(FileSettings(folder / "settings.ini")).SuggestEquip);
+  EXPECT_EQ(readAll(FileSettings(folder / "settings.ini")).RoomHours, "7");
+  EXPECT_EQ(readAll(store).RoomHours, "7") << "and this client knows it";
 }
 
 TEST_F(PreferencesAtTheDesk, ChangedLegendBoxesReadTheDayOnce) {

@@ -45,7 +45,8 @@ std::vector<FolderRow> allowedEdges() {
   for (const char* folder : {"words", "platform", "messaging", "frame", "lists", "records", "booking",
                              "circulation", "inventory", "search"})
     rows.push_back({folder, floorsUpTo(folder)});
-  const Names client = floorsUpTo("");
+  rows.push_back({"options", floorsUpTo("search")});
+  const Names client = floorsUpTo("") + Names{"options"};
   rows.push_back({"schedule", client});  // the main window holds all views
   // The embedded server is reached through the one header of the program's server.
   rows.push_back({"transport", Names{"words", "platform", "messaging", "server/program"}});

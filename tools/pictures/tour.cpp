@@ -35,6 +35,7 @@
 #include "inventory/inventory_view.h"
 #include "inventory/inventory_window.h"
 #include "inventory/staff_view.h"
+#include "options/frmOptions.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
@@ -65,7 +66,8 @@ class Tour {
     const std::vector<std::function<void()>> stops = {
         [this] { views(); },  [this] { staff(); },  [this] { inventory(); },    [this] { newBooking(); },
         [this] { wizard(); }, [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
-        [this] { policy(); }, [this] { search(); }, [this] { session(); },      [this] { monitor(); }};
+        [this] { policy(); }, [this] { search(); }, [this] { session(); },      [this] { options(); },
+        [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -408,6 +410,20 @@ class Tour {
     }
   }
 
+  /// Each page, with a sound selected on the last one.
+  void options() {
+    answers_.push_back([this](QWidget&) {
+      auto* options = last<frmOptions>();
+      if (!options) return;
+      for (int page = 1; page <= kSoundPage; ++page) {
+        options->pages.tabOptions.choose(page);
+        options->sounds.gtvEvents.click("Sound4");
+        picture(*options, "options-" + QString::number(page));
+      }
+      options->Unload();
+    });
+    main().mnuToolsOptions_Click();
+  }
   void monitor() {
     app().preferences.DeliveryHours = app().preferences.PickUpHours = app().preferences.RoomHours = "24";
     main().mnuModeDaemon_Click();
