@@ -30,6 +30,7 @@ class LabelWidget : public QLabel {
     if (label.Heading) setFont(style::headingFont());
     if (field_) setTextInteractionFlags(Qt::TextSelectableByMouse);
     if (field_ || swatch_) setContentsMargins(style::kUnit, 2, style::kUnit, 2);
+    if (row_) setContentsMargins(style::kRowStripe + style::kUnit, 2, 2 * style::kUnit, 2);
     if (swatch_) {
       setAlignment(Qt::AlignCenter);
       setFixedHeight(std::max(style::kRowHeight, fontMetrics().height() + style::kUnit));
