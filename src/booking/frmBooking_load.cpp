@@ -115,10 +115,11 @@ void frmBooking::showFields() {
   fields_.load([this](std::string_view tag) { return headValue(record, tag); });
 }
 
-/// A booking keeps a member who is not active any longer.
+/// A booking keeps a member who is not active any longer; its copy is a new booking.
 void frmBooking::selectStaff(ComboBox& combo, const std::string& memberId) {
   for (const StaffMember& member : app_.context.staff) {
-    if (member.id == memberId && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
+    const bool isKept = member.id == memberId && !opening().copy;
+    if (isKept && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
   }
   combo.ListIndex = std::max(0, combo.indexOfData(memberId));
 }

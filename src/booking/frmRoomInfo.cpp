@@ -1,5 +1,7 @@
 #include "booking/frmRoomInfo.h"
 
+#include <algorithm>
+
 #include "platform/text.h"
 #include "platform/wiring.h"
 
@@ -9,10 +11,10 @@ namespace {
 
 constexpr const char* kNoEquipment = "(none)";
 
-/// Selects what was asked before, if the list has it; without that, the first entry.
-void select(ComboBox& list, int id) {
+/// Selects what was asked before, if the list has it; without that the usual entry, else the first.
+void select(ComboBox& list, int id, std::string_view usual = {}) {
   if (id == 0) {
-    list.ListIndex = list.ListCount() > 0 ? 0 : -1;
+    list.ListIndex = std::max(list.indexOfData(usual), list.ListCount() > 0 ? 0 : -1);
   } else {
     list.ListIndex = list.indexOfData(std::to_string(id));
   }
@@ -41,7 +43,7 @@ void frmRoomInfo::Form_Load() {
   app_.tools.PrepareForm(*this);
   fillLists();
   select(cboRoomType, asked_.GenericRoomTypeId);
-  select(cboRoomLocation, asked_.GenericRoomLocationId);
+  select(cboRoomLocation, asked_.GenericRoomLocationId, app_.context.locationId);
   cboRoomEquip.ListIndex = 0;
   cboCompare.ListIndex = asked_.GenericRoomCapacityOp == 0 ? 0 : 1;
   txtCapacity.Value = asked_.GenericRoomCapacity;

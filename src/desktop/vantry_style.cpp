@@ -103,7 +103,9 @@ static void drawCheck(const QStyleOption& option, QPainter& painter, bool round)
   const QColor empty = hovered(
       enabled ? option.palette.color(QPalette::Base) : option.palette.color(QPalette::Window), option);
   const double radius = round ? box.width() / 2.0 : 3.0;
-  panel(painter, box, on ? filled : fieldLine(option), on ? filled : empty, radius);
+  // A locked box has no ground of its own: only its line shows that it is there.
+  const QColor line = enabled ? fieldLine(option) : style::outline();
+  panel(painter, box, on ? filled : line, on ? filled : empty, radius);
   if (isOn(option, QStyle::State_HasFocus) && isOn(option, QStyle::State_KeyboardFocusChange))
     panel(painter, box.adjusted(-2, -2, 2, 2), style::accent(), {}, radius + 2);
   if (!on) return;

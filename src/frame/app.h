@@ -91,6 +91,9 @@ class App {
   Preferences preferences;
   DaySlots daySlots;
   int daemonPeriod = 0;  ///< milliseconds between refreshes of the Schedule Monitor; 0 for none
+  /// The locations whose bookings the monitor watches, joined by "|"; "0" or empty for all that the operator may
+  /// work at. For this session.
+  std::string monitorLocations;
   Mode mode = Mode::None;
   RecordSlots slots;
   BookingShared booking;

@@ -91,6 +91,10 @@ void BookingsPanel::load() {
 void BookingsPanel::ViewBookings(BookingsShown which) {
   const std::string_view code = which == kHistoricalBookings ? kind_.historicalCode : kind_.currentCode;
   ask_(code, {{kind_.recordTag, recordId_()}}, [this] { list_.fill(); });
+  DisableButtons();
+}
+
+void BookingsPanel::DisableButtons() {
   fa.Row = 0;
   disable(editBooking);
 }

@@ -49,6 +49,8 @@ class BookingsPanel {
   /// A copy has no bookings: nothing else is asked for until it is saved.
   void lock();
   void unlock();
+  /// No booking is selected any more.
+  void DisableButtons();
   /// Applies the rights over bookings.
   void secure(const Rights& rights);
 

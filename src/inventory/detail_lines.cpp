@@ -80,6 +80,7 @@ void DetailLines::fa_Click() {
 }
 
 void DetailLines::DisableButtons() {
+  fa.Row = 0;
   disable(edit, remove);
 }
 

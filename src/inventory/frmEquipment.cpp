@@ -20,6 +20,7 @@ static const PieceWindowKind kKind{
                                     {"Changes will be lost!  Do you wish to SAVE this record before exiting?",
                                      Box::Kind::Warning, false}},
                          .caption = "Equipment Inventory",
+                         .read = "GETEDTL",
                          .create = "NEWEQIPD",
                          .update = "UPDEQIPD",
                          .idTag = tags::EID,
@@ -29,11 +30,10 @@ static const PieceWindowKind kKind{
                          .tabStrip = "tabEquipment",
                          .tabStripOfNew = "tabEquipmentDetails",
                          .pages = {{"Details", "mnuViewDetails", "&Details"},
-                                   {"Bookings", "mnuViewBookings", "&Bookings"},
-                                   {"Maintenance", "mnuViewMaintenance", "&Maintenance"},
-                                   {"Notes", "mnuViewNotes", "&Notes"},
-                                   {"Properties", "mnuViewProperties", "&Properties"}}},
-              .readCode = "GETEDTL",
+                                   {"Bookings", "mnuViewBookings", "&Bookings", "record-bookings"},
+                                   {"Maintenance", "mnuViewMaintenance", "&Maintenance", "maintenance"},
+                                   {"Notes", "mnuViewNotes", "&Notes", "record-notes"},
+                                   {"Properties", "mnuViewProperties", "&Properties", "record-properties"}}},
               .categories = &CategoryLists::equipment,
               .typeIdTag = tags::ETI,
               .typeNameTag = tags::ETY,
@@ -156,8 +156,18 @@ void frmEquipment::addRecord(bool created) {
   if (created && CallerView == kSourceGroup) app_.message.Add(tags::GRPID, caller_.id);
 }
 
+bool frmEquipment::isKnownVersion() const {
+  return PieceWindow::isKnownVersion() && messageValue(tags::ENM) == knownMaintenance_;
+}
+
+void frmEquipment::takeVersion() {
+  PieceWindow::takeVersion();
+  knownMaintenance_ = messageValue(tags::ENM);
+}
+
 void frmEquipment::takeReply(bool created) {
   PieceWindow::takeReply(created);
+  knownMaintenance_ = ServerTools::GetControlDate(dtEQUIP_NXT_MAINT);
   const std::string value = messageValue(tags::MVL);
   // A piece of another group says nothing of the caller's value.
   if (CallerView != kSourceGroup || value.empty() || txtGroup.Tag != caller_.id) return;
@@ -179,8 +189,16 @@ bool frmEquipment::saveMore(bool created) {
     warningBox(app_.desktop, "Equipment group status prohibits editing of this record.");
     return false;
   }
-  if (recordSucceeded(app_, ask_, rc, "NEWGITM")) showGroupValue(messageValue(tags::MVL));
+  if (!joinSucceeded(app_, ask_, rc)) return true;
+  showGroupValue(messageValue(tags::MVL));
+  // It is kept where its group is from now on.
+  if (askForStored()) place.showStored();
   return true;
+}
+
+void frmEquipment::takeNextMaintenance(const std::optional<Date>& date) {
+  showQuietly([&] { dtEQUIP_NXT_MAINT.Value = date; });
+  knownMaintenance_ = ServerTools::GetControlDate(dtEQUIP_NXT_MAINT);
 }
 
 /// The field shows what the group is worth now. The piece keeps its own value in later saves, unless the

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "inventory/record_refusals.h"
 #include "messaging/ask.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
@@ -73,7 +74,7 @@ void frmMaintDetails::enableOK() {
 }
 
 void frmMaintDetails::cmdOK_Click() {
-  if (!cmdOK.Enabled) return;
+  if (!cmdOK.Enabled || !fitsMessage(app_.desktop, txtDetails.Text.get())) return;
   answer = {list_.text(fa.Row, kTypeId), list_.text(fa.Row, kTypeName), txtDetails.Text};
   Hide();
 }

@@ -23,6 +23,7 @@ static const InventoryWindowKind kKind{
                {"Changes will be lost!  Do you wish to SAVE this record before exiting?", Box::Kind::Warning,
                 false}},
     .caption = "Maintenance",
+    .read = "GETMDTL",
     .create = "NEWEMAINTD",
     .update = "UPDEMAINTD",
     .idTag = tags::MID,
@@ -31,7 +32,8 @@ static const InventoryWindowKind kKind{
     .search = kFindMaintenance,
     .tabStrip = "tabMaintenance",
     .tabStripOfNew = nullptr,
-    .pages = {{"Details", "mnuViewDetails", "&Details"}, {"Properties", "mnuViewProperties", "&Properties"}}};
+    .pages = {{"Details", "mnuViewDetails", "&Details"},
+              {"Properties", "mnuViewProperties", "&Properties", "record-properties"}}};
 
 static constexpr std::string_view kNoBarcode = "(none)";
 
@@ -115,7 +117,7 @@ void frmMaintenance::showNew() {
 void frmMaintenance::readRecord() {
   txtBARCODE_NO.Locked = !isCopy();
   // A refused request was reported, and leaves the fields empty.
-  if (!askForRecord(app_, ask_, "GETMDTL", {{tags::MID, recordId()}})) return;
+  if (!askForStored()) return;
   const TagMessage& message = app_.message;
   pieceId_ = message.Get(tags::EID);
   modelNumber = message.Get(tags::ENO);
@@ -174,7 +176,7 @@ void frmMaintenance::dtEQUIP_NXT_MAINT_Change() {
 // Saving
 
 bool frmMaintenance::requiredAreFilled() {
-  if (!dtMAINT_DATEIN.isEmpty()) return true;
+  if (!dtMAINT_DATEIN.isEmpty()) return fitsMessage(app_.desktop, txtMEDIA_NOTE.Text.get()) || holdBack();
   warningBox(app_.desktop, "Missing Required Fields:\n\nDate In");
   dtMAINT_DATEIN.SetFocus();
   return false;
@@ -188,6 +190,13 @@ void frmMaintenance::addRecord(bool) {
 }
 
 void frmMaintenance::takeReply(bool created) {
+  showReply(created);
+  // A window of the piece that is open would put the date before back with its next save.
+  tellPiece([this](InventoryWindow& piece) { piece.takeNextMaintenance(dtEQUIP_NXT_MAINT.Value.get()); });
+}
+
+void frmMaintenance::showReply(bool created) {
+  InventoryWindow::takeReply(created);
   const auto valueOf = [this](std::string_view tag) { return app_.message.Get(tag); };
   created ? propertyFields.showCreated(valueOf) : propertyFields.showUpdated(valueOf);
 }
@@ -201,8 +210,8 @@ bool frmMaintenance::saveMore(bool) {
 
 void frmMaintenance::sendStatus(std::string_view code) {
   // A failure is reported, and the save goes on.
-  static_cast<void>(ask_(
-      code,
+  static_cast<void>(askForRecord(
+      app_, ask_, code,
       {{tags::EID, pieceId_}, {tags::SID, chkIN_MAINT.Tag.get()}, {tags::ULI, app_.context.locationId}}));
 }
 
@@ -212,7 +221,7 @@ void frmMaintenance::showAsStored() {
 }
 
 void frmMaintenance::refreshLists() {
-  if (CallerView == kSourceEquipment) return refreshPiece();
+  if (CallerView == kSourceEquipment) return tellPiece(&InventoryWindow::BuildMaintenanceTab);
   if (CallerView != kSourceMainWindow && CallerView != kind().nextSource) return;
   const auto& years = app_.context.categories.years;
   const std::string month = category();
@@ -223,14 +232,14 @@ void frmMaintenance::refreshLists() {
   listedIn_ = month;
 }
 
-void frmMaintenance::refreshPiece() {
+void frmMaintenance::tellPiece(const std::function<void(InventoryWindow&)>& tell) {
   for (const int kind : {kEquipment, kGroupMember}) {
-    if (InventoryWindow* piece = windowOf(kind, pieceId_)) piece->BuildMaintenanceTab();
+    if (InventoryWindow* piece = windowOf(kind, pieceId_)) tell(*piece);
   }
 }
 
 void frmMaintenance::recordIsDeleted() {
-  if (CallerView == kSourceEquipment) refreshPiece();
+  if (CallerView == kSourceEquipment) tellPiece(&InventoryWindow::BuildMaintenanceTab);
 }
 
 // Commands
@@ -239,20 +248,18 @@ void frmMaintenance::mnuFilePrint_Click() {
   app_.reports().print(*this);
 }
 
-/// A stored record takes the piece's barcode at once; a new one is stored with it.
+/// The record is stored with the barcode at once: a stored one by the barcode alone, a new one whole.
 void frmMaintenance::txtBARCODE_NO_DblClick() {
   frmBarcodes window(app_, pieceId_);
   window.ShowModal();
   if (window.barcode.empty() || window.barcode == kNoBarcode) return;
   const std::string barcode = upper(window.barcode);
-  if (!isStored()) {
-    txtBARCODE_NO.Text = barcode;
-    return;
-  }
   showQuietly([&] { txtBARCODE_NO.Text = barcode; });
+  if (!isStored()) return save();
+  if (!mayReplaceStored()) return;
   const bool stored = ask_(
       "UPDEMAINTD", {{tags::MID, recordId()}, {tags::EID, pieceId_}, {tags::BNO, txtBARCODE_NO.Text.get()}});
-  if (stored) takeReply(false);
+  if (stored) showReply(false);
 }
 
 // Rights

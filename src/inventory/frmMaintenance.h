@@ -57,6 +57,7 @@ class frmMaintenance : public InventoryWindow {
   void recordIsDeleted() override;
   void DisableEditing() override;
   void SetFormSecurity() override;
+  void DisableButtons() override { details.DisableButtons(); }
   void merge(bool on) override;
 
  private:
@@ -64,8 +65,9 @@ class frmMaintenance : public InventoryWindow {
   void connect();
   void arrange();
   void BuildStatusTypes();
+  void showReply(bool created);
   void sendStatus(std::string_view code);
-  void refreshPiece();
+  void tellPiece(const std::function<void(InventoryWindow&)>& tell);
   [[nodiscard]] Date today() const { return app_.clock.now().date; }
 
   RecordFields fields_;

@@ -1,5 +1,6 @@
 #include "inventory/frmNotes.h"
 
+#include "inventory/record_refusals.h"
 #include "platform/wiring.h"
 
 namespace vantry {
@@ -32,6 +33,7 @@ void frmNotes::txtNotes_Change() {
 }
 
 void frmNotes::cmdOK_Click() {
+  if (!fitsMessage(app_.desktop, txtNotes.Text.get())) return;
   note = txtNotes.Text;
   taken = true;
   Hide();

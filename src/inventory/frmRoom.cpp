@@ -20,6 +20,7 @@ static const TypedWindowKind kKind{
                           {"Changes will be lost!  Do you wish to SAVE this record before exiting?",
                            Box::Kind::Warning, false}},
                .caption = "Room Inventory",
+               .read = "GETRDTL",
                .create = "NEWROOMD",
                .update = "UPDROOMD",
                .idTag = tags::RID,
@@ -29,11 +30,10 @@ static const TypedWindowKind kKind{
                .tabStrip = "tabRoom",
                .tabStripOfNew = "tabRoomDetails",
                .pages = {{"Details", "mnuViewDetails", "&Details"},
-                         {"Bookings", "mnuViewBookings", "&Bookings"},
-                         {"Equipment", "mnuViewEquipment", "&Equipment"},
-                         {"Notes", "mnuViewNotes", "&Notes"},
-                         {"Properties", "mnuViewProperties", "&Properties"}}},
-    .readCode = "GETRDTL",
+                         {"Bookings", "mnuViewBookings", "&Bookings", "record-bookings"},
+                         {"Equipment", "mnuViewEquipment", "&Equipment", "room-equipment"},
+                         {"Notes", "mnuViewNotes", "&Notes", "record-notes"},
+                         {"Properties", "mnuViewProperties", "&Properties", "record-properties"}}},
     .categories = &CategoryLists::rooms,
     .typeIdTag = tags::RTI,
     .typeNameTag = tags::RTY,
@@ -158,6 +158,11 @@ void frmRoom::copyEnds() {
 
 void frmRoom::mnuFilePrint_Click() {
   app_.reports().print(*this);
+}
+
+void frmRoom::DisableButtons() {
+  TypedWindow::DisableButtons();
+  details.DisableButtons();
 }
 
 // Rights

@@ -48,6 +48,7 @@ class frmRoom : public TypedWindow {
   void copyEnds() override;
   void DisableEditing() override;
   void SetFormSecurity() override;
+  void DisableButtons() override;
   void merge(bool on) override;
 
  private:

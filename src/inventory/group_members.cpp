@@ -81,11 +81,8 @@ bool GroupMembers::put(const MemberThing& thing, bool lookedUp) {
   if (!mayJoin(thing)) return false;
   const int rc = ask_.codeOf(
       "NEWGITM", {{tags::EID, thing.id}, {tags::GRPID, recordId()}, {tags::ULI, group_.place.locationId()}});
-  const bool follow = rc == codes::BookingsFollow;
-  if (!follow && !recordSucceeded(app_, ask_, rc, "NEWGITM")) return false;
+  if (!joinSucceeded(app_, ask_, rc)) return false;
   group_.takeMembersValue(app_.message.Get(lookedUp ? tags::EQVR : tags::MVL));
-  if (follow)
-    informationBox(app_.desktop, "All relevant bookings have been updated with the new group information.");
   lastAdded_ = lookedUp ? thing.id : "";
   undo.Enabled = lookedUp;
   return true;

@@ -70,6 +70,7 @@ void InventoryWindow::placeCommands() {
 void InventoryWindow::placePages(const std::vector<TabPages::Page>& pages) {
   for (const TabPages::Page& page : pages) frames_.push_back(&page.frame);
   pages_.emplace(strip_, pages);
+  pages_->Changed = [this] { DisableButtons(); };
   edit.follow(*this);
 }
 
@@ -108,6 +109,12 @@ bool InventoryWindow::loadRecord() {
   return true;
 }
 
+bool InventoryWindow::askForStored() {
+  if (!askForRecord(app_, ask_, kind_.read, {{kind_.idTag, id_}})) return false;
+  takeVersion();
+  return true;
+}
+
 void InventoryWindow::recordIsShown() {
   refreshNumbers();
 }
@@ -126,6 +133,7 @@ void InventoryWindow::Save() {
   if (!requiredAreFilled()) return;
   const bool wasCopy = copy_;
   const bool created = isNew() || wasCopy;
+  if (!created && !mayReplaceStored()) return;
   const bool stored = send(created);
   if (!stored && kind_.refusalEndsSave) return;
   // A refused save goes on, on purpose: the record counts as saved, and its next save is an update.
@@ -142,6 +150,36 @@ void InventoryWindow::Save() {
   setEnabled(!id_.empty(), commands.copy, commands.remove);
   SetFormSecurity();
   refreshNumbers();
+}
+
+/// The requests that store a record do not tell which version of it the operator has seen. So the record is
+/// read again before it is stored: what somebody else has changed meanwhile is not lost without a question.
+/// A failure is not reported here, since the save that follows tells it.
+bool InventoryWindow::mayReplaceStored() {
+  if (id_.empty() || ask_.codeOf(kind_.read, {{kind_.idTag, id_}}) != 0) return true;
+  if (isKnownVersion()) return true;
+  const bool isUpdated = app_.message.Get(tags::UDT) != knownUpdate_;
+  if (!askToReplace(app_.desktop, "record", isUpdated ? app_.message.Get(tags::UNM) : std::string()))
+    return holdBack();
+  takeVersion();
+  return true;
+}
+
+bool InventoryWindow::isKnownVersion() const {
+  return app_.message.Get(tags::UDT) == knownUpdate_;
+}
+
+void InventoryWindow::takeVersion() {
+  knownUpdate_ = app_.message.Get(tags::UDT);
+}
+
+bool InventoryWindow::holdBack() {
+  heldBack_ = true;
+  return false;
+}
+
+void InventoryWindow::takeReply(bool created) {
+  knownUpdate_ = created ? std::string() : app_.message.Get(tags::UDT);
 }
 
 bool InventoryWindow::send(bool created) {
@@ -203,10 +241,10 @@ void InventoryWindow::mnuFileDelete_Click() {
 bool InventoryWindow::Form_Unload() {
   const bool silent = Closing || (SaveOk && !Dirty);
   const bool asksForRecord = !SaveOk && Dirty && maySave();
-  if (!RecordWindow::Form_Unload()) return false;
-  if (NotesPanel* notes = notesPanel(); notes && !silent && !asksForRecord && notesAreAsked())
-    notes->askBeforeClosing();
-  return true;
+  heldBack_ = false;
+  if (!RecordWindow::Form_Unload() || heldBack_) return false;
+  NotesPanel* notes = notesPanel();
+  return !notes || silent || asksForRecord || !notesAreAsked() || notes->mayClose();
 }
 
 // Rights
@@ -225,6 +263,11 @@ void InventoryWindow::SetFormSecurity() {
 }
 
 // Other windows
+
+std::string_view InventoryWindow::helpTopic() const {
+  const std::string_view ofPage = kind_.pages.at(static_cast<std::size_t>(pages_->selected())).helpTopic;
+  return ofPage.empty() ? RecordWindow::helpTopic() : ofPage;
+}
 
 void InventoryWindow::mnuToolsSearch_Click() {
   app_.makers.search(app_, kind_.search);

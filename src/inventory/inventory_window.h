@@ -15,17 +15,19 @@ namespace vantry {
 
 class NotesPanel;
 
-/// A page of a record window: its tab, and its entry of the View menu.
+/// A page of a record window: its tab, its entry of the View menu, and what help says about it.
 struct RecordPage {
   const char* caption;
   const char* entry;  ///< name of the menu entry
   const char* entryCaption;
+  std::string_view helpTopic = {};  ///< empty: that of the window
 };
 
 /// What differs between the record windows of the inventory before any of their code runs.
 struct InventoryWindowKind {
   RecordWindowKind window;
   const char* caption;      ///< the window's own; the record's number follows
+  std::string_view read;    ///< request that reads a record
   std::string_view create;  ///< request that stores a new record
   std::string_view update;  ///< request that stores a changed one
   std::string_view idTag;
@@ -61,6 +63,8 @@ class InventoryWindow : public RecordWindow {
   virtual void takeMembersValue(const std::string&) {}
   /// A maintenance record of the piece was stored or deleted.
   virtual void BuildMaintenanceTab() {}
+  /// A maintenance record has set the piece's next date.
+  virtual void takeNextMaintenance(const std::optional<Date>&) {}
 
   Command saveAndClose;  ///< a tool of its own: the menu entry only saves
   EditMenu edit;
@@ -105,6 +109,8 @@ class InventoryWindow : public RecordWindow {
 
   // Opening. `readRecord` asks for the record and shows it; a refused request leaves empty fields.
   virtual void readRecord() = 0;
+  /// Asks for the record. A refusal is reported.
+  [[nodiscard]] bool askForStored();
   /// Shows what a new record starts with.
   virtual void showNew() = 0;
   /// The number that the copy's caption shows: that of its model.
@@ -116,7 +122,7 @@ class InventoryWindow : public RecordWindow {
   /// Adds the tags of the save behind the id.
   virtual void addRecord(bool created) = 0;
   /// Reads from the reply of the save what only the server knows. `id` is taken by the window itself.
-  virtual void takeReply(bool created) = 0;
+  virtual void takeReply(bool created);
   /// A copy was saved: it is a record of its own from now on, with all its commands.
   virtual void copyEnds() {}
   /// A new record shows the pages and commands of a stored one.
@@ -130,8 +136,21 @@ class InventoryWindow : public RecordWindow {
   virtual void refreshLists() = 0;
   /// Shows the numbers in use anew, if they are open.
   virtual void refreshNumbers() {}
+  /// Whether the stored record may be changed: nobody else has changed it since it was read here, or the
+  /// operator wants that all the same.
+  [[nodiscard]] bool mayReplaceStored();
+  /// Whether the reply that was read is the version of the record that this window knows.
+  [[nodiscard]] virtual bool isKnownVersion() const;
+  /// The window knows the version of the reply from now on.
+  virtual void takeVersion();
+  /// Ends a save with what was typed still there, since only the operator can settle what prevents it. A
+  /// window that was about to close stays open.
+  [[nodiscard]] bool holdBack();
   /// The record was deleted; the window closes.
   virtual void recordIsDeleted() {}
+
+  /// Another page is shown: nothing is selected any more in the lists.
+  virtual void DisableButtons() {}
 
   /// Whether the command that closes the window leaves a note that was typed unasked.
   [[nodiscard]] virtual bool notesAreAsked() const { return true; }
@@ -144,6 +163,7 @@ class InventoryWindow : public RecordWindow {
   [[nodiscard]] bool isStored() const override { return !isNew() && !copy_ && !id_.empty(); }
   void Save() override;
   [[nodiscard]] RecordOpening nextOpening() override;
+  [[nodiscard]] std::string_view helpTopic() const override;
   void DisableEditing() override;
   void SetFormSecurity() override;
 
@@ -170,8 +190,10 @@ class InventoryWindow : public RecordWindow {
   std::optional<TabPages> pages_;
   std::vector<Frame*> frames_;
   std::string id_;
+  std::string knownUpdate_;  ///< when the record was changed last, as far as this window knows
   Mode mode_ = Mode::Existing;
   bool copy_ = false;
+  bool heldBack_ = false;
 };
 
 }  // namespace vantry

@@ -9,7 +9,11 @@ namespace vantry {
 
 void FillLocations(const App& app, ComboBox& locations) {
   locations.Clear();
-  for (const Location& location : app.context.allLocations) locations.AddItem(location.name, location.id);
+  for (const bool own : {true, false}) {
+    for (const Location& location : app.context.allLocations) {
+      if ((location.id == app.context.locationId) == own) locations.AddItem(location.name, location.id);
+    }
+  }
 }
 
 int EntryOfLocation(ComboBox& locations, const std::string& id, const std::string& name) {

@@ -9,7 +9,8 @@ class App;
 class Ask;
 class ComboBox;
 
-/// Fills a list with all locations, their ids as data; none is selected.
+/// Fills a list with all locations, their ids as data; none is selected. The operator's own is the first,
+/// with which new records begin.
 void FillLocations(const App& app, ComboBox& locations);
 /// The entry of a location. One that the list lacks is added, since a record is there.
 [[nodiscard]] int EntryOfLocation(ComboBox& locations, const std::string& id, const std::string& name);

@@ -123,7 +123,7 @@ void NotesPanel::cboNoteType_Click() {
   const bool saves =
       askBox(app_.desktop, Box::Kind::Warning, "Note changes will be lost!  Do you wish to SAVE this note?");
   if (!saves) return readNote();
-  if (!save(cboNoteType.Text())) cboNoteType.ListIndex = cboNoteType.indexOfData(typeId_);
+  if (!mayStore() || !store(cboNoteType.Text())) cboNoteType.ListIndex = cboNoteType.indexOfData(typeId_);
 }
 
 // The note
@@ -140,6 +140,7 @@ void NotesPanel::readNote() {
 }
 
 void NotesPanel::showNote(const std::string& text, const std::string& updated, const std::string& name) {
+  known_ = text;
   txtNote.Text = text;
   ServerTools::PutControlDate(updated, dtNOTE_UP_DATE);
   txtOPNAME.Text = name;
@@ -165,12 +166,11 @@ void NotesPanel::allowCommands() {
 // Commands
 
 void NotesPanel::cmdSaveNote_Click() {
-  static_cast<void>(save(cboNoteType.Text()));
+  if (!typeId_.empty() && mayStore()) static_cast<void>(store(cboNoteType.Text()));
 }
 
 /// The selection of a type afterwards reads its note, with who wrote it and when.
-bool NotesPanel::save(const std::string& selectedThen) {
-  if (typeId_.empty()) return false;
+bool NotesPanel::store(const std::string& selectedThen) {
   const std::string text = txtNote.Text;
   if (!askForRecord(app_, ask_, kind_.saveCode,
                     {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}, {tags::MNO, text}}))
@@ -179,6 +179,19 @@ bool NotesPanel::save(const std::string& selectedThen) {
   fillTypes(selectedThen);
   Saved = true;
   return true;
+}
+
+bool NotesPanel::mayStore() {
+  return fitsMessage(app_.desktop, txtNote.Text.get()) && mayReplaceStored();
+}
+
+/// A note that somebody else has written meanwhile is not lost without a question. It is read again for that,
+/// as a record is before it is stored.
+bool NotesPanel::mayReplaceStored() {
+  if (ask_.codeOf(kind_.readCode, {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}}) != 0)
+    return true;
+  const std::string stored = app_.message.Get(tags::MNO);
+  return stored.empty() || stored == known_ || askToReplace(app_.desktop, "note", app_.message.Get(tags::ON));
 }
 
 void NotesPanel::cmdUndoNote_Click() {
@@ -192,9 +205,12 @@ void NotesPanel::cmdRemoveNote_Click() {
   load();
 }
 
-void NotesPanel::askBeforeClosing() {
-  if (Saved || !Dirty || !mayUpdate_) return;
-  if (askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) cmdSaveNote_Click();
+bool NotesPanel::mayClose() {
+  if (Saved || !Dirty || !mayUpdate_) return true;
+  if (!askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) return true;
+  if (!mayStore()) return false;
+  static_cast<void>(store(cboNoteType.Text()));
+  return true;
 }
 
 // Rights

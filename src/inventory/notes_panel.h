@@ -55,8 +55,9 @@ class NotesPanel {
   /// The copy is a record of its own now, without notes.
   void unlock();
   void secure(bool mayUpdate);
-  /// Asks whether a changed note is to be saved, before the window closes.
-  void askBeforeClosing();
+  /// Asks whether a changed note is to be saved, before the window closes. False for one that is not stored
+  /// yet, since only the operator can settle what prevents it.
+  [[nodiscard]] bool mayClose();
 
   void cboNoteType_Click();
   void cmdSaveNote_Click();
@@ -73,13 +74,16 @@ class NotesPanel {
   void textChanged();
   void allowCommands();
   [[nodiscard]] bool hasType() const;
-  [[nodiscard]] bool save(const std::string& selectedThen);
+  [[nodiscard]] bool mayStore();
+  [[nodiscard]] bool mayReplaceStored();
+  [[nodiscard]] bool store(const std::string& selectedThen);
 
   App& app_;
   const Ask& ask_;
   const NotesKind& kind_;
   std::function<std::string()> recordId_;
   std::string typeId_;  ///< of the note that is shown
+  std::string known_;   ///< its text as this window has read it
   bool mayUpdate_ = true;
   bool locked_ = false;
   bool loaded_ = false;

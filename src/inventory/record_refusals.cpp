@@ -1,20 +1,34 @@
 #include "inventory/record_refusals.h"
 
+#include <algorithm>
 #include <string>
 
 #include "frame/app.h"
 #include "messaging/return_codes.h"
+#include "words/json_text.h"
 #include "words/tags.h"
 
 namespace vantry {
 
 namespace {
 
+struct RefusalRow {
+  int rc;
+  std::string_view tag;  ///< whose value the server did not take; empty for a code without one
+  std::string_view words;
+  std::string_view code = {};  ///< of the only request that means it so
+};
+
 constexpr std::string_view kGone = "This record is not there any more.\n\nAnother desk has deleted it.";
 constexpr std::string_view kNumberInUse =
     "This number is in use.\n\nAnother record of this type and location has it.  Nothing was stored.";
 
-constexpr RefusalWords kRefusals[] = {
+constexpr std::string_view kTypeGone = "This type is not there any more.";
+constexpr std::string_view kInGroup =
+    "This piece belongs to a group, and is kept where the group is.\n\n"
+    "Move the group, or take the piece out of it first.";
+
+constexpr RefusalRow kRefusals[] = {
     {codes::NotFound, {}, kGone},
     {codes::TagMissing, tags::EID, kGone},
     {codes::TagMissing, tags::GRPID, kGone},
@@ -23,21 +37,59 @@ constexpr RefusalWords kRefusals[] = {
     {codes::TagMissing, tags::RNO, kNumberInUse},
     {codes::TagMissing, tags::BNO,
      "This barcode is in use.\n\nAnother piece, group or media item has it.  Nothing was stored."},
-    {codes::TagMissing, tags::ETI, "This type is not there any more."},
-    {codes::TagMissing, tags::RTI, "This type is not there any more."},
+    {codes::TagMissing, tags::LOC, "The location is not there any more."},
+    {codes::TagMissing, tags::ETI, kTypeGone},
+    {codes::TagMissing, tags::RTI, kTypeGone},
+    {codes::TagMissing, tags::RDI, kTypeGone},
+    {codes::TagMissing, tags::MTI, kTypeGone},
+    {codes::TagMissing, tags::SID, kTypeGone},
+    {codes::TagMissing, tags::ENID, kTypeGone},
+    {codes::TagMissing, tags::RNID, kTypeGone},
+    {codes::TagMissing, tags::BSI, kTypeGone},
+    {codes::GroupStatus, {}, kInGroup, "UPDEQIPD"},
+    {codes::GroupStatus, {}, kInGroup, "ADDREQP"},
 };
+
+/// Leaves room for the other tags of a message, the longest of which are short.
+constexpr std::size_t kMostBytes = 1'000'000;
 
 }  // namespace
 
 bool recordSucceeded(App& app, const Ask& ask, int rc, std::string_view code) {
-  const std::string_view words = wordsOf(kRefusals, rc, app.message);
-  if (words.empty()) return ask.succeeded(rc, code);
-  warningBox(app.desktop, std::string(words));
+  const std::string tag = rc == codes::TagMissing ? app.message.Get(tags::CANTREAD) : std::string();
+  const auto* row = std::find_if(std::begin(kRefusals), std::end(kRefusals), [&](const RefusalRow& each) {
+    return each.rc == rc && each.tag == tag && (each.code.empty() || each.code == code);
+  });
+  if (row == std::end(kRefusals)) return ask.succeeded(rc, code);
+  warningBox(app.desktop, std::string(row->words));
   return false;
 }
 
 bool askForRecord(App& app, const Ask& ask, std::string_view code, Ask::Tags tags) {
   return recordSucceeded(app, ask, ask.codeOf(code, tags), code);
+}
+
+bool joinSucceeded(App& app, const Ask& ask, int rc) {
+  if (rc != codes::BookingsFollow) return recordSucceeded(app, ask, rc, "NEWGITM");
+  informationBox(app.desktop, "All relevant bookings have been updated with the new group information.");
+  return true;
+}
+
+bool askToReplace(Desktop& desktop, std::string_view what, std::string_view changedBy) {
+  return askBox(desktop, Box::Kind::Warning,
+                std::string(changedBy.empty() ? "Another desk" : changedBy) + " has changed this " +
+                    std::string(what) +
+                    " since you opened it.\n\nDo you wish to SAVE your version in its place?");
+}
+
+bool fitsMessage(Desktop& desktop, std::string_view text) {
+  std::string sent;
+  appendJsonText(sent, text);
+  if (sent.size() <= kMostBytes) return true;
+  warningBox(desktop,
+             "This text is too long to be stored: it may have about a million characters.\n\n"
+             "Please shorten it.");
+  return false;
 }
 
 }  // namespace vantry

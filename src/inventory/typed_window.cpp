@@ -1,6 +1,7 @@
 #include "inventory/typed_window.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "inventory/frmNumbers.h"
 #include "inventory/frmStatus.h"
@@ -101,7 +102,7 @@ void TypedWindow::readRecord() {
   controls_.type.ListIndex = std::max(0, controls_.type.indexOf(oldType_));
   storedTypeId_ = typeId();
   // A refused request was reported, and leaves the fields empty.
-  if (!askForRecord(app_, ask_, kind_.readCode, {{kind().idTag, recordId()}})) return;
+  if (!askForStored()) return;
   showNumber();
   showRecord();
 }
@@ -137,6 +138,7 @@ void TypedWindow::addRecord(bool) {
 }
 
 void TypedWindow::takeReply(bool created) {
+  InventoryWindow::takeReply(created);
   const auto valueOf = [this](std::string_view tag) { return messageValue(tag); };
   created ? propertyFields.showCreated(valueOf) : propertyFields.showUpdated(valueOf);
 }
@@ -145,10 +147,12 @@ void TypedWindow::refreshLists() {
   const bool fromMainWindow = CallerView == kSourceMainWindow || CallerView == kind().nextSource;
   const bool typeChanged = controls_.type.Text() != oldType_;
   oldType_ = controls_.type.Text();
-  storedTypeId_ = typeId();
+  const std::string before = std::exchange(storedTypeId_, typeId());
   if (!fromMainWindow && !typeChanged) return;
   refreshTrees(typeChanged);
-  app_.main().refillInventory(kind().window.kind, typeId());
+  app_.main().refillInventory(kind().window.kind, storedTypeId_);
+  // A record of another type now is not left in the list of the one before.
+  if (!before.empty() && before != storedTypeId_) app_.main().refillInventory(kind().window.kind, before);
 }
 
 // The dialogs

@@ -10,7 +10,6 @@ namespace vantry {
 /// What differs between the windows of pieces, groups and rooms before any of their code runs.
 struct TypedWindowKind {
   InventoryWindowKind window;
-  std::string_view readCode;
   std::vector<Category> CategoryLists::*categories;
   std::string_view typeIdTag, typeNameTag, numberTag;
   std::string_view newStatus;  ///< that a new record shows
@@ -59,6 +58,7 @@ class TypedWindow : public InventoryWindow {
   void refreshNumbers() override;
   void DisableEditing() override;
   void SetFormSecurity() override;
+  void DisableButtons() override { bookings.DisableButtons(); }
 
   /// Shows what the reply of the record holds beside the number.
   virtual void showRecord() = 0;

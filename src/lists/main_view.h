@@ -53,6 +53,8 @@ class MainView {
   Event showDay;
   /// Lets the other views follow the day view's date.
   std::function<void(const Date&)> dayChanged;
+  /// Shows the view's heading with this text behind it.
+  std::function<void(std::string_view)> showHeading;
   /// A member of a group was deleted: its id, and its type by name.
   std::function<void(std::string_view id, std::string_view type)> pieceDeleted;
 

@@ -177,30 +177,35 @@ void ReplyList::fillRow(int row) {
 
 std::string ReplyList::cellText(const ReplyColumn& column) const {
   const TagMessage& message = app_.message;
+  const std::string_view tag = hooks.tagOf ? hooks.tagOf(column) : column.tag;
   switch (column.kind) {
     case CellKind::Plain:
       break;
     case CellKind::Number:
-      return std::to_string(intOf(message.Get(column.tag)));
+      return std::to_string(intOf(message.Get(tag)));
     case CellKind::YesNo:
-      return message.Get(column.tag) == "Y" ? "Y" : "N";
+      return message.Get(tag) == "Y" ? "Y" : "N";
     case CellKind::Requester:
-      return requesterText(message.Get(column.tag));
+      return requesterText(message.Get(tag));
     case CellKind::Date:
     case CellKind::Time24:
     case CellKind::Time:
-      return momentText(column.kind, message.Get(column.tag));
+      return momentText(column.kind, message.Get(tag));
     case CellKind::Piece:
       return message.Get(app_.preferences.Barcodes ? tags::BNO : tags::ENO);
     case CellKind::Own:
       return hooks.ownText ? hooks.ownText(column) : std::string();
   }
-  return message.Get(column.tag);
+  return message.Get(tag);
 }
 
 std::string requesterText(std::string_view value) {
   const std::string_view requester = trim(value);
   return requester.empty() ? "Administrative" : std::string(requester);
+}
+
+std::string requesterOrWithheld(std::string_view value) {
+  return val(trim(value)) < 0 ? "Requester Withheld" : requesterText(value);
 }
 
 std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {

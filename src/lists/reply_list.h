@@ -74,6 +74,8 @@ struct MomentFields {
 struct ReplyHooks {
   std::function<bool()> accepts = {};                           ///< whether the current record becomes a row
   std::function<std::string(const ReplyColumn&)> ownText = {};  ///< of an `Own` column
+  /// The tag of a column whose value the current record may have under another one.
+  std::function<std::string_view(const ReplyColumn&)> tagOf = {};
   std::function<void(int row)> filled = {};  ///< the row has its texts; the walk is still on its record
   std::function<void(int row, int total)> progress = {};  ///< a record is about to be read
 };
@@ -143,6 +145,8 @@ class ReplyList {
 
 /// The requester of a booking as the lists show it: "Administrative" where there is none.
 [[nodiscard]] std::string requesterText(std::string_view value);
+/// The same in lists with bookings that are over, which the server tells without the names of some.
+[[nodiscard]] std::string requesterOrWithheld(std::string_view value);
 
 /// Keeps the dates and times of a booking list together after the operator has moved one of them: a date,
 /// then its time in the form that sorts, then its time as people read it.

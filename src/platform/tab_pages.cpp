@@ -20,6 +20,7 @@ void TabPages::show() {
   Page& page = pages_[static_cast<std::size_t>(next)];
   raise(std::exchange(page.firstVisit, {}));
   if (shown_ == next) page.frame.Visible = true;
+  raise(Changed);
 }
 
 }  // namespace vantry

@@ -26,6 +26,8 @@ class TabPages {
   int selected() const { return strip_.SelectedTab; }
   void select(int page) { strip_.SelectedTab = page; }
 
+  Event Changed;  ///< another page is shown
+
  private:
   void show();
 

@@ -23,7 +23,7 @@ struct Counter {
   NumberField frmPatronCounter::*field;
   std::string_view tag;
 };
-/// Those that are counted up to a patron's reset and can be corrected, in the order in which they are sent.
+/// The counters that can be corrected, in the order in which they are sent.
 constexpr std::array kCounters{
     Counter{&frmPatronCounter::txtLateReturns, tags::LTRE},
     Counter{&frmPatronCounter::txtHistoricalBookings, tags::HBK},

@@ -130,7 +130,7 @@ void RecordWindow::mnuToolsOptions_Click() {
 }
 
 void RecordWindow::mnuHelpTopics_Click() {
-  app_.desktop.showHelp(kind_.helpTopic);
+  app_.desktop.showHelp(helpTopic());
 }
 
 void RecordWindow::mnuHelpAbout_Click() {

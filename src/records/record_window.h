@@ -79,6 +79,8 @@ class RecordWindow : public Form {
   [[nodiscard]] virtual bool isStored() const = 0;
   /// Stores the record. `SaveOk` tells whether the end was reached.
   virtual void Save() = 0;
+  /// The page that help opens.
+  [[nodiscard]] virtual std::string_view helpTopic() const { return kind_.helpTopic; }
   /// What Save and New opens afterwards.
   [[nodiscard]] virtual RecordOpening nextOpening() = 0;
   /// The record can only be read from now on.

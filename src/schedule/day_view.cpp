@@ -26,10 +26,6 @@ constexpr ReplyColumn kColumns[] = {
     {"Equipment Count", tags::ECNT, CellKind::Plain, 1300},
     {"Item Count", tags::ICNT, CellKind::Plain, 1000},
 };
-/// Only the day's list tells a withheld requester from none.
-std::string requesterOrWithheld(std::string_view value) {
-  return val(trim(value)) < 0 ? "Requester Withheld" : requesterText(value);
-}
 
 std::string bookings(int count) {
   return count == 1 ? "1 Booking" : std::to_string(count) + " Bookings";

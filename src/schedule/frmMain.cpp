@@ -4,6 +4,7 @@
 #include "lists/grids.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
+#include "schedule/frmDaemonUpdate.h"
 
 namespace vantry {
 
@@ -38,10 +39,8 @@ frmMain::frmMain(App& app) : Form(app.windows, "frmMain"), app_(app) {
   StatusBar1.Panels(5).style = Panel::Style::Picture;
   StatusBar1.Panels(5).Picture = "lock";
   StatusBar1.Panels(5).Visible = false;
-  // These serve the views without being seen, or wait for their view.
-  setVisible(false, dtServerDate, txtServerTime, dtTempDate, legendDelivery.lblCharged,
-             legendDelivery.lblComplete, legendDelivery.lblCanceled, legendDelivery.lblUnclaimed,
-             legendDelivery.lblOverdue);
+  // These serve the views without being seen.
+  setVisible(false, dtServerDate, txtServerTime, dtTempDate);
   dtTempDate.Value = app.clock.now().date;
   tmrDaemon.Interval = kTickMilliseconds;
   buildToolBar();
@@ -103,7 +102,6 @@ void frmMain::showOperator(std::string_view operatorId) {
 
 void frmMain::takeColours() {
   const Preferences& p = app_.preferences;
-  legendDelivery.takeColours(p);
   const auto take = [&](Label& label, ListColour colour) {
     label.BackColor = p.back(colour);
     label.ForeColor = p.fore(colour);
@@ -127,7 +125,33 @@ void frmMain::applyPreferences(Applies what) {
 
 void frmMain::StartStopTimer(bool start) {
   if (app_.daemonPeriod == 0) return;  // no refresh by itself
+  nextRefresh_ = app_.clock.ticks() + app_.daemonPeriod;
   tmrDaemon.Enabled = start;
+}
+
+void frmMain::tmrDaemon_Timer() {
+  if (app_.daemonPeriod == 0 || app_.clock.ticks() <= nextRefresh_) return;
+  refreshMonitor();
+}
+
+void frmMain::refreshMonitor() {
+  const std::string before = StatusBar1.Panels(1).Text;
+  showStatus(1, "Schedule Monitor Updating...");
+  // A pick list is read when the operator asks for it.
+  const ViewRow* shown = visibleView();
+  if (shown && shown->mode == Mode::Monitor && shown->number != kNoNumber) view(shown->id).refresh();
+  // The next period counts from here, so that a slow reply does not bunch the refreshes.
+  StartStopTimer(false);
+  StartStopTimer(true);
+  showStatus(1, before);
+}
+
+void frmMain::mnuFileGetRequests_Click() {
+  if (app_.mode != Mode::Monitor) return;  // its key works in both modes
+  frmDaemonUpdate update(app_);
+  update.Show();
+  refreshMonitor();
+  update.Unload();
 }
 
 ReplyList* frmMain::visibleList() {

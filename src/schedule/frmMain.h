@@ -1,12 +1,13 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "frame/main_parts.h"
-#include "lists/legend.h"
 #include "schedule/main_views.h"
 
 namespace vantry {
@@ -66,6 +67,7 @@ class frmMain : public Form, public MainWindow {
   void mnuView_Click();
   void mnuViewMergeCells_Click();
   void mnuFileGetRequests_Click();
+  void tmrDaemon_Timer();
   void mnuFileNewInvEquip_Click() { openNewRecord(kEquipment); }
   void mnuFileNewInvGroup_Click() { openNewRecord(kGroup); }
   void mnuFileNewInvRoom_Click() { openNewRecord(kRoom); }
@@ -113,7 +115,6 @@ class frmMain : public Form, public MainWindow {
   Timer tmrDaemon{*this, "tmrDaemon"};
   Label lblMultipleBookingsColor{*this, "lblMultipleBookingsColor", "Multiple bookings"};
   Label lblSingleBookingColor{*this, "lblSingleBookingColor", "Single booking"};
-  LegendLabels legendDelivery{frames.fraDaemon(2), 1};
 
  private:
   std::vector<std::unique_ptr<MainView>> makeViews();
@@ -135,6 +136,9 @@ class frmMain : public Form, public MainWindow {
   void closeWorkingWindows();
   /// Tells which windows are still open; false when none but this one is.
   bool tellOpenWindows(std::string_view sentence);
+  /// Reads the view of the monitor that shows anew, and begins the next period.
+  void refreshMonitor();
+  [[nodiscard]] std::string headingOf(const ViewRow& row) const;
   /// Sorts the list that shows.
   void sortList(SortOrder order);
   /// Hands the entries of the view's popup menu to the view, and takes their own from the view before.
@@ -143,6 +147,7 @@ class frmMain : public Form, public MainWindow {
   ReplyList* visibleList();
 
   std::vector<std::unique_ptr<MainView>> views_ = makeViews();  ///< in the order of the view table
+  std::int64_t nextRefresh_ = 0;                                ///< in ticks of the clock
   bool firstTime_ = true;  ///< until the first standard mode after a login
   std::vector<ViewId> comboViews_;
   const ViewRow* currentView_ = nullptr;

@@ -133,6 +133,7 @@ void frmMain::connectCommands() {
   commands.defaults.link(menus.mnuToolsDefaults);
   disable(commands.defaults);  // a session has no defaults beside the options
   on(menus.mnuView.Click, this, &frmMain::mnuView_Click);
+  on(tmrDaemon.Tick, this, &frmMain::tmrDaemon_Timer);
   on(barMain.tool(kToolNew).Click, this, &frmMain::runNewRecord);
 }
 
@@ -140,6 +141,9 @@ void frmMain::connectViews() {
   for (const ViewRow& row : viewTable()) on((menus.*row.menu).Click, this, &frmMain::showView, row.id);
   for (const auto& each : views_) {
     on(each->showDay, this, &frmMain::showView, ViewId::Day);
+    each->showHeading = [this](std::string_view text) {
+      lblView.Caption = headingOf(*currentView_) + " " + std::string(text);
+    };
     each->dayChanged = [this](const Date& day) { UpdateCalendars(day); };
     each->pieceDeleted = [this](std::string_view id, std::string_view type) {
       inventory(kKindEquipment).dropRecord(id, type);
@@ -289,10 +293,6 @@ void frmMain::mnuFileNewPickup_Click() {
 }
 
 // Windows and commands of higher floors
-
-void frmMain::mnuFileGetRequests_Click() {
-  app_.makers.run("frmDaemonUpdate", app_);
-}
 
 void frmMain::mnuFilePrintDetail_Click() {
   app_.makers.run("PrintDetail", app_);

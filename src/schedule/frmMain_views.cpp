@@ -93,6 +93,11 @@ void frmMain::adjustViewEntries() {
       mode == Mode::Standard && (rights.has(Right::BKCHA) || rights.has(Right::BKDIS));
 }
 
+std::string frmMain::headingOf(const ViewRow& row) const {
+  if (row.heading.starts_with('=')) return std::string(row.heading.substr(1));
+  return std::string(row.heading) + (menus.*row.menu).Caption.get();
+}
+
 void frmMain::showView(ViewId id) {
   const ViewRow& row = viewOf(id);
   HideFrames();
@@ -106,8 +111,7 @@ void frmMain::showView(ViewId id) {
   // Flips to the preference's own value, and so applies it to the list that shows.
   menus.mnuViewMergeCells.Checked = !app_.preferences.MergeCells;
   mnuViewMergeCells_Click();
-  lblView.Caption = row.heading.starts_with('=') ? std::string(row.heading.substr(1))
-                                                 : std::string(row.heading) + (menus.*row.menu).Caption.get();
+  lblView.Caption = headingOf(row);
   lblView.Tag = std::to_string(row.kind);
   abView.ListIndex = abView.indexOf(row.comboText);
   ListBar& bar = row.mode == Mode::Monitor ? albDaemon : albStandard;

@@ -12,7 +12,7 @@
 #include "schedule/calendar_view.h"
 #include "schedule/day_view.h"
 #include "schedule/monitor_view.h"
-#include "schedule/planned_view.h"
+#include "schedule/pick_list_view.h"
 
 namespace vantry {
 
@@ -50,13 +50,13 @@ static constexpr ViewRow kViews[] = {
     {ViewId::Month, 1, View, 2, Mode::Standard, ViewNeeds::Nothing, 10, {}, kFindBookings, &M::mnuViewScheduleMonth, "month", "Schedule - Month View", kSchedule, nullptr, make<MonthView>},
     {ViewId::Year, 2, View, 3, Mode::Standard, ViewNeeds::Nothing, 11, {}, kFindBookings, &M::mnuViewScheduleYear, "year", "Schedule - Year View", kSchedule, nullptr, make<YearView>},
     {ViewId::Staff, 7, Staff, 1, Mode::Standard, ViewNeeds::Nothing, 12, {}, kFindBookings, &M::mnuViewStaff, "staff", "Staff", "= Staff", nullptr, make<StaffView>},
-    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, {}, kFindBookings, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, {}, kFindBookings, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
+    {ViewId::Conflict, 8, Daemon, 1, Mode::Monitor, ViewNeeds::Nothing, 16, {}, kFindBookings, &M::mnuViewDaemonConflict, "conflict", "Schedule Monitor - Conflict Resolution and Warning", kMonitor, &M::mnuPopupScheduler, makeOf<ConflictView>},
+    {ViewId::Delivery, 9, Daemon, 2, Mode::Monitor, ViewNeeds::Nothing, 17, {}, kFindBookings, &M::mnuViewDaemonDelivery, "delivery", "Schedule Monitor - Delivery and Cleanup Notification", kMonitor, &M::mnuPopupScheduler, makeOf<DeliveryView>},
     {ViewId::Pickup, 10, Daemon, 3, Mode::Monitor, ViewNeeds::Nothing, 18, {}, kFindBookings, &M::mnuViewDaemonPickup, "pickup-slips", "Schedule Monitor - Pickup Slips", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, {}, kFindBookings, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, {}, kFindBookings, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor, &M::mnuPopupScheduler, makeOf<MonitorView>},
-    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, {}, kFindBookings, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
-    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, {}, kFindBookings, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, make<PlannedView>},
+    {ViewId::RoomSchedules, 11, Daemon, 4, Mode::Monitor, ViewNeeds::Nothing, 19, {}, kFindBookings, &M::mnuViewDaemonRooms, "room-schedules", "Schedule Monitor - Room Schedules", kMonitor, &M::mnuPopupScheduler, makeOf<RoomScheduleView>},
+    {ViewId::LibRooms, 12, Daemon, 5, Mode::Monitor, ViewNeeds::Nothing, 20, {}, kFindBookings, &M::mnuViewDaemonLibRooms, "library-rooms", "Schedule Monitor - Library Media Scheduled Rooms", kMonitor, &M::mnuPopupScheduler, makeOf<LibRoomsView>},
+    {ViewId::EquipmentList, kNoNumber, Daemon, 6, Mode::Monitor, ViewNeeds::Nothing, 25, {}, kFindBookings, &M::mnuViewDaemonEquipmentPickUpList, "equipment-list", "Schedule Monitor - Equipment Pick List", kMonitor, &M::mnuPopupScheduler, makeOf<PickListView>},
+    {ViewId::ItemList, kNoNumber, Daemon, 7, Mode::Monitor, ViewNeeds::Nothing, 26, {}, kFindBookings, &M::mnuViewDaemonItemPickUpList, "item-list", "Schedule Monitor - Item Pick List", kMonitor, &M::mnuPopupScheduler, makeOf<PickListView>},
 };
 // clang-format on
 

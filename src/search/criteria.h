@@ -38,6 +38,7 @@ enum class ListSource {
 /// Numbers of the protocol for what is searched.
 inline constexpr int kSearchSpan = 8;  ///< the first date of a span; a refusal of both dates bears it
 inline constexpr int kSearchHistory = 10;
+inline constexpr int kSearchCard = 17;  ///< among patrons
 inline constexpr int kSearchTitles = 27;
 inline constexpr int kSearchHoldings = 30;
 

@@ -288,7 +288,7 @@ bool CriteriaPages::isOfNumber(const Field& field, int number) const {
          (field.criterion.form == CriterionForm::Titles ? titleNumber : field.criterion.number) == number;
 }
 
-std::string CriteriaPages::showRefused(int number) {
+std::string CriteriaPages::showField(int number) {
   for (int i = 0; i < tabs_->count(); ++i) {
     for (const Field& field : pages_[static_cast<std::size_t>(i)].fields) {
       if (!isOfNumber(field, number)) continue;

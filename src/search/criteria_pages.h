@@ -48,9 +48,9 @@ class CriteriaPages {
   /// Finds the first date or time that cannot be read on the page that shows, or on all of them. A box tells
   /// of it and its page is shown. True when there is none.
   [[nodiscard]] bool momentsAreReadable(bool allPages);
-  /// The server has refused what was entered for the criterion of this number: shows its page and puts the
-  /// focus into its field. The field's name; empty where no field has the number.
-  std::string showRefused(int number);
+  /// Shows the page of the criterion of this number and puts the focus into its field. The field's name;
+  /// empty where no field has the number.
+  std::string showField(int number);
   /// Adds the criteria of the page that shows to the message, or those of all pages.
   void addTags(App& app, bool allPages) const;
 

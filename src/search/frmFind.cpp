@@ -182,9 +182,19 @@ void frmFind::becomePicker(const PickerMode& mode) {
   disable(cboSearchFor, cboSearchWhere, cmdAdvancedSearch);
   setVisible(false, mnuFile, mnuTools, mnuHelp);
   cmdClose.Caption = "&Cancel";
+  if (mode.category == kFindPatrons) ScanReceived = [this](std::string_view card) { findByCard(card); };
   // A dialog keeps its size, and so has its list from the start.
   results.build(resultLayout(mode.results).list);
   faResults.Visible = true;
+}
+
+/// Whoever looks for a patron scans nothing but cards, whatever has the focus.
+void frmFind::findByCard(std::string_view card) {
+  CriteriaPages& pages = criteria(kFindPatrons);
+  pages.showField(kSearchCard);
+  pages.field<TextBox>("txtBarcode").type(card);
+  optTerms(0).Value = true;
+  cmdFindNow_Click();
 }
 
 void frmFind::fillLists() {
@@ -330,7 +340,7 @@ void frmFind::cmdFindNow_Click() {
 void frmFind::tellFailure(int rc) {
   showStatus("Search failed!");
   const int number = rc == codes::TagMissing ? intOf(app_.message.Get(tags::SRCHTAG)) : 0;
-  const std::string field = number == 0 ? "" : criteria(cboSearchFor.ListIndex).showRefused(number);
+  const std::string field = number == 0 ? "" : criteria(cboSearchFor.ListIndex).showField(number);
   if (field.empty()) return criticalBox(app_.desktop, searchFailure(app_.message, rc));
   warningBox(app_.desktop, "The search cannot use what was entered for " + field + ".\n\n" +
                                std::string(wrongValue(number)));

@@ -115,6 +115,7 @@ class frmFind : public Form {
   /// Becomes what the tag asks for: a picker for good, or a free window on a category.
   void takeTag();
   void becomePicker(const PickerMode& mode);
+  void findByCard(std::string_view card);
   void showCategory();
   [[nodiscard]] bool isAdvanced() const { return cmdAdvancedSearch.Tag == "1"; }
   /// Adds the criteria and says where is searched; nothing of it in the advanced state.

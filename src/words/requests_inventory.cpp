@@ -61,7 +61,7 @@ constexpr RequestRow kRequests[] = {
      "keeps a piece that left its group in its future bookings"},
     {"ADDREQP", "EID RID ULI?", "", "", "", kEquipmentOrRooms, kWrites,
      "places a piece or group in a room, which needs EQADD, EQUPD or RMUPD; where it is there already, or "
-     "is new, only a question; 174: a pending booking holds it, nothing moves"},
+     "is new, only a question; 174: a pending booking holds it, nothing moves; 125: its group holds it"},
     {"DLTEBFR", "EID", "", "", "", "EBM", kWrites,
      "frees a piece from its pending bookings before a move; 100: a delivery or pick-up needs it"},
     {"GETREQP", "RID BRTY?", "", "EID BNO ENO ETY EIU ESDS", "EID", kRoomsOrBookings, kReads,

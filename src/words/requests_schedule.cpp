@@ -24,8 +24,9 @@ constexpr RequestRow kRequests[] = {
      "exception days of a calendar"},
 
     // Monitor and pick-up lists
-    {"DELD", "LOC+ HRS", "", "BOOKID BKRES DOCL PATNM RNM CNUM SCHCOM ODE:Time OPU:Time STIME ETIME",
-     "BOOKID", kBookings, kReads, "deliveries and clean-ups that come due at the locations"},
+    {"DELD", "LOC+ HRS", "", "BOOKID BKRES DOCL PATNM RNM CNUM SCHCOM ODE:Time OPU:Time ON STIME ETIME",
+     "BOOKID", kBookings, kReads,
+     "deliveries (DOCL 1) and clean-ups (2) that come due at the locations, with the staff member"},
     {"PICKD", "LOC+ HRS", "", "BOOKID STIME ETIME PATNM RNM CNUM SCHCOM", "BOOKID", kBookings, kReads,
      "pick-ups that come due"},
     {"LIBSD", "LOC+ HRS", "", "BOOKID ICNT ECNT STIME ETIME PATNM RNM CNUM SCHCOM", "BOOKID", kBookings,
@@ -36,7 +37,7 @@ constexpr RequestRow kRequests[] = {
      "BKERR", kBookings, kWrites,
      "conflicts and warnings of what comes due; assigns the generic lines of that period"},
     {"GSC", "BOOKID", "", "EID ETY ENO", "EID", kBookings, kReads, "equipment of a booking in the monitor"},
-    {"GEPL", "CLI LOC+ STIME ETIME OI", "", "BOOKID CNUM PFN PLN ENO EQBAR LNA EQIR UTIME:Time ETY BTYP",
+    {"GEPL", "CLI LOC+ STIME ETIME OI", "", "BOOKID CNUM PFN PLN ENO EQBAR LNA EQIR:Name UTIME:Time ETY BTYP",
      "CNUM", kBookings, kReads, "equipment to be fetched in a period"},
     {"GIPL", "CLI LOC+ STIME ETIME OI", "",
      "BOOKID CNUM PFN PLN UTIME:Time NTTL MBIBT NCN CN EN CH LNA BNO MDSC ETY BTYP BI MI IM", "CNUM",

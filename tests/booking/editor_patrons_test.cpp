@@ -3,7 +3,6 @@
 #include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/frmRoomInfo.h"
-#include "records/frmPatronCounter.h"
 
 // The requester and the patron who fetches.
 
@@ -168,8 +167,7 @@ TEST_F(EditorPatrons, TheFieldsOfBothPatronsOpenTheirCounters) {
   window.record.PickupPatronId = 32;
   for (const char* patron : {"PID=31", "PID=32"}) {
     server.expect("GPAI", patron);
-    desktop.expectModalWindow<frmPatronCounter>(
-        "frmPatronCounter", [](frmPatronCounter& counters) { counters.cmdClose.press(); });
+    desktop.expectModal("frmPatronCounter", [](Form& counters) { counters.closeByOperator(); });
   }
   requester.text.doubleClick();
   EXPECT_TRUE(window.requester.onBehalfOf.text.pressKey("F4"));

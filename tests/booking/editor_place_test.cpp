@@ -74,14 +74,15 @@ TEST_F(EditorPlace, AnotherOptionLeavesNoStaleRoom) {
 }
 
 TEST_F(EditorPlace, AGenericRoomAndASpecificOneExcludeEachOther) {
+  app.context.locationId = "4";
   expectRoomInfo([](frmRoomInfo& info) {
     EXPECT_EQ(info.Caption, "Additional Room Information");
     EXPECT_EQ(info.cboRoomType.ListCount(), 2) << "nothing is delivered to a storage room";
     EXPECT_EQ(info.cboRoomType.Text() + "|" + info.cboRoomLocation.Text() + "|" + info.cboRoomEquip.Text() +
                   "|" + info.cboCompare.Text() + "|" + info.txtCapacity.Text(),
-              "Seminar|Main Desk|(none)|>=|0");
+              "Seminar|Branch|(none)|>=|0")
+        << "at the operator's own location";
     info.cboRoomType.select(1);
-    info.cboRoomLocation.select(1);
     info.cboCompare.select(1);
     info.txtCapacity.enter(2147483647);
     info.cmdOK.press();

@@ -1,5 +1,6 @@
 // The search, the staff and the counters of patrons, as a desk works with them.
 #include <QCheckBox>
+#include <QClipboard>
 
 #include "booking/frmBooking.h"
 #include "desktop/inventory_story.h"
@@ -35,6 +36,12 @@ struct SearchStory : InventoryDesk {
   void key(Qt::Key key) {
     QTest::keyClick(typingTarget(), key);
     desktop.handleEvents();
+  }
+  void paste(const Form& form, const char* name, const std::string& text) {
+    QApplication::clipboard()->setText(QString::fromStdString(text));
+    auto& field = find<QLineEdit>(form, name);
+    field.clear();
+    key(field, Qt::Key_V, Qt::ControlModifier);
   }
   static void showPage(QWidget& window, const char* tabs, int page) {
     auto& bar = *window.findChild<QTabBar*>(tabs);
@@ -140,6 +147,11 @@ TEST_F(SearchStory, APatronIsFoundByHalfANameWithTheKeyboardAlone) {
       write(search, "txtLast", nothing, Qt::Key_Return);
       EXPECT_EQ(search.findChild<QLineEdit*>("txtLast")->text(), nothing) << "what was typed stays";
     }
+    activate(search);
+    wand(kCard);
+    EXPECT_TRUE(waitUntil([&] { return column(search, "Patron Name") == QStringList{"Booker, Bea "}; }));
+    showPage(search, "tabSearch(5)", 0);
+    EXPECT_EQ(search.findChild<QLineEdit*>("txtLast")->text(), "Book? or Ink");
     write(search, "txtLast", "book?", Qt::Key_Return);
     const QStringList names = column(search, "Patron Name");
     ASSERT_TRUE(names.contains("Booker, Bea "));
@@ -158,6 +170,56 @@ TEST_F(SearchStory, APatronIsFoundByHalfANameWithTheKeyboardAlone) {
   });
   key(find<QLineEdit>(editor, "txtRequester"), Qt::Key_F4);
   EXPECT_EQ(sent("GPAI"), 1);
+}
+
+TEST_F(SearchStory, WhatCannotBeSoughtIsToldAndStaysAsItWasEntered) {
+  startAsAdmin();
+  desktop.dispatch([&] { ShowSearch(app(), kFindBookings); });
+  const auto& search = last<frmFind>();
+  const auto refused = [this](const char* field, const char* reason) {
+    answerBox(("The search cannot use what was entered for " + std::string(field) + ".\n\n" + reason).c_str(),
+              "OK");
+  };
+  find<QAbstractButton>(search, "optDate(1)").click();
+  write(search, "dtDateStart", formatDate({2026, 12, 24}, desktop.shortDateFormat()));
+  write(search, "dtDateEnd", formatDate({2026, 12, 1}, desktop.shortDateFormat()));
+  refused("First date", "The last date is before the first one.");
+  key(find<QPushButton>(search, "cmdFindNow"), Qt::Key_Space);
+  EXPECT_EQ(search.ActiveControl()->Name(), "dtDateStart");
+
+  openTab(search, "tabSearch(0)", 1);
+  paste(search, "txtConfirmationNumber", std::string(10000, 'x'));
+  refused("Confirmation number",
+          "A confirmation number consists of figures; ? at the end stands for any others.");
+  key(Qt::Key_Return);
+  EXPECT_EQ(text(search, "txtConfirmationNumber"), std::string(255, 'x'));
+
+  std::string ids = "1";
+  for (int id = 2; id <= 5000; ++id) ids += ", " + std::to_string(id);
+  openTab(search, "tabSearch(0)", 3);
+  paste(search, "txtBibIDs", ids + ", 5001");
+  refused("Catalogue ids", "Please enter whole numbers with commas between them, 5,000 at most.");
+  key(Qt::Key_Return);
+  EXPECT_EQ(text(search, "txtBibIDs"), ids + ", 5001");
+  paste(search, "txtBibIDs", ids);
+  key(Qt::Key_Return);
+  EXPECT_GT(search.RecordCount, 0);
+}
+
+TEST_F(SearchStory, SeveralMembersAreDeactivatedAtOnceByTheKeyboard) {
+  startAsAdmin();
+  open(ViewId::Staff);
+  GridView& list = InventoryDesk::grid("faStaff");
+  clickRow(list, 1, 0);
+  key(list, Qt::Key_Down, Qt::ShiftModifier);
+  const QString first = list.model()->index(0, 0).data().toString();
+  const QString second = list.model()->index(1, 0).data().toString();
+  answerBox("Staff selected for deactivation currently have bookings assigned to them.  Continue?", "Yes");
+  key(button("cmdStaffActivate(1)"), Qt::Key_Space);
+  EXPECT_EQ(sent("UPDOPS"), 1);
+  EXPECT_EQ(cellOf("faStaff", first, 1) + cellOf("faStaff", second, 1), "NN");
+  const QStringList offered = staffOffered(newBooking());
+  EXPECT_FALSE(offered.contains(first) || offered.contains(second));
 }
 
 TEST_F(SearchStory, AMemberIsAddedByCardAndDeactivatedWithTheirBookings) {

@@ -117,7 +117,7 @@ TEST_F(PreferencesAtTheDesk, LegendColoursReachBothCopiesAndTheHeading) {
   settings.prefer("DisplayCanceled", "false");
   start();
   EXPECT_EQ(day().legend.lblCharged.BackColor, Colour{123456});
-  EXPECT_EQ(main().legendDelivery.lblCharged.ForeColor, Colour{16777215});
+  EXPECT_EQ(viewAs<DeliveryView>(main(), ViewId::Delivery).legend.lblCharged.ForeColor, Colour{16777215});
   EXPECT_EQ(main().lblView.BackColor, Colour{77});
   EXPECT_FALSE(day().chkLegend(2).Value);
   EXPECT_TRUE(day().chkLegend(4).Value);
@@ -128,6 +128,7 @@ TEST_F(PreferencesAtTheDesk, WithoutAnIntervalTheMonitorsClockStands) {
   settings.prefer("View", "8");
   build();
   expectContext();
+  server.expect("GECN", "LOC=3 LOC=3 DHRS=1 RHRS=1 PHRS=1");
   ASSERT_TRUE(Main(*app));
   EXPECT_FALSE(main().tmrDaemon.Enabled);
   settings.prefer("DaemonInterval", "5");

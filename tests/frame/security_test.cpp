@@ -173,6 +173,7 @@ TEST_F(Security, MonitorFirstLeavesTheRightsOfStandardModeWhole) {
   settings.prefer("View", "8");
   build();
   expectContext(allRightsBut("RMADD"));
+  server.expect("GECN", "LOC=3 LOC=3 DHRS=1 RHRS=1 PHRS=1");
   ASSERT_TRUE(Main(*app));
   server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
   main().menus.mnuModeStandard.choose();

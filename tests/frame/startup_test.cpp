@@ -140,6 +140,7 @@ TEST_F(StartUp, TheViewPreferenceChoosesModeAndView) {
     expectContext();
     if (c.heading == std::string(" Booking Schedule - Day View")) expectBookings();
     if (c.heading == std::string(" Staff")) server.expect("GETOPS");
+    for (const char* code : {"GECN", "LIBSD", "DELD"}) server.always(code);
     ASSERT_TRUE(Main(*app));
     EXPECT_EQ(main().lblView.Caption, c.heading) << c.view << ", " << c.last;
     EXPECT_EQ(app->mode, c.mode);
@@ -236,6 +237,7 @@ TEST_F(StartUp, ALogOffStopsTheMonitorAndEmptiesTheCalendars) {
   settings.prefer("View", "9");
   settings.prefer("ChargeSearch", "2");
   build();
+  server.always("DELD");
   expectContext();
   ASSERT_TRUE(Main(*app));
   EXPECT_TRUE(main().tmrDaemon.Enabled);

@@ -6,6 +6,7 @@
 #include "inventory/frmRoomEquip.h"
 #include "inventory/frmStatus.h"
 #include "inventory/modRoom.h"
+#include "inventory/record_fixture.h"
 #include "support/desk.h"
 
 namespace vantry::test {
@@ -215,7 +216,7 @@ TEST_F(StatusDialog, WithoutTypesNothingIsShownOrAnswered) {
 
 TEST_F(StatusDialog, ALongNoteOfAnyScriptIsSentAndKeptAsItWasTyped) {
   std::string note = "\xF0\x9F\x93\xBA \xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D\nline two|\"quoted\" ";
-  note += std::string(1 << 20, 'x');
+  note += std::string(900'000, 'x');
   expectTypes("SID=9 SPR=2 STY=Lost");
   server.expect("GETEGSTS", "EID=11");
   frmStatus window(*app, kEquipment, "11");
@@ -223,6 +224,11 @@ TEST_F(StatusDialog, ALongNoteOfAnyScriptIsSentAndKeptAsItWasTyped) {
   window.fa(0).click(1, 1);
   expectNote([&](frmNotes& notes) {
     EXPECT_FALSE(notes.cmdOK.Enabled);
+    const std::string tooLong = note + std::string(100'000, '"');
+    notes.txtNotes.type(tooLong);
+    desktop.expectWarning(kTooLong);
+    notes.cmdOK.press();
+    EXPECT_EQ(notes.txtNotes.Text, tooLong) << "nothing that was typed is lost";
     notes.txtNotes.type(note);
     EXPECT_TRUE(notes.cmdOK.Enabled);
     notes.cmdOK.press();
@@ -447,7 +453,7 @@ TEST_F(InventoryDialogs, AnEditedDetailLineIsShownAndACancelHandsNothingBack) {
 struct RoomDialog : InventoryDialogs {
   void SetUp() override {
     InventoryDialogs::SetUp();
-    app->context.allLocations = {{"Main Desk", "3", ""}, {"Branch", "4", ""}};
+    app->context.allLocations = {{"Branch", "4", ""}, {"Main Desk", "3", ""}};  // the operator is at 3
   }
   std::unique_ptr<frmRoomEquip> open() {
     server.expect("GETARLOC", "LOC=3").replies("RID=40 RNM=Hall RNO=101\nRID=41 RNM= RNO=102");

@@ -29,6 +29,15 @@ struct FrmMaintenanceTest : RecordFixture {
     server.expect("GETEGSTY").replies(kStatuses);
     return dynamic_cast<frmMaintenance&>(*OpenRecordWindow(*app, {kMaintenance, "", kSourceMainWindow}));
   }
+  /// The window of barcodes opens, and leaves another one active.
+  void expectBarcode() {
+    server.expect("GETEGBTY");
+    server.expect("GETEGBAR", "EID=11").replies("BNO=b12 BSI=1");
+    desktop.expectModalWindow<frmBarcodes>("frmBarcodes", [](frmBarcodes& dialog) {
+      dialog.Unload();
+      dialog.barcode = "b12";
+    });
+  }
   static std::string dates(const frmMaintenance& window) {
     return window.dtMAINT_DATEIN.shortDate() + "|" + window.dtMAINT_DATEOUT.shortDate() + "|" +
            window.dtEQUIP_NXT_MAINT.shortDate();
@@ -83,6 +92,7 @@ TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
   EXPECT_EQ(window.Tag, "3 - 12");
   EXPECT_TRUE(window.txtBARCODE_NO.Locked && window.mnuFilePrint.Enabled);
 
+  server.expect("GETMDTL", "MID=12");
   server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   desktop.expectInput("Enter an Equipment Barcode.", std::nullopt);
@@ -137,6 +147,7 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
     dialog.cmdOK.press();
   });
   window.details.cmdAddDetail.press();
+  server.expect("GETMDTL", "MID=9").replies(kRecord);
   server
       .expect("UPDEMAINTD",
               "MID=9 EID=11 BNO=B11 MNO=\"Lamp 3\" MDI=2026-03-04 MDO=2026-03-09 ENM=2027-03-09 MTI=3 MCO= "
@@ -146,12 +157,8 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   save(window);
   EXPECT_EQ(window.propertyFields.txtUP_OPNAME.Text, "Ink");
 
-  server.expect("GETEGBTY");
-  server.expect("GETEGBAR", "EID=11").replies("BNO=b12 BSI=1");
-  desktop.expectModalWindow<frmBarcodes>("frmBarcodes", [](frmBarcodes& dialog) {
-    dialog.Unload();
-    dialog.barcode = "b12";
-  });
+  expectBarcode();
+  server.expect("GETMDTL", "MID=9");
   server.expect("UPDEMAINTD", "MID=9 EID=11 BNO=B12").replies("UNM=Vale");
   EXPECT_TRUE(window.txtBARCODE_NO.pressKey("F4"));
   EXPECT_EQ(window.txtBARCODE_NO.Text, "B12");
@@ -160,6 +167,27 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   server.expect("REMMAINT", "MID=9");
   window.mnuFileDelete.choose();
   EXPECT_FALSE(FindRecordWindow(*app, kMaintenance, "9"));
+}
+
+TEST_F(FrmMaintenanceTest, ABarcodeStoresANewRecordAtOnce) {
+  start();
+  app->context.categories.years = {"2026"};
+  frmMaintenance& window = openNew();
+  expectBarcode();
+  server.expect("NEWEMAINTD", "EID=11 BNO=B12 MNO= MDI=2026-11-24 MDO= ENM=").replies("MID=12");
+  server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
+  window.txtBARCODE_NO.doubleClick();
+  EXPECT_EQ(window.Tag.get() + window.txtBARCODE_NO.Text.get(), "3 - 12B12");
+
+  window.txtMEDIA_NOTE.type(std::string(1'000'000, 'x'));
+  desktop.expectWarning(kTooLong);
+  save(window);
+  EXPECT_TRUE(window.Dirty && !window.SaveOk) << "the note is not lost";
+  window.txtMEDIA_NOTE.type("Lamp");
+  server.expect("GETMDTL", "MID=12");
+  server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B12 MNO=Lamp MDI=2026-11-24 MDO= ENM=");
+  server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
+  save(window);
 }
 
 TEST_F(FrmMaintenanceTest, WhoMayOnlyLookChangesNothing) {

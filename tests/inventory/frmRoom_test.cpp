@@ -36,6 +36,8 @@ struct FrmRoomTest : RecordFixture {
     return dynamic_cast<frmRoom&>(*OpenRecordWindow(*app, {kRoom, "", kSourceMainWindow}));
   }
 
+  /// Before the room is stored, the window looks whether another desk has changed it.
+  void expectReread() { server.expect("GETRDTL", "RID=2").replies(kRecord); }
   void expectKept(std::string_view kept = kKept) { server.expect("GETREQP", "RID=2").replies(kept); }
   void expectTree() {
     server.expect("GETGCAT", "RID=2").replies("ETI=8 ETY=\"Video Set\" MIC=1");
@@ -151,7 +153,12 @@ TEST_F(FrmRoomTest, DetailsChangeInTheListUntilTheRoomIsSaved) {
     window.cmdOK.press();
   });
   room.details.cmdAddDetail.press();
-  EXPECT_TRUE(room.Dirty);
+  EXPECT_TRUE(room.Dirty && room.details.cmdEditDetail.Enabled);
+  room.mnuViewPage_Click(4);
+  room.mnuViewPage_Click(0);
+  EXPECT_FALSE(room.details.cmdEditDetail.Enabled || room.details.cmdRemoveDetail.Enabled)
+      << "another page selects nothing";
+  expectReread();
   server
       .expect("UPDROOMD",
               "RID=2 RTI=1 RTY=Seminar RNO=102 RNM=Store LOC=3 RCA=40 RDI=5 RDTL=\"White, 2 m\" RDI=7 "
@@ -169,6 +176,27 @@ TEST_F(FrmRoomTest, DetailsChangeInTheListUntilTheRoomIsSaved) {
   });
   room.txtSTS_TYPE.doubleClick();
   EXPECT_EQ(room.txtSTS_TYPE.Text, "Closed");
+}
+
+TEST_F(FrmRoomTest, ARefusalSaysWhatIsWrong) {
+  start();
+  frmRoom& room = open();
+  const struct {
+    const char* tag;
+    const char* words;
+  } cases[] = {
+      {"RNO",
+       "This number is in use.\n\nAnother record of this type and location has it.  Nothing was stored."},
+      {"RTI", "This type is not there any more."},
+      {"RDI", "This type is not there any more."},
+      {"LOC", "The location is not there any more."}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.tag);
+    expectReread();
+    server.expect("UPDROOMD", kUpdate).fails(-98, "CANTREAD=" + std::string(c.tag));
+    desktop.expectWarning(c.words);
+    save(room);
+  }
 }
 
 TEST_F(FrmRoomTest, TheEquipmentPageListsGroupsAndPieces) {
@@ -223,6 +251,7 @@ TEST_F(FrmRoomTest, EquipmentIsPutIntoTheRoomAndBack) {
   server.expect("ADDREQP", "EID=13 RID=9 ULI=3");
   expectTree();
   expectFree();
+  expectReread();
   server.expect("UPDROOMD", kUpdate);
   page.cmdUndo.press();
   EXPECT_EQ(page.faMembers.Rows, 3);
@@ -263,6 +292,7 @@ TEST_F(FrmRoomTest, EquipmentLeavesForAnotherRoom) {
   expectNewRoom(true);
   expectTree();
   expectFree();
+  expectReread();
   server.expect("UPDROOMD", kUpdate);
   page.cmdRemove.press();
   EXPECT_EQ(page.faMembers.Rows, 2);
@@ -299,6 +329,7 @@ TEST_F(FrmRoomTest, BookingsNotesAndDeletionAreThoseOfARoom) {
   room.mnuFileDelete.choose();
   desktop.expectBox(Box::Kind::Warning,
                     "Note changes will be lost!  Do you wish to SAVE this note before exiting?", 0);
+  server.expect("GETRN", "RID=2 RNID=1");
   server.expect("AURNOTE", "RID=2 RNID=1 MNO=Porter");
   server.expect("GETRNS", "RID=2").replies("RNID=1 NX=Y RNTY=Key");
   server.expect("GETRN", "RID=2 RNID=1");

@@ -12,6 +12,9 @@
 
 namespace vantry::test {
 
+inline constexpr const char* kTooLong =
+    "This text is too long to be stored: it may have about a million characters.\n\nPlease shorten it.";
+
 /// A desk with types of equipment, groups and rooms, for the windows of their records.
 struct RecordFixture : Desk {
   void start(const std::string& rights = allRightsBut()) {

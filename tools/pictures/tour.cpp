@@ -42,6 +42,8 @@
 #include "records/search_window.h"
 #include "schedule/day_view.h"
 #include "schedule/frmSched.h"
+#include "schedule/monitor_view.h"
+#include "schedule/pick_list_view.h"
 #include "schedule/program.h"
 #include "search/frmFind.h"
 #include "transport/embedded_server.h"
@@ -407,8 +409,24 @@ class Tour {
   }
 
   void monitor() {
+    app().preferences.DeliveryHours = app().preferences.PickUpHours = app().preferences.RoomHours = "24";
     main().mnuModeDaemon_Click();
-    picture(main(), "monitor");
+    for (const ViewRow& row : viewTable()) {
+      if (row.mode != Mode::Monitor) continue;
+      main().showView(row.id);
+      if (auto* rooms = dynamic_cast<RoomScheduleView*>(&main().view(row.id)))
+        rooms->cboMediaSchedRooms.select(1);
+      if (auto* list = dynamic_cast<PickListView*>(&main().view(row.id))) {
+        list->cmdToday.press();
+        list->cmdGetLists.press();
+      }
+      if (auto* library = dynamic_cast<LibRoomsView*>(&main().view(row.id));
+          library && library->faDaemon.hasData()) {
+        library->faDaemon.click(1, 9);
+        library->cmdDaemonItems.press();
+      }
+      picture(main(), "monitor-" + QString::fromStdString(std::string(row.picture)));
+    }
   }
 
   int ask(std::string_view code, const std::vector<TagValue>& tags) {

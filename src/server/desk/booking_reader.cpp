@@ -44,7 +44,14 @@ std::optional<BookingPlace> findBookingPlace(Connection& db, std::int64_t id) {
   const bool found = fetchOne(query, place.type, place.roomId, place.room, place.pickupLocationId,
                               place.wantedTypeId, place.wantedType, place.wantedLocationId,
                               place.wantedLocation, place.capacity, place.capacityOp);
-  return found ? std::optional(place) : std::nullopt;
+  if (!found) return std::nullopt;
+  // A wish that got its room is told as that room.
+  if (place.roomId != 0) {
+    place.wantedTypeId = place.wantedLocationId = place.capacity = place.capacityOp = 0;
+    place.wantedType.clear();
+    place.wantedLocation.clear();
+  }
+  return place;
 }
 
 std::vector<MediaLineRow> mediaLinesOf(Connection& db, std::int64_t bookingId) {

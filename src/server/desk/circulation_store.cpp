@@ -11,8 +11,9 @@ namespace vantry::server {
 
 namespace {
 
-/// The line's own thing only: its number counts within its table, and items have lines of the same number.
-void freeReturned(Connection& db, bool ofItems, std::int64_t lineId) {
+/// Releases the line's own thing only: its number counts within its table, and items have lines of the same
+/// number.
+void freeThingOf(Connection& db, bool ofItems, std::int64_t lineId) {
   Query query(db, ofItems ? "delete from occupancy where kind in (2, 12) and line_id = :line_id and "
                             "booking_id = (select booking_id from booking_items where id = :id)"
                           : "delete from occupancy where kind in (1, 11) and line_id = :line_id and "
@@ -58,10 +59,10 @@ std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId) {
   std::vector<PieceLine> lines;
   PieceLine row;
   Query query(db,
-              "select id, equipment_id, equipment_type_id, in_room, charged_at, returned_at "
+              "select id, equipment_id, equipment_type_id, in_room, is_generic, charged_at, returned_at "
               "from booking_equipment where booking_id = :booking_id order by place, id");
   query.bind("booking_id", bookingId);
-  query.into(row.id, row.pieceId, row.typeId, row.inRoom, row.chargedAt, row.returnedAt);
+  query.into(row.id, row.pieceId, row.typeId, row.inRoom, row.wished, row.chargedAt, row.returnedAt);
   while (query.next()) lines.push_back(row);
   return lines;
 }
@@ -70,10 +71,11 @@ std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId) {
   std::vector<ItemLine> lines;
   ItemLine row;
   Query query(db,
-              "select id, item_id, title_id, holding_id, media_type_id, charged_at, returned_at "
+              "select id, item_id, title_id, holding_id, media_type_id, is_generic, charged_at, returned_at "
               "from booking_items where booking_id = :booking_id order by place, id");
   query.bind("booking_id", bookingId);
-  query.into(row.id, row.itemId, row.titleId, row.holdingId, row.mediaTypeId, row.chargedAt, row.returnedAt);
+  query.into(row.id, row.itemId, row.titleId, row.holdingId, row.mediaTypeId, row.wished, row.chargedAt,
+             row.returnedAt);
   while (query.next()) lines.push_back(row);
   return lines;
 }
@@ -82,6 +84,10 @@ void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::in
   Query query(db,
               "delete from occupancy where booking_id = :booking_id and kind = :kind and line_id = :line_id");
   query.bind("booking_id", booking.id).bind("kind", static_cast<int>(wish)).bind("line_id", lineId).run();
+}
+
+void beginWait(Connection& db, const DeskBooking& booking, const Thing& wish, std::int64_t lineId) {
+  take(db, booking, wish, lineId);
 }
 
 void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId) {
@@ -94,7 +100,9 @@ void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId
 void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t itemId) {
   const std::optional<MediaItem> item = findItem(db, itemId);
   const std::int64_t holding = item ? item->holdingId : 0;
-  Query query(db, "update booking_items set item_id = :item_id, holding_id = :holding_id where id = :id");
+  Query query(db,
+              "update booking_items set item_id = :item_id, wished_holding_id = holding_id, "
+              "holding_id = :holding_id where id = :id");
   query.bind("item_id", itemId).bind("holding_id", orNothing(holding)).bind("id", lineId).run();
   take(db, booking, {ThingKind::Item, itemId}, lineId);
 }
@@ -105,6 +113,23 @@ void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId)
   Query wish(db, "delete from occupancy where booking_id = :booking_id and kind = 13");
   wish.bind("booking_id", booking.id).run();
   if (booking.type == 1) take(db, booking, {ThingKind::Room, roomId}, std::nullopt);
+}
+
+void releasePiece(Connection& db, std::int64_t lineId) {
+  freeThingOf(db, false, lineId);
+  Query query(db, "update booking_equipment set equipment_id = null where id = :id");
+  query.bind("id", lineId).run();
+}
+
+std::int64_t releaseItem(Connection& db, std::int64_t lineId) {
+  freeThingOf(db, true, lineId);
+  Query query(db, "update booking_items set item_id = null, holding_id = wished_holding_id where id = :id");
+  query.bind("id", lineId).run();
+  std::int64_t holding = 0;
+  Query wished(db, "select holding_id from booking_items where id = :id");
+  wished.bind("id", lineId);
+  fetchOne(wished, holding);
+  return holding;
 }
 
 std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now) {
@@ -160,13 +185,13 @@ void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp)
 void markPieceReturned(Connection& db, std::int64_t lineId, Moment at) {
   Query query(db, "update booking_equipment set returned_at = :at where id = :id");
   query.bind("at", at).bind("id", lineId).run();
-  freeReturned(db, false, lineId);
+  freeThingOf(db, false, lineId);
 }
 
 void markItemReturned(Connection& db, std::int64_t lineId, Moment at) {
   Query query(db, "update booking_items set returned_at = :at where id = :id");
   query.bind("at", at).bind("id", lineId).run();
-  freeReturned(db, true, lineId);
+  freeThingOf(db, true, lineId);
 }
 
 void markRoomReturned(Connection& db, std::int64_t bookingId, Moment at) {

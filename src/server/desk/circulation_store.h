@@ -37,6 +37,7 @@ struct PieceLine {
   std::int64_t pieceId = 0;  ///< 0 on a wish that is not filled
   std::int64_t typeId = 0;
   bool inRoom = false;
+  bool wished = false;  ///< the piece was given to a wish
   Moment chargedAt = 0;
   Moment returnedAt = 0;
   [[nodiscard]] bool isOut() const { return chargedAt != 0 && returnedAt == 0; }
@@ -47,6 +48,7 @@ struct ItemLine {
   std::int64_t titleId = 0;
   std::int64_t holdingId = 0;
   std::int64_t mediaTypeId = 0;
+  bool wished = false;  ///< the item was given to a wish
   Moment chargedAt = 0;
   Moment returnedAt = 0;
   [[nodiscard]] bool isOut() const { return chargedAt != 0 && returnedAt == 0; }
@@ -56,12 +58,19 @@ struct ItemLine {
 
 /// The line's wish no longer waits: it is being filled, and in the way of no other.
 void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::int64_t lineId);
+/// It waits again.
+void beginWait(Connection& db, const DeskBooking& booking, const Thing& wish, std::int64_t lineId);
 
 /// Fills a wish that has ended to wait with a thing: the line names it, and the booking takes it. A room's
 /// wish is ended by its room.
 void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId);
 void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t itemId);
 void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId);
+
+/// Takes the thing back that the line's wish got. An item's line wishes for what it wished for before: the
+/// holdings record, or 0 for any item of the title.
+void releasePiece(Connection& db, std::int64_t lineId);
+std::int64_t releaseItem(Connection& db, std::int64_t lineId);
 
 /// Until when others take one of the booking's things that it has to itself only later than at that moment.
 [[nodiscard]] std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now);

@@ -172,15 +172,14 @@ class FindSearch::Impl {
   [[nodiscard]] IdSelect page() const {
     const std::string sql = "select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " +
                             std::to_string(question_.most);
-    std::string keys;
+    std::vector<std::int64_t> keys;
     std::int64_t id = 0;
     Query query(db_, sql);
     bind(query, hits_);
     query.into(id);
-    while (query.next()) keys += (keys.empty() ? "[" : ",") + std::to_string(id);
+    while (query.next()) keys.push_back(id);
     planAsUsual(db_);
-    if (keys.empty()) keys = "[";
-    return {keysIn(db_, "found"), [list = keys + "]"](Query& rows) { rows.bind("found", list); }};
+    return {keysIn(db_, "found"), [list = keysText(keys)](Query& rows) { rows.bind("found", list); }};
   }
 
   [[nodiscard]] std::int64_t count() const { return countOf("select count(*) from (" + hits_ + ") hit"); }

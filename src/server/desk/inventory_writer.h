@@ -36,11 +36,11 @@ enum class TypeKind { Pieces, Groups };
 /// Writes what the windows edit of a record; a new one, whose id is 0, gets its key. The barcode, the
 /// statuses and the names are not written.
 std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const Stamp& stamp);
-/// The members of a group are where the group is.
 /// Whether the numbers of things that have been moved are unique at their location now: those of a thing and
 /// its members, or of all that is kept in a room.
 enum class Moved { Thing, Room };
 [[nodiscard]] bool areNumbersUnique(Connection& db, Moved moved, std::int64_t id);
+/// The members of a group are where the group is.
 void moveMembers(Connection& db, const EquipmentRecord& group);
 /// What is kept in the room belongs to its location.
 std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vector<RoomDetail>& details,

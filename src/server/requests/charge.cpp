@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 #include "server/base/return_codes.h"
 #include "server/desk/circulation_store.h"
 #include "server/desk/policy_store.h"
 #include "server/desk/thing_store.h"
 #include "server/desk/usage_check.h"
-#include "server/desk/usage_things.h"
+#include "server/desk/usage_store.h"
+#include "server/desk/wish_filler.h"
 #include "server/policy/circulation_rules.h"
 #include "server/requests/handlers.h"
 #include "words/tags.h"
@@ -32,13 +34,15 @@ class Charger {
         booking_(booking),
         pieces_(pieceLinesOf(db_, booking.id)),
         items_(itemLinesOf(db_, booking.id)),
-        policy_(loadPolicy(db_, booking.locationId, booking.groupId)) {}
+        policy_(loadPolicy(db_, booking.locationId, booking.groupId)),
+        filler_(db_, booking_, policy_, context.now, context.now) {}
 
   Reply charge() {
+    giveUpMissing();
     judgeTime();
     judgeRoom();
-    for (ItemLine& line : items_) line.itemId == 0 ? fillItem(line) : judgeItem(line);
-    for (PieceLine& line : pieces_) line.pieceId == 0 ? fillPiece(line) : judgePiece(line);
+    for (ItemLine& line : items_) line.wished ? fillItem(line) : judgeItem(line);
+    for (PieceLine& line : pieces_) line.wished ? fillPiece(line) : judgePiece(line);
     if (failures_.recordCount() == 0) judgePromises();
     if (failures_.recordCount() > 0) {
       failures_.setRc(rc::notCharged);
@@ -60,12 +64,6 @@ class Charger {
   /// Whoever takes things early must not take what another booking has in between.
   [[nodiscard]] Period fromNow() const {
     return {std::min(context_.now, booking_.taken.from), booking_.taken.until};
-  }
-
-  /// A wish that ends to wait first is no rival of itself; those of the booking's other lines are.
-  std::optional<std::int64_t> fillWish(const WishFor& wish, std::int64_t lineId) {
-    endWait(db_, booking_, wish.kind, lineId);
-    return thingFor(db_, policy_, wish, fromNow(), context_.now);
   }
 
   void judgeTime() {
@@ -112,15 +110,11 @@ class Charger {
   }
 
   void fillRoom() {
-    // A delivery's room is its address, whoever meets there.
-    const std::optional<std::int64_t> found = booking_.type == 1
-                                                  ? freeRoom(db_, booking_.roomWish, {fromNow(), booking_.id})
-                                                  : anyRoom(db_, booking_.roomWish);
+    const std::optional<std::int64_t> found = filler_.fillRoom();
     if (!found) {
       fail(failure::noRoom);
       return;
     }
-    assignRoom(db_, booking_, *found);
     booking_.roomId = *found;
     const std::optional<BookableRoom> room = findRoom(db_, *found);
     reply_.record().set(tags::RID, *found).set(tags::RNM, room ? room->name : std::string());
@@ -136,19 +130,13 @@ class Charger {
     }
   }
 
+  /// The desk is told what a wish got, also when it got it before the charge.
   void fillItem(ItemLine& line) {
-    const WishFor wish{.kind = ThingKind::ItemWish,
-                       .thing = line.titleId,
-                       .holdingId = line.holdingId,
-                       .mediaTypeId = line.mediaTypeId};
-    const std::optional<std::int64_t> found = fillWish(wish, line.id);
-    if (!found) {
+    if (line.itemId == 0 && !filler_.fill(line)) {
       fail(failure::noItem).set(tags::TITL, titleOf(db_, line.titleId));
       return;
     }
-    assignItem(db_, booking_, line.id, *found);
-    line.itemId = *found;
-    const std::optional<MediaItem> item = findItem(db_, *found);
+    const std::optional<MediaItem> item = findItem(db_, line.itemId);
     if (!item) return;
     reply_.record()
         .set(tags::IM, item->id)
@@ -172,6 +160,36 @@ class Charger {
     return std::any_of(members.begin(), members.end(), isOut);
   }
 
+  [[nodiscard]] bool isTaken(ThingKind kind, std::span<const std::int64_t> things) const {
+    return !takenTimes(db_, kind, things, {fromNow(), booking_.id}).empty();
+  }
+
+  bool canBeHandedOut(const ItemLine& line) {
+    const std::optional<MediaItem> item = findItem(db_, line.itemId);
+    return item && item->status.empty() && !outOn(db_, ThingKind::Item, item->id, booking_.id) &&
+           !isTaken(ThingKind::Item, std::array{item->id});
+  }
+
+  bool canBeHandedOut(const PieceLine& line) {
+    const std::optional<Piece> piece = findPiece(db_, line.pieceId);
+    if (!piece || isOutElsewhere(*piece)) return false;
+    const std::vector<AppliedStatus> statuses = statusesOfPiece(db_, piece->id);
+    if (forbiddingStatus(statuses) != nullptr) return false;
+    std::vector<std::int64_t> ids;
+    for (const Piece& each : withMembers(db_, piece->id)) ids.push_back(each.id);
+    return !isTaken(ThingKind::Equipment, ids);
+  }
+
+  /// What a wish got before the charge and cannot be handed out after all is given up for another.
+  void giveUpMissing() {
+    for (ItemLine& line : items_) {
+      if (line.wished && line.itemId != 0 && !canBeHandedOut(line)) filler_.giveUp(line);
+    }
+    for (PieceLine& line : pieces_) {
+      if (line.wished && line.pieceId != 0 && !canBeHandedOut(line)) filler_.giveUp(line);
+    }
+  }
+
   void judgePiece(const PieceLine& line) {
     if (line.inRoom) return;  // is not handed out
     const std::optional<Piece> piece = findPiece(db_, line.pieceId);
@@ -189,15 +207,11 @@ class Charger {
   }
 
   void fillPiece(PieceLine& line) {
-    const WishFor wish{.kind = ThingKind::EquipmentWish, .thing = line.typeId};
-    const std::optional<std::int64_t> found = fillWish(wish, line.id);
-    if (!found) {
+    if (line.pieceId == 0 && !filler_.fill(line)) {
       fail(failure::noPiece).set(tags::ETY, equipmentTypeName(db_, line.typeId));
       return;
     }
-    assignPiece(db_, booking_, line.id, *found);
-    line.pieceId = *found;
-    const std::optional<Piece> piece = findPiece(db_, *found);
+    const std::optional<Piece> piece = findPiece(db_, line.pieceId);
     if (!piece) return;
     reply_.record()
         .set(tags::EID, piece->id)
@@ -231,6 +245,7 @@ class Charger {
   std::vector<PieceLine> pieces_;
   std::vector<ItemLine> items_;
   DeskPolicy policy_;
+  WishFiller filler_;
   Reply reply_;
   Reply failures_;
 };

@@ -39,31 +39,16 @@ std::vector<std::int64_t> Message::numbers(std::string_view tag) const {
 }
 
 const HandlerRow* findHandler(std::string_view code) {
-  const std::array families{operatorHandlers(),
-                            listHandlers(),
-                            scheduleHandlers(),
-                            calendarHandlers(),
-                            bookingEndHandlers(),
-                            bookingReadHandlers(),
-                            bookingWriteHandlers(),
-                            bookingListHandlers(),
-                            placeCheckHandlers(),
-                            usageCheckHandlers(),
-                            patronHandlers(),
-                            mediaHandlers(),
-                            chargeHandlers(),
-                            dischargeHandlers(),
-                            circulationSearchHandlers(),
-                            equipmentListHandlers(),
-                            findHandlers(),
-                            catalogueHandlers(),
-                            inventoryRecordHandlers(),
-                            inventoryListHandlers(),
-                            inventoryWriteHandlers(),
-                            remarkHandlers(),
-                            maintenanceHandlers(),
-                            membershipHandlers(),
-                            staffHandlers()};
+  const std::array families{operatorHandlers(),        listHandlers(),          scheduleHandlers(),
+                            calendarHandlers(),        bookingEndHandlers(),    bookingReadHandlers(),
+                            bookingWriteHandlers(),    bookingListHandlers(),   placeCheckHandlers(),
+                            usageCheckHandlers(),      patronHandlers(),        mediaHandlers(),
+                            chargeHandlers(),          dischargeHandlers(),     circulationSearchHandlers(),
+                            equipmentListHandlers(),   findHandlers(),          catalogueHandlers(),
+                            inventoryRecordHandlers(), inventoryListHandlers(), inventoryWriteHandlers(),
+                            remarkHandlers(),          maintenanceHandlers(),   membershipHandlers(),
+                            staffHandlers(),           monitorHandlers(),       conflictHandlers(),
+                            pickListHandlers()};
   for (const std::span<const HandlerRow> family : families) {
     for (const HandlerRow& row : family) {
       if (row.code == code) return &row;

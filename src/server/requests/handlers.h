@@ -80,6 +80,9 @@ struct HandlerRow {
 [[nodiscard]] std::span<const HandlerRow> maintenanceHandlers();
 [[nodiscard]] std::span<const HandlerRow> membershipHandlers();
 [[nodiscard]] std::span<const HandlerRow> staffHandlers();
+[[nodiscard]] std::span<const HandlerRow> monitorHandlers();
+[[nodiscard]] std::span<const HandlerRow> conflictHandlers();
+[[nodiscard]] std::span<const HandlerRow> pickListHandlers();
 
 /// The function behind a code, or nullptr.
 [[nodiscard]] const HandlerRow* findHandler(std::string_view code);

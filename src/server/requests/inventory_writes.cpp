@@ -86,11 +86,12 @@ Reply newEquipment(Context& context, const Message& message, EquipmentRecord rec
   return reply;
 }
 
-/// Throws Refused where the thing may not be kept elsewhere now.
+/// Throws Refused where the thing may not be kept elsewhere now. A member is kept where its group is.
 void requireMayMove(Context& context, const EquipmentRecord& before, const EquipmentRecord& after) {
   if (before.roomId == after.roomId) return;
   if (const auto refusal = refusalToMove(useOfEquipment(context.db, before.id)))
     throw Refused{Reply(*refusal)};
+  if (before.groupId != 0) throw Refused{Reply(rc::groupStatus)};
 }
 
 Reply changeEquipment(Context& context, const Message& message, bool isGroup, ReadRecord read) {

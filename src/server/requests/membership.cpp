@@ -82,7 +82,8 @@ Reply keepMember(Context& context, const Message& message) {
   return Reply();
 }
 
-/// A question where the thing is there already, or is new; otherwise a move.
+/// A question where the thing is there already, or is new; otherwise a move, which a member makes with its
+/// group only.
 Reply placeInRoom(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::EID);
   if (id == 0) return Reply();
@@ -92,6 +93,7 @@ Reply placeInRoom(Context& context, const Message& message) {
   const std::int64_t room = message.number(tags::RID);
   if (room == 0 || room == record->roomId) return Reply();
   if (!holdsAnyRight(context.db, context.session, moveRights)) return Reply(rc::noRight);
+  if (record->groupId != 0) return Reply(rc::groupStatus);
   if (!findRoom(context.db, room)) refuseTag(tags::RID);
   moveToRoom(context.db, id, room, stampOf(context, record->stamps.updatedAt));
   if (!areNumbersUnique(context.db, Moved::Thing, id)) refuseTag(tags::ENO);

@@ -77,6 +77,12 @@ std::string keysIn(Connection& db, std::string_view name) {
   return "select cast(value as bigint) as value from json_array_elements_text(cast(" + value + " as json))";
 }
 
+std::string keysText(std::span<const std::int64_t> keys) {
+  std::string text = "[";
+  for (const std::int64_t key : keys) text += (text.size() == 1 ? "" : ",") + std::to_string(key);
+  return text + "]";
+}
+
 std::string inRange(Connection& db, std::string_view column) {
   return bytewise(db, column) + " >= :low and " + bytewise(db, column) + " <= :high";
 }

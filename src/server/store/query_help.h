@@ -52,6 +52,7 @@ void planAsUsual(Connection& db);
 
 /// The keys of a text of the form "[1,2,3]", bound under that name, as a selection of one column "value".
 [[nodiscard]] std::string keysIn(Connection& db, std::string_view name);
+[[nodiscard]] std::string keysText(std::span<const std::int64_t> keys);
 
 /// An id as it is stored: 0 points nowhere.
 inline std::optional<std::int64_t> orNothing(std::int64_t id) {

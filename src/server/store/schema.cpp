@@ -652,6 +652,14 @@ drop index equipment_current_room;
 create index equipment_loose on equipment (equipment_type_id, group_id, room_id);
 )";
 
+// The item of a wish that was given one before the charge can be given up again. Pick-ups and overdue
+// bookings are watched by location.
+constexpr std::string_view monitor = R"(
+alter table booking_items add column wished_holding_id bigint references holdings;
+drop index bookings_pickup_open;
+create index bookings_pickup_open on bookings (pickup_location_id, starts_at) where status in (0, 99, 999);
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -670,6 +678,7 @@ const std::array steps{
     Migration{15, "repeated details of rooms", repeatedDetails},
     Migration{16, "search", searchTables, foldForSearch},
     Migration{17, "loose equipment", looseEquipment},
+    Migration{18, "monitor", monitor},
 };
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "server/base/catalogue_text.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 #include "words/json_text.h"
 
 namespace vantry::server {
@@ -120,7 +121,9 @@ void fold(Connection& db, const FoldedColumn& column) {
 }  // namespace
 
 void foldForSearch(Connection& db) {
+  planForSearch(db);
   for (const FoldedColumn& column : foldedColumns) fold(db, column);
+  planAsUsual(db);
   db.run("update titles set is_indexed = 0");
 }
 

@@ -165,7 +165,7 @@ TEST_P(TwoDesks, TheInventoryAndABookingDoNotBothHaveTheirWay) {
       {"UPDROOMD RID=7; RTI=1; RTY=; RNO=002; RNM=; LOC=1; RCA=0", {"0 174", "0 179"}},
       {"UPDROOMD RID=7; RTI=2; RTY=; RNO=002; RNM=; LOC=2; RCA=0", {"0 0", "0 174"}},
       {"NEWGITM EID=20; GRPID=5; ULI=1", {"0 183", "149 182"}},
-      // A piece that is lost is lost, whoever has booked it: only a save that comes later is refused.
+      // What goes to maintenance is away, whoever has booked it: only a save that comes later is refused.
       {"NEWEGSTS EID=20; SID=9; SNO=; ULI=1", {"0 0", "0 151"}},
       {"UPDROOMD RID=8; RTI=2; RTY=; RNO=103; RNM=; LOC=1; RCA=0",
        {"-98 0", "0 107"},

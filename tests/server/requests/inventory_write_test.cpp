@@ -77,6 +77,8 @@ TEST_P(InventoryWrites, WhatMakesNoSenseIsRefusedByItsTagAndNothingIsStored) {
     EXPECT_EQ(send("NEWEQIPD", "BNO=E98; " + piece("TV9", row.change)).text(), row.reply) << row.change;
     EXPECT_EQ(send("UPDEQIPD", "EID=2; " + piece("TV2", row.change)).text(), row.reply) << row.change;
   }
+  for (const char* code : {"GETEITM", "GETGITM"})
+    EXPECT_EQ(send(code, "ETI=99").all("EID"), "") << "a type that is gone has nothing";
   EXPECT_EQ(send("NEWEQIPD", "BNO=E1; " + piece("TV9")).text(), "-98|CANTREAD=BNO") << "a piece has it";
   EXPECT_EQ(send("NEWEQIPD", "BNO=M1; " + piece("TV9")).text(), "-98|CANTREAD=BNO") << "an item has it";
   EXPECT_EQ(count("equipment"), "10");
@@ -106,7 +108,9 @@ TEST_P(InventoryWrites, WhatABookingHoldsStaysInItsRoom) {
     EXPECT_EQ(send(code, "EID=" + std::string(id) + "; " + same).rc, 0) << "all else may change";
   }
   send("CANBK", "BOOKID=1");
-  EXPECT_EQ(send("UPDEQIPD", "EID=6; " + with(piece("TV3"), "RID=1")).rc, 0);
+  EXPECT_EQ(send("UPDEQIPD", "EID=6; " + with(piece("TV3", "EMA=New"), "RID=1")).rc, 125) << "a member";
+  EXPECT_EQ(send("GETEDTL", "EID=6").first("EMA"), "Sony") << "nothing of it is stored";
+  EXPECT_EQ(send("UPDEQIPD", "EID=2; " + with(piece("TV2"), "RID=1")).rc, 0);
 }
 
 TEST_P(InventoryWrites, ARoomBecomesNoStorageUnderItsBookingsAndIsNoneLessUnderThoseOfItsThings) {

@@ -86,6 +86,9 @@ TEST_P(Membership, APlaceIsAskedAboutAndChangedByOneRequest) {
   EXPECT_EQ(send("ADDREQP", "EID=5; RID=6; ULI=1").rc, 0);
   EXPECT_EQ(roomOf("7"), "6") << "with its group";
   EXPECT_EQ(library().value("select location_id from equipment where id = 7"), "2");
+  EXPECT_EQ(send("ADDREQP", "EID=7; RID=6; ULI=1").rc, 0) << "where it is";
+  EXPECT_EQ(send("ADDREQP", "EID=7; RID=1; ULI=1").rc, 125) << "a member moves with its group only";
+  EXPECT_EQ(roomOf("7"), "6");
   EXPECT_EQ(send("ADDREQP", "EID=1; RID=99; ULI=1").text(), "-98|CANTREAD=RID");
   EXPECT_EQ(send("ADDREQP", "EID=99; RID=1; ULI=1").rc, 2);
   book("10", "EID=2");

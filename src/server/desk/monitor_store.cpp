@@ -1,0 +1,138 @@
+#include "server/desk/monitor_store.h"
+
+#include "server/base/person_name.h"
+#include "server/store/query.h"
+#include "server/store/query_help.h"
+
+namespace vantry::server {
+
+namespace {
+
+struct NameParts {
+  std::string last;
+  std::string first;
+  std::string middle;
+  [[nodiscard]] std::string whole() const { return personName(last, first, middle); }
+};
+
+constexpr const char* columns =
+    "select b.id, b.location_id, b.patron_group_id, b.booking_type, b.status, b.starts_at, b.ends_at, "
+    "b.setup_minutes, b.cleanup_minutes, b.charged_at, b.administrative, p.withheld, p.last_name, "
+    "p.first_name, p.middle_name, q.withheld, q.last_name, q.first_name, q.middle_name, coalesce(r.name, "
+    "l.name, t.name, ''), b.setup_staff_id, s.last_name, s.first_name, s.middle_name, b.cleanup_staff_id, "
+    "c.last_name, c.first_name, c.middle_name, b.note, b.item_count, b.equipment_count, "
+    "case when b.item_count > 0 or b.equipment_count > 0 then 1 else 0 end "
+    "from bookings b left join patrons p on p.id = b.patron_id left join patrons q on q.id = "
+    "b.pickup_patron_id left join rooms r on r.id = b.room_id left join locations l on l.id = "
+    "b.pickup_location_id left join room_types t on t.id = b.wanted_room_type_id left join patrons s on "
+    "s.id = b.setup_staff_id left join patrons c on c.id = b.cleanup_staff_id where ";
+
+constexpr const char* byStart = " order by b.starts_at, b.id";
+
+void visitRows(Query& query, const MonitorVisitor& visit) {
+  MonitorBooking row;
+  WatchedBooking& watched = row.watched;
+  NameParts requester;
+  NameParts pickup;
+  NameParts setup;
+  NameParts cleanup;
+  int status = 0;
+  Moment setupMinutes = 0;
+  Moment cleanupMinutes = 0;
+  std::int64_t cleanupStaffId = 0;
+  query.into(row.id, row.deskId, row.groupId, watched.type, status, watched.times.from, watched.times.until,
+             setupMinutes, cleanupMinutes, watched.chargedAt, row.administrative, row.withheld,
+             requester.last, requester.first, requester.middle, row.pickupWithheld, pickup.last, pickup.first,
+             pickup.middle, row.place, row.setupStaffId, setup.last, setup.first, setup.middle,
+             cleanupStaffId, cleanup.last, cleanup.first, cleanup.middle, row.note, row.items, row.equipment,
+             watched.brings);
+  while (query.next()) {
+    watched.status = static_cast<BookingStatus>(status);
+    watched.taken = takenFor(watched.times, setupMinutes, cleanupMinutes);
+    watched.fetched = cleanupMinutes > 0 || cleanupStaffId != 0;
+    row.requester = requester.whole();
+    row.pickupPatron = pickup.whole();
+    row.setupStaff = setup.whole();
+    row.cleanupStaff = cleanup.whole();
+    visit(row);
+  }
+}
+
+}  // namespace
+
+Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk) {
+  Desks desks;
+  std::int64_t id = 0;
+  Query query(db,
+              "select l.id from locations l join locations d on d.library_id = l.library_id where d.id = "
+              ":desk and l.id in (" +
+                  keysIn(db, "asked") + ") order by l.id");
+  query.bind("desk", sessionDesk).bind("asked", keysText(asked)).into(id);
+  while (query.next()) desks.push_back(id);
+  return desks;
+}
+
+void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
+  Query query(db, columns +
+                      ("b.location_id in (" + keysIn(db, "desks") +
+                       ") and b.status in (0, 99, 999) and b.starts_at < :until_at") +
+                      byStart);
+  query.bind("desks", keysText(desks)).bind("until_at", until);
+  visitRows(query, visit);
+}
+
+void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment until,
+                     const MonitorVisitor& visit) {
+  Query query(db, columns +
+                      ("b.location_id in (" + keysIn(db, "desks") +
+                       ") and b.status in (1, 2, 3, 4) and b.ends_at >= :now and b.starts_at < "
+                       ":until_at") +
+                      byStart);
+  query.bind("desks", keysText(desks)).bind("now", now).bind("until_at", until);
+  visitRows(query, visit);
+}
+
+void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
+  const std::string pickup = " and b.booking_type = 3 and b.status = 0 and b.starts_at < :until_at";
+  Query query(
+      db, columns +
+              ("b.id in (select x.id from bookings x where x.location_id in (" + keysIn(db, "desks") +
+               ") and x.status in (0, 99, 999) and x.starts_at < :until_at union select x.id "
+               "from bookings x where x.pickup_location_id in (" +
+               keysIn(db, "desks") + ") and x.status in (0, 99, 999) and x.starts_at < :until_at)" + pickup) +
+              byStart);
+  query.bind("desks", keysText(desks)).bind("until_at", until);
+  visitRows(query, visit);
+}
+
+void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessionDesk, Moment until,
+                         const MonitorVisitor& visit) {
+  Query query(db, std::string(columns) +
+                      "b.room_id = :room_id and b.status in (0, 99, 999) and b.starts_at < :until_at and "
+                      "b.location_id in (select y.id from locations y join locations w on w.library_id = "
+                      "y.library_id where w.id = :desk)" +
+                      byStart);
+  query.bind("room_id", roomId).bind("until_at", until).bind("desk", sessionDesk);
+  visitRows(query, visit);
+}
+
+std::vector<ThingOfBooking> thingsOfBooking(Connection& db, std::int64_t bookingId) {
+  std::vector<ThingOfBooking> things;
+  ThingOfBooking row;
+  Query pieces(db,
+               "select e.id, t.name, e.number from booking_equipment l join equipment_types t on t.id = "
+               "l.equipment_type_id left join equipment e on e.id = l.equipment_id where l.booking_id = "
+               ":booking_id and l.in_room = 0 order by l.place, l.id");
+  pieces.bind("booking_id", bookingId).into(row.id, row.type, row.name);
+  while (pieces.next()) things.push_back(row);
+  row.id = 0;
+  Query items(db,
+              "select m.name, t.title from booking_items l join titles t on t.id = l.title_id left join "
+              "media_types m on m.id = l.media_type_id where l.booking_id = :booking_id order by l.place, "
+              "l.id");
+  items.bind("booking_id", bookingId).into(row.type, row.name);
+  while (items.next()) things.push_back(row);
+  return things;
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,72 @@
+#include "server/desk/pick_store.h"
+
+#include "server/store/query.h"
+#include "server/store/query_help.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr const char* headColumns =
+    "b.id, b.booking_type, p.first_name, p.last_name, b.starts_at - b.setup_minutes * 60, ";
+
+/// Bookings that are still to go out: an index covers those that are not over. The set-up begins before the
+/// start by no more than is bound.
+std::string bookingsInSpan(Connection& db) {
+  return "b.location_id in (" + keysIn(db, "desks") +
+         ") and b.status in (0, 99, 999) and b.status = 0 and b.starts_at >= :from_at and b.starts_at <= "
+         ":latest and b.starts_at - b.setup_minutes * 60 between :from_at and :until_at ";
+}
+
+constexpr Moment longestSetup = 999 * minute;
+
+void bindSpan(Query& query, const Desks& desks, const Period& span) {
+  query.bind("desks", keysText(desks)).bind("from_at", span.from).bind("until_at", span.until);
+  query.bind("latest", span.until + longestSetup);
+}
+
+}  // namespace
+
+void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
+                        const std::function<void(const PickedPiece&)>& visit) {
+  Query query(db,
+              std::string("select ") + headColumns +
+                  "o.name, coalesce((select min(c.barcode) from equipment_barcodes c join barcode_statuses s "
+                  "on s.id = c.status_id where c.equipment_id = e.id and s.active = 1), ''), t.name, "
+                  "e.number, r.name from bookings b join booking_equipment l on l.booking_id = b.id join "
+                  "equipment_types t on t.id = l.equipment_type_id left join patrons p on p.id = b.patron_id "
+                  "left join equipment e on e.id = l.equipment_id left join locations o on o.id = "
+                  "e.location_id left join rooms r on r.id = e.room_id where " +
+                  bookingsInSpan(db) +
+                  "and l.in_room = 0 order by coalesce(o.name, ''), coalesce(r.name, ''), t.name, "
+                  "coalesce(e.number, ''), b.starts_at, b.id");
+  PickedPiece row;
+  bindSpan(query, desks, span);
+  query.into(row.bookingId, row.bookingType, row.first, row.last, row.staffStartsAt, row.location,
+             row.barcode, row.type, row.number, row.room);
+  while (query.next()) visit(row);
+}
+
+void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
+                       const std::function<void(const PickedItem&)>& visit) {
+  Query query(
+      db, std::string("select ") + headColumns +
+              "coalesce(o.name, w.name), i.barcode, m.name, t.title, t.search_title, h.call_number, "
+              "h.search_call_number, i.enumeration, i.chronology, i.item_type, t.id, h.id, i.id from "
+              "bookings b join booking_items l on l.booking_id = b.id join titles t on t.id = l.title_id "
+              "left join patrons p on p.id = b.patron_id left join media_types m on m.id = l.media_type_id "
+              "left join items i on i.id = l.item_id left join holdings h on h.id = coalesce(l.holding_id, "
+              "i.holding_id) left join locations o on o.id = i.location_id left join locations w on w.id = "
+              "h.location_id where " +
+              bookingsInSpan(db) +
+              "order by coalesce(o.name, w.name, ''), coalesce(h.search_call_number, ''), t.search_title, "
+              "b.starts_at, b.id");
+  PickedItem row;
+  bindSpan(query, desks, span);
+  query.into(row.bookingId, row.bookingType, row.first, row.last, row.staffStartsAt, row.location,
+             row.barcode, row.type, row.title, row.searchTitle, row.callNumber, row.searchCallNumber,
+             row.enumeration, row.chronology, row.itemType, row.titleId, row.holdingId, row.itemId);
+  while (query.next()) visit(row);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,323 @@
+// What comes due at the desks, what is in its way, and what is to be fetched.
+
+#include "server/desk/due_bookings.h"
+#include "server/policy/watch_rules.h"
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+class MonitorRequests : public OnEachDatabase {
+ protected:
+  std::string save(const std::string& when, const std::string& things, const std::string& place = "LOC=1",
+                   int type = 3) {
+    const Got got = send("NEWBK", booking(when, place, type, things));
+    EXPECT_EQ(got.rc, 0) << got.text();
+    return got.first("BOOKID");
+  }
+  std::string delivery(const std::string& when, const std::string& things = "EID=1") {
+    return save(when, things, "RID=1", 2);
+  }
+  Got charge(const std::string& id) { return send("CBK", "BOOKID=" + id); }
+  Got ask(const std::string& code, const std::string& hours = "4") {
+    return send(code, "LOC=1; HRS=" + hours);
+  }
+  Got conflicts(const std::string& hours = "4") {
+    return send("GECN", "LOC=1; DHRS=" + hours + "; RHRS=" + hours + "; PHRS=" + hours);
+  }
+  std::string value(const std::string& sql) { return library().value(sql); }
+  void execute(const std::string& sql) { library().execute(sql); }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, MonitorRequests, eachDatabase, databaseName);
+
+constexpr const char* anyTelevision = "ETI=1; IFL=N";
+constexpr const char* film1 = "MTID=1; BI=1; MI=1; IM=1";
+
+TEST_P(MonitorRequests, DeliveriesAreThereAndBack) {
+  execute("insert into staff (patron_id) values (4)");
+  const std::string id = send("NEWBK", times(2, "10:30", "12:00") +
+                                           "; PID=1; PGID=1; PPID=0; ADBK=N; RID=1; BTID=2; EID=1; "
+                                           "SCHCOM=Ring twice; ODE=4; OPU=0; WIZ=N; UTIME=10; CTIME=5")
+                             .first("BOOKID");
+  ASSERT_EQ(id, "1");
+  save(times(2, "10:30", "12:00"), "EID=3");
+  save(times(2, "10:30", "12:00"), "", "RID=2", 1);
+  const std::string all =
+      "BKRES=0 BOOKID=1 CNUM=0000001 DOCL=1 ETIME=2026-03-02 12:00:00 ODE=2026-03-02 10:20:00 ON=Gray, Hal "
+      "PATNM=Bell, Ada RNM=Classroom A SCHCOM=Ring twice STIME=2026-03-02 10:30:00";
+  const std::string back =
+      "BKRES=0 BOOKID=1 CNUM=0000001 DOCL=2 ETIME=2026-03-02 12:00:00 OPU=2026-03-02 12:00:00 PATNM=Bell, "
+      "Ada RNM=Classroom A SCHCOM=Ring twice STIME=2026-03-02 10:30:00";
+  EXPECT_EQ(ask("DELD").text(), "0||" + all + "|" + back);
+  EXPECT_EQ(ask("DELD", "2").all("DOCL"), "1") << "the way back is not due yet";
+  EXPECT_EQ(ask("DELD", "1").text(), "0|");
+  library().setNow(2, 10);
+  charge(id);
+  EXPECT_EQ(ask("DELD").all("DOCL") + " " + ask("DELD").all("BKRES"), "2 99");
+  library().setNow(2, 13);
+  settleDueBookings(library().database(), library().clock()());
+  EXPECT_EQ(ask("DELD", "0").all("BKRES"), "999") << "still to be fetched";
+  send("DBK", "BOOKID=1; EID=1");
+  EXPECT_EQ(ask("DELD").text(), "0|");
+}
+
+TEST_P(MonitorRequests, ADeliveryThatIsOffIsListedWhileItIsToCome) {
+  const std::string id = delivery(times(2, "11:00", "12:00"));
+  send("CANBK", "BOOKID=" + id);
+  EXPECT_EQ(ask("DELD").all("DOCL") + " " + ask("DELD").all("BKRES"), "1 4");
+  const std::string back = delivery(times(2, "10:00", "12:30"));
+  charge(back);
+  send("DBK", "BOOKID=" + back + "; EID=1");
+  EXPECT_EQ(ask("DELD").all("DOCL") + " " + ask("DELD").all("BKRES"), "1,2 4,1") << "nobody need fetch it";
+  library().setNow(2, 13);
+  EXPECT_EQ(ask("DELD").text(), "0|");
+}
+
+TEST_P(MonitorRequests, PickupsAndRoomsOfTheDesksAndTheirHours) {
+  const std::string early = save(times(2, "10:00", "11:00"), "EID=1");
+  save(times(2, "14:00", "15:00"), "EID=1");
+  const std::string room =
+      save(times(2, "10:00", "11:00"), std::string("EID=4; EQIR=Y; EID=3; ") + film1, "RID=1", 1);
+  EXPECT_EQ(ask("PICKD").text(),
+            "0||BOOKID=1 CNUM=0000001 ETIME=2026-03-02 11:00:00 PATNM=Bell, Ada RNM=Main Desk "
+            "STIME=2026-03-02 10:00:00");
+  EXPECT_EQ(ask("LIBSD").text(),
+            "0||BOOKID=3 CNUM=0000003 ECNT=1 ETIME=2026-03-02 11:00:00 ICNT=1 PATNM=Bell, Ada RNM=Classroom "
+            "A STIME=2026-03-02 10:00:00");
+  EXPECT_EQ(send("GRS", "RID=1; HRS=4").all("BOOKID") + "/" + send("GRS", "RID=2; HRS=4").text(), "3/0|");
+  EXPECT_EQ(send("GSC", "BOOKID=" + room).text(),
+            "0||EID=3 ENO=PRJ1 ETY=Projector|EID=0 ENO=Volcanoes "
+            "ETY=Film");
+  EXPECT_EQ(send("PICKD", "LOC=2; LOC=1; LOC=1; LOC=77; HRS=9").all("BOOKID"), "1,2")
+      << "a desk twice, and one that is gone";
+  execute("update bookings set location_id = 2 where id = 2");
+  EXPECT_EQ(ask("PICKD", "9").all("BOOKID"), "1,2") << "made elsewhere, fetched here";
+  EXPECT_EQ(send("PICKD", "LOC=2; HRS=9").all("BOOKID"), "2");
+  charge(early);
+  EXPECT_EQ(ask("PICKD").text(), "0|");
+  execute("update bookings set administrative = 1, patron_id = null where id = 3");
+  EXPECT_EQ(ask("LIBSD").all("PATNM"), "");
+}
+
+TEST_P(MonitorRequests, WhatIsOfAnotherLibraryIsNotThere) {
+  save(times(2, "10:00", "11:00"), "", "RID=1", 1);
+  delivery(times(2, "10:00", "11:00"));
+  save(times(2, "10:00", "11:00"), "EID=3");
+  execute("insert into libraries (id, name) values (2, 'Other')");
+  execute("update locations set library_id = 2 where id = 3");
+  execute("update bookings set location_id = 3");
+  for (const char* code : {"DELD", "PICKD", "LIBSD"})
+    EXPECT_EQ(send(code, "LOC=3; HRS=9").text(), "0|") << code;
+  EXPECT_EQ(send("GRS", "RID=1; HRS=9").text(), "0|");
+  EXPECT_EQ(send("GECN", "LOC=3; DHRS=9; RHRS=9; PHRS=9").text(), "0|");
+  for (const char* code : {"GEPL", "GIPL"}) {
+    EXPECT_EQ(send(code, "CLI=1; LOC=3; STIME=2026-03-02 00:00:00; ETIME=2026-03-02 23:59:59; OI=1").text(),
+              "0|");
+  }
+}
+
+TEST_P(MonitorRequests, HoursAndSpansThatMakeNoSense) {
+  EXPECT_EQ(ask("DELD", "10000").text(), "-98|CANTREAD=HRS");
+  EXPECT_EQ(ask("PICKD", "-1").rc, -98);
+  EXPECT_EQ(ask("LIBSD", "soon").rc, -98);
+  EXPECT_EQ(ask("LIBSD", "8784").rc, 0);
+  EXPECT_EQ(send("GECN", "LOC=1; DHRS=1; RHRS=1; PHRS=10000").text(), "-98|CANTREAD=PHRS");
+  const std::string list = "CLI=1; LOC=1; STIME=2026-03-02 10:00:00; ETIME=";
+  EXPECT_EQ(send("GEPL", list + "2026-03-02 09:00:00; OI=1").text(), "-98|CANTREAD=ETIME");
+  EXPECT_EQ(send("GIPL", list + "2036-03-02 09:00:00; OI=1").rc, 0) << "ten years are no fault";
+}
+
+/// Warnings about a booking by what was done to it.
+TEST_P(MonitorRequests, EachWarningHasItsRule) {
+  struct Row {
+    const char* what;
+    std::string place;
+    int type;
+    std::string things;
+    bool charged;
+    const char* sql;  ///< done to booking 1 afterwards
+    int hour;         ///< at which the desk asks
+    const char* told;
+  };
+  const Row rows[] = {
+      {"nothing", "LOC=1", 3, "EID=1", false, "", 9, ""},
+      {"a room not handed over", "RID=1", 1, "", false, "", 11, "BKERR=121"},
+      {"nobody set it up", "RID=1", 1, "EID=1", false, "", 11, "BKERR=133"},
+      {"not delivered", "RID=1", 2, "EID=1", false, "", 11, "BKERR=122"},
+      {"not fetched", "LOC=1", 3, "EID=1", false, "", 11, "BKERR=124"},
+      {"the room is not back", "RID=1", 1, "", true, "", 13, "BKERR=121"},
+      {"not cleared", "RID=1", 1, "EID=1", true, "", 13, "BKERR=130"},
+      {"not brought back", "RID=1", 2, "EID=1", true, "", 13, "BKERR=132"},
+      {"not fetched back", "RID=1", 2, "EID=1", true, "update bookings set cleanup_minutes = 5", 13,
+       "BKERR=129"},
+      {"not returned", "LOC=1", 3, "EID=1", true, "", 13, "BKERR=131"},
+      {"out before anybody came", "RID=1", 2, "EID=1", true, "", 10, "BKERR=123"},
+      {"out early at the desk", "LOC=1", 3, "EID=1", true, "", 10, ""},
+      {"earlier than is allowed now", "LOC=1", 3, "EID=1", true,
+       "update policies set early_charge_minutes = 5", 10, "BKERR=127"},
+      {"a status since", "LOC=1", 3, "EID=1", false,
+       "insert into equipment_statuses (equipment_id, status_id, applied_at) values (1, 1, 0)", 9,
+       "BKERR=128 ENO=TV1 ETY=Television STY=Missing"},
+      {"an item lost since", "LOC=1", 3, film1, false, "update items set status = 'Lost' where id = 1", 9,
+       "BKERR=128 ETY=Film STY=Lost TITL=Volcanoes"},
+      {"a member of the group missing", "LOC=1", 3, "EID=5", false,
+       "insert into equipment_statuses (equipment_id, status_id, applied_at) values (6, 1, 0)", 9,
+       "BKERR=128 ENO=SET1 ETY=Video Set STY=Missing"},
+  };
+  for (const Row& row : rows) {
+    library_ = std::make_unique<DeskLibrary>(GetParam());
+    library().setNow(2, 10);
+    const std::string id = save(times(2, "10:30", "12:00"), row.things, row.place, row.type);
+    if (row.charged) {
+      EXPECT_EQ(charge(id).rc, 0) << row.what;
+    }
+    if (*row.sql != '\0') execute(row.sql);
+    library().setNow(2, row.hour);
+    const Got got = conflicts();
+    if (*row.told == '\0') {
+      EXPECT_EQ(got.text(), "0|") << row.what;
+      continue;
+    }
+    ASSERT_EQ(got.records.size(), 1U) << row.what << got.text();
+    std::string told;
+    for (const char* tag : {"BKERR", "ENO", "ETY", "STY", "TITL"}) {
+      if (!got.first(tag).empty())
+        told += (told.empty() ? "" : " ") + std::string(tag) + "=" + got.first(tag);
+    }
+    EXPECT_EQ(told, row.told) << row.what;
+  }
+}
+
+TEST_P(MonitorRequests, ThingsThatAnotherBookingHas) {
+  save(times(2, "10:00", "11:00"), std::string("EID=1; ") + film1, "RID=1", 1);
+  charge("1");
+  library().setNow(2, 12);
+  settleDueBookings(library().database(), library().clock()());
+  const std::string next = save(times(2, "13:00", "14:00"), std::string("EID=1; ") + film1, "RID=1", 1);
+  EXPECT_EQ(conflicts().all("BKERR"), "130,107,125,126");
+  EXPECT_EQ(conflicts().all("BOOKID"), "1,2,2,2");
+  EXPECT_EQ(conflicts().all("RNM") + "/" + conflicts().all("ENO") + "/" + conflicts().all("TITL"),
+            "Classroom A/TV1/Volcanoes");
+  EXPECT_EQ(send("GECN", "LOC=1; DHRS=9; RHRS=0; PHRS=9").all("BKERR"), "130")
+      << "each type of booking has its hours";
+}
+
+TEST_P(MonitorRequests, APieceThatJoinedABookedGroupIsBookedTwice) {
+  save(times(2, "10:00", "11:00"), "EID=5");
+  save(times(2, "10:00", "11:00"), "EID=1");
+  execute("update equipment set group_id = 5 where id = 1");
+  EXPECT_EQ(conflicts().all("BKERR") + " " + conflicts().all("ENO"), "125,125 SET1,TV1");
+}
+
+TEST_P(MonitorRequests, WishesGetTheirThingsOnceAndTheChargeAgrees) {
+  const std::string id = send("NEWBK", booking(times(2, "10:00", "12:00"), "RCOP=0; RCA=30; LOC=1; RTI=1", 1,
+                                               std::string(anyTelevision) + "; MTID=1; BI=1; MI=0; IM=0"))
+                             .first("BOOKID");
+  EXPECT_EQ(conflicts("1").text(), "0|");
+  EXPECT_EQ(value("select count(*) from booking_equipment where equipment_id is not null"), "0")
+      << "not due yet";
+  EXPECT_EQ(conflicts().text(), "0|");
+  const std::string assigned =
+      "select (select room_id from bookings) || ' ' || (select equipment_id from booking_equipment) || ' ' "
+      "|| "
+      "(select item_id from booking_items)";
+  EXPECT_EQ(value(assigned), "2 1 1");
+  EXPECT_EQ(value("select count(*) from occupancy"), "3");
+  EXPECT_EQ(conflicts().text(), "0|");
+  EXPECT_EQ(value("select count(*) from occupancy"), "3") << "asking again changes nothing";
+  EXPECT_EQ(send("GETSRM", "BOOKID=" + id).text().find("RTI="), std::string::npos)
+      << "an editor gets the room alone";
+  library().setNow(2, 9, 30);
+  const Got charged = charge(id);
+  EXPECT_EQ(charged.all("AENO") + " " + charged.all("IM"), "TV1 1");
+}
+
+TEST_P(MonitorRequests, WhatWentMissingIsGivenAnew) {
+  const std::string id =
+      save(times(2, "10:00", "12:00"), std::string(anyTelevision) + "; MTID=1; BI=1; MI=0; IM=0");
+  conflicts();
+  execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (1, 1, 0)");
+  execute("update items set status = 'Lost' where id = 1");
+  EXPECT_EQ(conflicts().text(), "0|") << "another one is no conflict";
+  EXPECT_EQ(
+      value("select equipment_id from booking_equipment") + " " + value("select item_id from booking_items"),
+      "2 2");
+  execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (2, 1, 0)");
+  execute("update items set status = 'Lost' where id in (2, 3)");
+  EXPECT_EQ(conflicts().all("BKERR") + " " + conflicts().all("ETY") + " " + conflicts().all("TITL"),
+            "135,135 Television,Film Volcanoes");
+  EXPECT_EQ(value("select count(*) from occupancy where kind > 10"), "2") << "the wishes wait again";
+  EXPECT_EQ(value("select count(*) from booking_items where holding_id is null"), "1")
+      << "for any item of the title, as before";
+  EXPECT_EQ(charge(id).all("CHFA"), "135,136");
+  execute("delete from equipment_statuses where equipment_id = 1");
+  execute("update items set status = '' where id = 2");
+  EXPECT_EQ(charge(id).rc, 0);
+}
+
+TEST_P(MonitorRequests, TheChargeExchangesWhatCannotBeHandedOut) {
+  const std::string out = save(times(2, "09:30", "10:00"), "EID=1");
+  const std::string wish = save(times(2, "10:00", "12:00"), anyTelevision);
+  EXPECT_EQ(conflicts().text(), "0|");
+  EXPECT_EQ(value("select equipment_id from booking_equipment where booking_id = " + wish), "1");
+  charge(out);
+  library().setNow(2, 10);
+  EXPECT_EQ(charge(wish).all("EID"), "2") << "the other is not back";
+}
+
+TEST_P(MonitorRequests, WhatIsExpectedBackIsNoConflict) {
+  execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (2, 1, 0)");
+  charge(save(times(2, "09:30", "10:00"), "EID=1"));
+  save(times(2, "11:00", "12:00"), anyTelevision);
+  EXPECT_EQ(conflicts().text(), "0|");
+  EXPECT_EQ(value("select count(*) from booking_equipment where equipment_id is null"), "1")
+      << "but nothing to fetch yet";
+}
+
+TEST_P(MonitorRequests, PickListsAreInTheOrderOfTheWay) {
+  execute("update equipment set room_id = 6, location_id = 2 where id = 3");
+  execute("insert into policy_locations (policy_id, location_id) select 2, 2");
+  execute("update policy_locations set security = 1");
+  execute("update holdings set search_call_number = 'a 1' where id = 3");
+  const std::string first =
+      save(times(2, "10:00", "11:00"), std::string("EID=3; EID=1; ") + film1 + "; MTID=1; BI=1; MI=0; IM=0");
+  save(times(2, "12:00", "13:00"), "EID=1; MTID=2; BI=2; MI=3; IM=4");
+  save(times(2, "10:00", "11:00"), std::string("EID=4; EQIR=Y; ") + anyTelevision, "RID=1", 2);
+  const std::string list = "CLI=1; LOC=1; STIME=2026-03-02 00:00:00; ETIME=2026-03-02 23:59:59; OI=1";
+  const Got pieces = send("GEPL", list);
+  EXPECT_EQ(pieces.records.front(), (std::map<std::string, std::string>{{"BOOKID", "3"},
+                                                                        {"CNUM", "0000003"},
+                                                                        {"PFN", "Ada"},
+                                                                        {"PLN", "Bell"},
+                                                                        {"UTIME", "2026-03-02 10:00:00"},
+                                                                        {"ETY", "Television"},
+                                                                        {"BTYP", "Delivery"}}))
+      << "a wish that waits";
+  EXPECT_EQ(pieces.all("ENO") + " " + pieces.all("EQIR") + " " + pieces.all("EQBAR"),
+            "PRJ1,TV1,TV1 Branch Store,Store,Store E3,E1,E1");
+  const Got items = send("GIPL", list);
+  EXPECT_EQ(items.all("MBIBT") + " " + items.all("BNO") + " " + items.all("LNA"),
+            "Volcanoes,Glaciers,Volcanoes M4,M1 Main Desk,Main Desk");
+  EXPECT_EQ(items.records.back(), (std::map<std::string, std::string>{{"BOOKID", "1"},
+                                                                      {"CNUM", "0000001"},
+                                                                      {"PFN", "Ada"},
+                                                                      {"PLN", "Bell"},
+                                                                      {"UTIME", "2026-03-02 10:00:00"},
+                                                                      {"ETY", "Film"},
+                                                                      {"BTYP", "Pick-Up"},
+                                                                      {"NTTL", "volcanoes"},
+                                                                      {"MBIBT", "Volcanoes"},
+                                                                      {"NCN", "qe 521"},
+                                                                      {"CN", "QE 521"},
+                                                                      {"LNA", "Main Desk"},
+                                                                      {"BNO", "M1"},
+                                                                      {"MDSC", "Film"},
+                                                                      {"BI", "1"},
+                                                                      {"MI", "1"},
+                                                                      {"IM", "1"}}));
+  charge(first);
+  EXPECT_EQ(send("GIPL", list).all("IM"), "4") << "what is out is fetched";
+}
+
+}  // namespace
+}  // namespace vantry::server
