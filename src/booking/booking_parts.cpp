@@ -32,7 +32,7 @@ void BookingParts::showTips() {
     Control& control;
     const char* tip;
   } tips[] = {
-      {requester.requester.text, "Scan or type the requester's barcode. F4 shows their counters."},
+      {requester.requester.text, "Scan or type the requester's barcode."},
       {requester.requester.check, "Look the barcode up and check the requester."},
       {requester.requester.pick, "Find the requester."},
       {requester.onBehalfOf.text, "Scan or type the barcode of whoever fetches the things."},

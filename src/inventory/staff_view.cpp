@@ -121,8 +121,10 @@ void StaffView::load() {
 
 void StaffView::refresh() {
   list_.clear();
-  app().context.staff.clear();
-  ask()("GETOPS", {}, [this] { list_.fill(); });
+  ask()("GETOPS", {}, [this] {
+    app().context.staff.clear();
+    list_.fill();
+  });
   faStaff_Click();
 }
 

@@ -9,10 +9,12 @@
 
 namespace vantry {
 
-std::string_view wordsOf(std::span<const RefusalWords> refusals, int rc, const TagMessage& message) {
+std::string_view wordsOf(std::span<const RefusalWords> refusals, int rc, std::string_view code,
+                         const TagMessage& message) {
   const std::string tag = rc == codes::TagMissing ? message.Get("CANTREAD") : std::string();
-  const auto found = std::find_if(refusals.begin(), refusals.end(),
-                                  [&](const RefusalWords& each) { return each.rc == rc && each.tag == tag; });
+  const auto found = std::find_if(refusals.begin(), refusals.end(), [&](const RefusalWords& each) {
+    return each.rc == rc && each.tag == tag && (each.code.empty() || each.code == code);
+  });
   return found == refusals.end() ? std::string_view() : found->words;
 }
 
@@ -49,7 +51,7 @@ bool Ask::succeeded(int rc, std::string_view module) const {
 }
 
 bool Ask::succeeded(int rc, std::string_view module, std::span<const RefusalWords> refusals) const {
-  const std::string_view words = wordsOf(refusals, rc, global_.message());
+  const std::string_view words = wordsOf(refusals, rc, module, global_.message());
   if (rc == 0 || words.empty()) return succeeded(rc, module);
   warningBox(global_.desktop(), std::string(words));
   return false;

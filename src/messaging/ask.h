@@ -25,10 +25,11 @@ struct RefusalWords {
   int rc;
   std::string_view tag;  ///< of `codes::TagMissing`: whose value the server did not take; else empty
   std::string_view words;
+  std::string_view code = {};  ///< of the only request that means it so
 };
 
-/// The sentence among these for the refusal that was received last; empty for none.
-[[nodiscard]] std::string_view wordsOf(std::span<const RefusalWords> refusals, int rc,
+/// The sentence among these for the refusal of the request `code` that was received last; empty for none.
+[[nodiscard]] std::string_view wordsOf(std::span<const RefusalWords> refusals, int rc, std::string_view code,
                                        const TagMessage& message);
 
 /// Asks the server on behalf of one window or module, whose name a failure is reported with.

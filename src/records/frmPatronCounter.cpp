@@ -83,7 +83,20 @@ void frmPatronCounter::showCounters() {
   dirty_ = saved_ = false;
 }
 
+/// An emptied counter is no zero.
+bool frmPatronCounter::countersAreGiven() {
+  for (const Counter& counter : kCounters) {
+    auto& field = this->*counter.field;
+    if (field.Value.get().has_value()) continue;
+    warningBox(app_.desktop, "Please enter a number for every counter.");
+    field.SetFocus();
+    return false;
+  }
+  return true;
+}
+
 void frmPatronCounter::cmdSave_Click() {
+  if (!countersAreGiven()) return;
   app_.message.Add(tags::PID, std::to_string(patronId_));
   for (const Counter& counter : kCounters)
     app_.message.Add(counter.tag, std::to_string((this->*counter.field).number()));
@@ -94,7 +107,9 @@ void frmPatronCounter::cmdSave_Click() {
 }
 
 bool frmPatronCounter::Form_Unload() {
-  if (!saved_ && dirty_ && questionBox(app_.desktop, kQuestion)) cmdSave_Click();
+  if (saved_ || !dirty_ || !questionBox(app_.desktop, kQuestion)) return true;
+  if (!countersAreGiven()) return false;
+  cmdSave_Click();
   return true;
 }
 

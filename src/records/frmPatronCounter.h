@@ -40,6 +40,7 @@ class frmPatronCounter : public Form {
 
  private:
   void showCounters();
+  bool countersAreGiven();
   [[nodiscard]] bool maySave() const { return app_.context.rights.has(Right::PACOU); }
 
   App& app_;

@@ -18,7 +18,7 @@ static constexpr RefusalWords kRefusals[] = {
 
 std::string searchFailure(const TagMessage& message, int rc) {
   if (rc == codes::NotTaken) return message.Refusal();
-  const std::string_view words = wordsOf(kRefusals, rc, message);
+  const std::string_view words = wordsOf(kRefusals, rc, "FIND", message);
   return words.empty() ? "Your search failed! (rc = " + std::to_string(rc) + ")" : std::string(words);
 }
 

@@ -44,7 +44,7 @@ std::vector<ListEntry> entriesOf(const std::vector<Row>& rows) {
 }
 
 /// The name in a column of patrons. A missing first name leaves the middle one behind the comma, and a
-/// missing middle name leaves the blank before it: on purpose, since other programs read this form.
+/// missing middle name leaves the blank before it, on purpose.
 std::string listedName(const TagMessage& message) {
   std::string name;
   if (const std::string last = message.Get(tags::PLN); !last.empty()) name = last + ", ";

@@ -283,8 +283,10 @@ TEST_F(EditorSave, APickUpComesBackWithItsLocationAndItsPatron) {
   server.expect("GETSRM", "BOOKID=7").replies("LOC=4");
   expectEmptyThings();
   expectPrivileges();
+  app.context.staff.clear();  // another desk has added the member since
   OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
   frmBooking& window = editor();
+  EXPECT_EQ(window.cboSetupStaff.Text(), "Staff member 51") << "a save keeps them";
   EXPECT_EQ(window.lblPlace.Caption, "Pick-Up:  Branch") << "not the first location";
   EXPECT_EQ(window.requester.onBehalfOf.text.Text, "Oak, Ole");
   EXPECT_EQ(window.ActiveControl(), &window.times.fpdNeedDate) << "both patrons stand";

@@ -49,6 +49,21 @@ TEST_F(PatronCounterTest, ASaveSendsWhatCanBeCorrectedAndEndsTheQuestions) {
   });
 }
 
+TEST_F(PatronCounterTest, AnEmptiedCounterIsNoZero) {
+  open([&](frmPatronCounter& form) {
+    form.txtLateReturns.enter(std::nullopt);
+    desktop.expectWarning("Please enter a number for every counter.");
+    form.cmdSave.press();
+    EXPECT_EQ(form.ActiveControl(), &form.txtLateReturns);
+    desktop.expectQuestion(kQuestion, true);
+    desktop.expectWarning("Please enter a number for every counter.");
+    form.cmdClose.press();
+    EXPECT_TRUE(form.isLoaded());
+    desktop.expectQuestion(kQuestion, false);
+    form.cmdClose.press();
+  });
+}
+
 TEST_F(PatronCounterTest, ChangesAreAskedAboutBeforeTheyAreLost) {
   open([&](frmPatronCounter& form) {
     form.txtCancelledBookings.enter(0);

@@ -253,6 +253,9 @@ TEST_F(MonitorTest, TheItemsOfABookingOpenBesideTheList) {
   server.expect("GSC", "BOOKID=8");
   view.faDaemon.click(2, 9);
   EXPECT_EQ(view.faLibRoomsDetail.Rows, 1);
+  server.expect("LIBSD", "LOC=3 LOC=3 HRS=24");
+  tick(16);
+  EXPECT_TRUE(view.lblLibRoomsDetail.Visible) << "a refresh closes nothing";
   view.cmdDaemonItems.press();
   EXPECT_EQ(view.cmdDaemonItems.Caption, "&Items >>");
   EXPECT_FALSE(view.faLibRoomsDetail.Visible);

@@ -147,7 +147,8 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.
-  if (!handler.changesSession) storeReply(db, key, {std::string(incoming.code), answer.json}, now);
+  if (!handler.changesSession && !handler.mayRunAgain)
+    storeReply(db, key, {std::string(incoming.code), answer.json}, now);
   return answer;
 }
 
