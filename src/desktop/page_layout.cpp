@@ -15,6 +15,7 @@ static constexpr double kRowGap = 30;
 /// A section that starts lower than this above the foot starts on the next page.
 static constexpr double kSectionStart = 1800;
 static constexpr double kRuleWidth = 10;
+static constexpr double kRuleGap = 60;  ///< above and below
 /// The part of its size that a font keeps at least.
 static constexpr double kSmallest = 0.7;
 /// A head without a row below it is of no use.
@@ -108,6 +109,9 @@ void PageLayout::rule(QLineF line) {
   if (line.y1() >= pen_ - 1 && !fits(kSectionStart)) {
     startPage();
     line.translate(0, pen_ - line.y1());
+  } else if (line.y1() >= pen_ - 1) {
+    pen_ += 2 * kRuleGap;
+    line.translate(0, kRuleGap);
   }
   pages_.back().rules.push_back(line);
 }

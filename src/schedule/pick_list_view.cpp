@@ -214,7 +214,8 @@ void PickListView::cmdGetLists_Click() {
   app().message.Add(tags::CLI, app().context.locationId);
   addDesks();
   parts().showMessage("Requesting Data From Server...");
-  if (showHeading) showHeading(from + " to " + until);
+  dates_ = from + " to " + until;
+  if (showHeading) showHeading(dates_);
   const bool read =
       ask()(kind_.code, {{tags::STIME, from}, {tags::ETIME_, until}, {tags::OI, app().context.operatorId}},
             [this] { fillList(); });

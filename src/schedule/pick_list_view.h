@@ -36,6 +36,7 @@ class PickListView : public MainView {
   void load() override;
   void open() override {}
   ReplyList* list() override { return &list_; }
+  std::string reportText() const override { return dates_; }
 
   void optDateRange_Click();
   void cmdToday_Click();
@@ -68,6 +69,7 @@ class PickListView : public MainView {
 
   const PickListKind& kind_;
   ReplyList list_{parts(), faDaemon};
+  std::string dates_;                 ///< of the span that was read last
   std::vector<std::string> numbers_;  ///< confirmation numbers of the rows as they were read
 };
 

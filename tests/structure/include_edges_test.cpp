@@ -30,7 +30,7 @@ Names operator+(Names a, const Names& b) {
 Names floorsUpTo(const std::string& folder) {
   static const std::vector<std::string> kFloors = {"words",     "platform", "messaging", "frame",
                                                    "lists",     "records",  "booking",   "circulation",
-                                                   "inventory", "search"};
+                                                   "inventory", "search",   "reports"};
   Names below;
   for (const std::string& floor : kFloors) {
     if (floor == folder) break;
@@ -45,6 +45,7 @@ std::vector<FolderRow> allowedEdges() {
   for (const char* folder : {"words", "platform", "messaging", "frame", "lists", "records", "booking",
                              "circulation", "inventory", "search"})
     rows.push_back({folder, floorsUpTo(folder)});
+  rows.push_back({"reports", floorsUpTo("search")});  // beside the search
   const Names client = floorsUpTo("");
   rows.push_back({"schedule", client});  // the main window holds all views
   // The embedded server is reached through the one header of the program's server.
