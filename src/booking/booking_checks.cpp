@@ -1,15 +1,27 @@
 #include "booking/booking_checks.h"
 
+#include <string>
+#include <vector>
+
 #include "booking/booking_parts.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_tags.h"
 #include "messaging/ask.h"
 #include "messaging/return_codes.h"
+#include "records/records.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
+
+/// Another desk has changed the staff since the booking's window was opened.
+constexpr RefusalWords kRefusals[] = {
+    {codes::TagMissing, tags::ODE,
+     "The staff member for the set-up is not active any more.\n\nPlease choose another one."},
+    {codes::TagMissing, tags::OPU,
+     "The staff member for the clean-up is not active any more.\n\nPlease choose another one."},
+};
 
 /// The check of the library's calendar, by the option of the place.
 constexpr std::string_view kCalendarChecks[] = {"CDELTM", "CRMTM", "CPUPTM"};
@@ -49,12 +61,12 @@ bool hasMedia(const BookingParts& parts) {
 
 }  // namespace
 
-bool PlaceSuits(BookingParts& parts) {
+bool PlaceTakesThings(BookingParts& parts) {
   switch (parts.place.option()) {
     case kDeliverOption:
       return ValidateDeliveryLocation(parts);
     case kScheduledOption:
-      return ValidateRoomAvailability(parts) && ValidateLibSchedRoom(parts);
+      return ValidateLibSchedRoom(parts);
     default:
       return ValidatePickupLocation(parts);
   }
@@ -130,7 +142,7 @@ static bool isStored(BookingParts& parts, const Ask& ask, int rc, std::string_vi
       TellTaken(parts.app, rc);
       return false;
     default:
-      return ask.succeeded(rc, code);
+      return ask.succeeded(rc, code, kRefusals);
   }
 }
 
@@ -143,6 +155,16 @@ bool StoreBooking(BookingParts& parts, const Ask& ask, std::string_view wizard) 
   if (rc != codes::SatisfiedByRoom) return isStored(parts, ask, rc, code);
   informationBox(parts.app.desktop, "Generic equipment satisfied by in-room equipment.");
   return true;
+}
+
+void OfferCreatedBookings(App& app, int source) {
+  std::vector<std::string> ids;
+  while (app.message.NextRecord(tags::BOOKID)) ids.push_back(app.message.Get(tags::BOOKID));
+  if (!questionBox(app.desktop, "Multiple bookings created.  Display all?")) return;
+  for (const std::string& id : ids) {
+    OpenRecordWindow(app, {kBooking, id, source});
+    app.desktop.handleEvents();
+  }
 }
 
 }  // namespace vantry

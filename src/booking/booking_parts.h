@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "booking/equipment_panel.h"
 #include "booking/media_panel.h"
 #include "booking/place_panel.h"
@@ -20,13 +22,7 @@ class BookingParts {
     Container& place;
     Container& equipment;
   };
-  BookingParts(App& program, const Places& places)
-      : app(program),
-        requester(program, places.requester, record),
-        times(program, places.times, record),
-        media(*this, places.media),
-        place(*this, places.place),
-        equipment(*this, places.equipment) {}
+  BookingParts(App& program, const Places& places);
   BookingParts(const BookingParts&) = delete;
   BookingParts& operator=(const BookingParts&) = delete;
 
@@ -37,6 +33,25 @@ class BookingParts {
   MediaPanel media;
   PlacePanel place;
   EquipmentPanel equipment;
+
+  /// Something in one of the panels has changed.
+  Event Changed;
+
+  /// A window opens on a booking: shows the tool tips as preferred and forgets the warnings of before. From
+  /// now on `place.loading` is true, until the window has shown the booking.
+  void open();
+  /// A new booking of today, of which nothing else is known.
+  void startNew();
+  /// Merges equal cells of the lists, or no longer.
+  void merge(bool on);
+  /// The booking can only be read from now on.
+  void disableEditing();
+
+  /// What is booked, in words: "1 media, 2 equipment".
+  [[nodiscard]] std::string thingsText() const;
+
+ private:
+  void showTips();
 };
 
 }  // namespace vantry

@@ -2,6 +2,7 @@
 
 #include "booking/booking_checks.h"
 #include "booking/frmBooking.h"
+#include "booking/modBooking_policy.h"
 #include "booking/modBooking_rooms.h"
 #include "messaging/return_codes.h"
 #include "platform/text.h"
@@ -73,17 +74,14 @@ BookingSave::Outcome BookingSave::timesAreInOrder() {
 }
 
 BookingSave::Outcome BookingSave::placeIsKnown() {
-  // A booking that became a pick-up still holds the room of before, which would be stored instead of the
-  // pick-up location. It loses the room only here; this is deliberate.
-  if (w_.place.option() == kPickUpOption && w_.record.RoomId != 0) RebuildForRoom(w_.parts);
-  // A type that this program does not know has no option, and so no place.
-  if (w_.place.option() >= 0 && w_.record.hasPlace()) return Outcome::Next;
+  if (PlaceIsKnown(w_.parts)) return Outcome::Next;
   return tell(kRoomTab, "No room selected -and- no generic room location specified!");
 }
 
 BookingSave::Outcome BookingSave::isAllowed() {
   BookingParts& parts = w_.parts;
-  if (!PlaceSuits(parts) || !CalendarAllows(parts, w_.ask_) || !ItemLimitAllows(parts, w_.ask_))
+  if (w_.place.option() == kScheduledOption && !ValidateRoomAvailability(parts)) return Outcome::Failed;
+  if (!PlaceTakesThings(parts) || !CalendarAllows(parts, w_.ask_) || !ItemLimitAllows(parts, w_.ask_))
     return Outcome::Failed;
   const EmptyAnswer answer = AskIfEmpty(parts);
   if (answer != EmptyAnswer::Save) return answer == EmptyAnswer::No ? Outcome::Stopped : Outcome::Failed;
@@ -141,14 +139,7 @@ void BookingSave::showCreated() {
 }
 
 void BookingSave::showAll() {
-  std::vector<std::string> ids;
-  while (app_.message.NextRecord(tags::BOOKID)) ids.push_back(app_.message.Get(tags::BOOKID));
-  if (questionBox(app_.desktop, "Multiple bookings created.  Display all?")) {
-    for (const std::string& id : ids) {
-      OpenRecordWindow(app_, {kBooking, id, w_.CallerView});
-      app_.desktop.handleEvents();
-    }
-  }
+  OfferCreatedBookings(app_, w_.CallerView);
   w_.closeNow();
 }
 

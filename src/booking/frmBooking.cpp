@@ -1,10 +1,8 @@
 #include "booking/frmBooking.h"
 
-#include "booking/modBooking_rooms.h"
 #include "frame/secured_commands.h"
-#include "lists/grids.h"
 #include "platform/wiring.h"
-#include "words/tags.h"
+#include "records/frmPatronCounter.h"
 
 namespace vantry {
 
@@ -64,13 +62,9 @@ void frmBooking::connect() {
     entry->Shortcut = "Ctrl+" + std::to_string(tab + 1);
     on(entry->Click, this, &frmBooking::mnuViewTab_Click, tab++);
   }
-  requester.Changed = [this] {
-    times.showExpireDate();
-    touch();
-  };
-  on(requester.GroupChanged, this, &frmBooking::loadRooms);
+  showCountersFrom(requester.onBehalfOf.text, app_, [this] { return record.PickupPatronId; });
   times.showTab = [this] { selectTab(0); };
-  times.Changed = media.Changed = place.Changed = equipment.Changed = [this] { touch(); };
+  on(parts.Changed, this, &frmBooking::touch);
   fields_.tellChanges([this] { touch(); });
 }
 
@@ -82,8 +76,7 @@ void frmBooking::mnuViewTab_Click(int tab) {
 
 void frmBooking::showSummary() {
   lblPlace.Caption = place.placeText();
-  lblThings.Caption =
-      std::to_string(record.ItemCount) + " media, " + std::to_string(record.EquipmentCount) + " equipment";
+  lblThings.Caption = parts.thingsText();
 }
 
 void frmBooking::setTitle(std::string title) {
@@ -108,11 +101,7 @@ void frmBooking::showStatus() {
 
 void frmBooking::DisableEditing() {
   RecordWindow::DisableEditing();
-  requester.disableEditing();
-  times.disableEditing();
-  media.disableEditing();
-  place.disableEditing();
-  equipment.disableEditing();
+  parts.disableEditing();
   fields_.lock();
 }
 
@@ -128,22 +117,7 @@ void frmBooking::allowStored(bool on) {
 
 void frmBooking::merge(bool on) {
   mnuViewMergeCells.Checked = on;
-  SetGridMerge(times.faDatesTimes, on);
-  SetGridMerge(media.faMedia, on);
-}
-
-/// The requester's group decides the rooms; without one only an administrative booking has any.
-void frmBooking::loadRooms() {
-  const int group = record.PatronGroupId;
-  if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(parts);
-  const bool changed = !isLoading() && !record.isAdministrative() && place.roomsOfGroup != group;
-  const bool hadRoom = record.RoomId != 0;
-  const bool hadGenericRoom = record.isGenericRoom();
-  LoadRoomCombos(parts, record.AdminBooking, group);
-  // Where the list is empty, a generic room is still there.
-  const bool genericRoomIsLost = hadGenericRoom && !record.isGenericRoom();
-  if (changed && (hadRoom || genericRoomIsLost))
-    informationBox(app_.desktop, "Changing requester invalidates current booking room selection.");
+  parts.merge(on);
 }
 
 }  // namespace vantry

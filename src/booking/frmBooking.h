@@ -161,7 +161,6 @@ class frmBooking : public RecordWindow {
   void showStatus();
   /// Switches the commands of a stored booking. Its discharge comes with its result.
   void allowStored(bool on);
-  void loadRooms();
 
   // Commands
   /// Asks, checks and removes the booking; false when it is still there.

@@ -13,32 +13,12 @@ std::vector<RecordField> frmBooking::fieldTable() {
     field.show = [this, &combo](const std::string& id) { selectStaff(combo, id); };
     return field;
   };
-  const auto tip = [](Control& control, std::string_view text) {
-    RecordField field{control};
-    field.tip = text;
-    return field;
-  };
   return {
-      {txtBookingNote, tags::SCHCOM},
-      staff(cboSetupStaff, tags::ODE),
-      staff(cboCleanupStaff, tags::OPU),
-      shown(txtConfirmationNumber, tags::CNUM),
-      shown(txtCreateOperator, tags::CNM),
-      shown(txtCreateLocation, tags::CLN),
-      shown(fpdCreateDate, tags::CDT),
-      shown(txtUpdateOperator, tags::UNM),
-      shown(txtUpdateLocation, tags::ULN),
-      shown(fpdUpdateDate, tags::UDT),
-      tip(requester.requester.text, "Scan or type the requester's barcode."),
-      tip(requester.requester.check, "Look the barcode up and check the requester."),
-      tip(requester.requester.pick, "Find the requester."),
-      tip(requester.onBehalfOf.text, "Scan or type the barcode of whoever fetches the things."),
-      tip(requester.onBehalfOf.check, "Look the barcode up and check the pick-up patron."),
-      tip(requester.onBehalfOf.pick, "Find the pick-up patron."),
-      tip(requester.chkAdminBooking, "Book for the library, without a requester."),
-      tip(times.cmdMultipleBookings, "Book the same things at several times."),
-      tip(place.cmdNewRoom, "Create a room for this booking."),
-      tip(media.cmdNewMedia, "Create a media item for this booking."),
+      {txtBookingNote, tags::SCHCOM},      staff(cboSetupStaff, tags::ODE),
+      staff(cboCleanupStaff, tags::OPU),   shown(txtConfirmationNumber, tags::CNUM),
+      shown(txtCreateOperator, tags::CNM), shown(txtCreateLocation, tags::CLN),
+      shown(fpdCreateDate, tags::CDT),     shown(txtUpdateOperator, tags::UNM),
+      shown(txtUpdateLocation, tags::ULN), shown(fpdUpdateDate, tags::UDT),
   };
 }
 

@@ -2,6 +2,7 @@
 #include "booking/frmBooking.h"
 #include "booking/modBooking_equipment.h"
 #include "booking/modBooking_media.h"
+#include "booking/modBooking_rooms.h"
 #include "booking/modBooking_tags.h"
 #include "frame/app.h"
 #include "platform/text.h"
@@ -12,10 +13,8 @@ namespace vantry {
 
 void frmBooking::prepare() {
   pickupMode_ = opening().pickUp;
-  place.loading = true;
-  fields_.showTips(app_.preferences.ToolTips);
+  parts.open();
   barBooking.ToolTips = app_.preferences.ToolTips;
-  app_.booking.warnings.InitWarningList();
   if (pickupMode_) showPickUpMode();
   fillStaff();
 }
@@ -48,9 +47,7 @@ void frmBooking::fillStaff() {
 
 void frmBooking::loadNew() {
   setTitle(pickupMode_ ? "New Immediate Pick-Up Booking" : "New Booking");
-  record.AdminBooking = "N";
-  record.WizardCreated = "N";
-  times.startToday();
+  parts.startNew();
   allowStored(false);
   discharge.Enabled = false;
   if (pickupMode_) {
@@ -58,7 +55,6 @@ void frmBooking::loadNew() {
   } else {
     place.choose(app_.preferences.BookRoomType);
   }
-  requester.chkAdminBooking.Visible = app_.context.rights.has(Right::OVITM);
   takeNextRequester();
 }
 
@@ -119,11 +115,15 @@ void frmBooking::showFields() {
   fields_.load([this](std::string_view tag) { return headValue(record, tag); });
 }
 
-/// A booking keeps a member who is not active any longer.
+/// A booking keeps a member who is not active any longer; its copy is a new booking.
 void frmBooking::selectStaff(ComboBox& combo, const std::string& memberId) {
   for (const StaffMember& member : app_.context.staff) {
-    if (member.id == memberId && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
+    const bool isKept = member.id == memberId && !opening().copy;
+    if (isKept && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
   }
+  // Another desk may have added the member since; a save must not take them off the booking.
+  if (intOf(memberId) != 0 && combo.indexOfData(memberId) < 0 && !opening().copy)
+    combo.AddItem("Staff member " + memberId, memberId);
   combo.ListIndex = std::max(0, combo.indexOfData(memberId));
 }
 
@@ -133,7 +133,7 @@ void frmBooking::showTypeAndRooms() {
     requester.chkAdminBooking.Value = true;  // which loads the rooms as well
     requester.chkAdminBooking.Enabled = false;
   } else {
-    loadRooms();
+    LoadRoomsOfRequester(parts);
   }
 }
 

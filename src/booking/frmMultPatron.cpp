@@ -8,15 +8,21 @@ namespace vantry {
 
 namespace {
 
-enum PatronColumn { kName, kGroupName, kStatus, kGroupId, kPatronId, kStatusId };
-constexpr ReplyColumn kColumns[] = {{"Patron Name", {}, CellKind::Own}, {"Patron Group", tags::PGNM},
-                                    {"Barcode Status", tags::BST},      {"Patron Group ID", tags::PGID},
-                                    {"Patron ID", tags::PID},           {"", tags::BSI, CellKind::Plain, 0}};
+constexpr ReplyColumn kName{"Patron Name", {}, CellKind::Own};
+constexpr ReplyColumn kGroupName{"Patron Group", tags::PGNM};
+constexpr ReplyColumn kStatus{"Barcode Status", tags::BST};
+constexpr ReplyColumn kPatronId{"Patron ID", tags::PID};
+constexpr ReplyColumn kBookingColumns[] = {kName,     kGroupName,
+                                           kStatus,   {"Patron Group ID", tags::PGID},
+                                           kPatronId, {"", tags::BSI, CellKind::Plain, 0}};
+constexpr ReplyColumn kStaffColumns[] = {kName, kGroupName, kStatus, kPatronId};
+constexpr int kNameColumn = 0;
 constexpr int kActive = 1;
 
 }  // namespace
 
-frmMultPatron::frmMultPatron(App& app) : Form(app.windows, "frmMultPatron"), app_(app) {
+frmMultPatron::frmMultPatron(App& app, PatronUse use)
+    : Form(app.windows, "frmMultPatron"), app_(app), use_(use) {
   Caption = "Multiple Patrons - Select Patron";
   faPatrons.AccessibleName = "Patrons";
   cmdOK.Default = true;
@@ -30,7 +36,9 @@ frmMultPatron::frmMultPatron(App& app) : Form(app.windows, "frmMultPatron"), app
 
 void frmMultPatron::Form_Load() {
   app_.tools.PrepareForm(*this);
-  list_.build(dialogLayout(kColumns, tags::PID));
+  const bool forStaff = use_ == PatronUse::Staff;
+  list_.build(
+      dialogLayout(forStaff ? std::span<const ReplyColumn>(kStaffColumns) : kBookingColumns, tags::PID));
   list_.hooks.ownText = [&message = app_.message](const ReplyColumn&) {
     return PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN));
   };
@@ -43,18 +51,17 @@ void frmMultPatron::Form_Activate() {
   faPatrons.SetFocus();
 }
 
-std::string frmMultPatron::chosen(int column) const {
-  const int row = faPatrons.Row;
-  return row < faPatrons.FixedRows ? std::string() : list_.text(row, column);
-}
-
 void frmMultPatron::faPatrons_Click() {
-  cmdOK.Enabled = intOf(chosen(kStatusId)) == kActive;
+  const bool chosen = faPatrons.Row >= faPatrons.FixedRows;
+  cmdOK.Enabled =
+      chosen && (use_ == PatronUse::Staff || intOf(list_.valueOf(faPatrons.Row, tags::BSI)) == kActive);
 }
 
 void frmMultPatron::cmdOK_Click() {
   if (!cmdOK.Enabled) return;
-  Tag = chosen(kName) + "|" + chosen(kGroupName) + "|" + chosen(kGroupId) + "|" + chosen(kPatronId);
+  const int row = faPatrons.Row;
+  Tag = list_.text(row, kNameColumn) + "|" + list_.valueOf(row, tags::PGNM) + "|" +
+        list_.valueOf(row, tags::PGID) + "|" + list_.valueOf(row, tags::PID);
   Hide();
 }
 
@@ -63,8 +70,8 @@ void frmMultPatron::cmdCancel_Click() {
   Hide();
 }
 
-Patron PickOfPatrons(App& app) {
-  frmMultPatron window(app);
+Patron PickOfPatrons(App& app, PatronUse use) {
+  frmMultPatron window(app, use);
   window.ShowModal();
   const std::string chosen = window.Tag.get();
   Patron patron;

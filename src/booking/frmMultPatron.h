@@ -5,12 +5,12 @@
 
 namespace vantry {
 
-/// Lets the operator choose among patrons with one barcode. It reads the reply of `FIND`; only a barcode that
-/// is active can be chosen. `Tag` brings back name, group, group id and patron id joined by "|"; empty:
-/// cancelled.
+/// Lets the operator choose among patrons with one barcode. It reads the reply of `FIND`. For a
+/// booking only a barcode that is active can be chosen. `Tag` brings back name, group, group id and patron id
+/// joined by "|"; empty: cancelled.
 class frmMultPatron : public Form {
  public:
-  explicit frmMultPatron(App& app);
+  frmMultPatron(App& app, PatronUse use);
   void Form_Load() override;
   void Form_Activate() override;
   void faPatrons_Click();
@@ -22,13 +22,12 @@ class frmMultPatron : public Form {
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
  private:
-  std::string chosen(int column) const;
-
   App& app_;
+  PatronUse use_;
   ReplyList list_{app_, faPatrons};
 };
 
 /// Asks; the id 0 when the operator cancels.
-[[nodiscard]] Patron PickOfPatrons(App& app);
+[[nodiscard]] Patron PickOfPatrons(App& app, PatronUse use);
 
 }  // namespace vantry

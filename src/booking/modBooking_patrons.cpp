@@ -6,6 +6,7 @@
 #include "booking/modBooking_ask.h"
 #include "messaging/return_codes.h"
 #include "platform/text.h"
+#include "records/search_failure.h"
 #include "records/search_window.h"
 #include "words/tags.h"
 
@@ -23,33 +24,6 @@ Patron patronOfRecord(const TagMessage& message) {
   patron.name = PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN));
   patron.groupId = intOf(message.Get(tags::PGID));
   patron.groupName = message.Get(tags::PGNM);
-  return patron;
-}
-
-/// The patron with a barcode; nobody when there is none, or none was chosen. Nobody has the id 0.
-Patron findByBarcode(App& app, std::string_view barcode) {
-  const int rc = askForBooking(app).codeOf("FIND", {{tags::SRCHTAG, kByBarcode},
-                                                    {tags::SRCHVAL, trim(barcode)},
-                                                    {tags::SRCHFOR, kPatrons},
-                                                    {tags::SRCHLOC, kPatronFile},
-                                                    {tags::SRCHOP, ""}});
-  if (rc != 0) {
-    informationBox(app.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
-    return {};
-  }
-  const int found = app.message.Count(tags::PID);
-  if (found == 0) informationBox(app.desktop, "No patrons have the entered barcode!");
-  if (found > 1) return PickOfPatrons(app);
-  return found == 1 && app.message.NextRecord(tags::PID) ? patronOfRecord(app.message) : Patron{};
-}
-
-/// The search window's choice: name and id.
-Patron findBySearch(App& app) {
-  const std::string answer = pickBySearch(app, kFindPatronTag);
-  Patron patron;
-  int position = 1;
-  patron.name = ServerTools::NextToken(position, answer, "|");
-  if (position > 0) patron.id = intOf(ServerTools::NextToken(position, answer, "|"));
   return patron;
 }
 
@@ -152,6 +126,31 @@ std::string PatronName(std::string_view last, std::string_view first, std::strin
   return name;
 }
 
+Patron FindPatronByBarcode(App& app, const Ask& ask, std::string_view barcode, PatronUse use) {
+  const int rc = ask.codeOf("FIND", {{tags::SRCHTAG, kByBarcode},
+                                     {tags::SRCHVAL, trim(barcode)},
+                                     {tags::SRCHFOR, kPatrons},
+                                     {tags::SRCHLOC, kPatronFile},
+                                     {tags::SRCHOP, ""}});
+  if (rc != 0) {
+    informationBox(app.desktop, searchFailure(app.message, rc));
+    return {};
+  }
+  const int found = app.message.Count(tags::PID);
+  if (found == 0) informationBox(app.desktop, "No patrons have the entered barcode!");
+  if (found > 1) return PickOfPatrons(app, use);
+  return found == 1 && app.message.NextRecord(tags::PID) ? patronOfRecord(app.message) : Patron{};
+}
+
+Patron FindPatronBySearch(App& app, std::string_view tag) {
+  const std::string answer = pickBySearch(app, tag);
+  Patron patron;
+  int position = 1;
+  patron.name = ServerTools::NextToken(position, answer, "|");
+  if (position > 0) patron.id = intOf(ServerTools::NextToken(position, answer, "|"));
+  return patron;
+}
+
 PatronField::PatronField(Container& place, const std::string& name, const std::string& labelText,
                          const std::string& pickName)
     : label(place, "lbl" + name, labelText),
@@ -183,7 +182,7 @@ void PatronField::lock() {
 }
 
 void PickRequester(const RequesterForm& form, BookingRecord& record) {
-  const Patron patron = findBySearch(form.app);
+  const Patron patron = FindPatronBySearch(form.app, kFindPatronTag);
   if (patron.id != 0) TakeRequester(form, record, patron);
 }
 
@@ -192,20 +191,22 @@ void TakeRequester(const RequesterForm& form, BookingRecord& record, Patron patr
 }
 
 void PickPickupPatron(App& app, PatronField& field, BookingRecord& record) {
-  const Patron patron = findBySearch(app);
+  const Patron patron = FindPatronBySearch(app, kFindPatronTag);
   if (patron.id != 0) takePickupPatron(app, field, record, patron);
 }
 
 void ValidateRequesterBarcode(const RequesterForm& form, BookingRecord& record) {
   if (!form.requester.isPending(record.RequesterId)) return;
-  const Patron patron = findByBarcode(form.app, form.requester.text.Text.get());
+  const Patron patron = FindPatronByBarcode(form.app, askForBooking(form.app), form.requester.text.Text.get(),
+                                            PatronUse::Booking);
   if (patron.id == 0) return clearRequester(form, record);
   showRequester(form, record, patron);
 }
 
 void ValidatePickupBarcode(App& app, PatronField& field, BookingRecord& record) {
   if (!field.isPending(record.PickupPatronId)) return;
-  const Patron patron = findByBarcode(app, field.text.Text.get());
+  const Patron patron =
+      FindPatronByBarcode(app, askForBooking(app), field.text.Text.get(), PatronUse::Booking);
   if (patron.id != 0) return takePickupPatron(app, field, record, patron);
   field.show("");
   field.text.SetFocus();

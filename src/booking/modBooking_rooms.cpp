@@ -107,6 +107,21 @@ void EmptyRoomCombos(BookingParts& parts) {
   RebuildForRoom(parts);
 }
 
+void LoadRoomsOfRequester(BookingParts& parts) {
+  const BookingRecord& record = parts.record;
+  const int group = record.PatronGroupId;
+  if (group == 0 && !record.isAdministrative()) return EmptyRoomCombos(parts);
+  const bool changed =
+      !parts.place.loading && !record.isAdministrative() && parts.place.roomsOfGroup != group;
+  const bool hadRoom = record.RoomId != 0;
+  const bool hadGenericRoom = record.isGenericRoom();
+  LoadRoomCombos(parts, record.AdminBooking, group);
+  // Where the list is empty, a generic room is still there.
+  const bool genericRoomIsLost = hadGenericRoom && !record.isGenericRoom();
+  if (changed && (hadRoom || genericRoomIsLost))
+    informationBox(parts.app.desktop, "Changing requester invalidates current booking room selection.");
+}
+
 void RoomChosen(BookingParts& parts, int index) {
   PlacePanel& place = parts.place;
   const ComboBox& combo = *place.roomCombo(index);
@@ -147,6 +162,13 @@ void RebuildForRoom(BookingParts& parts) {
   if (parts.place.option() == kPickUpOption) parts.record.RoomId = 0;
   parts.place.enableCommands();
   BuildEquipmentTab(parts);
+}
+
+bool PlaceIsKnown(BookingParts& parts) {
+  // The room of before would be stored instead of the pick-up location. It is lost only here; this is
+  // deliberate.
+  if (parts.place.option() == kPickUpOption && parts.record.RoomId != 0) RebuildForRoom(parts);
+  return parts.place.isChosen();
 }
 
 }  // namespace vantry

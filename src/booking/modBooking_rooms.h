@@ -21,6 +21,9 @@ void LoadRoomCombos(BookingParts& parts, std::string_view adminFlag, int group);
 /// No group is known: empties both room lists. A room that was chosen in one of them is given up; one
 /// that was found by search, or is stored with the booking, is kept.
 void EmptyRoomCombos(BookingParts& parts);
+/// Fills both room lists for the record's requester, whose group decides them. Without one only an
+/// administrative booking has rooms. It is told when another requester takes the booking's room away.
+void LoadRoomsOfRequester(BookingParts& parts);
 /// A room was chosen in the list of an option.
 void RoomChosen(BookingParts& parts, int index);
 /// Asks what a room has to be like, where any such room will do.
@@ -30,5 +33,7 @@ void FindRoom(BookingParts& parts, int index);
 void SuggestRoom(BookingParts& parts, int index);
 /// Builds the equipment tab for the room; a pick-up has none.
 void RebuildForRoom(BookingParts& parts);
+/// Whether the booking says where it takes place. A booking that became a pick-up loses its room here.
+[[nodiscard]] bool PlaceIsKnown(BookingParts& parts);
 
 }  // namespace vantry

@@ -113,6 +113,12 @@ int PlacePanel::option() const {
   return -1;
 }
 
+bool PlacePanel::isChosen() const {
+  // A booking of a type that this program does not know has no option, and so no place.
+  if (option() == kPickUpOption) return parts_.record.PickupLocationId != 0;
+  return option() >= 0 && parts_.record.hasPlace();
+}
+
 ComboBox* PlacePanel::roomCombo(int index) {
   if (index == kDeliverOption) return &cboDeliveryRoom;
   return index == kScheduledOption ? &cboLibSchedRoom : nullptr;

@@ -43,6 +43,8 @@ class PlacePanel {
 
   int option() const;  ///< -1 for none
   void choose(int index) { optRoom(index).Value = true; }
+  /// Whether the chosen option has its room or location.
+  [[nodiscard]] bool isChosen() const;
   /// Shows the record's place, as the server named room or location and type of room.
   void showPlace(std::string_view name, std::string_view roomType);
   /// The place in words, for the window's head; empty without one.

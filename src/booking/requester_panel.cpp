@@ -2,6 +2,7 @@
 
 #include "platform/text.h"
 #include "platform/wiring.h"
+#include "records/frmPatronCounter.h"
 
 namespace vantry {
 
@@ -39,6 +40,7 @@ void RequesterPanel::connect() {
   on(requester.pick.Click, this, &RequesterPanel::cmdRequester_Click);
   on(onBehalfOf.pick.Click, this, &RequesterPanel::cmdOnBehalfOf_Click);
   on(chkAdminBooking.Click, this, &RequesterPanel::chkAdminBooking_Click);
+  showCountersFrom(requester.text, app_, [this] { return record_.RequesterId; });
 }
 
 LayoutNode RequesterPanel::layout() {

@@ -154,6 +154,17 @@ std::vector<BookingTime> TimesPanel::times() {
   return all;
 }
 
+std::string TimesPanel::timesText() const {
+  const bool multiple = isMultiple();
+  const ListRow time = multiple ? list_.row(faDatesTimes.FixedRows) : enteredTime();
+  if (std::any_of(time.begin(), time.end(), [](const std::string& part) { return part.empty(); })) return {};
+  std::string text = time[kNeedDate] + ' ' + time[kNeedTime] + " to ";
+  if (time[kFinishDate] != time[kNeedDate]) text += time[kFinishDate] + ' ';
+  text += time[kFinishTime];
+  const int more = multiple ? faDatesTimes.Rows - faDatesTimes.FixedRows - 1 : 0;
+  return more > 0 ? text + ", and " + std::to_string(more) + " more" : text;
+}
+
 // Showing them.
 
 void TimesPanel::startToday() {

@@ -52,6 +52,9 @@ class TimesPanel {
 
   /// The times of all bookings, as they are now.
   std::vector<BookingTime> times();
+  /// The same in words: "24/11/2026 09:00 AM to 10:30 AM"; of several the first one of the list and how many
+  /// more there are. Empty while a part of the time is missing.
+  std::string timesText() const;
   /// Says what is wrong with the times and leads the operator there; true when nothing is.
   [[nodiscard]] bool CheckTimes();
 

@@ -75,7 +75,7 @@ class frmDischarge : public Form {
   std::vector<ScanName> scanNames_;
 };
 
-/// Lets the operator discharge of a booking what he chooses; the dialog's status.
+/// Lets the operator discharge of a booking what they choose; the dialog's status.
 [[nodiscard]] std::string DischargeBooking(App& app, const std::string& bookingId);
 
 }  // namespace vantry

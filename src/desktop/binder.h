@@ -81,6 +81,6 @@ using BinderMaker = std::unique_ptr<Binder>(Control&, Host&, QWidget*);
 BinderMaker bindLabel, bindImage, bindButton, bindTextBox, bindCheckBox, bindOptionButton, bindComboBox,
     bindListBox, bindFrame, bindDateField, bindTimeField, bindGrid, bindTree, bindStatusBar, bindToolBar,
     bindListBar, bindMonthCalendar, bindYearCalendar, bindTabStrip, bindNumberField, bindCurrencyField,
-    bindMaskedField, bindSpinTimeField, bindRuler, bindScheduleBar;
+    bindMaskedField, bindSpinTimeField, bindRuler, bindScheduleBar, bindStepLine;
 
 }  // namespace vantry

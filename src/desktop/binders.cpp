@@ -36,6 +36,7 @@ static constexpr std::array kBinders = {
     BinderRow{ControlKind::SpinTimeField, bindSpinTimeField},
     BinderRow{ControlKind::Ruler, bindRuler},
     BinderRow{ControlKind::ScheduleBar, bindScheduleBar},
+    BinderRow{ControlKind::StepLine, bindStepLine},
 };
 
 std::unique_ptr<Binder> makeBinder(Control& control, Host& host, QWidget* parent) {

@@ -30,6 +30,8 @@ namespace vantry {
 
 /// A window with menus is a working window and starts large.
 static constexpr QSize kWorkingSize{1280, 800};
+/// A window that leads through steps has room for all of them from the first one on.
+static constexpr QSize kStepsSize{1120, 700};
 static constexpr int kNarrowest = 340;
 /// Windows of one kind are placed side by side, so that each title can be seen.
 static constexpr int kCascade = 4 * style::kUnit;
@@ -38,6 +40,11 @@ static constexpr double kShareOfScreen = 0.94;
 
 static bool isBar(ControlKind kind) {
   return kind == ControlKind::ToolBar || kind == ControlKind::StatusBar;
+}
+
+static bool hasSteps(const Form& form) {
+  return std::any_of(form.Controls().begin(), form.Controls().end(),
+                     [](const Control* control) { return control->kind() == ControlKind::StepLine; });
 }
 
 FormWindow::FormWindow(Form& form, QtDesktop& desktop) : form_(form), desktop_(desktop) {
@@ -315,8 +322,8 @@ void FormWindow::place(bool modal) {
   placed_ = true;
   const QRect room = roomOn(*screen());
   const bool working = menus_ && menus_->bar();
-  resize(
-      (working ? kWorkingSize.expandedTo(sizeHint()) : sizeHint()).boundedTo(room.size() * kShareOfScreen));
+  const QSize least = working ? kWorkingSize : hasSteps(form_) ? kStepsSize : QSize();
+  resize(sizeHint().expandedTo(least).boundedTo(room.size() * kShareOfScreen));
   const QWidget* front = QApplication::activeWindow();
   const QRect around = front && front != this ? front->frameGeometry() : room;
   move(around.center() - rect().center());

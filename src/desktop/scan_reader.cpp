@@ -51,6 +51,8 @@ bool ScanReader::press(QWidget& target, const QKeyEvent& event, bool dropped) {
   if (timed && isCharacter(event)) return addCharacter(target, event, dropped);
   if (timed && within && isEnter(event)) return endWithEnter(target, event, dropped);
   typeAfterAll();
+  // Some readers press Enter twice. The second one belongs to the scan as well.
+  if (timed && isEnter(event) && scanEnd_ != 0 && event.timestamp() - scanEnd_ <= kLongestGap) return true;
   return dropped;
 }
 
@@ -74,6 +76,7 @@ bool ScanReader::endWithEnter(QWidget& target, const QKeyEvent& event, bool drop
     return dropped;
   }
   wait_.stop();
+  scanEnd_ = event.timestamp();
   const auto burst = std::exchange(burst_, {});
   const bool wasTyped = std::all_of(burst.begin(), burst.end(), [](const Held& key) { return key.passed; });
   if (wasTyped && !dropped) return !outside_.answersEnter(target);

@@ -47,6 +47,7 @@ class ScanReader : public QObject {
   std::vector<Held> burst_;
   quint64 first_ = 0;
   quint64 last_ = 0;
+  quint64 scanEnd_ = 0;  ///< time of the last scan's Enter
   QTimer wait_;
   bool typing_ = false;
 };

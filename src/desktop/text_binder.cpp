@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
+#include <limits>
 
 #include "desktop/binder.h"
 #include "desktop/qtext.h"
@@ -15,6 +16,8 @@ namespace vantry {
 
 /// Up to this many characters a field is as wide as its text can be.
 static constexpr int kShortText = 12;
+/// Without it the widget cuts a text at 32,767 characters.
+static constexpr int kNoLimit = std::numeric_limits<int>::max();
 
 /// What single lines and notes have in common. The platform counts characters, the widget units of UTF-16.
 class TextBoxBinder : public Binder {
@@ -75,7 +78,7 @@ class LineBinder : public TextBoxBinder {
  public:
   LineBinder(TextBox& box, Host& host, QLineEdit& widget)
       : TextBoxBinder(box, host, widget), widget_(widget) {
-    if (box.MaxLength > 0) widget.setMaxLength(box.MaxLength);
+    widget.setMaxLength(box.MaxLength > 0 ? box.MaxLength : kNoLimit);
     if (box.MaxLength > 0 && box.MaxLength <= kShortText)
       widget.setMaximumWidth(widget.fontMetrics().averageCharWidth() * (box.MaxLength + 5));
     if (box.Password) widget.setEchoMode(QLineEdit::Password);

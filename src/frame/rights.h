@@ -58,7 +58,7 @@ inline constexpr std::array<std::string_view, kRights> kRightCodes = {
     "PACOU", "BKADD", "BKUPD", "BKCAN", "BKV",    "BKVHI",  "BKCHA",  "BKDIS", "BKREN", "OVPAT",
     "OVITM", "OVOTR", "CHDDA", "FEADD", "FEPAY",  "FEADJ",  "EBM",    "EBM"};
 
-/// What the operator may do at his location.
+/// What the operator may do at their location.
 class Rights {
  public:
   /// Takes the values by place; a right is on when its value is exactly "Y".

@@ -1,6 +1,5 @@
 #include "inventory/record_refusals.h"
 
-#include <algorithm>
 #include <string>
 
 #include "frame/app.h"
@@ -12,13 +11,6 @@ namespace vantry {
 
 namespace {
 
-struct RefusalRow {
-  int rc;
-  std::string_view tag;  ///< whose value the server did not take; empty for a code without one
-  std::string_view words;
-  std::string_view code = {};  ///< of the only request that means it so
-};
-
 constexpr std::string_view kGone = "This record is not there any more.\n\nAnother desk has deleted it.";
 constexpr std::string_view kNumberInUse =
     "This number is in use.\n\nAnother record of this type and location has it.  Nothing was stored.";
@@ -28,7 +20,7 @@ constexpr std::string_view kInGroup =
     "This piece belongs to a group, and is kept where the group is.\n\n"
     "Move the group, or take the piece out of it first.";
 
-constexpr RefusalRow kRefusals[] = {
+constexpr RefusalWords kRefusals[] = {
     {codes::NotFound, {}, kGone},
     {codes::TagMissing, tags::EID, kGone},
     {codes::TagMissing, tags::GRPID, kGone},
@@ -56,12 +48,9 @@ constexpr std::size_t kMostBytes = 1'000'000;
 }  // namespace
 
 bool recordSucceeded(App& app, const Ask& ask, int rc, std::string_view code) {
-  const std::string tag = rc == codes::TagMissing ? app.message.Get(tags::CANTREAD) : std::string();
-  const auto* row = std::find_if(std::begin(kRefusals), std::end(kRefusals), [&](const RefusalRow& each) {
-    return each.rc == rc && each.tag == tag && (each.code.empty() || each.code == code);
-  });
-  if (row == std::end(kRefusals)) return ask.succeeded(rc, code);
-  warningBox(app.desktop, std::string(row->words));
+  const std::string_view words = wordsOf(kRefusals, rc, code, app.message);
+  if (words.empty()) return ask.succeeded(rc, code);
+  warningBox(app.desktop, std::string(words));
   return false;
 }
 

@@ -1,10 +1,22 @@
 #include "messaging/ask.h"
 
+#include <algorithm>
+
 #include "messaging/modGlobal.h"
+#include "messaging/return_codes.h"
 #include "platform/desktop.h"
 #include "platform/form.h"
 
 namespace vantry {
+
+std::string_view wordsOf(std::span<const RefusalWords> refusals, int rc, std::string_view code,
+                         const TagMessage& message) {
+  const std::string tag = rc == codes::TagMissing ? message.Get("CANTREAD") : std::string();
+  const auto found = std::find_if(refusals.begin(), refusals.end(), [&](const RefusalWords& each) {
+    return each.rc == rc && each.tag == tag && (each.code.empty() || each.code == code);
+  });
+  return found == refusals.end() ? std::string_view() : found->words;
+}
 
 Ask::Ask(modGlobal& global, Form& onlyBusy) : global_(global), name_(onlyBusy.Name()), onlyBusy_(&onlyBusy) {}
 
@@ -35,6 +47,13 @@ int Ask::codeOf(std::string_view code, Tags tags, const std::function<void()>& r
 bool Ask::succeeded(int rc, std::string_view module) const {
   if (rc == 0) return true;
   global_.ReportRequestError(rc, module, name_);
+  return false;
+}
+
+bool Ask::succeeded(int rc, std::string_view module, std::span<const RefusalWords> refusals) const {
+  const std::string_view words = wordsOf(refusals, rc, module, global_.message());
+  if (rc == 0 || words.empty()) return succeeded(rc, module);
+  warningBox(global_.desktop(), std::string(words));
   return false;
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,18 @@ struct AskTag {
   std::string_view tag;
   std::string value;
 };
+
+/// A refusal that staff can cause, and the sentence for it. The reporter has none, or one that says less.
+struct RefusalWords {
+  int rc;
+  std::string_view tag;  ///< of `codes::TagMissing`: whose value the server did not take; else empty
+  std::string_view words;
+  std::string_view code = {};  ///< of the only request that means it so
+};
+
+/// The sentence among these for the refusal of the request `code` that was received last; empty for none.
+[[nodiscard]] std::string_view wordsOf(std::span<const RefusalWords> refusals, int rc, std::string_view code,
+                                       const TagMessage& message);
 
 /// Asks the server on behalf of one window or module, whose name a failure is reported with.
 ///
@@ -44,6 +57,8 @@ class Ask {
   [[nodiscard]] int codeOf(std::string_view code, Tags tags, const std::function<void()>& read) const;
   /// True for success. Another return code is reported, as that of the request or command `module`.
   [[nodiscard]] bool succeeded(int rc, std::string_view module) const;
+  /// The same; a refusal among these is told by a warning with its sentence.
+  [[nodiscard]] bool succeeded(int rc, std::string_view module, std::span<const RefusalWords> refusals) const;
 
  private:
   int send(std::string_view code, Tags tags) const;

@@ -10,7 +10,9 @@ inline constexpr int Lost = -999;      ///< no server, and the operator gave up:
 inline constexpr int NotTaken = -998;  ///< the server will never take this request as it is
 inline constexpr int Busy = -99;       ///< another request waits for its reply
 
-inline constexpr int TagMissing = -98;  ///< `CANTREAD` names the tag
+inline constexpr int NoRight = -96;
+inline constexpr int SearchTooLong = -94;  ///< the server has ended a search
+inline constexpr int TagMissing = -98;     ///< `CANTREAD` names the tag
 inline constexpr int NotFound = 2;
 
 // Removing and storing a booking.

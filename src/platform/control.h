@@ -40,7 +40,8 @@ enum class ControlKind {
   MaskedField,
   SpinTimeField,
   Ruler,
-  ScheduleBar
+  ScheduleBar,
+  StepLine
 };
 
 /// Holds controls in the order in which they were made, which is their tab order: a form or a frame.

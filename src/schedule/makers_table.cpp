@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "booking/frmBookWiz.h"
 #include "booking/frmBooking.h"
 #include "frame/app.h"
 #include "inventory/frmEquipment.h"
@@ -54,6 +55,7 @@ static std::vector<RecordRow> recordRows() {
   return {
       {kEquipment, make<frmEquipment>},     {kGroup, make<frmGroup>},           {kRoom, make<frmRoom>},
       {kMaintenance, make<frmMaintenance>}, {kGroupMember, make<frmEquipment>}, {kBooking, make<frmBooking>},
+      {kWizard, make<frmBookWiz>},
   };
 }
 

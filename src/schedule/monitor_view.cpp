@@ -154,13 +154,16 @@ const MonitorKind& kindOf(ViewId view) {
 
 }  // namespace
 
+void addChosenLocations(App& app) {
+  int position = 1;
+  do {
+    app.message.Add(tags::LOC, ServerTools::NextToken(position, app.monitorLocations, "|"));
+  } while (position > 0);
+}
+
 void addWatchedLocations(App& app) {
-  const std::string& chosen = app.monitorLocations;
-  if (!chosen.empty() && chosen != "0") {
-    int position = 1;
-    do {
-      app.message.Add(tags::LOC, ServerTools::NextToken(position, chosen, "|"));
-    } while (position > 0);
+  if (!app.monitorLocations.empty() && app.monitorLocations != "0") {
+    addChosenLocations(app);
   } else {
     for (const Location& location : app.context.authorizedLocations) app.message.Add(tags::LOC, location.id);
   }
@@ -297,6 +300,11 @@ std::string ConflictView::ownText(const ReplyColumn& column) {
 
 // Deliveries
 
+/// What is overdue has the colour of what is charged.
+static int shownStatus(int status) {
+  return results::isOut(status) ? results::Charged : status;
+}
+
 DeliveryView::DeliveryView(const MainParts& mainParts, Frame& frame, const ViewRow& view)
     : MonitorView(mainParts, frame, view),
       legend(frame, 1),
@@ -356,8 +364,7 @@ std::string_view DeliveryView::tagOf(const ReplyColumn& column) const {
 
 void DeliveryView::filled(int row) {
   MonitorView::filled(row);
-  const int status = intOf(list_.text(row, kBookingStatusColumn));
-  ColourBookingRow(faDaemon, row, results::isOut(status) ? results::Charged : status, legend);
+  ColourBookingRow(faDaemon, row, shownStatus(intOf(list_.text(row, kBookingStatusColumn))), legend);
 }
 
 void DeliveryView::showEntries(MainMenus& menus) {
@@ -366,8 +373,15 @@ void DeliveryView::showEntries(MainMenus& menus) {
              menus.mnuPopupSchedulerDischarge);
 }
 
-/// The command's button is off now; without a new place the focus would jump to the next one.
+/// A booking has a row for each way. The command's button is off now; without a new place the focus would
+/// jump to the next one.
 void DeliveryView::rowHasChanged() {
+  const int status = selectedStatus();
+  for (int row = faDaemon.FixedRows; row < faDaemon.Rows; ++row) {
+    if (list_.text(row, kBookingIdColumn) != selectedId()) continue;
+    list_.setText(row, kBookingStatusColumn, std::to_string(status));
+    ColourBookingRow(faDaemon, row, shownStatus(status), legend);
+  }
   faDaemon_Click();
   faDaemon.SetFocus();
 }
@@ -456,8 +470,7 @@ void LibRoomsView::openDetails(bool open) {
 void LibRoomsView::forgetSelection() {
   MonitorView::forgetSelection();
   details_.clear();
-  openDetails(false);
-  disable(items_);
+  items_.Enabled = detailsAreOpen();  // to close them
 }
 
 void LibRoomsView::rowSelected() {
@@ -467,7 +480,8 @@ void LibRoomsView::rowSelected() {
 
 void LibRoomsView::cmdDaemonItems_Click() {
   openDetails(!detailsAreOpen());
-  if (detailsAreOpen()) readDetails();
+  if (detailsAreOpen()) return readDetails();
+  items_.Enabled = !selectedId().empty();
 }
 
 void LibRoomsView::readDetails() {

@@ -144,5 +144,7 @@ class LibRoomsView : public MonitorView {
 /// Adds the locations whose bookings the monitor watches: those chosen in the options or, where none are, all
 /// that the operator may work at; the desk's own is always the last.
 void addWatchedLocations(App& app);
+/// Adds those chosen in the options, of which there are some.
+void addChosenLocations(App& app);
 
 }  // namespace vantry

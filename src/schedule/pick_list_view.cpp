@@ -141,8 +141,18 @@ void PickListView::arrange(Frame& frame) {
 
 void PickListView::load() {
   list_.build(kind_.layout);
+  span_.clear();
   optDateRange(0).Value = true;
   optDateRange_Click();
+}
+
+void PickListView::open() {
+  showSpan();
+  enablePrinting(faDaemon.hasData());
+}
+
+void PickListView::showSpan() {
+  if (!span_.empty() && showHeading) showHeading(span_);
 }
 
 void PickListView::optDateRange_Click() {
@@ -214,8 +224,8 @@ void PickListView::cmdGetLists_Click() {
   app().message.Add(tags::CLI, app().context.locationId);
   addDesks();
   parts().showMessage("Requesting Data From Server...");
-  dates_ = from + " to " + until;
-  if (showHeading) showHeading(dates_);
+  span_ = from + " to " + until;
+  showSpan();
   const bool read =
       ask()(kind_.code, {{tags::STIME, from}, {tags::ETIME_, until}, {tags::OI, app().context.operatorId}},
             [this] { fillList(); });
@@ -244,7 +254,7 @@ void PickListView::offerAssignment(const Span& span) {
 void PickListView::addDesks() {
   const std::string& chosen = app().monitorLocations;
   if (chosen.empty() || chosen == "0") return app().message.Add(tags::LOC, app().context.locationId);
-  addWatchedLocations(app());
+  addChosenLocations(app());
 }
 
 void PickListView::fillList() {

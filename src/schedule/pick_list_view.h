@@ -34,9 +34,10 @@ class PickListView : public MainView {
   Button cmdPrintDaemon;
 
   void load() override;
-  void open() override {}
+  /// The list stays as it was read, with its span.
+  void open() override;
   ReplyList* list() override { return &list_; }
-  std::string reportText() const override { return dates_; }
+  std::string reportText() const override { return span_; }
 
   void optDateRange_Click();
   void cmdToday_Click();
@@ -66,10 +67,11 @@ class PickListView : public MainView {
   /// Reads enumeration and chronology of each item.
   void readItems();
   void enablePrinting(bool on);
+  void showSpan();
 
   const PickListKind& kind_;
   ReplyList list_{parts(), faDaemon};
-  std::string dates_;                 ///< of the span that was read last
+  std::string span_;                  ///< of the list, as the heading tells it; empty before the first
   std::vector<std::string> numbers_;  ///< confirmation numbers of the rows as they were read
 };
 

@@ -1,5 +1,8 @@
 #include "search/criteria.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace vantry {
 namespace {
 
@@ -202,12 +205,30 @@ constexpr SearchCategoryRow kCategories[] = {
     {"Maintenance", 5, kMaintenanceScopes, kMaintenancePages},
     {"Patrons", 6, kPatronScopes, kPatronPages, kPatronOrder}};
 
+struct WrongValueRow {
+  int number;
+  std::string_view words;
+};
+constexpr std::string_view kWrongIds = "Please enter whole numbers with commas between them, 5,000 at most.";
+constexpr WrongValueRow kWrongValues[] = {
+    {kSearchSpan, "The last date is before the first one."},
+    {11, "A confirmation number consists of figures; ? at the end stands for any others."},
+    {kSearchTitles, kWrongIds},
+    {kSearchHoldings, kWrongIds}};
+constexpr std::string_view kNothingInIt = "Please enter at least one letter or figure.";
+
 // clang-format on
 
 }  // namespace
 
 std::span<const SearchCategoryRow> searchCategories() {
   return kCategories;
+}
+
+std::string_view wrongValue(int number) {
+  const auto* found = std::find_if(std::begin(kWrongValues), std::end(kWrongValues),
+                                   [number](const WrongValueRow& row) { return row.number == number; });
+  return found == std::end(kWrongValues) ? kNothingInIt : found->words;
 }
 
 }  // namespace vantry

@@ -36,7 +36,9 @@ enum class ListSource {
 };
 
 /// Numbers of the protocol for what is searched.
+inline constexpr int kSearchSpan = 8;  ///< the first date of a span; a refusal of both dates bears it
 inline constexpr int kSearchHistory = 10;
+inline constexpr int kSearchCard = 17;  ///< among patrons
 inline constexpr int kSearchTitles = 27;
 inline constexpr int kSearchHoldings = 30;
 
@@ -82,5 +84,8 @@ struct SearchCategoryRow {
 };
 
 [[nodiscard]] std::span<const SearchCategoryRow> searchCategories();
+
+/// What is wrong with a value of the criterion of this number that the server cannot search for.
+[[nodiscard]] std::string_view wrongValue(int number);
 
 }  // namespace vantry

@@ -1,5 +1,7 @@
 #include "search/criteria_pages.h"
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 #include "frame/app.h"
@@ -57,6 +59,14 @@ const T& as(const Control& control) {
 template <class T>
 T& as(Control& control) {
   return static_cast<T&>(control);
+}
+
+/// A label without the marks that it has on a page.
+std::string plainName(std::string_view label) {
+  std::string name;
+  std::copy_if(label.begin(), label.end(), std::back_inserter(name),
+               [](char each) { return each != '&' && each != ':'; });
+  return name;
 }
 
 /// What was typed into a field, without blanks around it.
@@ -271,6 +281,23 @@ bool CriteriaPages::momentsAreReadable(bool allPages) {
     }
   }
   return true;
+}
+
+bool CriteriaPages::isOfNumber(const Field& field, int number) const {
+  return field.control->Enabled &&
+         (field.criterion.form == CriterionForm::Titles ? titleNumber : field.criterion.number) == number;
+}
+
+std::string CriteriaPages::showField(int number) {
+  for (int i = 0; i < tabs_->count(); ++i) {
+    for (const Field& field : pages_[static_cast<std::size_t>(i)].fields) {
+      if (!isOfNumber(field, number)) continue;
+      tabs_->select(i);
+      field.control->SetFocus();
+      return plainName(field.criterion.label);
+    }
+  }
+  return {};
 }
 
 // Writing

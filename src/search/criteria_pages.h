@@ -48,6 +48,9 @@ class CriteriaPages {
   /// Finds the first date or time that cannot be read on the page that shows, or on all of them. A box tells
   /// of it and its page is shown. True when there is none.
   [[nodiscard]] bool momentsAreReadable(bool allPages);
+  /// Shows the page of the criterion of this number and puts the focus into its field. The field's name;
+  /// empty where no field has the number.
+  std::string showField(int number);
   /// Adds the criteria of the page that shows to the message, or those of all pages.
   void addTags(App& app, bool allPages) const;
 
@@ -76,6 +79,7 @@ class CriteriaPages {
   static void arrangePage(Page& page);
   static void enableFields(Page& page);
   static int chosenOption(const Page& page);
+  [[nodiscard]] bool isOfNumber(const Field& field, int number) const;
   Control& control(std::string_view name);
 
   const SearchCategoryRow& row_;

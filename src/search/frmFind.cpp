@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "inventory/modRoom.h"
+#include "messaging/return_codes.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "records/records.h"
+#include "records/search_failure.h"
 #include "records/search_window.h"
 #include "search/result_layouts.h"
 #include "words/tags.h"
@@ -42,7 +44,7 @@ std::vector<ListEntry> entriesOf(const std::vector<Row>& rows) {
 }
 
 /// The name in a column of patrons. A missing first name leaves the middle one behind the comma, and a
-/// missing middle name leaves the blank before it: on purpose, since other programs read this form.
+/// missing middle name leaves the blank before it, on purpose.
 std::string listedName(const TagMessage& message) {
   std::string name;
   if (const std::string last = message.Get(tags::PLN); !last.empty()) name = last + ", ";
@@ -180,9 +182,19 @@ void frmFind::becomePicker(const PickerMode& mode) {
   disable(cboSearchFor, cboSearchWhere, cmdAdvancedSearch);
   setVisible(false, mnuFile, mnuTools, mnuHelp);
   cmdClose.Caption = "&Cancel";
+  if (mode.category == kFindPatrons) ScanReceived = [this](std::string_view card) { findByCard(card); };
   // A dialog keeps its size, and so has its list from the start.
   results.build(resultLayout(mode.results).list);
   faResults.Visible = true;
+}
+
+/// Whoever looks for a patron scans nothing but cards, whatever has the focus.
+void frmFind::findByCard(std::string_view card) {
+  CriteriaPages& pages = criteria(kFindPatrons);
+  pages.showField(kSearchCard);
+  pages.field<TextBox>("txtBarcode").type(card);
+  optTerms(0).Value = true;
+  cmdFindNow_Click();
 }
 
 void frmFind::fillLists() {
@@ -317,15 +329,21 @@ void frmFind::cmdFindNow_Click() {
         RecordCount = intOf(app_.message.Get(tags::SRCHCNT));
         if (RecordCount > 0) FormatSearchResultsGrid();
       });
-  if (rc != 0) {
-    showStatus("Search failed!");
-    return criticalBox(app_.desktop, "Your search failed! (rc = " + std::to_string(rc) + ")");
-  }
+  if (rc != 0) return tellFailure(rc);
   if (RecordCount < 1) {
     showStatus("No Records Found");
     return warningBox(app_.desktop, "No matches found.");
   }
   faResults.SetFocus();
+}
+
+void frmFind::tellFailure(int rc) {
+  showStatus("Search failed!");
+  const int number = rc == codes::TagMissing ? intOf(app_.message.Get(tags::SRCHTAG)) : 0;
+  const std::string field = number == 0 ? "" : criteria(cboSearchFor.ListIndex).showField(number);
+  if (field.empty()) return criticalBox(app_.desktop, searchFailure(app_.message, rc));
+  warningBox(app_.desktop, "The search cannot use what was entered for " + field + ".\n\n" +
+                               std::string(wrongValue(number)));
 }
 
 void frmFind::FormatSearchResultsGrid() {

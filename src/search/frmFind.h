@@ -115,6 +115,7 @@ class frmFind : public Form {
   /// Becomes what the tag asks for: a picker for good, or a free window on a category.
   void takeTag();
   void becomePicker(const PickerMode& mode);
+  void findByCard(std::string_view card);
   void showCategory();
   [[nodiscard]] bool isAdvanced() const { return cmdAdvancedSearch.Tag == "1"; }
   /// Adds the criteria and says where is searched; nothing of it in the advanced state.
@@ -124,6 +125,7 @@ class frmFind : public Form {
   };
   [[nodiscard]] Target addCriteria(bool allTerms);
   [[nodiscard]] std::string_view termsOperator() const;
+  void tellFailure(int rc);
   void emptyResults();
   void rowChanged();
   void showStatus(std::string text, bool atOnce = true);

@@ -67,12 +67,13 @@ constexpr RequestRow kRequests[] = {
     {"DELBK", "BOOKID", "", "", "", "BKCAN", kWrites, "deletes a booking"},
 
     // Search and the confirmation. What a category of a search shows depends on the rights to that subject.
-    {"FIND", "(SRCHTAG SRCHVAL?)* SRCHFOR SRCHLOC SRCHOP?", "SRCHCNT",
+    {"FIND", "(SRCHTAG SRCHVAL?)* SRCHFOR SRCHLOC SRCHOP?", "SRCHCNT SRCHTAG",
      "BOOKID STIME ETIME REQ CNUM BTYP DPL ECNT ICNT ETI EID ENO LNA RNM STY EMA EMO ESN GRPNO GRPNA EFO "
      "MNC RTI RID RNO RCA MSD MID MDYI ETY ON PID PFN PMN PLN PSSN PIID PGNM PGID BNO BST BSI",
      "BOOKID ETI RTI MSD PID", kEveryone, kReads,
      "the search: bookings walked by BOOKID, equipment and groups by ETI, rooms by RTI, maintenance by MSD, "
-     "patrons by PID"},
+     "patrons by PID; -98 with SRCHTAG: the criterion whose value cannot be searched for; -94: it took too "
+     "long"},
     {"PRDTLS", "BOOKID PID", "A1 A2 A3 A4 A5 CY SP ZP PH UDT", "", "", kBookings, kReads,
      "address of a patron for a confirmation"},
 };

@@ -303,6 +303,7 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
         .replies("ICNT=5 ECNT=5 PVALD=2026-11-23 00:00:00 BKM=-1 BCNT=0");
     window.requester.text.pressEnter();  // a valid requester makes Enter the OK
   });
+  app.context.staff[0].active = false;  // of whoever sets the model up
   model.mnuFileCopyBooking.choose();
   frmBooking& copy = editor();
   ASSERT_NE(&copy, &model);
@@ -314,6 +315,7 @@ TEST_F(EditorLoad, ACopyForAnotherRequesterOfTheGroup) {
   EXPECT_EQ(copy.times.fpdExpireDate.shortDate(), "23/11/2026");
   EXPECT_EQ(copy.txtConfirmationNumber.Text, "");
   EXPECT_EQ(copy.lblStatus.Caption, "") << "a copy starts live";
+  EXPECT_EQ(copy.cboSetupStaff.Text(), "(none)") << "like all new bookings";
   EXPECT_TRUE(copy.Dirty);
   EXPECT_TRUE(copy.mnuFileSave.Enabled);
   EXPECT_FALSE(copy.mnuFileCopyBooking.Enabled);

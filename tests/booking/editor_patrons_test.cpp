@@ -162,6 +162,17 @@ TEST_F(EditorPatrons, CancellingTheChoiceTakesNobody) {
   expectNobody();
 }
 
+TEST_F(EditorPatrons, TheFieldsOfBothPatronsOpenTheirCounters) {
+  window.record.RequesterId = 31;
+  window.record.PickupPatronId = 32;
+  for (const char* patron : {"PID=31", "PID=32"}) {
+    server.expect("GPAI", patron);
+    desktop.expectModal("frmPatronCounter", [](Form& counters) { counters.closeByOperator(); });
+  }
+  requester.text.doubleClick();
+  EXPECT_TRUE(window.requester.onBehalfOf.text.pressKey("F4"));
+}
+
 TEST_F(EditorPatrons, TheSearchWindowBringsNameAndId) {
   const auto expectSearch = [&](const char* answer) {
     desktop.expectModal(std::string(kSearchWindow), [=](Form& search) {

@@ -283,8 +283,10 @@ TEST_F(EditorSave, APickUpComesBackWithItsLocationAndItsPatron) {
   server.expect("GETSRM", "BOOKID=7").replies("LOC=4");
   expectEmptyThings();
   expectPrivileges();
+  app.context.staff.clear();  // another desk has added the member since
   OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
   frmBooking& window = editor();
+  EXPECT_EQ(window.cboSetupStaff.Text(), "Staff member 51") << "a save keeps them";
   EXPECT_EQ(window.lblPlace.Caption, "Pick-Up:  Branch") << "not the first location";
   EXPECT_EQ(window.requester.onBehalfOf.text.Text, "Oak, Ole");
   EXPECT_EQ(window.ActiveControl(), &window.times.fpdNeedDate) << "both patrons stand";
@@ -327,14 +329,18 @@ TEST_F(EditorSave, ARefusalThatNamesNoBookingHasItsSentence) {
   const std::tuple<int, const char*, const char*> rows[] = {
       {179, "", "Equipment not in a storage room.  Cannot be booked."},
       {150, "head: MTY=Film | VUF=162", "No media items available in requester's policy"},
-      {149, "head: ETY=TV | VUF=163", "No equipment of the selected type available in requester's policy"}};
+      {149, "head: ETY=TV | VUF=163", "No equipment of the selected type available in requester's policy"},
+      {codes::TagMissing, "head: CANTREAD=ODE",
+       "The staff member for the set-up is not active any more.\n\nPlease choose another one."},
+      {codes::TagMissing, "head: CANTREAD=OPU",
+       "The staff member for the clean-up is not active any more.\n\nPlease choose another one."}};
   for (const auto& [rc, reply, sentence] : rows) {
     server.expect("VALDLO", "RID=40 PGID=2");
     server.expect("CDELTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays);
     answerEmpty(0);
     server.expect("VALEAVL", std::string("BOOKID=0 RID=40 PGID=2 ") + kTimes);
     server.expect("NEWBK", body()).fails(rc, reply);
-    desktop.expectCritical(sentence);
+    desktop.expectBox(rc == codes::TagMissing ? Box::Kind::Warning : Box::Kind::Critical, sentence);
     window.mnuFileSave.choose();
     EXPECT_TRUE(window.isLoaded());
   }

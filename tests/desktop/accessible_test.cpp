@@ -3,6 +3,7 @@
 #include <QAccessibleTableInterface>
 
 #include "booking/frmAddEquipType.h"
+#include "booking/frmBookWiz.h"
 #include "booking/frmBooking.h"
 #include "booking/frmErrorReport.h"
 #include "booking/frmGenAssign.h"
@@ -42,6 +43,7 @@
 #include "messaging/return_codes.h"
 #include "platform/calendars.h"
 #include "platform/schedule_bar.h"
+#include "records/frmPatronCounter.h"
 #include "records/records.h"
 #include "records/search_window.h"
 #include "schedule/frmSched.h"
@@ -135,6 +137,9 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
     mainWindow().showView(view.id);
     expectNamed(mainWindow());
   }
+  mainWindow().showView(ViewId::Staff);
+  button("cmdStaffAdd").click();
+  expectNamed(mainWindow());
   App& app = this->app();
   Windows& all = app.windows;
   {
@@ -145,6 +150,18 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
       editor.tabBooking.SelectedTab = page;
       expectNamed(editor);
     }
+  }
+  {
+    frmBookWiz wizard(app);
+    expectNamedOnceShown(wizard);
+    for (std::size_t page = 1; page < frmBookWiz::kPages; ++page) {
+      SCOPED_TRACE(page);
+      wizard.pages[page - 1].frame.Visible = false;
+      wizard.pages[page].frame.Visible = true;
+      expectNamed(wizard);
+    }
+    answerBox("Booking Wizard in progress!  Cancel this booking?", "Yes");
+    desktop.dispatch([&] { wizard.Unload(); });
   }
   for (const int kind : {kEquipment, kGroup, kRoom}) {
     SCOPED_TRACE(kind);
@@ -167,7 +184,8 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmMultBibs>(app, ItemMatches{});
   expectNamedWindow<frmMultItems>(app, ItemMatches{});
   {
-    frmMultPatron patrons(app);  // as it is drawn: it loads only with patrons in the reply
+    frmMultPatron patrons(app,
+                          PatronUse::Booking);  // as it is drawn: it loads only with patrons in the reply
     desktop.show(patrons);
     expectNamed(patrons);
   }
@@ -206,6 +224,7 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmRoomEquip>(app, "1");
   ShowAssignedNumbers(app, kEquipment, "1");
   expectNamed(all[all.Count() - 1]);
+  expectNamedWindow<frmPatronCounter>(app, 1);
   expectNamedWindow<frmLocation>(app);
   expectNamedWindow<frmAbout>(all, app.session);
   expectNamedWindow<frmError>(all, app.tools, app.global,

@@ -59,7 +59,7 @@ class DesktopTest : public testing::Test {
   void keys(const char* text, quint64 gap) {
     keyTime_ += 1000;
     for (const QChar letter : QString(text)) {
-      key(letter.toUpper().unicode(), letter);
+      key(letter == '\r' ? int{Qt::Key_Return} : letter.toUpper().unicode(), letter);
       keyTime_ += gap;
     }
     key(Qt::Key_Return, "\r");

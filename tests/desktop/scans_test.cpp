@@ -67,6 +67,14 @@ TEST_F(Scans, WhatIsTypedByHandIsNoScan) {
   EXPECT_TRUE(logs("ok ")) << "two keys may be struck at once";
 }
 
+TEST_F(Scans, ASecondEnterBelongsToTheScan) {
+  find<QWidget>(form, "cmdOK").setFocus();
+  wand("5500\r");
+  EXPECT_TRUE(logs("barcode 5500 "));
+  hand("");
+  EXPECT_TRUE(logs("ok ")) << "a later one is the operator's";
+}
+
 TEST_F(Scans, AWindowTakesScansByItself) {
   form.ScanReceived = [this](std::string_view text) { form.log += "window " + std::string(text) + ' '; };
   find<QWidget>(form, "txtBarcode").setFocus();

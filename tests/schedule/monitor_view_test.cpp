@@ -132,6 +132,46 @@ TEST_F(MonitorTest, TheTimerReadsTheViewThatShowsAndCountsFromTheEnd) {
   EXPECT_FALSE(main().tmrDaemon.Enabled);
 }
 
+/// A day on a second screen: the server is stopped twice, the line is gone for ten minutes, somebody sets the
+/// clock, midnight passes.
+TEST_F(MonitorTest, ADayWithNobodyAtTheDeskMissesNothing) {
+  enter();
+  server.expect("PICKD", "LOC=3 LOC=3 HRS=2");
+  main().showView(ViewId::Pickup);
+  const int windows = app->windows.Count();
+  constexpr int kSeconds = 15 * 60 + 1;  // from one refresh to the next
+  constexpr int kPeriods = 24 * 60 * 60 / kSeconds;
+  int read = 0;
+  for (int period = 0; period < kPeriods; ++period) {
+    if (period == 20) clock.time.time.hour += 1;
+    if (period == 40) clock.time.time.hour -= 1;
+    if (period == 60) clock.time = {{2026, 11, 25}, {0, 1, 0}};
+    if (period == 10 || period == 30 || period == 50) {
+      const bool lineLost = period == 50;
+      auto asked = server.expect("PICKD", "LOC=3 LOC=3 HRS=2");
+      lineLost ? asked.losesReply() : asked.losesRequest();
+      desktop.expectBox(Box::Kind::Warning, "The server does not answer.", 0);
+      server.expectAgain().computes([&](const Request&) {
+        clock.milliseconds += 10 * 60000;  // until somebody answers the box
+        ++read;
+        return Reply{};
+      });
+    } else {
+      server.expect("PICKD", "LOC=3 LOC=3 HRS=2").computes([&](const Request&) {
+        ++read;
+        return Reply{};
+      });
+    }
+    for (int second = 0; second < kSeconds; ++second) {
+      clock.milliseconds += 1000;
+      main().tmrDaemon.Tick();
+    }
+    EXPECT_EQ(read, period + 1);
+  }
+  EXPECT_EQ(app->windows.Count(), windows);
+  EXPECT_EQ(main().StatusBar1.Panels(2).Text, "0 of 0 record(s) processed");
+}
+
 TEST_F(MonitorTest, GetRequestsReadsAtOnceBehindItsWindow) {
   enter();
   expectConflicts().computes([this](const Request&) {
@@ -213,6 +253,9 @@ TEST_F(MonitorTest, TheItemsOfABookingOpenBesideTheList) {
   server.expect("GSC", "BOOKID=8");
   view.faDaemon.click(2, 9);
   EXPECT_EQ(view.faLibRoomsDetail.Rows, 1);
+  server.expect("LIBSD", "LOC=3 LOC=3 HRS=24");
+  tick(16);
+  EXPECT_TRUE(view.lblLibRoomsDetail.Visible) << "a refresh closes nothing";
   view.cmdDaemonItems.press();
   EXPECT_EQ(view.cmdDaemonItems.Caption, "&Items >>");
   EXPECT_FALSE(view.faLibRoomsDetail.Visible);

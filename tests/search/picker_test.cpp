@@ -63,6 +63,25 @@ TEST_F(FindTest, ACancelledPickerHandsBackNothing) {
   EXPECT_EQ(pick(kFindRoomTag, [](frmFind& find) { find.closeByOperator(); }), "");
 }
 
+TEST_F(FindTest, APickerOfPatronsFindsTheCardThatIsScanned) {
+  EXPECT_EQ(pick(kFindStaffTag,
+                 [&](frmFind& find) {
+                   find.optTerms(1).choose();
+                   enter(find, "txtLast=Oak");
+                   for (const char* card : {"P3", "P31"}) {
+                     server
+                         .expect("FIND",
+                                 "SRCHTAG=17 SRCHVAL=" + std::string(card) + " SRCHFOR=6 SRCHLOC=5 SRCHOP=")
+                         .replies("head: SRCHCNT=1 | PID=31 PLN=Ink PFN=Ina");
+                     EXPECT_TRUE(find.scan(card));
+                   }
+                   EXPECT_EQ(find.criteria(kFindPatrons).tabSearch.SelectedTab, 1);
+                   find.faResults.chooseRow();
+                 }),
+            "Ink, Ina |31");
+  EXPECT_FALSE(open(kFindPatrons).takesScans()) << "others are scanned into their field";
+}
+
 TEST_F(FindTest, ASuggestedRoomIsOneOfThoseShownAtOnce) {
   server.expect("FIND", "SRCHFOR=4 SRCHLOC=3 SRCHOP=")
       .replies(

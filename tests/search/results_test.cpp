@@ -153,6 +153,58 @@ TEST_F(FindTest, ASortGoesByTheColumnWithItsCompanionsAndThenByAllOthers) {
   EXPECT_FALSE(find.faResults.Visible);
 }
 
+struct RefusalCase {
+  SearchCategory category;
+  int page;
+  const char* fields;
+  const char* number;  ///< of the criterion that the server names
+  const char* words;
+  const char* focus;
+};
+
+// clang-format off
+constexpr RefusalCase kRefusals[] = {
+    {kFindPatrons, 0, "txtFirst=%", "24", "First name.\n\nPlease enter at least one letter or figure.", "txtFirst"},
+    {kFindBookings, 0, "optDate(1); dtDateStart=2026-12-24; dtDateEnd=2026-12-01", "8", "First date.\n\nThe last date is before the first one.", "dtDateStart"},
+    {kFindBookings, 1, "txtConfirmationNumber=C7", "11", "Confirmation number.\n\nA confirmation number consists of figures; ? at the end stands for any others.", "txtConfirmationNumber"},
+    {kFindBookings, 3, "txtBibIDs=7 or 8", "30", "Catalogue ids.\n\nPlease enter whole numbers with commas between them, 5,000 at most.", "txtBibIDs"},
+};
+// clang-format on
+
+TEST_F(FindTest, AValueThatCannotBeSoughtIsToldWithItsField) {
+  for (const RefusalCase& row : kRefusals) {
+    SCOPED_TRACE(row.fields);
+    frmFind& find = open(row.category, row.page);
+    find.cmdNewSearch.press();
+    enter(find, row.fields);
+    find.criteria(row.category).tabSearch.choose(row.page == 0 ? 1 : 0);
+    find.optTerms(1).choose();
+    server.always("FIND").fails(codes::TagMissing,
+                                std::string("head: CANTREAD=SRCHVAL SRCHTAG=") + row.number);
+    desktop.expectWarning(std::string("The search cannot use what was entered for ") + row.words);
+    find.cmdFindNow.press();
+    EXPECT_EQ(find.criteria(row.category).tabSearch.SelectedTab, row.page);
+    EXPECT_EQ(find.ActiveControl()->Name(), row.focus);
+  }
+}
+
+TEST_F(FindTest, OtherRefusalsHaveTheirReasonToo) {
+  frmFind& find = open(kFindPatrons, 2);
+  const std::pair<int, const char*> refusals[] = {
+      {codes::NoRight, "You are not authorized to search for this."},
+      {codes::SearchTooLong,
+       "The search took too long and was ended.\n\nPlease enter more of what you know."},
+      {-97, "Your search failed! (rc = -97)"}};
+  for (const auto& [rc, words] : refusals) {
+    server.expect("FIND", kAllPatrons).fails(rc);
+    desktop.expectCritical(words);
+    find.cmdFindNow.press();
+  }
+  server.expect("FIND", kAllPatrons).rejects("The body is larger than 1 MiB.");
+  desktop.expectCritical("The body is larger than 1 MiB.");
+  find.cmdFindNow.press();
+}
+
 TEST_F(FindTest, AFailedSearchLeavesTheWindowAsItWasAndAnEmptyList) {
   frmFind& find = open(kFindPatrons);
   enter(find, "txtLast=Ink");

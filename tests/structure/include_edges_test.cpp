@@ -1,4 +1,4 @@
-// Holds the includes of src/ against the floors of the house. The linker sees only what needs a symbol; this
+// Holds the includes of src/ against the floors. The linker sees only what needs a symbol; this
 // test sees every include, also those of headers alone.
 #include <gtest/gtest.h>
 

@@ -10,9 +10,11 @@
 #include <deque>
 #include <iostream>
 
+#include "booking/frmBookWiz.h"
 #include "booking/frmBooking.h"
 #include "booking/frmSupervisor.h"
 #include "booking/modBooking_policy.h"
+#include "booking/modBooking_rooms.h"
 #include "circulation/charge_view.h"
 #include "circulation/discharge_view.h"
 #include "circulation/quick_discharge_view.h"
@@ -32,6 +34,7 @@
 #include "inventory/group_view.h"
 #include "inventory/inventory_view.h"
 #include "inventory/inventory_window.h"
+#include "inventory/staff_view.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "platform/text.h"
@@ -60,9 +63,9 @@ class Tour {
   void run() {
     watch_.start(60);
     const std::vector<std::function<void()>> stops = {
-        [this] { views(); },        [this] { inventory(); },   [this] { newBooking(); }, [this] { pickUp(); },
-        [this] { savedBooking(); }, [this] { circulation(); }, [this] { policy(); },     [this] { search(); },
-        [this] { session(); },      [this] { monitor(); }};
+        [this] { views(); },  [this] { staff(); },  [this] { inventory(); },    [this] { newBooking(); },
+        [this] { wizard(); }, [this] { pickUp(); }, [this] { savedBooking(); }, [this] { circulation(); },
+        [this] { policy(); }, [this] { search(); }, [this] { session(); },      [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
 
@@ -142,6 +145,22 @@ class Tour {
       main().showView(view.id);
       picture(main(), qt(view.picture));
     }
+  }
+
+  /// Several members selected, one who is added, and their counters.
+  void staff() {
+    main().showView(ViewId::Staff);
+    StaffView& staff = view<StaffView>(ViewId::Staff);
+    staff.faStaff.selectRows({2, 3}, 3);
+    picture(main(), "staff-selected");
+    staff.cmdStaffAdd.press();
+    picture(main(), "staff-add");
+    staff.txtStaff.type("2100001501");
+    staff.cmdStaffCheck.press();
+    picture(main(), "staff-found");
+    press("cmdClose");
+    staff.txtStaff.doubleClick();
+    staff.cmdCancel.press();
   }
 
   /// The first list of each view of the inventory that has rows, with a row selected, and the members of a
@@ -260,6 +279,31 @@ class Tour {
     editor->Unload();
   }
 
+  /// An administrative booking of today, page by page; as a pick-up where its room cannot be had.
+  void wizard() {
+    OpenRecordWindow(app(), {kWizard, "", kSourceMainWindow});
+    auto* wizard = last<frmBookWiz>();
+    if (!wizard) return;
+    picture(*wizard, "wizard-0");
+    wizard->requester.chkAdminBooking.toggle();
+    const std::string day = serverDate(app().clock.now().date);
+    wizard->times.showTimes(day + " 10:00:00", day + " 11:30:00");
+    for (int page = 1; page < frmBookWiz::kPages; ++page) {
+      wizard->cmdNext.press();
+      if (wizard->page() == frmBookWiz::kRoomPage && page > frmBookWiz::kRoomPage) {
+        wizard->place.choose(kPickUpOption);
+        wizard->cmdNext.press();
+      }
+      picture(*wizard, QString("wizard-%1").arg(wizard->page()));
+      if (page != frmBookWiz::kSchedulePage) continue;
+      wizard->times.cmdMultipleBookings.press();
+      picture(*wizard, "wizard-times");
+      wizard->times.cmdMultipleBookings.press();
+    }
+    accept();
+    wizard->cmdCancel.press();
+  }
+
   void pickUp() {
     RecordOpening opening(kBooking, "", kSourceMainWindow);
     opening.pickUp = true;
@@ -338,7 +382,7 @@ class Tour {
     find->cmdAdvancedSearch.press();
     picture(*find, "find-advanced");
     find->Unload();
-    for (const std::string_view picker : {kFindPatronTag, kSuggestRoomTag}) {
+    for (const std::string_view picker : {kFindPatronTag, kFindStaffTag, kSuggestRoomTag}) {
       press("cmdClose");
       static_cast<void>(pickBySearch(app(), picker));
     }
@@ -467,6 +511,8 @@ class Tour {
 int walk(const QString& folder, QSize size) {
   const QTemporaryDir scratch;
   const std::filesystem::path user = scratch.path().toStdString();
+  std::filesystem::create_directories(user / "misc");
+  std::filesystem::copy_file(VANTRY_HELP_MAP, user / "misc" / "vantryhelp.ini");
   EmbeddedServer server({user / "library.sqlite", {}, false});
   HttpTransport transport({.address = server.address()});
   SystemClock clock;

@@ -7,6 +7,7 @@ namespace vantry::server {
 
 /// The code of a whole reply; 0 is success.
 namespace rc {
+inline constexpr int searchTooLong = -94;
 inline constexpr int wrongLogin = -95;
 inline constexpr int noRight = -96;
 inline constexpr int storeFailed = -97;

@@ -9,10 +9,11 @@ namespace vantry::server {
 /// name.
 struct TagRefusal {
   std::string tag;
+  int criterion = 0;  ///< number of the criterion of a search that the value belongs to
 };
 
 [[noreturn]] inline void refuseTag(std::string_view tag) {
-  throw TagRefusal{std::string(tag)};
+  throw TagRefusal{.tag = std::string(tag)};
 }
 
 }  // namespace vantry::server

@@ -34,19 +34,23 @@ std::optional<BookingHead> findBookingHead(Connection& db, std::int64_t id) {
 
 std::optional<BookingPlace> findBookingPlace(Connection& db, std::int64_t id) {
   BookingPlace place;
+  Moment chargedAt = 0;
   Query query(
       db,
       "select b.booking_type, b.room_id, r.name, b.pickup_location_id, b.wanted_room_type_id, t.name, "
-      "b.wanted_location_id, l.name, b.wanted_capacity, b.wanted_capacity_op from bookings b "
+      "b.wanted_location_id, l.name, b.wanted_capacity, b.wanted_capacity_op, b.charged_at from bookings b "
       "left join rooms r on r.id = b.room_id left join room_types t on t.id = b.wanted_room_type_id "
       "left join locations l on l.id = b.wanted_location_id where b.id = :id");
   query.bind("id", id);
   const bool found = fetchOne(query, place.type, place.roomId, place.room, place.pickupLocationId,
                               place.wantedTypeId, place.wantedType, place.wantedLocationId,
-                              place.wantedLocation, place.capacity, place.capacityOp);
+                              place.wantedLocation, place.capacity, place.capacityOp, chargedAt);
   if (!found) return std::nullopt;
-  // A wish that got its room is told as that room.
-  if (place.roomId != 0) {
+  const bool wished = place.roomId != 0 && place.wantedTypeId != 0;
+  if (wished && chargedAt == 0) {
+    place.roomId = 0;
+    place.room.clear();
+  } else if (wished) {
     place.wantedTypeId = place.wantedLocationId = place.capacity = place.capacityOp = 0;
     place.wantedType.clear();
     place.wantedLocation.clear();
@@ -57,11 +61,14 @@ std::optional<BookingPlace> findBookingPlace(Connection& db, std::int64_t id) {
 std::vector<MediaLineRow> mediaLinesOf(Connection& db, std::int64_t bookingId) {
   std::vector<MediaLineRow> rows;
   MediaLineRow row;
-  Query query(db,
-              "select l.media_type_id, l.title_id, l.holding_id, l.item_id, t.title, m.name "
-              "from booking_items l join titles t on t.id = l.title_id "
-              "left join media_types m on m.id = l.media_type_id where l.booking_id = :booking_id "
-              "order by l.place, l.id");
+  Query query(
+      db,
+      "select l.media_type_id, l.title_id, case when l.is_generic = 1 and l.charged_at is null and l.item_id "
+      "is not null then l.wished_holding_id else l.holding_id end, case when l.is_generic = 1 and "
+      "l.charged_at is null then null else l.item_id end, t.title, m.name "
+      "from booking_items l join titles t on t.id = l.title_id "
+      "left join media_types m on m.id = l.media_type_id where l.booking_id = :booking_id "
+      "order by l.place, l.id");
   query.bind("booking_id", bookingId);
   query.into(row.mediaTypeId, row.titleId, row.holdingId, row.itemId, row.title, row.mediaTypeName);
   while (query.next()) rows.push_back(row);
@@ -72,8 +79,10 @@ std::vector<EquipmentLineRow> equipmentLinesOf(Connection& db, std::int64_t book
   std::vector<EquipmentLineRow> rows;
   EquipmentLineRow row;
   Query query(db,
-              "select l.equipment_id, l.equipment_type_id, t.name, b.patron_group_id, "
-              "case when l.inferred = 1 and l.equipment_id is null and exists (select 1 from booking_items i "
+              "select case when l.is_generic = 1 and l.charged_at is null then null else l.equipment_id end, "
+              "l.equipment_type_id, t.name, b.patron_group_id, "
+              "case when l.inferred = 1 and l.is_generic = 1 and l.charged_at is null and exists (select 1 "
+              "from booking_items i "
               "join media_type_equipment n on n.media_type_id = i.media_type_id where "
               "i.booking_id = l.booking_id and n.equipment_type_id = l.equipment_type_id) then 1 else 0 end "
               "from booking_equipment l join equipment_types t on t.id = l.equipment_type_id "
@@ -88,12 +97,13 @@ std::vector<EquipmentLineRow> equipmentLinesOf(Connection& db, std::int64_t book
 std::vector<InferredRow> inferredEquipmentOf(Connection& db, std::int64_t bookingId) {
   std::vector<InferredRow> rows;
   InferredRow row;
-  Query query(db,
-              "select distinct i.media_type_id, l.equipment_type_id from booking_equipment l "
-              "join media_type_equipment n on n.equipment_type_id = l.equipment_type_id "
-              "join booking_items i on i.booking_id = l.booking_id and i.media_type_id = n.media_type_id "
-              "where l.booking_id = :booking_id and l.inferred = 1 and l.equipment_id is null "
-              "order by i.media_type_id, l.equipment_type_id");
+  Query query(
+      db,
+      "select distinct i.media_type_id, l.equipment_type_id from booking_equipment l "
+      "join media_type_equipment n on n.equipment_type_id = l.equipment_type_id "
+      "join booking_items i on i.booking_id = l.booking_id and i.media_type_id = n.media_type_id "
+      "where l.booking_id = :booking_id and l.inferred = 1 and l.is_generic = 1 and l.charged_at is null "
+      "order by i.media_type_id, l.equipment_type_id");
   query.bind("booking_id", bookingId).into(row.mediaTypeId, row.equipmentTypeId);
   while (query.next()) rows.push_back(row);
   return rows;

@@ -11,7 +11,8 @@
 
 namespace vantry::server {
 
-// A stored booking as an editor shows it.
+// A stored booking as an editor shows it. Until the charge, a wish reads as a wish, whatever it was given: so
+// it is saved as one again.
 
 struct BookingHead {
   int type = 0;

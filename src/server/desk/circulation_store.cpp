@@ -70,12 +70,14 @@ std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId) {
 std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId) {
   std::vector<ItemLine> lines;
   ItemLine row;
-  Query query(db,
-              "select id, item_id, title_id, holding_id, media_type_id, is_generic, charged_at, returned_at "
-              "from booking_items where booking_id = :booking_id order by place, id");
+  Query query(
+      db,
+      "select id, item_id, title_id, holding_id, media_type_id, is_generic, wished_holding_id, charged_at, "
+      "returned_at "
+      "from booking_items where booking_id = :booking_id order by place, id");
   query.bind("booking_id", bookingId);
-  query.into(row.id, row.itemId, row.titleId, row.holdingId, row.mediaTypeId, row.wished, row.chargedAt,
-             row.returnedAt);
+  query.into(row.id, row.itemId, row.titleId, row.holdingId, row.mediaTypeId, row.wished, row.wishedHoldingId,
+             row.chargedAt, row.returnedAt);
   while (query.next()) lines.push_back(row);
   return lines;
 }
@@ -119,6 +121,14 @@ void releasePiece(Connection& db, std::int64_t lineId) {
   freeThingOf(db, false, lineId);
   Query query(db, "update booking_equipment set equipment_id = null where id = :id");
   query.bind("id", lineId).run();
+}
+
+void releaseRoom(Connection& db, const DeskBooking& booking) {
+  Query query(db, "update bookings set room_id = null where id = :id");
+  query.bind("id", booking.id).run();
+  Query taken(db, "delete from occupancy where booking_id = :booking_id and kind = 3");
+  taken.bind("booking_id", booking.id).run();
+  if (booking.type == 1) take(db, booking, {ThingKind::RoomWish, booking.roomWish.typeId}, std::nullopt);
 }
 
 std::int64_t releaseItem(Connection& db, std::int64_t lineId) {

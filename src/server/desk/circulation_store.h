@@ -48,7 +48,8 @@ struct ItemLine {
   std::int64_t titleId = 0;
   std::int64_t holdingId = 0;
   std::int64_t mediaTypeId = 0;
-  bool wished = false;  ///< the item was given to a wish
+  bool wished = false;               ///< the item was given to a wish
+  std::int64_t wishedHoldingId = 0;  ///< what that wish was for, once it has its item
   Moment chargedAt = 0;
   Moment returnedAt = 0;
   [[nodiscard]] bool isOut() const { return chargedAt != 0 && returnedAt == 0; }
@@ -71,6 +72,7 @@ void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId)
 /// holdings record, or 0 for any item of the title.
 void releasePiece(Connection& db, std::int64_t lineId);
 std::int64_t releaseItem(Connection& db, std::int64_t lineId);
+void releaseRoom(Connection& db, const DeskBooking& booking);
 
 /// Until when others take one of the booking's things that it has to itself only later than at that moment.
 [[nodiscard]] std::optional<Moment> heldUntil(Connection& db, const DeskBooking& booking, Moment now);

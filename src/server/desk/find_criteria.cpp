@@ -241,19 +241,15 @@ std::vector<FindValue> capacityValues(std::string_view text) {
   refuseTag(tags::SRCHVAL);
 }
 
-}  // namespace
-
-std::span<const FindCriterion> findCriteria() {
-  return criteria;
+std::vector<FindValue> daysBetween(std::string_view first, std::string_view last) {
+  const Moment from = first.empty() ? std::numeric_limits<std::int64_t>::min() : startOfDay(momentOf(first));
+  const Moment until =
+      last.empty() ? std::numeric_limits<std::int64_t>::max() : startOfDay(momentOf(last)) + day;
+  if (until <= from) refuseTag(tags::SRCHVAL);
+  return {from, until};
 }
 
-const FindCriterion* findCriterion(FindSubject subject, int number) {
-  const auto found = std::ranges::find_if(
-      criteria, [&](const FindCriterion& each) { return each.subject == subject && each.number == number; });
-  return found == criteria.end() ? nullptr : &*found;
-}
-
-std::vector<FindValue> valuesOf(FindForm form, std::string_view text) {
+std::vector<FindValue> valuesIn(FindForm form, std::string_view text) {
   if (text.empty() || (form != Keys && text.size() > longestText)) refuseTag(tags::SRCHVAL);
   switch (form) {
     case Key:
@@ -268,7 +264,7 @@ std::vector<FindValue> valuesOf(FindForm form, std::string_view text) {
     case Confirmation:
       return confirmationValues(text);
     case Day:
-      return valuesOfSpan(text, text);
+      return daysBetween(text, text);
     case Minute:
       return {momentOf(text), momentOf(text) + minute};
     case Capacity:
@@ -279,12 +275,36 @@ std::vector<FindValue> valuesOf(FindForm form, std::string_view text) {
   refuseTag(tags::SRCHTAG);
 }
 
-std::vector<FindValue> valuesOfSpan(std::string_view first, std::string_view last) {
-  const Moment from = first.empty() ? std::numeric_limits<std::int64_t>::min() : startOfDay(momentOf(first));
-  const Moment until =
-      last.empty() ? std::numeric_limits<std::int64_t>::max() : startOfDay(momentOf(last)) + day;
-  if (until <= from) refuseTag(tags::SRCHVAL);
-  return {from, until};
+/// A refusal of the value names the criterion.
+template <class Read>
+std::vector<FindValue> readFor(const FindCriterion& criterion, Read read) {
+  try {
+    return read();
+  } catch (TagRefusal& refusal) {
+    refusal.criterion = criterion.number;
+    throw;
+  }
+}
+
+}  // namespace
+
+std::span<const FindCriterion> findCriteria() {
+  return criteria;
+}
+
+const FindCriterion* findCriterion(FindSubject subject, int number) {
+  const auto found = std::ranges::find_if(
+      criteria, [&](const FindCriterion& each) { return each.subject == subject && each.number == number; });
+  return found == criteria.end() ? nullptr : &*found;
+}
+
+std::vector<FindValue> valuesOf(const FindCriterion& criterion, std::string_view text) {
+  return readFor(criterion, [&] { return valuesIn(criterion.form, text); });
+}
+
+std::vector<FindValue> valuesOfSpan(const FindCriterion& criterion, std::string_view first,
+                                    std::string_view last) {
+  return readFor(criterion, [&] { return daysBetween(first, last); });
 }
 
 }  // namespace vantry::server

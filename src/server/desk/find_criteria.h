@@ -58,12 +58,13 @@ struct FindCriterion {
 
 using FindValue = std::variant<std::int64_t, std::string>;
 
-/// The values that the text means. Throws TagRefusal where it means none: for what cannot be read, and for a
-/// text in which there is nothing to search for.
-[[nodiscard]] std::vector<FindValue> valuesOf(FindForm form, std::string_view text);
+/// The values that the text means. Throws TagRefusal with the criterion where it means none: for what cannot
+/// be read, and for a text in which there is nothing to search for.
+[[nodiscard]] std::vector<FindValue> valuesOf(const FindCriterion& criterion, std::string_view text);
 
 /// The same for the days from the one to the other, either of which may be empty. Throws TagRefusal when the
 /// first is later than the last.
-[[nodiscard]] std::vector<FindValue> valuesOfSpan(std::string_view first, std::string_view last);
+[[nodiscard]] std::vector<FindValue> valuesOfSpan(const FindCriterion& criterion, std::string_view first,
+                                                  std::string_view last);
 
 }  // namespace vantry::server

@@ -115,7 +115,7 @@ std::vector<Asked> askedFor(const FindQuestion& question) {
     const FindCriterion* criterion = findCriterion(question.subject, isDate ? firstDate : term.number);
     if (criterion == nullptr) refuseTag(tags::SRCHTAG);
     if (!isDate) {
-      asked.push_back({criterion, valuesOf(criterion->form, term.value)});
+      asked.push_back({criterion, valuesOf(*criterion, term.value)});
       continue;
     }
     if (term.value.empty()) refuseTag(tags::SRCHVAL);
@@ -123,7 +123,8 @@ std::vector<Asked> askedFor(const FindQuestion& question) {
     dates[term.number] = term.value;
   }
   for (Asked& each : asked) {
-    if (each.criterion->number == firstDate) each.values = valuesOfSpan(dates[firstDate], dates[lastDate]);
+    if (each.criterion->number == firstDate)
+      each.values = valuesOfSpan(*each.criterion, dates[firstDate], dates[lastDate]);
   }
   // The order of the terms makes no other statement.
   std::ranges::sort(asked, {}, [](const Asked& each) { return each.criterion->number; });

@@ -72,11 +72,20 @@ Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk)
   return desks;
 }
 
+namespace {
+
+/// Bookings that are not over, of the desks or to be fetched at one of them.
+std::string openAt(Connection& db) {
+  const std::string desks = keysIn(db, "desks");
+  const std::string open = " and x.status in (0, 99, 999) and x.starts_at < :until_at";
+  return "b.id in (select x.id from bookings x where x.location_id in (" + desks + ")" + open +
+         " union select x.id from bookings x where x.pickup_location_id in (" + desks + ")" + open + ")";
+}
+
+}  // namespace
+
 void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
-  Query query(db, columns +
-                      ("b.location_id in (" + keysIn(db, "desks") +
-                       ") and b.status in (0, 99, 999) and b.starts_at < :until_at") +
-                      byStart);
+  Query query(db, columns + openAt(db) + byStart);
   query.bind("desks", keysText(desks)).bind("until_at", until);
   visitRows(query, visit);
 }
@@ -93,14 +102,7 @@ void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment unti
 }
 
 void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
-  const std::string pickup = " and b.booking_type = 3 and b.status = 0 and b.starts_at < :until_at";
-  Query query(
-      db, columns +
-              ("b.id in (select x.id from bookings x where x.location_id in (" + keysIn(db, "desks") +
-               ") and x.status in (0, 99, 999) and x.starts_at < :until_at union select x.id "
-               "from bookings x where x.pickup_location_id in (" +
-               keysIn(db, "desks") + ") and x.status in (0, 99, 999) and x.starts_at < :until_at)" + pickup) +
-              byStart);
+  Query query(db, columns + openAt(db) + " and b.booking_type = 3 and b.status = 0" + byStart);
   query.bind("desks", keysText(desks)).bind("until_at", until);
   visitRows(query, visit);
 }

@@ -36,14 +36,15 @@ using MonitorVisitor = std::function<void(const MonitorBooking&)>;
 using Desks = std::vector<std::int64_t>;
 [[nodiscard]] Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk);
 
-/// The bookings of the desks that are not over and start before that moment, by their start.
+/// The bookings that are not over and start before that moment, by their start: those that were made at one
+/// of the desks, and pick-ups that are fetched there.
 void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit);
 
 /// Those that are over before their end: canceled, or back early.
 void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment until,
                      const MonitorVisitor& visit);
 
-/// Pick-ups that nobody has fetched yet: those that were made at one of the desks, or are fetched there.
+/// Those of them that are pick-ups which nobody has fetched yet.
 void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit);
 
 /// What is not over in a room, for desks of the library of that desk.

@@ -13,9 +13,12 @@ constexpr const char* headColumns =
 /// Bookings that are still to go out: an index covers those that are not over. The set-up begins before the
 /// start by no more than is bound.
 std::string bookingsInSpan(Connection& db) {
-  return "b.location_id in (" + keysIn(db, "desks") +
-         ") and b.status in (0, 99, 999) and b.status = 0 and b.starts_at >= :from_at and b.starts_at <= "
-         ":latest and b.starts_at - b.setup_minutes * 60 between :from_at and :until_at ";
+  const std::string desks = keysIn(db, "desks");
+  const std::string open =
+      " and x.status in (0, 99, 999) and x.starts_at >= :from_at and x.starts_at <= :latest";
+  return "b.id in (select x.id from bookings x where x.location_id in (" + desks + ")" + open +
+         " union select x.id from bookings x where x.pickup_location_id in (" + desks + ")" + open +
+         ") and b.status = 0 and b.starts_at - b.setup_minutes * 60 between :from_at and :until_at ";
 }
 
 constexpr Moment longestSetup = 999 * minute;

@@ -38,8 +38,9 @@ struct PickedItem : PickRow {
   std::int64_t itemId = 0;
 };
 
-/// What is to be fetched for bookings of the desks whose set-up begins in [span.from, span.until], in the
-/// order in which one walks: by location, then by room, type and number, or by call number.
+/// What is to be fetched for bookings that were made at one of the desks, or are fetched there, and whose
+/// set-up begins in [span.from, span.until], in the order in which one walks: by location, then by room, type
+/// and number, or by call number.
 void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
                         const std::function<void(const PickedPiece&)>& visit);
 void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,

@@ -63,7 +63,8 @@ constexpr const char* forbiddenItems =
     "l.item_id) <> ''";
 
 std::string roomsOfOthers() {
-  return "select b.id, 0, 0, '', r.name, '' from bookings b join rooms r on r.id = b.room_id where b.id in "
+  return "select b.id, 0, case when b.wanted_room_type_id is null then 0 else 1 end, '', r.name, '' from "
+         "bookings b join rooms r on r.id = b.room_id where b.id in "
          "($KEYS) and b.booking_type = 1 and (" +
          takenByAnother("3", "b.room_id") +
          " or (select 1 from bookings y where y.room_id = b.room_id and y.room_charged_at is not null and "
@@ -71,9 +72,10 @@ std::string roomsOfOthers() {
 }
 
 constexpr const char* forbiddenRooms =
-    "select b.id, 0, 0, '', r.name, min(y.name) from bookings b join rooms r on r.id = b.room_id join "
+    "select b.id, 0, case when b.wanted_room_type_id is null then 0 else 1 end, '', r.name, min(y.name) from "
+    "bookings b join rooms r on r.id = b.room_id join "
     "room_statuses s on s.room_id = r.id join status_types y on y.id = s.status_id and y.effect = 3 where "
-    "b.id in ($KEYS) and b.booking_type = 1 group by b.id, r.name";
+    "b.id in ($KEYS) and b.booking_type = 1 group by b.id, b.wanted_room_type_id, r.name";
 
 class TroubleReader {
  public:

@@ -47,6 +47,14 @@ constexpr const char* pieceNotOut =
     "and not exists (select 1 from equipment m join booking_equipment l on l.equipment_id = m.id and "
     "l.charged_at is not null and l.returned_at is null and l.in_room = 0 where m.group_id = e.id) ";
 
+/// The same of what should have been back.
+constexpr const char* pieceNotLate =
+    "and not exists (select 1 from booking_equipment l join bookings y on y.id = l.booking_id where "
+    "l.equipment_id = e.id and l.charged_at is not null and l.returned_at is null and l.in_room = 0 and "
+    "y.ends_at <= :late_at) and not exists (select 1 from equipment m join booking_equipment l on "
+    "l.equipment_id = m.id and l.charged_at is not null and l.returned_at is null and l.in_room = 0 join "
+    "bookings y on y.id = l.booking_id where m.group_id = e.id and y.ends_at <= :late_at) ";
+
 std::vector<std::int64_t> readIds(Query& query) {
   std::vector<std::int64_t> ids;
   std::int64_t id = 0;
@@ -73,7 +81,7 @@ std::vector<std::int64_t> pieceStock(Connection& db, std::int64_t typeId, const 
 std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const Places& places,
                                      const FreeSearch& search) {
   const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken() +
-                          (search.outIsTaken ? pieceNotOut : "") +
+                          (search.outIsTaken ? pieceNotOut : "") + (search.lateAt != 0 ? pieceNotLate : "") +
                           (search.inOrder ? "order by e.number, e.id " : "") + "limit :most";
   std::vector<std::int64_t> ids;
   for (const std::int64_t place : places) {
@@ -81,6 +89,7 @@ std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const 
     Query query(db, sql);
     query.bind("type_id", typeId).bind("location_id", place);
     query.bind("most", static_cast<std::int64_t>(search.most - ids.size()));
+    if (search.lateAt != 0) query.bind("late_at", search.lateAt);
     bindTimes(query, search.asked);
     append(ids, readIds(query));
   }
@@ -93,7 +102,7 @@ struct PoolItem {
   std::int64_t locationId = 0;
   std::int64_t mediaTypeId = 0;
   bool taken = false;
-  bool out = false;
+  Moment outUntil = 0;  ///< the end of the booking that has it out; 0 when it is there
 };
 
 /// A title has few items, so that all of them are read, with what each is like at that time.
@@ -104,13 +113,13 @@ std::vector<PoolItem> poolItems(Connection& db, std::int64_t titleId, const Aske
       "select i.id, i.holding_id, i.location_id, i.media_type_id, "
       "case when exists (select 1 from occupancy o where o.thing = i.id and " +
       meets("2") +
-      ") then 1 else 0 end, case when exists (select 1 from booking_items l where l.item_id = i.id and "
-      "l.charged_at is not null and l.returned_at is null) then 1 else 0 end "
+      ") then 1 else 0 end, (select min(y.ends_at) from booking_items l join bookings y on y.id = "
+      "l.booking_id where l.item_id = i.id and l.charged_at is not null and l.returned_at is null) "
       "from items i where i.title_id = :title_id and i.status = '' order by i.id";
   Query query(db, sql);
   query.bind("title_id", titleId);
   bindTimes(query, asked);
-  query.into(item.id, item.holdingId, item.locationId, item.mediaTypeId, item.taken, item.out);
+  query.into(item.id, item.holdingId, item.locationId, item.mediaTypeId, item.taken, item.outUntil);
   while (query.next()) items.push_back(item);
   return items;
 }
@@ -234,18 +243,23 @@ std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what, cons
   if (what.kind == ThingKind::EquipmentWish) return freePieces(db, what.thing, places, search);
   std::vector<std::int64_t> ids;
   for (const PoolItem& item : poolItems(db, what.thing, search.asked)) {
-    const bool here = !search.outIsTaken || !item.out;
+    const bool isOut = item.outUntil != 0;
+    const bool isLate = isOut && search.lateAt != 0 && item.outUntil <= search.lateAt;
+    const bool here = !isLate && !(isOut && search.outIsTaken);
     if (!item.taken && here && canFill(what, places, item)) ids.push_back(item.id);
   }
   return ids;
 }
 
-std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const AskedTime& asked) {
-  static const std::string sql =
-      roomsOfType + "and not exists (select 1 from occupancy o where o.thing = r.id and " + meets("3") +
-      ") and not exists (select 1 from bookings b where b.room_id = r.id and b.room_charged_at is not null "
-      "and b.room_returned_at is null)" +
-      smallestFirst;
+std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const AskedTime& asked,
+                                     bool outIsTaken) {
+  constexpr const char* notOut =
+      " and not exists (select 1 from bookings b where b.room_id = r.id and b.room_charged_at is not null "
+      "and "
+      "b.room_returned_at is null)";
+  const std::string sql = roomsOfType +
+                          "and not exists (select 1 from occupancy o where o.thing = r.id and " + meets("3") +
+                          ")" + (outIsTaken ? notOut : "") + smallestFirst;
   Query query(db, sql);
   bindTimes(query, asked);
   return firstThatFits(query, wish);

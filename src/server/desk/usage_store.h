@@ -68,6 +68,7 @@ using Places = std::vector<std::int64_t>;
 struct FreeSearch {
   AskedTime asked;
   bool outIsTaken = false;
+  Moment lateAt = 0;  ///< what is out and should have been back by then is taken too; 0 for none
   bool inOrder = false;
   std::size_t most = 0;
 };
@@ -77,8 +78,8 @@ struct FreeSearch {
 /// A room that fits the wish and may be used, whoever has it; for deliveries.
 [[nodiscard]] std::optional<std::int64_t> anyRoom(Connection& db, const RoomWish& wish);
 
-/// A room that fits the wish, is free for the period, not charged, and may be used.
+/// A room that fits the wish, is free for the period and may be used. Rooms that are out can be left aside.
 [[nodiscard]] std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish,
-                                                   const AskedTime& asked);
+                                                   const AskedTime& asked, bool outIsTaken);
 
 }  // namespace vantry::server

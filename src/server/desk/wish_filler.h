@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "server/desk/circulation_store.h"
 #include "server/desk/usage_store.h"
@@ -9,6 +10,12 @@
 #include "server/store/database.h"
 
 namespace vantry::server {
+
+/// What a wish was given.
+struct GivenThing {
+  WishFor wish;
+  std::int64_t thing = 0;
+};
 
 /// Gives things to the wishes of a booking that is not out: when it is charged, and before that when a desk
 /// asks what is to be fetched. Both go by the matching that promised them.
@@ -27,6 +34,13 @@ class WishFiller {
   /// The line gives up the thing that its wish got, and wishes again.
   void giveUp(PieceLine& line);
   void giveUp(ItemLine& line);
+  /// The same for the room; the booking is to be read anew.
+  void giveUpRoom();
+
+  /// What the wishes of a booking were given.
+  [[nodiscard]] static std::vector<GivenThing> given(Connection& db, std::int64_t bookingId);
+  /// After the booking was saved: wishes for the same get the same again, where it is still free.
+  void keep(const std::vector<GivenThing>& given);
 
   /// Whether something that is out now is expected back and free for the wish in time.
   [[nodiscard]] bool isExpected(const PieceLine& line) const { return isExpected(wishOf(line)); }

@@ -11,6 +11,7 @@
 #include "server/desk/booking_writer.h"
 #include "server/desk/policy_store.h"
 #include "server/desk/staff_store.h"
+#include "server/desk/wish_filler.h"
 #include "server/requests/booking_message.h"
 #include "server/requests/usage_reply.h"
 #include "words/tags.h"
@@ -151,6 +152,15 @@ Reply newBookings(Context& context, const Message& message) {
   return reply;
 }
 
+/// What may be on its way to the desk already is not exchanged for the sake of a save.
+void keepGiven(Context& context, std::int64_t bookingId, const DeskPolicy& policy,
+               const std::vector<GivenThing>& given) {
+  if (given.empty()) return;
+  const std::optional<DeskBooking> stored = findDeskBooking(context.db, bookingId);
+  if (!stored) return;
+  WishFiller(context.db, *stored, policy, stored->taken.from, context.now).keep(given);
+}
+
 Reply changeBooking(Context& context, const Message& message) {
   const std::optional<BookingState> state = findBookingState(context.db, message.number(tags::BOOKID));
   if (!state) return Reply(rc::notFound);
@@ -170,8 +180,10 @@ Reply changeBooking(Context& context, const Message& message) {
   requireFree(context.db, draft, things, question);
   const Moment stamp = nextStamp(state->updatedAt, context.now);
   const StoredBooking booking{draft, things, stampAt(context, stamp)};
+  const std::vector<GivenThing> given = WishFiller::given(context.db, state->id);
   rewriteBooking(context.db, state->id, booking);
   addLines(context.db, state->id, booking, draft.times.front());
+  keepGiven(context, state->id, policy, given);
   Reply reply(things.roomSatisfied ? rc::satisfiedByRoom : 0);
   reply.head(tags::UNM, context.session.operatorName)
       .head(tags::LNA, context.session.locationName)

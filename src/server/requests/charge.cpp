@@ -12,6 +12,7 @@
 #include "server/desk/usage_store.h"
 #include "server/desk/wish_filler.h"
 #include "server/policy/circulation_rules.h"
+#include "server/policy/watch_rules.h"
 #include "server/requests/handlers.h"
 #include "words/tags.h"
 
@@ -99,14 +100,20 @@ class Charger {
       if (booking_.roomWish.typeId != 0) fillRoom();
       return;
     }
-    if (booking_.type != 1) return;
     const std::optional<BookableRoom> room = findRoom(db_, booking_.roomId);
     if (!room) return;
+    if (booking_.roomWish.typeId != 0) tellRoom(*room);
+    if (booking_.type != bookingType::librarySchedule) return;
     if (outOn(db_, ThingKind::Room, room->id, booking_.id)) fail(failure::roomOut).set(tags::RNM, room->name);
     const std::vector<AppliedStatus> statuses = statusesOfRoom(db_, room->id);
     if (const AppliedStatus* status = forbiddingStatus(statuses)) {
       fail(failure::roomStatus).set(tags::RNM, room->name).set(tags::STY, status->name);
     }
+  }
+
+  /// The desk is told what a wish got, also when it got it before the charge.
+  void tellRoom(const BookableRoom& room) {
+    reply_.record().set(tags::RID, room.id).set(tags::RNM, room.name);
   }
 
   void fillRoom() {
@@ -116,8 +123,7 @@ class Charger {
       return;
     }
     booking_.roomId = *found;
-    const std::optional<BookableRoom> room = findRoom(db_, *found);
-    reply_.record().set(tags::RID, *found).set(tags::RNM, room ? room->name : std::string());
+    if (const std::optional<BookableRoom> room = findRoom(db_, *found)) tellRoom(*room);
   }
 
   void judgeItem(const ItemLine& line) {
@@ -130,7 +136,6 @@ class Charger {
     }
   }
 
-  /// The desk is told what a wish got, also when it got it before the charge.
   void fillItem(ItemLine& line) {
     if (line.itemId == 0 && !filler_.fill(line)) {
       fail(failure::noItem).set(tags::TITL, titleOf(db_, line.titleId));
@@ -180,8 +185,20 @@ class Charger {
     return !isTaken(ThingKind::Equipment, ids);
   }
 
+  bool roomCanBeHandedOver() {
+    const std::vector<AppliedStatus> statuses = statusesOfRoom(db_, booking_.roomId);
+    return forbiddingStatus(statuses) == nullptr &&
+           !outOn(db_, ThingKind::Room, booking_.roomId, booking_.id) &&
+           !isTaken(ThingKind::Room, std::array{booking_.roomId});
+  }
+
   /// What a wish got before the charge and cannot be handed out after all is given up for another.
   void giveUpMissing() {
+    if (booking_.type == bookingType::librarySchedule && booking_.roomId != 0 &&
+        booking_.roomWish.typeId != 0 && !roomCanBeHandedOver()) {
+      filler_.giveUpRoom();
+      booking_.roomId = 0;
+    }
     for (ItemLine& line : items_) {
       if (line.wished && line.itemId != 0 && !canBeHandedOut(line)) filler_.giveUp(line);
     }

@@ -12,6 +12,7 @@
 #include "server/desk/thing_store.h"
 #include "server/desk/trouble_store.h"
 #include "server/desk/wish_filler.h"
+#include "server/requests/booking_message.h"
 #include "server/requests/monitor_message.h"
 #include "words/tags.h"
 
@@ -71,13 +72,14 @@ class ConflictSearch {
     const std::array<Moment, 4> until{0, horizon(context_, message, tags::RHRS),
                                       horizon(context_, message, tags::DHRS),
                                       horizon(context_, message, tags::PHRS)};
-    visitOpenBookings(db_, watchedDesks(context_, message), *std::ranges::max_element(until),
-                      [&](const MonitorBooking& row) {
-                        const auto type = static_cast<std::size_t>(row.watched.type);
-                        if (type >= until.size() || row.watched.times.from >= until.at(type)) return;
-                        bookings_.emplace(row.id, row);
-                        if (row.watched.status == BookingStatus::Live) live_.push_back(row.id);
-                      });
+    // The things are needed when set-up begins.
+    const Moment latest = *std::ranges::max_element(until) + mostMinutes * minute;
+    visitOpenBookings(db_, watchedDesks(context_, message), latest, [&](const MonitorBooking& row) {
+      const auto type = static_cast<std::size_t>(row.watched.type);
+      if (type >= until.size() || row.watched.taken.from >= until.at(type)) return;
+      bookings_.emplace(row.id, row);
+      if (row.watched.status == BookingStatus::Live) live_.push_back(row.id);
+    });
   }
 
   const DeskPolicy& policyOf(std::int64_t deskId, std::int64_t groupId) {
@@ -117,14 +119,18 @@ class ConflictSearch {
     }
   }
 
-  void fillWishesOf(const DeskBooking& booking) {
+  void fillWishesOf(DeskBooking booking) {
     WishFiller filler(db_, booking, policyOf(booking.locationId, booking.groupId), booking.taken.from,
                       context_.now);
-    if (booking.roomId == 0 && booking.roomWish.typeId != 0 && !filler.fillRoom())
-      warnings_.push_back({.bookingId = booking.id, .code = warning::noRoom});
     const auto isLost = [&](ThingKind kind, std::int64_t line) {
       return lost_[booking.id].contains({kind, line});
     };
+    if (isLost(ThingKind::Room, 0)) {
+      filler.giveUpRoom();
+      booking.roomId = 0;
+    }
+    if (booking.roomId == 0 && booking.roomWish.typeId != 0 && !filler.fillRoom())
+      warnings_.push_back({.bookingId = booking.id, .code = warning::noRoom});
     for (PieceLine& line : pieceLinesOf(db_, booking.id)) {
       if (isLost(ThingKind::Equipment, line.id)) filler.giveUp(line);
       if (line.pieceId == 0 && !filler.fill(line) && !filler.isExpected(line))
@@ -174,7 +180,7 @@ Reply conflicts(Context& context, const Message& message) {
   return search.reply();
 }
 
-constexpr std::array rows{HandlerRow{"GECN", conflicts}};
+constexpr std::array rows{HandlerRow{.code = "GECN", .run = conflicts, .mayRunAgain = true}};
 
 }  // namespace
 

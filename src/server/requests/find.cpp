@@ -191,7 +191,7 @@ bool asksForCards(const FindQuestion& question) {
 
 Reply cardsReply(Context& context, const FindQuestion& question) {
   const std::string_view text = question.terms.front().value;
-  std::ignore = valuesOf(FindForm::Code, text);
+  std::ignore = valuesOf(*findCriterion(FindSubject::Patrons, patronBarcode), text);
   Reply reply;
   visitCards(context.db, text, question.most, [&](const FoundCard& card) { addCard(reply, card); });
   const bool isCut = reply.recordCount() == question.most;

@@ -51,6 +51,7 @@ struct HandlerRow {
   std::string_view code;
   Handler run;
   bool changesSession = false;  ///< writes, although its row says that it changes no data of the library
+  bool mayRunAgain = false;     ///< a repeated request does no harm, so that its reply need not be kept
 };
 
 /// The families of requests, each in a file of its own. OPOV is none of them: it checks a password, which no

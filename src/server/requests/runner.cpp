@@ -30,7 +30,9 @@ Reply runHandler(const HandlerRow& handler, Context& context, const Message& mes
   try {
     return handler.run(context, message);
   } catch (const TagRefusal& refusal) {
-    throw Refused{unreadable(refusal.tag)};
+    Reply reply = unreadable(refusal.tag);
+    if (refusal.criterion != 0) reply.head(tags::SRCHTAG, std::int64_t{refusal.criterion});
+    throw Refused{std::move(reply)};
   }
 }
 
@@ -88,7 +90,7 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
     database_.read(work);
   } catch (const StoreError& error) {
     if (error.kind() != StoreError::Kind::TooLong) throw;
-    answer.json = unreadable(tags::SRCHVAL).json();  // only searches have a limit
+    answer.json = Reply(rc::searchTooLong).json();  // only searches have a limit
   }
   if (!judged.session) return answer;
   if (judged.lacksRight) {
@@ -145,7 +147,8 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.
-  if (!handler.changesSession) storeReply(db, key, {std::string(incoming.code), answer.json}, now);
+  if (!handler.changesSession && !handler.mayRunAgain)
+    storeReply(db, key, {std::string(incoming.code), answer.json}, now);
   return answer;
 }
 

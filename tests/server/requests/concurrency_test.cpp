@@ -135,6 +135,19 @@ TEST_P(TwoDesks, ChargeOneBookingOnce) {
   }
 }
 
+TEST_P(TwoDesks, AskForConflictsTogetherAndAWishGetsOneThing) {
+  const std::string ask = "LOC=1; DHRS=24; RHRS=24; PHRS=24";
+  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
+    for (int round = 0; round < rounds; ++round) {
+      send("NEWBK", booking(timesOf(round), "LOC=1", 3, "ETI=1; IFL=N; MTID=1; BI=1; MI=0; IM=0"));
+      ASSERT_EQ(atOnce(desks, [&](std::size_t) { return Message{"GECN", ask}; }), "0 0");
+    }
+    EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id is null"), "0");
+    EXPECT_EQ(library().value("select count(*) from occupancy"), std::to_string(2 * rounds));
+    library().execute("delete from bookings");
+  }
+}
+
 TEST_P(TwoDesks, AChangeAndASaveDoNotBothGetTheLastPiece) {
   for (const Desks& desks : {ofOneServer, ofTwoServers}) {
     for (int round = 0; round < rounds; ++round) {

@@ -225,11 +225,78 @@ TEST_P(MonitorRequests, WishesGetTheirThingsOnceAndTheChargeAgrees) {
   EXPECT_EQ(value("select count(*) from occupancy"), "3");
   EXPECT_EQ(conflicts().text(), "0|");
   EXPECT_EQ(value("select count(*) from occupancy"), "3") << "asking again changes nothing";
-  EXPECT_EQ(send("GETSRM", "BOOKID=" + id).text().find("RTI="), std::string::npos)
-      << "an editor gets the room alone";
+  const Got place = send("GETSRM", "BOOKID=" + id);
+  EXPECT_EQ(place.first("RTI") + "/" + place.first("RID"), "1/") << "an editor still has the wish";
+  EXPECT_EQ(send("GETSEQ", "BOOKID=" + id).first("EID") + send("GETSITM", "BOOKID=" + id).first("IM"), "00");
   library().setNow(2, 9, 30);
   const Got charged = charge(id);
-  EXPECT_EQ(charged.all("AENO") + " " + charged.all("IM"), "TV1 1");
+  EXPECT_EQ(charged.all("AENO") + " " + charged.all("IM") + " " + charged.all("RNM"),
+            "TV1 1 Classroom B,Store");
+}
+
+TEST_P(MonitorRequests, ASaveKeepsWhatTheWishesWereGiven) {
+  const std::string wishes = std::string(anyTelevision) + "; MTID=1; BI=1; MI=0; IM=0";
+  const std::string id = save(times(2, "10:00", "12:00"), wishes);
+  execute("update items set status = 'Lost' where id = 1");
+  conflicts();
+  execute("update items set status = ''");
+  const auto given = [&] {
+    return value("select coalesce(equipment_id, 0) from booking_equipment") + " " +
+           value("select coalesce(item_id, 0) from booking_items");
+  };
+  EXPECT_EQ(given(), "1 2");
+  const auto change = [&](const std::string& when) {
+    return send("UPDBK", "BOOKID=" + id + "; " + booking(times(2, when, "12:00"), "LOC=1", 3, wishes)).rc;
+  };
+  EXPECT_EQ(change("10:30"), 0);
+  EXPECT_EQ(given(), "1 2") << "and not the first of each";
+  EXPECT_EQ(value("select count(*) from occupancy where kind > 10"), "0");
+  save(times(2, "09:30", "10:30"), "EID=1");
+  EXPECT_EQ(change("10:00"), 0);
+  EXPECT_EQ(given(), "0 2") << "somebody else has the piece at that time";
+}
+
+TEST_P(MonitorRequests, ARoomIsFoundThoughAllAreInUseNow) {
+  execute("delete from room_statuses");
+  const std::string now = save(times(2, "09:00", "10:00"), "", "RID=2", 1);
+  EXPECT_EQ(charge(now).rc, 0);
+  const std::string wish = "RCOP=0; RCA=30; LOC=1; RTI=1";
+  const std::string id = save(times(2, "11:00", "12:00"), "", wish, 1);
+  EXPECT_EQ(conflicts().text(), "0|") << "it is back by then";
+  EXPECT_EQ(value("select room_id from bookings where id = " + id), "2");
+  save(times(2, "11:00", "12:00"), "", wish, 1);
+  EXPECT_EQ(conflicts().all("BKERR") + " " + conflicts().all("BOOKID"), "134 3");
+  execute("delete from bookings where id = 3");
+  execute("update rooms set capacity = 50 where id = 1");
+  execute(
+      "insert into room_statuses (room_id, status_id, applied_at) select 2, id, 0 from status_types where "
+      "for_rooms = 1 and effect = 3 limit 1");
+  EXPECT_EQ(conflicts().text(), "0|");
+  EXPECT_EQ(value("select room_id from bookings where id = " + id), "1") << "another room is found";
+}
+
+TEST_P(MonitorRequests, OneThingIsExpectedForOneWishOnly) {
+  charge(save(times(2, "09:30", "10:00"), "EID=1"));
+  charge(save(times(2, "09:30", "10:00"), "EID=2"));
+  const std::string two = std::string(anyTelevision) + "; " + anyTelevision;
+  save(times(2, "11:00", "12:00"), two);
+  EXPECT_EQ(conflicts().text(), "0|");
+  execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (2, 1, 0)");
+  EXPECT_EQ(conflicts().all("BKERR"), "135,135") << "one for two";
+  library().setNow(2, 10, 30);
+  settleDueBookings(library().database(), library().clock()());
+  execute("delete from equipment_statuses where equipment_id = 2 and status_id = 1");
+  EXPECT_EQ(conflicts().all("BKERR"), "131,131,135,135") << "neither came back in time";
+}
+
+TEST_P(MonitorRequests, WhatIsFetchedHereIsWatchedHere) {
+  save(times(2, "10:00", "11:00"), anyTelevision);
+  execute("update bookings set location_id = 2");
+  library().setNow(2, 10, 30);
+  EXPECT_EQ(conflicts().all("BKERR"), "124,135");
+  EXPECT_EQ(
+      send("GEPL", "CLI=1; LOC=1; STIME=2026-03-02 00:00:00; ETIME=2026-03-02 23:59:59; OI=1").all("CNUM"),
+      "0000001");
 }
 
 TEST_P(MonitorRequests, WhatWentMissingIsGivenAnew) {
