@@ -77,6 +77,7 @@ void QtPrinter::StartDoc() {
   pageLayout_ = QPageLayout(paper, landscape ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF());
   layout_.emplace(pageLayout_.fullRect(QPageLayout::Point).size() * kTwipsToThePoint);
   started_.start();
+  mayStop_ = true;
   stopped_ = false;
 }
 
@@ -119,7 +120,7 @@ bool QtPrinter::tellProgress(const QString& text, int done, int total) {
     progress_ = std::make_unique<QProgressDialog>(QApplication::activeWindow());
     progress_->setObjectName("printing");
     progress_->setWindowTitle("Printing");
-    progress_->setCancelButtonText("&Stop");
+    progress_->setCancelButtonText(mayStop_ ? "&Stop" : QString());
     progress_->setWindowModality(Qt::ApplicationModal);
     progress_->setAutoReset(false);
     progress_->setMinimumDuration(0);
@@ -130,7 +131,7 @@ bool QtPrinter::tellProgress(const QString& text, int done, int total) {
   progress_->setMaximum(total);
   progress_->setLabelText(text);
   progress_->setValue(done);  // handles what the operator does in the dialog
-  stopped_ = progress_->wasCanceled();
+  stopped_ = mayStop_ && progress_->wasCanceled();
   return !stopped_;
 }
 
@@ -171,8 +172,9 @@ PrintResult QtPrinter::printOnPaper() {
   printer.setDocName(qt(DocumentName));
   printer.setFullPage(true);
   printer.setPageLayout(pageLayout_);
+  mayStop_ = false;
+  if (progress_) progress_->setCancelButton(nullptr);
   const bool painted = printer.isValid() && paintPages(printer);
-  if (stopped_) printer.abort();
   const bool printed = painted && printer.printerState() != QPrinter::Error;
   return printed ? PrintResult{} : failed;
 }

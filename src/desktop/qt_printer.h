@@ -58,6 +58,7 @@ class QtPrinter final : public Printer {
   QElapsedTimer started_;
   QElapsedTimer told_;
   std::unique_ptr<QProgressDialog> progress_;  ///< once the document takes long
+  bool mayStop_ = true;  ///< until the pages go to a printer, which cannot take them back
   bool stopped_ = false;
 };
 
