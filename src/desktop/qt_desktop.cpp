@@ -17,6 +17,7 @@
 #include "desktop/form_window.h"
 #include "desktop/help_window.h"
 #include "desktop/menus.h"
+#include "desktop/qt_printer.h"
 #include "desktop/qtext.h"
 #include "desktop/scan_reader.h"
 #include "desktop/sound.h"
@@ -455,6 +456,11 @@ std::string QtDesktop::clipboardText() {
 
 void QtDesktop::copyToClipboard(std::string_view text) {
   QGuiApplication::clipboard()->setText(qt(text));
+}
+
+Printer& QtDesktop::printer() {
+  if (!printer_) printer_ = std::make_unique<QtPrinter>();
+  return *printer_;
 }
 
 void QtDesktop::playSound(std::string_view file) {

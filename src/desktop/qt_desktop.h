@@ -18,6 +18,7 @@ namespace vantry {
 
 class FormWindow;
 class HelpWindow;
+class QtPrinter;
 class ScanReader;
 class SoundPlayer;
 class TextWidths;
@@ -66,6 +67,7 @@ class QtDesktop final : public QObject, public Desktop {
   std::optional<Colour> chooseColour(Colour initial) override;
   std::string clipboardText() override;
   void copyToClipboard(std::string_view text) override;
+  Printer& printer() override;
   void playSound(std::string_view file) override;
   void openBrowser(std::string_view address) override;
   void showHelp(std::string_view topic) override;
@@ -114,6 +116,7 @@ class QtDesktop final : public QObject, public Desktop {
   std::map<const Timer*, Ticking> timers_;
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<SoundPlayer> sound_;
+  std::unique_ptr<QtPrinter> printer_;
   std::array<std::unique_ptr<TextWidths>, 2> textWidths_;  ///< by `TextWeight`; made with the first use
   std::set<Windows*> toSweep_;
   std::unique_ptr<ScanReader> reader_;

@@ -23,6 +23,9 @@ class Reports {
   virtual void print(const frmRoom& window) = 0;
   virtual void print(const frmGroup& window) = 0;
   virtual void print(const frmMaintenance& window) = 0;
+
+  /// False when the last report failed or was stopped: the records that follow are not to be printed either.
+  [[nodiscard]] virtual bool goesOn() const = 0;
 };
 
 }  // namespace vantry

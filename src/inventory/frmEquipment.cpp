@@ -227,6 +227,7 @@ void frmEquipment::refreshLists() {
 // Commands
 
 void frmEquipment::mnuFilePrint_Click() {
+  readPage(kNotesPage);
   app_.reports().print(*this);
 }
 

@@ -103,6 +103,8 @@ void frmGroup::copyEnds() {
 }
 
 void frmGroup::mnuFilePrint_Click() {
+  readPage(kThirdPage);
+  readPage(kNotesPage);
   app_.reports().print(*this);
 }
 

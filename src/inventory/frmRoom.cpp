@@ -157,6 +157,8 @@ void frmRoom::copyEnds() {
 }
 
 void frmRoom::mnuFilePrint_Click() {
+  readPage(kThirdPage);
+  readPage(kNotesPage);
   app_.reports().print(*this);
 }
 

@@ -167,6 +167,11 @@ std::string_view InventoryView::selectedCategory() const {
 
 // The list of a node
 
+std::string InventoryView::reportText() const {
+  const TreeNode* node = tvwDB.find(tvwDB.SelectedKey.get());
+  return node ? node->text : std::string();
+}
+
 void InventoryView::tvwDB_NodeClick() {
   refresh();
   fa.ScrollToTop();

@@ -26,6 +26,7 @@ class InventoryView : public MainView {
   /// Reads the list of the selected node.
   void refresh() override;
   ReplyList* list() override { return &list_; }
+  std::string reportText() const override;
   void sorted() override { fa_Click(); }
   void takePreferences(Applies what) override;
   void secure(const Rights& rights) override;

@@ -107,6 +107,11 @@ class InventoryWindow : public RecordWindow {
   /// Its panel of notes; nullptr for none.
   [[nodiscard]] virtual NotesPanel* notesPanel() { return nullptr; }
 
+  /// Reads what a page reads at its first visit, for a report. A record that is not stored has nothing there.
+  void readPage(int page) {
+    if (isStored()) pages_->visit(page);
+  }
+
   // Opening. `readRecord` asks for the record and shows it; a refused request leaves empty fields.
   virtual void readRecord() = 0;
   /// Asks for the record. A refusal is reported.

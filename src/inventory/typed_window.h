@@ -35,6 +35,9 @@ class TypedWindow : public InventoryWindow {
   TextBox txtHIST_BKNGS{fraProperties, "txtHIST_BKNGS"};
 
  protected:
+  static constexpr int kThirdPage = 2;
+  static constexpr int kNotesPage = 3;
+
   /// The controls of type, number and status, which the deriving window has.
   struct Controls {
     ComboBox& type;

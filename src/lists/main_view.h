@@ -26,6 +26,8 @@ class MainView {
   virtual void refresh() {}
   /// The list that the window sorts and merges; nullptr for a view without one.
   virtual ReplyList* list() { return nullptr; }
+  /// What the title of the printed list ends with: the date, the room, the node that was chosen.
+  virtual std::string reportText() const { return {}; }
   /// The list was sorted: what belonged to a row belongs to it no longer.
   virtual void sorted() {}
   /// Takes the preferences that one step of their reading has completed.

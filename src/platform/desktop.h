@@ -86,8 +86,8 @@ class Desktop {
   virtual std::string clipboardText() = 0;
   virtual void copyToClipboard(std::string_view text) = 0;
 
-  /// What reports are printed with; nullptr where nothing can be printed.
-  virtual Printer* printer() { return nullptr; }
+  /// What reports are printed with.
+  virtual Printer& printer() = 0;
   /// Plays a wave file; a file that does not exist is silence.
   virtual void playSound(std::string_view file) = 0;
   virtual void openBrowser(std::string_view address) = 0;

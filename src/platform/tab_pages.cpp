@@ -12,14 +12,17 @@ TabPages::TabPages(TabStrip& strip, std::vector<Page> pages) : strip_(strip), pa
   strip_.Click = [this] { show(); };
 }
 
+void TabPages::visit(int page) {
+  raise(std::exchange(pages_.at(static_cast<std::size_t>(page)).firstVisit, {}));
+}
+
 void TabPages::show() {
   const int next = strip_.SelectedTab;
   if (next == shown_ || next < 0 || next >= count()) return;
   // Never both at once: a window that has to hold two pages grows, and stays so.
   pages_[static_cast<std::size_t>(std::exchange(shown_, next))].frame.Visible = false;
-  Page& page = pages_[static_cast<std::size_t>(next)];
-  raise(std::exchange(page.firstVisit, {}));
-  if (shown_ == next) page.frame.Visible = true;
+  visit(next);
+  if (shown_ == next) pages_[static_cast<std::size_t>(next)].frame.Visible = true;
   raise(Changed);
 }
 

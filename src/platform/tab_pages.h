@@ -27,6 +27,9 @@ class TabPages {
   int selected() const { return strip_.SelectedTab; }
   void select(int page) { strip_.SelectedTab = page; }
 
+  /// Reads what a page reads at its first visit, without showing it.
+  void visit(int page);
+
   Event Changed;  ///< another page is shown
 
  private:

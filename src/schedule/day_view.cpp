@@ -115,6 +115,10 @@ void DayView::BuildBookingFlexArray() {
   list_.build({.columns = kColumns, .walk = tags::BOOKID});
 }
 
+std::string DayView::reportText() const {
+  return dtViewBookings.shortDate();
+}
+
 void DayView::open() {
   // A new date reads the list by its own change.
   if (dtViewBookings.Value.get() == parts().dtTempDate.Value.get()) return refresh();

@@ -26,6 +26,7 @@ class DayView : public MainView {
   void open() override;
   void refresh() override { GetBookingsForDate(); }
   ReplyList* list() override { return &list_; }
+  std::string reportText() const override;
   /// No row is selected any more: the commands on one are off.
   void sorted() override;
   void takePreferences(Applies what) override;

@@ -127,6 +127,7 @@ class frmMain : public Form, public MainWindow {
   void listBarClicked(std::string_view key);
   void takeColours();
   void disablePrintCommands();
+  void printDetails(const std::vector<std::string>& ids);
   void adjustViewEntries();
   void fillViewCombo(Mode mode);
   void runNewRecord();

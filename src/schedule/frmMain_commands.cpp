@@ -294,18 +294,6 @@ void frmMain::mnuFileNewPickup_Click() {
 
 // Windows and commands of higher floors
 
-void frmMain::mnuFilePrintDetail_Click() {
-  app_.makers.run("PrintDetail", app_);
-}
-
-void frmMain::mnuFilePrintDetailAll_Click() {
-  app_.makers.run("PrintDetailAll", app_);
-}
-
-void frmMain::mnuFilePrintListing_Click() {
-  app_.makers.run("PrintListing", app_);
-}
-
 void frmMain::mnuToolsOptions_Click() {
   const bool before = app_.preferences.MergeCells;
   app_.makers.run("frmOptions", app_);

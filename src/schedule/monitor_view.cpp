@@ -426,6 +426,10 @@ void RoomScheduleView::open() {
   cboMediaSchedRooms.ListIndex = std::max(index, kNoRoom);  // its click reads the list
 }
 
+std::string RoomScheduleView::reportText() const {
+  return cboMediaSchedRooms.Text();
+}
+
 bool RoomScheduleView::asks() const {
   return cboMediaSchedRooms.ListIndex > kNoRoom;
 }

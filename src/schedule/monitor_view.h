@@ -108,6 +108,7 @@ class RoomScheduleView : public MonitorView {
 
   /// Reads the rooms; the one that was chosen stays so.
   void open() override;
+  std::string reportText() const override;
 
  protected:
   void addTags() override;

@@ -37,6 +37,7 @@ class PickListView : public MainView {
   /// The list stays as it was read, with its span.
   void open() override;
   ReplyList* list() override { return &list_; }
+  std::string reportText() const override { return span_; }
 
   void optDateRange_Click();
   void cmdToday_Click();

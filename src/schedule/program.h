@@ -4,8 +4,8 @@
 
 #include "circulation/circulation_dialogs.h"
 #include "frame/app.h"
+#include "reports/modPrint.h"
 #include "schedule/frmMain.h"
-#include "schedule/missing_reports.h"
 
 namespace vantry {
 
@@ -21,7 +21,7 @@ class Program {
 
  private:
   CirculationDialogs circulation_;
-  MissingReports reports_;
+  modPrint reports_;
 };
 
 }  // namespace vantry

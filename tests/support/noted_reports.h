@@ -23,6 +23,7 @@ struct NotedReports : Reports {
   void print(const frmRoom&) override { ++details; }
   void print(const frmGroup&) override { ++details; }
   void print(const frmMaintenance&) override { ++details; }
+  bool goesOn() const override { return true; }
 };
 
 }  // namespace vantry::test

@@ -53,7 +53,6 @@ class ScriptedDesktop : public Desktop {
   Box lastBox;  ///< the last box as it came
   std::string clipboard;
   ScriptedPrinter pages;
-  bool hasPrinter = true;
   std::vector<std::string> sounds;
   std::vector<std::string> addresses;
   std::vector<std::string> helpTopics;
@@ -83,7 +82,7 @@ class ScriptedDesktop : public Desktop {
   std::optional<Colour> chooseColour(Colour initial) override;
   std::string clipboardText() override { return clipboard; }
   void copyToClipboard(std::string_view text) override { clipboard = text; }
-  Printer* printer() override { return hasPrinter ? &pages : nullptr; }
+  Printer& printer() override { return pages; }
   void playSound(std::string_view file) override { sounds.emplace_back(file); }
   void openBrowser(std::string_view address) override { addresses.emplace_back(address); }
   void showHelp(std::string_view topic) override { helpTopics.emplace_back(topic); }

@@ -2,28 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 namespace vantry::test {
 namespace {
 
 constexpr int kLetterWidth = 12240;
 constexpr int kLetterHeight = 15840;
-
-/// The parts of a text that ends in ";" or "|", or not.
-std::vector<std::string> split(std::string_view text, char sign) {
-  std::vector<std::string> parts;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find(sign), text.size());
-    parts.emplace_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return parts;
-}
-
-std::size_t columnsOf(std::string_view widths) {
-  return static_cast<std::size_t>(std::count(widths.begin(), widths.end(), '|')) + 1;
-}
 
 }  // namespace
 
@@ -45,11 +28,14 @@ void ScriptedPrinter::StartDoc() {
   text_ = Orientation == PageOrientation::Landscape ? "{landscape}\n" : "";
 }
 
-void ScriptedPrinter::EndDoc() {
+PrintResult ScriptedPrinter::EndDoc() {
   EXPECT_TRUE(open_) << "no document was started";
   open_ = false;
-  (Preview ? previewed : printed).push_back(std::move(text_));
+  using enum PrintResult::Outcome;
+  const bool kept = result.outcome == Printed || result.outcome == Filed;
+  if (Preview || kept) (Preview ? previewed : printed).push_back(std::move(text_));
   text_.clear();
+  return result;
 }
 
 void ScriptedPrinter::write(std::string_view line) {
@@ -71,18 +57,17 @@ void ScriptedPrinter::DrawLine(int x1, int y1, int x2, int y2) {
   text_ += "----\n";
 }
 
-void ScriptedPrinter::writeRow(std::string_view row, std::size_t columns) {
-  const auto cells = split(row, '|');
-  EXPECT_LE(cells.size(), columns) << "more cells than columns: " << row;
+void ScriptedPrinter::writeRow(const std::vector<std::string>& cells, std::size_t columns) {
   std::string line;
   for (const std::string& cell : cells) line += (&cell == cells.data() ? "" : " | ") + cell;
+  EXPECT_LE(cells.size(), columns) << "more cells than columns: " << line;
   write(line);
 }
 
 void ScriptedPrinter::AddTable(std::string_view widths, std::string_view headings, std::string_view rows) {
-  const std::size_t columns = columnsOf(widths);
-  for (const std::string& row : split(headings, ';')) writeRow(row, columns);
-  for (const std::string& row : split(rows, ';')) writeRow(row, columns);
+  const std::size_t columns = tableRows(widths).at(0).size();
+  for (const auto& row : tableRows(headings)) writeRow(row, columns);
+  for (const auto& row : tableRows(rows)) writeRow(row, columns);
 }
 
 }  // namespace vantry::test
