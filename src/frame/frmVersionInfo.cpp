@@ -19,7 +19,6 @@ frmVersionInfo::frmVersionInfo(Windows& all, Desktop& desktop, const Clock& cloc
     lstV_I_Resource.AddItem(failure.required + kGap + failure.error);
   cmdV_I_Exit.Default = true;
   cmdV_I_Exit.Cancel = true;
-  cmdV_I_PrintList.Enabled = desktop.printer() != nullptr;
   on(cmdV_I_PrintList.Click, this, &frmVersionInfo::cmdV_I_PrintList_Click);
   on(cmdV_I_Exit.Click, this, &frmVersionInfo::cmdV_I_Exit_Click);
   Layout = Column{lblV_I_Heading, lstV_I_Resource, lblV_I_Corrected,
@@ -27,17 +26,20 @@ frmVersionInfo::frmVersionInfo(Windows& all, Desktop& desktop, const Clock& cloc
 }
 
 void frmVersionInfo::cmdV_I_PrintList_Click() {
-  Printer* printer = desktop_.printer();
-  if (!printer) return;
+  Printer& printer = desktop_.printer();
   const DateTime now = clock_.now();
-  printer->FontName = "Arial";
-  printer->StartDoc();
-  printer->Paragraph("Resource Validation Errors");
-  printer->Paragraph(formatDate(now.date, desktop_.shortDateFormat()) + "  " + hourMinuteAmPm(now.time));
-  printer->Paragraph("");
-  printer->Paragraph(lblV_I_Heading.Caption.get());
-  for (int i = 0; i < lstV_I_Resource.ListCount(); ++i) printer->Paragraph(lstV_I_Resource.List(i));
-  printer->EndDoc();
+  printer.FontName = "Arial";
+  printer.StartDoc();
+  printer.Paragraph("Resource Validation Errors");
+  printer.Paragraph(formatDate(now.date, desktop_.shortDateFormat()) + "  " + hourMinuteAmPm(now.time));
+  printer.Paragraph("");
+  printer.Paragraph(lblV_I_Heading.Caption.get());
+  for (int i = 0; i < lstV_I_Resource.ListCount(); ++i) printer.Paragraph(lstV_I_Resource.List(i));
+  const PrintResult result = printer.EndDoc();
+  if (result.outcome == PrintResult::Outcome::Filed)
+    informationBox(desktop_, "Printed to \"" + result.text + "\"");
+  if (result.outcome == PrintResult::Outcome::Failed)
+    criticalBox(desktop_, "The list could not be printed.\n\n" + result.text);
 }
 
 bool ComponentsAreValid(Desktop& desktop, const Clock& clock, const ComponentFiles& files,

@@ -74,11 +74,15 @@ TEST_F(ComponentWindow, ListsAndPrintsWhatIsWrong) {
   EXPECT_THAT(desktop.pages.printed.front(), testing::HasSubstr("b.ini           File is missing."));
 }
 
-TEST_F(ComponentWindow, WithoutAPrinterItOnlyLists) {
-  desktop.hasPrinter = false;
+TEST_F(ComponentWindow, TellsWhereTheListWentAndWhyItDidNot) {
   const std::string_view list[] = {"a.so~1.0~1.0~=~"};
-  desktop.expectModalWindow<frmVersionInfo>("frmVersionInfo", [](frmVersionInfo& window) {
-    EXPECT_FALSE(window.cmdV_I_PrintList.Enabled);
+  desktop.expectModalWindow<frmVersionInfo>("frmVersionInfo", [&](frmVersionInfo& window) {
+    desktop.pages.result = {PrintResult::Outcome::Filed, "/home/desk/list.pdf"};
+    desktop.expectInformation("Printed to \"/home/desk/list.pdf\"");
+    window.cmdV_I_PrintList.press();
+    desktop.pages.result = {PrintResult::Outcome::Failed, "No space is left."};
+    desktop.expectCritical("The list could not be printed.\n\nNo space is left.");
+    window.cmdV_I_PrintList.press();
     window.cmdV_I_Exit.press();
   });
   EXPECT_FALSE(ComponentsAreValid(desktop, clock, ScriptedFiles{}, list[0], list));
