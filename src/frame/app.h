@@ -91,8 +91,8 @@ class App {
   Preferences preferences;
   DaySlots daySlots;
   int daemonPeriod = 0;  ///< milliseconds between refreshes of the Schedule Monitor; 0 for none
-  /// The locations whose bookings the monitor watches, joined by "|"; "0" or empty for all that the operator may
-  /// work at. For this session.
+  /// The locations whose bookings the monitor watches, joined by "|", for this session; "0" or empty for all
+  /// at which the operator may work.
   std::string monitorLocations;
   Mode mode = Mode::None;
   RecordSlots slots;
