@@ -29,7 +29,8 @@ constexpr const char* columns =
 
 constexpr const char* byStart = " order by b.starts_at, b.id";
 
-void visitRows(Query& query, const MonitorVisitor& visit) {
+/// There are few bookings at a time, whose parts are best reached one by one.
+void visitRows(Connection& db, Query& query, const MonitorVisitor& visit) {
   MonitorBooking row;
   WatchedBooking& watched = row.watched;
   NameParts requester;
@@ -46,6 +47,7 @@ void visitRows(Query& query, const MonitorVisitor& visit) {
              pickup.middle, row.place, row.setupStaffId, setup.last, setup.first, setup.middle,
              cleanupStaffId, cleanup.last, cleanup.first, cleanup.middle, row.note, row.items, row.equipment,
              watched.brings);
+  planForSearch(db);
   while (query.next()) {
     watched.status = static_cast<BookingStatus>(status);
     watched.taken = takenFor(watched.times, setupMinutes, cleanupMinutes);
@@ -56,6 +58,7 @@ void visitRows(Query& query, const MonitorVisitor& visit) {
     row.cleanupStaff = cleanup.whole();
     visit(row);
   }
+  planAsUsual(db);
 }
 
 }  // namespace
@@ -87,7 +90,7 @@ std::string openAt(Connection& db) {
 void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
   Query query(db, columns + openAt(db) + byStart);
   query.bind("desks", keysText(desks)).bind("until_at", until);
-  visitRows(query, visit);
+  visitRows(db, query, visit);
 }
 
 void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment until,
@@ -98,13 +101,13 @@ void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment unti
                        ":until_at") +
                       byStart);
   query.bind("desks", keysText(desks)).bind("now", now).bind("until_at", until);
-  visitRows(query, visit);
+  visitRows(db, query, visit);
 }
 
 void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
   Query query(db, columns + openAt(db) + " and b.booking_type = 3 and b.status = 0" + byStart);
   query.bind("desks", keysText(desks)).bind("until_at", until);
-  visitRows(query, visit);
+  visitRows(db, query, visit);
 }
 
 void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessionDesk, Moment until,
@@ -115,7 +118,7 @@ void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessi
                       "y.library_id where w.id = :desk)" +
                       byStart);
   query.bind("room_id", roomId).bind("until_at", until).bind("desk", sessionDesk);
-  visitRows(query, visit);
+  visitRows(db, query, visit);
 }
 
 std::vector<ThingOfBooking> thingsOfBooking(Connection& db, std::int64_t bookingId) {

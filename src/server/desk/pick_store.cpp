@@ -47,7 +47,9 @@ void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
   bindSpan(query, desks, span);
   query.into(row.bookingId, row.bookingType, row.first, row.last, row.staffStartsAt, row.location,
              row.barcode, row.type, row.number, row.room);
+  planForSearch(db);
   while (query.next()) visit(row);
+  planAsUsual(db);
 }
 
 void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
@@ -69,7 +71,9 @@ void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
   query.into(row.bookingId, row.bookingType, row.first, row.last, row.staffStartsAt, row.location,
              row.barcode, row.type, row.title, row.searchTitle, row.callNumber, row.searchCallNumber,
              row.enumeration, row.chronology, row.itemType, row.titleId, row.holdingId, row.itemId);
+  planForSearch(db);
   while (query.next()) visit(row);
+  planAsUsual(db);
 }
 
 }  // namespace vantry::server

@@ -184,14 +184,14 @@ std::optional<ForbiddenPiece> firstForbidden(Connection& db, std::span<const std
 std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion) {
   return notesBy(db,
                  "select n.content from equipment_notes n join note_types t on t.id = n.note_type_id "
-                 "where n.equipment_id = :id and t.popup_kind = :occasion order by t.id desc",
+                 "where n.equipment_id = :id and cast(t.popup_kind as bigint) = :occasion order by t.id desc",
                  id, occasion);
 }
 
 std::string popupNoteOfRoom(Connection& db, std::int64_t id, std::int64_t occasion) {
   return notesBy(db,
                  "select n.content from room_notes n join note_types t on t.id = n.note_type_id "
-                 "where n.room_id = :id and t.popup_kind = :occasion order by t.id desc",
+                 "where n.room_id = :id and cast(t.popup_kind as bigint) = :occasion order by t.id desc",
                  id, occasion);
 }
 

@@ -136,7 +136,7 @@ TEST_P(TwoDesks, ChargeOneBookingOnce) {
 }
 
 TEST_P(TwoDesks, AskForConflictsTogetherAndAWishGetsOneThing) {
-  const std::string ask = "LOC=1; DHRS=24; RHRS=24; PHRS=24";
+  const std::string ask = "LOC=1; DHRS=8784; RHRS=8784; PHRS=8784";
   for (const Desks& desks : {ofOneServer, ofTwoServers}) {
     for (int round = 0; round < rounds; ++round) {
       send("NEWBK", booking(timesOf(round), "LOC=1", 3, "ETI=1; IFL=N; MTID=1; BI=1; MI=0; IM=0"));

@@ -159,7 +159,8 @@ void fillForPlanning(Connection& db) {
 
 /// Searches join by indexes, and so does what is asked of many rows at once.
 void joinAs(Connection& db, const std::string& code, const std::string& sql) {
-  const bool ofMany = sql.find(":rows") != std::string::npos || sql.find(":keys") != std::string::npos;
+  const auto binds = [&](const char* name) { return sql.find(name) != std::string::npos; };
+  const bool ofMany = binds(":rows") || binds(":keys") || binds(":desks") || code == "GRS";
   const std::string others = code == "FIND" || ofMany ? "off" : "on";
   db.run("set enable_hashjoin = " + others);
   db.run("set enable_mergejoin = " + others);
