@@ -1,5 +1,8 @@
 #include "server/desk/monitor_store.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "server/base/person_name.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -75,22 +78,21 @@ Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk)
   return desks;
 }
 
-namespace {
-
-/// Bookings that are not over, of the desks or to be fetched at one of them.
-std::string openAt(Connection& db) {
-  const std::string desks = keysIn(db, "desks");
-  const std::string open = " and x.status in (0, 99, 999) and x.starts_at < :until_at";
-  return "b.id in (select x.id from bookings x where x.location_id in (" + desks + ")" + open +
-         " union select x.id from bookings x where x.pickup_location_id in (" + desks + ")" + open + ")";
-}
-
-}  // namespace
-
 void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
-  Query query(db, columns + openAt(db) + byStart);
-  query.bind("desks", keysText(desks)).bind("until_at", until);
-  visitRows(db, query, visit);
+  const std::string open = " and b.status in (0, 99, 999) and b.starts_at < :until_at";
+  std::vector<MonitorBooking> all;
+  // Each has an index of its own, which one statement for both would not use.
+  for (const char* place : {"b.location_id in (", "b.pickup_location_id in ("}) {
+    Query query(db, columns + (place + keysIn(db, "desks")) + ")" + open);
+    query.bind("desks", keysText(desks)).bind("until_at", until);
+    visitRows(db, query, [&](const MonitorBooking& row) { all.push_back(row); });
+  }
+  const auto place = [](const MonitorBooking& row) { return std::pair(row.watched.times.from, row.id); };
+  std::ranges::sort(all, {}, place);
+  std::int64_t last = 0;
+  for (const MonitorBooking& row : all) {
+    if (std::exchange(last, row.id) != row.id) visit(row);
+  }
 }
 
 void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment until,
@@ -105,9 +107,10 @@ void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment unti
 }
 
 void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
-  Query query(db, columns + openAt(db) + " and b.booking_type = 3 and b.status = 0" + byStart);
-  query.bind("desks", keysText(desks)).bind("until_at", until);
-  visitRows(db, query, visit);
+  visitOpenBookings(db, desks, until, [&](const MonitorBooking& row) {
+    const WatchedBooking& watched = row.watched;
+    if (watched.type == bookingType::pickup && watched.status == BookingStatus::Live) visit(row);
+  });
 }
 
 void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessionDesk, Moment until,
