@@ -95,7 +95,7 @@ void frmLogon::cmdOK_Click() {
       say("There were too many tries. Please wait a little, then try again.");
       break;
     case LogonResult::Unreachable:
-      say(std::move(answer.reason));
+      say(answer.reason);
       break;
   }
 }

@@ -43,7 +43,7 @@ void frmPassword::say(const std::string& text) {
 }
 
 void frmPassword::refuse(std::string text, TextBox& field) {
-  say(std::move(text));
+  say(text);
   field.Text = "";
   field.SetFocus();
 }
