@@ -118,7 +118,7 @@ bool frmBarcodes::save() {
   // is left.
   const int row = rowWith(kBarcode, added);
   if (row > 0 && !remove(row)) return false;
-  if (!askForRecord(app_, ask_, "NEWEGBAR",
+  if (!askForRecord(ask_, "NEWEGBAR",
                     {{tags::EID, id_},
                      {tags::BNO, added},
                      {tags::ULI, app_.context.locationId},

@@ -156,18 +156,8 @@ void frmEquipment::addRecord(bool created) {
   if (created && CallerView == kSourceGroup) app_.message.Add(tags::GRPID, caller_.id);
 }
 
-bool frmEquipment::isKnownVersion() const {
-  return PieceWindow::isKnownVersion() && messageValue(tags::ENM) == knownMaintenance_;
-}
-
-void frmEquipment::takeVersion() {
-  PieceWindow::takeVersion();
-  knownMaintenance_ = messageValue(tags::ENM);
-}
-
 void frmEquipment::takeReply(bool created) {
   PieceWindow::takeReply(created);
-  knownMaintenance_ = ServerTools::GetControlDate(dtEQUIP_NXT_MAINT);
   const std::string value = messageValue(tags::MVL);
   // A piece of another group says nothing of the caller's value.
   if (CallerView != kSourceGroup || value.empty() || txtGroup.Tag != caller_.id) return;
@@ -190,15 +180,14 @@ bool frmEquipment::saveMore(bool created) {
     return false;
   }
   if (!joinSucceeded(app_, ask_, rc)) return true;
-  showGroupValue(messageValue(tags::MVL));
-  // It is kept where its group is from now on.
-  if (askForStored()) place.showStored();
+  const std::string value = messageValue(tags::MVL);
+  place.showGroups();
+  showGroupValue(value);
   return true;
 }
 
 void frmEquipment::takeNextMaintenance(const std::optional<Date>& date) {
   showQuietly([&] { dtEQUIP_NXT_MAINT.Value = date; });
-  knownMaintenance_ = ServerTools::GetControlDate(dtEQUIP_NXT_MAINT);
 }
 
 /// The field shows what the group is worth now. The piece keeps its own value in later saves, unless the

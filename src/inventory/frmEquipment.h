@@ -50,8 +50,6 @@ class frmEquipment : public PieceWindow {
   void addValues() override;
   void addRecord(bool created) override;
   void takeReply(bool created) override;
-  [[nodiscard]] bool isKnownVersion() const override;
-  void takeVersion() override;
   void copyEnds() override;
   [[nodiscard]] bool saveMore(bool created) override;
   void refreshLists() override;
@@ -73,7 +71,6 @@ class frmEquipment : public PieceWindow {
   GroupSlots caller_;                    ///< the group that the piece was opened from
   std::optional<std::string> ownValue_;  ///< of the piece, while its field shows that of the group
   std::string groupValue_;
-  std::string knownMaintenance_;  ///< the stored next date, which maintenance records set as well
 };
 
 }  // namespace vantry

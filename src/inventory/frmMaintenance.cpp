@@ -196,7 +196,6 @@ void frmMaintenance::takeReply(bool created) {
 }
 
 void frmMaintenance::showReply(bool created) {
-  InventoryWindow::takeReply(created);
   const auto valueOf = [this](std::string_view tag) { return app_.message.Get(tag); };
   created ? propertyFields.showCreated(valueOf) : propertyFields.showUpdated(valueOf);
 }
@@ -211,7 +210,7 @@ bool frmMaintenance::saveMore(bool) {
 void frmMaintenance::sendStatus(std::string_view code) {
   // A failure is reported, and the save goes on.
   static_cast<void>(askForRecord(
-      app_, ask_, code,
+      ask_, code,
       {{tags::EID, pieceId_}, {tags::SID, chkIN_MAINT.Tag.get()}, {tags::ULI, app_.context.locationId}}));
 }
 
@@ -256,7 +255,6 @@ void frmMaintenance::txtBARCODE_NO_DblClick() {
   const std::string barcode = upper(window.barcode);
   showQuietly([&] { txtBARCODE_NO.Text = barcode; });
   if (!isStored()) return save();
-  if (!mayReplaceStored()) return;
   const bool stored = ask_(
       "UPDEMAINTD", {{tags::MID, recordId()}, {tags::EID, pieceId_}, {tags::BNO, txtBARCODE_NO.Text.get()}});
   if (stored) showReply(false);

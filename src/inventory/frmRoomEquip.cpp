@@ -44,7 +44,7 @@ void frmRoomEquip::cmdOK_Click() {
     informationBox(app_.desktop,
                    "Room is used in an existing booking.  Equipment cannot be removed at this time.");
   } else {
-    moved = recordSucceeded(app_, ask_, rc, "ADDREQP");
+    moved = recordSucceeded(ask_, rc, "ADDREQP");
   }
   Hide();
 }

@@ -173,7 +173,7 @@ void frmStatus::cmdAddStatus_Click() {
   frmNotes notes(app_, "Status Note", "Enter a note for this status.");
   notes.ShowModal();
   // A cancelled note is an empty one: the status is applied all the same.
-  if (!askForRecord(app_, ask_, kind_.apply,
+  if (!askForRecord(ask_, kind_.apply,
                     {{kind_.id, id_},
                      {tags::SID, type.id},
                      {tags::SNO, notes.note},

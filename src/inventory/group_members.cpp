@@ -95,7 +95,7 @@ void GroupMembers::take(const MemberThing& thing) {
   const int rc = ask_.codeOf(
       "REMGITM", {{tags::EID, thing.id}, {tags::GRPID, recordId()}, {tags::ULI, group_.place.locationId()}});
   const bool hadBookings = rc == codes::HeldByBookings;
-  if (!hadBookings && !recordSucceeded(app_, ask_, rc, "REMGITM")) return;
+  if (!hadBookings && !recordSucceeded(ask_, rc, "REMGITM")) return;
   group_.takeMembersValue(app_.message.Get(tags::MVL));
   forgetUndo();
   const bool stays = hadBookings && app_.message.Get(tags::BX) == "Y" && staysInBookings(thing.id);
@@ -117,7 +117,7 @@ bool GroupMembers::staysInBookings(const std::string& pieceId) {
                    "equipment in those future bookings?"))
     return false;
   // A failure is reported; the piece has left the group all the same.
-  static_cast<void>(askForRecord(app_, ask_, "AETGB", {{tags::EID, pieceId}, {tags::GRPID, recordId()}}));
+  static_cast<void>(askForRecord(ask_, "AETGB", {{tags::EID, pieceId}, {tags::GRPID, recordId()}}));
   return true;
 }
 

@@ -35,10 +35,10 @@ const RemovalRow& removalOf(int kind) {
 
 bool RemoveInventoryRecord(App& app, const Ask& ask, int kind, std::string_view id) {
   const RemovalRow& row = removalOf(kind);
-  if (!row.verified.empty() && !recordSucceeded(app, ask, VerifyDelete(app, id, row.verified), "VERDELE"))
+  if (!row.verified.empty() && !recordSucceeded(ask, VerifyDelete(app, id, row.verified), "VERDELE"))
     return false;
   if (!questionBox(app.desktop, "Are you sure you want to DELETE this record?")) return false;
-  if (!askForRecord(app, ask, row.code, {{row.id, id}})) return false;
+  if (!askForRecord(ask, row.code, {{row.id, id}})) return false;
   RefreshAssignedNumbers(app, static_cast<RecordKind>(kind == kGroupMember ? kEquipment : kind));
   return true;
 }

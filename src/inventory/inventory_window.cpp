@@ -110,9 +110,7 @@ bool InventoryWindow::loadRecord() {
 }
 
 bool InventoryWindow::askForStored() {
-  if (!askForRecord(app_, ask_, kind_.read, {{kind_.idTag, id_}})) return false;
-  takeVersion();
-  return true;
+  return askForRecord(ask_, kind_.read, {{kind_.idTag, id_}});
 }
 
 void InventoryWindow::recordIsShown() {
@@ -133,7 +131,6 @@ void InventoryWindow::Save() {
   if (!requiredAreFilled()) return;
   const bool wasCopy = copy_;
   const bool created = isNew() || wasCopy;
-  if (!created && !mayReplaceStored()) return;
   const bool stored = send(created);
   if (!stored && kind_.refusalEndsSave) return;
   // A refused save goes on, on purpose: the record counts as saved, and its next save is an update.
@@ -152,34 +149,9 @@ void InventoryWindow::Save() {
   refreshNumbers();
 }
 
-/// The requests that store a record do not tell which version of it the operator has seen. So the record is
-/// read again before it is stored: what somebody else has changed meanwhile is not lost without a question.
-/// A failure is not reported here, since the save that follows tells it.
-bool InventoryWindow::mayReplaceStored() {
-  if (id_.empty() || ask_.codeOf(kind_.read, {{kind_.idTag, id_}}) != 0) return true;
-  if (isKnownVersion()) return true;
-  const bool isUpdated = app_.message.Get(tags::UDT) != knownUpdate_;
-  if (!askToReplace(app_.desktop, "record", isUpdated ? app_.message.Get(tags::UNM) : std::string()))
-    return holdBack();
-  takeVersion();
-  return true;
-}
-
-bool InventoryWindow::isKnownVersion() const {
-  return app_.message.Get(tags::UDT) == knownUpdate_;
-}
-
-void InventoryWindow::takeVersion() {
-  knownUpdate_ = app_.message.Get(tags::UDT);
-}
-
 bool InventoryWindow::holdBack() {
   heldBack_ = true;
   return false;
-}
-
-void InventoryWindow::takeReply(bool created) {
-  knownUpdate_ = created ? std::string() : app_.message.Get(tags::UDT);
 }
 
 bool InventoryWindow::send(bool created) {
@@ -192,7 +164,7 @@ bool InventoryWindow::send(bool created) {
                "This record is not stored, since its first save was refused.\n\nPlease enter it again.");
     return false;
   }
-  if (!recordSucceeded(app_, ask_, rc, code)) return false;
+  if (!recordSucceeded(ask_, rc, code)) return false;
   if (created) {
     id_ = app_.message.Get(kind_.idTag);
     Tag = recordTag(opening().kind, id_);

@@ -127,7 +127,7 @@ class InventoryWindow : public RecordWindow {
   /// Adds the tags of the save behind the id.
   virtual void addRecord(bool created) = 0;
   /// Reads from the reply of the save what only the server knows. `id` is taken by the window itself.
-  virtual void takeReply(bool created);
+  virtual void takeReply(bool created) = 0;
   /// A copy was saved: it is a record of its own from now on, with all its commands.
   virtual void copyEnds() {}
   /// A new record shows the pages and commands of a stored one.
@@ -141,13 +141,6 @@ class InventoryWindow : public RecordWindow {
   virtual void refreshLists() = 0;
   /// Shows the numbers in use anew, if they are open.
   virtual void refreshNumbers() {}
-  /// Whether the stored record may be changed: nobody else has changed it since it was read here, or the
-  /// operator wants that all the same.
-  [[nodiscard]] bool mayReplaceStored();
-  /// Whether the reply that was read is the version of the record that this window knows.
-  [[nodiscard]] virtual bool isKnownVersion() const;
-  /// The window knows the version of the reply from now on.
-  virtual void takeVersion();
   /// Ends a save with what was typed still there, since only the operator can settle what prevents it. A
   /// window that was about to close stays open.
   [[nodiscard]] bool holdBack();
@@ -195,7 +188,6 @@ class InventoryWindow : public RecordWindow {
   std::optional<TabPages> pages_;
   std::vector<Frame*> frames_;
   std::string id_;
-  std::string knownUpdate_;  ///< when the record was changed last, as far as this window knows
   Mode mode_ = Mode::Existing;
   bool copy_ = false;
   bool heldBack_ = false;

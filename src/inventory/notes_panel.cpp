@@ -140,7 +140,6 @@ void NotesPanel::readNote() {
 }
 
 void NotesPanel::showNote(const std::string& text, const std::string& updated, const std::string& name) {
-  known_ = text;
   txtNote.Text = text;
   ServerTools::PutControlDate(updated, dtNOTE_UP_DATE);
   txtOPNAME.Text = name;
@@ -172,7 +171,7 @@ void NotesPanel::cmdSaveNote_Click() {
 /// The selection of a type afterwards reads its note, with who wrote it and when.
 bool NotesPanel::store(const std::string& selectedThen) {
   const std::string text = txtNote.Text;
-  if (!askForRecord(app_, ask_, kind_.saveCode,
+  if (!askForRecord(ask_, kind_.saveCode,
                     {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}, {tags::MNO, text}}))
     return false;
   Dirty = false;
@@ -182,16 +181,7 @@ bool NotesPanel::store(const std::string& selectedThen) {
 }
 
 bool NotesPanel::mayStore() {
-  return fitsMessage(app_.desktop, txtNote.Text.get()) && mayReplaceStored();
-}
-
-/// A note that somebody else has written meanwhile is not lost without a question. It is read again for that,
-/// as a record is before it is stored.
-bool NotesPanel::mayReplaceStored() {
-  if (ask_.codeOf(kind_.readCode, {{kind_.recordTag, recordId_()}, {kind_.noteTag, typeId_}}) != 0)
-    return true;
-  const std::string stored = app_.message.Get(tags::MNO);
-  return stored.empty() || stored == known_ || askToReplace(app_.desktop, "note", app_.message.Get(tags::ON));
+  return fitsMessage(app_.desktop, txtNote.Text.get());
 }
 
 void NotesPanel::cmdUndoNote_Click() {

@@ -75,7 +75,6 @@ class NotesPanel {
   void allowCommands();
   [[nodiscard]] bool hasType() const;
   [[nodiscard]] bool mayStore();
-  [[nodiscard]] bool mayReplaceStored();
   [[nodiscard]] bool store(const std::string& selectedThen);
 
   App& app_;
@@ -83,7 +82,6 @@ class NotesPanel {
   const NotesKind& kind_;
   std::function<std::string()> recordId_;
   std::string typeId_;  ///< of the note that is shown
-  std::string known_;   ///< its text as this window has read it
   bool mayUpdate_ = true;
   bool locked_ = false;
   bool loaded_ = false;

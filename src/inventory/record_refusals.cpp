@@ -47,28 +47,18 @@ constexpr std::size_t kMostBytes = 1'000'000;
 
 }  // namespace
 
-bool recordSucceeded(App& app, const Ask& ask, int rc, std::string_view code) {
-  const std::string_view words = wordsOf(kRefusals, rc, code, app.message);
-  if (words.empty()) return ask.succeeded(rc, code);
-  warningBox(app.desktop, std::string(words));
-  return false;
+bool recordSucceeded(const Ask& ask, int rc, std::string_view code) {
+  return ask.succeeded(rc, code, kRefusals);
 }
 
-bool askForRecord(App& app, const Ask& ask, std::string_view code, Ask::Tags tags) {
-  return recordSucceeded(app, ask, ask.codeOf(code, tags), code);
+bool askForRecord(const Ask& ask, std::string_view code, Ask::Tags tags) {
+  return recordSucceeded(ask, ask.codeOf(code, tags), code);
 }
 
 bool joinSucceeded(App& app, const Ask& ask, int rc) {
-  if (rc != codes::BookingsFollow) return recordSucceeded(app, ask, rc, "NEWGITM");
+  if (rc != codes::BookingsFollow) return recordSucceeded(ask, rc, "NEWGITM");
   informationBox(app.desktop, "All relevant bookings have been updated with the new group information.");
   return true;
-}
-
-bool askToReplace(Desktop& desktop, std::string_view what, std::string_view changedBy) {
-  return askBox(desktop, Box::Kind::Warning,
-                std::string(changedBy.empty() ? "Another desk" : changedBy) + " has changed this " +
-                    std::string(what) +
-                    " since you opened it.\n\nDo you wish to SAVE your version in its place?");
 }
 
 bool fitsMessage(Desktop& desktop, std::string_view text) {

@@ -65,8 +65,21 @@ void RegularPlace::showStored() {
   const std::string locationName = message.Get(tags::LNA);
   const std::string name = message.Get(tags::RNM);
   selectLocation(EntryOfLocation(cboLOC_NAME, location, locationName));
-  if (!room.empty() && cboROOM_NAME.indexOfData(room) < 0) cboROOM_NAME.AddItem(name, room);
-  show([&] { cboROOM_NAME.ListIndex = cboROOM_NAME.indexOfData(room); });
+  selectRoom(room, name);
+}
+
+void RegularPlace::showGroups() {
+  const std::string room = app_.message.Get(tags::RID);
+  const std::string name = app_.message.Get(tags::RNM);
+  const int entry = cboLOC_NAME.indexOfData(app_.message.Get(tags::LOC));
+  if (room.empty() || entry < 0) return;
+  if (entry != cboLOC_NAME.ListIndex) selectLocation(entry);
+  selectRoom(room, name);
+}
+
+void RegularPlace::selectRoom(const std::string& id, const std::string& name) {
+  if (!id.empty() && cboROOM_NAME.indexOfData(id) < 0) cboROOM_NAME.AddItem(name, id);
+  show([&] { cboROOM_NAME.ListIndex = cboROOM_NAME.indexOfData(id); });
 }
 
 void RegularPlace::selectLocation(int entry) {

@@ -44,6 +44,8 @@ class RegularPlace {
   void showNamed(const std::string& location, const std::string& room);
   /// Those of the reply that was read.
   void showStored();
+  /// Those of the group that the piece has joined, of the same reply: a member is kept where its group is.
+  void showGroups();
   /// Asks the server whether a pending booking holds the thing. Nothing is reported.
   void probe();
   /// The status was looked at or changed: what is charged stays in its place.
@@ -63,6 +65,7 @@ class RegularPlace {
  private:
   void show(const std::function<void()>& select);
   void selectLocation(int entry);
+  void selectRoom(const std::string& id, const std::string& name);
   void fillRooms();
   void move(const char* refusal);
   [[nodiscard]] bool moveIsConfirmed(const char* refusal);

@@ -82,7 +82,7 @@ void RoomEquipment::secure(const Rights& rights) {
 // Moving
 
 bool RoomEquipment::place(const std::string& id, const std::string& roomId) {
-  return askForRecord(app_, ask_, "ADDREQP",
+  return askForRecord(ask_, "ADDREQP",
                       {{tags::EID, id}, {tags::RID, roomId}, {tags::ULI, app_.context.locationId}});
 }
 

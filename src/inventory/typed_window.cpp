@@ -138,7 +138,6 @@ void TypedWindow::addRecord(bool) {
 }
 
 void TypedWindow::takeReply(bool created) {
-  InventoryWindow::takeReply(created);
   const auto valueOf = [this](std::string_view tag) { return messageValue(tag); };
   created ? propertyFields.showCreated(valueOf) : propertyFields.showUpdated(valueOf);
 }

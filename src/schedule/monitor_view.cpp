@@ -292,7 +292,8 @@ std::string ConflictView::ownText(const ReplyColumn& column) {
   std::string text = conflictText(intOf(message.Get(tags::BKERR)));
   if (const std::string type = message.Get(tags::ETY); !type.empty()) text += " (" + type + ")";
   for (const std::string_view tag : {tags::ENO, tags::TITL, tags::RNM}) {
-    if (const std::string name = message.Get(tag); !name.empty()) text += " - " + name;
+    if (const std::string name = message.Get(tag); !name.empty())
+      text += (text.ends_with(':') ? " " : " - ") + name;
   }
   if (const std::string status = message.Get(tags::STY); !status.empty()) text += ": " + status;
   return text;

@@ -53,8 +53,10 @@ constexpr RequestRow kRequests[] = {
      kInventoryOrBookings, kReads, "looks equipment up by barcode or number"},
 
     // Membership and place
-    {"NEWGITM", "EID GRPID ULI", "MVL EQVR", "", "", "EQADD EQUPD", kWrites,
-     "puts a piece into a group; 125: the group's status forbids it; 182: done, and bookings were adjusted"},
+    {"NEWGITM", "EID GRPID ULI", "MVL EQVR LOC RID RNM", "", "", "EQADD EQUPD", kWrites,
+     "puts a piece into a group, and tells where that is kept; 125: the group's status forbids it; 182: "
+     "done, and "
+     "bookings were adjusted"},
     {"REMGITM", "EID GRPID ULI", "MVL BX", "", "", "EQUPD", kWrites,
      "takes a piece out of a group; 100 with BX: bookings hold it"},
     {"AETGB", "EID GRPID", "", "", "", "EQUPD", kWrites,

@@ -121,6 +121,21 @@ struct EditorTest : BookingTest {
     server.expect("GETREQP", "RID=40 BRTY=1");
     server.expect("GLSRM", "ADBK=N PGID=2").replies("RID=60 RNM=Studio");
   }
+  /// Booking 7 with something of everything.
+  void expectFullBooking(const std::string& title = "TITL=\"Sea birds\"", const std::string& item = "") {
+    server.expect("GETMSD", "BOOKID=7").replies(head());
+    expectRooms();
+    server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+    server.expect("GETREQP", "RID=41 BRTY=1").replies("EID=70 EIU=N BNO=B70 ENO=N70 ETY=Screen ESDS=Good");
+    server.expect("GETSITM", "BOOKID=7").replies("MTID=5 BI=81 MI=82 IM=83 MTY=Film " + title);
+    server.expect("GID", "MI=82 IM=83").replies("LO=Stacks CP=1 " + item);
+    server.expect("GMD", "MI=82 BI=81").replies("MI=82 CN=QL1 LO=Stacks");
+    server.expect("GETSEQ", "BOOKID=7")
+        .replies("EID=90 EIU=N BNO=B90 ENO=N90 ETY=TV ESDS=Good\nEID=0 ETI=12 ETY=Projector");
+    server.expect("ITMEQS", "MTID=5 PGID=2 ADBK=N").replies("head: MTY=Film | ETI=14 ETY=Player");
+    server.expect("GSCIT", "BOOKID=7").replies("MTID=5 ETI=14");
+    expectPrivileges();
+  }
   void expectEmptyThings() {
     for (const char* code : {"GETSITM", "GETSEQ", "GSCIT"}) server.expect(code, "BOOKID=7");
   }

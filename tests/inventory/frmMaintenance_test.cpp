@@ -92,7 +92,6 @@ TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
   EXPECT_EQ(window.Tag, "3 - 12");
   EXPECT_TRUE(window.txtBARCODE_NO.Locked && window.mnuFilePrint.Enabled);
 
-  server.expect("GETMDTL", "MID=12");
   server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   desktop.expectInput("Enter an Equipment Barcode.", std::nullopt);
@@ -147,7 +146,6 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
     dialog.cmdOK.press();
   });
   window.details.cmdAddDetail.press();
-  server.expect("GETMDTL", "MID=9").replies(kRecord);
   server
       .expect("UPDEMAINTD",
               "MID=9 EID=11 BNO=B11 MNO=\"Lamp 3\" MDI=2026-03-04 MDO=2026-03-09 ENM=2027-03-09 MTI=3 MCO= "
@@ -158,7 +156,6 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   EXPECT_EQ(window.propertyFields.txtUP_OPNAME.Text, "Ink");
 
   expectBarcode();
-  server.expect("GETMDTL", "MID=9");
   server.expect("UPDEMAINTD", "MID=9 EID=11 BNO=B12").replies("UNM=Vale");
   EXPECT_TRUE(window.txtBARCODE_NO.pressKey("F4"));
   EXPECT_EQ(window.txtBARCODE_NO.Text, "B12");
@@ -184,7 +181,6 @@ TEST_F(FrmMaintenanceTest, ABarcodeStoresANewRecordAtOnce) {
   save(window);
   EXPECT_TRUE(window.Dirty && !window.SaveOk) << "the note is not lost";
   window.txtMEDIA_NOTE.type("Lamp");
-  server.expect("GETMDTL", "MID=12");
   server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B12 MNO=Lamp MDI=2026-11-24 MDO= ENM=");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   save(window);

@@ -36,8 +36,6 @@ struct FrmRoomTest : RecordFixture {
     return dynamic_cast<frmRoom&>(*OpenRecordWindow(*app, {kRoom, "", kSourceMainWindow}));
   }
 
-  /// Before the room is stored, the window looks whether another desk has changed it.
-  void expectReread() { server.expect("GETRDTL", "RID=2").replies(kRecord); }
   void expectKept(std::string_view kept = kKept) { server.expect("GETREQP", "RID=2").replies(kept); }
   void expectTree() {
     server.expect("GETGCAT", "RID=2").replies("ETI=8 ETY=\"Video Set\" MIC=1");
@@ -158,7 +156,6 @@ TEST_F(FrmRoomTest, DetailsChangeInTheListUntilTheRoomIsSaved) {
   room.mnuViewPage_Click(0);
   EXPECT_FALSE(room.details.cmdEditDetail.Enabled || room.details.cmdRemoveDetail.Enabled)
       << "another page selects nothing";
-  expectReread();
   server
       .expect("UPDROOMD",
               "RID=2 RTI=1 RTY=Seminar RNO=102 RNM=Store LOC=3 RCA=40 RDI=5 RDTL=\"White, 2 m\" RDI=7 "
@@ -192,7 +189,6 @@ TEST_F(FrmRoomTest, ARefusalSaysWhatIsWrong) {
       {"LOC", "The location is not there any more."}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.tag);
-    expectReread();
     server.expect("UPDROOMD", kUpdate).fails(-98, "CANTREAD=" + std::string(c.tag));
     desktop.expectWarning(c.words);
     save(room);
@@ -251,7 +247,6 @@ TEST_F(FrmRoomTest, EquipmentIsPutIntoTheRoomAndBack) {
   server.expect("ADDREQP", "EID=13 RID=9 ULI=3");
   expectTree();
   expectFree();
-  expectReread();
   server.expect("UPDROOMD", kUpdate);
   page.cmdUndo.press();
   EXPECT_EQ(page.faMembers.Rows, 3);
@@ -292,7 +287,6 @@ TEST_F(FrmRoomTest, EquipmentLeavesForAnotherRoom) {
   expectNewRoom(true);
   expectTree();
   expectFree();
-  expectReread();
   server.expect("UPDROOMD", kUpdate);
   page.cmdRemove.press();
   EXPECT_EQ(page.faMembers.Rows, 2);
@@ -329,7 +323,6 @@ TEST_F(FrmRoomTest, BookingsNotesAndDeletionAreThoseOfARoom) {
   room.mnuFileDelete.choose();
   desktop.expectBox(Box::Kind::Warning,
                     "Note changes will be lost!  Do you wish to SAVE this note before exiting?", 0);
-  server.expect("GETRN", "RID=2 RNID=1");
   server.expect("AURNOTE", "RID=2 RNID=1 MNO=Porter");
   server.expect("GETRNS", "RID=2").replies("RNID=1 NX=Y RNTY=Key");
   server.expect("GETRN", "RID=2 RNID=1");

@@ -23,18 +23,7 @@ struct Confirmation : EditorTest {
 };
 
 TEST_F(Confirmation, AFullBookingReadsLikeItsPage) {
-  server.expect("GETMSD", "BOOKID=7").replies(head());
-  expectRooms();
-  server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
-  server.expect("GETREQP", "RID=41 BRTY=1").replies("EID=70 EIU=N BNO=B70 ENO=N70 ETY=Screen ESDS=Good");
-  server.expect("GETSITM", "BOOKID=7").replies("MTID=5 BI=81 MI=82 IM=83 TITL=\"Sea birds; a | b\" MTY=Film");
-  server.expect("GID", "MI=82 IM=83").replies("LO=Stacks CP=1 EN=\"v. 2\" YR=2001");
-  server.expect("GMD", "MI=82 BI=81").replies("MI=82 CN=QL1 LO=Stacks");
-  server.expect("GETSEQ", "BOOKID=7")
-      .replies("EID=90 EIU=N BNO=B90 ENO=N90 ETY=TV ESDS=Good\nEID=0 ETI=12 ETY=Projector");
-  server.expect("ITMEQS", "MTID=5 PGID=2 ADBK=N").replies("head: MTY=Film | ETI=14 ETY=Player");
-  server.expect("GSCIT", "BOOKID=7").replies("MTID=5 ETI=14");
-  expectPrivileges();
+  expectFullBooking("TITL=\"Sea birds; a | b\"", "EN=\"v. 2\" YR=2001");
   OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
   expectAddress("A1=\"Ink House\" A2= A3=\"12 Long Lane\" CY=Brindle SP=WX ZP=\"10 2\" PH=\"555 01\"");
   editor().mnuFilePrint.choose();

@@ -62,7 +62,7 @@ TEST_F(MonitorTest, ConflictsAreWordedByTheirNumbers) {
   const std::string times = "24/11/2026|10:30|10:30 AM|24/11/2026|12:00|12:00 PM|";
   EXPECT_EQ(row(grid, 1), "7|" + times + "|Equipment Booked (Camera) - C-1|Ink, Ina|Pen, Pia|M7");
   EXPECT_EQ(row(grid, 2), "8|" + times + "|Charging Failure (Film) - Volcanoes: Lost|Administrative||M8");
-  EXPECT_EQ(row(grid, 3), "9|" + times + "|Room already booked: - Room 1|Administrative||M9");
+  EXPECT_EQ(row(grid, 3), "9|" + times + "|Room already booked: Room 1|Administrative||M9");
   EXPECT_EQ(row(grid, 4), "9|" + times + "|Pick-Up / Drop Off Overdue|Administrative||M9");
   EXPECT_EQ(main().lblView.Caption, " Schedule Monitor - Conflict Resolution && Warning");
   EXPECT_TRUE(main().commands.printListing.Enabled);

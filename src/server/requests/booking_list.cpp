@@ -4,16 +4,10 @@
 
 namespace vantry::server {
 
-namespace {
-
-/// The requester of a list row: a name; nothing for an administrative booking; "-1" where the name is
-/// withheld.
-std::string_view requesterOf(const BookingListRow& row) {
-  if (row.administrative) return {};
-  return isWithheld(row.withheld, row.status) ? std::string_view("-1") : std::string_view(row.requester);
+std::string_view requesterText(const ListedRequester& requester) {
+  if (requester.administrative) return {};
+  return isWithheld(requester.withheld, requester.status) ? std::string_view("-1") : requester.name;
 }
-
-}  // namespace
 
 void addBookingRow(Reply& reply, const BookingListRow& row) {
   reply.record()
@@ -21,7 +15,7 @@ void addBookingRow(Reply& reply, const BookingListRow& row) {
       .set(tags::BKRES, static_cast<int>(row.status))
       .set(tags::STIME, momentText(row.startsAt))
       .set(tags::ETIME_, momentText(row.endsAt))
-      .set(tags::REQ, requesterOf(row))
+      .set(tags::REQ, requesterText({row.administrative, row.withheld, row.status, row.requester}))
       .set(tags::CNUM, confirmationNumber(row.id))
       .set(tags::BTYP, bookingTypeName(row.type))
       .set(tags::DPL, row.place)

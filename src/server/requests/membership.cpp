@@ -57,7 +57,10 @@ Reply addMember(Context& context, const Message& message) {
     note(context, "member added", piece.id, group.id);
   }
   Reply reply = valueReply(context, follow ? rc::bookingsFollow : 0, group.id);
-  return reply.head(tags::EQVR, moneyText(valueOfGroup(context.db, group.id)));
+  return reply.head(tags::EQVR, moneyText(valueOfGroup(context.db, group.id)))
+      .head(tags::LOC, group.locationId)
+      .head(tags::RID, group.roomId)
+      .head(tags::RNM, group.roomName);
 }
 
 /// The piece leaves in any case; the code tells that bookings of the group have lost it.

@@ -1,6 +1,7 @@
 #include "server/requests/monitor_message.h"
 
 #include "server/base/tag_refusal.h"
+#include "server/requests/booking_list.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -22,9 +23,7 @@ Moment horizon(Context& context, const Message& message, std::string_view hours)
 }
 
 std::string_view requesterOf(const MonitorBooking& row) {
-  if (row.administrative) return {};
-  return isWithheld(row.withheld, row.watched.status) ? std::string_view("-1")
-                                                      : std::string_view(row.requester);
+  return requesterText({row.administrative, row.withheld, row.watched.status, row.requester});
 }
 
 std::string_view pickupPatronOf(const MonitorBooking& row) {

@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Databases, Membership, eachDatabase, databaseName);
 
 TEST_P(Membership, AMemberAddsItsWorthAndIsKeptWhereTheGroupIs) {
   library().execute("update equipment set replacement_value = 250, room_id = 1 where id = 3");
-  EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").text(), "0|EQVR=2.50 MVL=2.50");
+  EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").text(), "0|EQVR=2.50 LOC=1 MVL=2.50 RID=3 RNM=Store");
   EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").rc, 0) << "a member already";
   EXPECT_EQ(roomOf("3"), "3");
   EXPECT_EQ(send("GETGEQ", "EID=5").all("EID"), "3,6,7");
