@@ -69,7 +69,7 @@ void printNamed(const std::vector<NamedRow>& rows) {
 }
 
 /// Throws, once each fault is told.
-void refuseFaults(const RuleFaults& faults) {
+void refuseFaults(const FileFaults& faults) {
   if (faults.count() == 0) return;
   for (const std::string& fault : faults.told()) std::cerr << fault << '\n';
   const bool all = faults.count() == faults.told().size();

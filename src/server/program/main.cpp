@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "server/program/commands.h"
+#include "server/program/library_commands.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ struct Given {
   Server::Options server;
   OperatorCommand account;
   ImportOptions import;
+  PatronImportUse patrons;
 };
 
 void describeImport(CLI::App& app, Given& given) {
@@ -37,6 +39,14 @@ void describeImport(CLI::App& app, Given& given) {
   marc->add_option("--media-type", given.import.mediaType,
                    "For items whose carrier is none of the library's media types");
   marc->callback([&given] { importMarcFile(given.database, given.file, given.import); });
+
+  CLI::App* patrons =
+      import->add_subcommand("patrons", "Patrons and their cards out of a CSV file, all or none");
+  patrons->add_option("file", given.file, "The file to read")->required();
+  patrons->add_flag("--check", given.patrons.checkOnly, "Only tell what is wrong, and what would change");
+  patrons->add_flag("--retire-missing", given.patrons.retireMissing,
+                    "Make cards inactive that the file does not name");
+  patrons->callback([&given] { importPatronFile(given.database, given.file, given.patrons); });
 }
 
 void describeRules(CLI::App& app, Given& given) {
@@ -78,6 +88,12 @@ void describeServing(CLI::App& app, Given& given) {
   serving->callback([&given] {
     given.server.database = given.database;
     serve(given.server, given.behindProxy);
+  });
+
+  CLI::App* doctor =
+      app.add_subcommand("doctor", "Tell what is wrong with the library's set-up, or will be soon");
+  doctor->callback([&given] {
+    if (!runDoctor(given.database)) throw CLI::RuntimeError(1);
   });
 
   CLI::App* backup = app.add_subcommand("backup", "Write a copy of the database, also while it is served");

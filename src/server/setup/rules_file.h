@@ -13,7 +13,7 @@ namespace vantry::server {
 
 struct RulesReport {
   std::vector<KindCounts> counts;
-  RuleFaults faults;
+  FileFaults faults;
 };
 
 enum class RulesUse { Take, CheckOnly };

@@ -60,7 +60,7 @@ struct Usable {
 
 class Checker {
  public:
-  Checker(const Rules& wanted, const Rules& standing, const KnownPlaces& known, RuleFaults& faults)
+  Checker(const Rules& wanted, const Rules& standing, const KnownPlaces& known, FileFaults& faults)
       : wanted_(wanted),
         standing_(standing),
         faults_(faults),
@@ -247,7 +247,7 @@ class Checker {
 
   const Rules& wanted_;
   const Rules& standing_;
-  RuleFaults& faults_;
+  FileFaults& faults_;
   Usable usable_;
 };
 
@@ -272,7 +272,7 @@ void planKind(std::string_view kind, ListOf<Entry> list, const Rules& wanted, co
 
 }  // namespace
 
-void checkRules(const Rules& wanted, const Rules& standing, const KnownPlaces& known, RuleFaults& faults) {
+void checkRules(const Rules& wanted, const Rules& standing, const KnownPlaces& known, FileFaults& faults) {
   Checker(wanted, standing, known, faults).run();
 }
 

@@ -18,7 +18,7 @@ struct KnownPlaces {
 
 /// Finds what is wrong with the rules of a file beside the stored ones: names that nothing has, or
 /// several things, repeated entries, calendars that overlap, statuses of one priority.
-void checkRules(const Rules& wanted, const Rules& standing, const KnownPlaces& known, RuleFaults& faults);
+void checkRules(const Rules& wanted, const Rules& standing, const KnownPlaces& known, FileFaults& faults);
 
 /// How many entries of one kind are new, changed, and already as the file says.
 struct KindCounts {

@@ -197,7 +197,7 @@ PolicyEntry readPolicy(const FileNode& node) {
 
 }  // namespace
 
-Rules readRulesText(std::string_view json, RuleFaults& faults) {
+Rules readRulesText(std::string_view json, FileFaults& faults) {
   const FileValue value = readFileValue(json, faults);
   const FileNode file(&value, {}, faults);
   file.expectMembers({"room_types", "equipment_types", "group_types", "media_types", "room_detail_types",

@@ -25,7 +25,7 @@ std::string elementPlace(std::string_view place, std::size_t number) {
 /// Builds the value while the text is read.
 class Builder : public nlohmann::json_sax<nlohmann::json> {
  public:
-  Builder(std::string_view json, RuleFaults& faults) : json_(json), faults_(faults) {}
+  Builder(std::string_view json, FileFaults& faults) : json_(json), faults_(faults) {}
 
   bool null() override { return put({}); }
   bool boolean(bool value) override { return put({.kind = FileValue::Kind::Flag, .flag = value}); }
@@ -107,7 +107,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   }
 
   std::string_view json_;
-  RuleFaults& faults_;
+  FileFaults& faults_;
   std::vector<Open> open_;
 };
 
@@ -120,13 +120,13 @@ std::string listed(std::span<const std::string_view> words) {
 
 }  // namespace
 
-void RuleFaults::add(std::string_view place, std::string_view sentence) {
+void FileFaults::add(std::string_view place, std::string_view sentence) {
   ++count_;
   if (told_.size() == mostTold) return;
   told_.push_back((place.empty() ? "the file" : std::string(place)) + ": " + std::string(sentence));
 }
 
-FileValue readFileValue(std::string_view json, RuleFaults& faults) {
+FileValue readFileValue(std::string_view json, FileFaults& faults) {
   Builder builder(json, faults);
   if (!nlohmann::json::sax_parse(json, &builder)) return {.kind = FileValue::Kind::Object};
   return std::move(builder.root);

@@ -7,22 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "server/setup/file_faults.h"
 #include "server/setup/rules_file_words.h"
 
 namespace vantry::server {
-
-/// What is wrong with a file of rules, each fault as "place: sentence". All are counted, and the first
-/// hundred told.
-class RuleFaults {
- public:
-  void add(std::string_view place, std::string_view sentence);
-  [[nodiscard]] const std::vector<std::string>& told() const { return told_; }
-  [[nodiscard]] std::size_t count() const { return count_; }
-
- private:
-  std::vector<std::string> told_;
-  std::size_t count_ = 0;
-};
 
 /// A value out of a JSON text. Members of an object are in the order of the text, each name once.
 struct FileValue {
@@ -44,7 +32,7 @@ struct FileValue {
 };
 
 /// Reads a JSON text. A text that is none is told with its line, a repeated member with its place.
-[[nodiscard]] FileValue readFileValue(std::string_view json, RuleFaults& faults);
+[[nodiscard]] FileValue readFileValue(std::string_view json, FileFaults& faults);
 
 /// A value with its place in the file, or the place where one is missing. What is asked of it and is not
 /// there is reported as a fault and answered with an empty value, so that reading continues.
@@ -52,7 +40,7 @@ class FileNode {
  public:
   static constexpr std::string_view wholeNumber = "must be a whole number from 0 to 1000000000.";
 
-  FileNode(const FileValue* value, std::string place, RuleFaults& faults)
+  FileNode(const FileValue* value, std::string place, FileFaults& faults)
       : value_(value), place_(std::move(place)), faults_(&faults) {}
 
   [[nodiscard]] bool isGiven() const { return value_ != nullptr; }
@@ -88,7 +76,7 @@ class FileNode {
 
   const FileValue* value_;
   std::string place_;
-  RuleFaults* faults_;
+  FileFaults* faults_;
 };
 
 }  // namespace vantry::server

@@ -660,6 +660,10 @@ drop index bookings_pickup_open;
 create index bookings_pickup_open on bookings (pickup_location_id, starts_at) where status in (0, 99, 999);
 )";
 
+constexpr std::string_view mailAddresses = R"(
+alter table patrons add column email text not null default '';
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -679,6 +683,7 @@ const std::array steps{
     Migration{16, "search", searchTables, foldForSearch},
     Migration{17, "loose equipment", looseEquipment},
     Migration{18, "monitor", monitor},
+    Migration{19, "mail addresses", mailAddresses},
 };
 
 }  // namespace
