@@ -16,6 +16,7 @@
 #include "server/setup/rules_file.h"
 #include "server/store/backup.h"
 #include "server/store/database.h"
+#include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/store_sentence.h"
 
@@ -29,6 +30,7 @@ void onLibrary(const std::string& url, const std::function<void(Database&)>& wor
   tellingPlainly(url, [&] {
     Database database(url, {.connections = 1});
     requireSchema(database);
+    takeTimeZone(database);
     work(database);
   });
 }
@@ -98,10 +100,12 @@ void waitForEnd(const sigset_t& ends) {
 
 }  // namespace
 
-void initialise(const std::string& url) {
+void initialise(const std::string& url, const std::string& zone) {
   tellingPlainly(url, [&] {
     Database database(url, {.connections = 1, .create = true});
     migrate(database);
+    if (!zone.empty()) setTimeZone(database, zone);
+    takeTimeZone(database);
     std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
   });
 }
@@ -131,6 +135,7 @@ void serve(const Server::Options& options, bool behindProxy) {
   pthread_sigmask(SIG_BLOCK, &ends, nullptr);
   std::atomic<bool> lost = false;
   Server::Options own = options;
+  own.takesTimeZone = true;
   own.onStoreLost = [&] {
     lost = true;
     kill(getpid(), SIGTERM);
@@ -148,6 +153,11 @@ void serve(const Server::Options& options, bool behindProxy) {
 void backUpTo(const std::string& database, const std::string& file) {
   backUp(database, file);
   std::cout << "The copy stands in " << file << ".\n";
+}
+
+void restoreFrom(const std::string& database, const std::string& file) {
+  restore(database, file);
+  std::cout << "The database is restored from " << file << ".\n";
 }
 
 void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {

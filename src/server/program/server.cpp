@@ -1,11 +1,14 @@
 #include "server/program/server.h"
 
+#include <ctime>
+
 #include "server/base/moment.h"
 #include "server/catalogue/catalogue_store.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
 #include "server/requests/runner.h"
 #include "server/store/database.h"
+#include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/store_sentence.h"
 
@@ -17,6 +20,8 @@ using namespace server;
 static void bringUpToDate(const Server::Options& options) {
   Database database(options.database, {.connections = 1, .patience = options.patience});
   upgrade(database);
+  if (options.takesTimeZone) takeTimeZone(database);
+  if (!options.clock) checkClock(database, std::time(nullptr));
   indexCatalogue(database);
 }
 

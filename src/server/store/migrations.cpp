@@ -93,6 +93,10 @@ static int stepOfLibrary(Database& database) {
   return present;
 }
 
+void requireLibrary(Database& database) {
+  static_cast<void>(stepOfLibrary(database));
+}
+
 void requireSchema(Database& database) {
   if (stepOfLibrary(database) < lastStep())
     throw StoreError(StoreError::Kind::Older, "the database is of an older version of this program");

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -174,6 +175,22 @@ class LostServer : public testing::Test {
   std::unique_ptr<TestStore> store;
 };
 
+TEST_F(LostServer, AClockThatIsNotTheDatabasesIsRefused) {
+  Database database(store->url());
+  const std::int64_t now = numberFrom(database, "select cast(extract(epoch from now()) as bigint)");
+  EXPECT_NO_THROW(checkClock(database, now));
+  for (const std::int64_t wrong : {now - 300, now + 300})
+    EXPECT_THROW(checkClock(database, wrong), std::runtime_error);
+}
+
+TEST_F(LostServer, AFullDiskIsAFailureAndNoWait) {
+  Database database(store->url());
+  const auto fill = [](Connection& db) {
+    db.run("do 'begin raise exception using errcode = ''disk_full''; end'");
+  };
+  EXPECT_EQ(errorOf([&] { database.write(fill); }), StoreError::Kind::Failed);
+}
+
 /// As if its process were stopped: it holds the turn and does nothing.
 TEST_F(LostServer, OneThatStopsWithTheTurnDoesNotStopTheOthers) {
   Database stopped(store->url(), {.silence = milliseconds(2000)});
@@ -188,6 +205,33 @@ TEST_F(LostServer, OneThatStopsWithTheTurnDoesNotStopTheOthers) {
             StoreError::Kind::Busy);
   EXPECT_EQ(numberFrom(other, "select count(*) from notes"), 0);
   EXPECT_EQ(errorOf([&] { stopped.write(nothing); }), std::nullopt);
+}
+
+/// As a restart of the database does.
+TEST_F(LostServer, LostConnectionsUndoWhatIsUnderWayAndAreNotNoticedAfterwards) {
+  Database other(store->url());
+  Database database(store->url() + "&application_name=to-be-lost", {.connections = 3});
+  database.write([](Connection& db) { db.run("create table notes (id integer)"); });
+  const auto loseAll = [&] {
+    other.plain([](Connection& db) {
+      db.run(
+          "select pg_terminate_backend(pid, 10000) from pg_stat_activity where application_name = "
+          "'to-be-lost'");
+    });
+  };
+  const auto note = [](Connection& db) { db.run("insert into notes values (1)"); };
+  EXPECT_EQ(errorOf([&] {
+              database.write([&](Connection& db) {
+                note(db);
+                loseAll();
+                note(db);
+              });
+            }),
+            StoreError::Kind::Busy);
+  database.read([&](Connection&) { database.read(nothing); });
+  loseAll();
+  EXPECT_EQ(errorOf([&] { database.write(note); }), std::nullopt);
+  EXPECT_EQ(numberFrom(database, "select count(*) from notes"), 1);
 }
 
 TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
