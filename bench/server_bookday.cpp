@@ -11,6 +11,7 @@
 #include <httplib.h>
 
 #include "failures.h"
+#include "figures.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
 #include "server/requests/runner.h"
@@ -48,7 +49,7 @@ std::string makeDatabase(const std::filesystem::path& folder, int bookings) {
   return file;
 }
 
-void measure(const std::string& file, int bookings, Failures& failures) {
+void measure(const std::string& file, int bookings, const Figures& figures, Failures& failures) {
   Database database(file);
   RequestRunner runner(
       database, [] { return makeMoment(2026, 11, 24, 12, 0); }, HashCost::Quick);
@@ -80,6 +81,8 @@ void measure(const std::string& file, int bookings, Failures& failures) {
     const auto answer = client.Post("/v1/request/BOOKDAY", headers, body, "application/json");
     note(answer ? answer->body : std::string());
   });
+  figures.tell(std::to_string(bookings), "In the server", inServer);
+  figures.tell(std::to_string(bookings), "With the wire", overWire);
   std::printf("        BOOKDAY %9zu bytes: in the server %8.3f ms, with the wire %8.3f ms\n", bytes, inServer,
               overWire);
 }
@@ -91,7 +94,9 @@ int main() {
   std::filesystem::remove_all(folder);
   std::filesystem::create_directories(folder);
   Failures failures;
-  for (const int bookings : {50, 1'000, 10'000}) measure(makeDatabase(folder, bookings), bookings, failures);
+  const Figures figures("bookday");
+  for (const int bookings : {50, 1'000, 10'000})
+    measure(makeDatabase(folder, bookings), bookings, figures, failures);
   std::filesystem::remove_all(folder);
   return failures.tell();
 }

@@ -115,7 +115,7 @@ class Searches {
 
 int measure(const std::string& url) {
   Failures failures;
-  Database database(url);
+  Database database(url, {.create = true});
   migrate(database);
   const auto before = std::chrono::steady_clock::now();
   fill(database);

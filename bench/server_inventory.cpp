@@ -364,7 +364,7 @@ void measureMonitor(Desk& desk) {
 
 int measure(const std::string& url, const Size& size) {
   Failures failures;
-  Database database(url);
+  Database database(url, {.create = true});
   migrate(database);
   makeLibrary(database, size);
   RequestRunner runner(database, [] { return now; }, HashCost::Quick,

@@ -24,6 +24,7 @@
 #include <httplib.h>
 
 #include "failures.h"
+#include "figures.h"
 #include "server/access/passwords.h"
 #include "server/base/moment.h"
 #include "server/desk/occupancy.h"
@@ -276,7 +277,7 @@ double medianOf(int rounds, const std::function<void()>& work) {
   return all[all.size() / 2];
 }
 
-void measureScale(Desk& desk, int count) {
+void measureScale(Desk& desk, int count, const Figures& figures) {
   std::mt19937 random(7);
   const auto days = static_cast<unsigned>(daysOf(count));
   const double list = medianOf(51, [&] {
@@ -298,6 +299,11 @@ void measureScale(Desk& desk, int count) {
     for (int each = 0; each < 5; ++each) things.push_back(static_cast<std::int64_t>(random() % pieces) + 1);
     desk.expect("NEWBK", saveAt(free += 2 * hour, things));
   });
+  const std::string column = std::to_string(count) + " bookings";
+  figures.tell("A day's list of 50", column, list);
+  figures.tell("20 pieces checked", column, check);
+  figures.tell("20 mixed things with wishes checked", column, mixed);
+  figures.tell("Save of 5 things", column, save);
   std::printf(
       "%8d bookings: a day's list (%d) %7.3f ms, 20 pieces %7.3f ms, 20 mixed things with wishes %7.3f ms, "
       "save "
@@ -348,7 +354,7 @@ class WireDesk {
 };
 
 /// Saves of 16 desks at once, each on its own connection.
-void measureMany(int port, Failures& failures) {
+void measureMany(int port, const Figures& figures, Failures& failures) {
   constexpr int desks = 16;
   constexpr int each = 500;
   std::vector<std::unique_ptr<WireDesk>> all;
@@ -369,6 +375,7 @@ void measureMany(int port, Failures& failures) {
   }
   for (std::thread& thread : threads) thread.join();
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - before;
+  figures.tell("Saves of 5 things a second, 16 desks", "", desks * each / taken.count());
   std::printf("over 16 connections: %d saves of 5 things, %.0f a second\n", desks * each,
               desks * each / taken.count());
 }
@@ -408,7 +415,7 @@ void contest(RequestRunner& first, RequestRunner& second, Database& database, Fa
 }
 
 /// The requests that an editor sends for one save, over the wire.
-void measureSequence(int port, Failures& failures) {
+void measureSequence(int port, const Figures& figures, Failures& failures) {
   constexpr int changed = 180;
   WireDesk desk(port, failures);
   const auto send = [&](const char* code, const Tags& tags, int rc = 0) { desk.send(code, tags, rc); };
@@ -447,14 +454,20 @@ void measureSequence(int port, Failures& failures) {
     send("NEWBK", saveAt(starts, five));
     send("BOOKDAY", {{"DATE", dateText(starts)}, {"HBK", "Y"}});
   });
+  figures.tell("A day's list", "", list);
+  figures.tell("Save of 5 things", "", save);
+  figures.tell("The nine requests of a save", "", sequence);
   std::printf(
       "over the wire: a day's list %.3f ms, save of 5 things %.3f ms, the nine requests of a save %.3f ms\n",
       list, save, sequence);
 }
 
 int measure(const std::string& url, int most) {
+  const std::string suffix = dialectOf(url).kind == Dialect::Kind::Postgresql ? "-postgresql" : "";
+  const Figures inServer("scale" + suffix);
+  const Figures overWire("wire" + suffix);
   Failures failures;
-  Database database(url, {.connections = 20});
+  Database database(url, {.connections = 20, .create = true});
   migrate(database);
   database.write([](Connection& db) { makeLibrary(db); });
   RequestRunner runner(
@@ -467,21 +480,21 @@ int measure(const std::string& url, int most) {
     restartKeys(database, count + 1'000'000);
   };
   fill(0, 10'000, 10'000);
-  measureScale(desk, 10'000);
+  measureScale(desk, 10'000, inServer);
   database.write([](Connection& db) { db.run("delete from bookings"); });
   fill(0, most, most);
-  measureScale(desk, most);
+  measureScale(desk, most, inServer);
   Server::Options options;
   options.database = url;
   options.clock = [] { return now; };
   Server server(options);
   server.start();
-  measureMany(server.port(), failures);
+  measureMany(server.port(), overWire, failures);
   Database other(url);
   RequestRunner second(
       other, [] { return now; }, HashCost::Quick);
   contest(runner, second, database, failures);
-  measureSequence(server.port(), failures);
+  measureSequence(server.port(), overWire, failures);
   return failures.tell();
 }
 

@@ -260,8 +260,8 @@ class HttpFront::Impl {
 
   static void failStore(const httplib::Request& request, httplib::Response& response, StoreError::Kind kind) {
     using Kind = StoreError::Kind;
-    const bool mayPass =
-        kind == Kind::Busy || kind == Kind::Unreachable || kind == Kind::Absent || kind == Kind::Contested;
+    const bool mayPass = kind == Kind::Busy || kind == Kind::Unreachable || kind == Kind::Absent ||
+                         kind == Kind::Contested || kind == Kind::Moved || kind == Kind::Newer;
     const bool isRequest = request.path.starts_with("/v1/request/");
     if (isRequest && !mayPass) return answer(response, 200, Reply(rc::storeFailed).json());
     refuse(response, 503, sentenceFor(kind));

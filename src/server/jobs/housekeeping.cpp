@@ -15,7 +15,7 @@ namespace vantry::server {
 static constexpr std::chrono::seconds period{60};
 
 void keepHouse(Database& database, Moment now) {
-  database.write([&](Connection& db) {
+  database.writeApart("housekeeping", [&](Connection& db) {
     dropExpiredSessions(db, now);
     dropOldTries(db, now);
     dropOldReplies(db, now);

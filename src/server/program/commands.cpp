@@ -1,7 +1,10 @@
 #include "server/program/commands.h"
 
+#include <unistd.h>
+
 #include <csignal>
 
+#include <atomic>
 #include <charconv>
 #include <iostream>
 
@@ -13,6 +16,7 @@
 #include "server/setup/rules_file.h"
 #include "server/store/backup.h"
 #include "server/store/database.h"
+#include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/store_sentence.h"
 
@@ -20,13 +24,19 @@ namespace vantry::server {
 
 namespace {
 
-/// The work of one command on a database whose schema is up to date.
-void change(const std::string& url, const Database::Work& work) {
+/// The work of one command on a library whose schema is that of this program: a command changes no schema
+/// under a server that runs.
+void onLibrary(const std::string& url, const std::function<void(Database&)>& work) {
   tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
-    database.write(work);
+    Database database(url, {.connections = 1});
+    requireSchema(database);
+    takeTimeZone(database);
+    work(database);
   });
+}
+
+void change(const std::string& url, const Database::Work& work) {
+  onLibrary(url, [&](Database& database) { database.write(work); });
 }
 
 std::vector<std::string> splitAtCommas(std::string_view list) {
@@ -90,10 +100,12 @@ void waitForEnd(const sigset_t& ends) {
 
 }  // namespace
 
-void initialise(const std::string& url) {
+void initialise(const std::string& url, const std::string& zone) {
   tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
+    Database database(url, {.connections = 1, .create = true});
     migrate(database);
+    if (!zone.empty()) setTimeZone(database, zone);
+    takeTimeZone(database);
     std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
   });
 }
@@ -121,13 +133,21 @@ void serve(const Server::Options& options, bool behindProxy) {
   sigaddset(&ends, SIGINT);
   sigaddset(&ends, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &ends, nullptr);
-  Server server(options);
+  std::atomic<bool> lost = false;
+  Server::Options own = options;
+  own.takesTimeZone = true;
+  own.onStoreLost = [&] {
+    lost = true;
+    kill(getpid(), SIGTERM);
+  };
+  Server server(own);
   server.start();
   spdlog::info("serving on {} port {}{}", options.address, server.port(),
                options.certificate.empty() ? "" : " with TLS");
   waitForEnd(ends);
   spdlog::info("stopping");
   server.stop();
+  if (lost) throw std::runtime_error(sentenceFor(StoreError::Kind::Moved, options.database));
 }
 
 void backUpTo(const std::string& database, const std::string& file) {
@@ -135,13 +155,14 @@ void backUpTo(const std::string& database, const std::string& file) {
   std::cout << "The copy stands in " << file << ".\n";
 }
 
+void restoreFrom(const std::string& database, const std::string& file) {
+  restore(database, file);
+  std::cout << "The database is restored from " << file << ".\n";
+}
+
 void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {
   ImportReport report;
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
-    report = importMarc(database, file, options);
-  });
+  onLibrary(url, [&](Database& database) { report = importMarc(database, file, options); });
   for (const std::string& fault : report.faults) std::cerr << fault << '\n';
   std::cout << report.newTitles << " new titles, " << report.changedTitles << " changed; "
             << report.newHoldings << " new holdings; " << report.newItems << " new items, "
@@ -151,18 +172,12 @@ void importMarcFile(const std::string& url, const std::string& file, const Impor
 }
 
 void printRules(const std::string& url) {
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
-    std::cout << showRules(database);
-  });
+  onLibrary(url, [](Database& database) { std::cout << showRules(database); });
 }
 
 void takeRulesFrom(const std::string& url, const std::string& file, bool checkOnly) {
   RulesReport report;
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
+  onLibrary(url, [&](Database& database) {
     report = takeRules(database, file, checkOnly ? RulesUse::CheckOnly : RulesUse::Take, wallClock());
   });
   refuseFaults(report.faults);

@@ -17,7 +17,8 @@ struct OperatorCommand {
   std::string rights;  ///< codes separated by commas, or one of the words "all", "view", "none"
 };
 
-void initialise(const std::string& database);
+/// `zone` is the library's time zone; empty leaves it as it is, and at first this machine's.
+void initialise(const std::string& database, const std::string& zone);
 /// Takes the day of `--bookings-on` and its number; an empty list for none.
 void makeDemo(const std::string& database, DemoOptions options, const std::vector<std::string>& bookingsOn);
 void serve(const Server::Options& options, bool behindProxy);
@@ -29,6 +30,7 @@ void printRules(const std::string& database);
 /// error.
 void takeRulesFrom(const std::string& database, const std::string& file, bool checkOnly);
 void backUpTo(const std::string& database, const std::string& file);
+void restoreFrom(const std::string& database, const std::string& file);
 
 void addLibraryNamed(const std::string& database, const std::string& name);
 void listLibraries(const std::string& database);

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <csignal>
 
 #include <iostream>
@@ -19,6 +21,7 @@ struct Given {
   std::string file;
   std::string name;
   std::string library;
+  std::string zone;
   bool behindProxy = false;
   bool checkOnly = false;
   DemoOptions demo;
@@ -63,7 +66,9 @@ void describeRules(CLI::App& app, Given& given) {
 
 void describeServing(CLI::App& app, Given& given) {
   CLI::App* init = app.add_subcommand("init", "Make the database, or bring its schema up to date");
-  init->callback([&given] { initialise(given.database); });
+  init->add_option("--time-zone", given.zone,
+                   "The library's, such as Europe/Berlin; this machine's without it");
+  init->callback([&given] { initialise(given.database, given.zone); });
 
   CLI::App* demo = app.add_subcommand("demo", "Fill a new database with a small believable library");
   demo->add_option("--seed", given.demo.seed, "The same seed and date give the same library");
@@ -80,6 +85,9 @@ void describeServing(CLI::App& app, Given& given) {
   serving->add_option("--certificate", given.server.certificate, "PEM file of the certificate, for HTTPS");
   serving->add_option("--key", given.server.key, "PEM file of its key");
   serving->add_option("--threads", given.server.threads, "Clients that may stay connected at one time")
+      ->capture_default_str();
+  serving->add_option("--connections", given.server.connections, "Connections to the database, at most")
+      ->check(CLI::Range(2, 1000))
       ->capture_default_str();
   serving->add_option("--most-found", given.server.mostFound, "Hits that a search tells; all are counted")
       ->check(CLI::Range(1, 32'767))
@@ -99,6 +107,10 @@ void describeServing(CLI::App& app, Given& given) {
   CLI::App* backup = app.add_subcommand("backup", "Write a copy of the database, also while it is served");
   backup->add_option("file", given.file, "The file to write; it must not exist")->required();
   backup->callback([&given] { backUpTo(given.database, given.file); });
+
+  CLI::App* restoring = app.add_subcommand("restore", "Make the database from such a copy");
+  restoring->add_option("file", given.file, "The file to read")->required();
+  restoring->callback([&given] { restoreFrom(given.database, given.file); });
 }
 
 void describeLibrary(CLI::App& app, Given& given) {
@@ -169,6 +181,8 @@ void describeOperators(CLI::App& app, Given& given) {
 
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is told as a full disk
+  umask(077);                     // the database, its copies and its key are nobody else's
   Given given;
   CLI::App app("The server of a library's booking desks.", "vantry-server");
   app.require_subcommand(1);

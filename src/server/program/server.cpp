@@ -1,11 +1,14 @@
 #include "server/program/server.h"
 
+#include <ctime>
+
 #include "server/base/moment.h"
 #include "server/catalogue/catalogue_store.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
 #include "server/requests/runner.h"
 #include "server/store/database.h"
+#include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/store_sentence.h"
 
@@ -13,9 +16,25 @@ namespace vantry {
 
 using namespace server;
 
-static Database& upToDate(Database& database) {
-  migrate(database);
+/// On a connection of its own, whose statements may take their time.
+static void bringUpToDate(const Server::Options& options) {
+  Database database(options.database, {.connections = 1, .patience = options.patience});
+  upgrade(database);
+  if (options.takesTimeZone) takeTimeZone(database);
+  if (!options.clock) checkClock(database, std::time(nullptr));
   indexCatalogue(database);
+}
+
+static StoreOptions storeOptions(const Server::Options& options) {
+  bringUpToDate(options);
+  return {.connections = options.connections,
+          .patience = options.patience,
+          .silence = std::chrono::seconds(options.silence),
+          .onMoved = options.onStoreLost};
+}
+
+static Database& heldToSchema(Database& database) {
+  database.holdToSchema(schemaVersion(database));
   return database;
 }
 
@@ -26,8 +45,8 @@ static Clock clockOf(const Server::Options& options) {
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
-      : database_(options.database, {.connections = 8, .patience = options.patience}),
-        runner_(upToDate(database_), clockOf(options),
+      : database_(options.database, storeOptions(options)),
+        runner_(heldToSchema(database_), clockOf(options),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
         housekeeper_(database_, clockOf(options)),
         front_(runner_, {.address = options.address,

@@ -17,6 +17,9 @@ namespace vantry::server {
 
 namespace {
 
+/// Tries are counted before they are recorded, so that they run one after another.
+constexpr std::string_view tryKey = "log-on";
+
 /// The right for which a supervisor is asked.
 std::string_view rightAskedFor(const Message& message) {
   for (const std::string_view right : {tags::OVPAT, tags::OVITM, tags::OVOTR}) {
@@ -33,7 +36,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   std::optional<OperatorAccount> account;
   std::optional<Moment> wait;
   // The try is booked before it is made, so that many at once count as many.
-  database_.write([&](Connection& db) {
+  database_.writeApart(tryKey, [&](Connection& db) {
     account = findOperator(db, name);
     wait = bookLoginTry(db, name, address, now);
   });
@@ -42,7 +45,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   if (!known) wasteCheck(password, cost_);
   const bool granted = known && matchesPassword(account->password, password);
   std::string token;
-  database_.write([&](Connection& db) {
+  database_.writeApart({}, [&](Connection& db) {
     if (!granted) return audit(db, nullptr, now, "login refused", name, address);
     forgetLoginTries(db, name);
     token = openSession(db, account->id, now);
@@ -56,7 +59,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
 
 bool RequestRunner::logout(std::string_view token) {
   bool known = false;
-  database_.write([&](Connection& db) {
+  database_.writeApart({}, [&](Connection& db) {
     const std::optional<Session> session = findSession(db, token, clock_());
     known = session.has_value();
     if (session) closeSession(db, *session);
@@ -72,7 +75,7 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
   std::optional<Session> session;
   std::optional<OperatorAccount> account;
   std::optional<Moment> wait;
-  database_.write([&](Connection& db) {
+  database_.writeApart(tryKey, [&](Connection& db) {
     session = findSession(db, token, now);
     if (!session) return;
     account = findOperator(db, session->login);
@@ -84,7 +87,7 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
     return {.kind = Kind::WrongOld, .weakness = {}, .retryAfter = 0};
   const std::string weakness = weaknessOf(fresh);
   const std::string hash = weakness.empty() ? hashPassword(fresh, cost_) : std::string();
-  database_.write([&](Connection& db) {
+  database_.writeApart({}, [&](Connection& db) {
     forgetLoginTries(db, session->login);
     if (!weakness.empty()) return;
     setPassword(db, account->id, hash);
@@ -98,7 +101,6 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
 /// What is known of a supervisor's login before the password is looked at.
 struct RequestRunner::Supervisor {
   Judged judged;
-  std::optional<StoredReply> stored;
   std::optional<OperatorAccount> account;
   bool tooMany = false;
   bool holdsRight = false;
@@ -108,9 +110,7 @@ RequestRunner::Supervisor RequestRunner::meetSupervisor(Connection& db, const In
                                                         Moment now) const {
   Supervisor met;
   met.judged = judge(db, incoming, now);
-  if (!met.judged.session || met.judged.refusal) return met;
-  met.stored = findReply(db, {.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId});
-  if (met.stored) return met;
+  if (!met.judged.session || met.judged.refusal || met.judged.stored) return met;
   const Message message(incoming.tags);
   met.account = findOperator(db, message.text(tags::OI));
   // Tries count for this session and not for an address, so that one desk's cannot stop the others'.
@@ -139,7 +139,7 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
   const Moment now = clock_();
   const Message message(incoming.tags);
   Supervisor met;
-  database_.write([&](Connection& db) { met = meetSupervisor(db, incoming, now); });
+  database_.writeApart(tryKey, [&](Connection& db) { met = meetSupervisor(db, incoming, now); });
   Answer answer;
   if (!met.judged.session) return answer;
   answer.kind = Answer::Kind::Done;
@@ -147,25 +147,21 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
     answer.json = met.judged.refusal->json();
     return answer;
   }
-  if (met.stored) {
-    if (met.stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
-    answer.json = met.stored->json;
-    return answer;
-  }
+  const std::string digest = digestOf(incoming.code, incoming.tags);
+  if (met.judged.stored) return repeat(*met.judged.stored, incoming.code, digest);
   const int outcome = judgeSupervisor(met, message.text(tags::PW));
   answer.json = Reply(outcome).json();
-  database_.write([&](Connection& db) {
+  database_.writeApart(incoming.requestId, [&](Connection& db) {
     const ReplyKey key{.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId};
     // The same request, sent once more, may have been quicker.
     if (const std::optional<StoredReply> stored = findReply(db, key)) {
-      if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
-      answer.json = stored->json;
+      answer = repeat(*stored, incoming.code, digest);
       return;
     }
     if (outcome != rc::wrongLogin) forgetLoginTries(db, message.text(tags::OI));
     audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",
           message.text(tags::OI), rightAskedFor(message));
-    storeReply(db, key, {std::string(incoming.code), answer.json}, now);
+    storeReply(db, key, {std::string(incoming.code), digest, answer.json}, now);
   });
   return answer;
 }

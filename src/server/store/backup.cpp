@@ -1,48 +1,93 @@
 #include "server/store/backup.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <stdexcept>
 
 #include "server/store/database.h"
+#include "server/store/migrations.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
+#include "server/store/server_tools.h"
 #include "server/store/store_sentence.h"
+#include "server/store/whole_file.h"
 
 namespace vantry::server {
 
 namespace {
 
-/// PostgreSQL has its own program for this, which knows all about its formats.
-void dumpPostgresql(const std::string& url, const std::string& file) {
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("The program pg_dump cannot be started.");
-  if (child == 0) {
-    execlp("pg_dump", "pg_dump", "--format=custom", ("--file=" + file).c_str(), url.c_str(), nullptr);
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (WIFEXITED(status) && WEXITSTATUS(status) == 127) {
-    throw std::runtime_error("The program pg_dump is not installed.");
-  }
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error("The program pg_dump failed.");
+std::string textFrom(Database& database, const std::string& sql) {
+  std::string text;
+  database.readOnce([&](Connection& db) {
+    Query query(db, sql);
+    fetchOne(query, text);
+  });
+  return text;
+}
+
+bool isFile(const std::string& url) {
+  return dialectOf(url).kind == Dialect::Kind::Sqlite;
+}
+
+void copyFile(const std::string& url, const std::string& copy) {
+  Database database(url, {.connections = 1});
+  requireLibrary(database);
+  database.plain([&](Connection& db) {
+    Query query(db, "vacuum into :file");
+    query.bind("file", copy).run();
+  });
+}
+
+/// A database whose library lives in a schema of its own may hold others.
+void dump(const std::string& url, const std::string& copy) {
+  Database database(url, {.connections = 1});
+  requireLibrary(database);
+  const std::string schema = textFrom(database, "select current_schema()");
+  std::vector<std::string> command{"pg_dump", "--format=custom", "--no-owner", "--file=" + copy};
+  if (schema != "public") command.push_back("--schema=" + schema);
+  runServerTool(url, command);
+}
+
+/// A copy that was broken off opens as an empty database.
+void checkCopy(const std::string& file) {
+  Database copy(file, {.connections = 1});
+  requireLibrary(copy);
+  if (textFrom(copy, "pragma integrity_check(1)") != "ok")
+    throw StoreError(StoreError::Kind::Failed, "the file is damaged");
+}
+
+void restoreFile(const std::string& url, const std::string& file) {
+  writeWhole(url, [&](const std::string& part) {
+    tellingPlainly(file, [&] {
+      // Into a copy of its own, so that looking at the file leaves nothing beside it.
+      copyFile(file, part);
+      checkCopy(part);
+    });
+    for (const char* beside : {"-wal", "-shm"}) std::filesystem::remove(part + beside);
+  });
+}
+
+void restoreDump(const std::string& url, const std::string& file) {
+  std::string name;
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1});
+    if (schemaVersion(database) > 0) throw std::runtime_error("The database holds a library already.");
+    name = textFrom(database, "select current_database()");
+  });
+  runServerTool(
+      url, {"pg_restore", "--exit-on-error", "--single-transaction", "--no-owner", "--dbname=" + name, file});
 }
 
 }  // namespace
 
 void backUp(const std::string& url, const std::string& file) {
-  if (std::filesystem::exists(file)) throw std::runtime_error("The file " + file + " exists already.");
-  if (dialectOf(url).kind == Dialect::Kind::Postgresql) return dumpPostgresql(url, file);
-  if (!std::filesystem::exists(url)) throw std::runtime_error("There is no database " + url + ".");
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    database.plain([&](Connection& db) {
-      Query query(db, "vacuum into :file");
-      query.bind("file", file).run();
-    });
+  writeWhole(file, [&](const std::string& part) {
+    tellingPlainly(url, [&] { isFile(url) ? copyFile(url, part) : dump(url, part); });
   });
+}
+
+void restore(const std::string& url, const std::string& file) {
+  if (!std::filesystem::exists(file)) throw std::runtime_error("There is no file " + file + ".");
+  isFile(url) ? restoreFile(url, file) : restoreDump(url, file);
 }
 
 }  // namespace vantry::server

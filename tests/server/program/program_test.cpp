@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -47,6 +48,14 @@ class Serving {
   ~Serving() { end(SIGKILL); }
   Serving(const Serving&) = delete;
   Serving& operator=(const Serving&) = delete;
+
+  /// Waits until it has ended by itself.
+  int wait() {
+    int status = 0;
+    if (child_ > 0) waitpid(child_, &status, 0);
+    child_ = 0;
+    return status;
+  }
 
   int end(int signal) {
     int status = 0;
@@ -183,6 +192,7 @@ TEST_F(ProgramTest, TellsWhatIsWrongAndChangesNothing) {
 }
 
 TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
+  run("init");
   run("library add \"City Library\"");
   run("location add Main --library \"City Library\"");
   writeFile(folder.file("export.mrc"),
@@ -288,14 +298,55 @@ TEST_F(ProgramTest, TellsOfADatabaseThatCannotBeUsedInASentence) {
   }
 }
 
+TEST_F(ProgramTest, KeepsTheLibrarysTimeWhateverTheMachinesZone) {
+  EXPECT_EQ(run("init --time-zone Mars/Base").text,
+            "vantry-server: There is no time zone \"Mars/Base\" on this machine.\n");
+  ASSERT_EQ(run("init --time-zone Asia/Tokyo").code, 0);
+  for (const char* zone : {"America/New_York", "Asia/Tokyo"}) {
+    setenv("TZ", zone, 1);
+    EXPECT_EQ(
+        run(std::string("operator add --name N ") + (zone[1] == 'm' ? "one" : "two"), "a-good-password\n")
+            .code,
+        0);
+  }
+  unsetenv("TZ");
+  // The zones are thirteen hours apart at least.
+  EXPECT_EQ(value("select max(at) - min(at) < 6 * 3600 from audit where action = 'operator added'"), "1");
+}
+
+TEST_F(ProgramTest, EndsWhenItsFileIsMovedOrReplacedAndLosesNothing) {
+  makeLibrary();
+  const std::string moved = folder.file("moved.sqlite");
+  for (const bool replaced : {false, true}) {
+    Serving serving(database, folder.file("log"));
+    WireClient client(serving.port());
+    ASSERT_EQ(client.login("dana", "a-good-password").status, 200);
+    const std::string sessions = value("select count(*) from sessions");
+    std::filesystem::rename(database, moved);
+    if (replaced) std::ofstream(database) << "somebody's notes";
+    EXPECT_EQ(client.send("GETLOCS", {}).status, 503);
+    const int status = serving.wait();
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+    if (replaced) {
+      EXPECT_EQ(std::filesystem::file_size(database), 16U) << "what lies there now stays as it is";
+    } else {
+      EXPECT_FALSE(std::filesystem::exists(database));
+    }
+    std::filesystem::rename(moved, database);
+    EXPECT_EQ(value("select count(*) from sessions"), sessions);
+  }
+}
+
 class TwoPrograms : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Databases, TwoPrograms, eachDatabase, databaseName);
 
-TEST_P(TwoPrograms, ThatStartAtOnceOnAnEmptyDatabaseBothServe) {
+TEST_P(TwoPrograms, ThatStartAtOnceOnAnOlderDatabaseBothServe) {
   if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
   for (int round = 0; round < 3; ++round) {
     const TempFolder logs;
     const TestStore store(GetParam());
+    migrate(*std::make_unique<Database>(store.url()), 12);
     Serving first(store.url(), logs.file("first"));
     Serving second(store.url(), logs.file("second"));
     const int ports[] = {first.port(), second.port()};

@@ -90,7 +90,7 @@ bool createDemoDatabase(const std::string& url, const DemoOptions& options) {
   const Moment today = dayOf(options);
   bool made = false;
   tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
+    Database database(url, {.connections = 1, .patience = 10, .create = true});
     made = !holdsLibraryAlready(database) && fillIfEmpty(database, options, today);
   });
   return made;

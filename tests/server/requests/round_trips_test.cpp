@@ -1,0 +1,59 @@
+// Each statement that is sent to a database server is a wait for the network.
+
+#include <gtest/gtest.h>
+
+#include "server/store/query.h"
+#include "support/server_desk_library.h"
+
+namespace vantry::server {
+namespace {
+
+class RoundTrips : public OnEachDatabase {
+ protected:
+  void SetUp() override {
+    OnEachDatabase::SetUp();
+    if (!library_) return;
+    database = std::make_unique<Database>(library().url(), StoreOptions{.connections = 1});
+    database->holdToSchema(1000);
+    runner = std::make_unique<RequestRunner>(*database, library().clock(), HashCost::Quick);
+  }
+
+  std::int64_t soFar() {
+    std::int64_t trips = 0;
+    database->plain([&](Connection& db) { trips = db.roundTrips(); });
+    return trips;
+  }
+
+  /// Of the second of two requests: the first one has prepared the statements.
+  std::int64_t tripsOf(const std::string& code, const std::string& first, const std::string& second) {
+    EXPECT_EQ(library().sendTo(*runner, code, first).rc, 0);
+    const std::int64_t before = soFar();
+    EXPECT_EQ(library().sendTo(*runner, code, second).rc, 0);
+    return soFar() - before;
+  }
+
+  /// A file's step of the schema is a statement of its own.
+  [[nodiscard]] bool onServer() const { return database->dialect().kind == Dialect::Kind::Postgresql; }
+
+  std::unique_ptr<Database> database;
+  std::unique_ptr<RequestRunner> runner;
+};
+INSTANTIATE_TEST_SUITE_P(Databases, RoundTrips, eachDatabase, databaseName);
+
+TEST_P(RoundTrips, AreFew) {
+  const auto save = [](const char* from, const char* until) {
+    return booking(times(2, from, until), "LOC=1", 3, "EID=1");
+  };
+  EXPECT_LE(tripsOf("NEWBK", save("10:00", "11:00"), save("13:00", "14:00")), onServer() ? 14 : 15);
+  const auto tripsToKnow = [&](const std::string& token, bool known) {
+    const std::int64_t before = soFar();
+    EXPECT_EQ(runner->knowsSession(token), known);
+    return soFar() - before;
+  };
+  tripsToKnow("nobody", false);
+  EXPECT_EQ(tripsToKnow(library().token("desk"), true), 1);
+  EXPECT_LE(tripsOf("BOOKDAY", "DATE=2026-03-02; HBK=N", "DATE=2026-03-02; HBK=N"), 5);
+}
+
+}  // namespace
+}  // namespace vantry::server
