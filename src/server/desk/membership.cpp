@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "server/desk/library_border.h"
 #include "server/desk/occupancy.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -124,18 +125,20 @@ bool keepInBookings(Connection& db, std::int64_t pieceId, std::int64_t groupId, 
   return true;
 }
 
-bool isBoundToBookings(Connection& db, std::int64_t equipmentId) {
+bool isBoundToBookings(Connection& db, std::int64_t equipmentId, std::int64_t desk) {
   int own = 0;
   int others = 0;
   Query query(db,
               "select (select count(*) from booking_equipment l join bookings b on b.id = l.booking_id where "
               "l.equipment_id = :id and l.returned_at is null and b.status in (0, 99, 999) and "
-              "(b.booking_type <> 1 or l.charged_at is not null)), "
-              "(select count(*) from booking_equipment l join bookings b on b.id = l.booking_id where "
-              "l.equipment_id in (select e.id from equipment e where e.group_id = :id or e.id = "
-              "(select p.group_id from equipment p where p.id = :id)) and l.returned_at is null and "
-              "b.status in (0, 99, 999))");
-  query.bind("id", equipmentId);
+              "(b.booking_type <> 1 or l.charged_at is not null or not " +
+                  isOfLibrary("b.location_id") +
+                  ")), "
+                  "(select count(*) from booking_equipment l join bookings b on b.id = l.booking_id where "
+                  "l.equipment_id in (select e.id from equipment e where e.group_id = :id or e.id = "
+                  "(select p.group_id from equipment p where p.id = :id)) and l.returned_at is null and "
+                  "b.status in (0, 99, 999))");
+  query.bind("id", equipmentId).bind("desk", desk);
   fetchOne(query, own, others);
   return own > 0 || others > 0;
 }

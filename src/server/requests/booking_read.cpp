@@ -15,14 +15,16 @@ namespace vantry::server {
 
 namespace {
 
+/// A withheld patron is told by neither name nor key, which could be looked up.
 void addPeople(Reply& reply, const BookingHead& head) {
-  if (!isWithheld(head.withheld, head.status))
-    reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
-  if (!isWithheld(head.pickupWithheld, head.status))
+  const bool withheld = isWithheld(head.withheld, head.status);
+  const bool pickupWithheld = isWithheld(head.pickupWithheld, head.status);
+  if (!withheld) reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
+  if (!pickupWithheld)
     reply.head(tags::PPATNM, personName(head.pickupLast, head.pickupFirst, head.pickupMiddle));
   reply.head(tags::PGNM, head.group)
-      .head(tags::PID, head.patronId)
-      .head(tags::PPID, head.pickupId)
+      .head(tags::PID, withheld ? 0 : head.patronId)
+      .head(tags::PPID, pickupWithheld ? 0 : head.pickupId)
       .head(tags::PGID, head.groupId)
       .head(tags::ODE, head.setupStaffId)
       .head(tags::OPU, head.cleanupStaffId);

@@ -45,12 +45,16 @@ bool isOfDesk(const Context& context, const FoundBooking& booking) {
   return booking.locationId == desk || booking.pickupLocationId == desk;
 }
 
+std::vector<FoundBooking> foundBookings(Context& context, const SearchTag& search, const Message& message) {
+  return findCurrentBookings(context.db, search.by, message.text(search.tag), context.session.locationId);
+}
+
 Reply searchToCharge(Context& context, const Message& message) {
   const SearchTag* search = tagOf(personTags, message);
   Reply reply;
   if (search == nullptr) return reply;
   bool charged = false;
-  for (const FoundBooking& found : findCurrentBookings(context.db, search->by, message.text(search->tag))) {
+  for (const FoundBooking& found : foundBookings(context, *search, message)) {
     if (!isOfDesk(context, found)) continue;
     charged = charged || isOut(found.status);
     if (found.status == BookingStatus::Live) addRow(reply, context, found.id);
@@ -81,19 +85,21 @@ Reply bookingsOfLines(Context& context, const std::vector<OpenLine>& lines) {
   return reply;
 }
 
-/// Things come back to whichever desk is nearest, so that no desk is asked for.
+/// Things come back to whichever desk of the library is nearest.
 Reply searchToDischarge(Context& context, const Message& message) {
   if (const SearchTag* search = tagOf(thingTags, message)) {
     const std::string_view text = message.text(search->tag);
+    const std::int64_t desk = context.session.locationId;
     const bool isScan = message.flag(tags::QD) && search->by != SearchBy::CallNumber;
-    if (isScan) return lineReply(findScannedLines(context.db, search->by, text));
-    const std::vector<OpenLine> lines = findOpenLines(context.db, search->by, text, message.text(tags::CNTY));
+    if (isScan) return lineReply(findScannedLines(context.db, search->by, text, desk));
+    const std::vector<OpenLine> lines =
+        findOpenLines(context.db, search->by, text, desk, message.text(tags::CNTY));
     return message.flag(tags::QD) ? lineReply(lines) : bookingsOfLines(context, lines);
   }
   Reply reply;
   const SearchTag* search = tagOf(personTags, message);
   if (search == nullptr) return reply;
-  for (const FoundBooking& found : findCurrentBookings(context.db, search->by, message.text(search->tag))) {
+  for (const FoundBooking& found : foundBookings(context, *search, message)) {
     if (isOut(found.status)) addRow(reply, context, found.id);
   }
   return reply;

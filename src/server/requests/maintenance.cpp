@@ -19,7 +19,8 @@ namespace {
 /// What staff should know of a stay: bookings keep the piece that is in maintenance.
 std::string serverNote(Context& context, const MaintenanceRecord& record) {
   constexpr std::size_t mostTold = 5;
-  const std::vector<std::int64_t> bookings = bookingsMeeting(context.db, record, mostTold + 1);
+  const std::vector<std::int64_t> bookings =
+      bookingsMeeting(context.db, record, context.session.locationId, mostTold + 1);
   if (bookings.empty()) return {};
   std::string text = "Booked during this maintenance: ";
   for (std::size_t place = 0; place < std::min(bookings.size(), mostTold); ++place)

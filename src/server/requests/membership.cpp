@@ -106,7 +106,7 @@ Reply placeInRoom(Context& context, const Message& message) {
 
 Reply freeFromBookings(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::EID);
-  if (isBoundToBookings(context.db, id)) return Reply(rc::bookingsExist);
+  if (isBoundToBookings(context.db, id, context.session.locationId)) return Reply(rc::bookingsExist);
   releaseFromBookings(context.db, id, stampOf(context, 0));
   note(context, "freed from bookings", id, 0);
   return Reply();
