@@ -114,7 +114,7 @@ std::string thingSql(Connection& db, SearchBy by) {
 std::vector<OpenLine> findByItemId(Connection& db, std::string_view text, std::int64_t desk) {
   std::vector<OpenLine> lines;
   static const std::string sql =
-      std::string(itemLines) + "where i.id >= :low and i.id <= :high" + longestFirst();
+      std::string(itemLines) + "where l.item_id >= :low and l.item_id <= :high" + longestFirst();
   for (const NumberRange& range : numberRanges(text, 1)) {
     Query query(db, sql);
     query.bind("low", range.low).bind("high", range.high).bind("desk", desk);

@@ -7,7 +7,9 @@
 
 #include <spdlog/spdlog.h>
 
+#include "server/access/audit.h"
 #include "server/access/passwords.h"
+#include "server/jobs/housekeeping.h"
 #include "server/program/terminal.h"
 #include "server/setup/administration.h"
 #include "server/setup/rules_file.h"
@@ -133,6 +135,14 @@ void serve(const Server::Options& options, bool behindProxy) {
 void backUpTo(const std::string& database, const std::string& file) {
   backUp(database, file);
   std::cout << "The copy stands in " << file << ".\n";
+}
+
+void trustClock(const std::string& database) {
+  change(database, [](Connection& db) {
+    const Moment now = wallClock();
+    acceptMoment(db, now);
+    auditCommand(db, now, "clock trusted", momentText(now), {});
+  });
 }
 
 void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {

@@ -80,6 +80,9 @@ void describeServing(CLI::App& app, Given& given) {
     serve(given.server, given.behindProxy);
   });
 
+  app.add_subcommand("trust-clock", "Let housekeeping go on that waits because the clock has jumped")
+      ->callback([&given] { trustClock(given.database); });
+
   CLI::App* backup = app.add_subcommand("backup", "Write a copy of the database, also while it is served");
   backup->add_option("file", given.file, "The file to write; it must not exist")->required();
   backup->callback([&given] { backUpTo(given.database, given.file); });

@@ -22,6 +22,7 @@ class Server {
     int threads = 64;                   ///< clients that may stay connected at one time
     int patience = 10;                  ///< seconds to wait for another process that writes
     int mostFound = 2000;               ///< hits that a search tells; all are counted
+    bool trustsClock = false;           ///< keeps house at once after a pause of any length
     bool quickHashes = false;           ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's

@@ -35,8 +35,8 @@ const SearchTag* tagOf(std::span<const SearchTag> known, const Message& message)
   return found == known.end() ? nullptr : &*found;
 }
 
-void addRow(Reply& reply, Context& context, std::int64_t bookingId) {
-  if (const auto row = findBookingRow(context.db, bookingId)) addBookingRow(reply, *row);
+void addRows(Reply& reply, Context& context, const std::vector<std::int64_t>& ids) {
+  for (const BookingListRow& row : bookingRowsOf(context.db, ids)) addBookingRow(reply, row);
 }
 
 /// Those made at this desk, and those to be fetched here.
@@ -53,12 +53,14 @@ Reply searchToCharge(Context& context, const Message& message) {
   const SearchTag* search = tagOf(personTags, message);
   Reply reply;
   if (search == nullptr) return reply;
+  std::vector<std::int64_t> ids;
   bool charged = false;
   for (const FoundBooking& found : foundBookings(context, *search, message)) {
     if (!isOfDesk(context, found)) continue;
     charged = charged || isOut(found.status);
-    if (found.status == BookingStatus::Live) addRow(reply, context, found.id);
+    if (found.status == BookingStatus::Live) ids.push_back(found.id);
   }
+  addRows(reply, context, ids);
   const bool byNumber = search->by == SearchBy::Confirmation;
   if (byNumber && charged && reply.recordCount() == 0) reply.setRc(rc::alreadyCharged);
   return reply;
@@ -80,8 +82,8 @@ Reply bookingsOfLines(Context& context, const std::vector<OpenLine>& lines) {
   for (const OpenLine& line : lines) {
     if (std::find(told.begin(), told.end(), line.bookingId) != told.end()) continue;
     told.push_back(line.bookingId);
-    addRow(reply, context, line.bookingId);
   }
+  addRows(reply, context, told);
   return reply;
 }
 
@@ -99,9 +101,11 @@ Reply searchToDischarge(Context& context, const Message& message) {
   Reply reply;
   const SearchTag* search = tagOf(personTags, message);
   if (search == nullptr) return reply;
+  std::vector<std::int64_t> ids;
   for (const FoundBooking& found : foundBookings(context, *search, message)) {
-    if (isOut(found.status)) addRow(reply, context, found.id);
+    if (isOut(found.status)) ids.push_back(found.id);
   }
+  addRows(reply, context, ids);
   return reply;
 }
 

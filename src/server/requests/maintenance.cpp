@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "server/access/audit.h"
 #include "server/base/number_text.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/inventory_writer.h"
@@ -122,7 +121,6 @@ Reply newMaintenance(Context& context, const Message& message) {
   }
   const std::int64_t id =
       writeMaintenance(context.db, record, linesOf(context, message), stampOf(context, 0));
-  audit(context.db, &context.session, context.now, "maintenance made", std::to_string(id), {});
   return createdReply(context, tags::MID, id);
 }
 
@@ -135,14 +133,12 @@ Reply changeMaintenance(Context& context, const Message& message) {
   writeMaintenance(context.db, *record,
                    isShort(message) ? linesOfMaintenance(context.db, record->id) : linesOf(context, message),
                    stamp);
-  audit(context.db, &context.session, context.now, "maintenance changed", std::to_string(record->id), {});
   return updatedReply(context, stamp);
 }
 
 Reply removeMaintenance(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::MID);
   deleteMaintenance(context.db, id);
-  audit(context.db, &context.session, context.now, "maintenance deleted", std::to_string(id), {});
   return Reply();
 }
 

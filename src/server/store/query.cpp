@@ -164,6 +164,7 @@ bool Query::next() {
   try {
     if (!started_) {
       started_ = true;
+      ++connection_.queriesRun_;
       statement_.define_and_bind();
       statement_.execute(false);
     }
@@ -179,6 +180,7 @@ bool Query::next() {
 std::int64_t Query::run() {
   try {
     started_ = true;
+    ++connection_.queriesRun_;
     statement_.define_and_bind();
     statement_.execute(true);
     ended_ = true;

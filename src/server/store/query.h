@@ -34,6 +34,9 @@ class Connection {
   /// Takes the limit off again.
   void unlimitTime();
 
+  /// How many queries have run on it.
+  [[nodiscard]] std::size_t queriesRun() const { return queriesRun_; }
+
   /// The statements that were prepared on it, for looking at how they are run.
   [[nodiscard]] std::vector<std::string> statements() const;
 
@@ -52,6 +55,7 @@ class Connection {
   const Dialect& dialect_;
   soci::session session_;
   Statements statements_;
+  std::size_t queriesRun_ = 0;
   std::chrono::steady_clock::time_point deadline_;
 };
 
