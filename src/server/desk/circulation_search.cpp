@@ -53,11 +53,14 @@ std::vector<FoundBooking> findByNumber(Connection& db, std::string_view text, st
   std::vector<FoundBooking> found;
   static const std::string sql =
       std::string(foundColumns) + "from bookings b where b.id >= :low and b.id <= :high" + current();
+  // How wide a range is decides whether its keys are read, or the bookings that are not over.
+  planForSearch(db);
   for (const NumberRange& range : numberRanges(text, confirmationFigures)) {
     Query query(db, sql);
     query.bind("low", range.low).bind("high", range.high).bind("desk", desk);
     readFound(query, found);
   }
+  planAsUsual(db);
   std::sort(found.begin(), found.end(), [](const FoundBooking& one, const FoundBooking& other) {
     return std::pair(one.startsAt, one.id) < std::pair(other.startsAt, other.id);
   });

@@ -47,7 +47,9 @@ constexpr std::string_view many[] = {
     "updated_at, setup_staff_id, cleanup_staff_id, pickup_patron_id, room_charged_at) "
     "select n % 3 + 1, 1, case when n % 20 = 0 then 99 else 1 end, n, n % 500 + 10, 1750000000 + n * 3600, "
     "1750003600 + n * 3600, 0, 0, $STAFF, $STAFF, n, 0",
-    "booking_items (booking_id, place, title_id, item_id, charged_at) select n, 1, n, n, 0",
+    "booking_items (booking_id, place, title_id, item_id, charged_at, returned_at) select n, 1, n, n, 0, "
+    "case when n % "
+    "10 > 0 then 0 end",
     "booking_equipment (booking_id, place, equipment_id, equipment_type_id, charged_at, returned_at) "
     "select n, 1, n % 4000 + 20, n % 1000 + 1, 0, case when n % 10 > 0 then 0 end",
     "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
