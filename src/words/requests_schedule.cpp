@@ -75,7 +75,7 @@ constexpr RequestRow kRequests[] = {
      "patrons by PID; -98 with SRCHTAG: the criterion whose value cannot be searched for; -94: it took too "
      "long"},
     {"PRDTLS", "BOOKID PID", "A1 A2 A3 A4 A5 CY SP ZP PH UDT", "", "", kBookings, kReads,
-     "address of a patron for a confirmation"},
+     "address of a patron of the booking for a confirmation; empty for anybody else"},
 };
 
 }  // namespace

@@ -20,7 +20,7 @@ struct CirculationStory : DeskStory {
       what.push_back({"IFL", "N"});
     }
     const int rc = ask(
-        "NEWBK", bookingTags(date + " 12:00:00", date + " 14:00:00", {{"PID", "1"}, {"PGID", "1"}}, what));
+        "NEWBK", bookingTags(date + " 12:00:00", date + " 14:00:00", {{"PID", "1"}, {"PGID", "6"}}, what));
     EXPECT_EQ(rc, 0) << get("CANTREAD");
     return {get("BOOKID"), get("CNUM")};
   }

@@ -15,7 +15,7 @@ struct MonitorStory : DeskStory {
     what.push_back({"ETI", "1"});
     what.push_back({"IFL", "N"});
     const int rc = ask("NEWBK", bookingTags("2026-11-24 12:30:00", "2026-11-24 13:30:00",
-                                            {{"PID", "1"}, {"PGID", "1"}}, what));
+                                            {{"PID", "1"}, {"PGID", "6"}}, what));
     EXPECT_EQ(rc, 0) << get("CANTREAD");
     return get("BOOKID");
   }

@@ -268,9 +268,9 @@ Got DeskLibrary::sendWithId(RequestRunner& runner, const std::string& id, const 
   return answerTo(runner, {.token = tokens_.at(login), .code = code, .requestId = id, .tags = read});
 }
 
-Got DeskLibrary::run(const std::string& code, std::span<const TagValue> tags) {
+Got DeskLibrary::run(const std::string& code, std::span<const TagValue> tags, const std::string& login) {
   const std::string id = nextId();
-  return answerTo(*runner_, {.token = tokens_.at("desk"), .code = code, .requestId = id, .tags = tags});
+  return answerTo(*runner_, {.token = tokens_.at(login), .code = code, .requestId = id, .tags = tags});
 }
 
 Got DeskLibrary::answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming) {

@@ -63,7 +63,7 @@ class DeskLibrary {
   Got sendWithId(RequestRunner& runner, const std::string& id, const std::string& code,
                  const std::string& tags, const std::string& login = "desk");
   /// The same with tags of which the values may be anything.
-  Got run(const std::string& code, std::span<const TagValue> tags);
+  Got run(const std::string& code, std::span<const TagValue> tags, const std::string& login = "desk");
 
   void setNow(int dayOfMarch, int hours, int minutes = 0);
   void execute(const std::string& sql);

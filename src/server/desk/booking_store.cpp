@@ -1,9 +1,11 @@
 #include "server/desk/booking_store.h"
 
 #include <algorithm>
+#include <map>
 
 #include "server/base/person_name.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 
 namespace vantry::server {
 
@@ -73,13 +75,19 @@ void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVi
   visitRows(query, visit);
 }
 
-std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId) {
-  static const std::string sql = std::string(listColumns) + "where b.id = :id";
-  std::optional<BookingListRow> found;
-  Query query(db, sql);
-  query.bind("id", bookingId);
-  visitRows(query, [&](const BookingListRow& row) { found = row; });
-  return found;
+std::vector<BookingListRow> bookingRowsOf(Connection& db, std::span<const std::int64_t> ids) {
+  std::map<std::int64_t, BookingListRow> found;
+  for (auto left = ids; !left.empty(); left = left.subspan(std::min(keysAtOnce, left.size()))) {
+    const IdSelect select{keyList(), [keys = left.first(std::min(keysAtOnce, left.size()))](Query& query) {
+                            bindKeys(query, keys);
+                          }};
+    visitBookingsAmong(db, select, [&](const BookingListRow& row) { found.emplace(row.id, row); });
+  }
+  std::vector<BookingListRow> rows;
+  for (const std::int64_t id : ids) {
+    if (const auto row = found.find(id); row != found.end()) rows.push_back(row->second);
+  }
+  return rows;
 }
 
 void visitBookingMarks(Connection& db, std::int64_t locationId, Moment from, Moment until,

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "server/base/moment.h"
 #include "server/desk/id_select.h"
@@ -35,8 +37,8 @@ void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment 
 /// The bookings whose keys are selected, by their start.
 void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit);
 
-/// The row of one booking.
-[[nodiscard]] std::optional<BookingListRow> findBookingRow(Connection& db, std::int64_t bookingId);
+/// The rows of bookings, in the order of the keys.
+[[nodiscard]] std::vector<BookingListRow> bookingRowsOf(Connection& db, std::span<const std::int64_t> ids);
 
 /// Start, end and status of the same bookings, for counts.
 struct BookingMark {

@@ -24,6 +24,8 @@ struct NamedKey {
   std::string_view table;
   std::int64_t id;
   std::string_view tag;
+  std::string_view column = "id";
+  std::int64_t ofGroup = 0;  ///< the row has to be one of that patron group
 };
 
 /// All of them by one statement. Throws TagRefusal for the first that points nowhere.
@@ -33,12 +35,16 @@ void requireRows(Connection& db, std::vector<NamedKey> keys) {
   std::string sql;
   for (const NamedKey& each : keys) {
     sql += (sql.empty() ? "select " : ", ") + std::string("(select count(*) from ");
-    sql.append(each.table).append(" where id = :id") += std::to_string(&each - keys.data()) + ")";
+    const std::string place = std::to_string(&each - keys.data());
+    sql.append(each.table).append(" where ").append(each.column).append(" = :id").append(place);
+    if (each.ofGroup != 0) sql.append(" and patron_group_id = :group").append(place);
+    sql += ")";
   }
   std::vector<int> found(keys.size());
   Query query(db, sql);
   for (std::size_t place = 0; place < keys.size(); ++place) {
     bindRow(query, place, "id", keys[place].id);
+    if (keys[place].ofGroup != 0) bindRow(query, place, "group", keys[place].ofGroup);
     query.into(found[place]);
   }
   while (query.next()) {
@@ -118,7 +124,6 @@ void bindDraft(Query& query, const StoredBooking& booking, const Period& times) 
 }
 
 void takePiece(Connection& db, Occupier& occupier, const ResolvedPiece& line, std::int64_t lineId) {
-  if (line.inRoom) return;
   if (line.piece.id == 0) return occupier.take({ThingKind::EquipmentWish, line.piece.typeId}, lineId);
   occupier.take({ThingKind::Equipment, line.piece.id}, lineId);
   if (!line.piece.isGroup) return;
@@ -188,6 +193,10 @@ void takeRoom(const BookingDraft& draft, Occupier& occupier) {
 
 }  // namespace
 
+bool holds(const BookingDraft& draft, const ResolvedPiece& piece) {
+  return !piece.inRoom || (draft.type == 1 && draft.roomId != 0);
+}
+
 ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const UsageQuestion& question) {
   ResolvedThings things;
   std::vector<std::int64_t> named;
@@ -214,9 +223,12 @@ ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const Us
   return things;
 }
 
-void requireKeys(Connection& db, const BookingDraft& draft) {
+void requireKeys(Connection& db, const BookingDraft& draft, const Requester& before) {
+  const Requester requester{draft.patronId, draft.groupId};
+  const bool isJudged = !draft.administrative && requester != before;
+  if (isJudged && requester.groupId == 0) refuseTag(tags::PGID);
   requireRows(db, {{"patrons", draft.patronId, tags::PID},
-                   {"patron_groups", draft.groupId, tags::PGID},
+                   {"patron_barcodes", isJudged ? draft.patronId : 0, tags::PGID, "patron_id", draft.groupId},
                    {"patrons", draft.pickupPatronId, tags::PPID},
                    {"patrons", draft.setupStaffId, tags::ODE},
                    {"patrons", draft.cleanupStaffId, tags::OPU},
@@ -284,7 +296,8 @@ void addLines(Connection& db, std::int64_t bookingId, const StoredBooking& booki
   takeRoom(draft, occupier);
   const std::vector<std::int64_t> pieceLines = insertLines(db, pieceTable, bookingId, things.equipment);
   for (std::size_t place = 0; place < pieceLines.size(); ++place) {
-    takePiece(db, occupier, things.equipment[place], pieceLines[place]);
+    if (holds(draft, things.equipment[place]))
+      takePiece(db, occupier, things.equipment[place], pieceLines[place]);
   }
   const std::vector<std::int64_t> mediaLines = insertLines(db, mediaTable, bookingId, things.media);
   for (std::size_t place = 0; place < mediaLines.size(); ++place) {

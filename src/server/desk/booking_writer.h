@@ -23,14 +23,26 @@ struct ResolvedThings {
   bool roomSatisfied = false;  ///< what is in the room satisfied a wish
 };
 
+/// Whether nobody else can have the piece at the times of the booking. What stands in the room of a delivery
+/// is only used there; a booking that takes its room takes what it names in it along.
+[[nodiscard]] bool holds(const BookingDraft& draft, const ResolvedPiece& piece);
+
 /// Looks up everything that the draft names and removes what is named twice, members of groups that are in
 /// the booking themselves, and what the room of the question satisfies. Throws TagRefusal for a key that
 /// points nowhere.
 [[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft,
                                            const UsageQuestion& question);
 
-/// Throws TagRefusal where a patron, room, location or type of the draft does not exist.
-void requireKeys(Connection& db, const BookingDraft& draft);
+/// For whom a booking is; both are 0 for an administrative one.
+struct Requester {
+  std::int64_t patronId = 0;
+  std::int64_t groupId = 0;
+  bool operator==(const Requester&) const = default;
+};
+
+/// Throws TagRefusal where a patron, room, location or type of the draft does not exist, and where the patron
+/// has no card in the group. Whom the booking was for before is not judged again.
+void requireKeys(Connection& db, const BookingDraft& draft, const Requester& before);
 
 /// What is written of a booking, and who writes it.
 struct StoredBooking {

@@ -9,6 +9,7 @@
 #include "server/base/number_text.h"
 #include "server/base/search_text.h"
 #include "server/desk/booking_store.h"
+#include "server/desk/library_border.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -18,7 +19,10 @@ namespace {
 
 constexpr const char* foundColumns =
     "select distinct b.id, b.status, b.location_id, b.pickup_location_id, b.starts_at ";
-constexpr const char* current = " and b.status in (0, 99, 999) order by b.starts_at, b.id";
+
+std::string current() {
+  return " and b.status in (0, 99, 999) and " + isOfLibrary("b.location_id") + " order by b.starts_at, b.id";
+}
 
 void readFound(Query& query, std::vector<FoundBooking>& found) {
   FoundBooking row;
@@ -35,25 +39,28 @@ std::string personSql(Connection& db, SearchBy by) {
   switch (by) {
     case SearchBy::RequesterBarcode:
       return columns + "from patron_barcodes c join bookings b on b.patron_id = c.patron_id where " +
-             inRange(db, "c.barcode") + current;
+             inRange(db, "c.barcode") + current();
     case SearchBy::PickupBarcode:
       return columns + "from patron_barcodes c join bookings b on b.pickup_patron_id = c.patron_id where " +
-             inRange(db, "c.barcode") + current;
+             inRange(db, "c.barcode") + current();
     default:
       return columns + "from patrons c join bookings b on b.patron_id = c.id where " +
-             inRange(db, "c.search_name") + current;
+             inRange(db, "c.search_name") + current();
   }
 }
 
-std::vector<FoundBooking> findByNumber(Connection& db, std::string_view text) {
+std::vector<FoundBooking> findByNumber(Connection& db, std::string_view text, std::int64_t desk) {
   std::vector<FoundBooking> found;
   static const std::string sql =
-      std::string(foundColumns) + "from bookings b where b.id >= :low and b.id <= :high" + current;
+      std::string(foundColumns) + "from bookings b where b.id >= :low and b.id <= :high" + current();
+  // How wide a range is decides whether its keys are read, or the bookings that are not over.
+  planForSearch(db);
   for (const NumberRange& range : numberRanges(text, confirmationFigures)) {
     Query query(db, sql);
-    query.bind("low", range.low).bind("high", range.high);
+    query.bind("low", range.low).bind("high", range.high).bind("desk", desk);
     readFound(query, found);
   }
+  planAsUsual(db);
   std::sort(found.begin(), found.end(), [](const FoundBooking& one, const FoundBooking& other) {
     return std::pair(one.startsAt, one.id) < std::pair(other.startsAt, other.id);
   });
@@ -81,7 +88,9 @@ constexpr const char* pieceLines =
     "join booking_equipment l on l.equipment_id in (e.id, e.group_id) and l.charged_at is not null and "
     "l.returned_at is null and l.in_room = 0 join bookings b on b.id = l.booking_id ";
 
-constexpr const char* longestFirst = " order by l.charged_at, l.id";
+std::string longestFirst() {
+  return " and " + isOfLibrary("b.location_id") + " order by l.charged_at, l.id";
+}
 
 /// A barcode that was replaced may be on another piece by now.
 constexpr const char* activeBarcodes =
@@ -92,26 +101,26 @@ std::string thingSql(Connection& db, SearchBy by) {
   const std::string items = itemLines;
   switch (by) {
     case SearchBy::ItemBarcode:
-      return items + "where " + inRange(db, "i.barcode") + longestFirst;
+      return items + "where " + inRange(db, "i.barcode") + longestFirst();
     case SearchBy::EquipmentBarcode:
       return pieces + "where e.id in (select c.equipment_id from " + activeBarcodes +
-             inRange(db, "c.barcode") + ")" + longestFirst;
+             inRange(db, "c.barcode") + ")" + longestFirst();
     case SearchBy::EquipmentNumber:
-      return pieces + "where " + inRange(db, "e.number") + longestFirst;
+      return pieces + "where " + inRange(db, "e.number") + longestFirst();
     default:
       return items +
              "where i.holding_id in (select h.id from holdings h where h.call_number_kind = :kind and " +
-             inRange(db, "h.search_call_number") + ")" + longestFirst;
+             inRange(db, "h.search_call_number") + ")" + longestFirst();
   }
 }
 
-std::vector<OpenLine> findByItemId(Connection& db, std::string_view text) {
+std::vector<OpenLine> findByItemId(Connection& db, std::string_view text, std::int64_t desk) {
   std::vector<OpenLine> lines;
   static const std::string sql =
-      std::string(itemLines) + "where i.id >= :low and i.id <= :high" + longestFirst;
+      std::string(itemLines) + "where l.item_id >= :low and l.item_id <= :high" + longestFirst();
   for (const NumberRange& range : numberRanges(text, 1)) {
     Query query(db, sql);
-    query.bind("low", range.low).bind("high", range.high);
+    query.bind("low", range.low).bind("high", range.high).bind("desk", desk);
     readLines(query, lines);
   }
   return lines;
@@ -144,37 +153,39 @@ bool areOfOneThing(const std::vector<OpenLine>& lines) {
 
 }  // namespace
 
-std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by, std::string_view text) {
-  if (by == SearchBy::Confirmation) return findByNumber(db, text);
+std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by, std::string_view text,
+                                              std::int64_t desk) {
+  if (by == SearchBy::Confirmation) return findByNumber(db, text, desk);
   std::vector<FoundBooking> found;
   const bool isName = by == SearchBy::LastName && text != "?";
   const TextRange range = isName ? catalogueRange(text) : textRange(text);
   if (range.high.empty()) return found;
   const std::string sql = personSql(db, by);
   Query query(db, sql);
-  query.bind("low", range.low).bind("high", range.high);
+  query.bind("low", range.low).bind("high", range.high).bind("desk", desk);
   readFound(query, found);
   return found;
 }
 
-std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_view text,
+std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_view text, std::int64_t desk,
                                     std::string_view kind) {
-  if (by == SearchBy::ItemId) return findByItemId(db, text);
+  if (by == SearchBy::ItemId) return findByItemId(db, text, desk);
   std::vector<OpenLine> lines;
   const TextRange range = textRange(by == SearchBy::CallNumber ? loginKey(text) : std::string(text));
   if (range.high.empty()) return lines;
   const std::string sql = thingSql(db, by);
   Query query(db, sql);
-  query.bind("low", range.low).bind("high", range.high);
+  query.bind("low", range.low).bind("high", range.high).bind("desk", desk);
   if (by == SearchBy::CallNumber) query.bind("kind", kind);
   readLines(query, lines);
   return lines;
 }
 
-std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text) {
+std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text,
+                                       std::int64_t desk) {
   const TextRange range = textRange(text);
   const bool isWhole = range.low == range.high || isThing(db, by, range.low);
-  std::vector<OpenLine> lines = findOpenLines(db, by, isWhole ? range.low : text);
+  std::vector<OpenLine> lines = findOpenLines(db, by, isWhole ? range.low : text, desk);
   if (!areOfOneThing(lines)) lines.clear();
   return lines;
 }

@@ -31,10 +31,12 @@ struct FoundBooking {
   std::int64_t pickupLocationId = 0;
 };
 
+// All of these find what is with bookings of the desk's library.
+
 /// Bookings that are not over, of a person or by number; a text that ends in "?" means all that begin with
 /// it. In the order of their start.
 [[nodiscard]] std::vector<FoundBooking> findCurrentBookings(Connection& db, SearchBy by,
-                                                            std::string_view text);
+                                                            std::string_view text, std::int64_t desk);
 
 /// A line that is out.
 struct OpenLine {
@@ -46,11 +48,12 @@ struct OpenLine {
 
 /// The lines that hold the thing searched, the longest out first. `kind` is the kind of a call number.
 [[nodiscard]] std::vector<OpenLine> findOpenLines(Connection& db, SearchBy by, std::string_view text,
-                                                  std::string_view kind = {});
+                                                  std::int64_t desk, std::string_view kind = {});
 
 /// The lines of the one thing that a scan means. A text that ends in "?" means the thing out that is named so
 /// without the mark; where nothing has that name, the thing out whose name begins so. Nothing when several
 /// things fit: two types may use the same number.
-[[nodiscard]] std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text);
+[[nodiscard]] std::vector<OpenLine> findScannedLines(Connection& db, SearchBy by, std::string_view text,
+                                                     std::int64_t desk);
 
 }  // namespace vantry::server

@@ -7,6 +7,7 @@
 #include "server/desk/occupancy.h"
 #include "server/policy/circulation_rules.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 
 namespace vantry::server {
 
@@ -63,6 +64,21 @@ void settleDueBookings(Database& database, Moment now) {
       for (const DueBooking& each : dueBookings(db, now)) settled += settle(db, each, now) ? 1 : 0;
     });
   } while (settled == batch);
+}
+
+Moment lastSettled(Connection& db) {
+  Moment last = 0;
+  Query query(db, "select last_at from housekeeping where id = 1");
+  fetchOne(query, last);
+  return last;
+}
+
+void rememberSettled(Connection& db, Moment now) {
+  Query query(
+      db,
+      "insert into housekeeping (id, last_at) values (1, :at) on conflict (id) do update set last_at = "
+      "excluded.last_at");
+  query.bind("at", now).run();
 }
 
 }  // namespace vantry::server

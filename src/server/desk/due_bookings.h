@@ -11,4 +11,8 @@ namespace vantry::server {
 /// anywhere. Works in small transactions, between which the desks can write.
 void settleDueBookings(Database& database, Moment now);
 
+/// The moment at which that was done last, by any process; 0 for never.
+[[nodiscard]] Moment lastSettled(Connection& db);
+void rememberSettled(Connection& db, Moment now);
+
 }  // namespace vantry::server

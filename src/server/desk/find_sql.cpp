@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "server/desk/library_border.h"
 #include "server/desk/remark_store.h"
 #include "server/desk/status_sql.h"
 #include "server/store/query.h"
@@ -15,11 +16,6 @@ void replaceAll(std::string& text, std::string_view word, std::string_view by) {
   for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + by.size()))
     text.replace(at, word.size(), by);
 }
-
-constexpr std::string_view library =
-    "b.location_id in (select y.id from locations y where y.library_id = (select w.library_id from locations "
-    "w "
-    "where w.id = :desk))";
 
 /// A room that bookings can have, with no status that forbids use, that no booking takes and, once the time
 /// has begun, that is not out.
@@ -48,7 +44,7 @@ constexpr std::string_view thingsOut =
 /// A word that is the beginning of another comes behind it, and one that is in the text of another as well.
 const std::array<WordRow, 6>& words() {
   static const std::array<WordRow, 6> rows{
-      WordRow{"$LIBRARY", std::string(library)},
+      WordRow{"$LIBRARY", isOfLibrary("b.location_id")},
       WordRow{"$FREE", std::string(isFree)},
       WordRow{"$ROOMSTATUS", roomStatusKeySql()},
       WordRow{"$STATUS", equipmentStatusKeySql()},

@@ -1,6 +1,7 @@
 #include "server/desk/inventory_record.h"
 
 #include "server/base/person_name.h"
+#include "server/desk/library_border.h"
 #include "server/desk/status_sql.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -48,7 +49,7 @@ std::string bookingsSql(const char* condition, Past past) {
          ofPatron("withheld") +
          "b.id, b.status, b.booking_type, b.starts_at, b.ends_at, g.name from bookings b "
          "left join patron_groups g on g.id = b.patron_group_id where " +
-         condition +
+         condition + " and " + isOfLibrary("b.location_id") +
          (past == Past::Yes ? " and b.status not in (0, 99, 999)" : " and b.status in (0, 99, 999)") +
          " order by b.starts_at, b.id";
 }
@@ -57,6 +58,17 @@ std::string bookingsSql(const char* condition, Past past) {
 constexpr const char* ofPiece =
     "b.id in (select l.booking_id from booking_equipment l where l.equipment_id = :id or l.equipment_id = "
     "(select e.group_id from equipment e where e.id = :id))";
+
+std::int64_t countPast(Connection& db, const std::string& condition, std::int64_t id, std::int64_t desk) {
+  std::int64_t count = 0;
+  Query query(db, "select count(*) from bookings b where " + condition + " and " +
+                      isOfLibrary("b.location_id") + " and b.status not in (0, 99, 999)");
+  query.bind("id", id).bind("desk", desk);
+  fetchOne(query, count);
+  return count;
+}
+
+constexpr const char* ofRoom = "b.room_id = :id";
 
 }  // namespace
 
@@ -70,10 +82,8 @@ std::optional<EquipmentRecord> findEquipmentRecord(Connection& db, std::int64_t 
       ", e.purchase_value, case when e.is_group = 1 then (select coalesce(sum(m.replacement_value), 0) from "
       "equipment m where m.group_id = e.id) else e.replacement_value end, e.supplier, e.acquired_on, "
       "e.next_maintenance_on, e.group_id, g.number, e.location_id, l.name, e.room_id, r.name, n.name, "
-      "(select count(*) from bookings b where b.status not in (0, 99, 999) and b.id in (select i.booking_id "
-      "from booking_equipment i where i.equipment_id in (e.id, e.group_id))), (select count(*) from "
-      "maintenance m where "
-      "m.equipment_id = e.id), c.name, cl.name, e.created_location, e.created_at, u.name, ul.name, "
+      "(select count(*) from maintenance m where m.equipment_id = e.id), c.name, cl.name, "
+      "e.created_location, e.created_at, u.name, ul.name, "
       "e.updated_at "
       "from equipment e join equipment_types t on t.id = e.equipment_type_id "
       "join locations l on l.id = e.location_id left join equipment g on g.id = e.group_id "
@@ -87,13 +97,12 @@ std::optional<EquipmentRecord> findEquipmentRecord(Connection& db, std::int64_t 
   RecordStamps& stamps = row.stamps;
   Query query(db, sql);
   query.bind("id", id);
-  const bool found =
-      fetchOne(query, row.id, row.isGroup, row.typeId, row.typeName, row.number, row.barcode, row.maker,
-               row.format, row.model, row.serial, row.status, row.purchaseValue, row.replacementValue,
-               row.supplier, row.acquiredOn, row.nextMaintenanceOn, row.groupId, row.groupNumber,
-               row.locationId, row.location, row.roomId, row.room, row.currentRoom, row.pastBookings,
-               row.pastMaintenance, stamps.createdBy, stamps.createdAtDesk, stamps.createdLocationId,
-               stamps.createdAt, stamps.updatedBy, stamps.updatedAtDesk, stamps.updatedAt);
+  const bool found = fetchOne(
+      query, row.id, row.isGroup, row.typeId, row.typeName, row.number, row.barcode, row.maker, row.format,
+      row.model, row.serial, row.status, row.purchaseValue, row.replacementValue, row.supplier,
+      row.acquiredOn, row.nextMaintenanceOn, row.groupId, row.groupNumber, row.locationId, row.location,
+      row.roomId, row.room, row.currentRoom, row.pastMaintenance, stamps.createdBy, stamps.createdAtDesk,
+      stamps.createdLocationId, stamps.createdAt, stamps.updatedBy, stamps.updatedAtDesk, stamps.updatedAt);
   return found ? std::optional(row) : std::nullopt;
 }
 
@@ -103,7 +112,7 @@ std::optional<RoomRecord> findRoomRecord(Connection& db, std::int64_t id) {
           "select r.id, r.room_type_id, t.name, t.storage, r.number, r.name, r.capacity, r.location_id, "
           "l.name, ") +
       roomStatusSql() +
-      ", (select count(*) from bookings b where b.room_id = r.id and b.status not in (0, 99, 999)), c.name, "
+      ", c.name, "
       "cl.name, r.created_location, r.created_at, u.name, ul.name, r.updated_at from rooms r "
       "join room_types t on t.id = r.room_type_id join locations l on l.id = r.location_id "
       "left join operators c on c.id = r.created_by left join locations cl on cl.id = r.created_location "
@@ -114,9 +123,9 @@ std::optional<RoomRecord> findRoomRecord(Connection& db, std::int64_t id) {
   Query query(db, sql);
   query.bind("id", id);
   const bool found = fetchOne(query, row.id, row.typeId, row.typeName, row.storage, row.number, row.name,
-                              row.capacity, row.locationId, row.location, row.status, row.pastBookings,
-                              stamps.createdBy, stamps.createdAtDesk, stamps.createdLocationId,
-                              stamps.createdAt, stamps.updatedBy, stamps.updatedAtDesk, stamps.updatedAt);
+                              row.capacity, row.locationId, row.location, row.status, stamps.createdBy,
+                              stamps.createdAtDesk, stamps.createdLocationId, stamps.createdAt,
+                              stamps.updatedBy, stamps.updatedAtDesk, stamps.updatedAt);
   return found ? std::optional(row) : std::nullopt;
 }
 
@@ -152,18 +161,26 @@ std::vector<RoomRow> roomsAmong(Connection& db, const IdSelect& ids) {
   return readRooms(query);
 }
 
-std::vector<ThingBooking> bookingsOfEquipment(Connection& db, std::int64_t id, Past past) {
+std::vector<ThingBooking> bookingsOfEquipment(Connection& db, std::int64_t id, Past past, std::int64_t desk) {
   const std::string sql = bookingsSql(ofPiece, past);
   Query query(db, sql);
-  query.bind("id", id);
+  query.bind("id", id).bind("desk", desk);
   return readBookings(query);
 }
 
-std::vector<ThingBooking> bookingsOfRoom(Connection& db, std::int64_t id, Past past) {
-  const std::string sql = bookingsSql("b.room_id = :id", past);
+std::vector<ThingBooking> bookingsOfRoom(Connection& db, std::int64_t id, Past past, std::int64_t desk) {
+  const std::string sql = bookingsSql(ofRoom, past);
   Query query(db, sql);
-  query.bind("id", id);
+  query.bind("id", id).bind("desk", desk);
   return readBookings(query);
+}
+
+std::int64_t countPastOfEquipment(Connection& db, std::int64_t id, std::int64_t desk) {
+  return countPast(db, ofPiece, id, desk);
+}
+
+std::int64_t countPastOfRoom(Connection& db, std::int64_t id, std::int64_t desk) {
+  return countPast(db, ofRoom, id, desk);
 }
 
 }  // namespace vantry::server

@@ -49,7 +49,6 @@ struct EquipmentRecord {
   std::int64_t roomId = 0;
   std::string room;         ///< where it is kept
   std::string currentRoom;  ///< where it is now
-  std::int64_t pastBookings = 0;
   std::int64_t pastMaintenance = 0;
   RecordStamps stamps;
 };
@@ -73,7 +72,6 @@ struct RoomRecord {
   std::int64_t locationId = 0;
   std::string location;
   std::string status;  ///< the one in force
-  std::int64_t pastBookings = 0;
   RecordStamps stamps;
 };
 [[nodiscard]] std::optional<RoomRecord> findRoomRecord(Connection& db, std::int64_t id);
@@ -107,9 +105,15 @@ struct ThingBooking {
   bool withheld = false;  ///< the patron asked not to be remembered
 };
 enum class Past { Yes, No };
-/// The bookings of a piece or group, by their start. Those that are over belong to the past. A member is
-/// booked with its group.
-[[nodiscard]] std::vector<ThingBooking> bookingsOfEquipment(Connection& db, std::int64_t id, Past past);
-[[nodiscard]] std::vector<ThingBooking> bookingsOfRoom(Connection& db, std::int64_t id, Past past);
+/// The bookings of a piece or group, by their start, as far as the desk's library made them. Those that are
+/// over belong to the past. A member is booked with its group.
+[[nodiscard]] std::vector<ThingBooking> bookingsOfEquipment(Connection& db, std::int64_t id, Past past,
+                                                            std::int64_t desk);
+[[nodiscard]] std::vector<ThingBooking> bookingsOfRoom(Connection& db, std::int64_t id, Past past,
+                                                       std::int64_t desk);
+
+/// How many of them are over.
+[[nodiscard]] std::int64_t countPastOfEquipment(Connection& db, std::int64_t id, std::int64_t desk);
+[[nodiscard]] std::int64_t countPastOfRoom(Connection& db, std::int64_t id, std::int64_t desk);
 
 }  // namespace vantry::server

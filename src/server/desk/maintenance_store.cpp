@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "server/desk/library_border.h"
 #include "server/desk/status_sql.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -72,16 +73,19 @@ std::vector<MaintenanceLine> linesOfMaintenance(Connection& db, std::int64_t id)
   return lines;
 }
 
-std::vector<std::int64_t> bookingsMeeting(Connection& db, const MaintenanceRecord& record, std::size_t most) {
+std::vector<std::int64_t> bookingsMeeting(Connection& db, const MaintenanceRecord& record, std::int64_t desk,
+                                          std::size_t most) {
   std::vector<std::int64_t> bookings;
   std::int64_t booking = 0;
   Query query(db,
-              "select distinct booking_id from occupancy where kind = 1 and thing = :piece and "
-              "starts_at < :until_moment and ends_at > :from_moment order by booking_id limit :most");
+              "select distinct o.booking_id from occupancy o join bookings b on b.id = o.booking_id where "
+              "o.kind = 1 and o.thing = :piece and o.starts_at < :until_moment and o.ends_at > :from_moment "
+              "and " +
+                  isOfLibrary("b.location_id") + " order by o.booking_id limit :most");
   // Who has not come back yet stays without an end.
   const Moment until = record.wentOutOn == 0 ? std::numeric_limits<Moment>::max() : record.wentOutOn + day;
   query.bind("piece", record.pieceId).bind("from_moment", record.cameInOn).bind("until_moment", until);
-  query.bind("most", static_cast<std::int64_t>(most)).into(booking);
+  query.bind("desk", desk).bind("most", static_cast<std::int64_t>(most)).into(booking);
   while (query.next()) bookings.push_back(booking);
   return bookings;
 }

@@ -37,9 +37,10 @@ struct MaintenanceRecord {
 [[nodiscard]] std::optional<MaintenanceRecord> findMaintenance(Connection& db, std::int64_t id);
 [[nodiscard]] std::vector<MaintenanceLine> linesOfMaintenance(Connection& db, std::int64_t id);
 
-/// The bookings that hold the piece while it is in maintenance, by their key; `most` of them at most.
+/// The bookings of the desk's library that hold the piece while it is in maintenance, by their key; `most` of
+/// them at most.
 [[nodiscard]] std::vector<std::int64_t> bookingsMeeting(Connection& db, const MaintenanceRecord& record,
-                                                        std::size_t most);
+                                                        std::int64_t desk, std::size_t most);
 
 /// A row of a month's list.
 struct MaintenanceRow {

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "server/desk/library_border.h"
 #include "server/desk/occupancy.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -56,14 +57,17 @@ void stampBooking(Connection& db, std::int64_t bookingId, const Stamp& stamp) {
   query.bind("operator_id", stamp.operatorId).bind("desk_id", stamp.locationId).run();
 }
 
-std::int64_t addLine(Connection& db, std::int64_t pieceId, std::int64_t bookingId) {
+/// The piece has been where its group is, in the room of the booking or not.
+std::int64_t addLine(Connection& db, std::int64_t pieceId, const HeldLine& ofGroup) {
   std::int64_t id = 0;
   Query query(
       db,
-      "insert into booking_equipment (booking_id, place, equipment_id, equipment_type_id) select :booking, "
-      "(select coalesce(max(place), 0) + 1 from booking_equipment where booking_id = :booking), e.id, "
-      "e.equipment_type_id from equipment e where e.id = :piece returning id");
-  query.bind("booking", bookingId).bind("piece", pieceId);
+      "insert into booking_equipment (booking_id, place, equipment_id, equipment_type_id, in_room) select "
+      ":booking, (select coalesce(max(place), 0) + 1 from booking_equipment where booking_id = :booking), "
+      "e.id, "
+      "e.equipment_type_id, (select l.in_room from booking_equipment l where l.id = :line) from equipment e "
+      "where e.id = :piece returning id");
+  query.bind("booking", ofGroup.bookingId).bind("line", ofGroup.lineId).bind("piece", pieceId);
   fetchOne(query, id);
   return id;
 }
@@ -115,7 +119,7 @@ bool keepInBookings(Connection& db, std::int64_t pieceId, std::int64_t groupId, 
     if (isTaken(db, pieceId, line)) return false;
   }
   for (const HeldLine& line : lines) {
-    const std::int64_t id = addLine(db, pieceId, line.bookingId);
+    const std::int64_t id = addLine(db, pieceId, line);
     addOccupancy(
         db, {ThingKind::Equipment, pieceId},
         {.bookingId = line.bookingId, .lineId = id, .startsAt = line.startsAt, .endsAt = line.endsAt});
@@ -124,18 +128,20 @@ bool keepInBookings(Connection& db, std::int64_t pieceId, std::int64_t groupId, 
   return true;
 }
 
-bool isBoundToBookings(Connection& db, std::int64_t equipmentId) {
+bool isBoundToBookings(Connection& db, std::int64_t equipmentId, std::int64_t desk) {
   int own = 0;
   int others = 0;
   Query query(db,
               "select (select count(*) from booking_equipment l join bookings b on b.id = l.booking_id where "
               "l.equipment_id = :id and l.returned_at is null and b.status in (0, 99, 999) and "
-              "(b.booking_type <> 1 or l.charged_at is not null)), "
-              "(select count(*) from booking_equipment l join bookings b on b.id = l.booking_id where "
-              "l.equipment_id in (select e.id from equipment e where e.group_id = :id or e.id = "
-              "(select p.group_id from equipment p where p.id = :id)) and l.returned_at is null and "
-              "b.status in (0, 99, 999))");
-  query.bind("id", equipmentId);
+              "(b.booking_type <> 1 or l.charged_at is not null or not " +
+                  isOfLibrary("b.location_id") +
+                  ")), "
+                  "(select count(*) from booking_equipment l join bookings b on b.id = l.booking_id where "
+                  "l.equipment_id in (select e.id from equipment e where e.group_id = :id or e.id = "
+                  "(select p.group_id from equipment p where p.id = :id)) and l.returned_at is null and "
+                  "b.status in (0, 99, 999))");
+  query.bind("id", equipmentId).bind("desk", desk);
   fetchOne(query, own, others);
   return own > 0 || others > 0;
 }

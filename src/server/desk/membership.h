@@ -24,9 +24,9 @@ bool leaveGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId);
 [[nodiscard]] bool keepInBookings(Connection& db, std::int64_t pieceId, std::int64_t groupId,
                                   const Stamp& stamp);
 
-/// Whether bookings hold the thing in a way that a move must not end: a delivery, a pick-up, what is out, and
-/// a member or group that is booked through the other.
-[[nodiscard]] bool isBoundToBookings(Connection& db, std::int64_t equipmentId);
+/// Whether bookings hold the thing in a way that a move must not end: a delivery, a pick-up, what is out, a
+/// member or group that is booked through the other, and whatever another library than the desk's has booked.
+[[nodiscard]] bool isBoundToBookings(Connection& db, std::int64_t equipmentId, std::int64_t desk);
 
 /// Takes the thing out of the bookings that hold it.
 void releaseFromBookings(Connection& db, std::int64_t equipmentId, const Stamp& stamp);

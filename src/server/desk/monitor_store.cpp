@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "server/base/person_name.h"
+#include "server/desk/library_border.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -69,21 +70,22 @@ void visitRows(Connection& db, Query& query, const MonitorVisitor& visit) {
 Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk) {
   Desks desks;
   std::int64_t id = 0;
-  Query query(db,
-              "select l.id from locations l join locations d on d.library_id = l.library_id where d.id = "
-              ":desk and l.id in (" +
-                  keysIn(db, "asked") + ") order by l.id");
+  Query query(db, "select l.id from locations l where " + isOfLibrary("l.id") + " and l.id in (" +
+                      keysIn(db, "asked") + ") order by l.id");
   query.bind("desk", sessionDesk).bind("asked", keysText(asked)).into(id);
   while (query.next()) desks.push_back(id);
   return desks;
 }
 
 void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
+  const std::string keys = keysIn(db, "desks");
   const std::string open = " and b.status in (0, 99, 999) and b.starts_at < :until_at";
   std::vector<MonitorBooking> all;
   // Each has an index of its own, which one statement for both would not use.
-  for (const char* place : {"b.location_id in (", "b.pickup_location_id in ("}) {
-    Query query(db, columns + (place + keysIn(db, "desks")) + ")" + open);
+  for (const std::string& place :
+       {"b.location_id in (" + keys + ")",
+        "b.pickup_location_id in (" + keys + ") and " + isOfLibrary("b.location_id", keys)}) {
+    Query query(db, columns + place + open);
     query.bind("desks", keysText(desks)).bind("until_at", until);
     visitRows(db, query, [&](const MonitorBooking& row) { all.push_back(row); });
   }
@@ -116,10 +118,8 @@ void visitPickups(Connection& db, const Desks& desks, Moment until, const Monito
 void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessionDesk, Moment until,
                          const MonitorVisitor& visit) {
   Query query(db, std::string(columns) +
-                      "b.room_id = :room_id and b.status in (0, 99, 999) and b.starts_at < :until_at and "
-                      "b.location_id in (select y.id from locations y join locations w on w.library_id = "
-                      "y.library_id where w.id = :desk)" +
-                      byStart);
+                      "b.room_id = :room_id and b.status in (0, 99, 999) and b.starts_at < :until_at and " +
+                      isOfLibrary("b.location_id") + byStart);
   query.bind("room_id", roomId).bind("until_at", until).bind("desk", sessionDesk);
   visitRows(db, query, visit);
 }

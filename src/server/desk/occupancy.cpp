@@ -43,6 +43,13 @@ void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupati
   keepLongest(db, thing.kind, occupation.endsAt - occupation.startsAt);
 }
 
+void Occupier::take(const Thing& thing, std::optional<std::int64_t> lineId) {
+  const bool isTaken = isSingle(thing.kind) && std::ranges::any_of(all_, [&](const Taken& each) {
+                         return each.thing.kind == thing.kind && each.thing.thing == thing.thing;
+                       });
+  if (!isTaken) all_.push_back({thing, lineId});
+}
+
 void Occupier::store(Connection& db) const {
   std::set<ThingKind> kinds;
   for (std::size_t from = 0; from < all_.size(); from += rowsAtOnce) {

@@ -20,6 +20,10 @@ enum class ThingKind : int {
   RoomWish = 13,
 };
 
+[[nodiscard]] constexpr bool isSingle(ThingKind kind) {
+  return static_cast<int>(kind) < 10;
+}
+
 /// One thing, or one wish: by the key of the piece, item or room, or of the equipment type, title or room
 /// type.
 struct Thing {
@@ -37,11 +41,12 @@ struct Occupation {
 
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
 
-/// Takes the things of one booking for one time, each of which it names once. They are taken by `store`.
+/// Takes the things of one booking for one time. A single thing that it names twice, as a group and its
+/// member in a room, is taken once. They are taken by `store`.
 class Occupier {
  public:
   Occupier(std::int64_t bookingId, const Period& period) : bookingId_(bookingId), period_(period) {}
-  void take(const Thing& thing, std::optional<std::int64_t> lineId) { all_.push_back({thing, lineId}); }
+  void take(const Thing& thing, std::optional<std::int64_t> lineId);
   void store(Connection& db) const;
 
  private:

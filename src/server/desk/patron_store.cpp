@@ -69,13 +69,14 @@ std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId) {
   return cards;
 }
 
-PatronAddress addressOf(Connection& db, std::int64_t patronId) {
+PatronAddress addressOn(Connection& db, std::int64_t bookingId, std::int64_t patronId) {
   PatronAddress lines;
   Query query(
       db,
-      "select address1, address2, address3, address4, address5, city, province, postal_code, telephone "
-      "from patrons where id = :id");
-  query.bind("id", patronId);
+      "select p.address1, p.address2, p.address3, p.address4, p.address5, p.city, p.province, p.postal_code, "
+      "p.telephone from bookings b join patrons p on p.id = b.patron_id or p.id = b.pickup_patron_id where "
+      "b.id = :booking and p.id = :patron and (p.withheld = 0 or b.status in (0, 99, 999))");
+  query.bind("booking", bookingId).bind("patron", patronId);
   fetchOne(query, lines[0], lines[1], lines[2], lines[3], lines[4], lines[5], lines[6], lines[7], lines[8]);
   return lines;
 }

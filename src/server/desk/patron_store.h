@@ -50,8 +50,10 @@ struct PatronCard {
 /// The cards of a patron, active ones first.
 [[nodiscard]] std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId);
 
-/// Five lines, city, province, postal code and telephone; all empty for an unknown patron.
+/// Five lines, city, province, postal code and telephone.
 using PatronAddress = std::array<std::string, 9>;
-[[nodiscard]] PatronAddress addressOf(Connection& db, std::int64_t patronId);
+/// The address of one of the booking's patrons. All is empty for anybody else, and for a withheld patron once
+/// the booking is over.
+[[nodiscard]] PatronAddress addressOn(Connection& db, std::int64_t bookingId, std::int64_t patronId);
 
 }  // namespace vantry::server

@@ -1,5 +1,6 @@
 #include "server/desk/pick_store.h"
 
+#include "server/desk/library_border.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -17,7 +18,8 @@ std::string bookingsInSpan(Connection& db) {
   const std::string open =
       " and x.status in (0, 99, 999) and x.starts_at >= :from_at and x.starts_at <= :latest";
   return "b.id in (select x.id from bookings x where x.location_id in (" + desks + ")" + open +
-         " union select x.id from bookings x where x.pickup_location_id in (" + desks + ")" + open +
+         " union select x.id from bookings x where x.pickup_location_id in (" + desks + ") and " +
+         isOfLibrary("x.location_id", desks) + open +
          ") and b.status = 0 and b.starts_at - b.setup_minutes * 60 between :from_at and :until_at ";
 }
 

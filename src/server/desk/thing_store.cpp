@@ -145,6 +145,30 @@ std::vector<AppliedStatus> statusesOfPiece(Connection& db, std::int64_t id) {
   return readStatuses(query);
 }
 
+std::map<std::int64_t, std::vector<AppliedStatus>> statusesOfPieces(Connection& db,
+                                                                    std::span<const std::int64_t> ids) {
+  static const std::string sql =
+      "select o.id, t.name, t.effect, s.applied_at, s.note from (select e.id, e.id as thing from equipment e "
+      "where e.id in (" +
+      keyList() + ") union all select m.group_id, m.id from equipment m where m.group_id in (" + keyList() +
+      ")) o join equipment_statuses s on s.equipment_id = o.thing join status_types t on t.id = "
+      "s.status_id order by t.priority, t.id";
+  std::map<std::int64_t, std::vector<AppliedStatus>> statuses;
+  for (; !ids.empty(); ids = ids.subspan(std::min(keysAtOnce, ids.size()))) {
+    std::int64_t piece = 0;
+    AppliedStatus row;
+    int effect = 0;
+    Query query(db, sql);
+    bindKeys(query, ids.first(std::min(keysAtOnce, ids.size())));
+    query.into(piece, row.name, effect, row.appliedAt, row.note);
+    while (query.next()) {
+      row.effect = static_cast<StatusEffect>(effect);
+      statuses[piece].push_back(row);
+    }
+  }
+  return statuses;
+}
+
 std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id) {
   Query query(db,
               "select t.name, t.effect, s.applied_at, s.note from room_statuses s "

@@ -76,6 +76,9 @@ struct BookableRoom {
 /// The statuses applied to a piece or a room, the one in force first. A group has those of its members too,
 /// since it is charged whole.
 [[nodiscard]] std::vector<AppliedStatus> statusesOfPiece(Connection& db, std::int64_t id);
+/// The same of several pieces, by their key; those without any are missing.
+[[nodiscard]] std::map<std::int64_t, std::vector<AppliedStatus>> statusesOfPieces(
+    Connection& db, std::span<const std::int64_t> ids);
 [[nodiscard]] std::vector<AppliedStatus> statusesOfRoom(Connection& db, std::int64_t id);
 
 /// Whether no status of the piece forbids its use.

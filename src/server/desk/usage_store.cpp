@@ -24,13 +24,17 @@ std::string meets(const std::string& kind) {
          kind + ") and o.ends_at > :from_at and o.booking_id <> :except_booking ";
 }
 
-constexpr const char* piecesOfType =
-    "from equipment e join rooms r on r.id = e.room_id join room_types k on k.id = r.room_type_id "
-    "where e.equipment_type_id = :type_id and e.location_id = :location_id and e.group_id is null and "
-    "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
-    "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) and not exists (select 1 from "
-    "equipment m join equipment_statuses s on s.equipment_id = m.id join status_types y on "
-    "y.id = s.status_id where m.group_id = e.id and y.effect = 3) ";
+/// In the places that are bound as ":places".
+std::string piecesOfType(Connection& db) {
+  return "from equipment e join rooms r on r.id = e.room_id join room_types k on k.id = r.room_type_id "
+         "where e.equipment_type_id = :type_id and e.location_id in (" +
+         keysIn(db, "places") +
+         ") and e.group_id is null and "
+         "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
+         "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) and not exists (select 1 from "
+         "equipment m join equipment_statuses s on s.equipment_id = m.id join status_types y on "
+         "y.id = s.status_id where m.group_id = e.id and y.effect = 3) ";
+}
 
 /// A group takes its members along.
 std::string pieceNotTaken() {
@@ -63,37 +67,23 @@ std::vector<std::int64_t> readIds(Query& query) {
   return ids;
 }
 
-void append(std::vector<std::int64_t>& ids, const std::vector<std::int64_t>& more) {
-  ids.insert(ids.end(), more.begin(), more.end());
-}
-
 std::vector<std::int64_t> pieceStock(Connection& db, std::int64_t typeId, const Places& places) {
-  static const std::string sql = std::string("select e.id ") + piecesOfType;
-  std::vector<std::int64_t> ids;
-  for (const std::int64_t place : places) {
-    Query query(db, sql);
-    query.bind("type_id", typeId).bind("location_id", place);
-    append(ids, readIds(query));
-  }
-  return ids;
+  Query query(db, "select e.id " + piecesOfType(db));
+  query.bind("type_id", typeId).bind("places", keysText(places));
+  return readIds(query);
 }
 
 std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const Places& places,
                                      const FreeSearch& search) {
-  const std::string sql = std::string("select e.id ") + piecesOfType + pieceNotTaken() +
+  const std::string sql = "select e.id " + piecesOfType(db) + pieceNotTaken() +
                           (search.outIsTaken ? pieceNotOut : "") + (search.lateAt != 0 ? pieceNotLate : "") +
-                          (search.inOrder ? "order by e.number, e.id " : "") + "limit :most";
-  std::vector<std::int64_t> ids;
-  for (const std::int64_t place : places) {
-    if (ids.size() >= search.most) break;
-    Query query(db, sql);
-    query.bind("type_id", typeId).bind("location_id", place);
-    query.bind("most", static_cast<std::int64_t>(search.most - ids.size()));
-    if (search.lateAt != 0) query.bind("late_at", search.lateAt);
-    bindTimes(query, search.asked);
-    append(ids, readIds(query));
-  }
-  return ids;
+                          (search.inOrder ? "order by e.location_id, e.number, e.id " : "") + "limit :most";
+  Query query(db, sql);
+  query.bind("type_id", typeId).bind("places", keysText(places));
+  query.bind("most", static_cast<std::int64_t>(search.most));
+  if (search.lateAt != 0) query.bind("late_at", search.lateAt);
+  bindTimes(query, search.asked);
+  return readIds(query);
 }
 
 struct PoolItem {

@@ -13,6 +13,21 @@
 namespace vantry::server {
 
 static constexpr std::chrono::seconds period{60};
+static constexpr Moment longestPause = 2 * day;
+
+bool believesMoment(Database& database, Moment now) {
+  bool believed = false;
+  database.write([&](Connection& db) {
+    const Moment last = lastSettled(db);
+    believed = last == 0 || now - last <= longestPause;
+    if (believed) rememberSettled(db, now);
+  });
+  return believed;
+}
+
+void acceptMoment(Connection& db, Moment now) {
+  rememberSettled(db, now);
+}
 
 void keepHouse(Database& database, Moment now) {
   database.writeApart("housekeeping", [&](Connection& db) {
@@ -54,7 +69,12 @@ void Housekeeper::work() {
 
 void Housekeeper::keepHouseOnce() {
   try {
-    keepHouse(database_, clock_());
+    const Moment now = clock_();
+    if (believesMoment(database_, now)) return keepHouse(database_, now);
+    spdlog::warn(
+        "housekeeping waits: it is {}, more than two days after it ran last. Where the clock is right, say "
+        "vantry-server trust-clock",
+        momentText(now));
   } catch (const StoreError& error) {
     spdlog::warn("housekeeping is put off: {}", error.what());
   }

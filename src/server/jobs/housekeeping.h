@@ -13,6 +13,13 @@ namespace vantry::server {
 /// it on one store. Throws StoreError.
 void keepHouse(Database& database, Moment now);
 
+/// Whether housekeeping may go on at that moment, which the store then remembers. A clock that is more than
+/// two days ahead of the last time is not believed, since bookings would be unclaimed for good.
+[[nodiscard]] bool believesMoment(Database& database, Moment now);
+
+/// Lets it go on from that moment, because somebody says that the clock is right.
+void acceptMoment(Connection& db, Moment now);
+
 /// Keeps house once a minute on a thread of its own, from `start` to `stop`.
 class Housekeeper {
  public:

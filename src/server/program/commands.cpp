@@ -10,7 +10,9 @@
 
 #include <spdlog/spdlog.h>
 
+#include "server/access/audit.h"
 #include "server/access/passwords.h"
+#include "server/jobs/housekeeping.h"
 #include "server/program/terminal.h"
 #include "server/setup/administration.h"
 #include "server/setup/rules_file.h"
@@ -158,6 +160,14 @@ void backUpTo(const std::string& database, const std::string& file) {
 void restoreFrom(const std::string& database, const std::string& file) {
   restore(database, file);
   std::cout << "The database is restored from " << file << ".\n";
+}
+
+void trustClock(const std::string& database) {
+  change(database, [](Connection& db) {
+    const Moment now = wallClock();
+    acceptMoment(db, now);
+    auditCommand(db, now, "clock trusted", momentText(now), {});
+  });
 }
 
 void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {

@@ -31,6 +31,8 @@ void printRules(const std::string& database);
 void takeRulesFrom(const std::string& database, const std::string& file, bool checkOnly);
 void backUpTo(const std::string& database, const std::string& file);
 void restoreFrom(const std::string& database, const std::string& file);
+/// Lets housekeeping go on from now, where it waits because the clock has jumped.
+void trustClock(const std::string& database);
 
 void addLibraryNamed(const std::string& database, const std::string& name);
 void listLibraries(const std::string& database);

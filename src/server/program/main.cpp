@@ -103,6 +103,8 @@ void describeServing(CLI::App& app, Given& given) {
   doctor->callback([&given] {
     if (!runDoctor(given.database)) throw CLI::RuntimeError(1);
   });
+  app.add_subcommand("trust-clock", "Let housekeeping go on that waits because the clock has jumped")
+      ->callback([&given] { trustClock(given.database); });
 
   CLI::App* backup = app.add_subcommand("backup", "Write a copy of the database, also while it is served");
   backup->add_option("file", given.file, "The file to write; it must not exist")->required();

@@ -23,9 +23,10 @@ class Server {
     int connections = 8;                ///< to the database, at most
     int patience = 10;                  ///< seconds to wait for another process that writes
     int silence = 20;            ///< seconds after which a database server without an answer is given up
-    int mostFound = 2000;        ///< hits that a search tells; all are counted
     bool takesTimeZone = false;  ///< the process takes the library's time zone over
-    bool quickHashes = false;    ///< cheap password hashes, for tests only
+    int mostFound = 2000;               ///< hits that a search tells; all are counted
+    bool trustsClock = false;           ///< keeps house at once after a pause of any length
+    bool quickHashes = false;           ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
     /// Called once, on any thread, when the SQLite file was moved or replaced: nothing is answered any more.

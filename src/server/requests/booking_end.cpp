@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "server/access/audit.h"
 #include "server/desk/booking_store.h"
 #include "server/desk/occupancy.h"
 #include "server/requests/handlers.h"
@@ -32,7 +31,6 @@ Reply cancel(Context& context, const Message& message) {
   setBookingStatus(context.db, state->id, BookingStatus::OperatorCanceled, stampOf(context, *state));
   freeThingsOf(context.db, state->id);
   if (state->patronId != 0) countCancelled(context.db, state->patronId);
-  audit(context.db, &context.session, context.now, "booking canceled", confirmationNumber(state->id), {});
   return Reply();
 }
 
@@ -48,7 +46,6 @@ Reply remove(Context& context, const Message& message) {
   if (!state) return Reply();
   if (const auto refusal = refusalToDelete(state->status, state->out)) return Reply(*refusal);
   deleteBooking(context.db, state->id);
-  audit(context.db, &context.session, context.now, "booking deleted", confirmationNumber(state->id), {});
   return Reply();
 }
 

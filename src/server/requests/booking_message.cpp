@@ -16,6 +16,10 @@ namespace {
 
 constexpr int pickup = 3;
 
+/// A booking every day of a year, and more things than any desk hands out at once.
+constexpr std::size_t mostTimes = 366;
+constexpr std::size_t mostLines = 500;
+
 Moment momentOf(const TagValue& pair) {
   const std::optional<Moment> moment = parseMoment(pair.value);
   if (!moment) refuseTag(pair.tag);
@@ -56,7 +60,7 @@ std::vector<Period> timesInWriting(const Message& message) {
     if (pair.tag != tags::ETIME_ || times.empty()) continue;
     times.back().until = momentOf(pair);
   }
-  if (times.empty()) refuseTag(tags::STIME);
+  if (times.empty() || times.size() > mostTimes) refuseTag(tags::STIME);
   return times;
 }
 
@@ -85,6 +89,7 @@ std::vector<MediaAsk> mediaOf(const Message& message) {
     if (pair.tag == tags::MI) media.back().holdingId = numberOf(pair.value);
     if (pair.tag == tags::IM) media.back().item = numberOf(pair.value);
   }
+  if (media.size() > mostLines) refuseTag(tags::MTID);
   return media;
 }
 
@@ -98,6 +103,7 @@ std::vector<EquipmentLine> equipmentOf(const Message& message) {
     if (pair.tag == tags::EQIR) lines.back().inRoom = pair.value == "Y";
     if (pair.tag == tags::IFL) lines.back().inferred = pair.value == "Y";
   }
+  if (lines.size() > mostLines) refuseTag(tags::EID);
   for (const EquipmentLine& line : lines) {
     if (line.ask.piece == 0 && line.ask.typeId == 0) refuseTag(tags::EID);
   }
@@ -128,6 +134,7 @@ BookingDraft draftOf(const Message& message) {
   readPlace(message, draft);
   draft.equipment = equipmentOf(message);
   draft.media = mediaOf(message);
+  if (draft.equipment.size() + draft.media.size() > mostLines) refuseTag(tags::MTID);
   draft.note = message.text(tags::SCHCOM);
   draft.setupStaffId = message.number(tags::ODE);
   draft.cleanupStaffId = message.number(tags::OPU);

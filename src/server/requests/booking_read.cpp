@@ -1,6 +1,8 @@
 // Reading a booking into an editor.
 
+#include <algorithm>
 #include <array>
+#include <map>
 
 #include "server/base/person_name.h"
 #include "server/desk/booking_reader.h"
@@ -15,14 +17,16 @@ namespace vantry::server {
 
 namespace {
 
+/// A withheld patron is told by neither name nor key, which could be looked up.
 void addPeople(Reply& reply, const BookingHead& head) {
-  if (!isWithheld(head.withheld, head.status))
-    reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
-  if (!isWithheld(head.pickupWithheld, head.status))
+  const bool withheld = isWithheld(head.withheld, head.status);
+  const bool pickupWithheld = isWithheld(head.pickupWithheld, head.status);
+  if (!withheld) reply.head(tags::PATNM, personName(head.last, head.first, head.middle));
+  if (!pickupWithheld)
     reply.head(tags::PPATNM, personName(head.pickupLast, head.pickupFirst, head.pickupMiddle));
   reply.head(tags::PGNM, head.group)
-      .head(tags::PID, head.patronId)
-      .head(tags::PPID, head.pickupId)
+      .head(tags::PID, withheld ? 0 : head.patronId)
+      .head(tags::PPID, pickupWithheld ? 0 : head.pickupId)
       .head(tags::PGID, head.groupId)
       .head(tags::ODE, head.setupStaffId)
       .head(tags::OPU, head.cleanupStaffId);
@@ -83,32 +87,48 @@ Reply bookingMedia(Context& context, const Message& message) {
   return reply;
 }
 
-void addPiece(Reply& reply, Connection& db, std::int64_t id) {
-  const std::optional<Piece> piece = findPiece(db, id);
-  if (!piece) return;
-  const std::vector<AppliedStatus> statuses = statusesOfPiece(db, id);
-  reply.set(tags::EIU, piece->isGroup ? "Y" : "N")
-      .set(tags::BNO, piece->barcode)
-      .set(tags::ENO, piece->number)
-      .set(tags::ESDS, statuses.empty() ? std::string() : statuses.front().name);
+/// What booking windows show of pieces, asked for together.
+struct PiecesShown {
+  Pieces pieces;
+  std::map<std::int64_t, std::vector<AppliedStatus>> statuses;
+};
+
+PiecesShown piecesShown(Connection& db, const std::vector<std::int64_t>& ids) {
+  return {findPieces(db, ids), statusesOfPieces(db, ids)};
+}
+
+void addPiece(Reply& reply, const PiecesShown& shown, const Piece& piece) {
+  const auto statuses = shown.statuses.find(piece.id);
+  reply.set(tags::EIU, piece.isGroup ? "Y" : "N")
+      .set(tags::BNO, piece.barcode)
+      .set(tags::ENO, piece.number)
+      .set(tags::ESDS, statuses == shown.statuses.end() ? std::string() : statuses->second.front().name);
 }
 
 /// The editor shows such a wish as a tick at its media type, if it offers that type to the group at all. It
 /// asks what a media type needs by the policy of its own desk, whoever made the booking; a wish that neither
 /// has a tick there nor is read would be lost by a save.
-bool isTick(Context& context, const EquipmentLineRow& row) {
-  if (!row.required) return false;
-  return loadPolicy(context.db, context.session.locationId, row.groupId).equipmentRule(row.typeId).mayBook;
+void dropTicks(Context& context, std::vector<EquipmentLineRow>& rows) {
+  if (std::ranges::none_of(rows, &EquipmentLineRow::required)) return;
+  const DeskPolicy policy = loadPolicy(context.db, context.session.locationId, rows.front().groupId);
+  std::erase_if(rows, [&](const EquipmentLineRow& row) {
+    return row.required && policy.equipmentRule(row.typeId).mayBook;
+  });
 }
 
 /// All of it to circulation; to the editor what is no tick, so that a save keeps it.
 Reply bookingEquipment(Context& context, const Message& message) {
+  std::vector<EquipmentLineRow> rows = equipmentLinesOf(context.db, message.number(tags::BOOKID));
+  if (!message.flag(tags::SC)) dropTicks(context, rows);
+  std::vector<std::int64_t> named;
+  for (const EquipmentLineRow& row : rows) {
+    if (row.piece != 0) named.push_back(row.piece);
+  }
+  const PiecesShown shown = piecesShown(context.db, named);
   Reply reply;
-  const bool forCirculation = message.flag(tags::SC);
-  for (const EquipmentLineRow& row : equipmentLinesOf(context.db, message.number(tags::BOOKID))) {
-    if (!forCirculation && isTick(context, row)) continue;
+  for (const EquipmentLineRow& row : rows) {
     reply.record().set(tags::EID, row.piece).set(tags::ETI, row.typeId).set(tags::ETY, row.typeName);
-    if (row.piece != 0) addPiece(reply, context.db, row.piece);
+    if (row.piece != 0) addPiece(reply, shown, shown.pieces.at(row.piece));
   }
   return reply;
 }
@@ -151,16 +171,14 @@ Reply keptInRoom(Context& context, const Message& message) {
 /// A booking is told what it finds in its room, and what keeps that from being used.
 Reply roomEquipment(Context& context, const Message& message) {
   if (!message.has(tags::BRTY)) return keptInRoom(context, message);
+  const std::vector<Piece> pieces = piecesInRoom(context.db, message.number(tags::RID));
+  std::vector<std::int64_t> ids;
+  for (const Piece& piece : pieces) ids.push_back(piece.id);
+  const PiecesShown shown{{}, statusesOfPieces(context.db, ids)};
   Reply reply;
-  for (const Piece& piece : piecesInRoom(context.db, message.number(tags::RID))) {
-    const std::vector<AppliedStatus> statuses = statusesOfPiece(context.db, piece.id);
-    reply.record()
-        .set(tags::EID, piece.id)
-        .set(tags::BNO, piece.barcode)
-        .set(tags::ENO, piece.number)
-        .set(tags::ETY, piece.typeName)
-        .set(tags::EIU, piece.isGroup ? "Y" : "N")
-        .set(tags::ESDS, statuses.empty() ? std::string() : statuses.front().name);
+  for (const Piece& piece : pieces) {
+    reply.record().set(tags::EID, piece.id).set(tags::ETY, piece.typeName);
+    addPiece(reply, shown, piece);
   }
   return reply;
 }

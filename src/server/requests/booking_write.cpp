@@ -70,7 +70,7 @@ void requireFree(Connection& db, const BookingDraft& draft, const ResolvedThings
   refuseUnless(judgeMedia(db, question, things.media, conflicts), mediaReply);
   std::vector<Piece> equipment;
   for (const ResolvedPiece& line : things.equipment) {
-    if (!line.inRoom) equipment.push_back(line.piece);
+    if (holds(draft, line)) equipment.push_back(line.piece);
   }
   refuseUnless(judgePieces(db, question, equipment, conflicts), equipmentReply);
 }
@@ -117,7 +117,8 @@ Stamp stampAt(const Context& context, Moment at) {
   return {.at = at, .operatorId = context.session.operatorId, .locationId = context.session.locationId};
 }
 
-void addCreated(Reply& reply, const Context& context, std::int64_t id) {
+void addCreated(Reply& reply, Context& context, std::int64_t id) {
+  context.made.push_back(id);
   reply.record()
       .set(tags::BOOKID, id)
       .set(tags::CNM, context.session.operatorName)
@@ -129,7 +130,7 @@ void addCreated(Reply& reply, const Context& context, std::int64_t id) {
 Reply newBookings(Context& context, const Message& message) {
   const BookingDraft draft = draftOf(message);
   if (firstOverlap(takenTimesOf(draft))) return Reply(rc::timesOverlap);
-  requireKeys(context.db, draft);
+  requireKeys(context.db, draft, {});
   const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
   const UsageQuestion question = questionOf(context, draft, policy, 0);
   const ResolvedThings things = resolveThings(context.db, draft, question);
@@ -170,11 +171,12 @@ Reply changeBooking(Context& context, const Message& message) {
   if (firstOverlap(takenTimesOf(draft))) return Reply(rc::timesOverlap);
   // Several times make several bookings, and only a new one can become several.
   if (draft.times.size() > 1) refuseTag(tags::STIME);
-  requireKeys(context.db, draft);
+  const std::optional<BookingHead> before = findBookingHead(context.db, state->id);
+  requireKeys(context.db, draft, {before->patronId, before->groupId});
   const DeskPolicy policy = policyOf(context, draft, state->locationId);
   const UsageQuestion question = questionOf(context, draft, policy, state->id);
   const ResolvedThings things = resolveThings(context.db, draft, question);
-  requireStaff(context.db, draft, findBookingHead(context.db, state->id));
+  requireStaff(context.db, draft, before);
   requireNoStorage(context.db, draft, state->roomId);
   requireUsable(context, things, state->id);
   requireFree(context.db, draft, things, question);

@@ -35,8 +35,8 @@ const SearchTag* tagOf(std::span<const SearchTag> known, const Message& message)
   return found == known.end() ? nullptr : &*found;
 }
 
-void addRow(Reply& reply, Context& context, std::int64_t bookingId) {
-  if (const auto row = findBookingRow(context.db, bookingId)) addBookingRow(reply, *row);
+void addRows(Reply& reply, Context& context, const std::vector<std::int64_t>& ids) {
+  for (const BookingListRow& row : bookingRowsOf(context.db, ids)) addBookingRow(reply, row);
 }
 
 /// Those made at this desk, and those to be fetched here.
@@ -45,16 +45,22 @@ bool isOfDesk(const Context& context, const FoundBooking& booking) {
   return booking.locationId == desk || booking.pickupLocationId == desk;
 }
 
+std::vector<FoundBooking> foundBookings(Context& context, const SearchTag& search, const Message& message) {
+  return findCurrentBookings(context.db, search.by, message.text(search.tag), context.session.locationId);
+}
+
 Reply searchToCharge(Context& context, const Message& message) {
   const SearchTag* search = tagOf(personTags, message);
   Reply reply;
   if (search == nullptr) return reply;
+  std::vector<std::int64_t> ids;
   bool charged = false;
-  for (const FoundBooking& found : findCurrentBookings(context.db, search->by, message.text(search->tag))) {
+  for (const FoundBooking& found : foundBookings(context, *search, message)) {
     if (!isOfDesk(context, found)) continue;
     charged = charged || isOut(found.status);
-    if (found.status == BookingStatus::Live) addRow(reply, context, found.id);
+    if (found.status == BookingStatus::Live) ids.push_back(found.id);
   }
+  addRows(reply, context, ids);
   const bool byNumber = search->by == SearchBy::Confirmation;
   if (byNumber && charged && reply.recordCount() == 0) reply.setRc(rc::alreadyCharged);
   return reply;
@@ -76,26 +82,30 @@ Reply bookingsOfLines(Context& context, const std::vector<OpenLine>& lines) {
   for (const OpenLine& line : lines) {
     if (std::find(told.begin(), told.end(), line.bookingId) != told.end()) continue;
     told.push_back(line.bookingId);
-    addRow(reply, context, line.bookingId);
   }
+  addRows(reply, context, told);
   return reply;
 }
 
-/// Things come back to whichever desk is nearest, so that no desk is asked for.
+/// Things come back to whichever desk of the library is nearest.
 Reply searchToDischarge(Context& context, const Message& message) {
   if (const SearchTag* search = tagOf(thingTags, message)) {
     const std::string_view text = message.text(search->tag);
+    const std::int64_t desk = context.session.locationId;
     const bool isScan = message.flag(tags::QD) && search->by != SearchBy::CallNumber;
-    if (isScan) return lineReply(findScannedLines(context.db, search->by, text));
-    const std::vector<OpenLine> lines = findOpenLines(context.db, search->by, text, message.text(tags::CNTY));
+    if (isScan) return lineReply(findScannedLines(context.db, search->by, text, desk));
+    const std::vector<OpenLine> lines =
+        findOpenLines(context.db, search->by, text, desk, message.text(tags::CNTY));
     return message.flag(tags::QD) ? lineReply(lines) : bookingsOfLines(context, lines);
   }
   Reply reply;
   const SearchTag* search = tagOf(personTags, message);
   if (search == nullptr) return reply;
-  for (const FoundBooking& found : findCurrentBookings(context.db, search->by, message.text(search->tag))) {
-    if (isOut(found.status)) addRow(reply, context, found.id);
+  std::vector<std::int64_t> ids;
+  for (const FoundBooking& found : foundBookings(context, *search, message)) {
+    if (isOut(found.status)) ids.push_back(found.id);
   }
+  addRows(reply, context, ids);
   return reply;
 }
 

@@ -98,8 +98,9 @@ Returned returnedLines(Context& context, const DeskBooking& booking, const Messa
   return returned;
 }
 
+/// Nothing comes back before it went out, though the clock was set back meanwhile.
 Moment returnMoment(Context& context, const DeskBooking& booking, const Message& message) {
-  if (message.text(tags::ETIME_).empty()) return context.now;
+  if (message.text(tags::ETIME_).empty()) return std::max(context.now, booking.chargedAt);
   const std::optional<Moment> at = parseMoment(message.text(tags::ETIME_));
   if (!at || !isSoundReturn(booking.chargedAt, *at, context.now)) refuseTag(tags::ETIME_);
   return std::max(*at, booking.chargedAt);

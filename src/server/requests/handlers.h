@@ -37,6 +37,7 @@ struct Context {
   const Session& session;
   Moment now;
   SearchLimits search = {};
+  std::vector<std::int64_t> made = {};  ///< the keys of the records that the request made
 };
 
 /// Thrown by a request that refuses after it has begun to write: everything that it wrote is undone, and the

@@ -49,7 +49,8 @@ Stamp stampOf(const Context& context, Moment last) {
           .locationId = context.session.locationId};
 }
 
-Reply createdReply(const Context& context, std::string_view tag, std::int64_t id) {
+Reply createdReply(Context& context, std::string_view tag, std::int64_t id) {
+  context.made.push_back(id);
   Reply reply;
   return reply.head(tag, id)
       .head(tags::CLN, context.session.locationName)

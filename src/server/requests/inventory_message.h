@@ -24,7 +24,7 @@ namespace vantry::server {
 [[nodiscard]] Stamp stampOf(const Context& context, Moment last);
 
 /// The replies of a new record, whose key is in that tag, and of a changed one.
-[[nodiscard]] Reply createdReply(const Context& context, std::string_view tag, std::int64_t id);
+[[nodiscard]] Reply createdReply(Context& context, std::string_view tag, std::int64_t id);
 [[nodiscard]] Reply updatedReply(const Context& context, const Stamp& stamp);
 
 /// Adds who made a record and who changed it last.

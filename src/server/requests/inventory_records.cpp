@@ -13,12 +13,12 @@ namespace vantry::server {
 namespace {
 
 /// What a piece and a group have in common.
-void addShared(Reply& reply, const EquipmentRecord& record) {
+void addShared(Reply& reply, Context& context, const EquipmentRecord& record) {
   reply.head(tags::ENO, record.number)
       .head(tags::BNO, record.barcode)
       .head(tags::STY, record.status)
       .head(tags::EQVR, moneyText(record.replacementValue))
-      .head(tags::EHB, record.pastBookings)
+      .head(tags::EHB, countPastOfEquipment(context.db, record.id, context.session.locationId))
       .head(tags::LNA, record.location)
       .head(tags::LOC, record.locationId)
       .head(tags::RNM, record.room)
@@ -31,7 +31,7 @@ Reply pieceRecord(Context& context, const Message& message) {
   const std::optional<EquipmentRecord> record = findEquipmentRecord(context.db, message.number(tags::EID));
   if (!record || record->isGroup) return Reply(rc::notFound);
   Reply reply;
-  addShared(reply, *record);
+  addShared(reply, context, *record);
   reply.head(tags::EMA, record->maker)
       .head(tags::EFO, record->format)
       .head(tags::EMO, record->model)
@@ -49,7 +49,7 @@ Reply groupRecord(Context& context, const Message& message) {
   const std::optional<EquipmentRecord> record = findEquipmentRecord(context.db, message.number(tags::EID));
   if (!record || !record->isGroup) return Reply(rc::notFound);
   Reply reply;
-  addShared(reply, *record);
+  addShared(reply, context, *record);
   return reply;
 }
 
@@ -72,7 +72,7 @@ Reply roomRecord(Context& context, const Message& message) {
       .head(tags::LNA, record->location)
       .head(tags::RST, record->storage ? "Y" : "N")
       .head(tags::CLI, record->stamps.createdLocationId)
-      .head(tags::EHB, record->pastBookings);
+      .head(tags::EHB, countPastOfRoom(context.db, record->id, context.session.locationId));
   addStamps(reply, record->stamps);
   for (const RoomDetail& detail : detailsOfRoom(context.db, record->id)) {
     reply.record()
@@ -106,7 +106,8 @@ void addBooking(Reply& reply, const ThingBooking& booking) {
 
 Reply equipmentBookings(Context& context, const Message& message, Past past) {
   Reply reply;
-  for (const ThingBooking& booking : bookingsOfEquipment(context.db, message.number(tags::EID), past)) {
+  for (const ThingBooking& booking :
+       bookingsOfEquipment(context.db, message.number(tags::EID), past, context.session.locationId)) {
     addBooking(reply, booking);
     reply.set(tags::PGNM, booking.patronGroup).set(tags::BTYP, bookingTypeName(booking.type));
   }
@@ -122,7 +123,8 @@ Reply currentEquipmentBookings(Context& context, const Message& message) {
 
 Reply roomBookings(Context& context, const Message& message, Past past) {
   Reply reply;
-  for (const ThingBooking& booking : bookingsOfRoom(context.db, message.number(tags::RID), past))
+  for (const ThingBooking& booking :
+       bookingsOfRoom(context.db, message.number(tags::RID), past, context.session.locationId))
     addBooking(reply, booking);
   return reply;
 }

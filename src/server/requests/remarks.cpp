@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "server/access/audit.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/maintenance_store.h"
 #include "server/desk/remark_store.h"
@@ -120,8 +119,6 @@ Reply putStatus(Context& context, const Message& message) {
   if (isSystemStatus(status) || !hasStatusType(context.db, wire.owner, status)) refuseTag(tags::SID);
   const std::int64_t id = requireThing(context, message, wire);
   applyStatus(context.db, wire.owner, id, status, message.text(tags::SNO), context.now);
-  audit(context.db, &context.session, context.now, "status applied", std::to_string(id),
-        message.text(tags::SID));
   Reply reply;
   return reply.head(tags::UDT, momentText(context.now));
 }
@@ -133,8 +130,6 @@ Reply dropStatus(Context& context, const Message& message) {
   if (isSystemStatus(status)) refuseTag(tags::SID);
   const std::int64_t id = thingOf(context, message, wire);
   removeStatus(context.db, wire.owner, id, status);
-  audit(context.db, &context.session, context.now, "status removed", std::to_string(id),
-        message.text(tags::SID));
   return Reply();
 }
 
@@ -146,15 +141,12 @@ Reply putBarcode(Context& context, const Message& message) {
   const bool clashes = status == barcodeStatus::active && isBarcodeTaken(context.db, barcode, id);
   if (barcode.empty() || clashes) refuseTag(tags::BNO);
   writeBarcode(context.db, id, barcode, status);
-  audit(context.db, &context.session, context.now, "barcode written", std::to_string(id), barcode);
   return Reply();
 }
 
 Reply dropBarcode(Context& context, const Message& message) {
   const std::int64_t id = message.number(tags::EID);
   removeBarcode(context.db, id, message.text(tags::BNO));
-  audit(context.db, &context.session, context.now, "barcode deleted", std::to_string(id),
-        message.text(tags::BNO));
   return Reply();
 }
 

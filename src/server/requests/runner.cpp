@@ -10,6 +10,7 @@
 #include "server/access/stored_replies.h"
 #include "server/base/tag_refusal.h"
 #include "server/requests/handlers.h"
+#include "server/requests/serve.h"
 #include "words/requests.h"
 #include "words/tags.h"
 
@@ -28,7 +29,7 @@ Reply unreadable(std::string_view tag) {
 /// Runs the request. Whatever refuses it throws Refused.
 Reply runHandler(const HandlerRow& handler, Context& context, const Message& message) {
   try {
-    return handler.run(context, message);
+    return serve(handler, context, message);
   } catch (const TagRefusal& refusal) {
     Reply reply = unreadable(refusal.tag);
     if (refusal.criterion != 0) reply.head(tags::SRCHTAG, std::int64_t{refusal.criterion});

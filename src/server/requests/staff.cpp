@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "server/access/audit.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/staff_store.h"
 #include "server/requests/inventory_message.h"
@@ -14,16 +13,10 @@ namespace {
 
 constexpr std::int64_t mostCounted = 99'999;
 
-void note(const Context& context, std::string_view action, std::int64_t patron,
-          std::string_view detail = {}) {
-  audit(context.db, &context.session, context.now, action, std::to_string(patron), detail);
-}
-
 Reply addMember(Context& context, const Message& message) {
   const std::int64_t patron = message.number(tags::PID);
   if (!hasPatron(context.db, patron)) refuseTag(tags::PID);
   addStaff(context.db, patron, message.flag(tags::PSTS));
-  note(context, "staff added", patron, message.text(tags::PSTS));
   return Reply();
 }
 
@@ -31,7 +24,6 @@ Reply addMember(Context& context, const Message& message) {
 Reply changeMembers(Context& context, const Message& message) {
   for (const std::int64_t patron : message.numbers(tags::PID)) {
     if (!setStaffActive(context.db, patron, message.flag(tags::PSTS))) throw Refused{Reply(rc::notFound)};
-    note(context, "staff changed", patron, message.text(tags::PSTS));
   }
   return Reply();
 }
@@ -39,7 +31,6 @@ Reply changeMembers(Context& context, const Message& message) {
 Reply removeMembers(Context& context, const Message& message) {
   for (const std::int64_t patron : message.numbers(tags::PID)) {
     removeStaff(context.db, patron, stampOf(context, 0));
-    note(context, "staff deleted", patron);
   }
   return Reply();
 }
@@ -74,7 +65,6 @@ Reply changeCounters(Context& context, const Message& message) {
                              .setBy = {},
                              .setAt = 0};
   setCounters(context.db, patron, fresh, stampOf(context, 0));
-  note(context, "counters set", patron);
   return Reply();
 }
 

@@ -138,7 +138,7 @@ std::int64_t addOperator(Connection& db, const NewOperator& fresh, Moment now) {
   query.bind("login", login).bind("name", trimmed(fresh.name)).bind("password", fresh.passwordHash).into(id);
   while (query.next()) {
   }
-  audit(db, nullptr, now, "operator added", login, {});
+  auditCommand(db, now, "operator added", login, {});
   return id;
 }
 
@@ -178,7 +178,7 @@ void setRights(Connection& db, std::string_view login, std::string_view location
     query.bind("operator_id", account.id).bind("location_id", locationId).run();
   }
   for (const std::string& code : codes) addRight(db, account.id, locationId, code);
-  audit(db, nullptr, now, "rights set", account.login + " at " + std::string(trimmed(location)), list);
+  auditCommand(db, now, "rights set", account.login + " at " + std::string(trimmed(location)), list);
 }
 
 void setOperatorPassword(Connection& db, std::string_view login, std::string_view passwordHash, Moment now) {
@@ -186,7 +186,7 @@ void setOperatorPassword(Connection& db, std::string_view login, std::string_vie
   setPassword(db, account.id, passwordHash);
   forgetLoginTries(db, account.login);
   closeSessionsOf(db, account.id, {});
-  audit(db, nullptr, now, "password set", account.login, {});
+  auditCommand(db, now, "password set", account.login, {});
 }
 
 void setOperatorActive(Connection& db, std::string_view login, bool active, Moment now) {
@@ -194,7 +194,7 @@ void setOperatorActive(Connection& db, std::string_view login, bool active, Mome
   Query query(db, "update operators set active = :active where id = :id");
   query.bind("active", active).bind("id", account.id).run();
   if (!active) closeSessionsOf(db, account.id, {});
-  audit(db, nullptr, now, active ? "operator enabled" : "operator disabled", account.login, {});
+  auditCommand(db, now, active ? "operator enabled" : "operator disabled", account.login, {});
 }
 
 std::vector<OperatorRow> operators(Connection& db) {

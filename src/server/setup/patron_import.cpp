@@ -309,7 +309,7 @@ PatronReport importPatrons(Database& database, const std::string& path, const Pa
     PatronWriter writer(db);
     writer.write(rows);
     for (const std::int64_t card : missing) writer.retire(card);
-    audit(db, nullptr, now, "patrons imported", path, countsText(report));
+    auditCommand(db, now, "patrons imported", path, countsText(report));
   };
   use.checkOnly || read.faults.count() > 0 ? database.read(work) : database.write(work);
   return report;

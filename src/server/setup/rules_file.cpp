@@ -36,7 +36,7 @@ void writePlan(Connection& db, const RulesPlan& plan, const std::string& path, M
   if (changes.empty()) return;
   addRules(db, plan.added);
   changeRules(db, plan.changed);
-  audit(db, nullptr, now, "rules taken", std::filesystem::path(path).filename().string(), changes);
+  auditCommand(db, now, "rules taken", std::filesystem::path(path).filename().string(), changes);
 }
 
 }  // namespace

@@ -148,6 +148,7 @@ TEST_P(LoginTest, ANewPasswordNeedsTheOldOneAndEndsTheOtherSessions) {
   EXPECT_EQ(changePassword(*client, "wrong", "another-password").status, 401);
   EXPECT_EQ(changePassword(*client, "password-1", "short").status, 400);
   EXPECT_EQ(changePassword(*client, "password-1", "aaaaaaaaaaaa").status, 400);
+  EXPECT_EQ(value("select count(*) from audit where action = 'password refused' and operator_id = 1"), "3");
   EXPECT_TRUE(works(*elsewhere));
   EXPECT_EQ(changePassword(*client, "password-1", "another-password").status, 204);
   EXPECT_TRUE(works(*client));

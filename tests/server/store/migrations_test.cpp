@@ -75,6 +75,18 @@ constexpr Rows filled[] = {
     {13, always,
      "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) values "
      "(1, 1, 100, 200, 1, 1), (12, 1, 100, 200, 1, 1)"},
+    {13, 18,
+     "insert into bookings (id, location_id, booking_type, room_id, starts_at, ends_at, created_at, "
+     "updated_at) "
+     "values (2, 1, 1, 1, 150, 250, 0, 0), (3, 1, 1, 1, 300, 900, 0, 0)"},
+    {13, 18,
+     "insert into booking_equipment (id, booking_id, place, equipment_id, equipment_type_id, in_room) values "
+     "(2, 2, 1, 1, 1, 1), (3, 3, 1, 1, 1, 1)"},
+    {13, 18,
+     "insert into occupancy (kind, thing, starts_at, ends_at, booking_id) values (3, 1, 150, 250, 2), (3, 1, "
+     "300, "
+     "900, 3)"},
+    {13, 18, "insert into longest_occupancy (kind, seconds) values (1, 100), (3, 600)"},
 };
 
 /// What has become of it at the last step.
@@ -99,6 +111,13 @@ constexpr Kept kept[] = {
      "bookings b join booking_equipment e on e.booking_id = b.id join booking_items i on i.booking_id = b.id",
      1},
     {5, "occupancy where booking_id = 1 and line_id = 1 and starts_at = 100 and ends_at = 200", 2},
+    {13, "occupancy where kind = 1 and thing = 1 and booking_id = 2", 0},
+    {13,
+     "occupancy o where o.kind = 3 and o.booking_id = 3 and not exists (select 1 from occupancy x where "
+     "x.kind = 1 and "
+     "x.thing = 1 and x.booking_id = 3 and x.starts_at = 300 and x.ends_at = 900)",
+     0},
+    {13, "longest_occupancy where kind = 1 and seconds < 600", 0},
     {1, "barcode_statuses", 4},
     {2, "room_details where room_id = 1 and room_detail_type_id = 1 and content = '20'", 1},
     {6, "equipment_statuses where status_id in (3, 7)", 2},

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "server/store/database.h"
+
+namespace vantry::server {
+
+/// What the audit tells of, each by its key.
+enum class Audited { Booking, Equipment, Room, Maintenance, Patron };
+
+/// The record in one line, as it is now; empty when there is none.
+[[nodiscard]] std::string inShort(Connection& db, Audited kind, std::int64_t id);
+
+}  // namespace vantry::server

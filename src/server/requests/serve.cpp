@@ -1,0 +1,105 @@
+#include "server/requests/serve.h"
+
+#include <algorithm>
+#include <string>
+
+#include "server/access/audit.h"
+#include "server/desk/booking_store.h"
+#include "server/desk/library_border.h"
+#include "server/requests/audit_words.h"
+#include "words/tags.h"
+
+namespace vantry::server {
+
+namespace {
+
+bool namesOthersBooking(Context& context, const Message& message) {
+  const std::vector<std::int64_t> bookings = message.numbers(tags::BOOKID);
+  return std::ranges::any_of(bookings, [&](std::int64_t id) {
+    return id != 0 && isOfOtherLibrary(context.db, id, context.session.locationId);
+  });
+}
+
+constexpr std::size_t longestValue = 60;
+constexpr std::size_t longestDetail = 600;
+
+/// The beginning of a text, no character of which is cut through.
+std::string_view beginningOf(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80U) --most;
+  return text.substr(0, most);
+}
+
+/// What the request asked for: "STIME=2026-03-02 10:00:00, PID=1".
+std::string askedInShort(const AuditWord& word, const Message& message) {
+  std::string text;
+  for (const TagValue& pair : message.tags()) {
+    if (pair.tag == word.key || pair.value.empty()) continue;
+    if (!text.empty()) text += ", ";
+    text += pair.tag + "=";
+    text += beginningOf(pair.value, longestValue);
+    if (text.size() > longestDetail) return std::string(beginningOf(text, longestDetail)) + " ...";
+  }
+  return text;
+}
+
+/// One writing request, as the audit tells it: the records, what they were before, and what was asked.
+class AuditedRun {
+ public:
+  AuditedRun(const AuditWord& word, Context& context, const Message& message)
+      : word_(word), context_(context), message_(message) {
+    if (!word.key.empty()) before_ = recordsBefore();
+  }
+
+  void note(const Reply& reply) {
+    const std::vector<std::int64_t>& records = word_.key.empty() ? context_.made : records_;
+    const bool done = reply.rc() == 0 || reply.rc() == word_.doneToo;
+    if (!done || records.empty()) return;
+    const std::string asked = askedInShort(word_, message_);
+    const std::string parting = before_.empty() || asked.empty() ? "" : " -> ";
+    audit(context_.db, &context_.session, context_.now, word_.action, subjectOf(records),
+          before_ + parting + asked, word_.code);
+  }
+
+ private:
+  /// Remembers those that there are: what somebody has deleted before is not written.
+  std::string recordsBefore() {
+    std::string all;
+    for (const std::int64_t id : message_.numbers(word_.key)) {
+      const std::string text = inShort(context_.db, word_.kind, id);
+      if (text.empty()) continue;
+      records_.push_back(id);
+      all += (all.empty() ? "" : "; ") + text;
+    }
+    return std::string(beginningOf(all, longestDetail));
+  }
+
+  [[nodiscard]] std::string subjectOf(const std::vector<std::int64_t>& records) const {
+    std::string text;
+    for (const std::int64_t id : records) {
+      if (!text.empty()) text += ' ';
+      text += word_.kind == Audited::Booking ? confirmationNumber(id) : std::to_string(id);
+    }
+    return text;
+  }
+
+  const AuditWord& word_;
+  Context& context_;
+  const Message& message_;
+  std::vector<std::int64_t> records_;
+  std::string before_;
+};
+
+}  // namespace
+
+Reply serve(const HandlerRow& handler, Context& context, const Message& message) {
+  if (namesOthersBooking(context, message)) return Reply(rc::notFound);
+  const AuditWord* word = findAuditWord(handler.code);
+  if (word == nullptr) return handler.run(context, message);
+  AuditedRun audited(*word, context, message);
+  Reply reply = handler.run(context, message);
+  audited.note(reply);
+  return reply;
+}
+
+}  // namespace vantry::server
