@@ -69,8 +69,17 @@ void describeServing(CLI::App& app, Given& given) {
   serving->add_option("--port", given.server.port, "Port to listen on; 0 takes any")->capture_default_str();
   serving->add_option("--certificate", given.server.certificate, "PEM file of the certificate, for HTTPS");
   serving->add_option("--key", given.server.key, "PEM file of its key");
-  serving->add_option("--threads", given.server.threads, "Clients that may stay connected at one time")
+  serving->add_option("--threads", given.server.threads, "Requests that are worked on at one time")
+      ->check(CLI::Range(1, 256))
       ->capture_default_str();
+  serving->add_option("--most-connections", given.server.limits.connections, "Connections in all")
+      ->capture_default_str();
+  serving
+      ->add_option("--most-per-address", given.server.limits.connectionsPerAddress,
+                   "Connections of one client's address")
+      ->capture_default_str();
+  serving->add_option("--trusted-proxy", given.server.trustedProxies,
+                      "Address or network of a proxy whose X-Forwarded-For is believed; may be repeated");
   serving->add_option("--most-found", given.server.mostFound, "Hits that a search tells; all are counted")
       ->check(CLI::Range(1, 32'767))
       ->capture_default_str();

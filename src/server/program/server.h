@@ -4,7 +4,9 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "server/http/http_limits.h"
 #include "server/setup/demo/demo.h"
 
 namespace vantry {
@@ -19,10 +21,12 @@ class Server {
     int port = 0;                       ///< 0 takes any free one
     std::string certificate;            ///< PEM file; with `key` for HTTPS, both empty for HTTP
     std::string key;                    ///< PEM file
-    int threads = 64;                   ///< clients that may stay connected at one time
-    int patience = 10;                  ///< seconds to wait for another process that writes
-    int mostFound = 2000;               ///< hits that a search tells; all are counted
-    bool quickHashes = false;           ///< cheap password hashes, for tests only
+    int threads = 8;                    ///< requests that are worked on at one time
+    server::HttpLimits limits;          ///< what the server takes upon itself
+    std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
+    int patience = 10;                        ///< seconds to wait for another process that writes
+    int mostFound = 2000;                     ///< hits that a search tells; all are counted
+    bool quickHashes = false;                 ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
   };
@@ -39,6 +43,10 @@ class Server {
 
   /// The port that it listens on, after `start`.
   [[nodiscard]] int port() const;
+
+  /// Reads the certificate and its key again. Throws std::runtime_error when they cannot be used; the ones
+  /// before stay in use then.
+  void reloadCertificate();
 
   /// Ends all connections after the requests under way. Also done by the destructor.
   void stop();
