@@ -111,7 +111,7 @@ WireAnswer WireClient::send(const std::string& code, const Tags& tags, const std
 }
 
 void makeSmallLibrary(const std::string& url) {
-  Database database(url);
+  Database database(url, {.create = true});
   migrate(database);
   const std::string hash = hashPassword("password-1", HashCost::Quick);
   database.write([&](Connection& db) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 #include <unistd.h>
@@ -192,6 +193,7 @@ TestStore::TestStore(const std::string& kind) {
     folder_ = std::filesystem::temp_directory_path() / name;
     std::filesystem::create_directories(folder_);
     url_ = (folder_ / "a library.sqlite").string();
+    std::ofstream{url_};  // an empty file is an empty database
     return;
   }
   base_ = postgresqlBase();

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "server/base/moment.h"
 #include "server/store/database.h"
+#include "words/requests.h"
 
 namespace vantry::server {
 
@@ -18,9 +20,18 @@ struct ReplyKey {
 };
 
 struct StoredReply {
-  std::string code;  ///< of the request
+  std::string code;    ///< of the request
+  std::string digest;  ///< of the whole request; empty when an older version stored the reply
   std::string json;
+
+  /// Whether it is the answer to that request, and not to another one under the same id.
+  [[nodiscard]] bool answers(std::string_view sentCode, std::string_view sentDigest) const {
+    return code == sentCode && (digest.empty() || digest == sentDigest);
+  }
 };
+
+/// What a request is compared by with another one under its id.
+[[nodiscard]] std::string digestOf(std::string_view code, std::span<const TagValue> tags);
 
 [[nodiscard]] std::optional<StoredReply> findReply(Connection& db, const ReplyKey& key);
 void storeReply(Connection& db, const ReplyKey& key, const StoredReply& reply, Moment now);

@@ -183,7 +183,7 @@ void indexCatalogue(Database& database) {
     more = fetchOne(query, id);
   });
   // A portion at a time, so that other servers on the database are not kept waiting.
-  while (more) database.write([&](Connection& db) { more = indexSomeTitles(db); });
+  while (more) database.writeApart("catalogue", [&](Connection& db) { more = indexSomeTitles(db); });
 }
 
 }  // namespace vantry::server

@@ -329,7 +329,7 @@ ImportReport importMarc(Database& database, const std::string& path, const Impor
   while (true) {
     const std::vector<Numbered> portion = readPortion(reader, number, report);
     ImportReport written;
-    database.write([&](Connection& db) {
+    database.writeApart("catalogue", [&](Connection& db) {
       written = report;
       Importer importer(db, options, written);
       for (const Numbered& each : portion) importer.take(each);

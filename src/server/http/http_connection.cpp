@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include <spdlog/spdlog.h>
 #include <boost/asio/post.hpp>
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/asio/write.hpp>
@@ -25,11 +26,18 @@ constexpr std::size_t bytesOfBodyAtOnce = 16 * 1024;
 // What a client goes on sending after it was refused is dropped up to here: a connection that is closed
 // over unread bytes takes the reply with it.
 constexpr std::size_t mostDrained = 16 * largestBody;
-constexpr std::chrono::seconds drainTime{5};
 constexpr auto never = std::numeric_limits<HttpConnection::Clock::rep>::max();
 
 std::string_view plain(boost::beast::string_view text) {
   return {text.data(), text.size()};
+}
+
+/// The return code of a reply to a request, or the status of any other.
+std::string resultOf(const WireReply& reply) {
+  constexpr std::string_view start = "{\"rc\":";
+  const std::string_view body = reply.body;
+  if (reply.status != 200 || !body.starts_with(start)) return std::to_string(reply.status);
+  return std::string(body.substr(start.size(), body.find(',') - start.size()));
 }
 
 int statusOf(const error_code& error) {
@@ -148,6 +156,7 @@ void HttpConnection::handTo(Workers& workers, Work work) {
   phase_ = Phase::Working;
   deadline_ = never;
   if (workers.take(std::move(work))) return;
+  parts_.metrics.noteTurnedAway();
   reply_ = busyReply();
   isLast_ = isLast_ || !parser_->is_done();
   write();
@@ -185,8 +194,19 @@ void HttpConnection::refuse(WireReply reply) {
   write();
 }
 
+/// Counts the reply, and tells of it in the log.
+void HttpConnection::note() {
+  const std::chrono::duration<double> time = Clock::now() - begunAt_;
+  const std::string_view code = Routes::nameOf(route_, request_);
+  const std::string result = resultOf(reply_);
+  parts_.metrics.noteReply(code, result, time);
+  const auto level = reply_.status < 400 ? spdlog::level::debug : spdlog::level::info;
+  spdlog::log(level, "{} {}: {} in {:.1f} ms", request_.address, code, result, time.count() * 1000);
+}
+
 /// After this the connection belongs to the front's thread.
 void HttpConnection::write() {
+  note();
   isLast_ = isLast_ || parts_.stopping;
   const bool hasBody = reply_.status != 204;
   const auto reason = http::obsolete_reason(static_cast<http::status>(reply_.status));
@@ -209,11 +229,12 @@ void HttpConnection::written(const error_code& error) {
   if (error || parts_.stopping) return end();
   reply_ = {};
   request_ = {};
+  route_ = nullptr;
   if (!isLast_) return beginRequest();
   parser_.reset();
   draining_ = true;
   phase_ = Phase::Reading;
-  expectWithin(drainTime);
+  expectWithin(limits().farewell);
   ::shutdown(handle_, SHUT_WR);
   drain(0);
 }

@@ -28,6 +28,7 @@ struct FrontParts {
   const HttpLimits& limits;
   const Clients& clients;
   const Routes& routes;
+  Metrics& metrics;
   Workers& requests;
   Workers& logons;
   OpenConnections& open;
@@ -84,6 +85,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void handTo(Workers& workers, Work work);
   void refuse(WireReply reply);
   void write();
+  void note();
   void drain(std::size_t bytes);
   void end();
 

@@ -53,7 +53,8 @@ class HttpFront::Impl {
   Impl(RequestRunner& runner, const HttpOptions& options)
       : options_(options),
         clients_(options.trustedProxies),
-        routes_(runner),
+        metrics_([this] { return load(); }),
+        routes_(runner, metrics_),
         tls_(readCertificate(options)),
         requests_(options.threads, options.limits.waiting),
         logons_(logonThreads, options.limits.waiting),
@@ -99,6 +100,12 @@ class HttpFront::Impl {
   [[nodiscard]] int port() const { return port_; }
 
  private:
+  Metrics::Load load() const {
+    return {.connections = open_.count(),
+            .waitingRequests = requests_.waiting(),
+            .waitingLogons = logons_.waiting()};
+  }
+
   void listen() {
     tcp::resolver resolver(loop_);
     const auto found = resolver.resolve(options_.address, std::to_string(options_.port),
@@ -161,12 +168,13 @@ class HttpFront::Impl {
 
   HttpOptions options_;
   Clients clients_;
+  Metrics metrics_;
   Routes routes_;
   std::shared_ptr<Tls> tls_;
   OpenConnections open_;
   Workers requests_;
   Workers logons_;
-  FrontParts parts_{options_.limits, clients_, routes_, requests_, logons_, open_};
+  FrontParts parts_{options_.limits, clients_, routes_, metrics_, requests_, logons_, open_};
   // What waits in the loop holds connections, so that it goes first.
   asio::io_context loop_;
   tcp::acceptor acceptor_;

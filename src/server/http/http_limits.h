@@ -12,6 +12,7 @@ struct HttpLimits {
   std::chrono::milliseconds request{30'000};  ///< for the whole request
   std::chrono::milliseconds reply{60'000};    ///< for the client to take the reply
   std::chrono::milliseconds idle{120'000};    ///< between two requests of a kept connection
+  std::chrono::milliseconds farewell{5'000};  ///< for a client that was refused to take the reply
   std::size_t connections = 8192;             ///< in all
   std::size_t connectionsPerAddress = 1024;   ///< of one client's address; a trusted proxy may have more
   std::size_t waiting = 256;                  ///< requests that wait for a worker

@@ -11,6 +11,7 @@
 #include "server/http/wire.h"
 #include "server/requests/reply.h"
 #include "words/json_text.h"
+#include "words/requests.h"
 
 namespace vantry::server {
 
@@ -75,26 +76,27 @@ std::string_view sentenceFor(int status) {
 WireReply refusalOf(const StoreError& error, bool isRequest) {
   using Kind = StoreError::Kind;
   const Kind kind = error.kind();
-  const bool mayPass =
-      kind == Kind::Busy || kind == Kind::Unreachable || kind == Kind::Absent || kind == Kind::Contested;
+  const bool mayPass = kind == Kind::Busy || kind == Kind::Unreachable || kind == Kind::Absent ||
+                       kind == Kind::Contested || kind == Kind::Moved || kind == Kind::Newer;
   if (isRequest && !mayPass) return {.status = 200, .body = Reply(rc::storeFailed).json()};
   return refuse(
       503, kind == Kind::ReadOnly ? "The database cannot be written." : "The database cannot be used now.");
 }
 
-/// Runs the work. Whatever it throws becomes the reply, and a line of the log.
-WireReply guarded(std::string_view path, const std::function<WireReply()>& work) {
-  try {
-    return work();
-  } catch (const StoreError& error) {
-    spdlog::error("{}: {}", path, error.what());
-    return refusalOf(error, path.starts_with(requestPath));
-  } catch (const std::exception& error) {
-    spdlog::error("{}: {}", path, error.what());
-  } catch (...) {
-    spdlog::error("{}: unknown failure", path);
+std::string_view nameOf(StoreError::Kind kind) {
+  using Kind = StoreError::Kind;
+  switch (kind) {
+    case Kind::Busy:
+      return "busy";
+    case Kind::Unreachable:
+      return "unreachable";
+    case Kind::ReadOnly:
+      return "read only";
+    case Kind::Moved:
+      return "moved";
+    default:
+      return "other";
   }
-  return refuse(500, sentenceFor(500));
 }
 
 }  // namespace
@@ -110,6 +112,8 @@ struct Routes::Route {
 const Routes::Route* Routes::find(std::string_view method, std::string_view path) {
   static constexpr std::array routes{
       Route{"GET", "/v1/health", 0, Lane::Front, &Routes::health},
+      Route{"GET", "/v1/ready", 0, Lane::Requests, &Routes::ready},
+      Route{"GET", "/metrics", 0, Lane::Front, &Routes::metrics},
       Route{"POST", "/v1/login", largestBodyOfAnyone, Lane::Logons, &Routes::login},
       Route{"POST", "/v1/logout", largestBodyOfAnyone, Lane::Requests, &Routes::logout},
       Route{"POST", "/v1/password", largestBodyOfAnyone, Lane::Logons, &Routes::password},
@@ -131,6 +135,13 @@ Lane Routes::laneOf(const Route* route, const WireRequest& request) {
   return route->lane == Lane::Requests && codeIn(request.path) == "OPOV" ? Lane::Logons : route->lane;
 }
 
+std::string_view Routes::nameOf(const Route* route, const WireRequest& request) {
+  if (route == nullptr) return "other";
+  if (!route->path.ends_with('/')) return route->path.substr(route->path.rfind('/') + 1);
+  const RequestRow* row = findRequest(codeIn(request.path));
+  return row == nullptr ? "other" : row->code;
+}
+
 std::size_t Routes::largestBodyOf(const Route* route) {
   return route == nullptr ? largestBodyOfAnyone : route->largestBody;
 }
@@ -150,6 +161,31 @@ std::optional<WireReply> Routes::refusalOfSender(const WireRequest& head) const 
   return reply;
 }
 
+/// Runs the work. Whatever it throws becomes the reply, and a line of the log.
+WireReply Routes::guarded(std::string_view path, const std::function<WireReply()>& work) const {
+  try {
+    return work();
+  } catch (const StoreError& error) {
+    spdlog::error("{}: {}", path, error.what());
+    metrics_.noteStoreError(server::nameOf(error.kind()));
+    return refusalOf(error, path.starts_with(requestPath));
+  } catch (const std::exception& error) {
+    spdlog::error("{}: {}", path, error.what());
+  } catch (...) {
+    spdlog::error("{}: unknown failure", path);
+  }
+  return refuse(500, sentenceFor(500));
+}
+
+WireReply Routes::ready(const WireRequest& /*request*/) const {
+  (void)runner_.knowsSession({});  // asks the store
+  return {.status = 200, .body = R"({"ready":true})"};
+}
+
+WireReply Routes::metrics(const WireRequest& /*request*/) const {
+  return {.status = 200, .body = metrics_.text(), .type = "text/plain; version=0.0.4"};
+}
+
 WireReply Routes::health(const WireRequest& /*request*/) const {
   return {.status = 200, .body = R"({"name":"vantry","protocol":1,"key":")" + runner_.sealingKey() + "\"}"};
 }
@@ -159,6 +195,7 @@ WireReply Routes::login(const WireRequest& request) const {
   if (!body) return refuse(400, "The body needs the texts operator and password.");
   const auto result = runner_.login(body->first, body->second, request.address);
   using Kind = RequestRunner::LoginResult::Kind;
+  if (result.kind != Kind::Granted) metrics_.noteRefusedTry();
   if (result.kind == Kind::TooMany) return refuseForNow(result.retryAfter);
   if (result.kind == Kind::Refused) return refuse(401, "The operator or the password is wrong.");
   return {.status = 200, .body = jsonObject({{"session", result.token}, {"operator", result.login}})};

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "server/http/metrics.h"
 #include "server/requests/runner.h"
 
 namespace vantry::server {
@@ -32,12 +34,15 @@ enum class Lane { Front, Requests, Logons };
 /// From a request on the wire to the runner and back. Translates, and decides nothing. Safe for many threads.
 class Routes {
  public:
-  explicit Routes(RequestRunner& runner) : runner_(runner) {}
+  Routes(RequestRunner& runner, Metrics& metrics) : runner_(runner), metrics_(metrics) {}
 
   struct Route;
   /// Null where there is nothing at the path.
   [[nodiscard]] static const Route* find(std::string_view method, std::string_view path);
   [[nodiscard]] static Lane laneOf(const Route* route, const WireRequest& request);
+  /// What the request is called in logs and figures: its code, or the last part of the path; "other" for what
+  /// is no request, so that nobody can make up names.
+  [[nodiscard]] static std::string_view nameOf(const Route* route, const WireRequest& request);
   [[nodiscard]] static std::size_t largestBodyOf(const Route* route);
 
   /// Makes the reply; whatever fails becomes one.
@@ -47,13 +52,17 @@ class Routes {
 
  private:
   using Answering = WireReply (Routes::*)(const WireRequest&) const;
+  [[nodiscard]] WireReply guarded(std::string_view path, const std::function<WireReply()>& work) const;
   WireReply health(const WireRequest& request) const;
+  WireReply ready(const WireRequest& request) const;
+  WireReply metrics(const WireRequest& request) const;
   WireReply login(const WireRequest& request) const;
   WireReply logout(const WireRequest& request) const;
   WireReply password(const WireRequest& request) const;
   WireReply run(const WireRequest& request) const;
 
   RequestRunner& runner_;
+  Metrics& metrics_;
 };
 
 /// The reply for an error that was found before any route was asked.

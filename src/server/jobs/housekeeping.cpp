@@ -15,7 +15,7 @@ namespace vantry::server {
 static constexpr std::chrono::seconds period{60};
 
 void keepHouse(Database& database, Moment now) {
-  database.write([&](Connection& db) {
+  database.writeApart("housekeeping", [&](Connection& db) {
     dropExpiredSessions(db, now);
     dropOldTries(db, now);
     dropOldReplies(db, now);
@@ -57,6 +57,8 @@ void Housekeeper::keepHouseOnce() {
     keepHouse(database_, clock_());
   } catch (const StoreError& error) {
     spdlog::warn("housekeeping is put off: {}", error.what());
+  } catch (const std::exception& error) {
+    spdlog::error("housekeeping failed: {}", error.what());
   }
 }
 

@@ -1,12 +1,18 @@
 #include "server/program/commands.h"
 
+#include <unistd.h>
+
 #include <csignal>
 
+#include <atomic>
 #include <charconv>
 #include <iostream>
 
+#include <systemd/sd-daemon.h>
+
 #include <spdlog/spdlog.h>
 
+#include "server/access/audit.h"
 #include "server/access/passwords.h"
 #include "server/program/terminal.h"
 #include "server/setup/administration.h"
@@ -20,13 +26,18 @@ namespace vantry::server {
 
 namespace {
 
-/// The work of one command on a database whose schema is up to date.
-void change(const std::string& url, const Database::Work& work) {
+/// The work of one command on a library whose schema is that of this program: a command changes no schema
+/// under a server that runs.
+void onLibrary(const std::string& url, const std::function<void(Database&)>& work) {
   tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
-    database.write(work);
+    Database database(url, {.connections = 1});
+    requireSchema(database);
+    work(database);
   });
+}
+
+void change(const std::string& url, const Database::Work& work) {
+  onLibrary(url, [&](Database& database) { database.write(work); });
 }
 
 std::vector<std::string> splitAtCommas(std::string_view list) {
@@ -82,17 +93,45 @@ bool isLoopback(const std::string& address) {
   return address == "localhost" || address == "::1" || address.starts_with("127.");
 }
 
-/// Waits for the signal that ends the program. Blocked in every thread, so that it arrives here.
-void waitForEnd(const sigset_t& ends) {
-  int signal = 0;
-  sigwait(&ends, &signal);
+Moment momentIn(const std::string& text) {
+  const std::optional<Moment> moment = parseMoment(text);
+  if (!moment) throw UserError("\"" + text + "\" is no date.");
+  return *moment;
+}
+
+/// The signals that the program waits for, blocked in every thread from now on, so that they arrive there.
+sigset_t blockSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, each);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signals;
+}
+
+void reloadCertificate(Server& server) {
+  try {
+    server.reloadCertificate();
+    spdlog::info("the certificate was read again");
+  } catch (const std::runtime_error& error) {
+    spdlog::error("the certificate stays the one before: {}", error.what());
+  }
+}
+
+/// Waits for the signal that ends the program; a hang-up has the certificate read again.
+void waitForEnd(const sigset_t& awaited, Server& server) {
+  for (;;) {
+    int signal = 0;
+    sigwait(&awaited, &signal);
+    if (signal != SIGHUP) return;
+    reloadCertificate(server);
+  }
 }
 
 }  // namespace
 
 void initialise(const std::string& url) {
   tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
+    Database database(url, {.connections = 1, .create = true});
     migrate(database);
     std::cout << "The database is ready, its schema at step " << schemaVersion(database) << ".\n";
   });
@@ -109,25 +148,64 @@ void makeDemo(const std::string& database, DemoOptions options, const std::vecto
   std::cout << "The demo library stands in " << database << ".\n";
 }
 
-void serve(const Server::Options& options, bool behindProxy) {
-  if (options.certificate.empty() && !isLoopback(options.address) && !behindProxy) {
+void serve(const ServeCommand& command) {
+  const Server::Options& options = command.options;
+  const bool isPublic = !isLoopback(options.address);
+  if (options.certificate.empty() && isPublic && !command.behindProxy) {
     throw UserError(
         "Passwords would travel in the clear: give --certificate and --key, or say --behind-proxy when "
-        "something in "
-        "front of this server speaks TLS.");
+        "something in front of this server speaks TLS.");
   }
-  sigset_t ends;
-  sigemptyset(&ends);
-  sigaddset(&ends, SIGINT);
-  sigaddset(&ends, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
-  Server server(options);
+  const sigset_t awaited = blockSignals();
+  std::atomic<bool> lost = false;
+  Server::Options own = options;
+  own.onStoreLost = [&] {
+    lost = true;
+    kill(getpid(), SIGTERM);
+  };
+  Server server(own);
+  if (isPublic && !command.demoIsFine && hasDemoPasswords(options.database)) {
+    throw UserError(
+        "This is the demo library, and everybody knows its passwords. Say --demo-is-fine to serve it beyond "
+        "this machine all the same.");
+  }
   server.start();
   spdlog::info("serving on {} port {}{}", options.address, server.port(),
                options.certificate.empty() ? "" : " with TLS");
-  waitForEnd(ends);
+  sd_notify(0, "READY=1");
+  waitForEnd(awaited, server);
   spdlog::info("stopping");
+  sd_notify(0, "STOPPING=1");
   server.stop();
+  if (lost) throw std::runtime_error(sentenceFor(StoreError::Kind::Moved, options.database));
+}
+
+void printAudit(const std::string& url, const AuditCommand& command) {
+  AuditFilter filter = command.filter;
+  if (!command.since.empty()) filter.since = momentIn(command.since);
+  if (!command.before.empty()) filter.before = momentIn(command.before);
+  std::vector<AuditRow> rows;
+  onLibrary(
+      url, [&](Database& database) { database.read([&](Connection& db) { rows = auditRows(db, filter); }); });
+  for (const AuditRow& row : rows) {
+    std::cout << momentText(row.at) << '\t' << row.login << '\t' << row.location << '\t' << row.action << '\t'
+              << row.subject << '\t' << row.detail << '\n';
+  }
+}
+
+void pruneAudit(const std::string& url, const std::string& before) {
+  constexpr int atOnce = 5'000;  // so that the desks do not wait for the whole of it
+  const Moment moment = momentIn(before);
+  std::int64_t dropped = 0;
+  onLibrary(url, [&](Database& database) {
+    for (std::int64_t last = atOnce; last == atOnce; dropped += last) {
+      database.write([&](Connection& db) { last = dropAuditBefore(db, moment, atOnce); });
+    }
+    database.write([&](Connection& db) {
+      audit(db, nullptr, wallClock(), "audit pruned", before, std::to_string(dropped) + " rows");
+    });
+  });
+  std::cout << dropped << " rows of the audit were deleted.\n";
 }
 
 void backUpTo(const std::string& database, const std::string& file) {
@@ -137,11 +215,7 @@ void backUpTo(const std::string& database, const std::string& file) {
 
 void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {
   ImportReport report;
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
-    report = importMarc(database, file, options);
-  });
+  onLibrary(url, [&](Database& database) { report = importMarc(database, file, options); });
   for (const std::string& fault : report.faults) std::cerr << fault << '\n';
   std::cout << report.newTitles << " new titles, " << report.changedTitles << " changed; "
             << report.newHoldings << " new holdings; " << report.newItems << " new items, "
@@ -151,18 +225,12 @@ void importMarcFile(const std::string& url, const std::string& file, const Impor
 }
 
 void printRules(const std::string& url) {
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
-    std::cout << showRules(database);
-  });
+  onLibrary(url, [](Database& database) { std::cout << showRules(database); });
 }
 
 void takeRulesFrom(const std::string& url, const std::string& file, bool checkOnly) {
   RulesReport report;
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    migrate(database);
+  onLibrary(url, [&](Database& database) {
     report = takeRules(database, file, checkOnly ? RulesUse::CheckOnly : RulesUse::Take, wallClock());
   });
   refuseFaults(report.faults);

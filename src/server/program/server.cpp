@@ -13,9 +13,23 @@ namespace vantry {
 
 using namespace server;
 
-static Database& upToDate(Database& database) {
-  migrate(database);
+/// On a connection of its own, whose statements may take their time.
+static void bringUpToDate(const Server::Options& options) {
+  Database database(options.database, {.connections = 1, .patience = options.patience});
+  upgrade(database);
   indexCatalogue(database);
+}
+
+static StoreOptions storeOptions(const Server::Options& options) {
+  bringUpToDate(options);
+  return {.connections = options.connections,
+          .patience = options.patience,
+          .silence = std::chrono::seconds(options.silence),
+          .onMoved = options.onStoreLost};
+}
+
+static Database& heldToSchema(Database& database) {
+  database.holdToSchema(schemaVersion(database));
   return database;
 }
 
@@ -26,8 +40,8 @@ static Clock clockOf(const Server::Options& options) {
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
-      : database_(options.database, {.connections = 8, .patience = options.patience}),
-        runner_(upToDate(database_), clockOf(options),
+      : database_(options.database, storeOptions(options)),
+        runner_(heldToSchema(database_), clockOf(options),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
         housekeeper_(database_, clockOf(options)),
         front_(runner_, {.address = options.address,

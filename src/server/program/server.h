@@ -16,23 +16,27 @@ namespace vantry {
 class Server {
  public:
   struct Options {
-    std::string database;               ///< path of a SQLite file, made when missing, or "postgresql://..."
-    std::string address = "127.0.0.1";  ///< address to listen on
-    int port = 0;                       ///< 0 takes any free one
-    std::string certificate;            ///< PEM file; with `key` for HTTPS, both empty for HTTP
-    std::string key;                    ///< PEM file
-    int threads = 8;                    ///< requests that are worked on at one time
-    server::HttpLimits limits;          ///< what the server takes upon itself
+    std::string database;                     ///< path of a SQLite file, or "postgresql://..."
+    std::string address = "127.0.0.1";        ///< address to listen on
+    int port = 0;                             ///< 0 takes any free one
+    std::string certificate;                  ///< PEM file; with `key` for HTTPS, both empty for HTTP
+    std::string key;                          ///< PEM file
+    int threads = 8;                          ///< requests that are worked on at one time
+    server::HttpLimits limits;                ///< what the server takes upon itself
     std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
+    int connections = 8;                      ///< to the database, at most
     int patience = 10;                        ///< seconds to wait for another process that writes
-    int mostFound = 2000;                     ///< hits that a search tells; all are counted
-    bool quickHashes = false;                 ///< cheap password hashes, for tests only
+    int silence = 20;          ///< seconds after which a database server without an answer is given up
+    int mostFound = 2000;      ///< hits that a search tells; all are counted
+    bool quickHashes = false;  ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
+    /// Called once, on any thread, when the SQLite file was moved or replaced: nothing is answered any more.
+    std::function<void()> onStoreLost = {};
   };
 
-  /// Opens the database and updates its schema. Throws std::runtime_error with a sentence for
-  /// people when the database cannot be opened or written, or is of a newer version.
+  /// Opens the database and updates its schema. Throws std::runtime_error with a sentence for people when
+  /// the database cannot be opened or written, holds no library, or is of a newer version.
   explicit Server(const Options& options);
   ~Server();
   Server(const Server&) = delete;

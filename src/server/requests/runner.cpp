@@ -5,7 +5,7 @@
 #include <spdlog/spdlog.h>
 
 #include "server/access/audit.h"
-#include "server/access/rights.h"
+#include "server/access/callers.h"
 #include "server/access/sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/tag_refusal.h"
@@ -52,17 +52,31 @@ RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, con
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
   Judged judged;
-  judged.session = findSession(db, incoming.token, now);
-  if (!judged.session) return judged;
   const RequestRow* row = findRequest(incoming.code);
+  const std::string_view rights = row == nullptr ? std::string_view() : row->rights;
+  std::optional<Caller> caller = findCaller(db, incoming.token, now, rights, incoming.requestId);
+  if (!caller) return judged;
+  judged.session = std::move(caller->session);
+  judged.stored = std::move(caller->stored);
   if (row == nullptr) return judged;
-  if (!holdsAnyRight(db, *judged.session, row->rights)) {
+  if (!caller->holdsRight) {
     judged.refusal = Reply(rc::noRight);
     judged.lacksRight = true;
   } else if (const std::optional<MessageFault> fault = checkMessage(*row, incoming.tags)) {
     judged.refusal = unreadable(fault->tag);
   }
   return judged;
+}
+
+bool RequestRunner::knowsSession(std::string_view token) {
+  bool known = false;
+  database_.readOnce([&](Connection& db) { known = findSession(db, token, clock_()).has_value(); });
+  return known;
+}
+
+Answer RequestRunner::repeat(const StoredReply& stored, std::string_view code, std::string_view digest) {
+  const bool same = stored.answers(code, digest);
+  return {.kind = same ? Answer::Kind::Done : Answer::Kind::IdMisused, .json = stored.json};
 }
 
 Answer RequestRunner::run(const Incoming& incoming) {
@@ -94,8 +108,8 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
   }
   if (!judged.session) return answer;
   if (judged.lacksRight) {
-    database_.write(
-        [&](Connection& db) { audit(db, &*judged.session, now, "right missing", incoming.code, {}); });
+    database_.writeApart(
+        {}, [&](Connection& db) { audit(db, &*judged.session, now, "right missing", incoming.code, {}); });
   }
   prolongAfterRead(*judged.session, now);
   const bool nobodysRequest = handler == nullptr && !judged.lacksRight;
@@ -108,7 +122,8 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
 void RequestRunner::prolongAfterRead(const Session& session, Moment now) {
   if (session.expiresAt >= now + sessionLife - sessionStaleness) return;
   try {
-    database_.write([&](Connection& db) { prolongSession(db, session, now); }, Database::Wait::Short);
+    database_.writeApart(
+        {}, [&](Connection& db) { prolongSession(db, session, now); }, Database::Wait::Short);
   } catch (const StoreError& error) {
     spdlog::warn("a session is not prolonged now: {}", error.what());
   }
@@ -117,11 +132,17 @@ void RequestRunner::prolongAfterRead(const Session& session, Moment now) {
 Answer RequestRunner::runWriting(const Incoming& incoming) {
   const Moment now = clock_();
   Answer answer;
+  const auto write = [&](const Reply* refusal) {
+    const auto work = [&](Connection& db) { answer = answerOnce(db, incoming, now, refusal); };
+    // What only changes a session judges nothing that others write.
+    if (findHandler(incoming.code)->changesSession) return database_.writeApart({}, work);
+    database_.write(work);
+  };
   try {
-    database_.write([&](Connection& db) { answer = answerOnce(db, incoming, now, nullptr); });
+    write(nullptr);
   } catch (const Refused& refused) {
     // Everything is undone; the refusal is kept by itself, as the reply to this request.
-    database_.write([&](Connection& db) { answer = answerOnce(db, incoming, now, &refused.reply); });
+    write(&refused.reply);
   }
   return answer;
 }
@@ -133,12 +154,9 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   const Judged judged = judge(db, incoming, now);
   if (!judged.session) return answer;
   answer.kind = Answer::Kind::Done;
+  const std::string digest = digestOf(incoming.code, incoming.tags);
+  if (judged.stored) return repeat(*judged.stored, incoming.code, digest);
   const ReplyKey key{.operatorId = judged.session->operatorId, .requestId = incoming.requestId};
-  if (const auto stored = findReply(db, key)) {
-    if (stored->code != incoming.code) answer.kind = Answer::Kind::IdMisused;
-    answer.json = stored->json;
-    return answer;
-  }
   if (judged.session->expiresAt < now + sessionLife - sessionStaleness)
     prolongSession(db, *judged.session, now);
   if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
@@ -148,7 +166,7 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.
   if (!handler.changesSession && !handler.mayRunAgain)
-    storeReply(db, key, {std::string(incoming.code), answer.json}, now);
+    storeReply(db, key, {std::string(incoming.code), digest, answer.json}, now);
   return answer;
 }
 

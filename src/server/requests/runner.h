@@ -8,6 +8,7 @@
 #include "server/access/passwords.h"
 #include "server/access/sealing.h"
 #include "server/access/sessions.h"
+#include "server/access/stored_replies.h"
 #include "server/base/moment.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
@@ -59,7 +60,10 @@ class RequestRunner {
     enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
     std::string json;  ///< when done: the reply
   };
-  /// Runs a request once: a repeated id of a writing request is answered with the stored reply.
+  /// Whether the token opens a session: cheap, so that nothing of a stranger's body need be read.
+  [[nodiscard]] bool knowsSession(std::string_view token);
+  /// Runs a request once: a repeated id of a writing request is answered with the stored reply. An id that
+  /// belongs to another request, or to other tags, is misused.
   [[nodiscard]] Answer run(const Incoming& incoming);
 
  private:
@@ -67,10 +71,12 @@ class RequestRunner {
   /// sound. Who lacks the right learns nothing of what the request would take.
   struct Judged {
     std::optional<Session> session;
+    std::optional<StoredReply> stored;  ///< when the request ran before
     std::optional<Reply> refusal;
     bool lacksRight = false;
   };
   struct Supervisor;
+  static Answer repeat(const StoredReply& stored, std::string_view code, std::string_view digest);
 
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   Answer runReading(const Incoming& incoming);

@@ -2,158 +2,30 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <random>
 #include <thread>
 
-#include <soci/postgresql/soci-postgresql.h>
-#include <soci/sqlite3/soci-sqlite3.h>
+#include <soci/soci-backend.h>
 
 #include "server/store/query.h"
 #include "server/store/query_help.h"
+#include "server/store/store_failure.h"
 
 namespace vantry::server {
 
 namespace {
 
-// The result codes of SQLite that need telling apart; its own header must not stand beside the library's.
-constexpr int sqliteBusy = 5;
-constexpr int sqliteLocked = 6;
-constexpr int sqliteReadOnly = 8;
-constexpr int sqliteInterrupted = 9;
-constexpr int sqliteCannotOpen = 14;
-constexpr int sqliteNoDatabase = 26;
-
-constexpr std::string_view lockTimeout = "55P03";
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
 
 constexpr int mostRetries = 30;
-constexpr std::chrono::milliseconds shortWait{500};
-
-StoreError::Kind kindOf(const soci::sqlite3_soci_error& error) {
-  switch (error.result() & 0xff) {
-    case sqliteBusy:
-    case sqliteLocked:
-      return StoreError::Kind::Busy;
-    case sqliteCannotOpen:
-      return StoreError::Kind::Absent;
-    case sqliteNoDatabase:
-      return StoreError::Kind::Foreign;
-    case sqliteInterrupted:
-      return StoreError::Kind::TooLong;
-    case sqliteReadOnly:
-      return StoreError::Kind::ReadOnly;
-    default:
-      return StoreError::Kind::Failed;
-  }
-}
-
-StoreError::Kind kindOf(const soci::postgresql_soci_error& error) {
-  const std::string state = error.sqlstate();
-  if (state == "40001" || state == "40P01") return StoreError::Kind::Contested;
-  if (state == "23P01") return StoreError::Kind::Overlap;
-  if (state == "57014") return StoreError::Kind::TooLong;
-  if (state == "25006") return StoreError::Kind::ReadOnly;
-  if (state.starts_with("08") || state.starts_with("57") || state.starts_with("53"))
-    return StoreError::Kind::Busy;
-  return StoreError::Kind::Failed;
-}
-
-/// Turns what the database library throws into the one kind of error that the server knows. Called while
-/// handling. The long form of its messages holds the values of the statement, which belong in no log.
-[[noreturn]] void rethrowAsStoreError() {
-  try {
-    throw;
-  } catch (const soci::sqlite3_soci_error& error) {
-    throw StoreError(kindOf(error), error.get_error_message());
-  } catch (const soci::postgresql_soci_error& error) {
-    throw StoreError(kindOf(error), error.get_error_message());
-  } catch (const soci::soci_error& error) {
-    throw StoreError(StoreError::Kind::Failed, error.get_error_message());
-  }
-}
-
-/// Whatever a server says to a stranger, there is no connection. Called while handling.
-[[noreturn]] void rethrowAsUnreachable(const Dialect& dialect) {
-  if (dialect.kind == Dialect::Kind::Sqlite) throw;
-  try {
-    throw;
-  } catch (const soci::soci_error& error) {
-    throw StoreError(StoreError::Kind::Unreachable, error.get_error_message());
-  }
-}
+constexpr milliseconds shortWait{500};
 
 void backOff(int attempt) {
   thread_local std::minstd_rand random{std::random_device{}()};
   const int longest = std::min(1 << std::min(attempt, 6), 50);
   std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned>(longest * 1000)));
-}
-
-}  // namespace
-
-/// A connection out of the pool for as long as it is needed. One that failed is closed and not given back.
-class Database::Lease {
- public:
-  explicit Lease(Database& database) : database_(database) {
-    std::unique_lock lock(database_.mutex_);
-    database_.returned_.wait(lock,
-                             [&] { return !database_.idle_.empty() || database_.open_ < database_.limit_; });
-    if (!database_.idle_.empty()) {
-      connection_ = std::move(database_.idle_.back());
-      database_.idle_.pop_back();
-      return;
-    }
-    ++database_.open_;
-    lock.unlock();
-    try {
-      connection_ = std::make_unique<Connection>(database_.dialect_, database_.connectText_);
-      database_.setPatience(*connection_, std::chrono::seconds(database_.patience_));
-    } catch (...) {
-      lock.lock();
-      --database_.open_;
-      database_.returned_.notify_one();
-      lock.unlock();
-      rethrowAsUnreachable(database_.dialect_);
-    }
-  }
-
-  ~Lease() {
-    const std::lock_guard lock(database_.mutex_);
-    if (connection_) {
-      database_.idle_.push_back(std::move(connection_));
-    } else {
-      --database_.open_;
-    }
-    database_.returned_.notify_one();
-  }
-
-  Lease(const Lease&) = delete;
-  Lease& operator=(const Lease&) = delete;
-
-  Connection& operator*() { return *connection_; }
-  void close() { connection_.reset(); }
-  [[nodiscard]] bool isOpen() const { return connection_ != nullptr; }
-
- private:
-  Database& database_;
-  std::unique_ptr<Connection> connection_;
-};
-
-Database::Database(const std::string& url, const Options& options)
-    : dialect_(dialectOf(url)),
-      connectText_(connectText(dialect_, url, options.patience)),
-      patience_(options.patience),
-      limit_(static_cast<std::size_t>(std::max(options.connections, 1))) {
-  plain([](Connection&) {});
-}
-
-Database::~Database() = default;
-
-namespace {
-
-/// Runs a statement whose rows tell nothing.
-void runAsQuery(Connection& db, std::string_view sql) {
-  int row = 0;
-  Query query(db, sql);
-  fetchOne(query, row);
 }
 
 /// Runs the work so that its failure leaves nothing of it behind in the transaction. Throws when the
@@ -169,40 +41,73 @@ void runWithin(Connection& db, WriteQueue::Waiting& each) {
   db.run("release savepoint writer");
 }
 
+/// The first statement of its transaction.
+void lockKey(Connection& db, std::string_view key) {
+  int locked = 0;
+  Query query(db, "select 1 from pg_advisory_xact_lock(hashtext(current_schema()), hashtext(:key))");
+  query.bind("key", key);
+  fetchOne(query, locked);
+}
+
+constexpr std::string_view stepQuery = "select max(number) from schema_steps";
+
+/// Whole seconds where there are some, so that a wait is not set anew for each writer.
+milliseconds waitUntil(steady_clock::time_point until) {
+  const auto left = std::chrono::ceil<milliseconds>(until - steady_clock::now());
+  return left < std::chrono::seconds(1) ? left : std::chrono::ceil<std::chrono::seconds>(left);
+}
+
+void failAll(const WriteQueue::Group& group) {
+  for (WriteQueue::Waiting* each : group) each->failure = std::current_exception();
+}
+
+/// Takes out those that have waited as long as they may, and leaves them the failure. It is the first's in
+/// any case, so that the wait has an end.
+void failLate(WriteQueue::Group& group) {
+  const auto earliest = std::ranges::min_element(group, {}, &WriteQueue::Waiting::until);
+  const auto past = std::max((*earliest)->until, steady_clock::now());
+  const auto late = std::ranges::partition(group, [&](const auto* each) { return each->until > past; });
+  for (WriteQueue::Waiting* each : late) each->failure = std::current_exception();
+  group.erase(late.begin(), late.end());
+}
+
 }  // namespace
 
+Database::Database(const std::string& url, const Options& options) : pool_(url, options) {
+  plain([](Connection&) {});
+}
+
+Database::Deadline Database::deadlineFor(Wait wait) const {
+  return steady_clock::now() + (wait == Wait::Short ? shortWait : pool_.patience());
+}
+
 /// A pooled connection may have died since its last use; it is closed, and the transaction may be tried on
-/// another. The turn that it may have goes with it.
+/// another. The turn that it may have is lost with it.
 void Database::begin(Lease& lease, const Work& beginning) {
   try {
     beginning(*lease);
-  } catch (const soci::postgresql_soci_error& error) {
-    lease.close();
-    const bool waited = error.sqlstate() == lockTimeout;
-    throw StoreError(waited ? StoreError::Kind::Busy : StoreError::Kind::Contested,
-                     error.get_error_message());
   } catch (const soci::soci_error&) {
     lease.close();
-    throw;
+    rethrowAsLostBeginning();
   }
 }
 
-void Database::setPatience(Connection& db, std::chrono::milliseconds longest) const {
-  db.run(std::string(dialect_.waitingTime) + std::to_string(longest.count()));
-}
-
-/// The turn comes first, so that the transaction sees what the one before it has left.
-void Database::beginWrite(Connection& db, Wait wait) const {
-  const bool takesTurn = !dialect_.takeTurn.empty();
-  const auto endShortWait = [&] {
-    if (wait == Wait::Short) setPatience(db, std::chrono::seconds(patience_));
-  };
-  if (wait == Wait::Short) setPatience(db, shortWait);
-  if (takesTurn) runAsQuery(db, dialect_.takeTurn);
-  // Not within the transaction, which would take it along when it is undone.
-  if (takesTurn) endShortWait();
-  db.run(std::string(dialect_.beginWrite));
-  if (!takesTurn) endShortWait();
+/// The step of the schema, where this program holds to one; a database server tells it in the same round
+/// trip.
+int Database::beginWrite(Connection& db, std::string_view statement, Deadline until) const {
+  db.waitAtMost(waitUntil(until));
+  std::string text(statement);
+  if (step_ == 0) {
+    db.run(text);
+    return 0;
+  }
+  if (dialect().kind == Dialect::Kind::Postgresql)
+    return static_cast<int>(db.runForNumber(text.append("; ").append(stepQuery)));
+  db.run(text);
+  int step = 0;
+  Query query(db, stepQuery);
+  fetchOne(query, step);
+  return step;
 }
 
 void Database::finish(Lease& lease, const Work& work) {
@@ -212,32 +117,26 @@ void Database::finish(Lease& lease, const Work& work) {
   } catch (...) {
     try {
       (*lease).run("rollback");
-    } catch (const soci::soci_error&) {
+    } catch (const soci::soci_error& error) {
       lease.close();  // what state it is in is not known any more
+      // A file's engine undoes some transactions by itself; a server that does not answer is lost.
+      if (dialect().kind == Dialect::Kind::Postgresql)
+        throw StoreError(StoreError::Kind::Busy, error.get_error_message());
     }
     throw;
   }
 }
 
-void Database::giveTurn(Lease& lease) const {
-  if (dialect_.giveTurn.empty() || !lease.isOpen()) return;
-  try {
-    runAsQuery(*lease, dialect_.giveTurn);
-  } catch (const soci::soci_error&) {
-    lease.close();  // and the turn with it; what was written is written
-  }
-}
-
-void Database::runWriter(const Work& work, Wait wait) {
-  Lease lease(*this);
-  begin(lease, [&](Connection& db) { beginWrite(db, wait); });
-  try {
-    finish(lease, work);
-  } catch (...) {
-    giveTurn(lease);
-    throw;
-  }
-  giveTurn(lease);
+void Database::runWriter(const Work& work, std::string_view beginning, Deadline until) {
+  Lease lease(pool_, ConnectionPool::Use::Write, until);
+  int step = 0;
+  begin(lease, [&](Connection& db) { step = beginWrite(db, beginning, until); });
+  finish(lease, [&](Connection& db) {
+    if (step > step_)
+      throw StoreError(StoreError::Kind::Newer,
+                       "a newer version of this program has taken the database over");
+    work(db);
+  });
 }
 
 /// Runs the transaction until it is through; only one that met another is tried again.
@@ -261,25 +160,43 @@ void Database::runRepeated(const std::function<void()>& once) {
 
 void Database::read(const Work& work) {
   runRepeated([&] {
-    Lease lease(*this);
-    begin(lease, [&](Connection& db) { db.run(std::string(dialect_.beginRead)); });
+    Lease lease(pool_, ConnectionPool::Use::Read, deadlineFor(Wait::Full));
+    begin(lease, [&](Connection& db) { db.run(std::string(dialect().beginRead)); });
     finish(lease, work);
   });
 }
 
-void Database::runTogether(const WriteQueue::Group& group) {
-  if (group.size() == 1) return runApart(group);
+/// One that has to end does not take the others along: they wait on without it.
+void Database::runTogether(const WriteQueue::Group& all) {
+  WriteQueue::Group group = all;
+  while (!group.empty()) {
+    try {
+      return runGroupOnce(group);
+    } catch (const StoreError& error) {
+      if (error.kind() != StoreError::Kind::Busy) return failAll(group);
+      failLate(group);
+    } catch (...) {
+      return failAll(group);
+    }
+  }
+}
+
+/// Throws what kept the transaction from beginning.
+void Database::runGroupOnce(WriteQueue::Group& group) {
+  const Deadline until = (*std::ranges::min_element(group, {}, &WriteQueue::Waiting::until))->until;
   bool begun = false;
-  const Work all = [&](Connection& db) {
+  const Work work = [&](Connection& db) {
     begun = true;
+    if (group.size() == 1) return (*group.front()->work)(db);
     for (WriteQueue::Waiting* each : group) runWithin(db, *each);
   };
   try {
-    runWriter(all, Wait::Full);
+    runWriter(work, dialect().beginWrite, until);
   } catch (...) {
+    if (!begun) throw;
+    if (group.size() == 1) return failAll(group);
     // A full disk undoes the whole transaction: each is told what becomes of it by itself.
-    if (begun) return runApart(group);
-    for (WriteQueue::Waiting* each : group) each->failure = std::current_exception();
+    runApart(group);
   }
 }
 
@@ -287,26 +204,46 @@ void Database::runApart(const WriteQueue::Group& group) {
   for (WriteQueue::Waiting* each : group) {
     each->failure = {};
     try {
-      runWriter(*each->work, Wait::Full);
+      runWriter(*each->work, dialect().beginWrite, each->until);
     } catch (...) {
       each->failure = std::current_exception();
     }
   }
 }
 
-void Database::writeOnce(const Work& work, Wait wait) {
-  if (wait == Wait::Full) return writers_.write(work, [&](const auto& group) { runTogether(group); });
-  if (!writers_.writeAlone(shortWait, [&] { runWriter(work, wait); }))
+void Database::writeInTurn(const Work& work, Deadline until) {
+  if (!writers_.write(work, until, [&](const auto& group) { runTogether(group); }))
     throw StoreError(StoreError::Kind::Busy, "others of this program are writing");
 }
 
 void Database::write(const Work& work, Wait wait) {
-  runRepeated([&] { writeOnce(work, wait); });
+  const Deadline until = deadlineFor(wait);
+  runRepeated([&] { writeInTurn(work, until); });
+}
+
+void Database::writeApart(std::string_view key, const Work& work, Wait wait) {
+  if (dialect().kind == Dialect::Kind::Sqlite) return write(work, wait);
+  const Deadline until = deadlineFor(wait);
+  runRepeated([&] {
+    runWriter(
+        [&](Connection& db) {
+          if (!key.empty()) lockKey(db, key);
+          work(db);
+        },
+        dialect().beginApart, until);
+  });
+}
+
+void Database::readOnce(const Work& work) {
+  runRepeated([&] {
+    Lease lease(pool_, ConnectionPool::Use::Read, deadlineFor(Wait::Full));
+    begin(lease, work);
+  });
 }
 
 void Database::plain(const Work& work) {
   try {
-    Lease lease(*this);
+    Lease lease(pool_, ConnectionPool::Use::Write, deadlineFor(Wait::Full));
     work(*lease);
   } catch (const soci::soci_error&) {
     rethrowAsStoreError();

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <chrono>
-#include <condition_variable>
+#include <atomic>
 #include <functional>
-#include <memory>
-#include <mutex>
 #include <string>
-#include <vector>
+#include <string_view>
 
+#include "server/store/connection_pool.h"
 #include "server/store/dialect.h"
 #include "server/store/store_error.h"
 #include "server/store/write_queue.h"
@@ -17,18 +15,13 @@ namespace vantry::server {
 /// Statements run on it: server/store/query.h, which only the stores include.
 class Connection;
 
-/// The store: a pool of connections to one database.
+/// The store: transactions on one database.
 class Database {
  public:
-  struct Options {
-    int connections = 8;
-    int patience = 10;  ///< seconds to wait for another process that writes
-  };
-  /// `url` is a path of a SQLite file, which is made when it is missing, or "postgresql://...". Throws
-  /// StoreError.
+  using Options = StoreOptions;
+  /// `url` is a path of a SQLite file or "postgresql://...". Throws StoreError.
   Database(const std::string& url, const Options& options);
   explicit Database(const std::string& url) : Database(url, Options()) {}
-  ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 
@@ -41,39 +34,47 @@ class Database {
   /// Work that met another transaction, or that shared one with work that broke it, runs again from its
   /// beginning, so it must change nothing but the store.
   ///
-  /// `Short` waits for half a second at most for others that write, and then throws Busy.
+  /// Waits for others that write for as long as the options say, counted from the call, and then throws Busy;
+  /// with `Short` for half a second.
   enum class Wait { Full, Short };
   void write(const Work& work, Wait wait = Wait::Full);
+
+  /// The same for work that judges nothing of what the requests of other desks write, such as a log-on: where
+  /// the database allows it, it waits for none of them. Works of one `key` still run one after another; those
+  /// without a key do not wait for each other.
+  void writeApart(std::string_view key, const Work& work, Wait wait = Wait::Full);
+
+  /// Runs work that reads by one statement, for which no transaction is needed.
+  void readOnce(const Work& work);
 
   /// Runs the work on a connection without a transaction around it.
   void plain(const Work& work);
 
+  /// From now on, whatever writes throws Newer once a newer version of this program has taken a further step
+  /// with the schema.
+  void holdToSchema(int step) { step_ = step; }
+
   /// How many writers of this program wait for the one that writes.
   [[nodiscard]] std::size_t waitingWriters() const { return writers_.waiting(); }
 
-  [[nodiscard]] const Dialect& dialect() const { return dialect_; }
+  [[nodiscard]] const Dialect& dialect() const { return pool_.dialect(); }
 
  private:
-  class Lease;
-  void setPatience(Connection& db, std::chrono::milliseconds longest) const;
+  using Deadline = ConnectionPool::Deadline;
+  using Lease = ConnectionPool::Lease;
+  [[nodiscard]] Deadline deadlineFor(Wait wait) const;
   void begin(Lease& lease, const Work& beginning);
-  void beginWrite(Connection& db, Wait wait) const;
+  [[nodiscard]] int beginWrite(Connection& db, std::string_view statement, Deadline until) const;
   void finish(Lease& lease, const Work& work);
-  void giveTurn(Lease& lease) const;
-  void runWriter(const Work& work, Wait wait);
+  void runWriter(const Work& work, std::string_view beginning, Deadline until);
   void runRepeated(const std::function<void()>& once);
   void runTogether(const WriteQueue::Group& group);
+  void runGroupOnce(WriteQueue::Group& group);
   void runApart(const WriteQueue::Group& group);
-  void writeOnce(const Work& work, Wait wait);
+  void writeInTurn(const Work& work, Deadline until);
 
-  const Dialect& dialect_;
-  std::string connectText_;
-  int patience_;
-  std::size_t limit_;
-  std::mutex mutex_;
-  std::condition_variable returned_;
-  std::vector<std::unique_ptr<Connection>> idle_;
-  std::size_t open_ = 0;
+  ConnectionPool pool_;
+  std::atomic<int> step_ = 0;
   WriteQueue writers_;
 };
 

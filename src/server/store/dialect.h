@@ -9,14 +9,14 @@ namespace vantry::server {
 struct Dialect {
   enum class Kind { Sqlite, Postgresql };
   Kind kind;
-  std::string_view backend;     ///< the name that the database library knows it by
-  std::string_view identity;    ///< column type of a key that the database counts up itself
-  std::string_view beginRead;   ///< statement that opens a reading transaction
-  std::string_view beginWrite;  ///< statement that opens a serializable writing transaction
-  /// Statements that take and give back the turn among the writers of all processes, around a transaction;
-  /// empty where beginning one does it.
-  std::string_view takeTurn;
-  std::string_view giveTurn;
+  std::string_view backend;    ///< the name that the database library knows it by
+  std::string_view identity;   ///< column type of a key that the database counts up itself
+  std::string_view beginRead;  ///< statement that opens a reading transaction
+  /// Statements that open a writing transaction which judges what others write: it runs as if alone, once
+  /// those before it are through. `beginApart` opens one of which each statement sees what others have
+  /// committed.
+  std::string_view beginWrite;
+  std::string_view beginApart;
   std::string_view waitingTime;  ///< statement that sets the longest wait for others; milliseconds follow it
   std::string_view marker;       ///< lines of a schema step that start so are for this database only
 };
@@ -24,9 +24,9 @@ struct Dialect {
 /// The dialect of a database address: "postgresql://..." or a file's path.
 [[nodiscard]] const Dialect& dialectOf(std::string_view url);
 
-/// What the database library wants to be told to connect. `patience` is how many seconds to wait for another
-/// process that holds a file.
-[[nodiscard]] std::string connectText(const Dialect& dialect, std::string_view url, int patience);
+/// What the database library wants to be told to connect. A SQLite file that is missing is only made with
+/// `create`.
+[[nodiscard]] std::string connectText(const Dialect& dialect, std::string_view url, bool create);
 
 /// Makes a schema text the dialect's own: "$KEY" becomes its identity column; lines marked for the other
 /// database are removed.

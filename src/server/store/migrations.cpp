@@ -57,17 +57,24 @@ bool hasStepTable(Connection& db) {
 
 }  // namespace
 
+static int lastStep() {
+  return static_cast<int>(migrations().size());
+}
+
 int schemaVersion(Database& database) {
   int version = 0;
   database.read([&](Connection& db) { version = hasStepTable(db) ? versionOf(db) : 0; });
   return version;
 }
 
+static void refuseNewer(int step) {
+  if (step > lastStep())
+    throw StoreError(StoreError::Kind::Newer, "the database was written by a newer version of this program");
+}
+
 void migrate(Database& database, int last) {
   const int present = schemaVersion(database);
-  if (present > static_cast<int>(migrations().size())) {
-    throw StoreError(StoreError::Kind::Newer, "the database was written by a newer version of this program");
-  }
+  refuseNewer(present);
   if (present >= last) return;
   if (present == 0) makeStepTable(database);
   for (const Migration& step : migrations()) {
@@ -76,7 +83,23 @@ void migrate(Database& database, int last) {
 }
 
 void migrate(Database& database) {
-  migrate(database, static_cast<int>(migrations().size()));
+  migrate(database, lastStep());
+}
+
+static int stepOfLibrary(Database& database) {
+  const int present = schemaVersion(database);
+  if (present == 0) throw StoreError(StoreError::Kind::Empty, "the database holds no library");
+  refuseNewer(present);
+  return present;
+}
+
+void requireSchema(Database& database) {
+  if (stepOfLibrary(database) < lastStep())
+    throw StoreError(StoreError::Kind::Older, "the database is of an older version of this program");
+}
+
+void upgrade(Database& database) {
+  if (stepOfLibrary(database) < lastStep()) migrate(database);
 }
 
 }  // namespace vantry::server

@@ -26,4 +26,9 @@ struct Migration {
 void migrate(Database& database, int last);
 void migrate(Database& database);
 
+/// Throws StoreError unless the database holds a library at the step of this program: Empty, Older or Newer.
+void requireSchema(Database& database);
+/// Brings an older library up to date; one that is empty stays so, and is refused like that.
+void upgrade(Database& database);
+
 }  // namespace vantry::server

@@ -1,5 +1,9 @@
 #include "server/store/query.h"
 
+#include <sys/socket.h>
+
+#include <algorithm>
+
 #include <soci/postgresql/soci-postgresql.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 
@@ -12,35 +16,70 @@ const soci::backend_factory& factoryOf(const Dialect& dialect) {
   return *soci::factory_sqlite3();
 }
 
+PGconn* serverOf(soci::session& session) {
+  return static_cast<soci::postgresql_session_backend*>(session.get_backend())->conn_;
+}
+
+/// What matters arrives as an error as well; the standard error is for people.
+void dropNotice(void*, const char*) {}
+
 /// More than all requests have in common use.
 constexpr std::size_t mostStatements = 800;
 
 }  // namespace
 
+/// Marks the time in which the database is to answer.
+class Connection::Asking {
+ public:
+  explicit Asking(Connection& db) : db_(db) {
+    ++db_.roundTrips_;
+    if (isServer()) db_.askedAt_ = std::chrono::steady_clock::now().time_since_epoch().count();
+  }
+  ~Asking() {
+    if (isServer()) db_.askedAt_ = 0;
+  }
+  Asking(const Asking&) = delete;
+  Asking& operator=(const Asking&) = delete;
+
+ private:
+  [[nodiscard]] bool isServer() const { return db_.dialect_.kind == Dialect::Kind::Postgresql; }
+  Connection& db_;
+};
+
 Connection::Connection(const Dialect& dialect, const std::string& connectText)
     : dialect_(dialect), session_(factoryOf(dialect), connectText) {
-  if (dialect.kind == Dialect::Kind::Postgresql) {
-    run("set client_min_messages = warning");
-    // All statements look things up by their indexes, whatever the values, so that planning anew costs only
-    // time.
-    run("set plan_cache_mode = force_generic_plan");
-    return;
-  }
-  run("pragma journal_mode = wal");
-  run("pragma synchronous = full");
-  run("pragma foreign_keys = on");
-  run("pragma temp_store = memory");
-  run("pragma wal_autocheckpoint = 4000");
-  run("pragma cache_size = -32000");
+  if (dialect.kind == Dialect::Kind::Postgresql)
+    PQsetNoticeProcessor(serverOf(session_), dropNotice, nullptr);
 }
 
 void Connection::run(const std::string& sql) {
+  const Asking asking(*this);
   soci::statement statement(session_);
   statement.alloc();
   // Prepared for one use: another server would be asked three times otherwise.
   statement.prepare(sql, soci::details::st_one_time_query);
   statement.define_and_bind();
   statement.execute(true);
+}
+
+std::int64_t Connection::runForNumber(const std::string& sql) {
+  const Asking asking(*this);
+  long long number = 0;
+  soci::indicator state = soci::i_ok;
+  soci::statement statement(session_);
+  statement.exchange(soci::into(number, state));
+  statement.alloc();
+  statement.prepare(sql, soci::details::st_one_time_query);
+  statement.define_and_bind();
+  statement.execute(true);
+  return state == soci::i_ok ? number : 0;
+}
+
+void Connection::waitAtMost(std::chrono::milliseconds longest) {
+  longest = std::max(longest, std::chrono::milliseconds(1));  // 0 is without end for some
+  if (longest == longestWait_) return;
+  run(std::string(dialect_.waitingTime) + std::to_string(longest.count()));
+  longestWait_ = longest;
 }
 
 namespace {
@@ -72,6 +111,16 @@ void Connection::unlimitTime() {
     sqlite_api::sqlite3_progress_handler(handleOf(session_), 0, nullptr, nullptr);
 }
 
+bool Connection::waitsLongerThan(std::chrono::milliseconds longest) const {
+  using Steady = std::chrono::steady_clock;
+  const Steady::rep since = askedAt_;
+  return since != 0 && Steady::now() - Steady::time_point(Steady::duration(since)) > longest;
+}
+
+void Connection::breakOff() {
+  if (dialect_.kind == Dialect::Kind::Postgresql) shutdown(PQsocket(serverOf(session_)), SHUT_RDWR);
+}
+
 std::vector<std::string> Connection::statements() const {
   std::vector<std::string> texts;
   for (const auto& [text, statement] : statements_) texts.push_back(text);
@@ -80,6 +129,7 @@ std::vector<std::string> Connection::statements() const {
 
 Connection::Statements::node_type Connection::take(std::string_view sql) {
   if (const auto found = statements_.find(sql); found != statements_.end()) return statements_.extract(found);
+  const Asking asking(*this);
   soci::statement statement(session_);
   statement.alloc();
   statement.prepare(std::string(sql));
@@ -164,6 +214,7 @@ bool Query::next() {
   try {
     if (!started_) {
       started_ = true;
+      const Connection::Asking asking(connection_);
       statement_.define_and_bind();
       statement_.execute(false);
     }
@@ -179,6 +230,7 @@ bool Query::next() {
 std::int64_t Query::run() {
   try {
     started_ = true;
+    const Connection::Asking asking(connection_);
     statement_.define_and_bind();
     statement_.execute(true);
     ended_ = true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <deque>
@@ -23,8 +24,13 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  /// Runs one statement that neither takes values nor gives rows.
+  /// Runs statements that take no values, as one; what they give is not read.
   void run(const std::string& sql);
+  /// The same; the number that the last of them gives.
+  std::int64_t runForNumber(const std::string& sql);
+
+  /// Sets the longest wait for others that hold what a statement needs.
+  void waitAtMost(std::chrono::milliseconds longest);
 
   [[nodiscard]] const Dialect& dialect() const { return dialect_; }
 
@@ -34,11 +40,19 @@ class Connection {
   /// Takes the limit off again.
   void unlimitTime();
 
+  /// Whether a statement has been without an answer for that long. For any thread, as is the next.
+  [[nodiscard]] bool waitsLongerThan(std::chrono::milliseconds longest) const;
+  /// Ends the connection, so that its user is woken with an error.
+  void breakOff();
+  /// How often the database was asked since the connection was opened.
+  [[nodiscard]] std::int64_t roundTrips() const { return roundTrips_; }
+
   /// The statements that were prepared on it, for looking at how they are run.
   [[nodiscard]] std::vector<std::string> statements() const;
 
  private:
   friend class Query;
+  class Asking;
   struct TextHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
@@ -53,6 +67,9 @@ class Connection {
   soci::session session_;
   Statements statements_;
   std::chrono::steady_clock::time_point deadline_;
+  std::chrono::milliseconds longestWait_{-1};
+  std::atomic<std::chrono::steady_clock::rep> askedAt_ = 0;
+  std::int64_t roundTrips_ = 0;
 };
 
 /// A limit of time for the statements of a scope.

@@ -660,6 +660,16 @@ drop index bookings_pickup_open;
 create index bookings_pickup_open on bookings (pickup_location_id, starts_at) where status in (0, 99, 999);
 )";
 
+// An id that comes back with other tags is told from the same request. What holds for the library as a whole,
+// and is no table of its own.
+constexpr std::string_view repliesByMessage = R"(
+alter table replies add column digest text not null default '';
+create table settings (
+  name text primary key,
+  value text not null
+);
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -679,6 +689,7 @@ const std::array steps{
     Migration{16, "search", searchTables, foldForSearch},
     Migration{17, "loose equipment", looseEquipment},
     Migration{18, "monitor", monitor},
+    Migration{19, "replies by message, settings", repliesByMessage},
 };
 
 }  // namespace

@@ -12,6 +12,10 @@ class StoreError : public std::runtime_error {
     Busy,         ///< another process holds it for too long; trying later may help
     Unreachable,  ///< no connection to its server, which does not run or lets nobody in
     Absent,       ///< a SQLite file cannot be opened: its folder is missing, or it is closed to us
+    Missing,      ///< there is no such SQLite file
+    Moved,        ///< the SQLite file was moved or replaced since it was opened
+    Empty,        ///< it holds no library
+    Older,        ///< its schema is of an older version of this program
     Foreign,      ///< a file that is no SQLite database
     Newer,        ///< a newer version of this program has written it
     ReadOnly,     ///< it cannot be written

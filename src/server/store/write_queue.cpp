@@ -24,11 +24,14 @@ class WriteQueue::Turn {
   std::unique_lock<std::mutex>& lock_;
 };
 
-void WriteQueue::write(const Work& work, const std::function<void(const Group&)>& runGroup) {
-  Waiting mine{.work = &work, .failure = {}};
+bool WriteQueue::write(const Work& work, Deadline until, const std::function<void(const Group&)>& runGroup) {
+  Waiting mine{.work = &work, .until = until, .failure = {}};
   std::unique_lock lock(mutex_);
   waiting_.push_back(&mine);
-  changed_.wait(lock, [&] { return mine.done || !busy_; });
+  if (!changed_.wait_until(lock, until, [&] { return mine.done || !busy_; })) {
+    if (std::erase(waiting_, &mine) > 0) return false;
+    changed_.wait(lock, [&] { return mine.done; });  // it is under way
+  }
   if (!mine.done) {
     const Group group = std::exchange(waiting_, {});
     {
@@ -38,13 +41,6 @@ void WriteQueue::write(const Work& work, const std::function<void(const Group&)>
     for (Waiting* each : group) each->done = true;
   }
   if (mine.failure) std::rethrow_exception(mine.failure);
-}
-
-bool WriteQueue::writeAlone(std::chrono::milliseconds longest, const std::function<void()>& run) {
-  std::unique_lock lock(mutex_);
-  if (!changed_.wait_for(lock, longest, [&] { return !busy_; })) return false;
-  const Turn turn(*this, lock);
-  run();
   return true;
 }
 

@@ -18,20 +18,21 @@ class Connection;
 class WriteQueue {
  public:
   using Work = std::function<void(Connection&)>;
+  using Deadline = std::chrono::steady_clock::time_point;
 
   struct Waiting {
     const Work* work;
+    Deadline until;              ///< counted from its arrival
     std::exception_ptr failure;  ///< what became of it, when it failed
     bool done = false;
   };
   using Group = std::vector<Waiting*>;
 
-  /// Returns when the work is done, or throws what it threw. `runGroup` does the works of a group, in their
-  /// order, and leaves each one's failure with it; it throws nothing. It runs on the thread of one of them.
-  void write(const Work& work, const std::function<void(const Group&)>& runGroup);
-
-  /// Runs by itself, when its turn comes within that time; false when it does not.
-  [[nodiscard]] bool writeAlone(std::chrono::milliseconds longest, const std::function<void()>& run);
+  /// Returns true when the work is done, or throws what it threw; false when its turn did not come in time.
+  /// `runGroup` does the works of a group, in their order, and leaves each one's failure with it; it throws
+  /// nothing. It runs on the thread of one of them.
+  [[nodiscard]] bool write(const Work& work, Deadline until,
+                           const std::function<void(const Group&)>& runGroup);
 
   /// How many wait for the one that writes.
   [[nodiscard]] std::size_t waiting() const;

@@ -52,8 +52,9 @@ TEST_F(ConnectionsTest, KeepsMoreClientsThanItHasThreads) {
 }
 
 TEST_F(ConnectionsTest, AClientThatDripsDoesNotStretchItsTime) {
-  const auto narrow =
-      limited({.head = std::chrono::milliseconds(300), .request = std::chrono::milliseconds(300)});
+  const auto narrow = limited({.head = std::chrono::milliseconds(300),
+                               .request = std::chrono::milliseconds(300),
+                               .farewell = std::chrono::milliseconds(300)});
   const char* starts[] = {"", "GET /v1/he", "POST /v1/login HTTP/1.1\r\nContent-Length: 4000\r\n\r\n{"};
   for (const char* start : starts) {
     SCOPED_TRACE(start);

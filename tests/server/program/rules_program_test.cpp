@@ -63,8 +63,9 @@ constexpr const char* smallRules = R"({
                 "equipment_types": [{"type": "Camera", "book": false}, {"type": "Laptop", "longest": "2 hours"}]}]})";
 
 TEST_P(RulesProgram, ALibraryThatWasSetUpFromAFileDecidesByIt) {
-  for (const char* command : {"library add City", "location add Main --library City", "group add Students",
-                              "operator add dana --name Dana --location Main --rights all"}) {
+  for (const char* command :
+       {"init", "library add City", "location add Main --library City", "group add Students",
+        "operator add dana --name Dana --location Main --rights all"}) {
     ASSERT_THAT(run(command), testing::StartsWith("0|")) << command;
   }
   std::ofstream(folder.file("bad.json")) << R"({"policies": [{"location": "Main", "group": "Alumni"}]})";

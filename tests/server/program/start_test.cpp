@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "server/store/migrations.h"
 #include "server/store/query.h"
 #include "server/store/store_sentence.h"
 #include "support/server_case.h"
@@ -77,18 +78,13 @@ TEST_F(StartTest, AMissingFolderIsToldSo) {
 }
 
 TEST_F(StartTest, AReadOnlyFileIsToldSo) {
-  { Database empty(file); }
-  {
-    Database made(file);
-    made.write([](Connection& db) { db.run("create table notes (id integer)"); });
-  }
+  test::makeSmallLibrary(file);
   makeReadOnly(file);
-  const std::string expected = sentence("can be read only: this user may not write it.");
-  EXPECT_EQ(toldByServer(file), expected);
-  EXPECT_EQ(toldByDemo(file), expected);
+  EXPECT_EQ(toldByServer(file), sentence("can be read only: this user may not write it."));
 }
 
 TEST_F(StartTest, AHeldFileIsToldSo) {
+  test::makeSmallLibrary(file);
   Database holder(file);
   holder.write([&](Connection& db) {
     db.run("create table notes (id integer)");
@@ -109,6 +105,18 @@ TEST_F(StartTest, ALibraryIsKnownAsOneWhileItIsHeldOrReadOnly) {
   }
   makeReadOnly(file);
   EXPECT_FALSE(createDemoDatabase(file));
+}
+
+TEST_F(StartTest, AFileThatIsNotThereIsNotMade) {
+  EXPECT_EQ(toldByServer(file), sentence("is not there. The command init makes a new one."));
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(StartTest, ADatabaseWithoutALibraryIsNotMadeOne) {
+  std::ofstream{file};
+  EXPECT_EQ(toldByServer(file),
+            sentence("holds no library. The command init makes one ready, the command demo fills it."));
+  EXPECT_EQ(schemaVersion(*std::make_unique<Database>(file)), 0);
 }
 
 TEST_F(StartTest, ANewerSchemaIsToldSo) {

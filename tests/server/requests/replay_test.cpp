@@ -63,6 +63,20 @@ TEST_P(ReplayTest, ItBelongsToOneOperatorAndToOneCode) {
   EXPECT_EQ(this->client("view")->send("CANBK", {{"BOOKID", "1"}}, "once").rc, -96) << "his own answer";
 }
 
+TEST_P(ReplayTest, OtherTagsUnderAnIdAreRefusedAndNotAnsweredWithTheFirstReply) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  addBooking("2026-11-26 08:00:00", "2026-11-26 09:00:00");
+  auto client = this->client();
+  EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
+  const WireAnswer other = client->send("CANBK", {{"BOOKID", "2"}}, "once");
+  EXPECT_EQ(other.status, 400);
+  EXPECT_EQ(other.error, "The Request-Id was used for another request.");
+  EXPECT_EQ(value("select count(*) from bookings where status = 4"), "1");
+  sql("update replies set digest = ''");
+  EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0)
+      << "a reply from before digests were kept";
+}
+
 TEST_P(ReplayTest, ManyAtOnceRunOnce) {
   addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
   auto client = this->client();

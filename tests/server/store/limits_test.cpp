@@ -1,0 +1,212 @@
+// What ends when others hold on to it: connections, turns, a file that is not there any more.
+
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <latch>
+#include <memory>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "server/store/migrations.h"
+#include "server/store/query.h"
+#include "server/store/query_help.h"
+#include "support/server_case.h"
+#include "support/server_desk_library.h"
+#include "support/server_silent_proxy.h"
+
+namespace vantry::server {
+namespace {
+
+using std::chrono::milliseconds;
+using test::TempFolder;
+
+std::optional<StoreError::Kind> errorOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const StoreError& error) {
+    return error.kind();
+  }
+  return std::nullopt;
+}
+
+void nothing(Connection&) {}
+
+std::int64_t numberFrom(Database& database, const std::string& sql) {
+  std::int64_t number = 0;
+  database.read([&](Connection& db) {
+    Query query(db, sql);
+    fetchOne(query, number);
+  });
+  return number;
+}
+
+std::string contentOf(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class StoreLimits : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override {
+    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+    store = std::make_unique<TestStore>(GetParam());
+  }
+  std::unique_ptr<TestStore> store;
+};
+INSTANTIATE_TEST_SUITE_P(Databases, StoreLimits, eachDatabase, databaseName);
+
+TEST_P(StoreLimits, ReadersWaitForAConnectionOnlySoLongAndNeverTakeTheLast) {
+  Database database(store->url(), {.connections = 2, .patience = 0});
+  database.read([&](Connection&) {
+    EXPECT_EQ(errorOf([&] { database.read(nothing); }), StoreError::Kind::Busy);
+    EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt) << "one is kept for those that write";
+  });
+  EXPECT_EQ(errorOf([&] { database.read(nothing); }), std::nullopt);
+}
+
+TEST_P(StoreLimits, AnOlderServerStopsWritingOnceTheSchemaIsNewer) {
+  Database older(store->url());
+  migrate(older);
+  older.holdToSchema(schemaVersion(older));
+  EXPECT_EQ(errorOf([&] { older.write(nothing); }), std::nullopt);
+  Database(store->url()).write([](Connection& db) {
+    db.run("insert into schema_steps (number, name) values (9999, 'later')");
+  });
+  const auto name = [](Connection& db) { db.run("insert into patron_groups (name) values ('Late')"); };
+  EXPECT_EQ(errorOf([&] { older.write(name); }), StoreError::Kind::Newer);
+  EXPECT_EQ(errorOf([&] { older.writeApart({}, name); }), StoreError::Kind::Newer);
+  EXPECT_EQ(numberFrom(older, "select count(*) from patron_groups"), 0) << "it still reads";
+}
+
+TEST_P(StoreLimits, WorksOfOneKeyRunOneAfterAnother) {
+  Database one(store->url());
+  Database two(store->url());
+  one.write([](Connection& db) { db.run("create table counts (n integer)"); });
+  const auto countUp = [](Database& database) {
+    for (int turn = 0; turn < 20; ++turn) {
+      database.writeApart("count", [](Connection& db) {
+        std::int64_t held = 0;
+        {
+          Query query(db, "select count(*) from counts");
+          fetchOne(query, held);
+        }
+        Query query(db, "insert into counts values (:n)");
+        query.bind("n", held).run();
+      });
+    }
+  };
+  auto beside = std::async(std::launch::async, [&] { countUp(two); });
+  countUp(one);
+  beside.get();
+  EXPECT_EQ(numberFrom(one, "select count(distinct n) from counts"), 40);
+}
+
+TEST(WriteQueueLimits, AWaitIsCountedFromTheArrivalAndEndsWithoutTheWork) {
+  WriteQueue queue;
+  std::latch running(1);
+  std::latch enough(1);
+  int runs = 0;
+  const auto runAll = [&](const WriteQueue::Group& group) { runs += static_cast<int>(group.size()); };
+  const auto far = WriteQueue::Deadline::max();
+  auto first = std::async(std::launch::async, [&] {
+    return queue.write({}, far, [&](const auto&) {
+      running.count_down();
+      enough.wait();
+    });
+  });
+  running.wait();
+  EXPECT_FALSE(queue.write({}, WriteQueue::Deadline(), runAll)) << "its time was over on arrival";
+  EXPECT_EQ(queue.waiting(), 0U);
+  EXPECT_EQ(runs, 0);
+  auto second = std::async(std::launch::async, [&] { return queue.write({}, far, runAll); });
+  while (queue.waiting() == 0) std::this_thread::yield();
+  enough.count_down();
+  EXPECT_TRUE(first.get());
+  EXPECT_TRUE(second.get());
+  EXPECT_EQ(runs, 1);
+}
+
+/// What a desk was told is saved is in the file, wherever that is now.
+TEST(MovedFile, IsNeitherReadNorWrittenAndKeepsWhatWasSaved) {
+  const TempFolder folder;
+  const std::string file = folder.file("library.sqlite");
+  int told = 0;
+  Database database(file, {.create = true, .onMoved = [&] { ++told; }});
+  database.write([](Connection& db) { db.run("create table notes (id integer)"); });
+  database.write([](Connection& db) { db.run("insert into notes values (7)"); });
+  std::filesystem::rename(file, folder.file("moved.sqlite"));
+  EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Moved);
+  EXPECT_EQ(errorOf([&] { database.read(nothing); }), StoreError::Kind::Moved);
+  EXPECT_EQ(told, 1);
+  EXPECT_FALSE(std::filesystem::exists(file));
+  Database moved(folder.file("moved.sqlite"));
+  EXPECT_EQ(numberFrom(moved, "select sum(id) from notes"), 7);
+}
+
+TEST(MovedFile, LeavesTheOneThatTookItsNameAlone) {
+  const TempFolder folder;
+  const std::string file = folder.file("library.sqlite");
+  Database database(file, {.create = true});
+  database.write([](Connection& db) { db.run("create table notes (id integer)"); });
+  const std::string other = "what somebody else put there";
+  std::ofstream(folder.file("other")) << other;
+  std::filesystem::rename(folder.file("other"), file);
+  EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Moved);
+  EXPECT_EQ(contentOf(file), other);
+}
+
+TEST(MovedFile, ANameMayHoldWhatAnAddressGivesAMeaning) {
+  const TempFolder folder;
+  const std::string file = folder.file("50% of a \"library\"?mode=ro#1 \u00fc.sqlite");
+  EXPECT_EQ(errorOf([&] { const Database no(file); }), StoreError::Kind::Missing);
+  Database(file, {.create = true}).write([](Connection& db) { db.run("create table notes (id integer)"); });
+  EXPECT_TRUE(std::filesystem::exists(file));
+}
+
+class LostServer : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!TestStore::isOffered("postgresql")) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+    store = std::make_unique<TestStore>("postgresql");
+  }
+  std::unique_ptr<TestStore> store;
+};
+
+/// As if its process were stopped: it holds the turn and does nothing.
+TEST_F(LostServer, OneThatStopsWithTheTurnDoesNotStopTheOthers) {
+  Database stopped(store->url(), {.silence = milliseconds(2000)});
+  Database other(store->url());
+  other.write([](Connection& db) { db.run("create table notes (id integer)"); });
+  EXPECT_EQ(errorOf([&] {
+              stopped.write([&](Connection& db) {
+                db.run("insert into notes values (1)");
+                EXPECT_EQ(errorOf([&] { other.write(nothing); }), std::nullopt);
+              });
+            }),
+            StoreError::Kind::Busy);
+  EXPECT_EQ(numberFrom(other, "select count(*) from notes"), 0);
+  EXPECT_EQ(errorOf([&] { stopped.write(nothing); }), std::nullopt);
+}
+
+TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
+  SilentProxy proxy(portOf(store->url()));
+  Database database(throughPort(store->url(), proxy.port()) + "&connect_timeout=2",
+                    {.connections = 2, .silence = milliseconds(400)});
+  database.write([](Connection& db) { db.run("create table notes (id integer)"); });
+  EXPECT_EQ(errorOf([&] {
+              database.write([&](Connection& db) {
+                proxy.beSilent(true);
+                db.run("insert into notes values (1)");
+              });
+            }),
+            StoreError::Kind::Busy);
+  EXPECT_EQ(errorOf([&] { database.read(nothing); }), StoreError::Kind::Unreachable);
+  proxy.beSilent(false);
+  EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
+  EXPECT_EQ(numberFrom(database, "select count(*) from notes"), 0);
+}
+
+}  // namespace
+}  // namespace vantry::server
