@@ -58,4 +58,16 @@ std::string RawLine::readToEnd() {
   return readUntil(std::string("\0 stands in no reply", 20));
 }
 
+FreePort::FreePort() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_in address = addressOf("127.0.0.1", 0);
+  socklen_t size = sizeof address;
+  if (bind(socket_, reinterpret_cast<const sockaddr*>(&address), size) == 0 &&
+      getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) == 0)
+    number_ = ntohs(address.sin_port);
+}
+
+FreePort::~FreePort() {
+  close(socket_);
+}
+
 }  // namespace vantry::server::test

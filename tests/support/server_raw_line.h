@@ -25,4 +25,18 @@ class RawLine {
   int line_;
 };
 
+/// A port of the loopback that nobody has, until it is let go.
+class FreePort {
+ public:
+  FreePort();
+  ~FreePort();
+  FreePort(const FreePort&) = delete;
+  FreePort& operator=(const FreePort&) = delete;
+  [[nodiscard]] int number() const { return number_; }
+
+ private:
+  int socket_;
+  int number_ = 0;
+};
+
 }  // namespace vantry::server::test

@@ -32,6 +32,17 @@ std::string_view plain(boost::beast::string_view text) {
   return {text.data(), text.size()};
 }
 
+/// The whole list, though each proxy may have added a line of its own.
+std::string forwardedFor(const http::request<http::string_body>& head) {
+  std::string list;
+  const auto [first, last] = head.equal_range("X-Forwarded-For");
+  for (auto line = first; line != last; ++line) {
+    if (!list.empty()) list += ',';
+    list += plain(line->value());
+  }
+  return list;
+}
+
 /// The return code of a reply to a request, or the status of any other.
 std::string resultOf(const WireReply& reply) {
   constexpr std::string_view start = "{\"rc\":";
@@ -132,7 +143,7 @@ void HttpConnection::noteHead() {
   request_.authorization = plain(head[http::field::authorization]);
   request_.requestId = plain(head["Request-Id"]);
   request_.body = {};
-  request_.address = parts_.clients.addressOf(peer_, plain(head["X-Forwarded-For"]));
+  request_.address = parts_.clients.addressOf(peer_, forwardedFor(head));
   route_ = Routes::find(request_.method, request_.path);
   isLast_ = !head.keep_alive();
 }

@@ -17,8 +17,6 @@ namespace vantry::server {
 
 namespace {
 
-/// Tries are counted before they are recorded, so that they run one after another.
-
 /// The right for which a supervisor is asked.
 std::string_view rightAskedFor(const Message& message) {
   for (const std::string_view right : {tags::OVPAT, tags::OVITM, tags::OVOTR}) {
