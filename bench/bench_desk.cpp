@@ -42,6 +42,8 @@ int measureAtTheDesk(const std::string& file, const DemoOptions& options,
                      const std::vector<std::pair<std::string, std::string>>& preferences,
                      const std::function<void(Bench&)>& measure) {
   createDemoDatabase(file, options);
+  // Reports are written beside the library.
+  qputenv("HOME", std::filesystem::path(file).parent_path().c_str());
   const auto begin = Stopwatch::now();
   int count = 1;
   char name[] = "bench";

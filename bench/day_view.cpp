@@ -1,5 +1,5 @@
-// From the date's change to the painted list, split into server with wire, fill and paint; start and memory
-// beside it.
+// From the date's change to the painted list, split into server with wire, fill and paint; the list on paper;
+// start and memory beside it.
 //
 //   day_view FOLDER COUNT     a library with COUNT bookings more on one day, made in FOLDER when missing
 #include <cstdio>
@@ -41,6 +41,10 @@ void measure(Bench& bench) {
   std::printf(
       "server and wire  %8.1f\nfill             %8.1f\npaint            %8.1f\naltogether       %8.1f\n",
       median(request), median(fill), median(paint), median(whole));
+  const auto start = Stopwatch::now();
+  bench.program.main.mnuFilePrintListing_Click();
+  std::printf("the list on paper, as PDF  %.0f   %s\n", since(start),
+              bench.program.main.StatusBar1.Panels(6).Text.get().c_str());
   std::printf("memory of client and embedded server, MB  %.0f\n", memoryMegabytes());
 }
 

@@ -1,7 +1,7 @@
 // What an operator waits for at the desk: opening a booking with 50 media and 50 pieces of equipment, adding
-// a piece, saving; a booking by the wizard, page by page; searching, charging and quick discharge. Medians in
-// milliseconds, from the command to the painted window or to the box that tells the end; of them, what server
-// and wire took, in how many requests.
+// a piece, saving, printing; a booking by the wizard, page by page; searching, charging and quick discharge;
+// the options. Medians in milliseconds, from the command to the painted window or to the box that tells the
+// end; of them, what server and wire took, in how many requests.
 //
 //   desk_work FOLDER          a library, made in FOLDER anew
 //
@@ -24,6 +24,7 @@
 #include "circulation/discharge_view.h"
 #include "circulation/quick_discharge_view.h"
 #include "frame/app.h"
+#include "options/frmOptions.h"
 #include "records/records.h"
 #include "words/tags.h"
 
@@ -82,6 +83,7 @@ class DeskWork {
     searches();
     charges();
     quickDischarges();
+    options();
     return failures_;
   }
 
@@ -204,12 +206,16 @@ class DeskWork {
   }
 
   void openings() {
-    Costs costs;
+    Costs costs, prints;
     for (int round = 0; round < kRounds; ++round) {
       time(costs, [this] { OpenRecordWindow(app(), {kBooking, bookingId_, kSourceMainWindow}); });
+      main().StatusBar1.Panels(6).Text = "";
+      time(prints, [this] { editor().mnuFilePrint_Click(); });
+      if (main().StatusBar1.Panels(6).Text.get().empty()) failed("the confirmation was not printed");
       close(editor());
     }
     tell("opening a booking with 50 media, 50 pieces", costs);
+    tell("its confirmation as PDF", prints);
   }
 
   void addings() {
@@ -346,6 +352,21 @@ class DeskWork {
       if (!view.txtQuickDischargeItem.Text.get().empty()) failed(barcode + " was not discharged");
     }
     tell("quick discharge of a piece", costs);
+  }
+
+  void options() {
+    Costs opens, applies;
+    for (int round = 0; round < kRounds; ++round) {
+      frmOptions window(app());
+      time(opens, [&] { window.Show(); });
+      for (const OptionField& field : window.pages.fields()) {
+        if (field.key == "SuggestEquip") field.show(round % 2 ? "true" : "false");
+      }
+      time(applies, [&] { window.cmdApply_Click(); });
+      window.Unload();
+    }
+    tell("opening the options", opens);
+    tell("applying them", applies);
   }
 
   Bench& bench_;

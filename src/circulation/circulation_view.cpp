@@ -26,7 +26,7 @@ static std::vector<std::unique_ptr<Button>> makeButtons(Frame& frame, std::span<
 }
 
 CirculationView::CirculationView(const MainParts& parts, Frame& frame, const CirculationTwin& twin)
-    : MainView(parts),
+    : MainView(parts, frame),
       lblSearch_(frame, labelName(twin.cboSearch), "Search &by:"),
       cboSearch(frame, std::string(twin.cboSearch)),
       lblSearchFor_(frame, labelName(twin.txtSearchFor), "f&or:"),

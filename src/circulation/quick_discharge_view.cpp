@@ -52,7 +52,7 @@ struct QuickDischargeView::Found {
 };
 
 QuickDischargeView::QuickDischargeView(const MainParts& parts, Frame& frame)
-    : MainView(parts),
+    : MainView(parts, frame),
       lblQuickDischargeType(frame, "lblQuickDischargeType", "Discharge By:"),
       cboQuickDischargeType(frame, "cboQuickDischargeType"),
       lblQuickDischargeItem(frame, "lblQuickDischargeItem"),

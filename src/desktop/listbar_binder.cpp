@@ -217,7 +217,7 @@ class ListBarBinder : public Binder {
 
   void clicked(QTreeWidgetItem& item) {
     if (!item.parent()) {
-      bar_.CurrentGroup = widget_.indexOfTopLevelItem(&item);
+      act([this, group = widget_.indexOfTopLevelItem(&item)] { bar_.clickGroup(group); });
       return;
     }
     act([this, key = utf8(item.data(0, kKeyRole).toString())] { bar_.click(key); });

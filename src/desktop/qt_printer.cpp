@@ -124,6 +124,7 @@ bool QtPrinter::tellProgress(const QString& text, int done, int total) {
     progress_->setWindowModality(Qt::ApplicationModal);
     progress_->setAutoReset(false);
     progress_->setMinimumDuration(0);
+    progress_->setCursor(Qt::ArrowCursor);
   } else if (told_.elapsed() < kProgressInterval) {
     return true;
   }
@@ -167,11 +168,14 @@ PrintResult QtPrinter::printOnPaper() {
   const PrintResult failed = {PrintResult::Outcome::Failed,
                               "The printer \"" + utf8(printer_) + "\" does not take the document."};
   const QPrinterInfo info = QPrinterInfo::printerInfo(printer_);
-  if (info.isNull()) return failed;  // it was taken away since the document was started
+  // It was taken away since the document was started, or has stopped.
+  if (info.isNull() || info.state() == QPrinter::Error) return failed;
   QPrinter printer(info, QPrinter::HighResolution);
   printer.setDocName(qt(DocumentName));
+  // Not the layout as a whole: a printer with margins of its own refuses one without margins.
   printer.setFullPage(true);
-  printer.setPageLayout(pageLayout_);
+  printer.setPageSize(pageLayout_.pageSize());
+  printer.setPageOrientation(pageLayout_.orientation());
   mayStop_ = false;
   if (progress_) progress_->setCancelButton(nullptr);
   const bool painted = printer.isValid() && paintPages(printer);

@@ -13,7 +13,10 @@ static constexpr std::string_view kResourceVersions =
     "libQt6Widgets.so.6~6.4.0.0~6.4.0.0~+~"
     "libQt6Svg.so.6~6.4.0.0~6.4.0.0~+~"
     "libQt6Multimedia.so.6~6.4.0.0~6.4.0.0~+~"
+    "libQt6PrintSupport.so.6~6.4.0.0~6.4.0.0~+~"
     "imageformats/libqsvg.so~6.4.0.0~6.4.0.0~+~"
+    "printsupport/libcupsprintersupport.so~6.4.0.0~6.4.0.0~+~"
+    "multimedia/libgstreamermediaplugin.so~6.4.0.0~6.4.0.0~+~"
     "fonts-dejavu-core~~~+~"
     "misc/vantryhelp.ini~~~+~";
 
@@ -23,7 +26,10 @@ static constexpr std::string_view kResourceList[] = {
     "libQt6Widgets.so.6~6.4.0.0~6.4.0.0~+~",
     "libQt6Svg.so.6~6.4.0.0~6.4.0.0~+~",
     "libQt6Multimedia.so.6~6.4.0.0~6.4.0.0~+~",
+    "libQt6PrintSupport.so.6~6.4.0.0~6.4.0.0~+~",
     "imageformats/libqsvg.so~6.4.0.0~6.4.0.0~+~",
+    "printsupport/libcupsprintersupport.so~6.4.0.0~6.4.0.0~+~",
+    "multimedia/libgstreamermediaplugin.so~6.4.0.0~6.4.0.0~+~",
     "fonts-dejavu-core~~~+~",
     "misc/vantryhelp.ini~~~+~",
 };

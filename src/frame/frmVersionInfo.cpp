@@ -31,7 +31,7 @@ void frmVersionInfo::cmdV_I_PrintList_Click() {
   printer.FontName = "Arial";
   printer.StartDoc();
   printer.Paragraph("Resource Validation Errors");
-  printer.Paragraph(formatDate(now.date, desktop_.shortDateFormat()) + "  " + hourMinuteAmPm(now.time));
+  printer.Paragraph(formatDate(now.date, desktop_.shortDateFormat()) + "  " + longTime(now.time));
   printer.Paragraph("");
   printer.Paragraph(lblV_I_Heading.Caption.get());
   for (int i = 0; i < lstV_I_Resource.ListCount(); ++i) printer.Paragraph(lstV_I_Resource.List(i));

@@ -77,7 +77,7 @@ std::string nodeText(const Category& category) {
 }  // namespace
 
 InventoryView::InventoryView(const MainParts& parts, Frame& frame, int kind, MenuItem& popup)
-    : MainView(parts),
+    : MainView(parts, frame),
       tvwDB(frame, indexed("tvwDB", kind)),
       lblDetails(frame, indexed("lblDetails", kind)),
       fa(frame, indexed("fa", kind)),
@@ -87,7 +87,6 @@ InventoryView::InventoryView(const MainParts& parts, Frame& frame, int kind, Men
       cmdPrintInv(frame, indexed("cmdPrintInv", kind), "&Print"),
       cmdSearch(frame, kKinds[kind].cmdSearch, "&Search..."),
       kind_(kKinds[kind]),
-      frame_(frame),
       popup_(popup),
       list_(parts, fa) {
   tvwDB.AccessibleName = kind_.treeName;
@@ -143,7 +142,7 @@ void InventoryView::takePreferences(Applies what) {
   if (what != Applies::Searches || showsBarcodes_ == app().preferences.Barcodes) return;
   BuildInventoryFlexArray();
   clearList();
-  if (frame_.Visible) refresh();
+  if (isVisible()) refresh();
 }
 
 void InventoryView::BuildMainTrees() {
@@ -168,7 +167,7 @@ std::string_view InventoryView::selectedCategory() const {
 // The list of a node
 
 std::string InventoryView::reportText() const {
-  const TreeNode* node = tvwDB.find(tvwDB.SelectedKey.get());
+  const TreeNode* node = tvwDB.find(listedKey_);
   return node ? node->text : std::string();
 }
 
@@ -181,14 +180,17 @@ void InventoryView::refresh() {
   TreeNode* node = tvwDB.find(tvwDB.SelectedKey.get());
   if (!node) return;
   if (node->children.empty()) return readList(*node);
-  MainCommands& commands = parts().commands;
-  disable(commands.printDetail, commands.printDetailAll, commands.printListing, print);
+  // The list stays, and with it the node that it shows.
+  allowListing(false);
+  allowDetail(false);
+  allowAllDetails(false);
   node->expanded = true;
   tvwDB.changed();
 }
 
 void InventoryView::readList(const TreeNode& node) {
   clearList();
+  listedKey_ = node.key;
   lblDetails.Caption = heading(node);
   rememberType(node);
   parts().showMessage("Requesting Data From Server...");
@@ -208,7 +210,7 @@ void InventoryView::rememberType(const TreeNode& node) {
 }
 
 void InventoryView::refill(std::string_view category) {
-  if (frame_.Visible && category == selectedCategory()) refresh();
+  if (isVisible() && category == selectedCategory()) refresh();
 }
 
 bool InventoryView::askFor(std::string_view category, const std::function<void()>& read) {
@@ -221,6 +223,7 @@ std::string InventoryView::heading(const TreeNode& node) const {
 
 void InventoryView::clearList() {
   list_.clear();
+  listedKey_.clear();
   fa.Row = 0;
   lblDetails.Caption = "";
   fa_Click();
@@ -239,14 +242,12 @@ void InventoryView::fa_Click() {
   rowSelected();
 }
 
-/// The print commands belong to the view that shows. The detail of one record also needs a selected one.
 void InventoryView::allowCommands() {
-  MainCommands& commands = parts().commands;
   setEnabled(hasSelectedRow(), edit, remove);
-  setEnabled(fa.hasData(), sort, print);
-  if (!frame_.Visible) return;
-  setEnabled(hasSelectedRow(), commands.printDetail);
-  setEnabled(fa.hasData(), commands.printDetailAll, commands.printListing);
+  allowDetail(hasSelectedRow());
+  sort.Enabled = fa.hasData();
+  allowListing(fa.hasData());
+  allowAllDetails(fa.hasData());
 }
 
 void InventoryView::fa_MouseDown() {

@@ -80,9 +80,9 @@ class InventoryView : public MainView {
   void lowerCount(const std::function<bool(const Category&)>& isMeant);
 
   const InventoryKind& kind_;
-  Frame& frame_;
   MenuItem& popup_;
   ReplyList list_;
+  std::string listedKey_;      ///< of the node whose records are listed; empty when nothing is
   bool showsBarcodes_ = true;  ///< by the preference when the columns were built
 };
 

@@ -105,12 +105,14 @@ bool InventoryWindow::loadRecord() {
   copy_ = opening().copy;
   readRecord();
   Caption = copy_ ? "Copy of " + std::string(kind_.caption) + "  - " + modelNumber : captionNow();
-  setEnabled(!copy_, commands.copy, commands.remove, commands.print);
+  setEnabled(!copy_, commands.copy, commands.remove);
+  commands.print.Enabled = !copy_ && wasRead_;
   return true;
 }
 
 bool InventoryWindow::askForStored() {
-  return askForRecord(ask_, kind_.read, {{kind_.idTag, id_}});
+  wasRead_ = askForRecord(ask_, kind_.read, {{kind_.idTag, id_}});
+  return wasRead_;
 }
 
 void InventoryWindow::recordIsShown() {

@@ -190,6 +190,7 @@ class InventoryWindow : public RecordWindow {
   std::string id_;
   Mode mode_ = Mode::Existing;
   bool copy_ = false;
+  bool wasRead_ = false;  ///< the fields hold the stored record: it can be printed
   bool heldBack_ = false;
 };
 

@@ -42,7 +42,7 @@ ControlArray<Button> activateButtons(Frame& frame) {
 }  // namespace
 
 StaffView::StaffView(const MainParts& mainParts, Frame& frame)
-    : MainView(mainParts),
+    : MainView(mainParts, frame),
       faStaff(frame, "faStaff"),
       cmdStaffAdd(frame, "cmdStaffAdd", "&Add"),
       cmdStaffDelete(frame, "cmdStaffDelete", "&Delete"),

@@ -13,7 +13,8 @@ namespace vantry {
 /// window calls these functions; a view overrides what concerns it.
 class MainView {
  public:
-  explicit MainView(const MainParts& parts);
+  /// The view shows while its frame is visible.
+  MainView(const MainParts& parts, Frame& frame);
   virtual ~MainView() = default;
   MainView(const MainView&) = delete;
   MainView& operator=(const MainView&) = delete;
@@ -26,7 +27,7 @@ class MainView {
   virtual void refresh() {}
   /// The list that the window sorts and merges; nullptr for a view without one.
   virtual ReplyList* list() { return nullptr; }
-  /// What the title of the printed list ends with: the date, the room, the node that was chosen.
+  /// What the title of the printed list tells: the date, the hours, the room, the node of what was read.
   virtual std::string reportText() const { return {}; }
   /// The list was sorted: what belonged to a row belongs to it no longer.
   virtual void sorted() {}
@@ -70,9 +71,18 @@ class MainView {
   App& app() const { return parts_.app; }
   /// Asks the server; failures are reported for the main window.
   const Ask& ask() const { return ask_; }
+  bool isVisible() const { return frame_.Visible; }
+
+  // What can be printed. The commands are shared by all views, so that only the view that shows sets them.
+  void allowListing(bool on);
+  void allowDetail(bool on);
+  void allowAllDetails(bool on);
 
  private:
+  void allow(bool on, Command MainCommands::*shared);
+
   MainParts parts_;
+  Frame& frame_;
   Ask ask_;
 };
 

@@ -83,4 +83,9 @@ void ListBar::click(std::string_view key) {
   if (usable() && has(key) && ItemClick) ItemClick(key);
 }
 
+void ListBar::clickGroup(int group) {
+  CurrentGroup = group;
+  if (usable() && GroupClick) GroupClick();
+}
+
 }  // namespace vantry

@@ -24,7 +24,7 @@ class Panel : public Element {
 class StatusBar : public Control {
  public:
   StatusBar(Container& parent, std::string name) : Control(parent, std::move(name), ControlKind::StatusBar) {}
-  static constexpr int kPanels = 5;
+  static constexpr int kPanels = 6;
   Panel& Panels(int number) { return panels_.at(static_cast<std::size_t>(number - 1)); }
   const Panel& Panels(int number) const { return panels_.at(static_cast<std::size_t>(number - 1)); }
   /// Paints the bar, some 25 times a second at most; `atOnce` paints it now, before something that takes
@@ -103,11 +103,14 @@ class ListBar : public Control {
   Property<std::string> BackgroundPicture{*this, Aspect::Picture};  ///< path of an image file; empty for none
   /// Raised with the key of the entry that the operator clicked.
   std::function<void(std::string_view)> ItemClick;
+  /// Raised when the operator opens a group.
+  Event GroupClick;
 
   void setGroups(std::vector<BarGroup> groups);
   const std::vector<BarGroup>& Groups() const { return groups_; }
   bool has(std::string_view key) const;
   void click(std::string_view key);
+  void clickGroup(int group);
 
  private:
   std::vector<BarGroup> groups_;

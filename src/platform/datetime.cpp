@@ -113,6 +113,13 @@ std::string hourMinuteAmPm(const Time& time) {
   return hourMinute({hour, time.minute, 0}) + (time.hour < 12 ? " AM" : " PM");
 }
 
+std::string longTime(const Time& time) {
+  const std::string minutes = hourMinuteAmPm(time);
+  const std::size_t half = minutes.size() - 3;  // before " AM"
+  const std::string seconds = (time.second < 10 ? ":0" : ":") + std::to_string(time.second);
+  return minutes.substr(0, half) + seconds + minutes.substr(half);
+}
+
 std::optional<Time> parseClockTime(std::string_view text) {
   std::string letters;
   std::array<int, 3> numbers = {0, 0, 0};

@@ -45,9 +45,10 @@ struct DateTime {
 [[nodiscard]] std::string serverDate(const Date& date);
 [[nodiscard]] std::string serverTime(const DateTime& moment);
 
-/// "hh:mm" of 24 hours and "hh:mm AMPM" of twelve.
+/// "hh:mm" of 24 hours, "hh:mm AMPM" of twelve, "hh:mm:ss AMPM".
 [[nodiscard]] std::string hourMinute(const Time& time);
 [[nodiscard]] std::string hourMinuteAmPm(const Time& time);
+[[nodiscard]] std::string longTime(const Time& time);
 /// Reads what `hourMinute` or `hourMinuteAmPm` wrote, and looser spellings of both.
 [[nodiscard]] std::optional<Time> parseClockTime(std::string_view text);
 

@@ -17,17 +17,16 @@ struct TitleRow {
   int viewKind;
   std::string_view before;
   std::string_view after = {};
-  std::string Preferences::*hours = nullptr;  ///< fill the title instead of the view's own text
 };
 
 // clang-format off
 constexpr TitleRow kScheduleTitles[] = {
     {9, "Bookings for "},
     {16, "Conflicts"},
-    {17, "Deliveries Scheduled for next ", " hours", &Preferences::DeliveryHours},
-    {18, "Pickups Scheduled for next ", " hours", &Preferences::PickUpHours},
+    {17, "Deliveries Scheduled for next ", " hours"},
+    {18, "Pickups Scheduled for next ", " hours"},
     {19, "Schedule for Room: "},
-    {20, "Library Media Scheduled Rooms for next ", " hours", &Preferences::RoomHours},
+    {20, "Library Media Scheduled Rooms for next ", " hours"},
     {25, "Equipment Pick Up List: "},
     {26, "Item Pick Up List: "},
 };
@@ -97,8 +96,7 @@ PrintResult PrintScheduleList(App& app, const ListReport& list) {
   const auto row = std::find_if(std::begin(kScheduleTitles), std::end(kScheduleTitles),
                                 [&](const TitleRow& each) { return each.viewKind == list.viewKind; });
   if (row == std::end(kScheduleTitles)) return {PrintResult::Outcome::Stopped};
-  const std::string& text = row->hours ? app.preferences.*row->hours : list.text;
-  return printList(app, std::string(row->before) + text + std::string(row->after), list.grid);
+  return printList(app, std::string(row->before) + list.text + std::string(row->after), list.grid);
 }
 
 PrintResult PrintInventoryList(App& app, const ListReport& list) {

@@ -11,7 +11,7 @@ namespace vantry {
 /// A list as it is on the screen: its rows and visible columns, in the order that the operator left them.
 struct ListReport {
   int viewKind;      ///< the tag of the main window's heading
-  std::string text;  ///< what the title ends with: a date, a room, the node of a tree
+  std::string text;  ///< what the title tells of the list: a date, hours, a room, the node of a tree
   const Grid& grid;
 };
 

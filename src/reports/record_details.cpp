@@ -188,6 +188,8 @@ PrintResult PrintMaintenanceDetail(App& app, const frmMaintenance& window) {
   page.line("");
   printGrid(page, kDetailLines, {{"Detail Type", "Maintenance Type"}, {"Note", "Details"}},
             window.details.fa);
+  const std::string& note = window.txtMEDIA_NOTE.Text;
+  if (!note.empty()) page.row(kDetailLines, {"Notes", note});
   page.line("");
   page.line("Maintenance Note:");
   page.line(window.txtMAINTENANCE_NOTE.Text.get());

@@ -11,7 +11,7 @@ static std::string countText(int count) {
 }
 
 CalendarView::CalendarView(const MainParts& mainParts, Frame& frame, const Kind& kind)
-    : MainView(mainParts),
+    : MainView(mainParts, frame),
       cmdPrevious(frame, arrayName("cmdPrevious", kind.index), "<< P&revious"),
       cmdNow(frame, arrayName("cmdNow", kind.index), "T&oday"),
       cmdNext(frame, arrayName("cmdNext", kind.index), "Ne&xt >>"),
@@ -50,7 +50,8 @@ void CalendarView::followDay(const Date& date) {
 
 void CalendarView::load() {
   calendar().Value = app().clock.now().date;
-  calendar().clearMarks();
+  booked_.clear();
+  markDays();
   lblNumBookings.Caption = "";
   shown_ = {};
 }
@@ -76,23 +77,35 @@ void CalendarView::refresh() {
   parts().showMessage("");  // a failure leaves no promise behind
   if (!ask().succeeded(rc, "BOOKMTH")) return;
   shown_ = calendar().Value;
+  readDays();
   markDays();
 }
 
-void CalendarView::markDays() {
+void CalendarView::takePreferences(Applies what) {
+  MainView::takePreferences(what);
+  if (what == Applies::Colours) markDays();
+}
+
+void CalendarView::readDays() {
   const TagMessage& message = app().message;
-  calendar().clearMarks();
+  booked_.clear();
   int total = 0;
   while (app().message.NextRecord(kind_.walk)) {
     const int count = intOf(message.Get(tags::BCNT));
     const int month = kind_.months > 1 ? intOf(message.Get(tags::MNTHS)) : calendar().Month();
-    const Label& label =
-        count == 1 ? parts().colours.lblSingleBookingColor : parts().colours.lblMultipleBookingsColor;
-    calendar().mark({calendar().Year(), month, intOf(message.Get(tags::DAY))},
-                    {label.BackColor, countText(count)});
+    booked_.push_back({{calendar().Year(), month, intOf(message.Get(tags::DAY))}, count});
     total += count;
   }
   lblNumBookings.Caption = countText(total);
+}
+
+void CalendarView::markDays() {
+  const BookingColours& colours = parts().colours;
+  calendar().clearMarks();
+  for (const BookedDay& day : booked_) {
+    const Label& label = day.count == 1 ? colours.lblSingleBookingColor : colours.lblMultipleBookingsColor;
+    calendar().mark(day.date, {label.BackColor, countText(day.count)});
+  }
 }
 
 void CalendarView::step(int months) {

@@ -17,6 +17,7 @@ class CalendarView : public MainView {
   void open() override;
   /// Reads the bookings of the span that the calendar shows.
   void refresh() override;
+  void takePreferences(Applies what) override;
   /// Keeps the calendar on a date, without a request.
   void followDay(const Date& date) override;
   void cmdNext_Click();
@@ -40,6 +41,7 @@ class CalendarView : public MainView {
   void connect();
 
  private:
+  void readDays();
   void markDays();
   void step(int months);
   void dayChosen();
@@ -47,6 +49,12 @@ class CalendarView : public MainView {
 
   Kind kind_;
   Date shown_;  ///< a day of the span that was read last
+  /// The days of that span with bookings.
+  struct BookedDay {
+    Date date;
+    int count;
+  };
+  std::vector<BookedDay> booked_;
 };
 
 class MonthView : public CalendarView {

@@ -34,7 +34,7 @@ std::string bookings(int count) {
 }  // namespace
 
 DayView::DayView(const MainParts& parts, Frame& frame)
-    : MainView(parts),
+    : MainView(parts, frame),
       lblViewBookings(frame, "lblViewBookings", "Bookings of d&ay:"),
       dtViewBookings(frame, "dtViewBookings"),
       cmdToday(frame, "cmdToday", "T&oday"),
@@ -116,7 +116,7 @@ void DayView::BuildBookingFlexArray() {
 }
 
 std::string DayView::reportText() const {
-  return dtViewBookings.shortDate();
+  return dateRead_;
 }
 
 void DayView::open() {
@@ -159,6 +159,7 @@ void DayView::forgetSelection() {
   selectedId_.clear();
   selectedRow_ = 0;
   disable(edit, remove, cancel, charge, discharge);
+  allowDetail(false);
 }
 
 void DayView::sorted() {
@@ -166,11 +167,13 @@ void DayView::sorted() {
 }
 
 void DayView::enablePrinting(bool on) {
-  setEnabled(on, parts().commands.printListing, parts().commands.printDetailAll, print);
+  allowListing(on);
+  allowAllDetails(on);
 }
 
 void DayView::GetBookingsForDate() {
   if (dtViewBookings.isEmpty()) return;
+  dateRead_ = dtViewBookings.shortDate();
   faDayBookings.Redraw = false;
   parts().showMessage("");
   lblNumBookings.Caption = "";

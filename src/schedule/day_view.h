@@ -71,6 +71,7 @@ class DayView : public MainView {
   void endSelected(const struct Removal& removal, std::string_view checkForm);
 
   ReplyList list_{parts(), faDayBookings};
+  std::string dateRead_;  ///< of the list, also while the date that is typed cannot be read
   std::string selectedId_;
   int selectedRow_ = 0;
   bool takesLegend_ = false;  ///< the boxes take the preferences; the list is read once they all have

@@ -71,7 +71,8 @@ void DayView::faDayBookings_Click() {
   enablePrinting(true);
   const int row = faDayBookings.Row;
   if (row < faDayBookings.FixedRows) return;
-  setEnabled(true, parts().commands.printDetail, edit, sort);
+  setEnabled(true, edit, sort);
+  allowDetail(true);
   selectedId_ = list_.text(row, kBookingIdColumn);
   selectedRow_ = row;
   allowByStatus(selectedStatus());

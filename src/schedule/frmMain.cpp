@@ -120,6 +120,7 @@ void frmMain::applyPreferences(Applies what) {
     arrange();
   }
   if (what == Applies::Colours) takeColours();
+  if (what == Applies::Searches) menus.mnuViewMergeCells.Checked = app_.preferences.MergeCells;
   for (const auto& each : views_) each->takePreferences(what);
 }
 

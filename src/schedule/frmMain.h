@@ -124,6 +124,7 @@ class frmMain : public Form, public MainWindow {
   void connectCommands();
   void connectViews();
   void connectBars();
+  void playSound(std::size_t place);
   void listBarClicked(std::string_view key);
   void takeColours();
   void disablePrintCommands();

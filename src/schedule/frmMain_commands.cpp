@@ -117,6 +117,10 @@ constexpr BarRow kBarCommands[] = {{"New Booking", "booking", &C::newBooking},
 
 }  // namespace
 
+/// Places in the list of sounds.
+static constexpr std::size_t kGroupSound = 0;
+static constexpr std::size_t kItemSound = 1;
+
 void frmMain::connectCommands() {
   for (const CommandRow& row : kCommands) {
     Command& command = commands.*row.command;
@@ -247,10 +251,16 @@ void frmMain::buildListBars() {
 void frmMain::connectBars() {
   on(abView.Click, this, &frmMain::barMain_ComboSelChange);
   albStandard.ItemClick = albDaemon.ItemClick = [this](std::string_view key) { listBarClicked(key); };
+  albStandard.GroupClick = albDaemon.GroupClick = [this] { playSound(kGroupSound); };
+}
+
+void frmMain::playSound(std::size_t place) {
+  const std::string& file = app_.preferences.sounds[place];
+  if (!file.empty()) app_.desktop.playSound(file);
 }
 
 void frmMain::listBarClicked(std::string_view key) {
-  if (!app_.preferences.sounds[1].empty()) app_.desktop.playSound(app_.preferences.sounds[1]);
+  playSound(kItemSound);
   for (const BarRow& row : kBarCommands) {
     if (row.caption == key) return (commands.*row.command).run();
   }
@@ -295,11 +305,7 @@ void frmMain::mnuFileNewPickup_Click() {
 // Windows and commands of higher floors
 
 void frmMain::mnuToolsOptions_Click() {
-  const bool before = app_.preferences.MergeCells;
   app_.makers.run("frmOptions", app_);
-  if (app_.preferences.MergeCells == before) return;
-  menus.mnuViewMergeCells.Checked = before;  // the command turns it round
-  mnuViewMergeCells_Click();
 }
 
 void frmMain::mnuToolsSearch_Click() {

@@ -85,14 +85,15 @@ frmSched::frmSched(App& app) : Form(app.windows, "frmSched"), app_(app), ask_(ap
   Caption = "Booking Calendars";
   Tag = "Calendars";  // holds no work: it closes by itself at a log-off
   for (int index = 0; index < kTabs; ++index) {
-    const TabRow& row = kTabRows[index];
-    tabSched.addTab(row.caption, row.toolTip);
-    Frame& frame = fraSched.add(*this, row.caption, 0);
+    Frame& frame = fraSched.add(*this, kTabRows[index].caption, 0);
     auto& pane = panes_[static_cast<std::size_t>(index)] = std::make_unique<Pane>(frame, index);
     on(pane->cboCalendar.Click, this, &frmSched::cboCalendar_Click, index);
   }
   setVisible(false, txtSTime, txtETime, dtDate);
-  on(tabSched.Click, this, &frmSched::tabSched_Click);
+  std::vector<TabPages::Page> pages;
+  for (int index = 0; index < kTabs; ++index)
+    pages.push_back({kTabRows[index].caption, fraSched(index), {}, kTabRows[index].toolTip});
+  pages_.emplace(tabSched, std::move(pages));
   cmdClose.Cancel = true;
   on(cmdClose.Click, this, &frmSched::cmdClose_Click);
   Layout = Column{tabSched, fraSched(0), fraSched(1), fraSched(2), Row{Stretch{}, cmdClose}};
@@ -102,7 +103,6 @@ frmSched::~frmSched() = default;
 
 void frmSched::Form_Load() {
   app_.tools.PrepareForm(*this);
-  tabSched_Click();
   for (int index = 0; index < kTabs; ++index) listCalendars(index);
   for (int index = 0; index < kTabs; ++index) selectCurrent(index);
 }
@@ -173,12 +173,6 @@ void frmSched::showExceptions(Pane& pane, std::string_view id) {
         dtDate.shortDate() + ":  " +
         hoursText(message.Get(tags::EXOP), message.Get(tags::EXOPH), message.Get(tags::EXCLH)));
   }
-}
-
-void frmSched::tabSched_Click() {
-  // Hidden first, so that the window never has room for two.
-  for (int index = 0; index < kTabs; ++index) fraSched(index).Visible = false;
-  fraSched(tabSched.SelectedTab).Visible = true;
 }
 
 void frmSched::cmdClose_Click() {

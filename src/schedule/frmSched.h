@@ -2,12 +2,13 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "frame/app.h"
 #include "messaging/ask.h"
 #include "platform/controls.h"
 #include "platform/fields.h"
-#include "platform/tabs.h"
+#include "platform/tab_pages.h"
 
 namespace vantry {
 
@@ -22,7 +23,6 @@ class frmSched : public Form {
   ~frmSched() override;
   void Form_Load() override;
   void cboCalendar_Click(int index);
-  void tabSched_Click();
   void cmdClose_Click();
 
   /// The controls of one tab. Their names carry its index.
@@ -47,6 +47,7 @@ class frmSched : public Form {
 
   App& app_;
   Ask ask_;
+  std::optional<TabPages> pages_;
   std::array<std::unique_ptr<Pane>, kTabs> panes_;
   std::array<int, kTabs> current_{};  ///< place of the calendar in force; -1 for none
 };

@@ -173,7 +173,7 @@ void addWatchedLocations(App& app) {
 // What all views share
 
 MonitorView::MonitorView(const MainParts& mainParts, Frame& frame, const ViewRow& view)
-    : MainView(mainParts),
+    : MainView(mainParts, frame),
       faDaemon(frame, arrayName("faDaemon", kindOf(view.id).index)),
       cmdEditDaemon(frame, arrayName("cmdEditDaemon", kindOf(view.id).index), "&Edit"),
       cmdPrintDaemon(frame, arrayName("cmdPrintDaemon", kindOf(view.id).index), "&Print"),
@@ -202,11 +202,13 @@ void MonitorView::secure(const Rights& rights) {
 
 void MonitorView::forgetSelection() {
   selectedId_.clear();
-  disable(edit, sort, parts().commands.printDetail);
+  disable(edit, sort);
+  allowDetail(false);
 }
 
 void MonitorView::enablePrinting(bool on) {
-  setEnabled(on, parts().commands.printListing, parts().commands.printDetailAll, print);
+  allowListing(on);
+  allowAllDetails(on);
 }
 
 void MonitorView::refresh() {
@@ -220,6 +222,7 @@ void MonitorView::refresh() {
 void MonitorView::request() {
   addTags();
   for (const Hours& row : kind_.hours) app().message.Add(row.tag, app().preferences.*row.hours);
+  if (kind_.hours.size() == 1) hoursRead_ = app().preferences.*kind_.hours.front().hours;
   parts().showMessage("Requesting Data From Server...");
   ask()(kind_.code, {}, [this] { fillList(); });
 }
@@ -251,7 +254,8 @@ void MonitorView::faDaemon_Click() {
   const int row = faDaemon.Row;
   if (!faDaemon.hasData() || row < faDaemon.FixedRows) return;
   selectedId_ = list_.text(row, kBookingIdColumn);
-  setEnabled(true, edit, sort, parts().commands.printDetail);
+  setEnabled(true, edit, sort);
+  allowDetail(true);
   enablePrinting(true);
   rowSelected();
 }

@@ -39,6 +39,8 @@ class MonitorView : public MainView {
   virtual void forgetSelection();
   /// A row was selected.
   virtual void rowSelected() {}
+  /// The hours that the list looks ahead, where its title tells them.
+  std::string reportText() const override { return hoursRead_; }
   /// Adds what the request has before the hours.
   virtual void addTags();
   /// Whether there is something to ask for.
@@ -60,6 +62,7 @@ class MonitorView : public MainView {
 
   const MonitorKind& kind_;
   std::string selectedId_;
+  std::string hoursRead_;
 };
 
 /// What is in the way of the bookings that come due.

@@ -96,7 +96,7 @@ std::int64_t minutesOf(const DateTime& moment) {
 }  // namespace
 
 PickListView::PickListView(const MainParts& mainParts, Frame& frame, const ViewRow& view)
-    : MainView(mainParts),
+    : MainView(mainParts, frame),
       optDateRange(std::string(kindOf(view.id).options)),
       fpdSpecificDate(frame, arrayName("fpdSpecificDate", kindOf(view.id).index)),
       cmdToday(frame, std::string(kindOf(view.id).today), "T&oday"),
@@ -278,7 +278,7 @@ void PickListView::readItems() {
 }
 
 void PickListView::enablePrinting(bool on) {
-  setEnabled(on, parts().commands.printListing, print);
+  allowListing(on);
 }
 
 void PickListView::faDaemon_RightClick() {

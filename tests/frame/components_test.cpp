@@ -70,7 +70,7 @@ TEST_F(ComponentWindow, ListsAndPrintsWhatIsWrong) {
   EXPECT_FALSE(ComponentsAreValid(desktop, clock, ScriptedFiles{}, "a.so~1.0~1.0~=~b.ini~~~+~", list));
   ASSERT_EQ(desktop.pages.printed.size(), 1U);
   EXPECT_THAT(desktop.pages.printed.front(), testing::HasSubstr("Resource Validation Errors"));
-  EXPECT_THAT(desktop.pages.printed.front(), testing::HasSubstr("24/11/2026  09:00 AM"));
+  EXPECT_THAT(desktop.pages.printed.front(), testing::HasSubstr("24/11/2026  09:00:00 AM"));
   EXPECT_THAT(desktop.pages.printed.front(), testing::HasSubstr("b.ini           File is missing."));
 }
 

@@ -31,7 +31,7 @@ struct ListReports : RecordFixture {
     const auto start = page.find(mark) + mark.size();
     return page.substr(start, page.find('\n', start) - start);
   }
-  std::string status() { return main().StatusBar1.Panels(2).Text; }
+  std::string status() { return main().StatusBar1.Panels(6).Text; }
 };
 
 TEST_F(ListReports, ADayIsPrintedAsItIsOnTheScreen) {

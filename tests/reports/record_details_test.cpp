@@ -208,6 +208,7 @@ Next Maintenance:  | 09/03/2027
 
 {10 bold} Detail Type | Note
 {10} Lamp | New lamp
+Notes | Lamp 3
 
 Maintenance Note:
 Yearly

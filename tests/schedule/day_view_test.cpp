@@ -44,6 +44,19 @@ TEST_F(DayViewTest, RowsShowTimesDatesAndRequesters) {
   EXPECT_TRUE(grid().Redraw);
 }
 
+TEST_F(DayViewTest, PrintCommandsBelongToTheViewThatShows) {
+  startWithBookings(kThree);
+  grid().selectRow(1);
+  EXPECT_TRUE(main().commands.printDetail.Enabled);
+  server.expect("GETOPS").replies("");
+  main().showView(ViewId::Staff);
+  expectDay(kThree);
+  main().GetBookingsForDate();  // as after a save in an open editor
+  for (Command* command :
+       {&main().commands.printDetail, &main().commands.printDetailAll, &main().commands.printListing})
+    EXPECT_FALSE(command->Enabled) << "the staff cannot be printed";
+}
+
 TEST_F(DayViewTest, RowsTakeTheColoursOfTheLegend) {
   startWithBookings(kThree);
   EXPECT_EQ(grid().cell(1, 7).back, day().legend.lblComplete.BackColor.get());

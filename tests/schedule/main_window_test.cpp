@@ -86,6 +86,9 @@ TEST_F(MainWindowTest, EveryWayLeadsToEveryView) {
   const std::set<std::string> pages(desktop.helpTopics.begin(), desktop.helpTopics.end());
   EXPECT_EQ(pages.size(), viewTable().size()) << "each view has a page of its own";
   EXPECT_EQ(desktop.sounds, std::vector<std::string>(viewTable().size(), "click.wav")) << "of the list bar";
+  app->preferences.sounds[0] = "group.wav";
+  main().albDaemon.clickGroup(0);
+  EXPECT_EQ(desktop.sounds.back(), "group.wav");
 }
 
 TEST_F(MainWindowTest, TheHeadingNamesTheKindOfListAndTheView) {
@@ -277,7 +280,10 @@ TEST_F(MainWindowTest, MergedCellsFollowTheOptionsAndAreAppliedOnce) {
   logOn();
   main().showView(ViewId::Day);
   for (const bool on : {true, true, false}) {
-    app->makers.addCommand("frmOptions", [on](App& a) { a.preferences.MergeCells = on; });
+    app->makers.addCommand("frmOptions", [on](App& a) {
+      a.preferences.MergeCells = on;
+      a.main().applyPreferences(Applies::Searches);
+    });
     main().menus.mnuToolsOptions.choose();
     EXPECT_EQ(app->preferences.MergeCells, on);
     EXPECT_EQ(main().menus.mnuViewMergeCells.Checked, on);
