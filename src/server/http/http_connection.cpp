@@ -124,7 +124,10 @@ void HttpConnection::parse() {
     error_code error;
     buffer_.consume(parser_->put(buffer_.data(), error));
     if (error == http::error::need_more) return read();
-    if (error) return refuse(errorReply(statusOf(error)));
+    if (error) {
+      if (!headTaken_) request_.address = parts_.clients.addressOf(peer_, {});
+      return refuse(errorReply(statusOf(error)));
+    }
     if (headTaken_ || !parser_->is_header_done()) continue;
     headTaken_ = true;
     deadline_ = (begunAt_ + limits().request).time_since_epoch().count();
