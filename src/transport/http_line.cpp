@@ -3,6 +3,7 @@
 #include <httplib.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <stdexcept>
 
 #include "transport/server_address.h"
@@ -84,6 +85,20 @@ HttpTransport::Line::Answer HttpTransport::Line::call(const char* method, const 
   return answer;
 }
 
+HttpTransport::Line::Answer HttpTransport::Line::callWhileBusy(const char* method, const std::string& path,
+                                                               const Headers& headers,
+                                                               const std::string& body) {
+  constexpr int unavailable = 503;
+  const auto last = Clock::now() + options_.busyLimit;
+  for (;;) {
+    Answer answer = call(method, path, headers, body, true);
+    const bool busy = answer.outcome == Answer::Outcome::Answered && answer.status == unavailable &&
+                      answer.retryAfter > std::chrono::seconds(0);
+    if (!busy || Clock::now() + answer.retryAfter > last) return answer;
+    options_.wait(answer.retryAfter);
+  }
+}
+
 HttpTransport::Line::Answer HttpTransport::Line::callOnce(const char* method, const std::string& path,
                                                           const Headers& headers, const std::string& body) {
   const auto start = Clock::now();
@@ -101,7 +116,11 @@ HttpTransport::Line::Answer HttpTransport::Line::callOnce(const char* method, co
   lastUse_ = Clock::now();
   if (result) {
     isKept_ = true;
-    return {Answer::Outcome::Answered, result->status, std::move(reader.body), {}};
+    return {Answer::Outcome::Answered,
+            result->status,
+            std::move(reader.body),
+            std::chrono::seconds(std::strtol(result->get_header_value("Retry-After").c_str(), nullptr, 10)),
+            {}};
   }
   close();
 

@@ -27,7 +27,8 @@ class HttpTransport::Line {
     Outcome outcome = Outcome::Unsent;
     int status = 0;
     std::string body;
-    std::string reason;  ///< one sentence for the operator, where nothing was answered
+    std::chrono::seconds retryAfter{0};  ///< what the server asks to wait before the next try
+    std::string reason;                  ///< one sentence for the operator, where nothing was answered
   };
 
   explicit Line(Options options);
@@ -37,6 +38,10 @@ class HttpTransport::Line {
   /// closed.
   Answer call(const char* method, const std::string& path, const Headers& headers, std::string body,
               bool mayRepeat);
+  /// The same for a call that may be sent again by its id. While the server asks to come again in a moment,
+  /// the call waits and is repeated, for as long as `busyLimit` allows.
+  Answer callWhileBusy(const char* method, const std::string& path, const Headers& headers,
+                       const std::string& body);
   /// The next call opens a new connection.
   void close();
   bool secured() const { return secured_; }

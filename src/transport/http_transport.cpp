@@ -140,7 +140,8 @@ bool HttpTransport::changePassword(std::string_view old, std::string_view fresh,
 
 DeliveryResult HttpTransport::send(const Request& request) {
   const Line::Headers headers = {{"Authorization", "Bearer " + session_}, {"Request-Id", request.id}};
-  auto answer = line_->call("POST", "/v1/request/" + request.code, headers, requestBody(request.tags), true);
+  auto answer =
+      line_->callWhileBusy("POST", "/v1/request/" + request.code, headers, requestBody(request.tags));
   using Outcome = Line::Answer::Outcome;
   if (answer.outcome != Outcome::Answered) {
     const bool unsent = answer.outcome == Outcome::Unsent;

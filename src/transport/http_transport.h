@@ -1,9 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "messaging/transport.h"
 
@@ -28,6 +30,12 @@ class HttpTransport : public Transport {
     std::chrono::milliseconds replyLimit{120'000};   ///< how long a whole reply may take
     /// A connection that was idle for so long is replaced. Shorter than any server keeps one.
     std::chrono::milliseconds idleLimit{45'000};
+    /// How long a request is repeated to a server that is busy before the operator is asked.
+    std::chrono::milliseconds busyLimit{5'000};
+    /// Lets the time pass between two tries.
+    std::function<void(std::chrono::milliseconds)> wait = [](std::chrono::milliseconds time) {
+      std::this_thread::sleep_for(time);
+    };
     std::size_t largestReply = 256U * 1024 * 1024;  ///< in bytes
   };
 

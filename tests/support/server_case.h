@@ -81,6 +81,7 @@ class ServerCase : public testing::Test {
   void SetUp() override;
   ~ServerCase() override;
 
+  [[nodiscard]] Server::Options options() const;
   void start();
   void stop();
   /// Starts a second server on the same database.
@@ -102,7 +103,6 @@ class ServerCase : public testing::Test {
   std::unique_ptr<Server> server;
 
  private:
-  [[nodiscard]] Server::Options options() const;
   std::string kind_;
   std::unique_ptr<TestStore> place_;
   std::unique_ptr<Database> store_;

@@ -106,6 +106,29 @@ TEST_F(Misbehaving, EveryStatusHasItsMeaning) {
   EXPECT_EQ(server.requests().size(), 2 * cases.size() + 1) << "nothing is sent twice";
 }
 
+TEST_F(Misbehaving, ABusyServerIsAskedAgainForAWhile) {
+  const std::string busy =
+      "HTTP/1.1 503 Status\r\nRetry-After: 1\r\nContent-Length: 16\r\n\r\n{\"error\":\"Busy\"}";
+  std::vector<std::chrono::milliseconds> waits;
+  HttpTransport::Options options{server.address()};
+  options.wait = [&](std::chrono::milliseconds time) { waits.push_back(time); };
+  server.says(busy);
+  server.says(busy);
+  server.answers(200, record(), RawServer::After::HangUp);
+  EXPECT_EQ(HttpTransport(options).send({"id-1", "BOOKDAY", {}}).delivery, Delivery::Answered);
+  EXPECT_EQ(waits, (std::vector<std::chrono::milliseconds>(2, std::chrono::seconds(1))));
+  ASSERT_EQ(server.requests().size(), 3U);
+  EXPECT_EQ(server.requests()[0], server.requests()[2]) << "with the same id";
+
+  options.busyLimit = std::chrono::milliseconds(500);
+  HttpTransport impatient(options);
+  server.says(busy);
+  const DeliveryResult result = impatient.send({"id-2", "BOOKDAY", {}});
+  EXPECT_EQ(result.delivery, Delivery::NotDelivered) << "and then the operator is asked";
+  EXPECT_EQ(result.reason, "Busy");
+  EXPECT_EQ(server.requests().size(), 4U);
+}
+
 TEST_F(Misbehaving, NonsenseLeavesUnknownWhatWasRun) {
   server.answers(200, record("x"));
   server.answers(200, "<html>Welcome</html>");

@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::size_t shortestPassword = 8;
 constexpr std::size_t longestPassword = 512;
+constexpr std::size_t longestName = 64;
 
 void prepare() {
   static const bool ready = sodium_init() >= 0;
@@ -62,6 +63,10 @@ bool matchesPassword(std::string_view hash, std::string_view password) {
 
 void wasteCheck(std::string_view password, HashCost cost) {
   (void)hashPassword(password, cost);
+}
+
+bool mayBeLogin(std::string_view name, std::string_view password) {
+  return name.size() <= longestName && password.size() <= longestPassword;
 }
 
 std::string weaknessOf(std::string_view password) {

@@ -16,6 +16,10 @@ enum class HashCost { Interactive, Quick };
 /// Does the work of a check that must fail, so that an unknown operator takes as long as a wrong password.
 void wasteCheck(std::string_view password, HashCost cost = HashCost::Interactive);
 
+/// Whether the name and the password are short enough to be those of an operator. Longer ones are refused
+/// before anything is stored of them.
+[[nodiscard]] bool mayBeLogin(std::string_view name, std::string_view password);
+
 /// What a new password lacks, as one sentence; empty for an acceptable one.
 [[nodiscard]] std::string weaknessOf(std::string_view password);
 

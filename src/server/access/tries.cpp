@@ -1,6 +1,7 @@
 #include "server/access/tries.h"
 
 #include <algorithm>
+#include <string>
 
 #include "server/access/operators.h"
 #include "server/store/query.h"
@@ -9,45 +10,58 @@ namespace vantry::server {
 
 namespace {
 
-struct Tries {
+struct Failures {
   int count = 0;
   Moment oldest = 0;
+  Moment latest = 0;
 };
 
 /// Those of the last while. What lies ahead was written before the clock was set back, and counts no more:
 /// it would lock people out until the clock has come there again.
-Tries countTries(Connection& db, const char* sql, std::string_view who, Moment now) {
-  Tries tries;
+Failures failuresOf(Connection& db, std::string_view login, std::string_view address, Moment now) {
+  const std::string name = loginKey(login);
+  std::string sql = "select count(*), min(at), max(at) from login_failures where at > :since and at <= :now";
+  if (!login.empty()) sql += " and login = :login";
+  if (!address.empty()) sql += " and address = :address";
+  Failures failures;
   Query query(db, sql);
-  query.bind("who", who).bind("since", now - tryWindow).bind("now", now).into(tries.count, tries.oldest);
+  query.bind("since", now - tryWindow).bind("now", now);
+  if (!login.empty()) query.bind("login", name);
+  if (!address.empty()) query.bind("address", address);
+  query.into(failures.count, failures.oldest, failures.latest);
   while (query.next()) {
   }
-  return tries;
+  return failures;
 }
 
-Moment waitFor(const Tries& tries, int most, Moment now) {
-  return tries.count < most ? 0 : std::max<Moment>(tries.oldest + tryWindow - now, 1);
+Moment delayOf(const Failures& failures, int free, Moment now) {
+  if (failures.count < free) return 0;
+  const int doublings = std::min(failures.count - free, 10);
+  return failures.latest + std::min(Moment{1} << doublings, longestDelay) - now;
 }
 
 }  // namespace
 
-std::optional<Moment> bookLoginTry(Connection& db, std::string_view login, std::string_view address,
-                                   Moment now) {
-  const Tries byLogin = countTries(
-      db, "select count(*), min(at) from login_failures where login = :who and at > :since and at <= :now",
-      loginKey(login), now);
-  const Tries byAddress = countTries(
-      db, "select count(*), min(at) from login_failures where address = :who and at > :since and at <= :now",
-      address, now);
-  const Moment wait =
-      std::max(waitFor(byLogin, mostTriesPerLogin, now), waitFor(byAddress, mostTriesPerAddress, now));
-  if (wait > 0) return wait;
-  Query query(db, "insert into login_failures (login, address, at) values (:login, :address, :at)");
-  query.bind("login", loginKey(login)).bind("address", address).bind("at", now).run();
-  return std::nullopt;
+std::optional<Moment> waitBeforeTry(Connection& db, std::string_view login, std::string_view address,
+                                    Moment now) {
+  const Failures both = failuresOf(db, login, address, now);
+  const Moment stopped = both.count < mostFailures ? 0 : std::max<Moment>(both.oldest + tryWindow - now, 1);
+  const Moment wait = std::max({stopped, delayOf(failuresOf(db, login, {}, now), freeFailuresPerName, now),
+                                delayOf(failuresOf(db, {}, address, now), freeFailuresPerAddress, now)});
+  return wait > 0 ? std::optional(wait) : std::nullopt;
 }
 
-void forgetLoginTries(Connection& db, std::string_view login) {
+void noteFailedTry(Connection& db, std::string_view login, std::string_view address, Moment now) {
+  Query query(db, "insert into login_failures (login, address, at) values (:login, :address, :at)");
+  query.bind("login", loginKey(login)).bind("address", address).bind("at", now).run();
+}
+
+void forgetFailures(Connection& db, std::string_view login, std::string_view address) {
+  Query query(db, "delete from login_failures where login = :login and address = :address");
+  query.bind("login", loginKey(login)).bind("address", address).run();
+}
+
+void forgetFailures(Connection& db, std::string_view login) {
   Query query(db, "delete from login_failures where login = :login");
   query.bind("login", loginKey(login)).run();
 }

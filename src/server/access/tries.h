@@ -8,15 +8,24 @@
 
 namespace vantry::server {
 
-/// How many tries to log on are allowed within the window, for one operator name and from one address.
-inline constexpr int mostTriesPerLogin = 5;
-inline constexpr int mostTriesPerAddress = 30;
+/// How many failed tries to log on count, and for how long. One address may fail so often with one name, and
+/// is then stopped for that name. What fails beyond the free ones with one name from anywhere, or from one
+/// address with any name, makes the next try wait longer and longer. So nobody can lock a name for good.
+inline constexpr int mostFailures = 5;
+inline constexpr int freeFailuresPerName = 5;
+inline constexpr int freeFailuresPerAddress = 60;
+inline constexpr Moment longestDelay = 30;
 inline constexpr Moment tryWindow = 5 * minute;
 
-/// Records one try. Where there were too many already, records nothing and returns the seconds to wait.
-[[nodiscard]] std::optional<Moment> bookLoginTry(Connection& db, std::string_view login,
-                                                 std::string_view address, Moment now);
-void forgetLoginTries(Connection& db, std::string_view login);
+/// The seconds to wait before the next try; nothing when it may be made now.
+[[nodiscard]] std::optional<Moment> waitBeforeTry(Connection& db, std::string_view login,
+                                                  std::string_view address, Moment now);
+void noteFailedTry(Connection& db, std::string_view login, std::string_view address, Moment now);
+
+/// Forgets the failures of the name from this address, after a success.
+void forgetFailures(Connection& db, std::string_view login, std::string_view address);
+/// Forgets those from all addresses.
+void forgetFailures(Connection& db, std::string_view login);
 
 /// Drops the tries before the window, and those that a clock set back has left in the future.
 void dropOldTries(Connection& db, Moment now);

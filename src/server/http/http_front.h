@@ -2,7 +2,9 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "server/http/http_limits.h"
 #include "server/requests/runner.h"
 
 namespace vantry::server {
@@ -12,12 +14,16 @@ struct HttpOptions {
   int port = 0;             ///< 0 takes any free one
   std::string certificate;  ///< PEM file; empty for plain HTTP
   std::string key;          ///< PEM file
-  int threads = 64;         ///< clients that may keep a connection open at one time
+  int threads = 8;          ///< requests that are worked on at one time
+  HttpLimits limits;
+  std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
 };
 
-/// Speaks HTTP for a RequestRunner. Translates, and decides nothing.
+/// Speaks HTTP for a RequestRunner. One thread reads and writes on all connections, so that an idle one costs
+/// nothing but memory; requests that have arrived whole are worked on by others.
 class HttpFront {
  public:
+  /// Starts the workers. Throws std::runtime_error when they, or the certificate, cannot be had.
   HttpFront(RequestRunner& runner, const HttpOptions& options);
   ~HttpFront();
   HttpFront(const HttpFront&) = delete;
@@ -27,7 +33,11 @@ class HttpFront {
   void start();
   [[nodiscard]] int port() const;
 
-  /// Ends all connections, waits for the requests under way.
+  /// Reads the certificate and its key again, for connections to come. Throws std::runtime_error when they
+  /// cannot be used; the ones before stay in use then.
+  void reloadCertificate();
+
+  /// Ends all connections; those whose request is under way get their reply first.
   void stop();
 
  private:

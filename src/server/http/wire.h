@@ -9,7 +9,8 @@
 
 namespace vantry::server {
 
-/// Reads {"tags":[["TAG","value"],...]}; nothing when the text is not of that shape.
+/// Reads {"tags":[["TAG","value"],...]}; nothing when the text is not of that shape or has more than 2,000
+/// tags.
 [[nodiscard]] std::optional<std::vector<TagValue>> readMessage(std::string_view json);
 
 /// Reads an object whose members are the two named texts and no other; nothing otherwise.

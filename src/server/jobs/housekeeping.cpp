@@ -77,6 +77,8 @@ void Housekeeper::keepHouseOnce() {
         momentText(now));
   } catch (const StoreError& error) {
     spdlog::warn("housekeeping is put off: {}", error.what());
+  } catch (const std::exception& error) {
+    spdlog::error("housekeeping failed: {}", error.what());
   }
 }
 

@@ -8,6 +8,8 @@
 #include <charconv>
 #include <iostream>
 
+#include <systemd/sd-daemon.h>
+
 #include <spdlog/spdlog.h>
 
 #include "server/access/audit.h"
@@ -94,10 +96,38 @@ bool isLoopback(const std::string& address) {
   return address == "localhost" || address == "::1" || address.starts_with("127.");
 }
 
-/// Waits for the signal that ends the program. Blocked in every thread, so that it arrives here.
-void waitForEnd(const sigset_t& ends) {
-  int signal = 0;
-  sigwait(&ends, &signal);
+Moment momentIn(const std::string& text) {
+  const std::optional<Moment> moment = parseMoment(text);
+  if (!moment) throw UserError("\"" + text + "\" is no date.");
+  return *moment;
+}
+
+/// The signals that the program waits for, blocked in every thread from now on, so that they arrive there.
+sigset_t blockSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, each);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signals;
+}
+
+void reloadCertificate(Server& server) {
+  try {
+    server.reloadCertificate();
+    spdlog::info("the certificate was read again");
+  } catch (const std::runtime_error& error) {
+    spdlog::error("the certificate stays the one before: {}", error.what());
+  }
+}
+
+/// Waits for the signal that ends the program; a hang-up has the certificate read again.
+void waitForEnd(const sigset_t& awaited, Server& server) {
+  for (;;) {
+    int signal = 0;
+    sigwait(&awaited, &signal);
+    if (signal != SIGHUP) return;
+    reloadCertificate(server);
+  }
 }
 
 }  // namespace
@@ -123,18 +153,15 @@ void makeDemo(const std::string& database, DemoOptions options, const std::vecto
   std::cout << "The demo library stands in " << database << ".\n";
 }
 
-void serve(const Server::Options& options, bool behindProxy) {
-  if (options.certificate.empty() && !isLoopback(options.address) && !behindProxy) {
+void serve(const ServeCommand& command) {
+  const Server::Options& options = command.options;
+  const bool isPublic = !isLoopback(options.address);
+  if (options.certificate.empty() && isPublic && !command.behindProxy) {
     throw UserError(
         "Passwords would travel in the clear: give --certificate and --key, or say --behind-proxy when "
-        "something in "
-        "front of this server speaks TLS.");
+        "something in front of this server speaks TLS.");
   }
-  sigset_t ends;
-  sigemptyset(&ends);
-  sigaddset(&ends, SIGINT);
-  sigaddset(&ends, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+  const sigset_t awaited = blockSignals();
   std::atomic<bool> lost = false;
   Server::Options own = options;
   own.takesTimeZone = true;
@@ -143,13 +170,48 @@ void serve(const Server::Options& options, bool behindProxy) {
     kill(getpid(), SIGTERM);
   };
   Server server(own);
+  if (isPublic && !command.demoIsFine && hasDemoPasswords(options.database)) {
+    throw UserError(
+        "This is the demo library, and everybody knows its passwords. Say --demo-is-fine to serve it beyond "
+        "this machine all the same.");
+  }
   server.start();
   spdlog::info("serving on {} port {}{}", options.address, server.port(),
                options.certificate.empty() ? "" : " with TLS");
-  waitForEnd(ends);
+  sd_notify(0, "READY=1");
+  waitForEnd(awaited, server);
   spdlog::info("stopping");
+  sd_notify(0, "STOPPING=1");
   server.stop();
   if (lost) throw std::runtime_error(sentenceFor(StoreError::Kind::Moved, options.database));
+}
+
+void printAudit(const std::string& url, const AuditCommand& command) {
+  AuditFilter filter = command.filter;
+  if (!command.since.empty()) filter.since = momentIn(command.since);
+  if (!command.before.empty()) filter.before = momentIn(command.before);
+  std::vector<AuditRow> rows;
+  onLibrary(
+      url, [&](Database& database) { database.read([&](Connection& db) { rows = auditRows(db, filter); }); });
+  for (const AuditRow& row : rows) {
+    std::cout << momentText(row.at) << '\t' << row.login << '\t' << row.location << '\t' << row.action << '\t'
+              << row.subject << '\t' << row.detail << '\n';
+  }
+}
+
+void pruneAudit(const std::string& url, const std::string& before) {
+  constexpr int atOnce = 5'000;  // so that the desks do not wait for the whole of it
+  const Moment moment = momentIn(before);
+  std::int64_t dropped = 0;
+  onLibrary(url, [&](Database& database) {
+    for (std::int64_t last = atOnce; last == atOnce; dropped += last) {
+      database.write([&](Connection& db) { last = dropAuditBefore(db, moment, atOnce); });
+    }
+    database.write([&](Connection& db) {
+      audit(db, nullptr, wallClock(), "audit pruned", before, std::to_string(dropped) + " rows");
+    });
+  });
+  std::cout << dropped << " rows of the audit were deleted.\n";
 }
 
 void backUpTo(const std::string& database, const std::string& file) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "server/access/audit_list.h"
 #include "server/catalogue/marc_import.h"
 #include "server/program/server.h"
 
@@ -21,7 +22,13 @@ struct OperatorCommand {
 void initialise(const std::string& database, const std::string& zone);
 /// Takes the day of `--bookings-on` and its number; an empty list for none.
 void makeDemo(const std::string& database, DemoOptions options, const std::vector<std::string>& bookingsOn);
-void serve(const Server::Options& options, bool behindProxy);
+struct ServeCommand {
+  Server::Options options;
+  bool behindProxy = false;
+  bool demoIsFine = false;
+};
+void serve(const ServeCommand& command);
+
 /// Imports a catalogue file and prints the counts; bad records are printed to the standard error.
 void importMarcFile(const std::string& database, const std::string& file, const ImportOptions& options);
 /// Writes the library's rules to the standard output.
@@ -29,6 +36,16 @@ void printRules(const std::string& database);
 /// Applies the rules of a file, or only checks it, and prints the counts; faults are printed to the standard
 /// error.
 void takeRulesFrom(const std::string& database, const std::string& file, bool checkOnly);
+/// Prints rows of the audit. The dates are texts as the operator gave them; empty ones ask for all.
+struct AuditCommand {
+  std::string since;
+  std::string before;
+  AuditFilter filter;
+};
+void printAudit(const std::string& database, const AuditCommand& command);
+/// Deletes what is older than the date, and leaves a row that says so.
+void pruneAudit(const std::string& database, const std::string& before);
+
 void backUpTo(const std::string& database, const std::string& file);
 void restoreFrom(const std::string& database, const std::string& file);
 /// Lets housekeeping go on from now, where it waits because the clock has jumped.

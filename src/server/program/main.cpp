@@ -22,11 +22,12 @@ struct Given {
   std::string name;
   std::string library;
   std::string zone;
-  bool behindProxy = false;
   bool checkOnly = false;
   DemoOptions demo;
   std::vector<std::string> bookingsOn;
-  Server::Options server;
+  ServeCommand serve;
+  AuditCommand audit;
+  std::string logLevel = "info";
   OperatorCommand account;
   ImportOptions import;
   PatronImportUse patrons;
@@ -79,23 +80,43 @@ void describeServing(CLI::App& app, Given& given) {
   demo->callback([&given] { makeDemo(given.database, given.demo, given.bookingsOn); });
 
   CLI::App* serving = app.add_subcommand("serve", "Serve the database over HTTP");
-  given.server.port = 8750;
-  serving->add_option("--address", given.server.address, "Address to listen on")->capture_default_str();
-  serving->add_option("--port", given.server.port, "Port to listen on; 0 takes any")->capture_default_str();
-  serving->add_option("--certificate", given.server.certificate, "PEM file of the certificate, for HTTPS");
-  serving->add_option("--key", given.server.key, "PEM file of its key");
-  serving->add_option("--threads", given.server.threads, "Clients that may stay connected at one time")
+  given.serve.options.port = 8750;
+  serving->add_option("--address", given.serve.options.address, "Address to listen on")
       ->capture_default_str();
-  serving->add_option("--connections", given.server.connections, "Connections to the database, at most")
+  serving->add_option("--connections", given.serve.options.connections, "Connections to the database, at most")
       ->check(CLI::Range(2, 1000))
       ->capture_default_str();
-  serving->add_option("--most-found", given.server.mostFound, "Hits that a search tells; all are counted")
+  serving->add_option("--port", given.serve.options.port, "Port to listen on; 0 takes any")
+      ->capture_default_str();
+  serving->add_option("--certificate", given.serve.options.certificate,
+                      "PEM file of the certificate, for HTTPS");
+  serving->add_option("--key", given.serve.options.key, "PEM file of its key");
+  serving->add_option("--threads", given.serve.options.threads, "Requests that are worked on at one time")
+      ->check(CLI::Range(1, 256))
+      ->capture_default_str();
+  serving->add_option("--most-connections", given.serve.options.limits.connections, "Connections in all")
+      ->capture_default_str();
+  serving
+      ->add_option("--most-per-address", given.serve.options.limits.connectionsPerAddress,
+                   "Connections of one client's address")
+      ->capture_default_str();
+  serving->add_option("--trusted-proxy", given.serve.options.trustedProxies,
+                      "Address or network of a proxy whose X-Forwarded-For is believed; may be repeated");
+  serving
+      ->add_option("--most-found", given.serve.options.mostFound, "Hits that a search tells; all are counted")
       ->check(CLI::Range(1, 32'767))
       ->capture_default_str();
-  serving->add_flag("--behind-proxy", given.behindProxy, "Something in front of this server speaks TLS");
+  serving->add_flag("--behind-proxy", given.serve.behindProxy,
+                    "Something in front of this server speaks TLS");
+  serving->add_flag("--demo-is-fine", given.serve.demoIsFine,
+                    "Serve the demo library, whose passwords everybody knows, beyond this machine");
+  serving->add_option("--log", given.logLevel, "debug tells every request, info those that failed")
+      ->check(CLI::IsMember({"debug", "info", "warning", "error"}))
+      ->capture_default_str();
   serving->callback([&given] {
-    given.server.database = given.database;
-    serve(given.server, given.behindProxy);
+    given.serve.options.database = given.database;
+    spdlog::set_level(spdlog::level::from_str(given.logLevel));
+    serve(given.serve);
   });
 
   CLI::App* doctor =
@@ -113,6 +134,23 @@ void describeServing(CLI::App& app, Given& given) {
   CLI::App* restoring = app.add_subcommand("restore", "Make the database from such a copy");
   restoring->add_option("file", given.file, "The file to read")->required();
   restoring->callback([&given] { restoreFrom(given.database, given.file); });
+}
+
+void describeAudit(CLI::App& app, Given& given) {
+  CLI::App* audit = app.add_subcommand("audit", "What was done, and by whom")->require_subcommand(1);
+  CLI::App* show = audit->add_subcommand("show", "Write it to the standard output, the oldest first");
+  show->add_option("--since", given.audit.since, "From this day on, YYYY-MM-DD");
+  show->add_option("--before", given.audit.before, "Before this day");
+  show->add_option("--operator", given.audit.filter.login, "Done by this operator");
+  show->add_option("--action", given.audit.filter.action, "This action, \"login refused\" for example");
+  show->add_option("--subject", given.audit.filter.subject, "Done to this");
+  show->add_option("--most", given.audit.filter.most, "The latest rows, so many")
+      ->check(CLI::Range(1, 1'000'000))
+      ->capture_default_str();
+  show->callback([&given] { printAudit(given.database, given.audit); });
+  CLI::App* prune = audit->add_subcommand("prune", "Delete what is older");
+  prune->add_option("--before", given.audit.before, "The first day that is kept, YYYY-MM-DD")->required();
+  prune->callback([&given] { pruneAudit(given.database, given.audit.before); });
 }
 
 void describeLibrary(CLI::App& app, Given& given) {
@@ -182,9 +220,10 @@ void describeOperators(CLI::App& app, Given& given) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // What is written holds names, keys and hashes: it is for this user alone.
+  umask(077);
   std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is told as a full disk
-  umask(077);                     // the database, its copies and its key are nobody else's
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a full disk, and told as one
   Given given;
   CLI::App app("The server of a library's booking desks.", "vantry-server");
   app.require_subcommand(1);
@@ -195,6 +234,7 @@ int main(int argc, char** argv) {
   describeServing(app, given);
   describeImport(app, given);
   describeRules(app, given);
+  describeAudit(app, given);
   describeLibrary(app, given);
   describeOperators(app, given);
   try {

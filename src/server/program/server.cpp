@@ -55,7 +55,9 @@ class Server::Impl {
                          .port = options.port,
                          .certificate = options.certificate,
                          .key = options.key,
-                         .threads = options.threads}) {}
+                         .threads = options.threads,
+                         .limits = options.limits,
+                         .trustedProxies = options.trustedProxies}) {}
 
   ~Impl() { stop(); }
 
@@ -74,6 +76,7 @@ class Server::Impl {
   }
 
   [[nodiscard]] int port() const { return front_.port(); }
+  void reloadCertificate() { front_.reloadCertificate(); }
 
  private:
   Database database_;
@@ -96,6 +99,10 @@ void Server::start() {
 
 int Server::port() const {
   return impl_->port();
+}
+
+void Server::reloadCertificate() {
+  impl_->reloadCertificate();
 }
 
 void Server::stop() {

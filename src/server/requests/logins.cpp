@@ -17,9 +17,6 @@ namespace vantry::server {
 
 namespace {
 
-/// Tries are counted before they are recorded, so that they run one after another.
-constexpr std::string_view tryKey = "log-on";
-
 /// The right for which a supervisor is asked.
 std::string_view rightAskedFor(const Message& message) {
   for (const std::string_view right : {tags::OVPAT, tags::OVITM, tags::OVOTR}) {
@@ -35,10 +32,11 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   const Moment now = clock_();
   std::optional<OperatorAccount> account;
   std::optional<Moment> wait;
-  // The try is booked before it is made, so that many at once count as many.
-  database_.writeApart(tryKey, [&](Connection& db) {
+  if (!mayBeLogin(name, password))
+    return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
+  database_.read([&](Connection& db) {
     account = findOperator(db, name);
-    wait = bookLoginTry(db, name, address, now);
+    wait = waitBeforeTry(db, name, address, now);
   });
   if (wait) return {.kind = LoginResult::Kind::TooMany, .token = {}, .login = {}, .retryAfter = *wait};
   const bool known = account && account->active;
@@ -46,8 +44,11 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   const bool granted = known && matchesPassword(account->password, password);
   std::string token;
   database_.writeApart({}, [&](Connection& db) {
-    if (!granted) return audit(db, nullptr, now, "login refused", name, address);
-    forgetLoginTries(db, name);
+    if (!granted) {
+      noteFailedTry(db, name, address, now);
+      return audit(db, nullptr, now, "login refused", name, address);
+    }
+    forgetFailures(db, name, address);
     token = openSession(db, account->id, now);
     Session session;
     session.operatorId = account->id;
@@ -55,6 +56,12 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   });
   if (!granted) return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
   return {.kind = LoginResult::Kind::Granted, .token = token, .login = account->login, .retryAfter = 0};
+}
+
+bool RequestRunner::knowsSession(std::string_view token) const {
+  bool known = false;
+  database_.read([&](Connection& db) { known = findSession(db, token, clock_()).has_value(); });
+  return known;
 }
 
 bool RequestRunner::logout(std::string_view token) {
@@ -75,29 +82,31 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
   std::optional<Session> session;
   std::optional<OperatorAccount> account;
   std::optional<Moment> wait;
-  database_.writeApart(tryKey, [&](Connection& db) {
+  database_.read([&](Connection& db) {
     session = findSession(db, token, now);
     if (!session) return;
     account = findOperator(db, session->login);
-    wait = bookLoginTry(db, session->login, address, now);
+    wait = waitBeforeTry(db, session->login, address, now);
   });
   if (!session || !account) return {.kind = Kind::NoSession, .weakness = {}, .retryAfter = 0};
   const auto note = [&](Connection& db, std::string_view action) {
     audit(db, &*session, now, action, session->login, address);
   };
-  const auto noteRefusal = [&] { database_.write([&](Connection& db) { note(db, "password refused"); }); };
   if (wait) {
-    noteRefusal();
+    database_.writeApart({}, [&](Connection& db) { note(db, "password refused"); });
     return {.kind = Kind::TooMany, .weakness = {}, .retryAfter = *wait};
   }
-  if (!matchesPassword(account->password, old)) {
-    noteRefusal();
+  if (!mayBeLogin(session->login, old) || !matchesPassword(account->password, old)) {
+    database_.writeApart({}, [&](Connection& db) {
+      noteFailedTry(db, session->login, address, now);
+      note(db, "password refused");
+    });
     return {.kind = Kind::WrongOld, .weakness = {}, .retryAfter = 0};
   }
   const std::string weakness = weaknessOf(fresh);
   const std::string hash = weakness.empty() ? hashPassword(fresh, cost_) : std::string();
   database_.writeApart({}, [&](Connection& db) {
-    forgetLoginTries(db, session->login);
+    forgetFailures(db, session->login, address);
     if (!weakness.empty()) return note(db, "password refused");
     setPassword(db, account->id, hash);
     closeSessionsOf(db, account->id, session->token);
@@ -105,6 +114,11 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
   });
   if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness, .retryAfter = 0};
   return {.kind = Kind::Changed, .weakness = {}, .retryAfter = 0};
+}
+
+/// Failures count for the session and not for an address, so that one desk's cannot stop the others'.
+static std::string deskOf(const Session& session) {
+  return "session " + session.token;
 }
 
 /// What is known of a supervisor's login before the password is looked at.
@@ -121,10 +135,9 @@ RequestRunner::Supervisor RequestRunner::meetSupervisor(Connection& db, const In
   met.judged = judge(db, incoming, now);
   if (!met.judged.session || met.judged.refusal || met.judged.stored) return met;
   const Message message(incoming.tags);
+  if (!mayBeLogin(message.text(tags::OI), {})) return met;
   met.account = findOperator(db, message.text(tags::OI));
-  // Tries count for this session and not for an address, so that one desk's cannot stop the others'.
-  const std::string desk = "session " + met.judged.session->token;
-  met.tooMany = bookLoginTry(db, message.text(tags::OI), desk, now).has_value();
+  met.tooMany = waitBeforeTry(db, message.text(tags::OI), deskOf(*met.judged.session), now).has_value();
   if (!met.account) return met;
   Session supervisor = *met.judged.session;
   supervisor.operatorId = met.account->id;
@@ -135,7 +148,8 @@ RequestRunner::Supervisor RequestRunner::meetSupervisor(Connection& db, const In
 
 int RequestRunner::judgeSupervisor(const Supervisor& met, std::string_view sealed) const {
   const std::optional<std::string> password = openSealed(keys_, sealed);
-  const bool known = met.account && met.account->active && password && !met.tooMany;
+  const bool sound = password && mayBeLogin({}, *password);
+  const bool known = met.account && met.account->active && sound && !met.tooMany;
   if (!known) {
     wasteCheck(sealed, cost_);
     return rc::wrongLogin;
@@ -148,7 +162,7 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
   const Moment now = clock_();
   const Message message(incoming.tags);
   Supervisor met;
-  database_.writeApart(tryKey, [&](Connection& db) { met = meetSupervisor(db, incoming, now); });
+  database_.read([&](Connection& db) { met = meetSupervisor(db, incoming, now); });
   Answer answer;
   if (!met.judged.session) return answer;
   answer.kind = Answer::Kind::Done;
@@ -167,9 +181,13 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
       answer = repeat(*stored, incoming.code, digest);
       return;
     }
-    if (outcome != rc::wrongLogin) forgetLoginTries(db, message.text(tags::OI));
+    const std::string_view name = message.text(tags::OI);
+    const bool mayBeOne = mayBeLogin(name, {});
+    const std::string desk = deskOf(*met.judged.session);
+    if (outcome != rc::wrongLogin) forgetFailures(db, name, desk);
+    if (outcome == rc::wrongLogin && mayBeOne && !met.tooMany) noteFailedTry(db, name, desk, now);
     audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",
-          message.text(tags::OI), rightAskedFor(message));
+          mayBeOne ? name : std::string_view{}, rightAskedFor(message));
     storeReply(db, key, {std::string(incoming.code), digest, answer.json}, now);
   });
   return answer;

@@ -36,6 +36,9 @@ class RequestRunner {
   };
   [[nodiscard]] LoginResult login(std::string_view name, std::string_view password, std::string_view address);
 
+  /// Whether the token opens a session now; one cheap read.
+  [[nodiscard]] bool knowsSession(std::string_view token) const;
+
   /// False when the token opens no session.
   bool logout(std::string_view token);
 

@@ -184,7 +184,7 @@ void setRights(Connection& db, std::string_view login, std::string_view location
 void setOperatorPassword(Connection& db, std::string_view login, std::string_view passwordHash, Moment now) {
   const OperatorAccount account = needOperator(db, login);
   setPassword(db, account.id, passwordHash);
-  forgetLoginTries(db, account.login);
+  forgetFailures(db, account.login);
   closeSessionsOf(db, account.id, {});
   auditCommand(db, now, "password set", account.login, {});
 }

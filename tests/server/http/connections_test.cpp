@@ -4,18 +4,34 @@
 #include <cstdlib>
 #include <thread>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "server/store/query.h"
 #include "support/server_case.h"
+#include "support/server_raw_line.h"
 
 namespace vantry::server {
 namespace {
 
+using test::RawLine;
 using test::ServerCase;
 using test::WireClient;
 
+const std::string healthCall = "GET /v1/health HTTP/1.1\r\nHost: x\r\n\r\n";
+
 class ConnectionsTest : public ServerCase {
  protected:
+  /// A server on the same database with narrow limits.
+  std::unique_ptr<Server> limited(const HttpLimits& limits, int threads = 2) {
+    Server::Options narrow = options();
+    narrow.limits = limits;
+    narrow.threads = threads;
+    auto started = std::make_unique<Server>(narrow);
+    started->start();
+    return started;
+  }
+
   /// Wide enough for a loaded machine, and far below the minutes that a kept connection would live.
   static constexpr std::chrono::seconds soon{20};
 };
@@ -29,10 +45,107 @@ TEST_F(ConnectionsTest, StopsAtOnceAlthoughClientsKeepTheirConnections) {
   EXPECT_THROW(clients.front()->send("GETLOCS", {}), std::runtime_error);
 }
 
-TEST_F(ConnectionsTest, ServesAsManyAtOnceAsItHasThreads) {
+TEST_F(ConnectionsTest, KeepsMoreClientsThanItHasThreads) {
   std::vector<std::unique_ptr<WireClient>> clients;
-  for (int each = 0; each < 8; ++each) clients.push_back(client());
+  for (int each = 0; each < 30; ++each) clients.push_back(client());
   for (auto& each : clients) EXPECT_EQ(each->send("GETLOCS", {}).rc, 0);
+}
+
+TEST_F(ConnectionsTest, AClientThatDripsDoesNotStretchItsTime) {
+  const auto narrow = limited({.head = std::chrono::milliseconds(300),
+                               .request = std::chrono::milliseconds(300),
+                               .farewell = std::chrono::milliseconds(300)});
+  const char* starts[] = {"", "GET /v1/he", "POST /v1/login HTTP/1.1\r\nContent-Length: 4000\r\n\r\n{"};
+  for (const char* start : starts) {
+    SCOPED_TRACE(start);
+    RawLine line(narrow->port());
+    const auto before = std::chrono::steady_clock::now();
+    ASSERT_TRUE(line.send(start));
+    while (line.send("a")) {
+      ASSERT_LT(std::chrono::steady_clock::now() - before, soon);
+      std::this_thread::yield();
+    }
+  }
+  RawLine silent(narrow->port());
+  EXPECT_EQ(silent.readToEnd(), "");
+}
+
+TEST_F(ConnectionsTest, AnAddressHasOnlySoManyAndTheOthersAreServed) {
+  const auto narrow = limited({.connections = 6, .connectionsPerAddress = 4});
+  std::vector<std::unique_ptr<RawLine>> lines;
+  const auto isServed = [&](const std::string& from) {
+    lines.push_back(std::make_unique<RawLine>(narrow->port(), from));
+    lines.back()->send(healthCall);
+    return lines.back()->readUntil("vantry").starts_with("HTTP/1.1 200");
+  };
+  for (int each = 0; each < 4; ++each) EXPECT_TRUE(isServed("127.0.0.2"));
+  EXPECT_FALSE(isServed("127.0.0.2"));
+  EXPECT_TRUE(isServed("127.0.0.3"));
+  EXPECT_TRUE(isServed("127.0.0.4"));
+  EXPECT_FALSE(isServed("127.0.0.5")) << "more than there may be in all";
+  lines.clear();
+  const auto before = std::chrono::steady_clock::now();  // the server has yet to hear that they have gone
+  while (!isServed("127.0.0.2")) ASSERT_LT(std::chrono::steady_clock::now() - before, soon);
+}
+
+TEST_F(ConnectionsTest, HeadsAreBoundedAndRangesAreNotKnown) {
+  RawLine large(server->port());
+  large.send("GET /v1/health HTTP/1.1\r\nX: " + std::string(4'000'000, 'x') + "\r\n\r\n");
+  EXPECT_THAT(large.readToEnd(), testing::StartsWith("HTTP/1.1 431"));
+  RawLine many(server->port());
+  std::string head = "GET /v1/health HTTP/1.1\r\n";
+  for (int each = 0; each < 5000; ++each) head += "A: b\r\n";
+  many.send(head);
+  EXPECT_THAT(many.readToEnd(), testing::StartsWith("HTTP/1.1 431"));
+  RawLine ranges(server->port());
+  ranges.send("GET /v1/health HTTP/1.1\r\nRange: bytes=0-1,0-2,0-3\r\nConnection: close\r\n\r\n");
+  const std::string whole = ranges.readToEnd();
+  EXPECT_THAT(whole, testing::StartsWith("HTTP/1.1 200"));
+  EXPECT_THAT(whole, testing::EndsWith("\"}"));
+}
+
+TEST_F(ConnectionsTest, RequestsSentAtOnceAreServedInOrder) {
+  RawLine line(server->port());
+  line.send(healthCall + "POST /v1/logout HTTP/1.1\r\nContent-Length: 0\r\n\r\n" +
+            "GET /v1/nothing HTTP/1.1\r\nConnection: close\r\n\r\n" + healthCall);
+  EXPECT_THAT(line.readToEnd(), testing::ContainsRegex("^HTTP/1.1 200.*HTTP/1.1 401.*HTTP/1.1 404[^1]*$"));
+}
+
+TEST_F(ConnectionsTest, ALargeBodyIsTakenOnlyOfSomebodyKnown) {
+  const auto told = [&](const std::string& path, const std::string& token) {
+    RawLine line(server->port());
+    line.send("POST " + path + " HTTP/1.1\r\nRequest-Id: 1\r\nAuthorization: Bearer " + token +
+              "\r\nContent-Length: 200000\r\n\r\n");
+    return line.readUntil("}").substr(0, 12);
+  };
+  EXPECT_EQ(told("/v1/request/GETLOCS", "nobody"), "HTTP/1.1 401") << "and none of the body was sent";
+  EXPECT_EQ(told("/v1/login", ""), "HTTP/1.1 413");
+  auto known = client();
+  test::Record headers = known->authorization();
+  headers["Request-Id"] = "large";
+  const std::string body = R"({"tags":[["X",")" + std::string(200'000, 'x') + R"("]]})";
+  EXPECT_EQ(known->post("/v1/request/GETLOCS", body, headers).rc, -98) << "it was read";
+}
+
+TEST_F(ConnectionsTest, WhatHasNoPlaceInTheQueueIsToldToComeAgain) {
+  addBooking("2026-11-25 08:00:00", "2026-11-25 09:00:00");
+  const auto narrow = limited({.waiting = 1}, 1);
+  const std::string token = client()->token;
+  std::vector<std::unique_ptr<RawLine>> lines;
+  int turnedAway = 0;
+  Database(database).write([&](Connection& db) {
+    db.run("update patrons set fees = 1");  // whoever writes waits now
+    for (int each = 0; each < 5; ++each) {
+      lines.push_back(std::make_unique<RawLine>(narrow->port()));
+      lines.back()->send("POST /v1/request/CANBK HTTP/1.1\r\nAuthorization: Bearer " + token +
+                         "\r\nRequest-Id: " + std::to_string(each) +
+                         "\r\nContent-Length: 25\r\n\r\n{\"tags\":[[\"BOOKID\",\"1\"]]}");
+    }
+    for (auto& each : lines)
+      turnedAway += each->readUntil("}").find("Retry-After: 1") != std::string::npos ? 1 : 0;
+  });
+  EXPECT_GE(turnedAway, 3);
+  EXPECT_EQ(client()->send("CANBK", {{"BOOKID", "1"}}).rc, 0);
 }
 
 TEST_F(ConnectionsTest, ATakenPortIsToldSo) {
@@ -50,8 +163,7 @@ TEST_F(ConnectionsTest, SpeaksTlsWithACertificate) {
       "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=localhost -keyout " + key + " -out " +
       certificate + " 2> /dev/null";
   ASSERT_EQ(std::system(command.c_str()), 0);
-  Server::Options options;
-  options.database = database;
+  Server::Options options = this->options();
   options.certificate = certificate;
   options.key = key;
   Server secure(options);

@@ -248,7 +248,7 @@ TEST_P(TwoDesks, OneLoginOfASupervisorSentTwiceIsAnsweredAlike) {
   const auto message = [&](const std::string& password) {
     return "OVOTR=Y; OI=chief; PW=" + sealFor(keysOf(library().database()), password);
   };
-  for (int each = 1; each < mostTriesPerLogin; ++each) EXPECT_EQ(send("OPOV", message("wrong")).rc, -95);
+  for (int each = 1; each < mostFailures; ++each) EXPECT_EQ(send("OPOV", message("wrong")).rc, -95);
   const std::string right = message("secret of the desk");
   std::vector<std::future<Got>> answers;
   std::barrier start(2);
@@ -260,7 +260,7 @@ TEST_P(TwoDesks, OneLoginOfASupervisorSentTwiceIsAnsweredAlike) {
   }
   EXPECT_EQ(answers[0].get().text(), answers[1].get().text());
   EXPECT_EQ(library().value("select count(*) from audit where action like 'override%'"),
-            std::to_string(mostTriesPerLogin));
+            std::to_string(mostFailures));
 }
 
 TEST_P(TwoDesks, BookingsThatComeDueAreCountedOnce) {

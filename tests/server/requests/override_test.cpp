@@ -61,7 +61,7 @@ TEST_P(OverrideTest, ARepeatedIdIsNoSecondTry) {
 
 TEST_P(OverrideTest, TheTriesOfOneDeskStopNoOther) {
   auto wild = this->client("view");
-  for (int each = 0; each < mostTriesPerAddress; ++each) {
+  for (int each = 0; each < freeFailuresPerAddress; ++each) {
     EXPECT_EQ(ask(*wild, "name" + std::to_string(each), seal("wrong")), -95);
   }
   EXPECT_EQ(ask(*wild, "all", seal("password-1")), -95) << "enough from this one";

@@ -1,7 +1,10 @@
 #include "server/setup/demo/demo.h"
 
 #include <stdexcept>
+#include <vector>
 
+#include "server/access/operators.h"
+#include "server/access/passwords.h"
 #include "server/setup/demo/world.h"
 #include "server/store/migrations.h"
 #include "server/store/query.h"
@@ -85,6 +88,24 @@ bool fillIfEmpty(Database& database, const DemoOptions& options, Moment today) {
 }
 
 }  // namespace
+
+bool hasDemoPasswords(const std::string& url) {
+  bool known = false;
+  tellingPlainly(url, [&] {
+    Database database(url, {.connections = 1});
+    std::vector<std::string> hashes;
+    database.read([&](Connection& db) {
+      for (const DemoOperator& each : demoOperators) {
+        const auto account = findOperator(db, each.login);
+        hashes.push_back(account && account->active ? account->password : std::string());
+      }
+    });
+    for (std::size_t each = 0; each < demoOperators.size(); ++each) {
+      known = known || (!hashes[each].empty() && matchesPassword(hashes[each], demoOperators[each].password));
+    }
+  });
+  return known;
+}
 
 bool createDemoDatabase(const std::string& url, const DemoOptions& options) {
   const Moment today = dayOf(options);

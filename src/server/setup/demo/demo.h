@@ -20,4 +20,7 @@ struct DemoOptions {
 /// docs/demo.md. Throws std::runtime_error.
 bool createDemoDatabase(const std::string& database, const DemoOptions& options = {});
 
+/// Whether one of the demo library's operators can still log on with the password that everybody knows.
+[[nodiscard]] bool hasDemoPasswords(const std::string& database);
+
 }  // namespace vantry

@@ -34,13 +34,11 @@ void makePlaces(Connection& db, World& world) {
 void makeOperators(Connection& db, World& world) {
   // Everybody knows these passwords, so there is no use in making their hashes dear.
   const Moment now = world.today;
-  const auto add = [&](std::string_view login, std::string_view name, std::string_view password) {
-    const std::string hash = hashPassword(password, HashCost::Quick);
-    world.operators.push_back(addOperator(db, {.login = login, .name = name, .passwordHash = hash}, now));
-  };
-  add("admin", "Avery Admin", "admin-demo");
-  add("desk", "Dana Desk", "desk-demo");
-  add("view", "Vivian View", "view-demo");
+  for (const DemoOperator& each : demoOperators) {
+    const std::string hash = hashPassword(each.password, HashCost::Quick);
+    world.operators.push_back(
+        addOperator(db, {.login = each.login, .name = each.name, .passwordHash = hash}, now));
+  }
   for (const char* location : {mainDesk, branchDesk, collegeDesk}) {
     setRights(db, "admin", location, owned(allRights()), now);
   }

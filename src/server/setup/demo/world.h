@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "server/base/moment.h"
@@ -10,6 +12,15 @@
 #include "server/store/database.h"
 
 namespace vantry::server {
+
+struct DemoOperator {
+  std::string_view login;
+  std::string_view name;
+  std::string_view password;
+};
+inline constexpr std::array demoOperators{DemoOperator{"admin", "Avery Admin", "admin-demo"},
+                                          DemoOperator{"desk", "Dana Desk", "desk-demo"},
+                                          DemoOperator{"view", "Vivian View", "view-demo"}};
 
 /// What the makers of the demo library share. Ids are counted up by the makers themselves, since
 /// the database is empty.

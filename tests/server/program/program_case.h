@@ -1,0 +1,119 @@
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "server/store/query.h"
+#include "support/server_case.h"
+
+namespace vantry::server::test {
+
+struct Outcome {
+  int code = -1;
+  std::string text;  ///< both outputs
+};
+
+/// The program as it serves, until the end of the test.
+class Serving {
+ public:
+  Serving(const std::string& database, std::string log, std::vector<std::string> more = {})
+      : log_(std::move(log)), child_(fork()) {
+    if (child_ == 0) {
+      if (freopen(log_.c_str(), "w", stdout) == nullptr) _exit(9);
+      std::vector<std::string> words{"vantry-server", "--database", database, "serve", "--port", "0"};
+      words.insert(words.end(), more.begin(), more.end());
+      std::vector<char*> arguments;
+      for (std::string& each : words) arguments.push_back(each.data());
+      arguments.push_back(nullptr);
+      execv(VANTRY_SERVER_PROGRAM, arguments.data());
+      _exit(9);
+    }
+  }
+  ~Serving() { end(SIGKILL); }
+  Serving(const Serving&) = delete;
+  Serving& operator=(const Serving&) = delete;
+
+  [[nodiscard]] pid_t process() const { return child_; }
+  void send(int signal) const { kill(child_, signal); }
+
+  int end(int signal) {
+    int status = 0;
+    if (child_ > 0) {
+      kill(child_, signal);
+      waitpid(child_, &status, 0);
+    }
+    child_ = 0;
+    return status;
+  }
+
+  /// Waits until it listens; 0 when it ended before.
+  int port() {
+    for (int wait = 0; wait < 2000 && port_ == 0 && child_ > 0; ++wait) {
+      std::stringstream text;
+      text << std::ifstream(log_).rdbuf();
+      const std::size_t at = text.str().find(" port ");
+      const bool whole = at != std::string::npos && text.str().find('\n', at) != std::string::npos;
+      if (whole) port_ = std::stoi(text.str().substr(at + 6));
+      if (waitpid(child_, nullptr, WNOHANG) == child_) child_ = 0;
+      if (port_ == 0) usleep(10'000);
+    }
+    return port_;
+  }
+
+ private:
+  int port_ = 0;
+  std::string log_;
+  pid_t child_;
+};
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() : database(folder.file("library.sqlite")) {}
+
+  Outcome run(const std::string& arguments, const std::string& input = {}) {
+    std::ofstream(folder.file("input")) << input;
+    const std::string output = folder.file("output");
+    const std::string command = std::string(VANTRY_SERVER_PROGRAM) + " --database " + database + " " +
+                                arguments + " < " + folder.file("input") + " > " + output + " 2>&1";
+    Outcome outcome;
+    outcome.code = WEXITSTATUS(std::system(command.c_str()));
+    std::stringstream text;
+    text << std::ifstream(output).rdbuf();
+    outcome.text = text.str();
+    return outcome;
+  }
+
+  void makeLibrary() {
+    ASSERT_EQ(run("init").code, 0);
+    ASSERT_EQ(run("library add 'City Library'").code, 0);
+    ASSERT_EQ(run("location add Main --library 'City Library'").code, 0);
+    ASSERT_EQ(
+        run("operator add Dana --name 'Dana D.' --location Main --rights all", "a-good-password\n").code, 0);
+  }
+
+  /// The first column of the last row, read beside the program.
+  std::string value(const std::string& sql) {
+    std::string text;
+    Database(database).read([&](Connection& db) {
+      Query query(db, sql);
+      query.into(text);
+      while (query.next()) {
+      }
+    });
+    return text;
+  }
+
+  TempFolder folder;
+  std::string database;
+};
+
+}  // namespace vantry::server::test

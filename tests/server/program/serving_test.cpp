@@ -1,0 +1,220 @@
+// The real program under bad clients, its signals, and its place in a system.
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include <atomic>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "server/program/program_case.h"
+#include "support/server_raw_line.h"
+
+namespace vantry::server {
+namespace {
+
+using test::Outcome;
+using test::ProgramTest;
+using test::RawLine;
+using test::Serving;
+using test::WireClient;
+using testing::HasSubstr;
+
+class ServingTest : public ProgramTest {
+ protected:
+  std::string log(const std::string& name = "log") {
+    std::stringstream text;
+    text << std::ifstream(folder.file(name)).rdbuf();
+    return text.str();
+  }
+  bool awaitLog(const std::string& text) {
+    for (int wait = 0; wait < 2000 && log().find(text) == std::string::npos; ++wait) usleep(10'000);
+    return log().find(text) != std::string::npos;
+  }
+  void makeCertificate(const std::string& name) {
+    const std::string command =
+        "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 -subj /CN=" + name +
+        " -keyout " + folder.file("key.pem") + " -out " + folder.file("certificate.pem") + " 2> /dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+  }
+  /// The name in the certificate that the server shows.
+  std::string nameShown(int port) {
+    const std::string command = "openssl s_client -connect 127.0.0.1:" + std::to_string(port) +
+                                " < /dev/null 2> /dev/null | openssl x509 -noout -subject > " +
+                                folder.file("subject");
+    (void)!std::system(command.c_str());
+    return log("subject");
+  }
+};
+
+TEST_F(ServingTest, ClientsThatSayNothingOrDripKeepNobodyWaiting) {
+  makeLibrary();
+  Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
+  std::vector<std::unique_ptr<RawLine>> silent;
+  for (int each = 0; each < 400; ++each) silent.push_back(std::make_unique<RawLine>(serving.port()));
+  std::vector<std::unique_ptr<RawLine>> dripping;
+  for (int each = 0; each < 100; ++each) {
+    dripping.push_back(std::make_unique<RawLine>(serving.port()));
+    dripping.back()->send("POST /v1/login HTTP/1.1\r\nContent-Length: 4000\r\n\r\n");
+  }
+  WireClient client(serving.port());
+  for (int round = 0; round < 20; ++round) {
+    for (auto& each : dripping) each->send("{");
+    EXPECT_EQ(client.get("/v1/health").status, 200);
+  }
+  EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
+  EXPECT_EQ(client.send("GETLOCS", {}).rc, 0);
+}
+
+/// In kilobytes.
+long memoryOf(pid_t process) {
+  std::ifstream status("/proc/" + std::to_string(process) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
+  }
+  return 0;
+}
+
+TEST_F(ServingTest, BodiesOfStrangersTakeNoMemory) {
+  makeLibrary();
+  Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
+  const long before = memoryOf(serving.process());
+  std::string body = R"({"tags":[{})";
+  while (body.size() < 1'000'000) body += ",{}";
+  body += "]}";
+  for (int each = 0; each < 60; ++each) {
+    RawLine line(serving.port());
+    line.send("POST /v1/request/GETLOCS HTTP/1.1\r\nRequest-Id: 1\r\nContent-Length: " +
+              std::to_string(body.size()) + "\r\n\r\n");
+    line.send(body);
+    EXPECT_THAT(line.readUntil("}"), testing::StartsWith("HTTP/1.1 401"));
+  }
+  EXPECT_LT(memoryOf(serving.process()) - before, 20'000);
+}
+
+TEST_F(ServingTest, AHangUpHasTheCertificateReadAgain) {
+  makeLibrary();
+  makeCertificate("first");
+  Serving serving(database, folder.file("log"),
+                  {"--certificate", folder.file("certificate.pem"), "--key", folder.file("key.pem")});
+  ASSERT_NE(serving.port(), 0);
+  EXPECT_THAT(nameShown(serving.port()), HasSubstr("first"));
+  makeCertificate("second");
+  serving.send(SIGHUP);
+  ASSERT_TRUE(awaitLog("read again"));
+  EXPECT_THAT(nameShown(serving.port()), HasSubstr("second"));
+  std::ofstream(folder.file("certificate.pem")) << "no certificate";
+  serving.send(SIGHUP);
+  ASSERT_TRUE(awaitLog("stays the one before"));
+  EXPECT_THAT(nameShown(serving.port()), HasSubstr("second"));
+}
+
+TEST_F(ServingTest, WithoutThreadsForItsWorkItEndsWithASentence) {
+  makeLibrary();
+  ASSERT_EQ(std::system(("chmod -R a+rwX " + folder.file("")).c_str()), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const int out = open(folder.file("log").c_str(), O_CREAT | O_WRONLY, 0666);
+    dup2(out, STDERR_FILENO);
+    // The limit holds for a user, and not for root.
+    if (geteuid() == 0 && setuid(61234) != 0) _exit(8);
+    const rlimit few{3, 3};
+    setrlimit(RLIMIT_NPROC, &few);
+    execl(VANTRY_SERVER_PROGRAM, "vantry-server", "--database", database.c_str(), "serve", "--port", "0",
+          nullptr);
+    _exit(9);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 1);
+  EXPECT_THAT(log(), HasSubstr("The system does not allow this server 8 threads"));
+}
+
+TEST_F(ServingTest, TheDemoIsServedToOthersOnlyWhenToldSo) {
+  ASSERT_EQ(run("demo").code, 0);
+  EXPECT_THAT(run("serve --behind-proxy --address 0.0.0.0 --port 0").text,
+              HasSubstr("everybody knows its passwords"));
+  Serving told(database, folder.file("log"), {"--behind-proxy", "--address", "0.0.0.0", "--demo-is-fine"});
+  EXPECT_NE(told.port(), 0);
+}
+
+TEST_F(ServingTest, WhatItWritesIsForItsUserAlone) {
+  makeLibrary();
+  Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
+  ASSERT_EQ(run("backup " + folder.file("copy.sqlite")).code, 0);
+  for (const std::string& each : {database, database + "-wal", folder.file("copy.sqlite")}) {
+    struct stat found {};
+    ASSERT_EQ(stat(each.c_str(), &found), 0) << each;
+    EXPECT_EQ(found.st_mode & 0777U, 0600U) << each;
+  }
+}
+
+TEST_F(ServingTest, TellsTheSystemThatItIsReadyAndWhoeverAsksHowItDoes) {
+  makeLibrary();
+  const int notices = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  folder.file("notices").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(bind(notices, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  setenv("NOTIFY_SOCKET", folder.file("notices").c_str(), 1);
+  Serving serving(database, folder.file("log"));
+  unsetenv("NOTIFY_SOCKET");
+  char notice[64] = {};
+  ASSERT_GT(recv(notices, notice, sizeof notice - 1, 0), 0);
+  EXPECT_EQ(std::string(notice), "READY=1");
+  close(notices);
+  WireClient client(serving.port());
+  EXPECT_EQ(client.get("/v1/ready").status, 200);
+  EXPECT_EQ(client.login("dana", "wrong").status, 401);
+  EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
+  EXPECT_EQ(client.send("GETLOCS", {}).rc, 0);
+  EXPECT_EQ(client.send("GETLOCS", {{"X", "1"}}).rc, -98);
+  const std::string metrics = client.get("/metrics").body;
+  for (const char* each :
+       {"vantry_requests_total{code=\"GETLOCS\",result=\"0\"} 1",
+        "vantry_requests_total{code=\"GETLOCS\",result=\"-98\"} 1",
+        "vantry_requests_total{code=\"login\",result=\"401\"} 1", "vantry_logon_tries_refused_total 1",
+        "vantry_connections 1", "vantry_waiting_requests{workers=\"requests\"} 0",
+        "vantry_request_seconds_bucket{le=\"10\"}"}) {
+    EXPECT_THAT(metrics, HasSubstr(each));
+  }
+  EXPECT_TRUE(awaitLog("127.0.0.1 login: 401 in "));
+}
+
+TEST_F(ServingTest, TheAuditIsShownByParts) {
+  makeLibrary();
+  const auto sql = [&](const std::string& statement) {
+    Database(database).write([&](Connection& db) { db.run(statement); });
+  };
+  sql("delete from audit");
+  sql("insert into audit (id, at, operator_id, action, subject, detail) values (1, 1000000000, 1, 'login', "
+      "'dana', 'a'), "
+      "(2, 1700000000, null, 'login refused', 'eve', 'b'), (3, 1700000001, 1, 'override granted', 'dana', "
+      "'c')");
+  const auto rowsOf = [&](const std::string& filter) {
+    std::istringstream lines(run("audit show " + filter).text);
+    std::string last;
+    for (std::string line; std::getline(lines, line);) last += line.substr(line.rfind('\t') + 1);
+    return last;
+  };
+  EXPECT_EQ(rowsOf(""), "abc");
+  EXPECT_EQ(rowsOf("--since 2020-01-01"), "bc");
+  EXPECT_EQ(rowsOf("--before 2020-01-01"), "a");
+  EXPECT_EQ(rowsOf("--operator DANA"), "ac");
+  EXPECT_EQ(rowsOf("--action 'login refused'"), "b");
+  EXPECT_EQ(rowsOf("--subject dana --most 1"), "c");
+  EXPECT_THAT(run("audit show --since yesterday").text, HasSubstr("\"yesterday\" is no date."));
+  EXPECT_NE(run("audit prune").code, 0);
+  EXPECT_EQ(run("audit prune --before 2020-01-01").text, "1 rows of the audit were deleted.\n");
+  EXPECT_EQ(rowsOf(""), "bc1 rows") << "and that is in it too";
+}
+
+}  // namespace
+}  // namespace vantry::server
