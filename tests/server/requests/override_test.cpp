@@ -54,7 +54,8 @@ TEST_P(OverrideTest, IsRefusedForWrongLogins) {
 
 TEST_P(OverrideTest, ARepeatedIdIsNoSecondTry) {
   auto client = this->client("view");
-  for (int each = 0; each < 12; ++each) EXPECT_EQ(ask(*client, "all", seal("wrong"), "once"), -95);
+  const std::string sealed = seal("wrong");
+  for (int each = 0; each < 12; ++each) EXPECT_EQ(ask(*client, "all", sealed, "once"), -95);
   EXPECT_EQ(ask(*client, "all", seal("password-1")), 0);
 }
 
