@@ -9,7 +9,8 @@ namespace vantry::server {
 
 std::vector<AuditRow> auditRows(Connection& db, const AuditFilter& filter) {
   std::string sql =
-      "select a.at, coalesce(o.login, ''), coalesce(l.name, ''), a.action, a.subject, a.detail from audit a "
+      "select a.at, coalesce(o.login, case when a.system_user <> '' then '@' || a.system_user else '' end), "
+      "coalesce(l.name, ''), a.action, a.subject, a.detail from audit a "
       "left join operators o on o.id = a.operator_id left join locations l on l.id = a.location_id "
       "where a.id > 0";
   if (filter.since) sql += " and a.at >= :since";

@@ -22,7 +22,7 @@ struct AuditFilter {
 
 struct AuditRow {
   Moment at = 0;
-  std::string login;     ///< empty when nobody was logged on
+  std::string login;     ///< "@name" for the system's user of a command; empty when nobody was logged on
   std::string location;  ///< empty when none was told yet
   std::string action;
   std::string subject;

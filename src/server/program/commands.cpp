@@ -208,7 +208,7 @@ void pruneAudit(const std::string& url, const std::string& before) {
       database.write([&](Connection& db) { last = dropAuditBefore(db, moment, atOnce); });
     }
     database.write([&](Connection& db) {
-      audit(db, nullptr, wallClock(), "audit pruned", before, std::to_string(dropped) + " rows");
+      auditCommand(db, wallClock(), "audit pruned", before, std::to_string(dropped) + " rows");
     });
   });
   std::cout << dropped << " rows of the audit were deleted.\n";

@@ -46,11 +46,14 @@ class Serving {
   void send(int signal) const { kill(child_, signal); }
 
   int end(int signal) {
+    if (child_ > 0) kill(child_, signal);
+    return wait();
+  }
+
+  /// Waits until it has ended by itself.
+  int wait() {
     int status = 0;
-    if (child_ > 0) {
-      kill(child_, signal);
-      waitpid(child_, &status, 0);
-    }
+    if (child_ > 0) waitpid(child_, &status, 0);
     child_ = 0;
     return status;
   }
