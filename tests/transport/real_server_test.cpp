@@ -213,6 +213,7 @@ INSTANTIATE_TEST_SUITE_P(PlainAndProtected, Restarted, testing::Bool(),
 TEST_F(RealServer, AServerThatNobodyVouchesForIsNotSpokenTo) {
   Server::Options options;
   options.database = (folder / "unknown.sqlite").string();
+  static_cast<void>(createDemoDatabase(options.database, {}));
   options.certificate = (folder / "unknown.pem").string();
   options.key = (folder / "unknown-key.pem").string();
   writeCertificate(options.certificate, options.key);

@@ -21,6 +21,11 @@ namespace http = boost::beast::http;
 using asio::ip::tcp;
 using boost::system::error_code;
 
+Workers& workersOf(FrontParts& parts, Lane lane) {
+  if (lane == Lane::Logons) return parts.logons;
+  return lane == Lane::Writes ? parts.writes : parts.requests;
+}
+
 constexpr std::size_t bytesAtOnce = 2 * 1024;
 constexpr std::size_t bytesOfBodyAtOnce = 16 * 1024;
 // What a client goes on sending after it was refused is dropped up to here: a connection that is closed
@@ -195,7 +200,7 @@ void HttpConnection::handOver() {
     reply_ = parts_.routes.answer(route_, request_);
     return write();
   }
-  handTo(lane == Lane::Logons ? parts_.logons : parts_.requests, [self = shared_from_this()] {
+  handTo(workersOf(parts_, lane), [self = shared_from_this()] {
     self->reply_ = self->parts_.routes.answer(self->route_, self->request_);
     self->write();
   });

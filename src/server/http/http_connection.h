@@ -30,6 +30,7 @@ struct FrontParts {
   const Routes& routes;
   Metrics& metrics;
   Workers& requests;
+  Workers& writes;
   Workers& logons;
   OpenConnections& open;
   std::atomic<bool> stopping = false;

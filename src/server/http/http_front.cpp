@@ -57,6 +57,7 @@ class HttpFront::Impl {
         routes_(runner, metrics_),
         tls_(readCertificate(options)),
         requests_(options.threads, options.limits.waiting),
+        writes_(options.threads, options.limits.waiting),
         logons_(logonThreads, options.limits.waiting),
         acceptor_(loop_),
         look_(loop_) {}
@@ -86,6 +87,7 @@ class HttpFront::Impl {
       for (const auto& each : open_.all()) each->endIfIdle();
     });
     requests_.stop();
+    writes_.stop();
     logons_.stop();
     open_.awaitNone(lastReplies);
     loop_.stop();
@@ -103,6 +105,7 @@ class HttpFront::Impl {
   Metrics::Load load() const {
     return {.connections = open_.count(),
             .waitingRequests = requests_.waiting(),
+            .waitingWrites = writes_.waiting(),
             .waitingLogons = logons_.waiting()};
   }
 
@@ -135,8 +138,8 @@ class HttpFront::Impl {
       if (error == asio::error::operation_aborted) return;
       // Without a free file handle the next look tries again, when some client may have left.
       accepting_ = !error;
-      if (!error) take(std::move(socket));
       if (accepting_) accept();
+      if (!error) take(std::move(socket));
     });
   }
 
@@ -159,10 +162,10 @@ class HttpFront::Impl {
     look_.expires_after(betweenLooks);
     look_.async_wait([this](const error_code& error) {
       if (error) return;
+      lookForLateOnes();  // first, so that a failure below does not end the looking
+      if (!accepting_ && acceptor_.is_open()) accept();
       const auto now = HttpConnection::Clock::now();
       for (const auto& each : open_.all()) each->endIfLate(now);
-      if (!accepting_ && acceptor_.is_open()) accept();
-      lookForLateOnes();
     });
   }
 
@@ -173,8 +176,9 @@ class HttpFront::Impl {
   std::shared_ptr<Tls> tls_;
   OpenConnections open_;
   Workers requests_;
+  Workers writes_;
   Workers logons_;
-  FrontParts parts_{options_.limits, clients_, routes_, metrics_, requests_, logons_, open_};
+  FrontParts parts_{options_.limits, clients_, routes_, metrics_, requests_, writes_, logons_, open_};
   // What waits in the loop holds connections, so that it goes first.
   asio::io_context loop_;
   tcp::acceptor acceptor_;

@@ -36,6 +36,7 @@ class Metrics::Impl {
     const Load load = load_();
     connections_.Set(static_cast<double>(load.connections));
     waitingRequests_.Set(static_cast<double>(load.waitingRequests));
+    waitingWrites_.Set(static_cast<double>(load.waitingWrites));
     waitingLogons_.Set(static_cast<double>(load.waitingLogons));
     return prometheus::TextSerializer().Serialize(registry.Collect());
   }
@@ -53,6 +54,7 @@ class Metrics::Impl {
   prometheus::Family<prometheus::Gauge>& waiting_ =
       gauges("vantry_waiting_requests", "Requests that wait for a worker, by the kind of worker");
   prometheus::Gauge& waitingRequests_ = waiting_.Add({{"workers", "requests"}});
+  prometheus::Gauge& waitingWrites_ = waiting_.Add({{"workers", "writes"}});
   prometheus::Gauge& waitingLogons_ = waiting_.Add({{"workers", "logons"}});
 };
 

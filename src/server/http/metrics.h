@@ -17,6 +17,7 @@ class Metrics {
   struct Load {
     std::size_t connections = 0;
     std::size_t waitingRequests = 0;
+    std::size_t waitingWrites = 0;
     std::size_t waitingLogons = 0;
   };
   explicit Metrics(std::function<Load()> load);

@@ -77,10 +77,14 @@ WireReply refusalOf(const StoreError& error, bool isRequest) {
   using Kind = StoreError::Kind;
   const Kind kind = error.kind();
   const bool mayPass = kind == Kind::Busy || kind == Kind::Unreachable || kind == Kind::Absent ||
-                       kind == Kind::Contested || kind == Kind::Moved || kind == Kind::Newer;
+                       kind == Kind::Contested || kind == Kind::Moved || kind == Kind::Newer ||
+                       kind == Kind::TooLong;
   if (isRequest && !mayPass) return {.status = 200, .body = Reply(rc::storeFailed).json()};
-  return refuse(
+  WireReply reply = refuse(
       503, kind == Kind::ReadOnly ? "The database cannot be written." : "The database cannot be used now.");
+  // Nothing was done, so that the client may send it again by itself.
+  if (mayPass && kind != Kind::Moved) reply.retryAfter = 1;
+  return reply;
 }
 
 std::string_view nameOf(StoreError::Kind kind) {
@@ -112,7 +116,7 @@ struct Routes::Route {
 const Routes::Route* Routes::find(std::string_view method, std::string_view path) {
   static constexpr std::array routes{
       Route{"GET", "/v1/health", 0, Lane::Front, &Routes::health},
-      Route{"GET", "/v1/ready", 0, Lane::Requests, &Routes::ready},
+      Route{"GET", "/v1/ready", 0, Lane::Logons, &Routes::ready},
       Route{"GET", "/metrics", 0, Lane::Front, &Routes::metrics},
       Route{"POST", "/v1/login", largestBodyOfAnyone, Lane::Logons, &Routes::login},
       Route{"POST", "/v1/logout", largestBodyOfAnyone, Lane::Requests, &Routes::logout},
@@ -131,8 +135,11 @@ const Routes::Route* Routes::find(std::string_view method, std::string_view path
 
 Lane Routes::laneOf(const Route* route, const WireRequest& request) {
   if (route == nullptr) return Lane::Front;
-  // A supervisor's password is checked within a request.
-  return route->lane == Lane::Requests && codeIn(request.path) == "OPOV" ? Lane::Logons : route->lane;
+  if (!route->path.ends_with('/')) return route->lane;
+  const std::string_view code = codeIn(request.path);
+  if (code == "OPOV") return Lane::Logons;  // a supervisor's password is checked within it
+  const RequestRow* row = findRequest(code);
+  return row != nullptr && row->writes ? Lane::Writes : route->lane;
 }
 
 std::string_view Routes::nameOf(const Route* route, const WireRequest& request) {

@@ -27,9 +27,9 @@ struct WireReply {
   std::string_view type = "application/json";
 };
 
-/// Who makes the reply: the front itself, where it costs nothing, or one of two groups of workers. Checking
-/// passwords takes long, and must not keep the desks waiting.
-enum class Lane { Front, Requests, Logons };
+/// Who makes the reply: the front itself, where it costs nothing, or a group of workers. Neither those that
+/// check passwords nor those that wait for their turn to write keep the ones waiting that read.
+enum class Lane { Front, Requests, Writes, Logons };
 
 /// From a request on the wire to the runner and back. Translates, and decides nothing. Safe for many threads.
 class Routes {

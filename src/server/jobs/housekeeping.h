@@ -14,7 +14,8 @@ namespace vantry::server {
 void keepHouse(Database& database, Moment now);
 
 /// Whether housekeeping may go on at that moment, which the store then remembers. A clock that is more than
-/// two days ahead of the last time is not believed, since bookings would be unclaimed for good.
+/// two days away from the last time is not believed, since bookings would be unclaimed and sessions ended for
+/// good.
 [[nodiscard]] bool believesMoment(Database& database, Moment now);
 
 /// Lets it go on from that moment, because somebody says that the clock is right.
@@ -23,7 +24,8 @@ void acceptMoment(Connection& db, Moment now);
 /// Keeps house once a minute on a thread of its own, from `start` to `stop`.
 class Housekeeper {
  public:
-  Housekeeper(Database& database, Clock clock);
+  /// `trustsClock`: after a pause of any length.
+  Housekeeper(Database& database, Clock clock, bool trustsClock);
   ~Housekeeper();
   Housekeeper(const Housekeeper&) = delete;
   Housekeeper& operator=(const Housekeeper&) = delete;
@@ -38,6 +40,7 @@ class Housekeeper {
 
   Database& database_;
   Clock clock_;
+  bool trustsClock_;
   std::thread thread_;
   std::mutex mutex_;
   std::condition_variable wake_;

@@ -3,8 +3,8 @@
 #include <iostream>
 
 #include "server/base/user_error.h"
+#include "server/program/on_library.h"
 #include "server/setup/doctor.h"
-#include "server/store/store_sentence.h"
 
 namespace vantry::server {
 
@@ -21,10 +21,7 @@ void tellCounts(const PatronReport& report, bool checkOnly) {
 
 void importPatronFile(const std::string& url, const std::string& file, const PatronImportUse& use) {
   PatronReport report;
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
-    report = importPatrons(database, file, use, wallClock());
-  });
+  onLibrary(url, [&](Database& database) { report = importPatrons(database, file, use, wallClock()); });
   for (const std::string& heading : report.unknown)
     std::cerr << "The column " << heading << " is left out.\n";
   for (const std::string& fault : report.faults.told()) std::cerr << file << ", " << fault << '\n';
@@ -38,8 +35,7 @@ void importPatronFile(const std::string& url, const std::string& file, const Pat
 
 bool runDoctor(const std::string& url) {
   std::vector<std::string> found;
-  tellingPlainly(url, [&] {
-    Database database(url, {.connections = 1, .patience = 10});
+  onLibrary(url, [&](Database& database) {
     database.read([&](Connection& db) { found = examineLibrary(db, wallClock()); });
   });
   for (const std::string& sentence : found) std::cout << sentence << '\n';

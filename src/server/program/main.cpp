@@ -1,5 +1,7 @@
 #include <sys/stat.h>
 
+#include <sys/resource.h>
+
 #include <csignal>
 
 #include <iostream>
@@ -83,7 +85,8 @@ void describeServing(CLI::App& app, Given& given) {
   given.serve.options.port = 8750;
   serving->add_option("--address", given.serve.options.address, "Address to listen on")
       ->capture_default_str();
-  serving->add_option("--connections", given.serve.options.connections, "Connections to the database, at most")
+  serving
+      ->add_option("--connections", given.serve.options.connections, "Connections to the database, at most")
       ->check(CLI::Range(2, 1000))
       ->capture_default_str();
   serving->add_option("--port", given.serve.options.port, "Port to listen on; 0 takes any")
@@ -217,12 +220,21 @@ void describeOperators(CLI::App& app, Given& given) {
   accounts->add_subcommand("list", "List them")->callback([&given] { listOperators(given.database); });
 }
 
+/// Each connection takes a file handle, and the usual limit is far below what the system allows.
+void raiseFileLimit() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &limit);  // a refusal leaves the limit as it was
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   // What is written holds names, keys and hashes: it is for this user alone.
   umask(077);
   std::signal(SIGPIPE, SIG_IGN);
+  raiseFileLimit();
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a full disk, and told as one
   Given given;
   CLI::App app("The server of a library's booking desks.", "vantry-server");

@@ -48,9 +48,8 @@ class Server::Impl {
       : database_(options.database, storeOptions(options)),
         runner_(heldToSchema(database_), clockOf(options),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
-        trustsClock_(options.trustsClock),
         clock_(clockOf(options)),
-        housekeeper_(database_, clock_),
+        housekeeper_(database_, clock_, options.trustsClock),
         front_(runner_, {.address = options.address,
                          .port = options.port,
                          .certificate = options.certificate,
@@ -66,7 +65,6 @@ class Server::Impl {
 
   void start() {
     front_.start();
-    if (trustsClock_) database_.write([&](Connection& db) { acceptMoment(db, clock_()); });
     housekeeper_.start();
   }
 
@@ -81,7 +79,6 @@ class Server::Impl {
  private:
   Database database_;
   RequestRunner runner_;
-  bool trustsClock_;
   Clock clock_;
   Housekeeper housekeeper_;
   HttpFront front_;

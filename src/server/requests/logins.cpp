@@ -58,13 +58,8 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   return {.kind = LoginResult::Kind::Granted, .token = token, .login = account->login, .retryAfter = 0};
 }
 
-bool RequestRunner::knowsSession(std::string_view token) const {
-  bool known = false;
-  database_.read([&](Connection& db) { known = findSession(db, token, clock_()).has_value(); });
-  return known;
-}
-
 bool RequestRunner::logout(std::string_view token) {
+  if (!knowsSession(token)) return false;
   bool known = false;
   database_.writeApart({}, [&](Connection& db) {
     const std::optional<Session> session = findSession(db, token, clock_());

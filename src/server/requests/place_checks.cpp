@@ -111,7 +111,7 @@ void addRoomStatuses(Reply& reply, Context& context, std::int64_t roomId) {
         .set(tags::VUF, refusal::roomStatus)
         .set(tags::BKSTS, static_cast<int>(status.effect))
         .set(tags::SMS, status.name)
-        .set(tags::SDT, momentText(status.appliedAt))
+        .set(tags::SDT, dateText(status.appliedAt))
         .set(tags::SNO, status.note);
   }
 }

@@ -69,7 +69,7 @@ RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incom
   return judged;
 }
 
-bool RequestRunner::knowsSession(std::string_view token) {
+bool RequestRunner::knowsSession(std::string_view token) const {
   bool known = false;
   database_.readOnce([&](Connection& db) { known = findSession(db, token, clock_()).has_value(); });
   return known;
@@ -104,35 +104,36 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
   try {
     database_.read(work);
   } catch (const StoreError& error) {
-    if (error.kind() != StoreError::Kind::TooLong) throw;
-    answer.json = Reply(rc::searchTooLong).json();  // only searches have a limit
+    // Only a search has a limit of its own; anything else is slow because the store is.
+    const bool ownLimit = judged.session && incoming.code == "FIND";
+    if (error.kind() != StoreError::Kind::TooLong || !ownLimit) throw;
+    answer.json = Reply(rc::searchTooLong).json();
   }
   if (!judged.session) return answer;
-  if (judged.lacksRight) {
-    database_.writeApart(
-        {}, [&](Connection& db) { audit(db, &*judged.session, now, "right missing", incoming.code, {}); });
-  }
-  prolongAfterRead(*judged.session, now);
+  const Session& session = *judged.session;
+  if (judged.lacksRight)
+    writeAfterRead([&](Connection& db) { audit(db, &session, now, "right missing", incoming.code, {}); });
+  if (session.expiresAt < now + sessionLife - sessionStaleness)
+    writeAfterRead([&](Connection& db) { prolongSession(db, session, now); });
   const bool nobodysRequest = handler == nullptr && !judged.lacksRight;
   answer.kind = nobodysRequest ? Answer::Kind::UnknownCode : Answer::Kind::Done;
   if (judged.refusal) answer.json = judged.refusal->json();
   return answer;
 }
 
-/// What was read is sound, whether or not the session can be prolonged now: the next request tries again.
-void RequestRunner::prolongAfterRead(const Session& session, Moment now) {
-  if (session.expiresAt >= now + sessionLife - sessionStaleness) return;
+/// What was read is sound, whether or not the session can be prolonged or the audit told now.
+void RequestRunner::writeAfterRead(const Database::Work& work) {
   try {
-    database_.writeApart(
-        {}, [&](Connection& db) { prolongSession(db, session, now); }, Database::Wait::Short);
+    database_.writeApart({}, work, Database::Wait::Short);
   } catch (const StoreError& error) {
-    spdlog::warn("a session is not prolonged now: {}", error.what());
+    spdlog::warn("session or audit cannot be written now: {}", error.what());
   }
 }
 
 Answer RequestRunner::runWriting(const Incoming& incoming) {
   const Moment now = clock_();
   Answer answer;
+  if (!knowsSession(incoming.token)) return answer;
   const auto write = [&](const Reply* refusal) {
     const auto work = [&](Connection& db) { answer = answerOnce(db, incoming, now, refusal); };
     // What only changes a session judges nothing that others write.

@@ -36,7 +36,7 @@ class RequestRunner {
   };
   [[nodiscard]] LoginResult login(std::string_view name, std::string_view password, std::string_view address);
 
-  /// Whether the token opens a session now; one cheap read.
+  /// Whether the token opens a session now: one cheap read, so that a stranger waits in no queue.
   [[nodiscard]] bool knowsSession(std::string_view token) const;
 
   /// False when the token opens no session.
@@ -60,8 +60,6 @@ class RequestRunner {
     enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
     std::string json;  ///< when done: the reply
   };
-  /// Whether the token opens a session: cheap, so that nothing of a stranger's body need be read.
-  [[nodiscard]] bool knowsSession(std::string_view token);
   /// Runs a request once: a repeated id of a writing request is answered with the stored reply. An id that
   /// belongs to another request, or to other tags, is misused.
   [[nodiscard]] Answer run(const Incoming& incoming);
@@ -80,7 +78,7 @@ class RequestRunner {
 
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   Answer runReading(const Incoming& incoming);
-  void prolongAfterRead(const Session& session, Moment now);
+  void writeAfterRead(const Database::Work& work);
   Answer runWriting(const Incoming& incoming);
   Answer answerOnce(Connection& db, const Incoming& incoming, Moment now, const Reply* refusal) const;
   Answer runOverride(const Incoming& incoming);

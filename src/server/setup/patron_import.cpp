@@ -311,7 +311,7 @@ PatronReport importPatrons(Database& database, const std::string& path, const Pa
     for (const std::int64_t card : missing) writer.retire(card);
     auditCommand(db, now, "patrons imported", path, countsText(report));
   };
-  use.checkOnly || read.faults.count() > 0 ? database.read(work) : database.write(work);
+  use.checkOnly || read.faults.count() > 0 ? database.read(work) : database.writeApart("patrons", work);
   return report;
 }
 

@@ -448,7 +448,7 @@ TEST_P(BookingRequests, CalendarsPlacesAndRooms) {
   EXPECT_EQ(send("VALPLO", "LOC=1; PGID=1; MTID=2; BI=2; MI=3; IM=4; EID=3").text(),
             "145||VD1=MTID VD2=Slides");
   EXPECT_EQ(send("VALLSL", "RID=2; PGID=1").text(),
-            "157||BKSTS=1 SDT=2026-02-25 06:13:20 SMS=Equipment Faulty SNO=flickers VUF=147|BKDUR=H BKMX=4 "
+            "157||BKSTS=1 SDT=2026-02-25 SMS=Equipment Faulty SNO=flickers VUF=147|BKDUR=H BKMX=4 "
             "VUF=148");
   EXPECT_EQ(send("GDRM", "ADBK=N; PGID=1").all("RNM"), "Classroom A,Classroom B");
   EXPECT_EQ(send("GLSRM", "ADBK=Y").all("RNM"), "Classroom A,Classroom B");

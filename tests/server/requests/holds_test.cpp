@@ -88,6 +88,8 @@ TEST_P(Holds, HousekeepingBelievesNoJumpOfDays) {
   EXPECT_TRUE(believesMoment(store, start + 2 * day));
   EXPECT_FALSE(believesMoment(store, start + 365 * day));
   EXPECT_FALSE(believesMoment(store, start + 365 * day + minute)) << "also not the next time";
+  EXPECT_FALSE(believesMoment(store, start - 365 * day)) << "as before a machine knows the time";
+  EXPECT_TRUE(believesMoment(store, start + day)) << "put back by an hour or a day";
   EXPECT_TRUE(believesMoment(store, start + 2 * day + minute)) << "the clock is right again";
   store.write([&](Connection& db) { acceptMoment(db, start + 365 * day); });
   EXPECT_TRUE(believesMoment(store, start + 365 * day + minute));
