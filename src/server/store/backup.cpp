@@ -55,8 +55,19 @@ void checkCopy(const std::string& file) {
     throw StoreError(StoreError::Kind::Failed, "the file is damaged");
 }
 
+/// The engine takes what lies beside the file for the file's own, and would write it into the restored one.
+void refuseLeftLogs(const std::string& url) {
+  for (const char* beside : {"-wal", "-shm", "-journal"}) {
+    const std::string left = url + beside;
+    if (std::filesystem::exists(left))
+      throw std::runtime_error("The file " + left +
+                               " is left from an earlier database. Move it to where that database is now.");
+  }
+}
+
 void restoreFile(const std::string& url, const std::string& file) {
   writeWhole(url, [&](const std::string& part) {
+    refuseLeftLogs(url);
     tellingPlainly(file, [&] {
       // Into a copy of its own, so that looking at the file leaves nothing beside it.
       copyFile(file, part);

@@ -11,7 +11,7 @@ namespace vantry::server {
 void backUp(const std::string& database, const std::string& file);
 
 /// Makes the database from such a copy, whole or not at all. The database must hold no library yet; a SQLite
-/// file must not exist.
+/// file must not exist, nor the logs of an earlier one of that name.
 void restore(const std::string& database, const std::string& file);
 
 }  // namespace vantry::server

@@ -36,7 +36,11 @@ bool WriteQueue::write(const Work& work, Deadline until, const std::function<voi
     const Group group = std::exchange(waiting_, {});
     {
       const Turn turn(*this, lock);
-      runGroup(group);
+      try {
+        runGroup(group);
+      } catch (...) {
+        for (Waiting* each : group) each->failure = std::current_exception();
+      }
     }
     for (Waiting* each : group) each->done = true;
   }

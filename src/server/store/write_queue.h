@@ -29,8 +29,8 @@ class WriteQueue {
   using Group = std::vector<Waiting*>;
 
   /// Returns true when the work is done, or throws what it threw; false when its turn did not come in time.
-  /// `runGroup` does the works of a group, in their order, and leaves each one's failure with it; it throws
-  /// nothing. It runs on the thread of one of them.
+  /// `runGroup` does the works of a group, in their order, and leaves each one's failure with it; what it
+  /// throws is the failure of all. It runs on the thread of one of them.
   [[nodiscard]] bool write(const Work& work, Deadline until,
                            const std::function<void(const Group&)>& runGroup);
 

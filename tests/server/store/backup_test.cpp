@@ -99,6 +99,23 @@ TEST_P(Backups, HalfACopyIsRefusedAndLeavesNothing) {
   }
 }
 
+TEST(RestoredFile, IsNotMadeBesideTheLogOfAnEarlierOne) {
+  const TempFolder folder;
+  const std::string file = folder.file("library.sqlite");
+  test::makeSmallLibrary(file);
+  backUp(file, folder.file("copy"));
+  for (const char* beside : {"", "-wal", "-shm"}) std::filesystem::remove(file + beside);
+  for (const char* beside : {"-wal", "-shm", "-journal"}) {
+    std::ofstream(file + beside) << "what was not moved away";
+    EXPECT_EQ(told([&] { restore(file, folder.file("copy")); }),
+              "The file " + file + beside +
+                  " is left from an earlier database. Move it to where that database is now.");
+    EXPECT_FALSE(std::filesystem::exists(file));
+    std::filesystem::remove(file + beside);
+  }
+  EXPECT_EQ(told([&] { restore(file, folder.file("copy")); }), "nothing");
+}
+
 TEST(WholeFile, HasItsNameOnlyOnceItIsWhole) {
   const TempFolder folder;
   const std::string file = folder.file("copy");

@@ -129,6 +129,19 @@ TEST(WriteQueueLimits, AWaitIsCountedFromTheArrivalAndEndsWithoutTheWork) {
   EXPECT_EQ(runs, 1);
 }
 
+TEST(WriteQueueLimits, AGroupThatCouldNotBeRunFailsAsAWhole) {
+  WriteQueue queue;
+  const auto far = WriteQueue::Deadline::max();
+  const auto fail = [](const auto&) { throw std::bad_alloc(); };
+  std::vector<std::future<bool>> waiting;
+  EXPECT_TRUE(queue.write({}, far, [&](const auto&) {
+    for (int number = 0; number < 2; ++number)
+      waiting.push_back(std::async(std::launch::async, [&] { return queue.write({}, far, fail); }));
+    while (queue.waiting() < 2) std::this_thread::yield();
+  }));
+  for (std::future<bool>& each : waiting) EXPECT_THROW(each.get(), std::bad_alloc);
+}
+
 /// What a desk was told is saved is in the file, wherever that is now.
 TEST(MovedFile, IsNeitherReadNorWrittenAndKeepsWhatWasSaved) {
   const TempFolder folder;
