@@ -26,11 +26,11 @@ class Server {
     std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
     int connections = 8;                      ///< to the database, at most
     int patience = 10;                        ///< seconds to wait for another process that writes
-    int silence = 20;          ///< seconds after which a database server without an answer is given up
+    int silence = 20;            ///< seconds after which a database server without an answer is given up
     bool takesTimeZone = false;  ///< the process takes the library's time zone over
     bool trustsClock = false;    ///< keeps house at once after a pause of any length
-    int mostFound = 2000;      ///< hits that a search tells; all are counted
-    bool quickHashes = false;  ///< cheap password hashes, for tests only
+    int mostFound = 2000;        ///< hits that a search tells; all are counted
+    bool quickHashes = false;    ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
     /// Called once, on any thread, when the SQLite file was moved or replaced: nothing is answered any more.
