@@ -109,6 +109,17 @@ void ConnectionPool::forget(const Connection& connection) {
   std::erase(all_, &connection);
 }
 
+void ConnectionPool::dropIdle() {
+  std::vector<std::unique_ptr<Connection>> dropped;
+  {
+    const std::lock_guard lock(mutex_);
+    dropped.swap(idle_);
+    for (const auto& each : dropped) std::erase(all_, each.get());
+  }
+  // Closing one that its server does not answer any more would wait for it.
+  for (const auto& each : dropped) each->breakOff();
+}
+
 void ConnectionPool::setUp(Connection& db) const {
   if (dialect_.kind == Dialect::Kind::Postgresql) {
     const bool limited = options_.silence.count() > 0;
@@ -178,8 +189,10 @@ ConnectionPool::Lease::~Lease() {
 
 void ConnectionPool::Lease::close() {
   if (!connection_) return;
+  const bool lost = connection_->isLost();
   pool_.forget(*connection_);
   connection_.reset();
+  if (lost) pool_.dropIdle();
 }
 
 }  // namespace vantry::server

@@ -50,6 +50,7 @@ class ConnectionPool {
   void setUp(Connection& db) const;
   void giveBack(std::unique_ptr<Connection> connection, Use use);
   void forget(const Connection& connection);
+  void dropIdle();
   void checkPlace(Connection* open);
   void watch();
 
@@ -81,6 +82,7 @@ class ConnectionPool::Lease {
   Lease& operator=(const Lease&) = delete;
 
   Connection& operator*() { return *connection_; }
+  /// One whose server was lost takes the idle ones along, which have lost it as well.
   void close();
 
  private:

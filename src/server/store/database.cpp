@@ -57,6 +57,18 @@ milliseconds waitUntil(steady_clock::time_point until) {
   return left < std::chrono::seconds(1) ? left : std::chrono::ceil<std::chrono::seconds>(left);
 }
 
+/// Undoes what is open. False when that could not be done: what state the connection is in is not known any
+/// more, and it is closed.
+bool undo(ConnectionPool::Lease& lease) {
+  try {
+    (*lease).rollBack();
+    return true;
+  } catch (const soci::soci_error&) {
+    lease.close();
+    return false;
+  }
+}
+
 void failAll(const WriteQueue::Group& group) {
   for (WriteQueue::Waiting* each : group) each->failure = std::current_exception();
 }
@@ -81,21 +93,20 @@ Database::Deadline Database::deadlineFor(Wait wait) const {
   return steady_clock::now() + (wait == Wait::Short ? shortWait : pool_.patience());
 }
 
-/// A pooled connection may have died since its last use; it is closed, and the transaction may be tried on
-/// another. The turn that it may have is lost with it.
-void Database::begin(Lease& lease, const Work& beginning) {
+/// A pooled connection may have died since its last use: the transaction may be tried on another.
+void Database::begin(Lease& lease, Deadline until, const Work& beginning) {
   try {
+    (*lease).waitAtMost(waitUntil(until));
     beginning(*lease);
-  } catch (const soci::soci_error&) {
-    lease.close();
-    rethrowAsLostBeginning();
+  } catch (const soci::soci_error& error) {
+    if (!undo(lease)) throw StoreError(StoreError::Kind::Contested, error.get_error_message());
+    rethrowAsStoreError();
   }
 }
 
 /// The step of the schema, where this program holds to one; a database server tells it in the same round
 /// trip.
-int Database::beginWrite(Connection& db, std::string_view statement, Deadline until) const {
-  db.waitAtMost(waitUntil(until));
+int Database::beginWrite(Connection& db, std::string_view statement) const {
   std::string text(statement);
   if (step_ == 0) {
     db.run(text);
@@ -115,14 +126,8 @@ void Database::finish(Lease& lease, const Work& work) {
     work(*lease);
     (*lease).run("commit");
   } catch (...) {
-    try {
-      (*lease).run("rollback");
-    } catch (const soci::soci_error& error) {
-      lease.close();  // what state it is in is not known any more
-      // A file's engine undoes some transactions by itself; a server that does not answer is lost.
-      if (dialect().kind == Dialect::Kind::Postgresql)
-        throw StoreError(StoreError::Kind::Busy, error.get_error_message());
-    }
+    if (!undo(lease) && dialect().kind == Dialect::Kind::Postgresql)
+      throw StoreError(StoreError::Kind::Busy, "the connection was lost");
     throw;
   }
 }
@@ -130,7 +135,7 @@ void Database::finish(Lease& lease, const Work& work) {
 void Database::runWriter(const Work& work, std::string_view beginning, Deadline until) {
   Lease lease(pool_, ConnectionPool::Use::Write, until);
   int step = 0;
-  begin(lease, [&](Connection& db) { step = beginWrite(db, beginning, until); });
+  begin(lease, until, [&](Connection& db) { step = beginWrite(db, beginning); });
   finish(lease, [&](Connection& db) {
     if (step > step_)
       throw StoreError(StoreError::Kind::Newer,
@@ -139,8 +144,8 @@ void Database::runWriter(const Work& work, std::string_view beginning, Deadline 
   });
 }
 
-/// Runs the transaction until it is through; only one that met another is tried again.
-void Database::runRepeated(const std::function<void()>& once) {
+/// Runs the transaction until it is through or its time is over; only one that met another is tried again.
+void Database::runRepeated(Deadline until, const std::function<void()>& once) {
   for (int attempt = 0;; ++attempt) {
     try {
       try {
@@ -152,16 +157,17 @@ void Database::runRepeated(const std::function<void()>& once) {
       // What the net caught was free when the work looked: on the next run it sees what came between.
       const bool met =
           error.kind() == StoreError::Kind::Contested || error.kind() == StoreError::Kind::Overlap;
-      if (!met || attempt >= mostRetries) throw;
+      if (!met || attempt >= mostRetries || steady_clock::now() >= until) throw;
     }
     backOff(attempt);
   }
 }
 
 void Database::read(const Work& work) {
-  runRepeated([&] {
-    Lease lease(pool_, ConnectionPool::Use::Read, deadlineFor(Wait::Full));
-    begin(lease, [&](Connection& db) { db.run(std::string(dialect().beginRead)); });
+  const Deadline until = deadlineFor(Wait::Full);
+  runRepeated(until, [&] {
+    Lease lease(pool_, ConnectionPool::Use::Read, until);
+    begin(lease, until, [&](Connection& db) { db.run(std::string(dialect().beginRead)); });
     finish(lease, work);
   });
 }
@@ -204,6 +210,8 @@ void Database::runApart(const WriteQueue::Group& group) {
   for (WriteQueue::Waiting* each : group) {
     each->failure = {};
     try {
+      if (steady_clock::now() >= each->until)
+        throw StoreError(StoreError::Kind::Busy, "the time was over before it could run by itself");
       runWriter(*each->work, dialect().beginWrite, each->until);
     } catch (...) {
       each->failure = std::current_exception();
@@ -218,13 +226,13 @@ void Database::writeInTurn(const Work& work, Deadline until) {
 
 void Database::write(const Work& work, Wait wait) {
   const Deadline until = deadlineFor(wait);
-  runRepeated([&] { writeInTurn(work, until); });
+  runRepeated(until, [&] { writeInTurn(work, until); });
 }
 
 void Database::writeApart(std::string_view key, const Work& work, Wait wait) {
   if (dialect().kind == Dialect::Kind::Sqlite) return write(work, wait);
   const Deadline until = deadlineFor(wait);
-  runRepeated([&] {
+  runRepeated(until, [&] {
     runWriter(
         [&](Connection& db) {
           if (!key.empty()) lockKey(db, key);
@@ -235,15 +243,17 @@ void Database::writeApart(std::string_view key, const Work& work, Wait wait) {
 }
 
 void Database::readOnce(const Work& work) {
-  runRepeated([&] {
-    Lease lease(pool_, ConnectionPool::Use::Read, deadlineFor(Wait::Full));
-    begin(lease, work);
+  const Deadline until = deadlineFor(Wait::Full);
+  runRepeated(until, [&] {
+    Lease lease(pool_, ConnectionPool::Use::Read, until);
+    begin(lease, until, work);
   });
 }
 
 void Database::plain(const Work& work) {
   try {
     Lease lease(pool_, ConnectionPool::Use::Write, deadlineFor(Wait::Full));
+    (*lease).waitAtMost(pool_.patience());
     work(*lease);
   } catch (const soci::soci_error&) {
     rethrowAsStoreError();

@@ -63,11 +63,11 @@ class Database {
   using Deadline = ConnectionPool::Deadline;
   using Lease = ConnectionPool::Lease;
   [[nodiscard]] Deadline deadlineFor(Wait wait) const;
-  void begin(Lease& lease, const Work& beginning);
-  [[nodiscard]] int beginWrite(Connection& db, std::string_view statement, Deadline until) const;
+  void begin(Lease& lease, Deadline until, const Work& beginning);
+  [[nodiscard]] int beginWrite(Connection& db, std::string_view statement) const;
   void finish(Lease& lease, const Work& work);
   void runWriter(const Work& work, std::string_view beginning, Deadline until);
-  void runRepeated(const std::function<void()>& once);
+  void runRepeated(Deadline until, const std::function<void()>& once);
   void runTogether(const WriteQueue::Group& group);
   void runGroupOnce(WriteQueue::Group& group);
   void runApart(const WriteQueue::Group& group);

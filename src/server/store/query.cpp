@@ -1,7 +1,5 @@
 #include "server/store/query.h"
 
-#include <sys/socket.h>
-
 #include <algorithm>
 
 #include <soci/postgresql/soci-postgresql.h>
@@ -48,8 +46,9 @@ class Connection::Asking {
 
 Connection::Connection(const Dialect& dialect, const std::string& connectText)
     : dialect_(dialect), session_(factoryOf(dialect), connectText) {
-  if (dialect.kind == Dialect::Kind::Postgresql)
-    PQsetNoticeProcessor(serverOf(session_), dropNotice, nullptr);
+  if (dialect.kind != Dialect::Kind::Postgresql) return;
+  PQsetNoticeProcessor(serverOf(session_), dropNotice, nullptr);
+  socket_.copy(PQsocket(serverOf(session_)));
 }
 
 void Connection::run(const std::string& sql) {
@@ -118,7 +117,18 @@ bool Connection::waitsLongerThan(std::chrono::milliseconds longest) const {
 }
 
 void Connection::breakOff() {
-  if (dialect_.kind == Dialect::Kind::Postgresql) shutdown(PQsocket(serverOf(session_)), SHUT_RDWR);
+  socket_.shutDown();
+}
+
+bool Connection::isLost() {
+  return dialect_.kind == Dialect::Kind::Postgresql && PQstatus(serverOf(session_)) == CONNECTION_BAD;
+}
+
+/// A statement that was ended between taking the turn and passing it on to its transaction leaves it with the
+/// connection. A file's engine undoes some transactions by itself.
+void Connection::rollBack() {
+  if (dialect_.kind == Dialect::Kind::Postgresql) return run("rollback; select pg_advisory_unlock_all()");
+  if (sqlite_api::sqlite3_get_autocommit(handleOf(session_)) == 0) run("rollback");
 }
 
 std::vector<std::string> Connection::statements() const {

@@ -14,6 +14,7 @@
 #include <soci/soci.h>
 
 #include "server/store/dialect.h"
+#include "server/store/socket_copy.h"
 
 namespace vantry::server {
 
@@ -28,6 +29,9 @@ class Connection {
   void run(const std::string& sql);
   /// The same; the number that the last of them gives.
   std::int64_t runForNumber(const std::string& sql);
+
+  /// Undoes the transaction, where one is open.
+  void rollBack();
 
   /// Sets the longest wait for others that hold what a statement needs.
   void waitAtMost(std::chrono::milliseconds longest);
@@ -44,6 +48,8 @@ class Connection {
   [[nodiscard]] bool waitsLongerThan(std::chrono::milliseconds longest) const;
   /// Ends the connection, so that its user is woken with an error.
   void breakOff();
+  /// Whether its server is gone from it, so that nothing more can be asked.
+  [[nodiscard]] bool isLost();
   /// How often the database was asked since the connection was opened.
   [[nodiscard]] std::int64_t roundTrips() const { return roundTrips_; }
 
@@ -65,6 +71,7 @@ class Connection {
 
   const Dialect& dialect_;
   soci::session session_;
+  SocketCopy socket_;
   Statements statements_;
   std::chrono::steady_clock::time_point deadline_;
   std::chrono::milliseconds longestWait_{-1};

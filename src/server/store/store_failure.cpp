@@ -76,16 +76,4 @@ void rethrowAsUnreachable(const Dialect& dialect) {
   }
 }
 
-void rethrowAsLostBeginning() {
-  try {
-    throw;
-  } catch (const soci::postgresql_soci_error& error) {
-    const bool waited = error.sqlstate() == lockTimeout;
-    throw StoreError(waited ? StoreError::Kind::Busy : StoreError::Kind::Contested,
-                     error.get_error_message());
-  } catch (const soci::soci_error&) {
-    rethrowAsStoreError();
-  }
-}
-
 }  // namespace vantry::server

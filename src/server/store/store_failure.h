@@ -5,8 +5,8 @@
 
 namespace vantry::server {
 
-// What the database library throws becomes the one kind of error that the server knows. All are called while
-// an exception is handled.
+// What the database library throws becomes the one kind of error that the server knows. Both are called
+// while an exception is handled.
 
 /// Rethrows it as StoreError. The long form of the library's messages holds the values of the statement,
 /// which belong in no log.
@@ -14,9 +14,5 @@ namespace vantry::server {
 
 /// The same for a failure to connect: whatever a database server says to a stranger, there is no connection.
 [[noreturn]] void rethrowAsUnreachable(const Dialect& dialect);
-
-/// The same for a failure to begin: the connection may have died since its last use, so that another one may
-/// do. A wait that took too long stays Busy.
-[[noreturn]] void rethrowAsLostBeginning();
 
 }  // namespace vantry::server

@@ -6,6 +6,7 @@
 #include <latch>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -65,6 +66,59 @@ TEST_P(StoreLimits, ReadersWaitForAConnectionOnlySoLongAndNeverTakeTheLast) {
     EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt) << "one is kept for those that write";
   });
   EXPECT_EQ(errorOf([&] { database.read(nothing); }), std::nullopt);
+}
+
+TEST_P(StoreLimits, WorkIsNotRepeatedOnceItsTimeIsOver) {
+  Database database(store->url(), {.patience = 0});
+  int runs = 0;
+  const auto meet = [&](Connection&) {
+    ++runs;
+    throw StoreError(StoreError::Kind::Contested, "another one");
+  };
+  EXPECT_EQ(errorOf([&] { database.read(meet); }), StoreError::Kind::Contested);
+  EXPECT_EQ(errorOf([&] { database.readOnce(meet); }), StoreError::Kind::Contested);
+  EXPECT_EQ(errorOf([&] { database.write(meet); }), StoreError::Kind::Contested);
+  EXPECT_EQ(errorOf([&] { database.writeApart({}, meet); }), StoreError::Kind::Contested);
+  EXPECT_EQ(runs, 4);
+}
+
+TEST_P(StoreLimits, AStatementThatFailsByItselfIsNotRepeated) {
+  Database database(store->url());
+  int runs = 0;
+  EXPECT_EQ(errorOf([&] {
+              database.readOnce([&](Connection& db) {
+                ++runs;
+                db.run("select * from nowhere");
+              });
+            }),
+            StoreError::Kind::Failed);
+  EXPECT_EQ(runs, 1);
+}
+
+TEST_P(StoreLimits, AWaitThatWasTooLongKeepsTheConnection) {
+  Database holder(store->url());
+  Database database(store->url(), {.connections = 1, .patience = 0});
+  database.plain([](Connection& db) { db.run("create temp table marks (id integer)"); });
+  holder.write(
+      [&](Connection&) { EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Busy); });
+  EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
+  EXPECT_EQ(numberFrom(database, "select count(*) from marks"), 0) << "it is there";
+}
+
+TEST_P(StoreLimits, AReaderDoesNotInheritTheShortWaitOfAWriter) {
+  Database database(store->url(), {.connections = 1, .patience = 600});
+  database.write(nothing, Database::Wait::Short);
+  const std::string wait =
+      GetParam() == "sqlite" ? "pragma busy_timeout"
+                             : "select cast(setting as integer) from pg_settings where name = 'lock_timeout'";
+  EXPECT_GT(numberFrom(database, wait), 500);
+  database.write(nothing, Database::Wait::Short);
+  database.readOnce([&](Connection& db) {
+    std::int64_t longest = 0;
+    Query query(db, wait);
+    fetchOne(query, longest);
+    EXPECT_GT(longest, 500);
+  });
 }
 
 TEST_P(StoreLimits, AnOlderServerStopsWritingOnceTheSchemaIsNewer) {
@@ -245,6 +299,46 @@ TEST_F(LostServer, LostConnectionsUndoWhatIsUnderWayAndAreNotNoticedAfterwards) 
   loseAll();
   EXPECT_EQ(errorOf([&] { database.write(note); }), std::nullopt);
   EXPECT_EQ(numberFrom(database, "select count(*) from notes"), 1);
+}
+
+TEST_F(LostServer, AStatementThatTheServerEndedIsNotRepeated) {
+  Database database(store->url());
+  int runs = 0;
+  EXPECT_EQ(errorOf([&] {
+              database.readOnce([&](Connection& db) {
+                ++runs;
+                db.run("do 'begin raise exception using errcode = ''query_canceled''; end'");
+              });
+            }),
+            StoreError::Kind::TooLong);
+  EXPECT_EQ(runs, 1);
+}
+
+/// Each would have to be waited for otherwise.
+TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
+  SilentProxy proxy(portOf(store->url()));
+  Database database(throughPort(store->url(), proxy.port()),
+                    {.connections = 4, .silence = milliseconds(400)});
+  std::set<std::int64_t> before;
+  const auto noteServer = [&](Connection& db) { before.insert(db.runForNumber("select pg_backend_pid()")); };
+  database.read([&](Connection& one) {
+    noteServer(one);
+    database.read([&](Connection& two) {
+      noteServer(two);
+      database.read(noteServer);
+    });
+  });
+  ASSERT_EQ(before.size(), 3U);
+  EXPECT_EQ(errorOf([&] {
+              database.write([&](Connection& db) {
+                proxy.beSilent(true);
+                db.run("select 1");
+              });
+            }),
+            StoreError::Kind::Busy);
+  proxy.beSilent(false);
+  database.read(
+      [&](Connection& db) { EXPECT_FALSE(before.contains(db.runForNumber("select pg_backend_pid()"))); });
 }
 
 TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
