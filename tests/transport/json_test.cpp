@@ -2,16 +2,9 @@
 
 #include "support/scripted_reply.h"
 #include "transport/json_reader.h"
-#include "transport/request_body.h"
 
 namespace vantry::test {
 namespace {
-
-TEST(RequestBody, HoldsTagsInTheirOrder) {
-  EXPECT_EQ(requestBody({}), R"({"tags":[]})");
-  EXPECT_EQ(requestBody({{"LOC", "3"}, {"LOC", "4"}, {"DATE", "2026-11-24"}}),
-            R"({"tags":[["LOC","3"],["LOC","4"],["DATE","2026-11-24"]]})");
-}
 
 std::optional<Reply> read(std::string body) {
   Reply reply;

@@ -51,26 +51,6 @@ struct RealServer : testing::Test {
   }
 };
 
-TEST_F(RealServer, AnOperatorFindsHisDeskAndItsDay) {
-  std::string reason;
-  ASSERT_TRUE(transport.reach(reason)) << reason;
-  ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
-  TagMessage message(transport);
-  message.Add("OI", "desk");
-  ASSERT_EQ(message.Send("RLL"), 0);
-  ASSERT_EQ(message.Count("LNA"), 1);
-  ASSERT_TRUE(message.NextRecord("LNA"));
-  message.Add("LOC", message.Get("LOC"));
-  ASSERT_EQ(message.Send("SLL"), 0);
-  EXPECT_EQ(message.Get("BKV"), "Y");
-  message.Add("DATE", "2026-11-24");
-  message.Add("HBK", "Y");
-  ASSERT_EQ(message.Send("BOOKDAY"), 0);
-  EXPECT_GT(message.Count("BOOKID"), 0);
-  ASSERT_TRUE(message.NextRecord("BOOKID"));
-  EXPECT_THAT(message.Get("ETIME"), testing::MatchesRegex("2026-1[0-9]-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}"));
-}
-
 TEST_F(RealServer, ASupervisorsSealedLoginStandsInForARight) {
   ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
   TagMessage message(transport);
@@ -119,39 +99,6 @@ TEST_F(RealServer, WithoutASessionNothingIsAnswered) {
   EXPECT_EQ(send("GETLOCS").delivery, Delivery::Answered);
   transport.logoff();
   EXPECT_EQ(send("GETLOCS").delivery, Delivery::SessionEnded);
-}
-
-TEST_F(RealServer, ARequestThatItCannotTakeIsToldAsSuch) {
-  ASSERT_EQ(transport.logon("desk", "desk-demo"), LogonResult::Accepted);
-  const DeliveryResult missing = send("RLL");
-  EXPECT_EQ(missing.delivery, Delivery::Answered);
-  EXPECT_EQ(missing.reply.rc, -98);
-  EXPECT_EQ(missing.reply.value(-1, "CANTREAD").text, "OI");
-  for (const auto& result :
-       {send("NOSUCH"), send("bad/code"), send("BOOKDAY", {{"DATE", std::string(1100 * 1024, 'x')}})}) {
-    EXPECT_EQ(result.delivery, Delivery::Rejected);
-    EXPECT_NE(result.reason, "");
-  }
-  EXPECT_EQ(send("GETLOCS").delivery, Delivery::Answered) << "the line is still good";
-}
-
-TEST_F(RealServer, ARepeatedIdRunsNothingASecondTime) {
-  ASSERT_EQ(transport.logon("admin", "admin-demo"), LogonResult::Accepted);
-  const DeliveryResult locations = send("RLL", {{"OI", "admin"}});
-  ASSERT_GT(locations.reply.recordCount(), 0);
-  ASSERT_EQ(send("SLL", {{"LOC", std::string(locations.reply.value(0, "LOC").text)}}).reply.rc, 0);
-  const DeliveryResult day = send("BOOKDAY", {{"DATE", "2026-11-26"}, {"HBK", "N"}});
-  std::string booking;
-  for (int i = 0; i < day.reply.recordCount(); ++i) {
-    if (day.reply.value(i, "BKRES").text == "0") booking = day.reply.value(i, "BOOKID").text;
-  }
-  ASSERT_NE(booking, "") << "the library has open bookings ahead";
-
-  const Request cancel{newRequestId(), "CANBK", {{"BOOKID", booking}}};
-  const DeliveryResult first = transport.send(cancel);
-  ASSERT_EQ(first.reply.rc, 0);
-  EXPECT_EQ(transport.send(cancel).reply.rc, 0) << "the stored reply";
-  EXPECT_EQ(send("CANBK", cancel.tags).reply.rc, 7) << "it is canceled, as a fresh request finds";
 }
 
 TEST_F(RealServer, APasswordIsChangedOrTheReasonTold) {
