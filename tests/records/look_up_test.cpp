@@ -62,19 +62,23 @@ TEST_F(LookUp, TheRowPickedAmongSeveralIsTheResult) {
   struct Case {
     const char* name;
     std::function<void(frmMultBarOrNo&)> pick;
+    const char* status;
     const char* result;
   };
   const std::vector<Case> cases = {
-      {"double click", [](frmMultBarOrNo& w) { w.fa.doubleClick(2, 1); }, "12"},
-      {"OK on the first row, which is selected", [](frmMultBarOrNo& w) { w.cmdOK.press(); }, "11"},
+      {"double click", [](frmMultBarOrNo& w) { w.fa.doubleClick(2, 1); }, "", "12"},
+      {"OK on the first row, which is selected", [](frmMultBarOrNo& w) { w.cmdOK.press(); }, "", "11"},
       {"row and Enter",
        [](frmMultBarOrNo& w) {
          w.fa.selectRow(2);
          w.cmdOK.press();
        },
-       "12"},
+       "", "12"},
+      {"cancelled", [](frmMultBarOrNo& w) { w.cmdCancel.press(); }, "CANCEL", ""},
+      {"closed", [](frmMultBarOrNo& w) { w.closeByOperator(); }, "CANCEL", ""},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
     server.expect("GETIBYB", "BARORNO=0 BNO=5500").replies(kTwoHits);
     desktop.expectModalWindow<frmMultBarOrNo>("frmMultBarOrNo", [&](frmMultBarOrNo& window) {
       EXPECT_TRUE(window.lblHeader.Caption.get().starts_with("The barcode you have entered"));
@@ -83,21 +87,10 @@ TEST_F(LookUp, TheRowPickedAmongSeveralIsTheResult) {
       c.pick(window);
     });
     seek("5500");
-    EXPECT_EQ(app->lookUp.LookupStatus, "") << c.name;
-    ASSERT_FALSE(app->lookUp.LookupRows.empty()) << c.name;
-    EXPECT_EQ(app->lookUp.LookupRows[0].EID, c.result) << c.name;
-  }
-}
-
-TEST_F(LookUp, CancelledAndClosedAreOneAndSayNothing) {
-  for (const bool closed : {false, true}) {
-    server.expect("GETIBYB", "BARORNO=1 ENO=TV").replies(kTwoHits);
-    desktop.expectModalWindow<frmMultBarOrNo>("frmMultBarOrNo", [&](frmMultBarOrNo& window) {
-      EXPECT_TRUE(window.lblHeader.Caption.get().starts_with("The number you have entered"));
-      closed ? window.closeByOperator() : window.cmdCancel.press();
-    });
-    seek("TV", true);
-    EXPECT_EQ(app->lookUp.LookupStatus, "CANCEL");
+    EXPECT_EQ(app->lookUp.LookupStatus, c.status);
+    if (!*c.result) continue;
+    ASSERT_FALSE(app->lookUp.LookupRows.empty());
+    EXPECT_EQ(app->lookUp.LookupRows[0].EID, c.result);
   }
 }
 

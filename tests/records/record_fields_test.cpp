@@ -78,12 +78,6 @@ TEST_F(RecordFieldsTest, AChangeIsToldBehindWhatTheWindowDoesWithIt) {
   EXPECT_EQ(told, "rooms dirty dirty ");
 }
 
-TEST_F(RecordFieldsTest, ARequiredFieldIsAskedForByItsLabel) {
-  desktop.expectWarning("Missing Required Fields:\nNumber");
-  EXPECT_FALSE(CheckRequiredFields(window));
-  EXPECT_EQ(window.ActiveControl(), &window.txtNumber);
-}
-
 TEST_F(RecordFieldsTest, WhatMayNotBeEditedIsLocked) {
   EXPECT_TRUE(window.txtStatus.Locked);
   fields.secure(Rights());

@@ -134,13 +134,6 @@ TEST_F(Records, AFailedTypeLeavesEmptySlotsAndTheWindowOpens) {
   EXPECT_TRUE(main().Enabled);
 }
 
-TEST_F(Records, KindsWithoutAWindowOpenNothing) {
-  for (const int kind : {5, 6, 9, -1, 21}) OpenRecordWindow(*app, {kind, "1", kSourceMainWindow});
-  EXPECT_TRUE(tags().empty());
-  EXPECT_TRUE(notBuilt.empty());
-  EXPECT_TRUE(main().Enabled);
-}
-
 TEST_F(Records, ANewMaintenanceRecordAsksForItsPieceUntilOneIsFound) {
   for (const bool barcodes : {true, false}) {
     app->preferences.Barcodes = barcodes;
@@ -177,13 +170,6 @@ TEST_F(Records, WithoutAPieceNoMaintenanceRecordOpens) {
   EXPECT_TRUE(main().Enabled);
   OpenRecordWindow(*app, {kMaintenance, "", kSourceEquipment});  // the piece is the calling window's
   EXPECT_EQ(tags().size(), 1u);
-}
-
-TEST_F(Records, ADeletionIsAskedForAndNotReported) {
-  server.expect("VERDELE", "VID=5 VTY=2").fails(103);
-  EXPECT_EQ(VerifyDelete(*app, "5", "2"), 103);
-  server.expect("VERDELE", "VID=6 VTY=1");
-  EXPECT_EQ(VerifyDelete(*app, "6", "1"), 0);
 }
 
 TEST_F(Records, AListOfCategoriesThatFailsIsEmptyAndTheOthersAreRead) {
@@ -240,12 +226,6 @@ TEST_F(Records, MissingFieldsAreToldInTheirOrderAndTheFirstIsShown) {
   EXPECT_FALSE(CheckRequiredFields(window));
   window.cboType.ListIndex = 1;
   EXPECT_TRUE(CheckRequiredFields(window));
-}
-
-TEST(Helpers, ReplacedCharactersAreNotReadAgain) {
-  EXPECT_EQ(ReplaceCharacter("a&b&", '&', "&&"), "a&&b&&");
-  EXPECT_EQ(ReplaceCharacter("abc", 'b', ""), "ac");
-  EXPECT_EQ(ReplaceCharacter("", 'x', "y"), "");
 }
 
 }  // namespace
