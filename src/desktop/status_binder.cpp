@@ -32,6 +32,7 @@ class StatusWidget : public QWidget {
     for (int i = 0; i < StatusBar::kPanels; ++i) {
       auto* label = new QLabel(this);
       label->setTextFormat(Qt::PlainText);
+      label->setMinimumWidth(1);  // a long text does not hold the window wide
       label->setObjectName(QStringLiteral("panel(%1)").arg(i + 1));
       if (i + 1 == kFreePanel) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
       layout->addWidget(label, i + 1 == kFreePanel ? 1 : 0);

@@ -24,6 +24,9 @@ class MainWindow {
 
   // Start-up and login.
   virtual void placeFrames() = 0;
+  /// The panel for where a report was printed to: a report is often followed by a list whose progress fills
+  /// the second one.
+  static constexpr int kPrintingPanel = 6;
   virtual void showStatus(int panel, std::string_view text) = 0;
   virtual void showOperator(std::string_view operatorId) = 0;
   virtual void mnuModeStandard_Click() = 0;

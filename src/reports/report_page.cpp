@@ -6,13 +6,11 @@ namespace vantry {
 
 static constexpr double kTitleSize = 16;
 static constexpr double kTextSize = 10;
-/// A panel of its own, since a report is often followed by a list whose progress fills the second one.
-static constexpr int kPrintingPanel = 6;
 
 ReportPage::ReportPage(App& app, std::string name, std::string_view font)
     : app_(app), printer_(app.desktop.printer()) {
   app_.global.BusyAllForms();
-  app_.main().showStatus(kPrintingPanel, "");
+  app_.main().showStatus(MainWindow::kPrintingPanel, "");
   printer_.Preview = false;
   printer_.Orientation = Printer::PageOrientation::Portrait;
   printer_.FontName = font;
@@ -105,9 +103,9 @@ void ReportPage::tell(const PrintResult& result) {
     case PrintResult::Outcome::Printed:
       return;
     case PrintResult::Outcome::Filed:
-      return app_.main().showStatus(kPrintingPanel, "Printed to \"" + result.text + "\"");
+      return app_.main().showStatus(MainWindow::kPrintingPanel, "Printed to \"" + result.text + "\"");
     case PrintResult::Outcome::Stopped:
-      return app_.main().showStatus(kPrintingPanel, "Printing was stopped.");
+      return app_.main().showStatus(MainWindow::kPrintingPanel, "Printing was stopped.");
     case PrintResult::Outcome::Failed:
       return criticalBox(app_.desktop, "The report could not be printed.\n\n" + result.text);
   }

@@ -61,6 +61,7 @@ std::vector<std::unique_ptr<MainView>> frmMain::makeViews() {
 
 void frmMain::Form_Load() {
   firstTime_ = true;
+  showStatus(kPrintingPanel, "");  // it may name a patron
   app_.tools.PrepareForm(*this);
   HideFrames();
   setVisible(false, menus.mnuPopupTools, menus.mnuPopupGroup, menus.mnuPopupMember, menus.mnuPopupNewBooking,

@@ -324,4 +324,13 @@ std::string booking(const std::string& times, const std::string& place, int type
          (things.empty() ? "" : things + "; ") + "SCHCOM=; ODE=0; OPU=0; WIZ=N; " + rest;
 }
 
+std::optional<StoreError::Kind> errorOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const StoreError& error) {
+    return error.kind();
+  }
+  return std::nullopt;
+}
+
 }  // namespace vantry::server

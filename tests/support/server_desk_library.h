@@ -1,8 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -87,6 +89,9 @@ class DeskLibrary {
   std::unique_ptr<RequestRunner> runner_;
   std::map<std::string, std::string> tokens_;
 };
+
+/// The kind of error that the work ends with.
+[[nodiscard]] std::optional<StoreError::Kind> errorOf(const std::function<void()>& work);
 
 /// Runs its tests on each kind of database that is offered.
 class OnEachDatabase : public testing::TestWithParam<std::string> {

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include <spdlog/spdlog.h>
+
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 #include "server/store/settings.h"
@@ -17,18 +19,28 @@ constexpr std::string_view zoneSetting = "time_zone";
 constexpr std::string_view zoneFolder = "/usr/share/zoneinfo/";
 constexpr std::int64_t mostSkew = 60;
 
-void checkZone(const std::string& zone) {
+bool isZone(const std::string& zone) {
   const bool isName = !zone.empty() && zone.front() != '/' && zone.find("..") == std::string::npos;
-  if (!isName || !std::filesystem::is_regular_file(std::string(zoneFolder) + zone))
-    throw std::runtime_error("There is no time zone \"" + zone + "\" on this machine.");
+  std::error_code none;
+  return isName && std::filesystem::is_regular_file(std::string(zoneFolder) + zone, none);
 }
 
+void checkZone(const std::string& zone) {
+  if (!isZone(zone)) throw std::runtime_error("There is no time zone \"" + zone + "\" on this machine.");
+}
+
+/// Empty when it has no name: a rule of its own, or a copied file.
 std::string zoneOfMachine() {
-  if (const char* given = std::getenv("TZ"); given != nullptr && *given != '\0')
-    return given[0] == ':' ? given + 1 : given;
-  std::error_code none;  // a machine without one runs on UTC
-  const std::string link = std::filesystem::canonical("/etc/localtime", none).string();
-  return link.starts_with(zoneFolder) ? link.substr(zoneFolder.size()) : "UTC";
+  std::string zone;
+  if (const char* given = std::getenv("TZ"); given != nullptr && *given != '\0') {
+    zone = given[0] == ':' ? given + 1 : given;
+  } else {
+    std::error_code none;
+    if (!std::filesystem::exists("/etc/localtime", none)) return "UTC";
+    const std::string link = std::filesystem::canonical("/etc/localtime", none).string();
+    if (link.starts_with(zoneFolder)) zone = link.substr(zoneFolder.size());
+  }
+  return isZone(zone) ? zone : std::string();
 }
 
 }  // namespace
@@ -43,6 +55,12 @@ void takeTimeZone(Database& database) {
   database.read([&](Connection& db) { zone = settingOf(db, zoneSetting); });
   if (zone.empty()) {
     zone = zoneOfMachine();
+    if (zone.empty()) {
+      spdlog::warn(
+          "The time zone of this machine has no name, and is used as it is. Give the library one: init "
+          "--time-zone.");
+      return;
+    }
     setTimeZone(database, zone);
   }
   checkZone(zone);

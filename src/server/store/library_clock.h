@@ -13,8 +13,8 @@ namespace vantry::server {
 /// Sets the library's time zone, such as "Europe/Berlin".
 void setTimeZone(Database& database, const std::string& zone);
 
-/// Makes the library's time zone that of this process. A library without one gets this machine's. Called
-/// before there are other threads.
+/// Makes the library's time zone that of this process. A library without one gets this machine's,
+/// unless that has no name: then it is used as it is, with a warning. Called before there are other threads.
 void takeTimeZone(Database& database);
 
 /// Refuses a clock that is more than a minute away from the database server's. `now` is in seconds since

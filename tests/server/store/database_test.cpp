@@ -17,16 +17,6 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The kind of error that the work ends with.
-std::optional<StoreError::Kind> errorOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const StoreError& error) {
-    return error.kind();
-  }
-  return std::nullopt;
-}
-
 class DatabaseTest : public testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {

@@ -24,15 +24,6 @@ namespace {
 using std::chrono::milliseconds;
 using test::TempFolder;
 
-std::optional<StoreError::Kind> errorOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const StoreError& error) {
-    return error.kind();
-  }
-  return std::nullopt;
-}
-
 void nothing(Connection&) {}
 
 std::int64_t numberFrom(Database& database, const std::string& sql) {
