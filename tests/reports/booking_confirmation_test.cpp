@@ -111,7 +111,8 @@ TEST_F(Confirmation, WhatABookingDoesNotHaveDropsOut) {
                       "PGNM=Staff PID=31 PGID=2 BKRES=0 PPID=0 ") +
           kTimes);
   expectRooms();
-  expectLab();
+  server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+  server.expect("GETREQP", "RID=41 BRTY=1");
   expectEmptyThings();
   expectPrivileges();
   OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
@@ -129,7 +130,8 @@ TEST_F(Confirmation, WhatABookingDoesNotHaveDropsOut) {
 TEST_F(Confirmation, AnAdministrativeBookingHasNoAddress) {
   server.expect("GETMSD", "BOOKID=7").replies(head("ADBK=Y PATNM= PGNM= PID=0 PGID=0"));
   expectRooms("ADBK=Y PGID=0");
-  expectLab();
+  server.expect("GETSRM", "BOOKID=7").replies("RID=41 RNM=Lab");
+  server.expect("GETREQP", "RID=41 BRTY=1");
   expectEmptyThings();
   OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
   editor().mnuFilePrint.choose();

@@ -87,13 +87,18 @@ TEST_F(ListReports, TheMonitorsListsAreNamedByHoursRoomAndDates) {
   viewAs<RoomScheduleView>(main(), ViewId::RoomSchedules).cboMediaSchedRooms.select(1);
   EXPECT_EQ(title(), "Schedule for Room: Studio");
 
-  main().showView(ViewId::ItemList);
-  auto& view = viewAs<PickListView>(main(), ViewId::ItemList);
-  view.cmdToday.press();
-  server.expect("GIPL", "CLI=3 LOC=3 STIME=\"2026-11-24 00:00:00\" ETIME=\"2026-11-24 23:59:59\" OI=desk");
-  desktop.expectBox(Box::Kind::Plain, "No items scheduled to be picked up for the time range.");
-  view.cmdGetLists.press();
-  EXPECT_EQ(title(), "Item Pick Up List: 2026-11-24 00:00:00 to 2026-11-24 23:59:59");
+  for (const auto& [id, name] : {std::pair(ViewId::EquipmentList, "Equipment"), {ViewId::ItemList, "Item"}}) {
+    main().showView(id);
+    auto& view = viewAs<PickListView>(main(), id);
+    view.cmdToday.press();
+    server.expect(id == ViewId::EquipmentList ? "GEPL" : "GIPL",
+                  "CLI=3 LOC=3 STIME=\"2026-11-24 00:00:00\" ETIME=\"2026-11-24 23:59:59\" OI=desk");
+    desktop.expectBox(Box::Kind::Plain, std::string("No ") +
+                                            (id == ViewId::EquipmentList ? "equipment" : "items") +
+                                            " scheduled to be picked up for the time range.");
+    view.cmdGetLists.press();
+    EXPECT_EQ(title(), std::string(name) + " Pick Up List: 2026-11-24 00:00:00 to 2026-11-24 23:59:59");
+  }
 }
 
 TEST_F(ListReports, ListsOfTheInventoryNameTheirCategory) {

@@ -97,7 +97,7 @@ TEST_F(RecordDetails, AGroupListsItsMembers) {
   server.expect("GETEAVC");
   expectNotes("21", "ENID=1 NX=N ENTY=Repair");
   group.mnuFilePrint.choose();
-  EXPECT_THAT(printed(), testing::StartsWith(R"({16 bold} Group Inventory - SET1
+  EXPECT_EQ(printed(), R"({16 bold} Group Inventory - SET1
 
 ----
 
@@ -120,7 +120,15 @@ Number | Manufacturer | Model | Serial | Format
 ----
 
 {10 bold} Properties
-)"));
+
+{10} Created By:  |  | Updated By:  | 
+Create Date:  |  | Update Date:  | 
+Create Location:  |  | Update Location:  | 
+Historical Bookings:  | 
+
+
+Printed: 11/24/2026  09:00 AM
+)");
 }
 
 TEST_F(RecordDetails, ARoomListsItsDetailsAndItsEquipment) {
@@ -134,7 +142,7 @@ TEST_F(RecordDetails, ARoomListsItsDetailsAndItsEquipment) {
   server.expect("GETRNS", "RID=2").replies("RNID=1 NX=Y RNTY=Key");
   server.expect("GETRN", "RID=2 RNID=1").replies("MNO=\"At the desk\"");
   room.mnuFilePrint.choose();
-  EXPECT_THAT(printed(), testing::StartsWith(R"({16 bold} Room Inventory - 102
+  EXPECT_EQ(printed(), R"({16 bold} Room Inventory - 102
 
 ----
 
@@ -166,7 +174,15 @@ Number | Type | Status
 ----
 
 {10 bold} Properties
-)"));
+
+{10} Created By:  | Ink, Ina | Updated By:  | 
+Create Date:  | 01/03/2025 | Update Date:  | 
+Create Location:  | Main Desk | Update Location:  | 
+Historical Bookings:  | 7
+
+
+Printed: 11/24/2026  09:00 AM
+)");
 }
 
 TEST_F(RecordDetails, AMaintenanceListsWhatWasDone) {
@@ -177,7 +193,7 @@ TEST_F(RecordDetails, AMaintenanceListsWhatWasDone) {
   server.expect("GETEGSTY").replies("SID=8 SPR=3 STY=\"In Maintenance\"");
   auto& window = open<frmMaintenance>(kMaintenance, "9");
   window.mnuFilePrint.choose();
-  EXPECT_THAT(printed(), testing::StartsWith(R"({16 bold} Maintenance - TV1
+  EXPECT_EQ(printed(), R"({16 bold} Maintenance - TV1
 
 ----
 
@@ -199,7 +215,14 @@ Yearly
 ----
 
 {10 bold} Properties
-)"));
+
+{10} Created By:  | Ink, Ina | Updated By:  | Vale
+Create Date:  | 04/03/2026 | Update Date:  | 09/03/2026
+Create Location:  | Main Desk | Update Location:  | Branch
+
+
+Printed: 11/24/2026  09:00 AM
+)");
 }
 
 TEST_F(RecordDetails, ANewRecordPrintsItsControls) {
