@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -26,7 +27,9 @@ struct Outcome {
 class Serving {
  public:
   Serving(const std::string& database, std::string log, std::vector<std::string> more = {})
-      : log_(std::move(log)), child_(fork()) {
+      : log_(std::move(log)) {
+    std::filesystem::remove(log_);  // the port of an earlier one is not this one's
+    child_ = fork();
     if (child_ == 0) {
       if (freopen(log_.c_str(), "w", stdout) == nullptr) _exit(9);
       std::vector<std::string> words{"vantry-server", "--database", database, "serve", "--port", "0"};
@@ -75,7 +78,7 @@ class Serving {
  private:
   int port_ = 0;
   std::string log_;
-  pid_t child_;
+  pid_t child_ = 0;
 };
 
 class ProgramTest : public testing::Test {
