@@ -1,46 +1,72 @@
-#include "server/program/library_commands.h"
-
 #include <iostream>
+#include <memory>
 
-#include "server/base/user_error.h"
+#include <CLI/CLI.hpp>
+
+#include "server/program/command_line.h"
 #include "server/program/on_library.h"
-#include "server/setup/doctor.h"
+#include "server/setup/administration.h"
 
 namespace vantry::server {
 
 namespace {
 
-void tellCounts(const PatronReport& report, bool checkOnly) {
-  if (checkOnly) std::cout << "Nothing was written. Taken in, the file would come to this:\n";
-  std::cout << report.newPatrons << " new patrons, " << report.changedPatrons << " changed; "
-            << report.newCards << " new cards, " << report.changedCards << " changed, " << report.retiredCards
-            << " retired; " << report.sameRows << " rows as they are.\n";
+struct LibraryCommand {
+  std::string name;
+  std::string library;
+};
+
+void printNamed(const std::vector<NamedRow>& rows) {
+  for (const NamedRow& row : rows) std::cout << row.id << '\t' << row.name << '\n';
+}
+
+void addLibraryNamed(const std::string& database, const std::string& name) {
+  changeLibrary(database, [&](Connection& db) { addLibrary(db, name); });
+}
+
+void listLibraries(const std::string& database) {
+  printNamed(readRows(database, libraries));
+}
+
+void addLocationNamed(const std::string& database, const std::string& name, const std::string& library) {
+  changeLibrary(database, [&](Connection& db) { addLocation(db, name, library); });
+}
+
+void listLocations(const std::string& database) {
+  for (const LocationRow& row : readRows(database, allLocations))
+    std::cout << row.id << '\t' << row.name << '\t' << row.library << '\n';
+}
+
+void addGroupNamed(const std::string& database, const std::string& name) {
+  changeLibrary(database, [&](Connection& db) { addPatronGroup(db, name); });
+}
+
+void listGroups(const std::string& database) {
+  printNamed(readRows(database, patronGroups));
 }
 
 }  // namespace
 
-void importPatronFile(const std::string& url, const std::string& file, const PatronImportUse& use) {
-  PatronReport report;
-  onLibrary(url, [&](Database& database) { report = importPatrons(database, file, use, wallClock()); });
-  for (const std::string& heading : report.unknown)
-    std::cerr << "The column " << heading << " is left out.\n";
-  for (const std::string& fault : report.faults.told()) std::cerr << file << ", " << fault << '\n';
-  if (report.faults.count() > 0)
-    throw UserError("Nothing was taken. Faults in the file: " + std::to_string(report.faults.count()) + ".");
-  if (use.checkOnly) {
-    for (const std::string& row : report.told) std::cout << row << '\n';
-  }
-  tellCounts(report, use.checkOnly);
-}
+void describeLibrary(CLI::App& app, const Site& site) {
+  const auto given = std::make_shared<LibraryCommand>();
+  CLI::App* library = app.add_subcommand("library", "Libraries")->require_subcommand(1);
+  CLI::App* addLibrary = library->add_subcommand("add", "Add a library");
+  addLibrary->add_option("name", given->name)->required();
+  addLibrary->callback([given, &site] { addLibraryNamed(site.database, given->name); });
+  library->add_subcommand("list", "List them")->callback([given, &site] { listLibraries(site.database); });
 
-bool runDoctor(const std::string& url) {
-  std::vector<std::string> found;
-  onLibrary(url, [&](Database& database) {
-    database.read([&](Connection& db) { found = examineLibrary(db, wallClock()); });
-  });
-  for (const std::string& sentence : found) std::cout << sentence << '\n';
-  if (found.empty()) std::cout << "Nothing is wrong.\n";
-  return found.empty();
+  CLI::App* location = app.add_subcommand("location", "Booking desk locations")->require_subcommand(1);
+  CLI::App* addLocation = location->add_subcommand("add", "Add a location");
+  addLocation->add_option("name", given->name)->required();
+  addLocation->add_option("--library", given->library, "The library that it belongs to")->required();
+  addLocation->callback([given, &site] { addLocationNamed(site.database, given->name, given->library); });
+  location->add_subcommand("list", "List them")->callback([given, &site] { listLocations(site.database); });
+
+  CLI::App* group = app.add_subcommand("group", "Patron groups")->require_subcommand(1);
+  CLI::App* addGroup = group->add_subcommand("add", "Add a patron group");
+  addGroup->add_option("name", given->name)->required();
+  addGroup->callback([given, &site] { addGroupNamed(site.database, given->name); });
+  group->add_subcommand("list", "List them")->callback([given, &site] { listGroups(site.database); });
 }
 
 }  // namespace vantry::server

@@ -15,4 +15,8 @@ void onLibrary(const std::string& url, const std::function<void(Database&)>& wor
   });
 }
 
+void changeLibrary(const std::string& url, const Database::Work& work) {
+  onLibrary(url, [&](Database& database) { database.write(work); });
+}
+
 }  // namespace vantry::server
