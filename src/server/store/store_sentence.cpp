@@ -34,18 +34,18 @@ constexpr std::array sentences{
 constexpr std::string_view seeLog = "The log tells what it said.";
 constexpr std::string_view otherwise = "cannot be used. The log tells what it said.";
 
+}  // namespace
+
 /// Nothing before the host, where name and password stand, and nothing behind the database.
-std::string_view withoutSecrets(std::string_view url) {
+std::string_view plainDatabaseName(std::string_view url) {
+  if (dialectOf(url).kind == Dialect::Kind::Sqlite) return url;
   url = url.substr(0, url.find('?'));
   if (const std::size_t at = url.rfind('@'); at != std::string_view::npos) return url.substr(at + 1);
   return url.substr(url.find("//") + 2);
 }
 
-}  // namespace
-
 std::string sentenceFor(StoreError::Kind kind, std::string_view url) {
-  const bool isFile = dialectOf(url).kind == Dialect::Kind::Sqlite;
-  std::string text = "The database \"" + std::string(isFile ? url : withoutSecrets(url)) + "\" ";
+  std::string text = "The database \"" + std::string(plainDatabaseName(url)) + "\" ";
   for (const Sentence& each : sentences) {
     if (each.kind == kind) return text.append(each.end);
   }
