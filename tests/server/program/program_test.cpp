@@ -81,6 +81,15 @@ TEST_F(ProgramTest, EachCommandTellsWhatItDid) {
   EXPECT_THAT(run("rights").text, HasSubstr("EQV\tThe operator may see equipment and groups.\n"));
 }
 
+TEST_F(ProgramTest, TheDoctorKnowsThePasswordsOfTheDemo) {
+  const std::string sentence = "An operator of the demo library has a password that everybody knows";
+  ASSERT_EQ(run("demo").code, 0);
+  ASSERT_EQ(run("operator disable desk").code + run("operator disable view").code, 0);
+  EXPECT_THAT(run("doctor").text, HasSubstr(sentence));
+  ASSERT_EQ(run("operator password admin", "a-good-password\n").code, 0);
+  EXPECT_THAT(run("doctor").text, testing::Not(HasSubstr(sentence)));
+}
+
 /// A mistyped name is told, and is no new database.
 TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
   for (const char* command : {"serve --port 0", "doctor", "library list", "library add City", "operator list",

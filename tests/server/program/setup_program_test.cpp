@@ -193,6 +193,15 @@ TEST_F(SetupProgram, WhatFailsInTheMiddleIsUndone) {
   EXPECT_THAT(textOf(config), HasSubstr("port = 8751"));
 }
 
+/// A file that may not grow is a full disk.
+TEST_F(SetupProgram, AFullDiskLeavesNothing) {
+  const std::string command = "ulimit -f 200; echo a-good-password | " VANTRY_SERVER_PROGRAM " --config " +
+                              config + " setup " + byOptions + " > " + folder.file("output") + " 2>&1";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_THAT(textOf(folder.file("output")), HasSubstr("The database \"" + database + "\" cannot be used."));
+  expectNothingMade();
+}
+
 class SetupOnEach : public SetupProgram, public testing::WithParamInterface<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Databases, SetupOnEach, eachDatabase, databaseName);
 
