@@ -97,8 +97,9 @@ TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
                               "import marc none.mrc", "import patrons none.csv"}) {
     const Outcome outcome = run(command);
     EXPECT_EQ(outcome.code, 1) << command;
-    EXPECT_EQ(outcome.text, "vantry-server: The database \"" + database +
-                                "\" is not there. The command init makes a new one.\n")
+    EXPECT_EQ(outcome.text,
+              "vantry-server: The database \"" + database +
+                  "\" is not there: its name may be mistyped. The commands setup and init make a new one.\n")
         << command;
     EXPECT_FALSE(std::filesystem::exists(database)) << command;
   }

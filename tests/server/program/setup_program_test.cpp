@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "server/program/program_case.h"
+#include "server/requests/runner.h"
 
 namespace vantry::server {
 namespace {
@@ -70,6 +71,55 @@ TEST_F(SetupProgram, MakesALibraryWhoseDeskWorksAtOnce) {
   Serving serving(database, folder.file("log"));
   WireClient client(serving.port());
   EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
+}
+
+/// A piece and a time within the calendars are all that is added to what was set up.
+TEST_F(SetupProgram, ItsRulesLetADeskBookInOpeningHours) {
+  ASSERT_EQ(setUp(byOptions, "a-good-password\n").code, 0);
+  Moment monday = std::stoll(value("select max(starts_on) from calendars")) + 150 * day;
+  while (weekdayOf(monday) != 1) monday += day;
+  Database library(database);
+  library.write([](Connection& db) {
+    db.run(
+        "insert into rooms (id, location_id, room_type_id, number, name, created_at) select 1, 1, id, '1', "
+        "'Store', 0 "
+        "from room_types where storage = 1");
+    db.run(
+        "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) select 1, "
+        "min(id), "
+        "'CAM1', 1, 1, 0 from equipment_types");
+  });
+  RequestRunner runner(
+      library, [=] { return monday; }, HashCost::Quick);
+  const std::string token = runner.login("dana", "a-good-password", "127.0.0.1").token;
+  int requests = 0;
+  const auto ask = [&](const char* code, const std::vector<TagValue>& tags) {
+    return runner.run({.token = token, .code = code, .requestId = std::to_string(++requests), .tags = tags})
+        .json;
+  };
+  ask("SLL", {{"LOC", "1"}});
+  const std::string date = dateText(monday);
+  const auto fetch = [&](const std::string& clock) {
+    return ask("CPUPTM", {{"PGID", "1"},
+                          {"ADBK", "N"},
+                          {"STIME", date + " 10:00:00"},
+                          {"SDOW", "2"},
+                          {"ETIME", date + " " + clock},
+                          {"EDOW", "2"}});
+  };
+  EXPECT_THAT(fetch("12:00:00"), HasSubstr(R"("rc":0)"));
+  EXPECT_THAT(fetch("18:30:00"), HasSubstr(R"("VUF":"170")")) << "it closes at six";
+  for (const char* desk : {"1", "2"}) {
+    ask("SLL", {{"LOC", desk}});
+    EXPECT_THAT(ask("VEQUSG", {{"BOOKID", "0"},
+                               {"EID", "1"},
+                               {"PGID", "1"},
+                               {"LOC", desk},
+                               {"STIME", date + " 10:00:00"},
+                               {"ETIME", date + " 12:00:00"}}),
+                HasSubstr(R"("rc":0)"))
+        << "each desk books the things of both";
+  }
 }
 
 TEST_F(SetupProgram, AsksAndAsksAgainUntilAnAnswerIsGood) {
