@@ -15,13 +15,13 @@ struct TableNames {
 };
 
 TableNames namesOf(InventoryTable table) {
-  if (table == InventoryTable::Rooms) return {"rooms", "rooms imported"};
-  if (table == InventoryTable::Groups) return {"groups", "groups imported"};
-  return {"pieces", "equipment imported"};
+  if (table == InventoryTable::Rooms) return {"Rooms", "rooms imported"};
+  if (table == InventoryTable::Groups) return {"Groups", "groups imported"};
+  return {"Pieces", "equipment imported"};
 }
 
 std::string countsText(const InventoryReport& report, InventoryTable table) {
-  return std::to_string(report.added) + " new " + namesOf(table).plural + ", " +
+  return std::string(namesOf(table).plural) + ": " + std::to_string(report.added) + " new, " +
          std::to_string(report.changed) + " changed, " + std::to_string(report.retired) + " retired; " +
          std::to_string(report.same) + " rows as they are.";
 }

@@ -281,13 +281,17 @@ class PatronWriter {
   std::unordered_map<const Planned*, std::int64_t> fresh_;
 };
 
-std::vector<std::int64_t> missingCards(const Known& known, const PatronFile& file) {
+/// The active cards that the file does not name; each is told.
+std::vector<std::int64_t> missingCards(const Known& known, const PatronFile& file, PatronReport& report) {
   std::set<std::string_view> named;
   for (const PatronEntry& entry : file.entries) named.insert(entry.card);
   std::vector<std::int64_t> cards;
   for (const auto& [barcode, card] : known.cards) {
-    if (card.active && !named.contains(barcode)) cards.push_back(card.id);
+    if (!card.active || named.contains(barcode)) continue;
+    cards.push_back(card.id);
+    report.told.push_back("Card " + barcode + " is not in the file and becomes inactive.");
   }
+  report.retiredCards = static_cast<int>(cards.size());
   return cards;
 }
 
@@ -311,8 +315,7 @@ PatronReport importPatrons(Database& database, const std::string& path, const Im
     const Known known = readKnown(db);
     const std::vector<Planned> rows = PatronPlanner(known, report).plan(file.entries);
     const std::vector<std::int64_t> missing =
-        use.retireMissing ? missingCards(known, file) : std::vector<std::int64_t>();
-    report.retiredCards = static_cast<int>(missing.size());
+        use.retireMissing ? missingCards(known, file, report) : std::vector<std::int64_t>();
     report.summary = countsText(report);
     if (use.checkOnly || report.faults.count() > 0) return;
     PatronWriter writer(db);

@@ -65,7 +65,7 @@ class StaffPlanner {
     if (!places_.cellOf(Card)) return {};
     for (const CsvTable::Row& row : table_.rows) planRow(row);
     if (retireMissing) planRetirement();
-    report_.summary = std::to_string(added_) + " new members of the staff, " + std::to_string(changed_) +
+    report_.summary = "Staff: " + std::to_string(added_) + " new, " + std::to_string(changed_) +
                       " changed, " + std::to_string(retired_) + " made inactive; " +
                       std::to_string(lines_.size() - added_ - changed_) + " rows as they are.";
     return std::move(changes_);

@@ -30,13 +30,13 @@ TEST_F(TablesProgram, AnInventoryComesInAndOutAgain) {
               HasSubstr("rooms.csv, line 2, column equipment: \"none yet\" is not exactly one thing"));
   EXPECT_THAT(outcome.text, HasSubstr("Nothing was taken. Faults in the file: 1."));
   outcome = run("import rooms --leave-out equipment " + folder.file("rooms.csv"));
-  EXPECT_EQ(outcome.text, "1 new rooms, 0 changed, 0 retired; 0 rows as they are.\n");
+  EXPECT_EQ(outcome.text, "Rooms: 1 new, 0 changed, 0 retired; 0 rows as they are.\n");
 
   write("pieces.csv", "type;number;location;room;dealer\nCamera;C1;Main;1;=1+1\n");
   outcome = run("import equipment --check " + folder.file("pieces.csv"));
   EXPECT_EQ(outcome.text,
             "line 2: Camera C1 is new.\nNothing was written. Taken in, the file would come to this:\n"
-            "1 new pieces, 0 changed, 0 retired; 0 rows as they are.\n");
+            "Pieces: 1 new, 0 changed, 0 retired; 0 rows as they are.\n");
   EXPECT_EQ(run("import equipment " + folder.file("pieces.csv")).code, 0);
   EXPECT_EQ(value("select supplier from equipment"), "=1+1");
 
@@ -44,7 +44,7 @@ TEST_F(TablesProgram, AnInventoryComesInAndOutAgain) {
   EXPECT_THAT(run("export equipment").text, HasSubstr("Camera,C1,,,Main,1,"));
   EXPECT_THAT(run("export equipment").text, HasSubstr(",'=1+1,"));
   EXPECT_THAT(run("import equipment --retire-missing " + folder.file("out.csv")).text,
-              HasSubstr("0 new pieces, 0 changed, 0 retired; 1 rows as they are."));
+              HasSubstr("Pieces: 0 new, 0 changed, 0 retired; 1 rows as they are."));
   EXPECT_THAT(run("export equipment " + folder.file("out.csv")).text, HasSubstr("exists already"));
 }
 

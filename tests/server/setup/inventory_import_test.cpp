@@ -71,7 +71,7 @@ TEST_P(InventoryImport, TakesNewPiecesAndChangesOfStoredOnes) {
             "120000 100050 1766534400 3");
   EXPECT_EQ(value("select count(*) from equipment_statuses where equipment_id = 2"), "0");
   EXPECT_EQ(value("select search_number from equipment where number = 'TV7'"), "tv7");
-  EXPECT_EQ(take(pieces, file).summary, "0 new pieces, 0 changed, 0 retired; 2 rows as they are.");
+  EXPECT_EQ(take(pieces, file).summary, "Pieces: 0 new, 0 changed, 0 retired; 2 rows as they are.");
 }
 
 TEST_P(InventoryImport, AThingIsKnownByItsBarcodeElseByItsNumber) {
@@ -264,7 +264,7 @@ TEST(InventoryRoundTrip, WhatWasWrittenChangesNothing) {
     EXPECT_THAT(patrons.faults.told(), IsEmpty());
     EXPECT_THAT(patrons.told, IsEmpty());
     const TableReport staff = importStaff(database, written(staffTable), use, now);
-    EXPECT_EQ(staff.summary, "0 new members of the staff, 0 changed, 0 made inactive; 20 rows as they are.");
+    EXPECT_EQ(staff.summary, "Staff: 0 new, 0 changed, 0 made inactive; 20 rows as they are.");
   }
 }
 

@@ -99,6 +99,8 @@ TEST_P(PatronImport, ReadsFilesOfTheWesternCodePage) {
 TEST_P(PatronImport, ACheckWritesNothingAndTellsEachRow) {
   const PatronReport report = take("card,group,last name\nN1,Readers,Ink\n", {.checkOnly = true});
   EXPECT_THAT(report.told, ElementsAre("line 2: card N1, a new patron."));
+  EXPECT_THAT(take("card,group,last name\n", {.checkOnly = true, .retireMissing = true}).told,
+              testing::Contains("Card P100 is not in the file and becomes inactive."));
   EXPECT_THAT(cards(), IsEmpty());
 }
 
