@@ -111,10 +111,7 @@ void ThingPlan::judgeBarcode(const Row& row) {
   if (barcode.empty() || barcode == activeBarcode(row.before)) return;
   const auto [known, first] = barcodes_.try_emplace(barcode, row.line);
   if (!first)
-    return fault(row.line,
-                 "The barcode " + quoted(barcode) + " is in " + linePlace(known->second) + " already.");
-  if (isBarcodeTaken(db_, barcode, row.before.record.id))
-    fault(row.line, "The barcode " + quoted(barcode) + " belongs to another piece, group or item.");
+    fault(row.line, "The barcode " + quoted(barcode) + " is in " + linePlace(known->second) + " already.");
 }
 
 /// What bookings hold is never taken from them here: a desk is asked about it.
@@ -137,7 +134,16 @@ void ThingPlan::judgeMembers(const Row& row) {
   }
 }
 
+/// A barcode that another piece or group has as its active one has made the row mean that one.
+void ThingPlan::judgeBarcodes() {
+  std::vector<std::string> barcodes;
+  for (const auto& [barcode, line] : barcodes_) barcodes.push_back(barcode);
+  for (const std::string& barcode : barcodesOfItems(db_, barcodes))
+    fault(barcodes_.at(barcode), "The barcode " + quoted(barcode) + " belongs to an item.");
+}
+
 void ThingPlan::judge() {
+  judgeBarcodes();
   judgeNumbers(entries_, changed_, report_.faults);
   if (!groups_ || !hasColumn("members")) return;
   LinesByPlace groupOf;

@@ -36,6 +36,7 @@ class ThingPlan : public InventoryPlan<InventoryThing> {
   void judgePlace(const Row& row);
   void judgeBarcode(const Row& row);
   void judgeMembers(const Row& row);
+  void judgeBarcodes();
   void writeBarcodes(const Row& row);
 
   const bool groups_;

@@ -128,7 +128,7 @@ TEST_P(InventoryImport, RefusesWhatADeskIsRefused) {
       {pieces, "barcode,number\nE2,TV1\n",
        "line 2: The number \"TV1\" is in use within the type and location."},
       {pieces, "barcode,number,type,location\nM1,TV2,Television,Main Desk\n",
-       "line 2: The barcode \"M1\" belongs to another piece, group or item."},
+       "line 2: The barcode \"M1\" belongs to an item."},
       {pieces, "barcode,status\nE2,Not Charged\n",
        "line 2, column status: \"Not Charged\" is no status, or one that only the system sets."},
       {pieces, "barcode,set-up minutes\nE2,99\n",
