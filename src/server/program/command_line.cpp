@@ -19,9 +19,9 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::array families{describeSetup,   describeServing,  describeConfiguration, describeUpkeep,
-                              describeDoctor,  describeImports,  describeRules,         describeAudit,
-                              describeLibrary, describeOperators};
+constexpr std::array families{describeSetup,  describeServing, describeConfiguration, describeUpkeep,
+                              describeDoctor, describeImports, describeExports,       describeRules,
+                              describeAudit,  describeLibrary, describeOperators};
 
 constexpr const char* databaseVariable = "VANTRY_DATABASE";
 constexpr const char* configVariable = "VANTRY_CONFIG";

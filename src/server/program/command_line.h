@@ -33,6 +33,7 @@ void describeConfiguration(CLI::App& app, const Site& site);
 void describeDoctor(CLI::App& app, const Site& site);
 void describeUpkeep(CLI::App& app, const Site& site);
 void describeImports(CLI::App& app, const Site& site);
+void describeExports(CLI::App& app, const Site& site);
 void describeRules(CLI::App& app, const Site& site);
 void describeAudit(CLI::App& app, const Site& site);
 void describeLibrary(CLI::App& app, const Site& site);
