@@ -1,6 +1,8 @@
 #include "server/catalogue/catalogue_writer.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 #include "server/access/operators.h"
 #include "server/base/catalogue_text.h"
@@ -19,7 +21,7 @@ std::string numberKey(const std::string& number, const std::string& source) {
 std::vector<StoredTitle> titlesBy(Connection& db, const std::string& condition, const std::string& value) {
   std::vector<StoredTitle> titles;
   StoredTitle title;
-  TitleRow& row = title.row;
+  CatalogueTitle& row = title.row;
   Query query(db, "select id, title, author, published, control_number, control_source from titles where " +
                       condition + " order by id");
   query.bind("value", value);
@@ -55,7 +57,7 @@ std::optional<StoredTitle> CatalogueWriter::titleNumbered(const std::string& num
 
 std::int64_t CatalogueWriter::addTitle(const TitleFacts& facts) {
   std::int64_t id = --lastId_;
-  const TitleRow row = rowOf(facts);
+  const CatalogueTitle row = rowOf(facts);
   if (!writes_) {
     const std::string key =
         row.controlNumber.empty() ? fingerprintOf(facts) : numberKey(row.controlNumber, row.controlSource);
@@ -72,7 +74,7 @@ std::int64_t CatalogueWriter::addTitle(const TitleFacts& facts) {
   return id;
 }
 
-bool CatalogueWriter::changeTitle(const StoredTitle& title, const TitleRow& row) {
+bool CatalogueWriter::changeTitle(const StoredTitle& title, const CatalogueTitle& row) {
   if (title.row == row) return false;
   if (!writes_ || title.id < 0) return true;
   Query query(db_,
@@ -84,8 +86,13 @@ bool CatalogueWriter::changeTitle(const StoredTitle& title, const TitleRow& row)
 }
 
 bool CatalogueWriter::putRecord(std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record) {
-  if (titleId < 0 || holdingId < 0) return true;
-  if (storedText(db_, titleId, holdingId) == storedForm(record)) return false;
+  const std::string form = storedForm(record);
+  if (titleId < 0 || holdingId < 0) {
+    std::size_t& known = records_[holdingId < 0 ? holdingId : titleId];
+    const std::size_t hash = std::hash<std::string>{}(form);
+    return std::exchange(known, hash) != hash;
+  }
+  if (storedText(db_, titleId, holdingId) == form) return false;
   if (writes_) storeRecord(db_, titleId, holdingId, record);
   return true;
 }
@@ -98,7 +105,7 @@ void CatalogueWriter::index(std::int64_t titleId) {
   if (writes_) indexTitle(db_, titleId);
 }
 
-std::int64_t CatalogueWriter::findHolding(const HoldingRow& row) {
+std::int64_t CatalogueWriter::findHolding(const CatalogueHolding& row) {
   if (const auto fresh = holdings_.find(row); fresh != holdings_.end()) return fresh->second;
   std::int64_t id = 0;
   if (row.titleId < 0) return id;
@@ -126,7 +133,7 @@ std::int64_t CatalogueWriter::holdingNumbered(std::int64_t titleId, const std::s
   return id;
 }
 
-std::int64_t CatalogueWriter::addHolding(const HoldingRow& row) {
+std::int64_t CatalogueWriter::addHolding(const CatalogueHolding& row) {
   std::int64_t id = --lastId_;
   if (!writes_) {
     holdings_[row] = id;
@@ -143,8 +150,8 @@ std::int64_t CatalogueWriter::addHolding(const HoldingRow& row) {
   return id;
 }
 
-bool CatalogueWriter::changeHolding(std::int64_t id, const HoldingRow& row) {
-  HoldingRow stored = row;
+bool CatalogueWriter::changeHolding(std::int64_t id, const CatalogueHolding& row) {
+  CatalogueHolding stored = row;
   if (id < 0) return false;
   Query query(db_, "select location_id, call_number, call_number_kind from holdings where id = :id");
   query.bind("id", id);
@@ -159,17 +166,17 @@ bool CatalogueWriter::changeHolding(std::int64_t id, const HoldingRow& row) {
   return true;
 }
 
-std::string CatalogueWriter::itemKey(const ItemRow& row) {
+std::string CatalogueWriter::itemKey(const CatalogueItem& row) {
   if (!row.barcode.empty()) return "b" + row.barcode;
   return std::to_string(row.holdingId) + "\n" + std::to_string(row.copy) + "\n" + row.enumeration;
 }
 
-std::optional<StoredItem> CatalogueWriter::findItem(const ItemRow& row) {
+std::optional<StoredItem> CatalogueWriter::findItem(const CatalogueItem& row) {
   if (const auto fresh = items_.find(itemKey(row)); fresh != items_.end()) return fresh->second;
   const bool byBarcode = !row.barcode.empty();
   if (!byBarcode && row.holdingId < 0) return std::nullopt;
   StoredItem found;
-  ItemRow& stored = found.row;
+  CatalogueItem& stored = found.row;
   const std::string columns =
       "select id, holding_id, title_id, location_id, barcode, enumeration, chronology, year, status, copy "
       "from items "
@@ -188,7 +195,7 @@ std::optional<StoredItem> CatalogueWriter::findItem(const ItemRow& row) {
   return isThere ? std::optional(found) : std::nullopt;
 }
 
-std::int64_t CatalogueWriter::addItem(const ItemRow& row, const NewItem& fresh) {
+std::int64_t CatalogueWriter::addItem(const CatalogueItem& row, const NewItem& fresh) {
   std::int64_t id = --lastId_;
   if (!writes_) {
     items_[itemKey(row)] = {id, row};
@@ -208,7 +215,7 @@ std::int64_t CatalogueWriter::addItem(const ItemRow& row, const NewItem& fresh) 
   return id;
 }
 
-bool CatalogueWriter::changeItem(const StoredItem& item, const ItemRow& row) {
+bool CatalogueWriter::changeItem(const StoredItem& item, const CatalogueItem& row) {
   if (item.row == row) return false;
   if (!writes_ || item.id < 0) return true;
   Query query(db_,

@@ -23,9 +23,10 @@ bool looksLikeBarcode(std::string_view text) {
   return plain && text.size() > fewestFigures && text.size() <= 20 && figures >= fewestFigures;
 }
 
-/// Numbers of the title itself are in fields below 100, and figures as codes link fields with each other.
+/// Numbers of the title itself are in fields below 100, 880 repeats other fields in another script, and
+/// figures as codes link fields with each other.
 bool mayTellItems(std::string_view tag, char code) {
-  return tag >= "100" && !isFigure(code);
+  return tag >= "100" && tag != "880" && !isFigure(code);
 }
 
 }  // namespace

@@ -35,24 +35,29 @@ struct Entry {
   std::optional<std::size_t> start;
 };
 
-/// Where the fields begin: where the leader says, if a directory can end there, else behind the first mark.
-std::size_t baseOf(std::string_view exchanged) {
-  const std::optional<std::size_t> told = figuresAt(exchanged, basePlace, lengthFigures);
-  const auto endsThere = [&](std::size_t base) {
-    return base > marcLeaderLength && base <= exchanged.size() && exchanged[base - 1] == marcFieldEnd &&
-           (base - 1 - marcLeaderLength) % entryLength == 0;
-  };
-  if (told && endsThere(*told)) return *told;
-  const std::size_t mark = exchanged.find(marcFieldEnd, marcLeaderLength);
-  return mark != std::string_view::npos && endsThere(mark + 1) ? mark + 1 : 0;
-}
-
 std::vector<Entry> entriesIn(std::string_view directory) {
   std::vector<Entry> entries;
   for (; directory.size() >= entryLength; directory.remove_prefix(entryLength))
     entries.push_back(
         {std::string(directory.substr(0, 3)), figuresAt(directory, 3, 4), figuresAt(directory, 7, 5)});
   return entries;
+}
+
+/// Where the fields begin: where the leader says, if the directory before it is sound or ends with its mark;
+/// else behind the first mark that can be its end.
+std::size_t baseOf(std::string_view exchanged) {
+  const auto isPossible = [&](std::size_t base) {
+    return base > marcLeaderLength && base <= exchanged.size() &&
+           (base - 1 - marcLeaderLength) % entryLength == 0;
+  };
+  const auto isSound = [&](std::size_t base) {
+    const auto entries = entriesIn(exchanged.substr(marcLeaderLength, base - 1 - marcLeaderLength));
+    return std::ranges::all_of(entries, [](const Entry& each) { return each.length && each.start; });
+  };
+  const std::size_t told = figuresAt(exchanged, basePlace, lengthFigures).value_or(0);
+  if (isPossible(told) && (exchanged[told - 1] == marcFieldEnd || isSound(told))) return told;
+  const std::size_t mark = exchanged.find(marcFieldEnd, marcLeaderLength);
+  return mark != std::string_view::npos && isPossible(mark + 1) ? mark + 1 : 0;
 }
 
 /// The field as the directory has it, without its end; nothing when no field is exactly there.

@@ -30,10 +30,10 @@ struct ImportCounts {
   int changedItems = 0;
   int sameItems = 0;
   int retiredItems = 0;
-  int passedOver = 0;               ///< records that the map does not want
-  int bad = 0;                      ///< records of which nothing was taken
-  int lostFields = 0;               ///< that could not be read, of records that were taken
-  int leftOut = 0;                  ///< holdings and items that were left out
+  int passedOver = 0;  ///< records that the map does not want
+  int bad = 0;         ///< records of which nothing was taken
+  int lostFields = 0;  ///< that could not be read, of records that were taken
+  int leftOut = 0;     ///< holdings and items that were left out
 };
 
 struct ImportReport : ImportCounts {

@@ -131,7 +131,7 @@ void MarcImporter::takeTitle(const MarcRecord& record) {
   Place place;
   place.title = facts;
   place.mediaTypeId = mediaTypeOf(carrierTexts(record));
-  const TitleRow row = rowOf(facts);
+  const CatalogueTitle row = rowOf(facts);
   const std::optional<StoredTitle> stored = writer_.findTitle(facts);
   if (stored && !options_.replaceTitles && isQuiteAnother(stored->row, row))
     return refuse("the library has quite another title under its number, " + quoted(stored->row.title) +
@@ -245,7 +245,7 @@ bool MarcImporter::putHolding(Place& place) {
 }
 
 bool MarcImporter::takeItem(const ItemFacts& item, const Place& place) {
-  ItemRow row;
+  CatalogueItem row;
   row.holdingId = place.holdingId;
   row.titleId = place.row.titleId;
   row.locationId = place.row.locationId;

@@ -39,7 +39,7 @@ class MarcImporter {
   /// Names of the library's own, as they are compared, with their keys.
   using Names = std::map<std::string, std::int64_t>;
   struct Place {
-    HoldingRow row;
+    CatalogueHolding row;
     std::int64_t holdingId = 0;
     std::int64_t mediaTypeId = 0;
     TitleFacts title;

@@ -43,11 +43,11 @@ std::string fingerprintOf(const TitleFacts& facts) {
   return print;
 }
 
-TitleRow rowOf(const TitleFacts& facts) {
+CatalogueTitle rowOf(const TitleFacts& facts) {
   return {facts.title, facts.author, facts.published, facts.controlNumber, facts.controlSource};
 }
 
-bool isQuiteAnother(const TitleRow& a, const TitleRow& b) {
+bool isQuiteAnother(const CatalogueTitle& a, const CatalogueTitle& b) {
   return !haveCommonStem(a.title, b.title) && !haveCommonStem(a.author, b.author);
 }
 

@@ -13,17 +13,17 @@ namespace vantry::server {
 [[nodiscard]] std::string fingerprintOf(const TitleFacts& facts);
 
 /// What the library keeps of a title beside its record.
-struct TitleRow {
+struct CatalogueTitle {
   std::string title;
   std::string author;
   std::string published;
   std::string controlNumber;
   std::string controlSource;
-  bool operator==(const TitleRow&) const = default;
+  bool operator==(const CatalogueTitle&) const = default;
 };
-[[nodiscard]] TitleRow rowOf(const TitleFacts& facts);
+[[nodiscard]] CatalogueTitle rowOf(const TitleFacts& facts);
 
 /// Whether neither title nor author have anything in common: then the number was given to another title.
-[[nodiscard]] bool isQuiteAnother(const TitleRow& a, const TitleRow& b);
+[[nodiscard]] bool isQuiteAnother(const CatalogueTitle& a, const CatalogueTitle& b);
 
 }  // namespace vantry::server

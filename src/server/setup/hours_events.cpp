@@ -77,7 +77,9 @@ class EventReader {
 
   HoursEvents read(const std::vector<icalcomponent*>& events) {
     for (icalcomponent* event : events) {
-      if (changesOne(event)) changed_.insert(momentKey(event, icalcomponent_get_recurrenceid(event)));
+      icalproperty* changes = icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY);
+      if (changes != nullptr)
+        changed_.insert(momentKey(event, icalproperty_get_datetime_with_component(changes, event)));
     }
     for (icalcomponent* event : events) readEvent(event);
     return std::move(found_);

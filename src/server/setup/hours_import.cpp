@@ -84,13 +84,13 @@ std::vector<HoursEntry> hoursByDay(const HoursImport& what, const HoursEvents& e
   return hours;
 }
 
-/// The hours that most of these days have; of several the first ones.
+/// The hours that most of these days have; when as many are closed, those of the open ones.
 HoursEntry usualHours(const std::vector<HoursEntry>& days) {
   HoursEntry usual;
   std::ptrdiff_t most = 0;
   for (const HoursEntry& each : days) {
     const std::ptrdiff_t count = std::ranges::count(days, each);
-    if (count <= most) continue;
+    if (count < most || (count == most && usual.open)) continue;
     most = count;
     usual = each;
   }

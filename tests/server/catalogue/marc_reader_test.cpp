@@ -83,9 +83,9 @@ TEST_F(MarcFiles, WhatIsWrongWithAFieldLosesThatFieldOnly) {
   const std::vector<MarcLine> lines{
       {"001", "b1"}, {"245", "00$aBees"}, {"500", "  $aNote"}, {"650", " 0$aHives"}};
   const std::string sound = exchanged(lines);
-  const auto changed = [&](const std::string& what, char by) {
+  const auto changed = [&](const std::string& what, char by, std::size_t behind = 0) {
     std::string bad = sound;
-    bad[bad.find(what)] = by;
+    bad.at(bad.find(what) + behind) = by;
     return bad;
   };
   struct Case {
@@ -98,11 +98,9 @@ TEST_F(MarcFiles, WhatIsWrongWithAFieldLosesThatFieldOnly) {
       {changed("ote", '\0'), {"Bees", note + "holds control characters"}},
       {changed("ote", '\x1d'), {"Bees", note + "holds control characters"}},
       {changed("ote", '\x1e'), {"Bees", note + "is not where the directory says"}},
-      {changed("500", '!'), {"Bees", "-a field whose tag is none is left out, since it cannot be named"}},
-      {changed("500"
-               "0008",
-               '6'),
-       {"Bees"}},
+      {changed("5000009", '!'), {"Bees", "-a field whose tag is none is left out, since it cannot be named"}},
+      {changed("5000009", '6', 6), {"Bees"}},
+      {changed("\x1e", '!'), {"Bees"}},
       {"9" + sound.substr(1), {"Bees"}},
       {exchanged({{"245", "00$aBees"}, {"500", "Note"}}), {"Bees", note + "has no subfields"}},
       {marcXmlFile({marcXml({{"245", "00$aBees"}, {"500", "  $aN\xff"}})}),

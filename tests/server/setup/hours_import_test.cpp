@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "server/base/user_error.h"
 #include "server/setup/rules_file_words.h"
 #include "server/store/settings.h"
 #include "support/server_case.h"
