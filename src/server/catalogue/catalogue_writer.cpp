@@ -119,11 +119,12 @@ std::int64_t CatalogueWriter::findHolding(const CatalogueHolding& row) {
 }
 
 std::int64_t CatalogueWriter::holdingNumbered(std::int64_t titleId, const std::string& number) {
-  const auto fresh = std::ranges::find_if(holdings_, [&](const auto& each) {
-    return each.first.titleId == titleId && each.first.controlNumber == number;
-  });
   if (number.empty()) return 0;
-  if (fresh != holdings_.end()) return fresh->second;
+  // Those of one title are next to each other.
+  for (auto fresh = holdings_.lower_bound({.titleId = titleId});
+       fresh != holdings_.end() && fresh->first.titleId == titleId; ++fresh) {
+    if (fresh->first.controlNumber == number) return fresh->second;
+  }
   std::int64_t id = 0;
   Query query(db_,
               "select id from holdings where title_id = :title_id and control_number = :number order by id "

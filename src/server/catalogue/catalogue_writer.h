@@ -20,9 +20,9 @@ struct StoredTitle {
 struct CatalogueHolding {
   std::int64_t titleId = 0;
   std::int64_t locationId = 0;
-  std::string callNumber;
-  std::string callNumberKind;
-  std::string controlNumber;  ///< of a record of holdings
+  std::string callNumber = {};
+  std::string callNumberKind = {};
+  std::string controlNumber = {};  ///< of a record of holdings
   auto operator<=>(const CatalogueHolding&) const = default;
 };
 

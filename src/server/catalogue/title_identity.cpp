@@ -48,7 +48,7 @@ CatalogueTitle rowOf(const TitleFacts& facts) {
 }
 
 bool isQuiteAnother(const CatalogueTitle& a, const CatalogueTitle& b) {
-  return !haveCommonStem(a.title, b.title) && !haveCommonStem(a.author, b.author);
+  return a.title != b.title && !haveCommonStem(a.title, b.title) && !haveCommonStem(a.author, b.author);
 }
 
 }  // namespace vantry::server

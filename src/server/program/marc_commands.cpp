@@ -150,6 +150,7 @@ void describeHoursImport(CLI::App& import, const Site& site) {
   hours->add_option("--until", given->until, "Its last day")->required();
   hours
       ->add_option("--closed-word", given->hours.closedWords, "An event closes when its summary has the word")
+      ->allow_extra_args(false)
       ->capture_default_str();
   hours->add_flag("--check", given->checkOnly, "Only tell what is wrong, and what would change");
   hours->callback([given, &site] { importHoursFile(site.database, *given); });
