@@ -37,6 +37,8 @@ struct ImportCounts {
 };
 
 struct ImportReport : ImportCounts {
+  [[nodiscard]] const ImportCounts& counts() const { return *this; }
+
   std::vector<std::string> faults;  ///< of all that was not taken, the first hundred, in sentences
   std::vector<std::string> hints;   ///< about the file as a whole
   std::vector<std::string> told;    ///< what becomes of each record, for a check

@@ -116,7 +116,7 @@ void MarcImporter::take(const NumberedReading& numbered) {
 
 void MarcImporter::takeTitle(const MarcRecord& record) {
   const TitleFacts facts = titleFacts(record);
-  const ImportCounts before = report_;
+  const ImportCounts before = report_.counts();
   if (record.leader[5] == 'd') return refuse("it is marked as deleted");
   if (record.leader[6] == 'z') return refuse("it describes a heading, not a title");
   if (!isWanted(options_.map, record)) {
@@ -156,7 +156,7 @@ void MarcImporter::takeHoldings(const MarcRecord& record) {
     ++report_.passedOver;
     return;
   }
-  const ImportCounts before = report_;
+  const ImportCounts before = report_.counts();
   const std::vector<HoldingFacts> holdings = holdingsIn(record, options_.map);
   rememberItems(holdings);
   const std::optional<StoredTitle> stored = writer_.titleNumbered(number, controlText(record, "003"));

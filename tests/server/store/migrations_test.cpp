@@ -87,10 +87,10 @@ constexpr Rows filled[] = {
      "300, "
      "900, 3)"},
     {13, 18, "insert into longest_occupancy (kind, seconds) values (1, 100), (3, 600)"},
-    {8, 21,
+    {8, 22,
      "insert into titles (id, title, search_title, control_number, is_indexed) values (2, 'N', 'n', 'k', 1), "
      "(3, 'F', 'f', '', 1)"},
-    {8, 21,
+    {8, 22,
      "insert into marc_records (title_id, record) values (2, 'LDR\t\tx\n001\t\tk\n003\t\tDE-1\n245\t  "
      "\tN\n'), (3, 'LDR\t\tx\n245\t  \tF\n')"},
 };
