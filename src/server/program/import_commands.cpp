@@ -4,8 +4,8 @@
 #include <CLI/CLI.hpp>
 
 #include "server/base/user_error.h"
-#include "server/catalogue/marc_import.h"
 #include "server/program/command_line.h"
+#include "server/program/marc_commands.h"
 #include "server/program/on_library.h"
 #include "server/setup/inventory_import.h"
 #include "server/setup/patron_import.h"
@@ -14,23 +14,6 @@
 namespace vantry::server {
 
 namespace {
-
-struct ImportCommand {
-  std::string file;
-  ImportOptions marc;
-};
-
-/// Prints the counts; bad records are printed to the standard error.
-void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {
-  ImportReport report;
-  onLibrary(url, [&](Database& database) { report = importMarc(database, file, options); });
-  for (const std::string& fault : report.faults) std::cerr << fault << '\n';
-  std::cout << report.newTitles << " new titles, " << report.changedTitles << " changed; "
-            << report.newHoldings << " new holdings; " << report.newItems << " new items, "
-            << report.changedItems << " changed.\n"
-            << report.bad << " records could not be taken; " << report.leftOut
-            << " holdings or items were left out.\n";
-}
 
 /// Prints the counts, and for a check first what becomes of each row. Faults are printed to the standard
 /// error. Throws where there are any.
@@ -105,16 +88,9 @@ void describeTable(CLI::App& import, const Site& site, const TableRow& row) {
 }  // namespace
 
 void describeImports(CLI::App& app, const Site& site) {
-  const auto given = std::make_shared<ImportCommand>();
   CLI::App* import = app.add_subcommand("import", "Take data of other systems in")->require_subcommand(1);
-  CLI::App* marc = import->add_subcommand("marc", "Titles, holdings and items out of MARC 21 or MARCXML");
-  marc->add_option("file", given->file, "The file to read")->required();
-  marc->add_option(
-      "--location", given->marc.location,
-      "For holdings that stand at none of the library's locations; they are left out without it");
-  marc->add_option("--media-type", given->marc.mediaType,
-                   "For items whose carrier is none of the library's media types");
-  marc->callback([given, &site] { importMarcFile(site.database, given->file, given->marc); });
+  describeMarcImport(*import, site);
+  describeHoursImport(*import, site);
 
   for (const TableRow& row : tables) describeTable(*import, site, row);
 }

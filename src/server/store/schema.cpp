@@ -213,6 +213,23 @@ create index equipment_type on equipment (equipment_type_id, location_id, number
 create index equipment_type_number on equipment (equipment_type_id, number, id);
 )";
 
+// A number of the catalogue counts together with whose number it is, which the records tell. Titles without a
+// number are known by a fingerprint, which the indexing gives those of old. A field of
+// a stored record is a line of its tag, indicators and text.
+constexpr std::string_view titleIdentity = R"(
+alter table titles add column control_source text not null default '';
+alter table titles add column fingerprint text not null default '';
+create index titles_fingerprint on titles (fingerprint) where fingerprint <> '';
+@sqlite update titles set control_source = v.source from (select title_id,
+@sqlite   trim(substr(rest, 1, instr(rest, char(10)) - 1)) as source from (select title_id,
+@sqlite   substr(record, instr(record, char(10, 48, 48, 51, 9, 9)) + 6) as rest from marc_records
+@sqlite   where holding_id is null and instr(record, char(10, 48, 48, 51, 9, 9)) > 0)) v where titles.id = v.title_id;
+@postgresql update titles set control_source = trim(split_part(split_part(r.record, E'\n003\t\t', 2), E'\n', 1))
+@postgresql   from marc_records r where r.title_id = titles.id and r.holding_id is null;
+update titles set is_indexed = 0 where control_number = '' and
+  id in (select title_id from marc_records where holding_id is null);
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -236,6 +253,7 @@ const std::array steps{
     Migration{20, "mail addresses", mailAddresses},
     Migration{21, "borders", borders},
     Migration{22, "pieces in order", piecesInOrder},
+    Migration{23, "identity of titles", titleIdentity},
 };
 
 }  // namespace
