@@ -13,8 +13,9 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::array families{describeServing, describeUpkeep,  describeImports,  describeRules,
-                              describeAudit,   describeLibrary, describeOperators};
+constexpr std::array families{describeServing,   describeUpkeep, describeImports,
+                              describeRules,     describeAudit,  describeLibrary,
+                              describeOperators, describeFeeds,  describeStatistics};
 
 constexpr const char* databaseVariable = "VANTRY_DATABASE";
 constexpr const char* configVariable = "VANTRY_CONFIG";

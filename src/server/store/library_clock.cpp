@@ -50,9 +50,13 @@ void setTimeZone(Database& database, const std::string& zone) {
   database.writeApart({}, [&](Connection& db) { setSetting(db, zoneSetting, zone); });
 }
 
+std::string timeZoneOf(Connection& db) {
+  return settingOf(db, zoneSetting);
+}
+
 void takeTimeZone(Database& database) {
   std::string zone;
-  database.read([&](Connection& db) { zone = settingOf(db, zoneSetting); });
+  database.read([&](Connection& db) { zone = timeZoneOf(db); });
   if (zone.empty()) {
     zone = zoneOfMachine();
     if (zone.empty()) {

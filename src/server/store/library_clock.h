@@ -13,6 +13,9 @@ namespace vantry::server {
 /// Sets the library's time zone, such as "Europe/Berlin".
 void setTimeZone(Database& database, const std::string& zone);
 
+/// Its name; empty where the library has none yet.
+[[nodiscard]] std::string timeZoneOf(Connection& db);
+
 /// Makes the library's time zone that of this process. A library without one gets this machine's,
 /// unless that has no name: then it is used as it is, with a warning. Called before there are other threads.
 void takeTimeZone(Database& database);

@@ -205,6 +205,31 @@ insert into longest_occupancy (kind, seconds) select 1, seconds from longest_occ
   on conflict (kind) do update set seconds = excluded.seconds where longest_occupancy.seconds < excluded.seconds;
 )";
 
+// A feed is of a desk, a room or a patron group; of its secret address the store only has a hash. Refusals
+// are counted by day: what is refused writes nothing else.
+constexpr std::string_view feedsAndRefusals = R"(
+create table feeds (
+  id $KEY,
+  secret text not null unique,
+  library_id bigint not null references libraries,
+  location_id bigint references locations,
+  room_id bigint references rooms on delete cascade,
+  patron_group_id bigint references patron_groups,
+  shows_names smallint not null default 0,
+  days_back bigint not null,
+  days_ahead bigint not null,
+  created_at bigint not null
+);
+create index feeds_room on feeds (room_id) where room_id is not null;
+create table refusals (
+  on_day bigint not null,
+  location_id bigint not null references locations,
+  reason bigint not null,
+  times bigint not null,
+  primary key (on_day, location_id, reason)
+);
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -227,6 +252,7 @@ const std::array steps{
     Migration{19, "replies by message, settings", repliesByMessage},
     Migration{20, "mail addresses", mailAddresses},
     Migration{21, "borders", borders},
+    Migration{22, "feeds, counted refusals", feedsAndRefusals},
 };
 
 }  // namespace
