@@ -19,9 +19,10 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::array families{describeSetup,  describeServing, describeConfiguration, describeUpkeep,
-                              describeDoctor, describeImports, describeExports,       describeRules,
-                              describeAudit,  describeLibrary, describeOperators};
+constexpr std::array families{describeSetup,     describeServing, describeConfiguration, describeUpkeep,
+                              describeDoctor,    describeImports, describeExports,       describeRules,
+                              describeAudit,     describeLibrary, describeOperators,     describeFeeds,
+                              describeStatistics};
 
 constexpr const char* databaseVariable = "VANTRY_DATABASE";
 constexpr const char* configVariable = "VANTRY_CONFIG";

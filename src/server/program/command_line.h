@@ -38,6 +38,8 @@ void describeRules(CLI::App& app, const Site& site);
 void describeAudit(CLI::App& app, const Site& site);
 void describeLibrary(CLI::App& app, const Site& site);
 void describeOperators(CLI::App& app, const Site& site);
+void describeFeeds(CLI::App& app, const Site& site);
+void describeStatistics(CLI::App& app, const Site& site);
 
 /// Reads the command line, does what it says, and gives the program's exit status.
 [[nodiscard]] int runCommandLine(int argc, char** argv);
