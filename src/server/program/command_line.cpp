@@ -13,8 +13,9 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::array families{describeServing, describeUpkeep,  describeImports,  describeRules,
-                              describeAudit,   describeLibrary, describeOperators};
+constexpr std::array families{describeServing,   describeUpkeep,  describeImports,   describeRules,
+                              describeAudit,     describeLibrary, describeOperators, describeMail,
+                              describeRetention, describePatrons};
 
 constexpr const char* databaseVariable = "VANTRY_DATABASE";
 constexpr const char* configVariable = "VANTRY_CONFIG";
@@ -50,6 +51,7 @@ int runCommandLine(int argc, char** argv) {
   app.set_config("--config", site.config, "What is given nowhere else; also by the variable VANTRY_CONFIG")
       ->capture_default_str();
   app.allow_config_extras(CLI::config_extras_mode::error);
+  describeMailSettings(app, site.mail);
   for (const auto describe : families) describe(app, site);
   try {
     app.parse(argumentsOf(argc, argv));

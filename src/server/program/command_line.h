@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "server/mail/mail_settings.h"
+
 namespace CLI {
 class App;
 }
@@ -12,6 +14,7 @@ namespace vantry::server {
 struct Site {
   std::string database = "vantry.sqlite";          ///< path of a SQLite file, or "postgresql://..."
   std::string config = "/etc/vantry/server.conf";  ///< the configuration file, which need not exist
+  MailSettings mail;
 };
 
 // The families of commands. Each adds its commands to the command line, which calls them once everything is
@@ -24,6 +27,13 @@ void describeRules(CLI::App& app, const Site& site);
 void describeAudit(CLI::App& app, const Site& site);
 void describeLibrary(CLI::App& app, const Site& site);
 void describeOperators(CLI::App& app, const Site& site);
+void describeMail(CLI::App& app, const Site& site);
+void describeRetention(CLI::App& app, const Site& site);
+void describePatrons(CLI::App& app, const Site& site);
+
+/// The settings of mail, which all commands may be given, so that one entry of the configuration file does
+/// for all.
+void describeMailSettings(CLI::App& app, MailSettings& mail);
 
 /// Reads the command line, does what it says, and gives the program's exit status.
 [[nodiscard]] int runCommandLine(int argc, char** argv);

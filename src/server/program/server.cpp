@@ -6,6 +6,7 @@
 #include "server/catalogue/catalogue_store.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
+#include "server/mail/postman.h"
 #include "server/requests/runner.h"
 #include "server/store/database.h"
 #include "server/store/library_clock.h"
@@ -42,21 +43,29 @@ static Clock clockOf(const Server::Options& options) {
   return options.clock ? options.clock : Clock(wallClock);
 }
 
+static std::unique_ptr<Postman> postmanFor(Database& database, const Server::Options& options) {
+  if (!options.mail.kinds.any()) return nullptr;
+  return std::make_unique<Postman>(database, clockOf(options), options.mail);
+}
+
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
       : database_(options.database, storeOptions(options)),
         runner_(heldToSchema(database_), clockOf(options),
-                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
+                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound},
+                options.mail.kinds),
         clock_(clockOf(options)),
-        housekeeper_(database_, clock_, options.trustsClock),
+        housekeeper_(database_, clock_, options.trustsClock, options.mail.kinds),
+        postman_(postmanFor(database_, options)),
         front_(runner_, {.address = options.address,
                          .port = options.port,
                          .certificate = options.certificate,
                          .key = options.key,
                          .threads = options.threads,
                          .limits = options.limits,
-                         .trustedProxies = options.trustedProxies}) {}
+                         .trustedProxies = options.trustedProxies,
+                         .mail = [this] { return mailFigures(); }}) {}
 
   ~Impl() { stop(); }
 
@@ -66,9 +75,11 @@ class Server::Impl {
   void start() {
     front_.start();
     housekeeper_.start();
+    if (postman_) postman_->start();
   }
 
   void stop() {
+    if (postman_) postman_->stop();
     housekeeper_.stop();
     front_.stop();
   }
@@ -77,10 +88,17 @@ class Server::Impl {
   void reloadCertificate() { front_.reloadCertificate(); }
 
  private:
+  [[nodiscard]] MailFigures mailFigures() const {
+    if (!postman_) return {};
+    const Postman::Figures figures = postman_->figures();
+    return {.queued = figures.queued, .sent = figures.sent, .failed = figures.failed};
+  }
+
   Database database_;
   RequestRunner runner_;
   Clock clock_;
   Housekeeper housekeeper_;
+  std::unique_ptr<Postman> postman_;
   HttpFront front_;
 };
 

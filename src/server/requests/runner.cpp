@@ -48,8 +48,14 @@ Reply runReader(const HandlerRow& handler, Context& context, const Message& mess
 
 }  // namespace
 
-RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search)
-    : database_(database), clock_(std::move(clock)), cost_(cost), search_(search), keys_(keysOf(database)) {}
+RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search,
+                             const MailKinds& mail)
+    : database_(database),
+      clock_(std::move(clock)),
+      cost_(cost),
+      search_(search),
+      mail_(mail),
+      keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
   Judged judged;
@@ -163,7 +169,7 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
     prolongSession(db, *judged.session, now);
   if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
   const HandlerRow& handler = *findHandler(incoming.code);
-  Context context{db, *judged.session, now, search_};
+  Context context{db, *judged.session, now, search_, mail_};
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.

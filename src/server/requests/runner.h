@@ -10,6 +10,7 @@
 #include "server/access/sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
+#include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "server/store/database.h"
@@ -22,8 +23,9 @@ namespace vantry::server {
 /// StoreError.
 class RequestRunner {
  public:
-  /// The database's schema is up to date.
-  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {});
+  /// The database's schema is up to date. `mail`: what patrons are told by it.
+  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {},
+                const MailKinds& mail = {});
 
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
@@ -89,6 +91,7 @@ class RequestRunner {
   Clock clock_;
   HashCost cost_;
   SearchLimits search_;
+  MailKinds mail_;
   SealingKeys keys_;
 };
 

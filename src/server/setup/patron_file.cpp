@@ -4,6 +4,7 @@
 #include <cctype>
 #include <unordered_map>
 
+#include "server/base/mail_address.h"
 #include "server/base/user_error.h"
 
 namespace vantry::server {
@@ -170,8 +171,7 @@ class PatronReader {
   void takeText(const PatronColumn& column, const std::string& text) {
     if (!fits(text, column.longest)) return;
     if (column.column == "last_name" && text.empty()) return fault("A patron needs a last name.");
-    if (column.column == "email" && !text.empty() &&
-        (text.find('@') == std::string::npos || text.find(' ') != std::string::npos))
+    if (column.column == "email" && !text.empty() && !isMailAddress(text))
       return fault("\"" + text + "\" is no e-mail address.");
     if (column.column == "institution_id") entry_.institution = text;
     entry_.texts[column.column] = text;
