@@ -33,11 +33,15 @@ std::string oneLine(std::string_view text) {
   return line;
 }
 
-Owned<GMimeTextPart> bodyPart(const std::string& body) {
-  Owned<GMimeTextPart> part(g_mime_text_part_new_with_subtype("plain"));
-  g_mime_text_part_set_charset(part.get(), "utf-8");
-  g_mime_text_part_set_text(part.get(), body.c_str());
-  g_mime_part_set_content_encoding(GMIME_PART(part.get()), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+/// In UTF-8 whatever it contains; left to itself, the library would choose a smaller set of characters.
+Owned<GMimePart> bodyPart(const std::string& body) {
+  const Owned<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(body.data(), body.size()));
+  const Owned<GMimeDataWrapper> content(
+      g_mime_data_wrapper_new_with_stream(stream.get(), GMIME_CONTENT_ENCODING_DEFAULT));
+  Owned<GMimePart> part(g_mime_part_new_with_type("text", "plain"));
+  g_mime_object_set_content_type_parameter(GMIME_OBJECT(part.get()), "charset", "utf-8");
+  g_mime_part_set_content(part.get(), content.get());
+  g_mime_part_set_content_encoding(part.get(), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
   return part;
 }
 
@@ -99,7 +103,7 @@ std::string letterText(const LetterHead& head, const MailText& text) {
   setDate(message.get(), head.at);
   // No automatic answer is wanted.
   g_mime_object_set_header(GMIME_OBJECT(message.get()), "Auto-Submitted", "auto-generated", nullptr);
-  const Owned<GMimeTextPart> part = bodyPart(text.body);
+  const Owned<GMimePart> part = bodyPart(text.body);
   g_mime_message_set_mime_part(message.get(), GMIME_OBJECT(part.get()));
   return textOf(message.get());
 }

@@ -68,8 +68,8 @@ std::string keptValues(const MailValues& values) {
 
 MailValues valuesKept(const std::string& text) {
   MailValues values;
-  for (const auto& [name, value] : nlohmann::json::parse(text).items())
-    values[name] = value.get<std::string>();
+  const nlohmann::json kept = nlohmann::json::parse(text);
+  for (const auto& [name, value] : kept.items()) values[name] = value.get<std::string>();
   return values;
 }
 

@@ -27,7 +27,7 @@ TEST(MailAddresses, AreOnesThatCannotBecomeAnythingElse) {
         "ada@example.org\r", "ada @example.org", "<ada@example.org>", "ada@example.org,bob@example.org",
         "ada@example.org;bob", "-oQ/tmp@example.org", "\xC3\xA4@example.org", "\"ada\"@example.org"})
     EXPECT_FALSE(isMailAddress(bad)) << bad;
-  EXPECT_FALSE(isMailAddress(std::string(250, 'a') + "@b.c"));
+  EXPECT_FALSE(isMailAddress(std::string(251, 'a') + "@b.c"));
 }
 
 TEST(MailAddresses, OfTheSenderMayHaveAName) {
@@ -45,7 +45,7 @@ TEST(Letters, AreAsciiWithWhatEveryMailReaderUnderstands) {
                                                                       "e = 1\n.\nEnde\n"});
   EXPECT_TRUE(std::ranges::all_of(text, [](char sign) { return static_cast<unsigned char>(sign) < 0x80; }));
   for (const char* part :
-       {"From: Booking Desk <desk@library.example>\r\n", "<j@example.org>\r\n", "Subject: =?utf-8?",
+       {"From: Booking Desk <desk@library.example>\r\n", "<j@example.org>\r\n", "Subject: =?UTF-8?",
         "Message-Id: <one@library.example>\r\n", "Date: Mon, 02 Mar 2026 09:00:00 ",
         "Content-Transfer-Encoding: quoted-printable\r\n", "charset=utf-8",
         "Auto-Submitted: auto-generated\r\n", "\r\n\r\nGr=C3=BC=C3=9Fe =3D 1\r\n"})

@@ -94,7 +94,7 @@ TEST_P(PostmanTest, TriesAgainLaterAndGivesUpAfterTwoDays) {
 TEST_P(PostmanTest, SendsTheSameMailAfterACrashBeforeTheMark) {
   book(3, "10:00", "11:00");
   sent();
-  library().execute("update outbox set state = 0, leased_until = due_at + 300, sent_at = null, told = ''");
+  library().execute("update outbox set state = 0, leased_until = queued_at + 300, sent_at = null, told = ''");
   EXPECT_TRUE(postman()->sendDue());
   ASSERT_EQ(mailbox.mails().size(), 1U) << "the lease of the one that crashed runs";
   library().setNow(2, 9, 10);
