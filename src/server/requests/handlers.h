@@ -7,6 +7,7 @@
 
 #include "server/access/sessions.h"
 #include "server/base/moment.h"
+#include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "words/requests.h"
@@ -37,6 +38,7 @@ struct Context {
   const Session& session;
   Moment now;
   SearchLimits search = {};
+  MailKinds mail = {};                  ///< what patrons are told by mail
   std::vector<std::int64_t> made = {};  ///< the keys of the records that the request made
 };
 

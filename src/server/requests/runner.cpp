@@ -50,12 +50,13 @@ Reply runReader(const HandlerRow& handler, Context& context, const Message& mess
 }  // namespace
 
 RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search,
-                             RefusalCounts* refusals)
+                             const RunnerUse& use)
     : database_(database),
       clock_(std::move(clock)),
       cost_(cost),
       search_(search),
-      refusals_(refusals),
+      refusals_(use.refusals),
+      mail_(use.mail),
       keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
@@ -181,7 +182,7 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
     prolongSession(db, *judged.session, now);
   if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
   const HandlerRow& handler = *findHandler(incoming.code);
-  Context context{db, *judged.session, now, search_};
+  Context context{db, *judged.session, now, search_, mail_};
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
   // What a session was set to is gone with it: a repeated request has to set the new one.

@@ -11,6 +11,7 @@
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
 #include "server/desk/refusal_counts.h"
+#include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "server/store/database.h"
@@ -18,14 +19,20 @@
 
 namespace vantry::server {
 
+/// What is done beside the requests.
+struct RunnerUse {
+  RefusalCounts* refusals = nullptr;  ///< counts what is refused, where somebody wants to know
+  MailKinds mail = {};                ///< what patrons are told by mail
+};
+
 /// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
 /// several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
  public:
-  /// The database's schema is up to date. What is refused is counted where somebody wants to know.
+  /// The database's schema is up to date.
   RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {},
-                RefusalCounts* refusals = nullptr);
+                const RunnerUse& use = {});
 
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
@@ -105,6 +112,7 @@ class RequestRunner {
   HashCost cost_;
   SearchLimits search_;
   RefusalCounts* refusals_;
+  MailKinds mail_;
   SealingKeys keys_;
 };
 

@@ -7,6 +7,7 @@
 #include "server/desk/booking_store.h"
 #include "server/desk/library_border.h"
 #include "server/requests/audit_words.h"
+#include "server/requests/booking_news.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -51,10 +52,9 @@ class AuditedRun {
     if (!word.key.empty()) before_ = recordsBefore();
   }
 
-  void note(const Reply& reply) {
+  void note() {
     const std::vector<std::int64_t>& records = word_.key.empty() ? context_.made : records_;
-    const bool done = reply.rc() == 0 || reply.rc() == word_.doneToo;
-    if (!done || records.empty()) return;
+    if (records.empty()) return;
     const std::string asked = askedInShort(word_, message_);
     const std::string parting = before_.empty() || asked.empty() ? "" : " -> ";
     audit(context_.db, &context_.session, context_.now, word_.action, subjectOf(records),
@@ -97,8 +97,11 @@ Reply serve(const HandlerRow& handler, Context& context, const Message& message)
   const AuditWord* word = findAuditWord(handler.code);
   if (word == nullptr) return handler.run(context, message);
   AuditedRun audited(*word, context, message);
+  BookingNews news(context, handler.code, message);
   Reply reply = handler.run(context, message);
-  audited.note(reply);
+  if (reply.rc() != 0 && reply.rc() != word->doneToo) return reply;
+  audited.note();
+  news.queue();
   return reply;
 }
 
