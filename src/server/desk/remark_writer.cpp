@@ -61,14 +61,14 @@ void writeNote(Connection& db, Owner owner, std::int64_t id, std::int64_t typeId
              "operator_id) values (:id, :type_id, :content, :at, :operator_id)");
   Query query(db, sql);
   query.bind("id", id).bind("type_id", typeId).bind("content", content).bind("at", stamp.at);
-  query.bind("operator_id", orNothing(stamp.operatorId)).run();
+  query.bind("operator_id", orNothing(stamp.operatorId)).later();
 }
 
 void removeNote(Connection& db, Owner owner, std::int64_t id, std::int64_t typeId) {
   const std::string sql =
       sqlFor(owner, "delete from equipment_notes where equipment_id = :id and note_type_id = :type_id");
   Query query(db, sql);
-  query.bind("id", id).bind("type_id", typeId).run();
+  query.bind("id", id).bind("type_id", typeId).later();
 }
 
 void applyStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t statusId, std::string_view note,
@@ -78,14 +78,14 @@ void applyStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t stat
                                  "insert into equipment_statuses (equipment_id, status_id, applied_at, note) "
                                  "values (:id, :status_id, :at, :note)");
   Query query(db, sql);
-  query.bind("id", id).bind("status_id", statusId).bind("at", at).bind("note", note).run();
+  query.bind("id", id).bind("status_id", statusId).bind("at", at).bind("note", note).later();
 }
 
 void removeStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t statusId) {
   const std::string sql =
       sqlFor(owner, "delete from equipment_statuses where equipment_id = :id and status_id = :status_id");
   Query query(db, sql);
-  query.bind("id", id).bind("status_id", statusId).run();
+  query.bind("id", id).bind("status_id", statusId).later();
 }
 
 bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t exceptEquipmentId) {
@@ -103,18 +103,18 @@ bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t excep
 void writeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode, std::int64_t statusId) {
   if (statusId == barcodeStatus::active) {
     Query others(db, "update equipment_barcodes set status_id = :inactive where equipment_id = :id");
-    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).run();
+    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).later();
   }
   removeBarcode(db, equipmentId, barcode);
   Query query(
       db,
       "insert into equipment_barcodes (equipment_id, barcode, status_id) values (:id, :barcode, :status)");
-  query.bind("id", equipmentId).bind("barcode", barcode).bind("status", statusId).run();
+  query.bind("id", equipmentId).bind("barcode", barcode).bind("status", statusId).later();
 }
 
 void removeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode) {
   Query query(db, "delete from equipment_barcodes where equipment_id = :id and barcode = :barcode");
-  query.bind("id", equipmentId).bind("barcode", barcode).run();
+  query.bind("id", equipmentId).bind("barcode", barcode).later();
 }
 
 }  // namespace vantry::server

@@ -8,6 +8,7 @@
 #include "server/access/passwords.h"
 #include "server/access/sealing.h"
 #include "server/access/sessions.h"
+#include "server/access/spare_sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
 #include "server/requests/reply.h"
@@ -17,8 +18,10 @@
 
 namespace vantry::server {
 
-/// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
-/// several processes may work on one store. Safe for many threads at once. Every operation may throw
+struct OperatorAccount;
+
+/// What the server does, without HTTP: logins and requests. Holds no state of its own but the spare sessions,
+/// so that several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
  public:
@@ -76,6 +79,8 @@ class RequestRunner {
   struct Supervisor;
   static Answer repeat(const StoredReply& stored, std::string_view code, std::string_view digest);
 
+  std::string openSpareSession(const OperatorAccount& account, const StoreError& error, Moment now);
+  void keepLocation(Connection& db, const Session& session, std::int64_t location) const;
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   Answer runReading(const Incoming& incoming);
   void writeAfterRead(const Database::Work& work);
@@ -90,6 +95,7 @@ class RequestRunner {
   HashCost cost_;
   SearchLimits search_;
   SealingKeys keys_;
+  mutable SpareSessions spare_;
 };
 
 }  // namespace vantry::server

@@ -311,7 +311,13 @@ TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
   Database database(throughPort(store->url(), proxy.port()),
                     {.connections = 4, .silence = milliseconds(400)});
   std::set<std::int64_t> before;
-  const auto noteServer = [&](Connection& db) { before.insert(db.runForNumber("select pg_backend_pid()")); };
+  const auto serverOf = [](Connection& db) {
+    std::int64_t process = 0;
+    Query query(db, "select pg_backend_pid()");
+    fetchOne(query, process);
+    return process;
+  };
+  const auto noteServer = [&](Connection& db) { before.insert(serverOf(db)); };
   database.read([&](Connection& one) {
     noteServer(one);
     database.read([&](Connection& two) {
@@ -328,8 +334,18 @@ TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
             }),
             StoreError::Kind::Busy);
   proxy.beSilent(false);
-  database.read(
-      [&](Connection& db) { EXPECT_FALSE(before.contains(db.runForNumber("select pg_backend_pid()"))); });
+  database.read([&](Connection& db) { EXPECT_FALSE(before.contains(serverOf(db))); });
+}
+
+/// Without the trial the request would wait until the connection is given up, and longer than it may.
+TEST_F(LostServer, AConnectionThatDiedWhileItWasIdleCostsNoRequestItsPatience) {
+  SilentProxy proxy(portOf(store->url()));
+  Database database(throughPort(store->url(), proxy.port()),
+                    {.connections = 2, .trustIdle = milliseconds(0)});
+  EXPECT_EQ(numberFrom(database, "select 7"), 7);
+  proxy.loseConnections();
+  EXPECT_EQ(numberFrom(database, "select 8"), 8);
+  EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
 }
 
 TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
