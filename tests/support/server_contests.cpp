@@ -8,6 +8,7 @@ namespace {
 
 /// Soon enough to be charged now.
 const std::string soon = times(2, "09:30", "11:00");
+const std::string fromNow = times(2, "09:00", "11:00");
 const std::string untilThen = times(2, "09:00", "09:30");
 
 DeskMessage save(const std::string& things, const std::string& at = soon) {
@@ -45,11 +46,10 @@ const std::string wishForItem = "MTID=2; BI=2; MI=0; IM=0";
 const std::string search = "LOC=1; DHRS=8784; RHRS=8784; PHRS=8784";
 
 /// Nobody overrides anything for the clerk. What rounds before have changed is put back.
-const std::string reset =
-    "delete from equipment_statuses where status_id in (1, 9) and equipment_id in (2, 20)";
+const std::string statusReset = "delete from equipment_statuses where status_id = 9 and equipment_id = 2";
 const std::string spare =
     "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) values "
-    "(20, 1, 'TV20', 1, 3, 0) on conflict do nothing";
+    "(20, 1, 'TV20', 1, 3, 0)";
 
 const std::vector<Contest> all{
     {"two saves, one piece", {}, {save("EID=1"), save("EID=1")}, {"0 149"}},
@@ -73,14 +73,16 @@ const std::vector<Contest> all{
      {"0 128", "0 149"}},
     {"two charges", {save("EID=1")}, {charge("$1"), charge("$1")}, {"0 128"}},
     {"two charges, one piece for two wishes",
-     {save("ETI=1; IFL=N"), save("ETI=1; IFL=N"), {"NEWEGSTS", "EID=2; SID=9; SNO=; ULI=1"}},
+     {save("ETI=1; IFL=N", fromNow),
+      save("ETI=1; IFL=N", fromNow),
+      {"NEWEGSTS", "EID=2; SID=9; SNO=; ULI=1"}},
      {charge("$1"), charge("$2")},
      {"0 128"}},
     {"a charge and a change", {save("EID=1")}, {charge("$1"), change("$1", "EID=2")}, {"0 0", "0 106"}},
     {"a charge and a cancellation",
      {save("EID=1")},
      {charge("$1"), {"CANBK", "BOOKID=$1"}},
-     {"0 7", "0 106"}},
+     {"0 7", "0 114"}},
     {"a charge and a deletion", {save("EID=1")}, {charge("$1"), {"DELBK", "BOOKID=$1"}}, {"0 2", "0 106"}},
     {"two returns",
      {save("EID=1"), charge("$1")},
@@ -104,7 +106,10 @@ const std::vector<Contest> all{
      {save(wishForIt + "; " + wishForItem)},
      {DeskMessage{"GECN", search}, DeskMessage{"GECN", search}},
      {"0 0"}},
-    {"a search and a save", {save("ETI=1; IFL=N")}, {DeskMessage{"GECN", search}, save("EID=1")}, {"0 0"}},
+    {"a search and a save",
+     {save("ETI=1; IFL=N")},
+     {DeskMessage{"GECN", search}, save("EID=1")},
+     {"0 0", "0 149"}},
     {"one request sent twice", {}, {as("twice", save("EID=1")), as("twice", save("EID=1"))}, {"0 0"}},
 };
 
@@ -154,7 +159,8 @@ class Game {
   std::vector<std::string> setUp() {
     library_.execute("delete from bookings");
     library_.execute("delete from replies");
-    library_.execute(reset);
+    library_.execute("delete from equipment where id = 20");
+    library_.execute(statusReset);
     if (!contest_.sql.empty()) library_.execute(contest_.sql);
     std::vector<std::string> made;
     for (const DeskMessage& each : contest_.before) {

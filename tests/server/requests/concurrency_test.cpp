@@ -106,9 +106,9 @@ TEST_P(TwoDesks, EveryRoundEndsAsIfOneHadBeenFirst) {
         start.arrive_and_wait();
         return library().sendWithId(*desks[desk], id, message.code, message.tags, message.login).rc;
       };
-      auto other = std::async(std::launch::async, [&] { return send(1); });
+      auto second = std::async(std::launch::async, [&] { return send(1); });
       const int code = send(0);
-      return std::array{code, other.get()};
+      return std::array{code, second.get()};
     };
     for (const Contest& contest : contests()) {
       EXPECT_THAT(play(library(), contest, rounds / 4, sendBoth).faults, testing::IsEmpty());

@@ -90,8 +90,10 @@ TEST_P(StoreLimits, AWaitThatWasTooLongKeepsTheConnection) {
   Database holder(store->url());
   Database database(store->url(), {.connections = 1, .patience = 0});
   database.plain([](Connection& db) { db.run("create temp table marks (id integer)"); });
-  holder.write(
-      [&](Connection&) { EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Busy); });
+  holder.write([&](Connection& db) {
+    db.flush();  // the turn is taken with the first statement
+    EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Busy);
+  });
   EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
   EXPECT_EQ(numberFrom(database, "select count(*) from marks"), 0) << "it is there";
 }
@@ -328,6 +330,7 @@ TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
   ASSERT_EQ(before.size(), 3U);
   EXPECT_EQ(errorOf([&] {
               database.write([&](Connection& db) {
+                db.flush();
                 proxy.beSilent(true);
                 db.run("select 1");
               });
@@ -355,6 +358,7 @@ TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
   database.write([](Connection& db) { db.run("create table notes (id integer)"); });
   EXPECT_EQ(errorOf([&] {
               database.write([&](Connection& db) {
+                db.flush();
                 proxy.beSilent(true);
                 db.run("insert into notes values (1)");
               });
