@@ -79,7 +79,7 @@ std::int64_t dropAuditBefore(Connection& db, Moment moment, int most) {
   }
   if (count == 0) return 0;
   Query drop(db, "delete from audit where id <= :last and at < :moment");
-  drop.bind("last", last).bind("moment", moment).run();
+  drop.bind("last", last).bind("moment", moment).later();
   return count;
 }
 

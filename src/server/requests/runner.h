@@ -8,6 +8,7 @@
 #include "server/access/passwords.h"
 #include "server/access/sealing.h"
 #include "server/access/sessions.h"
+#include "server/access/spare_sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
 #include "server/desk/refusal_counts.h"
@@ -19,14 +20,16 @@
 
 namespace vantry::server {
 
+struct OperatorAccount;
+
 /// What is done beside the requests.
 struct RunnerUse {
   RefusalCounts* refusals = nullptr;  ///< counts what is refused, where somebody wants to know
   MailKinds mail = {};                ///< what patrons are told by mail
 };
 
-/// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
-/// several processes may work on one store. Safe for many threads at once. Every operation may throw
+/// What the server does, without HTTP: logins and requests. Holds no state of its own but the spare sessions,
+/// so that several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
  public:
@@ -96,6 +99,8 @@ class RequestRunner {
   struct Supervisor;
   static Answer repeat(const StoredReply& stored, std::string_view code, std::string_view digest);
 
+  std::string openSpareSession(const OperatorAccount& account, const StoreError& error, Moment now);
+  void keepLocation(Connection& db, const Session& session, std::int64_t location) const;
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   void noteGuess(std::string_view address, Moment now);
   Answer runReading(const Incoming& incoming);
@@ -114,6 +119,7 @@ class RequestRunner {
   RefusalCounts* refusals_;
   MailKinds mail_;
   SealingKeys keys_;
+  mutable SpareSessions spare_;
 };
 
 }  // namespace vantry::server

@@ -22,7 +22,7 @@ class MailCase : public OnEachDatabase {
     library().execute("update patrons set email = 'lou@example.org', withheld = 1 where id = 6");
     for (const MailKind kind : allMailKinds) all.add(kind);
     runner = std::make_unique<RequestRunner>(library().database(), library().clock(), HashCost::Quick,
-                                             SearchLimits{}, all);
+                                             SearchLimits{}, RunnerUse{.mail = all});
   }
 
   Got send(const std::string& code, const std::string& tags) { return library().sendTo(*runner, code, tags); }
