@@ -53,11 +53,13 @@ constexpr TableRow tables[] = {
     {"staff", "The staff list out of a CSV file that names patrons by their cards, all or none",
      "Make members inactive whom the file does not name", nullptr, importStaff},
     {"rooms", "Rooms and what stands in them out of a CSV file, all or none",
-     "Give rooms a status that the file does not name", "Closed", takeInventory<InventoryTable::Rooms>},
+     "Give the rooms that the file does not name a status", "Closed", takeInventory<InventoryTable::Rooms>},
     {"equipment", "Pieces of equipment out of a CSV file, all or none",
-     "Give pieces a status that the file does not name", "Missing", takeInventory<InventoryTable::Pieces>},
+     "Give the pieces that the file does not name a status", "Missing",
+     takeInventory<InventoryTable::Pieces>},
     {"groups", "Groups of equipment and their members out of a CSV file, all or none",
-     "Give groups a status that the file does not name", "Missing", takeInventory<InventoryTable::Groups>},
+     "Give the groups that the file does not name a status", "Missing",
+     takeInventory<InventoryTable::Groups>},
 };
 
 void describeTable(CLI::App& import, const Site& site, const TableRow& row) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
@@ -25,7 +26,8 @@ constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
 std::string contentOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw UserError("The file \"" + path + "\" cannot be read.");
+  if (!file || std::filesystem::is_directory(path))
+    throw UserError("The file \"" + path + "\" cannot be read.");
   std::ostringstream text;
   text << file.rdbuf();
   if (file.bad()) throw UserError("The file \"" + path + "\" cannot be read to its end.");

@@ -242,8 +242,8 @@ TEST(InventoryRoundTrip, WhatWasWrittenChangesNothing) {
     const TempFolder folder;
     DemoOptions options;
     options.date = "2026-11-24";
-    options.daysBack = 5;
-    options.daysAhead = 5;
+    options.daysBack = 1;
+    options.daysAhead = 1;
     ASSERT_TRUE(createDemoDatabase(store.url(), options));
     Database database(store.url());
     const auto written = [&](const std::function<std::string(Connection&)>& table) {
