@@ -63,7 +63,8 @@ std::vector<FolderRow> allowedEdges() {
   const Names things = data + Names{"server/access", "server/policy", "server/desk", "server/catalogue"};
   rows.push_back({"server/setup", things});
   rows.push_back({"server/setup/demo", things + Names{"server/setup"}});
-  rows.push_back({"server/requests", things});
+  rows.push_back({"server/feeds", ground});
+  rows.push_back({"server/requests", things + Names{"server/feeds"}});
   rows.push_back({"server/http", data + Names{"server/requests"}});  // the store's errors become status codes
   rows.push_back({"server/jobs", data + Names{"server/access", "server/desk"}});
   rows.push_back({"server/program", things + Names{"server/setup", "server/setup/demo", "server/requests",

@@ -34,6 +34,11 @@ Failures failuresOf(Connection& db, std::string_view login, std::string_view add
   return failures;
 }
 
+/// What guesses from the address are counted under.
+std::string guesserAt(std::string_view address) {
+  return "guess " + std::string(address);
+}
+
 Moment delayOf(const Failures& failures, int free, Moment now) {
   if (failures.count < free) return 0;
   const int doublings = std::min(failures.count - free, 10);
@@ -54,6 +59,15 @@ std::optional<Moment> waitBeforeTry(Connection& db, std::string_view login, std:
 void noteFailedTry(Connection& db, std::string_view login, std::string_view address, Moment now) {
   Query query(db, "insert into login_failures (login, address, at) values (:login, :address, :at)");
   query.bind("login", loginKey(login)).bind("address", address).bind("at", now).run();
+}
+
+std::optional<Moment> waitBeforeGuess(Connection& db, std::string_view address, Moment now) {
+  const Moment wait = delayOf(failuresOf(db, {}, guesserAt(address), now), freeFailuresPerAddress, now);
+  return wait > 0 ? std::optional(wait) : std::nullopt;
+}
+
+void noteWrongGuess(Connection& db, std::string_view address, Moment now) {
+  noteFailedTry(db, {}, guesserAt(address), now);
 }
 
 void forgetFailures(Connection& db, std::string_view login, std::string_view address) {

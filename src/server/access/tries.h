@@ -22,6 +22,11 @@ inline constexpr Moment tryWindow = 5 * minute;
                                                   std::string_view address, Moment now);
 void noteFailedTry(Connection& db, std::string_view login, std::string_view address, Moment now);
 
+/// The same for guesses at what belongs to nobody, such as a secret address. Those of one address only make
+/// that address wait for its next guess, and not for its log-on.
+[[nodiscard]] std::optional<Moment> waitBeforeGuess(Connection& db, std::string_view address, Moment now);
+void noteWrongGuess(Connection& db, std::string_view address, Moment now);
+
 /// Forgets the failures of the name from this address, after a success.
 void forgetFailures(Connection& db, std::string_view login, std::string_view address);
 /// Forgets those from all addresses.

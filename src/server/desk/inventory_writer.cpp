@@ -1,6 +1,7 @@
 #include "server/desk/inventory_writer.h"
 
 #include "server/base/catalogue_text.h"
+#include "server/base/return_codes.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -69,6 +70,14 @@ void writeLines(Connection& db, std::int64_t id, const std::vector<MaintenanceLi
   }
 }
 
+/// Whether bookings hold any of what is kept in the room.
+bool keepsBookedThings(Connection& db, std::int64_t roomId) {
+  return countBy(db,
+                 "select count(*) from (select 1 from equipment e join occupancy o on o.kind = 1 and "
+                 "o.thing = e.id where e.room_id = :id limit 1) k",
+                 roomId) > 0;
+}
+
 std::int64_t newKey(Query& query) {
   std::int64_t id = 0;
   fetchOne(query, id);
@@ -107,11 +116,17 @@ RoomUse useOfRoom(Connection& db, std::int64_t id) {
   return {.out = out > 0, .booked = booked > 0, .keepsThings = kept > 0};
 }
 
-bool keepsBookedThings(Connection& db, std::int64_t roomId) {
-  return countBy(db,
-                 "select count(*) from (select 1 from equipment e join occupancy o on o.kind = 1 and "
-                 "o.thing = e.id where e.room_id = :id limit 1) k",
-                 roomId) > 0;
+std::optional<int> refusalToKeepIn(Connection& db, const EquipmentRecord& before, std::int64_t roomId) {
+  if (before.roomId == roomId) return std::nullopt;
+  if (const auto refusal = refusalToMove(useOfEquipment(db, before.id))) return refusal;
+  return before.groupId != 0 ? std::optional(rc::groupStatus) : std::nullopt;
+}
+
+std::optional<int> refusalToChangeRoom(Connection& db, const RoomRecord& before, const RoomRecord& after) {
+  const bool empties = (before.storage && !after.storage) || before.locationId != after.locationId;
+  const RoomChange change{.storesRoom = !before.storage && after.storage,
+                          .movesThings = empties && keepsBookedThings(db, before.id)};
+  return refusalToChange(useOfRoom(db, before.id), change);
 }
 
 bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record) {

@@ -2,8 +2,11 @@
 
 #include <vector>
 
+#include "server/base/return_codes.h"
+#include "server/desk/inventory_writer.h"
 #include "server/desk/library_border.h"
 #include "server/desk/occupancy.h"
+#include "server/desk/remark_store.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -77,13 +80,30 @@ void setGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
   query.bind("group_id", orNothing(groupId)).bind("id", pieceId).run();
 }
 
-}  // namespace
-
+/// Whether a booking has the piece at a time at which a booking has the group.
 bool wouldMeet(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
   for (const HeldLine& line : linesHolding(db, groupId)) {
     if (isTaken(db, pieceId, line)) return true;
   }
   return false;
+}
+
+/// A group takes members only while nothing but the system's "Not Charged" is on it.
+bool mayChange(Connection& db, std::int64_t groupId) {
+  const std::vector<StatusRow> statuses = appliedStatuses(db, Owner::Equipment, groupId);
+  return statuses.size() == 1 && statuses.front().id == systemStatus::notCharged;
+}
+
+}  // namespace
+
+std::optional<int> refusalToJoin(Connection& db, std::int64_t pieceId, std::int64_t formerGroup,
+                                 std::int64_t groupId) {
+  if (!mayChange(db, groupId)) return rc::groupStatus;
+  if (groupId != 0 && formerGroup == groupId) return std::nullopt;
+  const bool leavesBooked = formerGroup != 0 && useOfEquipment(db, formerGroup).booked;
+  const bool isOut = useOfEquipment(db, pieceId).out;
+  const bool refused = isOut || leavesBooked || wouldMeet(db, pieceId, groupId);
+  return refused ? std::optional(rc::bothBooked) : std::nullopt;
 }
 
 bool joinGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {

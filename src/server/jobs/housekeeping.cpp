@@ -40,8 +40,8 @@ void keepHouse(Database& database, Moment now) {
   settleDueBookings(database, now);
 }
 
-Housekeeper::Housekeeper(Database& database, Clock clock, bool trustsClock)
-    : database_(database), clock_(std::move(clock)), trustsClock_(trustsClock) {}
+Housekeeper::Housekeeper(Database& database, RefusalCounts& refusals, Clock clock, bool trustsClock)
+    : database_(database), refusals_(refusals), clock_(std::move(clock)), trustsClock_(trustsClock) {}
 
 Housekeeper::~Housekeeper() {
   stop();
@@ -72,6 +72,7 @@ void Housekeeper::work() {
 
 void Housekeeper::keepHouseOnce() {
   try {
+    refusals_.store(database_);
     const Moment now = clock_();
     if (trustsClock_) database_.write([&](Connection& db) { acceptMoment(db, now); });
     if (trustsClock_ || believesMoment(database_, now)) return keepHouse(database_, now);

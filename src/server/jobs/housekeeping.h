@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "server/base/moment.h"
+#include "server/desk/refusal_counts.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -21,11 +22,11 @@ void keepHouse(Database& database, Moment now);
 /// Lets it go on from that moment, because somebody says that the clock is right.
 void acceptMoment(Connection& db, Moment now);
 
-/// Keeps house once a minute on a thread of its own, from `start` to `stop`.
+/// Keeps house once a minute on a thread of its own, from `start` to `stop`, and stores what was refused.
 class Housekeeper {
  public:
   /// `trustsClock`: after a pause of any length.
-  Housekeeper(Database& database, Clock clock, bool trustsClock);
+  Housekeeper(Database& database, RefusalCounts& refusals, Clock clock, bool trustsClock);
   ~Housekeeper();
   Housekeeper(const Housekeeper&) = delete;
   Housekeeper& operator=(const Housekeeper&) = delete;
@@ -39,6 +40,7 @@ class Housekeeper {
   void keepHouseOnce();
 
   Database& database_;
+  RefusalCounts& refusals_;
   Clock clock_;
   bool trustsClock_;
   std::thread thread_;

@@ -2,8 +2,11 @@
 
 #include <ctime>
 
+#include <spdlog/spdlog.h>
+
 #include "server/base/moment.h"
 #include "server/catalogue/catalogue_store.h"
+#include "server/desk/refusal_counts.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
 #include "server/requests/runner.h"
@@ -47,9 +50,10 @@ class Server::Impl {
   explicit Impl(const Options& options)
       : database_(options.database, storeOptions(options)),
         runner_(heldToSchema(database_), clockOf(options),
-                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
+                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound},
+                &refusals_),
         clock_(clockOf(options)),
-        housekeeper_(database_, clock_, options.trustsClock),
+        housekeeper_(database_, refusals_, clock_, options.trustsClock),
         front_(runner_, {.address = options.address,
                          .port = options.port,
                          .certificate = options.certificate,
@@ -71,13 +75,24 @@ class Server::Impl {
   void stop() {
     housekeeper_.stop();
     front_.stop();
+    storeLastRefusals();
   }
 
   [[nodiscard]] int port() const { return front_.port(); }
   void reloadCertificate() { front_.reloadCertificate(); }
 
  private:
+  /// They are not worth a failure of the stop.
+  void storeLastRefusals() {
+    try {
+      refusals_.store(database_);
+    } catch (const std::exception& error) {
+      spdlog::warn("the last refusals were not counted: {}", error.what());
+    }
+  }
+
   Database database_;
+  RefusalCounts refusals_;
   RequestRunner runner_;
   Clock clock_;
   Housekeeper housekeeper_;

@@ -10,6 +10,7 @@
 #include "server/access/stored_replies.h"
 #include "server/base/tag_refusal.h"
 #include "server/requests/handlers.h"
+#include "server/requests/refusal_reasons.h"
 #include "server/requests/serve.h"
 #include "words/requests.h"
 #include "words/tags.h"
@@ -48,8 +49,14 @@ Reply runReader(const HandlerRow& handler, Context& context, const Message& mess
 
 }  // namespace
 
-RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search)
-    : database_(database), clock_(std::move(clock)), cost_(cost), search_(search), keys_(keysOf(database)) {}
+RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search,
+                             RefusalCounts* refusals)
+    : database_(database),
+      clock_(std::move(clock)),
+      cost_(cost),
+      search_(search),
+      refusals_(refusals),
+      keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
   Judged judged;
@@ -93,11 +100,13 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
   const HandlerRow* handler = findHandler(incoming.code);
   Answer answer;
   Judged judged;
+  Reply reply;
   const auto work = [&](Connection& db) {
     judged = judge(db, incoming, now);
+    reply = {};
     if (!judged.session || judged.refusal || handler == nullptr) return;
     Context context{db, *judged.session, now, search_};
-    const Reply reply = runReader(*handler, context, Message(incoming.tags));
+    reply = runReader(*handler, context, Message(incoming.tags));
     judged.lacksRight = reply.rc() == rc::noRight;
     answer.json = reply.json();
   };
@@ -111,6 +120,7 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
   }
   if (!judged.session) return answer;
   const Session& session = *judged.session;
+  countRefusal(incoming.code, reply, session.locationId, now);
   if (judged.lacksRight)
     writeAfterRead([&](Connection& db) { audit(db, &session, now, "right missing", incoming.code, {}); });
   if (session.expiresAt < now + sessionLife - sessionStaleness)
@@ -145,8 +155,15 @@ Answer RequestRunner::runWriting(const Incoming& incoming) {
   } catch (const Refused& refused) {
     // Everything is undone; the refusal is kept by itself, as the reply to this request.
     write(&refused.reply);
+    countRefusal(incoming.code, refused.reply, answer.locationId, now);
   }
   return answer;
+}
+
+void RequestRunner::countRefusal(std::string_view code, const Reply& reply, std::int64_t locationId,
+                                 Moment now) const {
+  if (refusals_ == nullptr || reply.rc() == 0 || locationId == 0) return;
+  for (const int reason : refusalReasons(code, reply)) refusals_->note(locationId, reason, now);
 }
 
 /// Runs the request, unless it ran before or a refusal is its answer.
@@ -156,6 +173,7 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   const Judged judged = judge(db, incoming, now);
   if (!judged.session) return answer;
   answer.kind = Answer::Kind::Done;
+  answer.locationId = judged.session->locationId;
   const std::string digest = digestOf(incoming.code, incoming.tags);
   if (judged.stored) return repeat(*judged.stored, incoming.code, digest);
   const ReplyKey key{.operatorId = judged.session->operatorId, .requestId = incoming.requestId};

@@ -10,6 +10,7 @@
 #include "server/access/sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
+#include "server/desk/refusal_counts.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "server/store/database.h"
@@ -22,8 +23,9 @@ namespace vantry::server {
 /// StoreError.
 class RequestRunner {
  public:
-  /// The database's schema is up to date.
-  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {});
+  /// The database's schema is up to date. What is refused is counted where somebody wants to know.
+  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {},
+                RefusalCounts* refusals = nullptr);
 
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
@@ -58,11 +60,22 @@ class RequestRunner {
   };
   struct Answer {
     enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
-    std::string json;  ///< when done: the reply
+    std::string json;             ///< when done: the reply
+    std::int64_t locationId = 0;  ///< of the session, when a writing request is done
   };
   /// Runs a request once: a repeated id of a writing request is answered with the stored reply. An id that
   /// belongs to another request, or to other tags, is misused.
   [[nodiscard]] Answer run(const Incoming& incoming);
+
+  struct FeedAnswer {
+    enum class Kind { Told, Unknown, TooMany } kind = Kind::Unknown;
+    std::string text;       ///< when told: the calendar
+    std::string version;    ///< when told: differs from that of any other text
+    Moment changedAt = 0;   ///< when told: in seconds since 1970-01-01 UTC
+    Moment retryAfter = 0;  ///< when there were too many wrong guesses: seconds to wait
+  };
+  /// The feed whose address has this secret. What belongs to no feed counts as a guess of the client.
+  [[nodiscard]] FeedAnswer feed(std::string_view secret, std::string_view address);
 
  private:
   /// What is decided before the request runs: who asks, whether they hold the right, whether the message is
@@ -77,9 +90,11 @@ class RequestRunner {
   static Answer repeat(const StoredReply& stored, std::string_view code, std::string_view digest);
 
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
+  void noteGuess(std::string_view address, Moment now);
   Answer runReading(const Incoming& incoming);
   void writeAfterRead(const Database::Work& work);
   Answer runWriting(const Incoming& incoming);
+  void countRefusal(std::string_view code, const Reply& reply, std::int64_t locationId, Moment now) const;
   Answer answerOnce(Connection& db, const Incoming& incoming, Moment now, const Reply* refusal) const;
   Answer runOverride(const Incoming& incoming);
   Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;
@@ -89,6 +104,7 @@ class RequestRunner {
   Clock clock_;
   HashCost cost_;
   SearchLimits search_;
+  RefusalCounts* refusals_;
   SealingKeys keys_;
 };
 

@@ -230,6 +230,31 @@ update titles set is_indexed = 0 where control_number = '' and
   id in (select title_id from marc_records where holding_id is null);
 )";
 
+// A feed is of a desk, a room or a patron group; of its secret address the store only has a hash. Refusals
+// are counted by day: what is refused writes nothing else.
+constexpr std::string_view feedsAndRefusals = R"(
+create table feeds (
+  id $KEY,
+  secret text not null unique,
+  library_id bigint not null references libraries,
+  location_id bigint references locations,
+  room_id bigint references rooms on delete cascade,
+  patron_group_id bigint references patron_groups,
+  shows_names smallint not null default 0,
+  days_back bigint not null,
+  days_ahead bigint not null,
+  created_at bigint not null
+);
+create index feeds_room on feeds (room_id) where room_id is not null;
+create table refusals (
+  on_day bigint not null,
+  location_id bigint not null references locations,
+  reason bigint not null,
+  times bigint not null,
+  primary key (on_day, location_id, reason)
+);
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -254,6 +279,7 @@ const std::array steps{
     Migration{21, "borders", borders},
     Migration{22, "pieces in order", piecesInOrder},
     Migration{23, "identity of titles", titleIdentity},
+    Migration{24, "feeds, counted refusals", feedsAndRefusals},
 };
 
 }  // namespace

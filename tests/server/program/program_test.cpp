@@ -39,13 +39,70 @@ TEST_F(ProgramTest, SetsALibraryUpWithoutTheDemo) {
   EXPECT_EQ(run("library list").text, "1\tCity Library\n");
   EXPECT_EQ(run("location list").text, "1\tMain\tCity Library\n");
   EXPECT_EQ(run("group list").text, "1\tStudents\n");
-  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain: all\n");
   EXPECT_EQ(run("operator disable dana").code, 0);
-  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tdisabled\tMain\n");
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tdisabled\tMain: all\n");
   EXPECT_EQ(run("operator rights dana --location Main --rights none").code, 0);
   EXPECT_EQ(run("operator list").text, "dana\tDana D.\tdisabled\n");
   EXPECT_EQ(run("operator enable dana").code, 0);
   EXPECT_EQ(run("operator password dana", "another-password\n").code, 0);
+}
+
+TEST_F(ProgramTest, EachCommandTellsWhatItDid) {
+  struct Told {
+    const char* arguments;
+    const char* text;
+  };
+  ASSERT_EQ(run("init").code, 0);
+  const Told commands[] = {
+      {"library add ' City '", "The library \"City\" is added.\n"},
+      {"library rename City Town", "The library \"City\" is now named \"Town\".\n"},
+      {"location add Main --library Town", "The location \"Main\" of the library \"Town\" is added.\n"},
+      {"location rename Main Desk", "The location \"Main\" is now named \"Desk\".\n"},
+      {"group add Pupils", "The patron group \"Pupils\" is added.\n"},
+      {"group rename Pupils Students", "The patron group \"Pupils\" is now named \"Students\".\n"},
+      {"operator add dana --name D", "The operator \"dana\" is added, and may work at no location yet.\n"},
+      {"operator rights dana --location Desk --rights view",
+       "The operator \"dana\" has the rights view at \"Desk\".\n"},
+      {"operator rights dana --location Desk --rights none",
+       "The operator \"dana\" may no longer work at \"Desk\".\n"},
+      {"operator password dana", "The operator \"dana\" has a new password; their sessions are ended.\n"},
+      {"operator disable dana", "The operator \"dana\" may not log on any more; their sessions are ended.\n"},
+      {"operator enable dana", "The operator \"dana\" may log on again.\n"},
+      {"library rename Nowhere Town", "vantry-server: There is no library named \"Nowhere\".\n"},
+      {"location rename Desk ' '", "vantry-server: A location needs a name.\n"},
+      {"group rename Students Students", "vantry-server: There is already a patron group of this name.\n"},
+  };
+  for (const Told& each : commands) EXPECT_EQ(run(each.arguments, "a-good-password\n").text, each.text);
+  EXPECT_EQ(run("location list").text, "1\tDesk\tTown\n");
+  EXPECT_EQ(value("select group_concat(action || ':' || subject || ':' || detail, ', ') from (select * from "
+                  "audit where action like '%renamed' order by id) as a"),
+            "library renamed:City:Town, location renamed:Main:Desk, patron group renamed:Pupils:Students");
+  EXPECT_THAT(run("rights").text, HasSubstr("EQV\tThe operator may see equipment and groups.\n"));
+}
+
+TEST_F(ProgramTest, TheDoctorKnowsThePasswordsOfTheDemo) {
+  const std::string sentence = "An operator of the demo library has a password that everybody knows";
+  ASSERT_EQ(run("demo").code, 0);
+  ASSERT_EQ(run("operator disable desk").code + run("operator disable view").code, 0);
+  EXPECT_THAT(run("doctor").text, HasSubstr(sentence));
+  ASSERT_EQ(run("operator password admin", "a-good-password\n").code, 0);
+  EXPECT_THAT(run("doctor").text, testing::Not(HasSubstr(sentence)));
+}
+
+/// A mistyped name is told, and is no new database.
+TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
+  for (const char* command : {"serve --port 0", "doctor", "library list", "library add City", "operator list",
+                              "rules show", "audit show", "trust-clock", "backup copy.sqlite",
+                              "import marc none.mrc", "import patrons none.csv"}) {
+    const Outcome outcome = run(command);
+    EXPECT_EQ(outcome.code, 1) << command;
+    EXPECT_EQ(outcome.text,
+              "vantry-server: The database \"" + database +
+                  "\" is not there: its name may be mistyped. The commands setup and init make a new one.\n")
+        << command;
+    EXPECT_FALSE(std::filesystem::exists(database)) << command;
+  }
 }
 
 struct WrongCase {
@@ -86,14 +143,14 @@ TEST_F(ProgramTest, TellsWhatIsWrongAndChangesNothing) {
     EXPECT_EQ(outcome.code, 1) << each.arguments;
     EXPECT_THAT(outcome.text, HasSubstr(each.text)) << each.arguments;
   }
-  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain: all\n");
   EXPECT_NE(run("").code, 0);
   EXPECT_NE(run("fly").code, 0);
   EXPECT_THAT(run("operator add eve --name E --rights all", "a-good-password\n").text,
               HasSubstr("--rights requires --location"));
   EXPECT_THAT(run("operator add eve --name E --location Main", "a-good-password\n").text,
               HasSubstr("--location requires --rights"));
-  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\n");
+  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain: all\n");
 }
 
 TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
@@ -154,7 +211,8 @@ TEST_F(ProgramTest, TakesOneListOfRightsAndTrimsNames) {
           .code,
       0)
       << "what stands behind the rights is the name to log on with";
-  EXPECT_EQ(run("operator list").text, "dana\tDana D.\tactive\tMain\neve\tEve E.\tactive\tMain\n");
+  EXPECT_EQ(run("operator list").text,
+            "dana\tDana D.\tactive\tMain: all\neve\tEve E.\tactive\tMain: BKCAN,BKV\n");
   EXPECT_EQ(run("operator rights --location Main --rights EQV eve").code, 0);
   EXPECT_EQ(value("select group_concat(code, ' ') from operator_rights r join operators o on o.id = "
                   "r.operator_id where o.login = 'eve'"),
