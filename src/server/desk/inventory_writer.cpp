@@ -19,7 +19,7 @@ std::int64_t countBy(Connection& db, std::string_view sql, std::int64_t id) {
 
 void runFor(Connection& db, std::string_view sql, std::int64_t id) {
   Query query(db, sql);
-  query.bind("id", id).run();
+  query.bind("id", id).later();
 }
 
 /// The values of a record that its window edits.
@@ -56,7 +56,7 @@ void writeDetails(Connection& db, std::int64_t roomId, const std::vector<RoomDet
     Query query(
         db,
         "insert into room_details (room_id, room_detail_type_id, content) values (:id, :type_id, :content)");
-    query.bind("id", roomId).bind("type_id", detail.typeId).bind("content", detail.content).run();
+    query.bind("id", roomId).bind("type_id", detail.typeId).bind("content", detail.content).later();
   }
 }
 
@@ -66,7 +66,7 @@ void writeLines(Connection& db, std::int64_t id, const std::vector<MaintenanceLi
     Query query(db,
                 "insert into maintenance_lines (maintenance_id, maintenance_type_id, content) values "
                 "(:id, :type_id, :content)");
-    query.bind("id", id).bind("type_id", line.typeId).bind("content", line.content).run();
+    query.bind("id", id).bind("type_id", line.typeId).bind("content", line.content).later();
   }
 }
 
@@ -215,7 +215,7 @@ std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const
               "updated_at = :at, updated_by = :operator_id, updated_location = :desk_id where id = :id");
   bindEquipment(query, record);
   bindStamp(query, stamp);
-  query.bind("id", record.id).run();
+  query.bind("id", record.id).later();
   return record.id;
 }
 
@@ -224,7 +224,7 @@ void moveMembers(Connection& db, const EquipmentRecord& group) {
   query.bind("location_id", group.locationId)
       .bind("room_id", orNothing(group.roomId))
       .bind("id", group.id)
-      .run();
+      .later();
 }
 
 std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vector<RoomDetail>& details,
@@ -249,9 +249,9 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
         "updated_location = :desk_id where id = :id");
     bindRoom(query, record);
     bindStamp(query, stamp);
-    query.bind("id", id).run();
+    query.bind("id", id).later();
     Query kept(db, "update equipment set location_id = :location_id where room_id = :id");
-    kept.bind("location_id", record.locationId).bind("id", id).run();
+    kept.bind("location_id", record.locationId).bind("id", id).later();
   }
   writeDetails(db, id, details);
   return id;
@@ -276,11 +276,11 @@ std::int64_t writeMaintenance(Connection& db, const MaintenanceRecord& record,
                 "updated_location = :desk_id where id = :id");
     bindMaintenance(query, record);
     bindStamp(query, stamp);
-    query.bind("id", id).run();
+    query.bind("id", id).later();
   }
   writeLines(db, id, lines);
   Query next(db, "update equipment set next_maintenance_on = :on_day where id = :piece");
-  next.bind("on_day", orNothing(record.nextMaintenanceOn)).bind("piece", record.pieceId).run();
+  next.bind("on_day", orNothing(record.nextMaintenanceOn)).bind("piece", record.pieceId).later();
   return id;
 }
 

@@ -57,7 +57,7 @@ void stampBooking(Connection& db, std::int64_t bookingId, const Stamp& stamp) {
               "l.booking_id = :id and l.in_room = 0), updated_at = :at, updated_by = :operator_id, "
               "updated_location = :desk_id where id = :id");
   query.bind("id", bookingId).bind("at", nextStamp(last, stamp.at));
-  query.bind("operator_id", stamp.operatorId).bind("desk_id", stamp.locationId).run();
+  query.bind("operator_id", stamp.operatorId).bind("desk_id", stamp.locationId).later();
 }
 
 /// The piece has been where its group is, in the room of the booking or not.
@@ -77,7 +77,7 @@ std::int64_t addLine(Connection& db, std::int64_t pieceId, const HeldLine& ofGro
 
 void setGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
   Query query(db, "update equipment set group_id = :group_id where id = :id");
-  query.bind("group_id", orNothing(groupId)).bind("id", pieceId).run();
+  query.bind("group_id", orNothing(groupId)).bind("id", pieceId).later();
 }
 
 /// Whether a booking has the piece at a time at which a booking has the group.
@@ -112,7 +112,7 @@ bool joinGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
       db,
       "update equipment set location_id = (select g.location_id from equipment g where g.id = :group_id), "
       "room_id = (select g.room_id from equipment g where g.id = :group_id) where id = :id");
-  place.bind("group_id", groupId).bind("id", pieceId).run();
+  place.bind("group_id", groupId).bind("id", pieceId).later();
   const std::vector<HeldLine> lines = linesHolding(db, groupId);
   for (const HeldLine& line : lines) {
     addOccupancy(db, {ThingKind::Equipment, pieceId},
@@ -180,9 +180,9 @@ void releaseFromBookings(Connection& db, std::int64_t equipmentId, const Stamp& 
         db,
         "delete from occupancy where booking_id = :booking and line_id in (select id from booking_equipment "
         "where booking_id = :booking and equipment_id = :id)");
-    taken.bind("booking", each).bind("id", equipmentId).run();
+    taken.bind("booking", each).bind("id", equipmentId).later();
     Query lines(db, "delete from booking_equipment where booking_id = :booking and equipment_id = :id");
-    lines.bind("booking", each).bind("id", equipmentId).run();
+    lines.bind("booking", each).bind("id", equipmentId).later();
     stampBooking(db, each, stamp);
   }
 }
@@ -194,7 +194,7 @@ void moveToRoom(Connection& db, std::int64_t equipmentId, std::int64_t roomId, c
       "r.id = :room_id), updated_at = :at, updated_by = :operator_id, updated_location = :desk_id where "
       "id = :id or group_id = :id");
   query.bind("room_id", roomId).bind("at", stamp.at).bind("operator_id", stamp.operatorId);
-  query.bind("desk_id", stamp.locationId).bind("id", equipmentId).run();
+  query.bind("desk_id", stamp.locationId).bind("id", equipmentId).later();
 }
 
 }  // namespace vantry::server

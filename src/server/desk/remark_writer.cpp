@@ -62,14 +62,14 @@ void writeNote(Connection& db, Owner owner, std::int64_t id, std::int64_t typeId
              "operator_id = excluded.operator_id");
   Query query(db, sql);
   query.bind("id", id).bind("type_id", typeId).bind("content", content).bind("at", stamp.at);
-  query.bind("operator_id", orNothing(stamp.operatorId)).run();
+  query.bind("operator_id", orNothing(stamp.operatorId)).later();
 }
 
 void removeNote(Connection& db, Owner owner, std::int64_t id, std::int64_t typeId) {
   const std::string sql =
       sqlFor(owner, "delete from equipment_notes where equipment_id = :id and note_type_id = :type_id");
   Query query(db, sql);
-  query.bind("id", id).bind("type_id", typeId).run();
+  query.bind("id", id).bind("type_id", typeId).later();
 }
 
 void applyStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t statusId, std::string_view note,
@@ -80,14 +80,14 @@ void applyStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t stat
              ":status_id, :at, :note) on conflict (equipment_id, status_id) do update set "
              "applied_at = excluded.applied_at, note = excluded.note");
   Query query(db, sql);
-  query.bind("id", id).bind("status_id", statusId).bind("at", at).bind("note", note).run();
+  query.bind("id", id).bind("status_id", statusId).bind("at", at).bind("note", note).later();
 }
 
 void removeStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t statusId) {
   const std::string sql =
       sqlFor(owner, "delete from equipment_statuses where equipment_id = :id and status_id = :status_id");
   Query query(db, sql);
-  query.bind("id", id).bind("status_id", statusId).run();
+  query.bind("id", id).bind("status_id", statusId).later();
 }
 
 bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t exceptEquipmentId) {
@@ -119,18 +119,18 @@ std::vector<std::string> barcodesOfItems(Connection& db, std::span<const std::st
 void writeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode, std::int64_t statusId) {
   if (statusId == barcodeStatus::active) {
     Query others(db, "update equipment_barcodes set status_id = :inactive where equipment_id = :id");
-    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).run();
+    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).later();
   }
   Query query(
       db,
       "insert into equipment_barcodes (equipment_id, barcode, status_id) values (:id, :barcode, :status) "
       "on conflict (equipment_id, barcode) do update set status_id = excluded.status_id");
-  query.bind("id", equipmentId).bind("barcode", barcode).bind("status", statusId).run();
+  query.bind("id", equipmentId).bind("barcode", barcode).bind("status", statusId).later();
 }
 
 void removeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode) {
   Query query(db, "delete from equipment_barcodes where equipment_id = :id and barcode = :barcode");
-  query.bind("id", equipmentId).bind("barcode", barcode).run();
+  query.bind("id", equipmentId).bind("barcode", barcode).later();
 }
 
 }  // namespace vantry::server

@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "server/base/mail_address.h"
 #include "server/setup/table_cells.h"
 #include "server/setup/table_columns.h"
 
@@ -98,8 +99,7 @@ class PatronReader {
   void takeText(const PatronColumn& column, const std::string& text) {
     if (!fits(text, column.longest)) return;
     if (column.column == "last_name" && text.empty()) return fault("A patron needs a last name.");
-    if (column.column == "email" && !text.empty() &&
-        (text.find('@') == std::string::npos || text.find(' ') != std::string::npos))
+    if (column.column == "email" && !text.empty() && !isMailAddress(text))
       return fault("\"" + text + "\" is no e-mail address.");
     if (column.column == "institution_id") entry_.institution = text;
     entry_.texts[column.column] = text;

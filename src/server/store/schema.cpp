@@ -255,6 +255,35 @@ create table refusals (
 );
 )";
 
+// Mails to be sent, without names: they are written when they are sent. Bookings that are over are made
+// anonymous once; those that are not yet are found without a look at the others.
+constexpr std::string_view mailAndRetention = R"(
+create table outbox (
+  id $KEY,
+  kind smallint not null,
+  booking_id bigint not null,
+  patron_id bigint not null,
+  about bigint not null default 0,
+  state smallint not null default 0,
+  revision bigint not null default 0,
+  queued_at bigint not null,
+  due_at bigint not null,
+  leased_until bigint not null default 0,
+  tries bigint not null default 0,
+  sent_at bigint,
+  kept text not null default '',
+  told text not null default '',
+  fault text not null default ''
+);
+create unique index outbox_news on outbox (booking_id, patron_id) where state = 0 and kind < 4;
+create unique index outbox_reminders on outbox (booking_id, kind, about) where kind > 3;
+create index outbox_waiting on outbox (due_at, id) where state = 0;
+create index outbox_settled on outbox (queued_at) where state <> 0;
+create index outbox_booking on outbox (booking_id, patron_id);
+alter table bookings add column forgotten_at bigint;
+create index bookings_remembered on bookings (ends_at) where status in (1, 2, 3, 4) and forgotten_at is null;
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -280,6 +309,7 @@ const std::array steps{
     Migration{22, "pieces in order", piecesInOrder},
     Migration{23, "identity of titles", titleIdentity},
     Migration{24, "feeds, counted refusals", feedsAndRefusals},
+    Migration{25, "mail and retention", mailAndRetention},
 };
 
 }  // namespace
