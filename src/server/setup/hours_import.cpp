@@ -7,7 +7,7 @@
 #include "server/setup/file_text.h"
 #include "server/setup/rules_file_store.h"
 #include "server/setup/rules_file_words.h"
-#include "server/store/settings.h"
+#include "server/store/library_clock.h"
 
 namespace vantry::server {
 
@@ -123,7 +123,7 @@ std::string zoneFor(Database& database, const std::string& location) {
   database.read([&](Connection& db) {
     const std::vector<std::string> known = readKnownPlaces(db).locations;
     isThere = std::ranges::find(known, location) != known.end();
-    zone = settingOf(db, "time_zone");
+    zone = timeZoneOf(db);
   });
   if (!isThere) throw UserError("There is no location named \"" + location + "\".");
   return zone;

@@ -214,8 +214,8 @@ create index equipment_type_number on equipment (equipment_type_id, number, id);
 )";
 
 // A number of the catalogue counts together with whose number it is, which the records tell. Titles without a
-// number are known by a fingerprint, which the indexing gives those of old. A field of
-// a stored record is a line of its tag, indicators and text.
+// number are known by a fingerprint, which the indexing gives those of old. A field of a stored record is a
+// line of its tag, indicators and text.
 constexpr std::string_view titleIdentity = R"(
 alter table titles add column control_source text not null default '';
 alter table titles add column fingerprint text not null default '';
