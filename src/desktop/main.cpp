@@ -4,8 +4,10 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 
 #include "desktop/chatter.h"
 #include "desktop/demo_operator.h"
@@ -39,9 +41,17 @@ std::unique_ptr<EmbeddedServer> startServer(const std::filesystem::path& data) {
   return std::make_unique<EmbeddedServer>(EmbeddedServer::Options{data, {}, false});
 }
 
+/// A file that cannot be read would look like a server that is away.
+void checkAuthority(const std::string& file) {
+  if (file.empty() || std::ifstream(file).peek() != std::ifstream::traits_type::eof()) return;
+  throw std::runtime_error("Cannot read " + file +
+                           ", the certificate of the authority that vouches for the server.");
+}
+
 int runProgram(ProgramOptions options, QtDesktop& desktop) {
   const QTemporaryDir scratch;
   if (!options.screenshot.empty()) prepareScreenshot(options, scratch);
+  checkAuthority(options.authority);
   std::unique_ptr<EmbeddedServer> embedded;
   if (options.server.empty()) {
     embedded = startServer(options.data);
@@ -77,8 +87,9 @@ int start(int argc, char** argv) {
   quietUnseenScreen();
   QApplication application(argc, argv);
   QApplication::setApplicationName("Vantry");
+  QApplication::setDesktopFileName("vantry");
   style::apply(application);
-  options.program = QApplication::applicationDirPath().toStdString();
+  options.program = filesOfProgram(QApplication::applicationDirPath().toStdString());
   QtDesktop desktop(options.screenshot.empty() ? (options.user / "windows.ini").string() : std::string());
   try {
     return runProgram(std::move(options), desktop);

@@ -1,6 +1,9 @@
 #include <QLabel>
+#include <QTemporaryDir>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 #include "desktop/desktop_test.h"
 #include "desktop/note_window.h"
@@ -8,6 +11,8 @@
 
 namespace vantry::test {
 namespace {
+
+namespace fs = std::filesystem;
 
 TEST(ProgramOptions, QuestionsAboutTheProgramCountBesideOtherWords) {
   for (const char* word : {"--help", "/?"}) {
@@ -26,6 +31,49 @@ TEST(ProgramOptions, AnOptionWithoutItsValueIsToldAsAFault) {
   EXPECT_EQ(options.fault, "");
   EXPECT_EQ(options.server, "https://desk.example");
   EXPECT_EQ(options.view, 5);
+}
+
+class SettingsFiles : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    setenv("XDG_CONFIG_HOME", (folder / "home").c_str(), 1);
+    setenv("XDG_CONFIG_DIRS", ((folder / "site").string() + "::" + (folder / "system").string()).c_str(), 1);
+  }
+  void TearDown() override {
+    unsetenv("XDG_CONFIG_HOME");
+    unsetenv("XDG_CONFIG_DIRS");
+  }
+  void write(const char* where, const char* entries) const {
+    fs::create_directories(folder / where / "vantry");
+    std::ofstream(folder / where / "vantry" / "vantry.ini") << "[Server]\n" << entries;
+  }
+  static std::string found(const std::vector<std::string>& arguments) {
+    const ProgramOptions options = readOptions(arguments);
+    return options.server + " " + options.authority;
+  }
+
+  const QTemporaryDir scratch;
+  const fs::path folder = scratch.path().toStdString();
+};
+
+TEST_F(SettingsFiles, EachEntryIsTakenFromTheFirstFileThatHasIt) {
+  EXPECT_EQ(found({}), " ") << "no file: the embedded server";
+  write("system", "Address=https://system\nAuthority=/etc/ssl/house.pem\n");
+  EXPECT_EQ(found({}), "https://system /etc/ssl/house.pem");
+  write("site", "authority = ca.pem\n");
+  EXPECT_EQ(found({}), "https://system " + (folder / "site/vantry/ca.pem").string()) << "beside its file";
+  write("home", "Address=https://mine\nAuthority=\n");
+  EXPECT_EQ(found({}), "https://mine ") << "an empty entry sets the machine's aside";
+  EXPECT_EQ(found({"--server", "https://here", "--authority", "a.pem"}), "https://here a.pem");
+  EXPECT_EQ(found({"--authority", "a.pem"}), "https://mine a.pem");
+  EXPECT_EQ(found({"--data", "mine.sqlite"}), " ");
+  EXPECT_EQ(found({"--screenshot", "a.png"}), " ");
+}
+
+TEST_F(SettingsFiles, OfAnInstalledProgramAreInTheSharedData) {
+  EXPECT_EQ(filesOfProgram(folder / "bin"), folder / "bin");
+  fs::create_directories(folder / "share" / "vantry");
+  EXPECT_EQ(filesOfProgram(folder / "bin"), folder / "share" / "vantry");
 }
 
 TEST(NoteWindow, StandsWhileNothingElseRuns) {

@@ -13,6 +13,7 @@
 #include <boost/asio/ssl/context.hpp>
 #include <boost/asio/steady_timer.hpp>
 
+#include "server/http/certificate.h"
 #include "server/http/http_connection.h"
 
 namespace vantry::server {
@@ -31,10 +32,8 @@ constexpr std::chrono::milliseconds betweenLooks{250};
 constexpr std::chrono::seconds lastReplies{2};
 
 std::shared_ptr<Tls> readCertificate(const HttpOptions& options) {
-  if (options.certificate.empty() != options.key.empty()) {
-    throw std::runtime_error("a certificate and its key are needed together");
-  }
-  if (options.certificate.empty()) return nullptr;
+  if (options.certificate.empty() && options.key.empty()) return nullptr;
+  checkCertificate({.certificate = options.certificate, .key = options.key});
   auto tls = std::make_shared<Tls>(Tls::tls_server);
   tls->set_options(Tls::default_workarounds | Tls::no_sslv2 | Tls::no_sslv3 | Tls::no_tlsv1 |
                    Tls::no_tlsv1_1);
@@ -42,7 +41,7 @@ std::shared_ptr<Tls> readCertificate(const HttpOptions& options) {
   error_code error;
   tls->use_certificate_chain_file(options.certificate, error);
   if (!error) tls->use_private_key_file(options.key, Tls::pem, error);
-  if (error) throw std::runtime_error("the certificate or its key cannot be read, or they do not fit");
+  if (error) throw std::runtime_error("The certificate cannot be used: " + error.message());
   return tls;
 }
 
@@ -106,7 +105,8 @@ class HttpFront::Impl {
     return {.connections = open_.count(),
             .waitingRequests = requests_.waiting(),
             .waitingWrites = writes_.waiting(),
-            .waitingLogons = logons_.waiting()};
+            .waitingLogons = logons_.waiting(),
+            .mail = options_.mail ? options_.mail() : MailFigures()};
   }
 
   void listen() {

@@ -13,6 +13,7 @@ namespace {
 
 struct LibraryCommand {
   std::string name;
+  std::string newName;
   std::string library;
 };
 
@@ -22,6 +23,7 @@ void printNamed(const std::vector<NamedRow>& rows) {
 
 void addLibraryNamed(const std::string& database, const std::string& name) {
   changeLibrary(database, [&](Connection& db) { addLibrary(db, name); });
+  std::cout << "The library " << inQuotes(name) << " is added.\n";
 }
 
 void listLibraries(const std::string& database) {
@@ -30,6 +32,7 @@ void listLibraries(const std::string& database) {
 
 void addLocationNamed(const std::string& database, const std::string& name, const std::string& library) {
   changeLibrary(database, [&](Connection& db) { addLocation(db, name, library); });
+  std::cout << "The location " << inQuotes(name) << " of the library " << inQuotes(library) << " is added.\n";
 }
 
 void listLocations(const std::string& database) {
@@ -39,10 +42,37 @@ void listLocations(const std::string& database) {
 
 void addGroupNamed(const std::string& database, const std::string& name) {
   changeLibrary(database, [&](Connection& db) { addPatronGroup(db, name); });
+  std::cout << "The patron group " << inQuotes(name) << " is added.\n";
 }
 
 void listGroups(const std::string& database) {
   printNamed(readRows(database, patronGroups));
+}
+
+/// What can be renamed, and its name in a sentence.
+struct Renamer {
+  std::string_view what;
+  void (*rename)(Connection& db, const Renaming& wanted, Moment now);
+};
+constexpr Renamer libraryRenamer{"library", renameLibrary};
+constexpr Renamer locationRenamer{"location", renameLocation};
+constexpr Renamer groupRenamer{"patron group", renamePatronGroup};
+
+void renameOne(const std::string& database, const Renamer& renamer, const LibraryCommand& given) {
+  changeLibrary(database, [&](Connection& db) {
+    renamer.rename(db, {.from = given.name, .to = given.newName}, wallClock());
+  });
+  std::cout << "The " << renamer.what << ' ' << inQuotes(given.name) << " is now named "
+            << inQuotes(given.newName) << ".\n";
+}
+
+using Given = std::shared_ptr<LibraryCommand>;
+
+void describeRename(CLI::App& command, const Renamer& renamer, const Given& given, const Site& site) {
+  CLI::App* rename = command.add_subcommand("rename", "Change a name; what belongs to it stays");
+  rename->add_option("name", given->name, "The name as it is")->required();
+  rename->add_option("new-name", given->newName, "The name to be")->required();
+  rename->callback([given, renamer, &site] { renameOne(site.database, renamer, *given); });
 }
 
 }  // namespace
@@ -54,6 +84,7 @@ void describeLibrary(CLI::App& app, const Site& site) {
   addLibrary->add_option("name", given->name)->required();
   addLibrary->callback([given, &site] { addLibraryNamed(site.database, given->name); });
   library->add_subcommand("list", "List them")->callback([given, &site] { listLibraries(site.database); });
+  describeRename(*library, libraryRenamer, given, site);
 
   CLI::App* location = app.add_subcommand("location", "Booking desk locations")->require_subcommand(1);
   CLI::App* addLocation = location->add_subcommand("add", "Add a location");
@@ -61,12 +92,14 @@ void describeLibrary(CLI::App& app, const Site& site) {
   addLocation->add_option("--library", given->library, "The library that it belongs to")->required();
   addLocation->callback([given, &site] { addLocationNamed(site.database, given->name, given->library); });
   location->add_subcommand("list", "List them")->callback([given, &site] { listLocations(site.database); });
+  describeRename(*location, locationRenamer, given, site);
 
   CLI::App* group = app.add_subcommand("group", "Patron groups")->require_subcommand(1);
   CLI::App* addGroup = group->add_subcommand("add", "Add a patron group");
   addGroup->add_option("name", given->name)->required();
   addGroup->callback([given, &site] { addGroupNamed(site.database, given->name); });
   group->add_subcommand("list", "List them")->callback([given, &site] { listGroups(site.database); });
+  describeRename(*group, groupRenamer, given, site);
 }
 
 }  // namespace vantry::server

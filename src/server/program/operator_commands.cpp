@@ -8,6 +8,7 @@
 #include "server/program/on_library.h"
 #include "server/program/terminal.h"
 #include "server/setup/administration.h"
+#include "words/tags.h"
 
 namespace vantry::server {
 
@@ -39,6 +40,14 @@ std::vector<std::string> expandRights(const std::string& rights) {
   return {codes.begin(), codes.end()};
 }
 
+/// "all rights at "Main Desk"", or the codes.
+std::string rightsSentence(const OperatorCommand& command) {
+  const std::vector<std::string> codes = expandRights(command.rights);
+  const std::string place = " at " + inQuotes(command.location);
+  if (codes.empty()) return "may no longer work" + place;
+  return "has" + (command.rights == "all" ? " all rights" : " the rights " + rightsText(codes)) + place;
+}
+
 /// Whether the command could be done, before anybody is asked for a password.
 void checkAddition(Connection& db, const OperatorCommand& command) {
   checkNewOperator(db, command.login, command.name);
@@ -55,30 +64,47 @@ void addOperatorNamed(const std::string& database, const OperatorCommand& comman
       setRights(db, command.login, command.location, expandRights(command.rights), now);
     }
   });
+  std::cout << "The operator " << inQuotes(command.login) << " is added"
+            << (command.location.empty() ? ", and may work at no location yet"
+                                         : " and " + rightsSentence(command))
+            << ".\n";
 }
 
 void setOperatorRights(const std::string& database, const OperatorCommand& command) {
   changeLibrary(database, [&](Connection& db) {
     setRights(db, command.login, command.location, expandRights(command.rights), wallClock());
   });
+  std::cout << "The operator " << inQuotes(command.login) << ' ' << rightsSentence(command) << ".\n";
 }
 
 void setOperatorPassword(const std::string& database, const std::string& login) {
   changeLibrary(database, [&](Connection& db) { checkOperator(db, login); });
   const std::string hash = hashPassword(readNewPassword());
   changeLibrary(database, [&](Connection& db) { setOperatorPassword(db, login, hash, wallClock()); });
+  std::cout << "The operator " << inQuotes(login) << " has a new password; their sessions are ended.\n";
 }
 
 void setOperatorActive(const std::string& database, const std::string& login, bool active) {
   changeLibrary(database, [&](Connection& db) { setOperatorActive(db, login, active, wallClock()); });
+  std::cout << "The operator " << inQuotes(login)
+            << (active ? " may log on again.\n" : " may not log on any more; their sessions are ended.\n");
 }
 
 void listOperators(const std::string& database) {
   for (const OperatorRow& row : readRows(database, operators)) {
     std::cout << row.login << '\t' << row.name << '\t' << (row.active ? "active" : "disabled");
-    for (const std::string& location : row.locations) std::cout << '\t' << location;
+    for (const OperatorPlace& place : row.places)
+      std::cout << '\t' << place.location << ": " << rightsText(place.rights);
     std::cout << '\n';
   }
+}
+
+void explainRights() {
+  for (const std::string_view code : allRights())
+    std::cout << code << "\tThe operator " << findTag(code)->meaning << ".\n";
+  std::cout << "all\tEvery right of this list.\n"
+            << "view\tThe rights to look at everything and change nothing.\n"
+            << "none\tThe operator may not work at the location.\n";
 }
 
 void describeRights(CLI::App& command, OperatorCommand& given, bool required) {
@@ -87,7 +113,9 @@ void describeRights(CLI::App& command, OperatorCommand& given, bool required) {
           ->required(required);
   CLI::Option* rights =
       command
-          .add_option("--rights", given.rights, "Codes of rights parted by commas, or one of all, view, none")
+          .add_option("--rights", given.rights,
+                      "Codes of rights parted by commas, or one of all, view, none; the command \"rights\" "
+                      "explains them")
           ->required(required);
   location->needs(rights);
   rights->needs(location);
@@ -124,7 +152,11 @@ void describeOperators(CLI::App& app, const Site& site) {
   enable->add_option("login", given->login)->required();
   enable->callback([given, &site] { setOperatorActive(site.database, given->login, true); });
 
-  accounts->add_subcommand("list", "List them")->callback([given, &site] { listOperators(site.database); });
+  accounts->add_subcommand("list", "List them, with their rights at each location")->callback([given, &site] {
+    listOperators(site.database);
+  });
+  app.add_subcommand("rights", "Explain the codes of rights that operators may have")
+      ->callback(explainRights);
 }
 
 }  // namespace vantry::server

@@ -60,7 +60,7 @@ std::string readLine() {
   return line;
 }
 
-std::string ask(const char* question) {
+std::string askSilently(const char* question) {
   std::cerr << question << std::flush;
   std::string line;
   {
@@ -72,12 +72,23 @@ std::string ask(const char* question) {
 }
 
 std::string askTwice() {
-  std::string first = ask("New password: ");
-  if (ask("Again: ") != first) throw UserError("The two passwords differ.");
+  std::string first = askSilently("New password: ");
+  if (askSilently("Again: ") != first) throw UserError("The two passwords differ.");
   return first;
 }
 
 }  // namespace
+
+std::optional<std::string> askLine(const std::string& question) {
+  std::cerr << question << std::flush;
+  std::string line = readLine();
+  if (line.empty() && std::cin.eof()) return std::nullopt;
+  return line;
+}
+
+bool hasInputEnded() {
+  return std::cin.eof();
+}
 
 std::string readNewPassword() {
   std::string password = isatty(STDIN_FILENO) != 0 ? askTwice() : readLine();

@@ -10,7 +10,6 @@
 #include "server/program/command_line.h"
 #include "server/program/on_library.h"
 #include "server/setup/demo/demo.h"
-#include "server/setup/doctor.h"
 #include "server/store/backup.h"
 #include "server/store/library_clock.h"
 #include "server/store/migrations.h"
@@ -72,22 +71,13 @@ void restoreFrom(const std::string& database, const std::string& file) {
 
 /// Lets housekeeping go on from now, where it waits because the clock has jumped.
 void trustClock(const std::string& database) {
-  changeLibrary(database, [](Connection& db) {
-    const Moment now = wallClock();
+  Moment now = 0;
+  changeLibrary(database, [&](Connection& db) {
+    now = wallClock();
     acceptMoment(db, now);
     auditCommand(db, now, "clock trusted", momentText(now), {});
   });
-}
-
-/// Prints what is wrong with the library's set-up, or will be soon; true when nothing is.
-bool runDoctor(const std::string& url) {
-  std::vector<std::string> found;
-  onLibrary(url, [&](Database& database) {
-    database.read([&](Connection& db) { found = examineLibrary(db, wallClock()); });
-  });
-  for (const std::string& sentence : found) std::cout << sentence << '\n';
-  if (found.empty()) std::cout << "Nothing is wrong.\n";
-  return found.empty();
+  std::cout << "Housekeeping goes on from " << momentText(now) << ".\n";
 }
 
 }  // namespace
@@ -107,11 +97,6 @@ void describeUpkeep(CLI::App& app, const Site& site) {
       ->expected(2);
   demo->callback([given, &site] { makeDemo(site.database, given->demo, given->bookingsOn); });
 
-  CLI::App* doctor =
-      app.add_subcommand("doctor", "Tell what is wrong with the library's set-up, or will be soon");
-  doctor->callback([given, &site] {
-    if (!runDoctor(site.database)) throw CLI::RuntimeError(1);
-  });
   app.add_subcommand("trust-clock", "Let housekeeping go on that waits because the clock has jumped")
       ->callback([given, &site] { trustClock(site.database); });
 

@@ -27,6 +27,11 @@ Reply unreadable(std::string_view tag) {
   return reply;
 }
 
+/// A spare session ends when it has to.
+bool isStale(const Session& session, Moment now) {
+  return !session.isSpare && session.expiresAt < now + sessionLife - sessionStaleness;
+}
+
 /// Runs the request. Whatever refuses it throws Refused.
 Reply runHandler(const HandlerRow& handler, Context& context, const Message& message) {
   try {
@@ -50,19 +55,21 @@ Reply runReader(const HandlerRow& handler, Context& context, const Message& mess
 }  // namespace
 
 RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search,
-                             RefusalCounts* refusals)
+                             const RunnerUse& use)
     : database_(database),
       clock_(std::move(clock)),
       cost_(cost),
       search_(search),
-      refusals_(refusals),
+      refusals_(use.refusals),
+      mail_(use.mail),
       keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {
   Judged judged;
   const RequestRow* row = findRequest(incoming.code);
   const std::string_view rights = row == nullptr ? std::string_view() : row->rights;
-  std::optional<Caller> caller = findCaller(db, incoming.token, now, rights, incoming.requestId);
+  std::optional<Caller> caller =
+      findCaller(db, incoming.token, now, rights, incoming.requestId, spare_.find(incoming.token, now));
   if (!caller) return judged;
   judged.session = std::move(caller->session);
   judged.stored = std::move(caller->stored);
@@ -77,6 +84,7 @@ RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incom
 }
 
 bool RequestRunner::knowsSession(std::string_view token) const {
+  if (spare_.find(token, clock_())) return true;
   bool known = false;
   database_.readOnce([&](Connection& db) { known = findSession(db, token, clock_()).has_value(); });
   return known;
@@ -123,12 +131,16 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
   countRefusal(incoming.code, reply, session.locationId, now);
   if (judged.lacksRight)
     writeAfterRead([&](Connection& db) { audit(db, &session, now, "right missing", incoming.code, {}); });
-  if (session.expiresAt < now + sessionLife - sessionStaleness)
-    writeAfterRead([&](Connection& db) { prolongSession(db, session, now); });
+  if (isStale(session, now)) writeAfterRead([&](Connection& db) { prolongSession(db, session, now); });
   const bool nobodysRequest = handler == nullptr && !judged.lacksRight;
   answer.kind = nobodysRequest ? Answer::Kind::UnknownCode : Answer::Kind::Done;
   if (judged.refusal) answer.json = judged.refusal->json();
   return answer;
+}
+
+void RequestRunner::keepLocation(Connection& db, const Session& session, std::int64_t location) const {
+  if (session.isSpare) return spare_.setLocation(session.token, location);
+  setSessionLocation(db, session, location);
 }
 
 /// What was read is sound, whether or not the session can be prolonged or the audit told now.
@@ -177,13 +189,13 @@ Answer RequestRunner::answerOnce(Connection& db, const Incoming& incoming, Momen
   const std::string digest = digestOf(incoming.code, incoming.tags);
   if (judged.stored) return repeat(*judged.stored, incoming.code, digest);
   const ReplyKey key{.operatorId = judged.session->operatorId, .requestId = incoming.requestId};
-  if (judged.session->expiresAt < now + sessionLife - sessionStaleness)
-    prolongSession(db, *judged.session, now);
+  if (isStale(*judged.session, now)) prolongSession(db, *judged.session, now);
   if (judged.lacksRight) audit(db, &*judged.session, now, "right missing", incoming.code, {});
   const HandlerRow& handler = *findHandler(incoming.code);
-  Context context{db, *judged.session, now, search_};
+  Context context{db, *judged.session, now, search_, mail_};
   if (refusal == nullptr && judged.refusal) refusal = &*judged.refusal;
   answer.json = (refusal != nullptr ? *refusal : runHandler(handler, context, Message(incoming.tags))).json();
+  if (context.movedTo != 0) keepLocation(db, *judged.session, context.movedTo);
   // What a session was set to is gone with it: a repeated request has to set the new one.
   if (!handler.changesSession && !handler.mayRunAgain)
     storeReply(db, key, {std::string(incoming.code), digest, answer.json}, now);

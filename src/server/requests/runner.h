@@ -8,9 +8,11 @@
 #include "server/access/passwords.h"
 #include "server/access/sealing.h"
 #include "server/access/sessions.h"
+#include "server/access/spare_sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
 #include "server/desk/refusal_counts.h"
+#include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "server/store/database.h"
@@ -18,14 +20,22 @@
 
 namespace vantry::server {
 
-/// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
-/// several processes may work on one store. Safe for many threads at once. Every operation may throw
+struct OperatorAccount;
+
+/// What is done beside the requests.
+struct RunnerUse {
+  RefusalCounts* refusals = nullptr;  ///< counts what is refused, where somebody wants to know
+  MailKinds mail = {};                ///< what patrons are told by mail
+};
+
+/// What the server does, without HTTP: logins and requests. Holds no state of its own but the spare sessions,
+/// so that several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
  public:
-  /// The database's schema is up to date. What is refused is counted where somebody wants to know.
+  /// The database's schema is up to date.
   RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {},
-                RefusalCounts* refusals = nullptr);
+                const RunnerUse& use = {});
 
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
@@ -89,6 +99,8 @@ class RequestRunner {
   struct Supervisor;
   static Answer repeat(const StoredReply& stored, std::string_view code, std::string_view digest);
 
+  std::string openSpareSession(const OperatorAccount& account, const StoreError& error, Moment now);
+  void keepLocation(Connection& db, const Session& session, std::int64_t location) const;
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
   void noteGuess(std::string_view address, Moment now);
   Answer runReading(const Incoming& incoming);
@@ -105,7 +117,9 @@ class RequestRunner {
   HashCost cost_;
   SearchLimits search_;
   RefusalCounts* refusals_;
+  MailKinds mail_;
   SealingKeys keys_;
+  mutable SpareSessions spare_;
 };
 
 }  // namespace vantry::server

@@ -14,13 +14,6 @@ namespace vantry::server {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 std::int64_t findNamed(Connection& db, const char* sql, std::string_view name) {
   std::int64_t id = 0;
   Query query(db, sql);
@@ -30,9 +23,28 @@ std::int64_t findNamed(Connection& db, const char* sql, std::string_view name) {
   return id;
 }
 
-std::int64_t findLocation(Connection& db, std::string_view name) {
-  const std::int64_t id = findNamed(db, "select id from locations where name = :name", trimmed(name));
-  if (id == 0) throw UserError("There is no location named \"" + std::string(name) + "\".");
+/// A kind of thing that is known by its name.
+struct NamedKind {
+  std::string_view noun;
+  std::string_view nounAtStart;  ///< of a sentence, with its article
+  const char* find;
+  const char* rename;
+  std::string_view renamed;  ///< in the audit
+};
+
+constexpr NamedKind libraryKind{"library", "A library", "select id from libraries where name = :name",
+                                "update libraries set name = :name where id = :id", "library renamed"};
+constexpr NamedKind locationKind{"location", "A location", "select id from locations where name = :name",
+                                 "update locations set name = :name where id = :id", "location renamed"};
+constexpr NamedKind groupKind{"patron group", "A patron group",
+                              "select id from patron_groups where name = :name",
+                              "update patron_groups set name = :name where id = :id", "patron group renamed"};
+
+std::int64_t needNamed(Connection& db, const NamedKind& kind, std::string_view name) {
+  const std::int64_t id = findNamed(db, kind.find, trimmed(name));
+  if (id == 0) {
+    throw UserError("There is no " + std::string(kind.noun) + " named \"" + std::string(name) + "\".");
+  }
   return id;
 }
 
@@ -47,6 +59,23 @@ std::string_view needName(std::string_view given, std::string_view what) {
   const std::string_view name = trimmed(given);
   if (name.empty()) throw UserError(std::string(what) + " needs a name.");
   return name;
+}
+
+/// The name without the blanks around it, which no other thing of the kind has.
+std::string_view needFreeName(Connection& db, const NamedKind& kind, std::string_view given) {
+  const std::string_view name = needName(given, kind.nounAtStart);
+  if (findNamed(db, kind.find, name) != 0) {
+    throw UserError("There is already a " + std::string(kind.noun) + " of this name.");
+  }
+  return name;
+}
+
+void rename(Connection& db, const NamedKind& kind, const Renaming& wanted, Moment now) {
+  const std::int64_t id = needNamed(db, kind, wanted.from);
+  const std::string_view name = needFreeName(db, kind, wanted.to);
+  Query query(db, kind.rename);
+  query.bind("name", name).bind("id", id).run();
+  auditCommand(db, now, kind.renamed, trimmed(wanted.from), name);
 }
 
 std::int64_t insertNamed(Connection& db, const char* sql, std::string_view name) {
@@ -76,21 +105,26 @@ void addRight(Connection& db, std::int64_t operatorId, std::int64_t locationId, 
 
 }  // namespace
 
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::string inQuotes(std::string_view name) {
+  return "\"" + std::string(trimmed(name)) + "\"";
+}
+
 std::int64_t addLibrary(Connection& db, std::string_view given) {
-  const std::string_view name = needName(given, "A library");
-  if (findNamed(db, "select id from libraries where name = :name", name) != 0) {
-    throw UserError("There is already a library of this name.");
-  }
-  return insertNamed(db, "insert into libraries (name) values (:name) returning id", name);
+  return insertNamed(db, "insert into libraries (name) values (:name) returning id",
+                     needFreeName(db, libraryKind, given));
 }
 
 std::int64_t addLocation(Connection& db, std::string_view given, std::string_view library) {
-  const std::string_view name = needName(given, "A location");
-  const std::int64_t owner = findNamed(db, "select id from libraries where name = :name", trimmed(library));
-  if (owner == 0) throw UserError("There is no library named \"" + std::string(library) + "\".");
-  if (findNamed(db, "select id from locations where name = :name", name) != 0) {
-    throw UserError("There is already a location of this name.");
-  }
+  const std::string_view name = needName(given, locationKind.nounAtStart);
+  const std::int64_t owner = needNamed(db, libraryKind, library);
+  (void)needFreeName(db, locationKind, name);
   std::int64_t id = 0;
   Query query(db, "insert into locations (library_id, name) values (:library_id, :name) returning id");
   query.bind("library_id", owner).bind("name", name).into(id);
@@ -100,11 +134,20 @@ std::int64_t addLocation(Connection& db, std::string_view given, std::string_vie
 }
 
 std::int64_t addPatronGroup(Connection& db, std::string_view given) {
-  const std::string_view name = needName(given, "A patron group");
-  if (findNamed(db, "select id from patron_groups where name = :name", name) != 0) {
-    throw UserError("There is already a patron group of this name.");
-  }
-  return insertNamed(db, "insert into patron_groups (name) values (:name) returning id", name);
+  return insertNamed(db, "insert into patron_groups (name) values (:name) returning id",
+                     needFreeName(db, groupKind, given));
+}
+
+void renameLibrary(Connection& db, const Renaming& wanted, Moment now) {
+  rename(db, libraryKind, wanted, now);
+}
+
+void renameLocation(Connection& db, const Renaming& wanted, Moment now) {
+  rename(db, locationKind, wanted, now);
+}
+
+void renamePatronGroup(Connection& db, const Renaming& wanted, Moment now) {
+  rename(db, groupKind, wanted, now);
 }
 
 std::vector<NamedRow> libraries(Connection& db) {
@@ -155,7 +198,7 @@ std::vector<std::string_view> viewRights() {
 }
 
 std::int64_t checkRights(Connection& db, std::string_view location, const std::vector<std::string>& codes) {
-  const std::int64_t locationId = findLocation(db, location);
+  const std::int64_t locationId = needNamed(db, locationKind, location);
   const std::vector<std::string_view> known = allRights();
   for (const std::string& code : codes) {
     if (std::find(known.begin(), known.end(), code) == known.end()) {
@@ -197,19 +240,39 @@ void setOperatorActive(Connection& db, std::string_view login, bool active, Mome
   auditCommand(db, now, active ? "operator enabled" : "operator disabled", account.login, {});
 }
 
+std::string rightsText(const std::vector<std::string>& codes) {
+  const auto holds = [&](std::string_view code) { return std::ranges::find(codes, code) != codes.end(); };
+  const auto holdsExactly = [&](const std::vector<std::string_view>& wanted) {
+    return codes.size() == wanted.size() && std::ranges::all_of(wanted, holds);
+  };
+  if (codes.empty()) return "none";
+  if (holdsExactly(allRights())) return "all";
+  if (holdsExactly(viewRights())) return "view";
+  std::string text;
+  for (const std::string_view code : allRights()) {
+    if (holds(code)) text.append(text.empty() ? "" : ",").append(code);
+  }
+  return text;
+}
+
 std::vector<OperatorRow> operators(Connection& db) {
   std::vector<OperatorRow> rows;
   OperatorRow row;
   std::string location;
+  std::string code;
   Query query(
       db,
-      "select o.login, o.name, o.active, l.name from operators o "
+      "select o.login, o.name, o.active, l.name, r.code from operators o "
       "left join operator_locations a on a.operator_id = o.id left join locations l on l.id = a.location_id "
-      "order by o.login, l.name");
-  query.into(row.login, row.name, row.active, location);
+      "left join operator_rights r on r.operator_id = o.id and r.location_id = a.location_id "
+      "order by o.login, l.name, r.code");
+  query.into(row.login, row.name, row.active, location, code);
   while (query.next()) {
     if (rows.empty() || rows.back().login != row.login) rows.push_back(row);
-    if (!location.empty()) rows.back().locations.push_back(location);
+    std::vector<OperatorPlace>& places = rows.back().places;
+    if (location.empty()) continue;
+    if (places.empty() || places.back().location != location) places.push_back({.location = location});
+    if (!code.empty()) places.back().rights.push_back(code);
   }
   return rows;
 }

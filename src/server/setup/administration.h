@@ -17,9 +17,23 @@ namespace vantry::server {
 // inside the caller's writing transaction, throws UserError, and leaves a row in the audit where it
 // changes who may do what. Names are taken without the blanks around them.
 
+/// The text without the blanks around it.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// The same in quotation marks, as sentences name things.
+[[nodiscard]] std::string inQuotes(std::string_view name);
+
 std::int64_t addLibrary(Connection& db, std::string_view name);
 std::int64_t addLocation(Connection& db, std::string_view name, std::string_view library);
 std::int64_t addPatronGroup(Connection& db, std::string_view name);
+
+struct Renaming {
+  std::string_view from;
+  std::string_view to;
+};
+void renameLibrary(Connection& db, const Renaming& wanted, Moment now);
+void renameLocation(Connection& db, const Renaming& wanted, Moment now);
+void renamePatronGroup(Connection& db, const Renaming& wanted, Moment now);
 
 [[nodiscard]] std::vector<NamedRow> libraries(Connection& db);
 [[nodiscard]] std::vector<NamedRow> patronGroups(Connection& db);
@@ -53,11 +67,18 @@ void setOperatorPassword(Connection& db, std::string_view login, std::string_vie
 /// Disabling ends the operator's sessions at once.
 void setOperatorActive(Connection& db, std::string_view login, bool active, Moment now);
 
+/// Codes of rights as a person gives them: "all", "view", "none", or the codes parted by commas.
+[[nodiscard]] std::string rightsText(const std::vector<std::string>& codes);
+
+struct OperatorPlace {
+  std::string location;
+  std::vector<std::string> rights = {};
+};
 struct OperatorRow {
   std::string login;
   std::string name;
   bool active = false;
-  std::vector<std::string> locations;
+  std::vector<OperatorPlace> places = {};
 };
 [[nodiscard]] std::vector<OperatorRow> operators(Connection& db);
 

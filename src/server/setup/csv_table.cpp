@@ -12,6 +12,8 @@
 #include <utility>
 
 #include "server/base/user_error.h"
+#include "server/setup/csv_text.h"
+#include "server/setup/table_cells.h"
 
 namespace vantry::server {
 
@@ -63,12 +65,6 @@ char separatorOf(std::string_view text) {
                                              counts.begin())];
 }
 
-std::string trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return std::string(text.substr(first, text.find_last_not_of(" \t") - first + 1));
-}
-
 /// Takes cells and rows from the parser.
 class TableReader {
  public:
@@ -104,7 +100,7 @@ class TableReader {
 
   void cell(std::string_view text) {
     if (row_.cells.empty()) row_.line = line_;
-    if (row_.cells.size() <= mostColumns) row_.cells.push_back(trimmed(text));
+    if (row_.cells.size() <= mostColumns) row_.cells.push_back(trimmed(unguardedCell(trimmed(text))));
   }
 
   void row() {

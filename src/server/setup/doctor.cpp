@@ -1,12 +1,22 @@
 #include "server/setup/doctor.h"
 
+#include <algorithm>
+#include <cstdlib>
+
+#include "server/desk/due_bookings.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 
 namespace vantry::server {
 
 namespace {
 
 constexpr Moment soon = 60 * day;
+constexpr Moment renewal = 30 * day;
+constexpr Moment longestRest = 10 * minute;  // a server keeps house each minute
+constexpr Moment longestPause = 2 * day;     // beyond it, housekeeping waits to be told
+constexpr std::int64_t leastFree = 1'000'000'000;
+constexpr std::int64_t mostSkew = 10;  // seconds; servers do not start with more than 60
 
 /// One thing that is looked for: a statement whose rows are a name and a number, and the sentence for a row.
 /// "%" in the sentence is the name, "#" the number.
@@ -28,6 +38,11 @@ constexpr Examination examinations[] = {
      "select o.login, 0 from operators o where o.active = 1 and not exists (select 1 from operator_locations "
      "p "
      "where p.operator_id = o.id) order by o.login"},
+    {"The operator % has no right at any location.",
+     "select o.login, 0 from operators o where o.active = 1 and exists (select 1 from operator_locations p "
+     "where p.operator_id = o.id) and not exists (select 1 from operator_rights r where r.operator_id = "
+     "o.id) "
+     "order by o.login"},
     {"Nobody may work at the location %.",
      "select d.name, 0 from locations d where not exists (select 1 from operator_locations p join operators "
      "o on "
@@ -52,6 +67,8 @@ constexpr Examination examinations[] = {
      "count(*) > 0"},
     {"# items have no media type: the desk is asked for it at each booking.",
      "select '', count(*) from items where media_type_id is null having count(*) > 0"},
+    {"The audit has # rows: after a backup, \"audit prune\" deletes old ones.",
+     "select '', count(*) from audit having count(*) > 1000000"},
 };
 
 /// By kind.
@@ -104,12 +121,71 @@ void examineCalendars(Connection& db, Moment now, std::vector<std::string>& foun
   }
 }
 
+void examineHousekeeping(Connection& db, Moment now, std::vector<std::string>& found) {
+  const Moment last = lastSettled(db);
+  if (last == 0 || std::abs(now - last) <= longestRest) return;
+  std::string sentence = "Housekeeping ran last on " + momentText(last);
+  sentence += last > now ? ", which is still to come: the clock was or is wrong."
+                         : ": no server has worked on the database since.";
+  if (std::abs(now - last) > longestPause)
+    sentence += " It waits until \"trust-clock\" says that the clock is right.";
+  found.push_back(sentence);
+}
+
+std::string megabytes(std::int64_t bytes) {
+  return std::to_string((bytes + 999'999) / 1'000'000) + " MB";
+}
+
+void examineCertificate(const MachineState& state, std::vector<std::string>& found) {
+  if (state.certificate.empty()) return;
+  const std::string named = "The certificate \"" + state.certificate + "\"";
+  const std::int64_t left = state.certificateEnd - state.now;
+  if (left < 0) {
+    found.push_back(named + " ended on " + dateText(state.certificateEnd) + ": no desk trusts it any more.");
+  } else if (left < renewal) {
+    found.push_back(named + " ends on " + dateText(state.certificateEnd) + ": renew it.");
+  }
+}
+
 }  // namespace
+
+std::vector<std::string> examineMachine(const MachineState& state) {
+  std::vector<std::string> found;
+  examineCertificate(state, found);
+  // A backup takes as much as the database.
+  if (state.freeBytes >= 0 && state.freeBytes < std::max(leastFree, state.databaseBytes)) {
+    found.push_back("The disk of the database has " + megabytes(state.freeBytes) +
+                    " left; the database has " + megabytes(state.databaseBytes) + '.');
+  }
+  if (std::abs(state.clockSkew) > mostSkew) {
+    found.push_back("The clock of this machine is " + std::to_string(std::abs(state.clockSkew)) +
+                    " seconds " + (state.clockSkew > 0 ? "ahead of" : "behind") +
+                    " the database server's: a server starts with 60 at most.");
+  }
+  return found;
+}
+
+LibrarySizes librarySizes(Connection& db) {
+  LibrarySizes sizes;
+  Query bytes(db, db.dialect().kind == Dialect::Kind::Sqlite
+                      ? "select page_count * page_size from pragma_page_count(), pragma_page_size()"
+                      : "select pg_database_size(current_database())");
+  fetchOne(bytes, sizes.bytes);
+  Query audit(db, "select count(*), coalesce(min(at), 0) from audit");
+  fetchOne(audit, sizes.auditRows, sizes.auditSince);
+  return sizes;
+}
+
+std::string sizesText(const LibrarySizes& sizes) {
+  return "The database has " + megabytes(sizes.bytes) + "; its audit has " + std::to_string(sizes.auditRows) +
+         " rows" + (sizes.auditRows > 0 ? " since " + dateText(sizes.auditSince) : "") + '.';
+}
 
 std::vector<std::string> examineLibrary(Connection& db, Moment now) {
   std::vector<std::string> found;
   for (const Examination& each : examinations) examine(db, each, now, found);
   examineCalendars(db, now, found);
+  examineHousekeeping(db, now, found);
   return found;
 }
 

@@ -25,12 +25,13 @@ bool isZone(const std::string& zone) {
   return isName && std::filesystem::is_regular_file(std::string(zoneFolder) + zone, none);
 }
 
-void checkZone(const std::string& zone) {
+}  // namespace
+
+void checkTimeZone(const std::string& zone) {
   if (!isZone(zone)) throw std::runtime_error("There is no time zone \"" + zone + "\" on this machine.");
 }
 
-/// Empty when it has no name: a rule of its own, or a copied file.
-std::string zoneOfMachine() {
+std::string timeZoneOfMachine() {
   std::string zone;
   if (const char* given = std::getenv("TZ"); given != nullptr && *given != '\0') {
     zone = given[0] == ':' ? given + 1 : given;
@@ -43,11 +44,24 @@ std::string zoneOfMachine() {
   return isZone(zone) ? zone : std::string();
 }
 
-}  // namespace
+std::string timeZoneOf(Connection& db) {
+  return settingOf(db, zoneSetting);
+}
+
+void storeTimeZone(Connection& db, const std::string& zone) {
+  checkTimeZone(zone);
+  setSetting(db, zoneSetting, zone);
+}
 
 void setTimeZone(Database& database, const std::string& zone) {
-  checkZone(zone);
-  database.writeApart({}, [&](Connection& db) { setSetting(db, zoneSetting, zone); });
+  checkTimeZone(zone);
+  database.writeApart({}, [&](Connection& db) { storeTimeZone(db, zone); });
+}
+
+void workInTimeZone(const std::string& zone) {
+  checkTimeZone(zone);
+  setenv("TZ", zone.c_str(), 1);
+  tzset();
 }
 
 std::string timeZoneOf(Connection& db) {
@@ -58,7 +72,7 @@ void takeTimeZone(Database& database) {
   std::string zone;
   database.read([&](Connection& db) { zone = timeZoneOf(db); });
   if (zone.empty()) {
-    zone = zoneOfMachine();
+    zone = timeZoneOfMachine();
     if (zone.empty()) {
       spdlog::warn(
           "The time zone of this machine has no name, and is used as it is. Give the library one: init "
@@ -67,19 +81,21 @@ void takeTimeZone(Database& database) {
     }
     setTimeZone(database, zone);
   }
-  checkZone(zone);
-  setenv("TZ", zone.c_str(), 1);
-  tzset();
+  workInTimeZone(zone);
 }
 
-void checkClock(Database& database, std::int64_t now) {
-  if (database.dialect().kind == Dialect::Kind::Sqlite) return;
+std::int64_t clockSkew(Database& database, std::int64_t now) {
+  if (database.dialect().kind == Dialect::Kind::Sqlite) return 0;
   std::int64_t theirs = 0;
   database.readOnce([&](Connection& db) {
     Query query(db, "select cast(extract(epoch from clock_timestamp()) as bigint)");
     fetchOne(query, theirs);
   });
-  if (std::abs(now - theirs) > mostSkew)
+  return now - theirs;
+}
+
+void checkClock(Database& database, std::int64_t now) {
+  if (std::abs(clockSkew(database, now)) > mostSkew)
     throw std::runtime_error(
         "The clocks of this machine and of the database's are more than a minute apart.");
 }

@@ -8,6 +8,9 @@
 
 namespace vantry::server {
 
+/// The database's name for people: the path of its file, or its address without name and password.
+[[nodiscard]] std::string_view plainDatabaseName(std::string_view url);
+
 /// Why a database cannot be used, in a sentence for people that names it. `url` as for Database; the sentence
 /// tells nothing of a name and password within it.
 [[nodiscard]] std::string sentenceFor(StoreError::Kind kind, std::string_view url);

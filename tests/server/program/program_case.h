@@ -86,10 +86,15 @@ class ProgramTest : public testing::Test {
   ProgramTest() : database(folder.file("library.sqlite")) {}
 
   Outcome run(const std::string& arguments, const std::string& input = {}) {
+    return runBare("--database " + database + " " + arguments, input);
+  }
+
+  /// Without a database on the command line.
+  Outcome runBare(const std::string& arguments, const std::string& input = {}) {
     std::ofstream(folder.file("input")) << input;
     const std::string output = folder.file("output");
-    const std::string command = std::string(VANTRY_SERVER_PROGRAM) + " --database " + database + " " +
-                                arguments + " < " + folder.file("input") + " > " + output + " 2>&1";
+    const std::string command = std::string(VANTRY_SERVER_PROGRAM) + " " + arguments + " < " +
+                                folder.file("input") + " > " + output + " 2>&1";
     Outcome outcome;
     outcome.code = WEXITSTATUS(std::system(command.c_str()));
     std::stringstream text;
@@ -104,6 +109,14 @@ class ProgramTest : public testing::Test {
     ASSERT_EQ(run("location add Main --library 'City Library'").code, 0);
     ASSERT_EQ(
         run("operator add Dana --name 'Dana D.' --location Main --rights all", "a-good-password\n").code, 0);
+  }
+
+  /// A certificate and its key, as NAME.pem and NAME.key.
+  void makeCertificate(const std::string& name) {
+    const std::string command =
+        "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 -subj /CN=" + name +
+        " -keyout " + folder.file(name + ".key") + " -out " + folder.file(name + ".pem") + " 2> /dev/null";
+    ASSERT_EQ(std::system(command.c_str()), 0);
   }
 
   /// The first column of the last row, read beside the program.

@@ -35,12 +35,6 @@ class ServingTest : public ProgramTest {
     for (int wait = 0; wait < 2000 && log().find(text) == std::string::npos; ++wait) usleep(10'000);
     return log().find(text) != std::string::npos;
   }
-  void makeCertificate(const std::string& name) {
-    const std::string command =
-        "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 -subj /CN=" + name +
-        " -keyout " + folder.file("key.pem") + " -out " + folder.file("certificate.pem") + " 2> /dev/null";
-    ASSERT_EQ(std::system(command.c_str()), 0);
-  }
   /// The name in the certificate that the server shows.
   std::string nameShown(int port) {
     const std::string command = "openssl s_client -connect 127.0.0.1:" + std::to_string(port) +
@@ -101,18 +95,46 @@ TEST_F(ServingTest, BodiesOfStrangersTakeNoMemory) {
 TEST_F(ServingTest, AHangUpHasTheCertificateReadAgain) {
   makeLibrary();
   makeCertificate("first");
+  makeCertificate("second");
   Serving serving(database, folder.file("log"),
-                  {"--certificate", folder.file("certificate.pem"), "--key", folder.file("key.pem")});
+                  {"--certificate", folder.file("first.pem"), "--key", folder.file("first.key")});
   ASSERT_NE(serving.port(), 0);
   EXPECT_THAT(nameShown(serving.port()), HasSubstr("first"));
-  makeCertificate("second");
+  std::filesystem::rename(folder.file("second.pem"), folder.file("first.pem"));
+  serving.send(SIGHUP);
+  ASSERT_TRUE(awaitLog("does not fit the certificate"));
+  EXPECT_THAT(nameShown(serving.port()), HasSubstr("first"));
+  std::filesystem::rename(folder.file("second.key"), folder.file("first.key"));
   serving.send(SIGHUP);
   ASSERT_TRUE(awaitLog("read again"));
   EXPECT_THAT(nameShown(serving.port()), HasSubstr("second"));
-  std::ofstream(folder.file("certificate.pem")) << "no certificate";
+  std::ofstream(folder.file("first.pem")) << "no certificate";
   serving.send(SIGHUP);
-  ASSERT_TRUE(awaitLog("stays the one before"));
+  ASSERT_TRUE(awaitLog("holds no certificate"));
   EXPECT_THAT(nameShown(serving.port()), HasSubstr("second"));
+}
+
+TEST_F(ServingTest, AServerWhoseKeyDoesNotFitDoesNotStartAndTheDoctorTellsIt) {
+  makeLibrary();
+  makeCertificate("mine");
+  makeCertificate("yours");
+  const std::string sentence = "The key \"" + folder.file("yours.key") +
+                               "\" does not fit the certificate \"" + folder.file("mine.pem") + "\".\n";
+  const Outcome outcome =
+      run("serve --port 0 --certificate " + folder.file("mine.pem") + " --key " + folder.file("yours.key"));
+  EXPECT_EQ(outcome.code, 1);
+  EXPECT_EQ(outcome.text, "vantry-server: " + sentence);
+  const std::string config = folder.file("server.conf");
+  const auto settings = [&](const std::string& key) {
+    std::ofstream(config) << "[serve]\ncertificate = \"" << folder.file("mine.pem") << "\"\nkey = \""
+                          << folder.file(key) << "\"\n";
+  };
+  settings("yours.key");
+  EXPECT_THAT(run("--config " + config + " doctor").text, HasSubstr(sentence));
+  settings("mine.key");
+  EXPECT_THAT(run("--config " + config + " doctor").text,
+              HasSubstr("The certificate \"" + folder.file("mine.pem") + "\" ends on "))
+      << "in two days";
 }
 
 TEST_F(ServingTest, WithoutThreadsForItsWorkItEndsWithASentence) {

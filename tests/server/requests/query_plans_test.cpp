@@ -21,7 +21,7 @@ namespace {
 
 /// What grows with the days and with the library. Of the tries to log on no more than five minutes are kept.
 constexpr std::string_view growing =
-    " bookings booking_items booking_equipment occupancy maintenance sessions replies audit equipment "
+    " bookings booking_items booking_equipment occupancy maintenance sessions replies audit outbox equipment "
     "equipment_barcodes items titles holdings patrons patron_barcodes catalogue_keys marc_records ";
 
 bool grows(const std::string& table) {
@@ -62,6 +62,7 @@ constexpr std::string_view many[] = {
     "sessions (token, operator_id, expires_at) select 't' || n, 1, n",
     "replies (operator_id, request_id, code, reply, at) select 1, 'i' || n, 'C', '', n",
     "audit (at, action, subject, detail) select n, '', '', ''",
+    "outbox (kind, booking_id, patron_id, state, queued_at, due_at) select 1, n, n, 1, n, n",
 };
 
 std::string joined(const std::vector<std::string>& words, const std::string& mark) {
@@ -313,7 +314,8 @@ class QueryPlans : public OnEachDatabase {
         library().runner().changePassword(fresh, "secret of the desk", "another secret", "127.0.0.1");
     EXPECT_EQ(changed.kind, RequestRunner::PasswordResult::Kind::Changed);
     EXPECT_TRUE(library().runner().logout(fresh));
-    keepHouse(library().database(), library().clock()());
+    keepHouse(library().database(), library().clock()(),
+              MailKinds().add(MailKind::Due).add(MailKind::Overdue));
     note("accounts");
   }
 

@@ -137,7 +137,7 @@ TEST_P(StatisticsTest, PrintOnAPageOfTheirOwn) {
 /// What desks are told is counted by day, desk and reason, and each reason once for a reply.
 TEST_P(StatisticsTest, CountWhatTheServerRefuses) {
   RefusalCounts refusals;
-  RequestRunner runner(library().database(), library().clock(), HashCost::Quick, {}, &refusals);
+  RequestRunner runner(library().database(), library().clock(), HashCost::Quick, {}, {.refusals = &refusals});
   const auto sending = [&](const std::string& code, const std::string& tags) {
     return library().sendTo(runner, code, tags).rc;
   };
