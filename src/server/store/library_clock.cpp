@@ -64,10 +64,6 @@ void workInTimeZone(const std::string& zone) {
   tzset();
 }
 
-std::string timeZoneOf(Connection& db) {
-  return settingOf(db, zoneSetting);
-}
-
 void takeTimeZone(Database& database) {
   std::string zone;
   database.read([&](Connection& db) { zone = timeZoneOf(db); });
