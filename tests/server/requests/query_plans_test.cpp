@@ -90,14 +90,15 @@ std::vector<std::string> planOf(Connection& db, const std::string& explain, int 
 constexpr std::string_view today = "1767000000";
 
 /// The statement with each of its values written as `value`, but for the day that divides the past from the
-/// present.
+/// present, and for lists of keys that a database reads as an array.
 std::string withValues(std::string sql, const std::string& value) {
   for (std::size_t at = sql.find(':'); at != std::string::npos; at = sql.find(':', at + value.size())) {
     std::size_t end = at + 1;
     while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) != 0 || sql[end] == '_'))
       ++end;
     const bool isToday = std::string_view(sql).substr(at, end - at) == ":today";
-    sql.replace(at, end - at, isToday ? std::string(today) : value);
+    const bool isArray = std::string_view(sql).substr(0, at).ends_with("translate(");
+    sql.replace(at, end - at, isToday ? std::string(today) : isArray ? "'[1]'" : value);
   }
   return sql;
 }
