@@ -20,9 +20,11 @@ constexpr std::string_view sqliteSetUp[] = {
 };
 
 // All statements look things up by their indexes, whatever the values, so that planning anew costs only time;
-// with the usual price of a page that lies elsewhere, it would read whole tables.
+// with the usual price of a page that lies elsewhere, it would read whole tables. Compiling a statement, or
+// starting helpers for it, takes longer than any of them.
 constexpr std::string_view postgresqlSetUp =
-    "set client_min_messages = warning; set plan_cache_mode = force_generic_plan; set random_page_cost = 1.1";
+    "set client_min_messages = warning; set plan_cache_mode = force_generic_plan; set random_page_cost = "
+    "1.1; set jit = off; set max_parallel_workers_per_gather = 0";
 
 /// A server that answers says so by itself before its connection is given up. One that stops in the middle of
 /// a transaction holds up all others.

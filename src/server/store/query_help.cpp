@@ -50,31 +50,31 @@ std::string bytewise(Connection& db, std::string_view column) {
 }
 
 /// Other databases know no other way.
-static void setJoins(Connection& db, const char* others) {
+static void setPlanning(Connection& db, const char* plans, const char* otherJoins) {
   if (db.dialect().kind == Dialect::Kind::Sqlite) return;
   std::string values;
   std::string hash;
   std::string merge;
   Query query(db,
-              "select set_config('plan_cache_mode', 'force_custom_plan', true), "
-              "set_config('enable_hashjoin', :others, "
+              "select set_config('plan_cache_mode', :plans, true), set_config('enable_hashjoin', :others, "
               "true), set_config('enable_mergejoin', :others, true)");
-  query.bind("others", others);
+  query.bind("plans", plans).bind("others", otherJoins);
   fetchOne(query, values, hash, merge);
 }
 
 void planForSearch(Connection& db) {
-  setJoins(db, "off");
+  setPlanning(db, "force_custom_plan", "off");
 }
 
 void planAsUsual(Connection& db) {
-  setJoins(db, "on");
+  setPlanning(db, "force_generic_plan", "on");
 }
 
 std::string keysIn(Connection& db, std::string_view name) {
   const std::string value = ":" + std::string(name);
   if (db.dialect().kind == Dialect::Kind::Sqlite) return "select value from json_each(" + value + ")";
-  return "select cast(value as bigint) as value from json_array_elements_text(cast(" + value + " as json))";
+  // Of an array the planner knows how long it is.
+  return "select value from unnest(cast(translate(" + value + ", '[]', '{}') as bigint[])) value";
 }
 
 std::string keysText(std::span<const std::int64_t> keys) {

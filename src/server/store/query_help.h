@@ -47,7 +47,7 @@ void bindRow(Query& query, std::size_t row, std::string_view column, const Value
 /// Lets the statements of this transaction be planned for their values, which decide how much a search finds,
 /// and reach joined rows one by one by their indexes.
 void planForSearch(Connection& db);
-/// Joins are made as ever again.
+/// Statements are planned once, and joins made as ever, again.
 void planAsUsual(Connection& db);
 
 /// The keys of a text of the form "[1,2,3]", bound under that name, as a selection of one column "value".
