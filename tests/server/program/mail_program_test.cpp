@@ -20,7 +20,7 @@ class MailProgram : public ProgramTest {
 
   /// A program that is called as sendmail is, and keeps what it gets.
   std::string sendmail(const std::string& rest = {}) {
-    const std::string program = folder.file("sendmail");
+    const std::string program = folder.file(rest.empty() ? "sendmail" : "failing-sendmail");
     std::ofstream(program) << "#!/bin/sh\n[ \"$*\" = '-t -oi' ] || exit 64\ncat > " << folder.file("mail")
                            << "\n"
                            << rest << "\n";
