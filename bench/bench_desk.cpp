@@ -1,12 +1,14 @@
 #include "bench_desk.h"
 
 #include <QApplication>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
 #include "desktop/demo_operator.h"
 #include "desktop/installed_components.h"
 #include "desktop/style.h"
+#include "figures.h"
 #include "platform/clock.h"
 #include "platform/settings.h"
 #include "transport/embedded_server.h"
@@ -20,6 +22,15 @@ double memoryMegabytes() {
   long resident = 0;
   statm >> total >> resident;
   return static_cast<double>(resident) * 4096 / 1e6;
+}
+
+void tellCosts(const char* table, const char* what, const Costs& costs) {
+  const Figures figures(table);
+  figures.tell(what, "Altogether", median(costs.whole));
+  figures.tell(what, "Server and wire", median(costs.line));
+  figures.tell(what, "Requests", std::to_string(costs.requests));
+  std::printf("%-42s %8.1f   server and wire %8.1f in %d requests, %zu rounds\n", what, median(costs.whole),
+              median(costs.line), costs.requests, costs.whole.size());
 }
 
 DemoOptions busyToday(const std::string& bookings) {

@@ -63,6 +63,15 @@ struct Bench {
   double startMilliseconds;  ///< from the program's start to the first view
 };
 
+/// The rounds of one command, in milliseconds.
+struct Costs {
+  std::vector<double> whole;
+  std::vector<double> line;  ///< of them, what server and wire took
+  int requests = 0;          ///< of one round
+};
+/// Tells the medians.
+void tellCosts(const char* table, const char* what, const Costs& costs);
+
 /// A library with so many bookings more than usual on `kToday`.
 [[nodiscard]] DemoOptions busyToday(const std::string& bookings);
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "bench_desk.h"
+#include "figures.h"
 #include "schedule/day_view.h"
 
 namespace vantry::bench {
@@ -28,6 +29,7 @@ Round changeDate(Bench& bench) {
 }
 
 void measure(Bench& bench) {
+  const Figures figures("day");
   std::vector<double> request, fill, paint, whole;
   for (int i = 0; i < kRounds; ++i) {
     const Round round = changeDate(bench);
@@ -36,16 +38,20 @@ void measure(Bench& bench) {
     paint.push_back(round.paint);
     whole.push_back(round.request + round.fill + round.paint);
   }
-  std::printf("start to usable day view  %.0f\n", bench.startMilliseconds);
-  std::printf("rows %d\n", viewAs<DayView>(bench.program.main, ViewId::Day).faDayBookings.Rows - 1);
-  std::printf(
-      "server and wire  %8.1f\nfill             %8.1f\npaint            %8.1f\naltogether       %8.1f\n",
-      median(request), median(fill), median(paint), median(whole));
+  const double memory = memoryMegabytes();
   const auto start = Stopwatch::now();
   bench.program.main.mnuFilePrintListing_Click();
-  std::printf("the list on paper, as PDF  %.0f   %s\n", since(start),
-              bench.program.main.StatusBar1.Panels(6).Text.get().c_str());
-  std::printf("memory of client and embedded server, MB  %.0f\n", memoryMegabytes());
+  const double paper = since(start);
+  const std::string rows =
+      std::to_string(viewAs<DayView>(bench.program.main, ViewId::Day).faDayBookings.Rows - 1) + " rows";
+  const std::pair<const char*, double> told[] = {
+      {"Server and wire", median(request)}, {"Fill", median(fill)},      {"Paint", median(paint)},
+      {"Altogether", median(whole)},        {"On paper, as PDF", paper}, {"Memory, MB", memory},
+      {"Start", bench.startMilliseconds}};
+  for (const auto& [what, value] : told) {
+    figures.tell(rows, what, value);
+    std::printf("%-12s %-18s %8.1f\n", rows.c_str(), what, value);
+  }
 }
 
 }  // namespace

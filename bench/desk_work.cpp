@@ -96,10 +96,6 @@ class DeskWork {
   App& app() { return bench_.program.app; }
   frmMain& main() { return bench_.program.main; }
 
-  struct Costs {
-    std::vector<double> whole, line;
-    int requests = 0;
-  };
   template <class Command>
   void time(Costs& costs, Command command) {
     bench_.line.milliseconds = 0;
@@ -114,8 +110,7 @@ class DeskWork {
   }
   void tell(const char* what, const Costs& costs) {
     if (costs.whole.empty()) failed(std::string("nothing was measured: ") + what);
-    std::printf("%-42s %8.1f   server and wire %8.1f in %d requests, %zu rounds\n", what, median(costs.whole),
-                median(costs.line), costs.requests, costs.whole.size());
+    tellCosts("desk", what, costs);
   }
 
   /// Whether the desk's policy allows an item, and the item is free; what a save asks about its media.

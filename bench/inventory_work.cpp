@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "bench_desk.h"
+#include "figures.h"
 #include "frame/app.h"
 #include "frame/modMain.h"
 #include "inventory/frmEquipment.h"
@@ -68,7 +69,7 @@ class InventoryWork {
     main().showView(ViewId::Day);
     records();
     members();
-    std::printf("memory of client and embedded server, MB  %.0f\n", memoryMegabytes());
+    Figures("inventory").tell("memory of client and embedded server, MB", "Altogether", memoryMegabytes());
     return failures_;
   }
 
@@ -84,15 +85,13 @@ class InventoryWork {
     const auto start = Stopwatch::now();
     command();
     bench_.desktop.handleEvents();
-    whole_.push_back(since(start));
-    line_.push_back(bench_.line.milliseconds);
-    requests_ = bench_.line.requests;
+    costs_.whole.push_back(since(start));
+    costs_.line.push_back(bench_.line.milliseconds);
+    costs_.requests = bench_.line.requests;
   }
   void tell(const char* what) {
-    std::printf("%-42s %8.1f   server and wire %8.1f in %d requests, %zu rounds\n", what, median(whole_),
-                median(line_), requests_, whole_.size());
-    whole_.clear();
-    line_.clear();
+    tellCosts("inventory", what, costs_);
+    costs_ = {};
   }
   template <class Command>
   void repeat(const char* what, Command command) {
@@ -182,9 +181,8 @@ class InventoryWork {
   }
 
   Bench& bench_;
-  std::vector<double> whole_, line_;
-  int requests_ = 0;
   int failures_ = 0;
+  Costs costs_;
   std::string piece_;
 };
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "bench_desk.h"
+#include "figures.h"
 #include "schedule/calendar_view.h"
 
 namespace vantry::bench {
@@ -25,6 +26,11 @@ double medianOf(Bench& bench, Action action) {
   return median(times);
 }
 
+void tell(std::string_view view, double time) {
+  Figures("views").tell(view, "From the choice to the painted window", time);
+  std::printf("%-56s %8.1f\n", std::string(view).c_str(), time);
+}
+
 void measure(Bench& bench) {
   frmMain& window = bench.program.main;
   window.dtTempDate.Value = kToday;
@@ -34,7 +40,7 @@ void measure(Bench& bench) {
     for (const ViewRow& view : viewTable()) {
       if (view.mode != mode) continue;
       const double time = medianOf(bench, [&] { window.showView(view.id); });
-      std::printf("%-56s %8.1f\n", std::string(view.comboText).c_str(), time);
+      tell(view.comboText, time);
     }
   };
   measureViews(Mode::Standard);
@@ -42,7 +48,7 @@ void measure(Bench& bench) {
     window.mnuModeDaemon_Click();
     window.mnuModeStandard_Click();
   });
-  std::printf("%-56s %8.1f\n", "to the Schedule Monitor and back", there);
+  tell("to the Schedule Monitor and back", there);
   Preferences& preferences = bench.program.app.preferences;
   preferences.DeliveryHours = preferences.PickUpHours = preferences.RoomHours = "24";
   window.mnuModeDaemon_Click();

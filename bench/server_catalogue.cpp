@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "failures.h"
+#include "figures.h"
 #include "server/access/passwords.h"
 #include "server/catalogue/catalogue_store.h"
 #include "server/requests/runner.h"
@@ -103,6 +104,9 @@ class Searches {
     std::ranges::sort(times);
     const std::size_t at = json.find("\"SRCHCNT\":\"") + 11;
     failures_.note(what, hasCode(json, 0));
+    const Figures figures("catalogue");
+    figures.tell(what, "Median", times[times.size() / 2]);
+    figures.tell(what, "Worst", times.back());
     std::printf("%-34s %7.2f ms, worst %7.2f ms, %s titles\n", what, times[times.size() / 2], times.back(),
                 json.substr(at, json.find('"', at) - at).c_str());
   }
@@ -120,6 +124,7 @@ int measure(const std::string& url) {
   const auto before = std::chrono::steady_clock::now();
   fill(database);
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - before;
+  Figures("catalogue").tell("taking 100,000 titles in, seconds", "Median", taken.count());
   std::printf("%d titles taken in and indexed in %.0f s\n", titles, taken.count());
   RequestRunner runner(
       database, [] { return now; }, HashCost::Quick);

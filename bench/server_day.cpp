@@ -20,6 +20,7 @@
 
 #include <httplib.h>
 
+#include "figures.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
 
@@ -51,7 +52,7 @@ class Tally {
 
   /// How many requests failed. A kind of which none was served failed altogether: only refusals were
   /// measured.
-  int print(double seconds) {
+  int print(double seconds, const Figures& figures) {
     int done = 0;
     int failed = 0;
     std::printf("%-8s %6s %10s %10s %8s  refused\n", "request", "times", "median ms", "worst ms", "failed");
@@ -60,11 +61,15 @@ class Tally {
       if (!kind.served) kind.failed = static_cast<int>(kind.times.size());
       std::printf("%-8s %6zu %10.2f %10.2f %8d ", code.c_str(), kind.times.size(),
                   kind.times[kind.times.size() / 2], kind.times.back(), kind.failed);
+      figures.tell(code, "Times", std::to_string(kind.times.size()));
+      figures.tell(code, "Median", kind.times[kind.times.size() / 2]);
+      figures.tell(code, "Worst", kind.times.back());
       for (const auto& [rc, count] : kind.refused) std::printf(" %d x %d", count, rc);
       std::printf("\n");
       done += static_cast<int>(kind.times.size());
       failed += kind.failed;
     }
+    figures.tell("all, a second", "Median", done / seconds);
     std::printf("%d requests of %d clients in %.2f s, %.0f a second; %d failed\n", done, clients, seconds,
                 done / seconds, failed);
     return failed;
@@ -245,6 +250,7 @@ int replay(const std::string& database) {
   options.clock = [] { return noon; };
   Server server(options);
   server.start();
+  const Figures figures(database.starts_with("postgresql") ? "many-postgresql" : "many");
   Tally tally;
   std::vector<std::unique_ptr<Client>> desks;
   for (int number = 0; number < clients; ++number)
@@ -254,7 +260,7 @@ int replay(const std::string& database) {
   for (const auto& desk : desks) threads.emplace_back([&desk] { desk->work(); });
   for (std::thread& thread : threads) thread.join();
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - before;
-  return tally.print(taken.count()) == 0 ? 0 : 1;
+  return tally.print(taken.count(), figures) == 0 ? 0 : 1;
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// What the decisions about bookings cost with 10,000 and with 1,000,000 bookings in the store, what many
-// desks get through at once, and whether any two of them ever end on one thing.
+// What the decisions about bookings cost with 10,000 and with 1,000,000 bookings in the store, and what many
+// desks get through at once.
 //
 //   server_scale [--small] [postgresql://...]
 //
@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -380,40 +379,6 @@ void measureMany(int port, const Figures& figures, Failures& failures) {
               desks * each / taken.count());
 }
 
-void contest(RequestRunner& first, RequestRunner& second, Database& database, Failures& failures) {
-  constexpr int rounds = 10'000;
-  std::map<std::string, int> outcomes;
-  Desk one(first, failures);
-  Desk two(second, failures);
-  for (int round = 0; round < rounds; ++round) {
-    const Tags tags = saveAt(makeMoment(2030, 1, 1) + round * hour, {1, 2});
-    std::string replies[2];
-    std::thread other([&] { replies[1] = two.send("NEWBK", tags); });
-    replies[0] = one.send("NEWBK", tags);
-    other.join();
-    std::vector<std::string> codes;
-    for (const std::string& reply : replies) codes.push_back(reply.substr(0, reply.find(',')));
-    std::sort(codes.begin(), codes.end());
-    ++outcomes[codes[0] + " and " + codes[1]];
-    failures.note("contested save", hasCode(replies[0], 0) != hasCode(replies[1], 0));
-  }
-  for (const auto& [outcome, count] : outcomes)
-    std::printf("contested: %s, %d times\n", outcome.c_str(), count);
-  int doubles = 0;
-  database.read([&](Connection& db) {
-    Query query(
-        db,
-        "select count(*) from occupancy a join occupancy b on a.kind = b.kind and a.thing = b.thing and "
-        "a.id < b.id and a.starts_at < b.ends_at and b.starts_at < a.ends_at where a.kind < 10 and a.thing < "
-        "3");
-    query.into(doubles);
-    while (query.next()) {
-    }
-  });
-  failures.note("no thing has two bookings", doubles == 0);
-  std::printf("contested: %d double bookings in %d rounds\n", doubles, rounds);
-}
-
 /// The requests that an editor sends for one save, over the wire.
 void measureSequence(int port, const Figures& figures, Failures& failures) {
   constexpr int changed = 180;
@@ -490,10 +455,6 @@ int measure(const std::string& url, int most) {
   Server server(options);
   server.start();
   measureMany(server.port(), overWire, failures);
-  Database other(url);
-  RequestRunner second(
-      other, [] { return now; }, HashCost::Quick);
-  contest(runner, second, database, failures);
   measureSequence(server.port(), overWire, failures);
   return failures.tell();
 }

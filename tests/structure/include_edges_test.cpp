@@ -59,15 +59,17 @@ std::vector<FolderRow> allowedEdges() {
   rows.push_back({"server/access", data});
   rows.push_back({"server/policy", ground});
   rows.push_back({"server/desk", data + Names{"server/access", "server/policy"}});
+  rows.push_back({"server/mail", data + Names{"server/access", "server/policy", "server/desk"}});
   rows.push_back({"server/catalogue", data + Names{"server/access"}});
   const Names things = data + Names{"server/access", "server/policy", "server/desk", "server/catalogue"};
   rows.push_back({"server/setup", things});
   rows.push_back({"server/setup/demo", things + Names{"server/setup"}});
-  rows.push_back({"server/requests", things});
+  rows.push_back({"server/feeds", ground});
+  rows.push_back({"server/requests", things + Names{"server/feeds", "server/mail"}});
   rows.push_back({"server/http", data + Names{"server/requests"}});  // the store's errors become status codes
-  rows.push_back({"server/jobs", data + Names{"server/access", "server/desk"}});
-  rows.push_back({"server/program", things + Names{"server/setup", "server/setup/demo", "server/requests",
-                                                   "server/http", "server/jobs"}});
+  rows.push_back({"server/jobs", data + Names{"server/access", "server/desk", "server/mail"}});
+  rows.push_back({"server/program", things + Names{"server/mail", "server/setup", "server/setup/demo",
+                                                   "server/requests", "server/http", "server/jobs"}});
   return rows;
 }
 

@@ -65,10 +65,12 @@ void SilentProxy::serve() {
       const int client = accept(listener_, nullptr, nullptr);
       const int server = client < 0 ? -1 : connectTo(target_);
       for (const int each : {client, server}) ends.push_back({.fd = each, .events = POLLIN, .revents = 0});
+      ends_ = ends.size() - 1;
     }
     for (std::size_t at = 1; at < ends.size(); ++at) {
       const std::size_t other = at % 2 == 1 ? at + 1 : at - 1;
-      if (ends[at].revents == 0 || pass(ends[at].fd, ends[other].fd, silent_)) continue;
+      const bool silent = silent_ || at <= lost_;
+      if (ends[at].revents == 0 || pass(ends[at].fd, ends[other].fd, silent)) continue;
       for (const std::size_t each : {at, other}) {
         close(ends[each].fd);
         ends[each] = {.fd = -1, .events = 0, .revents = 0};

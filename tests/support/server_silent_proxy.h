@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <thread>
 
@@ -18,6 +19,8 @@ class SilentProxy {
 
   [[nodiscard]] int port() const { return port_; }
   void beSilent(bool silent) { silent_ = silent; }
+  /// The connections of now fall silent for good; later ones are served.
+  void loseConnections() { lost_ = ends_.load(); }
 
  private:
   void serve();
@@ -27,6 +30,8 @@ class SilentProxy {
   int port_ = 0;
   std::atomic<bool> silent_ = false;
   std::atomic<bool> ending_ = false;
+  std::atomic<std::size_t> ends_ = 0;
+  std::atomic<std::size_t> lost_ = 0;  ///< the last end that is silent
   std::thread thread_;
 };
 

@@ -38,7 +38,7 @@ void write(Connection& db, Moment now, const Actor& actor, const Act& act) {
       .bind("action", act.action)
       .bind("subject", act.subject)
       .bind("detail", act.detail)
-      .run();
+      .later();
 }
 
 /// A user without a name, as containers have them, is told by number.

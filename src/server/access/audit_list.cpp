@@ -1,11 +1,44 @@
 #include "server/access/audit_list.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
+#include <limits>
+#include <string_view>
 
 #include "server/access/operators.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 
 namespace vantry::server {
+
+namespace {
+
+/// Whether the text tells the number behind one of these words: "patron 7," of what a booking was, "PID=7" of
+/// what was asked, for its patrons, and the two of its staff.
+bool tellsPatron(std::string_view text, const std::string& number) {
+  constexpr std::array<std::string_view, 4> words{"patron ", "PID=", "ODE=", "OPU="};
+  for (const std::string_view word : words) {
+    const std::string wanted = std::string(word) + number;
+    for (std::size_t at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1)) {
+      const std::size_t end = at + wanted.size();
+      if (end == text.size() || std::isdigit(static_cast<unsigned char>(text[end])) == 0) return true;
+    }
+  }
+  return false;
+}
+
+/// The subject is one confirmation number, or several.
+bool isAboutBooking(std::string_view subject, const std::set<std::string, std::less<>>& bookings) {
+  while (!subject.empty()) {
+    const std::size_t blank = std::min(subject.find(' '), subject.size());
+    if (bookings.contains(subject.substr(0, blank))) return true;
+    subject.remove_prefix(std::min(blank + 1, subject.size()));
+  }
+  return false;
+}
+
+}  // namespace
 
 std::vector<AuditRow> auditRows(Connection& db, const AuditFilter& filter) {
   std::string sql =
@@ -46,8 +79,50 @@ std::int64_t dropAuditBefore(Connection& db, Moment moment, int most) {
   }
   if (count == 0) return 0;
   Query drop(db, "delete from audit where id <= :last and at < :moment");
-  drop.bind("last", last).bind("moment", moment).run();
+  drop.bind("last", last).bind("moment", moment).later();
   return count;
+}
+
+Moment firstOfAudit(Connection& db) {
+  Moment first = 0;
+  Query query(db, "select coalesce(min(at), :none) from audit");
+  query.bind("none", std::numeric_limits<Moment>::max());
+  fetchOne(query, first);
+  return first;
+}
+
+std::int64_t blankBookingsInAudit(Connection& db, Moment from, Moment until) {
+  Query query(
+      db,
+      "update audit set detail = '' where at >= :from_at and at < :until_at and action like 'booking %' "
+      "and detail <> ''");
+  return query.bind("from_at", from).bind("until_at", until).run();
+}
+
+AuditTraces findTraces(Connection& db, const AuditedPatron& patron, std::int64_t after) {
+  AuditTraces traces{.rows = {}, .last = after};
+  std::string action;
+  std::string subject;
+  std::string detail;
+  const std::string number = std::to_string(patron.patronId);
+  Query query(
+      db,
+      "select id, action, subject, detail from audit where id > :after and (action like 'booking %' or "
+      "action like 'staff %' or action = 'counters set') order by id");
+  query.bind("after", after).into(traces.last, action, subject, detail);
+  while (query.next()) {
+    const bool isFound = action.starts_with("booking ")
+                             ? isAboutBooking(subject, patron.bookings) || tellsPatron(detail, number)
+                             : subject == number;
+    if (isFound) traces.rows.push_back(traces.last);
+  }
+  return traces;
+}
+
+void blankAuditRows(Connection& db, std::span<const std::int64_t> rows) {
+  if (rows.empty()) return;
+  Query query(db, "update audit set detail = '' where id in (" + keysIn(db, "rows") + ")");
+  query.bind("rows", keysText(rows)).run();
 }
 
 }  // namespace vantry::server

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,5 +36,26 @@ struct AuditRow {
 
 /// Deletes the oldest rows that were written before the moment, but at most so many; how many it were.
 std::int64_t dropAuditBefore(Connection& db, Moment moment, int most);
+
+/// When the oldest row was written; a moment far ahead where there is none.
+[[nodiscard]] Moment firstOfAudit(Connection& db);
+
+/// Removes what was asked from the rows about bookings that were written in [from, until); how many it were.
+std::int64_t blankBookingsInAudit(Connection& db, Moment from, Moment until);
+
+/// What the audit may know a patron by.
+struct AuditedPatron {
+  std::int64_t patronId = 0;
+  std::set<std::string, std::less<>> bookings;  ///< confirmation numbers
+};
+struct AuditTraces {
+  std::vector<std::int64_t> rows;
+  std::int64_t last = 0;
+};
+/// The rows behind the key `after` that are about one of these bookings, or tell the patron's key; and the
+/// last row that was looked at.
+[[nodiscard]] AuditTraces findTraces(Connection& db, const AuditedPatron& patron, std::int64_t after);
+/// Removes what the rows tell but who did what when.
+void blankAuditRows(Connection& db, std::span<const std::int64_t> rows);
 
 }  // namespace vantry::server

@@ -24,7 +24,7 @@ std::optional<OperatorAccount> findOperator(Connection& db, std::string_view log
 
 void setPassword(Connection& db, std::int64_t operatorId, std::string_view hash) {
   Query query(db, "update operators set password = :password where id = :id");
-  query.bind("password", hash).bind("id", operatorId).run();
+  query.bind("password", hash).bind("id", operatorId).later();
 }
 
 }  // namespace vantry::server

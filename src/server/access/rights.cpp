@@ -41,8 +41,9 @@ bool mayOverride(Connection& db, const Session& session, std::string_view right,
   int granted = 0;
   Query query(db,
               "select count(*) from audit where at >= :since and operator_id = :operator_id and "
-              "action = 'override granted' and detail = :code");
-  query.bind("since", now - hour).bind("operator_id", session.operatorId).bind("code", right).into(granted);
+              "location_id = :location_id and action = 'override granted' and detail = :code");
+  query.bind("since", now - hour).bind("operator_id", session.operatorId);
+  query.bind("location_id", session.locationId).bind("code", right).into(granted);
   while (query.next()) {
   }
   return granted > 0;

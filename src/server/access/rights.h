@@ -18,7 +18,7 @@ namespace vantry::server {
 [[nodiscard]] std::vector<std::string> rightsAt(Connection& db, std::int64_t operatorId,
                                                 std::int64_t locationId);
 /// Whether the operator may override what needs that right: by their own right, or since a supervisor who
-/// holds it has granted them an override within the last hour.
+/// holds it has granted them an override at this location within the last hour.
 [[nodiscard]] bool mayOverride(Connection& db, const Session& session, std::string_view right, Moment now);
 [[nodiscard]] bool mayWorkAt(Connection& db, std::int64_t operatorId, std::int64_t locationId);
 

@@ -63,7 +63,7 @@ SealingKeys keysOf(Database& database) {
     Query query(db,
                 "insert into sealing_keys (id, open_key, secret_key) values (1, :open_key, :secret_key) "
                 "on conflict do nothing");
-    query.bind("open_key", fresh.open).bind("secret_key", fresh.secret).run();
+    query.bind("open_key", fresh.open).bind("secret_key", fresh.secret).later();
     keys = readKeys(db);
   });
   return keys;

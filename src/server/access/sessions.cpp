@@ -12,7 +12,7 @@ std::string openSession(Connection& db, std::int64_t operatorId, Moment now) {
   query.bind("token", hashToken(token))
       .bind("operator_id", operatorId)
       .bind("expires_at", now + sessionLife)
-      .run();
+      .later();
   return token;
 }
 
@@ -35,29 +35,29 @@ std::optional<Session> findSession(Connection& db, std::string_view wireToken, M
 
 void prolongSession(Connection& db, const Session& session, Moment now) {
   Query query(db, "update sessions set expires_at = :expires_at where token = :token");
-  query.bind("expires_at", now + sessionLife).bind("token", session.token).run();
+  query.bind("expires_at", now + sessionLife).bind("token", session.token).later();
 }
 
 void closeSession(Connection& db, const Session& session) {
   Query query(db, "delete from sessions where token = :token");
-  query.bind("token", session.token).run();
+  query.bind("token", session.token).later();
 }
 
 void closeSessionsOf(Connection& db, std::int64_t operatorId, std::string_view except) {
   Query query(db, "delete from sessions where operator_id = :operator_id and token <> :except");
-  query.bind("operator_id", operatorId).bind("except", except).run();
+  query.bind("operator_id", operatorId).bind("except", except).later();
 }
 
 void setSessionLocation(Connection& db, const Session& session, std::int64_t locationId) {
   Query query(db, "update sessions set location_id = :location_id where token = :token");
-  query.bind("location_id", locationId).bind("token", session.token).run();
+  query.bind("location_id", locationId).bind("token", session.token).later();
 }
 
 void dropExpiredSessions(Connection& db, Moment now) {
   Query expired(db, "delete from sessions where expires_at <= :now");
-  expired.bind("now", now).run();
+  expired.bind("now", now).later();
   Query tooLong(db, "update sessions set expires_at = :latest where expires_at > :latest");
-  tooLong.bind("latest", now + sessionLife).run();
+  tooLong.bind("latest", now + sessionLife).later();
 }
 
 }  // namespace vantry::server

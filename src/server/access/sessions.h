@@ -20,6 +20,7 @@ struct Session {
   std::int64_t locationId = 0;
   std::string locationName;
   Moment expiresAt = 0;
+  bool isSpare = false;  ///< this process knows it, and the store does not
 };
 
 /// How long a session lives after its last use, and how old the stored time may be before it is

@@ -35,12 +35,12 @@ void storeReply(Connection& db, const ReplyKey& key, const StoredReply& reply, M
               "insert into replies (operator_id, request_id, code, digest, reply, at) "
               "values (:operator_id, :request_id, :code, :digest, :reply, :at)");
   query.bind("operator_id", key.operatorId).bind("request_id", key.requestId).bind("code", reply.code);
-  query.bind("digest", reply.digest).bind("reply", reply.json).bind("at", now).run();
+  query.bind("digest", reply.digest).bind("reply", reply.json).bind("at", now).later();
 }
 
 void dropOldReplies(Connection& db, Moment now) {
   Query query(db, "delete from replies where at <= :before");
-  query.bind("before", now - replyLife).run();
+  query.bind("before", now - replyLife).later();
 }
 
 }  // namespace vantry::server

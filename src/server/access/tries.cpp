@@ -34,10 +34,15 @@ Failures failuresOf(Connection& db, std::string_view login, std::string_view add
   return failures;
 }
 
-Moment delayOf(const Failures& failures, int free, Moment now) {
+/// What guesses from the address are counted under.
+std::string guesserAt(std::string_view address) {
+  return "guess " + std::string(address);
+}
+
+Moment delayOf(const Failures& failures, int free, Moment longest, Moment now) {
   if (failures.count < free) return 0;
   const int doublings = std::min(failures.count - free, 10);
-  return failures.latest + std::min(Moment{1} << doublings, longestDelay) - now;
+  return failures.latest + std::min(Moment{1} << doublings, longest) - now;
 }
 
 }  // namespace
@@ -46,29 +51,43 @@ std::optional<Moment> waitBeforeTry(Connection& db, std::string_view login, std:
                                     Moment now) {
   const Failures both = failuresOf(db, login, address, now);
   const Moment stopped = both.count < mostFailures ? 0 : std::max<Moment>(both.oldest + tryWindow - now, 1);
-  const Moment wait = std::max({stopped, delayOf(failuresOf(db, login, {}, now), freeFailuresPerName, now),
-                                delayOf(failuresOf(db, {}, address, now), freeFailuresPerAddress, now)});
+  const Moment ofAddress =
+      delayOf(failuresOf(db, {}, address, now), freeFailuresPerAddress, longestDelay, now);
+  const Moment ofName =
+      both.count == 0 ? 0
+                      : delayOf(failuresOf(db, login, {}, now), freeFailuresPerName, longestDelayOfName, now);
+  const Moment wait = std::max({stopped, ofAddress, ofName});
   return wait > 0 ? std::optional(wait) : std::nullopt;
 }
 
 void noteFailedTry(Connection& db, std::string_view login, std::string_view address, Moment now) {
   Query query(db, "insert into login_failures (login, address, at) values (:login, :address, :at)");
-  query.bind("login", loginKey(login)).bind("address", address).bind("at", now).run();
+  query.bind("login", loginKey(login)).bind("address", address).bind("at", now).later();
+}
+
+std::optional<Moment> waitBeforeGuess(Connection& db, std::string_view address, Moment now) {
+  const Moment wait =
+      delayOf(failuresOf(db, {}, guesserAt(address), now), freeFailuresPerAddress, longestDelay, now);
+  return wait > 0 ? std::optional(wait) : std::nullopt;
+}
+
+void noteWrongGuess(Connection& db, std::string_view address, Moment now) {
+  noteFailedTry(db, {}, guesserAt(address), now);
 }
 
 void forgetFailures(Connection& db, std::string_view login, std::string_view address) {
   Query query(db, "delete from login_failures where login = :login and address = :address");
-  query.bind("login", loginKey(login)).bind("address", address).run();
+  query.bind("login", loginKey(login)).bind("address", address).later();
 }
 
 void forgetFailures(Connection& db, std::string_view login) {
   Query query(db, "delete from login_failures where login = :login");
-  query.bind("login", loginKey(login)).run();
+  query.bind("login", loginKey(login)).later();
 }
 
 void dropOldTries(Connection& db, Moment now) {
   Query query(db, "delete from login_failures where at <= :before or at > :now");
-  query.bind("before", now - tryWindow).bind("now", now).run();
+  query.bind("before", now - tryWindow).bind("now", now).later();
 }
 
 }  // namespace vantry::server

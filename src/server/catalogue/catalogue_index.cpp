@@ -6,6 +6,7 @@
 
 #include "server/base/catalogue_text.h"
 #include "server/catalogue/catalogue_store.h"
+#include "server/catalogue/title_identity.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 #include "words/utf8.h"
@@ -137,15 +138,15 @@ void addHoldingsNotes(Keys& keys, Connection& db, std::int64_t titleId) {
   }
 }
 
-void writeKeys(Connection& db, std::int64_t titleId, const Keys& keys) {
+void writeKeys(Connection& db, std::int64_t titleId, const Keys& keys, const std::string& fingerprint) {
   Query old(db, "delete from catalogue_keys where title_id = :id");
   old.bind("id", titleId).run();
   for (const auto& [kind, key] : keys) {
     Query query(db, "insert into catalogue_keys (kind, word, title_id) values (:kind, :word, :title_id)");
     query.bind("kind", static_cast<int>(kind)).bind("word", key).bind("title_id", titleId).run();
   }
-  Query done(db, "update titles set is_indexed = 1 where id = :id");
-  done.bind("id", titleId).run();
+  Query done(db, "update titles set is_indexed = 1, fingerprint = :fingerprint where id = :id");
+  done.bind("fingerprint", fingerprint).bind("id", titleId).run();
 }
 
 }  // namespace
@@ -158,11 +159,15 @@ std::vector<CatalogueKey> keysOf(const MarcRecord& record) {
 
 void indexTitle(Connection& db, std::int64_t id) {
   Keys keys;
-  if (const std::optional<MarcRecord> record = recordOfTitle(db, id)) addRecord(keys, *record);
+  std::string fingerprint;
+  if (const std::optional<MarcRecord> record = recordOfTitle(db, id)) {
+    addRecord(keys, *record);
+    fingerprint = fingerprintOf(titleFacts(*record));
+  }
   addHoldings(keys, db, id);
   addItems(keys, db, id);
   addHoldingsNotes(keys, db, id);
-  writeKeys(db, id, keys);
+  writeKeys(db, id, keys, fingerprint);
 }
 
 bool indexSomeTitles(Connection& db) {

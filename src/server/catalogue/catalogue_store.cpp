@@ -9,14 +9,6 @@ namespace vantry::server {
 
 namespace {
 
-std::optional<MarcRecord> storedRecord(Connection& db, const char* sql, std::int64_t id) {
-  std::string text;
-  Query query(db, sql);
-  query.bind("id", id);
-  if (!fetchOne(query, text)) return std::nullopt;
-  return fromStoredForm(text);
-}
-
 void addField(MarcRecord& record, const char* tag, const char* indicators, std::string text) {
   record.fields.push_back({tag, indicators, std::move(text)});
 }
@@ -78,16 +70,24 @@ void insertRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, 
 
 }  // namespace
 
+std::string storedText(Connection& db, std::int64_t titleId, std::int64_t holdingId) {
+  std::string text;
+  Query query(db, holdingId == 0
+                      ? "select record from marc_records where title_id = :id and holding_id is null"
+                      : "select record from marc_records where holding_id = :id");
+  query.bind("id", holdingId == 0 ? titleId : holdingId);
+  fetchOne(query, text);
+  return text;
+}
+
 std::optional<MarcRecord> recordOfTitle(Connection& db, std::int64_t id) {
-  std::optional<MarcRecord> stored =
-      storedRecord(db, "select record from marc_records where title_id = :id and holding_id is null", id);
-  return stored ? stored : madeTitle(db, id);
+  const std::string stored = storedText(db, id, 0);
+  return stored.empty() ? madeTitle(db, id) : std::optional(fromStoredForm(stored));
 }
 
 std::optional<MarcRecord> recordOfHolding(Connection& db, std::int64_t id) {
-  std::optional<MarcRecord> stored =
-      storedRecord(db, "select record from marc_records where holding_id = :id", id);
-  return stored ? stored : madeHolding(db, id);
+  const std::string stored = storedText(db, 0, id);
+  return stored.empty() ? madeHolding(db, id) : std::optional(fromStoredForm(stored));
 }
 
 void storeRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record) {

@@ -16,6 +16,9 @@ namespace vantry::server {
 [[nodiscard]] std::optional<MarcRecord> recordOfTitle(Connection& db, std::int64_t id);
 [[nodiscard]] std::optional<MarcRecord> recordOfHolding(Connection& db, std::int64_t id);
 
+/// The stored form of the record that was imported; empty for none. `holdingId` 0: the title's.
+[[nodiscard]] std::string storedText(Connection& db, std::int64_t titleId, std::int64_t holdingId);
+
 /// Stores a record in place of the previous one. `holdingId` 0: it is the title's.
 void storeRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record);
 
@@ -26,7 +29,7 @@ using CatalogueKey = std::pair<KeyKind, std::string>;
 /// The keys of a title's record, each once.
 [[nodiscard]] std::vector<CatalogueKey> keysOf(const MarcRecord& record);
 
-/// Replaces the title's keys by those of its record and its holdings.
+/// Replaces the title's keys, and its fingerprint, by those of its record and its holdings.
 void indexTitle(Connection& db, std::int64_t id);
 
 /// Creates the keys of titles that have none yet, such as those of an older database. True when there were

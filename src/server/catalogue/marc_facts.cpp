@@ -87,9 +87,11 @@ constexpr std::array numberSources{NumberSource{"050", "MLC#"}, NumberSource{"09
                                    NumberSource{"086", "MSUD"}, NumberSource{"099", "MOTH"}};
 
 /// The shelf's own number, else the one that the title was given.
-void setCallNumber(HoldingFacts& holding, const MarcRecord& record, const MarcField& field) {
-  holding.callNumber = subfields(field, "khijm");
-  holding.callNumberKind = kindOfScheme(field.indicators.empty() ? ' ' : field.indicators[0]);
+void setCallNumber(HoldingFacts& holding, const MarcRecord& record, const MarcField& field,
+                   const ItemPractice& practice) {
+  holding.callNumber = subfields(field, practice.callNumber);
+  const bool tellsScheme = field.tag == "852" && !field.indicators.empty();
+  holding.callNumberKind = kindOfScheme(tellsScheme ? field.indicators[0] : ' ');
   for (const NumberSource& source : numberSources) {
     if (!holding.callNumber.empty()) return;
     const MarcField* other = findField(record, source.tag);
@@ -97,14 +99,6 @@ void setCallNumber(HoldingFacts& holding, const MarcRecord& record, const MarcFi
     holding.callNumber = subfields(*other, "ab");
     holding.callNumberKind = source.kind;
   }
-}
-
-/// Only what is gone for good keeps an item from being booked; who has it now is for the desk to know.
-std::string lastingStatus(std::string_view text) {
-  constexpr std::array gone{"lost", "missing", "withdrawn", "damaged"};
-  const std::string key = catalogueKey(text);
-  const bool lasting = std::ranges::any_of(gone, [&](const char* word) { return key.starts_with(word); });
-  return lasting ? std::string(text) : std::string();
 }
 
 int copyNumber(std::string_view text) {
@@ -118,45 +112,40 @@ std::string linkOf(const MarcField& field, bool whole) {
   return whole ? link : link.substr(0, link.find('.'));
 }
 
-/// The issue that an item is, from the field 863 to 865 with the same link.
-void setIssue(ItemFacts& item, const MarcRecord& record, const MarcField& field) {
-  const std::string link = linkOf(field, true);
+/// The issue that an item is, from the field 863 to 865 with the same link, else as the item tells it.
+void setIssue(ItemFacts& item, const MarcRecord& record, const MarcField& field, std::string_view codes) {
   for (const MarcField& issue : record.fields) {
+    const std::string link = linkOf(field, true);
     const bool points =
         issue.tag >= "863" && issue.tag <= "865" && !link.empty() && linkOf(issue, true) == link;
     if (!points) continue;
     item.enumeration = subfields(issue, "abcdef");
     item.chronology = subfields(issue, "ijkl");
   }
-  if (item.enumeration.empty()) item.enumeration = subfield(field, '3');
+  if (item.enumeration.empty()) item.enumeration = firstSubfield(field, codes);
   item.year = yearIn(item.chronology);
 }
 
-ItemFacts itemOf(const MarcRecord& record, const MarcField& field) {
-  ItemFacts item;
-  item.barcode = subfield(field, 'p');
-  item.copy = copyNumber(subfield(field, 't'));
-  if (field.tag == "852") return item;
-  item.status = lastingStatus(subfield(field, 'j'));
-  setIssue(item, record, field);
-  return item;
+/// The status that keeps the item from being used; who has it now is for the desk to know.
+std::string lastingStatus(const MarcField& field, const ItemPractice& practice, const MarcMap& map) {
+  for (const char code : practice.status) {
+    std::string status = subfield(field, code);
+    if (isWithdrawn(map, status)) return status;
+  }
+  return {};
 }
 
-HoldingFacts holdingOf(const MarcRecord& record, const MarcField& field) {
+HoldingFacts holdingOf(const MarcRecord& record, const MarcField& field, const ItemPractice& practice) {
   HoldingFacts holding;
-  for (const char code : {'b', 'c', 'a'}) {
+  for (const char code : practice.location) {
     std::string place = subfield(field, code);
     if (!place.empty()) holding.locations.push_back(std::move(place));
   }
-  setCallNumber(holding, record, field);
+  setCallNumber(holding, record, field, practice);
   return holding;
 }
 
-bool isItemField(const MarcField& field) {
-  return field.tag >= "876" && field.tag <= "878";
-}
-
-/// An item goes to the place that its link names, else to the place that stands before it.
+/// An item belongs to the place that its link names, else to the place before it.
 std::size_t placeOf(const std::vector<const MarcField*>& places, std::size_t before, const MarcField& item) {
   const std::string link = linkOf(item, false);
   for (std::size_t at = 0; at < places.size() && !link.empty(); ++at) {
@@ -165,12 +154,85 @@ std::size_t placeOf(const std::vector<const MarcField*>& places, std::size_t bef
   return before == 0 ? 0 : before - 1;
 }
 
-std::vector<const MarcField*> placesIn(const MarcRecord& record) {
-  std::vector<const MarcField*> places;
-  for (const MarcField& field : record.fields) {
-    if (field.tag == "852") places.push_back(&field);
+/// The holdings of a record as one practice tells of them.
+class HoldingsReader {
+ public:
+  HoldingsReader(const MarcRecord& record, const ItemPractice& practice, const MarcMap& map)
+      : record_(record), practice_(practice), map_(map) {}
+
+  std::vector<HoldingFacts> read() {
+    if (practice_.holdings.empty()) {
+      readItemsWithPlaces();
+    } else {
+      readPlaces();
+      readItems();
+      readOwnBarcodes();
+    }
+    return std::move(holdings_);
   }
-  return places;
+
+ private:
+  [[nodiscard]] bool isItem(const MarcField& field) const {
+    return std::ranges::find(practice_.items, field.tag) != practice_.items.end();
+  }
+
+  [[nodiscard]] ItemFacts itemOf(const MarcField& field) const {
+    ItemFacts item;
+    item.barcode = firstSubfield(field, practice_.barcode);
+    item.copy = copyNumber(firstSubfield(field, practice_.copy));
+    item.mediaType = firstSubfield(field, practice_.mediaType);
+    item.status = lastingStatus(field, practice_, map_);
+    setIssue(item, record_, field, practice_.issue);
+    return item;
+  }
+
+  void readItemsWithPlaces() {
+    for (const MarcField& field : record_.fields) {
+      if (!isItem(field)) continue;
+      holdings_.push_back(holdingOf(record_, field, practice_));
+      holdings_.back().items.push_back(itemOf(field));
+    }
+  }
+
+  void readPlaces() {
+    for (const MarcField& field : record_.fields) {
+      if (field.tag != practice_.holdings) continue;
+      places_.push_back(&field);
+      holdings_.push_back(holdingOf(record_, field, practice_));
+    }
+  }
+
+  void readItems() {
+    std::size_t before = 0;
+    for (const MarcField& field : record_.fields) {
+      if (field.tag == practice_.holdings) ++before;
+      if (places_.empty() || !isItem(field)) continue;
+      holdings_[placeOf(places_, before, field)].items.push_back(itemOf(field));
+    }
+  }
+
+  /// A field of holdings may be the only one that tells of its item. Its other subfields mean something else.
+  void readOwnBarcodes() {
+    for (std::size_t at = 0; at < places_.size(); ++at) {
+      ItemFacts item;
+      item.barcode = firstSubfield(*places_[at], practice_.holdingsBarcode);
+      item.copy = copyNumber(firstSubfield(*places_[at], practice_.copy));
+      if (holdings_[at].items.empty() && !item.barcode.empty())
+        holdings_[at].items.push_back(std::move(item));
+    }
+  }
+
+  const MarcRecord& record_;
+  const ItemPractice& practice_;
+  const MarcMap& map_;
+  std::vector<const MarcField*> places_;
+  std::vector<HoldingFacts> holdings_;
+};
+
+bool hasBarcode(const std::vector<HoldingFacts>& holdings) {
+  return std::ranges::any_of(holdings, [](const HoldingFacts& each) {
+    return std::ranges::any_of(each.items, [](const ItemFacts& item) { return !item.barcode.empty(); });
+  });
 }
 
 }  // namespace
@@ -178,9 +240,11 @@ std::vector<const MarcField*> placesIn(const MarcRecord& record) {
 TitleFacts titleFacts(const MarcRecord& record) {
   TitleFacts facts;
   facts.controlNumber = controlText(record, "001");
+  facts.controlSource = controlText(record, "003");
   if (const MarcField* field = findField(record, "245"))
     facts.title = withoutEndMark(subfields(*field, "abnp"));
   facts.author = firstOf(record, authorSources);
+  if (const MarcField* field = findField(record, "250")) facts.edition = subfields(*field, "ab");
   facts.published = publishedIn(record);
   const std::vector<std::string> carriers = carrierTexts(record);
   if (!carriers.empty()) facts.itemType = carriers.front();
@@ -198,21 +262,14 @@ std::vector<std::string> carrierTexts(const MarcRecord& record) {
   return texts;
 }
 
-std::vector<HoldingFacts> holdingsIn(const MarcRecord& record) {
-  const std::vector<const MarcField*> places = placesIn(record);
-  if (places.empty()) return {};
-  std::vector<HoldingFacts> holdings;
-  for (const MarcField* place : places) holdings.push_back(holdingOf(record, *place));
-  std::size_t before = 0;
-  for (const MarcField& field : record.fields) {
-    if (field.tag == "852") ++before;
-    if (isItemField(field)) holdings[placeOf(places, before, field)].items.push_back(itemOf(record, field));
+std::vector<HoldingFacts> holdingsIn(const MarcRecord& record, const MarcMap& map) {
+  std::vector<HoldingFacts> first;
+  for (const ItemPractice& practice : map.practices) {
+    std::vector<HoldingFacts> holdings = HoldingsReader(record, practice, map).read();
+    if (hasBarcode(holdings)) return holdings;
+    if (first.empty()) first = std::move(holdings);
   }
-  for (std::size_t at = 0; at < places.size(); ++at) {
-    const bool ownBarcode = holdings[at].items.empty() && !subfield(*places[at], 'p').empty();
-    if (ownBarcode) holdings[at].items.push_back(itemOf(record, *places[at]));
-  }
-  return holdings;
+  return first;
 }
 
 }  // namespace vantry::server

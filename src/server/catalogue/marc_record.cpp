@@ -46,6 +46,20 @@ const MarcField* findField(const MarcRecord& record, std::string_view tag) {
   return found == record.fields.end() ? nullptr : &*found;
 }
 
+std::vector<MarcSubfield> subfieldsOf(const MarcField& field) {
+  std::vector<MarcSubfield> all;
+  eachSubfield(field, [&](char code, std::string_view value) { all.push_back({code, std::string(value)}); });
+  return all;
+}
+
+std::string firstSubfield(const MarcField& field, std::string_view codes) {
+  for (const char code : codes) {
+    std::string text = subfield(field, code);
+    if (!text.empty()) return text;
+  }
+  return {};
+}
+
 std::string subfield(const MarcField& field, char code) {
   std::string text;
   eachSubfield(field, [&](char each, std::string_view value) {

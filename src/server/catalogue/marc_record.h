@@ -26,8 +26,17 @@ struct MarcRecord {
 /// The first field of the tag, or nullptr.
 [[nodiscard]] const MarcField* findField(const MarcRecord& record, std::string_view tag);
 
+struct MarcSubfield {
+  char code;
+  std::string text;  ///< without blanks around it
+};
+[[nodiscard]] std::vector<MarcSubfield> subfieldsOf(const MarcField& field);
+
 /// The first subfield of the code, without blanks around it; empty where there is none.
 [[nodiscard]] std::string subfield(const MarcField& field, char code);
+
+/// The first text that one of these codes has, in the order of the codes.
+[[nodiscard]] std::string firstSubfield(const MarcField& field, std::string_view codes);
 
 /// All subfields of these codes in the field's own order, with a blank between them.
 [[nodiscard]] std::string subfields(const MarcField& field, std::string_view codes);

@@ -11,15 +11,6 @@ namespace vantry::server {
 
 namespace {
 
-int countOf(Connection& db, const char* sql, std::int64_t bookingId) {
-  int count = 0;
-  Query query(db, sql);
-  query.bind("booking_id", bookingId).into(count);
-  while (query.next()) {
-  }
-  return count;
-}
-
 constexpr const char* listColumns =
     "select b.id, b.status, b.starts_at, b.ends_at, b.administrative, p.withheld, p.last_name, p.first_name, "
     "p.middle_name, b.booking_type, coalesce(r.name, l.name, t.name, ''), b.equipment_count, b.item_count "
@@ -40,19 +31,6 @@ void visitRows(Query& query, const BookingListVisitor& visit) {
     row.requester = personName(last, first, middle);
     visit(row);
   }
-}
-
-LinesOut findLinesOut(Connection& db, std::int64_t bookingId) {
-  LinesOut out;
-  out.equipment = countOf(db,
-                          "select count(*) from booking_equipment where booking_id = :booking_id and "
-                          "in_room = 0 and charged_at is not null and returned_at is null",
-                          bookingId);
-  out.items = countOf(db,
-                      "select count(*) from booking_items where booking_id = :booking_id and "
-                      "charged_at is not null and returned_at is null",
-                      bookingId);
-  return out;
 }
 
 }  // namespace
@@ -115,14 +93,18 @@ std::optional<BookingState> findBookingState(Connection& db, std::int64_t bookin
   BookingState state;
   int status = 0;
   Query query(db,
-              "select id, status, patron_id, location_id, room_id, updated_at from bookings where id = :id");
-  query.bind("id", bookingId)
-      .into(state.id, status, state.patronId, state.locationId, state.roomId, state.updatedAt);
-  while (query.next()) {
-  }
-  if (state.id == 0) return std::nullopt;
+              "select b.id, b.status, b.patron_id, b.patron_group_id, b.location_id, b.room_id, "
+              "b.setup_staff_id, b.cleanup_staff_id, b.updated_at, "
+              "(select count(*) from booking_equipment l where l.booking_id = b.id and l.in_room = 0 and "
+              "l.charged_at is not null and l.returned_at is null), "
+              "(select count(*) from booking_items l where l.booking_id = b.id and "
+              "l.charged_at is not null and l.returned_at is null) from bookings b where b.id = :id");
+  query.bind("id", bookingId);
+  if (!fetchOne(query, state.id, status, state.patronId, state.groupId, state.locationId, state.roomId,
+                state.setupStaffId, state.cleanupStaffId, state.updatedAt, state.out.equipment,
+                state.out.items))
+    return std::nullopt;
   state.status = static_cast<BookingStatus>(status);
-  state.out = findLinesOut(db, bookingId);
   return state;
 }
 
@@ -139,17 +121,17 @@ void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus stat
       .bind("updated_by", stamp.operatorId)
       .bind("updated_location", stamp.locationId)
       .bind("id", bookingId)
-      .run();
+      .later();
 }
 
 void deleteBooking(Connection& db, std::int64_t bookingId) {
   Query query(db, "delete from bookings where id = :id");
-  query.bind("id", bookingId).run();
+  query.bind("id", bookingId).later();
 }
 
 void countCancelled(Connection& db, std::int64_t patronId) {
   Query query(db, "update patrons set cancelled_bookings = cancelled_bookings + 1 where id = :id");
-  query.bind("id", patronId).run();
+  query.bind("id", patronId).later();
 }
 
 }  // namespace vantry::server

@@ -61,8 +61,11 @@ struct BookingState {
   std::int64_t id = 0;
   BookingStatus status = BookingStatus::Live;
   std::int64_t patronId = 0;    ///< 0 for an administrative booking
+  std::int64_t groupId = 0;     ///< likewise
   std::int64_t locationId = 0;  ///< the desk that made it
   std::int64_t roomId = 0;
+  std::int64_t setupStaffId = 0;
+  std::int64_t cleanupStaffId = 0;
   Moment updatedAt = 0;
   LinesOut out;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <set>
 #include <span>
 #include <string>
@@ -28,10 +29,7 @@ struct NamedKey {
   std::int64_t ofGroup = 0;  ///< the row has to be one of that patron group
 };
 
-/// All of them by one statement. Throws TagRefusal for the first that points nowhere.
-void requireRows(Connection& db, std::vector<NamedKey> keys) {
-  std::erase_if(keys, [](const NamedKey& each) { return each.id == 0; });
-  if (keys.empty()) return;
+std::string countsSql(const std::vector<NamedKey>& keys) {
   std::string sql;
   for (const NamedKey& each : keys) {
     sql += (sql.empty() ? "select " : ", ") + std::string("(select count(*) from ");
@@ -40,17 +38,34 @@ void requireRows(Connection& db, std::vector<NamedKey> keys) {
     if (each.ofGroup != 0) sql.append(" and patron_group_id = :group").append(place);
     sql += ")";
   }
-  std::vector<int> found(keys.size());
-  Query query(db, sql);
+  return sql;
+}
+
+/// All of them by one statement. The tag of the first that points nowhere; empty without one.
+Pending<std::string_view> askMissing(Connection& db, std::vector<NamedKey> keys) {
+  std::erase_if(keys, [](const NamedKey& each) { return each.id == 0; });
+  if (keys.empty()) return known(std::string_view());
+  const auto query = std::make_shared<Query>(db, countsSql(keys));
   for (std::size_t place = 0; place < keys.size(); ++place) {
-    bindRow(query, place, "id", keys[place].id);
-    if (keys[place].ofGroup != 0) bindRow(query, place, "group", keys[place].ofGroup);
-    query.into(found[place]);
+    bindRow(*query, place, "id", keys[place].id);
+    if (keys[place].ofGroup != 0) bindRow(*query, place, "group", keys[place].ofGroup);
   }
-  while (query.next()) {
-  }
-  const auto missing = std::find(found.begin(), found.end(), 0);
-  if (missing != found.end()) refuseTag(keys[static_cast<std::size_t>(missing - found.begin())].tag);
+  query->send();
+  return Pending<std::string_view>([query, keys = std::move(keys)] {
+    std::vector<int> found(keys.size());
+    for (int& each : found) query->into(each);
+    while (query->next()) {
+    }
+    const auto missing = std::find(found.begin(), found.end(), 0);
+    return missing == found.end() ? std::string_view()
+                                  : keys[static_cast<std::size_t>(missing - found.begin())].tag;
+  });
+}
+
+/// Throws TagRefusal for the first that points nowhere.
+void requireRows(Connection& db, std::vector<NamedKey> keys) {
+  const std::string_view missing = askMissing(db, std::move(keys)).get();
+  if (!missing.empty()) refuseTag(missing);
 }
 
 MediaAsk resolveMedia(Connection& db, const MediaAsk& ask) {
@@ -123,19 +138,29 @@ void bindDraft(Query& query, const StoredBooking& booking, const Period& times) 
                  pieces.begin(), pieces.end(), [](const ResolvedPiece& each) { return !each.inRoom; })));
 }
 
-void takePiece(Connection& db, Occupier& occupier, const ResolvedPiece& line, std::int64_t lineId) {
-  if (line.piece.id == 0) return occupier.take({ThingKind::EquipmentWish, line.piece.typeId}, lineId);
-  occupier.take({ThingKind::Equipment, line.piece.id}, lineId);
+void takePiece(Connection& db, Occupier& occupier, const ResolvedPiece& line, std::int64_t place) {
+  if (line.piece.id == 0) return occupier.take({ThingKind::EquipmentWish, line.piece.typeId}, place);
+  occupier.take({ThingKind::Equipment, line.piece.id}, place);
   if (!line.piece.isGroup) return;
   for (const Piece& member : membersOf(db, line.piece.id)) {
-    occupier.take({ThingKind::Equipment, member.id}, lineId);
+    occupier.take({ThingKind::Equipment, member.id}, place);
   }
 }
 
-constexpr std::array<std::string_view, 7> pieceColumns{
-    "booking_id", "place", "equipment_id", "equipment_type_id", "is_generic", "inferred", "in_room"};
-constexpr std::array<std::string_view, 7> mediaColumns{"booking_id", "place",   "media_type_id", "title_id",
-                                                       "holding_id", "item_id", "is_generic"};
+constexpr std::array<InsertColumn, 7> pieceColumns{{{"booking_id"},
+                                                    {"place"},
+                                                    {"equipment_id"},
+                                                    {"equipment_type_id"},
+                                                    {"is_generic"},
+                                                    {"inferred"},
+                                                    {"in_room"}}};
+constexpr std::array<InsertColumn, 7> mediaColumns{{{"booking_id"},
+                                                    {"place"},
+                                                    {"media_type_id"},
+                                                    {"title_id"},
+                                                    {"holding_id"},
+                                                    {"item_id"},
+                                                    {"is_generic"}}};
 
 void bindPiece(Query& query, std::size_t row, const ResolvedPiece& line) {
   bindRow(query, row, "equipment_id", orNothing(line.piece.id));
@@ -157,38 +182,36 @@ void bindMedia(Query& query, std::size_t row, const MediaAsk& line) {
 template <class Line>
 struct LineTable {
   std::string_view name;
-  std::span<const std::string_view> columns;
+  std::span<const InsertColumn> columns;
   void (*bind)(Query&, std::size_t, const Line&);
 };
 const LineTable<ResolvedPiece> pieceTable{"booking_equipment", pieceColumns, bindPiece};
 const LineTable<MediaAsk> mediaTable{"booking_items", mediaColumns, bindMedia};
 
-/// Gives the keys of the lines, in their order.
+std::int64_t placeOf(std::size_t number) {
+  return static_cast<std::int64_t>(number + 1);
+}
+
 template <class Line>
-std::vector<std::int64_t> insertLines(Connection& db, const LineTable<Line>& table, std::int64_t bookingId,
-                                      const std::vector<Line>& lines) {
-  std::vector<std::int64_t> ids(lines.size());
+void insertLines(Connection& db, const LineTable<Line>& table, std::int64_t bookingId,
+                 const std::vector<Line>& lines) {
   for (std::size_t from = 0; from < lines.size(); from += rowsAtOnce) {
     const std::size_t rows = std::min(rowsAtOnce, lines.size() - from);
-    Query query(db, insertSql(table.name, table.columns, rows) + " returning place, id");
+    Query query(db, insertSql(table.name, table.columns, rows));
     for (std::size_t row = 0; row < rows; ++row) {
       bindRow(query, row, "booking_id", bookingId);
-      bindRow(query, row, "place", static_cast<std::int64_t>(from + row + 1));
+      bindRow(query, row, "place", placeOf(from + row));
       table.bind(query, row, lines[from + row]);
     }
-    std::int64_t place = 0;
-    std::int64_t id = 0;
-    query.into(place, id);
-    while (query.next()) ids.at(static_cast<std::size_t>(place - 1)) = id;
+    query.later();
   }
-  return ids;
 }
 
 void takeRoom(const BookingDraft& draft, Occupier& occupier) {
   // A delivery only passes through its room; the library's own schedule takes it.
   if (draft.type != 1) return;
-  if (draft.roomId != 0) return occupier.take({ThingKind::Room, draft.roomId}, std::nullopt);
-  if (draft.roomWish.typeId != 0) occupier.take({ThingKind::RoomWish, draft.roomWish.typeId}, std::nullopt);
+  if (draft.roomId != 0) return occupier.take({ThingKind::Room, draft.roomId}, 0);
+  if (draft.roomWish.typeId != 0) occupier.take({ThingKind::RoomWish, draft.roomWish.typeId}, 0);
 }
 
 }  // namespace
@@ -197,18 +220,22 @@ bool holds(const BookingDraft& draft, const ResolvedPiece& piece) {
   return !piece.inRoom || (draft.type == 1 && draft.roomId != 0);
 }
 
-ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const UsageQuestion& question) {
-  ResolvedThings things;
+std::vector<std::int64_t> namedPieces(const BookingDraft& draft) {
   std::vector<std::int64_t> named;
   for (const EquipmentLine& line : draft.equipment) {
     if (line.ask.piece != 0) named.push_back(line.ask.piece);
   }
-  const Pieces known = findPieces(db, named);
+  return named;
+}
+
+ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const UsageQuestion& question,
+                             const Pieces& named) {
+  ResolvedThings things;
   std::set<std::int64_t> pieces;
   for (const EquipmentLine& line : draft.equipment) {
     if (line.ask.piece == 0 || !pieces.insert(line.ask.piece).second) continue;
-    const auto piece = known.find(line.ask.piece);
-    if (piece == known.end()) refuseTag(tags::EID);
+    const auto piece = named.find(line.ask.piece);
+    if (piece == named.end()) refuseTag(tags::EID);
     // A piece that has left the room since then needs a booking of its own after all.
     const bool inRoom = line.inRoom && draft.roomId != 0 && piece->second.roomId == draft.roomId;
     things.equipment.push_back({.piece = piece->second, .inRoom = inRoom, .inferred = false});
@@ -223,19 +250,20 @@ ResolvedThings resolveThings(Connection& db, const BookingDraft& draft, const Us
   return things;
 }
 
-void requireKeys(Connection& db, const BookingDraft& draft, const Requester& before) {
+Pending<std::string_view> askMissingKey(Connection& db, const BookingDraft& draft, const Requester& before) {
   const Requester requester{draft.patronId, draft.groupId};
   const bool isJudged = !draft.administrative && requester != before;
-  if (isJudged && requester.groupId == 0) refuseTag(tags::PGID);
-  requireRows(db, {{"patrons", draft.patronId, tags::PID},
-                   {"patron_barcodes", isJudged ? draft.patronId : 0, tags::PGID, "patron_id", draft.groupId},
-                   {"patrons", draft.pickupPatronId, tags::PPID},
-                   {"patrons", draft.setupStaffId, tags::ODE},
-                   {"patrons", draft.cleanupStaffId, tags::OPU},
-                   {"rooms", draft.roomId, tags::RID},
-                   {"locations", draft.pickupLocationId, tags::LOC},
-                   {"locations", draft.roomWish.locationId, tags::LOC},
-                   {"room_types", draft.roomWish.typeId, tags::RTI}});
+  if (isJudged && requester.groupId == 0) return known(tags::PGID);
+  return askMissing(
+      db, {{"patrons", draft.patronId, tags::PID},
+           {"patron_barcodes", isJudged ? draft.patronId : 0, tags::PGID, "patron_id", draft.groupId},
+           {"patrons", draft.pickupPatronId, tags::PPID},
+           {"patrons", draft.setupStaffId, tags::ODE},
+           {"patrons", draft.cleanupStaffId, tags::OPU},
+           {"rooms", draft.roomId, tags::RID},
+           {"locations", draft.pickupLocationId, tags::LOC},
+           {"locations", draft.roomWish.locationId, tags::LOC},
+           {"room_types", draft.roomWish.typeId, tags::RTI}});
 }
 
 std::int64_t insertBooking(Connection& db, const StoredBooking& booking, const Period& times) {
@@ -281,11 +309,11 @@ void rewriteBooking(Connection& db, std::int64_t bookingId, const StoredBooking&
       "where id = :id");
   bindDraft(query, booking, booking.draft.times.front());
   query.bind("updated_at", stamp.at).bind("updated_by", stamp.operatorId);
-  query.bind("updated_location", stamp.locationId).bind("id", bookingId).run();
+  query.bind("updated_location", stamp.locationId).bind("id", bookingId).later();
   Query items(db, "delete from booking_items where booking_id = :booking_id");
-  items.bind("booking_id", bookingId).run();
+  items.bind("booking_id", bookingId).later();
   Query pieces(db, "delete from booking_equipment where booking_id = :booking_id");
-  pieces.bind("booking_id", bookingId).run();
+  pieces.bind("booking_id", bookingId).later();
   freeThingsOf(db, bookingId);
 }
 
@@ -294,17 +322,17 @@ void addLines(Connection& db, std::int64_t bookingId, const StoredBooking& booki
   const ResolvedThings& things = booking.things;
   Occupier occupier(bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
   takeRoom(draft, occupier);
-  const std::vector<std::int64_t> pieceLines = insertLines(db, pieceTable, bookingId, things.equipment);
-  for (std::size_t place = 0; place < pieceLines.size(); ++place) {
-    if (holds(draft, things.equipment[place]))
-      takePiece(db, occupier, things.equipment[place], pieceLines[place]);
+  insertLines(db, pieceTable, bookingId, things.equipment);
+  for (std::size_t number = 0; number < things.equipment.size(); ++number) {
+    if (holds(draft, things.equipment[number]))
+      takePiece(db, occupier, things.equipment[number], placeOf(number));
   }
-  const std::vector<std::int64_t> mediaLines = insertLines(db, mediaTable, bookingId, things.media);
-  for (std::size_t place = 0; place < mediaLines.size(); ++place) {
-    const MediaAsk& line = things.media[place];
+  insertLines(db, mediaTable, bookingId, things.media);
+  for (std::size_t number = 0; number < things.media.size(); ++number) {
+    const MediaAsk& line = things.media[number];
     const Thing thing =
         line.item != 0 ? Thing{ThingKind::Item, line.item} : Thing{ThingKind::ItemWish, line.titleId};
-    occupier.take(thing, mediaLines[place]);
+    occupier.take(thing, placeOf(number));
   }
   occupier.store(db);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "server/desk/booking_draft.h"
@@ -27,11 +28,14 @@ struct ResolvedThings {
 /// is only used there; a booking that takes its room takes what it names in it along.
 [[nodiscard]] bool holds(const BookingDraft& draft, const ResolvedPiece& piece);
 
+/// The pieces that the draft names.
+[[nodiscard]] std::vector<std::int64_t> namedPieces(const BookingDraft& draft);
+
 /// Looks up everything that the draft names and removes what is named twice, members of groups that are in
-/// the booking themselves, and what the room of the question satisfies. Throws TagRefusal for a key that
-/// points nowhere.
+/// the booking themselves, and what the room of the question satisfies. `pieces` are those that the draft
+/// names. Throws TagRefusal for a key that points nowhere.
 [[nodiscard]] ResolvedThings resolveThings(Connection& db, const BookingDraft& draft,
-                                           const UsageQuestion& question);
+                                           const UsageQuestion& question, const Pieces& pieces);
 
 /// For whom a booking is; both are 0 for an administrative one.
 struct Requester {
@@ -40,9 +44,11 @@ struct Requester {
   bool operator==(const Requester&) const = default;
 };
 
-/// Throws TagRefusal where a patron, room, location or type of the draft does not exist, and where the patron
-/// has no card in the group. Whom the booking was for before is not judged again.
-void requireKeys(Connection& db, const BookingDraft& draft, const Requester& before);
+/// The tag of the first patron, room, location or type of the draft that does not exist, or of a group in
+/// which the patron has no card; empty where all is well. Whom the booking was for before is not judged
+/// again.
+[[nodiscard]] Pending<std::string_view> askMissingKey(Connection& db, const BookingDraft& draft,
+                                                      const Requester& before);
 
 /// What is written of a booking, and who writes it.
 struct StoredBooking {

@@ -9,6 +9,7 @@
 #include "server/base/moment.h"
 #include "server/policy/policy_calendar.h"
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -28,7 +29,9 @@ struct CalendarRow {
 
 /// The week of a calendar, from Sunday.
 [[nodiscard]] std::array<OpenHours, 7> weekOf(Connection& db, std::int64_t calendarId);
+[[nodiscard]] Pending<std::array<OpenHours, 7>> askWeek(Connection& db, std::int64_t calendarId);
 
 [[nodiscard]] std::vector<OpenException> exceptionsOf(Connection& db, std::int64_t calendarId);
+[[nodiscard]] Pending<std::vector<OpenException>> askExceptions(Connection& db, std::int64_t calendarId);
 
 }  // namespace vantry::server

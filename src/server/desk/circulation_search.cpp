@@ -34,17 +34,19 @@ void readFound(Query& query, std::vector<FoundBooking>& found) {
   }
 }
 
+/// Who is meant is found first: SQLite would begin with all that is not over.
 std::string personSql(Connection& db, SearchBy by) {
   const std::string columns = foundColumns;
   switch (by) {
     case SearchBy::RequesterBarcode:
-      return columns + "from patron_barcodes c join bookings b on b.patron_id = c.patron_id where " +
+      return columns + "from patron_barcodes c cross join bookings b where b.patron_id = c.patron_id and " +
              inRange(db, "c.barcode") + current();
     case SearchBy::PickupBarcode:
-      return columns + "from patron_barcodes c join bookings b on b.pickup_patron_id = c.patron_id where " +
+      return columns +
+             "from patron_barcodes c cross join bookings b where b.pickup_patron_id = c.patron_id and " +
              inRange(db, "c.barcode") + current();
     default:
-      return columns + "from patrons c join bookings b on b.patron_id = c.id where " +
+      return columns + "from patrons c cross join bookings b where b.patron_id = c.id and " +
              inRange(db, "c.search_name") + current();
   }
 }

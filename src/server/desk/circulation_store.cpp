@@ -1,6 +1,7 @@
 #include "server/desk/circulation_store.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "server/desk/occupancy.h"
 #include "server/desk/thing_store.h"
@@ -18,7 +19,7 @@ void freeThingOf(Connection& db, bool ofItems, std::int64_t lineId) {
                             "booking_id = (select booking_id from booking_items where id = :id)"
                           : "delete from occupancy where kind in (1, 11) and line_id = :line_id and "
                             "booking_id = (select booking_id from booking_equipment where id = :id)");
-  query.bind("line_id", lineId).bind("id", lineId).run();
+  query.bind("line_id", lineId).bind("id", lineId).later();
 }
 
 void take(Connection& db, const DeskBooking& booking, const Thing& thing,
@@ -56,36 +57,49 @@ std::optional<DeskBooking> findDeskBooking(Connection& db, std::int64_t id) {
 }
 
 std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId) {
-  std::vector<PieceLine> lines;
-  PieceLine row;
-  Query query(db,
-              "select id, equipment_id, equipment_type_id, in_room, is_generic, charged_at, returned_at "
-              "from booking_equipment where booking_id = :booking_id order by place, id");
-  query.bind("booking_id", bookingId);
-  query.into(row.id, row.pieceId, row.typeId, row.inRoom, row.wished, row.chargedAt, row.returnedAt);
-  while (query.next()) lines.push_back(row);
-  return lines;
+  return askPieceLines(db, bookingId).get();
 }
 
 std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId) {
-  std::vector<ItemLine> lines;
-  ItemLine row;
-  Query query(
+  return askItemLines(db, bookingId).get();
+}
+
+Pending<std::vector<PieceLine>> askPieceLines(Connection& db, std::int64_t bookingId) {
+  const auto query = std::make_shared<Query>(
+      db,
+      "select id, equipment_id, equipment_type_id, in_room, is_generic, charged_at, returned_at "
+      "from booking_equipment where booking_id = :booking_id order by place, id");
+  query->bind("booking_id", bookingId).send();
+  return Pending<std::vector<PieceLine>>([query] {
+    std::vector<PieceLine> lines;
+    PieceLine row;
+    query->into(row.id, row.pieceId, row.typeId, row.inRoom, row.wished, row.chargedAt, row.returnedAt);
+    while (query->next()) lines.push_back(row);
+    return lines;
+  });
+}
+
+Pending<std::vector<ItemLine>> askItemLines(Connection& db, std::int64_t bookingId) {
+  const auto query = std::make_shared<Query>(
       db,
       "select id, item_id, title_id, holding_id, media_type_id, is_generic, wished_holding_id, charged_at, "
       "returned_at "
       "from booking_items where booking_id = :booking_id order by place, id");
-  query.bind("booking_id", bookingId);
-  query.into(row.id, row.itemId, row.titleId, row.holdingId, row.mediaTypeId, row.wished, row.wishedHoldingId,
-             row.chargedAt, row.returnedAt);
-  while (query.next()) lines.push_back(row);
-  return lines;
+  query->bind("booking_id", bookingId).send();
+  return Pending<std::vector<ItemLine>>([query] {
+    std::vector<ItemLine> lines;
+    ItemLine row;
+    query->into(row.id, row.itemId, row.titleId, row.holdingId, row.mediaTypeId, row.wished,
+                row.wishedHoldingId, row.chargedAt, row.returnedAt);
+    while (query->next()) lines.push_back(row);
+    return lines;
+  });
 }
 
 void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::int64_t lineId) {
   Query query(db,
               "delete from occupancy where booking_id = :booking_id and kind = :kind and line_id = :line_id");
-  query.bind("booking_id", booking.id).bind("kind", static_cast<int>(wish)).bind("line_id", lineId).run();
+  query.bind("booking_id", booking.id).bind("kind", static_cast<int>(wish)).bind("line_id", lineId).later();
 }
 
 void beginWait(Connection& db, const DeskBooking& booking, const Thing& wish, std::int64_t lineId) {
@@ -94,7 +108,7 @@ void beginWait(Connection& db, const DeskBooking& booking, const Thing& wish, st
 
 void assignPiece(Connection& db, const DeskBooking& booking, std::int64_t lineId, std::int64_t pieceId) {
   Query query(db, "update booking_equipment set equipment_id = :equipment_id where id = :id");
-  query.bind("equipment_id", pieceId).bind("id", lineId).run();
+  query.bind("equipment_id", pieceId).bind("id", lineId).later();
   for (const Piece& each : withMembers(db, pieceId))
     take(db, booking, {ThingKind::Equipment, each.id}, lineId);
 }
@@ -105,36 +119,36 @@ void assignItem(Connection& db, const DeskBooking& booking, std::int64_t lineId,
   Query query(db,
               "update booking_items set item_id = :item_id, wished_holding_id = holding_id, "
               "holding_id = :holding_id where id = :id");
-  query.bind("item_id", itemId).bind("holding_id", orNothing(holding)).bind("id", lineId).run();
+  query.bind("item_id", itemId).bind("holding_id", orNothing(holding)).bind("id", lineId).later();
   take(db, booking, {ThingKind::Item, itemId}, lineId);
 }
 
 void assignRoom(Connection& db, const DeskBooking& booking, std::int64_t roomId) {
   Query query(db, "update bookings set room_id = :room_id where id = :id");
-  query.bind("room_id", roomId).bind("id", booking.id).run();
+  query.bind("room_id", roomId).bind("id", booking.id).later();
   Query wish(db, "delete from occupancy where booking_id = :booking_id and kind = 13");
-  wish.bind("booking_id", booking.id).run();
+  wish.bind("booking_id", booking.id).later();
   if (booking.type == 1) take(db, booking, {ThingKind::Room, roomId}, std::nullopt);
 }
 
 void releasePiece(Connection& db, std::int64_t lineId) {
   freeThingOf(db, false, lineId);
   Query query(db, "update booking_equipment set equipment_id = null where id = :id");
-  query.bind("id", lineId).run();
+  query.bind("id", lineId).later();
 }
 
 void releaseRoom(Connection& db, const DeskBooking& booking) {
   Query query(db, "update bookings set room_id = null where id = :id");
-  query.bind("id", booking.id).run();
+  query.bind("id", booking.id).later();
   Query taken(db, "delete from occupancy where booking_id = :booking_id and kind = 3");
-  taken.bind("booking_id", booking.id).run();
+  taken.bind("booking_id", booking.id).later();
   if (booking.type == 1) take(db, booking, {ThingKind::RoomWish, booking.roomWish.typeId}, std::nullopt);
 }
 
 std::int64_t releaseItem(Connection& db, std::int64_t lineId) {
   freeThingOf(db, true, lineId);
   Query query(db, "update booking_items set item_id = null, holding_id = wished_holding_id where id = :id");
-  query.bind("id", lineId).run();
+  query.bind("id", lineId).later();
   std::int64_t holding = 0;
   Query wished(db, "select holding_id from booking_items where id = :id");
   wished.bind("id", lineId);
@@ -179,40 +193,40 @@ void takeFrom(Connection& db, const DeskBooking& booking, Moment from) {
 
 void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp) {
   Query pieces(db, "update booking_equipment set charged_at = :at where booking_id = :booking_id");
-  pieces.bind("at", stamp.at).bind("booking_id", booking.id).run();
+  pieces.bind("at", stamp.at).bind("booking_id", booking.id).later();
   Query items(db, "update booking_items set charged_at = :at where booking_id = :booking_id");
-  items.bind("at", stamp.at).bind("booking_id", booking.id).run();
+  items.bind("at", stamp.at).bind("booking_id", booking.id).later();
   Query head(db, "update bookings set charged_at = :at where id = :id");
-  head.bind("at", stamp.at).bind("id", booking.id).run();
+  head.bind("at", stamp.at).bind("id", booking.id).later();
   // Only a room that the library schedules is handed over; a delivery's room is just its address.
   Query room(db,
              "update bookings set room_charged_at = :at where id = :id and booking_type = 1 and "
              "room_id is not null");
-  room.bind("at", stamp.at).bind("id", booking.id).run();
+  room.bind("at", stamp.at).bind("id", booking.id).later();
   setBookingStatus(db, booking.id, BookingStatus::Charged, stamp);
 }
 
 void markPieceReturned(Connection& db, std::int64_t lineId, Moment at) {
   Query query(db, "update booking_equipment set returned_at = :at where id = :id");
-  query.bind("at", at).bind("id", lineId).run();
+  query.bind("at", at).bind("id", lineId).later();
   freeThingOf(db, false, lineId);
 }
 
 void markItemReturned(Connection& db, std::int64_t lineId, Moment at) {
   Query query(db, "update booking_items set returned_at = :at where id = :id");
-  query.bind("at", at).bind("id", lineId).run();
+  query.bind("at", at).bind("id", lineId).later();
   freeThingOf(db, true, lineId);
 }
 
 void markRoomReturned(Connection& db, std::int64_t bookingId, Moment at) {
   Query query(db,
               "update bookings set room_returned_at = :at where id = :id and room_charged_at is not null");
-  query.bind("at", at).bind("id", bookingId).run();
+  query.bind("at", at).bind("id", bookingId).later();
 }
 
 void markComplete(Connection& db, std::int64_t bookingId, Moment returnedAt, const Stamp& stamp) {
   Query query(db, "update bookings set returned_at = :at where id = :id");
-  query.bind("at", returnedAt).bind("id", bookingId).run();
+  query.bind("at", returnedAt).bind("id", bookingId).later();
   markRoomReturned(db, bookingId, returnedAt);
   freeThingsOf(db, bookingId);
   setBookingStatus(db, bookingId, BookingStatus::Complete, stamp);
@@ -225,7 +239,7 @@ void changeCounters(Connection& db, std::int64_t patronId, const CounterChanges&
               "else late_returns + :late_more end, historical_bookings = historical_bookings + :historical, "
               "unclaimed_bookings = unclaimed_bookings + :unclaimed where id = :id");
   query.bind("late", changes.late).bind("late_more", changes.late).bind("historical", changes.historical);
-  query.bind("unclaimed", changes.unclaimed).bind("id", patronId).run();
+  query.bind("unclaimed", changes.unclaimed).bind("id", patronId).later();
 }
 
 }  // namespace vantry::server

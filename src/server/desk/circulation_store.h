@@ -9,6 +9,7 @@
 #include "server/policy/policy_rules.h"
 #include "server/policy/policy_times.h"
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -56,6 +57,8 @@ struct ItemLine {
 };
 [[nodiscard]] std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId);
 [[nodiscard]] std::vector<ItemLine> itemLinesOf(Connection& db, std::int64_t bookingId);
+[[nodiscard]] Pending<std::vector<PieceLine>> askPieceLines(Connection& db, std::int64_t bookingId);
+[[nodiscard]] Pending<std::vector<ItemLine>> askItemLines(Connection& db, std::int64_t bookingId);
 
 /// The line's wish no longer waits: it is being filled, and in the way of no other.
 void endWait(Connection& db, const DeskBooking& booking, ThingKind wish, std::int64_t lineId);

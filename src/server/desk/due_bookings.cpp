@@ -48,7 +48,7 @@ bool settle(Connection& db, const DueBooking& due, Moment now) {
   // Nobody's hand did this, so that the last operator stays named.
   Query query(db, "update bookings set status = :status, updated_at = :updated_at where id = :id");
   query.bind("status", static_cast<int>(*status)).bind("updated_at", nextStamp(due.updatedAt, now));
-  query.bind("id", due.id).run();
+  query.bind("id", due.id).later();
   if (unclaimed) freeThingsOf(db, due.id);
   changeCounters(db, due.patronId, {.late = unclaimed ? 0 : 1, .unclaimed = unclaimed ? 1 : 0});
   return true;
@@ -78,7 +78,7 @@ void rememberSettled(Connection& db, Moment now) {
       db,
       "insert into housekeeping (id, last_at) values (1, :at) on conflict (id) do update set last_at = "
       "excluded.last_at");
-  query.bind("at", now).run();
+  query.bind("at", now).later();
 }
 
 }  // namespace vantry::server

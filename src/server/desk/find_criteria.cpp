@@ -50,8 +50,8 @@ constexpr std::array criteria{
         "q.location_id from rooms q where q.id = b.room_id) = :a)",
         "select x.id from bookings x where x.location_id = :a $OPEN union all select x.id from bookings x "
         "where x.pickup_location_id = :a $OPEN union all select x.id from bookings x where "
-        "x.wanted_location_id = :a $OPEN union all select x.id from rooms q join bookings x on x.room_id = "
-        "q.id where q.location_id = :a $OPEN",
+        "x.wanted_location_id = :a $OPEN union all select x.id from rooms q cross join bookings x where "
+        "x.room_id = q.id and q.location_id = :a $OPEN",
         "select b.id from bookings b where (b.location_id = :a or b.pickup_location_id = :a or "
         "b.wanted_location_id = :a or (select q.location_id from rooms q where q.id = b.room_id) = :a)"},
     FindCriterion{Bookings, 7, Day, starts},
@@ -80,22 +80,24 @@ constexpr std::array criteria{
         Bookings, 22, Text,
         "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_name) and (p.withheld = 0 or "
         "b.status in (0, 99, 999)) limit 1) = 1",
-        "select x.id from patrons p join bookings x on x.patron_id = p.id where $RANGE(p.search_name) $OPEN"},
+        "select x.id from patrons p cross join bookings x where x.patron_id = p.id and $RANGE(p.search_name) "
+        "$OPEN"},
     FindCriterion{Bookings, 23, Text,
                   "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_middle) and "
                   "(p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
-                  "select x.id from patrons p join bookings x on x.patron_id = p.id where "
+                  "select x.id from patrons p cross join bookings x where x.patron_id = p.id and "
                   "$RANGE(p.search_middle) $OPEN"},
     FindCriterion{Bookings, 24, Text,
                   "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_first) and "
                   "(p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
-                  "select x.id from patrons p join bookings x on x.patron_id = p.id where "
+                  "select x.id from patrons p cross join bookings x where x.patron_id = p.id and "
                   "$RANGE(p.search_first) $OPEN"},
-    FindCriterion{Bookings, 26, Code,
-                  "(select 1 from booking_items l join items i on i.id = l.item_id where l.booking_id = b.id "
-                  "and $RANGE(i.barcode) limit 1) = 1",
-                  "select l.booking_id as id from items i join booking_items l on l.item_id = i.id where "
-                  "$RANGE(i.barcode)"},
+    FindCriterion{
+        Bookings, 26, Code,
+        "(select 1 from booking_items l join items i on i.id = l.item_id where l.booking_id = b.id "
+        "and $RANGE(i.barcode) limit 1) = 1",
+        "select l.booking_id as id from items i cross join booking_items l where l.item_id = i.id and "
+        "$RANGE(i.barcode)"},
     FindCriterion{
         Bookings, 27, Keys,
         "(select 1 from booking_items l where l.booking_id = b.id and l.title_id in ($KEYS) limit 1) = 1",
@@ -104,7 +106,7 @@ constexpr std::array criteria{
         Bookings, 29, Code,
         "(select 1 from patron_barcodes c join patrons p on p.id = c.patron_id where c.patron_id = "
         "b.patron_id and $RANGE(c.barcode) and (p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
-        "select x.id from patron_barcodes c join bookings x on x.patron_id = c.patron_id where "
+        "select x.id from patron_barcodes c cross join bookings x where x.patron_id = c.patron_id and "
         "$RANGE(c.barcode) $OPEN"},
     FindCriterion{
         Bookings, 30, Keys,

@@ -84,16 +84,16 @@ constexpr int firstDate = 8;
 constexpr int lastDate = 9;
 
 /// A criterion with the values that are bound to it.
-struct Asked {
+struct AskedCriterion {
   const FindCriterion* criterion = nullptr;
   std::vector<FindValue> values;
 };
 
-bool isStatus(const Asked& asked) {
+bool isStatus(const AskedCriterion& asked) {
   return asked.criterion->form == FindForm::Status;
 }
 
-StatusSql statusOf(const Asked& asked) {
+StatusSql statusOf(const AskedCriterion& asked) {
   return sqlOfStatus(std::get<std::int64_t>(asked.values.front()));
 }
 
@@ -106,9 +106,9 @@ void requireOnce(const std::vector<FindTerm>& terms) {
 }
 
 /// The two dates of a span are one criterion.
-std::vector<Asked> askedFor(const FindQuestion& question) {
+std::vector<AskedCriterion> askedFor(const FindQuestion& question) {
   requireOnce(question.terms);
-  std::vector<Asked> asked;
+  std::vector<AskedCriterion> asked;
   std::map<int, std::string_view> dates;
   for (const FindTerm& term : question.terms) {
     const bool isDate = term.number == firstDate || term.number == lastDate;
@@ -122,12 +122,12 @@ std::vector<Asked> askedFor(const FindQuestion& question) {
     if (dates.empty()) asked.push_back({criterion, {}});
     dates[term.number] = term.value;
   }
-  for (Asked& each : asked) {
+  for (AskedCriterion& each : asked) {
     if (each.criterion->number == firstDate)
       each.values = valuesOfSpan(*each.criterion, dates[firstDate], dates[lastDate]);
   }
   // The order of the terms makes no other statement.
-  std::ranges::sort(asked, {}, [](const Asked& each) { return each.criterion->number; });
+  std::ranges::sort(asked, {}, [](const AskedCriterion& each) { return each.criterion->number; });
   return asked;
 }
 
@@ -197,12 +197,12 @@ class FindSearch::Impl {
   }
 
   [[nodiscard]] std::string test(std::size_t place) const {
-    const Asked& asked = asked_[place];
+    const AskedCriterion& asked = asked_[place];
     return written(isStatus(asked) ? statusOf(asked).test : asked.criterion->test, place);
   }
 
   /// Empty where the test itself finds the rows.
-  [[nodiscard]] std::string_view finderSql(const Asked& asked) const {
+  [[nodiscard]] std::string_view finderSql(const AskedCriterion& asked) const {
     if (!hidesPast() && !asked.criterion->past.empty()) return asked.criterion->past;
     return isStatus(asked) ? statusOf(asked).finder : asked.criterion->finder;
   }
@@ -292,7 +292,7 @@ class FindSearch::Impl {
   const SubjectRow& subject_;
   std::string whole_;
   std::string scope_;
-  std::vector<Asked> asked_;
+  std::vector<AskedCriterion> asked_;
   TimeLimit limit_;
   std::string hits_;
 };

@@ -1,6 +1,7 @@
 #include "server/desk/inventory_writer.h"
 
 #include "server/base/catalogue_text.h"
+#include "server/base/return_codes.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -18,7 +19,7 @@ std::int64_t countBy(Connection& db, std::string_view sql, std::int64_t id) {
 
 void runFor(Connection& db, std::string_view sql, std::int64_t id) {
   Query query(db, sql);
-  query.bind("id", id).run();
+  query.bind("id", id).later();
 }
 
 /// The values of a record that its window edits.
@@ -55,7 +56,7 @@ void writeDetails(Connection& db, std::int64_t roomId, const std::vector<RoomDet
     Query query(
         db,
         "insert into room_details (room_id, room_detail_type_id, content) values (:id, :type_id, :content)");
-    query.bind("id", roomId).bind("type_id", detail.typeId).bind("content", detail.content).run();
+    query.bind("id", roomId).bind("type_id", detail.typeId).bind("content", detail.content).later();
   }
 }
 
@@ -65,8 +66,16 @@ void writeLines(Connection& db, std::int64_t id, const std::vector<MaintenanceLi
     Query query(db,
                 "insert into maintenance_lines (maintenance_id, maintenance_type_id, content) values "
                 "(:id, :type_id, :content)");
-    query.bind("id", id).bind("type_id", line.typeId).bind("content", line.content).run();
+    query.bind("id", id).bind("type_id", line.typeId).bind("content", line.content).later();
   }
+}
+
+/// Whether bookings hold any of what is kept in the room.
+bool keepsBookedThings(Connection& db, std::int64_t roomId) {
+  return countBy(db,
+                 "select count(*) from (select 1 from equipment e join occupancy o on o.kind = 1 and "
+                 "o.thing = e.id where e.room_id = :id limit 1) k",
+                 roomId) > 0;
 }
 
 std::int64_t newKey(Query& query) {
@@ -107,11 +116,17 @@ RoomUse useOfRoom(Connection& db, std::int64_t id) {
   return {.out = out > 0, .booked = booked > 0, .keepsThings = kept > 0};
 }
 
-bool keepsBookedThings(Connection& db, std::int64_t roomId) {
-  return countBy(db,
-                 "select count(*) from (select 1 from equipment e join occupancy o on o.kind = 1 and "
-                 "o.thing = e.id where e.room_id = :id limit 1) k",
-                 roomId) > 0;
+std::optional<int> refusalToKeepIn(Connection& db, const EquipmentRecord& before, std::int64_t roomId) {
+  if (before.roomId == roomId) return std::nullopt;
+  if (const auto refusal = refusalToMove(useOfEquipment(db, before.id))) return refusal;
+  return before.groupId != 0 ? std::optional(rc::groupStatus) : std::nullopt;
+}
+
+std::optional<int> refusalToChangeRoom(Connection& db, const RoomRecord& before, const RoomRecord& after) {
+  const bool empties = (before.storage && !after.storage) || before.locationId != after.locationId;
+  const RoomChange change{.storesRoom = !before.storage && after.storage,
+                          .movesThings = empties && keepsBookedThings(db, before.id)};
+  return refusalToChange(useOfRoom(db, before.id), change);
 }
 
 bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record) {
@@ -200,7 +215,7 @@ std::int64_t writeEquipment(Connection& db, const EquipmentRecord& record, const
               "updated_at = :at, updated_by = :operator_id, updated_location = :desk_id where id = :id");
   bindEquipment(query, record);
   bindStamp(query, stamp);
-  query.bind("id", record.id).run();
+  query.bind("id", record.id).later();
   return record.id;
 }
 
@@ -209,7 +224,7 @@ void moveMembers(Connection& db, const EquipmentRecord& group) {
   query.bind("location_id", group.locationId)
       .bind("room_id", orNothing(group.roomId))
       .bind("id", group.id)
-      .run();
+      .later();
 }
 
 std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vector<RoomDetail>& details,
@@ -234,9 +249,9 @@ std::int64_t writeRoom(Connection& db, const RoomRecord& record, const std::vect
         "updated_location = :desk_id where id = :id");
     bindRoom(query, record);
     bindStamp(query, stamp);
-    query.bind("id", id).run();
+    query.bind("id", id).later();
     Query kept(db, "update equipment set location_id = :location_id where room_id = :id");
-    kept.bind("location_id", record.locationId).bind("id", id).run();
+    kept.bind("location_id", record.locationId).bind("id", id).later();
   }
   writeDetails(db, id, details);
   return id;
@@ -261,11 +276,11 @@ std::int64_t writeMaintenance(Connection& db, const MaintenanceRecord& record,
                 "updated_location = :desk_id where id = :id");
     bindMaintenance(query, record);
     bindStamp(query, stamp);
-    query.bind("id", id).run();
+    query.bind("id", id).later();
   }
   writeLines(db, id, lines);
   Query next(db, "update equipment set next_maintenance_on = :on_day where id = :piece");
-  next.bind("on_day", orNothing(record.nextMaintenanceOn)).bind("piece", record.pieceId).run();
+  next.bind("on_day", orNothing(record.nextMaintenanceOn)).bind("piece", record.pieceId).later();
   return id;
 }
 

@@ -17,8 +17,13 @@ namespace vantry::server {
 /// How the bookings that are not over use the piece or group, its group and its members included.
 [[nodiscard]] ThingUse useOfEquipment(Connection& db, std::int64_t id);
 [[nodiscard]] RoomUse useOfRoom(Connection& db, std::int64_t id);
-/// Whether bookings hold any of what is kept in the room.
-[[nodiscard]] bool keepsBookedThings(Connection& db, std::int64_t roomId);
+/// The return code that keeps a stored thing out of another room: 174 while bookings hold it, and 125 for a
+/// member, which is kept where its group is.
+[[nodiscard]] std::optional<int> refusalToKeepIn(Connection& db, const EquipmentRecord& before,
+                                                 std::int64_t roomId);
+/// The return code that refuses the change of a stored room.
+[[nodiscard]] std::optional<int> refusalToChangeRoom(Connection& db, const RoomRecord& before,
+                                                     const RoomRecord& after);
 
 /// Whether another piece or group of the type has the number at the location.
 [[nodiscard]] bool isEquipmentNumberTaken(Connection& db, const EquipmentRecord& record);

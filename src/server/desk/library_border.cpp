@@ -1,5 +1,7 @@
 #include "server/desk/library_border.h"
 
+#include <memory>
+
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -13,14 +15,16 @@ std::string isOfLibrary(std::string_view column, std::string_view desks) {
          std::string(desks) + ")))";
 }
 
-bool isOfOtherLibrary(Connection& db, std::int64_t bookingId, std::int64_t desk) {
+Pending<bool> askOtherLibrary(Connection& db, std::int64_t bookingId, std::int64_t desk) {
   static const std::string sql = "select case when " + isOfLibrary("b.location_id") +
                                  " then 0 else 1 end from bookings b where b.id = :id";
-  bool other = false;
-  Query query(db, sql);
-  query.bind("desk", desk).bind("id", bookingId);
-  fetchOne(query, other);
-  return other;
+  const auto query = std::make_shared<Query>(db, sql);
+  query->bind("desk", desk).bind("id", bookingId).send();
+  return Pending<bool>([query] {
+    bool other = false;
+    fetchOne(*query, other);
+    return other;
+  });
 }
 
 }  // namespace vantry::server

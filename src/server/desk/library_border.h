@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -16,6 +17,6 @@ namespace vantry::server {
 [[nodiscard]] std::string isOfLibrary(std::string_view column, std::string_view desks = ":desk");
 
 /// Whether a desk of another library made the booking. A key without a booking is of none.
-[[nodiscard]] bool isOfOtherLibrary(Connection& db, std::int64_t bookingId, std::int64_t desk);
+[[nodiscard]] Pending<bool> askOtherLibrary(Connection& db, std::int64_t bookingId, std::int64_t desk);
 
 }  // namespace vantry::server

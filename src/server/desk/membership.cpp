@@ -2,8 +2,11 @@
 
 #include <vector>
 
+#include "server/base/return_codes.h"
+#include "server/desk/inventory_writer.h"
 #include "server/desk/library_border.h"
 #include "server/desk/occupancy.h"
+#include "server/desk/remark_store.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -54,7 +57,7 @@ void stampBooking(Connection& db, std::int64_t bookingId, const Stamp& stamp) {
               "l.booking_id = :id and l.in_room = 0), updated_at = :at, updated_by = :operator_id, "
               "updated_location = :desk_id where id = :id");
   query.bind("id", bookingId).bind("at", nextStamp(last, stamp.at));
-  query.bind("operator_id", stamp.operatorId).bind("desk_id", stamp.locationId).run();
+  query.bind("operator_id", stamp.operatorId).bind("desk_id", stamp.locationId).later();
 }
 
 /// The piece has been where its group is, in the room of the booking or not.
@@ -74,16 +77,33 @@ std::int64_t addLine(Connection& db, std::int64_t pieceId, const HeldLine& ofGro
 
 void setGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
   Query query(db, "update equipment set group_id = :group_id where id = :id");
-  query.bind("group_id", orNothing(groupId)).bind("id", pieceId).run();
+  query.bind("group_id", orNothing(groupId)).bind("id", pieceId).later();
 }
 
-}  // namespace
-
+/// Whether a booking has the piece at a time at which a booking has the group.
 bool wouldMeet(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
   for (const HeldLine& line : linesHolding(db, groupId)) {
     if (isTaken(db, pieceId, line)) return true;
   }
   return false;
+}
+
+/// A group takes members only while nothing but the system's "Not Charged" is on it.
+bool mayChange(Connection& db, std::int64_t groupId) {
+  const std::vector<StatusRow> statuses = appliedStatuses(db, Owner::Equipment, groupId);
+  return statuses.size() == 1 && statuses.front().id == systemStatus::notCharged;
+}
+
+}  // namespace
+
+std::optional<int> refusalToJoin(Connection& db, std::int64_t pieceId, std::int64_t formerGroup,
+                                 std::int64_t groupId) {
+  if (!mayChange(db, groupId)) return rc::groupStatus;
+  if (groupId != 0 && formerGroup == groupId) return std::nullopt;
+  const bool leavesBooked = formerGroup != 0 && useOfEquipment(db, formerGroup).booked;
+  const bool isOut = useOfEquipment(db, pieceId).out;
+  const bool refused = isOut || leavesBooked || wouldMeet(db, pieceId, groupId);
+  return refused ? std::optional(rc::bothBooked) : std::nullopt;
 }
 
 bool joinGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
@@ -92,7 +112,7 @@ bool joinGroup(Connection& db, std::int64_t pieceId, std::int64_t groupId) {
       db,
       "update equipment set location_id = (select g.location_id from equipment g where g.id = :group_id), "
       "room_id = (select g.room_id from equipment g where g.id = :group_id) where id = :id");
-  place.bind("group_id", groupId).bind("id", pieceId).run();
+  place.bind("group_id", groupId).bind("id", pieceId).later();
   const std::vector<HeldLine> lines = linesHolding(db, groupId);
   for (const HeldLine& line : lines) {
     addOccupancy(db, {ThingKind::Equipment, pieceId},
@@ -160,9 +180,9 @@ void releaseFromBookings(Connection& db, std::int64_t equipmentId, const Stamp& 
         db,
         "delete from occupancy where booking_id = :booking and line_id in (select id from booking_equipment "
         "where booking_id = :booking and equipment_id = :id)");
-    taken.bind("booking", each).bind("id", equipmentId).run();
+    taken.bind("booking", each).bind("id", equipmentId).later();
     Query lines(db, "delete from booking_equipment where booking_id = :booking and equipment_id = :id");
-    lines.bind("booking", each).bind("id", equipmentId).run();
+    lines.bind("booking", each).bind("id", equipmentId).later();
     stampBooking(db, each, stamp);
   }
 }
@@ -174,7 +194,7 @@ void moveToRoom(Connection& db, std::int64_t equipmentId, std::int64_t roomId, c
       "r.id = :room_id), updated_at = :at, updated_by = :operator_id, updated_location = :desk_id where "
       "id = :id or group_id = :id");
   query.bind("room_id", roomId).bind("at", stamp.at).bind("operator_id", stamp.operatorId);
-  query.bind("desk_id", stamp.locationId).bind("id", equipmentId).run();
+  query.bind("desk_id", stamp.locationId).bind("id", equipmentId).later();
 }
 
 }  // namespace vantry::server

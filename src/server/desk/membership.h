@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "server/desk/booking_store.h"
 #include "server/store/database.h"
@@ -9,8 +10,12 @@ namespace vantry::server {
 
 // What bookings that are not over hold follows the members of a group and their places.
 
-/// Whether a booking has the piece at a time at which a booking has the group.
-[[nodiscard]] bool wouldMeet(Connection& db, std::int64_t pieceId, std::int64_t groupId);
+/// The return code that keeps a piece, which belongs to `formerGroup` or to none, out of a group: 125 while
+/// anything but the system's "Not Charged" is on the group; 183 while the piece is out, its former group is
+/// booked, or a booking has the piece at a time at which one has the group. A group that is still to be made
+/// has no key.
+[[nodiscard]] std::optional<int> refusalToJoin(Connection& db, std::int64_t pieceId, std::int64_t formerGroup,
+                                               std::int64_t groupId);
 
 /// The piece belongs to the group and is kept where the group is. The bookings of the group take it as well;
 /// returns whether there are any.

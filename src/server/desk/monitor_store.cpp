@@ -26,10 +26,19 @@ constexpr const char* columns =
     "l.name, t.name, ''), b.setup_staff_id, s.last_name, s.first_name, s.middle_name, b.cleanup_staff_id, "
     "c.last_name, c.first_name, c.middle_name, b.note, b.item_count, b.equipment_count, "
     "case when b.item_count > 0 or b.equipment_count > 0 then 1 else 0 end "
-    "from bookings b left join patrons p on p.id = b.patron_id left join patrons q on q.id = "
+    "from $FROM left join patrons p on p.id = b.patron_id left join patrons q on q.id = "
     "b.pickup_patron_id left join rooms r on r.id = b.room_id left join locations l on l.id = "
     "b.pickup_location_id left join room_types t on t.id = b.wanted_room_type_id left join patrons s on "
     "s.id = b.setup_staff_id left join patrons c on c.id = b.cleanup_staff_id where ";
+
+std::string columnsFrom(std::string_view from) {
+  constexpr std::string_view mark = "$FROM";
+  std::string sql = columns;
+  return sql.replace(sql.find(mark), mark.size(), from);
+}
+
+/// A save takes no longer one.
+constexpr Moment longestSetup = 999 * minute;
 
 constexpr const char* byStart = " order by b.starts_at, b.id";
 
@@ -65,6 +74,51 @@ void visitRows(Connection& db, Query& query, const MonitorVisitor& visit) {
   planAsUsual(db);
 }
 
+struct OpenSpan {
+  Watch watch;
+  Moment until;   ///< of the set-up's begin
+  Moment latest;  ///< of the start: the index knows no other moment
+};
+
+constexpr std::string_view conditionOf(Watch watch) {
+  switch (watch) {
+    case Watch::All:
+      return "";
+    case Watch::Brought:
+      return " and b.booking_type in (1, 2)";
+    case Watch::Waiting:
+      return " and b.booking_type = 3 and b.status = 0";
+    case Watch::LibraryRooms:
+      return " and b.booking_type = 1";
+  }
+  return "";
+}
+
+void visitOpen(Connection& db, const Desks& desks, const OpenSpan& span, const MonitorVisitor& visit) {
+  const std::string keys = keysIn(db, "desks");
+  std::string open = " and b.status in (0, 99, 999) and b.starts_at < :latest";
+  if (span.latest != span.until) open += " and b.starts_at - b.setup_minutes * 60 < :until_at";
+  open += conditionOf(span.watch);
+  std::vector<MonitorBooking> all;
+  // Each has an index of its own, which one statement for both would not use. The desks come first: SQLite
+  // would begin with all that is not over.
+  const std::string from = columnsFrom("(" + keys + ") d cross join bookings b");
+  for (const std::string& place :
+       {std::string("b.location_id = d.value"),
+        "b.pickup_location_id = d.value and " + isOfLibrary("b.location_id", keys)}) {
+    Query query(db, from + place + open);
+    query.bind("desks", keysText(desks)).bind("latest", span.latest);
+    if (span.latest != span.until) query.bind("until_at", span.until);
+    visitRows(db, query, [&](const MonitorBooking& row) { all.push_back(row); });
+  }
+  const auto place = [](const MonitorBooking& row) { return std::pair(row.watched.times.from, row.id); };
+  std::ranges::sort(all, {}, place);
+  std::int64_t last = 0;
+  for (const MonitorBooking& row : all) {
+    if (std::exchange(last, row.id) != row.id) visit(row);
+  }
+}
+
 }  // namespace
 
 Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk) {
@@ -77,30 +131,21 @@ Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk)
   return desks;
 }
 
-void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
-  const std::string keys = keysIn(db, "desks");
-  const std::string open = " and b.status in (0, 99, 999) and b.starts_at < :until_at";
-  std::vector<MonitorBooking> all;
-  // Each has an index of its own, which one statement for both would not use.
-  for (const std::string& place :
-       {"b.location_id in (" + keys + ")",
-        "b.pickup_location_id in (" + keys + ") and " + isOfLibrary("b.location_id", keys)}) {
-    Query query(db, columns + place + open);
-    query.bind("desks", keysText(desks)).bind("until_at", until);
-    visitRows(db, query, [&](const MonitorBooking& row) { all.push_back(row); });
-  }
-  const auto place = [](const MonitorBooking& row) { return std::pair(row.watched.times.from, row.id); };
-  std::ranges::sort(all, {}, place);
-  std::int64_t last = 0;
-  for (const MonitorBooking& row : all) {
-    if (std::exchange(last, row.id) != row.id) visit(row);
-  }
+void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit,
+                       Watch watch) {
+  visitOpen(db, desks, {watch, until, until}, visit);
+}
+
+void visitBookingsToSetUp(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit,
+                          Watch watch) {
+  visitOpen(db, desks, {watch, until, until + longestSetup}, visit);
 }
 
 void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment until,
                      const MonitorVisitor& visit) {
-  Query query(db, columns +
-                      ("b.location_id in (" + keysIn(db, "desks") +
+  Query query(db, columnsFrom("bookings b") +
+                      // The sign keeps SQLite from walking through all that the desks ever had.
+                      ("+b.location_id in (" + keysIn(db, "desks") +
                        ") and b.status in (1, 2, 3, 4) and b.ends_at >= :now and b.starts_at < "
                        ":until_at") +
                       byStart);
@@ -108,16 +153,9 @@ void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment unti
   visitRows(db, query, visit);
 }
 
-void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit) {
-  visitOpenBookings(db, desks, until, [&](const MonitorBooking& row) {
-    const WatchedBooking& watched = row.watched;
-    if (watched.type == bookingType::pickup && watched.status == BookingStatus::Live) visit(row);
-  });
-}
-
 void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessionDesk, Moment until,
                          const MonitorVisitor& visit) {
-  Query query(db, std::string(columns) +
+  Query query(db, columnsFrom("bookings b") +
                       "b.room_id = :room_id and b.status in (0, 99, 999) and b.starts_at < :until_at and " +
                       isOfLibrary("b.location_id") + byStart);
   query.bind("room_id", roomId).bind("until_at", until).bind("desk", sessionDesk);

@@ -36,16 +36,26 @@ using MonitorVisitor = std::function<void(const MonitorBooking&)>;
 using Desks = std::vector<std::int64_t>;
 [[nodiscard]] Desks watchedDesks(Connection& db, const Desks& asked, std::int64_t sessionDesk);
 
+/// What a view watches; the rest is not read.
+enum class Watch {
+  All,
+  Brought,       ///< what staff may bring or set up
+  Waiting,       ///< pick-ups that nobody has fetched yet
+  LibraryRooms,  ///< meetings in rooms of the library
+};
+
 /// The bookings that are not over and start before that moment, by their start: those that were made at one
 /// of the desks, and pick-ups that are fetched there.
-void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit);
+void visitOpenBookings(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit,
+                       Watch watch);
+
+/// Those whose set-up begins before that moment.
+void visitBookingsToSetUp(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit,
+                          Watch watch);
 
 /// Those that are over before their end: canceled, or back early.
 void visitEndedEarly(Connection& db, const Desks& desks, Moment now, Moment until,
                      const MonitorVisitor& visit);
-
-/// Those of them that are pick-ups which nobody has fetched yet.
-void visitPickups(Connection& db, const Desks& desks, Moment until, const MonitorVisitor& visit);
 
 /// What is not over in a room, for desks of the library of that desk.
 void visitBookingsOfRoom(Connection& db, std::int64_t roomId, std::int64_t sessionDesk, Moment until,

@@ -12,26 +12,43 @@ namespace vantry::server {
 
 namespace {
 
-/// Read before it is written, since it is one row for all desks and hardly ever changes.
+/// Written only when it grows: it is one row for all desks.
 void keepLongest(Connection& db, ThingKind kind, Moment seconds) {
-  if (longestOccupancy(db, kind) >= seconds) return;
   Query query(db,
-              "insert into longest_occupancy (kind, seconds) values (:kind, :seconds) "
+              "insert into longest_occupancy (kind, seconds) select cast(:kind as smallint), "
+              "cast(:seconds as bigint) where not exists (select 1 from longest_occupancy where "
+              "kind = cast(:kind as smallint) and seconds >= cast(:seconds as bigint)) "
               "on conflict (kind) do update set seconds = excluded.seconds "
               "where longest_occupancy.seconds < excluded.seconds");
-  query.bind("kind", static_cast<int>(kind)).bind("seconds", seconds).run();
+  query.bind("kind", static_cast<int>(kind)).bind("seconds", seconds).later();
 }
 
-constexpr std::array<std::string_view, 6> columns{"kind",    "thing",      "starts_at",
-                                                  "ends_at", "booking_id", "line_id"};
+/// Lines that are written with what they hold are known by their place.
+constexpr std::array<InsertColumn, 6> columns{
+    {{"kind"},
+     {"thing"},
+     {"starts_at"},
+     {"ends_at"},
+     {"booking_id"},
+     {"line_id",
+      "coalesce(cast(:line_id# as bigint), (select l.id from booking_equipment l where "
+      "l.booking_id = :of_piece# and l.place = :piece_place#), (select l.id from booking_items l where "
+      "l.booking_id = :of_item# and l.place = :item_place#))"}}};
 
-void bindOccupancy(Query& query, std::size_t row, const Thing& thing, const Occupation& occupation) {
+void bindOccupancy(Query& query, std::size_t row, const Thing& thing, const Occupation& occupation,
+                   std::int64_t place = 0) {
   bindRow(query, row, "kind", static_cast<int>(thing.kind));
   bindRow(query, row, "thing", thing.thing);
   bindRow(query, row, "starts_at", occupation.startsAt);
   bindRow(query, row, "ends_at", occupation.endsAt);
   bindRow(query, row, "booking_id", occupation.bookingId);
   bindRow(query, row, "line_id", occupation.lineId);
+  const bool ofPiece = thing.kind == ThingKind::Equipment || thing.kind == ThingKind::EquipmentWish;
+  const bool ofItem = thing.kind == ThingKind::Item || thing.kind == ThingKind::ItemWish;
+  bindRow(query, row, "of_piece", occupation.bookingId);
+  bindRow(query, row, "piece_place", ofPiece ? place : 0);
+  bindRow(query, row, "of_item", occupation.bookingId);
+  bindRow(query, row, "item_place", ofItem ? place : 0);
 }
 
 }  // namespace
@@ -39,15 +56,15 @@ void bindOccupancy(Query& query, std::size_t row, const Thing& thing, const Occu
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation) {
   Query query(db, insertSql("occupancy", columns, 1));
   bindOccupancy(query, 0, thing, occupation);
-  query.run();
+  query.later();
   keepLongest(db, thing.kind, occupation.endsAt - occupation.startsAt);
 }
 
-void Occupier::take(const Thing& thing, std::optional<std::int64_t> lineId) {
+void Occupier::take(const Thing& thing, std::int64_t place) {
   const bool isTaken = isSingle(thing.kind) && std::ranges::any_of(all_, [&](const Taken& each) {
                          return each.thing.kind == thing.kind && each.thing.thing == thing.thing;
                        });
-  if (!isTaken) all_.push_back({thing, lineId});
+  if (!isTaken) all_.push_back({thing, place});
 }
 
 void Occupier::store(Connection& db) const {
@@ -58,13 +75,12 @@ void Occupier::store(Connection& db) const {
     for (std::size_t row = 0; row < rows; ++row) {
       const Taken& each = all_[from + row];
       kinds.insert(each.thing.kind);
-      bindOccupancy(query, row, each.thing,
-                    {.bookingId = bookingId_,
-                     .lineId = each.lineId,
-                     .startsAt = period_.from,
-                     .endsAt = period_.until});
+      bindOccupancy(
+          query, row, each.thing,
+          {.bookingId = bookingId_, .lineId = {}, .startsAt = period_.from, .endsAt = period_.until},
+          each.place);
     }
-    query.run();
+    query.later();
   }
   for (const ThingKind kind : kinds) keepLongest(db, kind, period_.until - period_.from);
 }
@@ -79,7 +95,7 @@ Moment longestOccupancy(Connection& db, ThingKind kind) {
 
 void freeThingsOf(Connection& db, std::int64_t bookingId) {
   Query query(db, "delete from occupancy where booking_id = :booking_id");
-  query.bind("booking_id", bookingId).run();
+  query.bind("booking_id", bookingId).later();
 }
 
 }  // namespace vantry::server

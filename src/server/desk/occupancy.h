@@ -42,17 +42,18 @@ struct Occupation {
 void addOccupancy(Connection& db, const Thing& thing, const Occupation& occupation);
 
 /// Takes the things of one booking for one time. A single thing that it names twice, as a group and its
-/// member in a room, is taken once. They are taken by `store`.
+/// member in a room, is taken once. They are taken by `store`, after the lines were written. `place` is that
+/// of the line among those of its kind; 0 for a room, which has none.
 class Occupier {
  public:
   Occupier(std::int64_t bookingId, const Period& period) : bookingId_(bookingId), period_(period) {}
-  void take(const Thing& thing, std::optional<std::int64_t> lineId);
+  void take(const Thing& thing, std::int64_t place);
   void store(Connection& db) const;
 
  private:
   struct Taken {
     Thing thing;
-    std::optional<std::int64_t> lineId;
+    std::int64_t place = 0;
   };
   std::int64_t bookingId_;
   Period period_;

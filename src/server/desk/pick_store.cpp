@@ -11,17 +11,20 @@ namespace {
 constexpr const char* headColumns =
     "b.id, b.booking_type, p.first_name, p.last_name, b.starts_at - b.setup_minutes * 60, ";
 
-/// Bookings that are still to go out: an index covers those that are not over. The set-up begins before the
-/// start by no more than is bound.
-std::string bookingsInSpan(Connection& db) {
+/// Bookings that are still to go out, as "b": an index for each desk covers those that are not over. They
+/// come first in the join. The set-up begins before the start by no more than is bound.
+std::string fromBookingsInSpan(Connection& db) {
   const std::string desks = keysIn(db, "desks");
   const std::string open =
       " and x.status in (0, 99, 999) and x.starts_at >= :from_at and x.starts_at <= :latest";
-  return "b.id in (select x.id from bookings x where x.location_id in (" + desks + ")" + open +
-         " union select x.id from bookings x where x.pickup_location_id in (" + desks + ") and " +
-         isOfLibrary("x.location_id", desks) + open +
-         ") and b.status = 0 and b.starts_at - b.setup_minutes * 60 between :from_at and :until_at ";
+  const std::string atDesk = "select x.id from (" + desks + ") d cross join bookings x where ";
+  return "from (" + atDesk + "x.location_id = d.value" + open + " union " + atDesk +
+         "x.pickup_location_id = d.value and " + isOfLibrary("x.location_id", desks) + open +
+         ") near cross join bookings b ";
 }
+
+constexpr const char* inSpan =
+    "b.id = near.id and b.status = 0 and b.starts_at - b.setup_minutes * 60 between :from_at and :until_at ";
 
 constexpr Moment longestSetup = 999 * minute;
 
@@ -38,11 +41,13 @@ void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
               std::string("select ") + headColumns +
                   "o.name, coalesce((select min(c.barcode) from equipment_barcodes c join barcode_statuses s "
                   "on s.id = c.status_id where c.equipment_id = e.id and s.active = 1), ''), t.name, "
-                  "e.number, r.name from bookings b join booking_equipment l on l.booking_id = b.id join "
+                  "e.number, r.name " +
+                  fromBookingsInSpan(db) +
+                  "join booking_equipment l on l.booking_id = b.id join "
                   "equipment_types t on t.id = l.equipment_type_id left join patrons p on p.id = b.patron_id "
                   "left join equipment e on e.id = l.equipment_id left join locations o on o.id = "
                   "e.location_id left join rooms r on r.id = e.room_id where " +
-                  bookingsInSpan(db) +
+                  inSpan +
                   "and l.in_room = 0 order by coalesce(o.name, ''), coalesce(r.name, ''), t.name, "
                   "coalesce(e.number, ''), b.starts_at, b.id");
   PickedPiece row;
@@ -59,13 +64,14 @@ void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
   Query query(
       db, std::string("select ") + headColumns +
               "coalesce(o.name, w.name), i.barcode, m.name, t.title, t.search_title, h.call_number, "
-              "h.search_call_number, i.enumeration, i.chronology, i.item_type, t.id, h.id, i.id from "
-              "bookings b join booking_items l on l.booking_id = b.id join titles t on t.id = l.title_id "
+              "h.search_call_number, i.enumeration, i.chronology, i.item_type, t.id, h.id, i.id " +
+              fromBookingsInSpan(db) +
+              "join booking_items l on l.booking_id = b.id join titles t on t.id = l.title_id "
               "left join patrons p on p.id = b.patron_id left join media_types m on m.id = l.media_type_id "
               "left join items i on i.id = l.item_id left join holdings h on h.id = coalesce(l.holding_id, "
               "i.holding_id) left join locations o on o.id = i.location_id left join locations w on w.id = "
               "h.location_id where " +
-              bookingsInSpan(db) +
+              inSpan +
               "order by coalesce(o.name, w.name, ''), coalesce(h.search_call_number, ''), t.search_title, "
               "b.starts_at, b.id");
   PickedItem row;

@@ -1,7 +1,9 @@
 #include "server/desk/policy_store.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -14,19 +16,24 @@ char unitOf(const std::string& text) {
   return text.empty() ? 'U' : text.front();
 }
 
-/// The policy's own figures with its locations: one row for each, and one at least. Without a policy a desk
-/// has its own things. Gives the key of the policy, or 0.
-std::int64_t readPlaces(Connection& db, std::int64_t locationId, std::int64_t groupId, DeskPolicy& policy) {
+/// The policy's own figures with its locations: one row for each, and one at least.
+std::shared_ptr<Query> askPlaces(Connection& db, std::int64_t locationId, std::int64_t groupId) {
+  auto query = std::make_shared<Query>(
+      db,
+      "select p.id, p.most_bookings, p.most_items, p.most_equipment, p.most_late_returns, "
+      "p.most_cancelled, p.most_unclaimed, p.most_fees, p.warning_minutes, p.early_charge_minutes, "
+      "l.location_id, l.security from policies p left join policy_locations l on l.policy_id = p.id "
+      "where p.location_id = :location_id and coalesce(p.patron_group_id, 0) = :group_id");
+  query->bind("location_id", locationId).bind("group_id", groupId).send();
+  return query;
+}
+
+/// Without a policy a desk has its own things. Gives the key of the policy, or 0.
+std::int64_t readPlaces(Query& query, std::int64_t locationId, DeskPolicy& policy) {
   std::int64_t id = 0;
   std::int64_t location = 0;
   bool security = false;
   PatronLimits& limits = policy.limits;
-  Query query(db,
-              "select p.id, p.most_bookings, p.most_items, p.most_equipment, p.most_late_returns, "
-              "p.most_cancelled, p.most_unclaimed, p.most_fees, p.warning_minutes, p.early_charge_minutes, "
-              "l.location_id, l.security from policies p left join policy_locations l on l.policy_id = p.id "
-              "where p.location_id = :location_id and coalesce(p.patron_group_id, 0) = :group_id");
-  query.bind("location_id", locationId).bind("group_id", groupId);
   query.into(id, limits.bookings, limits.items, limits.equipment, limits.lateReturns, limits.cancelled,
              limits.unclaimed, limits.fees, policy.warningMinutes, policy.earlyChargeMinutes, location,
              security);
@@ -37,14 +44,12 @@ std::int64_t readPlaces(Connection& db, std::int64_t locationId, std::int64_t gr
   return id;
 }
 
-std::map<std::int64_t, TypeRule> readTypeRules(Connection& db, std::int64_t policyId, const char* sql) {
+std::map<std::int64_t, TypeRule> readTypeRules(Query& query) {
   std::map<std::int64_t, TypeRule> rules;
   std::int64_t type = 0;
   TypeRule rule;
   std::string unit;
-  Query query(db, sql);
-  query.bind("policy_id", policyId)
-      .into(type, rule.mayBook, rule.mayDeliver, rule.mayPickUp, rule.longest.count, unit);
+  query.into(type, rule.mayBook, rule.mayDeliver, rule.mayPickUp, rule.longest.count, unit);
   while (query.next()) {
     rule.longest.unit = unitOf(unit);
     rules[type] = rule;
@@ -52,30 +57,34 @@ std::map<std::int64_t, TypeRule> readTypeRules(Connection& db, std::int64_t poli
   return rules;
 }
 
-void readRoomRules(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+void readRoomRules(Query& query, DeskPolicy& policy) {
   std::int64_t type = 0;
   RoomRule rule;
   std::string unit;
-  Query query(db,
-              "select room_type_id, may_deliver, may_schedule, longest, longest_unit from policy_room_types "
-              "where policy_id = :policy_id");
-  query.bind("policy_id", policyId).into(type, rule.mayDeliver, rule.maySchedule, rule.longest.count, unit);
+  query.into(type, rule.mayDeliver, rule.maySchedule, rule.longest.count, unit);
   while (query.next()) {
     rule.longest.unit = unitOf(unit);
     policy.roomTypes[type] = rule;
   }
 }
 
-void readRooms(Connection& db, std::int64_t policyId, DeskPolicy& policy) {
+void readRooms(Query& query, DeskPolicy& policy) {
   std::int64_t room = 0;
   LongestUse longest;
   std::string unit;
-  Query query(db, "select room_id, longest, longest_unit from policy_rooms where policy_id = :policy_id");
-  query.bind("policy_id", policyId).into(room, longest.count, unit);
+  query.into(room, longest.count, unit);
   while (query.next()) {
     longest.unit = unitOf(unit);
     policy.rooms[room] = longest;
   }
+}
+
+/// What else a policy consists of, asked by desk and group as the policy itself is, so that none of it waits
+/// for the policy's key.
+std::string ofPolicy(const char* columnsAndTable) {
+  return std::string("select ") + columnsAndTable +
+         " where policy_id in (select p.id from policies p where p.location_id = :location_id and "
+         "coalesce(p.patron_group_id, 0) = :group_id)";
 }
 
 bool covers(const CalendarRow& row, std::span<const Period> periods) {
@@ -100,35 +109,52 @@ bool hasActiveBarcode(Connection& db, std::int64_t patronId, std::int64_t groupI
 }  // namespace
 
 DeskPolicy loadPolicy(Connection& db, std::int64_t locationId, std::int64_t groupId) {
+  static const std::string equipment = ofPolicy(
+      "equipment_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit from "
+      "policy_equipment_types");
+  static const std::string media = ofPolicy(
+      "media_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit from policy_media_types");
+  static const std::string roomTypes =
+      ofPolicy("room_type_id, may_deliver, may_schedule, longest, longest_unit from policy_room_types");
+  static const std::string rooms = ofPolicy("room_id, longest, longest_unit from policy_rooms");
   DeskPolicy policy;
-  const std::int64_t id = readPlaces(db, locationId, groupId, policy);
-  if (id == 0) return policy;
-  policy.equipmentTypes =
-      readTypeRules(db, id,
-                    "select equipment_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
-                    "from policy_equipment_types where policy_id = :policy_id");
-  policy.mediaTypes =
-      readTypeRules(db, id,
-                    "select media_type_id, may_book, may_deliver, may_pick_up, longest, longest_unit "
-                    "from policy_media_types where policy_id = :policy_id");
-  readRoomRules(db, id, policy);
-  readRooms(db, id, policy);
+  const std::shared_ptr<Query> places = askPlaces(db, locationId, groupId);
+  Query ofEquipment(db, equipment);
+  Query ofMedia(db, media);
+  Query ofRoomTypes(db, roomTypes);
+  Query ofRooms(db, rooms);
+  for (Query* each : {&ofEquipment, &ofMedia, &ofRoomTypes, &ofRooms})
+    each->bind("location_id", locationId).bind("group_id", groupId).send();
+  if (readPlaces(*places, locationId, policy) == 0) return policy;
+  policy.equipmentTypes = readTypeRules(ofEquipment);
+  policy.mediaTypes = readTypeRules(ofMedia);
+  readRoomRules(ofRoomTypes, policy);
+  readRooms(ofRooms, policy);
   return policy;
 }
 
 DeskPolicy loadPolicyLocations(Connection& db, std::int64_t locationId, std::int64_t groupId) {
-  DeskPolicy policy;
-  readPlaces(db, locationId, groupId, policy);
-  return policy;
+  return askPolicyLocations(db, locationId, groupId).get();
+}
+
+Pending<DeskPolicy> askPolicyLocations(Connection& db, std::int64_t locationId, std::int64_t groupId) {
+  return Pending<DeskPolicy>([query = askPlaces(db, locationId, groupId), locationId] {
+    DeskPolicy policy;
+    readPlaces(*query, locationId, policy);
+    return policy;
+  });
 }
 
 std::vector<OpenCalendar> loadCalendars(Connection& db, std::int64_t locationId, CalendarKind kind,
                                         std::span<const Period> periods) {
+  std::vector<CalendarRow> rows = calendarsOf(db, locationId, kind);
+  std::erase_if(rows, [&](const CalendarRow& row) { return !covers(row, periods); });
+  std::vector<std::pair<Pending<std::array<OpenHours, 7>>, Pending<std::vector<OpenException>>>> hours;
+  for (const CalendarRow& row : rows) hours.emplace_back(askWeek(db, row.id), askExceptions(db, row.id));
   std::vector<OpenCalendar> calendars;
-  for (const CalendarRow& row : calendarsOf(db, locationId, kind)) {
-    if (!covers(row, periods)) continue;
-    calendars.push_back({row.startsOn, row.endsOn, weekOf(db, row.id), exceptionsOf(db, row.id)});
-  }
+  for (std::size_t each = 0; each < rows.size(); ++each)
+    calendars.push_back(
+        {rows[each].startsOn, rows[each].endsOn, hours[each].first.get(), hours[each].second.get()});
   return calendars;
 }
 

@@ -9,6 +9,7 @@
 #include "server/policy/policy_calendar.h"
 #include "server/policy/policy_rules.h"
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -18,6 +19,8 @@ namespace vantry::server {
 
 /// The same policy with nothing but the locations whose things the desk may book.
 [[nodiscard]] DeskPolicy loadPolicyLocations(Connection& db, std::int64_t locationId, std::int64_t groupId);
+[[nodiscard]] Pending<DeskPolicy> askPolicyLocations(Connection& db, std::int64_t locationId,
+                                                     std::int64_t groupId);
 
 /// The desk's calendars of the kind that cover the first or the last day of one of the periods.
 [[nodiscard]] std::vector<OpenCalendar> loadCalendars(Connection& db, std::int64_t locationId,

@@ -1,6 +1,6 @@
 #include "server/desk/remark_writer.h"
 
-#include <string>
+#include <algorithm>
 
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -54,38 +54,40 @@ bool hasBarcodeStatus(Connection& db, std::int64_t statusId) {
 
 void writeNote(Connection& db, Owner owner, std::int64_t id, std::int64_t typeId, std::string_view content,
                const Stamp& stamp) {
-  removeNote(db, owner, id, typeId);
   const std::string sql =
       sqlFor(owner,
              "insert into equipment_notes (equipment_id, note_type_id, content, updated_at, "
-             "operator_id) values (:id, :type_id, :content, :at, :operator_id)");
+             "operator_id) values (:id, :type_id, :content, :at, :operator_id) on conflict (equipment_id, "
+             "note_type_id) do update set content = excluded.content, updated_at = excluded.updated_at, "
+             "operator_id = excluded.operator_id");
   Query query(db, sql);
   query.bind("id", id).bind("type_id", typeId).bind("content", content).bind("at", stamp.at);
-  query.bind("operator_id", orNothing(stamp.operatorId)).run();
+  query.bind("operator_id", orNothing(stamp.operatorId)).later();
 }
 
 void removeNote(Connection& db, Owner owner, std::int64_t id, std::int64_t typeId) {
   const std::string sql =
       sqlFor(owner, "delete from equipment_notes where equipment_id = :id and note_type_id = :type_id");
   Query query(db, sql);
-  query.bind("id", id).bind("type_id", typeId).run();
+  query.bind("id", id).bind("type_id", typeId).later();
 }
 
 void applyStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t statusId, std::string_view note,
                  Moment at) {
-  removeStatus(db, owner, id, statusId);
-  const std::string sql = sqlFor(owner,
-                                 "insert into equipment_statuses (equipment_id, status_id, applied_at, note) "
-                                 "values (:id, :status_id, :at, :note)");
+  const std::string sql =
+      sqlFor(owner,
+             "insert into equipment_statuses (equipment_id, status_id, applied_at, note) values (:id, "
+             ":status_id, :at, :note) on conflict (equipment_id, status_id) do update set "
+             "applied_at = excluded.applied_at, note = excluded.note");
   Query query(db, sql);
-  query.bind("id", id).bind("status_id", statusId).bind("at", at).bind("note", note).run();
+  query.bind("id", id).bind("status_id", statusId).bind("at", at).bind("note", note).later();
 }
 
 void removeStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t statusId) {
   const std::string sql =
       sqlFor(owner, "delete from equipment_statuses where equipment_id = :id and status_id = :status_id");
   Query query(db, sql);
-  query.bind("id", id).bind("status_id", statusId).run();
+  query.bind("id", id).bind("status_id", statusId).later();
 }
 
 bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t exceptEquipmentId) {
@@ -100,21 +102,35 @@ bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t excep
   return count > 0;
 }
 
+std::vector<std::string> barcodesOfItems(Connection& db, std::span<const std::string> barcodes) {
+  static const std::string sql = "select distinct barcode from items where barcode in (" + keyList() + ")";
+  std::vector<std::string> found;
+  for (; !barcodes.empty(); barcodes = barcodes.subspan(std::min(keysAtOnce, barcodes.size()))) {
+    std::string barcode;
+    Query query(db, sql);
+    for (std::size_t i = 0; i < keysAtOnce; ++i)
+      query.bind(("id" + std::to_string(i)).c_str(), barcodes[std::min(i, barcodes.size() - 1)]);
+    query.into(barcode);
+    while (query.next()) found.push_back(barcode);
+  }
+  return found;
+}
+
 void writeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode, std::int64_t statusId) {
   if (statusId == barcodeStatus::active) {
     Query others(db, "update equipment_barcodes set status_id = :inactive where equipment_id = :id");
-    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).run();
+    others.bind("inactive", barcodeStatus::inactive).bind("id", equipmentId).later();
   }
-  removeBarcode(db, equipmentId, barcode);
   Query query(
       db,
-      "insert into equipment_barcodes (equipment_id, barcode, status_id) values (:id, :barcode, :status)");
-  query.bind("id", equipmentId).bind("barcode", barcode).bind("status", statusId).run();
+      "insert into equipment_barcodes (equipment_id, barcode, status_id) values (:id, :barcode, :status) "
+      "on conflict (equipment_id, barcode) do update set status_id = excluded.status_id");
+  query.bind("id", equipmentId).bind("barcode", barcode).bind("status", statusId).later();
 }
 
 void removeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode) {
   Query query(db, "delete from equipment_barcodes where equipment_id = :id and barcode = :barcode");
-  query.bind("id", equipmentId).bind("barcode", barcode).run();
+  query.bind("id", equipmentId).bind("barcode", barcode).later();
 }
 
 }  // namespace vantry::server

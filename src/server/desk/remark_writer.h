@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "server/desk/booking_store.h"
 #include "server/desk/remark_store.h"
@@ -27,6 +30,9 @@ void removeStatus(Connection& db, Owner owner, std::int64_t id, std::int64_t sta
 
 /// Whether a piece, a group or an item other than this piece or group has it as its active barcode.
 [[nodiscard]] bool isBarcodeTaken(Connection& db, std::string_view barcode, std::int64_t exceptEquipmentId);
+
+/// Those of the barcodes that items have.
+[[nodiscard]] std::vector<std::string> barcodesOfItems(Connection& db, std::span<const std::string> barcodes);
 
 /// Adds a barcode or changes its status. A new active one makes the others of the record inactive.
 void writeBarcode(Connection& db, std::int64_t equipmentId, std::string_view barcode, std::int64_t statusId);

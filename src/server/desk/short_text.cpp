@@ -1,5 +1,7 @@
 #include "server/desk/short_text.h"
 
+#include <memory>
+
 #include "server/base/moment.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -40,16 +42,18 @@ const char* sqlOf(Audited kind) {
 
 }  // namespace
 
-std::string inShort(Connection& db, Audited kind, std::int64_t id) {
-  std::string text;
-  Moment from = 0;
-  Moment until = 0;
-  Query query(db, sqlOf(kind));
-  query.bind("id", id);
-  fetchOne(query, text, from, until);
-  if (from != 0) text += ", " + momentText(from);
-  if (until != 0) text += " to " + momentText(until);
-  return text;
+Pending<std::string> askShort(Connection& db, Audited kind, std::int64_t id) {
+  const auto query = std::make_shared<Query>(db, sqlOf(kind));
+  query->bind("id", id).send();
+  return Pending<std::string>([query] {
+    std::string text;
+    Moment from = 0;
+    Moment until = 0;
+    fetchOne(*query, text, from, until);
+    if (from != 0) text += ", " + momentText(from);
+    if (until != 0) text += " to " + momentText(until);
+    return text;
+  });
 }
 
 }  // namespace vantry::server

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -11,6 +12,6 @@ namespace vantry::server {
 enum class Audited { Booking, Equipment, Room, Maintenance, Patron };
 
 /// The record in one line, as it is now; empty when there is none.
-[[nodiscard]] std::string inShort(Connection& db, Audited kind, std::int64_t id);
+[[nodiscard]] Pending<std::string> askShort(Connection& db, Audited kind, std::int64_t id);
 
 }  // namespace vantry::server

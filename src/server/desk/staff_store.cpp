@@ -26,7 +26,7 @@ void unassign(Connection& db, std::int64_t patronId, const Stamp& stamp) {
                         "updated_by = :operator_id, updated_location = :desk_id where " +
                         name + " = :id and status in (0, 99, 999)");
     query.bind("at", stamp.at).bind("operator_id", stamp.operatorId).bind("desk_id", stamp.locationId);
-    query.bind("id", patronId).run();
+    query.bind("id", patronId).later();
   }
 }
 
@@ -45,7 +45,7 @@ void addStaff(Connection& db, std::int64_t patronId, bool active) {
       db,
       "insert into staff (patron_id, active) values (:id, :active) on conflict (patron_id) do update set "
       "active = excluded.active");
-  query.bind("id", patronId).bind("active", active).run();
+  query.bind("id", patronId).bind("active", active).later();
 }
 
 bool setStaffActive(Connection& db, std::int64_t patronId, bool active) {
@@ -56,7 +56,7 @@ bool setStaffActive(Connection& db, std::int64_t patronId, bool active) {
 void removeStaff(Connection& db, std::int64_t patronId, const Stamp& stamp) {
   unassign(db, patronId, stamp);
   Query query(db, "delete from staff where patron_id = :id");
-  query.bind("id", patronId).run();
+  query.bind("id", patronId).later();
 }
 
 std::optional<PatronCounters> countersOf(Connection& db, std::int64_t patronId) {
@@ -81,7 +81,7 @@ void setCounters(Connection& db, std::int64_t patronId, const PatronCounters& co
       "counters_set_at = :at where id = :id");
   query.bind("late", counters.late).bind("historical", counters.historical);
   query.bind("cancelled", counters.cancelled).bind("unclaimed", counters.unclaimed);
-  query.bind("operator_id", stamp.operatorId).bind("at", stamp.at).bind("id", patronId).run();
+  query.bind("operator_id", stamp.operatorId).bind("at", stamp.at).bind("id", patronId).later();
 }
 
 }  // namespace vantry::server

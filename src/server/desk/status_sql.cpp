@@ -16,15 +16,17 @@ std::string isOutSql() {
          out + ")))";
 }
 
-/// What "Charged" is and what the record shows without a status are literals of the SQL.
+/// What "Charged" is and what the record shows without a status are literals of the SQL. Most pieces have no
+/// status, and those are told without sorting any.
 static std::string shownByEquipment(std::string_view column, std::string_view charged,
                                     std::string_view none) {
-  return "case when " + isOutSql() + " then " + std::string(charged) + " else coalesce((select y." +
-         std::string(column) +
-         " from equipment_statuses s join status_types y on y.id = s.status_id where s.equipment_id = e.id "
-         "order by "
-         "y.priority, y.id limit 1), " +
-         std::string(none) + ") end";
+  const std::string statuses =
+      " from equipment_statuses s join status_types y on y.id = s.status_id where "
+      "s.equipment_id = e.id ";
+  return "case when " + isOutSql() + " then " + std::string(charged) +
+         " when not exists (select 1 from equipment_statuses s where s.equipment_id = e.id) then " +
+         std::string(none) + " else (select y." + std::string(column) + statuses +
+         "order by y.priority, y.id limit 1) end";
 }
 
 static std::string shownByRoom(std::string_view column, std::string_view none) {

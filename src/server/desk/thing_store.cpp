@@ -69,14 +69,18 @@ std::string notesBy(Connection& db, const char* sql, std::int64_t id, std::int64
 }  // namespace
 
 Pieces findPieces(Connection& db, std::span<const std::int64_t> ids) {
+  return askPieces(db, ids).get();
+}
+
+Pending<Pieces> askPieces(Connection& db, std::span<const std::int64_t> ids) {
   static const std::string sql = std::string(pieceColumns) + "where e.id in (" + keyList() + ")";
-  Pieces pieces;
-  for (; !ids.empty(); ids = ids.subspan(std::min(keysAtOnce, ids.size()))) {
-    Query query(db, sql);
-    bindKeys(query, ids.first(std::min(keysAtOnce, ids.size())));
-    for (Piece& piece : readPieces(query)) pieces.emplace(piece.id, std::move(piece));
-  }
-  return pieces;
+  return Pending<Pieces>([queries = askByKeys(db, sql, ids)] {
+    Pieces pieces;
+    for (Query& query : *queries) {
+      for (Piece& piece : readPieces(query)) pieces.emplace(piece.id, std::move(piece));
+    }
+    return pieces;
+  });
 }
 
 std::optional<Piece> findPiece(Connection& db, std::int64_t id) {
@@ -191,18 +195,20 @@ bool mayBeUsed(Connection& db, std::int64_t pieceId) {
   return forbiddingStatus(statuses) == nullptr;
 }
 
-std::optional<ForbiddenPiece> firstForbidden(Connection& db, std::span<const std::int64_t> ids) {
+Pending<std::vector<ForbiddenPiece>> askForbidden(Connection& db, std::span<const std::int64_t> ids) {
   static const std::string sql =
-      "select e.id, t.name from equipment e join equipment_statuses s on s.equipment_id = e.id "
+      "select e.id, e.group_id, t.name from equipment e join equipment_statuses s on s.equipment_id = e.id "
       "join status_types t on t.id = s.status_id and t.effect = 3 where e.id in (" +
-      keyList() + ") or e.group_id in (" + keyList() + ") order by t.priority, e.id limit 1";
-  for (; !ids.empty(); ids = ids.subspan(std::min(keysAtOnce, ids.size()))) {
+      keyList() + ") or e.group_id in (" + keyList() + ") order by t.priority, e.id";
+  return Pending<std::vector<ForbiddenPiece>>([queries = askByKeys(db, sql, ids)] {
+    std::vector<ForbiddenPiece> all;
     ForbiddenPiece row;
-    Query query(db, sql);
-    bindKeys(query, ids.first(std::min(keysAtOnce, ids.size())));
-    if (fetchOne(query, row.id, row.status)) return row;
-  }
-  return std::nullopt;
+    for (Query& query : *queries) {
+      query.into(row.id, row.groupId, row.status);
+      while (query.next()) all.push_back(row);
+    }
+    return all;
+  });
 }
 
 std::string popupNoteOfPiece(Connection& db, std::int64_t id, std::int64_t occasion) {

@@ -9,6 +9,7 @@
 
 #include "server/policy/policy_rules.h"
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -31,6 +32,7 @@ struct Piece {
 /// The pieces by their key, asked for together; unknown ones are missing.
 using Pieces = std::map<std::int64_t, Piece>;
 [[nodiscard]] Pieces findPieces(Connection& db, std::span<const std::int64_t> ids);
+[[nodiscard]] Pending<Pieces> askPieces(Connection& db, std::span<const std::int64_t> ids);
 
 /// The members of a group; none for a piece.
 [[nodiscard]] std::vector<Piece> membersOf(Connection& db, std::int64_t groupId);
@@ -84,12 +86,15 @@ struct BookableRoom {
 /// Whether no status of the piece forbids its use.
 [[nodiscard]] bool mayBeUsed(Connection& db, std::int64_t pieceId);
 
-/// A status that forbids the use of one of the pieces, or of a member of one of the groups.
+/// A status that forbids the use of a piece, and the group that it takes along.
 struct ForbiddenPiece {
   std::int64_t id = 0;
+  std::int64_t groupId = 0;
   std::string status;
 };
-[[nodiscard]] std::optional<ForbiddenPiece> firstForbidden(Connection& db, std::span<const std::int64_t> ids);
+/// Those of the pieces, and of the members of the groups, the status in force first.
+[[nodiscard]] Pending<std::vector<ForbiddenPiece>> askForbidden(Connection& db,
+                                                                std::span<const std::int64_t> ids);
 
 /// The piece by itself, or the group with its members.
 [[nodiscard]] std::vector<Piece> withMembers(Connection& db, std::int64_t pieceId);

@@ -42,8 +42,15 @@ class EquipmentJudge {
   }
 
   Findings finish() {
-    judgeTimes();
-    if (aspects_.conflicts) judgeWishes(db_, question_, ThingKind::EquipmentWish, asks_, findings_);
+    for (const Taken& each : taken_) takeFromStock(each.piece);
+    std::vector<std::int64_t> all;
+    for (const Taken& each : taken_) all.insert(all.end(), each.things.begin(), each.things.end());
+    const auto uses = askUses(db_, question_, ThingKind::Equipment, std::move(all));
+    const auto rivals = aspects_.conflicts ? askRivals(db_, question_, ThingKind::EquipmentWish, asks_)
+                                           : known(std::vector<TakenTimes>());
+    judgeTimes(uses.get());
+    if (aspects_.conflicts)
+      judgeWishes(db_, question_, ThingKind::EquipmentWish, asks_, rivals.get(), findings_);
     return std::move(findings_);
   }
 
@@ -72,13 +79,7 @@ class EquipmentJudge {
     return things;
   }
 
-  void judgeTimes() {
-    std::vector<std::int64_t> all;
-    for (const Taken& each : taken_) all.insert(all.end(), each.things.begin(), each.things.end());
-    std::vector<SingleUses> uses;
-    for (const Period& period : question_.times) {
-      uses.push_back(singleUses(db_, question_, ThingKind::Equipment, all, period));
-    }
+  void judgeTimes(const std::vector<SingleUses>& uses) {
     for (const Taken& each : taken_) {
       bool near = false;
       for (const SingleUses& atTime : uses) {
@@ -87,7 +88,6 @@ class EquipmentJudge {
       if (near && aspects_.warnings) {
         findings_.failures.push_back({refusal::nearAnother, each.piece.id, {}, each.piece.typeName});
       }
-      takeFromStock(each.piece);
     }
   }
 

@@ -35,10 +35,16 @@ class MediaJudge {
   }
 
   Findings finish() {
-    judgeTimes();
-    if (aspects_.conflicts) {
-      judgeWishes(db_, question_, ThingKind::ItemWish, asks_, findings_);
+    std::vector<std::int64_t> all;
+    for (const MediaItem& item : taken_) {
+      all.push_back(item.id);
+      asks_[item.titleId].singles.push_back(item.id);
     }
+    const auto uses = askUses(db_, question_, ThingKind::Item, std::move(all));
+    const auto rivals = aspects_.conflicts ? askRivals(db_, question_, ThingKind::ItemWish, asks_)
+                                           : known(std::vector<TakenTimes>());
+    judgeTimes(uses.get());
+    if (aspects_.conflicts) judgeWishes(db_, question_, ThingKind::ItemWish, asks_, rivals.get(), findings_);
     return std::move(findings_);
   }
 
@@ -64,20 +70,13 @@ class MediaJudge {
     if (aspects_.conflicts || aspects_.warnings) taken_.push_back(item);
   }
 
-  void judgeTimes() {
-    std::vector<std::int64_t> all;
-    for (const MediaItem& item : taken_) all.push_back(item.id);
-    std::vector<SingleUses> uses;
-    for (const Period& period : question_.times) {
-      uses.push_back(singleUses(db_, question_, ThingKind::Item, all, period));
-    }
+  void judgeTimes(const std::vector<SingleUses>& uses) {
     for (const MediaItem& item : taken_) {
       bool near = false;
       for (const SingleUses& atTime : uses) near = addUse(atTime.at(item.id), item) || near;
       if (near && aspects_.warnings) {
         findings_.failures.push_back({refusal::nearAnother, item.id, {}, item.mediaTypeName});
       }
-      asks_[item.titleId].singles.push_back(item.id);
     }
   }
 

@@ -24,12 +24,12 @@ std::string meets(const std::string& kind) {
          kind + ") and o.ends_at > :from_at and o.booking_id <> :except_booking ";
 }
 
-/// In the places that are bound as ":places".
+/// In the places that are bound as ":places". The sign keeps SQLite from reading the pieces of all places.
 std::string piecesOfType(Connection& db) {
   return "from equipment e join rooms r on r.id = e.room_id join room_types k on k.id = r.room_type_id "
          "where e.equipment_type_id = :type_id and e.location_id in (" +
          keysIn(db, "places") +
-         ") and e.group_id is null and "
+         ") and +e.group_id is null and "
          "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
          "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) and not exists (select 1 from "
          "equipment m join equipment_statuses s on s.equipment_id = m.id join status_types y on "
@@ -162,21 +162,28 @@ constexpr const char* roomOutSql =
 
 TakenTimes takenTimes(Connection& db, ThingKind kind, std::span<const std::int64_t> things,
                       const AskedTime& asked) {
+  return askTakenTimes(db, kind, things, asked).get();
+}
+
+Pending<TakenTimes> askTakenTimes(Connection& db, ThingKind kind, std::span<const std::int64_t> things,
+                                  const AskedTime& asked) {
   static const std::string sql =
       "select o.thing, o.starts_at, o.ends_at, o.booking_id from occupancy o where o.thing in (" + keyList() +
       ") and " + meets(":kind") + "order by o.starts_at";
-  TakenTimes times;
-  for (; !things.empty(); things = things.subspan(std::min(keysAtOnce, things.size()))) {
+  const auto bindRest = [&](Query& query) {
+    query.bind("kind", static_cast<int>(kind));
+    bindTimes(query, asked);
+  };
+  return Pending<TakenTimes>([queries = askByKeys(db, sql, things, bindRest)] {
+    TakenTimes times;
     std::int64_t thing = 0;
     TakenTime row;
-    Query query(db, sql);
-    query.bind("kind", static_cast<int>(kind));
-    bindKeys(query, things.first(std::min(keysAtOnce, things.size())));
-    bindTimes(query, asked);
-    query.into(thing, row.period.from, row.period.until, row.bookingId);
-    while (query.next()) times[thing].push_back(row);
-  }
-  return times;
+    for (Query& query : *queries) {
+      query.into(thing, row.period.from, row.period.until, row.bookingId);
+      while (query.next()) times[thing].push_back(row);
+    }
+    return times;
+  });
 }
 
 std::optional<TakenTime> outOn(Connection& db, ThingKind kind, std::int64_t thing,

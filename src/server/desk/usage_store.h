@@ -10,6 +10,7 @@
 #include "server/policy/policy_rules.h"
 #include "server/policy/policy_usage.h"
 #include "server/store/database.h"
+#include "server/store/pending.h"
 
 namespace vantry::server {
 
@@ -24,6 +25,8 @@ struct AskedTime {
 using TakenTimes = std::map<std::int64_t, std::vector<TakenTime>>;
 [[nodiscard]] TakenTimes takenTimes(Connection& db, ThingKind kind, std::span<const std::int64_t> things,
                                     const AskedTime& asked);
+[[nodiscard]] Pending<TakenTimes> askTakenTimes(Connection& db, ThingKind kind,
+                                                std::span<const std::int64_t> things, const AskedTime& asked);
 
 /// The booking that has the thing out now, with the time that it was taken for. A member is out with its
 /// group.

@@ -170,11 +170,15 @@ std::optional<int> placeRefusal(const DeskPolicy& policy, const Aspects& aspects
   return aspects.places || code == refusal::foreignSecurity ? code : std::nullopt;
 }
 
-SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
-                      std::span<const std::int64_t> things, const Period& period) {
+static Pending<TakenTimes> askNear(Connection& db, const UsageQuestion& question, ThingKind kind,
+                                   std::span<const std::int64_t> things, const Period& period) {
   const Moment distance = question.policy.warningMinutes * minute;
-  const AskedTime wide{{period.from - distance, period.until + distance}, question.bookingId};
-  TakenTimes taken = takenTimes(db, kind, things, wide);
+  return askTakenTimes(db, kind, things,
+                       {{period.from - distance, period.until + distance}, question.bookingId});
+}
+
+static SingleUses usesOf(Connection& db, const UsageQuestion& question, ThingKind kind,
+                         std::span<const std::int64_t> things, const Period& period, TakenTimes taken) {
   SingleUses uses;
   for (const std::int64_t thing : things) {
     SingleUse& use = uses[thing];
@@ -184,14 +188,40 @@ SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind k
   return uses;
 }
 
-void judgeWishes(Connection& db, const UsageQuestion& question, ThingKind kind, const KindAsks& asks,
-                 Findings& findings) {
+SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
+                      std::span<const std::int64_t> things, const Period& period) {
+  return usesOf(db, question, kind, things, period, askNear(db, question, kind, things, period).get());
+}
+
+Pending<std::vector<SingleUses>> askUses(Connection& db, const UsageQuestion& question, ThingKind kind,
+                                         std::vector<std::int64_t> things) {
+  std::vector<Pending<TakenTimes>> taken;
+  for (const Period& period : question.times) taken.push_back(askNear(db, question, kind, things, period));
+  return Pending<std::vector<SingleUses>>(
+      [&db, &question, kind, things = std::move(things), taken = std::move(taken)] {
+        std::vector<SingleUses> uses;
+        for (std::size_t time = 0; time < taken.size(); ++time)
+          uses.push_back(usesOf(db, question, kind, things, question.times[time], taken[time].get()));
+        return uses;
+      });
+}
+
+Pending<std::vector<TakenTimes>> askRivals(Connection& db, const UsageQuestion& question, ThingKind kind,
+                                           const KindAsks& asks) {
   std::vector<std::int64_t> kinds;
   for (const auto& [thing, ask] : asks) kinds.push_back(thing);
-  std::vector<TakenTimes> rivals;
-  for (const Period& period : question.times) {
-    rivals.push_back(takenTimes(db, kind, kinds, {period, question.bookingId}));
-  }
+  std::vector<Pending<TakenTimes>> asked;
+  for (const Period& period : question.times)
+    asked.push_back(askTakenTimes(db, kind, kinds, {period, question.bookingId}));
+  return Pending<std::vector<TakenTimes>>([asked = std::move(asked)] {
+    std::vector<TakenTimes> rivals;
+    for (const Pending<TakenTimes>& each : asked) rivals.push_back(each.get());
+    return rivals;
+  });
+}
+
+void judgeWishes(Connection& db, const UsageQuestion& question, ThingKind kind, const KindAsks& asks,
+                 const std::vector<TakenTimes>& rivals, Findings& findings) {
   for (const auto& [thing, ask] : asks) {
     for (std::size_t time = 0; time < question.times.size(); ++time) {
       // Where nobody wishes for anything, whatever is free may be taken.

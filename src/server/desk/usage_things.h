@@ -18,6 +18,9 @@ namespace vantry::server {
 using SingleUses = std::map<std::int64_t, SingleUse>;
 [[nodiscard]] SingleUses singleUses(Connection& db, const UsageQuestion& question, ThingKind kind,
                                     std::span<const std::int64_t> things, const Period& period);
+/// The same at each of the question's times.
+[[nodiscard]] Pending<std::vector<SingleUses>> askUses(Connection& db, const UsageQuestion& question,
+                                                       ThingKind kind, std::vector<std::int64_t> things);
 
 /// The pieces and groups that are in the room of the question, may be used and are with no other booking at
 /// its times: each satisfies one wish for its type, but for those that the booking takes by themselves.
@@ -52,10 +55,14 @@ struct KindAsk {
 /// By the equipment type or the title.
 using KindAsks = std::map<std::int64_t, KindAsk>;
 
+/// Whether others wait for something of the kinds, at each of the question's times.
+[[nodiscard]] Pending<std::vector<TakenTimes>> askRivals(Connection& db, const UsageQuestion& question,
+                                                         ThingKind kind, const KindAsks& asks);
+
 /// Adds a finding for each kind and time at which there are too few for those wishes, or for what others wait
 /// for. `kind` is that of the wishes.
 void judgeWishes(Connection& db, const UsageQuestion& question, ThingKind kind, const KindAsks& asks,
-                 Findings& findings);
+                 const std::vector<TakenTimes>& rivals, Findings& findings);
 
 /// A thing that can be handed out for the wish: not out, free for the period, and one that nobody else's wish
 /// needs where there is a choice.

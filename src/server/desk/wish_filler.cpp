@@ -113,17 +113,20 @@ void WishFiller::keep(const std::vector<GivenThing>& given) {
   }
 }
 
-std::vector<GivenThing> WishFiller::given(Connection& db, std::int64_t bookingId) {
-  std::vector<GivenThing> all;
-  for (const PieceLine& line : pieceLinesOf(db, bookingId)) {
-    if (line.wished && line.pieceId != 0) all.push_back({wishOf(line), line.pieceId});
-  }
-  for (ItemLine line : itemLinesOf(db, bookingId)) {
-    if (!line.wished || line.itemId == 0) continue;
-    line.holdingId = line.wishedHoldingId;
-    all.push_back({wishOf(line), line.itemId});
-  }
-  return all;
+Pending<std::vector<GivenThing>> WishFiller::askGiven(Connection& db, std::int64_t bookingId) {
+  return Pending<std::vector<GivenThing>>(
+      [pieces = askPieceLines(db, bookingId), items = askItemLines(db, bookingId)] {
+        std::vector<GivenThing> all;
+        for (const PieceLine& line : pieces.get()) {
+          if (line.wished && line.pieceId != 0) all.push_back({wishOf(line), line.pieceId});
+        }
+        for (ItemLine line : items.get()) {
+          if (!line.wished || line.itemId == 0) continue;
+          line.holdingId = line.wishedHoldingId;
+          all.push_back({wishOf(line), line.itemId});
+        }
+        return all;
+      });
 }
 
 }  // namespace vantry::server

@@ -38,7 +38,7 @@ class WishFiller {
   void giveUpRoom();
 
   /// What the wishes of a booking were given.
-  [[nodiscard]] static std::vector<GivenThing> given(Connection& db, std::int64_t bookingId);
+  [[nodiscard]] static Pending<std::vector<GivenThing>> askGiven(Connection& db, std::int64_t bookingId);
   /// After the booking was saved: wishes for the same get the same again, where it is still free.
   void keep(const std::vector<GivenThing>& given);
 

@@ -150,6 +150,7 @@ void HttpConnection::noteHead() {
   request_.path = target.substr(0, target.find('?'));
   request_.authorization = plain(head[http::field::authorization]);
   request_.requestId = plain(head["Request-Id"]);
+  request_.knownVersions = plain(head[http::field::if_none_match]);
   request_.body = {};
   request_.address = parts_.clients.addressOf(peer_, forwardedFor(head));
   route_ = Routes::find(request_.method, request_.path);
@@ -227,7 +228,7 @@ void HttpConnection::note() {
 void HttpConnection::write() {
   note();
   isLast_ = isLast_ || parts_.stopping;
-  const bool hasBody = reply_.status != 204;
+  const bool hasBody = reply_.status != 204 && reply_.status != 304;
   const auto reason = http::obsolete_reason(static_cast<http::status>(reply_.status));
   head_ = "HTTP/1.1 " + std::to_string(reply_.status) + ' ';
   head_.append(reason.data(), reason.size());
@@ -236,6 +237,7 @@ void HttpConnection::write() {
              "\r\nContent-Length: " + std::to_string(reply_.body.size());
   }
   if (reply_.retryAfter > 0) head_ += "\r\nRetry-After: " + std::to_string(reply_.retryAfter);
+  head_ += reply_.headers;
   if (isLast_) head_ += "\r\nConnection: close";
   head_ += "\r\n\r\n";
   const bool tellsBody = hasBody && request_.method != "HEAD";

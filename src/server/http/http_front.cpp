@@ -105,7 +105,8 @@ class HttpFront::Impl {
     return {.connections = open_.count(),
             .waitingRequests = requests_.waiting(),
             .waitingWrites = writes_.waiting(),
-            .waitingLogons = logons_.waiting()};
+            .waitingLogons = logons_.waiting(),
+            .mail = options_.mail ? options_.mail() : MailFigures()};
   }
 
   void listen() {

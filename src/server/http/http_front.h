@@ -1,10 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "server/http/http_limits.h"
+#include "server/http/metrics.h"
 #include "server/requests/runner.h"
 
 namespace vantry::server {
@@ -17,6 +19,7 @@ struct HttpOptions {
   int threads = 8;          ///< requests that are worked on at one time
   HttpLimits limits;
   std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
+  std::function<MailFigures()> mail = {};   ///< what the figures tell of mail; empty for nothing
 };
 
 /// Speaks HTTP for a RequestRunner. One thread reads and writes on all connections, so that an idle one costs

@@ -38,6 +38,9 @@ class Metrics::Impl {
     waitingRequests_.Set(static_cast<double>(load.waitingRequests));
     waitingWrites_.Set(static_cast<double>(load.waitingWrites));
     waitingLogons_.Set(static_cast<double>(load.waitingLogons));
+    waitingMails_.Set(static_cast<double>(load.mail.queued));
+    setCount(sentMails_, load.mail.sent);
+    setCount(failedMails_, load.mail.failed);
     return prometheus::TextSerializer().Serialize(registry.Collect());
   }
 
@@ -49,6 +52,11 @@ class Metrics::Impl {
     return prometheus::BuildGauge().Name(name).Help(help).Register(registry);
   }
 
+  /// What is counted elsewhere: a counter knows no value but its own.
+  static void setCount(prometheus::Counter& counter, std::int64_t count) {
+    counter.Increment(static_cast<double>(count) - counter.Value());
+  }
+
   std::function<Load()> load_;
   prometheus::Gauge& connections_ = gauges("vantry_connections", "Open connections").Add({});
   prometheus::Family<prometheus::Gauge>& waiting_ =
@@ -56,6 +64,11 @@ class Metrics::Impl {
   prometheus::Gauge& waitingRequests_ = waiting_.Add({{"workers", "requests"}});
   prometheus::Gauge& waitingWrites_ = waiting_.Add({{"workers", "writes"}});
   prometheus::Gauge& waitingLogons_ = waiting_.Add({{"workers", "logons"}});
+  prometheus::Gauge& waitingMails_ = gauges("vantry_mails_queued", "Mails that wait in the outbox").Add({});
+  prometheus::Family<prometheus::Counter>& mails_ =
+      counters("vantry_mails_total", "Mails by what became of them: sent, or given up");
+  prometheus::Counter& sentMails_ = mails_.Add({{"result", "sent"}});
+  prometheus::Counter& failedMails_ = mails_.Add({{"result", "failed"}});
 };
 
 Metrics::Metrics(std::function<Load()> load) : impl_(std::make_unique<Impl>(std::move(load))) {}

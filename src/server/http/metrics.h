@@ -2,12 +2,20 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace vantry::server {
+
+/// Mails of this process, but for those that wait, which are everybody's.
+struct MailFigures {
+  std::int64_t queued = 0;
+  std::int64_t sent = 0;
+  std::int64_t failed = 0;  ///< given up
+};
 
 /// What one server tells of itself to whoever watches it, in the text form of Prometheus. Safe for many
 /// threads.
@@ -19,6 +27,7 @@ class Metrics {
     std::size_t waitingRequests = 0;
     std::size_t waitingWrites = 0;
     std::size_t waitingLogons = 0;
+    MailFigures mail = {};
   };
   explicit Metrics(std::function<Load()> load);
   ~Metrics();

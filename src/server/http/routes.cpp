@@ -18,6 +18,8 @@ namespace vantry::server {
 namespace {
 
 constexpr std::string_view requestPath = "/v1/request/";
+constexpr std::string_view feedPath = "/v1/feeds/";
+constexpr std::string_view feedEnding = ".ics";
 
 WireReply refuse(int status, std::string_view sentence) {
   return {.status = status, .body = jsonObject({{"error", sentence}})};
@@ -43,13 +45,43 @@ std::string_view tokenOf(const WireRequest& request) {
   return text.starts_with(scheme) ? text.substr(scheme.size()) : std::string_view{};
 }
 
-/// What is behind the path of a route that takes a code; nothing for what is no code.
-std::string_view codeIn(std::string_view path) {
+bool isFigure(char each) {
+  return each >= '0' && each <= '9';
+}
+
+/// Whether what is behind a path is the code of a request.
+bool isCode(std::string_view rest) {
   constexpr std::size_t longestCode = 16;
-  const std::string_view code = path.substr(std::min(requestPath.size(), path.size()));
-  const bool sound = std::ranges::all_of(
-      code, [](char each) { return (each >= 'A' && each <= 'Z') || (each >= '0' && each <= '9'); });
-  return sound && code.size() <= longestCode ? code : std::string_view{};
+  return !rest.empty() && rest.size() <= longestCode &&
+         std::ranges::all_of(rest, [](char each) { return (each >= 'A' && each <= 'Z') || isFigure(each); });
+}
+
+/// Whether it has the form of a feed's secret. Anything else is no guess at one.
+bool isFeed(std::string_view rest) {
+  constexpr std::size_t secretLength = 64;
+  if (rest.size() != secretLength + feedEnding.size() || !rest.ends_with(feedEnding)) return false;
+  return std::ranges::all_of(rest.substr(0, secretLength),
+                             [](char each) { return (each >= 'a' && each <= 'f') || isFigure(each); });
+}
+
+std::string_view codeIn(std::string_view path) {
+  return path.substr(requestPath.size());
+}
+
+/// Whether a list of versions in quotes, as a client knows them, names this one.
+bool names(std::string_view versions, std::string_view version) {
+  return versions == "*" || versions.find('"' + std::string(version) + '"') != std::string_view::npos;
+}
+
+/// "Thu, 26 Nov 2026 12:00:00 GMT".
+std::string httpDate(Moment utc) {
+  constexpr std::array weekdays{"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+  constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                              "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  const std::string text = momentText(utc);
+  return std::string(weekdays.at(static_cast<std::size_t>(weekdayOf(utc)))) + ", " + text.substr(8, 2) + ' ' +
+         months.at(static_cast<std::size_t>(monthOf(utc) - 1)) + ' ' + text.substr(0, 4) + text.substr(10) +
+         " GMT";
 }
 
 std::string_view sentenceFor(int status) {
@@ -107,10 +139,17 @@ std::string_view nameOf(StoreError::Kind kind) {
 
 struct Routes::Route {
   std::string_view method;
-  std::string_view path;  ///< with a slash at its end it takes a code
+  std::string_view path;
   std::size_t largestBody;
   Lane lane;
   Answering answer;
+  bool (*takes)(std::string_view rest) = nullptr;  ///< what may be behind the path, when something is to be
+
+  [[nodiscard]] bool isRequest() const { return takes == isCode; }
+  [[nodiscard]] bool isSecret() const { return takes == isFeed; }
+  [[nodiscard]] bool fits(std::string_view asked) const {
+    return takes == nullptr ? asked == path : asked.starts_with(path) && takes(asked.substr(path.size()));
+  }
 };
 
 const Routes::Route* Routes::find(std::string_view method, std::string_view path) {
@@ -121,21 +160,18 @@ const Routes::Route* Routes::find(std::string_view method, std::string_view path
       Route{"POST", "/v1/login", largestBodyOfAnyone, Lane::Logons, &Routes::login},
       Route{"POST", "/v1/logout", largestBodyOfAnyone, Lane::Requests, &Routes::logout},
       Route{"POST", "/v1/password", largestBodyOfAnyone, Lane::Logons, &Routes::password},
-      Route{"POST", requestPath, largestBody, Lane::Requests, &Routes::run},
+      Route{"POST", requestPath, largestBody, Lane::Requests, &Routes::run, isCode},
+      Route{"GET", feedPath, 0, Lane::Requests, &Routes::feed, isFeed},
   };
   const std::string_view asked = method == "HEAD" ? "GET" : method;
-  const auto fits = [&](const Route& route) {
-    if (asked != route.method) return false;
-    return route.path.ends_with('/') ? path.starts_with(route.path) && !codeIn(path).empty()
-                                     : path == route.path;
-  };
-  const auto* found = std::ranges::find_if(routes, fits);
+  const auto* found = std::ranges::find_if(
+      routes, [&](const Route& route) { return asked == route.method && route.fits(path); });
   return found == routes.end() ? nullptr : found;
 }
 
 Lane Routes::laneOf(const Route* route, const WireRequest& request) {
   if (route == nullptr) return Lane::Front;
-  if (!route->path.ends_with('/')) return route->lane;
+  if (!route->isRequest()) return route->lane;
   const std::string_view code = codeIn(request.path);
   if (code == "OPOV") return Lane::Logons;  // a supervisor's password is checked within it
   const RequestRow* row = findRequest(code);
@@ -144,7 +180,8 @@ Lane Routes::laneOf(const Route* route, const WireRequest& request) {
 
 std::string_view Routes::nameOf(const Route* route, const WireRequest& request) {
   if (route == nullptr) return "other";
-  if (!route->path.ends_with('/')) return route->path.substr(route->path.rfind('/') + 1);
+  if (route->isSecret()) return "feeds";
+  if (!route->isRequest()) return route->path.substr(route->path.rfind('/') + 1);
   const RequestRow* row = findRequest(codeIn(request.path));
   return row == nullptr ? "other" : row->code;
 }
@@ -155,7 +192,8 @@ std::size_t Routes::largestBodyOf(const Route* route) {
 
 WireReply Routes::answer(const Route* route, const WireRequest& request) const {
   if (route == nullptr) return errorReply(404);
-  return guarded(request.path, [&] { return (this->*route->answer)(request); });
+  const std::string_view told = route->isSecret() ? route->path : request.path;
+  return guarded(told, [&] { return (this->*route->answer)(request); });
 }
 
 std::optional<WireReply> Routes::refusalOfSender(const WireRequest& head) const {
@@ -256,6 +294,24 @@ WireReply Routes::run(const WireRequest& request) const {
       return refuse(400, "The Request-Id was used for another request.");
   }
   return refuse(500, sentenceFor(500));
+}
+
+WireReply Routes::feed(const WireRequest& request) const {
+  std::string_view secret = request.path.substr(feedPath.size());
+  secret.remove_suffix(feedEnding.size());
+  RequestRunner::FeedAnswer told = runner_.feed(secret, request.address);
+  using Kind = RequestRunner::FeedAnswer::Kind;
+  if (told.kind == Kind::TooMany) return refuseForNow(told.retryAfter);
+  if (told.kind == Kind::Unknown) return errorReply(404);
+  WireReply reply{.type = "text/calendar; charset=utf-8"};
+  reply.headers = "\r\nETag: \"" + told.version + "\"\r\nLast-Modified: " + httpDate(told.changedAt) +
+                  "\r\nCache-Control: private, no-cache";
+  if (names(request.knownVersions, told.version)) {
+    reply.status = 304;
+  } else {
+    reply.body = std::move(told.text);
+  }
+  return reply;
 }
 
 WireReply errorReply(int status) {

@@ -16,6 +16,7 @@ struct WireRequest {
   std::string_view path;
   std::string_view authorization;
   std::string_view requestId;
+  std::string_view knownVersions;  ///< If-None-Match
   std::string_view body;
   std::string address;  ///< of the client, also behind a proxy
 };
@@ -25,6 +26,7 @@ struct WireReply {
   std::string body = {};
   Moment retryAfter = 0;  ///< seconds to wait before the next try; 0 for none
   std::string_view type = "application/json";
+  std::string headers = {};  ///< further lines of the head, each behind the end of the one before
 };
 
 /// Who makes the reply: the front itself, where it costs nothing, or a group of workers. Neither those that
@@ -40,8 +42,8 @@ class Routes {
   /// Null where there is nothing at the path.
   [[nodiscard]] static const Route* find(std::string_view method, std::string_view path);
   [[nodiscard]] static Lane laneOf(const Route* route, const WireRequest& request);
-  /// What the request is called in logs and figures: its code, or the last part of the path; "other" for what
-  /// is no request, so that nobody can make up names.
+  /// What the request is called in logs and figures: its code, or the name of the path; "other" for what is
+  /// no request, so that nobody can make up names. It tells nothing of a secret path.
   [[nodiscard]] static std::string_view nameOf(const Route* route, const WireRequest& request);
   [[nodiscard]] static std::size_t largestBodyOf(const Route* route);
 
@@ -53,6 +55,7 @@ class Routes {
  private:
   using Answering = WireReply (Routes::*)(const WireRequest&) const;
   [[nodiscard]] WireReply guarded(std::string_view path, const std::function<WireReply()>& work) const;
+  WireReply feed(const WireRequest& request) const;
   WireReply health(const WireRequest& request) const;
   WireReply ready(const WireRequest& request) const;
   WireReply metrics(const WireRequest& request) const;

@@ -11,6 +11,8 @@
 #include "server/access/stored_replies.h"
 #include "server/access/tries.h"
 #include "server/desk/due_bookings.h"
+#include "server/jobs/retention.h"
+#include "server/mail/outbox.h"
 
 namespace vantry::server {
 
@@ -31,17 +33,25 @@ void acceptMoment(Connection& db, Moment now) {
   rememberSettled(db, now);
 }
 
-void keepHouse(Database& database, Moment now) {
+void keepHouse(Database& database, Moment now, const MailKinds& mail) {
   database.writeApart("housekeeping", [&](Connection& db) {
     dropExpiredSessions(db, now);
     dropOldTries(db, now);
     dropOldReplies(db, now);
+    dropOldMail(db, now);
   });
   settleDueBookings(database, now);
+  if (mail.any()) database.writeApart("reminders", [&](Connection& db) { queueReminders(db, mail, now); });
+  applyRetention(database, now);
 }
 
-Housekeeper::Housekeeper(Database& database, Clock clock, bool trustsClock)
-    : database_(database), clock_(std::move(clock)), trustsClock_(trustsClock) {}
+Housekeeper::Housekeeper(Database& database, RefusalCounts& refusals, Clock clock, bool trustsClock,
+                         const MailKinds& mail)
+    : database_(database),
+      refusals_(refusals),
+      clock_(std::move(clock)),
+      trustsClock_(trustsClock),
+      mail_(mail) {}
 
 Housekeeper::~Housekeeper() {
   stop();
@@ -72,9 +82,10 @@ void Housekeeper::work() {
 
 void Housekeeper::keepHouseOnce() {
   try {
+    refusals_.store(database_);
     const Moment now = clock_();
     if (trustsClock_) database_.write([&](Connection& db) { acceptMoment(db, now); });
-    if (trustsClock_ || believesMoment(database_, now)) return keepHouse(database_, now);
+    if (trustsClock_ || believesMoment(database_, now)) return keepHouse(database_, now, mail_);
     spdlog::warn(
         "housekeeping waits: it is {}, more than two days from when it ran last. Where the clock is right, "
         "say "

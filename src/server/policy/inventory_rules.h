@@ -1,8 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 
 namespace vantry::server {
+
+/// Of a room.
+inline constexpr std::int64_t mostCapacity = 99'999;
 
 /// How the bookings that are not over use a piece or a group. A member is used with its group, and a group
 /// with each of its members.

@@ -19,9 +19,10 @@ namespace vantry::server {
 
 namespace {
 
-constexpr std::array families{describeSetup,   describeServing,  describeConfiguration, describeUpkeep,
-                              describeDoctor,  describeImports,  describeRules,         describeAudit,
-                              describeLibrary, describeOperators};
+constexpr std::array families{describeSetup,      describeServing, describeConfiguration, describeUpkeep,
+                              describeDoctor,     describeImports, describeExports,       describeRules,
+                              describeAudit,      describeLibrary, describeOperators,     describeFeeds,
+                              describeStatistics, describeMail,    describeRetention,     describePatrons};
 
 constexpr const char* databaseVariable = "VANTRY_DATABASE";
 constexpr const char* configVariable = "VANTRY_CONFIG";
@@ -41,6 +42,7 @@ class Program : public CLI::App {
                          "The file of what is given nowhere else; also by the variable VANTRY_CONFIG")
                   ->configurable(false)
                   ->capture_default_str();
+    describeMailSettings(*this, site.mail);
     for (const auto describe : families) describe(*this, site);
   }
 

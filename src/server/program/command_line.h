@@ -3,6 +3,8 @@
 #include <map>
 #include <string>
 
+#include "server/mail/mail_settings.h"
+
 namespace CLI {
 class App;
 }
@@ -19,6 +21,7 @@ struct Site {
   /// Where each setting that was given comes from, for people: "the command line", "the variable
   /// VANTRY_DATABASE", or the configuration file. What is not in it has its default.
   std::map<std::string, std::string> origins = {};
+  MailSettings mail;
 };
 
 /// Whether the command line or the environment names the database.
@@ -33,10 +36,20 @@ void describeConfiguration(CLI::App& app, const Site& site);
 void describeDoctor(CLI::App& app, const Site& site);
 void describeUpkeep(CLI::App& app, const Site& site);
 void describeImports(CLI::App& app, const Site& site);
+void describeExports(CLI::App& app, const Site& site);
 void describeRules(CLI::App& app, const Site& site);
 void describeAudit(CLI::App& app, const Site& site);
 void describeLibrary(CLI::App& app, const Site& site);
 void describeOperators(CLI::App& app, const Site& site);
+void describeFeeds(CLI::App& app, const Site& site);
+void describeStatistics(CLI::App& app, const Site& site);
+void describeMail(CLI::App& app, const Site& site);
+void describeRetention(CLI::App& app, const Site& site);
+void describePatrons(CLI::App& app, const Site& site);
+
+/// The settings of mail, which all commands may be given, so that one entry of the configuration file does
+/// for all.
+void describeMailSettings(CLI::App& app, MailSettings& mail);
 
 /// Reads the command line, does what it says, and gives the program's exit status.
 [[nodiscard]] int runCommandLine(int argc, char** argv);

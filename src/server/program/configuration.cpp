@@ -99,15 +99,16 @@ std::string quotedValue(const std::string& value) {
   return mark + value + mark;
 }
 
+/// Words and numbers stand as they are.
+std::string writtenValue(const std::string& value) {
+  const bool isNumber = !value.empty() && value.find_first_not_of("0123456789") == std::string::npos;
+  return isNumber || value == "true" || value == "false" ? value : quotedValue(value);
+}
+
 std::string lineFor(const Setting& setting) {
-  const std::string start = splitName(setting.name).option + " = ";
-  if (setting.values.size() == 1) {
-    const std::string& value = setting.values.front();
-    return start + (value == "true" || value == "false" ? value : quotedValue(value));
-  }
   std::string list;
-  for (const std::string& value : setting.values) list += (list.empty() ? "" : ", ") + quotedValue(value);
-  return start + "[" + list + "]";
+  for (const std::string& value : setting.values) list += (list.empty() ? "" : ", ") + writtenValue(value);
+  return splitName(setting.name).option + " = " + (setting.values.size() == 1 ? list : "[" + list + "]");
 }
 
 bool isHead(const std::string& line) {

@@ -4,77 +4,97 @@
 #include <CLI/CLI.hpp>
 
 #include "server/base/user_error.h"
-#include "server/catalogue/marc_import.h"
 #include "server/program/command_line.h"
+#include "server/program/marc_commands.h"
 #include "server/program/on_library.h"
+#include "server/setup/inventory_import.h"
 #include "server/setup/patron_import.h"
+#include "server/setup/staff_import.h"
 
 namespace vantry::server {
 
 namespace {
 
-struct ImportCommand {
-  std::string file;
-  ImportOptions marc;
-  PatronImportUse patrons;
-};
-
-/// Prints the counts; bad records are printed to the standard error.
-void importMarcFile(const std::string& url, const std::string& file, const ImportOptions& options) {
-  ImportReport report;
-  onLibrary(url, [&](Database& database) { report = importMarc(database, file, options); });
-  for (const std::string& fault : report.faults) std::cerr << fault << '\n';
-  std::cout << report.newTitles << " new titles, " << report.changedTitles << " changed; "
-            << report.newHoldings << " new holdings; " << report.newItems << " new items, "
-            << report.changedItems << " changed.\n"
-            << report.bad << " records could not be taken; " << report.leftOut
-            << " holdings or items were left out.\n";
-}
-
-void tellCounts(const PatronReport& report, bool checkOnly) {
-  if (checkOnly) std::cout << "Nothing was written. Taken in, the file would come to this:\n";
-  std::cout << report.newPatrons << " new patrons, " << report.changedPatrons << " changed; "
-            << report.newCards << " new cards, " << report.changedCards << " changed, " << report.retiredCards
-            << " retired; " << report.sameRows << " rows as they are.\n";
-}
-
-/// Prints the counts; a check prints each row that would change something. Faults are printed to the standard
-/// error.
-void importPatronFile(const std::string& url, const std::string& file, const PatronImportUse& use) {
-  PatronReport report;
-  onLibrary(url, [&](Database& database) { report = importPatrons(database, file, use, wallClock()); });
+/// Prints the counts, and for a check first what becomes of each row. Faults are printed to the standard
+/// error. Throws where there are any.
+void tell(const TableReport& report, const std::string& file, bool checkOnly) {
   for (const std::string& heading : report.unknown)
     std::cerr << "The column " << heading << " is left out.\n";
   for (const std::string& fault : report.faults.told()) std::cerr << file << ", " << fault << '\n';
   if (report.faults.count() > 0)
     throw UserError("Nothing was taken. Faults in the file: " + std::to_string(report.faults.count()) + ".");
-  if (use.checkOnly) {
+  if (checkOnly) {
     for (const std::string& row : report.told) std::cout << row << '\n';
+    std::cout << "Nothing was written. Taken in, the file would come to this:\n";
   }
-  tellCounts(report, use.checkOnly);
+  std::cout << report.summary << '\n';
+}
+
+using TableImport = TableReport (*)(Database&, const std::string& file, const ImportUse&, Moment now);
+
+TableReport takePatrons(Database& database, const std::string& file, const ImportUse& use, Moment now) {
+  return importPatrons(database, file, use, now);
+}
+template <InventoryTable table>
+TableReport takeInventory(Database& database, const std::string& file, const ImportUse& use, Moment now) {
+  return importInventory(database, table, file, use, now);
+}
+
+struct TableRow {
+  const char* name;
+  const char* description;
+  const char* retirement;  ///< what becomes of what the file lacks
+  const char* status;      ///< with which, for things that have statuses
+  TableImport import;
+};
+constexpr TableRow tables[] = {
+    {"patrons", "Patrons and their cards out of a CSV file, all or none",
+     "Make cards inactive that the file does not name", nullptr, takePatrons},
+    {"staff", "The staff list out of a CSV file that names patrons by their cards, all or none",
+     "Make members inactive whom the file does not name", nullptr, importStaff},
+    {"rooms", "Rooms and what stands in them out of a CSV file, all or none",
+     "Give the rooms that the file does not name a status", "Closed", takeInventory<InventoryTable::Rooms>},
+    {"equipment", "Pieces of equipment out of a CSV file, all or none",
+     "Give the pieces that the file does not name a status", "Missing",
+     takeInventory<InventoryTable::Pieces>},
+    {"groups", "Groups of equipment and their members out of a CSV file, all or none",
+     "Give the groups that the file does not name a status", "Missing",
+     takeInventory<InventoryTable::Groups>},
+};
+
+void describeTable(CLI::App& import, const Site& site, const TableRow& row) {
+  struct Given {
+    std::string file;
+    ImportUse use;
+  };
+  const auto given = std::make_shared<Given>();
+  CLI::App* command = import.add_subcommand(row.name, row.description);
+  command->add_option("file", given->file, "The file to read")->required();
+  command->add_flag("--check", given->use.checkOnly, "Only tell what is wrong, and what would change");
+  command->add_flag("--retire-missing", given->use.retireMissing, row.retirement);
+  command->add_option("--leave-out", given->use.leftOut, "A column that is not taken; may be repeated")
+      ->allow_extra_args(false);
+  if (row.status != nullptr)
+    command->add_option("--retire-as", given->use.retiredStatus,
+                        std::string("The status for them, which has to forbid their use; \"") + row.status +
+                            "\" unless it is given");
+  command->callback([given, &site, &row] {
+    TableReport report;
+    onLibrary(site.database, [&](Database& database) {
+      report = row.import(database, given->file, given->use, wallClock());
+    });
+    tell(report, given->file, given->use.checkOnly);
+  });
 }
 
 }  // namespace
 
 void describeImports(CLI::App& app, const Site& site) {
-  const auto given = std::make_shared<ImportCommand>();
   CLI::App* import = app.add_subcommand("import", "Take data of other systems in")->require_subcommand(1);
-  CLI::App* marc = import->add_subcommand("marc", "Titles, holdings and items out of MARC 21 or MARCXML");
-  marc->add_option("file", given->file, "The file to read")->required();
-  marc->add_option(
-      "--location", given->marc.location,
-      "For holdings that stand at none of the library's locations; they are left out without it");
-  marc->add_option("--media-type", given->marc.mediaType,
-                   "For items whose carrier is none of the library's media types");
-  marc->callback([given, &site] { importMarcFile(site.database, given->file, given->marc); });
+  describeMarcImport(*import, site);
+  describeHoursImport(*import, site);
 
-  CLI::App* patrons =
-      import->add_subcommand("patrons", "Patrons and their cards out of a CSV file, all or none");
-  patrons->add_option("file", given->file, "The file to read")->required();
-  patrons->add_flag("--check", given->patrons.checkOnly, "Only tell what is wrong, and what would change");
-  patrons->add_flag("--retire-missing", given->patrons.retireMissing,
-                    "Make cards inactive that the file does not name");
-  patrons->callback([given, &site] { importPatronFile(site.database, given->file, given->patrons); });
+  for (const TableRow& row : tables) describeTable(*import, site, row);
 }
 
 }  // namespace vantry::server

@@ -2,10 +2,14 @@
 
 #include <ctime>
 
+#include <spdlog/spdlog.h>
+
 #include "server/base/moment.h"
 #include "server/catalogue/catalogue_store.h"
+#include "server/desk/refusal_counts.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
+#include "server/mail/postman.h"
 #include "server/requests/runner.h"
 #include "server/store/database.h"
 #include "server/store/library_clock.h"
@@ -42,21 +46,29 @@ static Clock clockOf(const Server::Options& options) {
   return options.clock ? options.clock : Clock(wallClock);
 }
 
+static std::unique_ptr<Postman> postmanFor(Database& database, const Server::Options& options) {
+  if (!options.mail.kinds.any()) return nullptr;
+  return std::make_unique<Postman>(database, clockOf(options), options.mail);
+}
+
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
       : database_(options.database, storeOptions(options)),
         runner_(heldToSchema(database_), clockOf(options),
-                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound}),
+                options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound},
+                {.refusals = &refusals_, .mail = options.mail.kinds}),
         clock_(clockOf(options)),
-        housekeeper_(database_, clock_, options.trustsClock),
+        housekeeper_(database_, refusals_, clock_, options.trustsClock, options.mail.kinds),
+        postman_(postmanFor(database_, options)),
         front_(runner_, {.address = options.address,
                          .port = options.port,
                          .certificate = options.certificate,
                          .key = options.key,
                          .threads = options.threads,
                          .limits = options.limits,
-                         .trustedProxies = options.trustedProxies}) {}
+                         .trustedProxies = options.trustedProxies,
+                         .mail = [this] { return mailFigures(); }}) {}
 
   ~Impl() { stop(); }
 
@@ -66,21 +78,41 @@ class Server::Impl {
   void start() {
     front_.start();
     housekeeper_.start();
+    if (postman_) postman_->start();
   }
 
   void stop() {
+    if (postman_) postman_->stop();
     housekeeper_.stop();
     front_.stop();
+    storeLastRefusals();
   }
 
   [[nodiscard]] int port() const { return front_.port(); }
   void reloadCertificate() { front_.reloadCertificate(); }
 
  private:
+  /// They are not worth a failure of the stop.
+  void storeLastRefusals() {
+    try {
+      refusals_.store(database_);
+    } catch (const std::exception& error) {
+      spdlog::warn("the last refusals were not counted: {}", error.what());
+    }
+  }
+
+  [[nodiscard]] MailFigures mailFigures() const {
+    if (!postman_) return {};
+    const Postman::Figures figures = postman_->figures();
+    return {.queued = figures.queued, .sent = figures.sent, .failed = figures.failed};
+  }
+
   Database database_;
+  RefusalCounts refusals_;
   RequestRunner runner_;
   Clock clock_;
   Housekeeper housekeeper_;
+  std::unique_ptr<Postman> postman_;
   HttpFront front_;
 };
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "server/http/http_limits.h"
+#include "server/mail/mail_settings.h"
 #include "server/setup/demo/demo.h"
 
 namespace vantry {
@@ -30,6 +31,7 @@ class Server {
     bool takesTimeZone = false;  ///< the process takes the library's time zone over
     bool trustsClock = false;    ///< keeps house at once after a pause of any length
     int mostFound = 2000;        ///< hits that a search tells; all are counted
+    server::MailSettings mail;   ///< what patrons are told by it
     bool quickHashes = false;    ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's

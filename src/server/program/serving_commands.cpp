@@ -126,6 +126,7 @@ void describeServing(CLI::App& app, const Site& site) {
       ->capture_default_str();
   serving->callback([given, &site] {
     given->options.database = site.database;
+    given->options.mail = site.mail;
     spdlog::set_level(spdlog::level::from_str(given->logLevel));
     serve(*given);
   });

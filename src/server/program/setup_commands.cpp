@@ -122,6 +122,8 @@ void setUp(const Site& site, const SetupCommand& command) {
   { const PendingFile probe(config, text, user.group()); }  // nobody answers questions in vain
   const std::vector<Setting> standing = isThere(config) ? readSettings(config) : std::vector<Setting>();
   const SetupDialog dialog(command.takesSuggestions);
+  if (!command.takesSuggestions)
+    std::cerr << "Enter takes what stands in brackets. Nothing is written before the last answer.\n";
   const SetupPlan plan = askForPlan(dialog, command.given, standing, user);
   confirm(dialog);
 

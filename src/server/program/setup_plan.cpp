@@ -48,8 +48,10 @@ std::string absolutePath(const std::string& path) {
 }
 
 void needNewFile(const std::string& file) {
-  if (!fs::is_directory(fs::path(file).parent_path()) ||
-      faccessat(AT_FDCWD, fs::path(file).parent_path().c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+  const std::string folder = fs::path(file).parent_path().string();
+  std::error_code unreadable;
+  if (!fs::is_directory(folder, unreadable) ||
+      faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
     throw StoreError(StoreError::Kind::Absent, "the folder is missing, or may not be written");
   }
 }
@@ -59,7 +61,8 @@ void needNewFile(const std::string& file) {
 LibraryState readState(const std::string& database) {
   LibraryState state;
   tellingPlainly(database, [&] {
-    if (isFile(database) && !fs::exists(database)) return needNewFile(database);
+    std::error_code unreadable;
+    if (isFile(database) && !fs::exists(database, unreadable)) return needNewFile(database);
     Database opened(database, {.connections = 1});
     if (schemaVersion(opened) == 0) return;
     requireSchema(opened);
@@ -225,17 +228,16 @@ class Asking {
   }
 
   void askReach() {
-    const std::string reach =
-        dialog_.answer({.text = "Who reaches the server: this-machine, a proxy that speaks TLS for it, or "
-                                "everybody with its own "
-                                "certificate (this-machine, proxy, certificate)",
-                        .suggestion = standingReach(),
-                        .fault =
-                            [](const std::string& answer) {
-                              const bool isKnown = std::ranges::find(reaches, answer) != reaches.end();
-                              return isKnown ? "" : "The answer is this-machine, proxy or certificate.";
-                            }},
-                       given_.reach);
+    const std::string reach = dialog_.answer(
+        {.text = "Who reaches the server (this-machine; proxy, which speaks TLS in front of it; "
+                 "certificate, to speak TLS itself)",
+         .suggestion = standingReach(),
+         .fault =
+             [](const std::string& answer) {
+               const bool isKnown = std::ranges::find(reaches, answer) != reaches.end();
+               return isKnown ? "" : "The answer is this-machine, proxy or certificate.";
+             }},
+        given_.reach);
     askAddress(reach);
     askProxy(reach == "proxy");
     askCertificate(reach == "certificate");

@@ -32,9 +32,24 @@ void refuseUnless(const Findings& findings, Reply (*replyOf)(const Findings&)) {
   if (!findings.clean()) throw Refused{replyOf(findings)};
 }
 
+/// What is known of a sound draft before it is judged. All of it is asked at once.
+struct DraftFacts {
+  DeskPolicy policy;
+  Pieces pieces;
+  std::vector<ForbiddenPiece> forbidden;
+};
+
 /// Wishes go by the policy of the desk that makes the booking, whoever changes it later.
-DeskPolicy policyOf(Context& context, const BookingDraft& draft, std::int64_t deskId) {
-  return loadPolicyLocations(context.db, deskId, draft.administrative ? 0 : draft.groupId);
+DraftFacts factsOf(Context& context, const BookingDraft& draft, std::int64_t deskId,
+                   const Requester& before) {
+  Connection& db = context.db;
+  const std::vector<std::int64_t> named = namedPieces(draft);
+  const auto missing = askMissingKey(db, draft, before);
+  const auto policy = askPolicyLocations(db, deskId, draft.administrative ? 0 : draft.groupId);
+  const auto pieces = askPieces(db, named);
+  const auto forbidden = askForbidden(db, named);
+  if (const std::string_view tag = missing.get(); !tag.empty()) refuseTag(tag);
+  return {.policy = policy.get(), .pieces = pieces.get(), .forbidden = forbidden.get()};
 }
 
 UsageQuestion questionOf(const Context& context, const BookingDraft& draft, const DeskPolicy& policy,
@@ -77,17 +92,22 @@ void requireFree(Connection& db, const BookingDraft& draft, const ResolvedThings
 
 /// What a status forbids needs an override, and the message does not tell of one. So it counts whether the
 /// operator may have made it. What the booking has already was judged when it came in.
-void requireUsable(Context& context, const ResolvedThings& things, std::int64_t bookingId) {
+void requireUsable(Context& context, const ResolvedThings& things,
+                   const std::vector<ForbiddenPiece>& forbidden, std::int64_t bookingId) {
+  if (forbidden.empty()) return;
   std::set<std::int64_t> before{0};
   if (bookingId != 0) {
     for (const EquipmentLineRow& line : equipmentLinesOf(context.db, bookingId)) before.insert(line.piece);
   }
-  std::vector<std::int64_t> added;
+  std::set<std::int64_t> added;
   for (const ResolvedPiece& each : things.equipment) {
-    if (!each.inRoom && !before.contains(each.piece.id)) added.push_back(each.piece.id);
+    if (!each.inRoom && !before.contains(each.piece.id)) added.insert(each.piece.id);
   }
-  const std::optional<ForbiddenPiece> found = firstForbidden(context.db, added);
-  if (!found || mayOverride(context.db, context.session, "OVOTR", context.now)) return;
+  added.erase(0);
+  const auto found = std::ranges::find_if(forbidden, [&](const ForbiddenPiece& each) {
+    return added.contains(each.id) || added.contains(each.groupId);
+  });
+  if (found == forbidden.end() || mayOverride(context.db, context.session, "OVOTR", context.now)) return;
   const std::optional<Piece> piece = findPiece(context.db, found->id);
   Reply reply(rc::equipmentStatus);
   reply.record()
@@ -98,12 +118,12 @@ void requireUsable(Context& context, const ResolvedThings& things, std::int64_t 
 }
 
 /// Who is not active is assigned to nothing new, and stays with what they have.
-void requireStaff(Connection& db, const BookingDraft& draft, const std::optional<BookingHead>& before) {
+void requireStaff(Connection& db, const BookingDraft& draft, const BookingState& before) {
   const auto require = [&](std::int64_t staff, std::int64_t staffBefore, std::string_view tag) {
     if (staff != 0 && staff != staffBefore && !isActiveStaff(db, staff)) refuseTag(tag);
   };
-  require(draft.setupStaffId, before ? before->setupStaffId : 0, tags::ODE);
-  require(draft.cleanupStaffId, before ? before->cleanupStaffId : 0, tags::OPU);
+  require(draft.setupStaffId, before.setupStaffId, tags::ODE);
+  require(draft.cleanupStaffId, before.cleanupStaffId, tags::OPU);
 }
 
 /// Windows offer no storage rooms; this one became one meanwhile.
@@ -130,13 +150,12 @@ void addCreated(Reply& reply, Context& context, std::int64_t id) {
 Reply newBookings(Context& context, const Message& message) {
   const BookingDraft draft = draftOf(message);
   if (firstOverlap(takenTimesOf(draft))) return Reply(rc::timesOverlap);
-  requireKeys(context.db, draft, {});
-  const DeskPolicy policy = policyOf(context, draft, context.session.locationId);
-  const UsageQuestion question = questionOf(context, draft, policy, 0);
-  const ResolvedThings things = resolveThings(context.db, draft, question);
-  requireStaff(context.db, draft, std::nullopt);
+  const DraftFacts facts = factsOf(context, draft, context.session.locationId, {});
+  const UsageQuestion question = questionOf(context, draft, facts.policy, 0);
+  const ResolvedThings things = resolveThings(context.db, draft, question, facts.pieces);
+  requireStaff(context.db, draft, {});
   requireNoStorage(context.db, draft, 0);
-  requireUsable(context, things, 0);
+  requireUsable(context, things, facts.forbidden, 0);
   requireFree(context.db, draft, things, question);
   Reply reply(things.roomSatisfied ? rc::satisfiedByRoom : 0);
   const StoredBooking booking{draft, things, stampAt(context, context.now)};
@@ -144,7 +163,7 @@ Reply newBookings(Context& context, const Message& message) {
     // The wishes of the earlier times wait already, and long ones of others may meet several.
     if (&times != draft.times.data()) {
       const Period taken = takenFor(times, draft.setupMinutes, draft.cleanupMinutes);
-      requireFree(context.db, draft, things, {policy, {taken}, 0, 0, context.now});
+      requireFree(context.db, draft, things, {facts.policy, {taken}, 0, 0, context.now});
     }
     const std::int64_t id = insertBooking(context.db, booking, times);
     addLines(context.db, id, booking, times);
@@ -171,21 +190,20 @@ Reply changeBooking(Context& context, const Message& message) {
   if (firstOverlap(takenTimesOf(draft))) return Reply(rc::timesOverlap);
   // Several times make several bookings, and only a new one can become several.
   if (draft.times.size() > 1) refuseTag(tags::STIME);
-  const std::optional<BookingHead> before = findBookingHead(context.db, state->id);
-  requireKeys(context.db, draft, {before->patronId, before->groupId});
-  const DeskPolicy policy = policyOf(context, draft, state->locationId);
-  const UsageQuestion question = questionOf(context, draft, policy, state->id);
-  const ResolvedThings things = resolveThings(context.db, draft, question);
-  requireStaff(context.db, draft, before);
+  const auto given = WishFiller::askGiven(context.db, state->id);
+  const DraftFacts facts = factsOf(context, draft, state->locationId, {state->patronId, state->groupId});
+  const UsageQuestion question = questionOf(context, draft, facts.policy, state->id);
+  const ResolvedThings things = resolveThings(context.db, draft, question, facts.pieces);
+  requireStaff(context.db, draft, *state);
   requireNoStorage(context.db, draft, state->roomId);
-  requireUsable(context, things, state->id);
+  requireUsable(context, things, facts.forbidden, state->id);
   requireFree(context.db, draft, things, question);
   const Moment stamp = nextStamp(state->updatedAt, context.now);
   const StoredBooking booking{draft, things, stampAt(context, stamp)};
-  const std::vector<GivenThing> given = WishFiller::given(context.db, state->id);
+  const std::vector<GivenThing> before = given.get();
   rewriteBooking(context.db, state->id, booking);
   addLines(context.db, state->id, booking, draft.times.front());
-  keepGiven(context, state->id, policy, given);
+  keepGiven(context, state->id, facts.policy, before);
   Reply reply(things.roomSatisfied ? rc::satisfiedByRoom : 0);
   reply.head(tags::UNM, context.session.operatorName)
       .head(tags::LNA, context.session.locationName)

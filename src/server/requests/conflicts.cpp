@@ -73,13 +73,14 @@ class ConflictSearch {
                                       horizon(context_, message, tags::DHRS),
                                       horizon(context_, message, tags::PHRS)};
     // The things are needed when set-up begins.
-    const Moment latest = *std::ranges::max_element(until) + mostMinutes * minute;
-    visitOpenBookings(db_, watchedDesks(context_, message), latest, [&](const MonitorBooking& row) {
+    const auto add = [&](const MonitorBooking& row) {
       const auto type = static_cast<std::size_t>(row.watched.type);
       if (type >= until.size() || row.watched.taken.from >= until.at(type)) return;
       bookings_.emplace(row.id, row);
       if (row.watched.status == BookingStatus::Live) live_.push_back(row.id);
-    });
+    };
+    visitBookingsToSetUp(db_, watchedDesks(context_, message), *std::ranges::max_element(until), add,
+                         Watch::All);
   }
 
   const DeskPolicy& policyOf(std::int64_t deskId, std::int64_t groupId) {

@@ -7,6 +7,7 @@
 
 #include "server/access/sessions.h"
 #include "server/base/moment.h"
+#include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "words/requests.h"
@@ -37,7 +38,9 @@ struct Context {
   const Session& session;
   Moment now;
   SearchLimits search = {};
+  MailKinds mail = {};                  ///< what patrons are told by mail
   std::vector<std::int64_t> made = {};  ///< the keys of the records that the request made
+  std::int64_t movedTo = 0;  ///< the location for which the session works from now on; 0 for as before
 };
 
 /// Thrown by a request that refuses after it has begun to write: everything that it wrote is undone, and the

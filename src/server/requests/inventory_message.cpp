@@ -1,35 +1,15 @@
 #include "server/requests/inventory_message.h"
 
-#include "server/base/number_text.h"
+#include "server/base/money_text.h"
 #include "server/base/tag_refusal.h"
 #include "words/tags.h"
 
 namespace vantry::server {
 
-namespace {
-
-constexpr std::int64_t mostCents = 900'000'000'000;
-
-/// Of figures and at most one decimal point, which the form of the tag has ensured.
-std::int64_t centsIn(std::string_view figures) {
-  const std::size_t point = figures.find('.');
-  std::string_view whole = figures.substr(0, point);
-  std::string decimals(point == std::string_view::npos ? std::string_view() : figures.substr(point + 1));
-  while (whole.starts_with('0')) whole.remove_prefix(1);
-  decimals.resize(2, '0');
-  if (whole.size() > 12) return mostCents + 1;
-  return numberOf(whole) * 100 + numberOf(decimals);
-}
-
-}  // namespace
-
 std::int64_t centsOf(const Message& message, std::string_view tag) {
-  std::string_view text = message.text(tag);
-  const bool negative = text.starts_with('-');
-  if (negative) text.remove_prefix(1);
-  const std::int64_t cents = centsIn(text);
-  if (cents > mostCents) refuseTag(tag);
-  return negative ? -cents : cents;
+  const std::optional<std::int64_t> cents = parseMoney(message.text(tag));
+  if (!cents) refuseTag(tag);
+  return *cents;
 }
 
 Moment dayOf(const Message& message, std::string_view tag) {

@@ -19,8 +19,6 @@ namespace {
 /// What VERDELE asks about, as its VTY tells it.
 enum class Kind { Room = 0, Equipment = 1, Group = 2 };
 
-constexpr std::int64_t mostCapacity = 99'999;
-
 std::string requiredText(const Message& message, std::string_view tag) {
   std::string_view text = message.text(tag);
   while (text.starts_with(' ')) text.remove_prefix(1);
@@ -80,20 +78,12 @@ Reply newEquipment(Context& context, const Message& message, EquipmentRecord rec
   return reply;
 }
 
-/// Throws Refused where the thing may not be kept elsewhere now. A member is kept where its group is.
-void requireMayMove(Context& context, const EquipmentRecord& before, const EquipmentRecord& after) {
-  if (before.roomId == after.roomId) return;
-  if (const auto refusal = refusalToMove(useOfEquipment(context.db, before.id)))
-    throw Refused{Reply(*refusal)};
-  if (before.groupId != 0) throw Refused{Reply(rc::groupStatus)};
-}
-
 Reply changeEquipment(Context& context, const Message& message, bool isGroup, ReadRecord read) {
   const std::optional<EquipmentRecord> before = findEquipmentRecord(context.db, message.number(tags::EID));
   if (!before || before->isGroup != isGroup) return Reply(rc::notFound);
   EquipmentRecord record = *before;
   read(context, message, record);
-  requireMayMove(context, *before, record);
+  if (const auto refusal = refusalToKeepIn(context.db, *before, record.roomId)) return Reply(*refusal);
   const Stamp stamp = stampOf(context, before->stamps.updatedAt);
   writeEquipment(context.db, record, stamp);
   if (isGroup) moveMembers(context.db, record);
@@ -152,19 +142,12 @@ Reply newRoom(Context& context, const Message& message) {
   return createdReply(context, tags::RID, id);
 }
 
-std::optional<int> refusalToChangeRoom(Context& context, const RoomRecord& before, const RoomRecord& after) {
-  const bool empties = (before.storage && !after.storage) || before.locationId != after.locationId;
-  const RoomChange change{.storesRoom = !before.storage && after.storage,
-                          .movesThings = empties && keepsBookedThings(context.db, before.id)};
-  return refusalToChange(useOfRoom(context.db, before.id), change);
-}
-
 Reply changeRoom(Context& context, const Message& message) {
   const std::optional<RoomRecord> before = findRoomRecord(context.db, message.number(tags::RID));
   if (!before) return Reply(rc::notFound);
   RoomRecord record = *before;
   readRoom(context, message, record);
-  if (const auto refusal = refusalToChangeRoom(context, *before, record)) return Reply(*refusal);
+  if (const auto refusal = refusalToChangeRoom(context.db, *before, record)) return Reply(*refusal);
   const Stamp stamp = stampOf(context, before->stamps.updatedAt);
   writeRoom(context.db, record, detailsOf(context, message), stamp);
   if (before->locationId != record.locationId && !areNumbersUnique(context.db, Moved::Room, record.id))

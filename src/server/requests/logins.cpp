@@ -3,6 +3,8 @@
 
 #include <optional>
 
+#include <spdlog/spdlog.h>
+
 #include "server/access/audit.h"
 #include "server/access/operators.h"
 #include "server/access/rights.h"
@@ -43,7 +45,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   if (!known) wasteCheck(password, cost_);
   const bool granted = known && matchesPassword(account->password, password);
   std::string token;
-  database_.writeApart({}, [&](Connection& db) {
+  const auto note = [&](Connection& db) {
     if (!granted) {
       noteFailedTry(db, name, address, now);
       return audit(db, nullptr, now, "login refused", name, address);
@@ -53,12 +55,31 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
     Session session;
     session.operatorId = account->id;
     audit(db, &session, now, "login", account->login, address);
-  });
+  };
+  try {
+    database_.writeApart({}, note);
+  } catch (const StoreError& error) {
+    if (error.kind() != StoreError::Kind::Failed && error.kind() != StoreError::Kind::ReadOnly) throw;
+    if (!granted) spare_.noteFailedTry(name, now);
+    if (!granted) throw;
+    token = openSpareSession(*account, error, now);
+  }
   if (!granted) return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
   return {.kind = LoginResult::Kind::Granted, .token = token, .login = account->login, .retryAfter = 0};
 }
 
+/// The work of a desk goes on as far as it only reads. Throws the error when it cannot.
+std::string RequestRunner::openSpareSession(const OperatorAccount& account, const StoreError& error,
+                                            Moment now) {
+  const std::optional<std::string> token = spare_.open(account.id, account.login, now);
+  if (!token) throw error;
+  spdlog::warn("{} has logged on and can only read, since nothing can be written: {}", account.login,
+               error.what());
+  return *token;
+}
+
 bool RequestRunner::logout(std::string_view token) {
+  if (spare_.close(hashToken(token))) return true;
   if (!knowsSession(token)) return false;
   bool known = false;
   database_.writeApart({}, [&](Connection& db) {
@@ -107,6 +128,7 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
     closeSessionsOf(db, account->id, session->token);
     note(db, "password changed");
   });
+  if (weakness.empty()) spare_.closeOf(account->id);
   if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness, .retryAfter = 0};
   return {.kind = Kind::Changed, .weakness = {}, .retryAfter = 0};
 }

@@ -9,7 +9,6 @@
 #include "server/base/tag_refusal.h"
 #include "server/desk/inventory_writer.h"
 #include "server/desk/membership.h"
-#include "server/desk/remark_store.h"
 #include "server/desk/thing_store.h"
 #include "server/requests/inventory_message.h"
 #include "words/tags.h"
@@ -27,12 +26,6 @@ Piece requirePiece(Context& context, const Message& message, std::string_view ta
   return *piece;
 }
 
-/// A group is changed only while nothing but the system's "Not Charged" is on it.
-bool mayChange(Context& context, std::int64_t groupId) {
-  const std::vector<StatusRow> statuses = appliedStatuses(context.db, Owner::Equipment, groupId);
-  return statuses.size() == 1 && statuses.front().id == systemStatus::notCharged;
-}
-
 Reply valueReply(Context& context, int code, std::int64_t groupId) {
   const std::string value = moneyText(valueOfGroup(context.db, groupId));
   Reply reply(code);
@@ -42,12 +35,10 @@ Reply valueReply(Context& context, int code, std::int64_t groupId) {
 Reply addMember(Context& context, const Message& message) {
   const Piece piece = requirePiece(context, message, tags::EID, false);
   const Piece group = requirePiece(context, message, tags::GRPID, true);
-  if (!mayChange(context, group.id)) return Reply(rc::groupStatus);
+  if (const auto refusal = refusalToJoin(context.db, piece.id, piece.groupId, group.id))
+    return Reply(*refusal);
   bool follow = false;
   if (piece.groupId != group.id) {
-    const bool leavesBooked = piece.groupId != 0 && useOfEquipment(context.db, piece.groupId).booked;
-    const bool isOut = useOfEquipment(context.db, piece.id).out;
-    if (isOut || leavesBooked || wouldMeet(context.db, piece.id, group.id)) return Reply(rc::bothBooked);
     follow = joinGroup(context.db, piece.id, group.id);
     if (!areNumbersUnique(context.db, Moved::Thing, piece.id)) refuseTag(tags::ENO);
   }

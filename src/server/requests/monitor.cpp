@@ -43,7 +43,7 @@ Reply deliveries(Context& context, const Message& message) {
   const Moment latest = until + mostMinutes * minute;
   std::vector<Way> ways;
   const auto add = [&](const MonitorBooking& row) { addWays(ways, row, context.now, until); };
-  visitOpenBookings(context.db, desks, latest, add);
+  visitBookingsToSetUp(context.db, desks, until, add, Watch::Brought);
   visitEndedEarly(context.db, desks, context.now, latest, add);
   std::ranges::stable_sort(ways, {}, &Way::at);
   Reply reply;
@@ -60,21 +60,19 @@ Reply deliveries(Context& context, const Message& message) {
 
 Reply pickups(Context& context, const Message& message) {
   Reply reply;
-  visitPickups(context.db, watchedDesks(context, message), horizon(context, message, tags::HRS),
-               [&](const MonitorBooking& row) { addHead(reply, row).set(tags::RNM, row.place); });
+  const auto add = [&](const MonitorBooking& row) { addHead(reply, row).set(tags::RNM, row.place); };
+  visitOpenBookings(context.db, watchedDesks(context, message), horizon(context, message, tags::HRS), add,
+                    Watch::Waiting);
   return reply;
 }
 
 Reply libraryRooms(Context& context, const Message& message) {
   Reply reply;
-  visitOpenBookings(context.db, watchedDesks(context, message), horizon(context, message, tags::HRS),
-                    [&](const MonitorBooking& row) {
-                      if (row.watched.type != bookingType::librarySchedule) return;
-                      addHead(reply, row)
-                          .set(tags::ICNT, row.items)
-                          .set(tags::ECNT, row.equipment)
-                          .set(tags::RNM, row.place);
-                    });
+  const auto add = [&](const MonitorBooking& row) {
+    addHead(reply, row).set(tags::ICNT, row.items).set(tags::ECNT, row.equipment).set(tags::RNM, row.place);
+  };
+  visitOpenBookings(context.db, watchedDesks(context, message), horizon(context, message, tags::HRS), add,
+                    Watch::LibraryRooms);
   return reply;
 }
 

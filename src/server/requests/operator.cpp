@@ -32,7 +32,7 @@ Reply rightsAtLocation(Context& context, const Message& message) {
     audit(context.db, &context.session, context.now, "location refused", message.text(tags::LOC), {});
     return Reply(rc::noRight);
   }
-  setSessionLocation(context.db, context.session, location);
+  context.movedTo = location;
   const std::vector<std::string> held = rightsAt(context.db, context.session.operatorId, location);
   Reply reply;
   for (const std::string_view code : wordsOf(findRequest("SLL")->head)) {

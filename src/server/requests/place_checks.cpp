@@ -65,14 +65,20 @@ TypesAsked typesOf(Context& context, const Message& message) {
   for (const MediaAsk& ask : mediaOf(message)) {
     if (ask.mediaTypeId != 0) types.media[ask.mediaTypeId] = mediaTypeName(context.db, ask.mediaTypeId);
   }
-  for (const EquipmentAsk& ask : bookedEquipmentOf(message)) {
+  const std::vector<EquipmentAsk> equipment = bookedEquipmentOf(message);
+  std::vector<std::int64_t> named;
+  for (const EquipmentAsk& ask : equipment) {
+    if (ask.piece != 0) named.push_back(ask.piece);
+  }
+  const Pieces pieces = findPieces(context.db, named);
+  for (const EquipmentAsk& ask : equipment) {
     if (ask.piece == 0) {
       types.equipment[ask.typeId] = equipmentTypeName(context.db, ask.typeId);
       continue;
     }
-    const std::optional<Piece> piece = findPiece(context.db, ask.piece);
-    if (!piece) refuseTag(tags::EID);
-    types.equipment[piece->typeId] = piece->typeName;
+    const auto piece = pieces.find(ask.piece);
+    if (piece == pieces.end()) refuseTag(tags::EID);
+    types.equipment[piece->second.typeId] = piece->second.typeName;
   }
   return types;
 }

@@ -1,6 +1,7 @@
 #include "server/requests/reply.h"
 
 #include "words/json_text.h"
+#include "words/tags.h"
 
 namespace vantry::server {
 
@@ -34,6 +35,7 @@ Reply& Reply::set(std::string_view tag, std::string_view value) {
 }
 
 Reply& Reply::set(std::string_view tag, std::int64_t value) {
+  if (tag == tags::VUF || tag == tags::CHFA) reasons_.push_back(static_cast<int>(value));
   return set(tag, std::to_string(value));
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "server/base/return_codes.h"
 
@@ -28,12 +30,16 @@ class Reply {
 
   [[nodiscard]] std::int64_t recordCount() const { return records_; }
 
+  /// The codes by which records refuse something, one for each record that does.
+  [[nodiscard]] std::span<const int> reasons() const { return reasons_; }
+
   /// {"rc":0,"head":{...},"records":[...]}
   [[nodiscard]] std::string json() const;
 
  private:
   int rc_ = 0;
   std::int64_t records_ = 0;
+  std::vector<int> reasons_;
   std::string head_;
   std::string body_;  ///< the records so far, the last one still open
 };

@@ -8,8 +8,11 @@
 #include "server/access/passwords.h"
 #include "server/access/sealing.h"
 #include "server/access/sessions.h"
+#include "server/access/spare_sessions.h"
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
+#include "server/desk/refusal_counts.h"
+#include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
 #include "server/store/database.h"
@@ -17,13 +20,22 @@
 
 namespace vantry::server {
 
-/// What the server does, without HTTP: logins and requests. Holds no state of its own, so that
-/// several processes may work on one store. Safe for many threads at once. Every operation may throw
+struct OperatorAccount;
+
+/// What is done beside the requests.
+struct RunnerUse {
+  RefusalCounts* refusals = nullptr;  ///< counts what is refused, where somebody wants to know
+  MailKinds mail = {};                ///< what patrons are told by mail
+};
+
+/// What the server does, without HTTP: logins and requests. Holds no state of its own but the spare sessions,
+/// so that several processes may work on one store. Safe for many threads at once. Every operation may throw
 /// StoreError.
 class RequestRunner {
  public:
   /// The database's schema is up to date.
-  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {});
+  RequestRunner(Database& database, Clock clock, HashCost cost, const SearchLimits& search = {},
+                const RunnerUse& use = {});
 
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
@@ -58,11 +70,22 @@ class RequestRunner {
   };
   struct Answer {
     enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
-    std::string json;  ///< when done: the reply
+    std::string json;             ///< when done: the reply
+    std::int64_t locationId = 0;  ///< of the session, when a writing request is done
   };
   /// Runs a request once: a repeated id of a writing request is answered with the stored reply. An id that
   /// belongs to another request, or to other tags, is misused.
   [[nodiscard]] Answer run(const Incoming& incoming);
+
+  struct FeedAnswer {
+    enum class Kind { Told, Unknown, TooMany } kind = Kind::Unknown;
+    std::string text;       ///< when told: the calendar
+    std::string version;    ///< when told: differs from that of any other text
+    Moment changedAt = 0;   ///< when told: in seconds since 1970-01-01 UTC
+    Moment retryAfter = 0;  ///< when there were too many wrong guesses: seconds to wait
+  };
+  /// The feed whose address has this secret. What belongs to no feed counts as a guess of the client.
+  [[nodiscard]] FeedAnswer feed(std::string_view secret, std::string_view address);
 
  private:
   /// What is decided before the request runs: who asks, whether they hold the right, whether the message is
@@ -76,10 +99,14 @@ class RequestRunner {
   struct Supervisor;
   static Answer repeat(const StoredReply& stored, std::string_view code, std::string_view digest);
 
+  std::string openSpareSession(const OperatorAccount& account, const StoreError& error, Moment now);
+  void keepLocation(Connection& db, const Session& session, std::int64_t location) const;
   Judged judge(Connection& db, const Incoming& incoming, Moment now) const;
+  void noteGuess(std::string_view address, Moment now);
   Answer runReading(const Incoming& incoming);
   void writeAfterRead(const Database::Work& work);
   Answer runWriting(const Incoming& incoming);
+  void countRefusal(std::string_view code, const Reply& reply, std::int64_t locationId, Moment now) const;
   Answer answerOnce(Connection& db, const Incoming& incoming, Moment now, const Reply* refusal) const;
   Answer runOverride(const Incoming& incoming);
   Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;
@@ -89,7 +116,10 @@ class RequestRunner {
   Clock clock_;
   HashCost cost_;
   SearchLimits search_;
+  RefusalCounts* refusals_;
+  MailKinds mail_;
   SealingKeys keys_;
+  mutable SpareSessions spare_;
 };
 
 }  // namespace vantry::server

@@ -2,21 +2,27 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "server/access/audit.h"
 #include "server/desk/booking_store.h"
 #include "server/desk/library_border.h"
 #include "server/requests/audit_words.h"
+#include "server/requests/booking_news.h"
 #include "words/tags.h"
 
 namespace vantry::server {
 
 namespace {
 
-bool namesOthersBooking(Context& context, const Message& message) {
-  const std::vector<std::int64_t> bookings = message.numbers(tags::BOOKID);
-  return std::ranges::any_of(bookings, [&](std::int64_t id) {
-    return id != 0 && isOfOtherLibrary(context.db, id, context.session.locationId);
+Pending<bool> asksForOthersBooking(Context& context, const Message& message) {
+  std::vector<Pending<bool>> others;
+  for (const std::int64_t id : message.numbers(tags::BOOKID)) {
+    if (id != 0) others.push_back(askOtherLibrary(context.db, id, context.session.locationId));
+  }
+  return Pending<bool>([others = std::move(others)] {
+    return std::ranges::any_of(others, [](const Pending<bool>& each) { return each.get(); });
   });
 }
 
@@ -43,18 +49,32 @@ std::string askedInShort(const AuditWord& word, const Message& message) {
   return text;
 }
 
-/// One writing request, as the audit tells it: the records, what they were before, and what was asked.
+/// One writing request, as the audit tells it: the records, what they were before, and what was asked. What
+/// they are is asked for at once, and read before the request runs.
 class AuditedRun {
  public:
   AuditedRun(const AuditWord& word, Context& context, const Message& message)
       : word_(word), context_(context), message_(message) {
-    if (!word.key.empty()) before_ = recordsBefore();
+    if (word.key.empty()) return;
+    for (const std::int64_t id : message.numbers(word.key))
+      found_.emplace_back(id, askShort(context.db, word.kind, id));
   }
 
-  void note(const Reply& reply) {
+  /// Remembers those that there are: what somebody has deleted before is not written.
+  void readBefore() {
+    std::string all;
+    for (const auto& [id, asked] : found_) {
+      const std::string text = asked.get();
+      if (text.empty()) continue;
+      records_.push_back(id);
+      all += (all.empty() ? "" : "; ") + text;
+    }
+    before_ = beginningOf(all, longestDetail);
+  }
+
+  void note() {
     const std::vector<std::int64_t>& records = word_.key.empty() ? context_.made : records_;
-    const bool done = reply.rc() == 0 || reply.rc() == word_.doneToo;
-    if (!done || records.empty()) return;
+    if (records.empty()) return;
     const std::string asked = askedInShort(word_, message_);
     const std::string parting = before_.empty() || asked.empty() ? "" : " -> ";
     audit(context_.db, &context_.session, context_.now, word_.action, subjectOf(records),
@@ -62,18 +82,6 @@ class AuditedRun {
   }
 
  private:
-  /// Remembers those that there are: what somebody has deleted before is not written.
-  std::string recordsBefore() {
-    std::string all;
-    for (const std::int64_t id : message_.numbers(word_.key)) {
-      const std::string text = inShort(context_.db, word_.kind, id);
-      if (text.empty()) continue;
-      records_.push_back(id);
-      all += (all.empty() ? "" : "; ") + text;
-    }
-    return std::string(beginningOf(all, longestDetail));
-  }
-
   [[nodiscard]] std::string subjectOf(const std::vector<std::int64_t>& records) const {
     std::string text;
     for (const std::int64_t id : records) {
@@ -86,6 +94,7 @@ class AuditedRun {
   const AuditWord& word_;
   Context& context_;
   const Message& message_;
+  std::vector<std::pair<std::int64_t, Pending<std::string>>> found_;
   std::vector<std::int64_t> records_;
   std::string before_;
 };
@@ -93,12 +102,17 @@ class AuditedRun {
 }  // namespace
 
 Reply serve(const HandlerRow& handler, Context& context, const Message& message) {
-  if (namesOthersBooking(context, message)) return Reply(rc::notFound);
+  const Pending<bool> others = asksForOthersBooking(context, message);
   const AuditWord* word = findAuditWord(handler.code);
-  if (word == nullptr) return handler.run(context, message);
+  if (word == nullptr) return others.get() ? Reply(rc::notFound) : handler.run(context, message);
   AuditedRun audited(*word, context, message);
+  if (others.get()) return Reply(rc::notFound);
+  audited.readBefore();
+  BookingNews news(context, handler.code, message);
   Reply reply = handler.run(context, message);
-  audited.note(reply);
+  if (reply.rc() != 0 && reply.rc() != word->doneToo) return reply;
+  audited.note();
+  news.queue();
   return reply;
 }
 

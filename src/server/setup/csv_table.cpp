@@ -6,12 +6,15 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <utility>
 
 #include "server/base/user_error.h"
+#include "server/setup/csv_text.h"
+#include "server/setup/table_cells.h"
 
 namespace vantry::server {
 
@@ -23,7 +26,8 @@ constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
 std::string contentOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw UserError("The file \"" + path + "\" cannot be read.");
+  if (!file || std::filesystem::is_directory(path))
+    throw UserError("The file \"" + path + "\" cannot be read.");
   std::ostringstream text;
   text << file.rdbuf();
   if (file.bad()) throw UserError("The file \"" + path + "\" cannot be read to its end.");
@@ -63,12 +67,6 @@ char separatorOf(std::string_view text) {
                                              counts.begin())];
 }
 
-std::string trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return std::string(text.substr(first, text.find_last_not_of(" \t") - first + 1));
-}
-
 /// Takes cells and rows from the parser.
 class TableReader {
  public:
@@ -104,7 +102,7 @@ class TableReader {
 
   void cell(std::string_view text) {
     if (row_.cells.empty()) row_.line = line_;
-    if (row_.cells.size() <= mostColumns) row_.cells.push_back(trimmed(text));
+    if (row_.cells.size() <= mostColumns) row_.cells.push_back(trimmed(unguardedCell(trimmed(text))));
   }
 
   void row() {

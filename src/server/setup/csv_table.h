@@ -20,8 +20,9 @@ struct CsvTable {
 };
 
 /// Reads a file whose texts are UTF-8, or Windows' Western code page when they cannot be, and whose cells are
-/// parted by comma, semicolon, tabulator or bar. A row with a wrong number of cells and quotes that do not
-/// fit are told with their line. Throws UserError for a file that cannot be read or is no table.
+/// parted by comma, semicolon, tabulator or bar. The apostrophe before a formula is taken off. A row with a
+/// wrong number of cells and quotes that do not fit are told with their line. Throws UserError for a file
+/// that cannot be read or is no table.
 [[nodiscard]] CsvTable readCsv(const std::string& path, FileFaults& faults);
 
 /// "line 7", and "line 7, column Card".

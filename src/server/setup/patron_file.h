@@ -15,12 +15,16 @@ namespace vantry::server {
 
 /// A column of patrons that is kept as a text.
 struct PatronColumn {
-  std::string_view heading;  ///< as `headingKey` gives it, with other names behind it, parted by blanks
-  std::string_view column;   ///< of the store
-  std::string_view folded;   ///< the column that is searched; empty for none
-  std::size_t longest;       ///< in bytes
+  std::string_view heading;
+  std::string_view others;  ///< other headings, see ColumnName
+  std::string_view column;  ///< of the store
+  std::string_view folded;  ///< the column that is searched; empty for none
+  std::size_t longest;      ///< in bytes
 };
 [[nodiscard]] std::span<const PatronColumn> patronColumns();
+
+/// The headings of a table of patrons: those of cards, and then of the texts.
+[[nodiscard]] std::vector<std::string> patronHeadings();
 
 /// A row of the file: a card and whose it is. What has no column in the file is missing.
 struct PatronEntry {
@@ -41,7 +45,9 @@ struct PatronFile {
   std::vector<std::string> unknown;  ///< headings that mean nothing here
 };
 
-/// Reads the patrons of a table. What is wrong with them alone is told with line and column.
-[[nodiscard]] PatronFile readPatrons(const CsvTable& table, FileFaults& faults);
+/// Reads the patrons of a table without the columns that are left out. What is wrong with them alone is told
+/// with line and column.
+[[nodiscard]] PatronFile readPatrons(const CsvTable& table, std::span<const std::string> leftOut,
+                                     FileFaults& faults);
 
 }  // namespace vantry::server

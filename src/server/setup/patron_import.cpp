@@ -5,7 +5,9 @@
 
 #include "server/access/audit.h"
 #include "server/base/catalogue_text.h"
+#include "server/setup/csv_text.h"
 #include "server/setup/patron_file.h"
+#include "server/setup/table_cells.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -38,6 +40,11 @@ struct Known {
   std::unordered_multimap<std::string, std::int64_t> institutions;
   std::unordered_map<std::string, std::int64_t> groups;
 };
+
+/// A patron may have come with a time of the day, which no file tells.
+std::string lastDayText(Moment expires) {
+  return expires == never ? std::string() : dateText(expires - 1);
+}
 
 std::string columnList(std::string_view before = {}) {
   std::string list;
@@ -166,7 +173,7 @@ class PatronPlanner {
       const auto text = entry.texts.find(patronColumns()[i].column);
       if (text != entry.texts.end() && text->second != stored.texts[i]) row.patronChanges = true;
     }
-    if (entry.expires.value_or(stored.expires) != stored.expires ||
+    if (lastDayText(entry.expires.value_or(stored.expires)) != lastDayText(stored.expires) ||
         entry.holdMail.value_or(stored.holdMail) != stored.holdMail ||
         entry.withheld.value_or(stored.withheld) != stored.withheld)
       row.patronChanges = true;
@@ -274,28 +281,33 @@ class PatronWriter {
   std::unordered_map<const Planned*, std::int64_t> fresh_;
 };
 
-std::vector<std::int64_t> missingCards(const Known& known, const PatronFile& file) {
+/// The active cards that the file does not name; each is told.
+std::vector<std::int64_t> missingCards(const Known& known, const PatronFile& file, PatronReport& report) {
   std::set<std::string_view> named;
   for (const PatronEntry& entry : file.entries) named.insert(entry.card);
   std::vector<std::int64_t> cards;
   for (const auto& [barcode, card] : known.cards) {
-    if (card.active && !named.contains(barcode)) cards.push_back(card.id);
+    if (!card.active || named.contains(barcode)) continue;
+    cards.push_back(card.id);
+    report.told.push_back("Card " + barcode + " is not in the file and becomes inactive.");
   }
+  report.retiredCards = static_cast<int>(cards.size());
   return cards;
 }
 
 std::string countsText(const PatronReport& report) {
   return std::to_string(report.newPatrons) + " new patrons, " + std::to_string(report.changedPatrons) +
-         " changed, " + std::to_string(report.retiredCards) + " cards retired";
+         " changed; " + std::to_string(report.newCards) + " new cards, " +
+         std::to_string(report.changedCards) + " changed, " + std::to_string(report.retiredCards) +
+         " retired; " + std::to_string(report.sameRows) + " rows as they are.";
 }
 
 }  // namespace
 
-PatronReport importPatrons(Database& database, const std::string& path, const PatronImportUse& use,
-                           Moment now) {
+PatronReport importPatrons(Database& database, const std::string& path, const ImportUse& use, Moment now) {
   PatronReport read;
   const CsvTable table = readCsv(path, read.faults);
-  PatronFile file = readPatrons(table, read.faults);
+  PatronFile file = readPatrons(table, use.leftOut, read.faults);
   read.unknown = std::move(file.unknown);
   PatronReport report;
   const auto work = [&](Connection& db) {
@@ -303,16 +315,42 @@ PatronReport importPatrons(Database& database, const std::string& path, const Pa
     const Known known = readKnown(db);
     const std::vector<Planned> rows = PatronPlanner(known, report).plan(file.entries);
     const std::vector<std::int64_t> missing =
-        use.retireMissing ? missingCards(known, file) : std::vector<std::int64_t>();
-    report.retiredCards = static_cast<int>(missing.size());
+        use.retireMissing ? missingCards(known, file, report) : std::vector<std::int64_t>();
+    report.summary = countsText(report);
     if (use.checkOnly || report.faults.count() > 0) return;
     PatronWriter writer(db);
     writer.write(rows);
     for (const std::int64_t card : missing) writer.retire(card);
-    auditCommand(db, now, "patrons imported", path, countsText(report));
+    auditCommand(db, now, "patrons imported", path, report.summary);
   };
   use.checkOnly || read.faults.count() > 0 ? database.read(work) : database.writeApart("patrons", work);
   return report;
+}
+
+std::string patronTable(Connection& db) {
+  std::string file;
+  appendCsvRow(file, patronHeadings());
+  std::string card;
+  std::string group;
+  Moment expires = never;
+  bool holdMail = false;
+  bool withheld = false;
+  bool active = false;
+  std::vector<std::string> texts(patronColumns().size());
+  Query query(
+      db, "select c.barcode, g.name, coalesce(p.expires_at, 0), p.hold_mail, p.withheld, s.active, " +
+              columnList("p.") +
+              " from patron_barcodes c join patrons p on p.id = c.patron_id join patron_groups g on "
+              "g.id = c.patron_group_id join barcode_statuses s on s.id = c.status_id order by p.id, c.id");
+  query.into(card, group, expires, holdMail, withheld, active);
+  for (std::string& text : texts) query.into(text);
+  while (query.next()) {
+    std::vector<std::string> row{
+        card, group, lastDayText(expires), yesNoText(!withheld), yesNoText(holdMail), yesNoText(active)};
+    row.insert(row.end(), texts.begin(), texts.end());
+    appendCsvRow(file, row);
+  }
+  return file;
 }
 
 }  // namespace vantry::server

@@ -1,27 +1,15 @@
 #include "server/setup/rules_file.h"
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "server/access/audit.h"
-#include "server/setup/administration.h"
+#include "server/setup/file_text.h"
 #include "server/setup/rules_file_store.h"
 #include "server/setup/rules_file_text.h"
 
 namespace vantry::server {
 
 namespace {
-
-std::string readWhole(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  if (file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
-  if (!file.is_open() || file.bad() || std::filesystem::is_directory(path)) {
-    throw UserError("The file \"" + path + "\" cannot be read.");
-  }
-  return text.str();
-}
 
 std::string changesText(const std::vector<KindCounts>& counts) {
   std::string text;
@@ -48,17 +36,21 @@ std::string showRules(Database& database) {
 }
 
 RulesReport takeRules(Database& database, const std::string& path, RulesUse use, Moment now) {
-  RulesReport read;
-  const Rules wanted = readRulesText(readWhole(path), read.faults);
+  FileFaults faults;
+  const Rules wanted = readRulesText(wholeFile(path), faults);
+  return takeReadRules(database, {path, wanted, faults}, use, now);
+}
+
+RulesReport takeReadRules(Database& database, const ReadRules& read, RulesUse use, Moment now) {
   RulesReport report;
   const auto work = [&](Connection& db) {
-    report = read;
+    report = {{}, read.faults};
     const Rules standing = readRules(db);
-    checkRules(wanted, standing, readKnownPlaces(db), report.faults);
+    checkRules(read.rules, standing, readKnownPlaces(db), report.faults);
     if (report.faults.count() > 0) return;
-    const RulesPlan plan = planRules(wanted, standing);
+    const RulesPlan plan = planRules(read.rules, standing);
     report.counts = plan.counts;
-    if (use == RulesUse::Take) writePlan(db, plan, path, now);
+    if (use == RulesUse::Take) writePlan(db, plan, read.path, now);
   };
   if (use == RulesUse::Take) {
     database.write(work);

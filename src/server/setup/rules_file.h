@@ -24,6 +24,14 @@ enum class RulesUse { Take, CheckOnly };
 /// UserError for a file that cannot be read.
 [[nodiscard]] RulesReport takeRules(Database& database, const std::string& path, RulesUse use, Moment now);
 
+/// Rules out of a file of whatever form.
+struct ReadRules {
+  std::string path;
+  Rules rules;
+  FileFaults faults;
+};
+[[nodiscard]] RulesReport takeReadRules(Database& database, const ReadRules& read, RulesUse use, Moment now);
+
 /// The counts of a kind in words: "Room types: 1 added, 2 changed, 5 as they were".
 [[nodiscard]] std::string countsText(const KindCounts& counts);
 

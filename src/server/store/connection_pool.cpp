@@ -20,9 +20,11 @@ constexpr std::string_view sqliteSetUp[] = {
 };
 
 // All statements look things up by their indexes, whatever the values, so that planning anew costs only time;
-// with the usual price of a page that lies elsewhere, it would read whole tables.
+// with the usual price of a page that lies elsewhere, it would read whole tables. Compiling a statement, or
+// starting helpers for it, takes longer than any of them.
 constexpr std::string_view postgresqlSetUp =
-    "set client_min_messages = warning; set plan_cache_mode = force_generic_plan; set random_page_cost = 1.1";
+    "set client_min_messages = warning; set plan_cache_mode = force_generic_plan; set random_page_cost = "
+    "1.1; set jit = off; set max_parallel_workers_per_gather = 0";
 
 /// A server that answers says so by itself before its connection is given up. One that stops in the middle of
 /// a transaction holds up all others.
@@ -30,6 +32,9 @@ std::string limitsFor(std::chrono::milliseconds silence) {
   return "; set statement_timeout = " + std::to_string(silence.count() * 3 / 4) +
          "; set idle_in_transaction_session_timeout = " + std::to_string(silence.count() / 4);
 }
+
+/// How long a connection that was idle may take to show that it is well. A request has more time than that.
+constexpr std::chrono::milliseconds proofOfLife{1000};
 
 void bringLogIn(Connection& db) {
   try {
@@ -116,7 +121,6 @@ void ConnectionPool::dropIdle() {
     dropped.swap(idle_);
     for (const auto& each : dropped) std::erase(all_, each.get());
   }
-  // Closing one that its server does not answer any more would wait for it.
   for (const auto& each : dropped) each->breakOff();
 }
 
@@ -170,10 +174,16 @@ void ConnectionPool::checkPlace(Connection* open) {
   throw StoreError(StoreError::Kind::Moved, "the file was moved or replaced");
 }
 
+/// A host that vanished while nothing was asked of it would use up the patience of a request.
+bool ConnectionPool::isUsable(Connection& connection) const {
+  return connection.silentFor() < options_.trustIdle || connection.answersWithin(proofOfLife);
+}
+
 ConnectionPool::Lease::Lease(ConnectionPool& pool, Use use, Deadline until)
     : pool_(pool), use_(use), connection_(pool.takeIdle(use, until)) {
   try {
     pool_.checkPlace(connection_.get());
+    if (connection_ && !pool_.isUsable(*connection_)) giveUp();
     if (connection_) return;
     connection_ = pool_.open();
     pool_.checkPlace(connection_.get());
@@ -189,10 +199,17 @@ ConnectionPool::Lease::~Lease() {
 
 void ConnectionPool::Lease::close() {
   if (!connection_) return;
-  const bool lost = connection_->isLost();
+  if (connection_->isLost()) return giveUp();
   pool_.forget(*connection_);
   connection_.reset();
-  if (lost) pool_.dropIdle();
+}
+
+void ConnectionPool::Lease::giveUp() {
+  // Closing one that its server does not answer any more would wait for it.
+  connection_->breakOff();
+  pool_.forget(*connection_);
+  connection_.reset();
+  pool_.dropIdle();
 }
 
 }  // namespace vantry::server

@@ -23,6 +23,8 @@ struct StoreOptions {
   /// How long a database server may leave a statement without an answer before its connection is given up;
   /// 0 for ever.
   std::chrono::milliseconds silence{0};
+  /// A connection to a database server that was idle for that long is tried before it is used.
+  std::chrono::milliseconds trustIdle{5000};
   bool create = false;                 ///< make a SQLite file that is missing
   std::function<void()> onMoved = {};  ///< called once when the SQLite file is found moved or replaced
 };
@@ -52,6 +54,7 @@ class ConnectionPool {
   void forget(const Connection& connection);
   void dropIdle();
   void checkPlace(Connection* open);
+  [[nodiscard]] bool isUsable(Connection& connection) const;
   void watch();
 
   const Dialect& dialect_;
@@ -86,6 +89,8 @@ class ConnectionPool::Lease {
   void close();
 
  private:
+  void giveUp();
+
   ConnectionPool& pool_;
   Use use_;
   std::unique_ptr<Connection> connection_;

@@ -35,18 +35,17 @@ void runWithin(Connection& db, WriteQueue::Waiting& each) {
   db.run("savepoint writer");
   try {
     (*each.work)(db);
+    db.flush();
   } catch (...) {
     each.failure = std::current_exception();
-    db.run("rollback to savepoint writer");
+    db.backTo("writer");
   }
 }
 
 /// The first statement of its transaction.
 void lockKey(Connection& db, std::string_view key) {
-  int locked = 0;
   Query query(db, "select 1 from pg_advisory_xact_lock(hashtext(current_schema()), hashtext(:key))");
-  query.bind("key", key);
-  fetchOne(query, locked);
+  query.bind("key", key).later();
 }
 
 constexpr std::string_view stepQuery = "select max(number) from schema_steps";
@@ -93,38 +92,38 @@ Database::Deadline Database::deadlineFor(Wait wait) const {
   return steady_clock::now() + (wait == Wait::Short ? shortWait : pool_.patience());
 }
 
-/// A pooled connection may have died since its last use: the transaction may be tried on another.
-void Database::begin(Lease& lease, Deadline until, const Work& beginning) {
+/// A pooled connection may have died since its last use. As long as nothing was heard of it, and for work
+/// that only reads, the work may be tried on another.
+void Database::runOn(Lease& lease, Deadline until, Use use, const Work& work) {
+  std::int64_t before = (*lease).roundTrips();
   try {
     (*lease).waitAtMost(waitUntil(until));
-    beginning(*lease);
-  } catch (const soci::soci_error& error) {
-    if (!undo(lease)) throw StoreError(StoreError::Kind::Contested, error.get_error_message());
-    rethrowAsStoreError();
-  }
-}
-
-/// The step of the schema, where this program holds to one; a database server tells it in the same round
-/// trip.
-int Database::beginWrite(Connection& db, std::string_view statement) const {
-  std::string text(statement);
-  if (step_ == 0) {
-    db.run(text);
-    return 0;
-  }
-  if (dialect().kind == Dialect::Kind::Postgresql)
-    return static_cast<int>(db.runForNumber(text.append("; ").append(stepQuery)));
-  db.run(text);
-  int step = 0;
-  Query query(db, stepQuery);
-  fetchOne(query, step);
-  return step;
-}
-
-void Database::finish(Lease& lease, const Work& work) {
-  try {
+    before = (*lease).roundTrips();
     work(*lease);
-    (*lease).run("commit");
+  } catch (...) {
+    const bool mayTryAnother = use == Use::Reading || (*lease).roundTrips() == before;
+    const bool onServer = (*lease).dialect().kind == Dialect::Kind::Postgresql;
+    if (undo(lease) || !(onServer || mayTryAnother)) throw;
+    throw StoreError(mayTryAnother ? StoreError::Kind::Contested : StoreError::Kind::Busy,
+                     "the connection was lost");
+  }
+}
+
+/// The step of the schema is asked for where this program holds to one.
+void Database::beginWrite(Connection& db, std::string_view statement) const {
+  db.later(statement);
+  if (step_ == 0) return;
+  db.later(stepQuery, [this](std::int64_t step) {
+    if (step > step_)
+      throw StoreError(StoreError::Kind::Newer,
+                       "a newer version of this program has taken the database over");
+  });
+}
+
+/// Whether a commit without an answer was done is not known.
+void Database::commit(Lease& lease) {
+  try {
+    (*lease).commit();
   } catch (...) {
     if (!undo(lease) && dialect().kind == Dialect::Kind::Postgresql)
       throw StoreError(StoreError::Kind::Busy, "the connection was lost");
@@ -134,14 +133,14 @@ void Database::finish(Lease& lease, const Work& work) {
 
 void Database::runWriter(const Work& work, std::string_view beginning, Deadline until) {
   Lease lease(pool_, ConnectionPool::Use::Write, until);
-  int step = 0;
-  begin(lease, until, [&](Connection& db) { step = beginWrite(db, beginning); });
-  finish(lease, [&](Connection& db) {
-    if (step > step_)
-      throw StoreError(StoreError::Kind::Newer,
-                       "a newer version of this program has taken the database over");
+  runOn(lease, until, Use::Writing, [&](Connection& db) {
+    const std::int64_t before = db.roundTrips();
+    beginWrite(db, beginning);
     work(db);
+    // It may be lost since its last use, which is harmless as long as no commit was sent.
+    if (db.roundTrips() == before) db.flush();
   });
+  commit(lease);
 }
 
 /// Runs the transaction until it is through or its time is over; only one that met another is tried again.
@@ -167,8 +166,11 @@ void Database::read(const Work& work) {
   const Deadline until = deadlineFor(Wait::Full);
   runRepeated(until, [&] {
     Lease lease(pool_, ConnectionPool::Use::Read, until);
-    begin(lease, until, [&](Connection& db) { db.run(std::string(dialect().beginRead)); });
-    finish(lease, work);
+    runOn(lease, until, Use::Reading, [&](Connection& db) {
+      db.later(dialect().beginRead);
+      work(db);
+      db.endReading();
+    });
   });
 }
 
@@ -192,8 +194,10 @@ void Database::runGroupOnce(WriteQueue::Group& group) {
   const Deadline until = (*std::ranges::min_element(group, {}, &WriteQueue::Waiting::until))->until;
   bool begun = false;
   const Work work = [&](Connection& db) {
+    const bool alone = group.size() == 1;
+    if (!alone) db.flush();  // what keeps it from beginning is nobody's failure by itself
     begun = true;
-    if (group.size() == 1) return (*group.front()->work)(db);
+    if (alone) return (*group.front()->work)(db);
     for (WriteQueue::Waiting* each : group) runWithin(db, *each);
   };
   try {
@@ -246,15 +250,18 @@ void Database::readOnce(const Work& work) {
   const Deadline until = deadlineFor(Wait::Full);
   runRepeated(until, [&] {
     Lease lease(pool_, ConnectionPool::Use::Read, until);
-    begin(lease, until, work);
+    runOn(lease, until, Use::Reading, work);
   });
 }
 
 void Database::plain(const Work& work) {
   try {
-    Lease lease(pool_, ConnectionPool::Use::Write, deadlineFor(Wait::Full));
-    (*lease).waitAtMost(pool_.patience());
-    work(*lease);
+    const Deadline until = deadlineFor(Wait::Full);
+    Lease lease(pool_, ConnectionPool::Use::Write, until);
+    runOn(lease, until, Use::Writing, [&](Connection& db) {
+      work(db);
+      db.flush();
+    });
   } catch (const soci::soci_error&) {
     rethrowAsStoreError();
   }

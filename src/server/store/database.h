@@ -63,9 +63,10 @@ class Database {
   using Deadline = ConnectionPool::Deadline;
   using Lease = ConnectionPool::Lease;
   [[nodiscard]] Deadline deadlineFor(Wait wait) const;
-  void begin(Lease& lease, Deadline until, const Work& beginning);
-  [[nodiscard]] int beginWrite(Connection& db, std::string_view statement) const;
-  void finish(Lease& lease, const Work& work);
+  enum class Use { Reading, Writing };
+  static void runOn(Lease& lease, Deadline until, Use use, const Work& work);
+  void beginWrite(Connection& db, std::string_view statement) const;
+  void commit(Lease& lease);
   void runWriter(const Work& work, std::string_view beginning, Deadline until);
   void runRepeated(Deadline until, const std::function<void()>& once);
   void runTogether(const WriteQueue::Group& group);

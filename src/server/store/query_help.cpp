@@ -27,18 +27,35 @@ void bindKeys(Query& query, std::span<const std::int64_t> keys) {
   }
 }
 
-std::string insertSql(std::string_view table, std::span<const std::string_view> columns, std::size_t rows) {
-  std::string sql = "insert into " + std::string(table) + " (";
-  for (const std::string_view column : columns) {
-    sql.append(column.data() == columns.front().data() ? "" : ", ").append(column);
+std::shared_ptr<std::deque<Query>> askByKeys(Connection& db, std::string_view sql,
+                                             std::span<const std::int64_t> keys,
+                                             const std::function<void(Query&)>& bindRest) {
+  auto queries = std::make_shared<std::deque<Query>>();
+  for (; !keys.empty(); keys = keys.subspan(std::min(keysAtOnce, keys.size()))) {
+    Query& query = queries->emplace_back(db, sql);
+    bindKeys(query, keys.first(std::min(keysAtOnce, keys.size())));
+    if (bindRest) bindRest(query);
+    query.send();
   }
+  return queries;
+}
+
+static std::string valueSql(const InsertColumn& column, const std::string& row) {
+  if (column.value.empty()) return ":" + std::string(column.name) + row;
+  std::string sql;
+  for (const char each : column.value) each == '#' ? sql += row : sql += each;
+  return sql;
+}
+
+std::string insertSql(std::string_view table, std::span<const InsertColumn> columns, std::size_t rows) {
+  std::string sql = "insert into " + std::string(table) + " (";
+  for (const InsertColumn& column : columns)
+    sql.append(&column == columns.data() ? "" : ", ").append(column.name);
   sql += ") values ";
   for (std::size_t row = 0; row < rows; ++row) {
     sql += row == 0 ? "(" : ", (";
-    for (const std::string_view column : columns) {
-      sql.append(column.data() == columns.front().data() ? ":" : ", :").append(column);
-      sql += std::to_string(row);
-    }
+    for (const InsertColumn& column : columns)
+      sql.append(&column == columns.data() ? "" : ", ").append(valueSql(column, std::to_string(row)));
     sql += ')';
   }
   return sql;
@@ -50,31 +67,27 @@ std::string bytewise(Connection& db, std::string_view column) {
 }
 
 /// Other databases know no other way.
-static void setJoins(Connection& db, const char* others) {
+static void setPlanning(Connection& db, const char* plans, const char* otherJoins) {
   if (db.dialect().kind == Dialect::Kind::Sqlite) return;
-  std::string values;
-  std::string hash;
-  std::string merge;
   Query query(db,
-              "select set_config('plan_cache_mode', 'force_custom_plan', true), "
-              "set_config('enable_hashjoin', :others, "
+              "select set_config('plan_cache_mode', :plans, true), set_config('enable_hashjoin', :others, "
               "true), set_config('enable_mergejoin', :others, true)");
-  query.bind("others", others);
-  fetchOne(query, values, hash, merge);
+  query.bind("plans", plans).bind("others", otherJoins).later();
 }
 
 void planForSearch(Connection& db) {
-  setJoins(db, "off");
+  setPlanning(db, "force_custom_plan", "off");
 }
 
 void planAsUsual(Connection& db) {
-  setJoins(db, "on");
+  setPlanning(db, "force_generic_plan", "on");
 }
 
 std::string keysIn(Connection& db, std::string_view name) {
   const std::string value = ":" + std::string(name);
   if (db.dialect().kind == Dialect::Kind::Sqlite) return "select value from json_each(" + value + ")";
-  return "select cast(value as bigint) as value from json_array_elements_text(cast(" + value + " as json))";
+  // Of an array the planner knows how long it is.
+  return "select value from unnest(cast(translate(" + value + ", '[]', '{}') as bigint[])) value";
 }
 
 std::string keysText(std::span<const std::int64_t> keys) {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,11 +31,21 @@ bool fetchOne(Query& query, Targets&... targets) {
 inline constexpr std::size_t keysAtOnce = 8;
 [[nodiscard]] std::string keyList();
 void bindKeys(Query& query, std::span<const std::int64_t> keys);
+/// Sends the statement, with `keyList` in it, as often as all of the keys need it. `bindRest` binds its other
+/// values.
+[[nodiscard]] std::shared_ptr<std::deque<Query>> askByKeys(Connection& db, std::string_view sql,
+                                                           std::span<const std::int64_t> keys,
+                                                           const std::function<void(Query&)>& bindRest = {});
 
 /// Several rows are inserted at once: each would be a round trip to the database server otherwise. "insert
-/// into TABLE (a, b) values (:a0, :b0), (:a1, :b1)"; `bindRow` binds a value of the row with that number.
+/// into TABLE (a, b) values (:a0, :b0), (:a1, :b1)"; `bindRow` binds a value of the row with that number. A
+/// column may be set to an expression instead, in which "#" is the number of the row.
 inline constexpr std::size_t rowsAtOnce = 8;
-[[nodiscard]] std::string insertSql(std::string_view table, std::span<const std::string_view> columns,
+struct InsertColumn {
+  std::string_view name;
+  std::string_view value = {};
+};
+[[nodiscard]] std::string insertSql(std::string_view table, std::span<const InsertColumn> columns,
                                     std::size_t rows);
 template <class Value>
 void bindRow(Query& query, std::size_t row, std::string_view column, const Value& value) {
@@ -47,7 +60,7 @@ void bindRow(Query& query, std::size_t row, std::string_view column, const Value
 /// Lets the statements of this transaction be planned for their values, which decide how much a search finds,
 /// and reach joined rows one by one by their indexes.
 void planForSearch(Connection& db);
-/// Joins are made as ever again.
+/// Statements are planned once, and joins made as ever, again.
 void planAsUsual(Connection& db);
 
 /// The keys of a text of the form "[1,2,3]", bound under that name, as a selection of one column "value".

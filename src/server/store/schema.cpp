@@ -205,6 +205,85 @@ insert into longest_occupancy (kind, seconds) select 1, seconds from longest_occ
   on conflict (kind) do update set seconds = excluded.seconds where longest_occupancy.seconds < excluded.seconds;
 )";
 
+// What a wish is given is read in the order in which people walk, and no further than needed; lists of a type
+// are in order without being sorted.
+constexpr std::string_view piecesInOrder = R"(
+drop index equipment_type;
+create index equipment_type on equipment (equipment_type_id, location_id, number, id);
+create index equipment_type_number on equipment (equipment_type_id, number, id);
+)";
+
+// A number of the catalogue counts together with whose number it is, which the records tell. Titles without a
+// number are known by a fingerprint, which the indexing gives those of old. A field of a stored record is a
+// line of its tag, indicators and text.
+constexpr std::string_view titleIdentity = R"(
+alter table titles add column control_source text not null default '';
+alter table titles add column fingerprint text not null default '';
+create index titles_fingerprint on titles (fingerprint) where fingerprint <> '';
+@sqlite update titles set control_source = v.source from (select title_id,
+@sqlite   trim(substr(rest, 1, instr(rest, char(10)) - 1)) as source from (select title_id,
+@sqlite   substr(record, instr(record, char(10, 48, 48, 51, 9, 9)) + 6) as rest from marc_records
+@sqlite   where holding_id is null and instr(record, char(10, 48, 48, 51, 9, 9)) > 0)) v where titles.id = v.title_id;
+@postgresql update titles set control_source = trim(split_part(split_part(r.record, E'\n003\t\t', 2), E'\n', 1))
+@postgresql   from marc_records r where r.title_id = titles.id and r.holding_id is null;
+update titles set is_indexed = 0 where control_number = '' and
+  id in (select title_id from marc_records where holding_id is null);
+)";
+
+// A feed is of a desk, a room or a patron group; of its secret address the store only has a hash. Refusals
+// are counted by day: what is refused writes nothing else.
+constexpr std::string_view feedsAndRefusals = R"(
+create table feeds (
+  id $KEY,
+  secret text not null unique,
+  library_id bigint not null references libraries,
+  location_id bigint references locations,
+  room_id bigint references rooms on delete cascade,
+  patron_group_id bigint references patron_groups,
+  shows_names smallint not null default 0,
+  days_back bigint not null,
+  days_ahead bigint not null,
+  created_at bigint not null
+);
+create index feeds_room on feeds (room_id) where room_id is not null;
+create table refusals (
+  on_day bigint not null,
+  location_id bigint not null references locations,
+  reason bigint not null,
+  times bigint not null,
+  primary key (on_day, location_id, reason)
+);
+)";
+
+// Mails to be sent, without names: they are written when they are sent. Bookings that are over are made
+// anonymous once; those that are not yet are found without a look at the others.
+constexpr std::string_view mailAndRetention = R"(
+create table outbox (
+  id $KEY,
+  kind smallint not null,
+  booking_id bigint not null,
+  patron_id bigint not null,
+  about bigint not null default 0,
+  state smallint not null default 0,
+  revision bigint not null default 0,
+  queued_at bigint not null,
+  due_at bigint not null,
+  leased_until bigint not null default 0,
+  tries bigint not null default 0,
+  sent_at bigint,
+  kept text not null default '',
+  told text not null default '',
+  fault text not null default ''
+);
+create unique index outbox_news on outbox (booking_id, patron_id) where state = 0 and kind < 4;
+create unique index outbox_reminders on outbox (booking_id, kind, about) where kind > 3;
+create index outbox_waiting on outbox (due_at, id) where state = 0;
+create index outbox_settled on outbox (queued_at) where state <> 0;
+create index outbox_booking on outbox (booking_id, patron_id);
+alter table bookings add column forgotten_at bigint;
+create index bookings_remembered on bookings (ends_at) where status in (1, 2, 3, 4) and forgotten_at is null;
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -227,6 +306,10 @@ const std::array steps{
     Migration{19, "replies by message, settings", repliesByMessage},
     Migration{20, "mail addresses", mailAddresses},
     Migration{21, "borders", borders},
+    Migration{22, "pieces in order", piecesInOrder},
+    Migration{23, "identity of titles", titleIdentity},
+    Migration{24, "feeds, counted refusals", feedsAndRefusals},
+    Migration{25, "mail and retention", mailAndRetention},
 };
 
 }  // namespace

@@ -22,9 +22,11 @@ constexpr std::array sentences{
              "cannot be reached: its server does not run, or does not take this name, password or database. "
              "The log tells what it said."},
     Sentence{Kind::Absent, "cannot be opened: its folder is missing, or this user may not read it."},
-    Sentence{Kind::Missing, "is not there. The command init makes a new one."},
+    Sentence{Kind::Missing,
+             "is not there: its name may be mistyped. The commands setup and init make a new one."},
     Sentence{Kind::Moved, "was moved or replaced while it was in use."},
-    Sentence{Kind::Empty, "holds no library. The command init makes one ready, the command demo fills it."},
+    Sentence{Kind::Empty,
+             "holds no library. The command setup makes one, the command demo makes an example."},
     Sentence{Kind::Older, "is of an older version. The command init brings it up to date."},
     Sentence{Kind::Foreign, "is no database of this program: the file holds something else."},
     Sentence{Kind::Newer, "was written by a newer version of this program."},

@@ -21,16 +21,19 @@ const std::vector<MarcLine> wind{{"001", "b2"}, {"245", "00$aWind."}};
 
 class MarcFiles : public testing::Test {
  protected:
-  /// Each record as "title", each bad one as "!fault".
-  std::vector<std::string> read(const std::string& content) {
+  /// Each record as "title", each bad one as "!fault", each field that is left out as "-loss".
+  std::vector<std::string> read(const std::string& content, const std::string& encoding = {}) {
     const std::string path = folder.file("records");
     writeFile(path, content);
-    MarcReader reader(path);
+    MarcReader reader(path, encoding);
     std::vector<std::string> lines;
-    MarcRecord record;
-    std::string fault;
-    while (reader.next(record, fault))
-      lines.push_back(fault.empty() ? titleFacts(record).title : "!" + fault);
+    MarcReading reading;
+    while (reader.next(reading)) {
+      lines.push_back(reading.fault.empty() ? titleFacts(reading.record).title : "!" + reading.fault);
+      for (const std::string& loss : reading.losses) lines.push_back("-" + loss);
+      if (reading.coding != MarcCoding::AsSaid)
+        lines.emplace_back(reading.coding == MarcCoding::NotUtf8 ? "not UTF-8" : "is UTF-8");
+    }
     return lines;
   }
   TempFolder folder;
@@ -46,10 +49,10 @@ TEST_F(MarcFiles, BothFormsGiveTheSameRecords) {
 TEST_F(MarcFiles, FieldsArriveWhole) {
   writeFile(folder.file("records"), exchanged(bees));
   MarcReader reader(folder.file("records"));
-  MarcRecord record;
-  std::string fault;
-  ASSERT_TRUE(reader.next(record, fault));
-  ASSERT_EQ(fault, "");
+  MarcReading reading;
+  ASSERT_TRUE(reader.next(reading));
+  ASSERT_EQ(reading.fault, "");
+  const MarcRecord& record = reading.record;
   ASSERT_EQ(record.fields.size(), bees.size());
   EXPECT_EQ(record.fields[0], (MarcField{"001", "", "b1"}));
   EXPECT_EQ(record.fields[1], (MarcField{"100", "1 ",
@@ -69,14 +72,53 @@ TEST_F(MarcFiles, OldCharactersBecomeUnicode) {
 
 TEST_F(MarcFiles, BrokenRecordsAreToldAndTheOthersCome) {
   const std::string good = exchanged(wind);
-  std::string wrongLength = exchanged(bees);
-  wrongLength[4] = wrongLength[4] == '9' ? '1' : '9';
-  EXPECT_THAT(read(wrongLength + good), ElementsAre("!its leader tells another length", "Wind."));
+  EXPECT_THAT(read(exchanged(bees).substr(0, 50) + "\x1d" + good),
+              ElementsAre("!its leader tells another length", "Wind."));
   EXPECT_THAT(read(good + exchanged(bees).substr(0, 60)), ElementsAre("Wind.", "!it is cut off"));
   EXPECT_THAT(read(std::string("00020n\x1d") + good), ElementsAre("!it is shorter than a leader", "Wind."));
-  const std::vector<MarcLine> badBytes{{"245", "00$a\xff\xfe"}};
-  EXPECT_THAT(read(exchanged(badBytes) + good),
-              ElementsAre(testing::StartsWith("!it cannot be taken apart"), "Wind."));
+  EXPECT_THAT(read(good + std::string(3, '\0') + good), ElementsAre("Wind.", "Wind."));
+}
+
+TEST_F(MarcFiles, WhatIsWrongWithAFieldLosesThatFieldOnly) {
+  const std::vector<MarcLine> lines{
+      {"001", "b1"}, {"245", "00$aBees"}, {"500", "  $aNote"}, {"650", " 0$aHives"}};
+  const std::string sound = exchanged(lines);
+  const auto changed = [&](const std::string& what, char by, std::size_t behind = 0) {
+    std::string bad = sound;
+    bad.at(bad.find(what) + behind) = by;
+    return bad;
+  };
+  struct Case {
+    std::string file;
+    std::vector<std::string> read;
+  };
+  const std::string note = "-its field 500 is left out, since it ";
+  const std::vector<Case> cases{
+      {changed("ote", '\xff'), {"Bees", note + "holds characters that are none", "not UTF-8"}},
+      {changed("ote", '\0'), {"Bees", note + "holds control characters"}},
+      {changed("ote", '\x1d'), {"Bees", note + "holds control characters"}},
+      {changed("ote", '\x1e'), {"Bees", note + "is not where the directory says"}},
+      {changed("5000009", '!'), {"Bees", "-a field whose tag is none is left out, since it cannot be named"}},
+      {changed("5000009", '6', 6), {"Bees"}},
+      {changed("\x1e", '!'), {"Bees"}},
+      {"9" + sound.substr(1), {"Bees"}},
+      {exchanged({{"245", "00$aBees"}, {"500", "Note"}}), {"Bees", note + "has no subfields"}},
+      {marcXmlFile({marcXml({{"245", "00$aBees"}, {"500", "  $aN\xff"}})}),
+       {"Bees", note + "holds characters that are none", "not UTF-8"}},
+      {marcXmlFile({marcXml({{"245", "00$aB\xc3\xa9"}, {"500", "  $aN\x02"}})}),
+       {"B\xc3\xa9", note + "holds characters that are none"}}};
+  for (const Case& each : cases) EXPECT_EQ(read(each.file), each.read) << each.file;
+}
+
+TEST_F(MarcFiles, AnotherCodePageIsNoticedOrNamed) {
+  const std::vector<MarcLine> latin{{"245", "00$aCaf\xe9"}};
+  EXPECT_EQ(read(exchanged(latin)).back(), "not UTF-8");
+  EXPECT_THAT(read(exchanged(latin), "ISO-8859-1"), ElementsAre("Caf\xc3\xa9"));
+  EXPECT_THAT(read(exchanged({{"245", "00$aCaf\xc3\xa9"}}, 'g', ' ')),
+              ElementsAre("Caf\xc3\xa9", "is UTF-8"));
+  EXPECT_THAT(read("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + marcXml(latin)),
+              ElementsAre("Caf\xc3\xa9"));
+  EXPECT_THROW(read(exchanged(latin), "KLINGON"), std::runtime_error);
 }
 
 TEST_F(MarcFiles, BrokenXmlIsReadAsFarAsItGoes) {
@@ -157,7 +199,7 @@ TEST(MarcFacts, ItemsGoToThePlaceThatTheirLinkNamesElseToTheOneBefore) {
                       "\x1f"
                       "pB1\x1f"
                       "jCharged"}}};
-  const std::vector<HoldingFacts> holdings = holdingsIn(record);
+  const std::vector<HoldingFacts> holdings = holdingsIn(record, usualMarcMap());
   ASSERT_EQ(holdings.size(), 2U);
   EXPECT_EQ(holdings[0].callNumber, "QE 5 .B2");
   EXPECT_EQ(holdings[0].callNumberKind, "MLC#");

@@ -81,6 +81,15 @@ TEST_F(ProgramTest, EachCommandTellsWhatItDid) {
   EXPECT_THAT(run("rights").text, HasSubstr("EQV\tThe operator may see equipment and groups.\n"));
 }
 
+TEST_F(ProgramTest, TheDoctorKnowsThePasswordsOfTheDemo) {
+  const std::string sentence = "An operator of the demo library has a password that everybody knows";
+  ASSERT_EQ(run("demo").code, 0);
+  ASSERT_EQ(run("operator disable desk").code + run("operator disable view").code, 0);
+  EXPECT_THAT(run("doctor").text, HasSubstr(sentence));
+  ASSERT_EQ(run("operator password admin", "a-good-password\n").code, 0);
+  EXPECT_THAT(run("doctor").text, testing::Not(HasSubstr(sentence)));
+}
+
 /// A mistyped name is told, and is no new database.
 TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
   for (const char* command : {"serve --port 0", "doctor", "library list", "library add City", "operator list",
@@ -88,8 +97,9 @@ TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
                               "import marc none.mrc", "import patrons none.csv"}) {
     const Outcome outcome = run(command);
     EXPECT_EQ(outcome.code, 1) << command;
-    EXPECT_EQ(outcome.text, "vantry-server: The database \"" + database +
-                                "\" is not there. The command init makes a new one.\n")
+    EXPECT_EQ(outcome.text,
+              "vantry-server: The database \"" + database +
+                  "\" is not there: its name may be mistyped. The commands setup and init make a new one.\n")
         << command;
     EXPECT_FALSE(std::filesystem::exists(database)) << command;
   }
@@ -152,13 +162,46 @@ TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
                 exchanged({{"001", "2"}, {"100", "1 $aNobody"}}));
   const Outcome taken = run("import marc " + folder.file("export.mrc"));
   EXPECT_EQ(taken.code, 0);
-  EXPECT_THAT(taken.text, HasSubstr("1 new titles, 0 changed; 1 new holdings; 1 new items, 0 changed."));
-  EXPECT_THAT(taken.text, HasSubstr("Record 2: it has no title in field 245."));
+  EXPECT_THAT(taken.text, HasSubstr("1 new titles, 0 changed, 0 as they are; 1 new holdings; 1 new items,"));
+  EXPECT_THAT(taken.text, HasSubstr("Record 2, 001 2: it has no title in field 245."));
   EXPECT_THAT(taken.text, HasSubstr("1 records could not be taken"));
   EXPECT_NE(run("import marc " + folder.file("missing.mrc")).code, 0);
+  writeFile(folder.file("none.mrc"), exchanged({{"001", "2"}, {"100", "1 $aNobody"}}));
+  const Outcome none = run("import marc " + folder.file("none.mrc"));
+  EXPECT_EQ(none.code, 1);
+  EXPECT_THAT(none.text, HasSubstr("vantry-server: Nothing was taken."));
+  writeFile(folder.file("map.json"), run("import marc --show-map").text);
+  EXPECT_THAT(
+      run("import marc --check --map " + folder.file("map.json") + " " + folder.file("export.mrc")).text,
+      HasSubstr("0 new titles, 0 changed, 1 as they are;"))
+      << "the printed map is the one that counts without a file";
+  writeFile(folder.file("map.json"), R"({"locations": [{"code": "M", "location": "Moon"}], "practise": []})");
+  const Outcome faulty =
+      run("import marc --map " + folder.file("map.json") + " " + folder.file("export.mrc"));
+  EXPECT_EQ(faulty.code, 1);
+  EXPECT_THAT(faulty.text, HasSubstr("map.json, practise: there is no such member here"));
+  EXPECT_THAT(faulty.text, HasSubstr("map.json, locations[0].location: there is no location \"Moon\"."));
   const Outcome nowhere = run("import marc " + folder.file("export.mrc") + " --location Moon");
   EXPECT_NE(nowhere.code, 0);
   EXPECT_THAT(nowhere.text, HasSubstr("There is no location named \"Moon\"."));
+}
+
+TEST_F(ProgramTest, TakesOpeningHoursIn) {
+  run("init --time-zone Europe/Berlin");
+  run("library add \"City Library\"");
+  run("location add Main --library \"City Library\"");
+  writeFile(folder.file("hours.ics"),
+            "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:1\r\nSUMMARY:Open\r\n"
+            "DTSTART:20261201T080000Z\r\nDTEND:20261201T160000Z\r\nRRULE:FREQ=DAILY\r\nEND:VEVENT\r\n"
+            "END:VCALENDAR\r\n");
+  const std::string command = "import hours " + folder.file("hours.ics") + " --location Main --name Winter";
+  const Outcome taken = run(command + " --for rooms --from 2026-12-01 --until 2026-12-31");
+  EXPECT_EQ(taken.code, 0) << taken.text;
+  EXPECT_THAT(taken.text, HasSubstr("monday 09:00-17:00\n"));
+  EXPECT_THAT(taken.text, HasSubstr("Calendars: 1 added, 0 changed, 0 as they were."));
+  EXPECT_THAT(run(command + " --for parties --from 2026-12-01 --until 2026-12-31").text,
+              HasSubstr("--for takes deliveries, rooms or pick-ups."));
+  EXPECT_EQ(run(command + " --for rooms --from 2025-12-01 --until 2025-12-31").code, 1) << "it begins later";
 }
 
 TEST_F(ProgramTest, TakesOneListOfRightsAndTrimsNames) {

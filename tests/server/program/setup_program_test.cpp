@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "server/program/program_case.h"
+#include "server/requests/runner.h"
 
 namespace vantry::server {
 namespace {
@@ -72,6 +73,55 @@ TEST_F(SetupProgram, MakesALibraryWhoseDeskWorksAtOnce) {
   EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
 }
 
+/// A piece and a time within the calendars are all that is added to what was set up.
+TEST_F(SetupProgram, ItsRulesLetADeskBookInOpeningHours) {
+  ASSERT_EQ(setUp(byOptions, "a-good-password\n").code, 0);
+  Moment monday = std::stoll(value("select max(starts_on) from calendars")) + 150 * day;
+  while (weekdayOf(monday) != 1) monday += day;
+  Database library(database);
+  library.write([](Connection& db) {
+    db.run(
+        "insert into rooms (id, location_id, room_type_id, number, name, created_at) select 1, 1, id, '1', "
+        "'Store', 0 "
+        "from room_types where storage = 1");
+    db.run(
+        "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) select 1, "
+        "min(id), "
+        "'CAM1', 1, 1, 0 from equipment_types");
+  });
+  RequestRunner runner(
+      library, [=] { return monday; }, HashCost::Quick);
+  const std::string token = runner.login("dana", "a-good-password", "127.0.0.1").token;
+  int requests = 0;
+  const auto ask = [&](const char* code, const std::vector<TagValue>& tags) {
+    return runner.run({.token = token, .code = code, .requestId = std::to_string(++requests), .tags = tags})
+        .json;
+  };
+  ask("SLL", {{"LOC", "1"}});
+  const std::string date = dateText(monday);
+  const auto fetch = [&](const std::string& clock) {
+    return ask("CPUPTM", {{"PGID", "1"},
+                          {"ADBK", "N"},
+                          {"STIME", date + " 10:00:00"},
+                          {"SDOW", "2"},
+                          {"ETIME", date + " " + clock},
+                          {"EDOW", "2"}});
+  };
+  EXPECT_THAT(fetch("12:00:00"), HasSubstr(R"("rc":0)"));
+  EXPECT_THAT(fetch("18:30:00"), HasSubstr(R"("VUF":"170")")) << "it closes at six";
+  for (const char* desk : {"1", "2"}) {
+    ask("SLL", {{"LOC", desk}});
+    EXPECT_THAT(ask("VEQUSG", {{"BOOKID", "0"},
+                               {"EID", "1"},
+                               {"PGID", "1"},
+                               {"LOC", desk},
+                               {"STIME", date + " 10:00:00"},
+                               {"ETIME", date + " 12:00:00"}}),
+                HasSubstr(R"("rc":0)"))
+        << "each desk books the things of both";
+  }
+}
+
 TEST_F(SetupProgram, AsksAndAsksAgainUntilAnAnswerIsGood) {
   const std::string elsewhere = folder.file("nowhere/library.sqlite");
   const Outcome made =
@@ -87,9 +137,8 @@ TEST_F(SetupProgram, AsksAndAsksAgainUntilAnAnswerIsGood) {
     EXPECT_THAT(made.text, HasSubstr(fault));
   }
   EXPECT_EQ(command("location list").text, "2\tFilm Room\tLibrary\n1\tMain\tLibrary\n");
-  EXPECT_THAT(textOf(config),
-              HasSubstr("[serve]\naddress = \"127.0.0.1\"\nport = \"8752\"\nbehind-proxy = true\n"
-                        "trusted-proxy = \"::1\"\n"));
+  EXPECT_THAT(textOf(config), HasSubstr("[serve]\naddress = \"127.0.0.1\"\nport = 8752\nbehind-proxy = true\n"
+                                        "trusted-proxy = \"::1\"\n"));
 }
 
 TEST_F(SetupProgram, TakesAnswersFromAFileBehindTheOptions) {
@@ -130,7 +179,7 @@ TEST_F(SetupProgram, ASecondTimeItChangesWhatIsAnsweredAnew) {
   EXPECT_EQ(value("select count(*) from policies"), "9") << "three for the new desk, two for the new group";
   EXPECT_EQ(value("select max(most_bookings) from policies"), "3") << "what was set stays";
   EXPECT_EQ(command("library list").text, "1\tTown\n");
-  EXPECT_THAT(textOf(config), AllOf(HasSubstr("port = \"8760\"\n"), HasSubstr("threads = 4\n# a note\n")));
+  EXPECT_THAT(textOf(config), AllOf(HasSubstr("port = 8760\n"), HasSubstr("threads = 4\n# a note\n")));
 }
 
 TEST_F(SetupProgram, ABrokenOffOneLeavesNothing) {
@@ -191,7 +240,16 @@ TEST_F(SetupProgram, WhatFailsInTheMiddleIsUndone) {
   EXPECT_THAT(outcome.text, HasSubstr("The database holds several libraries"));
   EXPECT_EQ(command("group list").text, "1\tStudents\n");
   EXPECT_EQ(value("select value from settings where name = 'time_zone'"), "Europe/Berlin");
-  EXPECT_THAT(textOf(config), HasSubstr("port = \"8751\""));
+  EXPECT_THAT(textOf(config), HasSubstr("port = 8751"));
+}
+
+/// A file that may not grow is a full disk.
+TEST_F(SetupProgram, AFullDiskLeavesNothing) {
+  const std::string command = "ulimit -f 200; echo a-good-password | " VANTRY_SERVER_PROGRAM " --config " +
+                              config + " setup " + byOptions + " > " + folder.file("output") + " 2>&1";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_THAT(textOf(folder.file("output")), HasSubstr("The database \"" + database + "\" cannot be used."));
+  expectNothingMade();
 }
 
 class SetupOnEach : public SetupProgram, public testing::WithParamInterface<std::string> {};

@@ -108,14 +108,15 @@ TEST_F(StartTest, ALibraryIsKnownAsOneWhileItIsHeldOrReadOnly) {
 }
 
 TEST_F(StartTest, AFileThatIsNotThereIsNotMade) {
-  EXPECT_EQ(toldByServer(file), sentence("is not there. The command init makes a new one."));
+  EXPECT_EQ(toldByServer(file),
+            sentence("is not there: its name may be mistyped. The commands setup and init make a new one."));
   EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 TEST_F(StartTest, ADatabaseWithoutALibraryIsNotMadeOne) {
   std::ofstream{file};
   EXPECT_EQ(toldByServer(file),
-            sentence("holds no library. The command init makes one ready, the command demo fills it."));
+            sentence("holds no library. The command setup makes one, the command demo makes an example."));
   EXPECT_EQ(schemaVersion(*std::make_unique<Database>(file)), 0);
 }
 

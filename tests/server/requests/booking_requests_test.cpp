@@ -328,8 +328,14 @@ TEST_P(BookingRequests, APieceWithAForbiddingStatusIsSavedOnlyByWhoMayOverrideIt
   EXPECT_EQ(save("EID=2", "1").rc, 0) << "it has it already";
   send("NEWEGSTS", "EID=7; SID=9; SNO=; ULI=1");
   EXPECT_EQ(save("EID=5").first("VD2"), "Projector PRJ3") << "a member of the group";
-  library().execute("insert into audit (at, operator_id, action, subject, detail) values (" +
-                    std::to_string(library().clock()()) + ", 3, 'override granted', 'chief', 'OVOTR')");
+  const auto grant = [&](const char* location) {
+    library().execute("insert into audit (at, operator_id, location_id, action, subject, detail) values (" +
+                      std::to_string(library().clock()()) + ", 3, " + location +
+                      ", 'override granted', 'chief', 'OVOTR')");
+  };
+  grant("2");
+  EXPECT_EQ(save("EID=5").rc, 151) << "at another desk";
+  grant("1");
   EXPECT_EQ(save("EID=5").rc, 0) << "a supervisor has just overridden something";
   EXPECT_EQ(send("NEWBK", booking(times(4, "10:00", "11:00"), "LOC=1", 3, "EID=9")).rc, 0)
       << "by their own right";

@@ -1,5 +1,6 @@
 // Two desks that want the same thing at the same moment.
 
+#include <array>
 #include <atomic>
 #include <barrier>
 #include <functional>
@@ -10,6 +11,7 @@
 #include "server/access/sealing.h"
 #include "server/access/tries.h"
 #include "server/desk/due_bookings.h"
+#include "support/server_contests.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server {
@@ -91,31 +93,28 @@ class TwoDesks : public OnEachDatabase {
 };
 INSTANTIATE_TEST_SUITE_P(Databases, TwoDesks, eachDatabase, databaseName);
 
-TEST_P(TwoDesks, OfOneServerEndWithOneBookingAndOneRefusal) {
-  const auto outcomes = contest(ofOneServer, [](int round) {
-    return booking(timesOf(round), "LOC=1", 3, "EID=1; MTID=1; BI=1; MI=1; IM=1");
-  });
-  EXPECT_EQ(outcomes, (std::map<std::string, int>{{"0 150", rounds}}));
-  EXPECT_EQ(doubles(), "0");
-}
-
-TEST_P(TwoDesks, OfTwoServersOnOneDatabaseToo) {
-  const auto pieces = contest(ofTwoServers, [](int round) {
-    return booking(timesOf(round), "LOC=1", 3, round % 2 == 0 ? "EID=1" : "EID=5");
-  });
-  EXPECT_EQ(pieces, (std::map<std::string, int>{{"0 149", rounds}}));
-  const auto rooms = contest(
-      ofTwoServers, [](int round) { return booking(timesOf(round), "RID=1", 1, "", "UTIME=0; CTIME=0"); });
-  EXPECT_EQ(rooms, (std::map<std::string, int>{{"0 107", rounds}}));
-  EXPECT_EQ(doubles(), "0");
-}
-
-TEST_P(TwoDesks, AGroupAndItsMemberAreOneThing) {
-  std::atomic<int> turn = 0;
-  const auto outcomes = contest(ofTwoServers, [&](int round) {
-    return booking(timesOf(round), "LOC=1", 3, turn++ % 2 == 0 ? "EID=5" : "EID=6");
-  });
-  EXPECT_EQ(outcomes, (std::map<std::string, int>{{"0 149", rounds}}));
+/// The short form; bench/server_contests plays many rounds, with two processes.
+TEST_P(TwoDesks, EveryRoundEndsAsIfOneHadBeenFirst) {
+  library().execute("insert into operator_rights (operator_id, location_id, code) values (3, 1, 'BKADD')");
+  std::atomic<int> count = 0;
+  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
+    const auto sendBoth = [&](const std::array<DeskMessage, 2>& sent) {
+      std::barrier start(2);
+      const auto send = [&](std::size_t desk) {
+        const DeskMessage& message = sent[desk];
+        const std::string id = message.id.empty() ? "contest " + std::to_string(++count) : message.id;
+        start.arrive_and_wait();
+        return library().sendWithId(*desks[desk], id, message.code, message.tags, message.login).rc;
+      };
+      auto second = std::async(std::launch::async, [&] { return send(1); });
+      const int code = send(0);
+      return std::array{code, second.get()};
+    };
+    for (const Contest& contest : contests()) {
+      EXPECT_THAT(play(library(), contest, rounds / 4, sendBoth).faults, testing::IsEmpty());
+    }
+    library().execute("delete from bookings");
+  }
 }
 
 TEST_P(TwoDesks, PromiseNoMoreThanThereIs) {
@@ -123,16 +122,6 @@ TEST_P(TwoDesks, PromiseNoMoreThanThereIs) {
       contest({ofTwoServers[0], ofTwoServers[1], ofTwoServers[0], ofTwoServers[1]},
               [](int round) { return booking(timesOf(round), "LOC=1", 3, "ETI=1; IFL=N"); });
   EXPECT_EQ(outcomes, (std::map<std::string, int>{{"0 0 149 149", rounds}})) << "there are two televisions";
-}
-
-TEST_P(TwoDesks, ChargeOneBookingOnce) {
-  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
-    for (int round = 10; round < 20; ++round) {
-      const std::string id = book("09:" + std::to_string(round), "09:" + std::to_string(round + 1), "EID=1");
-      EXPECT_EQ(atOnce(desks, [&](std::size_t) { return Message{"CBK", "BOOKID=" + id}; }), "0 128");
-      send("DBK", "BOOKID=" + id + "; EID=1");
-    }
-  }
 }
 
 TEST_P(TwoDesks, AskForConflictsTogetherAndAWishGetsOneThing) {
@@ -144,20 +133,6 @@ TEST_P(TwoDesks, AskForConflictsTogetherAndAWishGetsOneThing) {
     }
     EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id is null"), "0");
     EXPECT_EQ(library().value("select count(*) from occupancy"), std::to_string(2 * rounds));
-    library().execute("delete from bookings");
-  }
-}
-
-TEST_P(TwoDesks, AChangeAndASaveDoNotBothGetTheLastPiece) {
-  for (const Desks& desks : {ofOneServer, ofTwoServers}) {
-    for (int round = 0; round < rounds; ++round) {
-      const std::string id = send("NEWBK", booking(timesOf(round), "LOC=1", 3, "")).first("BOOKID");
-      const std::string wanted =
-          booking(timesOf(round), "LOC=1", 3, round % 2 == 0 ? "EID=3" : "ETI=2; IFL=N");
-      const Message messages[] = {{"NEWBK", wanted}, {"UPDBK", "BOOKID=" + id + "; " + wanted}};
-      ASSERT_EQ(atOnce(desks, [&](std::size_t desk) { return messages[desk]; }), "0 149");
-    }
-    EXPECT_EQ(doubles(), "0");
     library().execute("delete from bookings");
   }
 }

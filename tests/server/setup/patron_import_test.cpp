@@ -15,6 +15,7 @@ namespace {
 
 using test::TempFolder;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr Moment now = 1'772'442'000;
@@ -29,7 +30,7 @@ class PatronImport : public OnEachDatabase {
     });
   }
 
-  PatronReport take(std::string_view content, const PatronImportUse& use = {}) {
+  PatronReport take(std::string_view content, const ImportUse& use = {}) {
     std::ofstream(folder.file("patrons.csv"), std::ios::binary) << content;
     return importPatrons(library().database(), folder.file("patrons.csv"), use, now);
   }
@@ -98,6 +99,8 @@ TEST_P(PatronImport, ReadsFilesOfTheWesternCodePage) {
 TEST_P(PatronImport, ACheckWritesNothingAndTellsEachRow) {
   const PatronReport report = take("card,group,last name\nN1,Readers,Ink\n", {.checkOnly = true});
   EXPECT_THAT(report.told, ElementsAre("line 2: card N1, a new patron."));
+  EXPECT_THAT(take("card,group,last name\n", {.checkOnly = true, .retireMissing = true}).told,
+              testing::Contains("Card P100 is not in the file and becomes inactive."));
   EXPECT_THAT(cards(), IsEmpty());
 }
 
@@ -128,14 +131,25 @@ TEST_P(PatronImport, OneFaultKeepsTheWholeFileOut) {
     EXPECT_THAT(cards(), IsEmpty()) << each.fault;
   }
   EXPECT_THAT(take("Card,Group\nN1,Readers\n").faults.told(),
-              ElementsAre("headings: There is no column \"lastname\"."));
+              ElementsAre("headings: There is no column \"last name\"."));
   EXPECT_THROW(static_cast<void>(take("")), UserError);
   EXPECT_THROW(static_cast<void>(take(std::string("Card\0", 5))), UserError);
 }
 
-TEST_P(PatronImport, FormulasAreTextsLikeOthers) {
-  EXPECT_EQ(take("card,group,last name\nN1,Readers,=HYPERLINK(1)\n").newPatrons, 1);
-  EXPECT_THAT(cards(), ElementsAre("N1 =HYPERLINK(1)   Readers Active"));
+TEST_P(PatronImport, AFormulaComesBackAsTheTextThatItIs) {
+  EXPECT_EQ(take("card,group,last name,first name\nN1,Readers,=HYPERLINK(1),'@x\nN2,Readers,O'Neill,''-1\n")
+                .newPatrons,
+            2);
+  const std::vector<std::string> taken = cards();
+  EXPECT_THAT(taken, ElementsAre("N1 =HYPERLINK(1) @x  Readers Active", "N2 O'Neill '-1  Readers Active"));
+  std::string table;
+  library().database().read([&](Connection& db) { table = patronTable(db); });
+  EXPECT_THAT(table, HasSubstr("'=HYPERLINK(1),'@x"));
+  EXPECT_THAT(table, HasSubstr("O'Neill,''-1"));
+  const PatronReport report = take(table);
+  EXPECT_THAT(report.faults.told(), IsEmpty());
+  EXPECT_EQ(report.sameRows, 9) << report.summary;
+  EXPECT_THAT(cards(), taken);
 }
 
 }  // namespace

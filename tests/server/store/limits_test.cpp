@@ -90,8 +90,10 @@ TEST_P(StoreLimits, AWaitThatWasTooLongKeepsTheConnection) {
   Database holder(store->url());
   Database database(store->url(), {.connections = 1, .patience = 0});
   database.plain([](Connection& db) { db.run("create temp table marks (id integer)"); });
-  holder.write(
-      [&](Connection&) { EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Busy); });
+  holder.write([&](Connection& db) {
+    db.flush();  // the turn is taken with the first statement
+    EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Busy);
+  });
   EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
   EXPECT_EQ(numberFrom(database, "select count(*) from marks"), 0) << "it is there";
 }
@@ -311,7 +313,13 @@ TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
   Database database(throughPort(store->url(), proxy.port()),
                     {.connections = 4, .silence = milliseconds(400)});
   std::set<std::int64_t> before;
-  const auto noteServer = [&](Connection& db) { before.insert(db.runForNumber("select pg_backend_pid()")); };
+  const auto serverOf = [](Connection& db) {
+    std::int64_t process = 0;
+    Query query(db, "select pg_backend_pid()");
+    fetchOne(query, process);
+    return process;
+  };
+  const auto noteServer = [&](Connection& db) { before.insert(serverOf(db)); };
   database.read([&](Connection& one) {
     noteServer(one);
     database.read([&](Connection& two) {
@@ -322,14 +330,25 @@ TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
   ASSERT_EQ(before.size(), 3U);
   EXPECT_EQ(errorOf([&] {
               database.write([&](Connection& db) {
+                db.flush();
                 proxy.beSilent(true);
                 db.run("select 1");
               });
             }),
             StoreError::Kind::Busy);
   proxy.beSilent(false);
-  database.read(
-      [&](Connection& db) { EXPECT_FALSE(before.contains(db.runForNumber("select pg_backend_pid()"))); });
+  database.read([&](Connection& db) { EXPECT_FALSE(before.contains(serverOf(db))); });
+}
+
+/// Without the trial the request would wait until the connection is given up, and longer than it may.
+TEST_F(LostServer, AConnectionThatDiedWhileItWasIdleCostsNoRequestItsPatience) {
+  SilentProxy proxy(portOf(store->url()));
+  Database database(throughPort(store->url(), proxy.port()),
+                    {.connections = 2, .trustIdle = milliseconds(0)});
+  EXPECT_EQ(numberFrom(database, "select 7"), 7);
+  proxy.loseConnections();
+  EXPECT_EQ(numberFrom(database, "select 8"), 8);
+  EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
 }
 
 TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
@@ -339,6 +358,7 @@ TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
   database.write([](Connection& db) { db.run("create table notes (id integer)"); });
   EXPECT_EQ(errorOf([&] {
               database.write([&](Connection& db) {
+                db.flush();
                 proxy.beSilent(true);
                 db.run("insert into notes values (1)");
               });

@@ -87,6 +87,12 @@ constexpr Rows filled[] = {
      "300, "
      "900, 3)"},
     {13, 18, "insert into longest_occupancy (kind, seconds) values (1, 100), (3, 600)"},
+    {8, 22,
+     "insert into titles (id, title, search_title, control_number, is_indexed) values (2, 'N', 'n', 'k', 1), "
+     "(3, 'F', 'f', '', 1)"},
+    {8, 22,
+     "insert into marc_records (title_id, record) values (2, 'LDR\t\tx\n001\t\tk\n003\t\tDE-1\n245\t  "
+     "\tN\n'), (3, 'LDR\t\tx\n245\t  \tF\n')"},
 };
 
 /// What has become of it at the last step.
@@ -103,7 +109,10 @@ constexpr Kept kept[] = {
     {3, "patrons where search_name = 'muller ' || id", 1001},
     {2, "equipment where search_number = 'c'", 1},
     {2, "rooms where search_name = 'r'", 1},
-    {3, "titles where is_indexed = 0", 1},
+    {3, "titles where id = 1 and is_indexed = 0", 1},
+    {8, "titles where id = 2 and control_source = 'DE-1'", 1},
+    {16, "titles where id = 2 and is_indexed = 1", 1},
+    {8, "titles where id = 3 and control_source = '' and is_indexed = 0", 1},
     {4, "policies where id in (2, 3)", 2},
     {4, "policies", 2},
     {4, "policy_locations", 2},

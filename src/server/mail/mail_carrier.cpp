@@ -1,0 +1,49 @@
+#include "server/mail/mail_carrier.h"
+
+#include <unistd.h>
+
+#include <fstream>
+
+#include "server/base/user_error.h"
+#include "server/mail/program_carrier.h"
+#include "server/mail/smtp_carrier.h"
+
+namespace vantry::server {
+
+namespace {
+
+constexpr const char* usualProgram = "/usr/sbin/sendmail";
+
+std::string passwordIn(const std::string& file) {
+  std::ifstream in(file);
+  std::string line;
+  if (!std::getline(in, line) || line.empty())
+    throw UserError("The password of the mail server cannot be read from " + file + ".");
+  if (line.back() == '\r') line.pop_back();
+  return line;
+}
+
+}  // namespace
+
+std::unique_ptr<MailCarrier> makeCarrier(const MailSettings& settings) {
+  const std::string& through = settings.through;
+  if (through.starts_with("smtp://") || through.starts_with("smtps://")) {
+    if (!settings.user.empty() && settings.passwordFile.empty())
+      throw UserError("A user at the mail server needs --mail-password-file.");
+    if (!settings.authority.empty() && access(settings.authority.c_str(), R_OK) != 0)
+      throw UserError(settings.authority + " cannot be read.");
+    return makeSmtpCarrier(settings,
+                           settings.user.empty() ? std::string() : passwordIn(settings.passwordFile));
+  }
+  const std::string program = through == "sendmail" ? usualProgram : through;
+  if (!program.starts_with('/'))
+    throw UserError(
+        "Mail goes through \"sendmail\", the path of such a program, smtp://host:587 or "
+        "smtps://host, and not through \"" +
+        through + "\".");
+  if (access(program.c_str(), X_OK) != 0)
+    throw UserError("There is no program " + program + " to send mail.");
+  return makeProgramCarrier(program);
+}
+
+}  // namespace vantry::server

@@ -1,0 +1,143 @@
+// Mail, retention and what a patron may ask for, on the command line of the real program.
+
+#include <fstream>
+
+#include "server/program/program_case.h"
+#include "support/server_mailbox.h"
+
+namespace vantry::server::test {
+namespace {
+
+class MailProgram : public ProgramTest {
+ protected:
+  void SetUp() override { makeLibrary(); }
+
+  std::string contentOf(const std::string& file) {
+    std::stringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+  }
+
+  /// A program that is called as sendmail is, and keeps what it gets.
+  std::string sendmail(const std::string& rest = {}) {
+    const std::string program = folder.file(rest.empty() ? "sendmail" : "failing-sendmail");
+    std::ofstream(program) << "#!/bin/sh\n[ \"$*\" = '-t -oi' ] || exit 64\ncat > " << folder.file("mail")
+                           << "\n"
+                           << rest << "\n";
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    return program;
+  }
+
+  void patron(const std::string& sql) {
+    Database(database).write([&](Connection& db) { db.run(sql); });
+  }
+
+  const std::string from = " --mail-from 'The Desk <desk@library.example>'";
+};
+
+TEST_F(MailProgram, ChecksItsSettingsAndSendsATrial) {
+  const std::string texts = folder.file("texts");
+  EXPECT_NE(run("mail texts " + texts).text.find("confirmed.txt was written."), std::string::npos);
+  EXPECT_NE(run("mail texts " + texts).text.find("confirmed.txt is there already"), std::string::npos);
+  const std::string settings = "mail check --mail-kinds due,overdue --mail-texts " + texts + from;
+  const Outcome sound = run(settings + " --mail-through " + sendmail() + " --to ada@example.org");
+  EXPECT_EQ(sound.code, 0) << sound.text;
+  EXPECT_NE(sound.text.find("Switched on: due overdue."), std::string::npos) << sound.text;
+  EXPECT_NE(contentOf(folder.file("mail")).find("To: ada@example.org\n"), std::string::npos);
+
+  Mailbox mailbox;
+  EXPECT_EQ(run(settings + " --mail-through " + mailbox.address() + " --to ada@example.org").code, 0);
+  EXPECT_EQ(mailbox.subjects(), "ada@example.org: A trial of the booking desk's mail\n");
+
+  const struct {
+    std::string arguments;
+    std::string sentence;
+  } refused[] = {
+      {settings + " --mail-through " + sendmail("exit 75") + " --to ada@example.org",
+       "sendmail ended with 75."},
+      {settings + " --mail-through ftp://host", "and not through \"ftp://host\"."},
+      {"mail check --mail-from desk --mail-through " + sendmail(), "\"desk\" is no address"},
+      {settings + " --mail-through " + sendmail() + " --to 'ada@example.org,bob@example.org'",
+       "The address is none"},
+      {"mail check --mail-kinds late", "--mail-kinds"},
+      {"serve --mail-kinds due --port 0", "is no address that mail can be sent from"},
+  };
+  for (const auto& each : refused) {
+    const Outcome outcome = run(each.arguments);
+    EXPECT_NE(outcome.code, 0) << each.arguments;
+    EXPECT_NE(outcome.text.find(each.sentence), std::string::npos) << outcome.text;
+  }
+  std::ofstream(texts + "/due.txt") << "Subject: {nmae}\n\nDear\n";
+  const Outcome faulty = run(settings + " --mail-through " + sendmail());
+  EXPECT_EQ(faulty.code, 1);
+  EXPECT_NE(faulty.text.find("due.txt: line 1: there is no placeholder {nmae}."), std::string::npos);
+}
+
+TEST_F(MailProgram, SendsWhatADeskChangesAndTellsItsFigures) {
+  Mailbox mailbox;
+  const std::string config = folder.file("server.conf");
+  std::ofstream(config)
+      << "mail-kinds=\"confirmed,cancelled\"\nmail-from=\"desk@library.example\"\nmail-through=\""
+      << mailbox.address() << "\"\n";
+  patron("insert into patron_groups (id, name) values (1, 'Students')");
+  patron(
+      "insert into patrons (id, last_name, search_name, email) values (1, 'Bell', 'bell', "
+      "'ada@example.org')");
+  patron(
+      "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) values (1, 1, 'P1', 1)");
+  Serving serving(database, folder.file("log"), {"--config", config});
+  WireClient desk(serving.port());
+  ASSERT_EQ(desk.login("dana", "a-good-password").status, 200);
+  ASSERT_EQ(desk.send("SLL", {{"LOC", "1"}}).rc, 0);
+  const std::string tomorrow = dateText(wallClock() + 2 * day);
+  ASSERT_EQ(desk.send("NEWBK", {{"STIME", tomorrow + " 10:00:00"},
+                                {"ETIME", tomorrow + " 11:00:00"},
+                                {"PID", "1"},
+                                {"PGID", "1"},
+                                {"PPID", "0"},
+                                {"ADBK", "N"},
+                                {"LOC", "1"},
+                                {"BTID", "3"},
+                                {"SCHCOM", ""},
+                                {"ODE", "0"},
+                                {"OPU", "0"},
+                                {"WIZ", "N"},
+                                {"UTIME", "0"},
+                                {"CTIME", "0"}})
+                .rc,
+            0);
+  EXPECT_NE(run("mail list").text.find("1\tconfirmed\t0000001\twaits until"), std::string::npos);
+  EXPECT_EQ(run("mail retry").text, "1 mail will be sent as soon as a server runs.\n");
+  for (int wait = 0; wait < 3000 && desk.get("/metrics").body.find("result=\"sent\"} 1") == std::string::npos;
+       ++wait)
+    usleep(10'000);
+  EXPECT_EQ(mailbox.subjects(), "ada@example.org: Your booking 0000001\n");
+  EXPECT_EQ(run("mail list").text, "No mail waits, and none was given up.\n");
+  ASSERT_EQ(desk.send("CANBK", {{"BOOKID", "1"}}).rc, 0);
+  EXPECT_EQ(run("mail drop 7").code, 1);
+  EXPECT_EQ(run("mail drop").text, "1 mail dropped.\n");
+}
+
+TEST_F(MailProgram, KeepsAndErasesAsItIsTold) {
+  EXPECT_EQ(run("retention show").text,
+            "Bookings that are over are kept with their names for ever, the audit for ever.\n");
+  EXPECT_EQ(run("retention set").code, 1);
+  EXPECT_EQ(run("retention set --bookings 12").code, 0);
+  EXPECT_EQ(run("retention set --audit 24").text,
+            "Bookings that are over are kept with their names for 12 months, the audit for 24 months.\n");
+  EXPECT_EQ(
+      run("retention run").text,
+      "Made anonymous: 0 bookings, 0 rows of the audit about bookings. Deleted: 0 rows of the audit.\n");
+  patron("insert into patron_groups (id, name) values (1, 'Students')");
+  patron("insert into patrons (id, last_name, search_name) values (1, 'Bell', 'bell')");
+  patron(
+      "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) values (1, 1, 'P1', 1)");
+  EXPECT_NE(run("patron tell P1").text.find("\"last name\": \"Bell\""), std::string::npos);
+  EXPECT_EQ(run("patron erase P2").text, "vantry-server: There is no card \"P2\".\n");
+  EXPECT_EQ(run("patron erase P1").code, 0);
+  EXPECT_EQ(run("patron erase P1").code, 1);
+  EXPECT_EQ(value("select count(*) from audit where action = 'patron erased' and subject = '1'"), "1");
+}
+
+}  // namespace
+}  // namespace vantry::server::test
