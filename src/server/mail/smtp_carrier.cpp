@@ -45,7 +45,8 @@ std::size_t ignoreReply(char*, std::size_t size, std::size_t count, void*) {
 bool isLoopback(std::string_view address) {
   const std::string_view rest = address.substr(address.find("//") + 2);
   const std::string_view host = rest.substr(0, rest.find_last_of(':'));
-  return host == "localhost" || host == "[::1]" || host.starts_with("127.");
+  const bool isNumber = host.find_first_not_of("0123456789.") == std::string_view::npos;
+  return host == "localhost" || host == "[::1]" || (isNumber && host.starts_with("127."));
 }
 
 class SmtpCarrier : public MailCarrier {
