@@ -92,11 +92,14 @@ class ProgramTest : public testing::Test {
   /// Without a database on the command line.
   Outcome runBare(const std::string& arguments, const std::string& input = {}) {
     std::ofstream(folder.file("input")) << input;
+    return shell(std::string(VANTRY_SERVER_PROGRAM) + " " + arguments + " < " + folder.file("input"));
+  }
+
+  /// Any command of the shell.
+  Outcome shell(const std::string& command) {
     const std::string output = folder.file("output");
-    const std::string command = std::string(VANTRY_SERVER_PROGRAM) + " " + arguments + " < " +
-                                folder.file("input") + " > " + output + " 2>&1";
     Outcome outcome;
-    outcome.code = WEXITSTATUS(std::system(command.c_str()));
+    outcome.code = WEXITSTATUS(std::system(("{ " + command + "\n} > " + output + " 2>&1").c_str()));
     std::stringstream text;
     text << std::ifstream(output).rdbuf();
     outcome.text = text.str();
