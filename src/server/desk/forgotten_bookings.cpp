@@ -16,12 +16,18 @@ constexpr const char* theirs =
 }  // namespace
 
 std::int64_t forgetBookings(Connection& db, Moment before, Moment now, int most) {
+  Query mails(
+      db,
+      "update outbox set patron_id = 0 where state <> 0 and booking_id in (select id from bookings where "
+      "status in (1, 2, 3, 4) and forgotten_at is null and ends_at < :before and (returned_at is null or "
+      "returned_at < :before) order by ends_at limit :most)");
+  mails.bind("before", before).bind("most", most).run();
   Query query(
       db,
       "update bookings set patron_id = null, pickup_patron_id = null, setup_staff_id = null, "
       "cleanup_staff_id = null, note = '', forgotten_at = :now where id in (select id from bookings where "
-      "status in (1, 2, 3, 4) and forgotten_at is null and ends_at < :before order by ends_at limit "
-      ":most)");
+      "status in (1, 2, 3, 4) and forgotten_at is null and ends_at < :before and (returned_at is null or "
+      "returned_at < :before) order by ends_at limit :most)");
   return query.bind("now", now).bind("before", before).bind("most", most).run();
 }
 

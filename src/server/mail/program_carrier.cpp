@@ -74,6 +74,8 @@ class Actions {
   explicit Actions(int input) {
     posix_spawn_file_actions_init(&actions_);
     posix_spawn_file_actions_adddup2(&actions_, input, STDIN_FILENO);
+    // The connections of desks are not the program's, which may leave a child behind.
+    posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
   }
   ~Actions() { posix_spawn_file_actions_destroy(&actions_); }
   Actions(const Actions&) = delete;

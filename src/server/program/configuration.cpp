@@ -147,7 +147,7 @@ std::size_t removeEntry(Lines& lines, std::size_t at) {
   std::size_t end = at + 1;
   const std::string_view value = trimmed(std::string_view(lines[at]).substr(lines[at].find('=') + 1));
   if (value.starts_with('[')) {
-    while (end < lines.size() && trimmed(lines[end - 1]).back() != ']') ++end;
+    while (end < lines.size() && !trimmed(lines[end - 1]).ends_with(']')) ++end;
   }
   lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(at),
               lines.begin() + static_cast<std::ptrdiff_t>(end));

@@ -96,7 +96,7 @@ void confirm(const SetupDialog& dialog) {
 
 /// Starts the service where the system has it, else tells how to start the server.
 void startServing(const SetupPlan& plan, const std::string& config, bool isForService) {
-  if (!plan.isNew && plan.settings.empty()) return;
+  if (!plan.isNew && plan.settings.empty() && !plan.movesZone) return;
   if (isForService && hasService()) {
     startService();
     std::cout << "The service vantry-server runs, and starts with the machine.\n";

@@ -14,6 +14,7 @@
 #include "server/access/passwords.h"
 #include "server/http/certificate.h"
 #include "server/http/clients.h"
+#include "server/setup/table_cells.h"
 #include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/store_sentence.h"
@@ -161,6 +162,7 @@ class Asking {
          .suggestion = suggested.empty() ? "UTC" : suggested,
          .fault = [](const std::string& answer) { return faultOf([&] { checkTimeZone(answer); }); }},
         given_.timeZone);
+    plan_.movesZone = !state_.timeZone.empty() && plan_.library.timeZone != state_.timeZone;
   }
 
   /// `what` is asked for when there is none, and further ones otherwise.
@@ -224,7 +226,8 @@ class Asking {
 
   [[nodiscard]] std::string standingReach() const {
     if (!standing("serve.certificate", "").empty()) return "certificate";
-    return standing("serve.behind-proxy", "") == "true" ? "proxy" : "this-machine";
+    const std::optional<bool> isBehindProxy = yesOrNo(standing("serve.behind-proxy", "no"));
+    return isBehindProxy.value_or(false) ? "proxy" : "this-machine";
   }
 
   void askReach() {

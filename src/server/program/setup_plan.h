@@ -31,7 +31,8 @@ struct GivenAnswers {
 /// What a set-up is to do, every answer of it a good one.
 struct SetupPlan {
   std::string database;
-  bool isNew = true;  ///< whether the database has no library yet
+  bool isNew = true;       ///< whether the database has no library yet
+  bool movesZone = false;  ///< whether a library that is there gets another time zone
   LibraryWish library;
   std::vector<Setting> settings;  ///< of the configuration file, that differ; an empty one is removed
 };

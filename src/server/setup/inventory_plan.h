@@ -134,7 +134,7 @@ class InventoryPlan {
     const Entry before = entries_[*place];
     Entry after = before;
     takeCells(cells, after);
-    locations_.insert({before.record.locationId, after.record.locationId});
+    locations_.insert(after.record.locationId);
     entries_[*place] = after;
     const Row row{cells.line, *place, before};
     const std::string changes = changesText(before, after);

@@ -137,7 +137,8 @@ Json bookingsJson(Connection& db, std::int64_t patron) {
                         {"from", momentText(from)},
                         {"until", momentText(until)},
                         {"desk", desk},
-                        {"note", note}});
+                        // That of another requester is theirs.
+                        {"note", isRequester != 0 ? note : std::string()}});
   }
   for (Json& each : bookings) each["things"] = thingsJson(db, std::stoll(each["number"].get<std::string>()));
   return bookings;

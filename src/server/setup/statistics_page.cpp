@@ -5,6 +5,8 @@
 
 #include <csv.h>
 
+#include "server/setup/csv_text.h"
+
 namespace vantry::server {
 
 namespace {
@@ -39,7 +41,7 @@ std::string quoted(std::string_view text) {
 }
 
 void addCsvLine(std::string& csv, std::string_view by, std::string_view name, const Figures& figures) {
-  csv.append(quoted(by)).append(",").append(quoted(name));
+  csv.append(quoted(by)).append(",").append(quoted(guardedCell(name)));
   for (const Column& column : columns) csv.append(",").append(column.text(figures));
   csv += ",\r\n";
 }

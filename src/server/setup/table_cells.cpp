@@ -27,7 +27,9 @@ std::string headingKey(std::string_view heading) {
   std::string key;
   for (const char sign : heading) {
     const auto byte = static_cast<unsigned char>(sign);
-    if (std::isalnum(byte)) key += static_cast<char>(std::tolower(byte));
+    // Letters of other scripts stay as they are: two note types may differ in nothing else.
+    const bool isAscii = byte < 0x80;
+    if (!isAscii || std::isalnum(byte)) key += isAscii ? static_cast<char>(std::tolower(byte)) : sign;
   }
   return key;
 }

@@ -8,6 +8,7 @@
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 #include "server/store/server_tools.h"
+#include "server/store/store_file.h"
 #include "server/store/store_sentence.h"
 #include "server/store/whole_file.h"
 
@@ -29,7 +30,7 @@ bool isFile(const std::string& url) {
 }
 
 void copyFile(const std::string& url, const std::string& copy) {
-  Database database(url, {.connections = 1});
+  Database database(url, {.connections = 1, .keepsMark = true});
   requireLibrary(database);
   database.plain([&](Connection& db) {
     Query query(db, "vacuum into :file");
@@ -53,6 +54,12 @@ void checkCopy(const std::string& file) {
   requireLibrary(copy);
   if (textFrom(copy, "pragma integrity_check(1)") != "ok")
     throw StoreError(StoreError::Kind::Failed, "the file is damaged");
+}
+
+/// So that it is not taken for the file whose log may lie where it is copied to.
+void markAsCopy(const std::string& file) {
+  Database copy(file, {.connections = 1, .keepsMark = true});
+  copy.plain([](Connection& db) { db.run("pragma user_version = " + std::to_string(versionOfCopies)); });
 }
 
 /// The engine takes what lies beside the file for the file's own, and would write it into the restored one.
@@ -92,7 +99,12 @@ void restoreDump(const std::string& url, const std::string& file) {
 
 void backUp(const std::string& url, const std::string& file) {
   writeWhole(file, [&](const std::string& part) {
-    tellingPlainly(url, [&] { isFile(url) ? copyFile(url, part) : dump(url, part); });
+    tellingPlainly(url, [&] {
+      if (!isFile(url)) return dump(url, part);
+      copyFile(url, part);
+      markAsCopy(part);
+    });
+    for (const char* beside : {"-wal", "-shm"}) std::filesystem::remove(part + beside);
   });
 }
 

@@ -58,6 +58,7 @@ ConnectionPool::ConnectionPool(const std::string& url, StoreOptions options)
     startSqlite();
     if (!options_.create && !file_.exists() && file_.folderExists())
       throw StoreError(StoreError::Kind::Missing, "there is no file " + url);
+    file_.refuseForeignLog();
     file_.remember();
   } else if (options_.silence.count() > 0) {
     watcher_ = std::thread([this] { watch(); });
@@ -132,6 +133,8 @@ void ConnectionPool::setUp(Connection& db) const {
   db.waitAtMost(patience());
   if (dialect_.kind != Dialect::Kind::Sqlite) return;
   for (const std::string_view each : sqliteSetUp) db.run(std::string(each));
+  if (!options_.keepsMark && db.runForNumber("pragma user_version") == versionOfCopies)
+    db.run("pragma user_version = 0");
 }
 
 std::unique_ptr<Connection> ConnectionPool::open() {

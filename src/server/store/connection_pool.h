@@ -25,6 +25,7 @@ struct StoreOptions {
   std::chrono::milliseconds silence{0};
   /// A connection to a database server that was idle for that long is tried before it is used.
   std::chrono::milliseconds trustIdle{5000};
+  bool keepsMark = false;              ///< leave the mark of a copy in the file
   bool create = false;                 ///< make a SQLite file that is missing
   std::function<void()> onMoved = {};  ///< called once when the SQLite file is found moved or replaced
 };

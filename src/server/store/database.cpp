@@ -189,6 +189,15 @@ void Database::runTogether(const WriteQueue::Group& all) {
   }
 }
 
+/// Throws the exception that is being handled, as the store's where it is the database library's.
+[[noreturn]] static void rethrowPlain() {
+  try {
+    throw;
+  } catch (const soci::soci_error&) {
+    rethrowAsStoreError();
+  }
+}
+
 /// Throws what kept the transaction from beginning.
 void Database::runGroupOnce(WriteQueue::Group& group) {
   const Deadline until = (*std::ranges::min_element(group, {}, &WriteQueue::Waiting::until))->until;
@@ -203,7 +212,7 @@ void Database::runGroupOnce(WriteQueue::Group& group) {
   try {
     runWriter(work, dialect().beginWrite, until);
   } catch (...) {
-    if (!begun) throw;
+    if (!begun) rethrowPlain();
     if (group.size() == 1) return failAll(group);
     // A full disk undoes the whole transaction: each is told what becomes of it by itself.
     runApart(group);

@@ -206,6 +206,8 @@ void Pipeline::settle() {
   std::vector<Sent> sent = std::exchange(sent_, {});
   Failure ignored;
   collect(sent, ignored);
+  // The one who gets the connection next must not find it in a transaction that failed.
+  if (!ignored.state.empty()) require(Result(PQexec(server_, "rollback")) != nullptr);
 }
 
 bool Pipeline::answersWithin(std::chrono::milliseconds longest) {

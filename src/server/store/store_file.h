@@ -6,6 +6,9 @@
 
 namespace vantry::server {
 
+/// The user version of a database that is a copy and has not been opened as a library since.
+inline constexpr int versionOfCopies = 0x436F7079;
+
 /// The file of a SQLite database. SQLite opens files by name, so that after a move a second connection would
 /// work on another file than the first. This class knows the file itself.
 class StoreFile {
@@ -15,6 +18,10 @@ class StoreFile {
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] bool exists() const;
   [[nodiscard]] bool folderExists() const;
+
+  /// Throws std::runtime_error when the file is a copy, as `backUp` marks them, beside the log of another
+  /// one, which SQLite would write into it.
+  void refuseForeignLog() const;
 
   /// Takes what the name leads to now for the file.
   void remember();

@@ -116,6 +116,23 @@ TEST(RestoredFile, IsNotMadeBesideTheLogOfAnEarlierOne) {
   EXPECT_EQ(told([&] { restore(file, folder.file("copy")); }), "nothing");
 }
 
+/// Somebody copies a backup by hand to where the library was, whose log is still there.
+TEST(CopiedFile, IsNotOpenedBesideTheLogOfAnEarlierOne) {
+  const TempFolder folder;
+  const std::string file = folder.file("library.sqlite");
+  const std::string log = file + "-wal";
+  test::makeSmallLibrary(folder.file("earlier"));
+  backUp(folder.file("earlier"), file);
+  std::ofstream(log) << "what the earlier one was about to write";
+  const auto open = [&] { Database(file).read([](Connection& db) { db.run("select 1"); }); };
+  EXPECT_THAT(told(open), testing::HasSubstr("Move " + log + " away first."));
+  EXPECT_EQ(contentOf(log), "what the earlier one was about to write");
+  std::filesystem::remove(log);
+  EXPECT_EQ(told(open), "nothing");
+  std::ofstream(log) << "its own";
+  EXPECT_EQ(told(open), "nothing") << "it is a library like others now";
+}
+
 TEST(WholeFile, HasItsNameOnlyOnceItIsWhole) {
   const TempFolder folder;
   const std::string file = folder.file("copy");
