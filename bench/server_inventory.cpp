@@ -349,9 +349,10 @@ void makeWishes(Database& database) {
 std::int64_t wishesLeft(Database& database) {
   std::int64_t left = 0;
   database.read([&](Connection& db) {
-    left = db.runForNumber(
-        "select count(*) from booking_equipment where equipment_id is null and id in (select id from "
-        "bench_wishes)");
+    Query query(db,
+                "select count(*) from booking_equipment where equipment_id is null and id in (select id from "
+                "bench_wishes)");
+    fetchOne(query, left);
   });
   return left;
 }

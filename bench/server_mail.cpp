@@ -14,6 +14,7 @@
 #include "figures.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
+#include "server/store/database.h"
 #include "server/store/query.h"
 
 namespace {

@@ -14,7 +14,6 @@
 #include "server/access/passwords.h"
 #include "server/http/certificate.h"
 #include "server/http/clients.h"
-#include "server/setup/table_cells.h"
 #include "server/store/library_clock.h"
 #include "server/store/migrations.h"
 #include "server/store/store_sentence.h"
@@ -226,8 +225,9 @@ class Asking {
 
   [[nodiscard]] std::string standingReach() const {
     if (!standing("serve.certificate", "").empty()) return "certificate";
-    const std::optional<bool> isBehindProxy = yesOrNo(standing("serve.behind-proxy", "no"));
-    return isBehindProxy.value_or(false) ? "proxy" : "this-machine";
+    constexpr std::array<std::string_view, 5> yes{"true", "yes", "on", "y", "1"};
+    const bool isBehindProxy = std::ranges::find(yes, standing("serve.behind-proxy", "")) != yes.end();
+    return isBehindProxy ? "proxy" : "this-machine";
   }
 
   void askReach() {

@@ -45,6 +45,15 @@ void bringLogIn(Connection& db) {
   }
 }
 
+bool isMarkedAsCopy(Connection& db) {
+  std::int64_t version = 0;
+  Query query(db, "pragma user_version");
+  query.into(version);
+  while (query.next()) {
+  }
+  return version == versionOfCopies;
+}
+
 }  // namespace
 
 ConnectionPool::ConnectionPool(const std::string& url, StoreOptions options)
@@ -133,8 +142,7 @@ void ConnectionPool::setUp(Connection& db) const {
   db.waitAtMost(patience());
   if (dialect_.kind != Dialect::Kind::Sqlite) return;
   for (const std::string_view each : sqliteSetUp) db.run(std::string(each));
-  if (!options_.keepsMark && db.runForNumber("pragma user_version") == versionOfCopies)
-    db.run("pragma user_version = 0");
+  if (!options_.keepsMark && isMarkedAsCopy(db)) db.run("pragma user_version = 0");
 }
 
 std::unique_ptr<Connection> ConnectionPool::open() {
