@@ -25,6 +25,7 @@
 #include "server/store/database.h"
 #include "server/store/migrations.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 #include "server/store/schema_search.h"
 
 namespace {
