@@ -90,6 +90,10 @@ constexpr Rows filled[] = {
     {8, 22,
      "insert into titles (id, title, search_title, control_number, is_indexed) values (2, 'N', 'n', 'k', 1), "
      "(3, 'F', 'f', '', 1)"},
+    {23, always,
+     "insert into titles (id, title, search_title, control_number, control_source, is_indexed) values (2, "
+     "'N', "
+     "'n', 'k', 'DE-1', 1), (3, 'F', 'f', '', '', 0)"},
     {8, 22,
      "insert into marc_records (title_id, record) values (2, 'LDR\t\tx\n001\t\tk\n003\t\tDE-1\n245\t  "
      "\tN\n'), (3, 'LDR\t\tx\n245\t  \tF\n')"},
