@@ -77,7 +77,8 @@ class PatronReader {
       if (hasControlSign(text, Lines::One)) {
         fault("The text has a line break or another sign that cannot be shown.");
       } else if (known < fixedCount) {
-        (this->*fixed[known].take)(text);
+        const Take take = fixed[known].take;
+        (this->*take)(text);
       } else {
         takeText(columns[known - fixedCount], text);
       }
