@@ -198,9 +198,11 @@ TEST_P(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
   Database one(store.url());
   Database two(store.url());
   std::vector<std::future<void>> runs;
-  holder.write([&](Connection&) {
+  holder.write([&](Connection& held) {
+    held.flush();  // the turn is taken with the first statement
     for (Database* each : {&one, &two}) {
-      runs.push_back(std::async(std::launch::async, [each] { each->write([](Connection&) {}); }));
+      runs.push_back(
+          std::async(std::launch::async, [each] { each->write([](Connection& db) { db.flush(); }); }));
       runs.push_back(std::async(std::launch::async, [each] { migrate(*each); }));
     }
     // A program of which one writer waits for the other has looked and seen an empty database.
