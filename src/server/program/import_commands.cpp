@@ -33,11 +33,13 @@ void tell(const TableReport& report, const std::string& file, bool checkOnly) {
 using TableImport = TableReport (*)(Database&, const std::string& file, const ImportUse&, Moment now);
 
 TableReport takePatrons(Database& database, const std::string& file, const ImportUse& use, Moment now) {
-  return importPatrons(database, file, use, now);
+  const PatronReport report = importPatrons(database, file, use, now);
+  return static_cast<const TableReport&>(report);  // the rest is for programs
 }
 template <InventoryTable table>
 TableReport takeInventory(Database& database, const std::string& file, const ImportUse& use, Moment now) {
-  return importInventory(database, table, file, use, now);
+  const InventoryReport report = importInventory(database, table, file, use, now);
+  return static_cast<const TableReport&>(report);
 }
 
 struct TableRow {
