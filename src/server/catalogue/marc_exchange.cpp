@@ -154,7 +154,8 @@ class ExchangeSource : public MarcReader::Source {
     const bool rightLength = figuresAt(exchanged, 0, lengthFigures) == exchanged.size();
     if (base == 0)
       return rightLength ? "it has no directory of its fields" : "its leader tells another length";
-    std::ranges::replace_if(reading.record.leader, [](char c) { return c < ' ' || c == 0x7f; }, ' ');
+    std::ranges::replace_if(
+        reading.record.leader, [](char c) { return c < ' ' || c == 0x7f; }, ' ');
     const std::vector<Entry> entries =
         entriesIn(exchanged.substr(marcLeaderLength, base - 1 - marcLeaderLength));
     takeFields(reading, exchanged.substr(base), entries);
