@@ -12,6 +12,7 @@
 
 #include "failures.h"
 #include "figures.h"
+#include "median.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
 #include "server/requests/runner.h"
@@ -23,18 +24,6 @@ using namespace vantry;
 using namespace vantry::server;
 
 constexpr const char* date = "2026-12-01";
-
-double medianOf(int rounds, const std::function<void()>& work) {
-  std::vector<double> times;
-  for (int round = 0; round < rounds; ++round) {
-    const auto before = std::chrono::steady_clock::now();
-    work();
-    times.push_back(
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - before).count());
-  }
-  std::sort(times.begin(), times.end());
-  return times[times.size() / 2];
-}
 
 std::string makeDatabase(const std::filesystem::path& folder, int bookings) {
   const std::string file = (folder / ("day" + std::to_string(bookings) + ".sqlite")).string();

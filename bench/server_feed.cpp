@@ -17,6 +17,7 @@
 
 #include "failures.h"
 #include "figures.h"
+#include "median.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
 #include "server/requests/runner.h"
@@ -36,18 +37,6 @@ constexpr int perDay = 8;
 constexpr int daysEachWay = 182;
 constexpr int patrons = 500;
 const Moment now = makeMoment(2026, 11, 24, 12);
-
-double medianOf(int rounds, const std::function<void()>& work) {
-  std::vector<double> times;
-  for (int round = 0; round < rounds; ++round) {
-    const auto before = std::chrono::steady_clock::now();
-    work();
-    times.push_back(
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - before).count());
-  }
-  std::sort(times.begin(), times.end());
-  return times[times.size() / 2];
-}
 
 void addBookings(Connection& db, int room) {
   const Moment firstDay = startOfDay(now) - daysEachWay * day;

@@ -18,6 +18,7 @@
 
 #include "failures.h"
 #include "figures.h"
+#include "median.h"
 #include "server/access/passwords.h"
 #include "server/base/moment.h"
 #include "server/requests/runner.h"
@@ -185,18 +186,6 @@ class Desk {
   std::string token_;
   int sent_ = 0;
 };
-
-double medianOf(int rounds, const std::function<void(int)>& work) {
-  std::vector<double> all;
-  for (int round = 0; round < rounds; ++round) {
-    const auto before = std::chrono::steady_clock::now();
-    work(round);
-    all.push_back(
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - before).count());
-  }
-  std::ranges::sort(all);
-  return all[all.size() / 2];
-}
 
 class Teller {
  public:

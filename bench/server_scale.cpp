@@ -24,6 +24,7 @@
 
 #include "failures.h"
 #include "figures.h"
+#include "median.h"
 #include "server/access/passwords.h"
 #include "server/base/moment.h"
 #include "server/desk/occupancy.h"
@@ -262,18 +263,6 @@ void checkMixed(Desk& desk, Moment starts, std::mt19937& random) {
     add(media, {{"IM", wish ? "0" : std::to_string(std::stoi(title) * 2 + 1)}});
   }
   desk.expect("VALIAVL", media, {0, mediaRefused});
-}
-
-double medianOf(int rounds, const std::function<void()>& work) {
-  std::vector<double> all;
-  for (int round = 0; round < rounds; ++round) {
-    const auto before = std::chrono::steady_clock::now();
-    work();
-    all.push_back(
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - before).count());
-  }
-  std::sort(all.begin(), all.end());
-  return all[all.size() / 2];
 }
 
 void measureScale(Desk& desk, int count, const Figures& figures) {

@@ -16,6 +16,10 @@
 
 namespace vantry::server {
 
+/// In one minute, so that a first retention over years keeps nothing else waiting, nor the end of the
+/// program.
+static constexpr int stepsOfRetention = 25;
+
 static constexpr std::chrono::seconds period{60};
 static constexpr Moment longestPause = 2 * day;
 
@@ -42,7 +46,7 @@ void keepHouse(Database& database, Moment now, const MailKinds& mail) {
   });
   settleDueBookings(database, now);
   if (mail.any()) database.writeApart("reminders", [&](Connection& db) { queueReminders(db, mail, now); });
-  applyRetention(database, now);
+  applyRetention(database, now, stepsOfRetention);
 }
 
 Housekeeper::Housekeeper(Database& database, RefusalCounts& refusals, Clock clock, bool trustsClock,

@@ -29,17 +29,18 @@ std::int64_t numberIn(Connection& db, std::string_view setting) {
 }
 
 /// Repeats the step, each time in a transaction of its own, until it finds less than it may take.
-std::int64_t inSteps(Database& database, int most, const std::function<std::int64_t(Connection&)>& step) {
+std::int64_t inSteps(Database& database, int most, int& steps,
+                     const std::function<std::int64_t(Connection&)>& step) {
   std::int64_t all = 0;
-  for (std::int64_t last = most; last >= most; all += last)
+  for (std::int64_t last = most; last >= most && steps > 0; all += last, --steps)
     database.writeApart(lock, [&](Connection& db) { last = step(db); });
   return all;
 }
 
 /// A day of the audit with each step. What has been blanked once is not looked at again.
-std::int64_t blankAudit(Database& database, Moment before) {
+std::int64_t blankAudit(Database& database, Moment before, int& steps) {
   std::int64_t all = 0;
-  for (bool isDone = false; !isDone;) {
+  for (bool isDone = false; !isDone && steps > 0; --steps) {
     std::int64_t blanked = 0;
     database.writeApart(lock, [&](Connection& db) {
       const Moment from = std::max(numberIn(db, blankedSetting), firstOfAudit(db));
@@ -75,7 +76,8 @@ Moment keptSince(int months, Moment now) {
   return startOfMonth(now, -months);
 }
 
-RetentionReport applyRetention(Database& database, Moment now) {
+RetentionReport applyRetention(Database& database, Moment now, int mostSteps) {
+  int steps = mostSteps;
   Retention retention;
   Moment blankedUntil = 0;
   database.read([&](Connection& db) {
@@ -84,13 +86,13 @@ RetentionReport applyRetention(Database& database, Moment now) {
   });
   RetentionReport report;
   if (const Moment since = keptSince(retention.bookingMonths, now); retention.bookingMonths > 0) {
-    report.bookings = inSteps(database, bookingsAtOnce,
+    report.bookings = inSteps(database, bookingsAtOnce, steps,
                               [&](Connection& db) { return forgetBookings(db, since, now, bookingsAtOnce); });
-    if (blankedUntil < since) report.blankedRows = blankAudit(database, since);
+    if (blankedUntil < since) report.blankedRows = blankAudit(database, since, steps);
   }
   if (const Moment since = keptSince(retention.auditMonths, now); retention.auditMonths > 0) {
     if (hasAuditBefore(database, since))
-      report.auditRows = inSteps(database, auditRowsAtOnce,
+      report.auditRows = inSteps(database, auditRowsAtOnce, steps,
                                  [&](Connection& db) { return dropAuditBefore(db, since, auditRowsAtOnce); });
   }
   return report;

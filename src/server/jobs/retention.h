@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 #include "server/base/moment.h"
 #include "server/store/database.h"
@@ -24,8 +25,11 @@ struct RetentionReport {
   std::int64_t auditRows = 0;    ///< deleted
 };
 
+inline constexpr int noEndOfSteps = std::numeric_limits<int>::max();
+
 /// Makes anonymous and deletes what is over for longer than the library keeps it. Works in small
 /// transactions, between which the desks can write; any number of processes may run it, and stop anywhere.
-RetentionReport applyRetention(Database& database, Moment now);
+/// After so many of them it ends, and what is left is for the next run.
+RetentionReport applyRetention(Database& database, Moment now, int mostSteps = noEndOfSteps);
 
 }  // namespace vantry::server

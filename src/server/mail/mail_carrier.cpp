@@ -18,7 +18,7 @@ std::string passwordIn(const std::string& file) {
   std::ifstream in(file);
   std::string line;
   if (!std::getline(in, line) || line.empty())
-    throw UserError("The password of the mail server cannot be read from " + file + ".");
+    throw MailUnavailable("The password of the mail server cannot be read from " + file + ".");
   if (line.back() == '\r') line.pop_back();
   return line;
 }
@@ -31,7 +31,7 @@ std::unique_ptr<MailCarrier> makeCarrier(const MailSettings& settings) {
     if (!settings.user.empty() && settings.passwordFile.empty())
       throw UserError("A user at the mail server needs --mail-password-file.");
     if (!settings.authority.empty() && access(settings.authority.c_str(), R_OK) != 0)
-      throw UserError(settings.authority + " cannot be read.");
+      throw MailUnavailable(settings.authority + " cannot be read.");
     return makeSmtpCarrier(settings,
                            settings.user.empty() ? std::string() : passwordIn(settings.passwordFile));
   }
@@ -42,7 +42,7 @@ std::unique_ptr<MailCarrier> makeCarrier(const MailSettings& settings) {
         "smtps://host, and not through \"" +
         through + "\".");
   if (access(program.c_str(), X_OK) != 0)
-    throw UserError("There is no program " + program + " to send mail.");
+    throw MailUnavailable("There is no program " + program + " to send mail.");
   return makeProgramCarrier(program);
 }
 

@@ -4,6 +4,7 @@
 #include <stop_token>
 #include <string>
 
+#include "server/base/user_error.h"
 #include "server/mail/mail_settings.h"
 
 namespace vantry::server {
@@ -14,10 +15,10 @@ struct Letter {
   std::string text;
 };
 
-/// What became of a letter. One that is refused will never be taken; one that failed may be later, and so may
-/// all others.
+/// What became of a letter. One that is refused will never be taken; one that is put off may be later; when
+/// one failed, all others would now.
 struct Delivery {
-  enum class Kind { Sent, Refused, Failed } kind = Kind::Failed;
+  enum class Kind { Sent, Refused, PutOff, Failed } kind = Kind::Failed;
   std::string fault = {};  ///< for people
 };
 
@@ -33,7 +34,14 @@ class MailCarrier {
   [[nodiscard]] virtual Delivery carry(const Letter& letter, const std::stop_token& ending) = 0;
 };
 
-/// The carrier that the settings name. Throws UserError with a sentence for settings that make no sense.
+/// What the settings name is not there, or may not be read: it may be another time.
+class MailUnavailable : public UserError {
+ public:
+  using UserError::UserError;
+};
+
+/// The carrier that the settings name. Throws UserError with a sentence for settings that make no sense, and
+/// MailUnavailable.
 [[nodiscard]] std::unique_ptr<MailCarrier> makeCarrier(const MailSettings& settings);
 
 }  // namespace vantry::server

@@ -190,7 +190,7 @@ void Postman::settle(const TakenMail& mail, const Written& written, const Delive
     return change([&](Connection& db) { markSent(db, mail, written.told, now); });
   }
   const std::string about = confirmationNumber(mail.bookingId);
-  if (delivery.kind == Delivery::Kind::Failed && now - mail.queuedAt < mailPatience) {
+  if (delivery.kind != Delivery::Kind::Refused && now - mail.queuedAt < mailPatience) {
     spdlog::warn("mail {} about booking {} waits: {}", mail.id, about, delivery.fault);
     return change([&](Connection& db) { postpone(db, mail, delivery.fault, now + delayAfter(mail.tries)); });
   }

@@ -91,8 +91,8 @@ class SmtpCarrier : public MailCarrier {
       throw UserError("The mail library does not know what it is told.");
   }
 
-  /// A refusal of the recipient or of the text is one for good. What the server says of the sender, of the
-  /// log-on or of TLS holds for all letters, and somebody may mend it.
+  /// What is said of the recipient or of the text holds for this letter alone, for good or for now. What the
+  /// server says of the sender, of the log-on or of TLS holds for all letters, and somebody may mend it.
   Delivery deliveryOf(CURLcode code) {
     if (code == CURLE_OK) return {Delivery::Kind::Sent};
     const std::string_view told(fault_.data());
@@ -101,8 +101,8 @@ class SmtpCarrier : public MailCarrier {
     curl_easy_getinfo(handle_.get(), CURLINFO_RESPONSE_CODE, &reply);
     const bool ofLetter =
         code == CURLE_WEIRD_SERVER_REPLY || (code == CURLE_SEND_ERROR && !told.starts_with("MAIL failed"));
-    const bool forGood = reply >= 500 && reply < 600;
-    return {ofLetter && forGood ? Delivery::Kind::Refused : Delivery::Kind::Failed, std::move(fault)};
+    if (!ofLetter || reply < 400 || reply >= 600) return {Delivery::Kind::Failed, std::move(fault)};
+    return {reply < 500 ? Delivery::Kind::PutOff : Delivery::Kind::Refused, std::move(fault)};
   }
 
   std::array<char, CURL_ERROR_SIZE> fault_{};

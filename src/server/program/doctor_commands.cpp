@@ -7,6 +7,7 @@
 
 #include "server/base/user_error.h"
 #include "server/http/certificate.h"
+#include "server/mail/mail_carrier.h"
 #include "server/program/command_line.h"
 #include "server/program/on_library.h"
 #include "server/setup/demo/demo.h"
@@ -37,13 +38,25 @@ void lookAtCertificate(const CertificateFiles& files, MachineState& state, std::
   }
 }
 
+/// Tells of mail that could not be sent.
+void lookAtMail(const MailSettings& mail, std::vector<std::string>& found) {
+  if (!mail.kinds.any()) return;
+  try {
+    static_cast<void>(makeCarrier(mail));
+  } catch (const UserError& error) {
+    found.emplace_back(error.what());
+  }
+}
+
 /// Prints what is wrong with the library's set-up and its machine, or will be soon; true when nothing is.
-bool runDoctor(const std::string& url, const CertificateFiles& files) {
+bool runDoctor(const Site& site, const CertificateFiles& files) {
+  const std::string& url = site.database;
   std::vector<std::string> found;
   MachineState state{.now = std::time(nullptr)};
   LibrarySizes sizes;
   std::vector<std::string> ofLibrary;
   lookAtCertificate(files, state, found);
+  lookAtMail(site.mail, found);
   onLibrary(url, [&](Database& database) {
     state.clockSkew = clockSkew(database, state.now);
     database.read([&](Connection& db) {
@@ -79,7 +92,7 @@ void describeDoctor(CLI::App& app, const Site& site) {
   doctor->callback([&app, &site] {
     const CertificateFiles files{.certificate = valueOfServe(app, "--certificate"),
                                  .key = valueOfServe(app, "--key")};
-    if (!runDoctor(site.database, files)) throw CLI::RuntimeError(1);
+    if (!runDoctor(site, files)) throw CLI::RuntimeError(1);
   });
 }
 

@@ -9,6 +9,7 @@
 #include "server/desk/refusal_counts.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
+#include "server/mail/mail_carrier.h"
 #include "server/mail/postman.h"
 #include "server/requests/runner.h"
 #include "server/store/database.h"
@@ -48,7 +49,13 @@ static Clock clockOf(const Server::Options& options) {
 
 static std::unique_ptr<Postman> postmanFor(Database& database, const Server::Options& options) {
   if (!options.mail.kinds.any()) return nullptr;
-  return std::make_unique<Postman>(database, clockOf(options), options.mail);
+  try {
+    return std::make_unique<Postman>(database, clockOf(options), options.mail);
+  } catch (const MailUnavailable& error) {
+    // Desks do not wait for it.
+    spdlog::error("no mail is sent until the server is started again: {}", error.what());
+    return nullptr;
+  }
 }
 
 class Server::Impl {

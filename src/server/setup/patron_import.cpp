@@ -137,7 +137,22 @@ class PatronPlanner {
       row.card = &card->second;
       row.patron = card->second.patron;
     }
-    return entry.institution.empty() || findByInstitution(row);
+    return (entry.institution.empty() || findByInstitution(row)) && agreesWithOtherCard(row);
+  }
+
+  /// Several cards of one stored patron stand in several rows, with the same data.
+  bool agreesWithOtherCard(const Planned& row) {
+    if (row.patron == 0) return true;
+    const PatronEntry& entry = *row.entry;
+    const auto [earlier, isFirst] = byPatron_.try_emplace(row.patron, &entry);
+    if (isFirst || isSamePatron(*earlier->second, entry)) return true;
+    return fault(entry,
+                 "The patron of " + linePlace(earlier->second->line) + " is the same and has other data.");
+  }
+
+  static bool isSamePatron(const PatronEntry& one, const PatronEntry& other) {
+    return one.texts == other.texts && one.expires == other.expires && one.holdMail == other.holdMail &&
+           one.withheld == other.withheld;
   }
 
   bool findByInstitution(Planned& row) {
@@ -151,8 +166,7 @@ class PatronPlanner {
     const auto earlier = earlier_.find(entry.institution);
     if (earlier == earlier_.end()) return true;
     const PatronEntry& other = *earlier->second->entry;
-    if (other.texts != entry.texts || other.expires != entry.expires || other.holdMail != entry.holdMail ||
-        other.withheld != entry.withheld || earlier->second->patron != row.patron)
+    if (!isSamePatron(other, entry) || earlier->second->patron != row.patron)
       return fault(entry,
                    "The patron of " + linePlace(other.line) + " has the same institution id and other data.");
     if (row.patron == 0) row.twin = earlier->second;
@@ -198,7 +212,8 @@ class PatronPlanner {
 
   const Known& known_;
   PatronReport& report_;
-  std::unordered_map<std::string_view, const Planned*> earlier_;  ///< by institution id
+  std::unordered_map<std::int64_t, const PatronEntry*> byPatron_;  ///< of stored ones, the first row
+  std::unordered_map<std::string_view, const Planned*> earlier_;   ///< by institution id
 };
 
 class PatronWriter {

@@ -58,6 +58,16 @@ TEST_P(PostmanTest, GivesUpWhatARecipientsServerRefuses) {
   EXPECT_NE(faults().find("550"), std::string::npos) << faults();
 }
 
+TEST_P(PostmanTest, PutsOffWhatARecipientsServerDoesNotTakeYetAndSendsTheRest) {
+  mailbox.answer("RCPT TO:<ada@example.org>", "451 greylisted");
+  book(3, "10:00", "11:00");
+  send("NEWBK",
+       "STIME=2026-03-04 10:00:00; ETIME=2026-03-04 11:00:00; PID=4; PGID=1; PPID=0; ADBK=N; LOC=1; "
+       "BTID=3; SCHCOM=; ODE=0; OPU=0; WIZ=N; UTIME=0; CTIME=0");
+  EXPECT_EQ(sent(), "hal@example.org: Your booking 0000002\n");
+  EXPECT_EQ(outbox(), "confirmed 1");
+}
+
 TEST_P(PostmanTest, GivesUpAnAddressThatWouldBeAHeader) {
   book(3, "10:00", "11:00");
   library().execute("update patrons set email = 'ada@example.org\nBcc: all@example.org' where id = 1");

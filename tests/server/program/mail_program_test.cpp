@@ -118,6 +118,16 @@ TEST_F(MailProgram, SendsWhatADeskChangesAndTellsItsFigures) {
   EXPECT_EQ(run("mail drop").text, "1 mail dropped.\n");
 }
 
+TEST_F(MailProgram, DesksAreServedWithoutAWayToSendMail) {
+  const std::vector<std::string> mail{
+      "--mail-kinds", "due", "--mail-from", "desk@library.example", "--mail-through", "/nowhere/sendmail"};
+  Serving serving(database, folder.file("log"), mail);
+  EXPECT_EQ(WireClient(serving.port()).get("/v1/ready").status, 200);
+  const Outcome doctor =
+      run("doctor --mail-kinds due --mail-from desk@library.example --mail-through " + mail.back());
+  EXPECT_NE(doctor.text.find("There is no program /nowhere/sendmail to send mail."), std::string::npos);
+}
+
 TEST_F(MailProgram, KeepsAndErasesAsItIsTold) {
   EXPECT_EQ(run("retention show").text,
             "Bookings that are over are kept with their names for ever, the audit for ever.\n");

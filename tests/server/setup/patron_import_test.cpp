@@ -89,6 +89,10 @@ TEST_P(PatronImport, OnePatronMayHaveSeveralCards) {
   EXPECT_EQ(report.newPatrons, 2);
   EXPECT_EQ(take("card,group,last name,institution id\nN9,Readers,Ink,U1\n").newPatrons, 0)
       << "known by the id";
+  const std::string twice = "card,group,last name\nN1,Readers,Ink\nN2,Pupils,";
+  EXPECT_THAT(take(twice + "Ash\n").faults.told(),
+              ElementsAre(HasSubstr("The patron of line 2 is the same and has other data.")));
+  EXPECT_THAT(take(twice + "Ink\n").faults.told(), IsEmpty());
 }
 
 TEST_P(PatronImport, ReadsFilesOfTheWesternCodePage) {
