@@ -52,7 +52,7 @@ void measure(const std::string& file, int bookings, const Figures& figures, Fail
     // A record takes a hundred bytes and more.
     failures.note("BOOKDAY", hasCode(json, 0) && bytes > static_cast<std::size_t>(bookings) * 10);
   };
-  const double inServer = medianOf(31, [&] {
+  const double inServer = medianOf(31, [&](int) {
     note(runner.run({.token = token, .code = "BOOKDAY", .requestId = "2", .tags = tags}).json);
   });
 
@@ -66,7 +66,7 @@ void measure(const std::string& file, int bookings, const Figures& figures, Fail
   client.set_tcp_nodelay(true);
   const httplib::Headers headers{{"Authorization", "Bearer " + token}, {"Request-Id", "3"}};
   const std::string body = std::string(R"({"tags":[["DATE",")") + date + R"("],["HBK","N"]]})";
-  const double overWire = medianOf(31, [&] {
+  const double overWire = medianOf(31, [&](int) {
     const auto answer = client.Post("/v1/request/BOOKDAY", headers, body, "application/json");
     note(answer ? answer->body : std::string());
   });

@@ -98,7 +98,7 @@ void makeLibrary(Database& database) {
   RequestRunner runner(
       database, [] { return now; }, HashCost::Quick);
   std::size_t bytes = 0;
-  const double inServer = medianOf(51, [&] {
+  const double inServer = medianOf(51, [&](int) {
     bytes = runner.feed(added.secret, "127.0.0.1").text.size();
     failures.note("feed", bytes > fewestBytes);
   });
@@ -112,13 +112,13 @@ void makeLibrary(Database& database) {
   client.set_tcp_nodelay(true);
   const std::string path = "/v1/feeds/" + added.secret + ".ics";
   std::string version;
-  const double overWire = medianOf(51, [&] {
+  const double overWire = medianOf(51, [&](int) {
     const auto answer = client.Get(path.c_str());
     failures.note("feed", answer && answer->body.size() == bytes);
     if (answer) version = answer->get_header_value("ETag");
   });
   // The client would wait for the body that a 304 does not have.
-  const double unchanged = medianOf(51, [&] {
+  const double unchanged = medianOf(51, [&](int) {
     const auto answer = client.Head(path.c_str(), httplib::Headers{{"If-None-Match", version}});
     failures.note("unchanged feed", answer && answer->status == 304);
   });

@@ -268,21 +268,21 @@ void checkMixed(Desk& desk, Moment starts, std::mt19937& random) {
 void measureScale(Desk& desk, int count, const Figures& figures) {
   std::mt19937 random(7);
   const auto days = static_cast<unsigned>(daysOf(count));
-  const double list = medianOf(51, [&] {
+  const double list = medianOf(51, [&](int) {
     const Moment date = firstDay + static_cast<Moment>(random() % days) * day;
     desk.expect("BOOKDAY", {{"DATE", dateText(date)}, {"HBK", "Y"}});
   });
-  const double check = medianOf(201, [&] {
+  const double check = medianOf(201, [&](int) {
     const Moment starts = firstDay + static_cast<Moment>(random() % days) * day + 9 * hour;
     desk.expect("VALEAVL", checkAt(starts, 20, random), {0, equipmentRefused});
   });
-  const double mixed = medianOf(201, [&] {
+  const double mixed = medianOf(201, [&](int) {
     const Moment starts = firstDay + static_cast<Moment>(random() % days) * day + 9 * hour;
     checkMixed(desk, starts, random);
   });
   // A time of its own for each save, so that none is refused.
   Moment free = makeMoment(2027, 6, 1);
-  const double save = medianOf(201, [&] {
+  const double save = medianOf(201, [&](int) {
     std::vector<std::int64_t> things;
     for (int each = 0; each < 5; ++each) things.push_back(static_cast<std::int64_t>(random() % pieces) + 1);
     desk.expect("NEWBK", saveAt(free += 2 * hour, things));
@@ -385,13 +385,13 @@ void measureSequence(int port, const Figures& figures, Failures& failures) {
     add(tags, tail);
     return tags;
   };
-  const double list = medianOf(101, [&] { send("BOOKDAY", {{"DATE", "2026-01-05"}, {"HBK", "Y"}}); });
-  const double save = medianOf(101, [&] {
+  const double list = medianOf(101, [&](int) { send("BOOKDAY", {{"DATE", "2026-01-05"}, {"HBK", "Y"}}); });
+  const double save = medianOf(101, [&](int) {
     starts += 2 * hour;
     thing += 5;
     send("NEWBK", saveAt(starts, {thing, thing + 1, thing + 2, thing + 3, thing + 4}));
   });
-  const double sequence = medianOf(101, [&] {
+  const double sequence = medianOf(101, [&](int) {
     starts += 2 * hour;
     thing += 5;
     const std::vector<std::int64_t> five{thing, thing + 1, thing + 2, thing + 3, thing + 4};
