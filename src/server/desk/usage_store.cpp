@@ -24,11 +24,11 @@ std::string meets(const std::string& kind) {
          kind + ") and o.ends_at > :from_at and o.booking_id <> :except_booking ";
 }
 
-/// In the places that are bound as ":places". The sign keeps SQLite from reading the pieces of all places.
-std::string piecesOfType(Connection& db) {
+/// In the places of that selection. The sign keeps SQLite from reading the pieces of all places.
+std::string piecesOfType(std::string_view places) {
   return "from equipment e join rooms r on r.id = e.room_id join room_types k on k.id = r.room_type_id "
          "where e.equipment_type_id = :type_id and e.location_id in (" +
-         keysIn(db, "places") +
+         std::string(places) +
          ") and +e.group_id is null and "
          "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
          "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) and not exists (select 1 from "
@@ -68,17 +68,29 @@ std::vector<std::int64_t> readIds(Query& query) {
 }
 
 std::vector<std::int64_t> pieceStock(Connection& db, std::int64_t typeId, const Places& places) {
-  Query query(db, "select e.id " + piecesOfType(db));
+  Query query(db, "select e.id " + piecesOfType(keysIn(db, "places")));
   query.bind("type_id", typeId).bind("places", keysText(places));
   return readIds(query);
 }
 
+/// SQLite walks the places one after the other along the index, and ends when it has enough. PostgreSQL would
+/// judge all pieces of all places before it sorts them, and so is told to take the first of each place.
+std::string freePiecesSql(Connection& db, const std::string& isFree, bool inOrder) {
+  if (!inOrder) return "select e.id " + piecesOfType(keysIn(db, "places")) + isFree + "limit :most";
+  if (db.dialect().kind == Dialect::Kind::Sqlite) {
+    return "select e.id " + piecesOfType(keysIn(db, "places")) + isFree +
+           "order by e.location_id, e.number, e.id limit :most";
+  }
+  return "select p.id from (" + keysIn(db, "places") + ") place cross join lateral (select e.id, e.number " +
+         piecesOfType("place.value") + isFree +
+         "order by e.number, e.id limit :most) p order by place.value, p.number, p.id limit :most";
+}
+
 std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const Places& places,
                                      const FreeSearch& search) {
-  const std::string sql = "select e.id " + piecesOfType(db) + pieceNotTaken() +
-                          (search.outIsTaken ? pieceNotOut : "") + (search.lateAt != 0 ? pieceNotLate : "") +
-                          (search.inOrder ? "order by e.location_id, e.number, e.id " : "") + "limit :most";
-  Query query(db, sql);
+  const std::string isFree =
+      pieceNotTaken() + (search.outIsTaken ? pieceNotOut : "") + (search.lateAt != 0 ? pieceNotLate : "");
+  Query query(db, freePiecesSql(db, isFree, search.inOrder));
   query.bind("type_id", typeId).bind("places", keysText(places));
   query.bind("most", static_cast<std::int64_t>(search.most));
   if (search.lateAt != 0) query.bind("late_at", search.lateAt);
