@@ -71,7 +71,7 @@ Slapd::Slapd(Tls tls) : tls_(tls) {
   write("slapd.conf",
         "include /etc/ldap/schema/core.schema\ninclude /etc/ldap/schema/cosine.schema\n"
         "include /etc/ldap/schema/inetorgperson.schema\nmodulepath /usr/lib/ldap\nmoduleload back_mdb\n"
-        "allow bind_anon_cred\n" +
+        "allow bind_anon_dn\n" +
             std::string(tls_ == Tls::Spoken
                             ? "TLSCertificateFile certificate.pem\nTLSCertificateKeyFile key.pem\n"
                             : "") +
