@@ -28,6 +28,7 @@ using Tls = asio::ssl::context;
 constexpr int backlog = 4096;
 // Whoever checks a password takes 64 MiB for a moment; more at one time would only slow each other.
 constexpr int logonThreads = 2;
+constexpr int directoryThreads = 8;  // they only wait
 constexpr std::chrono::milliseconds betweenLooks{250};
 constexpr std::chrono::seconds lastReplies{2};
 
@@ -58,6 +59,7 @@ class HttpFront::Impl {
         requests_(options.threads, options.limits.waiting),
         writes_(options.threads, options.limits.waiting),
         logons_(logonThreads, options.limits.waiting),
+        directory_(runner.asksDirectory() ? directoryThreads : 0, options.limits.waiting),
         acceptor_(loop_),
         look_(loop_) {}
 
@@ -88,6 +90,7 @@ class HttpFront::Impl {
     requests_.stop();
     writes_.stop();
     logons_.stop();
+    directory_.stop();
     open_.awaitNone(lastReplies);
     loop_.stop();
     thread_.join();
@@ -106,6 +109,7 @@ class HttpFront::Impl {
             .waitingRequests = requests_.waiting(),
             .waitingWrites = writes_.waiting(),
             .waitingLogons = logons_.waiting(),
+            .waitingForDirectory = directory_.waiting(),
             .mail = options_.mail ? options_.mail() : MailFigures()};
   }
 
@@ -178,7 +182,9 @@ class HttpFront::Impl {
   Workers requests_;
   Workers writes_;
   Workers logons_;
-  FrontParts parts_{options_.limits, clients_, routes_, metrics_, requests_, writes_, logons_, open_};
+  Workers directory_;
+  FrontParts parts_{options_.limits, clients_, routes_,    metrics_, requests_,
+                    writes_,         logons_,  directory_, open_};
   // What waits in the loop holds connections, so that it goes first.
   asio::io_context loop_;
   tcp::acceptor acceptor_;

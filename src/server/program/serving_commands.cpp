@@ -127,6 +127,7 @@ void describeServing(CLI::App& app, const Site& site) {
   serving->callback([given, &site] {
     given->options.database = site.database;
     given->options.mail = site.mail;
+    given->options.directory = site.directory;
     spdlog::set_level(spdlog::level::from_str(given->logLevel));
     serve(*given);
   });
