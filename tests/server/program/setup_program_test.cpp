@@ -201,8 +201,8 @@ TEST_F(SetupProgram, ABrokenOffOneLeavesNothing) {
 }
 
 TEST_F(SetupProgram, AWrongAnswerThatWasGivenIsToldAndLeavesNothing) {
-  makeCertificate("mine");
-  makeCertificate("yours");
+  makeCertificate(folder, "mine");
+  makeCertificate(folder, "yours");
   struct Case {
     std::string arguments;
     std::string text;
