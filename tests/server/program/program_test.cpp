@@ -105,6 +105,19 @@ TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
   }
 }
 
+/// A server that still runs on it would not know the new tables.
+TEST_F(ProgramTest, OnlyInitAndServeBringADatabaseUpToDate) {
+  migrate(*std::make_unique<Database>(database, Database::Options{.create = true}), 12);
+  for (const char* command : {"operator list", "library add City", "audit show", "trust-clock"}) {
+    const Outcome outcome = run(command);
+    EXPECT_EQ(outcome.code, 1) << command;
+    EXPECT_THAT(outcome.text, HasSubstr("is of an older version.")) << command;
+    EXPECT_EQ(value("select max(number) from schema_steps"), "12") << command;
+  }
+  EXPECT_EQ(run("init").code, 0);
+  EXPECT_EQ(run("operator list").code, 0);
+}
+
 struct WrongCase {
   const char* arguments;
   const char* input;
@@ -403,6 +416,25 @@ TEST_F(ProgramTest, GivesTheTerminalItsEchoBackWhenItIsInterruptedAtThePassword)
   EXPECT_TRUE(echoes(inner));
   close(inner);
   close(terminal);
+}
+
+TEST_F(ProgramTest, NamesAMistypedCommand) {
+  const struct {
+    const char* arguments;
+    const char* text;
+  } cases[] = {
+      {"libary add City --of x", "There is no command \"libary\". Did you mean \"library\"?\n"},
+      {"library ad City", "There is no command \"library ad\". Did you mean \"library add\"?\n"},
+      {"retention halt", "There is no command \"retention halt\". There are: set show run.\n"},
+      {"library", "A subcommand is required\n"},
+      {"library add City --of x", "The following arguments were not expected: x --of\n"},
+      {"location add Main", "--library is required\n"},
+  };
+  for (const auto& each : cases) {
+    const Outcome outcome = run(each.arguments);
+    EXPECT_NE(outcome.code, 0);
+    EXPECT_THAT(outcome.text, testing::StartsWith(each.text)) << each.arguments;
+  }
 }
 
 TEST_F(ProgramTest, TakesNoPasswordOnTheCommandLine) {
