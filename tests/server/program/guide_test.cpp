@@ -234,7 +234,7 @@ TEST_F(Guide, OfWhoeverRunsTheServerWorksOnTheSameLibrary) {
   follow("guide.md");
   EXPECT_GT(follow("server.md"), 10U);
   EXPECT_GT(follow("running.md"), 0U);
-  for (const char* file : {"server.conf", "mail.conf"}) {
+  for (const char* file : {"server.conf", "directory.conf", "mail.conf"}) {
     const Outcome told = type(std::string("vantry-server --config ") + file + " config");
     EXPECT_EQ(told.code, 0) << told.text;
   }
