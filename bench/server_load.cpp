@@ -9,13 +9,11 @@
 #include <netinet/in.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
@@ -29,6 +27,7 @@
 #include "figures.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
+#include "server_process.h"
 
 namespace {
 
@@ -37,75 +36,6 @@ using namespace vantry::server;
 using std::chrono::steady_clock;
 
 constexpr const char* date = "2026-12-01";
-
-/// A server in a process of its own, which ends with this object. Made before this program has other threads.
-class ServerProcess {
- public:
-  explicit ServerProcess(const std::string& database) {
-    int told[2];
-    int held[2];
-    if (pipe(told) != 0 || pipe(held) != 0) throw std::runtime_error("no pipe");
-    child_ = fork();
-    if (child_ == 0) {
-      close(held[1]);
-      serve(database, told[1], held[0]);
-      _exit(0);
-    }
-    close(told[1]);
-    close(held[0]);
-    hold_ = held[1];
-    if (read(told[0], &port_, sizeof port_) != sizeof port_)
-      throw std::runtime_error("the server did not start");
-    close(told[0]);
-  }
-  ~ServerProcess() {
-    close(hold_);
-    waitpid(child_, nullptr, 0);
-  }
-  ServerProcess(const ServerProcess&) = delete;
-  ServerProcess& operator=(const ServerProcess&) = delete;
-
-  [[nodiscard]] int port() const { return port_; }
-
-  /// Seconds of processor time so far.
-  [[nodiscard]] double processorTime() const {
-    std::ifstream file("/proc/" + std::to_string(child_) + "/stat");
-    std::string word;
-    double ticks = 0;
-    for (int number = 1; file >> word; ++number) {
-      if (number == 14 || number == 15) ticks += std::stod(word);
-    }
-    return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
-  }
-
-  [[nodiscard]] double megabytes() const {
-    std::ifstream file("/proc/" + std::to_string(child_) + "/statm");
-    double all = 0;
-    double resident = 0;
-    file >> all >> resident;
-    return resident * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
-  }
-
- private:
-  static void serve(const std::string& database, int told, int held) {
-    Server::Options options;
-    options.database = database;
-    options.threads = 300;
-    options.quickHashes = true;
-    options.clock = [] { return makeMoment(2026, 11, 24, 12); };
-    Server server(options);
-    server.start();
-    const int port = server.port();
-    if (write(told, &port, sizeof port) != sizeof port) return;
-    char ended = 0;
-    while (read(held, &ended, 1) > 0) {
-    }
-  }
-
-  pid_t child_ = 0;
-  int hold_ = -1;
-  int port_ = 0;
-};
 
 std::string logOn(int port) {
   httplib::Client client("127.0.0.1", port);
@@ -241,9 +171,9 @@ int main(int argc, char** argv) {
   createDemoDatabase(database, demo);
   Failures failures;
   const Figures figures(argc > 2 ? "load-postgresql" : "load");
-  const ServerProcess first(database);
+  const ServerProcess first({.database = database});
   if (argc > 2) {
-    const ServerProcess second(database);
+    const ServerProcess second({.database = database});
     const double one = readsPerSecond({&first}, failures);
     const double both = readsPerSecond({&first, &second}, failures);
     figures.tell("lists a second from one server", "", one);

@@ -6,7 +6,9 @@
 #include <utility>
 
 #include <spdlog/spdlog.h>
+#include <boost/asio/bind_executor.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/ssl/error.hpp>
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/error.hpp>
@@ -88,7 +90,15 @@ void HttpConnection::end() {
   ::shutdown(handle_, SHUT_RDWR);
 }
 
+/// Tells of a client that speaks no TLS that this server takes, or does not trust its certificate; not of one
+/// that only looks whether the port is open.
+void HttpConnection::noteHandshake(const error_code& error) const {
+  if (error.category() == asio::error::get_ssl_category())
+    spdlog::info("{} makes no TLS connection: {}", parts_.clients.addressOf(peer_, {}), error.message());
+}
+
 void HttpConnection::beginFirstRequest() {
+  parts_.open.settled(this);
   beginRequest();
   if (!begun_) expectWithin(limits().head);
 }
@@ -105,6 +115,11 @@ void HttpConnection::beginRequest() {
   if (begun_) return parse();
   if (buffer_.capacity() > 2 * bytesAtOnce) buffer_.shrink_to_fit();
   read();
+}
+
+/// Counted from its first byte, however long the look at its sender took.
+void HttpConnection::expectWholeRequest() {
+  deadline_ = (begunAt_ + limits().request).time_since_epoch().count();
 }
 
 void HttpConnection::read() {
@@ -135,7 +150,7 @@ void HttpConnection::parse() {
     }
     if (headTaken_ || !parser_->is_header_done()) continue;
     headTaken_ = true;
-    deadline_ = (begunAt_ + limits().request).time_since_epoch().count();
+    expectWholeRequest();
     noteHead();
     if (const int status = judgeHead(); status != 0) return refuse(errorReply(status));
     if (parser_->content_length().value_or(0) > largestBodyOfAnyone) return checkSender();
@@ -188,7 +203,7 @@ void HttpConnection::checkSender() {
     asio::post(self->executor(), [self, refused = std::move(refused)]() mutable {
       if (refused) return self->refuse(std::move(*refused));
       self->phase_ = Phase::Reading;
-      self->expectWithin(self->limits().request);
+      self->expectWholeRequest();
       self->parse();
     });
   });
@@ -201,10 +216,16 @@ void HttpConnection::handOver() {
     reply_ = parts_.routes.answer(route_, request_);
     return write();
   }
-  handTo(workersOf(parts_, lane), [self = shared_from_this()] {
-    self->reply_ = self->parts_.routes.answer(self->route_, self->request_);
-    self->write();
-  });
+  handTo(workersOf(parts_, lane), [self = shared_from_this()] { self->makeReply(); });
+}
+
+/// What a worker does. A request that needs the house's directory is begun anew by another one, so that
+/// whoever has a password here does not wait behind it.
+void HttpConnection::makeReply() {
+  reply_ = parts_.routes.answer(route_, request_);
+  if (!reply_.needsDirectory) return write();
+  request_.mayAskDirectory = true;
+  handTo(parts_.directory, [self = shared_from_this()] { self->makeReply(); });
 }
 
 /// Answers a request of which not all was read, so that no other can follow.
@@ -282,10 +303,12 @@ class ConnectionOver final : public HttpConnection {
       beginFirstRequest();
     } else {
       expectWithin(limits().head);
-      stream_.async_handshake(asio::ssl::stream_base::server,
-                              [this, self = shared_from_this()](const error_code& error) {
-                                if (!error) beginFirstRequest();
-                              });
+      stream_.async_handshake(
+          asio::ssl::stream_base::server,
+          asio::bind_executor(handshakes().executor(), [this, self = shared_from_this()](error_code error) {
+            if (error) return noteHandshake(error);
+            asio::post(executor(), [this, self] { beginFirstRequest(); });
+          }));
     }
   }
 

@@ -16,6 +16,7 @@
 #include <boost/beast/http/string_body.hpp>
 
 #include "server/http/clients.h"
+#include "server/http/handshakes.h"
 #include "server/http/http_limits.h"
 #include "server/http/open_connections.h"
 #include "server/http/routes.h"
@@ -32,16 +33,18 @@ struct FrontParts {
   Workers& requests;
   Workers& writes;
   Workers& logons;
+  Workers& directory;
   OpenConnections& open;
+  Handshakes& handshakes;
   std::atomic<bool> stopping = false;
 };
 
 /// One client's connection. Reads a request, has the reply made, writes it, and begins anew; a request that
 /// comes before the reply to the one before is served in its turn.
 ///
-/// All of it happens on the front's thread, but for the making of a reply: meanwhile the connection belongs
-/// to the worker alone, who also begins to write. Who waits for something keeps the connection alive; it
-/// closes when nobody does.
+/// All of it happens on the front's thread, but for the handshake of TLS, whose steps run on threads of their
+/// own, and the making of a reply: meanwhile the connection belongs to the worker alone, who also begins to
+/// write. Who waits for something keeps the connection alive; it closes when nobody does.
 class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
  public:
   using Clock = std::chrono::steady_clock;
@@ -69,19 +72,23 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void written(const boost::system::error_code& error);
 
   const HttpLimits& limits() const { return parts_.limits; }
+  Handshakes& handshakes() { return parts_.handshakes; }
   void expectWithin(std::chrono::milliseconds time);
+  void noteHandshake(const boost::system::error_code& error) const;
 
  private:
   enum class Phase { Reading, Working, Writing };
   using Parser = boost::beast::http::request_parser<boost::beast::http::string_body>;
 
   void beginRequest();
+  void expectWholeRequest();
   void read();
   void parse();
   [[nodiscard]] int judgeHead();
   void noteHead();
   void checkSender();
   void handOver();
+  void makeReply();
   template <class Work>
   void handTo(Workers& workers, Work work);
   void refuse(WireReply reply);

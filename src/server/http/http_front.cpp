@@ -1,5 +1,6 @@
 #include "server/http/http_front.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <exception>
@@ -14,6 +15,7 @@
 #include <boost/asio/steady_timer.hpp>
 
 #include "server/http/certificate.h"
+#include "server/http/handshakes.h"
 #include "server/http/http_connection.h"
 
 namespace vantry::server {
@@ -28,6 +30,9 @@ using Tls = asio::ssl::context;
 constexpr int backlog = 4096;
 // Whoever checks a password takes 64 MiB for a moment; more at one time would only slow each other.
 constexpr int logonThreads = 2;
+constexpr int directoryThreads = 8;  // they only wait
+// Handshakes take half of the processors at the most, so that a crowd of them leaves room for requests.
+constexpr int mostHandshakeThreads = 4;
 constexpr std::chrono::milliseconds betweenLooks{250};
 constexpr std::chrono::seconds lastReplies{2};
 
@@ -45,6 +50,11 @@ std::shared_ptr<Tls> readCertificate(const HttpOptions& options) {
   return tls;
 }
 
+int handshakeThreads() {
+  const auto processors = static_cast<int>(std::thread::hardware_concurrency());
+  return std::clamp(processors / 2, 1, mostHandshakeThreads);
+}
+
 }  // namespace
 
 class HttpFront::Impl {
@@ -58,6 +68,8 @@ class HttpFront::Impl {
         requests_(options.threads, options.limits.waiting),
         writes_(options.threads, options.limits.waiting),
         logons_(logonThreads, options.limits.waiting),
+        directory_(runner.asksDirectory() ? directoryThreads : 0, options.limits.waiting),
+        handshakes_(tls_ ? handshakeThreads() : 0),
         acceptor_(loop_),
         look_(loop_) {}
 
@@ -88,9 +100,11 @@ class HttpFront::Impl {
     requests_.stop();
     writes_.stop();
     logons_.stop();
+    directory_.stop();
     open_.awaitNone(lastReplies);
     loop_.stop();
     thread_.join();
+    handshakes_.stop();
   }
 
   void reloadCertificate() {
@@ -106,6 +120,7 @@ class HttpFront::Impl {
             .waitingRequests = requests_.waiting(),
             .waitingWrites = writes_.waiting(),
             .waitingLogons = logons_.waiting(),
+            .waitingForDirectory = directory_.waiting(),
             .mail = options_.mail ? options_.mail() : MailFigures()};
   }
 
@@ -148,14 +163,18 @@ class HttpFront::Impl {
     const asio::ip::address peer = socket.remote_endpoint(error).address();
     if (error) return;
     socket.set_option(tcp::no_delay(true), error);  // without it a reply in two parts waits some 40 ms
-    const HttpLimits& limits = options_.limits;
-    const auto mostOfClient = clients_.isTrusted(peer) ? limits.connections : limits.connectionsPerAddress;
     const auto connection = makeConnection(parts_, std::move(socket), peer, tls_.get());
-    if (open_.add(connection, Clients::countedBy(peer), mostOfClient, limits.connections)) {
+    if (open_.add(connection, Clients::countedBy(peer), mostFor(peer))) {
       connection->start();
     } else {
       spdlog::debug("{} has too many connections", peer.to_string());
     }
+  }
+
+  [[nodiscard]] OpenConnections::Most mostFor(const asio::ip::address& peer) const {
+    const HttpLimits& limits = options_.limits;
+    if (clients_.isTrusted(peer)) return {limits.connections, limits.connections, limits.connections};
+    return {limits.connections, limits.connectionsPerAddress, limits.handshakesPerAddress};
   }
 
   void lookForLateOnes() {
@@ -178,8 +197,11 @@ class HttpFront::Impl {
   Workers requests_;
   Workers writes_;
   Workers logons_;
-  FrontParts parts_{options_.limits, clients_, routes_, metrics_, requests_, writes_, logons_, open_};
-  // What waits in the loop holds connections, so that it goes first.
+  Workers directory_;
+  Handshakes handshakes_;
+  FrontParts parts_{options_.limits, clients_, routes_,    metrics_, requests_,
+                    writes_,         logons_,  directory_, open_,    handshakes_};
+  // What waits in the loop holds connections and steps of handshakes, so that it is destroyed first.
   asio::io_context loop_;
   tcp::acceptor acceptor_;
   asio::steady_timer look_;

@@ -15,6 +15,7 @@ struct HttpLimits {
   std::chrono::milliseconds farewell{5'000};  ///< for a client that was refused to take the reply
   std::size_t connections = 8192;             ///< in all
   std::size_t connectionsPerAddress = 1024;   ///< of one client's address; a trusted proxy may have more
+  std::size_t handshakesPerAddress = 256;     ///< the same, of connections whose handshake is under way
   std::size_t waiting = 256;                  ///< requests that wait for a worker
 };
 

@@ -3,14 +3,23 @@
 namespace vantry::server {
 
 bool OpenConnections::add(const std::shared_ptr<HttpConnection>& connection, const std::string& client,
-                          std::size_t mostOfClient, std::size_t mostInAll) {
+                          const Most& most) {
   const std::lock_guard lock(mutex_);
-  if (open_.size() >= mostInAll) return false;
-  const auto counted = perClient_.find(client);
-  if (counted != perClient_.end() && counted->second >= mostOfClient) return false;
-  ++perClient_[client];
+  if (open_.size() >= most.inAll) return false;
+  Count& count = perClient_[client];
+  if (count.open >= most.ofClient || count.beginning >= most.beginningOfClient) return false;
+  ++count.open;
+  ++count.beginning;
   open_[connection.get()] = {connection, client};
   return true;
+}
+
+void OpenConnections::settled(const HttpConnection* connection) {
+  const std::lock_guard lock(mutex_);
+  const auto found = open_.find(connection);
+  if (found == open_.end() || found->second.isSettled) return;
+  found->second.isSettled = true;
+  --perClient_[found->second.client].beginning;
 }
 
 void OpenConnections::remove(const HttpConnection* connection) {
@@ -19,7 +28,8 @@ void OpenConnections::remove(const HttpConnection* connection) {
     const auto found = open_.find(connection);
     if (found == open_.end()) return;
     const auto counted = perClient_.find(found->second.client);
-    if (--counted->second == 0) perClient_.erase(counted);
+    if (!found->second.isSettled) --counted->second.beginning;
+    if (--counted->second.open == 0) perClient_.erase(counted);
     open_.erase(found);
   }
   removed_.notify_all();

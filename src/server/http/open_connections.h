@@ -17,9 +17,17 @@ class HttpConnection;
 /// The open connections of one server, and how many each client has. Safe for many threads.
 class OpenConnections {
  public:
-  /// Counts the connection to its client until `remove`; false when the client, or all, have too many.
+  /// How many there may be.
+  struct Most {
+    std::size_t inAll;
+    std::size_t ofClient;
+    std::size_t beginningOfClient;
+  };
+  /// Counts the connection to its client until `remove`; false when the client, or all, have too many. It is
+  /// beginning until it is `settled`.
   [[nodiscard]] bool add(const std::shared_ptr<HttpConnection>& connection, const std::string& client,
-                         std::size_t mostOfClient, std::size_t mostInAll);
+                         const Most& most);
+  void settled(const HttpConnection* connection);
   void remove(const HttpConnection* connection);
 
   [[nodiscard]] std::vector<std::shared_ptr<HttpConnection>> all() const;
@@ -31,11 +39,16 @@ class OpenConnections {
   struct Entry {
     std::weak_ptr<HttpConnection> connection;
     std::string client;
+    bool isSettled = false;
+  };
+  struct Count {
+    std::size_t open = 0;
+    std::size_t beginning = 0;
   };
   mutable std::mutex mutex_;
   mutable std::condition_variable removed_;
   std::unordered_map<const HttpConnection*, Entry> open_;
-  std::map<std::string, std::size_t> perClient_;
+  std::map<std::string, Count> perClient_;
 };
 
 }  // namespace vantry::server

@@ -44,6 +44,7 @@ class Program : public CLI::App {
                   ->configurable(false)
                   ->capture_default_str();
     describeMailSettings(*this, site.mail);
+    describeDirectorySettings(*this, site.directory);
     for (const auto describe : families) describe(*this, site);
   }
 

@@ -12,6 +12,7 @@
 #include "server/base/user_error.h"
 #include "server/jobs/housekeeping.h"
 #include "server/program/command_line.h"
+#include "server/program/log_output.h"
 #include "server/program/server.h"
 #include "server/store/store_sentence.h"
 
@@ -127,6 +128,9 @@ void describeServing(CLI::App& app, const Site& site) {
   serving->callback([given, &site] {
     given->options.database = site.database;
     given->options.mail = site.mail;
+    given->options.directory = site.directory;
+    spdlog::set_default_logger(
+        std::make_shared<spdlog::logger>("", std::make_shared<LogOutput>(STDOUT_FILENO)));
     spdlog::set_level(spdlog::level::from_str(given->logLevel));
     serve(*given);
   });

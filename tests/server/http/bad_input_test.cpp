@@ -280,6 +280,10 @@ TEST_P(BadInputTest, ABrokenStoreGivesTheReturnCodeForIt) {
   EXPECT_EQ(answer.status, 200);
   EXPECT_EQ(answer.rc, -97);
   EXPECT_EQ(client->send("GETLOCS", {}).rc, 0);
+  EXPECT_EQ(client->get("/v1/ready").status, 200);
+  sql("alter table sessions rename to lost");
+  EXPECT_EQ(client->get("/v1/ready").status, 503) << "it asks the store";
+  EXPECT_EQ(client->get("/v1/health").status, 200) << "it tells that the process lives";
 }
 
 /// Only SQLite keeps what does not fit its column.

@@ -2,10 +2,16 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
+#include <future>
+#include <sstream>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <spdlog/details/null_mutex.h>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/spdlog.h>
 
 #include "server/store/query.h"
 #include "support/server_case.h"
@@ -156,21 +162,100 @@ TEST_F(ConnectionsTest, ATakenPortIsToldSo) {
   EXPECT_THROW(second.start(), std::runtime_error);
 }
 
-TEST_F(ConnectionsTest, SpeaksTlsWithACertificate) {
-  const std::string key = folder.file("key.pem");
-  const std::string certificate = folder.file("certificate.pem");
-  const std::string command =
-      "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=localhost -keyout " + key + " -out " +
-      certificate + " 2> /dev/null";
-  ASSERT_EQ(std::system(command.c_str()), 0);
-  Server::Options options = this->options();
-  options.certificate = certificate;
-  options.key = key;
-  Server secure(options);
-  secure.start();
-  WireClient client(secure.port(), true);
+/// A server that speaks TLS.
+class TlsTest : public ConnectionsTest {
+ protected:
+  std::unique_ptr<Server> secured(const HttpLimits& limits = {}) {
+    Server::Options with = options();
+    with.certificate = folder.file("certificate.pem");
+    with.key = folder.file("key.pem");
+    with.limits = limits;
+    run("openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=localhost -keyout " + with.key +
+        " -out " + with.certificate + " 2> /dev/null");
+    auto started = std::make_unique<Server>(with);
+    started->start();
+    return started;
+  }
+  void run(const std::string& command) { ASSERT_EQ(std::system(command.c_str()), 0); }
+};
+
+TEST_F(TlsTest, IsSpokenWithACertificate) {
+  const auto secure = secured();
+  WireClient client(secure->port(), true);
   EXPECT_EQ(client.login("all", "password-1").status, 200);
-  EXPECT_THROW(WireClient(secure.port()).get("/v1/health"), std::runtime_error);
+  EXPECT_THROW(WireClient(secure->port()).get("/v1/health"), std::runtime_error);
+}
+
+TEST_F(TlsTest, AClientThatComesBackNeedsNoSecondHandshake) {
+  const auto secure = secured();
+  std::ofstream(folder.file("request")) << "GET /v1/health HTTP/1.1\r\nConnection: close\r\n\r\n";
+  const auto ask = [&](const std::string& session) {
+    run("openssl s_client -ign_eof -connect 127.0.0.1:" + std::to_string(secure->port()) + " " + session +
+        folder.file("session") + " < " + folder.file("request") + " > " + folder.file("told") +
+        " 2> /dev/null || true");
+    std::stringstream told;
+    told << std::ifstream(folder.file("told")).rdbuf();
+    return told.str();
+  };
+  EXPECT_THAT(ask("-sess_out "), testing::HasSubstr("\nNew, TLSv1.3"));
+  EXPECT_THAT(ask("-sess_in "), testing::HasSubstr("\nReused, TLSv1.3"));
+}
+
+/// Keeps whoever tells of a failed handshake from going on, as long as it lives.
+class HeldHandshake {
+ public:
+  HeldHandshake() { spdlog::set_default_logger(std::make_shared<spdlog::logger>("", sink_)); }
+  ~HeldHandshake() {
+    sink_->goesOn.set_value();
+    spdlog::set_default_logger(before_);
+  }
+  HeldHandshake(const HeldHandshake&) = delete;
+  HeldHandshake& operator=(const HeldHandshake&) = delete;
+
+  [[nodiscard]] bool isHeldWithin(std::chrono::seconds longest) {
+    return sink_->held.get_future().wait_for(longest) == std::future_status::ready;
+  }
+
+ private:
+  struct Sink final : spdlog::sinks::base_sink<spdlog::details::null_mutex> {
+    void sink_it_(const spdlog::details::log_msg& line) override {
+      const std::string_view text(line.payload.data(), line.payload.size());
+      if (text.find("makes no TLS connection") == std::string_view::npos) return;
+      held.set_value();
+      goesOn.get_future().wait();
+    }
+    void flush_() override {}
+    std::promise<void> held;
+    std::promise<void> goesOn;
+  };
+  std::shared_ptr<Sink> sink_ = std::make_shared<Sink>();
+  std::shared_ptr<spdlog::logger> before_ = spdlog::default_logger();
+};
+
+TEST_F(TlsTest, AHandshakeThatTakesLongHoldsNoRequestUp) {
+  const auto secure = secured();
+  WireClient desk(secure->port(), true);
+  ASSERT_EQ(desk.get("/v1/health").status, 200);
+  HeldHandshake handshake;
+  RawLine stranger(secure->port());
+  stranger.send("no TLS at all\r\n\r\n");
+  ASSERT_TRUE(handshake.isHeldWithin(soon));
+  EXPECT_EQ(desk.get("/v1/health").status, 200);
+}
+
+TEST_F(TlsTest, AnAddressHasOnlySoManyHandshakesUnderWay) {
+  const auto secure = secured({.head = std::chrono::minutes(10), .handshakesPerAddress = 2});
+  std::vector<std::unique_ptr<WireClient>> desks;
+  for (int each = 0; each < 4; ++each) {
+    desks.push_back(std::make_unique<WireClient>(secure->port(), true));
+    EXPECT_EQ(desks.back()->get("/v1/health").status, 200) << "those that are connected do not count";
+  }
+  RawLine first(secure->port());
+  RawLine second(secure->port());
+  EXPECT_EQ(RawLine(secure->port()).readToEnd(), "");
+  RawLine other(secure->port(), "127.0.0.2");
+  other.send(std::string("\x16\x03\x01\0\x05 none", 10));
+  EXPECT_THAT(other.readUntil("\x15"), testing::StartsWith("\x15")) << "an alert: its handshake began";
 }
 
 TEST_F(ConnectionsTest, ACertificateWithoutItsKeyOrOneThatCannotBeReadIsToldSo) {

@@ -104,6 +104,19 @@ TEST_F(ProgramTest, NoOtherCommandMakesADatabase) {
   }
 }
 
+/// A server that still runs on it would not know the new tables.
+TEST_F(ProgramTest, OnlyInitAndServeBringADatabaseUpToDate) {
+  migrate(*std::make_unique<Database>(database, Database::Options{.create = true}), 12);
+  for (const char* command : {"operator list", "library add City", "audit show", "trust-clock"}) {
+    const Outcome outcome = run(command);
+    EXPECT_EQ(outcome.code, 1) << command;
+    EXPECT_THAT(outcome.text, HasSubstr("is of an older version.")) << command;
+    EXPECT_EQ(value("select max(number) from schema_steps"), "12") << command;
+  }
+  EXPECT_EQ(run("init").code, 0);
+  EXPECT_EQ(run("operator list").code, 0);
+}
+
 struct WrongCase {
   const char* arguments;
   const char* input;

@@ -1,6 +1,7 @@
 // The real program under bad clients, its signals, and its place in a system.
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -205,6 +206,77 @@ TEST_F(ServingTest, TellsTheSystemThatItIsReadyAndWhoeverAsksHowItDoes) {
     EXPECT_THAT(metrics, HasSubstr(each));
   }
   EXPECT_TRUE(awaitLog("127.0.0.1 login: 401 in "));
+}
+
+/// The program with a pipe as its log, of which the test reads what it wants to.
+class PipedServing {
+ public:
+  explicit PipedServing(const std::string& database) {
+    (void)!pipe2(log_, O_CLOEXEC);
+    fcntl(log_[1], F_SETPIPE_SZ, 16'384);
+    child_ = fork();
+    if (child_ == 0) {
+      dup2(log_[1], STDOUT_FILENO);
+      execl(VANTRY_SERVER_PROGRAM, "vantry-server", "--database", database.c_str(), "serve", "--port", "0",
+            "--log", "debug", nullptr);
+      _exit(9);
+    }
+    close(log_[1]);
+  }
+  ~PipedServing() {
+    if (child_ > 0) kill(child_, SIGKILL);
+    if (child_ > 0) waitpid(child_, nullptr, 0);
+    close(log_[0]);
+  }
+  PipedServing(const PipedServing&) = delete;
+  PipedServing& operator=(const PipedServing&) = delete;
+
+  /// Reads on until a line has the text; that line, or the last one.
+  std::string awaitLine(const std::string& text) {
+    std::string line;
+    for (char byte = 0; read(log_[0], &byte, 1) == 1;) {
+      if (byte != '\n') {
+        line += byte;
+        continue;
+      }
+      if (line.find(text) != std::string::npos) break;
+      line.clear();
+    }
+    return line;
+  }
+  void drain() {
+    char part[4096];
+    for (pollfd log{.fd = log_[0], .events = POLLIN, .revents = 0}; poll(&log, 1, 0) == 1;)
+      (void)!read(log_[0], part, sizeof part);
+  }
+  int end() {
+    int status = -1;
+    kill(child_, SIGTERM);
+    waitpid(std::exchange(child_, 0), &status, 0);
+    return status;
+  }
+
+ private:
+  int log_[2] = {-1, -1};
+  pid_t child_ = 0;
+};
+
+TEST_F(ServingTest, ALogThatNobodyReadsHoldsNobodyUp) {
+  makeLibrary();
+  PipedServing serving(database);
+  const std::string line = serving.awaitLine("serving on");
+  WireClient client(std::stoi(line.substr(line.rfind(' ') + 1)));
+  const auto ask = [&](int times) {
+    for (int each = 0; each < times; ++each) ASSERT_EQ(client.get("/v1/health").status, 200);
+  };
+  constexpr int moreThanFit = 500;
+  ask(moreThanFit);
+  EXPECT_EQ(client.login("dana", "a-good-password").status, 200);
+  serving.drain();
+  ask(1);
+  EXPECT_THAT(serving.awaitLine("dropped"), HasSubstr(" lines of the log were dropped"));
+  ask(moreThanFit);
+  EXPECT_EQ(serving.end(), 0);
 }
 
 TEST_F(ServingTest, TheAuditIsShownByParts) {
