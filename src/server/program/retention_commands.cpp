@@ -109,7 +109,9 @@ void describeRetention(CLI::App& app, const Site& site) {
       ->check(CLI::Range(0, mostMonths));
   set->callback([given, &site] { setMonths(site.database, *given); });
   retention->add_subcommand("show", "Tell it")->callback([&site] { show(site.database); });
-  retention->add_subcommand("run", "Do at once what is due")->callback([&site] { runNow(site.database); });
+  retention->add_subcommand("run", "Do at once what is due; Ctrl-C ends it after a step")->callback([&site] {
+    runNow(site.database);
+  });
 }
 
 }  // namespace vantry::server

@@ -4,12 +4,12 @@
 
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
 #include "server/mail/mail_case.h"
 #include "support/server_certificate.h"
+#include "support/server_files.h"
 
 namespace vantry::server {
 namespace {
@@ -45,9 +45,8 @@ class MailServer {
   /// Ends it, and tells what it has taken.
   std::string taken() {
     end();
-    std::stringstream text;
-    text << std::ifstream(told_).rdbuf();
-    return text.str().substr(text.str().find('\n') + 1);
+    const std::string text = test::contentOf(told_);
+    return text.substr(text.find('\n') + 1);
   }
 
  private:

@@ -8,6 +8,7 @@
 namespace vantry::server {
 namespace {
 
+using test::contentOf;
 using test::Outcome;
 using test::ProgramTest;
 using test::RawLine;
@@ -22,12 +23,6 @@ class FeedProgram : public ProgramTest {
   void SetUp() override {
     makeLibrary();
     ASSERT_EQ(run("group add Students").code, 0);
-  }
-
-  std::string contentOf(const std::string& name) {
-    std::stringstream text;
-    text << std::ifstream(folder.file(name)).rdbuf();
-    return text.str();
   }
 };
 
@@ -51,7 +46,8 @@ TEST_F(FeedProgram, MakesAFeedWhoseAddressIsReadUntilItIsRevoked) {
   EXPECT_THAT(answer(), StartsWith("HTTP/1.1 404"));
   EXPECT_EQ(run("feed list").text, "");
   serving.end(SIGTERM);
-  EXPECT_THAT(contentOf("log"), AllOf(HasSubstr("feeds: 404"), testing::Not(HasSubstr(path.substr(10, 64)))));
+  EXPECT_THAT(contentOf(folder.file("log")),
+              AllOf(HasSubstr("feeds: 404"), testing::Not(HasSubstr(path.substr(10, 64)))));
   EXPECT_EQ(value("select action || ' ' || subject || ' ' || detail from audit where action = 'feed added'"),
             "feed added feed 1 Main, with names");
 }
@@ -92,8 +88,8 @@ TEST_F(FeedProgram, WritesTheStatisticsOfAMonth) {
   const Outcome written =
       run("statistics --month 2026-11 --csv " + folder.file("a.csv") + " --html " + folder.file("a.html"));
   EXPECT_EQ(written.code, 0);
-  EXPECT_THAT(contentOf("a.csv"), StartsWith("by,name,"));
-  EXPECT_THAT(contentOf("a.html"),
+  EXPECT_THAT(contentOf(folder.file("a.csv")), StartsWith("by,name,"));
+  EXPECT_THAT(contentOf(folder.file("a.html")),
               AllOf(StartsWith("<!DOCTYPE html>"), HasSubstr("Statistics of November 2026")));
 }
 

@@ -12,12 +12,6 @@ class MailProgram : public ProgramTest {
  protected:
   void SetUp() override { makeLibrary(); }
 
-  std::string contentOf(const std::string& file) {
-    std::stringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
-
   /// A program that is called as sendmail is, and keeps what it gets.
   std::string sendmail(const std::string& rest = {}) {
     const std::string program = folder.file(rest.empty() ? "sendmail" : "failing-sendmail");

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -17,6 +16,7 @@
 #include "server/store/query.h"
 #include "support/server_case.h"
 #include "support/server_certificate.h"
+#include "support/server_files.h"
 
 namespace vantry::server::test {
 
@@ -66,11 +66,10 @@ class Serving {
   /// Waits until it listens; 0 when it ended before.
   int port() {
     for (int wait = 0; wait < 2000 && port_ == 0 && child_ > 0; ++wait) {
-      std::stringstream text;
-      text << std::ifstream(log_).rdbuf();
-      const std::size_t at = text.str().find(" port ");
-      const bool whole = at != std::string::npos && text.str().find('\n', at) != std::string::npos;
-      if (whole) port_ = std::stoi(text.str().substr(at + 6));
+      const std::string text = contentOf(log_);
+      const std::size_t at = text.find(" port ");
+      const bool whole = at != std::string::npos && text.find('\n', at) != std::string::npos;
+      if (whole) port_ = std::stoi(text.substr(at + 6));
       if (waitpid(child_, nullptr, WNOHANG) == child_) child_ = 0;
       if (port_ == 0) usleep(10'000);
     }
@@ -121,9 +120,7 @@ class ProgramTest : public testing::Test {
     const std::string output = folder.file("output");
     Outcome outcome;
     outcome.code = WEXITSTATUS(std::system(("{ " + command + "\n} > " + output + " 2>&1").c_str()));
-    std::stringstream text;
-    text << std::ifstream(output).rdbuf();
-    outcome.text = text.str();
+    outcome.text = contentOf(output);
     return outcome;
   }
 

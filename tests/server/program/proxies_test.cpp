@@ -26,8 +26,8 @@ class ProxiesTest : public ProgramTest {
     test::makeCertificate(folder, "localhost");
     std::filesystem::rename(folder.file("localhost.key"), folder.file("key.pem"));
     std::filesystem::rename(folder.file("localhost.pem"), folder.file("certificate.pem"));
-    std::ofstream(folder.file("both.pem")) << std::ifstream(folder.file("certificate.pem")).rdbuf()
-                                           << std::ifstream(folder.file("key.pem")).rdbuf();
+    std::ofstream(folder.file("both.pem"))
+        << test::contentOf(folder.file("certificate.pem")) << test::contentOf(folder.file("key.pem"));
   }
   void TearDown() override {
     if (proxy_ <= 0) return;
@@ -36,9 +36,8 @@ class ProxiesTest : public ProgramTest {
   }
 
   [[nodiscard]] std::string example(const std::string& name) const {
-    std::stringstream text;
-    text << std::ifstream(std::string(VANTRY_PACKAGING) + "/" + name).rdbuf();
-    std::string set = std::regex_replace(text.str(), std::regex("127\\.0\\.0\\.1:8750"),
+    const std::string file = test::contentOf(std::string(VANTRY_PACKAGING) + "/" + name);
+    std::string set = std::regex_replace(file, std::regex("127\\.0\\.0\\.1:8750"),
                                          "127.0.0.1:" + std::to_string(serving_->port()));
     set = std::regex_replace(set, std::regex("8443"), std::to_string(port_));
     return std::regex_replace(set, std::regex("/etc/ssl/vantry/"), folder.file(""));
@@ -66,9 +65,7 @@ class ProxiesTest : public ProgramTest {
       if (waitpid(proxy_, nullptr, WNOHANG) == proxy_) break;
       usleep(20'000);
     }
-    std::stringstream told;
-    told << std::ifstream(folder.file("proxy")).rdbuf();
-    ADD_FAILURE() << told.str();
+    ADD_FAILURE() << test::contentOf(folder.file("proxy"));
     return false;
   }
 

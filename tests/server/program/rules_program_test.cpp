@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 
 #include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,10 +11,12 @@
 #include "server/store/query.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
+#include "support/server_files.h"
 
 namespace vantry::server {
 namespace {
 
+using test::contentOf;
 using test::TempFolder;
 using testing::HasSubstr;
 
@@ -27,19 +28,13 @@ class RulesProgram : public testing::TestWithParam<std::string> {
     store = std::make_unique<TestStore>(GetParam());
   }
 
-  std::string contentOf(const std::string& name) {
-    std::ostringstream text;
-    text << std::ifstream(folder.file(name)).rdbuf();
-    return text.str();
-  }
-
   /// "exit code|standard output|standard error"
   std::string run(const std::string& arguments) {
     const std::string command = "echo a-good-password | " VANTRY_SERVER_PROGRAM " --database '" +
                                 store->url() + "' " + arguments + " > " + folder.file("out") + " 2> " +
                                 folder.file("err");
     const int code = WEXITSTATUS(std::system(command.c_str()));
-    return std::to_string(code) + "|" + contentOf("out") + "|" + contentOf("err");
+    return std::to_string(code) + "|" + contentOf(folder.file("out")) + "|" + contentOf(folder.file("err"));
   }
 
   std::string reply(RequestRunner& runner, const std::string& token, const char* code,

@@ -8,6 +8,7 @@
 #include <sys/un.h>
 
 #include <atomic>
+#include <sstream>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -27,11 +28,7 @@ using testing::HasSubstr;
 
 class ServingTest : public ProgramTest {
  protected:
-  std::string log(const std::string& name = "log") {
-    std::stringstream text;
-    text << std::ifstream(folder.file(name)).rdbuf();
-    return text.str();
-  }
+  std::string log(const std::string& name = "log") { return test::contentOf(folder.file(name)); }
   bool awaitLog(const std::string& text) {
     for (int wait = 0; wait < 2000 && log().find(text) == std::string::npos; ++wait) usleep(10'000);
     return log().find(text) != std::string::npos;

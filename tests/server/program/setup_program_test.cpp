@@ -12,6 +12,7 @@
 namespace vantry::server {
 namespace {
 
+using test::contentOf;
 using test::Outcome;
 using test::ProgramTest;
 using test::Serving;
@@ -26,12 +27,6 @@ class SetupProgram : public ProgramTest {
     return runBare("--config " + config + " setup " + arguments, answers);
   }
   Outcome command(const std::string& words) { return runBare("--config " + config + " " + words); }
-
-  static std::string textOf(const std::string& file) {
-    std::stringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
 
   /// Nothing that a set-up makes.
   void expectNothingMade() {
@@ -56,8 +51,8 @@ TEST_F(SetupProgram, MakesALibraryWhoseDeskWorksAtOnce) {
                     HasSubstr("The operator \"dana\" is added, with all rights at all desks.\n"),
                     HasSubstr("The settings are written to " + config + ".\n"),
                     HasSubstr("Start the server with: vantry-server --config " + config + " serve\n")));
-  EXPECT_THAT(textOf(config), HasSubstr("database = \"" + database + "\"\n\n[serve]\n"));
-  EXPECT_THAT(textOf(config), Not(HasSubstr("a-good-password")));
+  EXPECT_THAT(contentOf(config), HasSubstr("database = \"" + database + "\"\n\n[serve]\n"));
+  EXPECT_THAT(contentOf(config), Not(HasSubstr("a-good-password")));
   struct stat state {};
   ASSERT_EQ(stat(config.c_str(), &state), 0);
   EXPECT_EQ(state.st_mode & 0777U, 0640U);
@@ -138,8 +133,9 @@ TEST_F(SetupProgram, AsksAndAsksAgainUntilAnAnswerIsGood) {
     EXPECT_THAT(made.text, HasSubstr(fault));
   }
   EXPECT_EQ(command("location list").text, "2\tFilm Room\tLibrary\n1\tMain\tLibrary\n");
-  EXPECT_THAT(textOf(config), HasSubstr("[serve]\naddress = \"127.0.0.1\"\nport = 8752\nbehind-proxy = true\n"
-                                        "trusted-proxy = \"::1\"\n"));
+  EXPECT_THAT(contentOf(config),
+              HasSubstr("[serve]\naddress = \"127.0.0.1\"\nport = 8752\nbehind-proxy = true\n"
+                        "trusted-proxy = \"::1\"\n"));
 }
 
 TEST_F(SetupProgram, TakesAnswersFromAFileBehindTheOptions) {
@@ -158,10 +154,10 @@ TEST_F(SetupProgram, TakesAnswersFromAFileBehindTheOptions) {
 TEST_F(SetupProgram, ASecondTimeItChangesWhatIsAnsweredAnew) {
   ASSERT_EQ(setUp(byOptions, "a-good-password\n").code, 0);
   std::ofstream(config, std::ios::app) << "threads = 4\n# a note\n";
-  const std::string before = textOf(config);
+  const std::string before = contentOf(config);
   EXPECT_THAT(setUp("--yes").text, testing::StartsWith("Everything is as it was.\n"));
   EXPECT_THAT(setUp("", std::string(20, '\n')).text, HasSubstr("Name of the library [City Library]: "));
-  EXPECT_EQ(textOf(config), before);
+  EXPECT_EQ(contentOf(config), before);
   EXPECT_EQ(value("select count(*) from audit where action = 'library set up'"), "1");
 
   const std::string policies = value("select count(*) from policies");
@@ -180,7 +176,7 @@ TEST_F(SetupProgram, ASecondTimeItChangesWhatIsAnsweredAnew) {
   EXPECT_EQ(value("select count(*) from policies"), "9") << "three for the new desk, two for the new group";
   EXPECT_EQ(value("select max(most_bookings) from policies"), "3") << "what was set stays";
   EXPECT_EQ(command("library list").text, "1\tTown\n");
-  EXPECT_THAT(textOf(config), AllOf(HasSubstr("port = 8760\n"), HasSubstr("threads = 4\n# a note\n")));
+  EXPECT_THAT(contentOf(config), AllOf(HasSubstr("port = 8760\n"), HasSubstr("threads = 4\n# a note\n")));
 }
 
 TEST_F(SetupProgram, ABrokenOffOneLeavesNothing) {
@@ -244,7 +240,7 @@ TEST_F(SetupProgram, WhatFailsInTheMiddleIsUndone) {
   EXPECT_THAT(outcome.text, HasSubstr("The database holds several libraries"));
   EXPECT_EQ(command("group list").text, "1\tStudents\n");
   EXPECT_EQ(value("select value from settings where name = 'time_zone'"), "Europe/Berlin");
-  EXPECT_THAT(textOf(config), HasSubstr("port = 8751"));
+  EXPECT_THAT(contentOf(config), HasSubstr("port = 8751"));
 }
 
 /// A file that may not grow is a full disk.
@@ -252,7 +248,8 @@ TEST_F(SetupProgram, AFullDiskLeavesNothing) {
   const std::string command = "ulimit -f 200; echo a-good-password | " VANTRY_SERVER_PROGRAM " --config " +
                               config + " setup " + byOptions + " > " + folder.file("output") + " 2>&1";
   EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
-  EXPECT_THAT(textOf(folder.file("output")), HasSubstr("The database \"" + database + "\" cannot be used."));
+  EXPECT_THAT(contentOf(folder.file("output")),
+              HasSubstr("The database \"" + database + "\" cannot be used."));
   expectNothingMade();
 }
 

@@ -10,11 +10,13 @@
 #include "server/store/query.h"
 #include "server/store/store_sentence.h"
 #include "support/server_case.h"
+#include "support/server_files.h"
 
 namespace vantry::server {
 namespace {
 
 using test::TempFolder;
+using test::told;
 using testing::HasSubstr;
 
 Server::Options optionsFor(const std::string& database) {
@@ -23,15 +25,6 @@ Server::Options optionsFor(const std::string& database) {
   options.patience = 0;
   options.quickHashes = true;
   return options;
-}
-
-std::string told(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const std::runtime_error& error) {
-    return error.what();
-  }
-  return "nothing";
 }
 
 std::string toldByServer(const std::string& database) {
@@ -65,8 +58,7 @@ TEST_F(StartTest, AFileOfAnotherKindIsToldSoAndLeftAlone) {
   const std::string expected = sentence("is no database of this program: the file holds something else.");
   EXPECT_EQ(toldByServer(file), expected);
   EXPECT_EQ(toldByDemo(file), expected);
-  std::ifstream after(file);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(after), {}), text);
+  EXPECT_EQ(test::contentOf(file), text);
 }
 
 TEST_F(StartTest, AMissingFolderIsToldSo) {

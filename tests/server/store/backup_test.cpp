@@ -13,26 +13,14 @@
 #include "server/store/server_tools.h"
 #include "server/store/whole_file.h"
 #include "support/server_case.h"
+#include "support/server_files.h"
 
 namespace vantry::server {
 namespace {
 
+using test::contentOf;
 using test::TempFolder;
-
-std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// "nothing", or what it throws.
-std::string told(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const std::runtime_error& error) {
-    return error.what();
-  }
-  return "nothing";
-}
+using test::told;
 
 class Backups : public testing::TestWithParam<std::string> {
  protected:

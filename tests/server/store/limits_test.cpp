@@ -16,6 +16,7 @@
 #include "server/store/query_help.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
+#include "support/server_files.h"
 #include "support/server_silent_proxy.h"
 
 namespace vantry::server {
@@ -33,11 +34,6 @@ std::int64_t numberFrom(Database& database, const std::string& sql) {
     fetchOne(query, number);
   });
   return number;
-}
-
-std::string contentOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 class StoreLimits : public testing::TestWithParam<std::string> {
@@ -215,7 +211,7 @@ TEST(MovedFile, LeavesTheOneThatTookItsNameAlone) {
   std::ofstream(folder.file("other")) << other;
   std::filesystem::rename(folder.file("other"), file);
   EXPECT_EQ(errorOf([&] { database.write(nothing); }), StoreError::Kind::Moved);
-  EXPECT_EQ(contentOf(file), other);
+  EXPECT_EQ(test::contentOf(file), other);
 }
 
 TEST(MovedFile, ANameMayHoldWhatAnAddressGivesAMeaning) {

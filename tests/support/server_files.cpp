@@ -1,0 +1,23 @@
+#include "support/server_files.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace vantry::server::test {
+
+std::string contentOf(const std::string& file) {
+  std::ifstream bytes(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(bytes), {}};
+}
+
+std::string told(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "nothing";
+}
+
+}  // namespace vantry::server::test

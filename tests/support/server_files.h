@@ -1,0 +1,14 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace vantry::server::test {
+
+/// Empty for a file that is not there.
+[[nodiscard]] std::string contentOf(const std::string& file);
+
+/// "nothing", or the sentence that the work throws.
+[[nodiscard]] std::string told(const std::function<void()>& work);
+
+}  // namespace vantry::server::test
