@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <set>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "server/desk/forgotten_bookings.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
+#include "server/store/settings.h"
 
 namespace vantry::server {
 
@@ -208,6 +210,8 @@ void removeFrom(Connection& db, const char* sql, std::int64_t patron) {
 /// So many rows may have been written by transactions that ended after ones with higher keys.
 constexpr std::int64_t rowsUnderWay = 10'000;
 
+constexpr std::string_view writesSetting = "patron_writes";
+
 }  // namespace
 
 std::string tellPatron(Database& database, std::string_view card) {
@@ -224,6 +228,14 @@ std::string tellPatron(Database& database, std::string_view card) {
   return told.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
+std::string patronWrites(Connection& db) {
+  return settingOf(db, writesSetting);
+}
+
+void notePatronWrite(Connection& db) {
+  setSetting(db, writesSetting, std::to_string(std::atoll(patronWrites(db).c_str()) + 1));
+}
+
 ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) {
   // The audit is read before the desks have to wait; what is added meanwhile is looked at afterwards.
   AuditTraces early;
@@ -236,6 +248,7 @@ ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) 
   database.write([&](Connection& db) {
     const std::int64_t patron = requirePatron(db, card);
     requireErasable(db, patron);
+    notePatronWrite(db);
     const AuditTraces late =
         findTraces(db, auditedPatron(db, patron), std::max(early.last - rowsUnderWay, std::int64_t{0}));
     std::set<std::int64_t> rows(early.rows.begin(), early.rows.end());
