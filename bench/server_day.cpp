@@ -61,11 +61,11 @@ class Tally {
       if (!kind.served) kind.failed = static_cast<int>(kind.times.size());
       std::printf("%-8s %6zu %10.2f %10.2f %8d ", code.c_str(), kind.times.size(),
                   kind.times[kind.times.size() / 2], kind.times.back(), kind.failed);
+      for (const auto& [rc, count] : kind.refused) std::printf(" %d x %d", count, rc);
+      std::printf("\n");
       figures.tell(code, "Times", std::to_string(kind.times.size()));
       figures.tell(code, "Median", kind.times[kind.times.size() / 2]);
       figures.tell(code, "Worst", kind.times.back());
-      for (const auto& [rc, count] : kind.refused) std::printf(" %d x %d", count, rc);
-      std::printf("\n");
       done += static_cast<int>(kind.times.size());
       failed += kind.failed;
     }

@@ -61,11 +61,10 @@ void frmSupervisor::cmdOK_Click() {
   const auto sealed = app_.session.seal(trim(txtPassword.Text.get()));
   const int rc = sealed ? send(*sealed) : 0;
   app_.global.ReadyForm(*this);
-  if (!sealed) {
-    // Nothing was asked of the server, so that this is no attempt.
-    warningBox(app_.desktop, "The server does not answer. Please try again.");
-    return;
-  }
+  // Nobody has looked at the password, so that these are no attempts.
+  if (!sealed) return warningBox(app_.desktop, "The server does not answer. Please try again.");
+  if (rc == codes::NotJudged)
+    return warningBox(app_.desktop, "The password cannot be checked now. Please try again later.");
   if (rc != 0) return refused(rc);
   OperatorId = trim(txtLogin.Text.get());
   Hide();

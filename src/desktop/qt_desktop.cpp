@@ -469,7 +469,8 @@ void QtDesktop::playSound(std::string_view file) {
 }
 
 void QtDesktop::openBrowser(std::string_view address) {
-  QDesktopServices::openUrl(QUrl(qt(address)));
+  if (QDesktopServices::openUrl(QUrl::fromUserInput(qt(address)))) return;
+  warningBox(*this, "No program on this workstation opens " + std::string(address));
 }
 
 void QtDesktop::showHelp(std::string_view topic) {

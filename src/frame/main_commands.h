@@ -14,7 +14,7 @@ struct MainCommands {
   Command mergeCells;
   Command search, calendars, options, defaults;
   Command standardMode, monitorMode;
-  Command helpTopics, homePage, supportPage, about;
+  Command helpTopics, guide, homePage, supportPage, about;
   Command sortAscending, sortDescending;
 };
 

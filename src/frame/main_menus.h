@@ -69,6 +69,7 @@ struct MainMenus {
 
   MenuItem mnuHelp{form, "mnuHelp", "&Help"};
   MenuItem mnuHelpTopics{mnuHelp, "mnuHelpTopics", "&Help Topics"};
+  MenuItem mnuHelpGuide{mnuHelp, "mnuHelpGuide", "&Guide for Librarians"};
   MenuItem mnuHelpWeb{mnuHelp, "mnuHelpWeb", "&Tolmark on the Web"};
   MenuItem mnuHelpWebSite0{mnuHelpWeb, "mnuHelpWebSite(0)", "Tolmark &Home Page"};
   MenuItem mnuHelpWebSite1{mnuHelpWeb, "mnuHelpWebSite(1)", "Corvane &Support Web"};

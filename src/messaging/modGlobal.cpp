@@ -29,7 +29,7 @@ constexpr ErrorRow kErrors[] = {
     {-96, ErrorKind::Silent},
     {-95, ErrorKind::Silent},
     {-94, ErrorKind::Silent},
-    {-93, ErrorKind::Silent},
+    {codes::NotJudged, ErrorKind::Silent},
     {-92, ErrorKind::Silent},
     {-82, ErrorKind::Silent},
     {1, ErrorKind::System, "Database Media Error!"},

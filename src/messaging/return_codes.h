@@ -12,6 +12,7 @@ inline constexpr int Busy = -99;       ///< another request waits for its reply
 
 inline constexpr int NoRight = -96;
 inline constexpr int SearchTooLong = -94;  ///< the server has ended a search
+inline constexpr int NotJudged = -93;      ///< nobody can say now whether a login is right
 inline constexpr int TagMissing = -98;     ///< `CANTREAD` names the tag
 inline constexpr int NotFound = 2;
 

@@ -90,7 +90,7 @@ class Desktop {
   virtual Printer& printer() = 0;
   /// Plays a wave file; a file that does not exist is silence.
   virtual void playSound(std::string_view file) = 0;
-  virtual void openBrowser(std::string_view address) = 0;
+  virtual void openBrowser(std::string_view address) = 0;  ///< of the web, or a file by its whole path
   /// Opens the help pages at a topic; empty for their start.
   virtual void showHelp(std::string_view topic) = 0;
   /// Ends the program: no further event of any window runs. Throws ProgramEnd, so that the command under way

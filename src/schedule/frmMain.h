@@ -86,6 +86,7 @@ class frmMain : public Form, public MainWindow {
   void mnuToolsCalendars_Click();
   void mnuToolsOptions_Click();
   void mnuHelpTopics_Click();
+  void mnuHelpGuide_Click();
   void mnuHelpWebSite_Click(int index);
   void mnuHelpAbout_Click();
   void mnuPopupBookingSortAsc_Click() { sortList(SortOrder::Ascending); }

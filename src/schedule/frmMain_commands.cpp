@@ -1,4 +1,5 @@
 // Menus, tool bar and list bars: what the window can do, and where it shows.
+#include <filesystem>
 #include <optional>
 
 #include "frame/secured_commands.h"
@@ -48,6 +49,7 @@ constexpr CommandRow kCommands[] = {
     {&C::standardMode, &frmMain::mnuModeStandard_Click, {&M::mnuModeStandard}},
     {&C::monitorMode, &frmMain::mnuModeDaemon_Click, {&M::mnuModeDaemon}},
     {&C::helpTopics, &frmMain::mnuHelpTopics_Click, {&M::mnuHelpTopics}, "F1"},
+    {&C::guide, &frmMain::mnuHelpGuide_Click, {&M::mnuHelpGuide}},
     {&C::about, &frmMain::mnuHelpAbout_Click, {&M::mnuHelpAbout}},
     {&C::sortAscending, &frmMain::mnuPopupBookingSortAsc_Click, {&M::mnuPopupBookingSortAsc, &M::mnuPopupToolsSortAscending, &M::mnuPopupGroupSortAscending, &M::mnuPopupSchedulerSortAsc}},
     {&C::sortDescending, &frmMain::mnuPopupBookingSortDesc_Click, {&M::mnuPopupBookingSortDesc, &M::mnuPopupToolsSortDescending, &M::mnuPopupGroupSortDescending, &M::mnuPopupSchedulerSortDesc}},
@@ -318,6 +320,14 @@ void frmMain::mnuToolsCalendars_Click() {
 
 void frmMain::mnuHelpTopics_Click() {
   app_.desktop.showHelp(currentView_ ? currentView_->picture : "");
+}
+
+void frmMain::mnuHelpGuide_Click() {
+  const std::filesystem::path guide = app_.programFolder() / "books" / "guide.html";
+  std::error_code unreadable;
+  if (std::filesystem::exists(guide, unreadable)) return app_.desktop.openBrowser(guide.string());
+  informationBox(app_.desktop,
+                 "The guide is not installed on this workstation. It is in the package vantry-doc.");
 }
 
 void frmMain::mnuHelpWebSite_Click(int index) {

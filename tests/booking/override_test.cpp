@@ -2,6 +2,7 @@
 #include "booking/frmOverride.h"
 #include "booking/frmSupervisor.h"
 #include "booking/modBooking_policy.h"
+#include "messaging/return_codes.h"
 
 namespace vantry::test {
 namespace {
@@ -119,7 +120,8 @@ TEST_F(Override, ASupervisorsLoginLeavesTheWalkWhole) {
 }
 
 TEST_F(Override, ThreeWrongLoginsCloseTheSupervisorWindowOnly) {
-  for (const int rc : {120, 121, 120}) server.expect("OPOV", "OVOTR=Y OI=boss PW=*").fails(rc);
+  for (const int rc : {codes::NotJudged, 120, 121, 120})
+    server.expect("OPOV", "OVOTR=Y OI=boss PW=*").fails(rc);
   expectSupervisor([&](frmSupervisor& supervisor) {
     EXPECT_EQ(supervisor.ActiveControl(), &supervisor.txtLogin);
     EXPECT_FALSE(supervisor.cmdOK.Enabled);
@@ -127,6 +129,8 @@ TEST_F(Override, ThreeWrongLoginsCloseTheSupervisorWindowOnly) {
     supervisor.txtPassword.type("   ");
     EXPECT_FALSE(supervisor.cmdOK.Enabled) << "blanks are no password";
     supervisor.txtPassword.type(" secret ");
+    desktop.expectWarning("The password cannot be checked now. Please try again later.");
+    supervisor.cmdOK.press();
     desktop.expectCritical("Operator not authorized to perform override");
     supervisor.cmdOK.press();
     EXPECT_EQ(supervisor.ActiveControl(), &supervisor.txtLogin);

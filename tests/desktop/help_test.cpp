@@ -1,3 +1,4 @@
+#include <QDesktopServices>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTextBrowser>
@@ -61,6 +62,24 @@ TEST_F(HelpTest, F1OpensThePageOfTheWindowAndADialogKeepsItUsable) {
   });
   dialog.ShowModal();
   EXPECT_TRUE(found);
+}
+
+TEST_F(HelpTest, AFileOpensByItsWholePathAndAFailureIsTold) {
+  const std::string page = "/no folder/a#1%20.html";
+  QTextBrowser browser;
+  QDesktopServices::setUrlHandler("file", &browser, "setSource");
+  desktop.openBrowser(page);
+  EXPECT_EQ(browser.source().toLocalFile().toStdString(), page);
+  QDesktopServices::setUrlHandler("file", &browser, "noSuchSlot");
+  bool told = false;
+  later([&] {
+    QWidget* box = QApplication::activeModalWidget();
+    told = box != nullptr;
+    if (box) box->close();
+  });
+  desktop.openBrowser(page);
+  EXPECT_TRUE(told);
+  QDesktopServices::unsetUrlHandler("file");
 }
 
 struct TreeForm : Form {

@@ -1,5 +1,6 @@
 // The main window as a whole: every way into every view, modes, menus, tools.
 #include <algorithm>
+#include <fstream>
 #include <set>
 
 #include "frame/app.h"
@@ -348,6 +349,17 @@ TEST_F(MainWindowTest, WebEntriesOpenTheSupportPages) {
   for (const char* name : {"mnuHelpWebSite(0)", "mnuHelpWebSite(1)"}) entry(name).choose();
   EXPECT_THAT(desktop.addresses, testing::ElementsAre("https://support.brindlex.example/vantry",
                                                       "https://support.brindlex.example/vantry"));
+}
+
+TEST_F(MainWindowTest, TheGuideOpensWhereItIsInstalled) {
+  logOn();
+  desktop.expectInformation(
+      "The guide is not installed on this workstation. It is in the package vantry-doc.");
+  entry("mnuHelpGuide").choose();
+  std::filesystem::create_directory(folder / "books");
+  std::ofstream(folder / "books" / "guide.html") << "<p>";
+  entry("mnuHelpGuide").choose();
+  EXPECT_THAT(desktop.addresses, testing::ElementsAre((folder / "books" / "guide.html").string()));
 }
 
 TEST_F(MainWindowTest, PopupsStayOffTheBarAndOpeningTheViewMenuEmptiesThePanel) {

@@ -65,11 +65,13 @@ std::vector<FolderRow> allowedEdges() {
   rows.push_back({"server/setup", things});
   rows.push_back({"server/setup/demo", things + Names{"server/setup"}});
   rows.push_back({"server/feeds", ground});
-  rows.push_back({"server/requests", things + Names{"server/feeds", "server/mail"}});
+  rows.push_back({"server/directory", ground});
+  rows.push_back({"server/requests", things + Names{"server/feeds", "server/mail", "server/directory"}});
   rows.push_back({"server/http", data + Names{"server/requests"}});  // the store's errors become status codes
   rows.push_back({"server/jobs", data + Names{"server/access", "server/desk", "server/mail"}});
-  rows.push_back({"server/program", things + Names{"server/mail", "server/setup", "server/setup/demo",
-                                                   "server/requests", "server/http", "server/jobs"}});
+  rows.push_back({"server/program",
+                  things + Names{"server/mail", "server/directory", "server/setup", "server/setup/demo",
+                                 "server/requests", "server/http", "server/jobs"}});
   return rows;
 }
 

@@ -157,6 +157,7 @@ Server::Options ServerCase::options() const {
   options.threads = 8;
   options.patience = 1;
   options.quickHashes = true;
+  options.directory = directory;
   options.clock = [this] { return now; };
   return options;
 }

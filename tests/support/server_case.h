@@ -100,6 +100,7 @@ class ServerCase : public testing::Test {
   TempFolder folder;
   std::string database;  ///< its address
   std::int64_t now = 0;
+  DirectorySettings directory;  ///< of servers to come
   std::unique_ptr<Server> server;
 
  private:

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -70,6 +71,7 @@ class Tour {
         [this] { monitor(); }};
     for (const auto& stop : stops) stop();
   }
+  [[nodiscard]] bool isWritten() const { return written_; }
 
  private:
   App& app() { return program_.app; }
@@ -88,8 +90,12 @@ class Tour {
   }
   void save(QWidget& window, const QString& name) {
     const QString file = QString("%1/%2-%3.png").arg(folder_).arg(++number_, 2, 10, QChar('0')).arg(name);
-    window.grab().save(file);
-    std::cout << file.toStdString() << '\n';
+    if (window.grab().save(file)) {
+      std::cout << file.toStdString() << '\n';
+      return;
+    }
+    std::cerr << "cannot write " << file.toStdString() << '\n';
+    written_ = false;
   }
 
   /// Takes what stands in front and answers it: with the widget that the walk has named, else by closing it.
@@ -317,14 +323,15 @@ class Tour {
     }
   }
 
-  /// The day's first live booking.
+  /// The day's last live booking with media.
   void savedBooking() {
     main().showView(ViewId::Day);
     Grid& grid = view<DayView>(ViewId::Day).faDayBookings;
     const int id = grid.columnOfData(0);
     const int status = grid.columnOfData(1);
-    for (int row = 1; row < grid.Rows; ++row) {
-      if (grid.TextMatrix(row, status) != "0") continue;
+    const int items = grid.columnOfData(12);
+    for (int row = grid.Rows - 1; row > 0; --row) {
+      if (grid.TextMatrix(row, status) != "0" || grid.TextMatrix(row, items) == "0") continue;
       OpenRecordWindow(app(), {kBooking, grid.TextMatrix(row, id), kSourceMainWindow});
       if (auto* editor = last<frmBooking>()) {
         tabs(*editor, "saved");
@@ -522,6 +529,16 @@ class Tour {
   QWidget* seen_ = nullptr;
   std::deque<std::function<void(QWidget&)>> answers_;
   int number_ = 0;
+  bool written_ = true;  ///< all pictures until now
+};
+
+/// Noon of today, for which the small library is made, so that its bookings look the same at any hour.
+struct Noon : SystemClock {
+  const DateTime moment{SystemClock::now().date, {12, 0, 0}};
+  [[nodiscard]] DateTime now() const override { return moment; }
+  [[nodiscard]] std::int64_t seconds() const {
+    return (std::int64_t{dayNumber(moment.date)} * 24 + moment.time.hour) * 3600;
+  }
 };
 
 int walk(const QString& folder, QSize size) {
@@ -529,9 +546,9 @@ int walk(const QString& folder, QSize size) {
   const std::filesystem::path user = scratch.path().toStdString();
   std::filesystem::create_directories(user / "misc");
   std::filesystem::copy_file(VANTRY_HELP_MAP, user / "misc" / "vantryhelp.ini");
-  EmbeddedServer server({user / "library.sqlite", {}, false});
+  const Noon clock;
+  EmbeddedServer server({user / "library.sqlite", {}, false, [&] { return clock.seconds(); }});
   HttpTransport transport({.address = server.address()});
-  SystemClock clock;
   FileSettings settings(user / "settings.ini");
   settings.SaveSetting(kSettingsApplication, kSettingsSection, "View", "0");
   QtDesktop desktop;
@@ -541,7 +558,8 @@ int walk(const QString& folder, QSize size) {
   program.app.session.setSealer(sealer);
   Tour tour(desktop, program, folder, size);
   DemoOperator demo(desktop, program.app, [&] { tour.run(); });
-  return desktop.run([&] { return demo.start(); });
+  const int code = desktop.run([&] { return demo.start(); });
+  return tour.isWritten() ? code : 1;
 }
 
 }  // namespace
@@ -554,6 +572,10 @@ int main(int argc, char** argv) {
   if (arguments.size() < 2) {
     std::cout << "vantry_tour FOLDER [small] [dark]\n";
     return 2;
+  }
+  if (!QDir().mkpath(arguments[1])) {
+    std::cerr << "cannot make the folder " << arguments[1].toStdString() << '\n';
+    return 1;
   }
   using vantry::style::Scheme;
   vantry::style::apply(application, arguments.contains("dark") ? Scheme::Dark : Scheme::Light);

@@ -15,8 +15,10 @@ std::string loginKey(std::string_view login) {
 
 std::optional<OperatorAccount> findOperator(Connection& db, std::string_view login) {
   OperatorAccount found;
-  Query query(db, "select id, login, name, password, active from operators where login = :login");
-  query.bind("login", loginKey(login)).into(found.id, found.login, found.name, found.password, found.active);
+  Query query(db,
+              "select id, login, name, password, active, by_directory from operators where login = :login");
+  query.bind("login", loginKey(login))
+      .into(found.id, found.login, found.name, found.password, found.active, found.byDirectory);
   while (query.next()) {
   }
   return found.id == 0 ? std::nullopt : std::optional(found);

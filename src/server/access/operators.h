@@ -16,8 +16,9 @@ struct OperatorAccount {
   std::int64_t id = 0;
   std::string login;
   std::string name;
-  std::string password;  ///< the hash
+  std::string password;  ///< the hash; empty for one of the house's directory
   bool active = false;
+  bool byDirectory = false;  ///< the house's directory judges the password
 };
 [[nodiscard]] std::optional<OperatorAccount> findOperator(Connection& db, std::string_view login);
 

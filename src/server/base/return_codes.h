@@ -8,6 +8,7 @@ namespace vantry::server {
 /// The code of a whole reply; 0 is success.
 namespace rc {
 inline constexpr int searchTooLong = -94;
+inline constexpr int notJudged = -93;  ///< nobody can say now whether a login is right
 inline constexpr int wrongLogin = -95;
 inline constexpr int noRight = -96;
 inline constexpr int storeFailed = -97;

@@ -34,26 +34,32 @@ void take(Connection& db, const DeskBooking& booking, const Thing& thing,
 }  // namespace
 
 std::optional<DeskBooking> findDeskBooking(Connection& db, std::int64_t id) {
-  DeskBooking row;
-  int status = 0;
-  Moment setup = 0;
-  Moment cleanup = 0;
-  Query query(
+  return askDeskBooking(db, id).get();
+}
+
+Pending<std::optional<DeskBooking>> askDeskBooking(Connection& db, std::int64_t id) {
+  const auto query = std::make_shared<Query>(
       db,
       "select id, status, booking_type, location_id, patron_id, patron_group_id, starts_at, ends_at, "
       "setup_minutes, cleanup_minutes, room_id, wanted_room_type_id, wanted_location_id, "
       "wanted_capacity, wanted_capacity_op, charged_at, room_charged_at, room_returned_at, updated_at "
       "from bookings where id = :id");
-  query.bind("id", id);
-  const bool found =
-      fetchOne(query, row.id, status, row.type, row.locationId, row.patronId, row.groupId, row.times.from,
-               row.times.until, setup, cleanup, row.roomId, row.roomWish.typeId, row.roomWish.locationId,
-               row.roomWish.capacity, row.roomWish.atMost, row.chargedAt, row.roomChargedAt,
-               row.roomReturnedAt, row.updatedAt);
-  if (!found) return std::nullopt;
-  row.status = static_cast<BookingStatus>(status);
-  row.taken = takenFor(row.times, setup, cleanup);
-  return row;
+  query->bind("id", id).send();
+  return Pending<std::optional<DeskBooking>>([query]() -> std::optional<DeskBooking> {
+    DeskBooking row;
+    int status = 0;
+    Moment setup = 0;
+    Moment cleanup = 0;
+    const bool found =
+        fetchOne(*query, row.id, status, row.type, row.locationId, row.patronId, row.groupId, row.times.from,
+                 row.times.until, setup, cleanup, row.roomId, row.roomWish.typeId, row.roomWish.locationId,
+                 row.roomWish.capacity, row.roomWish.atMost, row.chargedAt, row.roomChargedAt,
+                 row.roomReturnedAt, row.updatedAt);
+    if (!found) return std::nullopt;
+    row.status = static_cast<BookingStatus>(status);
+    row.taken = takenFor(row.times, setup, cleanup);
+    return row;
+  });
 }
 
 std::vector<PieceLine> pieceLinesOf(Connection& db, std::int64_t bookingId) {

@@ -31,6 +31,7 @@ struct DeskBooking {
   Moment updatedAt = 0;
 };
 [[nodiscard]] std::optional<DeskBooking> findDeskBooking(Connection& db, std::int64_t id);
+[[nodiscard]] Pending<std::optional<DeskBooking>> askDeskBooking(Connection& db, std::int64_t id);
 
 /// Lines of a booking, in their order.
 struct PieceLine {

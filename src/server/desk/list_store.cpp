@@ -95,9 +95,10 @@ std::vector<CategoryRow> groupTypesOutside(Connection& db, std::int64_t roomId) 
 std::vector<CategoryRow> typesWithLooseEquipment(Connection& db, std::int64_t roomId) {
   Query query(db,
               "select t.id, t.name, (select count(*) from equipment e where e.equipment_type_id = t.id and "
-              "e.group_id is null and coalesce(e.room_id, 0) <> :room_id) from equipment_types t "
+              "e.group_id is null) - (select count(*) from equipment e where e.equipment_type_id = t.id and "
+              "e.group_id is null and e.room_id = :room_id) from equipment_types t "
               "where t.of_groups = 0 order by t.name");
-  query.bind("room_id", roomId == 0 ? -1 : roomId);
+  query.bind("room_id", roomId);
   std::vector<CategoryRow> rows;
   CategoryRow row;
   query.into(row.id, row.name, row.count);

@@ -1,6 +1,7 @@
 #include "server/desk/usage_store.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 
 #include "server/store/query.h"
@@ -24,11 +25,11 @@ std::string meets(const std::string& kind) {
          kind + ") and o.ends_at > :from_at and o.booking_id <> :except_booking ";
 }
 
-/// In the places that are bound as ":places". The sign keeps SQLite from reading the pieces of all places.
-std::string piecesOfType(Connection& db) {
+/// In the places of that selection. The sign keeps SQLite from reading the pieces of all places.
+std::string piecesOfType(std::string_view places) {
   return "from equipment e join rooms r on r.id = e.room_id join room_types k on k.id = r.room_type_id "
          "where e.equipment_type_id = :type_id and e.location_id in (" +
-         keysIn(db, "places") +
+         std::string(places) +
          ") and +e.group_id is null and "
          "k.storage = 1 and not exists (select 1 from equipment_statuses s join status_types y on "
          "y.id = s.status_id where s.equipment_id = e.id and y.effect = 3) and not exists (select 1 from "
@@ -68,22 +69,35 @@ std::vector<std::int64_t> readIds(Query& query) {
 }
 
 std::vector<std::int64_t> pieceStock(Connection& db, std::int64_t typeId, const Places& places) {
-  Query query(db, "select e.id " + piecesOfType(db));
+  Query query(db, "select e.id " + piecesOfType(keysIn(db, "places")));
   query.bind("type_id", typeId).bind("places", keysText(places));
   return readIds(query);
 }
 
-std::vector<std::int64_t> freePieces(Connection& db, std::int64_t typeId, const Places& places,
-                                     const FreeSearch& search) {
-  const std::string sql = "select e.id " + piecesOfType(db) + pieceNotTaken() +
-                          (search.outIsTaken ? pieceNotOut : "") + (search.lateAt != 0 ? pieceNotLate : "") +
-                          (search.inOrder ? "order by e.location_id, e.number, e.id " : "") + "limit :most";
-  Query query(db, sql);
-  query.bind("type_id", typeId).bind("places", keysText(places));
-  query.bind("most", static_cast<std::int64_t>(search.most));
-  if (search.lateAt != 0) query.bind("late_at", search.lateAt);
-  bindTimes(query, search.asked);
-  return readIds(query);
+/// SQLite walks the places one after the other along the index, and ends when it has enough. PostgreSQL would
+/// judge all pieces of all places before it sorts them, and so is told to take the first of each place.
+std::string freePiecesSql(Connection& db, const std::string& isFree, bool inOrder) {
+  if (!inOrder) return "select e.id " + piecesOfType(keysIn(db, "places")) + isFree + "limit :most";
+  if (db.dialect().kind == Dialect::Kind::Sqlite) {
+    return "select e.id " + piecesOfType(keysIn(db, "places")) + isFree +
+           "order by e.location_id, e.number, e.id limit :most";
+  }
+  return "select p.id from (" + keysIn(db, "places") + ") place cross join lateral (select e.id, e.number " +
+         piecesOfType("place.value") + isFree +
+         "order by e.number, e.id limit :most) p order by place.value, p.number, p.id limit :most";
+}
+
+Pending<std::vector<std::int64_t>> askFreePieces(Connection& db, std::int64_t typeId, const Places& places,
+                                                 const FreeSearch& search) {
+  const std::string isFree =
+      pieceNotTaken() + (search.outIsTaken ? pieceNotOut : "") + (search.lateAt != 0 ? pieceNotLate : "");
+  const auto query = std::make_shared<Query>(db, freePiecesSql(db, isFree, search.inOrder));
+  query->bind("type_id", typeId).bind("places", keysText(places));
+  query->bind("most", static_cast<std::int64_t>(search.most));
+  if (search.lateAt != 0) query->bind("late_at", search.lateAt);
+  bindTimes(*query, search.asked);
+  query->send();
+  return Pending<std::vector<std::int64_t>>([query] { return readIds(*query); });
 }
 
 struct PoolItem {
@@ -96,9 +110,7 @@ struct PoolItem {
 };
 
 /// A title has few items, so that all of them are read, with what each is like at that time.
-std::vector<PoolItem> poolItems(Connection& db, std::int64_t titleId, const AskedTime& asked) {
-  std::vector<PoolItem> items;
-  PoolItem item;
+Pending<std::vector<PoolItem>> askPoolItems(Connection& db, std::int64_t titleId, const AskedTime& asked) {
   static const std::string sql =
       "select i.id, i.holding_id, i.location_id, i.media_type_id, "
       "case when exists (select 1 from occupancy o where o.thing = i.id and " +
@@ -106,12 +118,17 @@ std::vector<PoolItem> poolItems(Connection& db, std::int64_t titleId, const Aske
       ") then 1 else 0 end, (select min(y.ends_at) from booking_items l join bookings y on y.id = "
       "l.booking_id where l.item_id = i.id and l.charged_at is not null and l.returned_at is null) "
       "from items i where i.title_id = :title_id and i.status = '' order by i.id";
-  Query query(db, sql);
-  query.bind("title_id", titleId);
-  bindTimes(query, asked);
-  query.into(item.id, item.holdingId, item.locationId, item.mediaTypeId, item.taken, item.outUntil);
-  while (query.next()) items.push_back(item);
-  return items;
+  const auto query = std::make_shared<Query>(db, sql);
+  query->bind("title_id", titleId);
+  bindTimes(*query, asked);
+  query->send();
+  return Pending<std::vector<PoolItem>>([query] {
+    std::vector<PoolItem> items;
+    PoolItem item;
+    query->into(item.id, item.holdingId, item.locationId, item.mediaTypeId, item.taken, item.outUntil);
+    while (query->next()) items.push_back(item);
+    return items;
+  });
 }
 
 /// An item, and a wish, without a media type goes with any.
@@ -229,7 +246,7 @@ Places openPlaces(const DeskPolicy& policy) {
 std::vector<std::int64_t> stockFor(Connection& db, const WishFor& what, const Places& places) {
   if (what.kind == ThingKind::EquipmentWish) return pieceStock(db, what.thing, places);
   std::vector<std::int64_t> ids;
-  for (const PoolItem& item : poolItems(db, what.thing, {})) {
+  for (const PoolItem& item : askPoolItems(db, what.thing, {}).get()) {
     if (canFill(what, places, item)) ids.push_back(item.id);
   }
   return ids;
@@ -237,15 +254,23 @@ std::vector<std::int64_t> stockFor(Connection& db, const WishFor& what, const Pl
 
 std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what, const Places& places,
                                        const FreeSearch& search) {
-  if (what.kind == ThingKind::EquipmentWish) return freePieces(db, what.thing, places, search);
-  std::vector<std::int64_t> ids;
-  for (const PoolItem& item : poolItems(db, what.thing, search.asked)) {
-    const bool isOut = item.outUntil != 0;
-    const bool isLate = isOut && search.lateAt != 0 && item.outUntil <= search.lateAt;
-    const bool here = !isLate && !(isOut && search.outIsTaken);
-    if (!item.taken && here && canFill(what, places, item)) ids.push_back(item.id);
-  }
-  return ids;
+  return askFreeStock(db, what, places, search).get();
+}
+
+Pending<std::vector<std::int64_t>> askFreeStock(Connection& db, const WishFor& what, const Places& places,
+                                                const FreeSearch& search) {
+  if (what.kind == ThingKind::EquipmentWish) return askFreePieces(db, what.thing, places, search);
+  return Pending<std::vector<std::int64_t>>(
+      [items = askPoolItems(db, what.thing, search.asked), what, places, search] {
+        std::vector<std::int64_t> ids;
+        for (const PoolItem& item : items.get()) {
+          const bool isOut = item.outUntil != 0;
+          const bool isLate = isOut && search.lateAt != 0 && item.outUntil <= search.lateAt;
+          const bool here = !isLate && !(isOut && search.outIsTaken);
+          if (!item.taken && here && canFill(what, places, item)) ids.push_back(item.id);
+        }
+        return ids;
+      });
 }
 
 std::optional<std::int64_t> freeRoom(Connection& db, const RoomWish& wish, const AskedTime& asked,

@@ -77,6 +77,8 @@ struct FreeSearch {
 };
 [[nodiscard]] std::vector<std::int64_t> freeStockFor(Connection& db, const WishFor& what,
                                                      const Places& places, const FreeSearch& search);
+[[nodiscard]] Pending<std::vector<std::int64_t>> askFreeStock(Connection& db, const WishFor& what,
+                                                              const Places& places, const FreeSearch& search);
 
 /// A room that fits the wish and may be used, whoever has it; for deliveries.
 [[nodiscard]] std::optional<std::int64_t> anyRoom(Connection& db, const RoomWish& wish);

@@ -41,38 +41,81 @@ std::vector<WaitingWish> rivalsAt(Connection& db, const WishFor& kind, AskedTime
   return rivals;
 }
 
-/// Finds what could fill each wish, by the policy of the wisher's own desk. Equal wishes are looked up once.
+using DeskAndGroup = std::pair<std::int64_t, std::int64_t>;
+
+/// Finds what could fill each wish. Equal wishes are looked up once, and all together.
 class FillerSearch {
  public:
   FillerSearch(Connection& db, std::int64_t exceptBooking, Moment now, std::size_t most)
       : db_(db), exceptBooking_(exceptBooking), now_(now), most_(most) {}
 
-  std::vector<Wish> of(const std::vector<WaitingWish>& waiting) {
-    std::vector<Wish> wishes;
-    for (auto each = waiting.begin(); each != waiting.end(); ++each) {
-      const auto equal = std::find(waiting.begin(), each, *each);
-      const auto place = static_cast<std::size_t>(equal - waiting.begin());
-      wishes.push_back(equal == each ? find(each->what, placesOf(*each), each->period) : wishes[place]);
-    }
-    return wishes;
+  /// By the policy of each wisher's own desk.
+  Pending<std::vector<Wish>> ask(const std::vector<WaitingWish>& waiting) {
+    readPlaces(waiting);
+    std::vector<Wanted> all;
+    for (const WaitingWish& each : waiting)
+      all.push_back({each.what, each.period, &places_.at({each.deskId, each.groupId})});
+    return askAll(all);
   }
 
-  Wish find(const WishFor& what, const Places& places, const Period& period) {
-    return {period, freeStockFor(db_, what, places, searchFor({period, exceptBooking_}, now_, most_))};
+  Pending<std::vector<Wish>> ask(const std::vector<WishFor>& wishes, const Places& places,
+                                 const Period& period) {
+    std::vector<Wanted> all;
+    for (const WishFor& each : wishes) all.push_back({each, period, &places});
+    return askAll(all);
   }
 
  private:
-  const Places& placesOf(const WaitingWish& wish) {
-    const auto [found, isNew] = places_.try_emplace({wish.deskId, wish.groupId});
-    if (isNew) found->second = openPlaces(loadPolicyLocations(db_, wish.deskId, wish.groupId));
-    return found->second;
+  struct Wanted {
+    WishFor what;
+    Period period;
+    const Places* places;
+    bool operator==(const Wanted&) const = default;
+  };
+
+  void readPlaces(const std::vector<WaitingWish>& waiting) {
+    std::map<DeskAndGroup, Pending<DeskPolicy>> asked;
+    for (const WaitingWish& each : waiting) {
+      const DeskAndGroup whose{each.deskId, each.groupId};
+      if (!asked.contains(whose)) asked.emplace(whose, askPolicyLocations(db_, each.deskId, each.groupId));
+    }
+    for (const auto& [whose, policy] : asked) places_[whose] = openPlaces(policy.get());
+  }
+
+  Pending<std::vector<Wish>> askAll(const std::vector<Wanted>& all) {
+    std::vector<Pending<Wish>> asked;
+    std::vector<std::size_t> numbers;  // of the answer for each wish
+    for (auto each = all.begin(); each != all.end(); ++each) {
+      const auto equal = std::find(all.begin(), each, *each);
+      if (equal != each) {
+        numbers.push_back(numbers[static_cast<std::size_t>(equal - all.begin())]);
+        continue;
+      }
+      numbers.push_back(asked.size());
+      asked.push_back(askOne(*each));
+    }
+    return Pending<std::vector<Wish>>([asked = std::move(asked), numbers = std::move(numbers)] {
+      std::vector<Wish> found;
+      for (const Pending<Wish>& each : asked) found.push_back(each.get());
+      std::vector<Wish> wishes;
+      for (const std::size_t number : numbers) wishes.push_back(found[number]);
+      return wishes;
+    });
+  }
+
+  Pending<Wish> askOne(const Wanted& wanted) {
+    const FreeSearch search = searchFor({wanted.period, exceptBooking_}, now_, most_);
+    return Pending<Wish>(
+        [things = askFreeStock(db_, wanted.what, *wanted.places, search), period = wanted.period] {
+          return Wish{period, things.get()};
+        });
   }
 
   Connection& db_;
   std::int64_t exceptBooking_;
   Moment now_;
   std::size_t most_;
-  std::map<std::pair<std::int64_t, std::int64_t>, Places> places_;
+  std::map<DeskAndGroup, Places> places_;
 };
 
 /// How many wishes, of the booking or of others, nothing would be left for.
@@ -83,12 +126,9 @@ int missingFor(Connection& db, const UsageQuestion& question, const WishFor& kin
   const std::size_t most = rivals.size() + ask.wishes.size() + ask.singles.size();
   FillerSearch search(db, question.bookingId, question.now, most);
   const Places places = openPlaces(question.policy);
-  Taking taking{.period = period, .singles = ask.singles, .wishes = {}};
-  for (std::size_t place = 0; place < ask.wishes.size(); ++place) {
-    const bool again = place > 0 && ask.wishes[place] == ask.wishes[place - 1];
-    taking.wishes.push_back(again ? taking.wishes.back() : search.find(ask.wishes[place], places, period));
-  }
-  return shortfall(search.of(rivals), taking);
+  const Pending<std::vector<Wish>> theirs = search.ask(rivals);
+  const Pending<std::vector<Wish>> ours = search.ask(ask.wishes, places, period);
+  return shortfall(theirs.get(), {.period = period, .singles = ask.singles, .wishes = ours.get()});
 }
 
 void addWhoHasIt(SingleUse& use, const std::optional<TakenTime>& out) {
@@ -235,11 +275,13 @@ std::optional<std::int64_t> thingFor(Connection& db, const DeskPolicy& policy, c
                                      const Period& period, Moment now) {
   const std::vector<WaitingWish> rivals = rivalsAt(db, what, {period, 0});
   const std::size_t most = rivals.size() + 1;
+  FillerSearch search(db, 0, now, most);
+  const Pending<std::vector<Wish>> theirs = search.ask(rivals);
   const std::vector<std::int64_t> things =
       freeStockFor(db, what, openPlaces(policy),
                    {.asked = {period, 0}, .outIsTaken = true, .inOrder = true, .most = most});
   if (things.empty()) return std::nullopt;
-  return pickSpare(things, FillerSearch(db, 0, now, most).of(rivals), period);
+  return pickSpare(things, theirs.get(), period);
 }
 
 }  // namespace vantry::server

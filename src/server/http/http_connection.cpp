@@ -216,10 +216,16 @@ void HttpConnection::handOver() {
     reply_ = parts_.routes.answer(route_, request_);
     return write();
   }
-  handTo(workersOf(parts_, lane), [self = shared_from_this()] {
-    self->reply_ = self->parts_.routes.answer(self->route_, self->request_);
-    self->write();
-  });
+  handTo(workersOf(parts_, lane), [self = shared_from_this()] { self->makeReply(); });
+}
+
+/// What a worker does. A request that needs the house's directory is begun anew by another one, so that
+/// whoever has a password here does not wait behind it.
+void HttpConnection::makeReply() {
+  reply_ = parts_.routes.answer(route_, request_);
+  if (!reply_.needsDirectory) return write();
+  request_.mayAskDirectory = true;
+  handTo(parts_.directory, [self = shared_from_this()] { self->makeReply(); });
 }
 
 /// Answers a request of which not all was read, so that no other can follow.

@@ -33,6 +33,7 @@ struct FrontParts {
   Workers& requests;
   Workers& writes;
   Workers& logons;
+  Workers& directory;
   OpenConnections& open;
   Handshakes& handshakes;
   std::atomic<bool> stopping = false;
@@ -87,6 +88,7 @@ class HttpConnection : public std::enable_shared_from_this<HttpConnection> {
   void noteHead();
   void checkSender();
   void handOver();
+  void makeReply();
   template <class Work>
   void handTo(Workers& workers, Work work);
   void refuse(WireReply reply);

@@ -30,6 +30,7 @@ using Tls = asio::ssl::context;
 constexpr int backlog = 4096;
 // Whoever checks a password takes 64 MiB for a moment; more at one time would only slow each other.
 constexpr int logonThreads = 2;
+constexpr int directoryThreads = 8;  // they only wait
 // Handshakes take half of the processors at the most, so that a crowd of them leaves room for requests.
 constexpr int mostHandshakeThreads = 4;
 constexpr std::chrono::milliseconds betweenLooks{250};
@@ -67,6 +68,7 @@ class HttpFront::Impl {
         requests_(options.threads, options.limits.waiting),
         writes_(options.threads, options.limits.waiting),
         logons_(logonThreads, options.limits.waiting),
+        directory_(runner.asksDirectory() ? directoryThreads : 0, options.limits.waiting),
         handshakes_(tls_ ? handshakeThreads() : 0),
         acceptor_(loop_),
         look_(loop_) {}
@@ -98,6 +100,7 @@ class HttpFront::Impl {
     requests_.stop();
     writes_.stop();
     logons_.stop();
+    directory_.stop();
     open_.awaitNone(lastReplies);
     loop_.stop();
     thread_.join();
@@ -117,6 +120,7 @@ class HttpFront::Impl {
             .waitingRequests = requests_.waiting(),
             .waitingWrites = writes_.waiting(),
             .waitingLogons = logons_.waiting(),
+            .waitingForDirectory = directory_.waiting(),
             .mail = options_.mail ? options_.mail() : MailFigures()};
   }
 
@@ -193,9 +197,10 @@ class HttpFront::Impl {
   Workers requests_;
   Workers writes_;
   Workers logons_;
+  Workers directory_;
   Handshakes handshakes_;
-  FrontParts parts_{options_.limits, clients_, routes_, metrics_,   requests_,
-                    writes_,         logons_,  open_,   handshakes_};
+  FrontParts parts_{options_.limits, clients_, routes_,    metrics_, requests_,
+                    writes_,         logons_,  directory_, open_,    handshakes_};
   // What waits in the loop holds connections and steps of handshakes, so that it is destroyed first.
   asio::io_context loop_;
   tcp::acceptor acceptor_;

@@ -38,6 +38,7 @@ class Metrics::Impl {
     waitingRequests_.Set(static_cast<double>(load.waitingRequests));
     waitingWrites_.Set(static_cast<double>(load.waitingWrites));
     waitingLogons_.Set(static_cast<double>(load.waitingLogons));
+    waitingForDirectory_.Set(static_cast<double>(load.waitingForDirectory));
     waitingMails_.Set(static_cast<double>(load.mail.queued));
     setCount(sentMails_, load.mail.sent);
     setCount(failedMails_, load.mail.failed);
@@ -64,6 +65,7 @@ class Metrics::Impl {
   prometheus::Gauge& waitingRequests_ = waiting_.Add({{"workers", "requests"}});
   prometheus::Gauge& waitingWrites_ = waiting_.Add({{"workers", "writes"}});
   prometheus::Gauge& waitingLogons_ = waiting_.Add({{"workers", "logons"}});
+  prometheus::Gauge& waitingForDirectory_ = waiting_.Add({{"workers", "directory"}});
   prometheus::Gauge& waitingMails_ = gauges("vantry_mails_queued", "Mails that wait in the outbox").Add({});
   prometheus::Family<prometheus::Counter>& mails_ =
       counters("vantry_mails_total", "Mails by what became of them: sent, or given up");

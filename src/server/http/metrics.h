@@ -27,6 +27,7 @@ class Metrics {
     std::size_t waitingRequests = 0;
     std::size_t waitingWrites = 0;
     std::size_t waitingLogons = 0;
+    std::size_t waitingForDirectory = 0;
     MailFigures mail = {};
   };
   explicit Metrics(std::function<Load()> load);

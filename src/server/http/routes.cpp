@@ -35,6 +35,16 @@ WireReply refuseSession() {
   return refuse(401, "The session is unknown or has expired.");
 }
 
+/// What a call may do that this worker makes the reply to.
+RequestRunner::Waiting waitingOf(const WireRequest& request) {
+  using Waiting = RequestRunner::Waiting;
+  return request.mayAskDirectory ? Waiting::Allowed : Waiting::Forbidden;
+}
+
+WireReply passOn() {
+  return {.needsDirectory = true};
+}
+
 WireReply nothing() {
   return {.status = 204, .body = {}};
 }
@@ -238,8 +248,11 @@ WireReply Routes::health(const WireRequest& /*request*/) const {
 WireReply Routes::login(const WireRequest& request) const {
   const auto body = readTextPair(request.body, "operator", "password");
   if (!body) return refuse(400, "The body needs the texts operator and password.");
-  const auto result = runner_.login(body->first, body->second, request.address);
+  const auto result = runner_.login(body->first, body->second, request.address, waitingOf(request));
   using Kind = RequestRunner::LoginResult::Kind;
+  if (result.kind == Kind::NeedsDirectory) return passOn();
+  if (result.kind == Kind::Away)
+    return refuse(503, "The directory of the house does not answer. Your password cannot be checked now.");
   if (result.kind != Kind::Granted) metrics_.noteRefusedTry();
   if (result.kind == Kind::TooMany) return refuseForNow(result.retryAfter);
   if (result.kind == Kind::Refused) return refuse(401, "The operator or the password is wrong.");
@@ -264,6 +277,8 @@ WireReply Routes::password(const WireRequest& request) const {
       return refuse(401, "The old password is wrong.");
     case Kind::TooWeak:
       return refuse(400, result.weakness);
+    case Kind::NotOurs:
+      return refuse(400, "Your password is that of the house's directory, and is changed there.");
     case Kind::TooMany:
       return refuseForNow(result.retryAfter);
   }
@@ -281,7 +296,8 @@ WireReply Routes::run(const WireRequest& request) const {
   RequestRunner::Answer result = runner_.run({.token = tokenOf(request),
                                               .code = codeIn(request.path),
                                               .requestId = request.requestId,
-                                              .tags = *tags});
+                                              .tags = *tags,
+                                              .waiting = waitingOf(request)});
   using Kind = RequestRunner::Answer::Kind;
   switch (result.kind) {
     case Kind::Done:
@@ -292,6 +308,8 @@ WireReply Routes::run(const WireRequest& request) const {
       return refuse(404, "There is no request of this code.");
     case Kind::IdMisused:
       return refuse(400, "The Request-Id was used for another request.");
+    case Kind::NeedsDirectory:
+      return passOn();
   }
   return refuse(500, sentenceFor(500));
 }

@@ -18,7 +18,8 @@ struct WireRequest {
   std::string_view requestId;
   std::string_view knownVersions;  ///< If-None-Match
   std::string_view body;
-  std::string address;  ///< of the client, also behind a proxy
+  std::string address;           ///< of the client, also behind a proxy
+  bool mayAskDirectory = false;  ///< who makes the reply may wait for the house's directory
 };
 
 struct WireReply {
@@ -26,11 +27,13 @@ struct WireReply {
   std::string body = {};
   Moment retryAfter = 0;  ///< seconds to wait before the next try; 0 for none
   std::string_view type = "application/json";
-  std::string headers = {};  ///< further lines of the head, each behind the end of the one before
+  std::string headers = {};     ///< further lines of the head, each behind the end of the one before
+  bool needsDirectory = false;  ///< no reply: somebody has to make it who may ask the house's directory
 };
 
 /// Who makes the reply: the front itself, where it costs nothing, or a group of workers. Neither those that
-/// check passwords nor those that wait for their turn to write keep the ones waiting that read.
+/// check passwords nor those that wait for their turn to write keep the ones waiting that read. Those that
+/// ask the house's directory get what others have found to need it.
 enum class Lane { Front, Requests, Writes, Logons };
 
 /// From a request on the wire to the runner and back. Translates, and decides nothing. Safe for many threads.

@@ -46,7 +46,8 @@ void keepHouse(Database& database, Moment now, const MailKinds& mail) {
   });
   settleDueBookings(database, now);
   if (mail.any()) database.writeApart("reminders", [&](Connection& db) { queueReminders(db, mail, now); });
-  applyRetention(database, now, stepsOfRetention);
+  int steps = stepsOfRetention;
+  applyRetention(database, now, [&] { return steps-- > 0; });
 }
 
 Housekeeper::Housekeeper(Database& database, RefusalCounts& refusals, Clock clock, bool trustsClock,

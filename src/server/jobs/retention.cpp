@@ -28,30 +28,52 @@ std::int64_t numberIn(Connection& db, std::string_view setting) {
   return number;
 }
 
-/// Repeats the step, each time in a transaction of its own, until it finds less than it may take.
-std::int64_t inSteps(Database& database, int most, int& steps,
-                     const std::function<std::int64_t(Connection&)>& step) {
-  std::int64_t all = 0;
-  for (std::int64_t last = most; last >= most && steps > 0; all += last, --steps)
-    database.writeApart(lock, [&](Connection& db) { last = step(db); });
-  return all;
+struct Done {
+  std::int64_t count = 0;
+  bool isMore = true;
+};
+
+class Steps {
+ public:
+  Steps(Database& database, const std::function<bool()>& goesOn) : database_(database), goesOn_(goesOn) {}
+
+  /// Repeats the step, each time in a transaction of its own, until there is no more to do or it is stopped.
+  std::int64_t repeat(const std::function<Done(Connection&)>& step) {
+    std::int64_t all = 0;
+    for (Done done; done.isMore && goesOn(); all += done.count)
+      database_.writeApart(lock, [&](Connection& db) { done = step(db); });
+    return all;
+  }
+  [[nodiscard]] bool isStopped() const { return isStopped_; }
+
+ private:
+  bool goesOn() {
+    isStopped_ = isStopped_ || !goesOn_();
+    return !isStopped_;
+  }
+
+  Database& database_;
+  const std::function<bool()>& goesOn_;
+  bool isStopped_ = false;
+};
+
+Done forgetSome(Connection& db, Moment since, Moment now) {
+  const std::int64_t count = forgetBookings(db, since, now, bookingsAtOnce);
+  return {count, count >= bookingsAtOnce};
 }
 
-/// A day of the audit with each step. What has been blanked once is not looked at again.
-std::int64_t blankAudit(Database& database, Moment before, int& steps) {
-  std::int64_t all = 0;
-  for (bool isDone = false; !isDone && steps > 0; --steps) {
-    std::int64_t blanked = 0;
-    database.writeApart(lock, [&](Connection& db) {
-      const Moment from = std::max(numberIn(db, blankedSetting), firstOfAudit(db));
-      const Moment until = from < before ? std::min(from + day, before) : before;
-      isDone = until == before;
-      blanked = blankBookingsInAudit(db, from, until);
-      setSetting(db, blankedSetting, std::to_string(until));
-    });
-    all += blanked;
-  }
-  return all;
+/// A day of the audit. What has been blanked once is not looked at again.
+Done blankDay(Connection& db, Moment before) {
+  const Moment from = std::max(numberIn(db, blankedSetting), firstOfAudit(db));
+  const Moment until = from < before ? std::min(from + day, before) : before;
+  const std::int64_t count = blankBookingsInAudit(db, from, until);
+  setSetting(db, blankedSetting, std::to_string(until));
+  return {count, until < before};
+}
+
+Done dropSome(Connection& db, Moment since) {
+  const std::int64_t count = dropAuditBefore(db, since, auditRowsAtOnce);
+  return {count, count >= auditRowsAtOnce};
 }
 
 bool hasAuditBefore(Database& database, Moment moment) {
@@ -76,25 +98,25 @@ Moment keptSince(int months, Moment now) {
   return startOfMonth(now, -months);
 }
 
-RetentionReport applyRetention(Database& database, Moment now, int mostSteps) {
-  int steps = mostSteps;
+RetentionReport applyRetention(Database& database, Moment now, const std::function<bool()>& goesOn) {
   Retention retention;
   Moment blankedUntil = 0;
   database.read([&](Connection& db) {
     retention = retentionOf(db);
     blankedUntil = numberIn(db, blankedSetting);
   });
+  Steps steps(database, goesOn);
   RetentionReport report;
   if (const Moment since = keptSince(retention.bookingMonths, now); retention.bookingMonths > 0) {
-    report.bookings = inSteps(database, bookingsAtOnce, steps,
-                              [&](Connection& db) { return forgetBookings(db, since, now, bookingsAtOnce); });
-    if (blankedUntil < since) report.blankedRows = blankAudit(database, since, steps);
+    report.bookings = steps.repeat([&](Connection& db) { return forgetSome(db, since, now); });
+    if (blankedUntil < since)
+      report.blankedRows = steps.repeat([&](Connection& db) { return blankDay(db, since); });
   }
   if (const Moment since = keptSince(retention.auditMonths, now); retention.auditMonths > 0) {
     if (hasAuditBefore(database, since))
-      report.auditRows = inSteps(database, auditRowsAtOnce, steps,
-                                 [&](Connection& db) { return dropAuditBefore(db, since, auditRowsAtOnce); });
+      report.auditRows = steps.repeat([&](Connection& db) { return dropSome(db, since); });
   }
+  report.isStopped = steps.isStopped();
   return report;
 }
 

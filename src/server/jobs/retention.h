@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <limits>
+#include <functional>
 
 #include "server/base/moment.h"
 #include "server/store/database.h"
@@ -23,13 +23,12 @@ struct RetentionReport {
   std::int64_t bookings = 0;     ///< made anonymous
   std::int64_t blankedRows = 0;  ///< of the audit, about bookings, which lost what was asked
   std::int64_t auditRows = 0;    ///< deleted
+  bool isStopped = false;        ///< and what is left is for the next run
 };
-
-inline constexpr int noEndOfSteps = std::numeric_limits<int>::max();
 
 /// Makes anonymous and deletes what is over for longer than the library keeps it. Works in small
 /// transactions, between which the desks can write; any number of processes may run it, and stop anywhere.
-/// After so many of them it ends, and what is left is for the next run.
-RetentionReport applyRetention(Database& database, Moment now, int mostSteps = noEndOfSteps);
+/// Before each of them it asks whether to go on.
+RetentionReport applyRetention(Database& database, Moment now, const std::function<bool()>& goesOn);
 
 }  // namespace vantry::server

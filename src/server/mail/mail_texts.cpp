@@ -20,6 +20,8 @@ constexpr std::array placeholders{
     Placeholder{"end", "when it ends"},
     Placeholder{"place", "its room, or the location where things are fetched"},
     Placeholder{"things", "equipment and media, one a line"},
+    Placeholder{"count", "how many bookings the mail tells of"},
+    Placeholder{"dates", "these bookings with their times, one a line"},
     Placeholder{"library", "name of the library"},
     Placeholder{"desk", "name of the booking desk's location"},
 };
@@ -28,28 +30,32 @@ constexpr std::string_view opening = "Subject: ";
 constexpr std::size_t longestFile = 64 * 1024;
 
 struct BuiltIn {
-  MailKind kind;
+  std::string_view name;
   MailText text;
 };
 
 const std::array builtIns{
-    BuiltIn{MailKind::Confirmed,
+    BuiltIn{"confirmed",
             {"Your booking {number}",
              "Dear {name},\n\nyour booking {number} is made.\n\n"
              "From: {start}\nUntil: {end}\nWhere: {place}\n\n{things}\n\n{library}, {desk}\n"}},
-    BuiltIn{MailKind::Changed,
+    BuiltIn{severalConfirmed,
+            {"Your {count} bookings",
+             "Dear {name},\n\n{count} bookings are made for you:\n\n{dates}\n\n"
+             "Where: {place}\n\n{things}\n\n{library}, {desk}\n"}},
+    BuiltIn{"changed",
             {"Your booking {number} has changed",
              "Dear {name},\n\nyour booking {number} has changed. It is now:\n\n"
              "From: {start}\nUntil: {end}\nWhere: {place}\n\n{things}\n\n{library}, {desk}\n"}},
-    BuiltIn{MailKind::Cancelled,
+    BuiltIn{"cancelled",
             {"Your booking {number} is canceled",
              "Dear {name},\n\nyour booking {number} from {start} to {end} is canceled.\n\n"
              "{library}, {desk}\n"}},
-    BuiltIn{MailKind::Due,
+    BuiltIn{"due",
             {"Please return tomorrow: booking {number}",
              "Dear {name},\n\nthe things of your booking {number} are due back on {end}.\n\n"
              "{things}\n\n{library}, {desk}\n"}},
-    BuiltIn{MailKind::Overdue,
+    BuiltIn{"overdue",
             {"Overdue: booking {number}",
              "Dear {name},\n\nthe things of your booking {number} were due back on {end}. "
              "Please return them.\n\n{things}\n\n{library}, {desk}\n"}},
@@ -153,22 +159,28 @@ std::vector<Placeholder> mailPlaceholders() {
   return {placeholders.begin(), placeholders.end()};
 }
 
-const MailText& builtInText(MailKind kind) {
-  return std::ranges::find(builtIns, kind, &BuiltIn::kind)->text;
+std::vector<std::string_view> mailTextNames() {
+  std::vector<std::string_view> names;
+  for (const BuiltIn& each : builtIns) names.push_back(each.name);
+  return names;
+}
+
+const MailText& builtInText(std::string_view name) {
+  return std::ranges::find(builtIns, name, &BuiltIn::name)->text;
 }
 
 std::string textOfFile(const MailText& text) {
   return std::string(opening) + text.subject + "\n\n" + text.body;
 }
 
-std::string mailTextFile(const std::string& folder, MailKind kind) {
-  return (std::filesystem::path(folder) / (std::string(mailKindName(kind)) + ".txt")).string();
+std::string mailTextFile(const std::string& folder, std::string_view name) {
+  return (std::filesystem::path(folder) / (std::string(name) + ".txt")).string();
 }
 
-UsedText usedText(const std::string& folder, MailKind kind) {
+UsedText usedText(const std::string& folder, std::string_view name) {
   UsedText used;
-  used.text = builtInText(kind);
-  const std::string path = mailTextFile(folder, kind);
+  used.text = builtInText(name);
+  const std::string path = mailTextFile(folder, name);
   std::error_code none;
   if (folder.empty() || !std::filesystem::exists(path, none)) return used;
   const MailText text = FileReader(path).read(used.faults);

@@ -5,8 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "server/mail/mail_kinds.h"
-
 namespace vantry::server {
 
 /// What the placeholders of a text become, by name.
@@ -24,13 +22,17 @@ struct Placeholder {
 };
 [[nodiscard]] std::vector<Placeholder> mailPlaceholders();
 
-[[nodiscard]] const MailText& builtInText(MailKind kind);
+/// The text for several bookings of one save; the others are named as the kinds of mail are.
+inline constexpr std::string_view severalConfirmed = "confirmed-several";
+[[nodiscard]] std::vector<std::string_view> mailTextNames();
+
+[[nodiscard]] const MailText& builtInText(std::string_view name);
 
 /// A text as its file has it: "Subject: ...", an empty line, the body.
 [[nodiscard]] std::string textOfFile(const MailText& text);
 
-/// Where a folder keeps the text of a kind.
-[[nodiscard]] std::string mailTextFile(const std::string& folder, MailKind kind);
+/// Where a folder keeps the text of this name.
+[[nodiscard]] std::string mailTextFile(const std::string& folder, std::string_view name);
 
 /// The text that is in use, and what is wrong with the file, each in a sentence. A file with a fault is not
 /// used.
@@ -39,7 +41,7 @@ struct UsedText {
   bool isBuiltIn = true;
   std::vector<std::string> faults;
 };
-[[nodiscard]] UsedText usedText(const std::string& folder, MailKind kind);
+[[nodiscard]] UsedText usedText(const std::string& folder, std::string_view name);
 
 /// The text with its placeholders filled in. A subject is one line, whatever a value contains.
 [[nodiscard]] MailText filledText(const MailText& text, const MailValues& values);

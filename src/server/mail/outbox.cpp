@@ -1,6 +1,8 @@
 #include "server/mail/outbox.h"
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -22,7 +24,7 @@ constexpr Moment reminderReach = 7 * day;
 constexpr const char* mergedNews =
     " on conflict (booking_id, patron_id) where state = 0 and kind < 4 do update set "
     "kind = case when excluded.kind = 3 then 3 when outbox.kind = 3 then 2 else outbox.kind end, "
-    "about = excluded.about, kept = excluded.kept, revision = outbox.revision + 1, tries = 0, "
+    "about = excluded.about, kept = excluded.kept, revision = outbox.revision + 1, tries = 0, save = 0, "
     "queued_at = excluded.queued_at, due_at = excluded.due_at";
 
 constexpr const char* hasWaitingNews =
@@ -58,6 +60,28 @@ void queueOverdue(Connection& db, Moment now) {
   query.bind("queued_at", now).bind("due_at", now).bind("from_at", now - reminderReach).run();
 }
 
+/// Leases the mails for which the condition holds, which compares with `now`.
+std::string leasing(const std::string& condition) {
+  return "update outbox set leased_until = :leased_until, tries = tries + 1 where state = 0 and leased_until "
+         "<= :unleased and " +
+         condition +
+         " returning id, kind, booking_id, patron_id, about, revision, queued_at, tries, kept, told, save";
+}
+
+std::vector<TakenMail> leased(Query& query, Moment now) {
+  std::vector<TakenMail> mails;
+  TakenMail mail;
+  int kind = 0;
+  query.bind("leased_until", now + lease).bind("unleased", now).bind("now", now);
+  query.into(mail.id, kind, mail.bookingId, mail.patronId, mail.about, mail.revision, mail.queuedAt,
+             mail.tries, mail.values, mail.told, mail.save);
+  while (query.next()) {
+    mail.kind = static_cast<MailKind>(kind);
+    mails.push_back(mail);
+  }
+  return mails;
+}
+
 /// False when the mail was changed since it was taken.
 bool settle(Connection& db, const TakenMail& mail, const std::string& what,
             const std::function<void(Query&)>& bind) {
@@ -77,15 +101,15 @@ void release(Connection& db, const TakenMail& mail) {
 void queueNews(Connection& db, MailKind kind, std::span<const std::int64_t> bookings, Moment now) {
   if (bookings.empty()) return;
   const std::string sql =
-      "insert into outbox (kind, booking_id, patron_id, queued_at, due_at) select cast(:kind as bigint), "
-      "b.id, "
-      "p.id, cast(:queued_at as bigint), cast(:due_at as bigint) from bookings b join patrons p on p.id = "
-      "b.patron_id where b.id in (" +
+      "insert into outbox (kind, booking_id, patron_id, queued_at, due_at, save) select cast(:kind as "
+      "bigint), b.id, p.id, cast(:queued_at as bigint), cast(:due_at as bigint), cast(:save as bigint) "
+      "from bookings b join patrons p on p.id = b.patron_id where b.id in (" +
       keysIn(db, "bookings") +
       ") and (b.ends_at > :now or b.ends_at = b.starts_at and b.ends_at >= :today) and" + reachable +
       mergedNews;
   Query query(db, sql);
   query.bind("kind", static_cast<int>(kind)).bind("queued_at", now).bind("due_at", now + mailSettling);
+  query.bind("save", bookings.size() > 1 ? bookings.front() : 0);
   query.bind("bookings", keysText(bookings)).bind("now", now).bind("today", startOfDay(now)).run();
 }
 
@@ -118,24 +142,18 @@ bool isMailDue(Connection& db, Moment now) {
   return fetchOne(query, found);
 }
 
-std::optional<TakenMail> takeMail(Connection& db, Moment now) {
-  TakenMail mail;
-  int kind = 0;
-  // Another server may take the same one at this moment; then this statement, which has waited for it, finds
-  // nothing.
-  Query query(
-      db,
-      "update outbox set leased_until = :leased_until, tries = tries + 1 where state = 0 and leased_until <= "
-      ":unleased and id = (select id from outbox where state = 0 and due_at <= :now and leased_until <= "
-      ":free "
-      "order by due_at, id limit 1) returning id, kind, booking_id, patron_id, about, revision, queued_at, "
-      "tries, kept, told");
-  query.bind("leased_until", now + lease).bind("unleased", now).bind("now", now).bind("free", now);
-  if (!fetchOne(query, mail.id, kind, mail.bookingId, mail.patronId, mail.about, mail.revision, mail.queuedAt,
-                mail.tries, mail.values, mail.told))
-    return std::nullopt;
-  mail.kind = static_cast<MailKind>(kind);
-  return mail;
+std::vector<TakenMail> takeMails(Connection& db, Moment now) {
+  Query first(db,
+              leasing("id = (select id from outbox where state = 0 and due_at <= :now and leased_until <= "
+                      ":free order by due_at, id limit 1)"));
+  first.bind("free", now);
+  std::vector<TakenMail> mails = leased(first, now);
+  if (mails.empty() || mails.front().save == 0) return mails;
+  Query others(db, leasing("due_at <= :now and save = :save and save > 0 and patron_id = :patron_id"));
+  others.bind("save", mails.front().save).bind("patron_id", mails.front().patronId);
+  std::ranges::copy(leased(others, now), std::back_inserter(mails));
+  std::ranges::sort(mails, {}, &TakenMail::bookingId);
+  return mails;
 }
 
 void markSent(Connection& db, const TakenMail& mail, const std::string& told, Moment now) {

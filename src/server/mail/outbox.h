@@ -22,7 +22,7 @@ inline constexpr Moment mailPatience = 2 * day;
 
 /// Puts mails about bookings there: Confirmed, Changed or Cancelled. None for a booking in the past, or whose
 /// requester has no address or asked not to be remembered. A mail of the booking that still waits tells the
-/// news as well, instead of a second one.
+/// news as well, instead of a second one. Several bookings are those of one save, and share a letter.
 void queueNews(Connection& db, MailKind kind, std::span<const std::int64_t> bookings, Moment now);
 
 /// Tells a patron that a booking is not theirs any more.
@@ -51,10 +51,13 @@ struct TakenMail {
   std::int64_t tries = 0;  ///< this one included
   std::string values;      ///< of a booking that is gone
   std::string told;        ///< see `lastTold`
+  std::int64_t save = 0;   ///< the same for all mails of one save; 0 for a mail of its own
 };
 /// Whether one is due; a cheap read.
 [[nodiscard]] bool isMailDue(Connection& db, Moment now);
-[[nodiscard]] std::optional<TakenMail> takeMail(Connection& db, Moment now);
+/// Takes what becomes the next letter: one mail, or those of one save in the order of their bookings. Empty
+/// when nothing is due. Servers must do this one after another, or each might take a part of one save.
+[[nodiscard]] std::vector<TakenMail> takeMails(Connection& db, Moment now);
 
 // What becomes of it. When the booking has changed since it was taken, it stays in the outbox and is sent
 // again, as a change.

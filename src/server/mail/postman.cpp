@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include <spdlog/spdlog.h>
@@ -49,6 +51,40 @@ std::string markOf(const MailValues& values) {
   return hashToken(text);
 }
 
+struct WrittenMail {
+  TakenMail mail;
+  MailValues values;
+  std::string told;
+};
+
+/// Nothing for a mail that is not to be sent any more.
+std::optional<WrittenMail> writtenMail(Connection& db, const TakenMail& mail, Moment now) {
+  const std::optional<BookingFacts> booking =
+      mail.values.empty() ? findBookingFacts(db, mail.bookingId) : std::nullopt;
+  if (!stillHolds(mail, booking, now)) return std::nullopt;
+  WrittenMail written{mail, booking ? booking->values : valuesKept(mail.values), {}};
+  MailValues& values = written.values;
+  written.told = markOf(values);
+  if (mail.kind == MailKind::Changed && lastTold(db, mail) == written.told) return std::nullopt;
+  values["dates"] = "- " + values["number"] + ": " + values["start"] + " to " + values["end"];
+  return written;
+}
+
+/// Those of the first booking, and what counts for all.
+MailValues valuesOf(std::span<const WrittenMail> mails, const std::string& name) {
+  MailValues values = mails.front().values;
+  values["name"] = name;
+  values["count"] = std::to_string(mails.size());
+  for (const WrittenMail& each : mails.subspan(1)) values["dates"] += '\n' + each.values.at("dates");
+  return values;
+}
+
+/// "0000001 and 2 more"
+std::string bookingsText(const std::vector<WrittenMail>& mails) {
+  const std::string first = confirmationNumber(mails.front().mail.bookingId);
+  return mails.size() == 1 ? first : first + " and " + std::to_string(mails.size() - 1) + " more";
+}
+
 }  // namespace
 
 Moment delayAfter(std::int64_t tries) {
@@ -57,11 +93,11 @@ Moment delayAfter(std::int64_t tries) {
   return std::min(delay, longestDelay);
 }
 
-/// A mail with all that is known of it now; without a recipient it is not to be sent.
+/// A letter with all that is known of it now.
 struct Postman::Written {
-  std::optional<MailRecipient> recipient;
-  MailValues values;
-  std::string told;
+  MailRecipient recipient;
+  std::vector<WrittenMail> mails;  ///< what it tells; it is sent only when there is something
+  std::vector<TakenMail> moot;     ///< what is not to be told any more
 };
 
 Postman::Postman(Database& database, Clock clock, const MailSettings& settings)
@@ -116,9 +152,9 @@ bool Postman::sendDue(const std::stop_token& ending) {
     bool isDue = false;
     database_.readOnce([&](Connection& db) { isDue = isMailDue(db, now); });
     if (!isDue) break;
-    std::optional<TakenMail> mail;
-    change([&](Connection& db) { mail = takeMail(db, now); });
-    if (mail) isWell = send(*mail, ending);
+    std::vector<TakenMail> mails;
+    database_.writeApart("mail", [&](Connection& db) { mails = takeMails(db, now); });
+    if (!mails.empty()) isWell = send(mails, ending);
   }
   database_.readOnce([&](Connection& db) { queued_ = countWaitingMail(db); });
   return isWell;
@@ -129,31 +165,31 @@ void Postman::change(const Database::Work& work) {
 }
 
 /// False when the mail system failed.
-bool Postman::send(const TakenMail& mail, const std::stop_token& ending) {
-  const Written written = write(mail);
-  if (!written.recipient) {
-    change([&](Connection& db) { dropMail(db, mail); });
-    return true;
+bool Postman::send(const std::vector<TakenMail>& mails, const std::stop_token& ending) {
+  const Written written = write(mails);
+  if (!written.moot.empty()) {
+    change([&](Connection& db) {
+      for (const TakenMail& mail : written.moot) dropMail(db, mail);
+    });
   }
-  const Delivery delivery = carry(mail, written, ending);
-  settle(mail, written, delivery);
+  if (written.mails.empty()) return true;
+  const Delivery delivery = carry(written, ending);
+  settle(written, delivery);
   return delivery.kind != Delivery::Kind::Failed;
 }
 
-Postman::Written Postman::write(const TakenMail& mail) {
+Postman::Written Postman::write(const std::vector<TakenMail>& mails) {
   Written written;
   const Moment now = clock_();
   database_.read([&](Connection& db) {
     written = {};
-    const std::optional<BookingFacts> booking =
-        mail.values.empty() ? findBookingFacts(db, mail.bookingId) : std::nullopt;
-    if (!stillHolds(mail, booking, now)) return;
-    written.values = booking ? booking->values : valuesKept(mail.values);
-    written.told = markOf(written.values);
-    if (mail.kind == MailKind::Changed && lastTold(db, mail) == written.told) return;
-    written.recipient = findRecipient(db, mail.patronId);
+    const std::optional<MailRecipient> recipient = findRecipient(db, mails.front().patronId);
+    if (recipient) written.recipient = *recipient;
+    for (const TakenMail& mail : mails) {
+      std::optional<WrittenMail> told = recipient ? writtenMail(db, mail, now) : std::nullopt;
+      told ? written.mails.push_back(std::move(*told)) : written.moot.push_back(mail);
+    }
   });
-  if (written.recipient) written.values["name"] = written.recipient->name;
   return written;
 }
 
@@ -164,39 +200,51 @@ void Postman::tellFaults(const UsedText& used) {
   spdlog::warn("{} The built-in text is sent.", toldFault_);
 }
 
-Delivery Postman::carry(const TakenMail& mail, const Written& written, const std::stop_token& ending) {
-  const UsedText used = usedText(texts_, mail.kind);
+Delivery Postman::carry(const Written& written, const std::stop_token& ending) {
+  const TakenMail& first = written.mails.front().mail;
+  const UsedText used =
+      usedText(texts_, written.mails.size() > 1 ? severalConfirmed : mailKindName(first.kind));
   tellFaults(used);
-  const std::string id = "vantry." + confirmationNumber(mail.bookingId) + '.' +
-                         std::to_string(mail.queuedAt) + '.' + std::to_string(mail.id) + '.' +
-                         std::to_string(mail.revision);
+  const std::string id = "vantry." + confirmationNumber(first.bookingId) + '.' +
+                         std::to_string(first.queuedAt) + '.' + std::to_string(first.id) + '.' +
+                         std::to_string(first.revision);
+  const MailRecipient& recipient = written.recipient;
   const LetterHead head{.from = from_,
-                        .toName = written.recipient->name,
-                        .toAddress = written.recipient->address,
+                        .toName = recipient.name,
+                        .toAddress = recipient.address,
                         .id = id,
-                        .at = mail.queuedAt};
+                        .at = first.queuedAt};
   try {
-    const std::string text = letterText(head, filledText(used.text, written.values));
+    const std::string text = letterText(head, filledText(used.text, valuesOf(written.mails, recipient.name)));
     return carrier_->carry({.from = from_.address, .to = head.toAddress, .text = text}, ending);
   } catch (const UserError& error) {
     return {Delivery::Kind::Refused, error.what()};
   }
 }
 
-void Postman::settle(const TakenMail& mail, const Written& written, const Delivery& delivery) {
+void Postman::settle(const Written& written, const Delivery& delivery) {
   const Moment now = clock_();
+  const TakenMail& first = written.mails.front().mail;
+  const auto changeEach = [&](const auto& what) {
+    change([&](Connection& db) {
+      for (const WrittenMail& each : written.mails) what(db, each);
+    });
+  };
   if (delivery.kind == Delivery::Kind::Sent) {
-    ++sent_;
-    return change([&](Connection& db) { markSent(db, mail, written.told, now); });
+    sent_ += std::ssize(written.mails);
+    return changeEach(
+        [&](Connection& db, const WrittenMail& each) { markSent(db, each.mail, each.told, now); });
   }
-  const std::string about = confirmationNumber(mail.bookingId);
-  if (delivery.kind != Delivery::Kind::Refused && now - mail.queuedAt < mailPatience) {
-    spdlog::warn("mail {} about booking {} waits: {}", mail.id, about, delivery.fault);
-    return change([&](Connection& db) { postpone(db, mail, delivery.fault, now + delayAfter(mail.tries)); });
+  const std::string about = bookingsText(written.mails);
+  if (delivery.kind != Delivery::Kind::Refused && now - first.queuedAt < mailPatience) {
+    spdlog::warn("mail {} about booking {} waits: {}", first.id, about, delivery.fault);
+    const Moment until = now + delayAfter(first.tries);
+    return changeEach(
+        [&](Connection& db, const WrittenMail& each) { postpone(db, each.mail, delivery.fault, until); });
   }
-  ++failed_;
-  spdlog::error("mail {} about booking {} is given up: {}", mail.id, about, delivery.fault);
-  change([&](Connection& db) { giveUp(db, mail, delivery.fault); });
+  failed_ += std::ssize(written.mails);
+  spdlog::error("mail {} about booking {} is given up: {}", first.id, about, delivery.fault);
+  changeEach([&](Connection& db, const WrittenMail& each) { giveUp(db, each.mail, delivery.fault); });
 }
 
 }  // namespace vantry::server

@@ -8,6 +8,7 @@
 #include <stop_token>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "server/base/moment.h"
 #include "server/mail/letter.h"
@@ -19,7 +20,7 @@ namespace vantry::server {
 
 /// Sends what is in the outbox, on a thread of its own from `start` to `stop`, so that no desk waits for a
 /// mail server. Any number of processes may do this on one store: each mail is sent by one of them. A crash
-/// between the sending of a mail and the mark of it sends the same mail again, with the same Message-ID.
+/// between the sending of a letter and the mark of it sends the same letter again, with the same Message-ID.
 class Postman {
  public:
   /// Throws UserError with a sentence for settings that make no sense.
@@ -45,10 +46,10 @@ class Postman {
   struct Written;
   void work(const std::stop_token& ending);
   bool sendDueSafely(const std::stop_token& ending);
-  bool send(const TakenMail& mail, const std::stop_token& ending);
-  Written write(const TakenMail& mail);
-  Delivery carry(const TakenMail& mail, const Written& written, const std::stop_token& ending);
-  void settle(const TakenMail& mail, const Written& written, const Delivery& delivery);
+  bool send(const std::vector<TakenMail>& mails, const std::stop_token& ending);
+  Written write(const std::vector<TakenMail>& mails);
+  Delivery carry(const Written& written, const std::stop_token& ending);
+  void settle(const Written& written, const Delivery& delivery);
   void change(const Database::Work& work);
   void tellFaults(const UsedText& used);
 

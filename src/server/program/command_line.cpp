@@ -14,6 +14,7 @@
 
 #include "server/base/user_error.h"
 #include "server/program/configuration.h"
+#include "server/program/mistyped_command.h"
 
 namespace vantry::server {
 
@@ -43,6 +44,7 @@ class Program : public CLI::App {
                   ->configurable(false)
                   ->capture_default_str();
     describeMailSettings(*this, site.mail);
+    describeDirectorySettings(*this, site.directory);
     for (const auto describe : families) describe(*this, site);
   }
 
@@ -104,6 +106,8 @@ int runCommandLine(int argc, char** argv) {
   try {
     program.parse(program.argumentsOf(argc, argv));
     return 0;
+  } catch (const CLI::RequiredError& error) {
+    return program.exit(namingMistyped(program, error));
   } catch (const CLI::ParseError& error) {
     return program.exit(error);
   } catch (const std::exception& error) {

@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "server/directory/directory_settings.h"
 #include "server/mail/mail_settings.h"
 
 namespace CLI {
@@ -22,6 +23,7 @@ struct Site {
   /// VANTRY_DATABASE", or the configuration file. What is not in it has its default.
   std::map<std::string, std::string> origins = {};
   MailSettings mail;
+  DirectorySettings directory;
 };
 
 /// Whether the command line or the environment names the database.
@@ -47,9 +49,11 @@ void describeMail(CLI::App& app, const Site& site);
 void describeRetention(CLI::App& app, const Site& site);
 void describePatrons(CLI::App& app, const Site& site);
 
-/// The settings of mail, which all commands may be given, so that one entry of the configuration file does
-/// for all.
+// The settings of mail and of the house's directory, which all commands may be given, so that one entry of
+// the configuration file does for all.
+
 void describeMailSettings(CLI::App& app, MailSettings& mail);
+void describeDirectorySettings(CLI::App& app, DirectorySettings& directory);
 
 /// Reads the command line, does what it says, and gives the program's exit status.
 [[nodiscard]] int runCommandLine(int argc, char** argv);

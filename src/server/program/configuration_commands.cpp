@@ -28,6 +28,10 @@ void printSetting(const Site& site, std::string_view name, std::string_view valu
 void printConfiguration(const CLI::App& program, const Site& site) {
   printSetting(site, "config", site.config);
   printSetting(site, "database", plainDatabaseName(site.database));
+  for (const CLI::Option* option : program.get_options()) {
+    const std::string name = option->get_name().substr(2);
+    if (option->get_configurable() && name != "database") printSetting(site, name, valueOf(*option));
+  }
   for (const CLI::Option* option : program.get_subcommand("serve")->get_options()) {
     if (option->get_configurable())
       printSetting(site, "serve." + option->get_name().substr(2), valueOf(*option));

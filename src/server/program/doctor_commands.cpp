@@ -1,15 +1,18 @@
 #include <ctime>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
 
 #include "server/base/user_error.h"
+#include "server/directory/directory.h"
 #include "server/http/certificate.h"
 #include "server/mail/mail_carrier.h"
 #include "server/program/command_line.h"
 #include "server/program/on_library.h"
+#include "server/setup/administration.h"
 #include "server/setup/demo/demo.h"
 #include "server/setup/doctor.h"
 #include "server/store/dialect.h"
@@ -48,12 +51,31 @@ void lookAtMail(const MailSettings& mail, std::vector<std::string>& found) {
   }
 }
 
+/// Tells of a directory that cannot be asked, or that there is not.
+void lookAtDirectory(const DirectorySettings& directory, bool isNeeded, std::vector<std::string>& found) {
+  if (directory.address.empty()) {
+    if (isNeeded) found.emplace_back("Operators log on by the directory, and none is set: see --directory.");
+    return;
+  }
+  try {
+    if (const std::string fault = Directory(directory).fault(); !fault.empty()) found.push_back(fault);
+  } catch (const UserError& error) {
+    found.emplace_back(error.what());
+  }
+}
+
+bool isAnyByDirectory(Connection& db) {
+  return std::ranges::any_of(operators(db),
+                             [](const OperatorRow& row) { return row.active && row.byDirectory; });
+}
+
 /// Prints what is wrong with the library's set-up and its machine, or will be soon; true when nothing is.
 bool runDoctor(const Site& site, const CertificateFiles& files) {
   const std::string& url = site.database;
   std::vector<std::string> found;
   MachineState state{.now = std::time(nullptr)};
   LibrarySizes sizes;
+  bool needsDirectory = false;
   std::vector<std::string> ofLibrary;
   lookAtCertificate(files, state, found);
   lookAtMail(site.mail, found);
@@ -62,8 +84,10 @@ bool runDoctor(const Site& site, const CertificateFiles& files) {
     database.read([&](Connection& db) {
       sizes = librarySizes(db);
       ofLibrary = examineLibrary(db, wallClock());
+      needsDirectory = isAnyByDirectory(db);
     });
   });
+  lookAtDirectory(site.directory, needsDirectory, found);
   state.freeBytes = freeBeside(url);
   state.databaseBytes = sizes.bytes;
   found.insert(found.end(), ofLibrary.begin(), ofLibrary.end());

@@ -73,14 +73,14 @@ void letAllRead(const std::string& path) {
 void writeTexts(const std::string& folder) {
   std::error_code error;
   if (std::filesystem::create_directories(folder, error)) letAllRead(folder);
-  for (const MailKind kind : allMailKinds) {
-    const std::string path = mailTextFile(folder, kind);
+  for (const std::string_view name : mailTextNames()) {
+    const std::string path = mailTextFile(folder, name);
     if (std::filesystem::exists(path, error)) {
       std::cout << path << " is there already, and stays as it is.\n";
       continue;
     }
     std::ofstream file(path, std::ios::binary);
-    file << textOfFile(builtInText(kind));
+    file << textOfFile(builtInText(name));
     file.close();
     if (!file) throw UserError(path + " cannot be written.");
     letAllRead(path);
@@ -102,13 +102,13 @@ void tellKinds(const MailKinds& kinds) {
 /// False when a file has a fault.
 bool tellTexts(const std::string& folder) {
   bool isSound = true;
-  for (const MailKind kind : allMailKinds) {
-    const UsedText used = usedText(folder, kind);
+  for (const std::string_view name : mailTextNames()) {
+    const UsedText used = usedText(folder, name);
     for (const std::string& fault : used.faults) std::cerr << fault << '\n';
     if (!used.faults.empty()) isSound = false;
     if (used.faults.empty())
-      std::cout << mailKindName(kind) << ": "
-                << (used.isBuiltIn ? "the built-in text" : mailTextFile(folder, kind)) << ".\n";
+      std::cout << name << ": " << (used.isBuiltIn ? "the built-in text" : mailTextFile(folder, name))
+                << ".\n";
   }
   return isSound;
 }

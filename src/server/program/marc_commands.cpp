@@ -152,6 +152,8 @@ void describeHoursImport(CLI::App& import, const Site& site) {
       ->add_option("--closed-word", given->hours.closedWords, "An event closes when its summary has the word")
       ->allow_extra_args(false)
       ->capture_default_str();
+  hours->add_flag("--bridge-breaks", given->hours.bridgesBreaks,
+                  "Take a day with several times from its first opening to its last closing");
   hours->add_flag("--check", given->checkOnly, "Only tell what is wrong, and what would change");
   hours->callback([given, &site] { importHoursFile(site.database, *given); });
 }

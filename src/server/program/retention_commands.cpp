@@ -1,3 +1,5 @@
+#include <csignal>
+#include <ctime>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -47,14 +49,49 @@ void show(const std::string& url) {
   std::cout << textOf(retention) << '\n';
 }
 
+/// Holds back the signals that end a program, so that a step is finished before they are looked at.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigemptyset(&ending_);
+    for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending_, each);
+    pthread_sigmask(SIG_BLOCK, &ending_, &before_);
+  }
+  ~HeldSignals() {
+    // What has arrived has been heeded.
+    const timespec atOnce{};
+    while (sigtimedwait(&ending_, nullptr, &atOnce) > 0) {
+    }
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+  [[nodiscard]] bool hasOne() const {
+    sigset_t arrived;
+    sigpending(&arrived);
+    return sigismember(&arrived, SIGINT) == 1 || sigismember(&arrived, SIGTERM) == 1 ||
+           sigismember(&arrived, SIGHUP) == 1;
+  }
+
+ private:
+  sigset_t ending_{};
+  sigset_t before_{};
+};
+
 void runNow(const std::string& url) {
+  const HeldSignals signals;
   RetentionReport report;
-  onLibrary(url, [&](Database& database) { report = applyRetention(database, wallClock()); });
+  onLibrary(url, [&](Database& database) {
+    report = applyRetention(database, wallClock(), [&] { return !signals.hasOne(); });
+  });
   changeLibrary(url, [&](Connection& db) {
     auditCommand(db, wallClock(), "retention run", {}, std::to_string(report.bookings) + " bookings");
   });
   std::cout << "Made anonymous: " << report.bookings << " bookings, " << report.blankedRows
             << " rows of the audit about bookings. Deleted: " << report.auditRows << " rows of the audit.\n";
+  if (report.isStopped)
+    throw UserError("Stopped. What is left is done by the server, or when the command is given again.");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "server/base/moment.h"
 #include "server/catalogue/catalogue_store.h"
 #include "server/desk/refusal_counts.h"
+#include "server/directory/directory.h"
 #include "server/http/http_front.h"
 #include "server/jobs/housekeeping.h"
 #include "server/mail/mail_carrier.h"
@@ -58,13 +59,18 @@ static std::unique_ptr<Postman> postmanFor(Database& database, const Server::Opt
   }
 }
 
+static std::unique_ptr<Directory> directoryFor(const Server::Options& options) {
+  return options.directory.address.empty() ? nullptr : std::make_unique<Directory>(options.directory);
+}
+
 class Server::Impl {
  public:
   explicit Impl(const Options& options)
-      : database_(options.database, storeOptions(options)),
+      : directory_(directoryFor(options)),
+        database_(options.database, storeOptions(options)),
         runner_(heldToSchema(database_), clockOf(options),
                 options.quickHashes ? HashCost::Quick : HashCost::Interactive, {.most = options.mostFound},
-                {.refusals = &refusals_, .mail = options.mail.kinds}),
+                {.refusals = &refusals_, .mail = options.mail.kinds, .directory = directory_.get()}),
         clock_(clockOf(options)),
         housekeeper_(database_, refusals_, clock_, options.trustsClock, options.mail.kinds),
         postman_(postmanFor(database_, options)),
@@ -114,6 +120,7 @@ class Server::Impl {
     return {.queued = figures.queued, .sent = figures.sent, .failed = figures.failed};
   }
 
+  std::unique_ptr<Directory> directory_;
   Database database_;
   RefusalCounts refusals_;
   RequestRunner runner_;

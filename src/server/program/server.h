@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "server/directory/directory_settings.h"
 #include "server/http/http_limits.h"
 #include "server/mail/mail_settings.h"
 #include "server/setup/demo/demo.h"
@@ -32,7 +33,8 @@ class Server {
     bool trustsClock = false;    ///< keeps house at once after a pause of any length
     int mostFound = 2000;        ///< hits that a search tells; all are counted
     server::MailSettings mail;   ///< what patrons are told by it
-    bool quickHashes = false;    ///< cheap password hashes, for tests only
+    server::DirectorySettings directory;  ///< where operators may have their passwords
+    bool quickHashes = false;             ///< cheap password hashes, for tests only
     std::function<std::int64_t()>
         clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
     /// Called once, on any thread, when the SQLite file was moved or replaced: nothing is answered any more.

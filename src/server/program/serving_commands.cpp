@@ -128,6 +128,7 @@ void describeServing(CLI::App& app, const Site& site) {
   serving->callback([given, &site] {
     given->options.database = site.database;
     given->options.mail = site.mail;
+    given->options.directory = site.directory;
     spdlog::set_default_logger(
         std::make_shared<spdlog::logger>("", std::make_shared<LogOutput>(STDOUT_FILENO)));
     spdlog::set_level(spdlog::level::from_str(given->logLevel));

@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "server/directory/directory.h"
 #include "server/program/command_line.h"
 #include "server/program/configuration.h"
 #include "server/program/service.h"
@@ -114,6 +115,13 @@ void tell(const SetupPlan& plan, const std::vector<std::string>& done, const std
   if (done.empty() && plan.settings.empty()) std::cout << "Everything is as it was.\n";
 }
 
+/// It may be away now, so that this hinders nothing.
+void tryDirectory(const DirectorySettings& directory) {
+  if (directory.address.empty()) return;
+  const std::string fault = Directory(directory).fault();
+  std::cout << (fault.empty() ? "The directory answers." : fault) << '\n';
+}
+
 void setUp(const Site& site, const SetupCommand& command) {
   const std::string config = std::filesystem::absolute(site.config).lexically_normal().string();
   const bool isForService = config == siteConfiguration;
@@ -135,6 +143,7 @@ void setUp(const Site& site, const SetupCommand& command) {
   }
   if (!plan.settings.empty()) changed.commit();
   tell(plan, done, config);
+  tryDirectory(plan.directory);
   startServing(plan, config, isForService);
   if (plan.isNew)
     std::cout
@@ -179,6 +188,16 @@ void describeSetup(CLI::App& app, const Site& site) {
   setup->add_option("--proxy", given.proxy, "Address of the proxy");
   setup->add_option("--certificate", given.certificate, "PEM file of the certificate");
   setup->add_option("--key", given.key, "PEM file of its key");
+  setup->add_option("--directory", given.directory,
+                    "Directory with passwords of operators: ldap://host, ldaps://host, or none");
+  setup->add_option("--directory-authority", given.directoryAuthority,
+                    "PEM file of who vouches for its certificate");
+  setup->add_option("--directory-name", given.directoryName, "The pattern of the operators' names there");
+  setup->add_option("--directory-base", given.directoryBase, "Or the base of a search for them");
+  setup->add_option("--directory-filter", given.directoryFilter, "What the one entry of an operator fits");
+  setup->add_option("--directory-account", given.directoryAccount, "Name of the entry that may search");
+  setup->add_option("--directory-password-file", given.directoryPasswordFile,
+                    "File whose first line is its password");
   setup->callback([setup, command, &site] {
     takeAnswers(*setup, site, *command);
     setUp(site, *command);

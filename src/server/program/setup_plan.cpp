@@ -12,6 +12,7 @@
 
 #include "server/access/operators.h"
 #include "server/access/passwords.h"
+#include "server/directory/directory.h"
 #include "server/http/certificate.h"
 #include "server/http/clients.h"
 #include "server/store/library_clock.h"
@@ -26,6 +27,8 @@ namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
 constexpr const char* serviceFolder = "/var/lib/vantry";
+constexpr const char* none = "none";
+constexpr const char* someNames = "uid={login},ou=people,dc=library,dc=example";
 constexpr std::array reaches{"this-machine", "proxy", "certificate"};
 
 /// What a check throws is what is wrong.
@@ -108,6 +111,7 @@ class Asking {
     askPlaces();
     askOperator();
     askReach();
+    askDirectory();
     return plan_;
   }
 
@@ -223,11 +227,14 @@ class Asking {
     plan_.library.firstOperator = std::move(fresh);
   }
 
+  [[nodiscard]] bool isSwitchedOn(const std::string& name) const {
+    constexpr std::array<std::string_view, 5> yes{"true", "yes", "on", "y", "1"};
+    return std::ranges::find(yes, standing(name, "")) != yes.end();
+  }
+
   [[nodiscard]] std::string standingReach() const {
     if (!standing("serve.certificate", "").empty()) return "certificate";
-    constexpr std::array<std::string_view, 5> yes{"true", "yes", "on", "y", "1"};
-    const bool isBehindProxy = std::ranges::find(yes, standing("serve.behind-proxy", "")) != yes.end();
-    return isBehindProxy ? "proxy" : "this-machine";
+    return isSwitchedOn("serve.behind-proxy") ? "proxy" : "this-machine";
   }
 
   void askReach() {
@@ -299,6 +306,113 @@ class Asking {
     }
     set("serve.certificate", files.certificate);
     set("serve.key", files.key);
+  }
+
+  /// What is wrong with the directory, once it is changed so.
+  template <class Change>
+  [[nodiscard]] std::string faultOfDirectory(const Change& change) const {
+    DirectorySettings tried = plan_.directory;
+    change(tried);
+    return faultOf([&] { checkDirectory(tried); });
+  }
+
+  [[nodiscard]] std::string faultOfFile(const std::string& file) const {
+    return faultAsService([&] {
+      if (faccessat(AT_FDCWD, file.c_str(), R_OK, AT_EACCESS) != 0)
+        throw UserError("The file " + inQuotes(file) + " cannot be read.");
+    });
+  }
+
+  void askDirectory() {
+    plan_.directory.plain = isSwitchedOn("directory-plain");
+    const std::string address =
+        dialog_.answer({.text = "Directory with passwords of operators (ldap://host, ldaps://host, or none)",
+                        .suggestion = standing("directory", none),
+                        .fault =
+                            [&](const std::string& answer) {
+                              if (answer == none) return std::string();
+                              return faultOfDirectory([&](DirectorySettings& tried) {
+                                tried.address = answer;
+                                tried.name = someNames;
+                              });
+                            }},
+                       given_.directory);
+    set("directory", address == none ? "" : address);
+    if (address == none) return;
+    plan_.directory.address = address;
+    askAuthority();
+    askNamesThere();
+  }
+
+  void askAuthority() {
+    const std::string file = dialog_.answer(
+        {.text = "File of who vouches for its certificate (PEM; system: whom this machine trusts)",
+         .suggestion = standing("directory-authority", "system"),
+         .fault =
+             [&](const std::string& answer) {
+               return answer == "system" ? std::string() : faultOfFile(absolutePath(answer));
+             }},
+        given_.directoryAuthority);
+    plan_.directory.authority = file == "system" ? std::string() : absolutePath(file);
+    set("directory-authority", plan_.directory.authority);
+  }
+
+  static void takeNamesThere(DirectorySettings& directory, const std::string& answer) {
+    const bool isPattern = answer.find(loginMark) != std::string::npos;
+    directory.name = isPattern ? answer : std::string();
+    directory.base = isPattern ? std::string() : answer;
+  }
+
+  void askNamesThere() {
+    DirectorySettings& directory = plan_.directory;
+    takeNamesThere(
+        directory,
+        dialog_.answer({.text = "The operators' names there, such as " + std::string(someNames) +
+                                ", or the base of a search for them",
+                        .suggestion = standing("directory-name", standing("directory-base", {})),
+                        .fault =
+                            [&](const std::string& answer) {
+                              return faultOfDirectory(
+                                  [&](DirectorySettings& tried) { takeNamesThere(tried, answer); });
+                            }},
+                       given_.directoryName.empty() ? given_.directoryBase : given_.directoryName));
+    set("directory-name", directory.name);
+    set("directory-base", directory.base);
+    if (!directory.base.empty()) askSearch();
+  }
+
+  void askSearch() {
+    DirectorySettings& directory = plan_.directory;
+    directory.filter = dialog_.answer(
+        {.text = "What the one entry of an operator fits",
+         .suggestion = standing("directory-filter", directory.filter),
+         .fault =
+             [&](const std::string& answer) {
+               return faultOfDirectory([&](DirectorySettings& tried) { tried.filter = answer; });
+             }},
+        given_.directoryFilter);
+    set("directory-filter", directory.filter);
+    const std::string account =
+        dialog_.answer({.text = "Name of the entry that may search (none: anybody may)",
+                        .suggestion = standing("directory-account", none),
+                        .fault =
+                            [&](const std::string& answer) {
+                              return faultOfDirectory([&](DirectorySettings& tried) {
+                                tried.account = answer == none ? std::string() : answer;
+                                tried.passwordFile = answer;
+                              });
+                            }},
+                       given_.directoryAccount);
+    directory.account = account == none ? std::string() : account;
+    set("directory-account", directory.account);
+    if (!directory.account.empty()) {
+      directory.passwordFile = absolutePath(dialog_.answer(
+          {.text = "File whose first line is its password",
+           .suggestion = standing("directory-password-file", "/etc/vantry/directory.password"),
+           .fault = [&](const std::string& answer) { return faultOfFile(absolutePath(answer)); }},
+          given_.directoryPasswordFile));
+    }
+    set("directory-password-file", directory.passwordFile);
   }
 
   static void needValid(const std::string& certificate) {

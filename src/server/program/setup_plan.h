@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "server/directory/directory_settings.h"
 #include "server/program/configuration.h"
 #include "server/program/service.h"
 #include "server/program/setup_dialog.h"
@@ -26,6 +27,13 @@ struct GivenAnswers {
   std::string proxy;
   std::string certificate;
   std::string key;
+  std::string directory;  ///< its address, or "none"
+  std::string directoryAuthority;
+  std::string directoryName;
+  std::string directoryBase;
+  std::string directoryFilter;
+  std::string directoryAccount;
+  std::string directoryPasswordFile;
 };
 
 /// What a set-up is to do, every answer of it a good one.
@@ -34,6 +42,7 @@ struct SetupPlan {
   bool isNew = true;       ///< whether the database has no library yet
   bool movesZone = false;  ///< whether a library that is there gets another time zone
   LibraryWish library;
+  DirectorySettings directory;    ///< where operators may have their passwords; without an address none
   std::vector<Setting> settings;  ///< of the configuration file, that differ; an empty one is removed
 };
 

@@ -4,7 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 #include <set>
+#include <span>
+#include <vector>
 
 #include "server/desk/booking_store.h"
 #include "server/desk/monitor_store.h"
@@ -112,15 +115,50 @@ class ConflictSearch {
 
   void fillWishes() {
     const std::vector<std::int64_t> waiting = bookingsThatWish(db_, live_);
-    std::set<std::int64_t> known(waiting.begin(), waiting.end());
+    const std::set<std::int64_t> known(waiting.begin(), waiting.end());
+    std::vector<std::int64_t> all;
     for (const std::int64_t id : live_) {
-      if (!known.contains(id) && !lost_.contains(id)) continue;
-      const std::optional<DeskBooking> booking = findDeskBooking(db_, id);
-      if (booking) fillWishesOf(*booking);
+      if (known.contains(id) || lost_.contains(id)) all.push_back(id);
     }
+    constexpr std::size_t together = 16;
+    const std::span<const std::int64_t> ids = all;
+    for (std::size_t from = 0; from < ids.size(); from += together)
+      fillWishesOf(ids.subspan(from, std::min(together, ids.size() - from)));
   }
 
-  void fillWishesOf(DeskBooking booking) {
+  struct Wisher {
+    DeskBooking booking;
+    std::vector<PieceLine> pieces;
+    std::vector<ItemLine> items;
+  };
+
+  void fillWishesOf(std::span<const std::int64_t> ids) {
+    for (Wisher& each : wishers(ids)) fillWishesOf(each);
+  }
+
+  /// They are read together, since what one of them is given changes none of the others.
+  std::vector<Wisher> wishers(std::span<const std::int64_t> ids) {
+    std::vector<Pending<std::optional<DeskBooking>>> bookings;
+    std::vector<Pending<std::vector<PieceLine>>> pieces;
+    std::vector<Pending<std::vector<ItemLine>>> items;
+    for (const std::int64_t id : ids) {
+      bookings.push_back(askDeskBooking(db_, id));
+      pieces.push_back(askPieceLines(db_, id));
+      items.push_back(askItemLines(db_, id));
+    }
+    std::vector<Wisher> all;
+    for (std::size_t each = 0; each < ids.size(); ++each) {
+      const std::optional<DeskBooking> booking = bookings[each].get();
+      Wisher wisher{{}, pieces[each].get(), items[each].get()};
+      if (!booking) continue;
+      wisher.booking = *booking;
+      all.push_back(std::move(wisher));
+    }
+    return all;
+  }
+
+  void fillWishesOf(Wisher& wisher) {
+    DeskBooking& booking = wisher.booking;
     WishFiller filler(db_, booking, policyOf(booking.locationId, booking.groupId), booking.taken.from,
                       context_.now);
     const auto isLost = [&](ThingKind kind, std::int64_t line) {
@@ -132,7 +170,7 @@ class ConflictSearch {
     }
     if (booking.roomId == 0 && booking.roomWish.typeId != 0 && !filler.fillRoom())
       warnings_.push_back({.bookingId = booking.id, .code = warning::noRoom});
-    for (PieceLine& line : pieceLinesOf(db_, booking.id)) {
+    for (PieceLine& line : wisher.pieces) {
       if (isLost(ThingKind::Equipment, line.id)) filler.giveUp(line);
       if (line.pieceId == 0 && !filler.fill(line) && !filler.isExpected(line))
         warnings_.push_back({.bookingId = booking.id,
@@ -140,7 +178,7 @@ class ConflictSearch {
                              .tag = tags::ENO,
                              .type = equipmentTypeName(db_, line.typeId)});
     }
-    for (ItemLine& line : itemLinesOf(db_, booking.id)) {
+    for (ItemLine& line : wisher.items) {
       if (isLost(ThingKind::Item, line.id)) filler.giveUp(line);
       if (line.itemId == 0 && !filler.fill(line) && !filler.isExpected(line))
         warnings_.push_back({.bookingId = booking.id,

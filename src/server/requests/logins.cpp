@@ -27,34 +27,63 @@ std::string_view rightAskedFor(const Message& message) {
   return {};
 }
 
+/// What the audit tells beside who it was, with the way that was taken.
+std::string withWay(const std::optional<OperatorAccount>& account, std::string_view detail) {
+  std::string text(detail);
+  if (account && account->byDirectory) text += ", by directory";
+  return text;
+}
+
 }  // namespace
 
+/// Without a directory nobody has to wait for one.
+bool RequestRunner::needsDirectory(const std::optional<OperatorAccount>& account) const {
+  return directory_ != nullptr && account && account->active && account->byDirectory;
+}
+
+Directory::Verdict RequestRunner::judgePassword(const OperatorAccount& account,
+                                                std::string_view password) const {
+  using Verdict = Directory::Verdict;
+  if (!account.byDirectory)
+    return matchesPassword(account.password, password) ? Verdict::Right : Verdict::Wrong;
+  if (directory_ != nullptr) {
+    const Verdict verdict = directory_->judge(account.login, password);
+    if (verdict == Verdict::Wrong) wasteCheck(password, cost_);
+    return verdict;
+  }
+  spdlog::error("{} cannot log on now: no directory is set", account.login);
+  return Verdict::Away;
+}
+
 RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::string_view password,
-                                                std::string_view address) {
+                                                std::string_view address, Waiting waiting) {
+  using Kind = LoginResult::Kind;
   const Moment now = clock_();
   std::optional<OperatorAccount> account;
   std::optional<Moment> wait;
-  if (!mayBeLogin(name, password))
-    return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
+  if (!mayBeLogin(name, password)) return {.kind = Kind::Refused};
   database_.read([&](Connection& db) {
     account = findOperator(db, name);
     wait = waitBeforeTry(db, name, address, now);
   });
-  if (wait) return {.kind = LoginResult::Kind::TooMany, .token = {}, .login = {}, .retryAfter = *wait};
+  if (wait) return {.kind = Kind::TooMany, .retryAfter = *wait};
+  if (waiting == Waiting::Forbidden && needsDirectory(account)) return {.kind = Kind::NeedsDirectory};
   const bool known = account && account->active;
   if (!known) wasteCheck(password, cost_);
-  const bool granted = known && matchesPassword(account->password, password);
+  const auto verdict = known ? judgePassword(*account, password) : Directory::Verdict::Wrong;
+  if (verdict == Directory::Verdict::Away) return {.kind = Kind::Away};
+  const bool granted = verdict == Directory::Verdict::Right;
   std::string token;
   const auto note = [&](Connection& db) {
     if (!granted) {
       noteFailedTry(db, name, address, now);
-      return audit(db, nullptr, now, "login refused", name, address);
+      return audit(db, nullptr, now, "login refused", name, withWay(account, address));
     }
     forgetFailures(db, name, address);
     token = openSession(db, account->id, now);
     Session session;
     session.operatorId = account->id;
-    audit(db, &session, now, "login", account->login, address);
+    audit(db, &session, now, "login", account->login, withWay(account, address));
   };
   try {
     database_.writeApart({}, note);
@@ -64,8 +93,8 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
     if (!granted) throw;
     token = openSpareSession(*account, error, now);
   }
-  if (!granted) return {.kind = LoginResult::Kind::Refused, .token = {}, .login = {}, .retryAfter = 0};
-  return {.kind = LoginResult::Kind::Granted, .token = token, .login = account->login, .retryAfter = 0};
+  if (!granted) return {.kind = Kind::Refused};
+  return {.kind = Kind::Granted, .token = token, .login = account->login};
 }
 
 /// The work of a desk goes on as far as it only reads. Throws the error when it cannot.
@@ -104,20 +133,21 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
     account = findOperator(db, session->login);
     wait = waitBeforeTry(db, session->login, address, now);
   });
-  if (!session || !account) return {.kind = Kind::NoSession, .weakness = {}, .retryAfter = 0};
+  if (!session || !account) return {.kind = Kind::NoSession};
+  if (account->byDirectory) return {.kind = Kind::NotOurs};
   const auto note = [&](Connection& db, std::string_view action) {
     audit(db, &*session, now, action, session->login, address);
   };
   if (wait) {
     database_.writeApart({}, [&](Connection& db) { note(db, "password refused"); });
-    return {.kind = Kind::TooMany, .weakness = {}, .retryAfter = *wait};
+    return {.kind = Kind::TooMany, .retryAfter = *wait};
   }
   if (!mayBeLogin(session->login, old) || !matchesPassword(account->password, old)) {
     database_.writeApart({}, [&](Connection& db) {
       noteFailedTry(db, session->login, address, now);
       note(db, "password refused");
     });
-    return {.kind = Kind::WrongOld, .weakness = {}, .retryAfter = 0};
+    return {.kind = Kind::WrongOld};
   }
   const std::string weakness = weaknessOf(fresh);
   const std::string hash = weakness.empty() ? hashPassword(fresh, cost_) : std::string();
@@ -129,8 +159,8 @@ RequestRunner::PasswordResult RequestRunner::changePassword(std::string_view tok
     note(db, "password changed");
   });
   if (weakness.empty()) spare_.closeOf(account->id);
-  if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness, .retryAfter = 0};
-  return {.kind = Kind::Changed, .weakness = {}, .retryAfter = 0};
+  if (!weakness.empty()) return {.kind = Kind::TooWeak, .weakness = weakness};
+  return {.kind = Kind::Changed};
 }
 
 /// Failures count for the session and not for an address, so that one desk's cannot stop the others'.
@@ -171,7 +201,9 @@ int RequestRunner::judgeSupervisor(const Supervisor& met, std::string_view seale
     wasteCheck(sealed, cost_);
     return rc::wrongLogin;
   }
-  if (!matchesPassword(met.account->password, *password)) return rc::wrongLogin;
+  const Directory::Verdict verdict = judgePassword(*met.account, *password);
+  if (verdict == Directory::Verdict::Away) return rc::notJudged;
+  if (verdict == Directory::Verdict::Wrong) return rc::wrongLogin;
   return met.holdsRight ? 0 : rc::notAuthorized;
 }
 
@@ -189,8 +221,14 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
   }
   const std::string digest = digestOf(incoming.code, incoming.tags);
   if (met.judged.stored) return repeat(*met.judged.stored, incoming.code, digest);
+  if (incoming.waiting == Waiting::Forbidden && !met.tooMany && needsDirectory(met.account)) {
+    answer.kind = Answer::Kind::NeedsDirectory;
+    return answer;
+  }
   const int outcome = judgeSupervisor(met, message.text(tags::PW));
   answer.json = Reply(outcome).json();
+  // That was no try, and no reply to keep: asked once more, the directory may say.
+  if (outcome == rc::notJudged) return answer;
   database_.writeApart(incoming.requestId, [&](Connection& db) {
     const ReplyKey key{.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId};
     // The same request, sent once more, may have been quicker.
@@ -204,7 +242,7 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
     if (outcome != rc::wrongLogin) forgetFailures(db, name, desk);
     if (outcome == rc::wrongLogin && mayBeOne && !met.tooMany) noteFailedTry(db, name, desk, now);
     audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",
-          mayBeOne ? name : std::string_view{}, rightAskedFor(message));
+          mayBeOne ? name : std::string_view{}, withWay(met.account, rightAskedFor(message)));
     storeReply(db, key, {std::string(incoming.code), digest, answer.json}, now);
   });
   return answer;

@@ -62,6 +62,7 @@ RequestRunner::RequestRunner(Database& database, Clock clock, HashCost cost, con
       search_(search),
       refusals_(use.refusals),
       mail_(use.mail),
+      directory_(use.directory),
       keys_(keysOf(database)) {}
 
 RequestRunner::Judged RequestRunner::judge(Connection& db, const Incoming& incoming, Moment now) const {

@@ -12,6 +12,7 @@
 #include "server/access/stored_replies.h"
 #include "server/base/moment.h"
 #include "server/desk/refusal_counts.h"
+#include "server/directory/directory.h"
 #include "server/mail/mail_kinds.h"
 #include "server/requests/reply.h"
 #include "server/requests/search_limits.h"
@@ -26,6 +27,7 @@ struct OperatorAccount;
 struct RunnerUse {
   RefusalCounts* refusals = nullptr;  ///< counts what is refused, where somebody wants to know
   MailKinds mail = {};                ///< what patrons are told by mail
+  Directory* directory = nullptr;     ///< judges the passwords of its operators
 };
 
 /// What the server does, without HTTP: logins and requests. Holds no state of its own but the spare sessions,
@@ -40,13 +42,26 @@ class RequestRunner {
   /// The key to which clients seal the passwords that requests contain.
   [[nodiscard]] const std::string& sealingKey() const { return keys_.open; }
 
+  /// Whether a call may wait for the house's directory. One that may not, and would have to, does nothing and
+  /// answers so.
+  enum class Waiting { Allowed, Forbidden };
+  /// Whether anybody would have to.
+  [[nodiscard]] bool asksDirectory() const { return directory_ != nullptr; }
+
   struct LoginResult {
-    enum class Kind { Granted, Refused, TooMany } kind;
-    std::string token;      ///< when granted
-    std::string login;      ///< when granted: the operator's name as it is stored
-    Moment retryAfter = 0;  ///< when there were too many tries: seconds to wait
+    enum class Kind {
+      Granted,
+      Refused,
+      TooMany,
+      Away,  ///< the directory says nothing now
+      NeedsDirectory
+    } kind;
+    std::string token = {};  ///< when granted
+    std::string login = {};  ///< when granted: the operator's name as it is stored
+    Moment retryAfter = 0;   ///< when there were too many tries: seconds to wait
   };
-  [[nodiscard]] LoginResult login(std::string_view name, std::string_view password, std::string_view address);
+  [[nodiscard]] LoginResult login(std::string_view name, std::string_view password, std::string_view address,
+                                  Waiting waiting = Waiting::Allowed);
 
   /// Whether the token opens a session now: one cheap read, so that a stranger waits in no queue.
   [[nodiscard]] bool knowsSession(std::string_view token) const;
@@ -55,8 +70,15 @@ class RequestRunner {
   bool logout(std::string_view token);
 
   struct PasswordResult {
-    enum class Kind { Changed, NoSession, WrongOld, TooWeak, TooMany } kind;
-    std::string weakness;  ///< when too weak: one sentence
+    enum class Kind {
+      Changed,
+      NoSession,
+      WrongOld,
+      TooWeak,
+      TooMany,
+      NotOurs  ///< it is one of the directory
+    } kind;
+    std::string weakness = {};  ///< when too weak: one sentence
     Moment retryAfter = 0;
   };
   [[nodiscard]] PasswordResult changePassword(std::string_view token, std::string_view old,
@@ -67,9 +89,10 @@ class RequestRunner {
     std::string_view code;
     std::string_view requestId;
     std::span<const TagValue> tags;
+    Waiting waiting = Waiting::Allowed;
   };
   struct Answer {
-    enum class Kind { Done, NoSession, UnknownCode, IdMisused } kind = Kind::NoSession;
+    enum class Kind { Done, NoSession, UnknownCode, IdMisused, NeedsDirectory } kind = Kind::NoSession;
     std::string json;             ///< when done: the reply
     std::int64_t locationId = 0;  ///< of the session, when a writing request is done
   };
@@ -111,6 +134,9 @@ class RequestRunner {
   Answer runOverride(const Incoming& incoming);
   Supervisor meetSupervisor(Connection& db, const Incoming& incoming, Moment now) const;
   [[nodiscard]] int judgeSupervisor(const Supervisor& met, std::string_view sealed) const;
+  [[nodiscard]] bool needsDirectory(const std::optional<OperatorAccount>& account) const;
+  [[nodiscard]] Directory::Verdict judgePassword(const OperatorAccount& account,
+                                                 std::string_view password) const;
 
   Database& database_;
   Clock clock_;
@@ -118,6 +144,7 @@ class RequestRunner {
   SearchLimits search_;
   RefusalCounts* refusals_;
   MailKinds mail_;
+  Directory* directory_;
   SealingKeys keys_;
   mutable SpareSessions spare_;
 };

@@ -103,6 +103,14 @@ void addRight(Connection& db, std::int64_t operatorId, std::int64_t locationId, 
   query.bind("operator_id", operatorId).bind("location_id", locationId).bind("code", code).run();
 }
 
+/// With which password the operator logs on.
+void setWay(Connection& db, const OperatorAccount& account, std::string_view passwordHash, bool byDirectory) {
+  Query way(db, "update operators set password = :password, by_directory = :by_directory where id = :id");
+  way.bind("password", passwordHash).bind("by_directory", byDirectory).bind("id", account.id).run();
+  forgetFailures(db, account.login);
+  closeSessionsOf(db, account.id, {});
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -177,11 +185,13 @@ std::int64_t addOperator(Connection& db, const NewOperator& fresh, Moment now) {
   const std::string login = loginKey(trimmed(fresh.login));
   std::int64_t id = 0;
   Query query(db,
-              "insert into operators (login, name, password) values (:login, :name, :password) returning id");
-  query.bind("login", login).bind("name", trimmed(fresh.name)).bind("password", fresh.passwordHash).into(id);
+              "insert into operators (login, name, password, by_directory) "
+              "values (:login, :name, :password, :by_directory) returning id");
+  query.bind("login", login).bind("name", trimmed(fresh.name)).bind("password", fresh.passwordHash);
+  query.bind("by_directory", fresh.byDirectory).into(id);
   while (query.next()) {
   }
-  auditCommand(db, now, "operator added", login, {});
+  auditCommand(db, now, "operator added", login, fresh.byDirectory ? "by directory" : "");
   return id;
 }
 
@@ -225,11 +235,13 @@ void setRights(Connection& db, std::string_view login, std::string_view location
 }
 
 void setOperatorPassword(Connection& db, std::string_view login, std::string_view passwordHash, Moment now) {
-  const OperatorAccount account = needOperator(db, login);
-  setPassword(db, account.id, passwordHash);
-  forgetFailures(db, account.login);
-  closeSessionsOf(db, account.id, {});
-  auditCommand(db, now, "password set", account.login, {});
+  setWay(db, needOperator(db, login), passwordHash, false);
+  auditCommand(db, now, "password set", loginKey(trimmed(login)), {});
+}
+
+void setOperatorByDirectory(Connection& db, std::string_view login, Moment now) {
+  setWay(db, needOperator(db, login), {}, true);
+  auditCommand(db, now, "directory set", loginKey(trimmed(login)), {});
 }
 
 void setOperatorActive(Connection& db, std::string_view login, bool active, Moment now) {
@@ -262,11 +274,11 @@ std::vector<OperatorRow> operators(Connection& db) {
   std::string code;
   Query query(
       db,
-      "select o.login, o.name, o.active, l.name, r.code from operators o "
+      "select o.login, o.name, o.active, o.by_directory, l.name, r.code from operators o "
       "left join operator_locations a on a.operator_id = o.id left join locations l on l.id = a.location_id "
       "left join operator_rights r on r.operator_id = o.id and r.location_id = a.location_id "
       "order by o.login, l.name, r.code");
-  query.into(row.login, row.name, row.active, location, code);
+  query.into(row.login, row.name, row.active, row.byDirectory, location, code);
   while (query.next()) {
     if (rows.empty() || rows.back().login != row.login) rows.push_back(row);
     std::vector<OperatorPlace>& places = rows.back().places;

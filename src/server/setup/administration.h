@@ -41,7 +41,8 @@ void renamePatronGroup(Connection& db, const Renaming& wanted, Moment now);
 struct NewOperator {
   std::string_view login;
   std::string_view name;
-  std::string_view passwordHash;
+  std::string_view passwordHash = {};
+  bool byDirectory = false;  ///< the house's directory judges their password
 };
 /// Throws what addOperator would throw for this login and this name.
 void checkNewOperator(Connection& db, std::string_view login, std::string_view name);
@@ -62,7 +63,13 @@ std::int64_t checkRights(Connection& db, std::string_view location, const std::v
 void setRights(Connection& db, std::string_view login, std::string_view location,
                const std::vector<std::string>& codes, Moment now);
 
+/// A password of their own, which counts from now on, also where the directory has judged before. Ends the
+/// operator's sessions.
 void setOperatorPassword(Connection& db, std::string_view login, std::string_view passwordHash, Moment now);
+
+/// From now on the house's directory judges the operator's password; their own is forgotten. Ends the
+/// operator's sessions.
+void setOperatorByDirectory(Connection& db, std::string_view login, Moment now);
 
 /// Disabling ends the operator's sessions at once.
 void setOperatorActive(Connection& db, std::string_view login, bool active, Moment now);
@@ -78,6 +85,7 @@ struct OperatorRow {
   std::string login;
   std::string name;
   bool active = false;
+  bool byDirectory = false;  ///< the house's directory judges the password
   std::vector<OperatorPlace> places = {};
 };
 [[nodiscard]] std::vector<OperatorRow> operators(Connection& db);

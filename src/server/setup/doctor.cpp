@@ -34,6 +34,14 @@ constexpr Examination examinations[] = {
      "order by l.name"},
     {"No operator can log on: all are disabled, or there is none.",
      "select '', 0 from (select 1) x where not exists (select 1 from operators where active = 1)"},
+    {"Every operator with rights logs on by the directory: while it is away, nobody can. Give one a password "
+     "of "
+     "their own with \"operator password\".",
+     "select '', 0 from (select 1) x where exists (select 1 from operators where active = 1 and by_directory "
+     "= 1) "
+     "and not exists (select 1 from operators o join operator_rights r on r.operator_id = o.id where "
+     "o.active = 1 "
+     "and o.by_directory = 0)"},
     {"The operator % may work at no location.",
      "select o.login, 0 from operators o where o.active = 1 and not exists (select 1 from operator_locations "
      "p "

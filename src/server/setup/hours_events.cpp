@@ -10,6 +10,7 @@
 
 #include "server/base/catalogue_text.h"
 #include "server/base/user_error.h"
+#include "server/setup/csv_table.h"
 
 namespace vantry::server {
 
@@ -45,13 +46,38 @@ std::vector<icalproperty*> propertiesOf(icalcomponent* component, icalproperty_k
   return properties;
 }
 
-std::vector<icalcomponent*> eventsOf(icalcomponent* root) {
+struct Event {
+  icalcomponent* component = nullptr;
+  std::size_t line = 0;
+};
+
+/// The lines at which events begin.
+std::vector<std::size_t> eventLines(std::string_view text) {
+  constexpr std::string_view begin = "BEGIN:VEVENT";
+  std::vector<std::size_t> lines;
+  for (std::size_t line = 1; !text.empty(); ++line) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    if (text.starts_with(begin) &&
+        text.substr(begin.size(), end - begin.size()).find_first_not_of(" \r") == std::string_view::npos)
+      lines.push_back(line);
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
+/// In the order of the file.
+std::vector<Event> eventsOf(icalcomponent* root, std::string_view text) {
   std::vector<icalcomponent*> events = componentsOf(root, ICAL_VEVENT_COMPONENT);
   for (icalcomponent* calendar : componentsOf(root, ICAL_VCALENDAR_COMPONENT)) {
     const std::vector<icalcomponent*> more = componentsOf(calendar, ICAL_VEVENT_COMPONENT);
     events.insert(events.end(), more.begin(), more.end());
   }
-  return events;
+  const std::vector<std::size_t> lines = eventLines(text);
+  std::vector<Event> placed;
+  for (icalcomponent* event : events)
+    // A file that hides events in other components has more lines than events.
+    placed.push_back({event, lines.size() == events.size() ? lines[placed.size()] : 0});
+  return placed;
 }
 
 /// A moment that is the same in all zones.
@@ -75,13 +101,16 @@ class EventReader {
     if (zone_ == nullptr) throw UserError("There is no time zone \"" + how.zone + "\".");
   }
 
-  HoursEvents read(const std::vector<icalcomponent*>& events) {
-    for (icalcomponent* event : events) {
+  HoursEvents read(const std::vector<Event>& events) {
+    for (const auto& [event, line] : events) {
       icalproperty* changes = icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY);
       if (changes != nullptr)
         changed_.insert(momentKey(event, icalproperty_get_datetime_with_component(changes, event)));
     }
-    for (icalcomponent* event : events) readEvent(event);
+    for (const auto& [event, line] : events) {
+      line_ = line;
+      readEvent(event);
+    }
     return std::move(found_);
   }
 
@@ -90,7 +119,9 @@ class EventReader {
     return icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY) != nullptr;
   }
 
-  void fault(icalcomponent* event, std::string_view sentence) { faults_.add(nameOf(event), sentence); }
+  void fault(icalcomponent* event, std::string_view sentence) {
+    faults_.add((line_ == 0 ? "" : linePlace(line_) + ", ") + nameOf(event), sentence);
+  }
 
   /// "Late night" from 2026-11-24
   static std::string nameOf(icalcomponent* event) {
@@ -205,7 +236,8 @@ class EventReader {
       fault(event_, "it recurs more than " + std::to_string(mostRecurrences) + " times in these days.");
       return false;
     }
-    keep({std::max(from, how_.span.from), std::min(from + length_, how_.span.until)}, time.is_date != 0);
+    keep({std::max(from, how_.span.from), std::min(from + length_, how_.span.until), line_},
+         time.is_date != 0);
     return true;
   }
 
@@ -232,6 +264,7 @@ class EventReader {
   std::set<std::string> changed_;  ///< recurrences that another event takes the place of
 
   // Of the event that is read:
+  std::size_t line_ = 0;
   icalcomponent* event_ = nullptr;
   icaltimetype start_{};
   Moment length_ = 0;
@@ -259,7 +292,7 @@ HoursEvents readHoursEvents(const std::string& text, const HoursReading& how, Fi
   checkWhole(text);
   const Document document(icalparser_parse_string(text.c_str()));
   if (document == nullptr) throw UserError("The file is no iCalendar.");
-  const std::vector<icalcomponent*> events = eventsOf(document.get());
+  const std::vector<Event> events = eventsOf(document.get(), text);
   if (events.size() > mostEvents)
     throw UserError("The file has more than " + std::to_string(mostEvents) +
                     " events, too many for opening hours.");

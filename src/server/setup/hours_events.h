@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +16,7 @@ namespace vantry::server {
 struct Stretch {
   Moment from = 0;
   Moment until = 0;
-  bool operator==(const Stretch&) const = default;
+  std::size_t line = 0;  ///< of the file, where its event begins
 };
 
 struct HoursEvents {
@@ -30,8 +31,8 @@ struct HoursReading {
   std::string zone;                      ///< the library's time zone; empty: times are taken as they are told
 };
 
-/// Reads the events of an iCalendar, each with its recurrences. What is wrong with one is told with its
-/// summary and day.
+/// Reads the events of an iCalendar, each with its recurrences. What is wrong with one is told with its line,
+/// its summary and its day.
 [[nodiscard]] HoursEvents readHoursEvents(const std::string& text, const HoursReading& how,
                                           FileFaults& faults);
 

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "server/base/user_error.h"
+#include "server/setup/csv_table.h"
 #include "server/setup/file_text.h"
 #include "server/setup/rules_file_store.h"
 #include "server/setup/rules_file_words.h"
@@ -21,7 +22,7 @@ using DayStretches = std::map<Moment, std::vector<Stretch>>;
 void addByDay(DayStretches& days, Stretch stretch) {
   while (stretch.from < stretch.until) {
     const Moment midnight = startOfDay(stretch.from) + day;
-    days[startOfDay(stretch.from)].push_back({stretch.from, std::min(stretch.until, midnight)});
+    days[startOfDay(stretch.from)].push_back({stretch.from, std::min(stretch.until, midnight), stretch.line});
     stretch.from = midnight;
   }
 }
@@ -43,8 +44,8 @@ std::vector<Stretch> merged(std::vector<Stretch> stretches) {
 std::vector<Stretch> without(const std::vector<Stretch>& stretches, const Stretch& closed) {
   std::vector<Stretch> rest;
   for (const Stretch& each : stretches) {
-    const Stretch before{each.from, std::min(each.until, closed.from)};
-    const Stretch after{std::max(each.from, closed.until), each.until};
+    const Stretch before{each.from, std::min(each.until, closed.from), each.line};
+    const Stretch after{std::max(each.from, closed.until), each.until, each.line};
     if (before.from < before.until) rest.push_back(before);
     if (after.from < after.until) rest.push_back(after);
   }
@@ -60,27 +61,55 @@ std::string hoursTextOf(const Stretch& stretch) {
 
 void tellSeveral(Moment date, const std::vector<Stretch>& open, FileFaults& faults) {
   std::string hours;
-  for (const Stretch& each : open) hours += (hours.empty() ? "" : " and ") + hoursTextOf(each);
-  faults.add(dateText(date), "is open " + hours + ", and a calendar holds one time a day.");
+  for (const Stretch& each : open) {
+    hours += (hours.empty() ? "" : " and ") + hoursTextOf(each);
+    if (each.line != 0) hours += " (" + linePlace(each.line) + ")";
+  }
+  faults.add(dateText(date), "is open " + hours +
+                                 ", and a calendar holds one time a day. --bridge-breaks takes the time from "
+                                 "the first opening to the last closing.");
 }
 
-/// The hours of each day of the span, the first day first.
-std::vector<HoursEntry> hoursByDay(const HoursImport& what, const HoursEvents& events, FileFaults& faults) {
+/// The times at which each day of the span is open, the first day first.
+std::vector<std::vector<Stretch>> openByDay(const HoursImport& what, const HoursEvents& events) {
   DayStretches openings;
   DayStretches closings;
   for (const Stretch& each : events.open) addByDay(openings, each);
   for (const Stretch& each : events.closed) addByDay(closings, each);
-  std::vector<HoursEntry> hours;
+  std::vector<std::vector<Stretch>> days;
   for (Moment date = what.from; date <= what.until; date += day) {
-    std::vector<Stretch> open = merged(openings[date]);
+    std::vector<Stretch>& open = days.emplace_back(merged(openings[date]));
     for (const Stretch& each : closings[date]) open = without(open, each);
-    HoursEntry& entry = hours.emplace_back();
-    if (open.size() > 1) tellSeveral(date, open, faults);
-    if (open.size() != 1) continue;
-    entry.open = true;
-    entry.opensAt = static_cast<int>((open[0].from - date) / minute);
-    entry.closesAt = static_cast<int>((open[0].until - date) / minute);
   }
+  return days;
+}
+
+/// The hours of a day that begins at this moment.
+HoursEntry hoursOf(Moment date, const std::vector<Stretch>& open) {
+  if (open.empty()) return {};
+  return {.open = true,
+          .opensAt = static_cast<int>((open.front().from - date) / minute),
+          .closesAt = static_cast<int>((open.back().until - date) / minute)};
+}
+
+void tellBridged(const std::vector<Moment>& days, std::vector<std::string>& leftOut) {
+  if (days.empty()) return;
+  leftOut.push_back("Days whose breaks are left out: " + std::to_string(days.size()) + ", the first " +
+                    dateText(days.front()) + ".");
+}
+
+std::vector<HoursEntry> hoursByDay(const HoursImport& what, const HoursEvents& events, FileFaults& faults,
+                                   std::vector<std::string>& leftOut) {
+  std::vector<HoursEntry> hours;
+  std::vector<Moment> bridged;
+  Moment date = what.from;
+  for (const std::vector<Stretch>& open : openByDay(what, events)) {
+    if (open.size() > 1 && what.bridgesBreaks) bridged.push_back(date);
+    if (open.size() > 1 && !what.bridgesBreaks) tellSeveral(date, open, faults);
+    hours.push_back(hoursOf(date, open));
+    date += day;
+  }
+  tellBridged(bridged, leftOut);
   return hours;
 }
 
@@ -131,9 +160,10 @@ std::string zoneFor(Database& database, const std::string& location) {
 
 }  // namespace
 
-CalendarEntry calendarOf(const HoursImport& what, const HoursEvents& events, FileFaults& faults) {
+CalendarEntry calendarOf(const HoursImport& what, const HoursEvents& events, FileFaults& faults,
+                         std::vector<std::string>& leftOut) {
   CalendarEntry calendar{what.location, what.kind, what.name, what.from, what.until, {}, {}};
-  const std::vector<HoursEntry> hours = hoursByDay(what, events, faults);
+  const std::vector<HoursEntry> hours = hoursByDay(what, events, faults, leftOut);
   for (std::size_t first = 0; first < std::min<std::size_t>(hours.size(), 7); ++first) {
     std::vector<HoursEntry> sameDays;
     for (std::size_t at = first; at < hours.size(); at += 7) sameDays.push_back(hours[at]);
@@ -151,13 +181,14 @@ CalendarEntry calendarOf(const HoursImport& what, const HoursEvents& events, Fil
 HoursReport importHours(Database& database, const std::string& path, const HoursImport& what, RulesUse use,
                         Moment now) {
   checkSpan(what);
-  HoursReading how{{what.from, what.until + day}, what.closedWords, zoneFor(database, what.location)};
+  HoursReading how{{what.from, what.until + day, 0}, what.closedWords, zoneFor(database, what.location)};
   FileFaults faults;
   const HoursEvents events = readHoursEvents(wholeFile(path), how, faults);
   if (events.open.empty() && faults.count() == 0)
     throw UserError("Nothing was taken. The file tells no opening hours from " + dateText(what.from) +
                     " to " + dateText(what.until) + ".");
-  HoursReport report{{}, calendarOf(what, events, faults), events.leftOut};
+  HoursReport report{{}, {}, events.leftOut};
+  report.calendar = calendarOf(what, events, faults, report.leftOut);
   Rules rules;
   rules.calendars.push_back(report.calendar);
   report.rules = takeReadRules(database, {path, rules, faults}, use, now);

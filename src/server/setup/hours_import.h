@@ -16,12 +16,14 @@ struct HoursImport {
   Moment from = 0;
   Moment until = 0;  ///< the last day
   std::vector<std::string> closedWords = {"closed"};
+  bool bridgesBreaks = false;  ///< a day with several times is open from the first to the last
 };
 
 /// The calendar that has the hours of these events: as a week, what most days of a name have; what is
-/// different on other days, as exceptions. A day that is open twice is told, since a calendar cannot hold it.
-[[nodiscard]] CalendarEntry calendarOf(const HoursImport& what, const HoursEvents& events,
-                                       FileFaults& faults);
+/// different on other days, as exceptions. A calendar holds one time a day: a day with several is a fault, or
+/// loses its breaks, which is told in `leftOut`.
+[[nodiscard]] CalendarEntry calendarOf(const HoursImport& what, const HoursEvents& events, FileFaults& faults,
+                                       std::vector<std::string>& leftOut);
 
 struct HoursReport {
   RulesReport rules;  ///< with faults, nothing was taken

@@ -1,6 +1,5 @@
 #include "server/setup/patron_data.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <set>
@@ -207,9 +206,6 @@ void removeFrom(Connection& db, const char* sql, std::int64_t patron) {
   query.bind("id", patron).run();
 }
 
-/// So many rows may have been written by transactions that ended after ones with higher keys.
-constexpr std::int64_t rowsUnderWay = 10'000;
-
 constexpr std::string_view writesSetting = "patron_writes";
 
 }  // namespace
@@ -238,6 +234,8 @@ void notePatronWrite(Connection& db) {
 
 ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) {
   // The audit is read before the desks have to wait; what is added meanwhile is looked at afterwards.
+  // Whatever tells of patrons is written one after another, so that it lies behind what was read, and nothing
+  // of it can be under way beside the second look.
   AuditTraces early;
   database.read([&](Connection& db) {
     const std::int64_t patron = requirePatron(db, card);
@@ -249,8 +247,7 @@ ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) 
     const std::int64_t patron = requirePatron(db, card);
     requireErasable(db, patron);
     notePatronWrite(db);
-    const AuditTraces late =
-        findTraces(db, auditedPatron(db, patron), std::max(early.last - rowsUnderWay, std::int64_t{0}));
+    const AuditTraces late = findTraces(db, auditedPatron(db, patron), early.last);
     std::set<std::int64_t> rows(early.rows.begin(), early.rows.end());
     rows.insert(late.rows.begin(), late.rows.end());
     blankAuditRows(db, std::vector(rows.begin(), rows.end()));

@@ -284,6 +284,17 @@ alter table bookings add column forgotten_at bigint;
 create index bookings_remembered on bookings (ends_at) where status in (1, 2, 3, 4) and forgotten_at is null;
 )";
 
+// The password of an operator may be one of the house's directory.
+constexpr std::string_view byDirectory = R"(
+alter table operators add column by_directory smallint not null default 0;
+)";
+
+// Mails of one save, which share a letter: the first booking is the name of the save.
+constexpr std::string_view mailsOfOneSave = R"(
+alter table outbox add column save bigint not null default 0;
+create index outbox_saves on outbox (save) where state = 0 and save > 0;
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -310,6 +321,8 @@ const std::array steps{
     Migration{23, "identity of titles", titleIdentity},
     Migration{24, "feeds, counted refusals", feedsAndRefusals},
     Migration{25, "mail and retention", mailAndRetention},
+    Migration{26, "operators of the directory", byDirectory},
+    Migration{27, "mails of one save", mailsOfOneSave},
 };
 
 }  // namespace

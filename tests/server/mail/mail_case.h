@@ -33,6 +33,12 @@ class MailCase : public OnEachDatabase {
     return send("NEWBK", booking(times(dayOfMarch, from, until), "LOC=1", 3, things));
   }
 
+  /// The same save, for Hal Gray.
+  static std::string forHal(std::string save) {
+    const std::string ada = "PID=1";
+    return save.replace(save.find(ada), ada.size(), "PID=4");
+  }
+
   [[nodiscard]] MailSettings settings() const {
     MailSettings settings;
     settings.kinds = all;

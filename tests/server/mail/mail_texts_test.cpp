@@ -13,19 +13,19 @@ class MailTexts : public testing::Test {
  protected:
   UsedText used(const std::string& content) {
     std::ofstream(folder.file("due.txt"), std::ios::binary) << content;
-    return usedText(folder.file(""), MailKind::Due);
+    return usedText(folder.file(""), "due");
   }
   test::TempFolder folder;
 };
 
 TEST_F(MailTexts, AreTheLibrarysOrTheBuiltInOnes) {
-  EXPECT_TRUE(usedText(folder.file(""), MailKind::Due).isBuiltIn);
-  for (const MailKind kind : allMailKinds) {
-    std::ofstream(mailTextFile(folder.file(""), kind)) << textOfFile(builtInText(kind));
-    const UsedText own = usedText(folder.file(""), kind);
+  EXPECT_TRUE(usedText(folder.file(""), "due").isBuiltIn);
+  for (const std::string_view name : mailTextNames()) {
+    std::ofstream(mailTextFile(folder.file(""), name)) << textOfFile(builtInText(name));
+    const UsedText own = usedText(folder.file(""), name);
     EXPECT_FALSE(own.isBuiltIn);
     EXPECT_THAT(own.faults, testing::IsEmpty());
-    EXPECT_EQ(own.text.body, builtInText(kind).body);
+    EXPECT_EQ(own.text.body, builtInText(name).body);
   }
   EXPECT_EQ(used("\xEF\xBB\xBFSubject: Hi {name}\r\n\r\nBack {today soon}, {}.\r\n").text.subject,
             "Hi {name}");

@@ -101,12 +101,12 @@ TEST_P(Outbox, TellsOnlyWhatThePatronCanSee) {
 TEST_P(Outbox, TellsWhatChangedWhileAMailWasUnderWay) {
   book(3, "10:00", "11:00");
   later();
-  std::optional<TakenMail> taken;
+  std::vector<TakenMail> taken;
   const auto write = [&](const Database::Work& work) { library().database().write(work); };
-  write([&](Connection& db) { taken = takeMail(db, library().clock()()); });
-  ASSERT_TRUE(taken);
+  write([&](Connection& db) { taken = takeMails(db, library().clock()()); });
+  ASSERT_EQ(taken.size(), 1U);
   send("UPDBK", change(times(3, "12:00", "13:00")));
-  write([&](Connection& db) { markSent(db, *taken, "what it was", library().clock()()); });
+  write([&](Connection& db) { markSent(db, taken.front(), "what it was", library().clock()()); });
   EXPECT_EQ(outbox(), "changed 1");
   EXPECT_EQ(sent(), "ada@example.org: Your booking 0000001 has changed\n");
 }
@@ -114,11 +114,7 @@ TEST_P(Outbox, TellsWhatChangedWhileAMailWasUnderWay) {
 TEST_P(Outbox, TellsOfABookingThatIsDeletedOrSomebodyElses) {
   book(3, "10:00", "11:00");
   const std::string confirmed = sent();
-  EXPECT_EQ(send("UPDBK",
-                 "BOOKID=1; STIME=2026-03-03 10:00:00; ETIME=2026-03-03 11:00:00; PID=4; PGID=1; PPID=0; "
-                 "ADBK=N; LOC=1; BTID=3; SCHCOM=; ODE=0; OPU=0; WIZ=N; UTIME=0; CTIME=0")
-                .rc,
-            0);
+  EXPECT_EQ(send("UPDBK", forHal(change(times(3, "10:00", "11:00")))).rc, 0);
   const std::string moved = confirmed +
                             "ada@example.org: Your booking 0000001 is canceled\n"
                             "hal@example.org: Your booking 0000001\n";
@@ -154,6 +150,29 @@ TEST_P(Outbox, RemindsOnceOfEachEnd) {
   EXPECT_EQ(keep(5, 12), overdue);
   library().execute("update bookings set status = 99, ends_at = ends_at + 2 * 86400");
   EXPECT_EQ(keep(5, 13), overdue + due) << "another end";
+}
+
+TEST_P(Outbox, TellsTheBookingsOfOneSaveInOneLetter) {
+  const std::string dates = times(3, "10:00", "11:00") + "; " + times(4, "10:00", "11:00") + "; " +
+                            times(5, "10:00", "11:00") + "; " + times(6, "10:00", "11:00");
+  ASSERT_EQ(send("NEWBK", booking(dates, "LOC=1", 3, "EID=1")).rc, 0);
+  book(10, "10:00", "11:00");
+  send("CANBK", "BOOKID=2");
+  library().execute("update bookings set status = 3 where id = 4");
+  mailbox.answer("DATA", "451 come back later");
+  EXPECT_EQ(sent(), "");
+  EXPECT_EQ(outbox(), "confirmed 1, cancelled 2, confirmed 3, confirmed 5") << "4 was canceled by hand";
+  mailbox.answer("DATA", "354 go on");
+  EXPECT_EQ(sent(),
+            "ada@example.org: Your 2 bookings\nada@example.org: Your booking 0000002 is canceled\n"
+            "ada@example.org: Your booking 0000005\n");
+  EXPECT_NE(mailbox.mails().front().text.find("\nDear Ada Bell,\n\n2 bookings are made for you:\n\n"
+                                              "- 0000001: 2026-03-03 10:00 to 2026-03-03 11:00\n"
+                                              "- 0000003: 2026-03-05 10:00 to 2026-03-05 11:00\n\n"
+                                              "Where: Main Desk\n\n- Television\n"),
+            std::string::npos)
+      << mailbox.mails().front().text;
+  EXPECT_EQ(outbox(), "");
 }
 
 TEST_P(Outbox, ForgetsWhatWasSentLongAgo) {

@@ -50,9 +50,7 @@ TEST(Settings, ThatMakeNoSenseAreToldInASentence) {
 TEST_P(PostmanTest, GivesUpWhatARecipientsServerRefuses) {
   mailbox.answer("RCPT TO:<ada@example.org>", "550 no such user");
   book(3, "10:00", "11:00");
-  send("NEWBK",
-       "STIME=2026-03-04 10:00:00; ETIME=2026-03-04 11:00:00; PID=4; PGID=1; PPID=0; ADBK=N; LOC=1; "
-       "BTID=3; SCHCOM=; ODE=0; OPU=0; WIZ=N; UTIME=0; CTIME=0");
+  send("NEWBK", forHal(booking(times(4, "10:00", "11:00"), "LOC=1", 3, "")));
   EXPECT_EQ(sent(), "hal@example.org: Your booking 0000002\n") << "the next one is sent all the same";
   EXPECT_EQ(outbox(), "confirmed 1 given up");
   EXPECT_NE(faults().find("550"), std::string::npos) << faults();
@@ -61,9 +59,7 @@ TEST_P(PostmanTest, GivesUpWhatARecipientsServerRefuses) {
 TEST_P(PostmanTest, PutsOffWhatARecipientsServerDoesNotTakeYetAndSendsTheRest) {
   mailbox.answer("RCPT TO:<ada@example.org>", "451 greylisted");
   book(3, "10:00", "11:00");
-  send("NEWBK",
-       "STIME=2026-03-04 10:00:00; ETIME=2026-03-04 11:00:00; PID=4; PGID=1; PPID=0; ADBK=N; LOC=1; "
-       "BTID=3; SCHCOM=; ODE=0; OPU=0; WIZ=N; UTIME=0; CTIME=0");
+  send("NEWBK", forHal(booking(times(4, "10:00", "11:00"), "LOC=1", 3, "")));
   EXPECT_EQ(sent(), "hal@example.org: Your booking 0000002\n");
   EXPECT_EQ(outbox(), "confirmed 1");
 }

@@ -1,6 +1,10 @@
-// The guide for librarians, followed to the letter: its files are written, its commands are run.
+// The guides, followed to the letter: their files are written, their commands are run.
 
+#include <algorithm>
 #include <filesystem>
+#include <map>
+#include <set>
+#include <sstream>
 
 #include <gmock/gmock.h>
 
@@ -43,6 +47,58 @@ std::vector<Block> blocksOf(const std::string& page) {
   return blocks;
 }
 
+/// The code within the lines of a page, and the lines of its blocks that are not run.
+std::set<std::string> commandsIn(const std::string& page) {
+  std::set<std::string> commands;
+  for (const Block& block : blocksOf(page)) {
+    if (block.info == "console") commands.insert(block.lines.begin(), block.lines.end());
+  }
+  std::ifstream input(page);
+  for (std::string line; std::getline(input, line);) {
+    if (line.starts_with(fence)) continue;
+    std::size_t start = line.find('`');
+    while (start != std::string::npos) {
+      const std::size_t end = line.find('`', start + 1);
+      if (end == std::string::npos) break;
+      commands.insert(line.substr(start + 1, end - start - 1));
+      start = line.find('`', end + 1);
+    }
+  }
+  return commands;
+}
+
+/// What a reader types and this test does not, by its beginning.
+struct NotRun {
+  std::string_view command;
+  std::string_view why;
+};
+constexpr NotRun notRun[] = {
+    {"sudo apt install ", "packaging/test-packages does it in a system of its own"},
+    {"sudo vantry-server setup", "writes to /etc; the same without root is run"},
+    {"vantry-server setup", "asks on a terminal, as setup_program_test does"},
+    {"vantry-server serve", "serves until it is ended, as serving_test does"},
+    {"vantry --server ", "opens windows"},
+    {"mkdir ~/practice", "the test has a folder of its own"},
+    {"cd ~/practice", "the test has a folder of its own"},
+    {"export VANTRY_CONFIG=", "holds for a whole terminal, so every command of the test has it"},
+    {"cp /usr/share/vantry/books/files/", "the files are taken from the pages themselves"},
+    {"systemctl ", "needs systemd as the first process"},
+    {"journalctl ", "needs systemd as the first process"},
+};
+
+bool isExcused(const std::string& line) {
+  return std::ranges::any_of(notRun, [&](const NotRun& each) { return line.starts_with(each.command); });
+}
+
+std::string faultOfOptions(const std::string& command, const std::string& help) {
+  std::istringstream words(command);
+  for (std::string word; words >> word;) {
+    const std::string option = word.substr(0, word.find_first_of("=,.;"));
+    if (option.starts_with("--") && help.find(option) == std::string::npos) return "there is no " + option;
+  }
+  return "";
+}
+
 class Guide : public ProgramTest {
  protected:
   void SetUp() override {
@@ -51,37 +107,74 @@ class Guide : public ProgramTest {
     std::ofstream(folder.file("password")) << password << '\n';
   }
 
-  /// As a reader types it in the practice folder.
-  Outcome type(const std::string& line) {
-    return shell("cd " + folder.file("") +
-                 " && unset VANTRY_DATABASE && export VANTRY_CONFIG=" + folder.file("library.conf") +
-                 " PATH=\"" + folder.file("bin") + ":$PATH\" && { " + line + "\n} < password");
+  /// As a reader types it in the practice folder, up to the first command that fails.
+  Outcome type(const std::string& commands) {
+    return shell("set -e; cd " + folder.file("") +
+                 "; unset VANTRY_DATABASE; export VANTRY_CONFIG=" + folder.file("library.conf") + " PATH=\"" +
+                 folder.file("bin") + ":$PATH\"; { " + commands + "\n} < password");
   }
 
   /// Writes the files and runs the commands, in the order of the page. Returns how many commands it ran.
-  int follow() {
-    int commands = 0;
-    for (const Block& block : blocksOf(VANTRY_DOCS "/guide.md")) {
-      if (const std::string name = block.fileName(); !name.empty()) {
-        std::ofstream file(folder.file(name));
-        for (const std::string& line : block.lines) file << line << '\n';
-      } else if (block.info == "sh") {
-        for (const std::string& line : block.lines) {
-          const Outcome outcome = type(line);
-          EXPECT_EQ(outcome.code, 0) << line << '\n' << outcome.text;
-          ++commands;
-        }
+  std::size_t follow(const std::string& page) {
+    std::size_t commands = 0;
+    for (const Block& block : blocksOf(VANTRY_DOCS "/" + page)) {
+      EXPECT_NE(block.info, "") << page << " has a block that is not marked: " << block.lines.front();
+      std::string text;
+      for (const std::string& line : block.lines) text += line + '\n';
+      if (const std::string name = block.fileName(); !name.empty()) std::ofstream(folder.file(name)) << text;
+      if (block.info == "console") {
+        for (const std::string& line : block.lines) EXPECT_TRUE(isExcused(line)) << page << ": " << line;
       }
+      if (block.info != "sh") continue;
+      const Outcome outcome = type(text);
+      EXPECT_EQ(outcome.code, 0) << page << ":\n" << text << outcome.text;
+      commands += block.lines.size();
     }
     return commands;
   }
 
+  const std::string& help(const std::string& command) {
+    std::string& text = helps_[command];
+    if (text.empty()) text = type("vantry-server " + command + "--help").text;
+    return text;
+  }
+
+  bool takesCommands(const std::string& command) {
+    return help(command).find("\nSubcommands:") != std::string::npos;
+  }
+
+  /// What is wrong with a command that a page names, such as "import marc FILE --check"; empty for all that
+  /// is no command of the server.
+  std::string faultOf(std::string named) {
+    if (named.find("...") != std::string::npos) return "";  // a line of the log
+    bool isCommand = false;
+    for (const std::string_view before : {"sudo ", "vantry-server "}) {
+      isCommand = named.starts_with(before);
+      if (isCommand) named.erase(0, before.size());
+    }
+    std::istringstream words(named);
+    std::string command, word;
+    while (words >> word && takesCommands(command)) {
+      const bool isName = word.find_first_not_of("abcdefghijklmnopqrstuvwxyz-") == std::string::npos;
+      if (!isName || word.starts_with('-')) break;
+      const bool isThere = help(command).find("\n  " + word + " ") != std::string::npos;
+      if (!isThere && !isCommand) return "";
+      if (!isThere) return "there is no " + command + word;
+      isCommand = true;
+      command += word + ' ';
+    }
+    return isCommand ? faultOfOptions(named, help(command) + help("")) : "";
+  }
+
   const std::string password = "a-good-password";
+
+ private:
+  std::map<std::string, std::string> helps_;
 };
 
 /// The doctor is content, and a desk may do what the page says of its example of rules.
 TEST_F(Guide, LeadsToADeskThatCanBook) {
-  ASSERT_GT(follow(), 20) << "the page is there, and its blocks are found";
+  ASSERT_GT(follow("guide.md"), 20U) << "the page is there, and its blocks are found";
   EXPECT_THAT(type("vantry-server doctor").text, testing::StartsWith("Nothing is wrong.\n"));
 
   Database library(database);
@@ -134,6 +227,30 @@ TEST_F(Guide, LeadsToADeskThatCanBook) {
   };
   EXPECT_THAT(bookCamera("2027-01-09 10:00:00"), HasSubstr(R"("rc":0)"));
   EXPECT_THAT(bookCamera("2027-01-09 10:30:00"), HasSubstr(R"("VUF":"153")")) << "two days are the longest";
+}
+
+/// The files of the guide are those that the other pages speak of.
+TEST_F(Guide, OfWhoeverRunsTheServerWorksOnTheSameLibrary) {
+  follow("guide.md");
+  EXPECT_GT(follow("server.md"), 10U);
+  EXPECT_GT(follow("running.md"), 0U);
+  for (const char* file : {"server.conf", "mail.conf"}) {
+    const Outcome told = type(std::string("vantry-server --config ") + file + " config");
+    EXPECT_EQ(told.code, 0) << told.text;
+  }
+}
+
+TEST_F(Guide, NamesNoCommandThatThereIsNot) {
+  int named = 0;
+  for (const char* page : {"guide.md", "server.md", "running.md", "policy.md", "demo.md"}) {
+    for (const std::string& command : commandsIn(VANTRY_DOCS "/" + std::string(page))) {
+      EXPECT_EQ(faultOf(command), "") << page << ": " << command;
+      ++named;
+    }
+  }
+  EXPECT_GT(named, 100);
+  EXPECT_EQ(faultOf("import marc FILE --chekc"), "there is no --chekc");
+  EXPECT_EQ(faultOf("audit forget"), "there is no audit forget");
 }
 
 }  // namespace

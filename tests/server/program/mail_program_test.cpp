@@ -89,23 +89,8 @@ TEST_F(MailProgram, SendsWhatADeskChangesAndTellsItsFigures) {
   WireClient desk(serving.port());
   ASSERT_EQ(desk.login("dana", "a-good-password").status, 200);
   ASSERT_EQ(desk.send("SLL", {{"LOC", "1"}}).rc, 0);
-  const std::string tomorrow = dateText(wallClock() + 2 * day);
-  ASSERT_EQ(desk.send("NEWBK", {{"STIME", tomorrow + " 10:00:00"},
-                                {"ETIME", tomorrow + " 11:00:00"},
-                                {"PID", "1"},
-                                {"PGID", "1"},
-                                {"PPID", "0"},
-                                {"ADBK", "N"},
-                                {"LOC", "1"},
-                                {"BTID", "3"},
-                                {"SCHCOM", ""},
-                                {"ODE", "0"},
-                                {"OPU", "0"},
-                                {"WIZ", "N"},
-                                {"UTIME", "0"},
-                                {"CTIME", "0"}})
-                .rc,
-            0);
+  const Moment starts = startOfDay(wallClock()) + 2 * day + 10 * hour;
+  ASSERT_EQ(desk.send("NEWBK", newBooking(starts, starts + hour, "1")).rc, 0);
   EXPECT_NE(run("mail list").text.find("1\tconfirmed\t0000001\twaits until"), std::string::npos);
   EXPECT_EQ(run("mail retry").text, "1 mail will be sent as soon as a server runs.\n");
   for (int wait = 0; wait < 3000 && desk.get("/metrics").body.find("result=\"sent\"} 1") == std::string::npos;
@@ -126,6 +111,30 @@ TEST_F(MailProgram, DesksAreServedWithoutAWayToSendMail) {
   const Outcome doctor =
       run("doctor --mail-kinds due --mail-from desk@library.example --mail-through " + mail.back());
   EXPECT_NE(doctor.text.find("There is no program /nowhere/sendmail to send mail."), std::string::npos);
+}
+
+TEST_F(MailProgram, RetentionEndsAfterAStepWhenItIsInterrupted) {
+  ASSERT_EQ(run("retention set --bookings 12").code, 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    // The signal has arrived before the program begins.
+    sigset_t interrupt;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    sigprocmask(SIG_BLOCK, &interrupt, nullptr);
+    raise(SIGINT);
+    if (freopen(folder.file("told").c_str(), "w", stderr) == nullptr) _exit(9);
+    execl(VANTRY_SERVER_PROGRAM, "vantry-server", "--database", database.c_str(), "retention", "run",
+          nullptr);
+    _exit(9);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 1);
+  EXPECT_EQ(
+      contentOf(folder.file("told")),
+      "vantry-server: Stopped. What is left is done by the server, or when the command is given again.\n");
+  EXPECT_EQ(value("select count(*) from audit where action = 'retention run'"), "1");
 }
 
 TEST_F(MailProgram, KeepsAndErasesAsItIsTold) {

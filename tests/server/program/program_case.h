@@ -13,8 +13,10 @@
 
 #include <gtest/gtest.h>
 
+#include "server/base/moment.h"
 #include "server/store/query.h"
 #include "support/server_case.h"
+#include "support/server_certificate.h"
 
 namespace vantry::server::test {
 
@@ -81,6 +83,25 @@ class Serving {
   pid_t child_ = 0;
 };
 
+/// A save of a booking with nothing in it, at the first desk; administrative for the patron "0".
+inline Tags newBooking(Moment from, Moment until, const std::string& patron, const std::string& note = {}) {
+  const bool hasPatron = patron != "0";
+  return {{"STIME", momentText(from)},
+          {"ETIME", momentText(until)},
+          {"PID", patron},
+          {"PGID", hasPatron ? "1" : "0"},
+          {"PPID", "0"},
+          {"ADBK", hasPatron ? "N" : "Y"},
+          {"LOC", "1"},
+          {"BTID", "3"},
+          {"SCHCOM", note},
+          {"ODE", "0"},
+          {"OPU", "0"},
+          {"WIZ", "N"},
+          {"UTIME", "0"},
+          {"CTIME", "0"}};
+}
+
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest() : database(folder.file("library.sqlite")) {}
@@ -112,14 +133,6 @@ class ProgramTest : public testing::Test {
     ASSERT_EQ(run("location add Main --library 'City Library'").code, 0);
     ASSERT_EQ(
         run("operator add Dana --name 'Dana D.' --location Main --rights all", "a-good-password\n").code, 0);
-  }
-
-  /// A certificate and its key, as NAME.pem and NAME.key.
-  void makeCertificate(const std::string& name) {
-    const std::string command =
-        "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 -subj /CN=" + name +
-        " -keyout " + folder.file(name + ".key") + " -out " + folder.file(name + ".pem") + " 2> /dev/null";
-    ASSERT_EQ(std::system(command.c_str()), 0);
   }
 
   /// The first column of the last row, read beside the program.

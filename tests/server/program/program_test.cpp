@@ -418,6 +418,25 @@ TEST_F(ProgramTest, GivesTheTerminalItsEchoBackWhenItIsInterruptedAtThePassword)
   close(terminal);
 }
 
+TEST_F(ProgramTest, NamesAMistypedCommand) {
+  const struct {
+    const char* arguments;
+    const char* text;
+  } cases[] = {
+      {"libary add City --of x", "There is no command \"libary\". Did you mean \"library\"?\n"},
+      {"library ad City", "There is no command \"library ad\". Did you mean \"library add\"?\n"},
+      {"retention halt", "There is no command \"retention halt\". There are: set show run.\n"},
+      {"library", "A subcommand is required\n"},
+      {"library add City --of x", "The following arguments were not expected: x --of\n"},
+      {"location add Main", "--library is required\n"},
+  };
+  for (const auto& each : cases) {
+    const Outcome outcome = run(each.arguments);
+    EXPECT_NE(outcome.code, 0);
+    EXPECT_THAT(outcome.text, testing::StartsWith(each.text)) << each.arguments;
+  }
+}
+
 TEST_F(ProgramTest, TakesNoPasswordOnTheCommandLine) {
   makeLibrary();
   EXPECT_NE(run("operator add eve --name E --password secret-secret").code, 0);

@@ -23,12 +23,11 @@ class ProxiesTest : public ProgramTest {
         std::make_unique<Serving>(database, folder.file("log"),
                                   std::vector<std::string>{"--behind-proxy", "--trusted-proxy", "127.0.0.1"});
     ASSERT_NE(serving_->port(), 0);
-    const std::string command =
-        "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 -subj "
-        "/CN=localhost -keyout " +
-        folder.file("key.pem") + " -out " + folder.file("certificate.pem") + " 2> /dev/null && cat " +
-        folder.file("certificate.pem") + " " + folder.file("key.pem") + " > " + folder.file("both.pem");
-    ASSERT_EQ(std::system(command.c_str()), 0);
+    test::makeCertificate(folder, "localhost");
+    std::filesystem::rename(folder.file("localhost.key"), folder.file("key.pem"));
+    std::filesystem::rename(folder.file("localhost.pem"), folder.file("certificate.pem"));
+    std::ofstream(folder.file("both.pem")) << std::ifstream(folder.file("certificate.pem")).rdbuf()
+                                           << std::ifstream(folder.file("key.pem")).rdbuf();
   }
   void TearDown() override {
     if (proxy_ <= 0) return;

@@ -75,20 +75,7 @@ class SavingDesk {
   void save() {
     const std::string id = std::to_string(number_) + " " + std::to_string(saved_);
     const Moment starts = makeMoment(2099, 1, 1) + saved_ * hour;
-    const test::Tags tags{{"STIME", momentText(starts)},
-                          {"ETIME", momentText(starts + hour)},
-                          {"PID", "0"},
-                          {"PGID", "0"},
-                          {"PPID", "0"},
-                          {"ADBK", "Y"},
-                          {"LOC", "1"},
-                          {"BTID", "3"},
-                          {"SCHCOM", id},
-                          {"ODE", "0"},
-                          {"OPU", "0"},
-                          {"WIZ", "N"},
-                          {"UTIME", "0"},
-                          {"CTIME", "0"}};
+    const test::Tags tags = test::newBooking(starts, starts + hour, "0", id);
     for (;; ++repeated_) {
       if (isDone(tags, id)) break;
       usleep(20'000);  // the server asks to wait a second; a test wants many of these

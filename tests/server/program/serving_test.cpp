@@ -95,8 +95,8 @@ TEST_F(ServingTest, BodiesOfStrangersTakeNoMemory) {
 
 TEST_F(ServingTest, AHangUpHasTheCertificateReadAgain) {
   makeLibrary();
-  makeCertificate("first");
-  makeCertificate("second");
+  makeCertificate(folder, "first");
+  makeCertificate(folder, "second");
   Serving serving(database, folder.file("log"),
                   {"--certificate", folder.file("first.pem"), "--key", folder.file("first.key")});
   ASSERT_NE(serving.port(), 0);
@@ -117,8 +117,8 @@ TEST_F(ServingTest, AHangUpHasTheCertificateReadAgain) {
 
 TEST_F(ServingTest, AServerWhoseKeyDoesNotFitDoesNotStartAndTheDoctorTellsIt) {
   makeLibrary();
-  makeCertificate("mine");
-  makeCertificate("yours");
+  makeCertificate(folder, "mine");
+  makeCertificate(folder, "yours");
   const std::string sentence = "The key \"" + folder.file("yours.key") +
                                "\" does not fit the certificate \"" + folder.file("mine.pem") + "\".\n";
   const Outcome outcome =

@@ -124,16 +124,17 @@ TEST_F(SetupProgram, ItsRulesLetADeskBookInOpeningHours) {
 
 TEST_F(SetupProgram, AsksAndAsksAgainUntilAnAnswerIsGood) {
   const std::string elsewhere = folder.file("nowhere/library.sqlite");
-  const Outcome made =
-      setUp("", elsewhere + "\n" + database +
-                    "\nMars/Base\nUTC\n\nMain, Film Room ,\nStudents\ndana\n\nshort\na-good-password\n"
-                    "nobody\nproxy\nlocalhost\n\n80\n8752\nproxy.example\n::1\nperhaps\nyes\n");
+  const Outcome made = setUp(
+      "", elsewhere + "\n" + database +
+              "\nMars/Base\nUTC\n\nMain, Film Room ,\nStudents\ndana\n\nshort\na-good-password\n"
+              "nobody\nproxy\nlocalhost\n\n80\n8752\nproxy.example\n::1\nldap:/host\nnone\nperhaps\nyes\n");
   EXPECT_EQ(made.code, 0) << made.text;
   for (const char* fault :
        {"cannot be opened: its folder is missing", "There is no time zone \"Mars/Base\" on this machine.",
         "A password needs at least 8 characters.", "The answer is this-machine, proxy or certificate.",
         "\"localhost\" is no address", "A port is a number from 1024 to 65535.",
-        "\"proxy.example\" is no address or network of a proxy.", "The answer is yes or no."}) {
+        "\"proxy.example\" is no address or network of a proxy.", "and not \"ldap:/host\".",
+        "The answer is yes or no."}) {
     EXPECT_THAT(made.text, HasSubstr(fault));
   }
   EXPECT_EQ(command("location list").text, "2\tFilm Room\tLibrary\n1\tMain\tLibrary\n");
@@ -187,7 +188,7 @@ TEST_F(SetupProgram, ABrokenOffOneLeavesNothing) {
   for (const std::string& line :
        {database, std::string("UTC"), std::string("City"), std::string("Main"), std::string("Students"),
         std::string("dana"), std::string("Dana"), std::string("a-good-password"), std::string("this-machine"),
-        std::string("8750"), std::string("no")}) {
+        std::string("8750"), std::string("none"), std::string("no")}) {
     const Outcome outcome = setUp("", answers);
     EXPECT_EQ(outcome.code, 1);
     EXPECT_THAT(outcome.text,
@@ -200,8 +201,8 @@ TEST_F(SetupProgram, ABrokenOffOneLeavesNothing) {
 }
 
 TEST_F(SetupProgram, AWrongAnswerThatWasGivenIsToldAndLeavesNothing) {
-  makeCertificate("mine");
-  makeCertificate("yours");
+  makeCertificate(folder, "mine");
+  makeCertificate(folder, "yours");
   struct Case {
     std::string arguments;
     std::string text;
@@ -218,6 +219,9 @@ TEST_F(SetupProgram, AWrongAnswerThatWasGivenIsToldAndLeavesNothing) {
       {"--reach certificate --certificate " + folder.file("mine.pem") + " --key " + folder.file("yours.key"),
        "does not fit the certificate"},
       {"--password-file " + folder.file("none"), "with the password cannot be read."},
+      {"--directory ldap://host --directory-name uid=dana,dc=example", "is none of names such as"},
+      {"--directory ldap://host --directory-base dc=example --directory-account x",
+       "\"x\" is no name of an entry"},
   };
   for (const Case& each : cases) {
     const bool isDatabase = each.arguments.starts_with("--database");

@@ -42,18 +42,18 @@ struct Read {
   std::vector<std::string> leftOut;
 };
 
-Read read(const std::string& events, const std::string& zone = "Europe/Berlin") {
-  const HoursImport what = december();
+Read read(const std::string& events, const std::string& zone = "Europe/Berlin",
+          const HoursImport& what = december()) {
   FileFaults faults;
   const HoursEvents found =
-      readHoursEvents(document(events), {{what.from, what.until + day}, what.closedWords, zone}, faults);
-  const CalendarEntry calendar = calendarOf(what, found, faults);
+      readHoursEvents(document(events), {{what.from, what.until + day, 0}, what.closedWords, zone}, faults);
   Read read;
+  read.leftOut = found.leftOut;
+  const CalendarEntry calendar = calendarOf(what, found, faults, read.leftOut);
   for (const HoursEntry& each : calendar.week) read.calendar += hoursText(each) + " ";
   for (const ExceptionEntry& each : calendar.exceptions)
     read.calendar += dateText(each.date).substr(8) + "=" + hoursText(each.hours) + " ";
   read.faults = faults.told();
-  read.leftOut = found.leftOut;
   return read;
 }
 
@@ -115,28 +115,42 @@ TEST(HoursFile, AZoneOfItsOwnMayComeWithIt) {
                   .calendar,
               HasSubstr("01=15:00-16:00"));
   EXPECT_THAT(read(event("Open", "DTSTART;TZID=Nowhere/City:20261201T090000\nDURATION:PT1H")).faults,
-              ElementsAre("\"Open\" from 2026-12-01: its time zone is not known."));
+              ElementsAre("line 4, \"Open\" from 2026-12-01: its time zone is not known."));
 }
 
 TEST(HoursFile, WhatACalendarCannotHoldIsTold) {
-  const std::string evening =
-      "2026-12-02: is open 00:00-02:00 and 09:00-17:00, and a calendar holds one time a day.";
-  EXPECT_THAT(read(event("Open", "DTSTART:20261202T090000\nDURATION:PT8H") +
-                   event("Night", "DTSTART:20261201T200000\nDURATION:PT6H"))
-                  .faults,
-              ElementsAre(evening));
-  EXPECT_THAT(read(event("Blink", "DTSTART:20261201T000000\nDURATION:PT1M\nRRULE:FREQ=MINUTELY")).faults,
-              testing::Contains("\"Blink\" from 2026-12-01: it recurs more than 1000 times in these days."));
+  const std::string withNight = event("Open", "DTSTART:20261202T090000\nDURATION:PT8H") +
+                                event("Night", "DTSTART:20261201T200000\nDURATION:PT6H");
+  EXPECT_THAT(
+      read(withNight).faults,
+      ElementsAre("2026-12-02: is open 00:00-02:00 (line 10) and 09:00-17:00 (line 4), and a calendar "
+                  "holds one time a day. --bridge-breaks takes the time from the first opening to the "
+                  "last closing."));
+  EXPECT_THAT(
+      read(event("Blink", "DTSTART:20261201T000000\nDURATION:PT1M\nRRULE:FREQ=MINUTELY")).faults,
+      testing::Contains("line 4, \"Blink\" from 2026-12-01: it recurs more than 1000 times in these days."));
   EXPECT_THAT(
       read(event("Long ago", "DTSTART:19700101T000000\nDURATION:PT1S\nRRULE:FREQ=SECONDLY")).faults.size(),
       0U)
       << "less than a minute is nothing";
   EXPECT_THAT(read(event("Long ago", "DTSTART:19700101T000000\nDURATION:PT1M\nRRULE:FREQ=SECONDLY")).faults,
-              ElementsAre("\"Long ago\" from 1970-01-01: it recurs too often to be opening hours."));
+              ElementsAre("line 4, \"Long ago\" from 1970-01-01: it recurs too often to be opening hours."));
   EXPECT_THAT(read(event("Odd", "DTSTART:20261201T090000\nDURATION:PT1H\nRRULE:FREQ=SOMETIMES")).faults,
-              ElementsAre("\"Odd\" from 2026-12-01: its RRULE cannot be read."));
+              ElementsAre("line 4, \"Odd\" from 2026-12-01: its RRULE cannot be read."));
   EXPECT_THAT(read(event("Story week", "DTSTART;VALUE=DATE:20261201")).leftOut,
               ElementsAre(HasSubstr("does not say that it closes")));
+}
+
+TEST(HoursFile, BreaksAreLeftOutOnRequest) {
+  HoursImport what = december();
+  what.bridgesBreaks = true;
+  const std::string weekly = "DURATION:PT3H\nRRULE:FREQ=WEEKLY;BYDAY=TU";
+  const Read got = read(event("Morning", "DTSTART:20261201T090000\n" + weekly) +
+                            event("Afternoon", "DTSTART:20261201T140000\n" + weekly),
+                        "Europe/Berlin", what);
+  EXPECT_EQ(got.calendar, "closed closed 09:00-17:00 closed closed closed closed ");
+  EXPECT_THAT(got.leftOut, ElementsAre("Days whose breaks are left out: 5, the first 2026-12-01."));
+  EXPECT_THAT(got.faults, testing::IsEmpty());
 }
 
 class HoursImported : public OnEachDatabase {
