@@ -1,6 +1,7 @@
 #include "server/setup/patron_data.h"
 
 #include <array>
+#include <cstdlib>
 #include <set>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "server/desk/forgotten_bookings.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
+#include "server/store/settings.h"
 
 namespace vantry::server {
 
@@ -204,6 +206,8 @@ void removeFrom(Connection& db, const char* sql, std::int64_t patron) {
   query.bind("id", patron).run();
 }
 
+constexpr std::string_view writesSetting = "patron_writes";
+
 }  // namespace
 
 std::string tellPatron(Database& database, std::string_view card) {
@@ -220,6 +224,14 @@ std::string tellPatron(Database& database, std::string_view card) {
   return told.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
+std::string patronWrites(Connection& db) {
+  return settingOf(db, writesSetting);
+}
+
+void notePatronWrite(Connection& db) {
+  setSetting(db, writesSetting, std::to_string(std::atoll(patronWrites(db).c_str()) + 1));
+}
+
 ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) {
   // The audit is read before the desks have to wait; what is added meanwhile is looked at afterwards.
   // Whatever tells of patrons is written one after another, so that it lies behind what was read, and nothing
@@ -234,6 +246,7 @@ ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) 
   database.write([&](Connection& db) {
     const std::int64_t patron = requirePatron(db, card);
     requireErasable(db, patron);
+    notePatronWrite(db);
     const AuditTraces late = findTraces(db, auditedPatron(db, patron), early.last);
     std::set<std::int64_t> rows(early.rows.begin(), early.rows.end());
     rows.insert(late.rows.begin(), late.rows.end());

@@ -23,4 +23,9 @@ struct ErasedPatron {
 /// booking of theirs is not over, or while they are on the staff list.
 [[nodiscard]] ErasedPatron erasePatron(Database& database, std::string_view card, Moment now);
 
+/// How often commands have written patrons or their cards. While it stays the same, what was read of them
+/// holds: desks only count. Whoever writes them notes it first.
+[[nodiscard]] std::string patronWrites(Connection& db);
+void notePatronWrite(Connection& db);
+
 }  // namespace vantry::server

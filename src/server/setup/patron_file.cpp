@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "server/base/catalogue_text.h"
 #include "server/base/mail_address.h"
 #include "server/setup/table_cells.h"
 #include "server/setup/table_columns.h"
@@ -104,6 +105,7 @@ class PatronReader {
       return fault("\"" + text + "\" is no e-mail address.");
     if (column.column == "institution_id") entry_.institution = text;
     entry_.texts[column.column] = text;
+    if (!column.folded.empty()) entry_.texts[column.folded] = catalogueKey(text);
   }
 
   void takeCard(const std::string& text) {

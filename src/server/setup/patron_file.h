@@ -32,7 +32,7 @@ struct PatronEntry {
   std::string card;
   std::string group;
   std::string institution;
-  std::map<std::string_view, std::string> texts;  ///< by the store's column
+  std::map<std::string_view, std::string> texts;  ///< by the store's column, those that are searched too
   std::optional<bool> cardIsActive;
   std::optional<bool> holdMail;
   std::optional<bool> withheld;

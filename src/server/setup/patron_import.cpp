@@ -1,11 +1,12 @@
 #include "server/setup/patron_import.h"
 
+#include <optional>
 #include <set>
 #include <unordered_map>
 
 #include "server/access/audit.h"
-#include "server/base/catalogue_text.h"
 #include "server/setup/csv_text.h"
+#include "server/setup/patron_data.h"
 #include "server/setup/patron_file.h"
 #include "server/setup/table_cells.h"
 #include "server/store/query.h"
@@ -233,43 +234,48 @@ class PatronWriter {
 
   void retire(std::int64_t card) {
     Query query(db_, "update patron_barcodes set status_id = :status where id = :id");
-    query.bind("status", inactiveCard).bind("id", card).run();
+    query.bind("status", inactiveCard).bind("id", card).later();
   }
 
  private:
-  std::int64_t insertPatron(const PatronEntry& entry) {
-    std::int64_t id = 0;
-    Query query(db_, "insert into patrons (last_name, search_name) values ('', '') returning id");
-    if (!fetchOne(query, id)) throw StoreError(StoreError::Kind::Failed, "a patron got no id");
-    updatePatron(id, entry);
-    return id;
+  /// What the file has columns for.
+  static std::vector<std::string_view> columnsOf(const PatronEntry& entry) {
+    std::vector<std::string_view> columns;
+    for (const auto& [column, text] : entry.texts) columns.push_back(column);
+    if (entry.expires) columns.emplace_back("expires_at");
+    if (entry.holdMail) columns.emplace_back("hold_mail");
+    if (entry.withheld) columns.emplace_back("withheld");
+    return columns;
   }
 
-  /// Sets what the file has columns for.
-  void updatePatron(std::int64_t id, const PatronEntry& entry) {
-    std::string sets;
-    const auto set = [&](std::string_view column) {
-      sets += (sets.empty() ? "" : ", ") + std::string(column) + " = :" + std::string(column);
-    };
-    for (const PatronColumn& column : patronColumns()) {
-      if (!entry.texts.contains(column.column)) continue;
-      set(column.column);
-      if (!column.folded.empty()) set(column.folded);
-    }
-    if (entry.expires) set("expires_at");
-    if (entry.holdMail) set("hold_mail");
-    if (entry.withheld) set("withheld");
-    Query query(db_, "update patrons set " + sets + " where id = :id");
-    for (const PatronColumn& column : patronColumns()) {
-      const auto text = entry.texts.find(column.column);
-      if (text == entry.texts.end()) continue;
-      query.bind(std::string(column.column).c_str(), text->second);
-      if (!column.folded.empty()) query.bind(std::string(column.folded).c_str(), catalogueKey(text->second));
-    }
+  static void bindColumns(Query& query, const PatronEntry& entry) {
+    for (const auto& [column, text] : entry.texts) query.bind(std::string(column).c_str(), text);
     if (entry.expires) query.bind("expires_at", orNothing(*entry.expires));
     if (entry.holdMail) query.bind("hold_mail", *entry.holdMail);
     if (entry.withheld) query.bind("withheld", *entry.withheld);
-    query.bind("id", id).run();
+  }
+
+  std::int64_t insertPatron(const PatronEntry& entry) {
+    std::string names;
+    std::string values;
+    for (const std::string_view column : columnsOf(entry)) {
+      names += (names.empty() ? "" : ", ") + std::string(column);
+      values += (values.empty() ? ":" : ", :") + std::string(column);
+    }
+    std::int64_t id = 0;
+    Query query(db_, "insert into patrons (" + names + ") values (" + values + ") returning id");
+    bindColumns(query, entry);
+    if (!fetchOne(query, id)) throw StoreError(StoreError::Kind::Failed, "a patron got no id");
+    return id;
+  }
+
+  void updatePatron(std::int64_t id, const PatronEntry& entry) {
+    std::string sets;
+    for (const std::string_view column : columnsOf(entry))
+      sets += (sets.empty() ? "" : ", ") + std::string(column) + " = :" + std::string(column);
+    Query query(db_, "update patrons set " + sets + " where id = :id");
+    bindColumns(query, entry);
+    query.bind("id", id).later();
   }
 
   void insertCard(std::int64_t patron, const Planned& row) {
@@ -278,7 +284,7 @@ class PatronWriter {
         "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) values (:patron, "
         ":group_id, :barcode, :status)");
     query.bind("patron", patron).bind("group_id", row.group).bind("barcode", row.entry->card);
-    query.bind("status", row.entry->cardIsActive.value_or(true) ? activeCard : inactiveCard).run();
+    query.bind("status", row.entry->cardIsActive.value_or(true) ? activeCard : inactiveCard).later();
   }
 
   /// A card that is lost or expired stays so as long as the file does not call it active.
@@ -289,7 +295,7 @@ class PatronWriter {
                                                            : inactiveCard;
     Query query(db_,
                 "update patron_barcodes set patron_group_id = :group_id, status_id = :status where id = :id");
-    query.bind("group_id", row.group).bind("status", status).bind("id", row.card->id).run();
+    query.bind("group_id", row.group).bind("status", status).bind("id", row.card->id).later();
   }
 
   Connection& db_;
@@ -317,6 +323,21 @@ std::string countsText(const PatronReport& report) {
          " retired; " + std::to_string(report.sameRows) + " rows as they are.";
 }
 
+/// What the file comes to in the library as it is now.
+struct Plan {
+  Plan(Connection& db, const PatronFile& file, const ImportUse& use, PatronReport& report)
+      : known(readKnown(db)), rows(PatronPlanner(known, report).plan(file.entries)) {
+    if (use.retireMissing) missing = missingCards(known, file, report);
+    report.summary = countsText(report);
+  }
+  Plan(const Plan&) = delete;
+  Plan& operator=(const Plan&) = delete;
+
+  const Known known;
+  const std::vector<Planned> rows;
+  std::vector<std::int64_t> missing;
+};
+
 }  // namespace
 
 PatronReport importPatrons(Database& database, const std::string& path, const ImportUse& use, Moment now) {
@@ -325,20 +346,25 @@ PatronReport importPatrons(Database& database, const std::string& path, const Im
   PatronFile file = readPatrons(table, use.leftOut, read.faults);
   read.unknown = std::move(file.unknown);
   PatronReport report;
-  const auto work = [&](Connection& db) {
+  std::optional<Plan> plan;
+  std::string writes;
+  const auto planNow = [&](Connection& db) {
     report = read;
-    const Known known = readKnown(db);
-    const std::vector<Planned> rows = PatronPlanner(known, report).plan(file.entries);
-    const std::vector<std::int64_t> missing =
-        use.retireMissing ? missingCards(known, file, report) : std::vector<std::int64_t>();
-    report.summary = countsText(report);
-    if (use.checkOnly || report.faults.count() > 0) return;
-    PatronWriter writer(db);
-    writer.write(rows);
-    for (const std::int64_t card : missing) writer.retire(card);
-    auditCommand(db, now, "patrons imported", path, report.summary);
+    writes = patronWrites(db);
+    plan.emplace(db, file, use, report);
   };
-  use.checkOnly || read.faults.count() > 0 ? database.read(work) : database.writeApart("patrons", work);
+  // Desks on a file wait for whoever writes, so that all that can be done before is done before.
+  database.read(planNow);
+  if (use.checkOnly || report.faults.count() > 0) return report;
+  database.writeApart("patrons", [&](Connection& db) {
+    if (patronWrites(db) != writes) planNow(db);
+    if (report.faults.count() > 0) return;
+    notePatronWrite(db);
+    PatronWriter writer(db);
+    writer.write(plan->rows);
+    for (const std::int64_t card : plan->missing) writer.retire(card);
+    auditCommand(db, now, "patrons imported", path, report.summary);
+  });
   return report;
 }
 

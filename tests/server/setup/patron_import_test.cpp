@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <thread>
 
 #include "server/base/user_error.h"
+#include "server/setup/patron_data.h"
 #include "server/store/query.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
@@ -93,6 +95,28 @@ TEST_P(PatronImport, OnePatronMayHaveSeveralCards) {
   EXPECT_THAT(take(twice + "Ash\n").faults.told(),
               ElementsAre(HasSubstr("The patron of line 2 is the same and has other data.")));
   EXPECT_THAT(take(twice + "Ink\n").faults.told(), IsEmpty());
+}
+
+/// The plan is made while others may write.
+TEST(PatronImportBesideAnother, SeesWhatThatHasWrittenMeanwhile) {
+  DeskLibrary library("sqlite");
+  const TempFolder folder;
+  std::ofstream(folder.file("patrons.csv")) << "card,group,last name\nN1,Students,Ink\n";
+  PatronReport report;
+  std::thread taking;
+  library.database().write([&](Connection& db) {
+    taking =
+        std::thread([&] { report = importPatrons(library.database(), folder.file("patrons.csv"), {}, now); });
+    while (library.database().waitingWriters() == 0) std::this_thread::yield();
+    notePatronWrite(db);
+    db.run("insert into patrons (id, last_name, search_name) values (71, 'Ash', 'ash')");
+    db.run(
+        "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) select 71, id, 'N1', 1 "
+        "from patron_groups where name = 'Students'");
+  });
+  taking.join();
+  EXPECT_EQ(report.newPatrons, 0);
+  EXPECT_EQ(library.value("select last_name from patrons where id = 71"), "Ink");
 }
 
 TEST_P(PatronImport, ReadsFilesOfTheWesternCodePage) {
