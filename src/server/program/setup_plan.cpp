@@ -357,8 +357,8 @@ class Asking {
     set("directory-authority", plan_.directory.authority);
   }
 
-  static void takeNamesThere(DirectorySettings& directory, const std::string& answer) {
-    const bool isPattern = answer.find(loginMark) != std::string::npos;
+  void takeNamesThere(DirectorySettings& directory, const std::string& answer) const {
+    const bool isPattern = answer.find(loginMark) != std::string::npos || answer == given_.directoryName;
     directory.name = isPattern ? answer : std::string();
     directory.base = isPattern ? std::string() : answer;
   }
