@@ -18,25 +18,26 @@ namespace vantry {
 class Server {
  public:
   struct Options {
-    std::string database;                     ///< path of a SQLite file, or "postgresql://..."
-    std::string address = "127.0.0.1";        ///< address to listen on
-    int port = 0;                             ///< 0 takes any free one
-    std::string certificate;                  ///< PEM file; with `key` for HTTPS, both empty for HTTP
-    std::string key;                          ///< PEM file
-    int threads = 8;                          ///< requests that are worked on at one time
-    server::HttpLimits limits;                ///< what the server takes upon itself
-    std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
-    int connections = 8;                      ///< to the database, at most
-    int patience = 10;                        ///< seconds to wait for another process that writes
-    int silence = 20;            ///< seconds after which a database server without an answer is given up
-    bool takesTimeZone = false;  ///< the process takes the library's time zone over
-    bool trustsClock = false;    ///< keeps house at once after a pause of any length
-    int mostFound = 2000;        ///< hits that a search tells; all are counted
-    server::MailSettings mail;   ///< what patrons are told by it
-    server::DirectorySettings directory;  ///< where operators may have their passwords
-    bool quickHashes = false;             ///< cheap password hashes, for tests only
-    std::function<std::int64_t()>
-        clock;  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
+    std::string database = {};          ///< path of a SQLite file, or "postgresql://..."
+    std::string address = "127.0.0.1";  ///< address to listen on
+    int port = 0;                       ///< 0 takes any free one
+    std::string certificate = {};       ///< PEM file; with `key` for HTTPS, both empty for HTTP
+    std::string key = {};               ///< PEM file
+    int threads = 8;                    ///< requests that are worked on at one time
+    server::HttpLimits limits = {};     ///< what the server takes upon itself
+    std::vector<std::string> trustedProxies =
+        {};                          ///< addresses or networks whose X-Forwarded-For is believed
+    int connections = 8;             ///< to the database, at most
+    int patience = 10;               ///< seconds to wait for another process that writes
+    int silence = 20;                ///< seconds after which a database server without an answer is given up
+    bool takesTimeZone = false;      ///< the process takes the library's time zone over
+    bool trustsClock = false;        ///< keeps house at once after a pause of any length
+    int mostFound = 2000;            ///< hits that a search tells; all are counted
+    server::MailSettings mail = {};  ///< what patrons are told by it
+    server::DirectorySettings directory = {};  ///< where operators may have their passwords
+    bool quickHashes = false;                  ///< cheap password hashes, for tests only
+    std::function<std::int64_t()> clock =
+        {};  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
     /// Called once, on any thread, when the SQLite file was moved or replaced: nothing is answered any more.
     std::function<void()> onStoreLost = {};
   };

@@ -68,8 +68,8 @@ class HttpConnectionTest : public testing::Test {
   int ends_[2] = {};
 
  protected:
-  FrontParts parts{limits,   clients_, routes_,      metrics_,   workers_,
-                   workers_, workers_, connections_, handshakes_};
+  FrontParts parts{limits,   clients_, routes_,  metrics_,     workers_,
+                   workers_, workers_, workers_, connections_, handshakes_};
 };
 
 TEST_F(HttpConnectionTest, TheTimeOfARequestIsNotCountedAnewAfterTheLookAtItsSender) {
