@@ -21,6 +21,7 @@ static constexpr int kEntryHeight = 30;
 static constexpr int kGroupHeight = 32;
 /// A larger picture is read smaller than it is.
 static constexpr int kPictureSide = 2000;
+static constexpr int kPictureMegabytes = 1024;  // unpacked
 /// A bar is as wide as its captions want, within limits.
 static constexpr int kNarrowest = 208;
 static constexpr int kWidest = 300;
@@ -140,6 +141,8 @@ class ListBarWidget : public QTreeWidget {
 /// unpacked.
 static QPixmap pictureOf(const QString& file) {
   if (file.isEmpty()) return {};
+  // A photograph of 100 MB unpacks to more than Qt takes unasked.
+  QImageReader::setAllocationLimit(kPictureMegabytes);
   QImageReader reader(file);
   const QSize size = reader.size();
   if (size.width() > kPictureSide || size.height() > kPictureSide)
