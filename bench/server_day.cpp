@@ -23,6 +23,7 @@
 #include "figures.h"
 #include "server/base/moment.h"
 #include "server/program/server.h"
+#include "support/server_booking.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ constexpr int clients = 16;
 constexpr int requests = 2000;
 const Moment noon = makeMoment(2026, 11, 24, 12);
 
-using Tags = std::vector<std::pair<std::string, std::string>>;
+using test::Tags;
 
 /// What the clients have seen, together.
 class Tally {
@@ -164,21 +165,11 @@ class Client {
   }
 
   Tags booking(Moment starts, const std::string& piece, const std::string& note) {
-    return {{"STIME", momentText(starts)},
-            {"ETIME", momentText(starts + hour)},
-            {"PID", patron_},
-            {"PGID", group_},
-            {"PPID", "0"},
-            {"ADBK", "N"},
-            {"LOC", "1"},
-            {"BTID", "3"},
-            {"EID", piece},
-            {"SCHCOM", note},
-            {"ODE", "0"},
-            {"OPU", "0"},
-            {"WIZ", "N"},
-            {"UTIME", "0"},
-            {"CTIME", "0"}};
+    const test::NewBooking made{
+        .from = starts, .until = starts + hour, .patron = patron_, .group = group_, .note = note};
+    Tags tags = made.tags();
+    tags.emplace_back("EID", piece);
+    return tags;
   }
 
   void serveVisitor(int visit) {

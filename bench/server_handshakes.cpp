@@ -3,8 +3,6 @@
 //
 //   server_handshakes FOLDER
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -127,10 +125,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "server_handshakes FOLDER\n");
     return 2;
   }
-  rlimit files{};
-  getrlimit(RLIMIT_NOFILE, &files);
-  files.rlim_cur = files.rlim_max;
-  setrlimit(RLIMIT_NOFILE, &files);
+  allowManyConnections();
   Failures failures;
   const Figures figures("handshakes");
   for (const KeyKind& kind : kinds) {

@@ -7,7 +7,6 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -159,10 +158,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "server_load FOLDER [postgresql://...]\n");
     return 2;
   }
-  rlimit files{};
-  getrlimit(RLIMIT_NOFILE, &files);
-  files.rlim_cur = files.rlim_max;
-  setrlimit(RLIMIT_NOFILE, &files);
+  allowManyConnections();
   const std::string database = argc > 2 ? argv[2] : std::string(argv[1]) + "/load.sqlite";
   DemoOptions demo;
   demo.date = "2026-11-24";

@@ -16,6 +16,7 @@
 #include "server/program/server.h"
 #include "server/store/database.h"
 #include "server/store/query.h"
+#include "support/server_booking.h"
 
 namespace {
 
@@ -65,22 +66,9 @@ std::string makeLibrary(const std::filesystem::path& folder, const Case& each) {
 std::string bookingOf(int number) {
   const Moment starts = noon + (1 + number % 300) * day + number / 300 * hour;
   std::string body = "{\"tags\":[";
-  const std::pair<const char*, std::string> tags[] = {{"STIME", momentText(starts)},
-                                                      {"ETIME", momentText(starts + hour)},
-                                                      {"PID", "1"},
-                                                      {"PGID", "1"},
-                                                      {"PPID", "0"},
-                                                      {"ADBK", "N"},
-                                                      {"LOC", "1"},
-                                                      {"BTID", "3"},
-                                                      {"SCHCOM", ""},
-                                                      {"ODE", "0"},
-                                                      {"OPU", "0"},
-                                                      {"WIZ", "N"},
-                                                      {"UTIME", "0"},
-                                                      {"CTIME", "0"}};
+  const test::Tags tags = test::NewBooking{.from = starts, .until = starts + hour, .patron = "1"}.tags();
   for (const auto& [tag, value] : tags)
-    body += (body.back() == '[' ? "[\"" : ",[\"") + std::string(tag) + "\",\"" + value + "\"]";
+    body += (body.back() == '[' ? "[\"" : ",[\"") + tag + "\",\"" + value + "\"]";
   return body + "]}";
 }
 

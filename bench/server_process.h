@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +11,14 @@
 
 #include "server/base/moment.h"
 #include "server/program/server.h"
+
+/// As many as the system lets this program have.
+inline void allowManyConnections() {
+  rlimit files{};
+  getrlimit(RLIMIT_NOFILE, &files);
+  files.rlim_cur = files.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &files);
+}
 
 /// A server in a process of its own, which ends with this object. Made before this program has other threads.
 class ServerProcess {

@@ -498,8 +498,7 @@ void FormWindow::changeEvent(QEvent* event) {
 }
 
 bool FormWindow::event(QEvent* event) {
-  // Qt keeps the input away by itself. Telling each child of each open window costs more than opening the
-  // box.
+  // Qt keeps the input away by itself, and telling each child of each open window costs more than the box.
   if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowUnblocked) return true;
   const bool done = QWidget::event(event);
   if (event->type() == QEvent::WindowActivate && !released_) desktop_.activated(form_);

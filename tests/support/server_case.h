@@ -13,6 +13,7 @@
 
 #include "server/program/server.h"
 #include "server/store/database.h"
+#include "support/server_booking.h"
 #include "support/server_desk_library.h"
 
 namespace vantry::server::test {
@@ -31,7 +32,6 @@ class TempFolder {
 };
 
 using Record = std::map<std::string, std::string>;
-using Tags = std::vector<std::pair<std::string, std::string>>;
 
 /// What came back over the wire, read apart.
 struct WireAnswer {

@@ -121,7 +121,7 @@ void Mailbox::serve(int socket) {
 }
 
 void Mailbox::converse(int socket) {
-  say(socket, "220 test");
+  say(socket, greeting());
   Lines lines(socket);
   Mail mail;
   for (std::string line; lines.next(line);) {
@@ -135,6 +135,12 @@ void Mailbox::converse(int socket) {
     mail = {};
     say(socket, "250 taken");
   }
+}
+
+std::string Mailbox::greeting() const {
+  const std::lock_guard lock(mutex_);
+  const auto given = replies_.find("");
+  return given == replies_.end() ? "220 test" : given->second;
 }
 
 std::string Mailbox::replyTo(const std::string& line, Mail& mail) {

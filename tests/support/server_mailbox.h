@@ -20,7 +20,8 @@ class Mailbox {
   /// "smtp://127.0.0.1:PORT".
   [[nodiscard]] std::string address() const;
 
-  /// Answers this line, "RCPT TO:<ada@example.org>" for example, with that one.
+  /// Answers this line, "RCPT TO:<ada@example.org>" for example, with that one; the empty line is the begin
+  /// of a connection.
   void answer(const std::string& line, const std::string& reply);
   /// Says nothing more from the next connection on, but keeps it open.
   void fallSilent();
@@ -41,6 +42,7 @@ class Mailbox {
   void accept();
   void serve(int socket);
   void converse(int socket);
+  [[nodiscard]] std::string greeting() const;
   std::string replyTo(const std::string& line, Mail& mail);
 
   int listening_ = -1;

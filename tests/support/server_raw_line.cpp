@@ -58,6 +58,14 @@ std::string RawLine::readToEnd() {
   return readUntil(std::string("\0 stands in no reply", 20));
 }
 
+bool isServed(int port) {
+  const int line = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const sockaddr_in there = addressOf("127.0.0.1", port);
+  const bool isTaken = connect(line, reinterpret_cast<const sockaddr*>(&there), sizeof there) == 0;
+  close(line);
+  return isTaken;
+}
+
 FreePort::FreePort() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   sockaddr_in address = addressOf("127.0.0.1", 0);
   socklen_t size = sizeof address;

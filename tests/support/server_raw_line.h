@@ -25,6 +25,9 @@ class RawLine {
   int line_;
 };
 
+/// Whether anybody takes connections at that port of the loopback.
+[[nodiscard]] bool isServed(int port);
+
 /// A port of the loopback that nobody has, until it is let go.
 class FreePort {
  public:

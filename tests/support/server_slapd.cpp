@@ -1,9 +1,7 @@
 #include "support/server_slapd.h"
 
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,39 +10,15 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "support/server_certificate.h"
+#include "support/server_raw_line.h"
+
 namespace vantry::server::test {
 
 namespace {
 
 constexpr const char* program = "/usr/sbin/slapd";
 constexpr const char* people = "ou=people,dc=library,dc=example";
-
-sockaddr_in loopback(int port) {
-  sockaddr_in place{};
-  place.sin_family = AF_INET;
-  place.sin_port = htons(static_cast<std::uint16_t>(port));
-  place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return place;
-}
-
-class Socket {
- public:
-  ~Socket() { close(handle_); }
-  int bindFree() {
-    sockaddr_in place = loopback(0);
-    socklen_t size = sizeof place;
-    const bool bound = bind(handle_, reinterpret_cast<sockaddr*>(&place), size) == 0 &&
-                       getsockname(handle_, reinterpret_cast<sockaddr*>(&place), &size) == 0;
-    return bound ? ntohs(place.sin_port) : 0;
-  }
-  bool reaches(int port) {
-    const sockaddr_in place = loopback(port);
-    return connect(handle_, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
-  }
-
- private:
-  int handle_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-};
 
 /// `name` as it is, and as a name of an entry needs it.
 std::string person(const std::string& name, const std::string& escaped, const std::string& parent = people) {
@@ -60,24 +34,22 @@ bool Slapd::isInstalled() {
 
 Slapd::Slapd(Tls tls) : tls_(tls) {
   {
-    Socket one, other;  // both held, so that the ports differ
-    port_ = one.bindFree();
-    sealedPort_ = other.bindFree();
+    const FreePort one, other;  // both held, so that the ports differ
+    port_ = one.number();
+    sealedPort_ = other.number();
   }
-  const std::string key = "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 ";
-  run(key + "-subj /CN=localhost -addext subjectAltName=IP:127.0.0.1 -keyout key.pem -out certificate.pem");
-  run(key + "-subj /CN=localhost -addext subjectAltName=IP:127.0.0.1 -keyout other.key -out other.pem");
+  for (const char* name : {"house", "other"}) makeCertificate(folder_, name, "IP:127.0.0.1");
   run("mkdir data && cp " + std::string(program) + " slapd");  // a copy, which AppArmor does not confine
-  write("slapd.conf",
-        "include /etc/ldap/schema/core.schema\ninclude /etc/ldap/schema/cosine.schema\n"
-        "include /etc/ldap/schema/inetorgperson.schema\nmodulepath /usr/lib/ldap\nmoduleload back_mdb\n"
-        "allow bind_anon_dn\n" +
-            std::string(tls_ == Tls::Spoken
-                            ? "TLSCertificateFile certificate.pem\nTLSCertificateKeyFile key.pem\n"
-                            : "") +
-            "database mdb\nmaxsize 1048576\nsuffix dc=library,dc=example\ndirectory data\n"
-            "access to attrs=userPassword by anonymous auth by * none\n"
-            "access to * by dn.exact=cn=reader,dc=library,dc=example read by * none\n");
+  write(
+      "slapd.conf",
+      "include /etc/ldap/schema/core.schema\ninclude /etc/ldap/schema/cosine.schema\n"
+      "include /etc/ldap/schema/inetorgperson.schema\nmodulepath /usr/lib/ldap\nmoduleload back_mdb\n"
+      "allow bind_anon_dn\n" +
+          std::string(tls_ == Tls::Spoken ? "TLSCertificateFile house.pem\nTLSCertificateKeyFile house.key\n"
+                                          : "") +
+          "database mdb\nmaxsize 1048576\nsuffix dc=library,dc=example\ndirectory data\n"
+          "access to attrs=userPassword by anonymous auth by * none\n"
+          "access to * by dn.exact=cn=reader,dc=library,dc=example read by * none\n");
   write(
       "people.ldif",
       "dn: dc=library,dc=example\nobjectClass: domain\ndc: library\n\n"
@@ -117,7 +89,7 @@ void Slapd::start() {
     execl("./slapd", "slapd", "-d", "0", "-f", "slapd.conf", "-h", addresses.c_str(), nullptr);
     _exit(9);
   }
-  while (!Socket().reaches(isSealed ? sealedPort_ : port_)) {
+  while (!isServed(isSealed ? sealedPort_ : port_)) {
     if (waitpid(process_, nullptr, WNOHANG) == process_) throw std::runtime_error("the directory has ended");
     usleep(10'000);
   }
@@ -131,7 +103,7 @@ void Slapd::stop() {
 
 DirectorySettings Slapd::byName() const {
   return {.address = address(),
-          .authority = folder_.file("certificate.pem"),
+          .authority = folder_.file("house.pem"),
           .name = std::string("uid={login},") + people,
           .limit = 2};
 }

@@ -10,6 +10,7 @@ ConnectionLimit::ConnectionLimit(Clock::time_point end)
 void ConnectionLimit::watch(int socket) {
   const std::lock_guard lock(mutex_);
   socket_ = socket;
+  if (socket_ >= 0) wasReached_ = true;
   if (isOver_ && socket_ >= 0) shutdown(socket_, SHUT_RDWR);
 }
 

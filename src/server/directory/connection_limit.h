@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -18,6 +19,8 @@ class ConnectionLimit {
 
   /// The connection's socket; -1 once it is going to be closed.
   void watch(int socket);
+  /// Whether there has been one.
+  [[nodiscard]] bool wasReached() const { return wasReached_; }
 
  private:
   void wait(const std::stop_token& ending, Clock::time_point end);
@@ -26,6 +29,7 @@ class ConnectionLimit {
   std::condition_variable_any wake_;
   int socket_ = -1;
   bool isOver_ = false;
+  std::atomic<bool> wasReached_ = false;
   std::jthread thread_;
 };
 

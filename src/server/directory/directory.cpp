@@ -1,11 +1,12 @@
 #include "server/directory/directory.h"
 
 #include <csignal>
-#include <fstream>
 #include <utility>
 
 #include <spdlog/spdlog.h>
 
+#include "server/base/first_line.h"
+#include "server/base/this_machine.h"
 #include "server/base/user_error.h"
 #include "server/directory/ldap_line.h"
 
@@ -24,23 +25,15 @@ std::string_view hostOf(std::string_view address) {
   return rest.substr(0, end);
 }
 
-bool isThisMachine(std::string_view host) {
-  const bool isNumber = host.find_first_not_of("0123456789.") == std::string_view::npos;
-  return host == "localhost" || host == "[::1]" || (isNumber && host.starts_with("127."));
-}
-
 bool hasMark(std::string_view pattern) {
   return pattern.find(loginMark) != std::string_view::npos;
 }
 
 /// Read at each use, so that a password that was changed counts at once.
 std::string passwordIn(const std::string& file) {
-  std::ifstream in(file);
-  std::string line;
-  std::getline(in, line);
-  if (line.ends_with('\r')) line.pop_back();
-  if (line.empty()) throw DirectoryFault("the password of the account cannot be read from " + file);
-  return line;
+  const std::string password = firstLineOf(file).value_or("");
+  if (password.empty()) throw DirectoryFault("the password of the account cannot be read from " + file);
+  return password;
 }
 
 std::optional<std::string> findEntry(LdapLine& line, const DirectorySettings& settings,
@@ -104,7 +97,7 @@ Directory::Verdict Directory::judge(std::string_view login, std::string_view pas
   } catch (const DirectoryFault& fault) {
     spdlog::error("{} cannot log on now: {}", login, sentenceOf(fault.what()));
   }
-  const std::chrono::seconds limit(settings_.limit);
+  const std::chrono::milliseconds limit = std::chrono::seconds(settings_.limit);
   const Clock::time_point now = Clock::now();
   if (now - begun > limit / 2) restsUntil_ = (now + limit).time_since_epoch().count();
   return Verdict::Away;

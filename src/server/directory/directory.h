@@ -13,8 +13,8 @@ namespace vantry::server {
 void checkDirectory(const DirectorySettings& settings);
 
 /// The directory of the house, over LDAP. It says whether a password is right, and nothing else. For many
-/// threads at once, each of which waits no longer than the settings say. SIGPIPE is ignored from the first
-/// one on.
+/// threads at once. Each waits no longer than the settings say, but for the look-up of the host's name, which
+/// is the system's, and which all of them do one after another. SIGPIPE is ignored from the first one on.
 class Directory {
  public:
   /// Asks nothing yet. Throws UserError as checkDirectory does.

@@ -137,10 +137,11 @@ LdapLine::Found LdapLine::search(const std::string& base, int scope, const std::
 
 std::optional<std::string> LdapLine::find(const std::string& base, const std::string& filter) {
   const Found found = search(base, LDAP_SCOPE_SUBTREE, filter);
-  if (found.code != LDAP_SIZELIMIT_EXCEEDED) need(found.code);
+  const bool areMore = found.code == LDAP_SIZELIMIT_EXCEEDED;
+  if (!areMore) need(found.code);
   const int count = ldap_count_entries(line_.get(), found.entries.get());
+  if (areMore || count > 1) throw DirectoryFault("more than one entry fits " + filter);
   if (count == 0) return std::nullopt;
-  if (count > 1) throw DirectoryFault("more than one entry fits " + filter);
   const Text name(ldap_get_dn(line_.get(), ldap_first_entry(line_.get(), found.entries.get())));
   if (!name) throw DirectoryFault("an entry has no name");
   return name.get();
@@ -179,7 +180,7 @@ void LdapLine::fail(int code) {
   if (line_) ldap_get_option(line_.get(), LDAP_OPT_DIAGNOSTIC_MESSAGE, &told);
   const Text text(told);
   const bool tellsMore = text && *text != '\0';
-  if (tellsMore && (code == LDAP_CONNECT_ERROR || code == LDAP_SERVER_DOWN))
+  if (tellsMore && limit_.wasReached() && (code == LDAP_CONNECT_ERROR || code == LDAP_SERVER_DOWN))
     throw DirectoryFault("TLS fails; its certificate is not trusted, has ended or is one of another host");
   std::string reason = ldap_err2string(code);
   if (tellsMore) reason.append(" (").append(text.get()).append(")");

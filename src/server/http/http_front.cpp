@@ -30,8 +30,8 @@ using Tls = asio::ssl::context;
 constexpr int backlog = 4096;
 // Whoever checks a password takes 64 MiB for a moment; more at one time would only slow each other.
 constexpr int logonThreads = 2;
-constexpr int directoryThreads = 8;  // they only wait
-// Handshakes take half of the processors at the most, so that a crowd of them leaves room for requests.
+constexpr int directoryThreads = 8;  // they mostly wait; a wrong password costs a check here as well
+// Half of the processors, and never more than this: a crowd of them leaves room for requests.
 constexpr int mostHandshakeThreads = 4;
 constexpr std::chrono::milliseconds betweenLooks{250};
 constexpr std::chrono::seconds lastReplies{2};

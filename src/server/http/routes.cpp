@@ -252,7 +252,8 @@ WireReply Routes::login(const WireRequest& request) const {
   using Kind = RequestRunner::LoginResult::Kind;
   if (result.kind == Kind::NeedsDirectory) return passOn();
   if (result.kind == Kind::Away)
-    return refuse(503, "The directory of the house does not answer. Your password cannot be checked now.");
+    return refuse(503,
+                  "The directory of the house cannot be asked now, so that your password cannot be checked.");
   if (result.kind != Kind::Granted) metrics_.noteRefusedTry();
   if (result.kind == Kind::TooMany) return refuseForNow(result.retryAfter);
   if (result.kind == Kind::Refused) return refuse(401, "The operator or the password is wrong.");

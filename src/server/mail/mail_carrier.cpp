@@ -2,8 +2,7 @@
 
 #include <unistd.h>
 
-#include <fstream>
-
+#include "server/base/first_line.h"
 #include "server/base/user_error.h"
 #include "server/mail/program_carrier.h"
 #include "server/mail/smtp_carrier.h"
@@ -15,12 +14,10 @@ namespace {
 constexpr const char* usualProgram = "/usr/sbin/sendmail";
 
 std::string passwordIn(const std::string& file) {
-  std::ifstream in(file);
-  std::string line;
-  if (!std::getline(in, line) || line.empty())
+  const std::string password = firstLineOf(file).value_or("");
+  if (password.empty())
     throw MailUnavailable("The password of the mail server cannot be read from " + file + ".");
-  if (line.back() == '\r') line.pop_back();
-  return line;
+  return password;
 }
 
 }  // namespace

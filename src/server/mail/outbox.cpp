@@ -106,7 +106,7 @@ void queueNews(Connection& db, MailKind kind, std::span<const std::int64_t> book
       "from bookings b join patrons p on p.id = b.patron_id where b.id in (" +
       keysIn(db, "bookings") +
       ") and (b.ends_at > :now or b.ends_at = b.starts_at and b.ends_at >= :today) and" + reachable +
-      mergedNews;
+      " order by b.id" + mergedNews;
   Query query(db, sql);
   query.bind("kind", static_cast<int>(kind)).bind("queued_at", now).bind("due_at", now + mailSettling);
   query.bind("save", bookings.size() > 1 ? bookings.front() : 0);
@@ -183,6 +183,12 @@ void giveUp(Connection& db, const TakenMail& mail, const std::string& fault) {
 
 void dropMail(Connection& db, const TakenMail& mail) {
   if (!settle(db, mail, "delete from outbox", [](Query&) {})) release(db, mail);
+}
+
+void tellApart(Connection& db, const TakenMail& mail) {
+  const bool isDone =
+      settle(db, mail, "update outbox set save = 0, leased_until = 0, tries = tries - 1", [](Query&) {});
+  if (!isDone) release(db, mail);
 }
 
 std::string lastTold(Connection& db, const TakenMail& mail) {

@@ -66,6 +66,8 @@ void markSent(Connection& db, const TakenMail& mail, const std::string& told, Mo
 void postpone(Connection& db, const TakenMail& mail, const std::string& fault, Moment until);
 void giveUp(Connection& db, const TakenMail& mail, const std::string& fault);
 void dropMail(Connection& db, const TakenMail& mail);
+/// It is none of its save any more, and is due at once.
+void tellApart(Connection& db, const TakenMail& mail);
 
 /// The mark of what the patron was told last of the booking; empty when nothing was.
 [[nodiscard]] std::string lastTold(Connection& db, const TakenMail& mail);

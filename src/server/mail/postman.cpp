@@ -70,6 +70,11 @@ std::optional<WrittenMail> writtenMail(Connection& db, const TakenMail& mail, Mo
   return written;
 }
 
+/// Whether one letter can tell both: bookings of one save may have got other places or things since.
+bool isAlike(const MailValues& one, const MailValues& other) {
+  return one.at("place") == other.at("place") && one.at("things") == other.at("things");
+}
+
 /// Those of the first booking, and what counts for all.
 MailValues valuesOf(std::span<const WrittenMail> mails, const std::string& name) {
   MailValues values = mails.front().values;
@@ -98,17 +103,24 @@ struct Postman::Written {
   MailRecipient recipient;
   std::vector<WrittenMail> mails;  ///< what it tells; it is sent only when there is something
   std::vector<TakenMail> moot;     ///< what is not to be told any more
+  std::vector<TakenMail> others;   ///< what needs a letter of its own
 };
 
 Postman::Postman(Database& database, Clock clock, const MailSettings& settings)
-    : database_(database),
-      clock_(std::move(clock)),
-      texts_(settings.texts),
-      from_(senderIn(settings.from)),
-      carrier_(makeCarrier(settings)) {}
+    : database_(database), clock_(std::move(clock)), settings_(settings), from_(senderIn(settings.from)) {
+  try {
+    findCarrier();
+  } catch (const MailUnavailable& error) {
+    spdlog::error("mail waits: {}", error.what());  // desks do not
+  }
+}
 
 Postman::~Postman() {
   stop();
+}
+
+void Postman::findCarrier() {
+  if (!carrier_) carrier_ = makeCarrier(settings_);
 }
 
 void Postman::start() {
@@ -139,6 +151,8 @@ bool Postman::sendDueSafely(const std::stop_token& ending) {
     return sendDue(ending);
   } catch (const StoreError& error) {
     spdlog::warn("mail is put off: {}", error.what());
+  } catch (const MailUnavailable& error) {
+    spdlog::error("mail waits: {}", error.what());
   } catch (const std::exception& error) {
     spdlog::error("mail failed: {}", error.what());
   }
@@ -146,6 +160,8 @@ bool Postman::sendDueSafely(const std::stop_token& ending) {
 }
 
 bool Postman::sendDue(const std::stop_token& ending) {
+  database_.readOnce([&](Connection& db) { queued_ = countWaitingMail(db); });
+  findCarrier();
   bool isWell = true;
   while (isWell && !ending.stop_requested()) {
     const Moment now = clock_();
@@ -167,9 +183,10 @@ void Postman::change(const Database::Work& work) {
 /// False when the mail system failed.
 bool Postman::send(const std::vector<TakenMail>& mails, const std::stop_token& ending) {
   const Written written = write(mails);
-  if (!written.moot.empty()) {
+  if (!written.moot.empty() || !written.others.empty()) {
     change([&](Connection& db) {
       for (const TakenMail& mail : written.moot) dropMail(db, mail);
+      for (const TakenMail& mail : written.others) tellApart(db, mail);
     });
   }
   if (written.mails.empty()) return true;
@@ -187,7 +204,12 @@ Postman::Written Postman::write(const std::vector<TakenMail>& mails) {
     if (recipient) written.recipient = *recipient;
     for (const TakenMail& mail : mails) {
       std::optional<WrittenMail> told = recipient ? writtenMail(db, mail, now) : std::nullopt;
-      told ? written.mails.push_back(std::move(*told)) : written.moot.push_back(mail);
+      if (!told)
+        written.moot.push_back(mail);
+      else if (!written.mails.empty() && !isAlike(written.mails.front().values, told->values))
+        written.others.push_back(mail);
+      else
+        written.mails.push_back(std::move(*told));
     }
   });
   return written;
@@ -203,7 +225,7 @@ void Postman::tellFaults(const UsedText& used) {
 Delivery Postman::carry(const Written& written, const std::stop_token& ending) {
   const TakenMail& first = written.mails.front().mail;
   const UsedText used =
-      usedText(texts_, written.mails.size() > 1 ? severalConfirmed : mailKindName(first.kind));
+      usedText(settings_.texts, written.mails.size() > 1 ? severalConfirmed : mailKindName(first.kind));
   tellFaults(used);
   const std::string id = "vantry." + confirmationNumber(first.bookingId) + '.' +
                          std::to_string(first.queuedAt) + '.' + std::to_string(first.id) + '.' +

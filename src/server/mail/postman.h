@@ -23,7 +23,8 @@ namespace vantry::server {
 /// between the sending of a letter and the mark of it sends the same letter again, with the same Message-ID.
 class Postman {
  public:
-  /// Throws UserError with a sentence for settings that make no sense.
+  /// Throws UserError with a sentence for settings that make no sense. What they name and is not there is
+  /// looked for again before mail is sent.
   Postman(Database& database, Clock clock, const MailSettings& settings);
   ~Postman();
   Postman(const Postman&) = delete;
@@ -32,7 +33,8 @@ class Postman {
   void start();
   void stop();
 
-  /// Sends what is due now; false when the mail system failed, and all that is left waits. Throws StoreError.
+  /// Sends what is due now; false when the mail system failed, and all that is left waits. Throws StoreError,
+  /// and MailUnavailable.
   bool sendDue(const std::stop_token& ending = {});
 
   struct Figures {
@@ -44,6 +46,7 @@ class Postman {
 
  private:
   struct Written;
+  void findCarrier();
   void work(const std::stop_token& ending);
   bool sendDueSafely(const std::stop_token& ending);
   bool send(const std::vector<TakenMail>& mails, const std::stop_token& ending);
@@ -55,7 +58,7 @@ class Postman {
 
   Database& database_;
   Clock clock_;
-  std::string texts_;
+  MailSettings settings_;
   MailSender from_;
   std::unique_ptr<MailCarrier> carrier_;
   std::string toldFault_;

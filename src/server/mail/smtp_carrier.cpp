@@ -99,8 +99,9 @@ class SmtpCarrier : public MailCarrier {
     std::string fault(told.empty() ? curl_easy_strerror(code) : told);
     long reply = 0;
     curl_easy_getinfo(handle_.get(), CURLINFO_RESPONSE_CODE, &reply);
-    const bool ofLetter =
-        code == CURLE_WEIRD_SERVER_REPLY || (code == CURLE_SEND_ERROR && !told.starts_with("MAIL failed"));
+    // A greeting that is none is told by the same code as a text that is not taken.
+    const bool ofText = code == CURLE_WEIRD_SERVER_REPLY && !told.starts_with("Got unexpected");
+    const bool ofLetter = ofText || (code == CURLE_SEND_ERROR && !told.starts_with("MAIL failed"));
     if (!ofLetter || reply < 400 || reply >= 600) return {Delivery::Kind::Failed, std::move(fault)};
     return {reply < 500 ? Delivery::Kind::PutOff : Delivery::Kind::Refused, std::move(fault)};
   }

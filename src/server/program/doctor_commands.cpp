@@ -9,6 +9,7 @@
 #include "server/base/user_error.h"
 #include "server/directory/directory.h"
 #include "server/http/certificate.h"
+#include "server/mail/letter.h"
 #include "server/mail/mail_carrier.h"
 #include "server/program/command_line.h"
 #include "server/program/on_library.h"
@@ -45,6 +46,7 @@ void lookAtCertificate(const CertificateFiles& files, MachineState& state, std::
 void lookAtMail(const MailSettings& mail, std::vector<std::string>& found) {
   if (!mail.kinds.any()) return;
   try {
+    static_cast<void>(senderIn(mail.from));
     static_cast<void>(makeCarrier(mail));
   } catch (const UserError& error) {
     found.emplace_back(error.what());

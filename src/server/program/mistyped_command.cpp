@@ -53,12 +53,11 @@ std::vector<std::string> commandsOf(const CLI::App& app) {
   return names;
 }
 
-/// The first word that nothing takes.
+/// The first word that nothing takes. Behind an option that nothing takes it may be the option's value.
 std::optional<std::string> strayWord(const CLI::App& program) {
   const std::vector<std::string> words = program.remaining(true);
-  const auto found =
-      std::ranges::find_if(words, [](const std::string& word) { return !word.starts_with('-'); });
-  return found == words.end() ? std::nullopt : std::optional(*found);
+  const bool isWord = !words.empty() && !words.front().starts_with('-');
+  return isWord ? std::optional(words.front()) : std::nullopt;
 }
 
 }  // namespace

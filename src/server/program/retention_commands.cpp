@@ -101,7 +101,9 @@ void describeRetention(CLI::App& app, const Site& site) {
   const auto given = std::make_shared<RetentionCommand>();
   CLI::App* retention =
       app.add_subcommand("retention", "How long names are kept of what is over")->require_subcommand(1);
-  CLI::App* set = retention->add_subcommand("set", "Set it; the server does the rest within minutes");
+  CLI::App* set = retention->add_subcommand("set",
+                                            "Set it; the server does the rest in small steps, a first time "
+                                            "over hours, and \"run\" does it at once");
   set->add_option("--bookings", given->bookings,
                   "Whole months after which bookings that are over are made anonymous; 0 for never")
       ->check(CLI::Range(0, mostMonths));

@@ -49,14 +49,8 @@ static Clock clockOf(const Server::Options& options) {
 }
 
 static std::unique_ptr<Postman> postmanFor(Database& database, const Server::Options& options) {
-  if (!options.mail.kinds.any()) return nullptr;
-  try {
-    return std::make_unique<Postman>(database, clockOf(options), options.mail);
-  } catch (const MailUnavailable& error) {
-    // Desks do not wait for it.
-    spdlog::error("no mail is sent until the server is started again: {}", error.what());
-    return nullptr;
-  }
+  return options.mail.kinds.any() ? std::make_unique<Postman>(database, clockOf(options), options.mail)
+                                  : nullptr;
 }
 
 static std::unique_ptr<Directory> directoryFor(const Server::Options& options) {

@@ -25,8 +25,8 @@ class Server {
     std::string key = {};               ///< PEM file
     int threads = 8;                    ///< requests that are worked on at one time
     server::HttpLimits limits = {};     ///< what the server takes upon itself
-    std::vector<std::string> trustedProxies =
-        {};                          ///< addresses or networks whose X-Forwarded-For is believed
+    /// Addresses or networks whose X-Forwarded-For is believed.
+    std::vector<std::string> trustedProxies = {};
     int connections = 8;             ///< to the database, at most
     int patience = 10;               ///< seconds to wait for another process that writes
     int silence = 20;                ///< seconds after which a database server without an answer is given up
@@ -36,8 +36,8 @@ class Server {
     server::MailSettings mail = {};  ///< what patrons are told by it
     server::DirectorySettings directory = {};  ///< where operators may have their passwords
     bool quickHashes = false;                  ///< cheap password hashes, for tests only
-    std::function<std::int64_t()> clock =
-        {};  ///< seconds of the wall clock since 1970-01-01; empty: the machine's
+    /// Seconds of the wall clock since 1970-01-01; empty: the machine's.
+    std::function<std::int64_t()> clock = {};
     /// Called once, on any thread, when the SQLite file was moved or replaced: nothing is answered any more.
     std::function<void()> onStoreLost = {};
   };

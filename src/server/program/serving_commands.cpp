@@ -9,6 +9,7 @@
 #include <systemd/sd-daemon.h>
 #include <CLI/CLI.hpp>
 
+#include "server/base/this_machine.h"
 #include "server/base/user_error.h"
 #include "server/jobs/housekeeping.h"
 #include "server/program/command_line.h"
@@ -26,10 +27,6 @@ struct ServeCommand {
   bool behindProxy = false;
   bool demoIsFine = false;
 };
-
-bool isLoopback(const std::string& address) {
-  return address == "localhost" || address == "::1" || address.starts_with("127.");
-}
 
 /// The signals that the program waits for, blocked in every thread from now on, so that they arrive there.
 sigset_t blockSignals() {
@@ -61,7 +58,7 @@ void waitForEnd(const sigset_t& awaited, Server& server) {
 
 void serve(const ServeCommand& command) {
   const Server::Options& options = command.options;
-  const bool isPublic = !isLoopback(options.address);
+  const bool isPublic = !isThisMachine(options.address);
   if (options.certificate.empty() && isPublic && !command.behindProxy) {
     throw UserError(
         "Passwords would travel in the clear: give --certificate and --key, or say --behind-proxy when "

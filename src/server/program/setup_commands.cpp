@@ -116,8 +116,9 @@ void tell(const SetupPlan& plan, const std::vector<std::string>& done, const std
 }
 
 /// It may be away now, so that this hinders nothing.
-void tryDirectory(const DirectorySettings& directory) {
+void tryDirectory(DirectorySettings directory, int limit) {
   if (directory.address.empty()) return;
+  directory.limit = limit;
   const std::string fault = Directory(directory).fault();
   std::cout << (fault.empty() ? "The directory answers." : fault) << '\n';
 }
@@ -143,7 +144,7 @@ void setUp(const Site& site, const SetupCommand& command) {
   }
   if (!plan.settings.empty()) changed.commit();
   tell(plan, done, config);
-  tryDirectory(plan.directory);
+  tryDirectory(plan.directory, site.directory.limit);
   startServing(plan, config, isForService);
   if (plan.isNew)
     std::cout

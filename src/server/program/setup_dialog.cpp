@@ -1,10 +1,10 @@
 #include "server/program/setup_dialog.h"
 
-#include <fstream>
 #include <iostream>
 #include <optional>
 
 #include "server/access/passwords.h"
+#include "server/base/first_line.h"
 #include "server/program/terminal.h"
 #include "server/setup/administration.h"
 
@@ -35,13 +35,10 @@ std::string firstFault(const Question& question, const std::vector<std::string>&
 }
 
 std::string passwordIn(const std::string& file) {
-  std::ifstream input(file);
-  std::string line;
-  if (!std::getline(input, line))
-    throw UserError("The file \"" + file + "\" with the password cannot be read.");
-  if (!line.empty() && line.back() == '\r') line.pop_back();
-  if (const std::string weakness = weaknessOf(line); !weakness.empty()) throw UserError(weakness);
-  return line;
+  const std::optional<std::string> line = firstLineOf(file);
+  if (!line) throw UserError("The file \"" + file + "\" with the password cannot be read.");
+  if (const std::string weakness = weaknessOf(*line); !weakness.empty()) throw UserError(weakness);
+  return *line;
 }
 
 std::string promptOf(const Question& question) {

@@ -364,6 +364,8 @@ class Asking {
   }
 
   void askNamesThere() {
+    if (!given_.directoryName.empty() && !given_.directoryBase.empty())
+      throw UserError("A directory needs either --directory-name or --directory-base.");
     DirectorySettings& directory = plan_.directory;
     takeNamesThere(
         directory,

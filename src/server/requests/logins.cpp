@@ -27,14 +27,21 @@ std::string_view rightAskedFor(const Message& message) {
   return {};
 }
 
-/// What the audit tells beside who it was, with the way that was taken.
+/// What the audit tells beside who it was, with how they log on.
 std::string withWay(const std::optional<OperatorAccount>& account, std::string_view detail) {
   std::string text(detail);
-  if (account && account->byDirectory) text += ", by directory";
+  if (account && account->byDirectory) text += text.empty() ? "by directory" : ", by directory";
   return text;
 }
 
 }  // namespace
+
+/// Whether the operator still logs on as when the password was judged, for which a directory may take
+/// seconds.
+static bool isAsJudged(Connection& db, const OperatorAccount& account) {
+  const std::optional<OperatorAccount> now = findOperator(db, account.login);
+  return now && now->byDirectory == account.byDirectory && now->password == account.password;
+}
 
 /// Without a directory nobody has to wait for one.
 bool RequestRunner::needsDirectory(const std::optional<OperatorAccount>& account) const {
@@ -79,6 +86,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
       noteFailedTry(db, name, address, now);
       return audit(db, nullptr, now, "login refused", name, withWay(account, address));
     }
+    if (!isAsJudged(db, *account)) return;
     forgetFailures(db, name, address);
     token = openSession(db, account->id, now);
     Session session;
@@ -93,7 +101,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
     if (!granted) throw;
     token = openSpareSession(*account, error, now);
   }
-  if (!granted) return {.kind = Kind::Refused};
+  if (token.empty()) return {.kind = Kind::Refused};
   return {.kind = Kind::Granted, .token = token, .login = account->login};
 }
 

@@ -1,7 +1,6 @@
 #include "server/setup/patron_data.h"
 
 #include <array>
-#include <cstdlib>
 #include <set>
 #include <vector>
 
@@ -14,7 +13,6 @@
 #include "server/desk/forgotten_bookings.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
-#include "server/store/settings.h"
 
 namespace vantry::server {
 
@@ -224,12 +222,22 @@ std::string tellPatron(Database& database, std::string_view card) {
   return told.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
-std::string patronWrites(Connection& db) {
-  return settingOf(db, writesSetting);
+std::int64_t patronWrites(Connection& db) {
+  std::int64_t count = 0;
+  Query query(db, "select cast(value as bigint) from settings where name = :name");
+  query.bind("name", writesSetting);
+  fetchOne(query, count);
+  return count;
 }
 
-void notePatronWrite(Connection& db) {
-  setSetting(db, writesSetting, std::to_string(std::atoll(patronWrites(db).c_str()) + 1));
+std::int64_t notePatronWrite(Connection& db) {
+  std::int64_t count = 0;
+  Query query(db,
+              "insert into settings (name, value) values (:name, '1') on conflict (name) do update set value "
+              "= cast(cast(settings.value as bigint) + 1 as text) returning cast(value as bigint)");
+  query.bind("name", writesSetting);
+  fetchOne(query, count);
+  return count - 1;
 }
 
 ErasedPatron erasePatron(Database& database, std::string_view card, Moment now) {

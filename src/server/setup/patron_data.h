@@ -24,8 +24,9 @@ struct ErasedPatron {
 [[nodiscard]] ErasedPatron erasePatron(Database& database, std::string_view card, Moment now);
 
 /// How often commands have written patrons or their cards. While it stays the same, what was read of them
-/// holds: desks only count. Whoever writes them notes it first.
-[[nodiscard]] std::string patronWrites(Connection& db);
-void notePatronWrite(Connection& db);
+/// holds: desks only count.
+[[nodiscard]] std::int64_t patronWrites(Connection& db);
+/// Whoever writes them notes it first, and so waits for others that do. Returns how often it was before.
+std::int64_t notePatronWrite(Connection& db);
 
 }  // namespace vantry::server

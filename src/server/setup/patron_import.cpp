@@ -347,7 +347,7 @@ PatronReport importPatrons(Database& database, const std::string& path, const Im
   read.unknown = std::move(file.unknown);
   PatronReport report;
   std::optional<Plan> plan;
-  std::string writes;
+  std::int64_t writes = 0;
   const auto planNow = [&](Connection& db) {
     report = read;
     writes = patronWrites(db);
@@ -357,9 +357,8 @@ PatronReport importPatrons(Database& database, const std::string& path, const Im
   database.read(planNow);
   if (use.checkOnly || report.faults.count() > 0) return report;
   database.writeApart("patrons", [&](Connection& db) {
-    if (patronWrites(db) != writes) planNow(db);
+    if (notePatronWrite(db) != writes) planNow(db);
     if (report.faults.count() > 0) return;
-    notePatronWrite(db);
     PatronWriter writer(db);
     writer.write(plan->rows);
     for (const std::int64_t card : plan->missing) writer.retire(card);

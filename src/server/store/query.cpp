@@ -25,6 +25,7 @@ void dropNotice(void*, const char*) {}
 
 /// More than all requests have in common use.
 constexpr std::size_t mostStatements = 800;
+constexpr std::size_t mostOfOneText = 16;
 
 /// A database server that is busy answering reads no further: what waits for it has an end.
 constexpr std::size_t mostWaiting = 64;
@@ -213,8 +214,10 @@ Connection::Statements::node_type Connection::take(std::string_view sql) {
 }
 
 void Connection::give(Statements::node_type prepared) {
-  // Searches are put together from many parts: what is kept of them has an end.
-  if (statements_.size() < mostStatements) statements_.insert(std::move(prepared));
+  // Searches are put together from many parts, and some ask one thing many times together: what is kept of
+  // them has an end.
+  if (statements_.size() < mostStatements && statements_.count(prepared.key()) < mostOfOneText)
+    statements_.insert(std::move(prepared));
 }
 
 Query::Query(Connection& connection, std::string_view sql) : connection_(connection) {

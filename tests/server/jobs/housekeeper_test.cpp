@@ -11,7 +11,7 @@
 namespace vantry::server {
 namespace {
 
-TEST(HousekeeperTest, AFailureOfAnyKindEndsNeitherItNorTheProgram) {
+TEST(HousekeeperTest, AFailureOfAnyKindDoesNotEndTheProgram) {
   DeskLibrary library("sqlite");
   RefusalCounts refusals;
   std::promise<void> asked;

@@ -154,18 +154,22 @@ TEST_P(Outbox, RemindsOnceOfEachEnd) {
 
 TEST_P(Outbox, TellsTheBookingsOfOneSaveInOneLetter) {
   const std::string dates = times(3, "10:00", "11:00") + "; " + times(4, "10:00", "11:00") + "; " +
-                            times(5, "10:00", "11:00") + "; " + times(6, "10:00", "11:00");
+                            times(5, "10:00", "11:00") + "; " + times(6, "10:00", "11:00") + "; " +
+                            times(7, "10:00", "11:00");
   ASSERT_EQ(send("NEWBK", booking(dates, "LOC=1", 3, "EID=1")).rc, 0);
   book(10, "10:00", "11:00");
   send("CANBK", "BOOKID=2");
   library().execute("update bookings set status = 3 where id = 4");
+  library().execute("delete from booking_equipment where booking_id = 5");
   mailbox.answer("DATA", "451 come back later");
   EXPECT_EQ(sent(), "");
-  EXPECT_EQ(outbox(), "confirmed 1, cancelled 2, confirmed 3, confirmed 5") << "4 was canceled by hand";
+  EXPECT_EQ(outbox(), "confirmed 1, cancelled 2, confirmed 3, confirmed 5, confirmed 6")
+      << "4 was canceled by hand";
   mailbox.answer("DATA", "354 go on");
   EXPECT_EQ(sent(),
             "ada@example.org: Your 2 bookings\nada@example.org: Your booking 0000002 is canceled\n"
-            "ada@example.org: Your booking 0000005\n");
+            "ada@example.org: Your booking 0000005\nada@example.org: Your booking 0000006\n")
+      << "5 has other things by now";
   EXPECT_NE(mailbox.mails().front().text.find("\nDear Ada Bell,\n\n2 bookings are made for you:\n\n"
                                               "- 0000001: 2026-03-03 10:00 to 2026-03-03 11:00\n"
                                               "- 0000003: 2026-03-05 10:00 to 2026-03-05 11:00\n\n"

@@ -1,5 +1,6 @@
 // Mail servers that fail, and several servers on one outbox.
 
+#include <fstream>
 #include <future>
 #include <set>
 
@@ -7,6 +8,7 @@
 
 #include "server/base/user_error.h"
 #include "server/mail/mail_case.h"
+#include "support/server_case.h"
 
 namespace vantry::server {
 namespace {
@@ -62,6 +64,29 @@ TEST_P(PostmanTest, PutsOffWhatARecipientsServerDoesNotTakeYetAndSendsTheRest) {
   send("NEWBK", forHal(booking(times(4, "10:00", "11:00"), "LOC=1", 3, "")));
   EXPECT_EQ(sent(), "hal@example.org: Your booking 0000002\n");
   EXPECT_EQ(outbox(), "confirmed 1");
+}
+
+TEST_P(PostmanTest, GivesNothingUpToAServerThatTakesNobody) {
+  for (const char* greeting : {"554 no service for you", "421 busy"}) {
+    mailbox.answer("", greeting);
+    book(3, "10:00", "11:00");
+    later();
+    EXPECT_FALSE(postman()->sendDue()) << greeting;
+  }
+  EXPECT_EQ(outbox(), "confirmed 1, confirmed 2");
+}
+
+TEST_P(PostmanTest, LooksAgainForWhatItsSettingsName) {
+  MailSettings missing = settings();
+  const test::TempFolder folder;
+  missing.authority = folder.file("authority.pem");
+  Postman keeper(library().database(), library().clock(), missing);
+  book(3, "10:00", "11:00");
+  later();
+  EXPECT_THROW(keeper.sendDue(), MailUnavailable);
+  EXPECT_EQ(keeper.figures().queued, 1);
+  std::ofstream(missing.authority) << "";
+  EXPECT_TRUE(keeper.sendDue());
 }
 
 TEST_P(PostmanTest, GivesUpAnAddressThatWouldBeAHeader) {

@@ -84,7 +84,8 @@ TEST_F(MailProgram, SendsWhatADeskChangesAndTellsItsFigures) {
   ASSERT_EQ(desk.login("dana", "a-good-password").status, 200);
   ASSERT_EQ(desk.send("SLL", {{"LOC", "1"}}).rc, 0);
   const Moment starts = startOfDay(wallClock()) + 2 * day + 10 * hour;
-  ASSERT_EQ(desk.send("NEWBK", newBooking(starts, starts + hour, "1")).rc, 0);
+  ASSERT_EQ(desk.send("NEWBK", NewBooking{.from = starts, .until = starts + hour, .patron = "1"}.tags()).rc,
+            0);
   EXPECT_NE(run("mail list").text.find("1\tconfirmed\t0000001\twaits until"), std::string::npos);
   EXPECT_EQ(run("mail retry").text, "1 mail will be sent as soon as a server runs.\n");
   for (int wait = 0; wait < 3000 && desk.get("/metrics").body.find("result=\"sent\"} 1") == std::string::npos;

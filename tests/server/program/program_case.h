@@ -82,25 +82,6 @@ class Serving {
   pid_t child_ = 0;
 };
 
-/// A save of a booking with nothing in it, at the first desk; administrative for the patron "0".
-inline Tags newBooking(Moment from, Moment until, const std::string& patron, const std::string& note = {}) {
-  const bool hasPatron = patron != "0";
-  return {{"STIME", momentText(from)},
-          {"ETIME", momentText(until)},
-          {"PID", patron},
-          {"PGID", hasPatron ? "1" : "0"},
-          {"PPID", "0"},
-          {"ADBK", hasPatron ? "N" : "Y"},
-          {"LOC", "1"},
-          {"BTID", "3"},
-          {"SCHCOM", note},
-          {"ODE", "0"},
-          {"OPU", "0"},
-          {"WIZ", "N"},
-          {"UTIME", "0"},
-          {"CTIME", "0"}};
-}
-
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest() : database(folder.file("library.sqlite")) {}

@@ -426,6 +426,7 @@ TEST_F(ProgramTest, NamesAMistypedCommand) {
       {"library ad City", "There is no command \"library ad\". Did you mean \"library add\"?\n"},
       {"retention halt", "There is no command \"retention halt\". There are: set show run.\n"},
       {"library", "A subcommand is required\n"},
+      {"--databse library.sqlite", "A subcommand is required\n"},
       {"library add City --of x", "The following arguments were not expected: x --of\n"},
       {"location add Main", "--library is required\n"},
   };

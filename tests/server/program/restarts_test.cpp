@@ -75,7 +75,7 @@ class SavingDesk {
   void save() {
     const std::string id = std::to_string(number_) + " " + std::to_string(saved_);
     const Moment starts = makeMoment(2099, 1, 1) + saved_ * hour;
-    const test::Tags tags = test::newBooking(starts, starts + hour, "0", id);
+    const test::Tags tags = test::NewBooking{.from = starts, .until = starts + hour, .note = id}.tags();
     for (;; ++repeated_) {
       if (isDone(tags, id)) break;
       usleep(20'000);  // the server asks to wait a second; a test wants many of these
