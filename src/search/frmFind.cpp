@@ -316,7 +316,7 @@ frmFind::Target frmFind::addCriteria(bool allTerms) {
 
 void frmFind::cmdFindNow_Click() {
   const bool allTerms = !optTerms(0).Value;
-  if (!isAdvanced() && !criteria(cboSearchFor.ListIndex).momentsAreReadable(allTerms)) return;
+  if (!isAdvanced() && !criteria(cboSearchFor.ListIndex).entriesAreReadable(allTerms)) return;
   emptyResults();
   const Target target = addCriteria(allTerms);
   sbFind.Visible = true;
