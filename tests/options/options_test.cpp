@@ -222,21 +222,22 @@ TEST_F(Options, KeyedTimesGrayTheIntervalsAndKeepTheirValues) {
 }
 
 TEST_F(Options, ANumberBeyondItsLimitsIsToldAndAnEmptyOneChangesNothing) {
-  for (const char* typed : {"100", "0", "42", ""}) {
+  struct Case {
+    const char *typed, *stored;
+    bool isTold;
+  };
+  for (const Case& c : {Case{"100", "(none)", true}, Case{"0", "(none)", true}, Case{"42", "42", false},
+                        Case{"", "42", false}}) {
     open([&](frmOptions& window) {
-      auto& interval = at<NumberField>(window, "txtInterval");
       window.pages.tabOptions.choose(kMonitorPage);
-      interval.type(typed);
+      at<NumberField>(window, "txtInterval").type(c.typed);
       window.pages.tabOptions.choose(0);
-      const bool isTold = interval.isEmpty() && *typed != '\0';
-      if (isTold) desktop.expectInformation("Please enter a number from 1 to 99 for Update Interval.");
+      if (c.isTold) desktop.expectInformation("Please enter a number from 1 to 99 for Update Interval.");
       window.cmdOK.press();
-      EXPECT_EQ(window.isLoaded(), isTold);
-      EXPECT_EQ(window.pages.tabOptions.SelectedTab, isTold ? kMonitorPage : 0);
+      EXPECT_EQ(window.isLoaded(), c.isTold);
+      EXPECT_EQ(window.pages.tabOptions.SelectedTab, c.isTold ? kMonitorPage : 0) << "its page is shown";
     });
-    EXPECT_EQ(stored("DaemonInterval"),
-              std::string_view(typed) == "100" || std::string_view(typed) == "0" ? "15" : "42")
-        << typed;
+    EXPECT_EQ(stored("DaemonInterval"), c.stored) << c.typed;
   }
   settings.prefer("DaemonInterval", "0");
   ReadPreferences(*app);
