@@ -31,6 +31,22 @@ void tell(std::string_view view, double time) {
   std::printf("%-56s %8.1f\n", std::string(view).c_str(), time);
 }
 
+/// What a monitor that nobody touches keeps of its refreshes. The first of them fill what is kept for good.
+void measureMemory(Bench& bench) {
+  constexpr int kFirst = 50;
+  constexpr int kMore = 400;
+  const auto refresh = [&](int times) {
+    for (int count = 0; count < times; ++count) {
+      bench.program.main.view(ViewId::Conflict).refresh();
+      bench.desktop.handleEvents();
+    }
+    return memoryMegabytes();
+  };
+  const double before = refresh(kFirst);
+  const double after = refresh(kMore);
+  std::printf("%d refreshes of the conflicts: %+.1f MB to %.1f MB\n", kMore, after - before, after);
+}
+
 void measure(Bench& bench) {
   frmMain& window = bench.program.main;
   window.dtTempDate.Value = kToday;
@@ -53,6 +69,7 @@ void measure(Bench& bench) {
   preferences.DeliveryHours = preferences.PickUpHours = preferences.RoomHours = "24";
   window.mnuModeDaemon_Click();
   measureViews(Mode::Monitor);
+  measureMemory(bench);
   std::printf("the month: %s, the year: %s\n",
               viewAs<MonthView>(window, ViewId::Month).lblNumBookings.Caption.get().c_str(),
               viewAs<YearView>(window, ViewId::Year).lblNumBookings.Caption.get().c_str());

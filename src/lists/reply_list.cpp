@@ -192,11 +192,15 @@ std::string ReplyList::cellText(const ReplyColumn& column) const {
     case CellKind::Time:
       return momentText(column.kind, message.Get(tag));
     case CellKind::Piece:
-      return message.Get(app_.preferences.Barcodes ? tags::BNO : tags::ENO);
+      return message.Get(pieceTag(app_));
     case CellKind::Own:
       return hooks.ownText ? hooks.ownText(column) : std::string();
   }
   return message.Get(tag);
+}
+
+std::string_view pieceTag(const App& app) {
+  return app.preferences.Barcodes ? tags::BNO : tags::ENO;
 }
 
 std::string requesterText(std::string_view value) {

@@ -143,6 +143,9 @@ class ReplyList {
   std::unordered_set<std::string> keys_;  ///< of the rows so far, where they must differ
 };
 
+/// Under which tag a reply has what a piece is known by, its barcode or its number as preferred.
+[[nodiscard]] std::string_view pieceTag(const App& app);
+
 /// The requester of a booking as the lists show it: "Administrative" where there is none. Of bookings that
 /// are over, the server tells some without their names, as a negative number.
 [[nodiscard]] std::string requesterText(std::string_view value);

@@ -1,8 +1,8 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmMPBarcode.h"
-#include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/frmRoomInfo.h"
+#include "records/frmMultPatron.h"
 
 // The requester and the patron who fetches.
 

@@ -117,6 +117,16 @@ TEST_F(GridTest, MouseActionsReachTheGrid) {
   EXPECT_EQ(form.faList.Row.get(), 2);
 }
 
+TEST_F(GridTest, TheMenuKeyIsForTheCellThatTheKeysAreAt) {
+  view->setFocus();
+  for (const auto pressed : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right}) QTest::keyClick(view, pressed);
+  take();
+  QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+  QApplication::sendEvent(view->viewport(), &menu);
+  EXPECT_EQ(take(), "click 2 right 2 ");
+  EXPECT_EQ(form.faList.Row.get(), 2);
+}
+
 TEST_F(GridTest, KeysSelectRowsAndEnterChooses) {
   view->setFocus();
   QTest::keyClick(view, Qt::Key_Down);
