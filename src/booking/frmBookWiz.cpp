@@ -5,6 +5,7 @@
 #include "booking/booking_checks.h"
 #include "booking/modBooking_policy.h"
 #include "booking/modBooking_rooms.h"
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "records/records.h"
@@ -234,7 +235,7 @@ bool frmBookWiz::placeSuits() {
 
 bool frmBookWiz::equipmentIsFree() {
   // The place is asked again, because the equipment of this page may not suit it.
-  return EquipmentIsFree(parts, ask_) && PlaceTakesThings(parts);
+  return entriesAreReadable(*this) && EquipmentIsFree(parts, ask_) && PlaceTakesThings(parts);
 }
 
 // Storing.

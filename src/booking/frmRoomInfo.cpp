@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 
@@ -71,6 +72,7 @@ void frmRoomInfo::enableOK() {
 }
 
 void frmRoomInfo::cmdOK_Click() {
+  if (!entriesAreReadable(*this)) return;
   RoomWish wish;
   wish.room.GenericRoomTypeId = intOf(cboRoomType.ItemData(cboRoomType.ListIndex));
   wish.room.GenericRoomLocationId = intOf(cboRoomLocation.ItemData(cboRoomLocation.ListIndex));

@@ -2,7 +2,7 @@
 
 #include "circulation/frmPopupNote.h"
 #include "lists/reply_list.h"
-#include "platform/moment_check.h"
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -170,7 +170,7 @@ void frmDischarge::addSelected(const ListBox& lines, std::string_view tag) {
 
 void frmDischarge::cmdOK_Click() {
   // The server takes a missing moment for now.
-  if (!momentsAreGiven(fraDischargeDateTime)) return;
+  if (!entriesAreGiven(fraDischargeDateTime)) return;
   DischargeStatus = kAll;
   std::vector<std::string> roomPieces;
   if (!readRoomPieces(roomPieces)) return sayFailure();

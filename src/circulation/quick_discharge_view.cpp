@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "frame/auto_truncate.h"
-#include "platform/moment_check.h"
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -137,7 +137,7 @@ void QuickDischargeView::stop() {
 
 void QuickDischargeView::cmdQuickDischarge_Click() {
   // The server takes a missing moment for now.
-  if (fraBackDate.Visible && !momentsAreGiven(fraBackDate)) return;
+  if (fraBackDate.Visible && !entriesAreGiven(fraBackDate)) return;
   parts().showMessage("Discharging...");
   Found found{kTypes[std::max(0, cboQuickDischargeType.ListIndex.get())], {}, {}, {}};
   std::string stamp;

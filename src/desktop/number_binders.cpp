@@ -30,15 +30,13 @@ class NumberBinder : public TypedBinder {
   }
 
  protected:
-  QString shown() const override { return qt(field_.Text()); }
+  QString shown() const override { return qt(field_.isEmpty() ? field_.Unreadable() : field_.Text()); }
+  QString unreadable() const override { return qt(field_.Unreadable()); }
   bool isWhole(const QString& text) const override {
     return isNumber(utf8(text)) && QString::number(intOf(utf8(text))) == text &&
            intOf(utf8(text)) >= field_.Min() && intOf(utf8(text)) <= field_.Max();
   }
-  void enter(const std::string& text) override {
-    if (text.empty() || isNumber(text))
-      field_.enter(text.empty() ? std::nullopt : std::optional(intOf(text)));
-  }
+  void enter(const std::string& text) override { field_.type(text); }
   bool isLocked() const override { return field_.Locked; }
 
  private:
@@ -64,6 +62,7 @@ class LineBinderOf : public TypedBinder {
 
  protected:
   QString shown() const override;
+  QString unreadable() const override { return {}; }
   bool isWhole(const QString&) const override { return false; }
   void enter(const std::string& text) override { field_.type(text); }
   bool isLocked() const override { return field_.Locked; }
@@ -75,7 +74,11 @@ class LineBinderOf : public TypedBinder {
 
 template <>
 QString LineBinderOf<CurrencyField>::shown() const {
-  return qt(field_.Text());
+  return unreadable().isEmpty() ? qt(field_.Text()) : unreadable();
+}
+template <>
+QString LineBinderOf<CurrencyField>::unreadable() const {
+  return qt(field_.Unreadable());
 }
 template <>
 QString LineBinderOf<MaskedField>::shown() const {

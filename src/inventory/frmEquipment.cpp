@@ -171,15 +171,16 @@ void frmEquipment::copyEnds() {
 
 /// A new piece that was asked for among a group's members joins the group.
 bool frmEquipment::saveMore(bool created) {
-  if (!created || CallerView != kSourceGroupMembers) return true;
+  if (!created || CallerView != kSourceGroupMembers || recordId().empty()) return true;
   const int rc = ask_.codeOf(
       "NEWGITM",
       {{tags::EID, recordId()}, {tags::GRPID, txtGroup.Tag.get()}, {tags::ULI, place.locationId()}});
-  if (rc == codes::GroupStatus) {
-    warningBox(app_.desktop, "Equipment group status prohibits editing of this record.");
-    return false;
+  const bool endsSave = rc == codes::GroupStatus;
+  if (endsSave) warningBox(app_.desktop, "Equipment group status prohibits editing of this record.");
+  if (endsSave || !joinSucceeded(app_, ask_, rc)) {
+    showGroup({});
+    return !endsSave;
   }
-  if (!joinSucceeded(app_, ask_, rc)) return true;
   const std::string value = messageValue(tags::MVL);
   place.showGroups();
   showGroupValue(value);

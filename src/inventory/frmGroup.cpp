@@ -102,6 +102,10 @@ void frmGroup::copyEnds() {
   members.unlock();
 }
 
+void frmGroup::membersChanged() {
+  app_.main().refillInventory(kGroup, category());
+}
+
 void frmGroup::mnuFilePrint_Click() {
   readPage(kThirdPage);
   readPage(kNotesPage);

@@ -12,6 +12,8 @@ class frmGroup : public PieceWindow {
   explicit frmGroup(App& app);
   void mnuFilePrint_Click();
   void takeMembersValue(const std::string& value) override { txtEQUIP_VALUER.Text(value); }
+  /// Shows in the main window's list whether the group has members.
+  void membersChanged();
 
   Label lblEQUIP_VALUER{fraDetails, "lblEQUIP_VALUER", "Replacement Value:"};
   CurrencyField txtEQUIP_VALUER{fraDetails, "txtEQUIP_VALUER", -kMostValue, kMostValue};

@@ -189,8 +189,11 @@ void frmMaintenance::addRecord(bool) {
   details.addTags();
 }
 
+/// The piece keeps its next date where a new record names none.
 void frmMaintenance::takeReply(bool created) {
   showReply(created);
+  if (created && dtEQUIP_NXT_MAINT.isEmpty())
+    showQuietly([this] { ServerTools::PutControlDate(app_.message.Get(tags::ENM), dtEQUIP_NXT_MAINT); });
   // A window of the piece that is open would put the date before back with its next save.
   tellPiece([this](InventoryWindow& piece) { piece.takeNextMaintenance(dtEQUIP_NXT_MAINT.Value.get()); });
 }

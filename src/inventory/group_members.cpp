@@ -103,6 +103,11 @@ void GroupMembers::take(const MemberThing& thing) {
   readMembers();
   buildTree();
   showType(type);
+  membersChanged();
+}
+
+void GroupMembers::membersChanged() {
+  group_.membersChanged();
 }
 
 /// The node under which a piece that has left is listed.

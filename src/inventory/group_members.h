@@ -21,6 +21,7 @@ class GroupMembers : public MembersPage {
  protected:
   [[nodiscard]] bool put(const MemberThing& thing, bool lookedUp) override;
   void take(const MemberThing& thing) override;
+  void membersChanged() override;
   void fillSlots() override;
 
  private:

@@ -79,6 +79,20 @@ void GroupView::countMembers() {
   setText(fa.Row, kHasMembersColumn, hasMembers(members.count()));
 }
 
+void GroupView::refill(std::string_view category) {
+  const std::string group = hasSelectedRow() ? selectedId() : std::string();
+  const bool wasOpen = members.isOpen();
+  InventoryView::refill(category);
+  if (group.empty() || hasSelectedRow()) return;
+  for (int row = fa.FixedRows; row < fa.Rows; ++row) {
+    if (text(row, 0) != group) continue;
+    fa.Row = row;
+    fa_Click();
+    if (wasOpen) openMembers();
+    return;
+  }
+}
+
 void GroupView::mnuPopupMemberNew_Click() {
   if (!hasSelectedRow()) return;
   app().slots.group = {selectedId(), text(fa.Row, kNumberColumn)};

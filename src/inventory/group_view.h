@@ -19,6 +19,8 @@ class GroupView : public InventoryView {
   void mnuPopupGroupMembers_Click() override;
   void cmdMembers_Click() { mnuPopupGroupMembers_Click(); }
   void mnuPopupMemberNew_Click();
+  /// The selected group stays selected, and its pane open.
+  void refill(std::string_view category) override;
 
  protected:
   void rowSelected() override;

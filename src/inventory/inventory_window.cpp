@@ -141,6 +141,7 @@ void InventoryWindow::Save() {
   if (wasCopy) copyEnds();
   if (created) showAsStored();
   Caption = captionNow();
+  // Before the rest, which may end the save: the next one must not store the record once more.
   mode_ = Mode::Existing;
   if (!saveMore(created)) return;
   SaveOk = true;

@@ -281,6 +281,7 @@ void MembersPage::wasAdded(const std::string& id) {
   dropRow(candidates_, id);
   buildTree();
   DisableButtons();
+  membersChanged();
 }
 
 void MembersPage::removeSelected() {

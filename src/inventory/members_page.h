@@ -108,6 +108,8 @@ class MembersPage {
   [[nodiscard]] virtual bool put(const MemberThing& thing, bool lookedUp) = 0;
   /// Takes the member out, and shows what has changed.
   virtual void take(const MemberThing& thing) = 0;
+  /// Members were added or taken out.
+  virtual void membersChanged() {}
   /// Tells a window that is opened from here where it was opened.
   virtual void fillSlots() = 0;
 

@@ -198,9 +198,7 @@ void NotesPanel::cmdRemoveNote_Click() {
 bool NotesPanel::mayClose() {
   if (Saved || !Dirty || !mayUpdate_) return true;
   if (!askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) return true;
-  if (!mayStore()) return false;
-  static_cast<void>(store(cboNoteType.Text()));
-  return true;
+  return mayStore() && store(cboNoteType.Text());
 }
 
 // Rights

@@ -80,6 +80,7 @@ void PieceWindow::recordIsShown() {
 
 void PieceWindow::addRecord(bool created) {
   if (created) {
+    showQuietly([this] { txtBARCODE_NO.Text = std::string(trim(txtBARCODE_NO.Text.get())); });
     app_.message.Add(tags::BNO, txtBARCODE_NO.Text.get());
     place.takeRegularRoom();
   }

@@ -27,6 +27,8 @@ constexpr RefusalWords kRefusals[] = {
     {codes::TagMissing, tags::RID, "The room is not there any more, or is not at this location."},
     {codes::TagMissing, tags::ENO, kNumberInUse},
     {codes::TagMissing, tags::RNO, kNumberInUse},
+    {codes::TagMissing, tags::BNO, "This barcode is none of the piece's.\n\nNothing was stored.",
+     "NEWEMAINTD"},
     {codes::TagMissing, tags::BNO,
      "This barcode is in use.\n\nAnother piece, group or media item has it.  Nothing was stored."},
     {codes::TagMissing, tags::LOC, "The location is not there any more."},

@@ -87,6 +87,7 @@ void RegularPlace::selectLocation(int entry) {
   fillRooms();
 }
 
+/// A copy asks like a new record: the answer for its model would free the model from its bookings.
 void RegularPlace::probe() {
   const std::string& room = cboROOM_NAME.ItemData(cboROOM_NAME.ListIndex);
   const std::string id = record().id;

@@ -97,7 +97,7 @@ bool RoomEquipment::put(const MemberThing& thing, bool) {
 /// Sent with the room where the thing is, the request only asks whether a pending booking holds it.
 bool RoomEquipment::mayLeave(const MemberThing& thing) {
   const int rc = ask_.codeOf("ADDREQP", {{tags::EID, thing.id}, {tags::RID, recordId()}});
-  if (rc != codes::PendingBooking) return true;
+  if (rc != codes::PendingBooking) return recordSucceeded(ask_, rc, "ADDREQP");
   if (thing.status == kCharged) {
     disable(remove);
     return false;

@@ -5,6 +5,7 @@
 
 #include "circulation/circulation_twin.h"
 #include "frame/modMain.h"
+#include "platform/entry_check.h"
 #include "platform/wiring.h"
 
 namespace vantry {
@@ -85,17 +86,18 @@ void frmOptions::EnableSchedulerSelections() {
 
 // Buttons
 
-/// A refused write leaves the window open, with what was entered.
+/// An entry that cannot be read, or a refused write, leaves the window open with what was entered.
 void frmOptions::cmdOK_Click() {
   cmdApply_Click();
   if (!cmdApply.Enabled) Unload();
 }
 
 void frmOptions::cmdApply_Click() {
+  cmdApply.Enabled = true;
+  if (!entriesAreReadable(*this)) return;
   app_.monitorLocations = chosenLocations();
   Preferences chosen = app_.preferences;
   pages.take(chosen);
-  cmdApply.Enabled = true;
   const std::string shown = app_.preferences.Background;
   if (!SavePreferences(app_, chosen)) return;
   ReadPreferences(app_);

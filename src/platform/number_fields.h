@@ -9,23 +9,55 @@
 
 namespace vantry {
 
+/// What fields of numbers share: text that is no number within the limits empties the field, which still
+/// shows it.
+class NumericField : public Control {
+ public:
+  using Control::Control;
+  Property<bool> Locked{*this, Aspect::State};
+  Event Change;
+
+  virtual bool isEmpty() const = 0;
+  /// What was typed and is no number that the field takes.
+  const std::string& Unreadable() const { return unreadable_; }
+  /// What the operator is told of such text in a field of this name.
+  virtual std::string complaint(const std::string& name) const = 0;
+
+ protected:
+  void valueChanged();
+  /// Sets what the text reads as. Other text that cannot be read is a change, too.
+  template <class T>
+  void take(Property<std::optional<T>>& value, std::optional<T> number, std::string_view text) {
+    std::string unreadable(number ? std::string_view() : text);
+    const bool onlyText = value.get() == number && unreadable != unreadable_;
+    unreadable_ = std::move(unreadable);
+    tell(Aspect::Value);
+    if (onlyText) return raise(Change);
+    value = number;
+  }
+
+ private:
+  std::string unreadable_;
+};
+
 /// A whole number within limits, that may be missing.
-class NumberField : public Control {
+class NumberField : public NumericField {
  public:
   NumberField(Container& parent, std::string name, int least, int most);
   Property<std::optional<int>> Value{*this, Aspect::Value};
-  Property<bool> Locked{*this, Aspect::State};
-  Event Change;
 
   int Min() const { return least_; }
   int Max() const { return most_; }
   /// The number, or 0 without one.
   int number() const { return Value.get().value_or(0); }
   std::string Text() const;
+  bool isEmpty() const override { return !Value.get().has_value(); }
+  std::string complaint(const std::string& name) const override;
 
-  /// The operator enters a number; one beyond the limits becomes the nearest that is allowed.
-  void enter(std::optional<int> number);
-  /// One step up (1) or down (-1); from no number to the least.
+  // The operator's actions.
+  /// Enters the whole number that the text is, if it is within the limits.
+  void type(std::string_view text);
+  /// One step up (1) or down (-1), within the limits; from no number to the least.
   void spin(int step);
 
  private:
@@ -34,28 +66,34 @@ class NumberField : public Control {
 };
 
 /// An amount of money, kept in hundredths.
-class CurrencyField : public Control {
+class CurrencyField : public NumericField {
  public:
   /// The limits are whole units of money.
   CurrencyField(Container& parent, std::string name, std::int64_t least, std::int64_t most);
   Property<std::optional<std::int64_t>> Value{*this, Aspect::Value};  ///< in hundredths
-  Property<bool> Locked{*this, Aspect::State};
-  Event Change;
 
-  /// Reads an amount, with or without the sign of the currency; text that is none empties the field. One
-  /// beyond the limits becomes the nearest that is allowed.
+  bool isEmpty() const override { return !Value.get().has_value(); }
+  std::string complaint(const std::string& name) const override;
+  /// Shows an amount from elsewhere: it is rounded to hundredths and kept within the limits. Text that is
+  /// none empties the field.
   void Text(std::string_view text);
   /// As shown: "$12.50", "-$12.50"; "$0.00" without an amount.
   std::string Text() const;
   /// The amount alone, as messages carry it: "12.50"; empty without an amount.
   std::string plain() const;
 
+  /// The operator enters what the text reads as (`readAmount`), if it is within the limits.
   void type(std::string_view text);
 
  private:
   std::int64_t least_;
   std::int64_t most_;
 };
+
+/// Reads an amount in hundredths as people type it: with two decimals at most, with or without the sign of
+/// the currency and commas between thousands. Nothing where a figure would be lost or a comma might mean
+/// something else.
+[[nodiscard]] std::optional<std::int64_t> readAmount(std::string_view text);
 
 /// Text in a fixed shape: each "#" of the mask is a figure, all else is part of the text.
 class MaskedField : public Control {

@@ -7,6 +7,7 @@ namespace vantry {
 TabPages::TabPages(TabStrip& strip, std::vector<Page> pages) : strip_(strip), pages_(std::move(pages)) {
   for (const Page& page : pages_) {
     strip_.addTab(page.caption, page.toolTip);
+    strip_.Pages.push_back(&page.frame);
     page.frame.Visible = &page == &pages_.front();
   }
   strip_.Click = [this] { show(); };

@@ -20,6 +20,8 @@ class TabStrip : public Control {
   /// Counted from 0.
   Property<int> SelectedTab{*this, Aspect::Selection, 0};
   Event Click;
+  /// The frames of which each tab shows one; empty where tabs stand for something else.
+  std::vector<const Frame*> Pages;
 
   void addTab(std::string caption, std::string toolTip = {}) {
     tabs_.push_back({std::move(caption), std::move(toolTip)});

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "messaging/return_codes.h"
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "words/tags.h"
@@ -85,9 +86,10 @@ void frmPatronCounter::showCounters() {
 
 /// An emptied counter is no zero.
 bool frmPatronCounter::countersAreGiven() {
+  if (!entriesAreReadable(*this)) return false;
   for (const Counter& counter : kCounters) {
     auto& field = this->*counter.field;
-    if (field.Value.get().has_value()) continue;
+    if (!field.isEmpty()) continue;
     warningBox(app_.desktop, "Please enter a number for every counter.");
     field.SetFocus();
     return false;

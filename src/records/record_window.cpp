@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/moment_check.h"
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 #include "records/records.h"
@@ -67,7 +67,7 @@ void RecordWindow::showQuietly(const std::function<void()>& change) {
 
 void RecordWindow::save() {
   SaveOk = false;
-  if (leaveField() && momentsAreReadable(*this)) Save();
+  if (leaveField() && entriesAreReadable(*this)) Save();
 }
 
 void RecordWindow::saveAndClose() {

@@ -6,8 +6,8 @@
 
 #include "frame/app.h"
 #include "frame/auto_truncate.h"
+#include "platform/entry_check.h"
 #include "platform/form.h"
-#include "platform/moment_check.h"
 #include "platform/number_fields.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
@@ -111,12 +111,6 @@ void resetField(Control& control, const DateTime& now) {
     default:
       break;
   }
-}
-
-bool isUnreadable(const Control& control) {
-  if (control.kind() == ControlKind::DateField) return !as<DateField>(control).Unreadable().empty();
-  if (control.kind() == ControlKind::TimeField) return !as<TimeField>(control).Unreadable().empty();
-  return false;
 }
 
 }  // namespace
@@ -271,16 +265,9 @@ void CriteriaPages::onEnter(const Event& search) {
   }
 }
 
-bool CriteriaPages::momentsAreReadable(bool allPages) {
-  for (int i = 0; i < tabs_->count(); ++i) {
-    if (!allPages && i != tabs_->selected()) continue;
-    for (const Field& field : pages_[static_cast<std::size_t>(i)].fields) {
-      if (!field.control->Enabled || !isUnreadable(*field.control)) continue;
-      tabs_->select(i);
-      return vantry::momentsAreReadable(fraSearch);
-    }
-  }
-  return true;
+bool CriteriaPages::entriesAreReadable(bool allPages) const {
+  const Frame& shown = *pages_[static_cast<std::size_t>(tabs_->selected())].frame;
+  return vantry::entriesAreReadable(allPages ? fraSearch : shown);
 }
 
 bool CriteriaPages::isOfNumber(const Field& field, int number) const {

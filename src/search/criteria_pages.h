@@ -45,9 +45,9 @@ class CriteriaPages {
   void focus();
   /// Lets Enter in a text field run the search.
   void onEnter(const Event& search);
-  /// Finds the first date or time that cannot be read on the page that shows, or on all of them. A box tells
-  /// of it and its page is shown. True when there is none.
-  [[nodiscard]] bool momentsAreReadable(bool allPages);
+  /// Finds the first entry that cannot be read on the page that shows, or on all of them. A box tells of it
+  /// and its page is shown. True when there is none.
+  [[nodiscard]] bool entriesAreReadable(bool allPages) const;
   /// Shows the page of the criterion of this number and puts the focus into its field. The field's name;
   /// empty where no field has the number.
   std::string showField(int number);

@@ -320,7 +320,7 @@ void frmFind::cmdFindNow_Click() {
 
 void frmFind::find(CriteriaPages::Terms terms) {
   const bool allPages = terms == CriteriaPages::Terms::OfAllPages;
-  if (!isAdvanced() && !criteria(cboSearchFor.ListIndex).momentsAreReadable(allPages)) return;
+  if (!isAdvanced() && !criteria(cboSearchFor.ListIndex).entriesAreReadable(allPages)) return;
   emptyResults();
   const Target target = addCriteria(terms);
   sbFind.Visible = true;

@@ -124,8 +124,11 @@ constexpr RequestRow kRequests[] = {
     // Maintenance
     {"GETMDTL", "MID", "EID ETY ENO BNO MDI MDO ENM MNO STY CNM UNM CLN ULN CDT UDT MNT", "MDID MTI MTY MCO",
      "MDID", kMaintenance, kReads, "one maintenance record and its detail lines"},
-    {"NEWEMAINTD", "EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "MID CLN CDT CNM UDT ULN UNM", "", "", "EQMADD",
-     kWrites, "makes a maintenance record; the short form comes from the barcode dialog"},
+    {"NEWEMAINTD", "EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "MID CLN CDT CNM ENM UDT ULN UNM", "", "",
+     "EQMADD", kWrites,
+     "makes a maintenance record; the short form comes from the barcode dialog; without ENM the piece keeps "
+     "its "
+     "date, which the reply tells"},
     {"UPDEMAINTD", "MID EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "UDT ULN UNM", "", "", "EQMUPD", kWrites,
      "changes a maintenance record; the detail lines sent replace those stored; the short form leaves the "
      "rest as it is"},

@@ -84,7 +84,10 @@ TEST_F(EditorPlace, AGenericRoomAndASpecificOneExcludeEachOther) {
         << "at the operator's own location";
     info.cboRoomType.select(1);
     info.cboCompare.select(1);
-    info.txtCapacity.enter(2147483647);
+    info.txtCapacity.type("2147483648");
+    desktop.expectInformation("Please enter a number up to 2147483647 for Capacity.");
+    info.cmdOK.press();
+    info.txtCapacity.type("2147483647");
     info.cmdOK.press();
   });
   place.cmdGenericRoom(0).press();

@@ -54,7 +54,7 @@ TEST_F(EditorSave, AsksTheServerInItsOrder) {
                   "IM=83 SCHCOM=\"Second floor\" ODE=51 OPU=0 WIZ=N UTIME=15 CTIME=0")
       .replies("BOOKID=9 CNM=desk LNA=\"Main Desk\" CDT=2026-11-24 09:00:00 CNUM=M9");
   window.tabBooking.choose(3);
-  window.equipment.txtSetupTime.enter(15);
+  window.equipment.txtSetupTime.type("15");
   window.tabBooking.choose(4);
   window.txtBookingNote.type("Second floor");
   window.tabBooking.choose(5);

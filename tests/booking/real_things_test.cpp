@@ -94,7 +94,7 @@ TEST_F(RealThings, APieceAndAGroupAreScannedAndTheirMinutesSuggested) {
     EXPECT_EQ(root.children.back()->key.starts_with('-'), series == std::string("3900"));
   }
   EXPECT_EQ(window().record.EquipmentCount, 2);
-  panel.txtSetupTime.enter(777);
+  panel.txtSetupTime.type("777");
   panel.cmdSuggestTimes.press();
   EXPECT_LT(panel.txtSetupTime.number(), 777) << "the server's suggestion";
   EXPECT_EQ(window().record.SetupMinutes, panel.txtSetupTime.number());

@@ -10,6 +10,7 @@
 #include "inventory/frmGroup.h"
 #include "inventory/frmMaintenance.h"
 #include "inventory/frmRoom.h"
+#include "inventory/inventory_view.h"
 #include "server/store/database.h"
 #include "server/store/query.h"
 
@@ -129,7 +130,13 @@ TEST_F(RecordStory, APieceIsKeptFromItsPurchaseToItsEnd) {
   openList(ViewId::Equipment, kEquipment, "Television");
   auto& piece = openNew<frmEquipment>(kEquipment);
   write(piece, "txtEQUIP_NO", "NEW1");
-  write(piece, "txtEQUIP_VALUEP", "9000000000.01");
+  for (const char* value : {"9000000000.01", "1200 EUR"}) {
+    write(piece, "txtEQUIP_VALUEP", value);
+    answerBox("Please enter an amount up to 9000000000.00 for Purchase Value.", "OK");
+    click(piece, "abSave");
+    EXPECT_EQ(text(piece, "txtEQUIP_VALUEP"), value);
+  }
+  write(piece, "txtEQUIP_VALUEP", "9000000000");
   for (const char* date : {"0000-01-01", "10000-01-01"}) {
     write(piece, "dtEQUIP_DT_PUR", date);
     answerBox("Please enter a valid date for Acquisition Date.", "OK");
@@ -201,6 +208,9 @@ TEST_F(RecordStory, ARoomHasDetailsAndEquipment) {
   write(room, "txtROOM_NO", "R1");
   compose(room, "txtROOM_NAME", u8"Saal 🎬 قاعة");
   write(room, "txtROOM_CAPACITY", "2147483648");
+  answerBox("Please enter a number up to 99999 for Capacity.", "OK");
+  click(room, "abSave");
+  write(room, "txtROOM_CAPACITY", "99999");
   addDetail(room, "Rows of ten");
   addDetail(room, "Two sofas");
   click(room, "abSave");
@@ -225,6 +235,24 @@ TEST_F(RecordStory, ARoomHasDetailsAndEquipment) {
   answerBox(kDelete, "Yes");
   click(again, "abDelete");
   EXPECT_EQ(node("tvwDB(2)", "Classroom"), "Classroom (12)");
+}
+
+TEST_F(RecordStory, AMemberThatIsMadeInTheGroupsPaneIsListedThere) {
+  startAsAdmin();
+  window(makeGroup("SET1")).close();
+  clickText("fa(1)", "SET1");
+  click(mainWindow(), "cmdMembers");
+  press(mainWindow(), "cmdNewInv", 4);
+  auto& piece = last<frmEquipment>();
+  choose(piece, "cboEQUIP_TYPE", "Television");
+  write(piece, "txtEQUIP_NO", "NEW1");
+  write(piece, "txtBARCODE_NO", "NEW1");
+  click(piece, "abSave");
+  EXPECT_EQ(text(piece, "txtGroup"), "SET1");
+  EXPECT_EQ(rowsOf("fa(4)"), 1);
+  const Grid& groups = viewAs<InventoryView>(mainWindow(), ViewId::Groups).fa;
+  EXPECT_EQ(groups.TextMatrix(groups.Row, 1), "Y");
+  EXPECT_EQ(node("tvwDB(0)", "Television"), "Television (27)");
 }
 
 TEST_F(RecordStory, AGroupIsSplitUpWithItsBookingsKeptAndNotKept) {

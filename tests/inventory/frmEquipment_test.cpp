@@ -17,6 +17,8 @@ constexpr const char* kRooms = "RID=1 RNO=101 RNM=\nRID=2 RNO=102 RNM=Store";
 constexpr const char* kChange = "Changes will be lost!  Do you wish to SAVE this record before exiting?";
 constexpr const char* kInUse =
     "Unable to change location/room of this group as it is currently scheduled in other bookings.";
+constexpr const char* kNote = "Note changes will be lost!  Do you wish to SAVE the note before exiting?";
+constexpr const char* kFailure = "Barcode is not active!";
 constexpr const char* kMove =
     "Equipment is used in a pending booking. Are you sure you want to move this equipment?";
 
@@ -123,24 +125,33 @@ TEST_F(FrmEquipmentTest, StoresANewRecordAndShowsItAsStored) {
   server.expect(
       "UPDEQIPD",
       R"(EID=77 ETI=5 ETY=Camera ENO=TV9 EMA= EFO= EMO= ESN= EQVP=12.50 EQVR= ESU= EDP= ENM= LOC=3 RID=1 RNM=101)");
-  expectCategories();
+  for (const char* list : {"GETECAT", "GETGCAT", "GETRCAT", "GETMYER"}) {
+    server.expect(list).fails(108);
+    desktop.expectWarning(kFailure);
+  }
   save(piece);
+  EXPECT_TRUE(piece.SaveOk && !piece.Dirty) << "whatever the lists say";
   EXPECT_TRUE(piece.Unload());
 }
 
 TEST_F(FrmEquipmentTest, ARefusedRecordCountsAsSavedAndItsNextSaveIsAnUpdate) {
-  start();
-  frmEquipment& piece = openNew(kSourceMainWindow);
-  piece.txtEQUIP_NO.type("TV9");
-  constexpr const char* kRest =
-      "ETI=4 ETY=Television ENO=TV9 EMA= EFO= EMO= ESN= EQVP= EQVR= ESU= EDP= ENM= LOC=3 RID=1 RNM=101";
-  server.expect("NEWEQIPD", std::string("BNO= ") + kRest).fails(174);
-  desktop.expectWarning(kInUse);
-  expectCategories();
-  save(piece);
-  EXPECT_TRUE(piece.SaveOk && piece.findControl("tabEquipment")->Visible);
-  server.expect("UPDEQIPD", std::string("EID= ") + kRest);
-  save(piece);
+  for (const int kind : {kEquipment, kGroupMember}) {
+    SCOPED_TRACE(kind);
+    start();
+    app->slots.group = {"21", "SET1"};
+    frmEquipment& piece = openNew(kind == kEquipment ? kSourceMainWindow : kSourceGroupMembers, kind);
+    piece.txtEQUIP_NO.type("TV9");
+    piece.txtBARCODE_NO.type(" B9 ");
+    constexpr const char* kRest =
+        "ETI=4 ETY=Television ENO=TV9 EMA= EFO= EMO= ESN= EQVP= EQVR= ESU= EDP= ENM= LOC=3 RID=1 RNM=101";
+    server.expect("NEWEQIPD", std::string("BNO=B9 ") + kRest).fails(174);
+    desktop.expectWarning(kInUse);  // and no group is asked to take what is not there
+    expectCategories();
+    save(piece);
+    EXPECT_TRUE(piece.SaveOk && piece.findControl("tabEquipment")->Visible);
+    server.expect("UPDEQIPD", std::string("EID= ") + kRest);
+    save(piece);
+  }
 }
 
 TEST_F(FrmEquipmentTest, AMemberJoinsItsGroupWithItsFirstSave) {
@@ -176,6 +187,14 @@ TEST_F(FrmEquipmentTest, AMemberJoinsItsGroupWithItsFirstSave) {
     EXPECT_TRUE(piece.txtGroup.Locked && piece.txtGroup.Enabled);
     EXPECT_EQ(piece.txtEQUIP_VALUER.Text(), round.value);
     EXPECT_EQ(piece.place.cboROOM_NAME.Text(), joined ? "Hall" : "101") << "it is kept where its group is";
+    EXPECT_EQ(piece.txtGroup.Text, joined ? "SET1" : "(none)");
+    if (round.rc != 125) continue;
+    server.expect("UPDEQIPD",
+                  "EID=77 ETI=4 ETY=Television ENO=TV9 EMA= EFO= EMO= ESN= EQVP= EQVR= ESU= EDP= ENM= LOC=3 "
+                  "RID=1 RNM=101");
+    expectCategories();
+    save(piece);
+    EXPECT_TRUE(piece.SaveOk) << "it is stored already";
   }
 }
 
@@ -199,7 +218,8 @@ TEST_F(FrmEquipmentTest, AMoveOutOfAPendingBookingIsAskedOnce) {
   }
   desktop.expectBox(Box::Kind::Question, kMove, 0);
   server.expect("GETARLOC", "LOC=3").replies(kRooms);
-  server.expect("DLTEBFR", "EID=11");
+  server.expect("DLTEBFR", "EID=11").fails(108);
+  desktop.expectWarning(kFailure);  // another failure is told, and the server decides at the save
   piece.place.cboLOC_NAME.select(0);
   EXPECT_EQ(piece.place.txtTEMP_ROOM_NAME.Text, "101");
   piece.place.cboROOM_NAME.select(1);
@@ -342,6 +362,34 @@ TEST_F(FrmEquipmentTest, NotesAreReadSavedAndRemovedByType) {
   EXPECT_TRUE(piece.Unload());
 }
 
+TEST_F(FrmEquipmentTest, AFailedRequestOfANoteLosesNothingThatWasTyped) {
+  start();
+  frmEquipment& piece = open();
+  NotesPanel& notes = piece.notes;
+  const auto fails = [this](const char* code, const char* tags) {
+    server.expect(code, tags).fails(108);
+    desktop.expectWarning(kFailure);
+  };
+  server.expect("GETEGNS", "EID=11").replies("ENID=1 NX=Y ENTY=Repair\nENID=2 NX=N ENTY=General");
+  piece.mnuViewPage_Click(3);
+  fails("GETEGN", "EID=11 ENID=2");
+  notes.cboNoteType.select(2);
+  server.expect("GETEGN", "EID=11 ENID=1").replies("MNO=\"Lamp 3\" ON=Vale");
+  notes.cboNoteType.select(1);
+  desktop.expectQuestion("Are you sure you want to DELETE this note?", true);
+  fails("REMEGN", "EID=11 ENID=1");
+  notes.cmdRemoveNote.press();
+  EXPECT_EQ(notes.txtNote.Text, "Lamp 3");
+  notes.txtNote.type("x");
+  fails("AUEGNOTE", "EID=11 ENID=1 MNO=x");
+  notes.cmdSaveNote.press();
+  EXPECT_TRUE(notes.Dirty && notes.cmdSaveNote.Enabled);
+  desktop.expectBox(Box::Kind::Warning, kNote, 0);
+  fails("AUEGNOTE", "EID=11 ENID=1 MNO=x");
+  EXPECT_FALSE(piece.Unload());
+  EXPECT_EQ(notes.txtNote.Text, "x");
+}
+
 TEST_F(FrmEquipmentTest, DialogsOfStatusAndBarcodeSaveTheRecordWhenTheyChangedIt) {
   start();
   frmEquipment& piece = open();
@@ -350,7 +398,7 @@ TEST_F(FrmEquipmentTest, DialogsOfStatusAndBarcodeSaveTheRecordWhenTheyChangedIt
   server.expect("GETEGSTY");
   server.expect("GETEGSTS", "EID=11");
   desktop.expectModalWindow<frmStatus>("frmStatus", [](frmStatus& window) {
-    window.status = "Lost";
+    window.status = "Charged";
     window.changed = true;
     window.Unload();
   });
@@ -359,7 +407,8 @@ TEST_F(FrmEquipmentTest, DialogsOfStatusAndBarcodeSaveTheRecordWhenTheyChangedIt
   };
   expectUpdate();
   EXPECT_TRUE(piece.txtSTS_TYPE.pressKey("F4"));
-  EXPECT_EQ(piece.txtSTS_TYPE.Text, "Lost");
+  EXPECT_EQ(piece.txtSTS_TYPE.Text, "Charged");
+  EXPECT_FALSE(piece.place.cboLOC_NAME.Enabled || piece.place.cboROOM_NAME.Enabled);
   for (const bool active : {true, false}) {
     server.expect("GETEGBTY");
     server.expect("GETEGBAR", "EID=11").replies(active ? "BNO=b12 BSI=1" : "");
@@ -372,6 +421,34 @@ TEST_F(FrmEquipmentTest, DialogsOfStatusAndBarcodeSaveTheRecordWhenTheyChangedIt
     piece.txtBARCODE_NO.doubleClick();
     EXPECT_EQ(piece.txtBARCODE_NO.Text, active ? "B12" : "");
   }
+}
+
+TEST_F(FrmEquipmentTest, TheAssignedNumbersFollowTheRecords) {
+  start();
+  server.always("GETEITM");
+  server.always("UPDEQIPD");
+  const auto asked = [this] {
+    return std::ranges::count_if(server.requests(),
+                                 [](const Request& each) { return each.code == "GETEITM"; });
+  };
+  frmEquipment& piece = open();
+  piece.cboEQUIP_TYPE.select(0);
+  piece.cmdEQUIP_NO.press();
+  EXPECT_EQ(asked(), 0) << "without a type there is nothing to list, nor to refresh";
+  piece.cboEQUIP_TYPE.select(1);
+  piece.cmdEQUIP_NO.press();
+  EXPECT_EQ(asked(), 1);
+  EXPECT_TRUE(piece.txtEQUIP_NO.pressKey("F4"));
+  EXPECT_EQ(asked(), 2);
+  save(piece);
+  EXPECT_EQ(asked(), 3);
+  openNew(kSourceMainWindow);
+  EXPECT_EQ(asked(), 4);
+  server.expect("VERDELE", "VID=11 VTY=1");
+  desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
+  server.expect("REMEQIP", "EID=11");
+  piece.mnuFileDelete.choose();
+  EXPECT_EQ(asked(), 5);
 }
 
 TEST_F(FrmEquipmentTest, ARecordIsDeletedOnlyIfTheServerAndTheOperatorAgree) {
@@ -434,11 +511,35 @@ TEST_F(FrmEquipmentTest, HelpIsThatOfThePage) {
 }
 
 TEST_F(FrmEquipmentTest, AsksBeforeChangesAreLostButNotAfterASave) {
+  struct Round {
+    int kind;
+    bool record, note, saved;
+    const char* question;
+  };
   start();
-  frmEquipment& piece = open();
-  piece.txtEQUIP_MODEL.type("V-60");
-  desktop.expectBox(Box::Kind::Warning, kChange, 1);
-  EXPECT_TRUE(piece.Unload()) << "after either answer";
+  server.always("GETEGNS").replies("ENID=1 NX=N ENTY=Repair");
+  server.always("GETEGN");
+  server.always("UPDEQIPD");
+  for (const Round& round :
+       {Round{kEquipment, false, false, false, ""}, Round{kEquipment, true, false, false, kChange},
+        Round{kEquipment, false, true, false, kNote}, Round{kEquipment, true, true, false, kChange},
+        Round{kEquipment, true, false, true, ""}, Round{kEquipment, false, true, true, ""},
+        Round{kEquipment, true, true, true, kNote}, Round{kGroupMember, true, false, false, kChange},
+        Round{kGroupMember, false, true, false, ""}}) {
+    SCOPED_TRACE(testing::Message() << round.kind << round.record << round.note << round.saved);
+    frmEquipment& piece =
+        openAs({round.kind, "11", round.kind == kEquipment ? kSourceMainWindow : kSourceGroupMembers});
+    if (round.saved) save(piece);
+    if (round.record) piece.txtEQUIP_MODEL.type("V-60");
+    if (round.note) {
+      piece.mnuViewPage_Click(3);
+      piece.notes.cboNoteType.select(1);
+      piece.notes.txtNote.type("Lamp");
+    }
+    if (*round.question) desktop.expectBox(Box::Kind::Warning, round.question, 1);
+    EXPECT_TRUE(piece.Unload()) << "after either answer";
+    desktop.checkAllCame();
+  }
 }
 
 TEST_F(FrmEquipmentTest, WhoMayOnlyLookChangesNothing) {

@@ -1,6 +1,7 @@
 // The window of a group and the page of its members.
 #include "inventory/frmGroup.h"
 
+#include "inventory/inventory_view.h"
 #include "inventory/record_fixture.h"
 
 namespace vantry::test {
@@ -143,8 +144,12 @@ TEST_F(FrmGroupTest, ARefusedSaveEndsThereAndStaysNew) {
 
   group.txtEQUIP_NO.type("SET8");
   EXPECT_TRUE(group.Dirty);
-  server.expect("UPDGRPD", "EID=30 ETI=8 ETY=\"Video Set\" ENO=SET8 LOC=3 RID=1 RNM=101")
-      .replies("UDT=2026-11-25 ULN=Branch UNM=Vale");
+  constexpr const char* kChanged = "EID=30 ETI=8 ETY=\"Video Set\" ENO=SET8 LOC=3 RID=1 RNM=101";
+  server.expect("UPDGRPD", kChanged).fails(125);
+  desktop.expectWarning(kNoChange);
+  save(group);
+  EXPECT_TRUE(group.Dirty && !group.SaveOk);
+  server.expect("UPDGRPD", kChanged).replies("UDT=2026-11-25 ULN=Branch UNM=Vale");
   save(group);
   EXPECT_EQ(group.propertyFields.dtUP_DATE.shortDate() + group.propertyFields.txtUP_OPNAME.Text.get(),
             "25/11/2026Vale");
@@ -202,10 +207,16 @@ TEST_F(FrmGroupTest, APieceJoinsOnlyWhileBothAreNotCharged) {
   page.cmdAdd.press();
   EXPECT_EQ(page.faCandidates.Rows, 3) << "a refusal leaves the lists as they are";
 
+  main().showView(ViewId::Groups);
+  server.expect("GETGITM", "ETI=8").replies("EID=21 ECNT=0 ENO=SET1");
+  auto& groups = viewAs<InventoryView>(main(), ViewId::Groups);
+  groups.tvwDB.click("8|Video Set");
   server.expect("NEWGITM", "EID=13 GRPID=21 ULI=3").replies("MVL=950 EQVR=1");
   expectMembers();
   expectTree("1");
+  server.expect("GETGITM", "ETI=8").replies("EID=21 ECNT=3 ENO=SET1");
   page.cmdAdd.press();
+  EXPECT_EQ(groups.fa.TextMatrix(1, 1), "Y");
   EXPECT_EQ(group.txtEQUIP_VALUER.Text(), "$950.00");
   EXPECT_EQ(page.faCandidates.Rows, 2);
   EXPECT_EQ(page.tree.SelectedKey, "Equipment|4") << "the type stays selected, with its new count";

@@ -38,6 +38,15 @@ struct FrmMaintenanceTest : RecordFixture {
       dialog.barcode = "b12";
     });
   }
+  void addDetail(frmMaintenance& window) {
+    server.expect("GETMDTY").replies("MTI=3 MTY=Cleaning\nMTI=2 MTY=Lamp");
+    desktop.expectModalWindow<frmMaintDetails>("frmMaintDetails", [](frmMaintDetails& dialog) {
+      dialog.fa.click(2, 1);
+      dialog.txtDetails.type("Old lamp");
+      dialog.cmdOK.press();
+    });
+    window.details.cmdAddDetail.press();
+  }
   static std::string dates(const frmMaintenance& window) {
     return window.dtMAINT_DATEIN.shortDate() + "|" + window.dtMAINT_DATEOUT.shortDate() + "|" +
            window.dtEQUIP_NXT_MAINT.shortDate();
@@ -84,7 +93,19 @@ TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
             "TelevisionTV1B11");
   EXPECT_EQ(dates(window), "24/11/2026||");
   EXPECT_TRUE(window.mnuView.Enabled) << "a new record has both pages";
-  server.expect("NEWEMAINTD", "EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=").replies("MID=12 CNM=Vale");
+  server.expect("NEWEMAINTD", "EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=").fails(-98, "CANTREAD=BNO");
+  desktop.expectWarning("This barcode is none of the piece's.\n\nNothing was stored.");
+  server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
+  save(window);
+  window.Unload();
+}
+
+TEST_F(FrmMaintenanceTest, ANewRecordKeepsThePiecesNextDateAndAFailedStatusDoesNotHoldItUp) {
+  start();
+  app->context.categories.years = {"2026"};
+  frmMaintenance& window = openNew();
+  server.expect("NEWEMAINTD", "EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=")
+      .replies("MID=12 CNM=Vale ENM=2027-05-01");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3").fails(1);
   desktop.expectModal("frmError", [](Form& form) { form.Hide(); });
   save(window);
@@ -92,7 +113,7 @@ TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
   EXPECT_EQ(window.Tag, "3 - 12");
   EXPECT_TRUE(window.txtBARCODE_NO.Locked && window.mnuFilePrint.Enabled);
 
-  server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=");
+  server.expect("UPDEMAINTD", "MID=12 EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=2027-05-01");
   server.expect("REMEGSTS", "EID=11 SID=8 ULI=3");
   desktop.expectInput("Enter an Equipment Barcode.", std::nullopt);
   window.barBooking.choose(window.barBooking.tool("abSaveAndNew"));
@@ -130,6 +151,45 @@ TEST_F(FrmMaintenanceTest, WithoutADayInNothingIsSaved) {
   desktop.expectInformation("Please enter a valid date for Date In.");
   save(window);
   EXPECT_FALSE(window.SaveOk);
+  app->lookUp.LookupRows.assign(1, LookUpRow{});
+  for (const bool withDetail : {false, true}) {
+    server.expect("GETEGSTY").replies(kStatuses);
+    auto& fresh =
+        dynamic_cast<frmMaintenance&>(*OpenRecordWindow(*app, {kMaintenance, "", kSourceEquipment}));
+    if (withDetail) addDetail(fresh);
+    EXPECT_EQ(dates(fresh), "||");
+    desktop.expectWarning("Missing Required Fields:\n\nDate In");
+    save(fresh);
+    EXPECT_FALSE(fresh.SaveOk);
+  }
+}
+
+TEST_F(FrmMaintenanceTest, AFailedStepOfASaveIsToldAndTheOthersFollow) {
+  for (const bool isNew : {true, false}) {
+    for (const std::string failing : {"NEWEMAINTD", "UPDEMAINTD", "REMEGSTS", "NEWEGSTS"}) {
+      SCOPED_TRACE(failing + (isNew ? " new" : ""));
+      start();
+      app->context.categories.years = {"2026"};
+      frmMaintenance& window = isNew ? openNew() : open();
+      window.chkIN_MAINT.Value = true;
+      const auto expectStep = [&](const char* code, const char* tags) {
+        auto step = server.expect(code, tags);
+        if (code != failing) return;
+        step.fails(108);
+        desktop.expectWarning("Barcode is not active!");
+      };
+      if (isNew)
+        expectStep("NEWEMAINTD", "EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=");
+      else
+        expectStep("UPDEMAINTD",
+                   "MID=9 EID=11 BNO=B11 MNO=\"Lamp 3\" MDI=2026-03-04 MDO=2026-03-09 ENM=2027-03-09 MTI=2 "
+                   "MCO=\"New lamp\" MTI=3 MCO=");
+      expectStep("REMEGSTS", "EID=11 SID=8 ULI=3");
+      expectStep("NEWEGSTS", "EID=11 SID=8 ULI=3");
+      save(window);
+      EXPECT_TRUE(window.SaveOk && !window.Dirty);
+    }
+  }
 }
 
 TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
@@ -139,13 +199,7 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
   window.details.fa.click(1, 1);
   desktop.expectQuestion("Are you sure you want to REMOVE this detail?", true);
   window.details.cmdRemoveDetail.press();
-  server.expect("GETMDTY").replies("MTI=3 MTY=Cleaning\nMTI=2 MTY=Lamp");
-  desktop.expectModalWindow<frmMaintDetails>("frmMaintDetails", [](frmMaintDetails& dialog) {
-    dialog.fa.click(2, 1);
-    dialog.txtDetails.type("Old lamp");
-    dialog.cmdOK.press();
-  });
-  window.details.cmdAddDetail.press();
+  addDetail(window);
   server
       .expect("UPDEMAINTD",
               "MID=9 EID=11 BNO=B11 MNO=\"Lamp 3\" MDI=2026-03-04 MDO=2026-03-09 ENM=2027-03-09 MTI=3 MCO= "

@@ -116,7 +116,11 @@ TEST_F(FrmRoomTest, ARefusedRoomCountsAsSavedAndALocationOfAnotherLibraryIsShown
   save(room);
   room.cboROOM_TYPE.select(2);
   room.txtROOM_NO.type("S1");
-  room.txtROOM_CAPACITY.enter(200000);
+  room.txtROOM_CAPACITY.type("100000");
+  desktop.expectInformation("Please enter a number up to 99999 for Capacity.");
+  save(room);
+  EXPECT_FALSE(room.SaveOk);
+  room.txtROOM_CAPACITY.type("99999");
   server.expect("NEWROOMD", "RTI=2 RTY=Store RNO=S1 RNM= LOC=3 RCA=99999").fails(174);
   desktop.expectWarning(kInUse);
   expectCategories();
@@ -267,6 +271,9 @@ TEST_F(FrmRoomTest, EquipmentLeavesForAnotherRoom) {
   start();
   RoomEquipment& page = openEquipment();
   page.faMembers.click(1, 1);
+  server.expect("ADDREQP", "EID=11 RID=2").fails(2);
+  desktop.expectWarning("This record is not there any more.\n\nAnother desk has deleted it.");
+  page.cmdRemove.press();
   server.expect("ADDREQP", "EID=11 RID=2");
   expectNewRoom(false);
   page.cmdRemove.press();

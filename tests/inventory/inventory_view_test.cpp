@@ -395,6 +395,24 @@ TEST_F(InventoryViewTest, ADeletedMemberIsGoneFromEveryListAndCount) {
   EXPECT_EQ(groups().fa.TextMatrix(1, 1), "Y");
 }
 
+TEST_F(InventoryViewTest, AGroupThatIsReadAnewStaysSelectedWithItsPaneOpen) {
+  logOn();
+  showMembers();
+  server.expect("GETGITM", "ETI=8").replies("EID=20 ECNT=1 ENO=SET0\nEID=21 ECNT=0 ENO=SET1");
+  server.expect("GETEGSTS", "EID=21").replies("SID=6 SPR=1");
+  server.expect("GETGEQ", "EID=21").replies("EID=12 BNO=B12 ENO=TV2 ETY=Television");
+  main().refillInventory(kGroup, "8");
+  EXPECT_EQ(groups().fa.Row, 2);
+  EXPECT_EQ(groups().fa.TextMatrix(2, 1) + row(members().fa, 1).substr(0, 4), "YB12|");
+  groups().cmdMembers.press();
+  server.expect("GETGITM", "ETI=8").replies("EID=21 ECNT=0 ENO=SET1");
+  main().refillInventory(kGroup, "8");
+  EXPECT_TRUE(groups().cmdMembers.Enabled && !main().menus.mnuPopupGroupMembers.Enabled);
+  server.expect("GETGITM", "ETI=8").replies("EID=22 ECNT=1 ENO=SET2");
+  main().refillInventory(kGroup, "8");
+  EXPECT_FALSE(groups().cmdMembers.Enabled) << "the group has another type now";
+}
+
 TEST_F(InventoryViewTest, WhoMayOnlyViewOpensAndPrints) {
   logOn(allRightsBut("EQADD EQUPD EQDEL"));
   showTelevisions();

@@ -164,9 +164,9 @@ TEST_F(Options, ChangesMakeTheirWayIntoTheMainWindowAtOnce) {
     at<CheckBox>(window, "chkMergeCells").toggle();
     at<OptionButton>(window, "optPosition(2)").choose();
     at<TextBox>(window, "txtBackgroundImage").type("/pictures/desk.gif");
-    at<NumberField>(window, "txtInterval").enter(3);
+    at<NumberField>(window, "txtInterval").type("3");
     at<ComboBox>(window, "cboSchedInterval").select(5);
-    at<NumberField>(window, "txtStartHour").enter(8);
+    at<NumberField>(window, "txtStartHour").type("8");
     at<ComboBox>(window, "cboChargeSearch").select(2);
     at<CheckBox>(window, "chkRetainSearch").toggle();
     window.cmdApply.press();
@@ -221,18 +221,22 @@ TEST_F(Options, KeyedTimesGrayTheIntervalsAndKeepTheirValues) {
   EXPECT_EQ(stored("Start"), "6");
 }
 
-TEST_F(Options, NumbersKeepToTheirLimitsAndAnEmptyOneChangesNothing) {
-  struct Case {
-    std::optional<int> typed;
-    const char* stored;
-  };
-  for (const Case& c : {Case{100, "99"}, Case{0, "1"}, Case{42, "42"}, Case{std::nullopt, "42"}}) {
+TEST_F(Options, ANumberBeyondItsLimitsIsToldAndAnEmptyOneChangesNothing) {
+  for (const char* typed : {"100", "0", "42", ""}) {
     open([&](frmOptions& window) {
-      at<NumberField>(window, "txtInterval").enter(c.typed);
-      window.cmdApply.press();
-      EXPECT_EQ(at<NumberField>(window, "txtInterval").Text(), c.stored);
+      auto& interval = at<NumberField>(window, "txtInterval");
+      window.pages.tabOptions.choose(kMonitorPage);
+      interval.type(typed);
+      window.pages.tabOptions.choose(0);
+      const bool isTold = interval.isEmpty() && *typed != '\0';
+      if (isTold) desktop.expectInformation("Please enter a number from 1 to 99 for Update Interval.");
+      window.cmdOK.press();
+      EXPECT_EQ(window.isLoaded(), isTold);
+      EXPECT_EQ(window.pages.tabOptions.SelectedTab, isTold ? kMonitorPage : 0);
     });
-    EXPECT_EQ(stored("DaemonInterval"), c.stored);
+    EXPECT_EQ(stored("DaemonInterval"),
+              std::string_view(typed) == "100" || std::string_view(typed) == "0" ? "15" : "42")
+        << typed;
   }
   settings.prefer("DaemonInterval", "0");
   ReadPreferences(*app);

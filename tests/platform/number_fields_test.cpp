@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/controls.h"
+#include "platform/entry_check.h"
 #include "platform/schedule_bar.h"
 #include "support/scripted_desktop.h"
 
@@ -16,29 +17,70 @@ struct Fields : testing::Test {
   int changes = 0;
 };
 
-TEST_F(Fields, ANumberStaysWithinItsLimits) {
+TEST_F(Fields, ANumberStepsWithinItsLimits) {
   NumberField field(form, "txtSetupTime", 0, 999);
   field.Change = [&] { ++changes; };
-  field.enter(1200);
-  EXPECT_EQ(field.Text(), "999");
+  field.type("999");
   field.spin(1);
   EXPECT_EQ(changes, 1) << "nothing new above the limit";
-  field.enter(std::nullopt);
-  EXPECT_EQ(field.Text(), "");
+  field.type("");
+  EXPECT_EQ(field.Text() + field.Unreadable(), "");
   EXPECT_EQ(field.number(), 0);
   field.spin(-1);
   EXPECT_EQ(field.Text(), "0");
   field.Locked = true;
-  field.enter(5);
+  field.type("5");
   EXPECT_EQ(field.Text(), "0");
 }
 
-TEST_F(Fields, AnAmountIsReadAndShownWithItsSign) {
+TEST_F(Fields, WhatIsNoNumberOfTheFieldIsKeptAsItWasTyped) {
+  NumberField number(form, "txtCapacity", -5, 2147483647);
+  CurrencyField amount(form, "txtValue", 0, 9000000000);
+  amount.Change = number.Change = [&] { ++changes; };
+  const struct {
+    const char *typed, *number, *amount;
+  } cases[] = {{" 12 ", "12", "12.00"},
+               {"-5", "-5", nullptr},
+               {"-6", nullptr, nullptr},
+               {"2147483648", nullptr, "2147483648.00"},
+               {"9000000000.01", nullptr, nullptr},
+               {"99999999999999999999", nullptr, nullptr},
+               {"1.5", nullptr, "1.50"},
+               {"$ 9,000,000,000.00", nullptr, "9000000000.00"},
+               {".5", nullptr, "0.50"},
+               {"1,234", nullptr, "1234.00"},
+               {"1.200,50", nullptr, nullptr},
+               {"1,5", nullptr, nullptr},
+               {"1234,567", nullptr, nullptr},
+               {"1200 EUR", nullptr, nullptr},
+               {"0.125", nullptr, nullptr},
+               {".", nullptr, nullptr},
+               {"", "", ""}};
+  for (const auto& c : cases) {
+    number.type(c.typed);
+    amount.type(c.typed);
+    EXPECT_EQ(number.Text() + "|" + number.Unreadable(),
+              c.number ? std::string(c.number) + "|" : std::string("|") + c.typed);
+    EXPECT_EQ(amount.plain() + "|" + amount.Unreadable(),
+              c.amount ? std::string(c.amount) + "|" : std::string("|") + c.typed);
+  }
+  changes = 0;
+  for (const char* typed : {"x", "y", "y"}) amount.type(typed);
+  EXPECT_EQ(changes, 2) << "text that cannot be read is a change as well";
+  number.type("x");
+  desktop.expectInformation("Please enter a number from -5 to 2147483647 for .");
+  EXPECT_FALSE(entriesAreReadable(form));
+  number.Visible = false;
+  desktop.expectInformation("Please enter an amount up to 9000000000.00 for .");
+  EXPECT_FALSE(entriesAreReadable(form));
+}
+
+TEST_F(Fields, AnAmountIsShownWithItsSign) {
   CurrencyField field(form, "txtTempCurrency", -9000000000, 9000000000);
   const struct {
     const char *put, *shown, *plain;
   } cases[] = {{"12.5", "$12.50", "12.50"},
-               {" $1,234.056 ", "$1234.06", "1234.06"},
+               {" 1234.056 ", "$1234.06", "1234.06"},
                {"-0.05", "-$0.05", "-0.05"},
                {"", "$0.00", ""},
                {"fee", "$0.00", ""},

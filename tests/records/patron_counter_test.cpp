@@ -38,20 +38,22 @@ TEST_F(PatronCounterTest, ShowsTheCountersAndWhoResetThem) {
 
 TEST_F(PatronCounterTest, ASaveSendsWhatCanBeCorrectedAndEndsTheQuestions) {
   open([&](frmPatronCounter& form) {
-    form.txtLateReturns.enter(100000);
-    EXPECT_EQ(form.txtLateReturns.Text(), "99999");
-    form.txtUnclaimedBookings.enter(0);
+    form.txtLateReturns.type("100000");
+    desktop.expectInformation("Please enter a number up to 99999 for Late Returns.");
+    form.cmdSave.press();
+    form.txtLateReturns.type("99999");
+    form.txtUnclaimedBookings.type("0");
     server.expect("UPAI", "PID=7 LTRE=99999 HBK=3 CANBK=4 UNBK=0");
     desktop.expectInformation("Patron Counters Saved");
     form.cmdSave.press();
-    form.txtLateReturns.enter(1);
+    form.txtLateReturns.type("1");
     form.cmdClose.press();
   });
 }
 
 TEST_F(PatronCounterTest, AnEmptiedCounterIsNoZero) {
   open([&](frmPatronCounter& form) {
-    form.txtLateReturns.enter(std::nullopt);
+    form.txtLateReturns.type("");
     desktop.expectWarning("Please enter a number for every counter.");
     form.cmdSave.press();
     EXPECT_EQ(form.ActiveControl(), &form.txtLateReturns);
@@ -66,12 +68,12 @@ TEST_F(PatronCounterTest, AnEmptiedCounterIsNoZero) {
 
 TEST_F(PatronCounterTest, ChangesAreAskedAboutBeforeTheyAreLost) {
   open([&](frmPatronCounter& form) {
-    form.txtCancelledBookings.enter(0);
+    form.txtCancelledBookings.type("0");
     desktop.expectQuestion(kQuestion, false);
     form.closeByOperator();
   });
   open([&](frmPatronCounter& form) {
-    form.txtCancelledBookings.enter(0);
+    form.txtCancelledBookings.type("0");
     server.expect("UPAI", "PID=7 LTRE=1 HBK=3 CANBK=0 UNBK=5").fails(codes::NotFound);
     desktop.expectWarning("This patron is not there any more.");
     form.cmdSave.press();

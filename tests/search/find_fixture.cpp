@@ -51,7 +51,7 @@ static void enterField(Control& control, const std::string& value) {
     case ControlKind::TimeField:
       return static_cast<TimeField&>(control).enter(parseClockTime(value));
     case ControlKind::NumberField:
-      return static_cast<NumberField&>(control).enter(intOf(value));
+      return static_cast<NumberField&>(control).type(value);
     case ControlKind::MaskedField:
       return static_cast<MaskedField&>(control).type(value);
     default:

@@ -50,6 +50,17 @@ const std::string statusReset = "delete from equipment_statuses where status_id 
 const std::string spare =
     "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) values "
     "(20, 1, 'TV20', 1, 3, 0)";
+/// The same piece in a storage room of its own, 7; and the classroom 8.
+const std::vector<std::string> spareRooms{
+    "insert into rooms (id, location_id, room_type_id, number, name, created_at) values "
+    "(7, 1, 2, '002', 'Store 2', 0), (8, 1, 1, '103', 'Classroom C', 0)",
+    spare, "update equipment set room_id = 7 where id = 20"};
+const std::string spareGroup =
+    "insert into equipment (id, is_group, equipment_type_id, number, location_id, room_id, created_at) "
+    "values "
+    "(20, 1, 3, 'SET20', 1, 3, 0)";
+const DeskMessage saveOfSpareRoom{"NEWBK", booking(soon, "RID=8", 1, ""), "clerk"};
+const std::set<std::string> movedOrBooked{"0 174", "0 179"};
 
 const std::vector<Contest> all{
     {"two saves, one piece", {}, {save("EID=1"), save("EID=1")}, {"0 149"}},
@@ -96,12 +107,70 @@ const std::vector<Contest> all{
      {},
      {DeskMessage{"NEWEGSTS", "EID=20; SID=9; SNO=; ULI=1"}, by("clerk", save("EID=20"))},
      {"0 0", "0 151"},
-     spare},
+     {spare}},
     {"a piece that is removed, and a save",
      {},
      {DeskMessage{"REMEQIP", "EID=20"}, save("EID=20")},
      {"-98 0", "0 100"},
-     spare},
+     {spare}},
+    {"a group that is removed, and a save",
+     {},
+     {DeskMessage{"REMGRP", "EID=20"}, by("clerk", save("EID=20"))},
+     {"-98 0", "0 100"},
+     {spareGroup}},
+    {"a room that is removed, and a save",
+     {},
+     {DeskMessage{"REMROOM", "RID=8"}, saveOfSpareRoom},
+     {"-98 0", "0 107"},
+     spareRooms},
+    {"a room that becomes a storage room, and a save",
+     {},
+     {DeskMessage{"UPDROOMD", "RID=8; RTI=2; RTY=; RNO=103; RNM=; LOC=1; RCA=0"}, saveOfSpareRoom},
+     {"-98 0", "0 107"},
+     spareRooms},
+    {"a piece that is put into a classroom, and a save",
+     {},
+     {DeskMessage{"ADDREQP", "EID=20; RID=1; ULI=1"}, by("clerk", save("EID=20"))},
+     movedOrBooked,
+     spareRooms},
+    {"a piece that is stored in a classroom, and a save",
+     {},
+     {DeskMessage{"UPDEQIPD",
+                  "EID=20; ETI=1; ETY=; ENO=TV20; EMA=; EFO=; EMO=; ESN=; EQVP=; EQVR=; ESU=; EDP=; ENM=; "
+                  "LOC=1; RID=1; RNM="},
+      by("clerk", save("EID=20"))},
+     movedOrBooked,
+     spareRooms},
+    {"a group that is stored in a classroom, and a save",
+     {},
+     {DeskMessage{"UPDGRPD", "EID=5; ETI=3; ETY=; ENO=SET1; LOC=1; RID=1; RNM="}, by("clerk", save("EID=5"))},
+     movedOrBooked},
+    {"a storage room that becomes a classroom, and a save",
+     {},
+     {DeskMessage{"UPDROOMD", "RID=7; RTI=1; RTY=; RNO=002; RNM=; LOC=1; RCA=0"},
+      by("clerk", save("EID=20"))},
+     movedOrBooked,
+     spareRooms},
+    {"a storage room that moves, and a save",
+     {},
+     {DeskMessage{"UPDROOMD", "RID=7; RTI=2; RTY=; RNO=002; RNM=; LOC=2; RCA=0"},
+      by("clerk", save("EID=20"))},
+     {"0 0", "0 174"},
+     spareRooms},
+    {"a piece that joins a booked group, and a save",
+     {save("EID=5")},
+     {DeskMessage{"NEWGITM", "EID=20; GRPID=5; ULI=1"}, by("clerk", save("EID=20"))},
+     {"0 183", "149 182"},
+     {spare}},
+    {"a piece that stays in its group's bookings, and a save",
+     {save("EID=5")},
+     {DeskMessage{"AETGB", "EID=6; GRPID=5"}, save("EID=6")},
+     {"0 149", "0 183"},
+     {"update equipment set group_id = null where id = 6"}},
+    {"a piece that is freed from its bookings, and a charge",
+     {saveRoom("EID=1; EQIR=N")},
+     {DeskMessage{"DLTEBFR", "EID=1"}, charge("$1")},
+     {"0 0", "0 100"}},
     {"two searches for a wish's thing",
      {save(wishForIt + "; " + wishForItem)},
      {DeskMessage{"GECN", search}, DeskMessage{"GECN", search}},
@@ -160,8 +229,11 @@ class Game {
     library_.execute("delete from bookings");
     library_.execute("delete from replies");
     library_.execute("delete from equipment where id = 20");
+    library_.execute("delete from rooms where id in (7, 8)");
+    library_.execute("update equipment set group_id = 5 where id in (6, 7)");
+    library_.execute("update equipment set room_id = 3 where id in (5, 6, 7)");
     library_.execute(statusReset);
-    if (!contest_.sql.empty()) library_.execute(contest_.sql);
+    for (const std::string& each : contest_.sql) library_.execute(each);
     std::vector<std::string> made;
     for (const DeskMessage& each : contest_.before) {
       const DeskMessage message = withBookings(each, made);

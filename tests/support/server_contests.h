@@ -24,10 +24,10 @@ struct DeskMessage {
 /// A path by which two desks can want one thing.
 struct Contest {
   std::string name;
-  std::vector<DeskMessage> before;  ///< is sent in order before each round
-  std::array<DeskMessage, 2> sent;  ///< at the same moment
-  std::set<std::string> outcomes;   ///< the return codes that there may be, in their order: "0 149"
-  std::string sql = {};             ///< is run before each round
+  std::vector<DeskMessage> before;    ///< is sent in order before each round
+  std::array<DeskMessage, 2> sent;    ///< at the same moment
+  std::set<std::string> outcomes;     ///< the return codes that there may be, in their order: "0 149"
+  std::vector<std::string> sql = {};  ///< is run before each round, and before those messages
 };
 [[nodiscard]] std::span<const Contest> contests();
 

@@ -196,6 +196,16 @@ std::optional<StoredItem> CatalogueWriter::findItem(const CatalogueItem& row) {
   return isThere ? std::optional(found) : std::nullopt;
 }
 
+bool CatalogueWriter::belongsToEquipment(const std::string& barcode) {
+  int count = 0;
+  Query query(db_,
+              "select count(*) from equipment_barcodes b join barcode_statuses s on s.id = b.status_id "
+              "where b.barcode = :barcode and s.active = 1");
+  query.bind("barcode", barcode);
+  fetchOne(query, count);
+  return count > 0;
+}
+
 std::int64_t CatalogueWriter::addItem(const CatalogueItem& row, const NewItem& fresh) {
   std::int64_t id = --lastId_;
   if (!writes_) {

@@ -76,6 +76,8 @@ class CatalogueWriter {
 
   /// By the barcode; without one, within the holdings by copy and issue.
   [[nodiscard]] std::optional<StoredItem> findItem(const CatalogueItem& row);
+  /// Whether it is the active barcode of a piece of equipment or a group.
+  [[nodiscard]] bool belongsToEquipment(const std::string& barcode);
   std::int64_t addItem(const CatalogueItem& row, const NewItem& fresh);
   bool changeItem(const StoredItem& item, const CatalogueItem& row);
 

@@ -256,6 +256,10 @@ bool MarcImporter::takeItem(const ItemFacts& item, const Place& place) {
   row.status = item.status;
   row.copy = item.copy;
   const std::optional<StoredItem> stored = writer_.findItem(row);
+  if (!stored && !row.barcode.empty() && writer_.belongsToEquipment(row.barcode)) {
+    leaveOut("the barcode " + item.barcode + " belongs to equipment");
+    return false;
+  }
   if (!stored) {
     const NewItem fresh{mediaTypeOf(item, place), place.title.itemType, place.title.description};
     soFar_.items.insert(writer_.addItem(row, fresh));

@@ -6,6 +6,13 @@
 
 namespace vantry::server {
 
+std::string_view trimmedText(const Message& message, std::string_view tag) {
+  std::string_view text = message.text(tag);
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
+}
+
 std::int64_t centsOf(const Message& message, std::string_view tag) {
   const std::optional<std::int64_t> cents = parseMoney(message.text(tag));
   if (!cents) refuseTag(tag);

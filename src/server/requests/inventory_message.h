@@ -10,6 +10,9 @@
 
 namespace vantry::server {
 
+/// The tag's text without blanks around it.
+[[nodiscard]] std::string_view trimmedText(const Message& message, std::string_view tag);
+
 /// The cents of a money text; further decimals are cut off. Throws TagRefusal beyond the 9,000,000,000.00
 /// that the windows allow in both directions.
 [[nodiscard]] std::int64_t centsOf(const Message& message, std::string_view tag);

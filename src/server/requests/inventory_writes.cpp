@@ -20,9 +20,7 @@ namespace {
 enum class Kind { Room = 0, Equipment = 1, Group = 2 };
 
 std::string requiredText(const Message& message, std::string_view tag) {
-  std::string_view text = message.text(tag);
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
+  const std::string_view text = trimmedText(message, tag);
   if (text.empty()) refuseTag(tag);
   return std::string(text);
 }
@@ -67,7 +65,7 @@ using ReadRecord = void (*)(Context&, const Message&, EquipmentRecord&);
 
 Reply newEquipment(Context& context, const Message& message, EquipmentRecord record, ReadRecord read) {
   read(context, message, record);
-  const std::string_view barcode = message.text(tags::BNO);
+  const std::string_view barcode = trimmedText(message, tags::BNO);
   if (!barcode.empty() && isBarcodeTaken(context.db, barcode, 0)) refuseTag(tags::BNO);
   const std::int64_t id = writeEquipment(context.db, record, stampOf(context, 0));
   if (!barcode.empty()) writeBarcode(context.db, id, barcode, barcodeStatus::active);

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "server/base/fold_text.h"
 #include "server/base/number_text.h"
 #include "server/base/tag_refusal.h"
 #include "server/desk/inventory_writer.h"
 #include "server/desk/maintenance_store.h"
+#include "server/desk/remark_store.h"
 #include "server/desk/thing_store.h"
 #include "server/requests/inventory_message.h"
 #include "words/tags.h"
@@ -110,18 +112,26 @@ void readDays(const Message& message, MaintenanceRecord& record) {
   record.note = message.text(tags::MNO);
 }
 
+/// The record tells the piece's active barcode by itself. One of another piece was scanned by mistake.
+/// Windows show barcodes in capitals.
+void checkBarcode(Context& context, const Message& message, std::int64_t pieceId) {
+  const std::string barcode = foldText(trimmedText(message, tags::BNO));
+  const std::vector<BarcodeRow> own = barcodesOf(context.db, pieceId);
+  const auto isIt = [&](const BarcodeRow& row) { return foldText(row.barcode) == barcode; };
+  if (!barcode.empty() && std::none_of(own.begin(), own.end(), isIt)) refuseTag(tags::BNO);
+}
+
 Reply newMaintenance(Context& context, const Message& message) {
   MaintenanceRecord record;
   readPiece(context, message, record);
-  if (isShort(message)) {
-    record.cameInOn = startOfDay(context.now);
+  checkBarcode(context, message, record.pieceId);
+  record.cameInOn = startOfDay(context.now);
+  if (!isShort(message)) readDays(message, record);
+  if (record.nextMaintenanceOn == 0)
     record.nextMaintenanceOn = findEquipmentRecord(context.db, record.pieceId)->nextMaintenanceOn;
-  } else {
-    readDays(message, record);
-  }
   const std::int64_t id =
       writeMaintenance(context.db, record, linesOf(context, message), stampOf(context, 0));
-  return createdReply(context, tags::MID, id);
+  return createdReply(context, tags::MID, id).head(tags::ENM, dayText(record.nextMaintenanceOn));
 }
 
 Reply changeMaintenance(Context& context, const Message& message) {

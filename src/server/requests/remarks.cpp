@@ -135,7 +135,7 @@ Reply dropStatus(Context& context, const Message& message) {
 
 Reply putBarcode(Context& context, const Message& message) {
   const std::int64_t status = message.number(tags::BSI);
-  const std::string_view barcode = message.text(tags::BNO);
+  const std::string_view barcode = trimmedText(message, tags::BNO);
   if (!hasBarcodeStatus(context.db, status)) refuseTag(tags::BSI);
   const std::int64_t id = requireThing(context, message, equipment);
   const bool clashes = status == barcodeStatus::active && isBarcodeTaken(context.db, barcode, id);

@@ -255,19 +255,24 @@ TEST_P(Catalogue, WhatCannotBeTakenIsCountedAndTold) {
   std::vector<MarcLine> untitled{{"001", "b7"}, {"100", "1 $aNobody"}};
   std::vector<MarcLine> thief{
       {"001", "b8"}, {"245", "00$aThief"}, {"852", "0 $bBranch"}, {"876", "  $pI100"}};
+  std::vector<MarcLine> borrower{
+      {"001", "b9"}, {"245", "00$aBorrower"}, {"852", "0 $bBranch"}, {"876", "  $pE1"}, {"876", "  $pE1OLD"}};
   const std::string file = exchanged(bees) + exchanged(untitled) + exchanged(bees).substr(0, 50) + "\x1d" +
                            exchanged({{"001", "h1"}, {"004", "gone"}, {"852", "0 $bBranch"}}, 'x') +
-                           exchanged(thief) + exchanged({{"001", "a1"}, {"100", "1 $aHeading"}}, 'z');
+                           exchanged(thief) + exchanged(borrower) +
+                           exchanged({{"001", "a1"}, {"100", "1 $aHeading"}}, 'z');
   const ImportReport report = import(file);
-  EXPECT_EQ(report.newTitles, 2);
+  EXPECT_EQ(report.newTitles, 3);
+  EXPECT_EQ(report.newItems, 3) << "an inactive barcode of a piece is free";
   EXPECT_EQ(report.bad, 4);
-  EXPECT_EQ(report.leftOut, 1);
+  EXPECT_EQ(report.leftOut, 2);
   EXPECT_THAT(report.faults,
               ElementsAre(HasSubstr("Record 3: its leader tells another length"),
                           HasSubstr("Record 2, 001 b7: it has no title"),
                           HasSubstr("Record 4, 001 h1: it describes holdings of a title \"gone\""),
                           HasSubstr("Record 5, 001 b8: the barcode I100 belongs"),
-                          HasSubstr("Record 6, 001 a1: it describes a heading")));
+                          HasSubstr("Record 6, 001 b9: the barcode E1 belongs to equipment"),
+                          HasSubstr("Record 7, 001 a1: it describes a heading")));
   EXPECT_THROW(import(file, {.location = "Moon"}), UserError);
 }
 

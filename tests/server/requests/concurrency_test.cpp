@@ -5,7 +5,6 @@
 #include <barrier>
 #include <functional>
 #include <future>
-#include <set>
 #include <thread>
 
 #include "server/access/sealing.h"
@@ -77,13 +76,6 @@ class TwoDesks : public OnEachDatabase {
            "; ETIME=" + momentText(makeMoment(2026, 4, 1, 9) + round * hour);
   }
 
-  std::string doubles() {
-    return library().value(
-        "select count(*) from occupancy a join occupancy b on a.kind = b.kind and a.thing = b.thing and a.id "
-        "< b.id "
-        "and a.starts_at < b.ends_at and b.starts_at < a.ends_at where a.kind < 10");
-  }
-
   std::unique_ptr<Database> other;
   Desks ofOneServer;
   Desks ofTwoServers;
@@ -134,54 +126,6 @@ TEST_P(TwoDesks, AskForConflictsTogetherAndAWishGetsOneThing) {
     EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id is null"), "0");
     EXPECT_EQ(library().value("select count(*) from occupancy"), std::to_string(2 * rounds));
     library().execute("delete from bookings");
-  }
-}
-
-/// Whichever is first, the other is refused: what is gone cannot be booked, and what is booked stays.
-TEST_P(TwoDesks, TheInventoryAndABookingDoNotBothHaveTheirWay) {
-  struct Contest {
-    const char* change;
-    std::set<std::string> outcomes;
-    std::string save = booking(timesOf(0), "LOC=1", 3, "EID=20");
-  };
-  const std::string piece = "ETI=1; ETY=; ENO=TV20; EMA=; EFO=; EMO=; ESN=; EQVP=; EQVR=; ESU=; EDP=; ENM=; ";
-  const std::string elsewhere = "UPDEQIPD EID=20; " + piece + "LOC=1; RID=1; RNM=";
-  const Contest contests[] = {
-      {"REMEQIP EID=20", {"-98 0", "0 100"}},
-      {"ADDREQP EID=20; RID=1; ULI=1", {"0 174", "0 179"}},
-      {elsewhere.c_str(), {"0 174", "0 179"}},
-      {"UPDROOMD RID=7; RTI=1; RTY=; RNO=002; RNM=; LOC=1; RCA=0", {"0 174", "0 179"}},
-      {"UPDROOMD RID=7; RTI=2; RTY=; RNO=002; RNM=; LOC=2; RCA=0", {"0 0", "0 174"}},
-      {"NEWGITM EID=20; GRPID=5; ULI=1", {"0 183", "149 182"}},
-      // What goes to maintenance is away, whoever has booked it: only a save that comes later is refused.
-      {"NEWEGSTS EID=20; SID=9; SNO=; ULI=1", {"0 0", "0 151"}},
-      {"UPDROOMD RID=8; RTI=2; RTY=; RNO=103; RNM=; LOC=1; RCA=0",
-       {"-98 0", "0 107"},
-       booking(timesOf(0), "RID=8", 1, "")},
-  };
-  // Nobody overrides anything for this operator.
-  library().execute("insert into operator_rights (operator_id, location_id, code) values (3, 1, 'BKADD')");
-  for (const Contest& contest : contests) {
-    SCOPED_TRACE(contest.change);
-    const std::string change = contest.change;
-    const std::size_t blank = change.find(' ');
-    for (int round = 0; round < rounds / 2; ++round) {
-      library().execute("delete from bookings");
-      library().execute("delete from equipment where id = 20");
-      library().execute("delete from rooms where id in (7, 8)");
-      library().execute(
-          "insert into rooms (id, location_id, room_type_id, number, name, created_at) values "
-          "(7, 1, 2, '002', 'Store 2', 0), (8, 1, 1, '103', 'Classroom C', 0)");
-      library().execute(
-          "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) values "
-          "(20, 1, 'TV20', 1, 7, 0)");
-      ASSERT_EQ(send("NEWBK", booking(timesOf(0), "LOC=1", 3, "EID=5")).rc, 0) << "the group is booked then";
-      const Message messages[] = {{"NEWBK", contest.save, "clerk"},
-                                  {change.substr(0, blank), change.substr(blank + 1)}};
-      const std::string outcome = atOnce(ofTwoServers, [&](std::size_t desk) { return messages[desk]; });
-      EXPECT_TRUE(contest.outcomes.contains(outcome)) << outcome;
-    }
-    EXPECT_EQ(doubles(), "0");
   }
 }
 

@@ -81,6 +81,8 @@ TEST_P(InventoryWrites, WhatMakesNoSenseIsRefusedByItsTagAndNothingIsStored) {
     EXPECT_EQ(send(code, "ETI=99").all("EID"), "") << "a type that is gone has nothing";
   EXPECT_EQ(send("NEWEQIPD", "BNO=E1; " + piece("TV9")).text(), "-98|CANTREAD=BNO") << "a piece has it";
   EXPECT_EQ(send("NEWEQIPD", "BNO=M1; " + piece("TV9")).text(), "-98|CANTREAD=BNO") << "an item has it";
+  EXPECT_EQ(send("NEWGRPD", "BNO= E1 ; " + group("SET8")).text(), "-98|CANTREAD=BNO")
+      << "blanks hide nothing";
   EXPECT_EQ(count("equipment"), "10");
   EXPECT_EQ(send("NEWEQIPD", "BNO=E1OLD; " + piece("TV1", "LOC=3")).text(), "-98|CANTREAD=RID");
   EXPECT_EQ(send("NEWEQIPD", "BNO=E1OLD; " + piece("TV9")).rc, 0) << "an inactive barcode is free";
@@ -228,7 +230,9 @@ TEST_P(InventoryWrites, OneBarcodeIsActiveAndNoOtherThingHasIt) {
   EXPECT_EQ(send("GETEGBAR", "EID=1").text(), "0||BNO=E1NEW BSI=1|BNO=E1 BSI=2|BNO=E1OLD BSI=2");
   EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=E1NEW; ULI=1; BSI=1").text(), "-98|CANTREAD=BNO");
   EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=M1; ULI=1; BSI=1").text(), "-98|CANTREAD=BNO");
-  EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=; ULI=1; BSI=1").text(), "-98|CANTREAD=BNO");
+  for (const char* none : {"", " ", " E1NEW "})
+    EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=" + std::string(none) + "; ULI=1; BSI=1").text(),
+              "-98|CANTREAD=BNO");
   EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=E1; ULI=1; BSI=1").rc, 0) << "inactive by now";
   EXPECT_EQ(send("NEWEGBAR", "EID=2; BNO=X; ULI=1; BSI=9").text(), "-98|CANTREAD=BSI");
   EXPECT_EQ(send("NEWEGBAR", "EID=99; BNO=X; ULI=1; BSI=1").rc, 2);
@@ -240,7 +244,7 @@ TEST_P(InventoryWrites, MaintenanceIsWrittenWithItsLinesAndThePiecesNextDay) {
   library().execute("insert into maintenance_types (id, name) values (1, 'Cleaning'), (2, 'Repair')");
   const std::string days = "MNO=loud; MDI=2026-03-01; MDO=2026-03-02; ENM=2026-09-01";
   EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=E1; " + days + "; MTI=1; MCO=lens; MTI=1; MCO=belt").text(),
-            "0|CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk MID=1");
+            "0|CDT=2026-03-02 09:00:00 CLN=Main Desk CNM=Operator desk ENM=2026-09-01 MID=1");
   EXPECT_EQ(send("GETEDTL", "EID=1").first("ENM"), "2026-09-01");
   EXPECT_EQ(send("UPDEMAINTD", "MID=1; EID=1; BNO=E1; MNO=; MDI=2026-03-01; MDO=; ENM=; MTI=2; MCO=plug").rc,
             0);
@@ -256,10 +260,12 @@ TEST_P(InventoryWrites, MaintenanceIsWrittenWithItsLinesAndThePiecesNextDay) {
   for (const Row& row : rows)
     EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=; " + with(days, row.change)).text(), row.reply) << row.change;
   EXPECT_EQ(send("NEWEMAINTD", "EID=5; BNO=; " + days).text(), "-98|CANTREAD=EID") << "a group";
+  EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=E2; " + days).text(), "-98|CANTREAD=BNO") << "of another piece";
   EXPECT_EQ(send("NEWEMAINTD", "EID=1; BNO=; " + days + "; MTI=9; MCO=").text(), "-98|CANTREAD=MTI");
   EXPECT_EQ(count("maintenance"), "1");
-  EXPECT_EQ(send("NEWEMAINTD", "EID=2; BNO=; " + with(days, "MDO=9999-12-31")).rc, 0);
-  EXPECT_EQ(send("NEWEMAINTD", "EID=2; BNO=; MNO=; MDI=9999-12-31; MDO=; ENM=").rc, 0);
+  EXPECT_EQ(send("NEWEMAINTD", "EID=2; BNO= e2 ; " + with(days, "MDO=9999-12-31")).rc, 0);
+  EXPECT_EQ(send("NEWEMAINTD", "EID=2; BNO=; MNO=; MDI=9999-12-31; MDO=; ENM=").first("ENM"), "2026-09-01")
+      << "without a date the piece keeps its own";
   EXPECT_EQ(send("GETMITM", "MSD=9999-12-01; EID=0").all("MID"), "3");
   EXPECT_EQ(send("GETMYER", "").all("MYE"), "9999,2026");
   EXPECT_EQ(send("REMMAINT", "MID=1").rc, 0);

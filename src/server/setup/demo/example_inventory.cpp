@@ -67,6 +67,14 @@ void addStay(Connection& db, std::int64_t pieceId, Moment in, std::optional<Mome
   }
 }
 
+/// Puts down who has changed the records of one key.
+void stampChange(Connection& db, const std::string& table, const std::string& key, std::int64_t id,
+                 Moment at) {
+  Query query(db, "update " + table + " set updated_at = :at, updated_by = 1, updated_location = 1 where " +
+                      key + " = :id");
+  query.bind("at", at).bind("id", id).run();
+}
+
 /// Pieces of the first desk that stand in rooms, where nobody books them.
 std::vector<std::int64_t> unbookedPieces(const World& world) {
   std::vector<std::int64_t> ids;
@@ -91,6 +99,8 @@ void fillOnePiece(Connection& db, const World& world, std::int64_t pieceId) {
     const Moment in = world.today - years * 365 * day;
     addStay(db, pieceId, in, in + 6 * day, "Yearly inspection.");
   }
+  stampChange(db, "equipment", "id", pieceId, world.today - 2 * day);
+  stampChange(db, "maintenance", "equipment_id", pieceId, world.today - day);
 }
 
 void addRoomDetails(Connection& db, const World& world) {
@@ -122,6 +132,9 @@ void makeExampleInventory(Connection& db, const World& world) {
   Query closed(
       db, "insert into room_statuses (room_id, status_id, applied_at, note) values (:id, 11, :at, :note)");
   closed.bind("id", closedRoom).bind("at", world.today - day).bind("note", "Water damage.").run();
+  stampChange(db, "rooms", "id", closedRoom, world.today - day);
+  const auto group = std::ranges::find_if(world.pieces, &World::Piece::group);
+  if (group != world.pieces.end()) stampChange(db, "equipment", "id", group->id, world.today - 5 * day);
   addRoomDetails(db, world);
 }
 

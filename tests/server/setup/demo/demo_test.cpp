@@ -134,6 +134,12 @@ TEST_F(DemoTest, ShowsWhateverTheInventoryCanShow) {
             0)
       << "groups that are out";
   EXPECT_EQ(count("equipment m join equipment g on g.id = m.group_id where m.room_id <> g.room_id"), 0);
+  for (const char* records : {"equipment where is_group = 0 and", "equipment where is_group = 1 and",
+                              "rooms where", "maintenance where"})
+    EXPECT_GT(count(records + std::string(" updated_at > created_at and updated_by is not null and "
+                                          "updated_location is not null")),
+              0)
+        << records;
 }
 
 TEST_F(DemoTest, BooksThirtyToSixtyOnEveryOpenDayOfTwoYears) {
