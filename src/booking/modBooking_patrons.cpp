@@ -27,9 +27,15 @@ Patron patronOfRecord(const TagMessage& message) {
   return patron;
 }
 
+/// A patron may be erased between their finding and their picking.
+constexpr std::string_view kNotThere = "This patron is not there any more.";
+constexpr RefusalWords kErased[] = {{codes::NotFound, {}, kNotThere, "GPBAR"},
+                                    {codes::TagMissing, tags::PID, kNotThere, "VALRP"}};
+
 /// Finds the group of a patron by their barcode; false when the command ends.
 bool chooseGroup(App& app, Patron& patron) {
-  if (!askForBooking(app)("GPBAR", {{tags::PID, patron.id}})) return false;
+  const Ask ask = askForBooking(app);
+  if (!ask.succeeded(ask.codeOf("GPBAR", {{tags::PID, patron.id}}), "GPBAR", kErased)) return false;
   const int barcodes = app.message.Count(tags::BNO);
   if (barcodes == 0) {
     informationBox(app.desktop, "The patron has no barcode.");
@@ -108,7 +114,7 @@ bool passes(App& app, int rc) {
     informationBox(app.desktop, std::string(refusal.text));
     return false;
   }
-  if (rc != codes::OverLimits) return askForBooking(app).succeeded(rc, "VALRP");
+  if (rc != codes::OverLimits) return askForBooking(app).succeeded(rc, "VALRP", kErased);
   OverrideFacts facts;
   facts.OverrideContext = facts.OverrideCode = codes::OverLimits;
   facts.OverrideName = app.message.Get(tags::VUF);

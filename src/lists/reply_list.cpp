@@ -201,11 +201,8 @@ std::string ReplyList::cellText(const ReplyColumn& column) const {
 
 std::string requesterText(std::string_view value) {
   const std::string_view requester = trim(value);
+  if (val(requester) < 0) return "Requester Withheld";
   return requester.empty() ? "Administrative" : std::string(requester);
-}
-
-std::string requesterOrWithheld(std::string_view value) {
-  return val(trim(value)) < 0 ? "Requester Withheld" : requesterText(value);
 }
 
 std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {

@@ -396,6 +396,12 @@ TEST_P(QueryPlans, ReadNoRowsInProportionToHistory) {
     limited(code, [&] { OnEachDatabase::send(code, "CNUM=2?"); });
   }
   limited("SSD", [&] { OnEachDatabase::send("SSD", "IM=2?"); });
+  for (const char* term : {"1; SRCHVAL=1", "4; SRCHVAL=1", "12; SRCHVAL=1", "14; SRCHVAL=1", "22; SRCHVAL=b?",
+                           "29; SRCHVAL=P1"}) {
+    limited(std::string("FIND ") + term, [&] {
+      OnEachDatabase::send("FIND", std::string("SRCHTAG=") + term + "; SRCHFOR=1; SRCHLOC=4; SRCHOP=");
+    });
+  }
   for (const SampleMessage& each : sampleMessages()) {
     const std::string code(each.row->code);
     limited(code, [&] { library().run(code, each.tags); });
