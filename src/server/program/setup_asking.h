@@ -29,9 +29,9 @@ std::string faultOf(const Check& check) {
 /// it.
 class SetupAsking {
  public:
-  SetupAsking(const SetupDialog& dialog, const GivenAnswers& given, const std::vector<Setting>& standing,
-              const ServiceUser& user)
-      : dialog(dialog), given(given), user(user), standing_(standing) {}
+  SetupAsking(const SetupDialog& asks, const GivenAnswers& answers, const std::vector<Setting>& configured,
+              const ServiceUser& service)
+      : dialog(asks), given(answers), user(service), standing_(configured) {}
 
   const SetupDialog& dialog;
   const GivenAnswers& given;

@@ -216,7 +216,7 @@ Reply find(Context& context, const Message& message) {
     return Reply(rc::noRight);
   if (asksForCards(question)) return cardsReply(context, question);
   Reply reply;
-  const FindSearch search(context.db, question);
+  FindSearch search(context.db, question);
   const std::int64_t told = subject.add(context, search.page(), reply);
   return reply.head(tags::SRCHCNT, search.count(told));
 }
