@@ -1,5 +1,6 @@
 #include "booking/frmTimeLine.h"
 
+#include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 
@@ -66,6 +67,7 @@ bool frmTimeLine::Form_Unload() {
 }
 
 void frmTimeLine::cmdOK_Click() {
+  if (!entriesAreReadable(*this)) return;
   Tag = joined({txtNeedTime.Value.get(),
                 txtFinishTime.Value.get(),
                 {timeLine_.NeedTimeIndex(), timeLine_.FinishTimeIndex()}});

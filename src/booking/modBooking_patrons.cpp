@@ -1,35 +1,25 @@
 #include "booking/modBooking_patrons.h"
 
 #include "booking/frmMPBarcode.h"
-#include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/modBooking_ask.h"
 #include "messaging/return_codes.h"
 #include "platform/text.h"
-#include "records/search_failure.h"
 #include "records/search_window.h"
 #include "words/tags.h"
 
 namespace vantry {
 namespace {
 
-/// Where and for what a barcode is sought; the server's numbers.
-constexpr std::string_view kByBarcode = "17";
-constexpr std::string_view kPatrons = "6";
-constexpr std::string_view kPatronFile = "5";
-
-Patron patronOfRecord(const TagMessage& message) {
-  Patron patron;
-  patron.id = intOf(message.Get(tags::PID));
-  patron.name = PatronName(message.Get(tags::PLN), message.Get(tags::PFN), message.Get(tags::PMN));
-  patron.groupId = intOf(message.Get(tags::PGID));
-  patron.groupName = message.Get(tags::PGNM);
-  return patron;
-}
+/// A patron may be erased between their finding and their picking.
+constexpr std::string_view kNotThere = "This patron is not there any more.";
+constexpr RefusalWords kErased[] = {{codes::NotFound, {}, kNotThere, "GPBAR"},
+                                    {codes::TagMissing, tags::PID, kNotThere, "VALRP"}};
 
 /// Finds the group of a patron by their barcode; false when the command ends.
 bool chooseGroup(App& app, Patron& patron) {
-  if (!askForBooking(app)("GPBAR", {{tags::PID, patron.id}})) return false;
+  const Ask ask = askForBooking(app);
+  if (!ask.succeeded(ask.codeOf("GPBAR", {{tags::PID, patron.id}}), "GPBAR", kErased)) return false;
   const int barcodes = app.message.Count(tags::BNO);
   if (barcodes == 0) {
     informationBox(app.desktop, "The patron has no barcode.");
@@ -108,7 +98,7 @@ bool passes(App& app, int rc) {
     informationBox(app.desktop, std::string(refusal.text));
     return false;
   }
-  if (rc != codes::OverLimits) return askForBooking(app).succeeded(rc, "VALRP");
+  if (rc != codes::OverLimits) return askForBooking(app).succeeded(rc, "VALRP", kErased);
   OverrideFacts facts;
   facts.OverrideContext = facts.OverrideCode = codes::OverLimits;
   facts.OverrideName = app.message.Get(tags::VUF);
@@ -118,38 +108,6 @@ bool passes(App& app, int rc) {
 }
 
 }  // namespace
-
-std::string PatronName(std::string_view last, std::string_view first, std::string_view middle) {
-  std::string name(last);
-  if (!first.empty()) name += (name.empty() ? "" : ", ") + std::string(first);
-  if (!middle.empty()) name += (name.empty() ? "" : " ") + std::string(middle);
-  return name;
-}
-
-Patron FindPatronByBarcode(App& app, const Ask& ask, std::string_view barcode, PatronUse use) {
-  const int rc = ask.codeOf("FIND", {{tags::SRCHTAG, kByBarcode},
-                                     {tags::SRCHVAL, trim(barcode)},
-                                     {tags::SRCHFOR, kPatrons},
-                                     {tags::SRCHLOC, kPatronFile},
-                                     {tags::SRCHOP, ""}});
-  if (rc != 0) {
-    informationBox(app.desktop, searchFailure(app.message, rc));
-    return {};
-  }
-  const int found = app.message.Count(tags::PID);
-  if (found == 0) informationBox(app.desktop, "No patrons have the entered barcode!");
-  if (found > 1) return PickOfPatrons(app, use);
-  return found == 1 && app.message.NextRecord(tags::PID) ? patronOfRecord(app.message) : Patron{};
-}
-
-Patron FindPatronBySearch(App& app, std::string_view tag) {
-  const std::string answer = pickBySearch(app, tag);
-  Patron patron;
-  int position = 1;
-  patron.name = ServerTools::NextToken(position, answer, "|");
-  if (position > 0) patron.id = intOf(ServerTools::NextToken(position, answer, "|"));
-  return patron;
-}
 
 PatronField::PatronField(Container& place, const std::string& name, const std::string& labelText,
                          const std::string& pickName)

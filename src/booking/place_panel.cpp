@@ -1,5 +1,8 @@
 #include "booking/place_panel.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "booking/booking_parts.h"
 #include "booking/modBooking_rooms.h"
 #include "frame/app.h"
@@ -101,9 +104,12 @@ void PlacePanel::connect() {
   on(mnuPopupRoomsSuggest.Click, this, &PlacePanel::mnuPopupRoomsSuggest_Click);
 }
 
+/// The desk's own location is the first, since a pick-up begins with the first one.
 void PlacePanel::fillLocations() {
-  for (const Location& location : app_.context.allLocations)
-    cboPickupLocation.AddItem(location.name, location.id);
+  std::vector<Location> locations = app_.context.allLocations;
+  std::ranges::stable_partition(locations,
+                                [&](const Location& each) { return each.id == app_.context.locationId; });
+  for (const Location& location : locations) cboPickupLocation.AddItem(location.name, location.id);
 }
 
 int PlacePanel::option() const {

@@ -289,7 +289,7 @@ void CirculationView::addMedia() {
 
 void CirculationView::addEquipment() {
   const TagMessage& message = app().message;
-  const std::string_view name = twin_.followsBarcodes && app().preferences.Barcodes ? tags::BNO : tags::ENO;
+  const std::string_view name = twin_.followsBarcodes ? pieceTag(app()) : tags::ENO;
   while (app().message.NextRecord(tags::EID)) {
     const std::string id = message.Get(tags::EID);
     const std::string type = message.Get(tags::ETY);

@@ -1,6 +1,7 @@
 #include "circulation/frmDischarge.h"
 
 #include "circulation/frmPopupNote.h"
+#include "lists/reply_list.h"
 #include "platform/entry_check.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
@@ -86,7 +87,7 @@ void frmDischarge::fillLists() {
     addScanName(0, message.Get(tags::MEDBAR));
     lstItems.AddItem(message.Get(tags::TITL), message.Get(tags::IM));
   }
-  const std::string_view name = app_.preferences.Barcodes ? tags::BNO : tags::ENO;
+  const std::string_view name = pieceTag(app_);
   while (app_.message.NextRecord(tags::EID)) {
     addScanName(1, message.Get(tags::BNO));
     addScanName(1, message.Get(tags::ENO));

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QEventLoop>
+#include <QImageReader>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QSessionManager>
@@ -466,6 +467,14 @@ Printer& QtDesktop::printer() {
 void QtDesktop::playSound(std::string_view file) {
   if (!sound_) sound_ = std::make_unique<SoundPlayer>();
   sound_->play(std::string(file));
+}
+
+bool QtDesktop::canPlay(std::string_view file) {
+  return isWaveFile(qt(file));
+}
+
+bool QtDesktop::canShow(std::string_view file) {
+  return QImageReader(qt(file)).canRead();
 }
 
 void QtDesktop::openBrowser(std::string_view address) {

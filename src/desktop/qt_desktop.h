@@ -69,6 +69,8 @@ class QtDesktop final : public QObject, public Desktop {
   void copyToClipboard(std::string_view text) override;
   Printer& printer() override;
   void playSound(std::string_view file) override;
+  bool canPlay(std::string_view file) override;
+  bool canShow(std::string_view file) override;
   void openBrowser(std::string_view address) override;
   void showHelp(std::string_view topic) override;
   [[noreturn]] void endProgram() override;

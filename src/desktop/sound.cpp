@@ -1,5 +1,6 @@
 #include "desktop/sound.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSoundEffect>
 #include <QUrl>
@@ -11,6 +12,13 @@ namespace vantry {
 struct SoundPlayer::Player {
   QSoundEffect effect;
 };
+
+bool isWaveFile(const QString& file) {
+  QFile wave(file);
+  if (!wave.open(QIODevice::ReadOnly)) return false;
+  const QByteArray head = wave.read(12);
+  return head.startsWith("RIFF") && head.endsWith("WAVE");
+}
 
 SoundPlayer::SoundPlayer() = default;
 SoundPlayer::~SoundPlayer() = default;

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QString>
 #include <memory>
 #include <string>
 
 namespace vantry {
+
+/// Whether the file begins as a wave file does.
+bool isWaveFile(const QString& file);
 
 /// Plays wave files, one at a time. A file that is not there makes no sound.
 class SoundPlayer {

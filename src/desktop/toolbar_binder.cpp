@@ -20,7 +20,7 @@ class ToolBarBinder : public Binder {
   ToolBarBinder(ToolBar& bar, Host& host, QToolBar& widget)
       : Binder(bar, host, widget), bar_(bar), widget_(widget) {
     for (Tool* tool : bar.Tools()) add(*tool);
-    if (!buttons_.empty()) buttons_.front()->setFocusPolicy(Qt::TabFocus);
+    chooseStop();
   }
 
   /// One stop of the Tab key leads to the tools; the arrow keys move among them.
@@ -80,7 +80,6 @@ class ToolBarBinder : public Binder {
     button->setDefaultAction(action);
     button->setToolButtonStyle(tool.Caption.get().empty() ? Qt::ToolButtonIconOnly
                                                           : Qt::ToolButtonTextBesideIcon);
-    button->setFocusPolicy(Qt::NoFocus);  // by the mouse they leave the focus where it is
     button->setAccessibleName(
         withoutMnemonic(tool.Caption.get().empty() ? tool.toolTip : tool.Caption.get()));
     button->installEventFilter(this);
@@ -129,6 +128,17 @@ class ToolBarBinder : public Binder {
     showToolTip(tool, action);
     if (const auto place = places_.find(&tool); place != places_.end())
       place->second->setVisible(tool.Visible);
+    chooseStop();
+  }
+
+  /// The Tab key stops at the first tool that can be used. By the mouse the tools leave the focus where it
+  /// is.
+  void chooseStop() {
+    const auto stop = std::find_if(buttons_.begin(), buttons_.end(), [](const QToolButton* button) {
+      return button->defaultAction()->isEnabled() && button->defaultAction()->isVisible();
+    });
+    for (auto button = buttons_.begin(); button != buttons_.end(); ++button)
+      (*button)->setFocusPolicy(button == stop ? Qt::TabFocus : Qt::NoFocus);
   }
 
   void showToolTip(const Tool& tool, QAction& action) {

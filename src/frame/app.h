@@ -63,12 +63,12 @@ class App {
     const Clock& clock;
     Settings& settings;
     ComponentCheck& components;
-    std::filesystem::path programFolder;  ///< where help and help map stand
-    std::filesystem::path userFolder;     ///< where "vantry.ini" stands
+    std::filesystem::path programFolder;  ///< of help and help map
+    std::filesystem::path userFolder;     ///< of "vantry.ini"
   };
 
   App(const Outside& outside, std::string commandLine);
-  /// Frees the windows first: they refer to what stands below.
+  /// Frees the windows first: they refer to what is below.
   ~App() { windows.freeAll(); }
 
   Desktop& desktop;

@@ -12,9 +12,9 @@ class WarningList {
  public:
   /// Empties the list; a booking window loads.
   void InitWarningList();
-  /// Takes the key in as not agreed to, also where it stands already.
+  /// Takes the key in as not agreed to, also where it is in the list already.
   void AddWarningKey(std::string_view key);
-  /// The operator has agreed; a key that does not stand stays unknown.
+  /// The operator has agreed; a key that is not in the list stays unknown.
   void MarkWarningShown(std::string_view key);
   /// A time of the booking has changed: nothing is agreed to any longer.
   void ClearWarningMarks();

@@ -57,7 +57,7 @@ class InventoryView : public MainView {
   virtual void fillTree();
   /// Asks for the list of a category; `read` fills it.
   virtual bool askFor(std::string_view category, const std::function<void()>& read);
-  /// What stands above the list of a node.
+  /// The heading of a node's list.
   virtual std::string heading(const TreeNode& node) const;
   /// Another row is selected, or none.
   virtual void rowSelected() {}

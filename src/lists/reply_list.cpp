@@ -192,20 +192,21 @@ std::string ReplyList::cellText(const ReplyColumn& column) const {
     case CellKind::Time:
       return momentText(column.kind, message.Get(tag));
     case CellKind::Piece:
-      return message.Get(app_.preferences.Barcodes ? tags::BNO : tags::ENO);
+      return message.Get(pieceTag(app_));
     case CellKind::Own:
       return hooks.ownText ? hooks.ownText(column) : std::string();
   }
   return message.Get(tag);
 }
 
-std::string requesterText(std::string_view value) {
-  const std::string_view requester = trim(value);
-  return requester.empty() ? "Administrative" : std::string(requester);
+std::string_view pieceTag(const App& app) {
+  return app.preferences.Barcodes ? tags::BNO : tags::ENO;
 }
 
-std::string requesterOrWithheld(std::string_view value) {
-  return val(trim(value)) < 0 ? "Requester Withheld" : requesterText(value);
+std::string requesterText(std::string_view value) {
+  const std::string_view requester = trim(value);
+  if (val(requester) < 0) return "Requester Withheld";
+  return requester.empty() ? "Administrative" : std::string(requester);
 }
 
 std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {

@@ -143,10 +143,12 @@ class ReplyList {
   std::unordered_set<std::string> keys_;  ///< of the rows so far, where they must differ
 };
 
-/// The requester of a booking as the lists show it: "Administrative" where there is none.
+/// Under which tag a reply has what a piece is known by, its barcode or its number as preferred.
+[[nodiscard]] std::string_view pieceTag(const App& app);
+
+/// The requester of a booking as the lists show it: "Administrative" where there is none. Of bookings that
+/// are over, the server tells some without their names, as a negative number.
 [[nodiscard]] std::string requesterText(std::string_view value);
-/// The same in lists with bookings that are over, which the server tells without the names of some.
-[[nodiscard]] std::string requesterOrWithheld(std::string_view value);
 
 /// Keeps the dates and times of a booking list together after the operator has moved one of them: a date,
 /// then its time in the form that sorts, then its time as people read it.

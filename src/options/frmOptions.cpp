@@ -10,8 +10,10 @@
 
 namespace vantry {
 
-static constexpr std::string_view kWaves = "Wave (*.wav)|*.wav";
-static constexpr std::string_view kImages = "Images (*.gif;*.jpg;*.bmp;*.ico)|*.gif;*.jpg;*.bmp;*.ico";
+static constexpr frmOptions::WantedFile kWaves = {"Wave (*.wav)|*.wav", &Desktop::canPlay, kNoSound};
+static constexpr frmOptions::WantedFile kImages = {"Images (*.gif;*.jpg;*.bmp;*.ico)|*.gif;*.jpg;*.bmp;*.ico",
+                                                   &Desktop::canShow,
+                                                   "This file holds no picture that can be shown."};
 /// The place and the id of the entry that means all locations.
 static constexpr int kAllLocations = 0;
 static constexpr const char* kAllLocationsId = "0";
@@ -96,9 +98,13 @@ void frmOptions::cmdApply_Click() {
   app_.monitorLocations = chosenLocations();
   Preferences chosen = app_.preferences;
   pages.take(chosen);
+  const std::string shown = app_.preferences.Background;
   if (!SavePreferences(app_, chosen)) return;
   ReadPreferences(app_);
   show();
+  const std::string& image = app_.preferences.Background;
+  if (image != shown && !image.empty() && !app_.desktop.canShow(image))
+    warningBox(app_.desktop, "The background image cannot be shown: " + image);
 }
 
 // Colours and files
@@ -123,12 +129,13 @@ void frmOptions::chooseColour(Property<Colour>& colour) {
   changed();
 }
 
-void frmOptions::cmdBrowse_Click(TextBox& path, std::string_view filter) {
-  const auto chosen = app_.desktop.chooseFile("Open", filter, path.Text.get());
+void frmOptions::cmdBrowse_Click(TextBox& path, const WantedFile& wanted) {
+  const auto chosen = app_.desktop.chooseFile("Open", wanted.filter, path.Text.get());
   if (!chosen) return;
   std::error_code unreadable;  // as good as missing
   if (!std::filesystem::is_regular_file(*chosen, unreadable))
     return warningBox(app_.desktop, "File does not exist!");
+  if (!(app_.desktop.*wanted.isUsable)(*chosen)) return warningBox(app_.desktop, wanted.refusal);
   path.Text = *chosen;
 }
 

@@ -9,14 +9,20 @@ namespace vantry {
 /// The editor of the preferences, and the only writer of their store.
 class frmOptions : public Form {
  public:
+  struct WantedFile {
+    std::string_view filter;
+    bool (Desktop::*isUsable)(std::string_view file);
+    const char* refusal;
+  };
+
   explicit frmOptions(App& app);
   void Form_Load() override;
   void cmdOK_Click();
   void cmdCancel_Click() { Unload(); }
   void cmdApply_Click();
   void cmdSchedColor_Click(int index);
-  /// Asks for a file and puts its path into the field.
-  void cmdBrowse_Click(TextBox& path, std::string_view filter);
+  /// Asks for a file and puts its path into the field, when the file can be used.
+  void cmdBrowse_Click(TextBox& path, const WantedFile& wanted);
   void lstBookingDeskLocation_Click();
   void mnuBackColor_Click();
   void mnuTextColor_Click();

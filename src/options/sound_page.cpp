@@ -111,7 +111,7 @@ void SoundPage::gtvEvents_Click() {
   setEnabled(place >= 0, txtSoundFile, cmdBrowse);
   txtSoundFile.Text = place < 0 ? std::string() : files_[static_cast<std::size_t>(place)];
   cmdPlay.Enabled = !txtSoundFile.Text.get().empty();
-  cmdPlay_Click();
+  play();
 }
 
 /// The text also changes when another event is selected; then nothing is new.
@@ -125,9 +125,17 @@ void SoundPage::txtSoundFile_Change() {
   raise(changed_);
 }
 
-void SoundPage::cmdPlay_Click() {
+void SoundPage::play() {
   const std::string file(trim(txtSoundFile.Text.get()));
   if (!file.empty()) app_.desktop.playSound(file);
+}
+
+/// Who asks for a sound and hears nothing is told why.
+void SoundPage::cmdPlay_Click() {
+  const std::string file(trim(txtSoundFile.Text.get()));
+  if (!exists(file)) return warningBox(app_.desktop, "File does not exist!");
+  if (!app_.desktop.canPlay(file)) return warningBox(app_.desktop, kNoSound);
+  play();
 }
 
 }  // namespace vantry

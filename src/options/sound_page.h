@@ -11,6 +11,8 @@ namespace vantry {
 
 class App;
 
+inline constexpr const char* kNoSound = "This file holds no sound that can be played.";
+
 /// The page of the sounds: the program's events in a tree, and the wave file of the selected one.
 class SoundPage {
  public:
@@ -34,6 +36,7 @@ class SoundPage {
 
  private:
   void txtSoundFile_Change();
+  void play();
   void showPicture(int place);
   /// The place of the selected event in the list; -1 where none is selected.
   int selectedPlace() const;

@@ -88,8 +88,12 @@ class Desktop {
 
   /// What reports are printed with.
   virtual Printer& printer() = 0;
-  /// Plays a wave file; a file that does not exist is silence.
+  /// Plays a wave file; a file that cannot be played is silence.
   virtual void playSound(std::string_view file) = 0;
+  /// Whether the file is a wave file.
+  virtual bool canPlay(std::string_view file) = 0;
+  /// Whether the file is a picture that the list bar can have for its background.
+  virtual bool canShow(std::string_view file) = 0;
   virtual void openBrowser(std::string_view address) = 0;  ///< of the web, or a file by its whole path
   /// Opens the help pages at a topic; empty for their start.
   virtual void showHelp(std::string_view topic) = 0;

@@ -19,7 +19,7 @@ constexpr ReplyColumn kColumns[] = {
     {"End Date", tags::ETIME_, CellKind::Date, 900, SortKind::ShortDate},
     {"End Time24", tags::ETIME_, CellKind::Time24, 0, SortKind::ClockTime},
     {"End Time", tags::ETIME_, CellKind::Time, 900, SortKind::ClockTime},
-    {"Requester", tags::REQ, CellKind::Own, 2200},
+    {"Requester", tags::REQ, CellKind::Requester, 2200},
     {"Confirmation #", tags::CNUM},
     {"Booking Type", tags::BTYP, CellKind::Plain, 1400},
     {"Delivery Room/Pickup Location", tags::DPL, CellKind::Plain, 2800},
@@ -100,15 +100,13 @@ void DayView::connect() {
   discharge.link(cmdDischargeDayView);
   parts().commands.search.link(cmdSearchBooking);
   parts().commands.printListing.link(cmdPrintDayView);
-  list_.hooks = {
-      .accepts = [this] { return isShown(); },
-      .ownText =
-          [this](const ReplyColumn& column) { return requesterOrWithheld(app().message.Get(column.tag)); },
-      .filled =
-          [this](int row) {
-            ColourBookingRow(faDayBookings, row, intOf(list_.text(row, kBookingStatusColumn)), legend);
-          },
-      .progress = [this](int row, int total) { parts().showProgress(row, total); }};
+  list_.hooks = {.accepts = [this] { return isShown(); },
+                 .filled =
+                     [this](int row) {
+                       ColourBookingRow(faDayBookings, row, intOf(list_.text(row, kBookingStatusColumn)),
+                                        legend);
+                     },
+                 .progress = [this](int row, int total) { parts().showProgress(row, total); }};
 }
 
 void DayView::BuildBookingFlexArray() {

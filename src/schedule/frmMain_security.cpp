@@ -15,7 +15,9 @@ void frmMain::SetFormSecurity(int kind) {
     edit.Caption = viewOnly(rights, *currentView_->subject) ? "View" : "Edit";
     return;
   }
-  menus.mnuPopupBookingsEdit.Caption = viewOnly(rights, Subject::Bookings) ? "View" : "Edit";
+  const char* edit = viewOnly(rights, Subject::Bookings) ? "View" : "Edit";
+  menus.mnuPopupBookingsEdit.Caption = edit;
+  menus.mnuPopupSchedulerEdit.Caption = edit;
 }
 
 }  // namespace vantry

@@ -152,7 +152,7 @@ void frmSched::showHours(Pane& pane) {
 
 /// An hour of a calendar through the control that shows times; one that is no time of a day stays as it
 /// reads.
-static std::string clockText(std::string_view text, TimeField& time) {
+static std::string openingTime(std::string_view text, TimeField& time) {
   const std::string formatted = FormatClockTime(text);
   time.Value = parseClockTime(formatted);
   return time.isEmpty() ? formatted : time.textAmPm();
@@ -160,7 +160,7 @@ static std::string clockText(std::string_view text, TimeField& time) {
 
 std::string frmSched::hoursText(std::string_view open, std::string_view opens, std::string_view closes) {
   if (open != "Y") return kClosed;
-  return clockText(opens, txtSTime) + " to " + clockText(closes, txtETime);
+  return openingTime(opens, txtSTime) + " to " + openingTime(closes, txtETime);
 }
 
 void frmSched::showExceptions(Pane& pane, std::string_view id) {

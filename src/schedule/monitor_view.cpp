@@ -53,7 +53,7 @@ constexpr ReplyColumn kConflict[] = {
 constexpr ReplyColumn kDelivery[] = {
     text("ID", tags::BOOKID, 0), {.heading = "Booking Status", .tag = tags::BKRES, .kind = CellKind::Number, .width = 0},
     date("Date", tags::ODE), time24("Time24", tags::ODE), time("Time", tags::ODE),
-    own("Type", tags::DOCL), text("Staff", tags::ON), own("Patron Name", tags::PATNM, 2200),
+    own("Type", tags::DOCL), text("Staff", tags::ON), patron("Patron Name", tags::PATNM),
     text("Location", tags::RNM, 1800), text("Confirmation #", tags::CNUM), text("Booking Comment", tags::SCHCOM, 3000)};
 constexpr ReplyColumn kPickup[] = {
     text("ID", tags::BOOKID, 0),
@@ -357,8 +357,7 @@ void DeliveryView::rowSelected() {
   discharge.Enabled = out;
 }
 
-std::string DeliveryView::ownText(const ReplyColumn& column) {
-  if (column.tag == tags::PATNM) return requesterOrWithheld(app().message.Get(tags::PATNM));
+std::string DeliveryView::ownText(const ReplyColumn&) {
   return app().message.Get(tags::DOCL) == "1" ? "Delivery" : "Cleanup";
 }
 
@@ -419,6 +418,11 @@ RoomScheduleView::RoomScheduleView(const MainParts& mainParts, Frame& frame, con
                         Row{cmdEditDaemon, Stretch{}, cmdPrintDaemon}};
 }
 
+void RoomScheduleView::load() {
+  MonitorView::load();
+  cboMediaSchedRooms.Clear();  // the rooms were another operator's
+}
+
 void RoomScheduleView::open() {
   const std::string chosen = cboMediaSchedRooms.ItemData(cboMediaSchedRooms.ListIndex);
   cboMediaSchedRooms.Clear();
@@ -464,6 +468,7 @@ LibRoomsView::LibRoomsView(const MainParts& mainParts, Frame& frame, const ViewR
 void LibRoomsView::load() {
   MonitorView::load();
   details_.build(dialogLayout(kThings, tags::EID));
+  openDetails(false);
 }
 
 void LibRoomsView::openDetails(bool open) {

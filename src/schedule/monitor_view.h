@@ -109,6 +109,7 @@ class RoomScheduleView : public MonitorView {
   Label lblMediaSchedRooms;
   ComboBox cboMediaSchedRooms;
 
+  void load() override;
   /// Reads the rooms; the one that was chosen stays so.
   void open() override;
   std::string reportText() const override;

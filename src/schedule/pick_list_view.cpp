@@ -99,11 +99,11 @@ PickListView::PickListView(const MainParts& mainParts, Frame& frame, const ViewR
     : MainView(mainParts, frame),
       optDateRange(std::string(kindOf(view.id).options)),
       fpdSpecificDate(frame, arrayName("fpdSpecificDate", kindOf(view.id).index)),
-      cmdToday(frame, std::string(kindOf(view.id).today), "T&oday"),
-      lblNeedDate(frame, arrayName("lblNeedDate", kindOf(view.id).index), "&from:"),
+      cmdToday(frame, std::string(kindOf(view.id).today), "Toda&y"),
+      lblNeedDate(frame, arrayName("lblNeedDate", kindOf(view.id).index), "fr&om:"),
       fpdNeedDate(frame, arrayName("fpdNeedDate", kindOf(view.id).index)),
       fpNeedTime(frame, arrayName("fpNeedTime", kindOf(view.id).index)),
-      lblFinishDate(frame, arrayName("lblFinishDate", kindOf(view.id).index), "&to:"),
+      lblFinishDate(frame, arrayName("lblFinishDate", kindOf(view.id).index), "to:"),
       fpdFinishDate(frame, arrayName("fpdFinishDate", kindOf(view.id).index)),
       fpFinishTime(frame, arrayName("fpFinishTime", kindOf(view.id).index)),
       cmdGetLists(frame, std::string(kindOf(view.id).get), "&Get List"),
@@ -142,6 +142,8 @@ void PickListView::arrange(Frame& frame) {
 void PickListView::load() {
   list_.build(kind_.layout);
   span_.clear();
+  for (DateField* date : {&fpdSpecificDate, &fpdNeedDate, &fpdFinishDate}) date->Value = std::nullopt;
+  for (TimeField* time : {&fpNeedTime, &fpFinishTime}) time->Value = std::nullopt;
   optDateRange(0).Value = true;
   optDateRange_Click();
 }

@@ -292,7 +292,7 @@ std::string CriteriaPages::showField(int number) {
 /// Adds the criteria of pages to the message.
 class CriteriaPages::Writer {
  public:
-  Writer(App& app, int titleNumber) : app_(app), titleNumber_(titleNumber) {}
+  Writer(App& app, int titleNumber, bool asTyped) : app_(app), titleNumber_(titleNumber), asTyped_(asTyped) {}
 
   void add(const Page& page) {
     added_ = false;
@@ -337,7 +337,7 @@ class CriteriaPages::Writer {
   }
 
   void WriteSearchValue(int number, const std::string& text) {
-    addValue(number, text.empty() ? "" : ApplyAutoTruncate(app_.preferences, text));
+    addValue(number, text.empty() || asTyped_ ? text : ApplyAutoTruncate(app_.preferences, text));
   }
 
   void addValue(int number, const std::string& value) {
@@ -349,12 +349,13 @@ class CriteriaPages::Writer {
 
   App& app_;
   int titleNumber_;
+  bool asTyped_;
   bool added_ = false;  ///< by the page
 };
 
-void CriteriaPages::addTags(App& app, bool allPages) const {
-  Writer writer(app, titleNumber);
-  if (!allPages) return writer.add(pages_[static_cast<std::size_t>(tabs_->selected())]);
+void CriteriaPages::addTags(App& app, Terms terms) const {
+  Writer writer(app, titleNumber, terms == Terms::Scanned);
+  if (terms != Terms::OfAllPages) return writer.add(pages_[static_cast<std::size_t>(tabs_->selected())]);
   for (int i = 0; i < tabs_->count(); ++i) {
     const auto place = static_cast<std::size_t>(i);
     writer.add(pages_[row_.order.empty() ? place : static_cast<std::size_t>(row_.order[place])]);

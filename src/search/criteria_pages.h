@@ -51,8 +51,13 @@ class CriteriaPages {
   /// Shows the page of the criterion of this number and puts the focus into its field. The field's name;
   /// empty where no field has the number.
   std::string showField(int number);
-  /// Adds the criteria of the page that shows to the message, or those of all pages.
-  void addTags(App& app, bool allPages) const;
+  enum class Terms {
+    OfPage,  ///< of the page that shows
+    OfAllPages,
+    Scanned  ///< of the page that shows, whole as the wand has typed them: nothing is truncated
+  };
+  /// Adds the criteria to the message.
+  void addTags(App& app, Terms terms) const;
 
   /// The field of this name.
   template <class T>

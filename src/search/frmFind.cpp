@@ -194,7 +194,7 @@ void frmFind::findByCard(std::string_view card) {
   pages.showField(kSearchCard);
   pages.field<TextBox>("txtBarcode").type(card);
   optTerms(0).Value = true;
-  cmdFindNow_Click();
+  find(CriteriaPages::Terms::Scanned);
 }
 
 void frmFind::fillLists() {
@@ -301,7 +301,7 @@ std::string_view frmFind::termsOperator() const {
   return {};
 }
 
-frmFind::Target frmFind::addCriteria(bool allTerms) {
+frmFind::Target frmFind::addCriteria(CriteriaPages::Terms terms) {
   // The advanced state deliberately sends no criterion and searches nowhere.
   if (isAdvanced()) return {};
   const int chosen = cboSearchFor.ListIndex;
@@ -309,16 +309,20 @@ frmFind::Target frmFind::addCriteria(bool allTerms) {
   const SearchScope& scope = category.scopes[static_cast<std::size_t>(cboSearchWhere.ListIndex)];
   if (chosen == kFindBookings && chkHistBookings.Value)
     app_.message.Add(tags::SRCHTAG, std::to_string(kSearchHistory));
-  criteria(chosen).addTags(app_, allTerms);
+  criteria(chosen).addTags(app_, terms);
   ResultGrid = picker_ ? picker_->results : scope.results;
   return {category.sought, picker_ ? picker_->location : scope.location};
 }
 
 void frmFind::cmdFindNow_Click() {
-  const bool allTerms = !optTerms(0).Value;
-  if (!isAdvanced() && !criteria(cboSearchFor.ListIndex).entriesAreReadable(allTerms)) return;
+  find(optTerms(0).Value ? CriteriaPages::Terms::OfPage : CriteriaPages::Terms::OfAllPages);
+}
+
+void frmFind::find(CriteriaPages::Terms terms) {
+  const bool allPages = terms == CriteriaPages::Terms::OfAllPages;
+  if (!isAdvanced() && !criteria(cboSearchFor.ListIndex).entriesAreReadable(allPages)) return;
   emptyResults();
-  const Target target = addCriteria(allTerms);
+  const Target target = addCriteria(terms);
   sbFind.Visible = true;
   showStatus("Searching...");
   RecordCount = 0;

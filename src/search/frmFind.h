@@ -123,7 +123,8 @@ class frmFind : public Form {
     int sought = 0;
     int location = 0;
   };
-  [[nodiscard]] Target addCriteria(bool allTerms);
+  void find(CriteriaPages::Terms terms);
+  [[nodiscard]] Target addCriteria(CriteriaPages::Terms terms);
   [[nodiscard]] std::string_view termsOperator() const;
   void tellFailure(int rc);
   void emptyResults();

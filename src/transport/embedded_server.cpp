@@ -16,6 +16,7 @@ EmbeddedServer::EmbeddedServer(const Options& options) {
   server.database = options.database.string();
   server.threads = kThreads;
   server.trustsClock = true;  // nobody is there to answer when a library was left alone for days
+  server.port = options.port;
   server.quickHashes = options.quickHashes;
   server.clock = options.clock;
   server_ = std::make_unique<Server>(server);
@@ -24,8 +25,12 @@ EmbeddedServer::EmbeddedServer(const Options& options) {
 
 EmbeddedServer::~EmbeddedServer() = default;
 
+int EmbeddedServer::port() const {
+  return server_->port();
+}
+
 std::string EmbeddedServer::address() const {
-  return "http://127.0.0.1:" + std::to_string(server_->port());
+  return "http://127.0.0.1:" + std::to_string(port());
 }
 
 }  // namespace vantry

@@ -51,6 +51,15 @@ char32_t takeCharacter(std::string_view& text) {
   return value;
 }
 
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = characterLength(text);
+    if (length == 0) return false;
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 void appendCharacter(std::string& text, char32_t character) {
   const auto tail = [&](unsigned shift) {
     text += static_cast<char>(0x80U | ((character >> shift) & 0x3FU));

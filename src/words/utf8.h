@@ -18,6 +18,9 @@ inline constexpr char32_t noCharacter = 0xffffffff;
 /// `noCharacter`.
 [[nodiscard]] char32_t takeCharacter(std::string_view& text);
 
+/// Whether the text has nothing but characters.
+[[nodiscard]] bool isUtf8(std::string_view text);
+
 void appendCharacter(std::string& text, char32_t character);
 
 /// The longest beginning of the text that has at most so many bytes and cuts no character.

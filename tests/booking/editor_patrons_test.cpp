@@ -1,8 +1,8 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmMPBarcode.h"
-#include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/frmRoomInfo.h"
+#include "records/frmMultPatron.h"
 
 // The requester and the patron who fetches.
 
@@ -86,7 +86,29 @@ TEST_F(EditorPatrons, ARefusedPatronLeavesNothingBehind) {
   }
 }
 
-TEST_F(EditorPatrons, AnOverriddenLimitLetsHimPass) {
+TEST_F(EditorPatrons, APatronErasedMeanwhileIsToldAndLeavesTheRest) {
+  window.tabBooking.choose(4);
+  window.txtBookingNote.type("With a screen");
+  window.tabBooking.choose(0);
+  expectRequester();
+  server.expect("GDRM", "ADBK=N PGID=2");
+  server.expect("GLSRM", "ADBK=N PGID=2");
+  server.expect("VALRP", "PID=31 PGID=2 PUP=N").fails(-98, "CANTREAD=PID");
+  desktop.expectWarning("This patron is not there any more.");
+  scan(requester, "P31");
+  expectNobody();
+  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
+    search.Tag = "Ink, Ina|31";
+    search.Hide();
+  });
+  server.expect("GPBAR", "PID=31").fails(2);
+  desktop.expectWarning("This patron is not there any more.");
+  requester.pick.press();
+  expectNobody();
+  EXPECT_EQ(window.txtBookingNote.Text.get(), "With a screen");
+}
+
+TEST_F(EditorPatrons, AnOverriddenLimitLetsThePatronPass) {
   expectRequester();
   expectRoomsOfRequester();
   server.expect("VALRP", "PID=31 PGID=2 PUP=N").fails(110, "VUF=2 VD1=1 VD2=3");
@@ -223,7 +245,8 @@ TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");
   expectNobody();
-  EXPECT_EQ(window.equipment.tvwOtherEquipment.find("70"), nullptr) << "his room's equipment goes with him";
+  EXPECT_EQ(window.equipment.tvwOtherEquipment.find("70"), nullptr)
+      << "the room's equipment goes with the requester";
   refused("3");
   desktop.expectInformation("Patron barcode not active!");
   scan(requester, "P31");

@@ -256,7 +256,7 @@ TEST_F(Media, AnItemIdThatLeadsNowhereIsTold) {
 // From the catalogue search.
 
 struct Search : Media {
-  /// The operator searches and takes these nodes of what is found; nothing: he cancels.
+  /// The operator searches and takes these nodes of what is found; nothing: they cancel.
   void expectSearch(std::vector<std::string> taken) {
     if (!taken.empty())
       server.expect("CATFIND", "SRCHTAG=1 SRCHVAL=b")

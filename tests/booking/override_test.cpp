@@ -69,10 +69,10 @@ struct NeedCase {
   int code;
   const char* name;
   std::initializer_list<Right> rights;
-  const char* asksFor;  ///< the right asked of a supervisor; nullptr: the operator overrides himself
+  const char* asksFor;  ///< the right asked of a supervisor; nullptr: the operator overrides by themselves
 };
 
-TEST_F(Override, WhoMayOverrideByHimself) {
+TEST_F(Override, WhoMayOverrideByThemselves) {
   const NeedCase cases[] = {
       {110, "1", {Right::OVPAT}, nullptr},
       {110, "1", {Right::OVITM}, "OVPAT"},

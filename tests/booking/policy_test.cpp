@@ -8,7 +8,7 @@
 namespace vantry::test {
 namespace {
 
-/// What the operator sees, and what he answers.
+/// What the operator sees, and what they answer.
 struct Seen {
   enum class Kind { Override, Critical, Question, Report, Warning, SystemError } kind;
   std::string text;

@@ -63,7 +63,7 @@ TEST_F(RealPatrons, WhoMayNotBook) {
     window.cmdOverride.press();
   });
   EXPECT_TRUE(ValidatePatron(app, record, PatronMode::Requester));
-  EXPECT_EQ(record.BookingMax, 2) << "his privileges are read then";
+  EXPECT_EQ(record.BookingMax, 2) << "their privileges are read then";
 }
 
 TEST_F(RealPatrons, ASupervisorOverridesTwiceInOneWalk) {

@@ -365,11 +365,11 @@ TEST_F(Times, EachFurtherTimeIsOneMoreBookingOfTheRequester) {
   desktop.expectQuestion(question, true);
   times.cmdAddDate.press();
   EXPECT_EQ(times.faDatesTimes.Rows, 3);
-  // A requester who comes when the list stands: his count is the server's.
+  // A requester who comes when the list stands: their count is the server's.
   record.BookingCount = 0;
   times.cmdDeleteDate.press();
   times.cmdAddDate.press();
-  EXPECT_EQ(times.faDatesTimes.Rows, 3) << "his second";
+  EXPECT_EQ(times.faDatesTimes.Rows, 3) << "their second";
   record.BookingMax = 1;
   desktop.expectQuestion(question.substr(0, question.find('(')) + "(1).  Continue anyway?", false);
   times.cmdAddDate.press();
@@ -406,6 +406,15 @@ TEST_F(Times, ADialogTakesTheTimesAndGivesThemBack) {
   EXPECT_EQ(times.txtNeedTime.textAmPm(), "09:05 AM");
   EXPECT_EQ(times.txtFinishTime.textAmPm(), "10:10 AM");
   EXPECT_EQ(times.FinishTimeIndex(), 25);
+  desktop.expectModalWindow<frmTimeLine>("frmTimeLine", [this](frmTimeLine& dialog) {
+    dialog.txtNeedTime.typeTime("25:70");
+    desktop.expectInformation("Time Needed is invalid!");
+    dialog.cmdOK.press();
+    EXPECT_TRUE(dialog.isShown()) << "to mend what was typed";
+    dialog.cmdCancel.press();
+  });
+  times.txtNeedTime.openDialog();
+  EXPECT_EQ(times.txtNeedTime.textAmPm(), "09:05 AM");
   for (const bool byButton : {true, false}) {
     desktop.expectModalWindow<frmTimeLine>("frmTimeLine", [&](frmTimeLine& dialog) {
       dialog.schTimeLine.moveBy(10);

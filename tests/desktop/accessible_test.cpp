@@ -10,7 +10,6 @@
 #include "booking/frmMPBarcode.h"
 #include "booking/frmMultBibs.h"
 #include "booking/frmMultItems.h"
-#include "booking/frmMultPatron.h"
 #include "booking/frmOverride.h"
 #include "booking/frmOverrideLibSched.h"
 #include "booking/frmPickEquip.h"
@@ -23,6 +22,7 @@
 #include "circulation/frmPopupNote.h"
 #include "desktop/desk_story.h"
 #include "frame/frmLocation.h"
+#include "frame/frmVersionInfo.h"
 #include "inventory/frmBarcodes.h"
 #include "inventory/frmMaintDetails.h"
 #include "inventory/frmMultBarOrNo.h"
@@ -44,9 +44,11 @@
 #include "options/frmOptions.h"
 #include "platform/calendars.h"
 #include "platform/schedule_bar.h"
+#include "records/frmMultPatron.h"
 #include "records/frmPatronCounter.h"
 #include "records/records.h"
 #include "records/search_window.h"
+#include "schedule/frmDaemonUpdate.h"
 #include "schedule/frmSched.h"
 #include "schedule/main_views.h"
 #include "search/frmFind.h"
@@ -114,8 +116,11 @@ class AccessibleStory : public DeskStory {
     InventoryWindow* window = nullptr;
     desktop.dispatch([&] {
       mainWindow().showView(inventoryViewOf(kind).id);
-      for (const TreeNode* node : view.tvwDB.Roots()) {
-        if (!view.fa.hasData()) view.tvwDB.click(node->key);
+      for (const TreeNode* root : view.tvwDB.Roots()) {
+        std::vector<const TreeNode*> nodes{root};
+        nodes.insert(nodes.end(), root->children.begin(), root->children.end());
+        for (const TreeNode* node : nodes)
+          if (!view.fa.hasData()) view.tvwDB.click(node->key);
       }
       window = dynamic_cast<InventoryWindow*>(
           OpenRecordWindow(app(), {kind, view.fa.TextMatrix(1, 0), kSourceMainWindow}));
@@ -164,7 +169,7 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
     answerBox("Booking Wizard in progress!  Cancel this booking?", "Yes");
     desktop.dispatch([&] { wizard.Unload(); });
   }
-  for (const int kind : {kEquipment, kGroup, kRoom}) {
+  for (const int kind : {kEquipment, kGroup, kRoom, kMaintenance}) {
     SCOPED_TRACE(kind);
     InventoryWindow& window = openFirst(kind);
     for (int page = 0; page < static_cast<int>(window.mnuViewPages.size()); ++page) {
@@ -237,6 +242,8 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
   expectNamedWindow<frmPatronCounter>(app, 1);
   expectNamedWindow<frmLocation>(app);
   expectNamedWindow<frmAbout>(all, app.session);
+  expectNamedWindow<frmDaemonUpdate>(app);
+  expectNamedWindow<frmVersionInfo>(all, desktop, clock_, std::vector<ComponentFailure>(1));
   expectNamedWindow<frmError>(all, app.tools, app.global,
                               ErrorReport{"Failed", "CBK", "7", "frmMain", "LOC"});
   expectNamedWindow<frmLoginInfo>(all, app.session, "Main Library");

@@ -159,6 +159,24 @@ TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
   EXPECT_EQ(sent("DBK"), 1);
 }
 
+TEST_F(CirculationStory, WhoLeavesALostServerIsToldNothingMore) {
+  logOnAs("desk");
+  start();
+  const Booked booked = book("2026-11-24");
+  open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
+  scan("txtChargeSearchFor", booked.number);
+  const auto before = requestsSent();
+  const std::string lost = "The server at " + address().substr(7) + " cannot be reached.";
+  stopServer();
+  answerBox(lost.c_str(), "Exit");
+  const int code = desktop.run([this] {
+    later([this] { button("cmdCCharge").click(); });
+    return true;
+  });
+  EXPECT_EQ(code, 0);
+  EXPECT_EQ(requestsSent(), before + 1) << "nothing is asked any more";
+}
+
 TEST_F(CirculationStory, ARefusedChargeTellsWhyAndChangesNothing) {
   logOnAs("desk");
   start();

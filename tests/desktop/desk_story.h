@@ -32,8 +32,10 @@ namespace vantry::test {
 namespace fs = std::filesystem;
 
 struct TodayClock : Clock {
-  DateTime now() const override { return {{2026, 11, 24}, {12, 0, 0}}; }
-  std::int64_t ticks() const override { return 0; }
+  DateTime time{{2026, 11, 24}, {12, 0, 0}};
+  std::int64_t milliseconds = 0;
+  DateTime now() const override { return time; }
+  std::int64_t ticks() const override { return milliseconds; }
 };
 
 /// Notes what goes to the server.
@@ -73,8 +75,7 @@ class DeskStory : public DesktopTest {
     if (change) change(folder_ / "library.sqlite");
     settings_ = std::make_unique<FileSettings>(folder_ / "settings.ini");
     settings_->SaveSetting(kSettingsApplication, kSettingsSection, "View", "0");
-    server_ =
-        std::make_unique<EmbeddedServer>(EmbeddedServer::Options{folder_ / "library.sqlite", {}, true, noon});
+    startServer();
     transport_ = std::make_unique<NotedTransport>(HttpTransport::Options{.address = server_->address()});
     program_ = std::make_unique<Program>(
         App::Outside{desktop, *transport_, clock_, *settings_, components_, folder_, folder_}, "");
@@ -88,6 +89,14 @@ class DeskStory : public DesktopTest {
     fs::remove_all(folder_);
   }
 
+  void stopServer() { server_.reset(); }
+  /// On the port that it had before.
+  void startServer() {
+    server_ = std::make_unique<EmbeddedServer>(
+        EmbeddedServer::Options{folder_ / "library.sqlite", {}, true, noon, port_});
+    port_ = server_->port();
+  }
+
   /// What the operator does with the next window of which this widget is a part.
   void whenShown(const char* widget, std::function<void(QWidget&)> act) {
     script_.push_back([this, name = QString(widget), act](QWidget& window) {
@@ -99,11 +108,12 @@ class DeskStory : public DesktopTest {
       return true;
     });
   }
-  /// Presses the button of a box that says this.
-  void answerBox(const char* text, const char* button) {
-    script_.push_back([text = QString(text), button = QString(button)](QWidget& window) {
+  /// Presses the button of a box that says this, after what happens while it is there.
+  void answerBox(const char* text, const char* button, const std::function<void()>& meanwhile = nullptr) {
+    script_.push_back([text = QString(text), button = QString(button), meanwhile](QWidget& window) {
       for (QLabel* label : window.findChildren<QLabel*>()) {
         if (label->text() != text) continue;
+        if (meanwhile) meanwhile();
         for (QPushButton* candidate : window.findChildren<QPushButton*>()) {
           if (candidate->text().remove('&') == button) {
             candidate->click();
@@ -259,7 +269,9 @@ class DeskStory : public DesktopTest {
 
   frmMain& mainWindow() { return program_->main; }
   App& app() { return program_->app; }
+  TodayClock clock_;
   std::string address() const { return server_->address(); }
+  std::size_t requestsSent() const { return transport_->codes.size(); }
   /// How often this request went to the server.
   auto sent(std::string_view code) const {
     return std::count(transport_->codes.begin(), transport_->codes.end(), code);
@@ -298,7 +310,7 @@ class DeskStory : public DesktopTest {
   QWidget* waiting_ = nullptr;
   int ticks_ = 0;
   fs::path folder_;
-  TodayClock clock_;
+  int port_ = 0;
   std::unique_ptr<FileSettings> settings_;
   std::unique_ptr<EmbeddedServer> server_;
   std::unique_ptr<NotedTransport> transport_;

@@ -7,6 +7,7 @@
 #include "booking/frmOverride.h"
 #include "messaging/return_codes.h"
 #include "schedule/day_view.h"
+#include "schedule/main_views.h"
 
 namespace vantry::test {
 namespace {
@@ -20,6 +21,27 @@ TEST_F(DeskStory, AllRightsSeeEverything) {
   EXPECT_TRUE(mainWindow().albStandard.has("Charge"));
   EXPECT_TRUE(mainWindow().menus.mnuFileNewInvMaint.Enabled);
   EXPECT_GT(rows(), 10);
+}
+
+TEST_F(DeskStory, EveryEntryOfEveryMenuRunsACommand) {
+  logOnAs("admin", 3);
+  start();
+  std::set<std::string> silent;
+  std::function<void(const MenuItem&)> walk = [&](const MenuItem& menu) {
+    for (const MenuItem* entry : menu.Items()) {
+      if (!entry->isLine() && entry->Items().empty() && !entry->Click) silent.insert(entry->Name());
+      walk(*entry);
+    }
+  };
+  MainMenus& menus = mainWindow().menus;
+  for (const ViewRow& view : viewTable()) {
+    desktop.dispatch([&] { mainWindow().showView(view.id); });
+    if (view.popup) walk(menus.*view.popup);
+  }
+  for (const MenuItem* menu : mainWindow().Menus()) {
+    if (menu->Visible) walk(*menu);
+  }
+  EXPECT_THAT(silent, testing::IsEmpty());
 }
 
 TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {

@@ -73,6 +73,35 @@ TEST_F(GridTest, ShowsHeadingsRowsAndWidthsOfTheVisibleColumns) {
   EXPECT_EQ(text(4, 0), "5");
 }
 
+/// Plain letters, the tint, the stripe and the frame are what people tell rows apart by.
+TEST_F(GridTest, ARowIsTintedWithAStripeAndTheSelectedOneHasAFrame) {
+  struct Look {
+    style::Scheme scheme;
+    QRgb tint;
+  };
+  for (const Look& look :
+       {Look{style::Scheme::Light, qRgb(255, 209, 209)}, Look{style::Scheme::Dark, qRgb(90, 21, 24)}}) {
+    style::apply(*qApp, look.scheme);
+    for (int col = 0; col < 3; ++col) form.faList.CellColours(1, col, Colour(255), kOwnColour);
+    form.faList.Row = 1;
+    view->setFocus();
+    desktop.handleEvents();
+    const QRect cell = view->visualRect(view->model()->index(0, 0));
+    const auto pixel = [&](int x, int y) {
+      return view->viewport()->grab().toImage().pixel(cell.left() + x, cell.top() + y);
+    };
+    constexpr int kAboveText = 3;
+    EXPECT_EQ(pixel(4, kAboveText), qRgb(255, 0, 0));
+    EXPECT_EQ(pixel(5, kAboveText), look.tint);
+    EXPECT_EQ(pixel(20, 1), style::accent().rgb());
+    EXPECT_EQ(pixel(8, 2), look.tint);
+    view->clearFocus();
+    desktop.handleEvents();
+    EXPECT_EQ(pixel(20, 1), style::outline().rgb()) << "the keys go elsewhere";
+  }
+  style::apply(*qApp, style::Scheme::Light);
+}
+
 TEST_F(GridTest, MouseActionsReachTheGrid) {
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place(2, 0));
   EXPECT_EQ(form.faList.Row.get(), 3);
@@ -83,6 +112,16 @@ TEST_F(GridTest, MouseActionsReachTheGrid) {
                     QPoint(view->columnViewportPosition(1) + 20, 10));
   EXPECT_EQ(take(), "click 0 ");
   QContextMenuEvent menu(QContextMenuEvent::Mouse, place(1, 1), view->viewport()->mapToGlobal(place(1, 1)));
+  QApplication::sendEvent(view->viewport(), &menu);
+  EXPECT_EQ(take(), "click 2 right 2 ");
+  EXPECT_EQ(form.faList.Row.get(), 2);
+}
+
+TEST_F(GridTest, TheMenuKeyIsForTheCellThatTheKeysAreAt) {
+  view->setFocus();
+  for (const auto pressed : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right}) QTest::keyClick(view, pressed);
+  take();
+  QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
   QApplication::sendEvent(view->viewport(), &menu);
   EXPECT_EQ(take(), "click 2 right 2 ");
   EXPECT_EQ(form.faList.Row.get(), 2);

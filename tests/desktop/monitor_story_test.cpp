@@ -92,5 +92,34 @@ TEST_F(MonitorStory, APickListGivesAWishThePieceThatIsThenHandedOut) {
   EXPECT_EQ(handedOut.toStdString(), number);
 }
 
+TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
+  logOnAs("desk");
+  start();
+  app().preferences.DeliveryHours = "4";
+  toMonitor(ViewId::Delivery);
+  auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
+  const int rows = view.faDaemon.Rows;
+  const auto opened = QApplication::topLevelWidgets().size();
+  const std::string lost = "The server at " + address().substr(7) + " cannot be reached.";
+  auto asked = sent("DELD");
+  for (int refresh = 1; refresh <= 96; ++refresh) {
+    if (refresh == 30) clock_.time.time.hour += 1;
+    if (refresh == 40) clock_.time.time.hour -= 1;
+    if (refresh == 50) clock_.time = {{2026, 11, 25}, {0, 1, 0}};
+    const bool isAway = refresh == 20 || refresh == 60;
+    if (isAway) {
+      stopServer();
+      answerBox(lost.c_str(), "Retry", [this] { startServer(); });
+    }
+    clock_.milliseconds += app().daemonPeriod + 1;
+    desktop.dispatch([&] { mainWindow().tmrDaemon.Tick(); });
+    desktop.handleEvents();
+    asked += isAway ? 2 : 1;
+    ASSERT_EQ(sent("DELD"), asked) << refresh;
+  }
+  EXPECT_EQ(view.faDaemon.Rows, rows);
+  EXPECT_EQ(QApplication::topLevelWidgets().size(), opened);
+}
+
 }  // namespace
 }  // namespace vantry::test

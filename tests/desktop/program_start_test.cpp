@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "desktop/chatter.h"
 #include "desktop/desktop_test.h"
 #include "desktop/note_window.h"
 #include "desktop/program_options.h"
@@ -31,6 +32,19 @@ TEST(ProgramOptions, AnOptionWithoutItsValueIsToldAsAFault) {
   EXPECT_EQ(options.fault, "");
   EXPECT_EQ(options.server, "https://desk.example");
   EXPECT_EQ(options.view, 5);
+}
+
+QStringList heard;
+
+TEST(Chatter, OnlyWhatIsSaidOfAnUnseenScreenIsDropped) {
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) { heard << text; });
+  quietUnseenScreen();
+  qWarning("This plugin does not support propagateSizeHints()");
+  qWarning("QStandardPaths: XDG_RUNTIME_DIR not set, defaulting to '/tmp'");
+  qWarning("Something is wrong");
+  EXPECT_EQ(heard, QStringList("Something is wrong"));
+  qInstallMessageHandler(nullptr);
+  quietUnseenScreen();
 }
 
 class SettingsFiles : public ::testing::Test {

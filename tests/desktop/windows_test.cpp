@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -15,6 +16,7 @@
 #include <QTreeWidget>
 
 #include <deque>
+#include <fstream>
 #include <set>
 
 #include "desktop/desktop_test.h"
@@ -311,6 +313,19 @@ TEST_F(WindowsTest, FilesAndColoursAreChosenInADialog) {
   EXPECT_EQ(desktop.chooseColour(0x030201), 0x302010U);
 }
 
+TEST_F(WindowsTest, AFileIsKnownByWhatItHolds) {
+  const QTemporaryDir folder;
+  const std::string picture = folder.filePath("picture.wav").toStdString();
+  const std::string wave = folder.filePath("wave.gif").toStdString();
+  ASSERT_TRUE(QImage(2, 2, QImage::Format_RGB32).save(QString::fromStdString(picture), "BMP"));
+  std::ofstream(wave) << "RIFF$$$$WAVEfmt ";
+  EXPECT_TRUE(desktop.canShow(picture));
+  EXPECT_FALSE(desktop.canPlay(picture));
+  EXPECT_TRUE(desktop.canPlay(wave));
+  EXPECT_FALSE(desktop.canShow(wave));
+  EXPECT_FALSE(desktop.canPlay("/no/such/file.wav"));
+}
+
 TEST_F(WindowsTest, MenusMirrorTheirEntries) {
   show(form);
   auto* bar = window(form).findChild<QMenuBar*>();
@@ -347,8 +362,10 @@ TEST_F(WindowsTest, BarsTellWhatWasChosen) {
   QTest::mouseClick(&find<QToolButton>(form, "abSearch"), Qt::LeftButton);
   find<QToolButton>(form, "abNew").menu()->actions()[0]->trigger();
   EXPECT_EQ(form.log, "7 202 ");
+  EXPECT_EQ(find<QToolButton>(form, "abSearch").focusPolicy(), Qt::TabFocus);
   form.barMain.tool(7).Enabled = false;
   EXPECT_FALSE(find<QToolButton>(form, "abSearch").isEnabled());
+  EXPECT_EQ(find<QToolButton>(form, "abNew").focusPolicy(), Qt::TabFocus) << "the keys still find a tool";
 
   auto& bar = find<QTreeWidget>(form, "albBar");
   QTreeWidgetItem* staff = bar.topLevelItem(0)->child(1);

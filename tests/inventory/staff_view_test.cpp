@@ -1,7 +1,7 @@
 #include "inventory/staff_view.h"
 
-#include "booking/frmMultPatron.h"
 #include "messaging/return_codes.h"
+#include "records/frmMultPatron.h"
 #include "records/frmPatronCounter.h"
 #include "records/search_window.h"
 #include "support/desk.h"

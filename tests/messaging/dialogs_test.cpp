@@ -83,7 +83,7 @@ TEST_F(Dialogs, AnOperatorLogsOn) {
   EXPECT_EQ(windows.Count(), 0);
 }
 
-TEST_F(Dialogs, TheSessionsOperatorIsWrittenAsTheServerWritesHim) {
+TEST_F(Dialogs, TheSessionsOperatorIsWrittenAsTheServerWritesThem) {
   server.expectLogon("DESK", "secret", {LogonResult::Accepted, "desk", {}});
   expectLogonWindow([](frmLogon& window) {
     window.txtOperator.type("DESK");

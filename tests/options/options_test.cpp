@@ -268,6 +268,14 @@ TEST_F(Options, ASoundIsHeardChosenAndDroppedWhenItsFileIsGone) {
     desktop.expectFile(kWaves, (folder / "none.wav").string());
     desktop.expectWarning("File does not exist!");
     sounds.cmdBrowse.press();
+    desktop.uselessFile = file("picture.wav");
+    desktop.expectFile(kWaves, desktop.uselessFile);
+    desktop.expectWarning("This file holds no sound that can be played.");
+    sounds.cmdBrowse.press();
+    EXPECT_EQ(sounds.txtSoundFile.Text.get(), "");
+    sounds.txtSoundFile.type(desktop.uselessFile);
+    desktop.expectWarning("This file holds no sound that can be played.");
+    sounds.cmdPlay.press();
     desktop.expectFile(kWaves, gong);
     sounds.cmdBrowse.press();
     EXPECT_EQ(sounds.gtvEvents.find("Sound5")->image, filled);
@@ -294,9 +302,18 @@ TEST_F(Options, APictureForTheListBarIsChosenByItsFile) {
     desktop.expectFile(kImages, picture);
     at<Button>(window, "cmdBrowse(0)").press();
     EXPECT_EQ(at<TextBox>(window, "txtBackgroundImage").Text.get(), picture);
+    desktop.uselessFile = file("letter.gif");
+    desktop.expectFile(kImages, desktop.uselessFile);
+    desktop.expectWarning("This file holds no picture that can be shown.");
+    at<Button>(window, "cmdBrowse(0)").press();
+    EXPECT_EQ(at<TextBox>(window, "txtBackgroundImage").Text.get(), picture);
+    window.cmdApply.press();
+    EXPECT_EQ(stored("Background"), picture);
+    at<TextBox>(window, "txtBackgroundImage").type(desktop.uselessFile);
+    desktop.expectWarning("The background image cannot be shown: " + desktop.uselessFile);
     window.cmdOK.press();
   });
-  EXPECT_EQ(stored("Background"), picture);
+  EXPECT_EQ(stored("Background"), desktop.uselessFile);
 }
 
 TEST_F(Options, LocationsOfTheMonitorAreForTheSessionOnly) {

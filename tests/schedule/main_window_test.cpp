@@ -251,25 +251,6 @@ TEST_F(MainWindowTest, EveryCommandReachesAWindow) {
   EXPECT_THAT(missing, testing::IsEmpty());
 }
 
-TEST_F(MainWindowTest, EveryEntryOfTheMenusRunsACommand) {
-  logOn();
-  std::string silent;
-  const auto walk = [&](auto&& self, const MenuItem& item) -> void {
-    for (const MenuItem* inner : item.Items()) {
-      if (!inner->isLine() && inner->Items().empty() && inner->Enabled && !inner->Click)
-        silent += inner->Name() + " ";
-      self(self, *inner);
-    }
-  };
-  main().showView(ViewId::Day);
-  for (const MenuItem* menu : main().Menus()) {
-    if (menu->Visible) walk(walk, *menu);
-  }
-  walk(walk, main().menus.mnuPopupBookings);
-  walk(walk, main().menus.mnuPopupNewBooking);
-  EXPECT_EQ(silent, "");
-}
-
 TEST_F(MainWindowTest, ACommandWithoutAWindowSaysSo) {
   logOn();
   Program bare({desktop, server, clock, settings, components, folder, folder}, "");

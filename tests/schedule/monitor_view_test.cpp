@@ -8,17 +8,16 @@ namespace {
 
 struct MonitorTest : Desk {
   /// To the Schedule Monitor, which begins with the conflicts.
-  void enter(std::string_view conflicts = "") {
+  void enter(std::string_view conflicts = "", const std::string& rights = allRightsBut()) {
     settings.prefer("DeliveryHours", "4");
     settings.prefer("PickUpHours", "2");
     settings.prefer("RoomHours", "24");
     settings.prefer("DaemonInterval", "15");
     for (int sound = 4; sound <= 8; ++sound)
       settings.prefer("Sound" + std::to_string(sound), "sound" + std::to_string(sound) + ".wav");
-    start();
+    start(rights);
     expectConflicts().replies(conflicts);
     main().menus.mnuModeDaemon.choose();
-    desktop.sounds.clear();
   }
 
   ScriptedServer::Answer expectConflicts() {
@@ -29,6 +28,18 @@ struct MonitorTest : Desk {
     for (int data = 0; data < grid.Cols; ++data)
       text += (data == 0 ? "" : "|") + grid.TextMatrix(row, grid.columnOfData(data));
     return text;
+  }
+  static std::string headings(const Grid& grid) {
+    std::string text;
+    for (int col = 0; col < grid.Cols; ++col)
+      if (grid.ColWidth(col) > 0) text += (text.empty() ? "" : "|") + grid.TextMatrix(0, col);
+    return text;
+  }
+  /// Each row that was filled has rung once since the last look, and nothing else has.
+  void expectRung(int sound, int rows) {
+    const std::string file = "sound" + std::to_string(sound) + ".wav";
+    EXPECT_EQ(desktop.sounds, std::vector<std::string>(static_cast<std::size_t>(rows), file));
+    desktop.sounds.clear();
   }
   template <class View>
   View& as(ViewId id) {
@@ -49,7 +60,8 @@ struct MonitorTest : Desk {
 constexpr const char* kDelivery = R"(
   BOOKID=7 BKRES=0  DOCL=1 PATNM="Ink, Ina" RNM="Room 1" CNUM=M7 SCHCOM=Ring ODE="2026-11-24 10:20:00" ON="Gray, Hal" STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00"
   BOOKID=8 BKRES=999 DOCL=2 RNM="Room 2" CNUM=M8 OPU="2026-11-24 08:00:00" STIME="2026-11-24 07:00:00" ETIME="2026-11-24 08:00:00"
-  BOOKID=9 BKRES=4 DOCL=1 PATNM=-1 RNM="Room 2" CNUM=M9 ODE="2026-11-24 11:00:00" STIME="2026-11-24 11:00:00" ETIME="2026-11-24 12:00:00")";
+  BOOKID=9 BKRES=4 DOCL=1 PATNM=-1 RNM="Room 2" CNUM=M9 ODE="2026-11-24 11:00:00" STIME="2026-11-24 11:00:00" ETIME="2026-11-24 12:00:00"
+  BOOKID=7 BKRES=0  DOCL=2 PATNM="Ink, Ina" RNM="Room 1" CNUM=M7 OPU="2026-11-24 12:10:00" STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00")";
 
 TEST_F(MonitorTest, ConflictsAreWordedByTheirNumbers) {
   enter(R"(
@@ -66,11 +78,39 @@ TEST_F(MonitorTest, ConflictsAreWordedByTheirNumbers) {
   EXPECT_EQ(row(grid, 4), "9|" + times + "|Pick-Up / Drop Off Overdue|Administrative||M9");
   EXPECT_EQ(main().lblView.Caption, " Schedule Monitor - Conflict Resolution && Warning");
   EXPECT_TRUE(main().commands.printListing.Enabled);
+  EXPECT_EQ(headings(grid),
+            "Start Date|Start Time|End Date|End Time|Staff|Booking Error|Patron Name|Pick-Up Patron "
+            "Name|Confirmation #");
+  expectRung(4, 4);
+
+  const std::pair<const char*, const char*> others[] = {
+      {"121", "Library Scheduled Overdue"},
+      {"122", "Delivery Overdue"},
+      {"123", "Booking Already Charged"},
+      {"124", "Pick-Up Overdue"},
+      {"126", "Item Booked"},
+      {"127", "Charge Too Early"},
+      {"129", "Delivery / Pick-Up Overdue"},
+      {"130", "Library Scheduled Pick-Up Overdue"},
+      {"132", "Delivery / Drop Off Overdue"},
+      {"133", "Library Scheduled Delivery Overdue"},
+      {"134", "No Room Available"},
+      {"135 ETY=Television", "No Items Available (Television)"},
+      {"199", "Conflict 199"},
+  };
+  std::string reply;
+  for (const auto& [number, text] : others) reply += std::string("BKERR=") + number + " BOOKID=7\n";
+  expectConflicts().replies(reply);
+  tick(16);
+  int at = 0;
+  for (const auto& [number, text] : others)
+    EXPECT_EQ(grid.TextMatrix(++at, grid.columnOfData(8)), text) << number;
 }
 
 TEST_F(MonitorTest, EachViewAsksForItsOwn) {
   enter();
   EXPECT_FALSE(main().commands.printListing.Enabled) << "nothing to print";
+  expectRung(4, 0);
   server.expect("DELD", "LOC=3 LOC=3 HRS=4").replies(kDelivery);
   main().showView(ViewId::Delivery);
   const Grid& grid = monitor(ViewId::Delivery).faDaemon;
@@ -80,17 +120,51 @@ TEST_F(MonitorTest, EachViewAsksForItsOwn) {
   const LegendLabels& legend = as<DeliveryView>(ViewId::Delivery).legend;
   EXPECT_EQ(grid.cell(2, 5).back, legend.lblCharged.BackColor.get()) << "also what is overdue";
   EXPECT_EQ(grid.cell(3, 5).back, legend.lblCanceled.BackColor.get());
-  EXPECT_EQ(desktop.sounds, std::vector<std::string>(3, "sound5.wav"));
+  EXPECT_EQ(headings(grid), "Date|Time|Type|Staff|Patron Name|Location|Confirmation #|Booking Comment");
+  expectRung(5, 4);
   server.expect("PICKD", "LOC=3 LOC=3 HRS=2").replies(R"(
     BOOKID=7 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" PATNM="Ink, Ina" RNM="Main Desk" CNUM=M7 SCHCOM=Soon)");
   main().showView(ViewId::Pickup);
   EXPECT_EQ(row(monitor(ViewId::Pickup).faDaemon, 1),
             "7|24/11/2026|10:30|10:30 AM|24/11/2026|12:00|12:00 PM|Ink, Ina|Main Desk|M7|Soon");
+  EXPECT_EQ(headings(monitor(ViewId::Pickup).faDaemon),
+            "Start Date|Start Time|End Date|End Time|Patron Name|Pick-Up Location|Confirmation #|Booking "
+            "Comment");
+  expectRung(6, 1);
   server.expect("LIBSD", "LOC=3 LOC=3 HRS=24").replies(R"(
     BOOKID=7 ICNT=2 ECNT=1 STIME="2026-11-24 10:30:00" PATNM="Ink, Ina" RNM="Room 1" CNUM=M7)");
   main().showView(ViewId::LibRooms);
   EXPECT_EQ(row(monitor(ViewId::LibRooms).faDaemon, 1),
             "7|2|1|24/11/2026|10:30|10:30 AM||||Ink, Ina|Room 1|M7|");
+  EXPECT_EQ(headings(monitor(ViewId::LibRooms).faDaemon),
+            "Item Count|Equip Count|Start Date|Start Time|End Date|End Time|Patron "
+            "Name|Location|Confirmation #|Booking Comment");
+  expectRung(8, 1);
+}
+
+TEST_F(MonitorTest, ThePopupOfAListHasWhatItsViewCanDo) {
+  enter("BKERR=124 BOOKID=7 STIME=\"2026-11-24 10:30:00\"", allRightsBut("BKADD BKUPD BKCAN"));
+  server.always("DELD");
+  server.always("PICKD");
+  server.always("LIBSD");
+  server.always("GLSRM");
+  struct Row {
+    ViewId view;
+    const char* entries;
+  };
+  for (const Row& row :
+       {Row{ViewId::Conflict, "View Sort Print "},
+        Row{ViewId::Delivery, "View Cancel Charge Discharge Sort Print "},
+        Row{ViewId::Pickup, "View Sort Print "}, Row{ViewId::RoomSchedules, "View Sort Print "},
+        Row{ViewId::LibRooms, "View Items Sort Print "}}) {
+    if (row.view != ViewId::Conflict) main().showView(row.view);
+    desktop.expectPopup("mnuPopupScheduler", "");
+    monitor(row.view).faDaemon.rightClick(0, 1);
+    std::string entries;
+    for (const MenuItem* entry : main().menus.mnuPopupScheduler.Items())
+      if (entry->Visible) entries += entry->Caption.get() + " ";
+    EXPECT_EQ(entries, row.entries);
+  }
 }
 
 TEST_F(MonitorTest, TheChosenLocationsAndThenTheDesksOwn) {
@@ -203,12 +277,28 @@ TEST_F(MonitorTest, ADeliveryIsChargedCanceledAndEditedFromItsRow) {
     view.faDaemon.click(at, 5);
     EXPECT_EQ(states(), expected) << at;
   }
+  constexpr const char* question = "Are you sure you wish to cancel the selected booking?";
+  view.faDaemon.click(1, 5);
+  desktop.expectQuestion(question, true);
+  server.expect("VERCAN", "BOOKID=7").fails(114);
+  desktop.expectWarning("Booking not eligible for cancellation.  Equipment charged.");
+  view.cmdDCancel.press();
+  EXPECT_EQ(states(), "elc-");
+  desktop.expectQuestion(question, true);
+  server.expect("VERCAN", "BOOKID=7");
+  server.expect("CANBK", "BOOKID=7");
+  server.expect("DELD", "LOC=3 LOC=3 HRS=4").replies(kDelivery);
+  view.cmdDCancel.press();
+  EXPECT_EQ(main().ActiveControl(), &view.faDaemon);
   view.faDaemon.click(1, 5);
   server.expect("CBK", "BOOKID=7");
   desktop.expectInformation("Booking charged successfully!");
   view.cmdChargeDelClean.press();
   EXPECT_EQ(states(), "e--d");
-  EXPECT_EQ(view.faDaemon.cell(1, 5).back, view.legend.lblCharged.BackColor.get());
+  for (const int way : {1, 4}) {
+    EXPECT_EQ(view.faDaemon.cell(way, 5).back, view.legend.lblCharged.BackColor.get());
+    EXPECT_EQ(view.faDaemon.TextMatrix(way, view.faDaemon.columnOfData(1)), "99");
+  }
   noteRecords();
   view.faDaemon.doubleClick(1, 5);
   EXPECT_EQ(notBuilt.size(), 1U);
@@ -226,6 +316,10 @@ TEST_F(MonitorTest, TheScheduleOfARoomIsOfTheRoomChosen) {
   server.expect("GRS", "RID=12 HRS=24").replies(booking);
   view.cboMediaSchedRooms.select(2);
   EXPECT_EQ(row(view.faDaemon, 1), "7|24/11/2026|10:30|10:30 AM||||Ink, Ina|Pen, Pia|M7|Soon");
+  EXPECT_EQ(headings(view.faDaemon),
+            "Start Date|Start Time|End Date|End Time|Patron Name|Pickup Patron Name|Confirmation #|Booking "
+            "Comment");
+  expectRung(7, 1);
   server.expect("GRS", "RID=12 HRS=24").replies(booking);
   tick(16);
   server.expect("GLSRM", "WIZ=Y ADBK=Y").replies(R"(RNM="Room 2" RID=12)");

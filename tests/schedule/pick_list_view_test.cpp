@@ -72,7 +72,12 @@ TEST_P(PickListTest, WhatCannotBeMeantIsTold) {
                "No pick up list can be made after next 2 days, please reselect date."},
            Row{"26/11/2026", "9:00", "27/11/2026", "10:00",
                "No pick up list can be made after next 2 days, please reselect date."},
-           Row{"25/11/2026", "9:00", "24/11/2026", "10:00", "Start Date should not be later than End Date."},
+           Row{"x", "25:00", "", "", "Please enter a valid date for start date."},
+           Row{"24/11/2026", "25:00", "", "", "Please enter a valid date for end date."},
+           Row{"24/11/2026", "25:00", "24/11/2026", "", "Start Time is invalid!"},
+           Row{"27/11/2026", "10:00", "24/11/2026", "9:00",
+               "No pick up list can be made after next 2 days, please reselect date."},
+           Row{"25/11/2026", "10:00", "24/11/2026", "9:00", "Start Date should not be later than End Date."},
            Row{"24/11/2026", "10:00", "24/11/2026", "9:00", "Start time should not be later than End time."},
        }) {
     range(row.from, row.start, row.to, row.end);
@@ -152,6 +157,14 @@ TEST_P(PickListTest, RowsAndTheDetailsOfItems) {
   EXPECT_EQ(row, items ? "7|Ina|Ink|2026-11-24 10:20:00|volcanoes|Volcanoes|qe 1|QE 1|v. "
                          "2|1999|Shelf|M1|Film|Delivery|1|2|3|"
                        : "7|Ina|Ink|C-1|E1|Shelf|Store|2026-11-24 10:20:00|Camera|Delivery|");
+  std::string headings;
+  for (int col = 1; col < view().faDaemon.Cols; ++col) headings += view().faDaemon.TextMatrix(0, col) + "|";
+  EXPECT_EQ(headings,
+            items ? "First Name|Last Name|Staff start date & time|Normalized Title|Title|Normalized Call "
+                    "Number|Call Number|Enumeration|Chronology|location|Barcode|Item type|Booking type|Bib "
+                    "ID|MFHD ID|Item ID|"
+                  : "First Name|Last Name|Equipment number|Equipment barcode|Equipment location|Equipment "
+                    "room|Staff start date & time|Equipment type|Booking type|");
   EXPECT_TRUE(main().commands.printListing.Enabled);
   server.always("PICKD");
   main().showView(ViewId::Pickup);

@@ -20,7 +20,7 @@ constexpr PageRow kPages[] = {
     {kFindBookings, 0, "dtBookingDate=", ""},
     {kFindBookings, 0, "optDate(1); dtDateStart=2026-12-01; dtDateEnd=2026-12-24", "SRCHTAG=8 SRCHVAL=2026-12-01 SRCHTAG=9 SRCHVAL=2026-12-24"},
     {kFindBookings, 0, "optDate(1); dtDateStart=; dtDateEnd=2026-12-24", "SRCHTAG=9 SRCHVAL=2026-12-24"},
-    {kFindBookings, 1, "txtConfirmationNumber= C7 ", "SRCHTAG=11 SRCHVAL=C7"},
+    {kFindBookings, 1, "txtConfirmationNumber= C7 ", "SRCHTAG=11 SRCHVAL=C7?"},
     {kFindBookings, 2, "cboBookingLocation=Branch; cboBookingRoom=101 - Store", "SRCHTAG=4 SRCHVAL=4 SRCHTAG=12 SRCHVAL=61"},
     {kFindBookings, 2, "cboBookingLocation=Branch; cboBookingRoom=102; cboBookingLocation=(none)", ""},
     {kFindBookings, 3, "txtBookingMediaBarcode=M1", "SRCHTAG=26 SRCHVAL=M1"},
@@ -29,29 +29,29 @@ constexpr PageRow kPages[] = {
     {kFindBookings, 4, "cboBookingEquip=Camera; optBookingEquipType(1); cboBookingGroup=Set", "SRCHTAG=13 SRCHVAL=14"},
     {kFindBookings, 4, "optBookingEquipType(2); txtEquipBarcode=B1", "SRCHTAG=17 SRCHVAL=B1"},
     {kFindBookings, 5, "cboBookingStaff=Oak, Ole", "SRCHTAG=14 SRCHVAL=32"},
-    {kFindBookings, 6, "txtBLast=Ink; txtBMiddle=I; txtBFirst=Ina", "SRCHTAG=22 SRCHVAL=Ink SRCHTAG=23 SRCHVAL=I SRCHTAG=24 SRCHVAL=Ina"},
-    {kFindBookings, 6, "txtBLast= ; txtBFirst=Ina", "SRCHTAG=24 SRCHVAL=Ina"},
-    {kFindBookings, 7, "txtBBarcode=P3", "SRCHTAG=29 SRCHVAL=P3"},
+    {kFindBookings, 6, "txtBLast=Ink; txtBMiddle=I; txtBFirst=Ina", "SRCHTAG=22 SRCHVAL=Ink? SRCHTAG=23 SRCHVAL=I? SRCHTAG=24 SRCHVAL=Ina?"},
+    {kFindBookings, 6, "txtBLast= ; txtBFirst=Ina", "SRCHTAG=24 SRCHVAL=Ina?"},
+    {kFindBookings, 7, "txtBBarcode=P3", "SRCHTAG=29 SRCHVAL=P3?"},
     {kFindEquipment, 0, "cboEquipmentType=Camera", "SRCHTAG=1 SRCHVAL=5"},
     {kFindEquipment, 0, "cboEquipmentType=Camera; cboEquipmentType=(none)", ""},
-    {kFindEquipment, 1, "txtEquipNumber(0)=TV1", "SRCHTAG=2 SRCHVAL=TV1"},
-    {kFindEquipment, 1, "optEquipNumber(1); txtEquipNumber(1)=B1", "SRCHTAG=17 SRCHVAL=B1"},
-    {kFindEquipment, 2, "txtEquipManufacturer=Tovan", "SRCHTAG=3 SRCHVAL=Tovan"},
-    {kFindEquipment, 3, "txtEquipSerialNo=S1", "SRCHTAG=28 SRCHVAL=S1"},
+    {kFindEquipment, 1, "txtEquipNumber(0)=TV1", "SRCHTAG=2 SRCHVAL=TV1?"},
+    {kFindEquipment, 1, "optEquipNumber(1); txtEquipNumber(1)=B1", "SRCHTAG=17 SRCHVAL=B1?"},
+    {kFindEquipment, 2, "txtEquipManufacturer=Tovan", "SRCHTAG=3 SRCHVAL=Tovan?"},
+    {kFindEquipment, 3, "txtEquipSerialNo=S1", "SRCHTAG=28 SRCHVAL=S1?"},
     {kFindEquipment, 4, "cboEquipmentLocation=Main Desk; cboEquipRoom=102", "SRCHTAG=4 SRCHVAL=3 SRCHTAG=12 SRCHVAL=62"},
-    {kFindEquipment, 5, "txtEquipModel=V-55", "SRCHTAG=5 SRCHVAL=V-55"},
+    {kFindEquipment, 5, "txtEquipModel=V-55", "SRCHTAG=5 SRCHVAL=V-55?"},
     {kFindEquipment, 6, "cboEquipStatus=Lost", "SRCHTAG=6 SRCHVAL=2"},
     {kFindEquipment, 7, "dtNextMaintDate=2026-12-01", "SRCHTAG=7 SRCHVAL=2026-12-01"},
     {kFindEquipment, 7, "optNextMaintDate(1); dtNextMaintStartDate=2026-12-01; dtNextMaintEndDate=2026-12-24", "SRCHTAG=8 SRCHVAL=2026-12-01 SRCHTAG=9 SRCHVAL=2026-12-24"},
     {kFindGroups, 0, "cboGroupType=Set", "SRCHTAG=13 SRCHVAL=14"},
-    {kFindGroups, 1, "txtGroupNumber(0)=SET1", "SRCHTAG=2 SRCHVAL=SET1"},
-    {kFindGroups, 1, "optGroupNumber(1); txtGroupNumber(1)=B9", "SRCHTAG=17 SRCHVAL=B9"},
+    {kFindGroups, 1, "txtGroupNumber(0)=SET1", "SRCHTAG=2 SRCHVAL=SET1?"},
+    {kFindGroups, 1, "optGroupNumber(1); txtGroupNumber(1)=B9", "SRCHTAG=17 SRCHVAL=B9?"},
     {kFindGroups, 2, "cboGroupEquipment=Television", "SRCHTAG=1 SRCHVAL=4"},
     {kFindGroups, 3, "cboGroupLocation=Branch; cboGroupRoom=101 - Store", "SRCHTAG=4 SRCHVAL=4 SRCHTAG=12 SRCHVAL=61"},
     {kFindGroups, 4, "cboGroupStatus=Available", "SRCHTAG=6 SRCHVAL=1"},
     {kFindRooms, 0, "cboRoomType=Hall", "SRCHTAG=21 SRCHVAL=24"},
-    {kFindRooms, 1, "txtRoomName=Store", "SRCHTAG=18 SRCHVAL=Store"},
-    {kFindRooms, 2, "txtRoomNumber=101", "SRCHTAG=2 SRCHVAL=101"},
+    {kFindRooms, 1, "txtRoomName=Store", "SRCHTAG=18 SRCHVAL=Store?"},
+    {kFindRooms, 2, "txtRoomNumber=101", "SRCHTAG=2 SRCHVAL=101?"},
     {kFindRooms, 3, "cboRoomLocation=Branch", "SRCHTAG=4 SRCHVAL=4"},
     {kFindRooms, 4, "cboRoomEquip=Camera", "SRCHTAG=1 SRCHVAL=5"},
     {kFindRooms, 4, "optRoomEquipType(1); cboRoomGroup=Set", "SRCHTAG=13 SRCHVAL=14"},
@@ -66,13 +66,13 @@ constexpr PageRow kPages[] = {
     {kFindMaintenance, 0, "dtMaintDate=2026-12-01", "SRCHTAG=7 SRCHVAL=2026-12-01"},
     {kFindMaintenance, 0, "optMaintDate(1); dtMaintStart=2026-12-01; dtMaintEnd=2026-12-24", "SRCHTAG=8 SRCHVAL=2026-12-01 SRCHTAG=9 SRCHVAL=2026-12-24"},
     {kFindMaintenance, 1, "cboMaintEquip=Camera", "SRCHTAG=1 SRCHVAL=5"},
-    {kFindMaintenance, 1, "optMaintEquip(1); txtMaintEquipNumber=TV1", "SRCHTAG=2 SRCHVAL=TV1"},
+    {kFindMaintenance, 1, "optMaintEquip(1); txtMaintEquipNumber=TV1", "SRCHTAG=2 SRCHVAL=TV1?"},
     {kFindMaintenance, 2, "cboMaintDetails=Cleaning", "SRCHTAG=16 SRCHVAL=51"},
     {kFindMaintenance, 3, "cboMaintStaff=Ink, Ina", ""},
-    {kFindPatrons, 0, "txtLast=Ink; txtMiddle=I; txtFirst=Ina", "SRCHTAG=22 SRCHVAL=Ink SRCHTAG=23 SRCHVAL=I SRCHTAG=24 SRCHVAL=Ina"},
-    {kFindPatrons, 1, "txtBarcode=P3", "SRCHTAG=17 SRCHVAL=P3"},
-    {kFindPatrons, 2, "txtSSN=123456789", "SRCHTAG=19 SRCHVAL=123-45-6789"},
-    {kFindPatrons, 3, "txtInstitutionID=I9", "SRCHTAG=20 SRCHVAL=I9"},
+    {kFindPatrons, 0, "txtLast=Ink; txtMiddle=I; txtFirst=Ina", "SRCHTAG=22 SRCHVAL=Ink? SRCHTAG=23 SRCHVAL=I? SRCHTAG=24 SRCHVAL=Ina?"},
+    {kFindPatrons, 1, "txtBarcode=P3", "SRCHTAG=17 SRCHVAL=P3?"},
+    {kFindPatrons, 2, "txtSSN=123456789", "SRCHTAG=19 SRCHVAL=123-45-6789?"},
+    {kFindPatrons, 3, "txtInstitutionID=I9", "SRCHTAG=20 SRCHVAL=I9?"},
 };
 
 /// Where each entry of the second list searches, and how the results are laid out.
@@ -106,14 +106,30 @@ std::string request(const std::string& criteria, SearchCategory category, const 
   return criteria + " " + scopeOf(category) + " SRCHOP=" + terms;
 }
 
+/// Terms that are truncated by themselves have the sign of it in the table.
 TEST_F(FindTest, EachPageSendsWhatIsFilledIn) {
-  for (const PageRow& row : kPages) {
-    SCOPED_TRACE(std::string(searchCategories()[static_cast<std::size_t>(row.category)].caption) + ": " +
-                 row.fields);
-    frmFind& find = open(row.category, row.page);
-    find.cmdNewSearch.press();
-    enter(find, row.fields);
-    findNothing(find, request(row.tags, row.category));
+  for (const bool truncates : {true, false}) {
+    app->preferences.AutoTruncate = truncates;
+    for (const PageRow& row : kPages) {
+      SCOPED_TRACE(std::string(searchCategories()[static_cast<std::size_t>(row.category)].caption) + ": " +
+                   row.fields);
+      frmFind& find = open(row.category, row.page);
+      find.cmdNewSearch.press();
+      enter(find, row.fields);
+      std::string tags = row.tags;
+      if (!truncates) std::erase(tags, '?');
+      findNothing(find, request(tags, row.category));
+    }
+  }
+}
+
+TEST_F(FindTest, ATimeOfARoomWantsItsDate) {
+  frmFind& find = open(kFindRooms, 7);
+  CriteriaPages& pages = find.criteria(kFindRooms);
+  for (const bool hasDate : {false, true}) {
+    enter(find, hasDate ? "dtRoomDate=2026-12-01" : "dtRoomDate=");
+    EXPECT_EQ(pages.field<TimeField>("txtRoomTime").Enabled, hasDate);
+    EXPECT_EQ(find.findControl("lblRoomTime")->Enabled, hasDate);
   }
 }
 

@@ -64,6 +64,7 @@ TEST_F(FindTest, ACancelledPickerHandsBackNothing) {
 }
 
 TEST_F(FindTest, APickerOfPatronsFindsTheCardThatIsScanned) {
+  app->preferences.AutoTruncate = true;
   EXPECT_EQ(pick(kFindStaffTag,
                  [&](frmFind& find) {
                    find.optTerms(1).choose();

@@ -27,6 +27,8 @@ constexpr const char* kPatron = "PID=31 PLN=Ink PFN=Ina PMN=I. PSSN=1 PIID=I9 PG
 constexpr LayoutRow kLayouts[] = {
     {kFindBookings, 0, kBooking7, "Start Date|Start Time|End Date|End Time|Requester|Confirmation #|Booking Type|Delivery Room/Pickup Location|Equipment Count|Item Count",
      "24/11/2026|09:00 AM|25/11/2026|05:30 PM|Administrative|C7|Delivery|Hall|2|1", kBooking},
+    {kFindBookings, 0, "BOOKID=9 REQ=-1", "Start Date|Start Time|End Date|End Time|Requester|Confirmation #|Booking Type|Delivery Room/Pickup Location|Equipment Count|Item Count",
+     "Requester Withheld|||||", kBooking},
     {kFindEquipment, 0, kPiece, "Number|Location|Room|Status|Manufacturer|Model|Serial #|Group Number|Format", "TV1|Main|Store|Lost|Tovan|V-55|S1|SET1|HD", kEquipment},
     {kFindEquipment, 1, kPiece, "Group Name|Number|Location|Room|Status|Manufacturer|Model|Serial #|Format", "Set|TV1|Main|Store|Lost|Tovan|V-55|S1|HD", kEquipment},
     {kFindEquipment, 2, kPiece, "Room|Number|Location|Status|Manufacturer|Model|Serial #|Group Name|Format", "Store|TV1|Main|Lost|Tovan|V-55|S1|Set|HD", kEquipment},

@@ -54,6 +54,7 @@ class ScriptedDesktop : public Desktop {
   std::string clipboard;
   ScriptedPrinter pages;
   std::vector<std::string> sounds;
+  std::string uselessFile;  ///< neither a sound nor a picture
   std::vector<std::string> addresses;
   std::vector<std::string> helpTopics;
   /// Runs at each repaint, for tests that watch what the operator sees during a command.
@@ -84,6 +85,8 @@ class ScriptedDesktop : public Desktop {
   void copyToClipboard(std::string_view text) override { clipboard = text; }
   Printer& printer() override { return pages; }
   void playSound(std::string_view file) override { sounds.emplace_back(file); }
+  bool canPlay(std::string_view file) override { return file != uselessFile; }
+  bool canShow(std::string_view file) override { return file != uselessFile; }
   void openBrowser(std::string_view address) override { addresses.emplace_back(address); }
   void showHelp(std::string_view topic) override { helpTopics.emplace_back(topic); }
   [[noreturn]] void endProgram() override {

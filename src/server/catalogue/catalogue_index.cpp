@@ -140,13 +140,13 @@ void addHoldingsNotes(Keys& keys, Connection& db, std::int64_t titleId) {
 
 void writeKeys(Connection& db, std::int64_t titleId, const Keys& keys, const std::string& fingerprint) {
   Query old(db, "delete from catalogue_keys where title_id = :id");
-  old.bind("id", titleId).run();
+  old.bind("id", titleId).later();
   for (const auto& [kind, key] : keys) {
     Query query(db, "insert into catalogue_keys (kind, word, title_id) values (:kind, :word, :title_id)");
-    query.bind("kind", static_cast<int>(kind)).bind("word", key).bind("title_id", titleId).run();
+    query.bind("kind", static_cast<int>(kind)).bind("word", key).bind("title_id", titleId).later();
   }
   Query done(db, "update titles set is_indexed = 1, fingerprint = :fingerprint where id = :id");
-  done.bind("fingerprint", fingerprint).bind("id", titleId).run();
+  done.bind("fingerprint", fingerprint).bind("id", titleId).later();
 }
 
 }  // namespace

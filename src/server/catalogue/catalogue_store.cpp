@@ -65,7 +65,7 @@ void insertRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, 
   Query query(
       db, "insert into marc_records (title_id, holding_id, record) values (:title_id, :holding_id, :record)");
   query.bind("title_id", titleId).bind("holding_id", orNothing(holdingId));
-  query.bind("record", storedForm(record)).run();
+  query.bind("record", storedForm(record)).later();
 }
 
 }  // namespace
@@ -93,7 +93,7 @@ std::optional<MarcRecord> recordOfHolding(Connection& db, std::int64_t id) {
 void storeRecord(Connection& db, std::int64_t titleId, std::int64_t holdingId, const MarcRecord& record) {
   Query query(db, holdingId == 0 ? "delete from marc_records where title_id = :id and holding_id is null"
                                  : "delete from marc_records where holding_id = :id");
-  query.bind("id", holdingId == 0 ? titleId : holdingId).run();
+  query.bind("id", holdingId == 0 ? titleId : holdingId).later();
   insertRecord(db, titleId, holdingId, record);
 }
 

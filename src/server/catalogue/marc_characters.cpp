@@ -52,15 +52,6 @@ std::optional<std::string> MarcCharacters::toUtf8(std::string_view text) const {
   }
 }
 
-bool isUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = characterLength(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
-}
-
 bool isAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }

@@ -24,7 +24,6 @@ class MarcCharacters {
   std::unique_ptr<Converter> converter_;
 };
 
-[[nodiscard]] bool isUtf8(std::string_view text);
 [[nodiscard]] bool isAscii(std::string_view text);
 
 }  // namespace vantry::server

@@ -7,6 +7,7 @@
 
 #include "server/catalogue/marc_characters.h"
 #include "server/catalogue/marc_source.h"
+#include "words/utf8.h"
 
 namespace vantry::server {
 

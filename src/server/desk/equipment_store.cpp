@@ -14,8 +14,9 @@ std::string rowsWhere(const std::string& condition) {
              "l.name, "
              "r.name, g.number, g.name, e.room_id, case when e.is_group = 1 then (select count(*) from "
              "equipment m where m.group_id = e.id) else 0 end, "
-             "coalesce((select min(b.barcode) from equipment_barcodes b where b.equipment_id = e.id and "
-             "b.status_id in (select s.id from barcode_statuses s where s.active = 1)), ''), "
+             "coalesce((select b.barcode from equipment_barcodes b where b.equipment_id = e.id and "
+             "b.status_id in (select s.id from barcode_statuses s where s.active = 1) order by b.barcode "
+             "limit 1), ''), "
              "(select substr(n.content, 1, 200) from equipment_notes n where n.equipment_id = e.id and "
              "n.note_type_id = 1), ") +
          equipmentStatusSql() +

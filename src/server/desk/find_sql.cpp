@@ -22,7 +22,8 @@ void replaceAll(std::string& text, std::string_view word, std::string_view by) {
 constexpr std::string_view isFree =
     "(select k.storage from room_types k where k.id = r.room_type_id) = 0 and not exists (select 1 from "
     "room_statuses s join status_types y on y.id = s.status_id where s.room_id = r.id and y.effect = 3) and "
-    "not exists (select 1 from occupancy o where o.kind = 3 and o.thing = r.id and o.starts_at < :b and "
+    "not exists (select 1 from occupancy o where o.kind = (select 3) and o.thing = r.id and o.starts_at < :b "
+    "and "
     "o.starts_at >= :a - (select coalesce(max(v.seconds), 0) from longest_occupancy v where v.kind = 3) and "
     "o.ends_at > :a) and (cast(:a as bigint) > cast(:now as bigint) or not exists (select 1 from bookings x "
     "where "

@@ -44,7 +44,8 @@ constexpr std::string_view keptInStorage =
     "(select k.storage from rooms q join room_types k on k.id = q.room_type_id "
     "where q.id = e.room_id) = 1";
 constexpr std::string_view inBookings =
-    "exists (select 1 from occupancy o join bookings b on b.id = o.booking_id where o.kind = 1 and o.thing = "
+    "exists (select 1 from occupancy o join bookings b on b.id = o.booking_id where o.kind = (select 1) and "
+    "o.thing = "
     "e.id and "
     "$LIBRARY)";
 constexpr std::array scopes{
@@ -138,6 +139,10 @@ constexpr const char* overButNotPast =
 /// From so many keys on, a finder is not worth counting further.
 constexpr std::int64_t many = 400;
 
+/// What a finder gives is sorted whole: reading on behind the page tells how much there is sooner than
+/// finding it all again to count it.
+constexpr std::int64_t pagesOfKeys = 8;
+
 std::string joined(const std::vector<std::string>& conditions, std::string_view word) {
   std::string text;
   for (const std::string& each : conditions) {
@@ -169,20 +174,27 @@ class FindSearch::Impl {
   }
 
   /// The rows of so few keys are read in whatever way the database likes best.
-  [[nodiscard]] IdSelect page() const {
-    const std::string sql = "select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " +
-                            std::to_string(question_.most);
+  [[nodiscard]] IdSelect page() {
+    const std::int64_t limit = question_.most * (hasFinder() ? pagesOfKeys : 1);
+    const std::string sql =
+        "select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " + std::to_string(limit);
     std::vector<std::int64_t> keys;
+    std::int64_t found = 0;
     std::int64_t id = 0;
     Query query(db_, sql);
     bind(query, hits_);
     query.into(id);
-    while (query.next()) keys.push_back(id);
+    while (query.next()) {
+      if (++found <= question_.most) keys.push_back(id);
+    }
+    if (found < limit) count_ = found;
     planAsUsual(db_);
     return {keysIn(db_, "found"), [list = keysText(keys)](Query& rows) { rows.bind("found", list); }};
   }
 
-  [[nodiscard]] std::int64_t count() const { return countOf("select count(*) from (" + hits_ + ") hit"); }
+  [[nodiscard]] std::int64_t count() const {
+    return count_ ? *count_ : countOf("select count(*) from (" + hits_ + ") hit");
+  }
 
   [[nodiscard]] std::int64_t most() const { return question_.most; }
 
@@ -254,11 +266,14 @@ class FindSearch::Impl {
            where({finder.empty() ? "" : key + " = d.id", whole_, condition, scope_, tests()});
   }
 
+  /// A single criterion without a finder of its own is one condition on the rows.
+  [[nodiscard]] bool hasFinder() const {
+    return asked_.size() > 1 || (asked_.size() == 1 && !finderSql(asked_.front()).empty());
+  }
+
   [[nodiscard]] std::string makeHits() const {
     std::string finder;
-    // A single criterion without a finder of its own is one condition on the rows.
-    const bool isPlain = asked_.empty() || (asked_.size() == 1 && finderSql(asked_.front()).empty());
-    if (!isPlain) finder = question_.any ? allFinders() : bestFinder();
+    if (hasFinder()) finder = question_.any ? allFinders() : bestFinder();
     if (!hidesPast()) return rows(finder, "");
     return rows(finder, notOver) + " union all " + rows(overButNotPast, "");
   }
@@ -295,6 +310,7 @@ class FindSearch::Impl {
   std::vector<AskedCriterion> asked_;
   TimeLimit limit_;
   std::string hits_;
+  std::optional<std::int64_t> count_ = {};  ///< once the page has told it
 };
 
 FindSearch::FindSearch(Connection& db, const FindQuestion& question)
@@ -302,7 +318,7 @@ FindSearch::FindSearch(Connection& db, const FindQuestion& question)
 
 FindSearch::~FindSearch() = default;
 
-IdSelect FindSearch::page() const {
+IdSelect FindSearch::page() {
   return impl_->page();
 }
 

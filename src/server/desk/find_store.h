@@ -44,7 +44,7 @@ class FindSearch {
   FindSearch& operator=(const FindSearch&) = delete;
 
   /// The first hits in the order of their list, no more than the question wants.
-  [[nodiscard]] IdSelect page() const;
+  [[nodiscard]] IdSelect page();
 
   /// How many there are in all, where that many of them were on the page.
   [[nodiscard]] std::int64_t count(std::int64_t onPage) const;

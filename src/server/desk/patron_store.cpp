@@ -7,28 +7,35 @@
 namespace vantry::server {
 
 static std::string cardsSql(Connection& db, std::int64_t most) {
-  return "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name "
-         "from patron_barcodes c join patrons p on p.id = c.patron_id "
+  return "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name, "
+         "p.social_number, p.institution_id from patron_barcodes c join patrons p on p.id = c.patron_id "
          "join patron_groups g on g.id = c.patron_group_id join barcode_statuses s on s.id = c.status_id "
          "where " +
          inRange(db, "c.barcode") + " order by p.last_name, p.first_name, c.id limit " + std::to_string(most);
 }
 
-void visitCards(Connection& db, std::string_view text, std::int64_t most,
-                const std::function<void(const FoundCard&)>& visit) {
-  const TextRange range = textRange(text);
-  if (range.high.empty()) return;
-  FoundCard card;
-  const std::string sql = cardsSql(db, most);
-  Query query(db, sql);
-  query.bind("low", range.low).bind("high", range.high);
+static void visitFound(Query& query, const std::function<void(const FoundPatron&)>& visit) {
+  FoundPatron row;
+  FoundCard& card = row.card;
   query.into(card.patronId, card.lastName, card.firstName, card.middleName, card.groupId, card.group,
-             card.barcode, card.statusId, card.status);
-  while (query.next()) visit(card);
+             card.barcode, card.statusId, card.status, row.socialNumber, row.institutionId);
+  while (query.next()) visit(row);
 }
 
-std::int64_t countCards(Connection& db, std::string_view text) {
-  const TextRange range = textRange(text);
+void visitCards(Connection& db, const CardQuestion& question,
+                const std::function<void(const FoundPatron&)>& visit) {
+  const TextRange range = textRange(question.text);
+  if (range.high.empty()) return;
+  const TimeLimit limit(db, question.longest);
+  const std::string sql = cardsSql(db, question.most);
+  Query query(db, sql);
+  query.bind("low", range.low).bind("high", range.high);
+  visitFound(query, visit);
+}
+
+std::int64_t countCards(Connection& db, const CardQuestion& question) {
+  const TextRange range = textRange(question.text);
+  const TimeLimit limit(db, question.longest);
   std::int64_t count = 0;
   Query query(db, "select count(*) from patron_barcodes c where " + inRange(db, "c.barcode"));
   query.bind("low", range.low).bind("high", range.high);
@@ -47,13 +54,9 @@ void visitPatronsAmong(Connection& db, const IdSelect& ids,
       "c.status_id "
       "where p.id in (" +
       ids.sql + ") order by p.last_name, p.first_name, p.id";
-  FoundPatron row;
   Query query(db, sql);
   ids.bind(query);
-  query.into(row.card.patronId, row.card.lastName, row.card.firstName, row.card.middleName, row.card.groupId,
-             row.card.group, row.card.barcode, row.card.statusId, row.card.status, row.socialNumber,
-             row.institutionId);
-  while (query.next()) visit(row);
+  visitFound(query, visit);
 }
 
 std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -24,19 +25,23 @@ struct FoundCard {
   std::int64_t statusId = 0;
   std::string status;
 };
-/// The cards whose barcode is the text, or begins with it where it ends in "?", by name; `most` of them at
-/// most.
-void visitCards(Connection& db, std::string_view text, std::int64_t most,
-                const std::function<void(const FoundCard&)>& visit);
-
-[[nodiscard]] std::int64_t countCards(Connection& db, std::string_view text);
-
 /// A patron as a search finds them, with the first of their cards, an active one if there is any.
 struct FoundPatron {
   FoundCard card;
   std::string socialNumber;
   std::string institutionId;
 };
+/// A search for cards: those whose barcode is the text, or begins with it where it ends in "?".
+struct CardQuestion {
+  std::string_view text;
+  std::int64_t most = 0;                 ///< are told
+  std::chrono::milliseconds longest{0};  ///< for each of the two below
+};
+/// The cards, by name.
+void visitCards(Connection& db, const CardQuestion& question,
+                const std::function<void(const FoundPatron&)>& visit);
+[[nodiscard]] std::int64_t countCards(Connection& db, const CardQuestion& question);
+
 /// The patrons whose keys are selected, by name.
 void visitPatronsAmong(Connection& db, const IdSelect& ids,
                        const std::function<void(const FoundPatron&)>& visit);

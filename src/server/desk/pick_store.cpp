@@ -1,5 +1,10 @@
 #include "server/desk/pick_store.h"
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "server/base/walking_order.h"
 #include "server/desk/library_border.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -28,6 +33,20 @@ constexpr const char* inSpan =
 
 constexpr Moment longestSetup = 999 * minute;
 
+using WayKey = std::array<std::string, 4>;
+
+/// By the key that is made of each row once; rows with one key stay as they are.
+template <class Row, class KeyOf>
+std::vector<Row> inOrder(std::vector<Row> rows, KeyOf keyOf) {
+  std::vector<std::pair<WayKey, std::size_t>> way;
+  for (const Row& row : rows) way.emplace_back(keyOf(row), way.size());
+  std::ranges::sort(way);
+  std::vector<Row> ordered;
+  ordered.reserve(rows.size());
+  for (const auto& [key, place] : way) ordered.push_back(std::move(rows[place]));
+  return ordered;
+}
+
 void bindSpan(Query& query, const Desks& desks, const Period& span) {
   query.bind("desks", keysText(desks)).bind("from_at", span.from).bind("until_at", span.until);
   query.bind("latest", span.until + longestSetup);
@@ -35,8 +54,7 @@ void bindSpan(Query& query, const Desks& desks, const Period& span) {
 
 }  // namespace
 
-void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
-                        const std::function<void(const PickedPiece&)>& visit) {
+std::vector<PickedPiece> piecesToFetch(Connection& db, const Desks& desks, const Period& span) {
   Query query(db,
               std::string("select ") + headColumns +
                   "o.name, coalesce((select min(c.barcode) from equipment_barcodes c join barcode_statuses s "
@@ -47,20 +65,22 @@ void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
                   "equipment_types t on t.id = l.equipment_type_id left join patrons p on p.id = b.patron_id "
                   "left join equipment e on e.id = l.equipment_id left join locations o on o.id = "
                   "e.location_id left join rooms r on r.id = e.room_id where " +
-                  inSpan +
-                  "and l.in_room = 0 order by coalesce(o.name, ''), coalesce(r.name, ''), t.name, "
-                  "coalesce(e.number, ''), b.starts_at, b.id");
+                  inSpan + "and l.in_room = 0 order by b.starts_at, b.id, l.place");
+  std::vector<PickedPiece> pieces;
   PickedPiece row;
   bindSpan(query, desks, span);
   query.into(row.bookingId, row.bookingType, row.first, row.last, row.staffStartsAt, row.location,
              row.barcode, row.type, row.number, row.room);
   planForSearch(db);
-  while (query.next()) visit(row);
+  while (query.next()) pieces.push_back(row);
   planAsUsual(db);
+  return inOrder(std::move(pieces), [](const PickedPiece& piece) {
+    return WayKey{naturalKey(piece.location), naturalKey(piece.room), naturalKey(piece.type),
+                  naturalKey(piece.number)};
+  });
 }
 
-void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
-                       const std::function<void(const PickedItem&)>& visit) {
+std::vector<PickedItem> itemsToFetch(Connection& db, const Desks& desks, const Period& span) {
   Query query(
       db, std::string("select ") + headColumns +
               "coalesce(o.name, w.name), i.barcode, m.name, t.title, t.search_title, h.call_number, "
@@ -71,17 +91,19 @@ void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
               "left join items i on i.id = l.item_id left join holdings h on h.id = coalesce(l.holding_id, "
               "i.holding_id) left join locations o on o.id = i.location_id left join locations w on w.id = "
               "h.location_id where " +
-              inSpan +
-              "order by coalesce(o.name, w.name, ''), coalesce(h.search_call_number, ''), t.search_title, "
-              "b.starts_at, b.id");
+              inSpan + "order by b.starts_at, b.id, l.place");
+  std::vector<PickedItem> items;
   PickedItem row;
   bindSpan(query, desks, span);
   query.into(row.bookingId, row.bookingType, row.first, row.last, row.staffStartsAt, row.location,
              row.barcode, row.type, row.title, row.searchTitle, row.callNumber, row.searchCallNumber,
              row.enumeration, row.chronology, row.itemType, row.titleId, row.holdingId, row.itemId);
   planForSearch(db);
-  while (query.next()) visit(row);
+  while (query.next()) items.push_back(row);
   planAsUsual(db);
+  return inOrder(std::move(items), [](const PickedItem& item) {
+    return WayKey{naturalKey(item.location), shelfKey(item.callNumber), item.searchTitle, {}};
+  });
 }
 
 }  // namespace vantry::server

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
+#include <vector>
 
 #include "server/desk/monitor_store.h"
 #include "server/policy/policy_times.h"
@@ -41,9 +41,7 @@ struct PickedItem : PickRow {
 /// What is to be fetched for bookings that were made at one of the desks, or are fetched there, and whose
 /// set-up begins in [span.from, span.until], in the order in which one walks: by location, then by room, type
 /// and number, or by call number.
-void visitPiecesToFetch(Connection& db, const Desks& desks, const Period& span,
-                        const std::function<void(const PickedPiece&)>& visit);
-void visitItemsToFetch(Connection& db, const Desks& desks, const Period& span,
-                       const std::function<void(const PickedItem&)>& visit);
+[[nodiscard]] std::vector<PickedPiece> piecesToFetch(Connection& db, const Desks& desks, const Period& span);
+[[nodiscard]] std::vector<PickedItem> itemsToFetch(Connection& db, const Desks& desks, const Period& span);
 
 }  // namespace vantry::server

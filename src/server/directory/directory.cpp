@@ -1,6 +1,8 @@
 #include "server/directory/directory.h"
 
+#include <algorithm>
 #include <csignal>
+#include <optional>
 #include <utility>
 
 #include <spdlog/spdlog.h>
@@ -16,7 +18,18 @@ namespace {
 
 constexpr std::string_view open = "ldap://";
 constexpr std::string_view sealed = "ldaps://";
-constexpr const char* anybody = "anybody";  // some login, to try a pattern by
+constexpr std::string_view partings = " ,";  // of several addresses
+constexpr const char* anybody = "anybody";   // some login, to try a pattern by
+
+std::vector<std::string> addressesIn(std::string_view text) {
+  std::vector<std::string> addresses;
+  while (true) {
+    text.remove_prefix(std::min(text.find_first_not_of(partings), text.size()));
+    if (text.empty()) return addresses;
+    addresses.emplace_back(text.substr(0, text.find_first_of(partings)));
+    text.remove_prefix(addresses.back().size());
+  }
+}
 
 /// Without the port.
 std::string_view hostOf(std::string_view address) {
@@ -43,24 +56,32 @@ std::optional<std::string> findEntry(LdapLine& line, const DirectorySettings& se
   return line.find(settings.base, filterFor(settings.filter, login));
 }
 
-bool isRight(const DirectorySettings& settings, std::string_view login, std::string_view password) {
-  LdapLine line(settings);
+bool isRight(LdapLine& line, const DirectorySettings& settings, std::string_view login,
+             std::string_view password) {
   if (!settings.name.empty()) return line.isLetIn(nameFor(settings.name, login), password);
   const std::optional<std::string> entry = findEntry(line, settings, login);
   return entry && line.isLetIn(*entry, password);
 }
 
+void checkAddress(const std::string& address, bool isPlain) {
+  const bool isSealed = address.starts_with(sealed);
+  if ((!isSealed && !address.starts_with(open)) || hostOf(address).empty())
+    throw UserError("A directory has an address such as ldap://host or ldaps://host, and not \"" + address +
+                    "\".");
+  if (isPlain && (isSealed || !isThisMachine(hostOf(address))))
+    throw UserError("Passwords travel to a directory on this machine without TLS, but to no other one.");
+}
+
+std::string sentenceOf(const std::string& address, std::string_view reason) {
+  return "The directory " + address + " cannot be asked: " + std::string(reason) + ".";
+}
+
 }  // namespace
 
 void checkDirectory(const DirectorySettings& settings) {
-  const std::string& address = settings.address;
-  const bool isSealed = address.starts_with(sealed);
-  if ((!isSealed && !address.starts_with(open)) || address.find_first_of(" ,") != std::string::npos ||
-      hostOf(address).empty())
-    throw UserError("A directory has an address such as ldap://host or ldaps://host, and not \"" + address +
-                    "\".");
-  if (settings.plain && (isSealed || !isThisMachine(hostOf(address))))
-    throw UserError("Passwords travel to a directory on this machine without TLS, but to no other one.");
+  const std::vector<std::string> addresses = addressesIn(settings.address);
+  if (addresses.empty()) throw UserError("A directory needs an address such as ldap://host or ldaps://host.");
+  for (const std::string& each : addresses) checkAddress(each, settings.plain);
   if (settings.name.empty() == settings.base.empty())
     throw UserError(
         "A directory needs either the pattern of the operators' names in it, or the base of a search for "
@@ -78,47 +99,56 @@ void checkDirectory(const DirectorySettings& settings) {
     throw UserError("An account that searches in the directory needs a file with its password.");
 }
 
-Directory::Directory(DirectorySettings settings)
-    : settings_(std::move(settings)), restsUntil_(Clock::time_point::min().time_since_epoch().count()) {
+Directory::Directory(DirectorySettings settings) : settings_(std::move(settings)) {
   checkDirectory(settings_);
+  for (std::string& each : addressesIn(settings_.address)) places_.emplace_back(std::move(each));
   prepareLdap();
   std::signal(SIGPIPE, SIG_IGN);
 }
 
-/// Whoever comes while the directory was found silent a moment ago is told so at once: a crowd would wait one
-/// after another.
+/// The library takes several addresses as well, but asks no other one when StartTLS fails, and gives a silent
+/// one all of the time; here the addresses that are left share the time that is left. One that was found
+/// silent a moment ago is not asked: a crowd would wait one after another.
 Directory::Verdict Directory::judge(std::string_view login, std::string_view password) {
   // A directory lets anybody in who brings no password.
   if (password.empty()) return Verdict::Wrong;
-  const Clock::time_point begun = Clock::now();
-  if (begun.time_since_epoch().count() < restsUntil_) return Verdict::Away;
-  try {
-    return isRight(settings_, login, password) ? Verdict::Right : Verdict::Wrong;
-  } catch (const DirectoryFault& fault) {
-    spdlog::error("{} cannot log on now: {}", login, sentenceOf(fault.what()));
+  std::vector<Place*> left;
+  for (Place& each : places_) {
+    if (!each.rests()) left.push_back(&each);
   }
   const std::chrono::milliseconds limit = std::chrono::seconds(settings_.limit);
-  const Clock::time_point now = Clock::now();
-  if (now - begun > limit / 2) restsUntil_ = (now + limit).time_since_epoch().count();
+  const Clock::time_point end = Clock::now() + limit;
+  for (auto count = static_cast<std::ptrdiff_t>(left.size()); Place* const each : left) {
+    const Clock::time_point begun = Clock::now();
+    const Clock::duration share = (end - begun) / count--;
+    try {
+      LdapLine line(settings_, each->address, begun + share);
+      return isRight(line, settings_, login, password) ? Verdict::Right : Verdict::Wrong;
+    } catch (const DirectoryFault& fault) {
+      spdlog::error("{} {}: {}", login, count > 0 ? "is looked up elsewhere" : "cannot log on now",
+                    sentenceOf(each->address, fault.what()));
+    }
+    const Clock::time_point now = Clock::now();
+    if (now - begun > share / 2) each->restsUntil = (now + limit).time_since_epoch().count();
+  }
   return Verdict::Away;
 }
 
-std::string Directory::fault() const {
-  try {
-    LdapLine line(settings_);
-    if (settings_.name.empty()) {
-      static_cast<void>(findEntry(line, settings_, anybody));
-    } else {
-      line.greet();
+std::vector<std::string> Directory::faults() const {
+  std::vector<std::string> faults;
+  for (const Place& each : places_) {
+    try {
+      LdapLine line(settings_, each.address, Clock::now() + std::chrono::seconds(settings_.limit));
+      if (settings_.name.empty()) {
+        static_cast<void>(findEntry(line, settings_, anybody));
+      } else {
+        line.greet();
+      }
+    } catch (const DirectoryFault& fault) {
+      faults.push_back(sentenceOf(each.address, fault.what()));
     }
-    return {};
-  } catch (const DirectoryFault& fault) {
-    return sentenceOf(fault.what());
   }
-}
-
-std::string Directory::sentenceOf(std::string_view reason) const {
-  return "The directory " + settings_.address + " cannot be asked: " + std::string(reason) + ".";
+  return faults;
 }
 
 }  // namespace vantry::server

@@ -2,8 +2,10 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "server/directory/directory_settings.h"
 
@@ -13,8 +15,9 @@ namespace vantry::server {
 void checkDirectory(const DirectorySettings& settings);
 
 /// The directory of the house, over LDAP. It says whether a password is right, and nothing else. For many
-/// threads at once. Each waits no longer than the settings say, but for the look-up of the host's name, which
-/// is the system's, and which all of them do one after another. SIGPIPE is ignored from the first one on.
+/// threads at once. Where it has several addresses, the next is asked when one does not say. Each thread
+/// waits no longer than the settings say, but for the look-up of the host's name, which is the system's, and
+/// which all of them do one after another. SIGPIPE is ignored from the first one on.
 class Directory {
  public:
   /// Asks nothing yet. Throws UserError as checkDirectory does.
@@ -27,16 +30,21 @@ class Directory {
   };
   [[nodiscard]] Verdict judge(std::string_view login, std::string_view password);
 
-  /// What keeps operators from being judged, in a sentence; empty when nothing does.
-  [[nodiscard]] std::string fault() const;
+  /// What keeps operators from being judged, in a sentence for each address where something does.
+  [[nodiscard]] std::vector<std::string> faults() const;
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  [[nodiscard]] std::string sentenceOf(std::string_view reason) const;
+  struct Place {
+    std::string address;
+    std::atomic<Clock::rep> restsUntil = Clock::time_point::min().time_since_epoch().count();
+
+    [[nodiscard]] bool rests() const { return Clock::now().time_since_epoch().count() < restsUntil; }
+  };
 
   DirectorySettings settings_;
-  std::atomic<Clock::rep> restsUntil_;
+  std::deque<Place> places_;
 };
 
 }  // namespace vantry::server

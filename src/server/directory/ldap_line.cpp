@@ -7,8 +7,6 @@ namespace vantry::server {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr const char* authoritiesOfSystem = "/etc/ssl/certs/ca-certificates.crt";
 
 /// What the library has allocated.
@@ -93,12 +91,12 @@ bool isEntryName(const std::string& name) {
   return isOne;
 }
 
-LdapLine::LdapLine(const DirectorySettings& settings)
-    : end_(Clock::now() + std::chrono::seconds(settings.limit)),
+LdapLine::LdapLine(const DirectorySettings& settings, const std::string& address, Clock::time_point end)
+    : end_(end),
       limit_(end_),
       onConnection_{.lc_add = beginConnection, .lc_del = endConnection, .lc_arg = &limit_} {
   LDAP* made = nullptr;
-  const int code = ldap_initialize(&made, settings.address.c_str());
+  const int code = ldap_initialize(&made, address.c_str());
   line_.reset(made);
   need(code);
   constexpr int demand = LDAP_OPT_X_TLS_DEMAND;
@@ -111,7 +109,7 @@ LdapLine::LdapLine(const DirectorySettings& settings)
       settings.authority.empty() ? authoritiesOfSystem : settings.authority.c_str());
   set(LDAP_OPT_X_TLS_NEWCTX, &asClient);
   limitNextStep();
-  if (settings.address.starts_with("ldap://")) need(ldap_start_tls_s(line_.get(), nullptr, nullptr));
+  if (address.starts_with("ldap://")) need(ldap_start_tls_s(line_.get(), nullptr, nullptr));
 }
 
 bool LdapLine::isLetIn(const std::string& entry, std::string_view password) {

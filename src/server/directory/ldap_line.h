@@ -33,10 +33,13 @@ void prepareLdap();
 [[nodiscard]] bool isEntryName(const std::string& name);
 
 /// One line to the directory, protected unless the settings say otherwise. All that is done on it has to be
-/// done within the limit of the settings. Everything throws DirectoryFault.
+/// done before `end`. Everything throws DirectoryFault.
 class LdapLine {
  public:
-  explicit LdapLine(const DirectorySettings& settings);
+  using Clock = std::chrono::steady_clock;
+
+  /// `address` is one of those of the settings.
+  LdapLine(const DirectorySettings& settings, const std::string& address, Clock::time_point end);
   LdapLine(const LdapLine&) = delete;
   LdapLine& operator=(const LdapLine&) = delete;
 
@@ -67,7 +70,7 @@ class LdapLine {
   void need(int code);
   [[noreturn]] void fail(int code);
 
-  std::chrono::steady_clock::time_point end_;
+  Clock::time_point end_;
   ConnectionLimit limit_;
   ldap_conncb onConnection_;
   std::unique_ptr<LDAP, Unbind> line_;

@@ -101,13 +101,6 @@ std::string plainText(std::string text) {
   return text;
 }
 
-bool isUtf8(std::string_view text) {
-  while (!text.empty()) {
-    if (takeCharacter(text) == noCharacter) return false;
-  }
-  return true;
-}
-
 class FileReader {
  public:
   explicit FileReader(std::string path) : path_(std::move(path)) {}

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 
 #include <CLI/CLI.hpp>
 
@@ -60,7 +61,7 @@ void lookAtDirectory(const DirectorySettings& directory, bool isNeeded, std::vec
     return;
   }
   try {
-    if (const std::string fault = Directory(directory).fault(); !fault.empty()) found.push_back(fault);
+    std::ranges::move(Directory(directory).faults(), std::back_inserter(found));
   } catch (const UserError& error) {
     found.emplace_back(error.what());
   }

@@ -152,7 +152,7 @@ void describeDirectorySettings(CLI::App& app, DirectorySettings& directory) {
   constexpr const char* group = "The directory of the house";
   app.add_option("--directory", directory.address,
                  "ldap://host, which has to speak StartTLS, or ldaps://host; operators may have their "
-                 "passwords there")
+                 "passwords there. Of several, parted by blanks, the next is asked when one does not answer")
       ->group(group);
   app.add_flag("--directory-plain", directory.plain, "Speak no TLS to a directory on this machine")
       ->group(group);
@@ -170,7 +170,8 @@ void describeDirectorySettings(CLI::App& app, DirectorySettings& directory) {
       ->group(group);
   app.add_option("--directory-password-file", directory.passwordFile, "File whose first line is its password")
       ->group(group);
-  app.add_option("--directory-limit", directory.limit, "Seconds in which it has to answer")
+  app.add_option("--directory-limit", directory.limit,
+                 "Seconds in which it has to answer, at whatever address")
       ->check(CLI::Range(1, 20))
       ->capture_default_str()
       ->group(group);

@@ -119,8 +119,9 @@ void tell(const SetupPlan& plan, const std::vector<std::string>& done, const std
 void tryDirectory(DirectorySettings directory, int limit) {
   if (directory.address.empty()) return;
   directory.limit = limit;
-  const std::string fault = Directory(directory).fault();
-  std::cout << (fault.empty() ? "The directory answers." : fault) << '\n';
+  const std::vector<std::string> faults = Directory(directory).faults();
+  for (const std::string& each : faults) std::cout << each << '\n';
+  if (faults.empty()) std::cout << "The directory answers.\n";
 }
 
 void setUp(const Site& site, const SetupCommand& command) {

@@ -103,12 +103,17 @@ void addCard(Reply& reply, const FoundCard& card) {
       .set(tags::BST, card.status);
 }
 
-std::int64_t addPatrons(Context& context, const IdSelect& ids, Reply& reply) {
-  const bool showsNumbers = holdsAnyRight(context.db, context.session, numberRights);
-  visitPatronsAmong(context.db, ids, [&](const FoundPatron& row) {
+/// Adds one patron after the other, with the numbers only where the operator may see them.
+auto patronAdder(Context& context, Reply& reply) {
+  return [&reply,
+          showsNumbers = holdsAnyRight(context.db, context.session, numberRights)](const FoundPatron& row) {
     addCard(reply, row.card);
     if (showsNumbers) reply.set(tags::PSSN, row.socialNumber).set(tags::PIID, row.institutionId);
-  });
+  };
+}
+
+std::int64_t addPatrons(Context& context, const IdSelect& ids, Reply& reply) {
+  visitPatronsAmong(context.db, ids, patronAdder(context, reply));
   return reply.recordCount();
 }
 
@@ -190,12 +195,12 @@ bool asksForCards(const FindQuestion& question) {
 }
 
 Reply cardsReply(Context& context, const FindQuestion& question) {
-  const std::string_view text = question.terms.front().value;
-  std::ignore = valuesOf(*findCriterion(FindSubject::Patrons, patronBarcode), text);
+  const CardQuestion cards{question.terms.front().value, question.most, question.longest};
+  std::ignore = valuesOf(*findCriterion(FindSubject::Patrons, patronBarcode), cards.text);
   Reply reply;
-  visitCards(context.db, text, question.most, [&](const FoundCard& card) { addCard(reply, card); });
+  visitCards(context.db, cards, patronAdder(context, reply));
   const bool isCut = reply.recordCount() == question.most;
-  return reply.head(tags::SRCHCNT, isCut ? countCards(context.db, text) : reply.recordCount());
+  return reply.head(tags::SRCHCNT, isCut ? countCards(context.db, cards) : reply.recordCount());
 }
 
 Reply find(Context& context, const Message& message) {
@@ -211,7 +216,7 @@ Reply find(Context& context, const Message& message) {
     return Reply(rc::noRight);
   if (asksForCards(question)) return cardsReply(context, question);
   Reply reply;
-  const FindSearch search(context.db, question);
+  FindSearch search(context.db, question);
   const std::int64_t told = subject.add(context, search.page(), reply);
   return reply.head(tags::SRCHCNT, search.count(told));
 }

@@ -7,6 +7,7 @@
 #include "server/desk/booking_store.h"
 #include "server/desk/patron_store.h"
 #include "server/desk/policy_store.h"
+#include "server/desk/staff_store.h"
 #include "server/requests/booking_message.h"
 #include "words/tags.h"
 
@@ -56,8 +57,10 @@ Reply validatePatron(Context& context, const Message& message) {
 }
 
 Reply patronBarcodes(Context& context, const Message& message) {
+  const std::int64_t patron = message.number(tags::PID);
+  if (!hasPatron(context.db, patron)) return Reply(rc::notFound);
   Reply reply;
-  for (const PatronCard& card : cardsOf(context.db, message.number(tags::PID))) {
+  for (const PatronCard& card : cardsOf(context.db, patron)) {
     reply.record()
         .set(tags::BNO, card.barcode)
         .set(tags::BST, card.status)

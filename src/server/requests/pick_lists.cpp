@@ -33,15 +33,11 @@ Reply& addHead(Reply& reply, const PickRow& row) {
       .set(tags::ETY, row.type);
 }
 
-Reply piecesToFetch(Context& context, const Message& message) {
+Reply equipmentPickList(Context& context, const Message& message) {
   Reply reply;
-  visitPiecesToFetch(context.db, watchedDesks(context, message), spanOf(message),
-                     [&](const PickedPiece& row) {
-                       addHead(reply, row)
-                           .set(tags::ENO, row.number)
-                           .set(tags::EQBAR, row.barcode)
-                           .set(tags::EQIR, row.room);
-                     });
+  for (const PickedPiece& row : piecesToFetch(context.db, watchedDesks(context, message), spanOf(message))) {
+    addHead(reply, row).set(tags::ENO, row.number).set(tags::EQBAR, row.barcode).set(tags::EQIR, row.room);
+  }
   return reply;
 }
 
@@ -49,9 +45,9 @@ void setKey(Reply& reply, std::string_view tag, std::int64_t key) {
   if (key != 0) reply.set(tag, key);
 }
 
-Reply itemsToFetch(Context& context, const Message& message) {
+Reply itemPickList(Context& context, const Message& message) {
   Reply reply;
-  visitItemsToFetch(context.db, watchedDesks(context, message), spanOf(message), [&](const PickedItem& row) {
+  for (const PickedItem& row : itemsToFetch(context.db, watchedDesks(context, message), spanOf(message))) {
     addHead(reply, row)
         .set(tags::NTTL, row.searchTitle)
         .set(tags::MBIBT, row.title)
@@ -64,13 +60,13 @@ Reply itemsToFetch(Context& context, const Message& message) {
     setKey(reply, tags::BI, row.titleId);
     setKey(reply, tags::MI, row.holdingId);
     setKey(reply, tags::IM, row.itemId);
-  });
+  }
   return reply;
 }
 
 constexpr std::array rows{
-    HandlerRow{"GEPL", piecesToFetch},
-    HandlerRow{"GIPL", itemsToFetch},
+    HandlerRow{"GEPL", equipmentPickList},
+    HandlerRow{"GIPL", itemPickList},
 };
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <csv.h>
 #include <unicode/unistr.h>
-#include <unicode/ustring.h>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +14,7 @@
 #include "server/base/user_error.h"
 #include "server/setup/csv_text.h"
 #include "server/setup/table_cells.h"
+#include "words/utf8.h"
 
 namespace vantry::server {
 
@@ -32,12 +32,6 @@ std::string contentOf(const std::string& path) {
   text << file.rdbuf();
   if (file.bad()) throw UserError("The file \"" + path + "\" cannot be read to its end.");
   return std::move(text).str();
-}
-
-bool isUtf8(std::string_view text) {
-  UErrorCode code = U_ZERO_ERROR;
-  u_strFromUTF8(nullptr, 0, nullptr, text.data(), static_cast<std::int32_t>(text.size()), &code);
-  return code != U_INVALID_CHAR_FOUND;
 }
 
 /// The text in UTF-8, without the mark at its beginning.

@@ -66,21 +66,39 @@ std::string bytewise(Connection& db, std::string_view column) {
   return std::string(column) + (plain ? "" : " collate \"C\"");
 }
 
-/// Other databases know no other way.
-static void setPlanning(Connection& db, const char* plans, const char* otherJoins) {
+namespace {
+
+/// How PostgreSQL plans. SQLite knows one way only.
+struct Planning {
+  const char* cache;
+  const char* otherJoins;  ///< than one by one
+  const char* reordered;   ///< of joins of up to so many tables every order is tried
+};
+
+void setPlanning(Connection& db, const Planning& planning) {
   if (db.dialect().kind == Dialect::Kind::Sqlite) return;
   Query query(db,
-              "select set_config('plan_cache_mode', :plans, true), set_config('enable_hashjoin', :others, "
-              "true), set_config('enable_mergejoin', :others, true)");
-  query.bind("plans", plans).bind("others", otherJoins).later();
+              "select set_config('plan_cache_mode', :cache, true), set_config('enable_hashjoin', :others, "
+              "true), set_config('enable_mergejoin', :others, true), set_config('join_collapse_limit', "
+              ":reordered, true)");
+  query.bind("cache", planning.cache).bind("others", planning.otherJoins);
+  query.bind("reordered", planning.reordered).later();
 }
 
+constexpr const char* usual = "8";
+
+}  // namespace
+
 void planForSearch(Connection& db) {
-  setPlanning(db, "force_custom_plan", "off");
+  setPlanning(db, {.cache = "force_custom_plan", .otherJoins = "off", .reordered = "1"});
+}
+
+void planByIndexes(Connection& db) {
+  setPlanning(db, {.cache = "force_generic_plan", .otherJoins = "off", .reordered = usual});
 }
 
 void planAsUsual(Connection& db) {
-  setPlanning(db, "force_generic_plan", "on");
+  setPlanning(db, {.cache = "force_generic_plan", .otherJoins = "on", .reordered = usual});
 }
 
 std::string keysIn(Connection& db, std::string_view name) {

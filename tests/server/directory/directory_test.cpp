@@ -84,7 +84,8 @@ TEST_F(DirectoryTest, IsAwayWhereItCannotBeAskedSafely) {
     settings.plain = each.plain;
     settings.limit = 1;
     Directory directory(settings);
-    const std::string fault = directory.fault();
+    const std::vector<std::string> faults = directory.faults();
+    const std::string fault = faults.empty() ? "" : faults.front();
     const bool isSound = *each.reason == '\0';
     EXPECT_EQ(directory.judge("all", "house-all"), isSound ? Verdict::Right : Verdict::Away) << each.address;
     EXPECT_EQ(fault.empty(), isSound) << fault;
@@ -111,15 +112,44 @@ TEST_F(DirectoryTest, IsAskedAgainAsSoonAsItIsBack) {
   while (behind.judge("all", "house-all") == Verdict::Away) std::this_thread::yield();
 }
 
+TEST_F(DirectoryTest, TheNextAddressIsAskedWithinOneLimit) {
+  const test::Slapd second;
+  SilentProxy silent(slapd->port());
+  silent.beSilent(true);
+  const std::string gone = slapd->address();
+  const std::string quiet = "ldap://127.0.0.1:" + std::to_string(silent.port());
+  slapd->stop();
+  DirectorySettings settings = second.byName();
+  const struct {
+    std::string addresses;
+    Verdict verdict;
+    std::size_t faults;
+  } cases[] = {
+      {gone + ' ' + second.address(), Verdict::Right, 1},
+      {second.address() + ", " + gone, Verdict::Right, 1},
+      {quiet + ' ' + gone + ' ' + second.sealedAddress(), Verdict::Right, 2},
+      {quiet + ' ' + gone, Verdict::Away, 2},
+  };
+  for (const auto& each : cases) {
+    settings.address = each.addresses;
+    Directory directory(settings);
+    EXPECT_EQ(directory.judge("all", "house-all"), each.verdict) << each.addresses;
+    EXPECT_EQ(directory.faults().size(), each.faults) << each.addresses;
+  }
+  settings.address = gone + ' ' + second.address();
+  EXPECT_EQ(Directory(settings).judge("all", "house-view"), Verdict::Wrong);
+}
+
 TEST(DirectorySettings, AreRefusedWhereNobodyCouldBeAskedByThem) {
   const std::string host = "ldap://host:389";
   const std::string name = "uid={login},dc=example";
-  EXPECT_NO_THROW(checkDirectory({.address = host, .name = name}));
+  EXPECT_NO_THROW(checkDirectory({.address = "ldap://one ldaps://two,ldap://[::1]:389", .name = name}));
   EXPECT_NO_THROW(checkDirectory({.address = "ldap://127.0.0.1", .plain = true, .base = "dc=example"}));
   const DirectorySettings faulty[] = {
       {.address = "https://host", .name = name},
       {.address = "ldap://", .name = name},
-      {.address = "ldap://one ldap://two", .name = name},
+      {.address = "ldap://one https://two", .name = name},
+      {.address = "ldap://127.0.0.1 ldap://two", .plain = true, .name = name},
       {.address = host, .plain = true, .name = name},
       {.address = "ldap://127.example.org", .plain = true, .name = name},
       {.address = host},

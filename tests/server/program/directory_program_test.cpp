@@ -54,8 +54,8 @@ TEST_F(DirectoryProgram, TheDoctorTriesItAndMissesALocalOperator) {
   std::ofstream(config) << "database = \"" << database << "\"\n";
   EXPECT_THAT(command("operator by-directory dana").text, HasSubstr("No directory is set"));
   std::ofstream(config, std::ios::app)
-      << "directory = \"" << settings.address << "\"\ndirectory-authority = \"" << settings.authority
-      << "\"\ndirectory-name = \"" << settings.name << "\"\n";
+      << "directory = \"" << settings.address << ' ' << settings.address << "\"\ndirectory-authority = \""
+      << settings.authority << "\"\ndirectory-name = \"" << settings.name << "\"\n";
   const char* alone = "Every operator with rights logs on by the directory";
   const char* away = "cannot be asked: Can't contact LDAP server";
   EXPECT_THAT(command("doctor").text, testing::AllOf(Not(HasSubstr(alone)), Not(HasSubstr(away))));

@@ -82,6 +82,11 @@ constexpr NotRun notRun[] = {
     {"cd ~/practice", "the test has a folder of its own"},
     {"export VANTRY_CONFIG=", "holds for a whole terminal, so every command of the test has it"},
     {"cp /usr/share/vantry/books/files/", "the files are taken from the pages themselves"},
+    {"sudo install ", "writes to /etc"},
+    {"sudo nano ", "is an editor"},
+    {"sudo -u postgres ", "needs a PostgreSQL of the system"},
+    {"sudo --preserve-env=VANTRY_DATABASE ", "needs a PostgreSQL of the system"},
+    {"export VANTRY_DATABASE=", "is for the line behind it"},
     {"systemctl ", "needs systemd as the first process"},
     {"journalctl ", "needs systemd as the first process"},
 };

@@ -33,8 +33,10 @@ constexpr const char* content[] = {
     "insert into staff (patron_id, active) values (5, 1), (6, 1)",
     "update patrons set first_name = 'Zoë', middle_name = 'd''Arc', last_name = 'Núñez', social_number = "
     "'900-12-0001', institution_id = 'U-77' where id = 2",
-    "insert into patrons (id, last_name, first_name, search_name, withheld) values (7, 'Quiet', 'Quentin', "
-    "'', 1)",
+    "insert into patrons (id, last_name, first_name, middle_name, search_name, withheld) values (7, 'Quiet', "
+    "'Quentin', 'Q', '', 1)",
+    "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) values (7, 1, 'P700', 1)",
+    "insert into equipment_barcodes (equipment_id, barcode, status_id) values (5, 'E5', 1)",
     // Over: of today, of another day, and one of a requester who is withheld. Out: one. Of the other library:
     // one.
     "insert into bookings (id, location_id, booking_type, status, patron_id, patron_group_id, starts_at, "
@@ -153,6 +155,10 @@ TEST_P(Find, FindsByEachCriterion) {
       {bookings, "23=d'a?", "12"},
       {bookings, "24=zoe", "12"},
       {bookings, "22=quiet", ""},
+      {bookings, "10 22=quiet", ""},
+      {bookings, "23=q", ""},
+      {bookings, "24=quentin", ""},
+      {bookings, "29=P700", ""},
       {bookings, "29=P100", "14,11"},
       {bookings, "29=P2?", "12"},
       {equipment, "1=1", "8,1,2,6"},
@@ -184,6 +190,8 @@ TEST_P(Find, FindsByEachCriterion) {
       {groups, "4=1 12=3", "5"},
       {groups, "6=8", "5"},
       {groups, "17=E1", ""},
+      {groups, "17=E5", "5"},
+      {"SRCHFOR=3; SRCHLOC=6", "", "5"},
       {"SRCHFOR=3; SRCHLOC=4", "", "5"},
       {"SRCHFOR=3; SRCHLOC=3", "", ""},
       {rooms, "21=1", "1,2,4"},
@@ -251,7 +259,7 @@ TEST_P(Find, TellsWhatTheListsShow) {
       find(equipment, "2=tv3").text(),
       "0|SRCHCNT=1|BNO=E6 EID=6 ENO=TV3 ETI=1 GRPNA=SET1 GRPNO=SET1 LNA=Main Desk RNM=Store STY=Charged");
   EXPECT_EQ(find(groups, "").text(),
-            "0|SRCHCNT=1|EID=5 ENO=SET1 ETI=3 LNA=Main Desk MNC=On a trolley. RNM=Store STY=Charged");
+            "0|SRCHCNT=1|BNO=E5 EID=5 ENO=SET1 ETI=3 LNA=Main Desk MNC=On a trolley. RNM=Store STY=Charged");
   EXPECT_EQ(find(rooms, "16=1").text(),
             "0|SRCHCNT=1|LNA=Main Desk RCA=40 RID=2 RNM=Classroom B RNO=102 RTI=1 STY=Equipment Faulty");
   EXPECT_EQ(find(maintenance, "16=1").text(),
@@ -262,14 +270,27 @@ TEST_P(Find, TellsWhatTheListsShow) {
   EXPECT_EQ(find(bookings, "7=2026-03-04").first("REQ"), "-1") << "the requester is withheld by now";
 }
 
+TEST_P(Find, ARoomIsFreeByTheRulesOfTheAvailability) {
+  library().execute(
+      "insert into room_statuses (room_id, status_id, applied_at) select 4, min(id), 0 from status_types "
+      "where "
+      "effect = 3");
+  library().execute("update bookings set room_id = 1, room_charged_at = 1772409600 where id = 14");
+  EXPECT_EQ(find(rooms, "25=2026-03-02_09:00:00").all("RID"), "2") << "1 is not back, 4 is closed";
+  EXPECT_EQ(find(rooms, "25=2026-03-04_09:00:00").all("RID"), "1,2") << "by then it is back";
+}
+
 TEST_P(Find, ShowsToEachOperatorWhatTheyMaySee) {
   // The clerk may only look at bookings.
   EXPECT_EQ(find(bookings, "10", "AND", "clerk").all("BOOKID"), "14,12,11,16,13") << "without history";
   EXPECT_EQ(find(equipment, "", "AND", "clerk").rc, 0);
   EXPECT_EQ(find(maintenance, "", "AND", "clerk").rc, -96);
-  const Got nunez = find(patrons, "22=nunez", "AND", "clerk");
-  EXPECT_EQ(nunez.first("PID"), "2");
-  EXPECT_EQ(nunez.first("PSSN") + nunez.first("PIID"), "");
+  for (const char* nunez : {"22=nunez", "17=P200"}) {
+    const Got told = find(patrons, nunez, "AND", "clerk");
+    EXPECT_EQ(told.first("PID") + told.first("PSSN") + told.first("PIID"), "2") << nunez;
+    const Got all = find(patrons, nunez);
+    EXPECT_EQ(all.first("PSSN") + all.first("PIID"), "900-12-0001U-77") << nunez;
+  }
   for (const char* number : {"19=900?", "20=U?", "22=nunez 20=U?"})
     EXPECT_EQ(find(patrons, number, "OR", "clerk").rc, -96) << number;
   library().execute("delete from operator_rights where operator_id = 3");
@@ -332,7 +353,7 @@ TEST_P(Find, TellsTheFirstHitsAndCountsAll) {
   EXPECT_EQ(count(send(bookings, "10")), "0|SRCHCNT=6");
   EXPECT_EQ(count(send(bookings, "1=1 12=1", "OR")), "0|SRCHCNT=3");
   EXPECT_EQ(count(send(equipment, "")), "0|SRCHCNT=9");
-  EXPECT_EQ(count(send(patrons, "17=P?")), "0|SRCHCNT=7") << "cards";
+  EXPECT_EQ(count(send(patrons, "17=P?")), "0|SRCHCNT=8") << "cards";
   EXPECT_EQ(library().sendTo(few, "FIND", tagsOf("4=1") + equipment).all("ENO"), "CAM1,PRJ1");
 }
 
@@ -343,7 +364,12 @@ TEST_P(Find, EndsWhatTakesTooLongWithACodeOfItsOwn) {
       "from n where i < 20000) select 'Crowd', 'crowd' from n");
   RequestRunner hasty(library().database(), library().clock(), HashCost::Quick,
                       {.longest = std::chrono::milliseconds(-1)});
-  EXPECT_EQ(library().sendTo(hasty, "FIND", std::string(patrons) + "; SRCHOP=").text(), "-94|");
+  library().execute(
+      "insert into patron_barcodes (patron_id, barcode, patron_group_id, status_id) select id, 'Q' || id, 1, "
+      "1 "
+      "from patrons where search_name = 'crowd'");
+  for (const char* wide : {"", "17=Q?"})
+    EXPECT_EQ(library().sendTo(hasty, "FIND", tagsOf(wide) + patrons + "; SRCHOP=").text(), "-94|") << wide;
   EXPECT_EQ(find(patrons, "22=crowd").first("SRCHCNT"), "20000") << "the limit is gone with the search";
 }
 

@@ -345,7 +345,8 @@ TEST_P(MonitorRequests, PickListsAreInTheOrderOfTheWay) {
   execute("update equipment set room_id = 6, location_id = 2 where id = 3");
   execute("insert into policy_locations (policy_id, location_id) select 2, 2");
   execute("update policy_locations set security = 1");
-  execute("update holdings set search_call_number = 'a 1' where id = 3");
+  execute("update holdings set call_number = 'QE 60 .B2', search_call_number = 'qe 60 .b2' where id = 3");
+  execute("update items set enumeration = 'v.1', chronology = '2024' where id = 1");
   const std::string first =
       save(times(2, "10:00", "11:00"), std::string("EID=3; EID=1; ") + film1 + "; MTID=1; BI=1; MI=0; IM=0");
   save(times(2, "12:00", "13:00"), "EID=1; MTID=2; BI=2; MI=3; IM=4");
@@ -376,6 +377,8 @@ TEST_P(MonitorRequests, PickListsAreInTheOrderOfTheWay) {
                                                                       {"MBIBT", "Volcanoes"},
                                                                       {"NCN", "qe 521"},
                                                                       {"CN", "QE 521"},
+                                                                      {"EN", "v.1"},
+                                                                      {"CH", "2024"},
                                                                       {"LNA", "Main Desk"},
                                                                       {"BNO", "M1"},
                                                                       {"MDSC", "Film"},

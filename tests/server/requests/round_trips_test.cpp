@@ -74,6 +74,7 @@ TEST_P(RoundTrips, AreFew) {
   ask("VEUL", "BOOKID=0; PGID=1; BTID=3; " + at + "; EID=1", 3);
   ask("VALIAVL", "BOOKID=0; LOC=1; PGID=1; " + at, 3);
   ask("VALEAVL", "BOOKID=0; LOC=1; PGID=1; " + at + "; EID=1", 4);
+  ask("GECN", "LOC=1; DHRS=24; RHRS=24; PHRS=24", 8);
 }
 
 }  // namespace

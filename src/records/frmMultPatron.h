@@ -1,7 +1,7 @@
 #pragma once
 
-#include "booking/modBooking_patrons.h"
 #include "lists/reply_list.h"
+#include "records/patron_look_up.h"
 
 namespace vantry {
 

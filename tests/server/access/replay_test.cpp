@@ -60,7 +60,7 @@ TEST_P(ReplayTest, ItBelongsToOneOperatorAndToOneCode) {
   EXPECT_EQ(client->send("CANBK", {{"BOOKID", "1"}}, "once").rc, 0);
   EXPECT_EQ(client->send("DELBK", {{"BOOKID", "1"}}, "once").status, 400);
   EXPECT_EQ(value("select count(*) from bookings"), "1");
-  EXPECT_EQ(this->client("view")->send("CANBK", {{"BOOKID", "1"}}, "once").rc, -96) << "his own answer";
+  EXPECT_EQ(this->client("view")->send("CANBK", {{"BOOKID", "1"}}, "once").rc, -96) << "their own answer";
 }
 
 TEST_P(ReplayTest, OtherTagsUnderAnIdAreRefusedAndNotAnsweredWithTheFirstReply) {

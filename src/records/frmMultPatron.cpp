@@ -1,4 +1,4 @@
-#include "booking/frmMultPatron.h"
+#include "records/frmMultPatron.h"
 
 #include "platform/text.h"
 #include "platform/wiring.h"
