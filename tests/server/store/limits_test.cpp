@@ -1,5 +1,10 @@
 // What ends when others hold on to it: connections, turns, a file that is not there any more.
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -245,6 +250,40 @@ TEST_F(LostServer, AFullDiskIsAFailureAndNoWait) {
     db.run("do 'begin raise exception using errcode = ''disk_full''; end'");
   };
   EXPECT_EQ(errorOf([&] { database.write(fill); }), StoreError::Kind::Failed);
+}
+
+using Keepalive = std::array<int, 4>;
+
+/// Of each socket of this process that is connected to that port: the seconds of silence before a probe and
+/// between two of them, how many may be lost, and the milliseconds that what was sent may wait.
+std::set<Keepalive> keepalivesTo(int port) {
+  std::set<Keepalive> found;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    const int handle = std::stoi(entry.path().filename());
+    sockaddr_in peer{};
+    socklen_t size = sizeof peer;
+    if (getpeername(handle, reinterpret_cast<sockaddr*>(&peer), &size) != 0) continue;
+    if (peer.sin_family != AF_INET || ntohs(peer.sin_port) != port) continue;
+    const auto option = [&](int level, int name) {
+      int value = 0;
+      socklen_t length = sizeof value;
+      return getsockopt(handle, level, name, &value, &length) == 0 ? value : -1;
+    };
+    EXPECT_EQ(option(SOL_SOCKET, SO_KEEPALIVE), 1);
+    found.insert({option(IPPROTO_TCP, TCP_KEEPIDLE), option(IPPROTO_TCP, TCP_KEEPINTVL),
+                  option(IPPROTO_TCP, TCP_KEEPCNT), option(IPPROTO_TCP, TCP_USER_TIMEOUT)});
+  }
+  return found;
+}
+
+TEST_F(LostServer, ItsVanishedHostIsNoticedByProbesUnlessTheAddressSaysOtherwise) {
+  SilentProxy proxy(portOf(store->url()));
+  const std::string url = throughPort(store->url(), proxy.port());
+  for (const auto& [given, expected] : {std::pair{"", Keepalive{10, 5, 3, 20'000}},
+                                        std::pair{"&keepalives_idle=60", Keepalive{60, 5, 3, 20'000}}}) {
+    const Database database(url + given);
+    EXPECT_EQ(keepalivesTo(proxy.port()), std::set{expected}) << given;
+  }
 }
 
 /// As if its process were stopped: it holds the turn and does nothing.
