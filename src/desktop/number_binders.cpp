@@ -73,12 +73,12 @@ class LineBinderOf : public TypedBinder {
 };
 
 template <>
-QString LineBinderOf<CurrencyField>::shown() const {
-  return unreadable().isEmpty() ? qt(field_.Text()) : unreadable();
-}
-template <>
 QString LineBinderOf<CurrencyField>::unreadable() const {
   return qt(field_.Unreadable());
+}
+template <>
+QString LineBinderOf<CurrencyField>::shown() const {
+  return unreadable().isEmpty() ? qt(field_.Text()) : unreadable();
 }
 template <>
 QString LineBinderOf<MaskedField>::shown() const {

@@ -75,7 +75,7 @@ TEST_F(EditorPlace, AnotherOptionLeavesNoStaleRoom) {
 
 TEST_F(EditorPlace, AGenericRoomAndASpecificOneExcludeEachOther) {
   app.context.locationId = "4";
-  expectRoomInfo([](frmRoomInfo& info) {
+  expectRoomInfo([this](frmRoomInfo& info) {
     EXPECT_EQ(info.Caption, "Additional Room Information");
     EXPECT_EQ(info.cboRoomType.ListCount(), 2) << "nothing is delivered to a storage room";
     EXPECT_EQ(info.cboRoomType.Text() + "|" + info.cboRoomLocation.Text() + "|" + info.cboRoomEquip.Text() +
