@@ -5,6 +5,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "server/directory/directory_settings.h"
@@ -37,6 +38,8 @@ class Directory {
   using Clock = std::chrono::steady_clock;
 
   struct Place {
+    explicit Place(std::string at) : address(std::move(at)) {}
+
     std::string address;
     std::atomic<Clock::rep> restsUntil = Clock::time_point::min().time_since_epoch().count();
 
