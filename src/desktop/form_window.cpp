@@ -354,15 +354,30 @@ void FormWindow::findPlace() {
   }
 }
 
+/// What a window manager puts around the window. It tells so only some time after the window is shown; until
+/// then the frames of the other windows say what it will be.
+QSize FormWindow::frameMargin() const {
+  QSize frame = QWidget::frameSize() - size();
+  if (!frame.isNull()) return frame;
+  for (const QWidget* other : QApplication::topLevelWidgets()) {
+    if (other->isVisible()) frame = frame.expandedTo(other->frameSize() - other->size());
+  }
+  return frame;
+}
+
 /// Screens change between two days, and a window may have been left at the edge of one.
 void FormWindow::keepOnScreen() {
   if (isMaximized()) return;
   const QRect room = screenRoom();
-  const QSize frame = frameGeometry().size() - size();
+  const QSize frame = frameMargin();
   resize(size().boundedTo(room.size() - frame));
-  const QRect place = frameGeometry();
-  move(std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())),
-       std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
+  const QRect place(frameGeometry().topLeft(), size() + frame);
+  const QPoint kept(
+      std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())),
+      std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
+  // A move is one of the frame, also while only the place of the content is known: it would push the window
+  // down by its title bar each time that it opens.
+  if (kept != place.topLeft()) move(kept);
 }
 
 void FormWindow::present(bool modal) {

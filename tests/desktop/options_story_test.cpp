@@ -47,7 +47,7 @@ TEST_F(OptionsStory, TheKeyboardAloneChangesAndAppliesThem) {
     for (int i = 0; i < 6; ++i) QTest::keyClick(&tabs, Qt::Key_Right);
     EXPECT_TRUE(at<QLineEdit>(at<QWidget>(window, "txtInterval"), "qt_spinbox_lineedit").isVisible());
     write(window, "txtInterval", "100");
-    write(window, "txtRoomHours", "soon");
+    write(window, "txtRoomHours", "8");
     auto& places = at<QListView>(window, "lstBookingDeskLocation");
     const auto press = [&](int row) {
       QTest::mouseClick(places.viewport(), Qt::LeftButton, {},
@@ -60,11 +60,16 @@ TEST_F(OptionsStory, TheKeyboardAloneChangesAndAppliesThem) {
     press(0);
     EXPECT_EQ(places.selectionModel()->selectedRows().size(), 1);
     press(2);
+    answerBox("Please enter a number from 1 to 99 for Update Interval.", "OK");
+    at<QPushButton>(window, "cmdOK").click();
+    auto& interval = at<QLineEdit>(at<QWidget>(window, "txtInterval"), "qt_spinbox_lineedit");
+    EXPECT_EQ(interval.text(), "100") << "to be mended";
+    write(window, "txtInterval", "99");
     QTest::keyClick(&window, Qt::Key_Return);
   });
   EXPECT_FALSE(app().preferences.ToolTips);
   EXPECT_EQ(app().preferences.DaemonInterval, "99");
-  EXPECT_EQ(app().preferences.RoomHours, "1") << "what is no number changes nothing";
+  EXPECT_EQ(app().preferences.RoomHours, "8");
   EXPECT_EQ(app().monitorLocations, app().context.allLocations.at(1).id);
   EXPECT_EQ(sent("BOOKDAY"), 1) << "nothing that was changed concerns the day";
 }
