@@ -28,6 +28,8 @@ class Host {
   virtual void act(const std::function<void()>& event) = 0;
   /// Where a popup menu opens that the next event asks for.
   virtual void popupAt(const QPoint& position) = 0;
+  /// Milliseconds between two pictures of what changes fast, as often as the eye can follow.
+  virtual int paintInterval() const = 0;
   virtual Binder* binderOf(const Control& control) const = 0;
 };
 

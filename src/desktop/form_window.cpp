@@ -455,9 +455,13 @@ void FormWindow::flush() {
   layout()->activate();
 }
 
+int FormWindow::paintInterval() const {
+  return desktop_.paintInterval;
+}
+
 void FormWindow::paintNow(bool atOnce) {
   if (!isVisible()) return;
-  if (!atOnce && lastPaint_.isValid() && lastPaint_.elapsed() < desktop_.paintInterval) return;
+  if (!atOnce && lastPaint_.isValid() && lastPaint_.elapsed() < paintInterval()) return;
   lastPaint_.start();
   flush();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);

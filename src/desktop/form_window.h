@@ -53,6 +53,7 @@ class FormWindow : public QWidget, public Host {
   void holdSize() override;
   void act(const std::function<void()>& event) override;
   void popupAt(const QPoint& position) override { popupPosition_ = position; }
+  int paintInterval() const override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -18,8 +18,6 @@
 
 namespace vantry {
 
-/// As often as the eye can follow.
-static constexpr int kPaintInterval = 40;
 static constexpr int kSecond = 1000;
 static constexpr int kFreePanel = 2;
 
@@ -93,8 +91,8 @@ class StatusBinder : public Binder {
 
   /// The text of each record of a long reply comes here; it is shown as often as it can be seen.
   void textChanged() {
-    if (!lastPaint_.isValid() || lastPaint_.elapsed() >= kPaintInterval) return showTexts();
-    if (!later_.isActive()) later_.start(kPaintInterval);
+    if (!lastPaint_.isValid() || lastPaint_.elapsed() >= host().paintInterval()) return showTexts();
+    if (!later_.isActive()) later_.start(host().paintInterval());
   }
 
   void showTexts() {
