@@ -14,7 +14,7 @@
 namespace vantry::bench {
 namespace {
 
-/// The median time of the rounds of an action, until the window stands painted.
+/// The median time of the rounds of an action, until the window is painted.
 template <class Action>
 double medianOf(Bench& bench, Action action) {
   std::vector<double> times;
@@ -89,7 +89,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: main_views FOLDER COUNT\n");
     return 2;
   }
-  return bench::measureAtTheDesk(std::string(argv[1]) + "/year-" + argv[2] + ".sqlite",
+  return bench::measureAtTheDesk(std::string(argv[1]) + "/day-" + argv[2] + ".sqlite",
                                  bench::busyToday(argv[2]), {{"View", "1"}, {"Historical", "true"}},
                                  bench::measure);
 }

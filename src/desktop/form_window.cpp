@@ -327,7 +327,9 @@ void FormWindow::place(bool modal) {
   const QWidget* front = QApplication::activeWindow();
   const QRect around = front && front != this ? front->frameGeometry() : room;
   move(around.center() - rect().center());
-  if (form_.Resizable) desktop_.readGeometry(*this, form_);
+  // What is kept is the place of the content; a place to move to is one of the frame.
+  if (form_.Resizable && desktop_.readGeometry(*this, form_) && !isMaximized())
+    move(geometry().marginsAdded(frameMargins()).topLeft());
   if (isMaximized()) form_.WindowState.put(FormState::Maximized);
   findPlace();
 }
@@ -354,29 +356,36 @@ void FormWindow::findPlace() {
   }
 }
 
+static QMargins frameOf(const QWidget& window) {
+  const QRect outer = window.frameGeometry();
+  const QRect inner = window.geometry();
+  return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+          outer.bottom() - inner.bottom()};
+}
+
 /// What a window manager puts around the window. It tells so only some time after the window is shown; until
 /// then the frames of the other windows say what it will be.
-QSize FormWindow::frameMargin() const {
-  QSize frame = QWidget::frameSize() - size();
-  if (!frame.isNull()) return frame;
+QMargins FormWindow::frameMargins() const {
+  QMargins margins = frameOf(*this);
+  if (!margins.isNull()) return margins;
   for (const QWidget* other : QApplication::topLevelWidgets()) {
-    if (other->isVisible()) frame = frame.expandedTo(other->frameSize() - other->size());
+    if (other->isVisible()) margins = margins | frameOf(*other);
   }
-  return frame;
+  return margins;
 }
 
 /// Screens change between two days, and a window may have been left at the edge of one.
 void FormWindow::keepOnScreen() {
   if (isMaximized()) return;
   const QRect room = screenRoom();
-  const QSize frame = frameMargin();
+  const QSize frame = size().grownBy(frameMargins()) - size();
   resize(size().boundedTo(room.size() - frame));
   const QRect place(frameGeometry().topLeft(), size() + frame);
   const QPoint kept(
       std::clamp(place.left(), room.left(), std::max(room.left(), room.right() + 1 - place.width())),
       std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom() + 1 - place.height())));
-  // A move is one of the frame, also while only the place of the content is known: it would push the window
-  // down by its title bar each time that it opens.
+  // The first window's frame is not known yet. A move is one of the frame and would push the window down by
+  // its title bar each time that it opens.
   if (kept != place.topLeft()) move(kept);
 }
 

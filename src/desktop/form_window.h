@@ -73,7 +73,7 @@ class FormWindow : public QWidget, public Host {
   void enabledChanged();
   void place(bool modal);
   void keepOnScreen();
-  QSize frameMargin() const;
+  QMargins frameMargins() const;
   /// The part of the screen under the window that windows can take.
   QRect screenRoom() const;
   /// Moves the window to a place on the screen that no other window takes exactly.

@@ -30,8 +30,8 @@ class NumberBinder : public TypedBinder {
   }
 
  protected:
-  QString shown() const override { return qt(field_.isEmpty() ? field_.Unreadable() : field_.Text()); }
-  QString unreadable() const override { return qt(field_.Unreadable()); }
+  QString shown() const override { return field_.isEmpty() ? unreadable() : qt(field_.Text()); }
+  QString unreadable() const override { return field_.isEmpty() ? qt(field_.Unreadable()) : QString(); }
   bool isWhole(const QString& text) const override {
     return isNumber(utf8(text)) && QString::number(intOf(utf8(text))) == text &&
            intOf(utf8(text)) >= field_.Min() && intOf(utf8(text)) <= field_.Max();
@@ -74,7 +74,7 @@ class LineBinderOf : public TypedBinder {
 
 template <>
 QString LineBinderOf<CurrencyField>::unreadable() const {
-  return qt(field_.Unreadable());
+  return field_.isEmpty() ? qt(field_.Unreadable()) : QString();
 }
 template <>
 QString LineBinderOf<CurrencyField>::shown() const {

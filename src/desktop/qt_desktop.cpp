@@ -507,12 +507,13 @@ bool QtDesktop::isPlaceTaken(const FormWindow& window) const {
   });
 }
 
-void QtDesktop::readGeometry(QWidget& window, const Form& form) const {
-  if (geometryFile_.empty()) return;
+bool QtDesktop::readGeometry(QWidget& window, const Form& form) const {
+  if (geometryFile_.empty()) return false;
   const QSettings settings(qt(geometryFile_), QSettings::IniFormat);
   const QByteArray geometry = settings.value("Windows/" + qt(form.Name())).toByteArray();
-  if (!geometry.isEmpty()) window.restoreGeometry(geometry);
+  const bool isRestored = !geometry.isEmpty() && window.restoreGeometry(geometry);
   window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  return isRestored;
 }
 
 void QtDesktop::writeGeometry(const QWidget& window, const Form& form) const {

@@ -83,7 +83,8 @@ class QtDesktop final : public QObject, public Desktop {
   void deliverScansLater();
   /// Whether another window is exactly there.
   bool isPlaceTaken(const FormWindow& window) const;
-  void readGeometry(QWidget& window, const Form& form) const;
+  /// False where none is kept.
+  bool readGeometry(QWidget& window, const Form& form) const;
   void writeGeometry(const QWidget& window, const Form& form) const;
 
  protected:

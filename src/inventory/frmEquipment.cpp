@@ -169,7 +169,8 @@ void frmEquipment::copyEnds() {
   maintenance.unlock();
 }
 
-/// A new piece that was asked for among a group's members joins the group.
+/// A new piece that was asked for among a group's members joins the group. One that was refused has no id
+/// that a group could take.
 bool frmEquipment::saveMore(bool created) {
   if (!created || CallerView != kSourceGroupMembers || recordId().empty()) return true;
   const int rc = ask_.codeOf(

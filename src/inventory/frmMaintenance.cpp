@@ -257,7 +257,10 @@ void frmMaintenance::txtBARCODE_NO_DblClick() {
   if (window.barcode.empty() || window.barcode == kNoBarcode) return;
   const std::string barcode = upper(window.barcode);
   showQuietly([&] { txtBARCODE_NO.Text = barcode; });
-  if (!isStored()) return save();
+  if (!isStored()) {
+    save();
+    return;
+  }
   const bool stored = ask_(
       "UPDEMAINTD", {{tags::MID, recordId()}, {tags::EID, pieceId_}, {tags::BNO, txtBARCODE_NO.Text.get()}});
   if (stored) showReply(false);

@@ -273,7 +273,7 @@ void InventoryView::dropSelectedRow(std::string_view category) {
     fa.RemoveItem(fa.Row);
     rowsChanged();
   } else {
-    refill(category);  // a save has read the list anew, with no row selected
+    refill(category);  // after a save the list may have no row selected
   }
   lowerCount([category](const Category& each) { return each.id == category; });
 }

@@ -198,7 +198,9 @@ void NotesPanel::cmdRemoveNote_Click() {
 bool NotesPanel::mayClose() {
   if (Saved || !Dirty || !mayUpdate_) return true;
   if (!askBox(app_.desktop, Box::Kind::Warning, kind_.closeQuestion)) return true;
-  return mayStore() && store(cboNoteType.Text());
+  if (!mayStore()) return false;
+  static_cast<void>(store(cboNoteType.Text()));
+  return true;
 }
 
 // Rights

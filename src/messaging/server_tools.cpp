@@ -48,12 +48,15 @@ std::string ServerTools::GetControlDate(const DateField& date, const TimeField* 
 
 void ServerTools::PutControlDate(std::string_view value, DateField& date) {
   const auto moment = parseServerTime(value);
-  date.Value = moment ? std::optional(moment->date) : std::nullopt;
+  if (!moment) return date.clear();
+  date.Value = moment->date;
 }
 
 void ServerTools::PutControlTime(std::string_view value, TimeField& time) {
   const auto moment = parseServerTime(value);
-  time.Value = moment ? std::optional(moment->time) : fourDigits(trim(value));
+  const auto read = moment ? std::optional(moment->time) : fourDigits(trim(value));
+  if (!read) return time.clear();
+  time.Value = read;
 }
 
 std::string ServerTools::NextToken(int& position, std::string_view text, std::string_view delimiter) {

@@ -1,7 +1,6 @@
 #include "options/frmOptions.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "circulation/circulation_twin.h"
 #include "frame/modMain.h"
@@ -10,10 +9,6 @@
 
 namespace vantry {
 
-static constexpr frmOptions::WantedFile kWaves = {"Wave (*.wav)|*.wav", &Desktop::canPlay, kNoSound};
-static constexpr frmOptions::WantedFile kImages = {"Images (*.gif;*.jpg;*.bmp;*.ico)|*.gif;*.jpg;*.bmp;*.ico",
-                                                   &Desktop::canShow,
-                                                   "This file holds no picture that can be shown."};
 /// The place and the id of the entry that means all locations.
 static constexpr int kAllLocations = 0;
 static constexpr const char* kAllLocationsId = "0";
@@ -94,7 +89,7 @@ void frmOptions::cmdOK_Click() {
 
 void frmOptions::cmdApply_Click() {
   cmdApply.Enabled = true;
-  if (!entriesAreReadable(*this)) return;
+  if (!entriesAreGiven(*this)) return;
   app_.monitorLocations = chosenLocations();
   Preferences chosen = app_.preferences;
   pages.take(chosen);
@@ -131,12 +126,7 @@ void frmOptions::chooseColour(Property<Colour>& colour) {
 
 void frmOptions::cmdBrowse_Click(TextBox& path, const WantedFile& wanted) {
   const auto chosen = app_.desktop.chooseFile("Open", wanted.filter, path.Text.get());
-  if (!chosen) return;
-  std::error_code unreadable;  // as good as missing
-  if (!std::filesystem::is_regular_file(*chosen, unreadable))
-    return warningBox(app_.desktop, "File does not exist!");
-  if (!(app_.desktop.*wanted.isUsable)(*chosen)) return warningBox(app_.desktop, wanted.refusal);
-  path.Text = *chosen;
+  if (chosen && isUsable(app_.desktop, *chosen, wanted)) path.Text = *chosen;
 }
 
 // The locations of the Schedule Monitor

@@ -3,18 +3,13 @@
 #include "frame/app.h"
 #include "options/option_pages.h"
 #include "options/sound_page.h"
+#include "options/wanted_file.h"
 
 namespace vantry {
 
 /// The editor of the preferences, and the only writer of their store.
 class frmOptions : public Form {
  public:
-  struct WantedFile {
-    std::string_view filter;
-    bool (Desktop::*isUsable)(std::string_view file);
-    const char* refusal;
-  };
-
   explicit frmOptions(App& app);
   void Form_Load() override;
   void cmdOK_Click();

@@ -174,7 +174,8 @@ void OptionPages::makeNumber(Container& parent, const OptionRow& row, LayoutNode
   fields.children.push_back(Row{number, unit, Stretch{}});
   add({row.key,
        [&number](const std::string& text) {
-         number.Value = isNumber(text) ? std::optional(intOf(text)) : std::nullopt;
+         if (!isNumber(text)) return number.clear();
+         number.Value = intOf(text);
        },
        [&number]() -> std::optional<std::string> {
          if (!number.Value.get()) return std::nullopt;

@@ -1,8 +1,7 @@
 #include "options/sound_page.h"
 
-#include <filesystem>
-
 #include "frame/app.h"
+#include "options/wanted_file.h"
 #include "platform/text.h"
 #include "platform/wiring.h"
 
@@ -39,11 +38,6 @@ constexpr int kFilledPicture = 3;
 
 std::string keyOf(int place) {
   return "Sound" + std::to_string(place);
-}
-
-bool exists(const std::string& file) {
-  std::error_code unreadable;  // as good as none
-  return std::filesystem::is_regular_file(file, unreadable);
 }
 
 }  // namespace
@@ -133,9 +127,7 @@ void SoundPage::play() {
 /// Who asks for a sound and hears nothing is told why.
 void SoundPage::cmdPlay_Click() {
   const std::string file(trim(txtSoundFile.Text.get()));
-  if (!exists(file)) return warningBox(app_.desktop, "File does not exist!");
-  if (!app_.desktop.canPlay(file)) return warningBox(app_.desktop, kNoSound);
-  play();
+  if (isUsable(app_.desktop, file, kWaves)) app_.desktop.playSound(file);
 }
 
 }  // namespace vantry

@@ -11,8 +11,6 @@ namespace vantry {
 
 class App;
 
-inline constexpr const char* kNoSound = "This file holds no sound that can be played.";
-
 /// The page of the sounds: the program's events in a tree, and the wave file of the selected one.
 class SoundPage {
  public:

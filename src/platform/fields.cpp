@@ -21,6 +21,12 @@ std::string DateField::shortDate() const {
   return formatDate(*Value.get(), form().windows().shortDateFormat());
 }
 
+void DateField::clear() {
+  unreadable_.clear();
+  tell(Aspect::Value);
+  Value = std::nullopt;
+}
+
 void DateField::enter(std::optional<Date> date) {
   if (usable()) Value = date;
 }
@@ -58,6 +64,12 @@ std::string TimeField::text24() const {
 
 std::string TimeField::textAmPm() const {
   return isEmpty() ? std::string() : hourMinuteAmPm(*Value.get());
+}
+
+void TimeField::clear() {
+  unreadable_.clear();
+  tell(Aspect::Value);
+  Value = std::nullopt;
 }
 
 void TimeField::enter(std::optional<Time> time) {

@@ -22,6 +22,8 @@ class DateField : public Control {
   std::string shortDate() const;
   /// What was typed and is no date. The field is empty then and still shows it.
   const std::string& Unreadable() const { return unreadable_; }
+  /// Empties the field, also of text that cannot be read.
+  void clear();
 
   // The operator's actions.
   /// Sets a date; nothing empties the field.
@@ -49,6 +51,8 @@ class TimeField : public Control {
   std::string textAmPm() const;
   /// What was typed and is no time. The field is empty then and still shows it.
   const std::string& Unreadable() const { return unreadable_; }
+  /// Empties the field, also of text that cannot be read.
+  void clear();
 
   // The operator's actions.
   void enter(std::optional<Time> time);

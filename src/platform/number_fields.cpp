@@ -15,8 +15,7 @@ static constexpr std::string_view kCurrencySign = "$";
 /// Of a field whose values lie between two limits.
 static std::string wanted(std::string_view what, const std::string& least, const std::string& most,
                           const std::string& name) {
-  return "Please enter " + std::string(what) + (least.empty() ? "" : " from " + least) +
-         (least.empty() ? " up to " : " to ") + most + " for " + name + ".";
+  return "Please enter " + std::string(what) + " from " + least + " to " + most + " for " + name + ".";
 }
 
 /// The whole text as a number of figures only; nothing where it is none, or none that fits.
@@ -43,8 +42,7 @@ std::string NumberField::Text() const {
 }
 
 std::string NumberField::complaint(const std::string& name) const {
-  return wanted("a number", least_ == 0 ? std::string() : std::to_string(least_), std::to_string(most_),
-                name);
+  return wanted("a number", std::to_string(least_), std::to_string(most_), name);
 }
 
 void NumberField::type(std::string_view text) {
@@ -69,10 +67,7 @@ CurrencyField::CurrencyField(Container& parent, std::string name, std::int64_t l
 }
 
 void CurrencyField::Text(std::string_view text) {
-  if (!isNumber(text)) {
-    Value = std::nullopt;
-    return;
-  }
+  if (!isNumber(text)) return clear();
   const double hundredths = std::clamp(std::round(val(text) * static_cast<double>(kHundredths)),
                                        static_cast<double>(least_), static_cast<double>(most_));
   Value = static_cast<std::int64_t>(hundredths);
@@ -95,7 +90,7 @@ std::string CurrencyField::plain() const {
 }
 
 std::string CurrencyField::complaint(const std::string& name) const {
-  return wanted("an amount", least_ == 0 ? std::string() : amount(least_), amount(most_), name);
+  return wanted("an amount", amount(least_), amount(most_), name);
 }
 
 void CurrencyField::type(std::string_view text) {

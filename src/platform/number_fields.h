@@ -18,6 +18,8 @@ class NumericField : public Control {
   Event Change;
 
   virtual bool isEmpty() const = 0;
+  /// Empties the field, also of text that cannot be read.
+  virtual void clear() = 0;
   /// What was typed and is no number that the field takes.
   const std::string& Unreadable() const { return unreadable_; }
   /// What the operator is told of such text in a field of this name.
@@ -52,6 +54,7 @@ class NumberField : public NumericField {
   int number() const { return Value.get().value_or(0); }
   std::string Text() const;
   bool isEmpty() const override { return !Value.get().has_value(); }
+  void clear() override { take(Value, {}, {}); }
   std::string complaint(const std::string& name) const override;
 
   // The operator's actions.
@@ -73,6 +76,7 @@ class CurrencyField : public NumericField {
   Property<std::optional<std::int64_t>> Value{*this, Aspect::Value};  ///< in hundredths
 
   bool isEmpty() const override { return !Value.get().has_value(); }
+  void clear() override { take(Value, {}, {}); }
   std::string complaint(const std::string& name) const override;
   /// Shows an amount from elsewhere: it is rounded to hundredths and kept within the limits. Text that is
   /// none empties the field.

@@ -20,7 +20,7 @@ class TabStrip : public Control {
   /// Counted from 0.
   Property<int> SelectedTab{*this, Aspect::Selection, 0};
   Event Click;
-  /// The frames of which each tab shows one; empty where tabs stand for something else.
+  /// The frames of which each tab shows one; empty where the tabs show no frames.
   std::vector<const Frame*> Pages;
 
   void addTab(std::string caption, std::string toolTip = {}) {

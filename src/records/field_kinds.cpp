@@ -78,7 +78,8 @@ const FieldKind kKinds[] = {
     {ControlKind::SpinTimeField, showTime, timeText, timeText, lock<SpinTimeField>, onChange<TimeField>},
     {ControlKind::NumberField,
      [](Control& c, const std::string& value) {
-       as<NumberField>(c).Value = value.empty() ? std::nullopt : std::optional(intOf(value));
+       if (value.empty()) return as<NumberField>(c).clear();
+       as<NumberField>(c).Value = intOf(value);
      },
      [](const Control& c) { return as<NumberField>(c).Text(); },
      [](const Control& c) { return as<NumberField>(c).Text(); }, lock<NumberField>, onChange<NumberField>},

@@ -65,9 +65,11 @@ void RecordWindow::showQuietly(const std::function<void()>& change) {
   loading_ = before;
 }
 
-void RecordWindow::save() {
+bool RecordWindow::save() {
   SaveOk = false;
-  if (leaveField() && entriesAreReadable(*this)) Save();
+  if (!leaveField() || !entriesAreReadable(*this)) return false;
+  Save();
+  return true;
 }
 
 void RecordWindow::saveAndClose() {
@@ -93,7 +95,9 @@ bool RecordWindow::Form_Unload() {
   if (Closing || SaveOk || !Dirty || !app_.context.rights.has(rightsOf(kind_.subject).update)) return true;
   const CloseRule& rule = kind_.close;
   if (!askBox(app_.desktop, rule.box, std::string(rule.question))) return true;
-  if (commands.save.usable()) save();  // else the changes cannot be saved any more, as after a failed save
+  // What cannot be read only the operator can mend. A command that is off cannot save any more, as after a
+  // failed save.
+  if (commands.save.usable() && !save()) return false;
   return SaveOk || !rule.staysOnFailedSave;
 }
 

@@ -92,8 +92,9 @@ class RecordWindow : public Form {
   /// Merges equal cells of the window's grids, or no longer.
   virtual void merge(bool on) = 0;
 
-  /// Saves as a command does: the field that is being edited is left first, with its checks.
-  void save();
+  /// Saves as a command does: the field that is being edited is left first, with its checks. False when an
+  /// entry has to be mended before.
+  bool save();
   void saveAndClose();
   void saveAndNew();
   /// Closes without a question.

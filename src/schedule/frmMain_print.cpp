@@ -1,6 +1,4 @@
 // The print commands of the main window.
-#include <algorithm>
-
 #include "records/record_window.h"
 #include "records/records.h"
 #include "reports/list_report.h"
@@ -29,11 +27,8 @@ void frmMain::mnuFilePrintDetailAll_Click() {
   const ReplyList* list = visibleList();
   if (!list) return;
   std::vector<std::string> ids;
-  for (int row = list->grid().FixedRows; row < list->grid().Rows; ++row) {
-    // A booking has a row for each of its ways, and for each of its conflicts.
-    const std::string& id = list->text(row, kIdColumn);
-    if (std::ranges::find(ids, id) == ids.end()) ids.push_back(id);
-  }
+  for (int row = list->grid().FixedRows; row < list->grid().Rows; ++row)
+    ids.push_back(list->text(row, kIdColumn));
   printDetails(ids);
 }
 

@@ -142,8 +142,8 @@ void PickListView::arrange(Frame& frame) {
 void PickListView::load() {
   list_.build(kind_.layout);
   span_.clear();
-  for (DateField* date : {&fpdSpecificDate, &fpdNeedDate, &fpdFinishDate}) date->Value = std::nullopt;
-  for (TimeField* time : {&fpNeedTime, &fpFinishTime}) time->Value = std::nullopt;
+  for (DateField* date : {&fpdSpecificDate, &fpdNeedDate, &fpdFinishDate}) date->clear();
+  for (TimeField* time : {&fpNeedTime, &fpFinishTime}) time->clear();
   optDateRange(0).Value = true;
   optDateRange_Click();
 }

@@ -126,9 +126,8 @@ constexpr RequestRow kRequests[] = {
      "MDID", kMaintenance, kReads, "one maintenance record and its detail lines"},
     {"NEWEMAINTD", "EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "MID CLN CDT CNM ENM UDT ULN UNM", "", "",
      "EQMADD", kWrites,
-     "makes a maintenance record; the short form comes from the barcode dialog; without ENM the piece keeps "
-     "its "
-     "date, which the reply tells"},
+     "makes a maintenance record; the short form comes from the barcode dialog; without ENM the piece "
+     "keeps its date, which the reply tells"},
     {"UPDEMAINTD", "MID EID BNO (MNO MDI MDO ENM (MTI MCO)*)?", "UDT ULN UNM", "", "", "EQMUPD", kWrites,
      "changes a maintenance record; the detail lines sent replace those stored; the short form leaves the "
      "rest as it is"},

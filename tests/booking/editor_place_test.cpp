@@ -85,7 +85,7 @@ TEST_F(EditorPlace, AGenericRoomAndASpecificOneExcludeEachOther) {
     info.cboRoomType.select(1);
     info.cboCompare.select(1);
     info.txtCapacity.type("2147483648");
-    desktop.expectInformation("Please enter a number up to 2147483647 for Capacity.");
+    desktop.expectInformation("Please enter a number from 0 to 2147483647 for Capacity.");
     info.cmdOK.press();
     info.txtCapacity.type("2147483647");
     info.cmdOK.press();

@@ -3,6 +3,7 @@
 #include <QListWidget>
 
 #include "desktop/desktop_test.h"
+#include "desktop/style.h"
 #include "platform/controls.h"
 #include "platform/number_fields.h"
 #include "platform/schedule_bar.h"
@@ -127,6 +128,9 @@ TEST_F(BookingControls, NumbersAmountsAndMasksTakeTheirShape) {
   QTest::keyClick(&line("txtSetupTime"), Qt::Key_Enter);
   EXPECT_EQ(line("txtSetupTime").text(), "4500") << "to be mended";
   EXPECT_TRUE(form.txtSetupTime.isEmpty());
+  form.txtSetupTime.Value = 15;
+  EXPECT_EQ(line("txtSetupTime").text(), "15");
+  EXPECT_FALSE(find<QAbstractSpinBox>(form, "txtSetupTime").property(style::kWrong).toBool());
   line("txtSetupTime").selectAll();
   QTest::keyClicks(&line("txtSetupTime"), "999");
   QTest::keyClick(&find<QAbstractSpinBox>(form, "txtSetupTime"), Qt::Key_Down);

@@ -45,18 +45,23 @@ struct CirculationStory : DeskStory {
     EXPECT_TRUE(waitUntil([&] { return window(mainWindow()).focusWidget() == &line; })) << text;
   }
 
+  /// What was booked for that day is alone in the list of what can be charged.
+  Booked findToCharge(const std::string& date) {
+    logOnAs("desk");
+    start();
+    Booked booked = book(date);
+    open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
+    scan("txtChargeSearchFor", booked.number);
+    return booked;
+  }
+
   static constexpr const char* kLaptop = "1";
   static constexpr const char* kMicrophone = "10";
 };
 
 TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
-  logOnAs("desk");
-  start();
-  const Booked booked = book("2026-11-24");
-
   // Out.
-  open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
-  scan("txtChargeSearchFor", booked.number);
+  const Booked booked = findToCharge("2026-11-24");
   EXPECT_EQ(sent("SSC"), 1) << "the default button has not searched as well";
   EXPECT_EQ(find<GridView>(mainWindow(), "faChargeBookings").model()->rowCount(), 1);
   EXPECT_TRUE(find<QWidget>(mainWindow(), "tvwCDetails").isVisible()) << "found alone, its details open";
@@ -160,15 +165,10 @@ TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
 }
 
 TEST_F(CirculationStory, WhoLeavesALostServerIsToldNothingMore) {
-  logOnAs("desk");
-  start();
-  const Booked booked = book("2026-11-24");
-  open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
-  scan("txtChargeSearchFor", booked.number);
+  findToCharge("2026-11-24");
   const auto before = requestsSent();
-  const std::string lost = "The server at " + address().substr(7) + " cannot be reached.";
   stopServer();
-  answerBox(lost.c_str(), "Exit");
+  answerBox(lostServer().c_str(), "Exit");
   const int code = desktop.run([this] {
     later([this] { button("cmdCCharge").click(); });
     return true;
@@ -178,11 +178,7 @@ TEST_F(CirculationStory, WhoLeavesALostServerIsToldNothingMore) {
 }
 
 TEST_F(CirculationStory, ARefusedChargeTellsWhyAndChangesNothing) {
-  logOnAs("desk");
-  start();
-  const Booked booked = book("2026-11-25");
-  open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
-  scan("txtChargeSearchFor", booked.number);
+  const Booked booked = findToCharge("2026-11-25");
   whenShown("faErrors", [](QWidget& window) {
     const QString reason = window.findChild<GridView*>("faErrors")->model()->index(0, 0).data().toString();
     EXPECT_TRUE(reason.startsWith("Booking charged too early:  cannot charge before "))

@@ -97,6 +97,11 @@ class DeskStory : public DesktopTest {
     port_ = server_->port();
   }
 
+  /// What the box says of a server that is stopped.
+  std::string lostServer() const {
+    return "The server at 127.0.0.1:" + std::to_string(port_) + " cannot be reached.";
+  }
+
   /// What the operator does with the next window of which this widget is a part.
   void whenShown(const char* widget, std::function<void(QWidget&)> act) {
     script_.push_back([this, name = QString(widget), act](QWidget& window) {

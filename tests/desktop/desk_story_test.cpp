@@ -37,7 +37,9 @@ TEST_F(DeskStory, EveryEntryOfEveryMenuRunsACommand) {
   for (const ViewRow& view : viewTable()) {
     desktop.dispatch([&] { mainWindow().showView(view.id); });
     if (view.popup) walk(menus.*view.popup);
+    if (view.kind == kKindGroups) walk(menus.mnuPopupMember);
   }
+  walk(menus.mnuPopupNewBooking);
   for (const MenuItem* menu : mainWindow().Menus()) {
     if (menu->Visible) walk(*menu);
   }

@@ -100,7 +100,6 @@ TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
   auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
   const int rows = view.faDaemon.Rows;
   const auto opened = QApplication::topLevelWidgets().size();
-  const std::string lost = "The server at " + address().substr(7) + " cannot be reached.";
   auto asked = sent("DELD");
   for (int refresh = 1; refresh <= 96; ++refresh) {
     if (refresh == 30) clock_.time.time.hour += 1;
@@ -109,7 +108,7 @@ TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
     const bool isAway = refresh == 20 || refresh == 60;
     if (isAway) {
       stopServer();
-      answerBox(lost.c_str(), "Retry", [this] { startServer(); });
+      answerBox(lostServer().c_str(), "Retry", [this] { startServer(); });
     }
     clock_.milliseconds += app().daemonPeriod + 1;
     desktop.dispatch([&] { mainWindow().tmrDaemon.Tick(); });

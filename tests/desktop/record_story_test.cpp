@@ -132,7 +132,7 @@ TEST_F(RecordStory, APieceIsKeptFromItsPurchaseToItsEnd) {
   write(piece, "txtEQUIP_NO", "NEW1");
   for (const char* value : {"9000000000.01", "1200 EUR"}) {
     write(piece, "txtEQUIP_VALUEP", value);
-    answerBox("Please enter an amount up to 9000000000.00 for Purchase Value.", "OK");
+    answerBox("Please enter an amount from 0.00 to 9000000000.00 for Purchase Value.", "OK");
     click(piece, "abSave");
     EXPECT_EQ(text(piece, "txtEQUIP_VALUEP"), value);
   }
@@ -208,7 +208,7 @@ TEST_F(RecordStory, ARoomHasDetailsAndEquipment) {
   write(room, "txtROOM_NO", "R1");
   compose(room, "txtROOM_NAME", u8"Saal 🎬 قاعة");
   write(room, "txtROOM_CAPACITY", "2147483648");
-  answerBox("Please enter a number up to 99999 for Capacity.", "OK");
+  answerBox("Please enter a number from 0 to 99999 for Capacity.", "OK");
   click(room, "abSave");
   write(room, "txtROOM_CAPACITY", "99999");
   addDetail(room, "Rows of ten");

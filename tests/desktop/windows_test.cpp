@@ -387,8 +387,10 @@ TEST_F(WindowsTest, TheStatusBarShowsTheLastOfManyTexts) {
     return texts.size();
   };
   EXPECT_EQ(seen(0), 100U);
+  desktop.paintInterval = 1;
+  for (const char* text : {"first", "last"}) form.StatusBar1.Panels(2).Text = text;
+  EXPECT_TRUE(waitUntil([&] { return panel.text() == "last"; }));
   EXPECT_EQ(seen(1000000), 1U) << "no more often than the eye can follow";
-  EXPECT_TRUE(waitUntil([&] { return panel.text() == "100 record(s)"; }));
 }
 
 TEST_F(WindowsTest, ATextThatStandsDuringAWaitIsShownAtOnce) {

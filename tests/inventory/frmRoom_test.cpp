@@ -117,9 +117,13 @@ TEST_F(FrmRoomTest, ARefusedRoomCountsAsSavedAndALocationOfAnotherLibraryIsShown
   room.cboROOM_TYPE.select(2);
   room.txtROOM_NO.type("S1");
   room.txtROOM_CAPACITY.type("100000");
-  desktop.expectInformation("Please enter a number up to 99999 for Capacity.");
+  desktop.expectInformation("Please enter a number from 0 to 99999 for Capacity.");
   save(room);
   EXPECT_FALSE(room.SaveOk);
+  desktop.expectBox(Box::Kind::Warning,
+                    "Changes will be lost!  Do you wish to SAVE this record before exiting?", 0);
+  desktop.expectInformation("Please enter a number from 0 to 99999 for Capacity.");
+  EXPECT_FALSE(room.Unload()) << "only the operator can mend it";
   room.txtROOM_CAPACITY.type("99999");
   server.expect("NEWROOMD", "RTI=2 RTY=Store RNO=S1 RNM= LOC=3 RCA=99999").fails(174);
   desktop.expectWarning(kInUse);

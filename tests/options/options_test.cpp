@@ -221,13 +221,13 @@ TEST_F(Options, KeyedTimesGrayTheIntervalsAndKeepTheirValues) {
   EXPECT_EQ(stored("Start"), "6");
 }
 
-TEST_F(Options, ANumberBeyondItsLimitsIsToldAndAnEmptyOneChangesNothing) {
+TEST_F(Options, ANumberBeyondItsLimitsOrWithoutFiguresIsTold) {
   struct Case {
     const char *typed, *stored;
     bool isTold;
   };
   for (const Case& c : {Case{"100", "(none)", true}, Case{"0", "(none)", true}, Case{"42", "42", false},
-                        Case{"", "42", false}}) {
+                        Case{"", "42", true}}) {
     open([&](frmOptions& window) {
       window.pages.tabOptions.choose(kMonitorPage);
       at<NumberField>(window, "txtInterval").type(c.typed);

@@ -71,7 +71,7 @@ TEST_F(Fields, WhatIsNoNumberOfTheFieldIsKeptAsItWasTyped) {
   desktop.expectInformation("Please enter a number from -5 to 2147483647 for .");
   EXPECT_FALSE(entriesAreReadable(form));
   number.Visible = false;
-  desktop.expectInformation("Please enter an amount up to 9000000000.00 for .");
+  desktop.expectInformation("Please enter an amount from 0.00 to 9000000000.00 for .");
   EXPECT_FALSE(entriesAreReadable(form));
 }
 

@@ -39,7 +39,7 @@ TEST_F(PatronCounterTest, ShowsTheCountersAndWhoResetThem) {
 TEST_F(PatronCounterTest, ASaveSendsWhatCanBeCorrectedAndEndsTheQuestions) {
   open([&](frmPatronCounter& form) {
     form.txtLateReturns.type("100000");
-    desktop.expectInformation("Please enter a number up to 99999 for Late Returns.");
+    desktop.expectInformation("Please enter a number from 0 to 99999 for Late Returns.");
     form.cmdSave.press();
     form.txtLateReturns.type("99999");
     form.txtUnclaimedBookings.type("0");

@@ -10,7 +10,7 @@ namespace vantry::server::test {
 
 using Tags = std::vector<std::pair<std::string, std::string>>;
 
-/// A save of a booking with nothing in it, at the first desk: what stands in front of its lines.
+/// A save of a booking at the first desk, without its lines.
 struct NewBooking {
   Moment from = 0;
   Moment until = 0;

@@ -45,10 +45,11 @@ std::string shelfKey(std::string_view callNumber) {
   std::string_view rest = folded;
   std::string key;
   while (!rest.empty() && !isDigit(rest.front())) {
-    if (rest.front() != ' ') key += rest.front();
+    key += rest.front();
     rest.remove_prefix(1);
   }
-  if (rest.empty()) return folded;
+  if (rest.empty()) return key;
+  while (key.ends_with(' ')) key.pop_back();
   takeNumber(rest, key);
   if (rest.size() > 1 && rest.front() == '.' && isDigit(rest[1])) return key.append(rest);
   // A blank sorts before the point of a decimal, so that 521 with a cutter comes before 521.5.

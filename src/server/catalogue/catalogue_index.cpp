@@ -124,7 +124,7 @@ void addItems(Keys& keys, Connection& db, std::int64_t titleId) {
   }
 }
 
-/// Notes that stand in records of holdings.
+/// Notes in records of holdings.
 void addHoldingsNotes(Keys& keys, Connection& db, std::int64_t titleId) {
   std::string text;
   Query query(db, "select record from marc_records where title_id = :id and holding_id is not null");

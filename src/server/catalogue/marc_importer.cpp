@@ -202,7 +202,7 @@ bool MarcImporter::takePlace(const HoldingFacts& holding, Place place) {
   place.row.locationId = locationOf(holding);
   if (place.row.locationId == 0) {
     const std::string named = holding.locations.empty() ? std::string() : holding.locations.front();
-    leaveOut("its holdings stand at " + quoted(named) + ", which is no location of the library");
+    leaveOut("its holdings are at " + quoted(named) + ", which is no location of the library");
     return false;
   }
   place.row.callNumber = holding.callNumber;

@@ -13,12 +13,10 @@ std::string rowsWhere(const std::string& condition) {
              "e.serial, e.format, "
              "l.name, "
              "r.name, g.number, g.name, e.room_id, case when e.is_group = 1 then (select count(*) from "
-             "equipment m where m.group_id = e.id) else 0 end, "
-             "coalesce((select b.barcode from equipment_barcodes b where b.equipment_id = e.id and "
-             "b.status_id in (select s.id from barcode_statuses s where s.active = 1) order by b.barcode "
-             "limit 1), ''), "
-             "(select substr(n.content, 1, 200) from equipment_notes n where n.equipment_id = e.id and "
-             "n.note_type_id = 1), ") +
+             "equipment m where m.group_id = e.id) else 0 end, ") +
+         activeBarcodeSql() +
+         ", (select substr(n.content, 1, 200) from equipment_notes n where n.equipment_id = e.id and "
+         "n.note_type_id = 1), " +
          equipmentStatusSql() +
          " from equipment e join equipment_types t on t.id = e.equipment_type_id "
          "join locations l on l.id = e.location_id left join rooms r on r.id = e.room_id "

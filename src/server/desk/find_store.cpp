@@ -192,11 +192,13 @@ class FindSearch::Impl {
     return {keysIn(db_, "found"), [list = keysText(keys)](Query& rows) { rows.bind("found", list); }};
   }
 
-  [[nodiscard]] std::int64_t count() const {
-    return count_ ? *count_ : countOf("select count(*) from (" + hits_ + ") hit");
+  [[nodiscard]] std::int64_t count() {
+    if (count_) return *count_;
+    planForSearch(db_);
+    const std::int64_t count = countOf("select count(*) from (" + hits_ + ") hit");
+    planAsUsual(db_);
+    return count;
   }
-
-  [[nodiscard]] std::int64_t most() const { return question_.most; }
 
  private:
   [[nodiscard]] bool hidesPast() const {
@@ -322,8 +324,8 @@ IdSelect FindSearch::page() {
   return impl_->page();
 }
 
-std::int64_t FindSearch::count(std::int64_t onPage) const {
-  return onPage < impl_->most() ? onPage : impl_->count();
+std::int64_t FindSearch::count() {
+  return impl_->count();
 }
 
 }  // namespace vantry::server

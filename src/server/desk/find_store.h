@@ -46,8 +46,8 @@ class FindSearch {
   /// The first hits in the order of their list, no more than the question wants.
   [[nodiscard]] IdSelect page();
 
-  /// How many there are in all, where that many of them were on the page.
-  [[nodiscard]] std::int64_t count(std::int64_t onPage) const;
+  /// How many there are in all; asked after the page, which often tells.
+  [[nodiscard]] std::int64_t count();
 
  private:
   class Impl;

@@ -74,11 +74,8 @@ constexpr const char* ofRoom = "b.room_id = :id";
 
 std::optional<EquipmentRecord> findEquipmentRecord(Connection& db, std::int64_t id) {
   static const std::string sql =
-      std::string(
-          "select e.id, e.is_group, e.equipment_type_id, t.name, e.number, coalesce((select "
-          "min(b.barcode) from equipment_barcodes b join barcode_statuses s on s.id = b.status_id "
-          "where b.equipment_id = e.id and s.active = 1), ''), e.maker, e.format, e.model, e.serial, ") +
-      equipmentStatusSql() +
+      std::string("select e.id, e.is_group, e.equipment_type_id, t.name, e.number, ") + activeBarcodeSql() +
+      ", e.maker, e.format, e.model, e.serial, " + equipmentStatusSql() +
       ", e.purchase_value, case when e.is_group = 1 then (select coalesce(sum(m.replacement_value), 0) from "
       "equipment m where m.group_id = e.id) else e.replacement_value end, e.supplier, e.acquired_on, "
       "e.next_maintenance_on, e.group_id, g.number, e.location_id, l.name, e.room_id, r.name, n.name, "

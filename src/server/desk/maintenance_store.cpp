@@ -39,10 +39,7 @@ std::vector<MaintenanceRow> readRows(Query& query) {
 
 std::optional<MaintenanceRecord> findMaintenance(Connection& db, std::int64_t id) {
   static const std::string sql =
-      std::string(
-          "select m.id, m.equipment_id, t.name, e.number, coalesce((select min(b.barcode) from "
-          "equipment_barcodes b join barcode_statuses s on s.id = b.status_id where "
-          "b.equipment_id = e.id and s.active = 1), ''), ") +
+      std::string("select m.id, m.equipment_id, t.name, e.number, ") + activeBarcodeSql() + ", " +
       equipmentStatusSql() +
       ", e.next_maintenance_on, m.came_in_on, m.went_out_on, m.note, c.name, cl.name, m.created_location, "
       "m.created_at, u.name, ul.name, m.updated_at from maintenance m join equipment e on e.id = "

@@ -6,6 +6,7 @@
 
 #include "server/base/walking_order.h"
 #include "server/desk/library_border.h"
+#include "server/desk/status_sql.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -56,11 +57,8 @@ void bindSpan(Query& query, const Desks& desks, const Period& span) {
 
 std::vector<PickedPiece> piecesToFetch(Connection& db, const Desks& desks, const Period& span) {
   Query query(db,
-              std::string("select ") + headColumns +
-                  "o.name, coalesce((select min(c.barcode) from equipment_barcodes c join barcode_statuses s "
-                  "on s.id = c.status_id where c.equipment_id = e.id and s.active = 1), ''), t.name, "
-                  "e.number, r.name " +
-                  fromBookingsInSpan(db) +
+              std::string("select ") + headColumns + "o.name, " + activeBarcodeSql() +
+                  ", t.name, e.number, r.name " + fromBookingsInSpan(db) +
                   "join booking_equipment l on l.booking_id = b.id join "
                   "equipment_types t on t.id = l.equipment_type_id left join patrons p on p.id = b.patron_id "
                   "left join equipment e on e.id = l.equipment_id left join locations o on o.id = "

@@ -53,4 +53,11 @@ std::string roomStatusKeySql() {
   return shownByRoom("id", std::to_string(systemStatus::available));
 }
 
+/// In the order of the index, which ends with the first: a least of all would read them all.
+std::string activeBarcodeSql() {
+  return "coalesce((select b.barcode from equipment_barcodes b where b.equipment_id = e.id and "
+         "b.status_id in (select s.id from barcode_statuses s where s.active = 1) "
+         "order by b.barcode limit 1), '')";
+}
+
 }  // namespace vantry::server

@@ -4,8 +4,8 @@
 
 namespace vantry::server {
 
-// The status that a record shows, as expressions over the row `e` of equipment or `r` of rooms. What is out
-// shows "Charged" before any other status. What has none shows "Not Charged", a room "Available".
+// What a record shows, as expressions over the row `e` of equipment or `r` of rooms. What is out shows
+// "Charged" before any other status. What has none shows "Not Charged", a room "Available".
 
 /// Whether the piece or group is out: by itself, with its group, or through one of its members.
 [[nodiscard]] std::string isOutSql();
@@ -14,5 +14,7 @@ namespace vantry::server {
 /// The same as keys of statuses.
 [[nodiscard]] std::string equipmentStatusKeySql();
 [[nodiscard]] std::string roomStatusKeySql();
+/// The active barcode of `e`, the least of several; empty for none.
+[[nodiscard]] std::string activeBarcodeSql();
 
 }  // namespace vantry::server

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "server/desk/status_sql.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
 
@@ -9,13 +10,14 @@ namespace vantry::server {
 
 namespace {
 
-/// One row per piece: of several active barcodes the least stands for it.
-constexpr const char* pieceColumns =
-    "select e.id, e.is_group, e.group_id, e.number, e.equipment_type_id, t.name, e.location_id, e.room_id, "
-    "coalesce(r.name, ''), coalesce(k.storage, 0), coalesce((select min(b.barcode) from equipment_barcodes b "
-    "join barcode_statuses s on s.id = b.status_id where b.equipment_id = e.id and s.active = 1), '') "
-    "from equipment e join equipment_types t on t.id = e.equipment_type_id "
-    "left join rooms r on r.id = e.room_id left join room_types k on k.id = r.room_type_id ";
+/// One row for each piece.
+std::string pieceColumns() {
+  return "select e.id, e.is_group, e.group_id, e.number, e.equipment_type_id, t.name, "
+         "e.location_id, e.room_id, coalesce(r.name, ''), coalesce(k.storage, 0), " +
+         activeBarcodeSql() +
+         " from equipment e join equipment_types t on t.id = e.equipment_type_id "
+         "left join rooms r on r.id = e.room_id left join room_types k on k.id = r.room_type_id ";
+}
 
 std::vector<Piece> readPieces(Query& query) {
   std::vector<Piece> pieces;
@@ -73,7 +75,7 @@ Pieces findPieces(Connection& db, std::span<const std::int64_t> ids) {
 }
 
 Pending<Pieces> askPieces(Connection& db, std::span<const std::int64_t> ids) {
-  static const std::string sql = std::string(pieceColumns) + "where e.id in (" + keyList() + ")";
+  static const std::string sql = pieceColumns() + "where e.id in (" + keyList() + ")";
   return Pending<Pieces>([queries = askByKeys(db, sql, ids)] {
     Pieces pieces;
     for (Query& query : *queries) {
@@ -84,7 +86,7 @@ Pending<Pieces> askPieces(Connection& db, std::span<const std::int64_t> ids) {
 }
 
 std::optional<Piece> findPiece(Connection& db, std::int64_t id) {
-  static const std::string sql = std::string(pieceColumns) + "where e.id = :id";
+  static const std::string sql = pieceColumns() + "where e.id = :id";
   Query query(db, sql);
   query.bind("id", id);
   const std::vector<Piece> found = readPieces(query);
@@ -92,7 +94,7 @@ std::optional<Piece> findPiece(Connection& db, std::int64_t id) {
 }
 
 std::vector<Piece> membersOf(Connection& db, std::int64_t groupId) {
-  static const std::string sql = std::string(pieceColumns) + "where e.group_id = :group_id order by e.id";
+  static const std::string sql = pieceColumns() + "where e.group_id = :group_id order by e.id";
   Query query(db, sql);
   query.bind("group_id", groupId);
   return readPieces(query);
@@ -100,7 +102,7 @@ std::vector<Piece> membersOf(Connection& db, std::int64_t groupId) {
 
 std::vector<Piece> piecesInRoom(Connection& db, std::int64_t roomId) {
   static const std::string sql =
-      std::string(pieceColumns) + "where e.room_id = :room_id and k.storage = 0 order by e.number, e.id";
+      pieceColumns() + "where e.room_id = :room_id and k.storage = 0 order by e.number, e.id";
   Query query(db, sql);
   query.bind("room_id", roomId);
   return readPieces(query);

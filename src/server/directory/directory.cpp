@@ -120,16 +120,17 @@ Directory::Verdict Directory::judge(std::string_view login, std::string_view pas
   const Clock::time_point end = Clock::now() + limit;
   for (auto count = static_cast<std::ptrdiff_t>(left.size()); Place* const each : left) {
     const Clock::time_point begun = Clock::now();
-    const Clock::duration share = (end - begun) / count--;
+    if (begun >= end) break;  // finding a host by its name has no limit of ours
     try {
-      LdapLine line(settings_, each->address, begun + share);
+      LdapLine line(settings_, each->address, begun + (end - begun) / count--);
       return isRight(line, settings_, login, password) ? Verdict::Right : Verdict::Wrong;
     } catch (const DirectoryFault& fault) {
       spdlog::error("{} {}: {}", login, count > 0 ? "is looked up elsewhere" : "cannot log on now",
                     sentenceOf(each->address, fault.what()));
     }
     const Clock::time_point now = Clock::now();
-    if (now - begun > share / 2) each->restsUntil = (now + limit).time_since_epoch().count();
+    const auto fairShare = limit / static_cast<std::ptrdiff_t>(left.size());
+    if (now - begun > fairShare / 2) each->restsUntil = (now + limit).time_since_epoch().count();
   }
   return Verdict::Away;
 }

@@ -160,7 +160,9 @@ bool Postman::sendDueSafely(const std::stop_token& ending) {
 }
 
 bool Postman::sendDue(const std::stop_token& ending) {
-  database_.readOnce([&](Connection& db) { queued_ = countWaitingMail(db); });
+  const auto countQueued = [&](Connection& db) { queued_ = countWaitingMail(db); };
+  if (!carrier_)
+    database_.readOnce(countQueued);  // what waits is told although there may be no way to send it
   findCarrier();
   bool isWell = true;
   while (isWell && !ending.stop_requested()) {
@@ -172,7 +174,7 @@ bool Postman::sendDue(const std::stop_token& ending) {
     database_.writeApart("mail", [&](Connection& db) { mails = takeMails(db, now); });
     if (!mails.empty()) isWell = send(mails, ending);
   }
-  database_.readOnce([&](Connection& db) { queued_ = countWaitingMail(db); });
+  database_.readOnce(countQueued);
   return isWell;
 }
 

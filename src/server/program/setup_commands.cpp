@@ -133,7 +133,7 @@ void setUp(const Site& site, const SetupCommand& command) {
   const std::vector<Setting> standing = isThere(config) ? readSettings(config) : std::vector<Setting>();
   const SetupDialog dialog(command.takesSuggestions);
   if (!command.takesSuggestions)
-    std::cerr << "Enter takes what stands in brackets. Nothing is written before the last answer.\n";
+    std::cerr << "Enter takes what is in brackets. Nothing is written before the last answer.\n";
   const SetupPlan plan = askForPlan(dialog, command.given, standing, user);
   confirm(dialog);
 

@@ -30,9 +30,8 @@ constexpr int withHistory = 10;
 /// Numbers that are nobody's business but of those who work with patrons.
 constexpr std::string_view numberRights = "PACOU PAV PAADD PAUPD PADEL";
 
-std::int64_t addBookings(Context& context, const IdSelect& ids, Reply& reply) {
+void addBookings(Context& context, const IdSelect& ids, Reply& reply) {
   visitBookingsAmong(context.db, ids, [&](const BookingListRow& row) { addBookingRow(reply, row); });
-  return reply.recordCount();
 }
 
 /// A group without a name goes by its number.
@@ -40,7 +39,7 @@ std::string_view groupName(const EquipmentRow& row) {
   return row.groupName.empty() ? row.group : row.groupName;
 }
 
-std::int64_t addEquipment(Context& context, const IdSelect& ids, Reply& reply) {
+void addEquipment(Context& context, const IdSelect& ids, Reply& reply) {
   visitEquipmentAmong(context.db, ids, [&](const EquipmentRow& row) {
     reply.record()
         .set(tags::ETI, row.typeId)
@@ -58,10 +57,9 @@ std::int64_t addEquipment(Context& context, const IdSelect& ids, Reply& reply) {
         .set(tags::EFO, row.format)
         .set(tags::MNC, row.note);
   });
-  return reply.recordCount();
 }
 
-std::int64_t addRooms(Context& context, const IdSelect& ids, Reply& reply) {
+void addRooms(Context& context, const IdSelect& ids, Reply& reply) {
   for (const RoomRow& row : roomsAmong(context.db, ids)) {
     reply.record()
         .set(tags::RTI, row.typeId)
@@ -73,10 +71,9 @@ std::int64_t addRooms(Context& context, const IdSelect& ids, Reply& reply) {
         .set(tags::RCA, row.capacity)
         .set(tags::MNC, row.note);
   }
-  return reply.recordCount();
 }
 
-std::int64_t addMaintenance(Context& context, const IdSelect& ids, Reply& reply) {
+void addMaintenance(Context& context, const IdSelect& ids, Reply& reply) {
   for (const MaintenanceRow& row : maintenanceAmong(context.db, ids)) {
     reply.record()
         .set(tags::MSD, dayText(startOfMonth(row.cameInOn)))
@@ -86,7 +83,6 @@ std::int64_t addMaintenance(Context& context, const IdSelect& ids, Reply& reply)
         .set(tags::ENO, row.number)
         .set(tags::ON, row.operatorName);
   }
-  return reply.recordCount();
 }
 
 void addCard(Reply& reply, const FoundCard& card) {
@@ -112,15 +108,14 @@ auto patronAdder(Context& context, Reply& reply) {
   };
 }
 
-std::int64_t addPatrons(Context& context, const IdSelect& ids, Reply& reply) {
+void addPatrons(Context& context, const IdSelect& ids, Reply& reply) {
   visitPatronsAmong(context.db, ids, patronAdder(context, reply));
-  return reply.recordCount();
 }
 
 struct SubjectRow {
   FindSubject subject;
   std::string_view rights;
-  std::int64_t (*add)(Context&, const IdSelect&, Reply&);
+  void (*add)(Context&, const IdSelect&, Reply&);
 };
 /// Who may look for what: who works with it, and who books it.
 constexpr std::array subjects{
@@ -217,8 +212,8 @@ Reply find(Context& context, const Message& message) {
   if (asksForCards(question)) return cardsReply(context, question);
   Reply reply;
   FindSearch search(context.db, question);
-  const std::int64_t told = subject.add(context, search.page(), reply);
-  return reply.head(tags::SRCHCNT, search.count(told));
+  subject.add(context, search.page(), reply);
+  return reply.head(tags::SRCHCNT, search.count());
 }
 
 constexpr std::array rows{HandlerRow{"FIND", find}};

@@ -40,7 +40,7 @@ std::string withWay(const std::optional<OperatorAccount>& account, std::string_v
 /// seconds.
 static bool isAsJudged(Connection& db, const OperatorAccount& account) {
   const std::optional<OperatorAccount> now = findOperator(db, account.login);
-  return now && now->byDirectory == account.byDirectory && now->password == account.password;
+  return now && now->active && now->byDirectory == account.byDirectory && now->password == account.password;
 }
 
 /// Without a directory nobody has to wait for one.
@@ -82,6 +82,7 @@ RequestRunner::LoginResult RequestRunner::login(std::string_view name, std::stri
   const bool granted = verdict == Directory::Verdict::Right;
   std::string token;
   const auto note = [&](Connection& db) {
+    token.clear();  // of a try that was undone
     if (!granted) {
       noteFailedTry(db, name, address, now);
       return audit(db, nullptr, now, "login refused", name, withWay(account, address));
@@ -233,10 +234,10 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
     answer.kind = Answer::Kind::NeedsDirectory;
     return answer;
   }
-  const int outcome = judgeSupervisor(met, message.text(tags::PW));
-  answer.json = Reply(outcome).json();
+  const int judged = judgeSupervisor(met, message.text(tags::PW));
+  answer.json = Reply(judged).json();
   // That was no try, and no reply to keep: asked once more, the directory may say.
-  if (outcome == rc::notJudged) return answer;
+  if (judged == rc::notJudged) return answer;
   database_.writeApart(incoming.requestId, [&](Connection& db) {
     const ReplyKey key{.operatorId = met.judged.session->operatorId, .requestId = incoming.requestId};
     // The same request, sent once more, may have been quicker.
@@ -247,6 +248,8 @@ RequestRunner::Answer RequestRunner::runOverride(const Incoming& incoming) {
     const std::string_view name = message.text(tags::OI);
     const bool mayBeOne = mayBeLogin(name, {});
     const std::string desk = deskOf(*met.judged.session);
+    const int outcome = judged == 0 && !isAsJudged(db, *met.account) ? rc::wrongLogin : judged;
+    answer.json = Reply(outcome).json();
     if (outcome != rc::wrongLogin) forgetFailures(db, name, desk);
     if (outcome == rc::wrongLogin && mayBeOne && !met.tooMany) noteFailedTry(db, name, desk, now);
     audit(db, &*met.judged.session, now, outcome == 0 ? "override granted" : "override refused",

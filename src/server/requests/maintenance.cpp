@@ -116,9 +116,9 @@ void readDays(const Message& message, MaintenanceRecord& record) {
 /// Windows show barcodes in capitals.
 void checkBarcode(Context& context, const Message& message, std::int64_t pieceId) {
   const std::string barcode = foldText(trimmedText(message, tags::BNO));
-  const std::vector<BarcodeRow> own = barcodesOf(context.db, pieceId);
+  if (barcode.empty()) return;
   const auto isIt = [&](const BarcodeRow& row) { return foldText(row.barcode) == barcode; };
-  if (!barcode.empty() && std::none_of(own.begin(), own.end(), isIt)) refuseTag(tags::BNO);
+  if (std::ranges::none_of(barcodesOf(context.db, pieceId), isIt)) refuseTag(tags::BNO);
 }
 
 Reply newMaintenance(Context& context, const Message& message) {

@@ -323,7 +323,7 @@ std::string countsText(const PatronReport& report) {
          " retired; " + std::to_string(report.sameRows) + " rows as they are.";
 }
 
-/// What the file comes to in the library as it is now.
+/// What the file changes in the library as it is now.
 struct Plan {
   Plan(Connection& db, const PatronFile& file, const ImportUse& use, PatronReport& report)
       : known(readKnown(db)), rows(PatronPlanner(known, report).plan(file.entries)) {
@@ -350,11 +350,13 @@ PatronReport importPatrons(Database& database, const std::string& path, const Im
   std::int64_t writes = 0;
   const auto planNow = [&](Connection& db) {
     report = read;
-    writes = patronWrites(db);
     plan.emplace(db, file, use, report);
   };
   // Desks on a file wait for whoever writes, so that all that can be done before is done before.
-  database.read(planNow);
+  database.read([&](Connection& db) {
+    writes = patronWrites(db);
+    planNow(db);
+  });
   if (use.checkOnly || report.faults.count() > 0) return report;
   database.writeApart("patrons", [&](Connection& db) {
     if (notePatronWrite(db) != writes) planNow(db);

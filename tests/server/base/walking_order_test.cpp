@@ -16,9 +16,10 @@ void expectOrder(std::vector<std::string> right, std::string (*key)(std::string_
 }
 
 TEST(WalkingOrder, CallNumbersFollowTheShelf) {
-  expectOrder({"", "791.43 B", "791.5", "Pop music", "QA 76.9 .D3", "QE 6", "qe52", "QE 521 .A23",
-               "QE 521 .A3", "QE521.B1", "QE 521.5 .A1", "QE 1234", "VIDEO 9", "Vidéo 10"},
-              shelfKey);
+  expectOrder(
+      {"", "791.43 B", "791.5", "DVD Alien 3", "DVD Zorro", "Pop music", "QA 76.9 .D3", "QE 6", "qe52",
+       "QE 521 .A23", "QE 521 .A3", "QE521.B1", "QE 521.5 .A1", "QE 1234", "VIDEO 9", "Vidéo 10"},
+      shelfKey);
 }
 
 TEST(WalkingOrder, NumbersCountByTheirValue) {

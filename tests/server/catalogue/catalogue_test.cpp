@@ -64,7 +64,7 @@ TEST_P(Catalogue, AnExportBecomesTitlesHoldingsAndItems) {
   EXPECT_EQ(report.newHoldings, 2);
   EXPECT_EQ(report.newItems, 3);
   EXPECT_EQ(report.leftOut, 1);
-  EXPECT_THAT(report.faults, ElementsAre(HasSubstr("Record 2, 001 b2: its holdings stand at \"Nowhere\"")));
+  EXPECT_THAT(report.faults, ElementsAre(HasSubstr("Record 2, 001 b2: its holdings are at \"Nowhere\"")));
   EXPECT_EQ(report.bad, 0);
   const Got item = send("GBBIB", "IB=I101");
   EXPECT_EQ(item.first("TITL"), "The bees : a guide");
