@@ -19,6 +19,7 @@
 #include <vector>
 
 #include <httplib.h>
+#include <unistd.h>
 
 #include "figures.h"
 #include "server/base/moment.h"
@@ -165,11 +166,13 @@ class Client {
   }
 
   Tags booking(Moment starts, const std::string& piece, const std::string& note) {
-    const test::NewBooking made{
-        .from = starts, .until = starts + hour, .patron = patron_, .group = group_, .note = note};
-    Tags tags = made.tags();
-    tags.emplace_back("EID", piece);
-    return tags;
+    const test::NewBooking made{.from = starts,
+                                .until = starts + hour,
+                                .patron = patron_,
+                                .group = group_,
+                                .note = note,
+                                .lines = {{"EID", piece}}};
+    return made.tags();
   }
 
   void serveVisitor(int visit) {
@@ -258,7 +261,8 @@ int replay(const std::string& database) {
 
 int main(int argc, char** argv) {
   if (argc > 1) return replay(argv[1]);
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vantry-bench-day";
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("vantry-bench-day-" + std::to_string(getpid()));
   std::filesystem::remove_all(folder);
   std::filesystem::create_directories(folder);
   const int outcome = replay((folder / "day.sqlite").string());

@@ -169,13 +169,14 @@ bool ReplyList::isRepeated() {
 }
 
 void ReplyList::fillRow(int row) {
+  moment_.clear();  // the fields may show another one by now
   for (int col = 0; col < grid_.Cols; ++col) {
     const auto place = static_cast<std::size_t>(grid_.ColData(col));
     grid_.TextMatrix(row, col, cellText(layout_.columns[place]));
   }
 }
 
-std::string ReplyList::cellText(const ReplyColumn& column) const {
+std::string ReplyList::cellText(const ReplyColumn& column) {
   const TagMessage& message = app_.message;
   const std::string_view tag = hooks.tagOf ? hooks.tagOf(column) : column.tag;
   switch (column.kind) {
@@ -209,11 +210,15 @@ std::string requesterText(std::string_view value) {
   return requester.empty() ? "Administrative" : std::string(requester);
 }
 
-std::string ReplyList::momentText(CellKind kind, std::string_view moment) const {
+std::string ReplyList::momentText(CellKind kind, std::string_view moment) {
   if (moment.empty()) return {};
   const MomentFields& fields = moments_.value();
-  ServerTools::PutControlDate(moment, fields.date);
-  ServerTools::PutControlTime(moment, fields.time);
+  // Date and times of one moment are columns beside each other.
+  if (moment != moment_) {
+    ServerTools::PutControlDate(moment, fields.date);
+    ServerTools::PutControlTime(moment, fields.time);
+    moment_ = moment;
+  }
   if (kind == CellKind::Date) return fields.date.shortDate();
   return kind == CellKind::Time24 ? fields.time.text24() : fields.time.textAmPm();
 }

@@ -131,14 +131,15 @@ class ReplyList {
  private:
   int finish(int rows);
   void fillRow(int row);
-  std::string cellText(const ReplyColumn& column) const;
-  std::string momentText(CellKind kind, std::string_view moment) const;
+  std::string cellText(const ReplyColumn& column);
+  std::string momentText(CellKind kind, std::string_view moment);
   bool isRepeated();
   void dress();
 
   App& app_;
   Grid& grid_;
   std::optional<MomentFields> moments_;  ///< of a list with dates or times
+  std::string moment_;                   ///< what they show of the row
   ReplyLayout layout_;
   std::unordered_set<std::string> keys_;  ///< of the rows so far, where they must differ
 };

@@ -80,7 +80,8 @@ void markPlaceholders(std::string& text, std::size_t mark) {
 // "$THINGSOUT" selects what is out, with the members of a group that is out and the group of a member.
 constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)", .finder = "$THINGSOUT"};
 constexpr StatusSql notCharged{
-    .test = "e.id not in (select s.equipment_id from equipment_statuses s) and e.id not in ($THINGSOUT)",
+    // One set: each of all pieces is looked for in it.
+    .test = "e.id not in (select s.equipment_id from equipment_statuses s union all $THINGSOUT)",
     .finder = {}};
 constexpr StatusSql applied{
     .test = "$STATUS = :a",
