@@ -3,10 +3,9 @@
 #include <algorithm>
 
 #include "platform/desktop.h"
-#include "platform/fields.h"
+#include "platform/entry_field.h"
 #include "platform/find_control.h"
 #include "platform/form.h"
-#include "platform/number_fields.h"
 #include "platform/tabs.h"
 #include "platform/windows.h"
 
@@ -15,38 +14,10 @@ namespace {
 
 enum class State { Given, Empty, Unreadable };
 
-template <class Field>
 State stateOf(const Control& control) {
-  const auto& field = static_cast<const Field&>(control);
-  if (!field.isEmpty()) return State::Given;
-  return field.Unreadable().empty() ? State::Empty : State::Unreadable;
-}
-
-State stateOf(const Control& control) {
-  switch (control.kind()) {
-    case ControlKind::DateField:
-      return stateOf<DateField>(control);
-    case ControlKind::TimeField:
-    case ControlKind::SpinTimeField:
-      return stateOf<TimeField>(control);
-    case ControlKind::NumberField:
-    case ControlKind::CurrencyField:
-      return stateOf<NumericField>(control);
-    default:
-      return State::Given;
-  }
-}
-
-std::string complaint(const Control& field, const std::string& name) {
-  switch (field.kind()) {
-    case ControlKind::DateField:
-      return "Please enter a valid date for " + name + ".";
-    case ControlKind::NumberField:
-    case ControlKind::CurrencyField:
-      return static_cast<const NumericField&>(field).complaint(name);
-    default:
-      return name + " is invalid!";
-  }
+  const auto* field = dynamic_cast<const EntryField*>(&control);
+  if (!field || !field->isEmpty()) return State::Given;
+  return field->Unreadable().empty() ? State::Empty : State::Unreadable;
 }
 
 /// The tab strip whose tabs show the frame, and which of them does; nothing for other controls.
@@ -100,7 +71,8 @@ bool refuse(const Container& container, State least) {
       container, [&](const Control& control) { return stateOf(control) >= least && isWithinReach(control); });
   if (!wrong) return true;
   bringForward(*wrong);
-  informationBox(wrong->form().windows().desktop(), complaint(*wrong, nameOf(*wrong)));
+  informationBox(wrong->form().windows().desktop(),
+                 static_cast<EntryField&>(*wrong).complaint(nameOf(*wrong)));
   wrong->SetFocus();
   return false;
 }

@@ -9,22 +9,15 @@
 namespace vantry {
 
 DateField::DateField(Container& parent, std::string name)
-    : Control(parent, std::move(name), ControlKind::DateField) {
-  Value.Changed = [this] {
-    if (!isEmpty()) unreadable_.clear();
-    raise(Change);
-  };
-}
+    : ValueField(parent, std::move(name), ControlKind::DateField) {}
 
 std::string DateField::shortDate() const {
   if (isEmpty()) return {};
   return formatDate(*Value.get(), form().windows().shortDateFormat());
 }
 
-void DateField::clear() {
-  unreadable_.clear();
-  tell(Aspect::Value);
-  Value = std::nullopt;
+std::string DateField::complaint(const std::string& name) const {
+  return "Please enter a valid date for " + name + ".";
 }
 
 void DateField::enter(std::optional<Date> date) {
@@ -36,11 +29,7 @@ std::optional<Date> DateField::read(std::string_view text, const Date& today) co
 }
 
 void DateField::type(std::string_view text, const Date& today) {
-  if (!usable()) return;
-  const auto date = read(text, today);
-  unreadable_ = date ? std::string_view() : trim(text);
-  tell(Aspect::Value);
-  Value = date;
+  if (usable()) take(read(text, today), trim(text));
 }
 
 void DateField::pressEnter() {
@@ -51,12 +40,7 @@ TimeField::TimeField(Container& parent, std::string name)
     : TimeField(parent, std::move(name), ControlKind::TimeField) {}
 
 TimeField::TimeField(Container& parent, std::string name, ControlKind kind)
-    : Control(parent, std::move(name), kind) {
-  Value.Changed = [this] {
-    if (!isEmpty()) unreadable_.clear();
-    raise(Change);
-  };
-}
+    : ValueField(parent, std::move(name), kind) {}
 
 std::string TimeField::text24() const {
   return isEmpty() ? std::string() : hourMinute(*Value.get());
@@ -66,22 +50,12 @@ std::string TimeField::textAmPm() const {
   return isEmpty() ? std::string() : hourMinuteAmPm(*Value.get());
 }
 
-void TimeField::clear() {
-  unreadable_.clear();
-  tell(Aspect::Value);
-  Value = std::nullopt;
-}
-
 void TimeField::enter(std::optional<Time> time) {
   if (usable()) Value = time;
 }
 
 void TimeField::type(std::string_view text) {
-  if (!usable()) return;
-  const auto time = readTime(text);
-  unreadable_ = time ? std::string_view() : trim(text);
-  tell(Aspect::Value);
-  Value = time;
+  if (usable()) take(readTime(text), trim(text));
 }
 
 void TimeField::pressEnter() {

@@ -27,15 +27,8 @@ static std::optional<T> readFigures(std::string_view text) {
   return number;
 }
 
-void NumericField::valueChanged() {
-  if (!isEmpty()) unreadable_.clear();
-  raise(Change);
-}
-
 NumberField::NumberField(Container& parent, std::string name, int least, int most)
-    : NumericField(parent, std::move(name), ControlKind::NumberField), least_(least), most_(most) {
-  Value.Changed = [this] { valueChanged(); };
-}
+    : ValueField(parent, std::move(name), ControlKind::NumberField), least_(least), most_(most) {}
 
 std::string NumberField::Text() const {
   return Value.get() ? std::to_string(*Value.get()) : std::string();
@@ -50,7 +43,7 @@ void NumberField::type(std::string_view text) {
   text = trim(text);
   auto number = readFigures<int>(text);
   if (number && (*number < least_ || *number > most_)) number.reset();
-  take(Value, number, text);
+  take(number, text);
 }
 
 void NumberField::spin(int step) {
@@ -60,11 +53,9 @@ void NumberField::spin(int step) {
 }
 
 CurrencyField::CurrencyField(Container& parent, std::string name, std::int64_t least, std::int64_t most)
-    : NumericField(parent, std::move(name), ControlKind::CurrencyField),
+    : ValueField(parent, std::move(name), ControlKind::CurrencyField),
       least_(least * kHundredths),
-      most_(most * kHundredths) {
-  Value.Changed = [this] { valueChanged(); };
-}
+      most_(most * kHundredths) {}
 
 void CurrencyField::Text(std::string_view text) {
   if (!isNumber(text)) return clear();
@@ -97,7 +88,7 @@ void CurrencyField::type(std::string_view text) {
   if (!usable() || Locked) return;
   auto hundredths = readAmount(text);
   if (hundredths && (*hundredths < least_ || *hundredths > most_)) hundredths.reset();
-  take(Value, hundredths, trim(text));
+  take(hundredths, trim(text));
 }
 
 /// The text without this beginning and without blanks around it; whether it was there.

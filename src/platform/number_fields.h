@@ -5,56 +5,21 @@
 #include <string>
 #include <string_view>
 
-#include "platform/control.h"
+#include "platform/entry_field.h"
 
 namespace vantry {
 
-/// What fields of numbers share: text that is no number within the limits empties the field, which still
-/// shows it.
-class NumericField : public Control {
- public:
-  using Control::Control;
-  Property<bool> Locked{*this, Aspect::State};
-  Event Change;
-
-  virtual bool isEmpty() const = 0;
-  /// Empties the field, also of text that cannot be read.
-  virtual void clear() = 0;
-  /// What was typed and is no number that the field takes.
-  const std::string& Unreadable() const { return unreadable_; }
-  /// What the operator is told of such text in a field of this name.
-  virtual std::string complaint(const std::string& name) const = 0;
-
- protected:
-  void valueChanged();
-  /// Sets what the text reads as. Other text that cannot be read is a change, too.
-  template <class T>
-  void take(Property<std::optional<T>>& value, std::optional<T> number, std::string_view text) {
-    std::string unreadable(number ? std::string_view() : text);
-    const bool onlyText = value.get() == number && unreadable != unreadable_;
-    unreadable_ = std::move(unreadable);
-    tell(Aspect::Value);
-    if (onlyText) return raise(Change);
-    value = number;
-  }
-
- private:
-  std::string unreadable_;
-};
-
 /// A whole number within limits, that may be missing.
-class NumberField : public NumericField {
+class NumberField : public ValueField<int> {
  public:
   NumberField(Container& parent, std::string name, int least, int most);
-  Property<std::optional<int>> Value{*this, Aspect::Value};
+  Property<bool> Locked{*this, Aspect::State};
 
   int Min() const { return least_; }
   int Max() const { return most_; }
   /// The number, or 0 without one.
   int number() const { return Value.get().value_or(0); }
   std::string Text() const;
-  bool isEmpty() const override { return !Value.get().has_value(); }
-  void clear() override { take(Value, {}, {}); }
   std::string complaint(const std::string& name) const override;
 
   // The operator's actions.
@@ -69,14 +34,12 @@ class NumberField : public NumericField {
 };
 
 /// An amount of money, kept in hundredths.
-class CurrencyField : public NumericField {
+class CurrencyField : public ValueField<std::int64_t> {
  public:
   /// The limits are whole units of money.
   CurrencyField(Container& parent, std::string name, std::int64_t least, std::int64_t most);
-  Property<std::optional<std::int64_t>> Value{*this, Aspect::Value};  ///< in hundredths
+  Property<bool> Locked{*this, Aspect::State};
 
-  bool isEmpty() const override { return !Value.get().has_value(); }
-  void clear() override { take(Value, {}, {}); }
   std::string complaint(const std::string& name) const override;
   /// Shows an amount from elsewhere: it is rounded to hundredths and kept within the limits. Text that is
   /// none empties the field.
