@@ -47,8 +47,7 @@ struct CirculationStory : DeskStory {
 
   /// What was booked for that day is alone in the list of what can be charged.
   Booked findToCharge(const std::string& date) {
-    logOnAs("desk");
-    start();
+    startAs("desk");
     Booked booked = book(date);
     open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
     scan("txtChargeSearchFor", booked.number);
@@ -128,8 +127,7 @@ TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
 }
 
 TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Booked booked = book("2026-11-24");
   ASSERT_EQ(ask("CBK", {{"BOOKID", booked.id}}), 0);
   open(ViewId::Discharge, "cboDischargeSearch", 2, "txtDischargeSearchFor");

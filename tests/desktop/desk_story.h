@@ -154,6 +154,11 @@ class DeskStory : public DesktopTest {
       window.findChild<QPushButton*>("cmdOK")->click();
     });
   }
+  /// Logs on by name, at the location of this row where several are asked for, and starts.
+  void startAs(const QString& name, int locationRow = 0) {
+    logOnAs(name, locationRow);
+    start();
+  }
   void start() {
     bool started = false;
     desktop.dispatch([&] { started = Main(program_->app); });

@@ -12,20 +12,8 @@
 namespace vantry::test {
 namespace {
 
-TEST_F(DeskStory, AllRightsSeeEverything) {
-  logOnAs("admin", 3);
-  start();
-  EXPECT_EQ(mainWindow().menus.mnuFileLogoff.Caption, "Log &Off admin");
-  EXPECT_TRUE(button("cmdNewBooking").isEnabled());
-  EXPECT_TRUE(mainWindow().albStandard.has("Rooms"));
-  EXPECT_TRUE(mainWindow().albStandard.has("Charge"));
-  EXPECT_TRUE(mainWindow().menus.mnuFileNewInvMaint.Enabled);
-  EXPECT_GT(rows(), 10);
-}
-
 TEST_F(DeskStory, EveryEntryOfEveryMenuRunsACommand) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   std::set<std::string> silent;
   std::function<void(const MenuItem&)> walk = [&](const MenuItem& menu) {
     for (const MenuItem* entry : menu.Items()) {
@@ -47,8 +35,7 @@ TEST_F(DeskStory, EveryEntryOfEveryMenuRunsACommand) {
 }
 
 TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   EXPECT_TRUE(mainWindow().albStandard.has("Rooms")) << "may be viewed";
   EXPECT_FALSE(mainWindow().menus.mnuFileNewInvRoom.Enabled);
   EXPECT_FALSE(mainWindow().menus.mnuFileNewInvEquip.Enabled);
@@ -113,8 +100,7 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
 }
 
 TEST_F(DeskStory, ANewDayOpensAtTheTopOfItsList) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   window(mainWindow()).resize(1000, 500);
   desktop.handleEvents();
   const QScrollBar& bar = *list().verticalScrollBar();
@@ -126,8 +112,7 @@ TEST_F(DeskStory, ANewDayOpensAtTheTopOfItsList) {
 }
 
 TEST_F(DeskStory, NeitherEnterNorAWandOverrides) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   OverrideFacts facts;
   facts.OverrideContext = codes::RoomUsage;
   facts.OverrideCode = codes::WarningLimit;
@@ -146,8 +131,7 @@ TEST_F(DeskStory, NeitherEnterNorAWandOverrides) {
 }
 
 TEST_F(DeskStory, ViewOnlyFollowsInTheSameWindowAndMayChangeNothing) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   logOnAs("view", 1);
   desktop.dispatch([&] { mainWindow().menus.mnuFileLogoff.choose(); });
   desktop.handleEvents();

@@ -45,8 +45,7 @@ struct MonitorStory : DeskStory {
 };
 
 TEST_F(MonitorStory, ADeliveryAppearsGoesOutAndIsFetched) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.DeliveryHours = "4";
   toMonitor(ViewId::Delivery);
   auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
@@ -70,8 +69,7 @@ TEST_F(MonitorStory, ADeliveryAppearsGoesOutAndIsFetched) {
 }
 
 TEST_F(MonitorStory, APickListGivesAWishThePieceThatIsThenHandedOut) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.PickUpHours = "1";
   const std::string id = book({{"LOC", app().context.locationId}, {"BTID", "3"}});
   toMonitor(ViewId::EquipmentList);
@@ -93,8 +91,7 @@ TEST_F(MonitorStory, APickListGivesAWishThePieceThatIsThenHandedOut) {
 }
 
 TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.DeliveryHours = "4";
   toMonitor(ViewId::Delivery);
   auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
