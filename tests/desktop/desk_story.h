@@ -166,7 +166,19 @@ class DeskStory : public DesktopTest {
     desktop.handleEvents();
   }
 
+  /// Runs a command as the event loop does, with all that follows from it.
+  template <class Action>
+  void run(Action action) {
+    desktop.dispatch(action);
+    desktop.handleEvents();
+  }
+
   // What the operator does in a window.
+
+  void pressButton(const char* name) {
+    button(name).click();
+    desktop.handleEvents();
+  }
 
   void click(const Form& form, const char* name) {
     activate(window(form));

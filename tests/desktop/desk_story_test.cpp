@@ -61,15 +61,13 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   button("cmdCancelBooking").click();
   EXPECT_EQ(cell(rowOfBooking(id), 1), "0");
   answerBox("Are you sure you wish to cancel the selected booking?", "Yes");
-  button("cmdCancelBooking").click();
-  desktop.handleEvents();
+  pressButton("cmdCancelBooking");
   ASSERT_GT(rowOfBooking(id), 0);
   EXPECT_EQ(cell(rowOfBooking(id), 1), "4");
   clickRow(rowOfBooking(id));
   EXPECT_FALSE(button("cmdCancelBooking").isEnabled());
   answerBox("Are you sure you wish to delete the selected booking?", "Yes");
-  button("cmdDeleteBooking").click();
-  desktop.handleEvents();
+  pressButton("cmdDeleteBooking");
   EXPECT_EQ(rowOfBooking(id), 0);
   EXPECT_EQ(rows(), all - 1);
 
@@ -94,8 +92,7 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   viewAs<DayView>(mainWindow(), ViewId::Day).dtViewBookings.enter(Date{2026, 11, 25});
   desktop.handleEvents();
   EXPECT_EQ(rowOfBooking(id), 0);
-  button("cmdToday").click();
-  desktop.handleEvents();
+  pressButton("cmdToday");
   EXPECT_EQ(rows(), all - 1);
 }
 
@@ -133,8 +130,7 @@ TEST_F(DeskStory, NeitherEnterNorAWandOverrides) {
 TEST_F(DeskStory, ViewOnlyFollowsInTheSameWindowAndMayChangeNothing) {
   startAs("desk");
   logOnAs("view", 1);
-  desktop.dispatch([&] { mainWindow().menus.mnuFileLogoff.choose(); });
-  desktop.handleEvents();
+  run([&] { mainWindow().menus.mnuFileLogoff.choose(); });
   EXPECT_EQ(mainWindow().menus.mnuFileLogoff.Caption, "Log &Off view");
   EXPECT_EQ(button("cmdEditBooking").text(), "Vie&w");
   EXPECT_FALSE(button("cmdNewBooking").isEnabled());

@@ -21,8 +21,7 @@ struct MonitorStory : DeskStory {
   }
   void toMonitor(ViewId view) {
     desktop.dispatch([&] { mainWindow().menus.mnuModeDaemon.choose(); });
-    desktop.dispatch([&] { mainWindow().showView(view); });
-    desktop.handleEvents();
+    run([&] { mainWindow().showView(view); });
   }
   /// Selects the row of the booking with the mouse; its place, or 0.
   int select(const char* name, Grid& grid, const std::string& id) {
@@ -51,8 +50,7 @@ TEST_F(MonitorStory, ADeliveryAppearsGoesOutAndIsFetched) {
   auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
   const int before = view.faDaemon.Rows;
   const std::string id = book({{"RID", "1"}, {"BTID", "2"}});
-  desktop.dispatch([&] { mainWindow().menus.mnuFileGetRequests.choose(); });
-  desktop.handleEvents();
+  run([&] { mainWindow().menus.mnuFileGetRequests.choose(); });
   EXPECT_EQ(view.faDaemon.Rows, before + 2) << "the way there and the way back";
   ASSERT_NE(select("faDaemon(1)", view.faDaemon, id), 0);
   acceptAssignment();
@@ -83,8 +81,7 @@ TEST_F(MonitorStory, APickListGivesAWishThePieceThatIsThenHandedOut) {
   EXPECT_FALSE(number.empty());
   QString handedOut;
   acceptAssignment(&handedOut);
-  desktop.dispatch([&] { mainWindow().menus.mnuModeStandard.choose(); });
-  desktop.handleEvents();
+  run([&] { mainWindow().menus.mnuModeStandard.choose(); });
   clickRow(rowOfBooking(id));
   click(mainWindow(), "cmdChargeDayView");
   EXPECT_EQ(handedOut.toStdString(), number);
@@ -108,8 +105,7 @@ TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
       answerBox(lostServer().c_str(), "Retry", [this] { startServer(); });
     }
     clock_.milliseconds += app().daemonPeriod + 1;
-    desktop.dispatch([&] { mainWindow().tmrDaemon.Tick(); });
-    desktop.handleEvents();
+    run([&] { mainWindow().tmrDaemon.Tick(); });
     asked += isAway ? 2 : 1;
     ASSERT_EQ(sent("DELD"), asked) << refresh;
   }

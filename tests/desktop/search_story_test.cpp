@@ -18,8 +18,7 @@ const Date kTomorrow{2026, 11, 25};
 
 struct SearchStory : InventoryDesk {
   frmBooking& newBooking() {
-    desktop.dispatch([&] { OpenRecordWindow(app(), {kBooking, "", kSourceMainWindow}); });
-    desktop.handleEvents();
+    run([&] { OpenRecordWindow(app(), {kBooking, "", kSourceMainWindow}); });
     return last<frmBooking>();
   }
   void key(QWidget& widget, Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier) {
