@@ -76,11 +76,12 @@ struct EditorTest : BookingTest {
     }
     throw std::runtime_error("no editor stands");
   }
-  int editors() const {
+  int windowsNamed(std::string_view name) const {
     int count = 0;
-    for (int i = 0; i < app.windows.Count(); ++i) count += app.windows[i].Name() == "frmBooking" ? 1 : 0;
+    for (int i = 0; i < app.windows.Count(); ++i) count += app.windows[i].Name() == name ? 1 : 0;
     return count;
   }
+  int editors() const { return windowsNamed("frmBooking"); }
   frmBooking& openNew() {
     OpenRecordWindow(app, {kBooking, "", kSourceMainWindow});
     return editor();
@@ -157,6 +158,20 @@ struct EditorTest : BookingTest {
     OpenRecordWindow(app, {kBooking, "7", kSourceMainWindow});
     server.checkAllCame();
     return editor();
+  }
+
+  /// The search window opens with what this matches, and brings this back.
+  void answerSearch(const std::string& answer, const testing::Matcher<std::string>& asked = testing::_) {
+    desktop.expectModal(std::string(kSearchWindow), [=](Form& search) {
+      EXPECT_THAT(search.Tag.get(), asked);
+      search.Tag = answer;
+      search.Hide();
+    });
+  }
+
+  void answerEmpty(int answer) {
+    desktop.expectBox(Box::Kind::Question, "There is no media or equipment in this booking.  Save anyway?",
+                      answer);
   }
 
   /// A scanned barcode that is Ina Ink's.

@@ -124,10 +124,7 @@ TEST_F(EditorLoad, ARefusedPickUpPatronCanBeTypedAnew) {
   frmBooking& window = openSeven("PPID=32 PPATNM=Oak");
   PatronField& pickup = window.requester.onBehalfOf;
   EXPECT_TRUE(pickup.text.Locked);
-  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
-    search.Tag = "Pen, Pia|40";
-    search.Hide();
-  });
+  answerSearch("Pen, Pia|40");
   server.expect("VALRP", "PID=40 PUP=Y").fails(144);
   desktop.expectInformation("Patron id has expired!");
   pickup.pick.press();

@@ -1,6 +1,5 @@
 #include "booking/editor_fixture.h"
 #include "booking/frmMPBarcode.h"
-#include "booking/frmOverride.h"
 #include "booking/frmRoomInfo.h"
 #include "records/frmMultPatron.h"
 
@@ -97,29 +96,12 @@ TEST_F(EditorPatrons, APatronErasedMeanwhileIsToldAndLeavesTheRest) {
   desktop.expectWarning("This patron is not there any more.");
   scan(requester, "P31");
   expectNobody();
-  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
-    search.Tag = "Ink, Ina|31";
-    search.Hide();
-  });
+  answerSearch("Ink, Ina|31");
   server.expect("GPBAR", "PID=31").fails(2);
   desktop.expectWarning("This patron is not there any more.");
   requester.pick.press();
   expectNobody();
   EXPECT_EQ(window.txtBookingNote.Text.get(), "With a screen");
-}
-
-TEST_F(EditorPatrons, AnOverriddenLimitLetsThePatronPass) {
-  expectRequester();
-  expectRoomsOfRequester();
-  server.expect("VALRP", "PID=31 PGID=2 PUP=N").fails(110, "VUF=2 VD1=1 VD2=3");
-  desktop.expectModalWindow<frmOverride>("frmOverride", [](frmOverride& override) {
-    EXPECT_EQ(override.lblMessage.Caption,
-              "Requester has 3 late returns.\n\rRequester is authorized for 1 late return.");
-    override.cmdOverride.press();
-  });
-  expectPrivileges();
-  scan(requester, "P31");
-  EXPECT_EQ(window.record.RequesterId, 31);
 }
 
 TEST_F(EditorPatrons, PrivilegesThatCannotBeHadRefuse) {
@@ -196,17 +178,10 @@ TEST_F(EditorPatrons, TheFieldsOfBothPatronsOpenTheirCounters) {
 }
 
 TEST_F(EditorPatrons, TheSearchWindowBringsNameAndId) {
-  const auto expectSearch = [&](const char* answer) {
-    desktop.expectModal(std::string(kSearchWindow), [=](Form& search) {
-      EXPECT_EQ(search.Tag, "6");
-      search.Tag = answer;
-      search.Hide();
-    });
-  };
-  expectSearch("");
+  answerSearch("", "6");
   requester.pick.press();
   EXPECT_EQ(window.record.RequesterId, 0);
-  expectSearch("Ink, Ina|31");
+  answerSearch("Ink, Ina|31", "6");
   server.expect("GPBAR", "PID=31").replies(R"(
     BNO=P31 BST=Active PGNM=Staff PGID=2
     BNO=G31 BST=Active PGNM=Guests PGID=3)");
@@ -225,10 +200,7 @@ TEST_F(EditorPatrons, TheSearchWindowBringsNameAndId) {
 TEST_F(EditorPatrons, AnotherGroupInvalidatesTheRoomOnce) {
   window.tabBooking.choose(2);
   app.preferences.BookingsRooms = 1;
-  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
-    search.Tag = "45|Tower";
-    search.Hide();
-  });
+  answerSearch("45|Tower");
   server.expect("VALRMAVL", "BOOKID=0 STIME=2026-11-24 06:00:00 ETIME=2026-11-24 06:00:00 RID=45 PGID=0");
   server.expect("GETREQP", "RID=45 BRTY=1");
   window.place.cmdRoom(0).press();

@@ -25,13 +25,6 @@ struct EditorPlace : EditorTest {
   void expectRoomInfo(std::function<void(frmRoomInfo&)> play) {
     desktop.expectModalWindow<frmRoomInfo>("frmRoomInfo", std::move(play));
   }
-  void expectSearch(const char* asked, const char* answer) {
-    desktop.expectModal(std::string(kSearchWindow), [=](Form& search) {
-      EXPECT_EQ(search.Tag, asked);
-      search.Tag = answer;
-      search.Hide();
-    });
-  }
 };
 
 TEST_F(EditorPlace, AChosenRoomShowsItsNoteAndItsEquipment) {
@@ -155,7 +148,7 @@ TEST_F(EditorPlace, ARoomTypeThatIsGoneIsNotReplacedByAnother) {
 TEST_F(EditorPlace, AFoundRoomHasToBeFree) {
   const std::string available = std::string("BOOKID=0 ") + kTimes + " RID=45 PGID=2";
   desktop.expectPopup("mnuPopupRooms", "mnuPopupRoomsFind");
-  expectSearch("7", "45|Tower - 12 - Main");
+  answerSearch("45|Tower - 12 - Main", "7");
   server.expect("VALRMAVL", available);
   server.expect("GETREQP", "RID=45 BRTY=1");
   place.cmdRoom(0).press();
@@ -164,7 +157,7 @@ TEST_F(EditorPlace, AFoundRoomHasToBeFree) {
   EXPECT_EQ(place.cboDeliveryRoom.ListIndex, -1);
   EXPECT_EQ(window.lblPlace.Caption, "Deliver:  Tower - 12 - Main");
   app.preferences.BookingsRooms = 2;
-  expectSearch("S|||", "45|Tower - 12 - Main");
+  answerSearch("45|Tower - 12 - Main", "S|||");
   server.expect("VALRMAVL", available).fails(107, "VUF=158");
   desktop.expectInformation(
       "The selected room is not available for the following booking:  24/11/2026 @ 09:00 AM");

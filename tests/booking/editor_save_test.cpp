@@ -9,10 +9,6 @@ namespace vantry::test {
 namespace {
 
 struct EditorSave : EditorTest {
-  static constexpr const char* kEmptyQuestion =
-      "There is no media or equipment in this booking.  Save anyway?";
-
-  void answerEmpty(int answer) { desktop.expectBox(Box::Kind::Question, kEmptyQuestion, answer); }
   /// The body of a booking of the hall, without things.
   static std::string body(const char* place = "RID=40", const char* type = "2") {
     return std::string(kTimes) + " PID=31 PGID=2 PPID=0 ADBK=N " + place + " BTID=" + type +

@@ -7,8 +7,6 @@ namespace vantry::test {
 
 /// A desk whose operator makes bookings with the wizard.
 struct WizardTest : EditorTest {
-  static constexpr const char* kEmptyQuestion =
-      "There is no media or equipment in this booking.  Save anyway?";
   static constexpr const char* kCancelQuestion = "Booking Wizard in progress!  Cancel this booking?";
 
   WizardTest() {
@@ -65,15 +63,10 @@ struct WizardTest : EditorTest {
     next(wizard, frmBookWiz::kNotesPage);
     return wizard;
   }
-  void answerEmpty(int answer) { desktop.expectBox(Box::Kind::Question, kEmptyQuestion, answer); }
   static std::string body(const std::string& times = kTimes, const std::string& things = "RID=40 BTID=2") {
     return times + " PID=31 PGID=2 PPID=0 ADBK=N " + things + " SCHCOM= ODE=0 OPU=0 WIZ=Y UTIME=0 CTIME=0";
   }
-  int wizards() const {
-    int count = 0;
-    for (int i = 0; i < app.windows.Count(); ++i) count += app.windows[i].Name() == "frmBookWiz" ? 1 : 0;
-    return count;
-  }
+  int wizards() const { return windowsNamed("frmBookWiz"); }
 };
 
 }  // namespace vantry::test

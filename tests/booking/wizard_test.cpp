@@ -118,10 +118,7 @@ TEST_F(Wizard, WithoutAPlaceTheMediaAreCheckedAndTheRoomPageIsNotLeft) {
   }
   app.preferences.BookingsRooms = 1;  // the search opens at once
   wizard.place.optRoom(kScheduledOption).choose();
-  desktop.expectModal(std::string(kSearchWindow), [](Form& search) {
-    search.Tag = "61|Studio";
-    search.Hide();
-  });
+  answerSearch("61|Studio");
   server.expect("VALRMAVL", std::string("BOOKID=0 ") + kTimes + " RID=61 PGID=2");
   server.expect("GETREQP", "RID=61 BRTY=1");
   wizard.place.cmdRoom(kScheduledOption).press();
@@ -145,19 +142,6 @@ TEST_F(Wizard, EnterGoesOnWhereNoBarcodeWaits) {
   wizard.parts.media.txtItemBarcode.type("");
   wizard.parts.media.txtItemBarcode.pressEnter();
   EXPECT_EQ(wizard.page(), frmBookWiz::kRoomPage);
-}
-
-TEST_F(Wizard, ABookingThatBecomesAPickUpIsCheckedWithoutItsRoom) {
-  frmBookWiz& wizard = openAtMedia();
-  next(wizard, frmBookWiz::kRoomPage);
-  wizard.place.optRoom(kPickUpOption).choose();
-  EXPECT_EQ(wizard.record.RoomId, 40) << "until then, requests still name the room";
-  server.expect("VALPLO", "LOC=3 PGID=2");
-  server.expect("CPUPTM", std::string("PGID=2 ADBK=N ") + kTimesWithDays);
-  next(wizard, frmBookWiz::kEquipmentPage);
-  server.expect("VALEAVL", std::string("BOOKID=0 LOC=3 PGID=2 ") + kTimes);
-  server.expect("VALPLO", "LOC=3 PGID=2");
-  next(wizard, frmBookWiz::kNotesPage);
 }
 
 TEST_F(Wizard, AnEmptyBookingIsStoredOnlyOnYes) {

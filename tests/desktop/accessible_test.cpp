@@ -135,8 +135,7 @@ class AccessibleStory : public DeskStory {
 };
 
 TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   const std::string out = cell(rowOf("99"), 0);
   for (const ViewRow& view : viewTable()) {
     SCOPED_TRACE(view.picture);
@@ -259,8 +258,7 @@ TEST_F(AccessibleStory, EveryControlOfEveryWindowHasAName) {
 }
 
 TEST_F(AccessibleStory, TheDayListTellsItsStatusAndHidesWhatIsHidden) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   const int charged = rowOf("99");
   ASSERT_GT(charged, 0);
   QAccessibleTableInterface* table = interfaceOf(list()).tableInterface();

@@ -14,8 +14,7 @@ namespace vantry::test {
 namespace {
 
 TEST_F(BookingStory, ANewDeliveryIsStoredAsItWasTyped) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester();
   const std::string item = freeItem(who);
   const Piece scanned = freePiece(who), numbered = freePiece(who);
@@ -59,8 +58,7 @@ TEST_F(BookingStory, ANewDeliveryIsStoredAsItWasTyped) {
 }
 
 TEST_F(BookingStory, ADateTypedWrongIsToldAndNothingIsStored) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   showDay(kDay);
   const frmBooking& window = openNew("mnuPopupNewBookingFreeform");
   for (const bool saves : {false, true}) {
@@ -75,8 +73,7 @@ TEST_F(BookingStory, ADateTypedWrongIsToldAndNothingIsStored) {
 }
 
 TEST_F(BookingStory, OfSeveralTimesNoneIsStoredUntilAllAreFree) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester();
   const Piece piece = freePiece(who);
   ASSERT_EQ(ask("NEWBK", delivery(who, piece, at(kDay, "14:00:00"), at(kDay, "15:00:00"))), 0);
@@ -119,8 +116,7 @@ TEST_F(BookingStory, OfSeveralTimesNoneIsStoredUntilAllAreFree) {
 
 /// What a report lists can be read without scrolling, also in bold.
 TEST_F(BookingStory, AConflictReportIsAsWideAsWhatItLists) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   frmErrorReport conflicts(app(), codes::MediaConflict), lines(app(), codes::CalendarConflict);
   const auto fill = [](Grid& grid, int widest, std::initializer_list<std::string> texts) {
     grid.Rows = 2;
@@ -152,8 +148,7 @@ TEST_F(BookingStory, AConflictReportIsAsWideAsWhatItLists) {
 }
 
 TEST_F(BookingStory, ACopyForAnotherRequesterIsABookingOfItsOwn) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester(), another = requester(who);
   const Piece piece = freePiece(who);
   ASSERT_EQ(ask("NEWBK", delivery(who, piece, at(kDay, "10:00:00"), at(kDay, "11:00:00"))), 0);
@@ -184,8 +179,7 @@ TEST_F(BookingStory, ACopyForAnotherRequesterIsABookingOfItsOwn) {
 }
 
 TEST_F(BookingStory, AnUpdateThatAnotherDeskOvertookIsRefused) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester();
   const Piece piece = freePiece(who);
   const std::string begin = at(kDay, "10:00:00"), end = at(kDay, "11:00:00");
@@ -219,8 +213,7 @@ TEST_F(BookingStory, AnUpdateThatAnotherDeskOvertookIsRefused) {
 }
 
 TEST_F(BookingStory, EscapeGivesNoChangesUp) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const frmBooking& editor = openNew("mnuPopupNewBookingFreeform");
   openTab(editor, "tabBooking", 4);
   QTest::keyClicks(&find<QPlainTextEdit>(editor, "txtBookingNote"), "mine");
@@ -237,8 +230,7 @@ TEST_F(BookingStory, EscapeGivesNoChangesUp) {
 }
 
 TEST_F(BookingStory, AnImmediatePickUpGoesOutAtOnce) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.AutoCharge = true;
   const Requester who = requester();
   const Piece piece = freePiece(who);
@@ -268,8 +260,7 @@ TEST_F(BookingStory, AnImmediatePickUpGoesOutAtOnce) {
 }
 
 TEST_F(BookingStory, ViewOnlyLooksAtAllTabsAndChangesNothing) {
-  logOnAs("view", 1);
-  start();
+  startAs("view", 1);
   frmBooking& form = edit(rowOf("0"));
   ASSERT_TRUE(form.media.faMedia.hasData()) << "the first live booking has media that need equipment";
   std::set<std::string> live;

@@ -27,8 +27,7 @@ struct CirculationStory : DeskStory {
   std::string status(const Booked& booked) { return stored(booked.id, "BKRES"); }
   /// Opens the view and chooses a type of search by keys, then goes to the text.
   void open(ViewId view, const char* types, int type, const char* text) {
-    desktop.dispatch([&] { mainWindow().showView(view); });
-    desktop.handleEvents();
+    run([&] { mainWindow().showView(view); });
     auto& list = find<QComboBox>(mainWindow(), types);
     list.setFocus();
     for (int step = 0; step < type; ++step) QTest::keyClick(&list, Qt::Key_Down);
@@ -47,8 +46,7 @@ struct CirculationStory : DeskStory {
 
   /// What was booked for that day is alone in the list of what can be charged.
   Booked findToCharge(const std::string& date) {
-    logOnAs("desk");
-    start();
+    startAs("desk");
     Booked booked = book(date);
     open(ViewId::Charge, "cboChargeSearch", 2, "txtChargeSearchFor");
     scan("txtChargeSearchFor", booked.number);
@@ -72,8 +70,7 @@ TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
     QTest::keyClick(&window, Qt::Key_Return);
   });
   answerBox("Booking charged successfully!", "OK");
-  button("cmdCCharge").click();
-  desktop.handleEvents();
+  pressButton("cmdCCharge");
   EXPECT_EQ(numbers.size(), 4U) << "two different pieces of each kind";
   EXPECT_EQ(status(booked), "99");
   answerBox("Selected booking already charged!", "OK");
@@ -97,8 +94,7 @@ TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
     QTimer::singleShot(0, window.findChild<QPushButton*>("cmdOK"), &QPushButton::click);
   });
   answerBox("Selected items discharged successfully!", "OK");
-  button("cmdDDischarge").click();
-  desktop.handleEvents();
+  pressButton("cmdDDischarge");
   ASSERT_EQ(out.size(), 2U);
   EXPECT_EQ(status(booked), "99") << "something is still out";
   EXPECT_EQ(find<GridView>(mainWindow(), "faDischargeBookings").model()->rowCount(), 1);
@@ -128,8 +124,7 @@ TEST_F(CirculationStory, WishesGoOutAsPiecesAndComeBackOneByOne) {
 }
 
 TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Booked booked = book("2026-11-24");
   ASSERT_EQ(ask("CBK", {{"BOOKID", booked.id}}), 0);
   open(ViewId::Discharge, "cboDischargeSearch", 2, "txtDischargeSearchFor");
@@ -159,8 +154,7 @@ TEST_F(CirculationStory, AMomentThatCannotBeReadIsNotTakenForNow) {
     pressOK(dialog);
   });
   answerBox("Selected items discharged successfully!", "OK");
-  button("cmdDDischarge").click();
-  desktop.handleEvents();
+  pressButton("cmdDDischarge");
   EXPECT_EQ(sent("DBK"), 1);
 }
 
@@ -185,8 +179,7 @@ TEST_F(CirculationStory, ARefusedChargeTellsWhyAndChangesNothing) {
         << reason.toStdString();
     QTest::keyClick(&window, Qt::Key_Return);
   });
-  button("cmdCCharge").click();
-  desktop.handleEvents();
+  pressButton("cmdCCharge");
   EXPECT_EQ(find<GridView>(mainWindow(), "faChargeBookings").model()->rowCount(), 1);
   EXPECT_EQ(status(booked), "0");
   EXPECT_EQ(sent("CBK"), 1);

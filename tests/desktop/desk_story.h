@@ -154,6 +154,11 @@ class DeskStory : public DesktopTest {
       window.findChild<QPushButton*>("cmdOK")->click();
     });
   }
+  /// Logs on by name, at the location of this row where several are asked for, and starts.
+  void startAs(const QString& name, int locationRow = 0) {
+    logOnAs(name, locationRow);
+    start();
+  }
   void start() {
     bool started = false;
     desktop.dispatch([&] { started = Main(program_->app); });
@@ -161,7 +166,19 @@ class DeskStory : public DesktopTest {
     desktop.handleEvents();
   }
 
+  /// Runs a command as the event loop does, with all that follows from it.
+  template <class Action>
+  void run(Action action) {
+    desktop.dispatch(action);
+    desktop.handleEvents();
+  }
+
   // What the operator does in a window.
+
+  void pressButton(const char* name) {
+    button(name).click();
+    desktop.handleEvents();
+  }
 
   void click(const Form& form, const char* name) {
     activate(window(form));

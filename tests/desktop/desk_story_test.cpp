@@ -12,20 +12,8 @@
 namespace vantry::test {
 namespace {
 
-TEST_F(DeskStory, AllRightsSeeEverything) {
-  logOnAs("admin", 3);
-  start();
-  EXPECT_EQ(mainWindow().menus.mnuFileLogoff.Caption, "Log &Off admin");
-  EXPECT_TRUE(button("cmdNewBooking").isEnabled());
-  EXPECT_TRUE(mainWindow().albStandard.has("Rooms"));
-  EXPECT_TRUE(mainWindow().albStandard.has("Charge"));
-  EXPECT_TRUE(mainWindow().menus.mnuFileNewInvMaint.Enabled);
-  EXPECT_GT(rows(), 10);
-}
-
 TEST_F(DeskStory, EveryEntryOfEveryMenuRunsACommand) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   std::set<std::string> silent;
   std::function<void(const MenuItem&)> walk = [&](const MenuItem& menu) {
     for (const MenuItem* entry : menu.Items()) {
@@ -47,8 +35,7 @@ TEST_F(DeskStory, EveryEntryOfEveryMenuRunsACommand) {
 }
 
 TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   EXPECT_TRUE(mainWindow().albStandard.has("Rooms")) << "may be viewed";
   EXPECT_FALSE(mainWindow().menus.mnuFileNewInvRoom.Enabled);
   EXPECT_FALSE(mainWindow().menus.mnuFileNewInvEquip.Enabled);
@@ -74,15 +61,13 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   button("cmdCancelBooking").click();
   EXPECT_EQ(cell(rowOfBooking(id), 1), "0");
   answerBox("Are you sure you wish to cancel the selected booking?", "Yes");
-  button("cmdCancelBooking").click();
-  desktop.handleEvents();
+  pressButton("cmdCancelBooking");
   ASSERT_GT(rowOfBooking(id), 0);
   EXPECT_EQ(cell(rowOfBooking(id), 1), "4");
   clickRow(rowOfBooking(id));
   EXPECT_FALSE(button("cmdCancelBooking").isEnabled());
   answerBox("Are you sure you wish to delete the selected booking?", "Yes");
-  button("cmdDeleteBooking").click();
-  desktop.handleEvents();
+  pressButton("cmdDeleteBooking");
   EXPECT_EQ(rowOfBooking(id), 0);
   EXPECT_EQ(rows(), all - 1);
 
@@ -107,14 +92,12 @@ TEST_F(DeskStory, TheDeskViewsTheInventoryAndWorksItsDay) {
   viewAs<DayView>(mainWindow(), ViewId::Day).dtViewBookings.enter(Date{2026, 11, 25});
   desktop.handleEvents();
   EXPECT_EQ(rowOfBooking(id), 0);
-  button("cmdToday").click();
-  desktop.handleEvents();
+  pressButton("cmdToday");
   EXPECT_EQ(rows(), all - 1);
 }
 
 TEST_F(DeskStory, ANewDayOpensAtTheTopOfItsList) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   window(mainWindow()).resize(1000, 500);
   desktop.handleEvents();
   const QScrollBar& bar = *list().verticalScrollBar();
@@ -126,8 +109,7 @@ TEST_F(DeskStory, ANewDayOpensAtTheTopOfItsList) {
 }
 
 TEST_F(DeskStory, NeitherEnterNorAWandOverrides) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   OverrideFacts facts;
   facts.OverrideContext = codes::RoomUsage;
   facts.OverrideCode = codes::WarningLimit;
@@ -146,11 +128,9 @@ TEST_F(DeskStory, NeitherEnterNorAWandOverrides) {
 }
 
 TEST_F(DeskStory, ViewOnlyFollowsInTheSameWindowAndMayChangeNothing) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   logOnAs("view", 1);
-  desktop.dispatch([&] { mainWindow().menus.mnuFileLogoff.choose(); });
-  desktop.handleEvents();
+  run([&] { mainWindow().menus.mnuFileLogoff.choose(); });
   EXPECT_EQ(mainWindow().menus.mnuFileLogoff.Caption, "Log &Off view");
   EXPECT_EQ(button("cmdEditBooking").text(), "Vie&w");
   EXPECT_FALSE(button("cmdNewBooking").isEnabled());

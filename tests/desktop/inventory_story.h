@@ -16,8 +16,7 @@ struct InventoryDesk : DeskStory {
   using DeskStory::DeskStory;
 
   void open(ViewId view) {
-    desktop.dispatch([&] { mainWindow().showView(view); });
-    desktop.handleEvents();
+    run([&] { mainWindow().showView(view); });
   }
   /// Clicks the node whose text begins so.
   void clickNode(const char* tree, const QString& text) {
@@ -62,8 +61,7 @@ struct InventoryDesk : DeskStory {
     const int rc = ask("NEWEQIPD", televisionTags({{"BNO", number}}, number));
     EXPECT_EQ(rc, 0) << get("CANTREAD");
     const std::string id = get("EID");
-    desktop.dispatch([&] { LoadCategoryLists(app()); });
-    desktop.handleEvents();
+    run([&] { LoadCategoryLists(app()); });
     return id;
   }
   /// What a save of a television carries behind `first`.

@@ -21,8 +21,7 @@ struct MonitorStory : DeskStory {
   }
   void toMonitor(ViewId view) {
     desktop.dispatch([&] { mainWindow().menus.mnuModeDaemon.choose(); });
-    desktop.dispatch([&] { mainWindow().showView(view); });
-    desktop.handleEvents();
+    run([&] { mainWindow().showView(view); });
   }
   /// Selects the row of the booking with the mouse; its place, or 0.
   int select(const char* name, Grid& grid, const std::string& id) {
@@ -45,15 +44,13 @@ struct MonitorStory : DeskStory {
 };
 
 TEST_F(MonitorStory, ADeliveryAppearsGoesOutAndIsFetched) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.DeliveryHours = "4";
   toMonitor(ViewId::Delivery);
   auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
   const int before = view.faDaemon.Rows;
   const std::string id = book({{"RID", "1"}, {"BTID", "2"}});
-  desktop.dispatch([&] { mainWindow().menus.mnuFileGetRequests.choose(); });
-  desktop.handleEvents();
+  run([&] { mainWindow().menus.mnuFileGetRequests.choose(); });
   EXPECT_EQ(view.faDaemon.Rows, before + 2) << "the way there and the way back";
   ASSERT_NE(select("faDaemon(1)", view.faDaemon, id), 0);
   acceptAssignment();
@@ -70,8 +67,7 @@ TEST_F(MonitorStory, ADeliveryAppearsGoesOutAndIsFetched) {
 }
 
 TEST_F(MonitorStory, APickListGivesAWishThePieceThatIsThenHandedOut) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.PickUpHours = "1";
   const std::string id = book({{"LOC", app().context.locationId}, {"BTID", "3"}});
   toMonitor(ViewId::EquipmentList);
@@ -85,16 +81,14 @@ TEST_F(MonitorStory, APickListGivesAWishThePieceThatIsThenHandedOut) {
   EXPECT_FALSE(number.empty());
   QString handedOut;
   acceptAssignment(&handedOut);
-  desktop.dispatch([&] { mainWindow().menus.mnuModeStandard.choose(); });
-  desktop.handleEvents();
+  run([&] { mainWindow().menus.mnuModeStandard.choose(); });
   clickRow(rowOfBooking(id));
   click(mainWindow(), "cmdChargeDayView");
   EXPECT_EQ(handedOut.toStdString(), number);
 }
 
 TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   app().preferences.DeliveryHours = "4";
   toMonitor(ViewId::Delivery);
   auto& view = viewAs<DeliveryView>(mainWindow(), ViewId::Delivery);
@@ -111,8 +105,7 @@ TEST_F(MonitorStory, ADayOnASecondScreenOutlivesTheServersRestarts) {
       answerBox(lostServer().c_str(), "Retry", [this] { startServer(); });
     }
     clock_.milliseconds += app().daemonPeriod + 1;
-    desktop.dispatch([&] { mainWindow().tmrDaemon.Tick(); });
-    desktop.handleEvents();
+    run([&] { mainWindow().tmrDaemon.Tick(); });
     asked += isAway ? 2 : 1;
     ASSERT_EQ(sent("DELD"), asked) << refresh;
   }

@@ -30,8 +30,7 @@ class OptionsStory : public DeskStory {
 };
 
 TEST_F(OptionsStory, TheKeyboardAloneChangesAndAppliesThem) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   open([&](QWidget& window) {
     auto& tabs = at<QTabBar>(window, "tabOptions");
     EXPECT_EQ(tabs.count(), 9);
@@ -75,8 +74,7 @@ TEST_F(OptionsStory, TheKeyboardAloneChangesAndAppliesThem) {
 }
 
 TEST_F(OptionsStory, SamplesLookLikeTheRowsOfTheLists) {
-  logOnAs("admin", 3);
-  start();
+  startAs("admin", 3);
   open([&](QWidget& window) {
     at<QTabBar>(window, "tabOptions").setCurrentIndex(2);
     desktop.handleEvents();

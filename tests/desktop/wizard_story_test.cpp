@@ -122,8 +122,7 @@ class WizardStory : public BookingStory {
 };
 
 TEST_F(WizardStory, EachTypeIsMadeByKeyboardAndReader) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester();
   const std::string item = freeItem(who);
   const Piece pieces[] = {freePiece(who), freePiece(who), freePiece(who)};
@@ -179,8 +178,7 @@ TEST_F(WizardStory, EachTypeIsMadeByKeyboardAndReader) {
 }
 
 TEST_F(WizardStory, AConflictInTheMiddleOfASeriesKeepsThePage) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester();
   const Piece piece = freePiece(who);
   const std::string from = at(kDay, "14:00:00"), to = at(kDay, "15:00:00");
@@ -225,8 +223,7 @@ TEST_F(WizardStory, AConflictInTheMiddleOfASeriesKeepsThePage) {
 }
 
 TEST_F(WizardStory, EscapeAsksAndNoKeepsThePage) {
-  logOnAs("desk");
-  start();
+  startAs("desk");
   const Requester who = requester();
   const frmBookWiz& wizard = open();
   for (const WizardPage& page : wizard.pages)

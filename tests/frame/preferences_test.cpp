@@ -155,20 +155,6 @@ TEST_F(PreferencesAtTheDesk, SearchListsOpenAtThePreferredKind) {
             "Dewey Decimal Call Number");
 }
 
-TEST_F(PreferencesAtTheDesk, AllAreStoredInOneWriteAndARefusalIsTold) {
-  start();
-  Preferences other = app->preferences;
-  other.RoomHours = "12";
-  settings.writes = 0;
-  EXPECT_TRUE(SavePreferences(*app, other));
-  EXPECT_EQ(settings.writes, 1);
-  EXPECT_EQ(readAll(settings).RoomHours, "12");
-  settings.refusal = "The disk is full.";
-  desktop.expectWarning("The disk is full.");
-  other.RoomHours = "13";
-  EXPECT_FALSE(SavePreferences(*app, other));
-}
-
 TEST_F(PreferencesAtTheDesk, WhatAnotherClientStoredMeanwhileIsKept) {
   FileSettings store(folder / "settings.ini");
   Program program({desktop, server, clock, store, components, folder, folder}, "");
@@ -180,17 +166,6 @@ TEST_F(PreferencesAtTheDesk, WhatAnotherClientStoredMeanwhileIsKept) {
   EXPECT_TRUE(readAll(FileSettings(folder / "settings.ini")).SuggestEquip);
   EXPECT_EQ(readAll(FileSettings(folder / "settings.ini")).RoomHours, "7");
   EXPECT_EQ(readAll(store).RoomHours, "7") << "and this client knows it";
-}
-
-TEST_F(PreferencesAtTheDesk, ChangedLegendBoxesReadTheDayOnce) {
-  start();
-  for (const char* key : {"DisplayCharged", "DisplayCompleted", "DisplayCanceled"})
-    settings.prefer(key, "false");
-  server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
-  ReadPreferences(*app);
-  EXPECT_FALSE(day().chkLegend(0).Value);
-  EXPECT_TRUE(day().chkLegend(3).Value);
-  ReadPreferences(*app);  // unchanged, they ask nothing
 }
 
 TEST_F(PreferencesAtTheDesk, TheBookingsFoundForChargeOutliveAReadingOfThePreferences) {

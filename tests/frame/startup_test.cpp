@@ -117,37 +117,6 @@ TEST_F(StartUp, AnUnreachableServerEndsItWithoutAMainWindow) {
   EXPECT_FALSE(main().isLoaded());
 }
 
-TEST_F(StartUp, TheViewPreferenceChoosesModeAndView) {
-  struct Case {
-    const char* view;
-    const char* last;
-    const char* heading;
-    Mode mode;
-  };
-  for (const Case& c :
-       {Case{"0", "0", " Booking Schedule - Day View", Mode::Standard},
-        Case{"3", "0", "Inventory - Equipment Groups", Mode::Standard},
-        Case{"7", "0", " Staff", Mode::Standard},
-        Case{"8", "0", " Schedule Monitor - Conflict Resolution && Warning", Mode::Monitor},
-        Case{"12", "0", " Schedule Monitor - Library Media Scheduled Rooms", Mode::Monitor},
-        Case{"14", "0", " Booking Schedule - Discharge", Mode::Standard},
-        Case{"15", "14", " Booking Schedule - Discharge", Mode::Standard},
-        Case{"15", "9", " Schedule Monitor - Delivery and Cleanup Notification", Mode::Monitor},
-        Case{"15", "15", "", Mode::None}}) {
-    settings.prefer("View", c.view);
-    settings.prefer("LastView", c.last);
-    build();
-    expectContext();
-    if (c.heading == std::string(" Booking Schedule - Day View")) expectBookings();
-    if (c.heading == std::string(" Staff")) server.expect("GETOPS");
-    for (const char* code : {"GECN", "LIBSD", "DELD"}) server.always(code);
-    ASSERT_TRUE(Main(*app));
-    EXPECT_EQ(main().lblView.Caption, c.heading) << c.view << ", " << c.last;
-    EXPECT_EQ(app->mode, c.mode);
-    EXPECT_EQ(main().tmrDaemon.Enabled, c.mode == Mode::Monitor);
-  }
-}
-
 TEST_F(StartUp, TheCalendarsOpenWhereTheyAreWanted) {
   settings.prefer("BookingCalendars", "true");
   build();

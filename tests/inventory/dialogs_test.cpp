@@ -14,14 +14,6 @@ namespace {
 
 struct InventoryDialogs : Desk {
   void SetUp() override { start(); }
-  /// A data row as the operator sees it.
-  static std::string row(const Grid& grid, int row) {
-    std::string cells;
-    for (int col = 0; col < grid.Cols; ++col) {
-      if (grid.ColWidth(col) > 0) cells += grid.TextMatrix(row, col) + "|";
-    }
-    return cells;
-  }
   static std::vector<std::string> rows(const Grid& grid) {
     std::vector<std::string> all;
     for (int each = grid.FixedRows; each < grid.Rows; ++each) all.push_back(row(grid, each));
@@ -145,8 +137,7 @@ TEST_F(StatusDialog, AStatusIsAppliedOnceAndARefusalLeavesTheLists) {
   window.fa(1).click(1, 1);
   const auto available = rows(window.fa(0));
   const auto applied = rows(window.fa(1));
-  server.expect("REMEGSTS", "EID=11 SID=9 ULI=3").fails(108);
-  expectReport();
+  expectFailure("REMEGSTS", "EID=11 SID=9 ULI=3");
   window.cmdRemoveStatus.press();
   EXPECT_EQ(rows(window.fa(0)), available);
   EXPECT_EQ(rows(window.fa(1)), applied);
@@ -172,8 +163,7 @@ TEST_F(StatusDialog, ACancelledNoteAppliesTheStatusWithoutOne) {
     window.Load();
     window.fa(0).click(1, 1);
     expectNote(answer);
-    server.expect("NEWEGSTS", "EID=11 SID=9 SNO= ULI=3").fails(108);
-    expectReport();
+    expectFailure("NEWEGSTS", "EID=11 SID=9 SNO= ULI=3");
     window.cmdAddStatus.press();
     EXPECT_THAT(rows(window.fa(0)), testing::ElementsAre("2|Lost|"));
     EXPECT_THAT(rows(window.fa(1)), testing::IsEmpty());
@@ -206,8 +196,7 @@ TEST_F(StatusDialog, PrioritiesOutsideTheTableLoseNoStatus) {
 }
 
 TEST_F(StatusDialog, WithoutTypesNothingIsShownOrAnswered) {
-  server.expect("GETEGSTY").fails(108);
-  expectReport();
+  expectFailure("GETEGSTY");
   frmStatus window(*app, kEquipment, "11");
   window.Load();
   window.cmdOK.press();
@@ -279,15 +268,13 @@ TEST_F(BarcodeDialog, AnExistingOneIsTakenAwayBeforeItGetsItsNewStatus) {
   EXPECT_EQ(window->txtBARCODE_NO.Text, "A1");
   EXPECT_EQ(window->cboBARCODE_STS.Text(), "Inactive");
   window->cboBARCODE_STS.select(1);
-  server.expect("REMEGBAR", "EID=11 BNO=A1").fails(108);
-  expectReport();
+  expectFailure("REMEGBAR", "EID=11 BNO=A1");
   window->cmdSave.press();
   EXPECT_THAT(rows(window->fa), testing::ElementsAre("A1|Inactive|", "B10|Inactive|", "B2|Active|"));
   EXPECT_FALSE(window->changed);
 
   server.expect("REMEGBAR", "EID=11 BNO=A1");
-  server.expect("NEWEGBAR", "EID=11 BNO=A1 ULI=3 BSI=1").fails(108);
-  expectReport();
+  expectFailure("NEWEGBAR", "EID=11 BNO=A1 ULI=3 BSI=1");
   window->cmdSave.press();
   EXPECT_THAT(rows(window->fa), testing::ElementsAre("B10|Inactive|", "B2|Active|"))
       << "as the server has it";
@@ -295,8 +282,7 @@ TEST_F(BarcodeDialog, AnExistingOneIsTakenAwayBeforeItGetsItsNewStatus) {
   EXPECT_FALSE(window->cmdDelete.Enabled);
   window->cboBARCODE_STS.select(2);
   desktop.expectQuestion("Changes will be lost!  Do you wish to SAVE this record before exiting?", true);
-  server.expect("NEWEGBAR", "EID=11 BNO=A1 ULI=3 BSI=2").fails(108);
-  expectReport();
+  expectFailure("NEWEGBAR", "EID=11 BNO=A1 ULI=3 BSI=2");
   window->cmdClose.press();
   EXPECT_TRUE(window->isLoaded()) << "as it was before, and stored nowhere";
   window->cboBARCODE_STS.select(1);
@@ -327,8 +313,7 @@ TEST_F(BarcodeDialog, DeletingTheActiveOneLeavesNone) {
   desktop.expectQuestion("Are you sure you want to DELETE barcode B2 ?", false);
   window->cmdDelete.press();
   desktop.expectQuestion("Are you sure you want to DELETE barcode B2 ?", true);
-  server.expect("REMEGBAR", "EID=11 BNO=B2").fails(108);
-  expectReport();
+  expectFailure("REMEGBAR", "EID=11 BNO=B2");
   window->cmdDelete.press();
   EXPECT_EQ(window->fa.Rows, 4);
   desktop.expectQuestion("Are you sure you want to DELETE barcode B2 ?", true);
@@ -356,8 +341,7 @@ TEST_F(BarcodeDialog, UnsavedTypingIsAskedFor) {
   window = open();
   enter(*window, "C3", 1);
   desktop.expectQuestion(question, true);
-  server.expect("NEWEGBAR", "EID=11 BNO=C3 ULI=3 BSI=1").fails(108);
-  expectReport();
+  expectFailure("NEWEGBAR", "EID=11 BNO=C3 ULI=3 BSI=1");
   window->cmdClose.press();
   EXPECT_TRUE(window->isLoaded()) << "what was not stored is not lost";
   desktop.expectQuestion(question, true);
@@ -397,8 +381,7 @@ TEST_F(InventoryDialogs, TheNumbersOfAKindHaveOneWindowBesideTheRecords) {
     EXPECT_THAT(rows(window.faNumbers), testing::ElementsAre("TV1|", "TV2|"));
     server.expect(c.code, c.type).replies(c.reply);
     ShowAssignedNumbers(*app, c.kind, "4");
-    server.expect(c.code, c.type).fails(108);
-    expectReport();
+    expectFailure(c.code, c.type);
     RefreshAssignedNumbers(*app, c.kind, "4");
     EXPECT_THAT(rows(window.faNumbers), testing::ElementsAre("TV1|", "TV2|")) << "a failure changes nothing";
     EXPECT_TRUE(window.faNumbers.pressKey("Ctrl+C"));
@@ -475,8 +458,7 @@ TEST_F(RoomDialog, ALocationListsItsRooms) {
   window->cboLOC_NAME.select(1);
   EXPECT_EQ(window->cboROOM_NAME.ListCount(), 0);
   EXPECT_FALSE(window->cmdOK.Enabled);
-  server.expect("GETARLOC", "LOC=3").fails(108);
-  expectReport();
+  expectFailure("GETARLOC", "LOC=3");
   window->cboLOC_NAME.select(0);
   EXPECT_FALSE(window->cmdOK.Enabled);
   FillRoomsOfLocation(*app, Ask(app->global, ""), window->cboROOM_NAME, "");  // asks nothing

@@ -24,6 +24,7 @@ constexpr const char* kKeep =
 constexpr const char* kNoChange = "Unable to perform the function due to the status of this group.";
 
 struct FrmGroupTest : RecordFixture {
+  void SetUp() override { start(); }
   frmGroup& openAs(const RecordOpening& opening, std::string_view record = kRecord, int probe = 0) {
     server.expect("GETEGTN", "EID=21").replies("ETY=\"Video Set\" ETI=8");
     server.expect("GETGDTL", "EID=21").replies(record);
@@ -71,7 +72,6 @@ struct FrmGroupTest : RecordFixture {
 };
 
 TEST_F(FrmGroupTest, ShowsARecordANewOneAndACopy) {
-  start();
   {
     frmGroup& group = open(kRecord, 174);
     EXPECT_EQ(group.Caption, "Group Inventory - SET1");
@@ -123,7 +123,6 @@ TEST_F(FrmGroupTest, ShowsARecordANewOneAndACopy) {
 }
 
 TEST_F(FrmGroupTest, ARefusedSaveEndsThereAndStaysNew) {
-  start();
   frmGroup& group = openNew();
   desktop.expectWarning("Missing Required Fields:\nNumber");
   save(group);
@@ -153,9 +152,7 @@ TEST_F(FrmGroupTest, ARefusedSaveEndsThereAndStaysNew) {
   save(group);
   EXPECT_EQ(group.propertyFields.dtUP_DATE.shortDate() + group.propertyFields.txtUP_OPNAME.Text.get(),
             "25/11/2026Vale");
-  server.expect("VERDELE", "VID=30 VTY=2");
-  desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-  server.expect("REMGRP", "EID=30");
+  expectRemoval("VID=30 VTY=2", "REMGRP", "EID=30");
   group.mnuFileDelete.choose();
   EXPECT_FALSE(FindRecordWindow(*app, kGroup, "30"));
 }
@@ -189,7 +186,6 @@ TEST_F(FrmGroupTest, TheMembersPageListsTypesCandidatesAndMembers) {
 }
 
 TEST_F(FrmGroupTest, APieceJoinsOnlyWhileBothAreNotCharged) {
-  start();
   frmGroup& group = openFree();
   GroupMembers& page = group.members;
   EXPECT_FALSE(page.cmdAdd.Enabled);
@@ -230,7 +226,6 @@ TEST_F(FrmGroupTest, APieceJoinsOnlyWhileBothAreNotCharged) {
 }
 
 TEST_F(FrmGroupTest, ALookUpAddsAPieceAndCanBeUndone) {
-  start();
   frmGroup& group = openMembers();
   GroupMembers& page = group.members;
   page.cmdAddByBarcode.press();  // without a text nothing is sought
@@ -297,7 +292,6 @@ TEST_F(FrmGroupTest, AMemberLeavesWithOrWithoutItsBookings) {
 }
 
 TEST_F(FrmGroupTest, PiecesOpenFromHereWithTheirGroup) {
-  start();
   frmGroup& group = openFree();
   GroupMembers& page = group.members;
   noteRecords();

@@ -15,6 +15,7 @@ constexpr const char* kRecord = R"(
 constexpr const char* kStatuses = "SID=6 SPR=9 STY=\"Not Charged\"\nSID=8 SPR=3 STY=\"In Maintenance\"";
 
 struct FrmMaintenanceTest : RecordFixture {
+  void SetUp() override { start(); }
   frmMaintenance& openAs(const RecordOpening& opening) {
     server.expect("GETMDTL", "MID=" + opening.id).replies(kRecord);
     server.expect("GETEGSTY").replies(kStatuses);
@@ -23,6 +24,7 @@ struct FrmMaintenanceTest : RecordFixture {
   frmMaintenance& open(int source = kSourceMainWindow) { return openAs({kMaintenance, "9", source}); }
   /// A new record from the main window, about the piece with this barcode.
   frmMaintenance& openNew() {
+    app->context.categories.years = {"2026"};
     desktop.expectInput("Enter an Equipment Barcode.", "B11");
     server.expect("GETIBYB", "EPT=1 BARORNO=0 BNO=B11")
         .replies("head: SRCHCNT=1\nEID=11 ENO=TV1 BNO=B11 ETY=Television");
@@ -54,7 +56,6 @@ struct FrmMaintenanceTest : RecordFixture {
 };
 
 TEST_F(FrmMaintenanceTest, ShowsARecordWithItsDetails) {
-  start();
   frmMaintenance& window = open();
   EXPECT_EQ(window.Caption, "Maintenance - TV1");
   EXPECT_EQ(dates(window), "04/03/2026|09/03/2026|09/03/2027");
@@ -85,8 +86,6 @@ TEST_F(FrmMaintenanceTest, ShowsARecordWithItsDetails) {
 }
 
 TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
-  start();
-  app->context.categories.years = {"2026"};
   frmMaintenance& window = openNew();
   EXPECT_EQ(window.Caption, "Maintenance - (New)");
   EXPECT_EQ(window.txtEQUIP_TYPE.Text.get() + window.txtEQUIP_NO.Text.get() + window.txtBARCODE_NO.Text.get(),
@@ -101,8 +100,6 @@ TEST_F(FrmMaintenanceTest, ANewRecordIsAboutThePieceThatWasNamed) {
 }
 
 TEST_F(FrmMaintenanceTest, ANewRecordKeepsThePiecesNextDateAndAFailedStatusDoesNotHoldItUp) {
-  start();
-  app->context.categories.years = {"2026"};
   frmMaintenance& window = openNew();
   server.expect("NEWEMAINTD", "EID=11 BNO=B11 MNO= MDI=2026-11-24 MDO= ENM=")
       .replies("MID=12 CNM=Vale ENM=2027-05-01");
@@ -120,7 +117,6 @@ TEST_F(FrmMaintenanceTest, ANewRecordKeepsThePiecesNextDateAndAFailedStatusDoesN
 }
 
 TEST_F(FrmMaintenanceTest, TheDatesKeepTheirOrder) {
-  start();
   frmMaintenance& window = open();
   struct Round {
     DateField frmMaintenance::*field;
@@ -145,7 +141,6 @@ TEST_F(FrmMaintenanceTest, TheDatesKeepTheirOrder) {
 }
 
 TEST_F(FrmMaintenanceTest, WithoutADayInNothingIsSaved) {
-  start();
   frmMaintenance& window = open();
   window.dtMAINT_DATEIN.type("31.31.2026", {2026, 11, 24});
   desktop.expectInformation("Please enter a valid date for Date In.");
@@ -193,7 +188,6 @@ TEST_F(FrmMaintenanceTest, AFailedStepOfASaveIsToldAndTheOthersFollow) {
 }
 
 TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
-  start();
   frmMaintenance& window = open(kSourceEquipment);
   window.chkIN_MAINT.toggle();
   window.details.fa.click(1, 1);
@@ -221,8 +215,6 @@ TEST_F(FrmMaintenanceTest, TheStatusFollowsTheBoxAndThePieceShowsTheRecord) {
 }
 
 TEST_F(FrmMaintenanceTest, ABarcodeStoresANewRecordAtOnce) {
-  start();
-  app->context.categories.years = {"2026"};
   frmMaintenance& window = openNew();
   expectBarcode();
   server.expect("NEWEMAINTD", "EID=11 BNO=B12 MNO= MDI=2026-11-24 MDO= ENM=").replies("MID=12");

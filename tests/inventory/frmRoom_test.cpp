@@ -26,6 +26,7 @@ constexpr const char* kInUse =
     "Unable to change location/room of this group as it is currently scheduled in other bookings.";
 
 struct FrmRoomTest : RecordFixture {
+  void SetUp() override { start(); }
   frmRoom& openAs(const RecordOpening& opening, std::string_view record = kRecord) {
     server.expect("GETRTN", "RID=2").replies("RTY=Seminar RTI=1");
     server.expect("GETRDTL", "RID=2").replies(record);
@@ -63,7 +64,6 @@ struct FrmRoomTest : RecordFixture {
 };
 
 TEST_F(FrmRoomTest, ShowsARecordANewOneAndACopy) {
-  start();
   frmRoom& room = open();
   EXPECT_EQ(room.Caption, "Room Inventory - 102");
   EXPECT_EQ(room.cboROOM_TYPE.Text() + room.txtROOM_NAME.Text.get() + room.txtROOM_CAPACITY.Text() +
@@ -109,7 +109,6 @@ TEST_F(FrmRoomTest, ShowsARecordANewOneAndACopy) {
 }
 
 TEST_F(FrmRoomTest, ARefusedRoomCountsAsSavedAndALocationOfAnotherLibraryIsShown) {
-  start();
   frmRoom& room = openNew();
   room.cboROOM_TYPE.select(0);
   desktop.expectWarning("Missing Required Fields:\nRoom Type\nNumber");
@@ -144,7 +143,6 @@ TEST_F(FrmRoomTest, ARefusedRoomCountsAsSavedAndALocationOfAnotherLibraryIsShown
 }
 
 TEST_F(FrmRoomTest, DetailsChangeInTheListUntilTheRoomIsSaved) {
-  start();
   frmRoom& room = open();
   EXPECT_FALSE(room.details.cmdEditDetail.Enabled || room.details.cmdRemoveDetail.Enabled);
   room.details.fa.click(2, 1);
@@ -184,7 +182,6 @@ TEST_F(FrmRoomTest, DetailsChangeInTheListUntilTheRoomIsSaved) {
 }
 
 TEST_F(FrmRoomTest, ARefusalSaysWhatIsWrong) {
-  start();
   frmRoom& room = open();
   const struct {
     const char* tag;
@@ -204,7 +201,6 @@ TEST_F(FrmRoomTest, ARefusalSaysWhatIsWrong) {
 }
 
 TEST_F(FrmRoomTest, TheEquipmentPageListsGroupsAndPieces) {
-  start();
   RoomEquipment& page = openEquipment();
   EXPECT_EQ(nodes(page.tree), "Groups: Video Set (1)\nEquipment: Television (1)\n");
   EXPECT_EQ(row(page.faMembers, 0) + row(page.faMembers, 2),
@@ -233,7 +229,6 @@ TEST_F(FrmRoomTest, TheEquipmentPageListsGroupsAndPieces) {
 }
 
 TEST_F(FrmRoomTest, EquipmentIsPutIntoTheRoomAndBack) {
-  start();
   RoomEquipment& page = openEquipment();
   page.faCandidates.click(1, 3);
   server.expect("ADDREQP", "EID=13 RID=2 ULI=3").fails(174);
@@ -272,7 +267,6 @@ TEST_F(FrmRoomTest, EquipmentIsPutIntoTheRoomAndBack) {
 }
 
 TEST_F(FrmRoomTest, EquipmentLeavesForAnotherRoom) {
-  start();
   RoomEquipment& page = openEquipment();
   page.faMembers.click(1, 1);
   server.expect("ADDREQP", "EID=11 RID=2").fails(2);
@@ -316,7 +310,6 @@ TEST_F(FrmRoomTest, EquipmentLeavesForAnotherRoom) {
 }
 
 TEST_F(FrmRoomTest, BookingsNotesAndDeletionAreThoseOfARoom) {
-  start();
   frmRoom& room = open();
   server.expect("GETCRB", "RID=2")
       .replies("BOOKID=5 CNUM=M5 STIME=\"2026-11-24 09:00:00\" ETIME=\"2026-11-25 17:30:00\" PATNM=");
@@ -340,9 +333,7 @@ TEST_F(FrmRoomTest, BookingsNotesAndDeletionAreThoseOfARoom) {
   EXPECT_TRUE(room.Unload());
 
   frmRoom& again = open();
-  server.expect("VERDELE", "VID=2 VTY=0");
-  desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-  server.expect("REMROOM", "RID=2");
+  expectRemoval("VID=2 VTY=0", "REMROOM", "RID=2");
   again.mnuFileDelete.choose();
   EXPECT_FALSE(FindRecordWindow(*app, kRoom, "2"));
 }

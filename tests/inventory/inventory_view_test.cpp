@@ -16,6 +16,7 @@ class InventoryViewTest : public RecordFixture {
  public:
   void SetUp() override {
     for (const char* code : {"GETOPS", "BOOKDAY"}) server.always(code);
+    logOn();
   }
   void logOn(const std::string& rights = allRightsBut()) {
     build();
@@ -72,7 +73,6 @@ class InventoryViewTest : public RecordFixture {
 };
 
 TEST_F(InventoryViewTest, TheTreesShowTheCategoriesReadAtTheStart) {
-  logOn();
   EXPECT_EQ(nodes(equipment().tvwDB),
             "4|Television = Television (2)\n5|Camera (small) = Camera (small) (0)\n");
   EXPECT_EQ(nodes(groups().tvwDB), "8|Video Set = Video Set (2)\n");
@@ -103,7 +103,6 @@ TEST_F(InventoryViewTest, TheColumnsNameThePieceAsTheOperatorPrefers) {
 }
 
 TEST_F(InventoryViewTest, ATypeIsListedWithItsCountAsRowsArrive) {
-  logOn();
   main().showView(ViewId::Equipment);
   std::vector<std::string> told;
   desktop.onRepaint = [&](Form&) { told.push_back(panel()); };
@@ -133,10 +132,8 @@ TEST_F(InventoryViewTest, ATypeIsListedWithItsCountAsRowsArrive) {
 }
 
 TEST_F(InventoryViewTest, AFailedListIsReportedAndEmpty) {
-  logOn();
   showTelevisions();
-  server.expect("GETEITM", "ETI=4").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GETEITM", "ETI=4");
   equipment().tvwDB.click("4|Television");
   EXPECT_EQ(equipment().fa.Rows, 1);
   EXPECT_FALSE(equipment().cmdPrintInv.Enabled);
@@ -144,7 +141,6 @@ TEST_F(InventoryViewTest, AFailedListIsReportedAndEmpty) {
 }
 
 TEST_F(InventoryViewTest, AViewThatOpensAgainReadsItsNodeAnew) {
-  logOn();
   showTelevisions();
   main().showView(ViewId::Day);
   server.expect("GETEITM", "ETI=4").replies(kTelevisions);
@@ -154,7 +150,6 @@ TEST_F(InventoryViewTest, AViewThatOpensAgainReadsItsNodeAnew) {
 }
 
 TEST_F(InventoryViewTest, ARecordOpensFromItsRow) {
-  logOn();
   showTelevisions();
   for (const auto& open : std::initializer_list<std::function<void()>>{
            [&] { equipment().fa.doubleClick(2, 1); }, [&] { equipment().cmdEditInv.press(); },
@@ -177,7 +172,6 @@ TEST_F(InventoryViewTest, ARecordOpensFromItsRow) {
 }
 
 TEST_F(InventoryViewTest, SortingLeavesNoRowToTheCommands) {
-  logOn();
   showTelevisions();
   equipment().fa.click(1, 1);
   desktop.expectPopup("mnuPopupTools", "mnuPopupToolsSortDescending");
@@ -187,27 +181,22 @@ TEST_F(InventoryViewTest, SortingLeavesNoRowToTheCommands) {
 }
 
 TEST_F(InventoryViewTest, ARecordIsDeletedWhenServerAndOperatorAgree) {
-  logOn();
   showTelevisions();
   Grid& list = equipment().fa;
   list.click(1, 1);
-  server.expect("VERDELE", "VID=11 VTY=1").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("VERDELE", "VID=11 VTY=1");
   equipment().cmdDeleteInv.press();
   server.expect("VERDELE", "VID=11 VTY=1");
   desktop.expectQuestion("Are you sure you want to DELETE this record?", false);
   equipment().cmdDeleteInv.press();
   server.expect("VERDELE", "VID=11 VTY=1");
   desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-  server.expect("REMEQIP", "EID=11").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("REMEQIP", "EID=11");
   equipment().cmdDeleteInv.press();
   EXPECT_EQ(list.Rows, 3);
   EXPECT_EQ(nodes(equipment().tvwDB).substr(0, 29), "4|Television = Television (2)");
 
-  server.expect("VERDELE", "VID=11 VTY=1");
-  desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-  server.expect("REMEQIP", "EID=11");
+  expectRemoval("VID=11 VTY=1", "REMEQIP", "EID=11");
   equipment().cmdDeleteInv.press();
   ASSERT_EQ(list.Rows, 2);
   EXPECT_EQ(list.TextMatrix(1, 0), "12");
@@ -219,12 +208,9 @@ TEST_F(InventoryViewTest, ARecordIsDeletedWhenServerAndOperatorAgree) {
 }
 
 TEST_F(InventoryViewTest, EachKindIsDeletedByItsRequests) {
-  logOn();
   showGroups();
   desktop.expectPopup("mnuPopupGroup", "mnuPopupGroupDelete");
-  server.expect("VERDELE", "VID=22 VTY=2");
-  desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-  server.expect("REMGRP", "EID=22");
+  expectRemoval("VID=22 VTY=2", "REMGRP", "EID=22");
   groups().fa.rightClick(2, 1);
   EXPECT_EQ(nodes(groups().tvwDB), "8|Video Set = Video Set (1)\n");
 
@@ -233,9 +219,7 @@ TEST_F(InventoryViewTest, EachKindIsDeletedByItsRequests) {
   rooms().tvwDB.click("2|Store");
   EXPECT_EQ(row(rooms().fa, 1), "17|Cellar|Branch|Available|12|");
   rooms().fa.click(1, 1);
-  server.expect("VERDELE", "VID=6 VTY=0");
-  desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-  server.expect("REMROOM", "RID=6");
+  expectRemoval("VID=6 VTY=0", "REMROOM", "RID=6");
   rooms().cmdDeleteInv.press();
   EXPECT_EQ(nodes(rooms().tvwDB), "2|Store = Store (0)\n");
   EXPECT_FALSE(rooms().cmdPrintInv.Enabled) << "nothing is left to print";
@@ -252,7 +236,6 @@ TEST_F(InventoryViewTest, EachKindIsDeletedByItsRequests) {
 }
 
 TEST_F(InventoryViewTest, AYearOpensAndAsksNothing) {
-  logOn();
   main().showView(ViewId::Maintenance);
   maintenance().tvwDB.click("YEAR|2026");
   EXPECT_TRUE(maintenance().tvwDB.find("YEAR|2026")->expanded);
@@ -271,7 +254,6 @@ TEST_F(InventoryViewTest, AYearOpensAndAsksNothing) {
 }
 
 TEST_F(InventoryViewTest, ASavedRecordRefillsTheListThatShowsItsCategory) {
-  logOn();
   showTelevisions();
   main().refillInventory(kEquipment, "5");
   server.expect("GETECAT").replies("ETI=4 ETY=Television MIC=3");
@@ -287,7 +269,6 @@ TEST_F(InventoryViewTest, ASavedRecordRefillsTheListThatShowsItsCategory) {
 }
 
 TEST_F(InventoryViewTest, ATypeThatIsGoneLeavesNoListBehind) {
-  logOn();
   showTelevisions();
   server.expect("GETECAT").replies("ETI=5 ETY=Camera MIC=1");
   for (const char* code : {"GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
@@ -298,7 +279,6 @@ TEST_F(InventoryViewTest, ATypeThatIsGoneLeavesNoListBehind) {
 }
 
 TEST_F(InventoryViewTest, ARecordWindowThatDeletesTakesTheSelectedRowAlong) {
-  logOn();
   showTelevisions();
   equipment().fa.click(2, 1);
   main().dropInventoryRow(kEquipment, "4");
@@ -312,7 +292,6 @@ TEST_F(InventoryViewTest, ARecordWindowThatDeletesTakesTheSelectedRowAlong) {
 }
 
 TEST_F(InventoryViewTest, ThePaneOfMembersOpensAndClosesWithItsGroup) {
-  logOn();
   showGroups();
   EXPECT_FALSE(groups().cmdMembers.Enabled);
   groups().fa.click(2, 1);
@@ -337,14 +316,12 @@ TEST_F(InventoryViewTest, ThePaneOfMembersOpensAndClosesWithItsGroup) {
   EXPECT_FALSE(members().isOpen());
   EXPECT_EQ(groups().cmdMembers.Caption, "&Members >>");
 
-  server.expect("GETEGSTS", "EID=22").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GETEGSTS", "EID=22");
   groups().cmdMembers.press();
   EXPECT_FALSE(members().isOpen());
 }
 
 TEST_F(InventoryViewTest, OnlyAGroupThatIsNotChargedTakesNewMembers) {
-  logOn();
   showMembers("SID=6 SPR=1\nSID=3 SPR=2");
   EXPECT_FALSE(members().cmdNewInv.Enabled);
   EXPECT_FALSE(main().menus.mnuPopupMemberNew.Enabled);
@@ -363,14 +340,11 @@ TEST_F(InventoryViewTest, OnlyAGroupThatIsNotChargedTakesNewMembers) {
 }
 
 TEST_F(InventoryViewTest, ADeletedMemberIsGoneFromEveryListAndCount) {
-  logOn();
   showTelevisions();
   showMembers();
   const auto removeFirst = [&](const std::string& id) {
     members().fa.click(1, 1);
-    server.expect("VERDELE", "VID=" + id + " VTY=1");
-    desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
-    server.expect("REMEQIP", "EID=" + id);
+    expectRemoval("VID=" + id + " VTY=1", "REMEQIP", "EID=" + id);
     members().cmdDeleteInv.press();
   };
   removeFirst("11");
@@ -396,7 +370,6 @@ TEST_F(InventoryViewTest, ADeletedMemberIsGoneFromEveryListAndCount) {
 }
 
 TEST_F(InventoryViewTest, AGroupThatIsReadAnewStaysSelectedWithItsPaneOpen) {
-  logOn();
   showMembers();
   server.expect("GETGITM", "ETI=8").replies("EID=20 ECNT=1 ENO=SET0\nEID=21 ECNT=0 ENO=SET1");
   server.expect("GETEGSTS", "EID=21").replies("SID=6 SPR=1");
@@ -428,7 +401,6 @@ TEST_F(InventoryViewTest, WhoMayOnlyViewOpensAndPrints) {
 }
 
 TEST_F(InventoryViewTest, TheLogOffLeavesNothingOfTheOperatorBefore) {
-  logOn();
   showMembers();
   expectContext();
   main().mnuFileLogoff_Click();
@@ -438,7 +410,6 @@ TEST_F(InventoryViewTest, TheLogOffLeavesNothingOfTheOperatorBefore) {
 }
 
 TEST_F(InventoryViewTest, SearchAndPrintReachTheirWindows) {
-  logOn();
   showTelevisions();
   std::vector<std::string> asked;
   app->makers.setSearch(

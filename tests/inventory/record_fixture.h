@@ -35,6 +35,12 @@ struct RecordFixture : Desk {
     server.expect("GETRCAT").replies("RTI=1 RTY=Seminar MIC=1 RST=N\nRTI=2 RTY=Store MIC=1 RST=Y");
     server.expect("GETMYER");
   }
+  /// The server has nothing against a deletion, the operator agrees to it, and the record is removed.
+  void expectRemoval(const std::string& verified, std::string_view code, const std::string& tags) {
+    server.expect("VERDELE", verified);
+    desktop.expectQuestion("Are you sure you want to DELETE this record?", true);
+    server.expect(code, tags);
+  }
   static void save(InventoryWindow& window) { window.barBooking.choose(window.barBooking.tool("abSave")); }
   /// The nodes of a tree, those below a root after it.
   static std::string nodes(const Tree& tree) {
@@ -45,14 +51,6 @@ struct RecordFixture : Desk {
       all += '\n';
     }
     return all;
-  }
-  /// The visible columns of a row; the headings for row 0.
-  static std::string row(const Grid& grid, int row) {
-    std::string cells;
-    for (int col = 0; col < grid.Cols; ++col) {
-      if (grid.ColWidth(col) > 0) cells += grid.TextMatrix(row, col) + "|";
-    }
-    return cells;
   }
 };
 

@@ -70,8 +70,7 @@ TEST_F(StaffViewTest, AFailedReadLeavesNoRowOfBefore) {
   start();
   server.expect("GETOPS").replies("PID=4 PATNM=\"Ink, Ina\" PSTS=Y BCNT=3");
   main().menus.mnuViewStaff.choose();
-  server.expect("GETOPS").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GETOPS");
   main().menus.mnuViewStaff.choose();
   EXPECT_EQ(viewAs<StaffView>(main(), ViewId::Staff).faStaff.Rows, 1);
   EXPECT_EQ(app->context.staff.size(), 1U) << "bookings keep their staff";

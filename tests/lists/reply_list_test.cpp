@@ -79,14 +79,6 @@ TEST_F(ReplyListTest, AKeyThatARowHasIsPassedOver) {
   EXPECT_EQ(grid->Rows, 3) << "the keys of the list before count no longer";
 }
 
-TEST_F(ReplyListTest, PiecesShowBarcodesOrNumbersAsPreferred) {
-  app->preferences.Barcodes = false;
-  list->build({.columns = kPieces, .walk = tags::EID});
-  fill(kTwice);
-  EXPECT_EQ(headings(), "ID|Number|Type|Group?|");
-  EXPECT_THAT(column(1), testing::ElementsAre("TV1", "TV2", "TV1"));
-}
-
 TEST_F(ReplyListTest, TheOwnerChoosesRowsAndHearsOfEach) {
   list->build({.columns = kPieces, .walk = tags::EID});
   std::string seen;

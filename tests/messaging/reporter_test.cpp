@@ -28,34 +28,6 @@ struct Reporter : testing::Test {
   }
 };
 
-const std::string kDeletion = "Unable To Delete!\n\n";
-
-TEST_F(Reporter, SaysTheWordsOfAWarningInABox) {
-  const std::vector<std::pair<int, std::string>> warnings = {
-      {100, kDeletion + "Bookings Exist!"},
-      {101, kDeletion + "Media Change Status Exists!"},
-      {102, kDeletion + "Exceptions Exist!"},
-      {103, kDeletion + "Room Is Currently In Use!"},
-      {104, kDeletion + "Room Is NOT Available!"},
-      {105, kDeletion + "Patron Date Expired!"},
-      {106, kDeletion + "Booking Is Occurring!"},
-      {107, kDeletion + "Room Is Booked!"},
-      {108, "Barcode is not active!"},
-      {109, "Patron address marked for hold mail!"},
-      {110, "Patron has exceeded limits!"},
-      {125, "Unable to perform the function due to the status of this group."},
-      {174, "Unable to change location/room of this group as it is currently scheduled in other bookings."},
-      {183,
-       "Unable to add equipment to the group.  The equipment and group are currently scheduled in other "
-       "bookings."}};
-  for (const auto& [rc, text] : warnings) {
-    SCOPED_TRACE(rc);
-    desktop.expectWarning(text);
-    fail(rc);
-    desktop.checkAllCame();
-  }
-}
-
 TEST_F(Reporter, ACodeWithoutWordsShowsNothing) {
   for (const int rc : {0, 2, 99, 111, 128, 999, -95}) global.ReportRequestError(rc, "DELBK", "frmBooking");
   EXPECT_EQ(aborts, 0);  // and the desktop saw no box and no window

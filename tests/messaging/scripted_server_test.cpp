@@ -13,21 +13,6 @@ DeliveryResult sendTo(ScriptedServer& server, std::string code, std::string_view
   return server.send({newRequestId(), std::move(code), pairsOf(tags)});
 }
 
-TEST(ReplyText, ReadsPairsSegmentsAndQuotes) {
-  const TagBlock block = blockOf(R"(
-    head: CNUM=12 RNM=Great Hall
-    EID=1 ENO=TV1  ETY="a | b = ""c"""
-    EID=2 ETY= | EID=3)");
-  EXPECT_EQ(inWords(block.head), "CNUM=12 RNM=Great Hall");
-  ASSERT_EQ(block.records.size(), 3U);
-  EXPECT_EQ(block.records[0][2].value, "a | b = \"c\"");
-  EXPECT_EQ(inWords(block.records[0]), R"(EID=1 ENO=TV1 ETY="a | b = ""c""")");
-  EXPECT_EQ(inWords(block.records[1]), "EID=2 ETY=");
-  EXPECT_THROW((void)blockOf("EID=1 | no pair"), std::invalid_argument);
-  EXPECT_THROW((void)blockOf("EID=\"1"), std::invalid_argument);
-  EXPECT_THROW((void)pairsOf("EID=1 | EID=2"), std::invalid_argument);
-}
-
 /// What the test framework would have been told by a script that is played and ends.
 template <class Script>
 std::string failuresOf(Script script) {
@@ -94,18 +79,6 @@ TEST(ScriptedServer, TellsARepeatedRequestFromAFreshOne) {
                 (void)server.send(request);
               }),
               testing::HasSubstr("DELBK came with the id of another request"));
-}
-
-TEST(ScriptedServer, AnswersByTableAndByStandingAnswers) {
-  ScriptedServer server;
-  server.always("GETMYER").replies("MYE=2025 | MYE=2026");
-  server.expect("DELBK", "BOOKID=*").fails(-98, "CANTREAD=BOOKID");
-  EXPECT_EQ(sendTo(server, "GETMYER", "").reply.recordCount(), 2);
-  EXPECT_EQ(sendTo(server, "GETMYER", "").reply.recordCount(), 2);
-  const Reply failed = sendTo(server, "DELBK", "BOOKID=7").reply;
-  EXPECT_EQ(failed.rc, -98);
-  EXPECT_EQ(failed.value(-1, "CANTREAD").text, "BOOKID") << "a single reply is all head";
-  EXPECT_EQ(failed.recordCount(), 0);
 }
 
 }  // namespace

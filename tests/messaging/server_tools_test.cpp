@@ -130,12 +130,6 @@ TEST_F(Tools, OnlyAQuestionThatNeedsNoWindowStopsTheStart) {
   EXPECT_TRUE(stops("/nocheck  --help"));
 }
 
-TEST_F(Tools, TheSupportPagesOpenInTheBrowser) {
-  tools.setSupportAddress("https://help.desk.example/");
-  tools.OpenWebSite("Vantry Support");
-  EXPECT_THAT(desktop.addresses, testing::ElementsAre("https://help.desk.example/"));
-}
-
 TEST(HelpSection, LeadsEachLineByABlankAndTurnsTildesIntoTabs) {
   std::string folder = (std::filesystem::temp_directory_path() / "vantry-help-XXXXXX").string();
   ASSERT_NE(::mkdtemp(folder.data()), nullptr);

@@ -25,19 +25,6 @@ struct TagMessageTest : testing::Test {
   }
 };
 
-TEST_F(TagMessageTest, SendsItsTagsInTheirOrderAndThenForgetsThem) {
-  server.expect("GEPL", R"(CLI=1 LOC=3 LOC=4 STIME=2026-11-24 09:00:00 ETIME=2026-11-24 10:00:00 OI=desk)");
-  server.expect("GETLOCS");
-  message.Add("CLI", "1");
-  message.Add("LOC", "3");
-  message.Add("LOC", "4");
-  message.Add("STIME", "2026-11-24 09:00:00");
-  message.Add("ETIME", "2026-11-24 10:00:00");
-  message.Add("OI", "desk");
-  EXPECT_EQ(message.Send("GEPL"), 0);
-  EXPECT_EQ(message.Send("GETLOCS"), 0);
-}
-
 TEST_F(TagMessageTest, GetReadsTheHeadBeforeTheFirstRecordOutsideAWalk) {
   receive("head: BOOKID=7 RNM=Hall | RNM=Attic EID=1 | EID=2 ENO=TV2");
   EXPECT_EQ(message.Get("BOOKID"), "7");
@@ -64,18 +51,6 @@ TEST_F(TagMessageTest, EachTagWalksItsOwnRecords) {
   ASSERT_TRUE(message.NextRecord("EID"));
   EXPECT_EQ(walk("IM", "TITL"), "[Atlas][Globe]");
   EXPECT_EQ(walk("EID", "ENO"), "[TV2]") << "the first walk goes on where it stood";
-}
-
-TEST_F(TagMessageTest, AnEmptyReplyHasNothingToWalk) {
-  receive("");
-  EXPECT_EQ(message.Count("BOOKID"), 0);
-  EXPECT_FALSE(message.NextRecord("BOOKID"));
-  EXPECT_EQ(message.Get("BOOKID"), "");
-}
-
-TEST_F(TagMessageTest, AFailedReplyIsReadLikeAnyOther) {
-  receive("head: CANTREAD=DATE", -98);
-  EXPECT_EQ(message.Get("CANTREAD"), "DATE");
 }
 
 TEST_F(TagMessageTest, TheNextSendStartsAllWalksAnew) {

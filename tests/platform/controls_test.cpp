@@ -212,26 +212,6 @@ TEST_F(Controls, AListKeepsDataBehindItsTexts) {
   EXPECT_EQ(list.ListCount(), 0);
 }
 
-TEST_F(Controls, AnArrayCountsFromItsFirstIndex) {
-  ControlArray<Frame> frames("fraMain", 1);
-  frames.add(form, "One");
-  frames.add(form, "Two");
-  EXPECT_EQ(frames(2).Name(), "fraMain(2)");
-  EXPECT_THROW((void)frames(0), std::out_of_range);
-  EXPECT_THROW((void)frames(3), std::out_of_range);
-}
-
-TEST_F(Controls, FieldsShowDatesInTheSystemsShortForm) {
-  DateField date(form, "dtDay");
-  TimeField time(form, "txtTime");
-  EXPECT_EQ(date.shortDate() + time.text24() + time.textAmPm(), "");
-  date.Value = Date{2026, 1, 5};
-  time.Value = Time{0, 5, 59};
-  EXPECT_EQ(date.shortDate(), "05/01/2026");
-  EXPECT_EQ(time.text24(), "00:05");
-  EXPECT_EQ(time.textAmPm(), "12:05 AM");
-}
-
 TEST_F(Controls, ATreeRefusesATakenKeyAndAnUnknownParent) {
   Tree tree(form, "tvwMain");
   TreeNode* root = tree.Add("", "E", "Equipment", 1);

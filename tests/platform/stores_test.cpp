@@ -100,17 +100,12 @@ TEST_F(Stores, GarbageIsKeptAsideAndTheRestCounts) {
   EXPECT_TRUE(fs::exists(folder / "settings.bad")) << "a key outside any section";
 }
 
-TEST_F(Stores, AnEditorsBlanksAreNoPartOfKeysAndValues) {
+TEST_F(Stores, AnEditorsBlanksAndLineEndsAreNoPartOfKeysAndValues) {
   const FileSettings settings(
-      write("settings", "  [ CorvaneMedia\\Preferences ] \n  View = 5\t\n \n\tStart= \n ; mine\n"));
+      write("settings",
+            "; mine\r\n\r\n  [ CorvaneMedia\\Preferences ] \r\n  View = 5\t\n \n\tStart= \r\n ; mine\n"));
   EXPECT_EQ(get(settings, "View"), "5");
   EXPECT_EQ(get(settings, "Start"), "");
-  EXPECT_FALSE(fs::exists(folder / "settings.bad"));
-}
-
-TEST_F(Stores, AnEditorsLineEndsAreNoGarbage) {
-  const FileSettings settings(write("settings", "; mine\r\n\r\n[CorvaneMedia\\Preferences]\r\nView=5\r\n"));
-  EXPECT_EQ(get(settings, "View"), "5");
   EXPECT_FALSE(fs::exists(folder / "settings.bad"));
 }
 

@@ -49,8 +49,7 @@ TEST_F(LookUp, AFailureIsReportedAndFindsNothingOfTheLookUpBefore) {
   server.expect("GETIBYB", "BARORNO=0 BNO=5500")
       .replies("head: SRCHCNT=1 | EID=11 ENO=TV1 BNO=5500 STY=S ETY=T EIU=N RID=4");
   seek("5500");
-  server.expect("GETIBYB", "BARORNO=0 BNO=5501").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GETIBYB", "BARORNO=0 BNO=5501");
   desktop.expectWarning("Barcode Not Found!");
   seek("5501");
   EXPECT_EQ(app->lookUp.LookupStatus, "Not Found");

@@ -127,8 +127,7 @@ TEST_F(Records, ACopyAndAHiddenWindowStandBesideTheRecordsOwn) {
 TEST_F(Records, AFailedTypeLeavesEmptySlotsAndTheWindowOpens) {
   server.expect("GETEGTN", "EID=5").replies("ETY=TV ETI=2");
   OpenRecordWindow(*app, {kEquipment, "5", kSourceMainWindow});
-  server.expect("GETEGTN", "EID=6").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GETEGTN", "EID=6");
   OpenRecordWindow(*app, {kEquipment, "6", kSourceMainWindow});
   EXPECT_EQ(newest().told, "0 id=6 type=/ source=5");
   EXPECT_TRUE(main().Enabled);
@@ -175,8 +174,7 @@ TEST_F(Records, WithoutAPieceNoMaintenanceRecordOpens) {
 TEST_F(Records, AListOfCategoriesThatFailsIsEmptyAndTheOthersAreRead) {
   app->context.categories.groups = {{"9", "of the operator before", "1", false}};
   server.expect("GETECAT").replies("ETI=1 ETY=TV MIC=3 | ETI=2 ETY=Projector MIC=0");
-  server.expect("GETGCAT").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GETGCAT");
   server.expect("GETRCAT").replies("RTI=4 RTY=Lab MIC=2 RST=Y | RTI=5 RTY=Hall MIC=1 RST=N");
   server.expect("GETMYER").replies("MYE=2025 | MYE=2026");
   LoadCategoryLists(*app);

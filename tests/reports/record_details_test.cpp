@@ -23,6 +23,7 @@ constexpr const char* kRoomRecord =
     R"(| RDI=5 RDTY=Screen RDTL="White, 2 m" | RDI=6 RDTY=Power RDTL="6 sockets")";
 
 struct RecordDetails : RecordFixture {
+  void SetUp() override { start(); }
   void expectPiece(const std::string& id) {
     server.expect("GETEGTN", "EID=" + id).replies("ETY=Television ETI=4");
     server.expect("GETEDTL", "EID=" + id).replies(kPiece);
@@ -42,7 +43,6 @@ struct RecordDetails : RecordFixture {
 };
 
 TEST_F(RecordDetails, APieceReadsLikeItsPage) {
-  start();
   expectPiece("11");
   auto& piece = open<frmEquipment>(kEquipment, "11");
   expectNotes("11", "ENID=1 NX=Y ENTY=Repair\nENID=2 NX=N ENTY=General\nENID=3 NX=Y ENTY=Loan");
@@ -85,7 +85,6 @@ Printed: 11/24/2026  09:00 AM
 }
 
 TEST_F(RecordDetails, AGroupListsItsMembers) {
-  start();
   server.expect("GETEGTN", "EID=21").replies("ETY=\"Video Set\" ETI=8");
   server.expect("GETGDTL", "EID=21")
       .replies("ENO=SET1 BNO=G1 STY=\"Not Charged\" EQVR=1234567 LNA=\"Main Desk\" LOC=3 RNM=Store RID=2");
@@ -132,7 +131,6 @@ Printed: 11/24/2026  09:00 AM
 }
 
 TEST_F(RecordDetails, ARoomListsItsDetailsAndItsEquipment) {
-  start();
   server.expect("GETRTN", "RID=2").replies("RTY=Store RTI=2");
   server.expect("GETRDTL", "RID=2").replies(kRoomRecord);
   auto& room = open<frmRoom>(vantry::kRoom, "2");
@@ -186,7 +184,6 @@ Printed: 11/24/2026  09:00 AM
 }
 
 TEST_F(RecordDetails, AMaintenanceListsWhatWasDone) {
-  start();
   server.expect("GETMDTL", "MID=9").replies(R"(
     head: EID=11 ETY=Television ENO=TV1 BNO=B11 MDI=2026-03-04 MDO= ENM=2027-03-09 MNO="Lamp 3" STY="In Maintenance" CNM="Ink, Ina" UNM=Vale CLN="Main Desk" ULN=Branch CDT="2026-03-04 08:00:00" UDT="2026-03-09 08:00:00" MNT=Yearly
     MDID=1 MTI=2 MTY=Lamp MCO="New lamp")");
@@ -226,7 +223,6 @@ Printed: 11/24/2026  09:00 AM
 }
 
 TEST_F(RecordDetails, ANewRecordPrintsItsControls) {
-  start();
   auto& room = open<frmRoom>(vantry::kRoom, "");
   room.txtROOM_NAME.type("Attic");
   PrintRoomDetail(*app, room);
@@ -234,7 +230,6 @@ TEST_F(RecordDetails, ANewRecordPrintsItsControls) {
 }
 
 TEST_F(RecordDetails, AListPrintsTheDetailsOfTheSelectedRowOrOfAll) {
-  start();
   main().showView(ViewId::Equipment);
   server.expect("GETEITM", "ETI=4").replies("EID=11 BNO=B11\nEID=12 BNO=B12");
   auto& view = viewAs<InventoryView>(main(), ViewId::Equipment);

@@ -6,6 +6,7 @@ namespace vantry::test {
 namespace {
 
 struct CalendarViews : Desk {
+  void SetUp() override { start(); }
   MonthView& month() { return viewAs<MonthView>(main(), ViewId::Month); }
   YearView& year() { return viewAs<YearView>(main(), ViewId::Year); }
   void expectMonth(const char* date, std::string_view days = "") {
@@ -21,7 +22,6 @@ struct CalendarViews : Desk {
 };
 
 TEST_F(CalendarViews, DaysTakeTheColourOfOneOrOfSeveralBookings) {
-  start();
   openMonth("DAY=3 BCNT=1 | DAY=24 BCNT=12");
   EXPECT_EQ(month().lblNumBookings.Caption, "13 bookings");
   EXPECT_EQ(month().calMonth.markOf({2026, 11, 3}).colour, main().lblSingleBookingColor.BackColor.get());
@@ -35,7 +35,6 @@ TEST_F(CalendarViews, DaysTakeTheColourOfOneOrOfSeveralBookings) {
 }
 
 TEST_F(CalendarViews, MonthsAreSentWithTwoDigitsAndGoOverTheYearsEnd) {
-  start();
   openMonth();
   for (const char* date : {"2026-10-01", "2026-09-01"}) {
     expectMonth(date);
@@ -54,7 +53,6 @@ TEST_F(CalendarViews, MonthsAreSentWithTwoDigitsAndGoOverTheYearsEnd) {
 }
 
 TEST_F(CalendarViews, AYearMarksItsMonths) {
-  start();
   expectYear("2026-11-01", "MNTHS=1 DAY=31 BCNT=1 | MNTHS=12 DAY=24 BCNT=2");
   main().menus.mnuViewScheduleYear.choose();
   EXPECT_EQ(year().lblNumBookings.Caption, "3 bookings");
@@ -65,7 +63,6 @@ TEST_F(CalendarViews, AYearMarksItsMonths) {
 }
 
 TEST_F(CalendarViews, ADayLeadsToItsList) {
-  start();
   openMonth();
   month().calMonth.click({2026, 11, 12});
   EXPECT_EQ(main().dtTempDate.Value.get(), (Date{2026, 11, 12}));
@@ -80,7 +77,6 @@ TEST_F(CalendarViews, ADayLeadsToItsList) {
 }
 
 TEST_F(CalendarViews, AFailureIsReportedAndLeavesTheWindowReady) {
-  start();
   server.expect("BOOKMTH", "DATE=2026-11-01 HBK=N MNTHS=Y").fails(-97);
   desktop.expectModalWindow<frmError>("frmError", [](frmError& window) {
     EXPECT_EQ(window.lblModuleText.Caption, "BOOKMTH");

@@ -69,8 +69,7 @@ TEST_F(Calendars, AListWithoutACalendarInForceWaitsForTheChoice) {
 
 TEST_F(Calendars, AFailingListLeavesTheOthersUsable) {
   server.expect("GDELCA").replies("MCID=3 MCDESC=D MCCAL=Y");
-  server.expect("GROMCA").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GROMCA");
   desktop.expectWarning("Could not retrieve calendars.");
   server.expect("GPICCA").replies("MCID=5 MCDESC=P MCCAL=Y");
   for (const char* id : {"3", "5"}) {
@@ -104,8 +103,7 @@ TEST_F(Calendars, ExceptionsThatCannotBeReadAreNotThoseOfTheCalendarBefore) {
   server.expect("GCALEX", "MCID=3").replies("EXDT=2026-12-25 EXOP=N EXOPH=\"\" EXCLH=\"\"");
   open();
   server.expect("GCDTL", "MCID=4").replies("MCID=4 MOP=Y MHBE=0900 MHEE=1000");
-  server.expect("GCALEX", "MCID=4").fails(108);
-  desktop.expectWarning("Barcode is not active!");
+  expectFailure("GCALEX", "MCID=4");
   at<ComboBox>("cboCalendar").select(1);
   EXPECT_EQ(hours("lblMonHours"), "09:00 AM to 10:00 AM");
   EXPECT_EQ(at<ListBox>("lstExceptions").ListCount(), 0);
@@ -138,10 +136,7 @@ TEST_F(Calendars, OneFrameShowsAndOneWindowStands) {
 TEST_F(Calendars, TheyDoNotHoldUpALogOff) {
   expectLists("");
   open();
-  expectLogOn("desk");
-  server.expect("RLL", "OI=desk").replies("LNA=Desk LOC=3 OLN=City");
-  server.expect("SLL", "LOC=3").replies(allRightsBut());
-  Desk::expectLists();
+  expectContext();
   server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N");
   main().menus.mnuFileLogoff.choose();
   EXPECT_EQ(app->windows.Count(), 1);

@@ -5,7 +5,13 @@
 namespace vantry::test {
 namespace {
 
+constexpr const char* kThree = R"(
+  BOOKID=7 BKRES=1   STIME=2026-11-24 09:00:00 ETIME=2026-11-24 10:30:00 REQ="Ink, Ina" CNUM=M7 BTYP=Delivery DPL="Room 1" ECNT=2 ICNT=0
+  BOOKID=8 BKRES=99  STIME=2026-11-24 13:05:00 ETIME=2026-11-26 00:15:00 REQ=-1 CNUM=M8 BTYP=Pick-Up DPL="Main Desk" ECNT=1 ICNT=12
+  BOOKID=9 BKRES=0   ETIME=2026-11-24 12:00:00 CNUM=M9 BTYP=Delivery ECNT=0 ICNT=3)";
+
 struct DayViewTest : Desk {
+  void SetUp() override { startWithBookings(kThree); }
   Grid& grid() { return day().faDayBookings; }
   /// The texts of a row, by the columns' data words.
   std::string cell(int row, int data) { return grid().TextMatrix(row, grid().columnOfData(data)); }
@@ -14,19 +20,13 @@ struct DayViewTest : Desk {
     for (int row = 1; row < grid().Rows; ++row) texts.push_back(cell(row, data));
     return texts;
   }
-  void expectDay(std::string_view bookings = "", const char* date = "2026-11-24", const char* history = "N") {
-    server.expect("BOOKDAY", std::string("DATE=") + date + " HBK=" + history).replies(bookings);
+  void expectDay(std::string_view bookings = "", const char* date = "2026-11-24") {
+    server.expect("BOOKDAY", std::string("DATE=") + date + " HBK=N").replies(bookings);
   }
   MenuItem& entry(MenuItem MainMenus::*item) { return main().menus.*item; }
 };
 
-constexpr const char* kThree = R"(
-  BOOKID=7 BKRES=1   STIME=2026-11-24 09:00:00 ETIME=2026-11-24 10:30:00 REQ="Ink, Ina" CNUM=M7 BTYP=Delivery DPL="Room 1" ECNT=2 ICNT=0
-  BOOKID=8 BKRES=99  STIME=2026-11-24 13:05:00 ETIME=2026-11-26 00:15:00 REQ=-1 CNUM=M8 BTYP=Pick-Up DPL="Main Desk" ECNT=1 ICNT=12
-  BOOKID=9 BKRES=0   ETIME=2026-11-24 12:00:00 CNUM=M9 BTYP=Delivery ECNT=0 ICNT=3)";
-
 TEST_F(DayViewTest, RowsShowTimesDatesAndRequesters) {
-  startWithBookings(kThree);
   ASSERT_EQ(grid().Rows, 4);
   EXPECT_THAT(column(0), testing::ElementsAre("7", "8", "9"));
   EXPECT_THAT(column(2), testing::ElementsAre("09:00", "13:05", "")) << "no start: the cell stays empty";
@@ -45,7 +45,6 @@ TEST_F(DayViewTest, RowsShowTimesDatesAndRequesters) {
 }
 
 TEST_F(DayViewTest, PrintCommandsBelongToTheViewThatShows) {
-  startWithBookings(kThree);
   grid().selectRow(1);
   EXPECT_TRUE(main().commands.printDetail.Enabled);
   server.expect("GETOPS").replies("");
@@ -58,14 +57,12 @@ TEST_F(DayViewTest, PrintCommandsBelongToTheViewThatShows) {
 }
 
 TEST_F(DayViewTest, RowsTakeTheColoursOfTheLegend) {
-  startWithBookings(kThree);
   EXPECT_EQ(grid().cell(1, 7).back, day().legend.lblComplete.BackColor.get());
   EXPECT_EQ(grid().cell(2, 7).back, day().legend.lblCharged.BackColor.get());
   EXPECT_EQ(grid().cell(3, 7).back, kOwnColour) << "a booking that is neither keeps the grid's own";
 }
 
 TEST_F(DayViewTest, TheLegendFiltersAndTheCountTells) {
-  startWithBookings(kThree);
   expectDay(kThree);
   day().chkLegend(0).toggle();
   EXPECT_THAT(column(0), testing::ElementsAre("7", "9"));
@@ -83,7 +80,6 @@ TEST_F(DayViewTest, TheLegendFiltersAndTheCountTells) {
 }
 
 TEST_F(DayViewTest, ADateReadsItsDayAndTheCalendarsFollow) {
-  startWithBookings(kThree);
   expectDay("", "2026-11-25");
   day().dtViewBookings.enter(Date{2026, 11, 25});
   EXPECT_EQ(main().dtTempDate.Value.get(), (Date{2026, 11, 25}));
@@ -101,7 +97,6 @@ TEST_F(DayViewTest, ADateReadsItsDayAndTheCalendarsFollow) {
 }
 
 TEST_F(DayViewTest, AWrongDateIsToldAndTheViewComesBackToTheLastOne) {
-  startWithBookings(kThree);
   const std::string told = "Please enter a valid date.";
   day().dtViewBookings.SetFocus();
   day().dtViewBookings.type("31/11/2026", {2026, 11, 24});
@@ -120,16 +115,7 @@ TEST_F(DayViewTest, AWrongDateIsToldAndTheViewComesBackToTheLastOne) {
   EXPECT_EQ(grid().Rows, 2);
 }
 
-TEST_F(DayViewTest, HistoryFollowsThePreference) {
-  settings.prefer("Historical", "true");
-  build();
-  expectContext();
-  expectDay("", "2026-11-24", "Y");
-  EXPECT_TRUE(Main(*app));
-}
-
 TEST_F(DayViewTest, MovedColumnsAreFilledByWhatTheyHold) {
-  startWithBookings(kThree);
   grid().moveColumn(grid().columnOfData(7), 2);
   grid().moveColumn(grid().columnOfData(1), 12);
   day().chkLegend(0).Value.put(false);
@@ -177,7 +163,6 @@ TEST_F(DayViewTest, StatusAndRightsDecideWhatMayBeDone) {
 }
 
 TEST_F(DayViewTest, DeletingAsksChecksAndReadsAnew) {
-  startWithBookings(kThree);
   grid().click(3, 0);
   const auto question = "Are you sure you wish to delete the selected booking?";
   desktop.expectQuestion(question, false);
@@ -202,7 +187,6 @@ TEST_F(DayViewTest, DeletingAsksChecksAndReadsAnew) {
 }
 
 TEST_F(DayViewTest, AFailedReadLeavesAnEmptyListAndNoCommands) {
-  startWithBookings(kThree);
   grid().click(1, 0);
   server.expect("BOOKDAY", "DATE=2026-11-24 HBK=N").fails(1);
   desktop.expectModal("frmError", [](Form& form) { form.Unload(); });
@@ -261,7 +245,6 @@ TEST_F(DayViewTest, NewBookingsOpenAsPreferred) {
 }
 
 TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
-  startWithBookings(kThree);
   noteRecords();
   grid().doubleClick(0, 3);
   EXPECT_TRUE(notBuilt.empty());
@@ -272,7 +255,6 @@ TEST_F(DayViewTest, ADoubleClickOpensTheBookingAndNotTheHeading) {
 }
 
 TEST_F(DayViewTest, MergingFollowsTheMenu) {
-  startWithBookings(kThree);
   EXPECT_EQ(grid().MergeCells.get(), MergeMode::Never);
   main().menus.mnuViewMergeCells.choose();
   EXPECT_EQ(grid().MergeCells.get(), MergeMode::Free);
@@ -297,7 +279,6 @@ TEST_F(DayViewTest, TheStatusBarCountsWhileTheListFills) {
 }
 
 TEST_F(DayViewTest, AfterACancelTheListHasTheFocus) {
-  startWithBookings(kThree);
   grid().click(3, 0);
   day().cmdCancelBooking.SetFocus();
   desktop.expectQuestion("Are you sure you wish to cancel the selected booking?", true);

@@ -25,6 +25,7 @@ class MainWindowTest : public Desk {
   void SetUp() override {
     for (const char* code : {"BOOKDAY", "BOOKMTH", "GETOPS", "GECN", "DELD", "PICKD", "LIBSD", "GLSRM"})
       server.always(code);
+    logOn();
   }
   /// Logged on, on the day view, with no request of a view announced.
   void logOn(const std::string& rights = allRightsBut()) {
@@ -64,7 +65,6 @@ class MainWindowTest : public Desk {
 };
 
 TEST_F(MainWindowTest, EveryWayLeadsToEveryView) {
-  logOn();
   app->preferences.sounds[1] = "click.wav";
   for (const ViewRow& view : viewTable()) {
     const bool monitor = view.mode == Mode::Monitor;
@@ -93,7 +93,6 @@ TEST_F(MainWindowTest, EveryWayLeadsToEveryView) {
 }
 
 TEST_F(MainWindowTest, TheHeadingNamesTheKindOfListAndTheView) {
-  logOn();
   for (const auto& [view, heading] : std::initializer_list<std::pair<ViewId, const char*>>{
            {ViewId::Groups, "Inventory - Equipment Groups"},
            {ViewId::Day, " Booking Schedule - Day View"},
@@ -102,21 +101,6 @@ TEST_F(MainWindowTest, TheHeadingNamesTheKindOfListAndTheView) {
     main().showView(view);
     EXPECT_EQ(main().lblView.Caption, heading);
   }
-}
-
-TEST_F(MainWindowTest, TheListBarHasItsGroups) {
-  logOn();
-  std::string text;
-  for (const BarGroup& group : main().albStandard.Groups()) {
-    text += group.caption + ":";
-    for (const BarEntry& each : group.entries) text += " " + each.caption + ",";
-    text += "\n";
-  }
-  EXPECT_EQ(text,
-            "Inventory: Rooms, Equipment, Equipment Groups, Equipment Maintenance,\n"
-            "Schedule: Charge, Discharge, Quick Discharge, Day View, Month View, Year View,\n"
-            "Bookings: New Booking, Booking Wizard, New Pick-Up,\n"
-            "Staffing: Staff,\n");
 }
 
 TEST_F(MainWindowTest, TheLastViewIsRememberedByItsNumberAndOneWithoutANumberAsTheDay) {
@@ -133,28 +117,26 @@ TEST_F(MainWindowTest, TheLastViewIsRememberedByItsNumberAndOneWithoutANumberAsT
 
 TEST_F(MainWindowTest, TheFirstViewOfEachModeFollowsThePreferences) {
   struct Case {
-    const char* view;
-    const char* lastView;
-    ViewId standard;
-    ViewId monitor;
+    const char *view, *lastView;
+    ViewId first, standard, monitor;
   };
-  for (const Case& c :
-       {Case{"0", "0", ViewId::Day, ViewId::Conflict}, Case{"4", "0", ViewId::Rooms, ViewId::Conflict},
-        Case{"15", "14", ViewId::Discharge, ViewId::Conflict}, Case{"12", "0", ViewId::Day, ViewId::LibRooms},
-        Case{"15", "10", ViewId::Day, ViewId::Pickup}}) {
+  using enum ViewId;
+  for (const Case& c : {Case{"0", "0", Day, Day, Conflict}, Case{"4", "0", Rooms, Rooms, Conflict},
+                        Case{"15", "14", Discharge, Discharge, Conflict},
+                        Case{"12", "0", LibRooms, Day, LibRooms}, Case{"15", "10", Pickup, Day, Pickup}}) {
+    SCOPED_TRACE(std::string(c.view) + ", " + c.lastView);
     settings.prefer("View", c.view);
     settings.prefer("LastView", c.lastView);
     logOn();
+    expectShows(viewOf(c.first), "at the start");
     main().menus.mnuModeStandard.choose();
-    ASSERT_TRUE(main().visibleView());
-    EXPECT_EQ(main().visibleView()->id, c.standard) << c.view << ", " << c.lastView;
+    expectShows(viewOf(c.standard), "standard");
     main().menus.mnuModeDaemon.choose();
-    EXPECT_EQ(main().visibleView()->id, c.monitor) << c.view << ", " << c.lastView;
+    expectShows(viewOf(c.monitor), "monitor");
   }
 }
 
 TEST_F(MainWindowTest, ModesSwitchedTwiceLeaveTheirOwnBarChecksAndTimer) {
-  logOn();
   for (int round = 0; round < 2; ++round) {
     for (const bool monitor : {true, false}) {
       (monitor ? main().menus.mnuModeDaemon : main().menus.mnuModeStandard).choose();
@@ -201,7 +183,6 @@ TEST_F(MainWindowTest, TheListBarStandsWhereItIsWanted) {
 }
 
 TEST_F(MainWindowTest, ToolsRunTheirCommands) {
-  logOn();
   std::string opened;
   for (const int kind : {kEquipment, kGroup, kRoom, kBooking, kWizard}) {
     app->makers.addRecord(kind, [&opened, kind](App& a) {
@@ -232,7 +213,6 @@ TEST_F(MainWindowTest, ToolsRunTheirCommands) {
 
 /// Whatever can be chosen with all rights runs something: no name is a spelling that nobody answers.
 TEST_F(MainWindowTest, EveryCommandReachesAWindow) {
-  logOn();
   std::set<std::string> missing;
   app->makers.notBuilt = [&](std::string_view name) { missing.emplace(name); };
   for (const char* read : {"ADDREQP", "GETEGSTY", "GETRDTLTY", "GETRSTY", "GETMDTY"}) server.always(read);
@@ -252,14 +232,12 @@ TEST_F(MainWindowTest, EveryCommandReachesAWindow) {
 }
 
 TEST_F(MainWindowTest, ACommandWithoutAWindowSaysSo) {
-  logOn();
   Program bare({desktop, server, clock, settings, components, folder, folder}, "");
   desktop.expectInformation("This command is not part of this version.");
   bare.app.makers.run("PrintListing", bare.app);
 }
 
 TEST_F(MainWindowTest, MergedCellsFollowTheOptionsAndAreAppliedOnce) {
-  logOn();
   main().showView(ViewId::Day);
   for (const bool on : {true, true, false}) {
     app->makers.addCommand("frmOptions", [on](App& a) {
@@ -274,7 +252,6 @@ TEST_F(MainWindowTest, MergedCellsFollowTheOptionsAndAreAppliedOnce) {
 }
 
 TEST_F(MainWindowTest, TheSearchOpensOnTheCategoryOfTheListThatShows) {
-  logOn();
   std::vector<SearchCategory> sought;
   app->makers.setSearch([&](App&, SearchCategory category) { sought.push_back(category); });
   for (const auto& [view, kind] :
@@ -291,7 +268,6 @@ TEST_F(MainWindowTest, TheSearchOpensOnTheCategoryOfTheListThatShows) {
 }
 
 TEST_F(MainWindowTest, TheSessionsWindowsTellAndChange) {
-  logOn();
   desktop.expectModalWindow<frmLoginInfo>("frmLoginInfo", [](frmLoginInfo& window) {
     EXPECT_EQ(window.lblOperatorText.Caption, "desk");
     EXPECT_EQ(window.lblLocationText.Caption, "Main Desk");
@@ -326,14 +302,12 @@ TEST_F(MainWindowTest, TheSessionsWindowsTellAndChange) {
 }
 
 TEST_F(MainWindowTest, WebEntriesOpenTheSupportPages) {
-  logOn();
   for (const char* name : {"mnuHelpWebSite(0)", "mnuHelpWebSite(1)"}) entry(name).choose();
   EXPECT_THAT(desktop.addresses, testing::ElementsAre("https://support.brindlex.example/vantry",
                                                       "https://support.brindlex.example/vantry"));
 }
 
 TEST_F(MainWindowTest, TheGuideOpensWhereItIsInstalled) {
-  logOn();
   desktop.expectInformation(
       "The guide is not installed on this workstation. It is in the package vantry-doc.");
   entry("mnuHelpGuide").choose();
@@ -344,7 +318,6 @@ TEST_F(MainWindowTest, TheGuideOpensWhereItIsInstalled) {
 }
 
 TEST_F(MainWindowTest, PopupsStayOffTheBarAndOpeningTheViewMenuEmptiesThePanel) {
-  logOn();
   std::string bar;
   for (const MenuItem* menu : main().Menus()) {
     if (menu->Visible) bar += menu->Caption.get() + " ";
@@ -356,7 +329,6 @@ TEST_F(MainWindowTest, PopupsStayOffTheBarAndOpeningTheViewMenuEmptiesThePanel) 
 }
 
 TEST_F(MainWindowTest, TheEndOfTheSessionGoesTheWayOfExit) {
-  logOn();
   struct Working : Form {
     explicit Working(Windows& all) : Form(all, "frmWorking") {
       Caption = "Unsaved";

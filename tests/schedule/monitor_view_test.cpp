@@ -7,6 +7,7 @@ namespace vantry::test {
 namespace {
 
 struct MonitorTest : Desk {
+  void SetUp() override { enter(); }
   /// To the Schedule Monitor, which begins with the conflicts.
   void enter(std::string_view conflicts = "", const std::string& rights = allRightsBut()) {
     settings.prefer("DeliveryHours", "4");
@@ -68,47 +69,27 @@ TEST_F(MonitorTest, ConflictsAreWordedByTheirNumbers) {
     BKERR=125 BOOKID=7 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" ODE=5 PATNM="Ink, Ina" PPATNM="Pen, Pia" CNUM=M7 ETY=Camera ENO=C-1
     BKERR=128 BOOKID=8 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M8 ETY=Film TITL=Volcanoes STY=Lost
     BKERR=107 BOOKID=9 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M9 RNM="Room 1"
-    BKERR=131 BOOKID=9 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M9)");
+    BKERR=131 BOOKID=9 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M9
+    BKERR=135 BOOKID=9 ETY=Television
+    BKERR=199 BOOKID=9)");
   const Grid& grid = monitor(ViewId::Conflict).faDaemon;
-  ASSERT_EQ(grid.Rows, 5);
+  ASSERT_EQ(grid.Rows, 7);
   const std::string times = "24/11/2026|10:30|10:30 AM|24/11/2026|12:00|12:00 PM|";
   EXPECT_EQ(row(grid, 1), "7|" + times + "|Equipment Booked (Camera) - C-1|Ink, Ina|Pen, Pia|M7");
   EXPECT_EQ(row(grid, 2), "8|" + times + "|Charging Failure (Film) - Volcanoes: Lost|Administrative||M8");
   EXPECT_EQ(row(grid, 3), "9|" + times + "|Room already booked: Room 1|Administrative||M9");
   EXPECT_EQ(row(grid, 4), "9|" + times + "|Pick-Up / Drop Off Overdue|Administrative||M9");
+  EXPECT_EQ(grid.TextMatrix(5, grid.columnOfData(8)), "No Items Available (Television)");
+  EXPECT_EQ(grid.TextMatrix(6, grid.columnOfData(8)), "Conflict 199");
   EXPECT_EQ(main().lblView.Caption, " Schedule Monitor - Conflict Resolution && Warning");
   EXPECT_TRUE(main().commands.printListing.Enabled);
   EXPECT_EQ(headings(grid),
             "Start Date|Start Time|End Date|End Time|Staff|Booking Error|Patron Name|Pick-Up Patron "
             "Name|Confirmation #");
-  expectRung(4, 4);
-
-  const std::pair<const char*, const char*> others[] = {
-      {"121", "Library Scheduled Overdue"},
-      {"122", "Delivery Overdue"},
-      {"123", "Booking Already Charged"},
-      {"124", "Pick-Up Overdue"},
-      {"126", "Item Booked"},
-      {"127", "Charge Too Early"},
-      {"129", "Delivery / Pick-Up Overdue"},
-      {"130", "Library Scheduled Pick-Up Overdue"},
-      {"132", "Delivery / Drop Off Overdue"},
-      {"133", "Library Scheduled Delivery Overdue"},
-      {"134", "No Room Available"},
-      {"135 ETY=Television", "No Items Available (Television)"},
-      {"199", "Conflict 199"},
-  };
-  std::string reply;
-  for (const auto& [number, text] : others) reply += std::string("BKERR=") + number + " BOOKID=7\n";
-  expectConflicts().replies(reply);
-  tick(16);
-  int at = 0;
-  for (const auto& [number, text] : others)
-    EXPECT_EQ(grid.TextMatrix(++at, grid.columnOfData(8)), text) << number;
+  expectRung(4, 6);
 }
 
 TEST_F(MonitorTest, EachViewAsksForItsOwn) {
-  enter();
   EXPECT_FALSE(main().commands.printListing.Enabled) << "nothing to print";
   expectRung(4, 0);
   server.expect("DELD", "LOC=3 LOC=3 HRS=4").replies(kDelivery);
@@ -168,7 +149,6 @@ TEST_F(MonitorTest, ThePopupOfAListHasWhatItsViewCanDo) {
 }
 
 TEST_F(MonitorTest, TheChosenLocationsAndThenTheDesksOwn) {
-  enter();
   app->monitorLocations = "5|3";
   server.expect("PICKD", "LOC=5 LOC=3 LOC=3 HRS=2");
   main().showView(ViewId::Pickup);
@@ -178,7 +158,6 @@ TEST_F(MonitorTest, TheChosenLocationsAndThenTheDesksOwn) {
 }
 
 TEST_F(MonitorTest, TheTimerReadsTheViewThatShowsAndCountsFromTheEnd) {
-  enter();
   server.expect("PICKD", "LOC=3 LOC=3 HRS=2");
   main().showView(ViewId::Pickup);
   EXPECT_TRUE(main().tmrDaemon.Enabled);
@@ -206,48 +185,7 @@ TEST_F(MonitorTest, TheTimerReadsTheViewThatShowsAndCountsFromTheEnd) {
   EXPECT_FALSE(main().tmrDaemon.Enabled);
 }
 
-/// A day on a second screen: the server is stopped twice, the line is gone for ten minutes, somebody sets the
-/// clock, midnight passes.
-TEST_F(MonitorTest, ADayWithNobodyAtTheDeskMissesNothing) {
-  enter();
-  server.expect("PICKD", "LOC=3 LOC=3 HRS=2");
-  main().showView(ViewId::Pickup);
-  const int windows = app->windows.Count();
-  constexpr int kSeconds = 15 * 60 + 1;  // from one refresh to the next
-  constexpr int kPeriods = 24 * 60 * 60 / kSeconds;
-  int read = 0;
-  for (int period = 0; period < kPeriods; ++period) {
-    if (period == 20) clock.time.time.hour += 1;
-    if (period == 40) clock.time.time.hour -= 1;
-    if (period == 60) clock.time = {{2026, 11, 25}, {0, 1, 0}};
-    if (period == 10 || period == 30 || period == 50) {
-      const bool lineLost = period == 50;
-      auto asked = server.expect("PICKD", "LOC=3 LOC=3 HRS=2");
-      lineLost ? asked.losesReply() : asked.losesRequest();
-      desktop.expectBox(Box::Kind::Warning, "The server does not answer.", 0);
-      server.expectAgain().computes([&](const Request&) {
-        clock.milliseconds += 10 * 60000;  // until somebody answers the box
-        ++read;
-        return Reply{};
-      });
-    } else {
-      server.expect("PICKD", "LOC=3 LOC=3 HRS=2").computes([&](const Request&) {
-        ++read;
-        return Reply{};
-      });
-    }
-    for (int second = 0; second < kSeconds; ++second) {
-      clock.milliseconds += 1000;
-      main().tmrDaemon.Tick();
-    }
-    EXPECT_EQ(read, period + 1);
-  }
-  EXPECT_EQ(app->windows.Count(), windows);
-  EXPECT_EQ(main().StatusBar1.Panels(2).Text, "0 of 0 record(s) processed");
-}
-
 TEST_F(MonitorTest, GetRequestsReadsAtOnceBehindItsWindow) {
-  enter();
   expectConflicts().computes([this](const Request&) {
     EXPECT_TRUE(isOpen("frmDaemonUpdate"));
     return Reply{};
@@ -264,7 +202,6 @@ TEST_F(MonitorTest, GetRequestsReadsAtOnceBehindItsWindow) {
 }
 
 TEST_F(MonitorTest, ADeliveryIsChargedCanceledAndEditedFromItsRow) {
-  enter();
   server.expect("DELD", "LOC=3 LOC=3 HRS=4").replies(kDelivery);
   main().showView(ViewId::Delivery);
   DeliveryView& view = as<DeliveryView>(ViewId::Delivery);
@@ -305,7 +242,6 @@ TEST_F(MonitorTest, ADeliveryIsChargedCanceledAndEditedFromItsRow) {
 }
 
 TEST_F(MonitorTest, TheScheduleOfARoomIsOfTheRoomChosen) {
-  enter();
   server.expect("GLSRM", "WIZ=Y ADBK=Y").replies(R"(RNM="Room 1" RID=11
     RNM="Room 2" RID=12)");
   main().showView(ViewId::RoomSchedules);
@@ -331,7 +267,6 @@ TEST_F(MonitorTest, TheScheduleOfARoomIsOfTheRoomChosen) {
 }
 
 TEST_F(MonitorTest, TheItemsOfABookingOpenBesideTheList) {
-  enter();
   server.expect("LIBSD", "LOC=3 LOC=3 HRS=24").replies(R"(
     BOOKID=7 ICNT=2 ECNT=1 STIME="2026-11-24 10:30:00" PATNM="Ink, Ina" RNM="Room 1" CNUM=M7
     BOOKID=8 ICNT=2 ECNT=1 STIME="2026-11-24 10:30:00" PATNM="Ink, Ina" RNM="Room 1" CNUM=M8)");
@@ -353,17 +288,6 @@ TEST_F(MonitorTest, TheItemsOfABookingOpenBesideTheList) {
   view.cmdDaemonItems.press();
   EXPECT_EQ(view.cmdDaemonItems.Caption, "&Items >>");
   EXPECT_FALSE(view.faLibRoomsDetail.Visible);
-}
-
-TEST_F(MonitorTest, AMovedColumnStaysThroughARefresh) {
-  enter();
-  server.expect("PICKD", "LOC=3 LOC=3 HRS=2");
-  main().showView(ViewId::Pickup);
-  Grid& grid = monitor(ViewId::Pickup).faDaemon;
-  grid.moveColumn(9, 1);
-  server.expect("PICKD", "LOC=3 LOC=3 HRS=2").replies(R"(BOOKID=7 CNUM=M7 SCHCOM=Soon)");
-  tick(16);
-  EXPECT_EQ(grid.TextMatrix(1, 1), "M7");
 }
 
 }  // namespace

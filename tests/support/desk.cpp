@@ -108,6 +108,11 @@ void Desk::expectLists() {
   for (const char* code : {"GETOPS", "GETECAT", "GETGCAT", "GETRCAT", "GETMYER"}) server.expect(code);
 }
 
+void Desk::expectFailure(std::string_view code, std::string_view tags) {
+  server.expect(code, tags).fails(108);
+  desktop.expectWarning("Barcode is not active!");
+}
+
 void Desk::start(const std::string& rights) {
   startWithBookings("", rights);
 }

@@ -79,12 +79,22 @@ class Desk : public testing::Test {
   void expectLogOn(std::string_view operatorId = "desk");
   void expectContext(const std::string& rights = allRightsBut(), std::string_view operatorId = "desk");
   void expectLists();
+  /// The server fails, and the operator is told.
+  void expectFailure(std::string_view code, std::string_view tags = {});
 
   /// Windows that the operator sees.
   int windowsShown() const;
   frmMain& main() { return program_->main; }
   MonitorView& monitor(ViewId id) { return viewAs<MonitorView>(main(), id); }
   DayView& day() { return viewAs<DayView>(main(), ViewId::Day); }
+  /// The visible columns of a row; the headings for row 0.
+  static std::string row(const Grid& grid, int row) {
+    std::string cells;
+    for (int col = 0; col < grid.Cols; ++col) {
+      if (grid.ColWidth(col) > 0) cells += grid.TextMatrix(row, col) + "|";
+    }
+    return cells;
+  }
   /// A control of the main window.
   template <class T>
   T& control(std::string_view name) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "platform/controls.h"
 
 namespace vantry::test {
@@ -119,37 +117,12 @@ void ScriptedDesktop::show(Form& form) {
   form.Form_Activate();
 }
 
-void ScriptedDesktop::hide(Form&) {}
-
-void ScriptedDesktop::forget(Form& form) {
-  std::erase_if(timers_, [&](const RunningTimer& running) { return running.form == &form; });
-}
-
 void ScriptedDesktop::activate(Form& form) {
   form.Form_Activate();
 }
 
 void ScriptedDesktop::repaint(Form& form, bool) {
-  ++repaints;
   if (onRepaint) onRepaint(form);
-}
-
-void ScriptedDesktop::timerChanged(Timer& timer) {
-  std::erase_if(timers_, [&](const RunningTimer& running) { return running.timer == &timer; });
-  if (timer.Enabled && timer.Interval > 0) timers_.push_back({&timer, &timer.form(), now_ + timer.Interval});
-}
-
-void ScriptedDesktop::passTime(int milliseconds) {
-  const long long until = now_ + milliseconds;
-  for (;;) {
-    const auto next = std::min_element(timers_.begin(), timers_.end(),
-                                       [](const auto& a, const auto& b) { return a.due < b.due; });
-    if (next == timers_.end() || next->due > until) break;
-    now_ = next->due;
-    next->due += next->timer->Interval;
-    raise(next->timer->Tick);
-  }
-  now_ = until;
 }
 
 }  // namespace vantry::test

@@ -43,13 +43,9 @@ class ScriptedDesktop : public Desktop {
   /// Fails for each announcement that has not come, and forgets them. Runs at the end as well.
   void checkAllCame();
 
-  /// Moves time: timers that are due tick, in the order of their times.
-  void passTime(int milliseconds);
-
   std::string shortDate = "dd/MM/yyyy";
   Pointer pointer = Pointer::Default;
   bool ended = false;
-  int repaints = 0;
   Box lastBox;  ///< the last box as it came
   std::string clipboard;
   ScriptedPrinter pages;
@@ -63,8 +59,8 @@ class ScriptedDesktop : public Desktop {
   std::function<void()> onBox;
 
   void show(Form& form) override;
-  void hide(Form& form) override;
-  void forget(Form& form) override;
+  void hide(Form&) override {}
+  void forget(Form&) override {}
   void activate(Form& form) override;
   void runModal(Form& form) override;
   void repaint(Form& form, bool atOnce) override;
@@ -75,7 +71,7 @@ class ScriptedDesktop : public Desktop {
   std::optional<std::string> inputBox(std::string_view prompt, std::string_view caption,
                                       std::string_view initial) override;
   void popupMenu(MenuItem& menu, const Control* below) override;
-  void timerChanged(Timer& timer) override;
+  void timerChanged(Timer&) override {}
   int textWidth(std::string_view text, TextWeight) override { return static_cast<int>(text.size()) * 100; }
   std::string shortDateFormat() override { return shortDate; }
   std::optional<std::string> chooseFile(std::string_view caption, std::string_view filter,
@@ -102,17 +98,10 @@ class ScriptedDesktop : public Desktop {
     std::optional<std::string> input;
     std::function<void(Form&)> play;
   };
-  struct RunningTimer {
-    Timer* timer;
-    const Form* form;
-    long long due;
-  };
   /// Takes the next announcement when it is this one; otherwise fails the test.
   std::optional<Announcement> take(const std::string& what);
 
   std::deque<Announcement> announced_;
-  std::vector<RunningTimer> timers_;
-  long long now_ = 0;
 };
 
 }  // namespace vantry::test

@@ -9,15 +9,13 @@
 
 namespace vantry {
 
-/// A message from text: tags parted by blanks, each with "=" and its value or without for an empty one. In
-/// values "_" stands for a blank.
+/// A message from text: tags parted by blanks, each with "=" and its value or without for an empty one.
 inline std::vector<TagValue> messageOf(std::string_view text) {
   std::vector<TagValue> tags;
   for (const auto word : wordsOf(text)) {
     const auto at = word.find('=');
-    TagValue tag{std::string(word.substr(0, at)), at == word.npos ? "" : std::string(word.substr(at + 1))};
-    for (char& c : tag.value) c = c == '_' ? ' ' : c;
-    tags.push_back(std::move(tag));
+    tags.push_back(
+        {std::string(word.substr(0, at)), at == word.npos ? "" : std::string(word.substr(at + 1))});
   }
   return tags;
 }

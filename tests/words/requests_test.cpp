@@ -18,49 +18,16 @@ struct Sent {
   std::string_view message;
 };
 
-// Messages with parts that may be missing, repeat or exclude each other. Whatever a window sends is checked
-// in its own tests as well.
+// Forms that no window sends. The others are checked where a test of a window expects them.
 const Sent kSound[] = {
-    {"UPDOPS", "PID=1 PID=2 PID=3 PSTS=N"},
-    {"GETNGRPE", "ETI=1 EID=2"},
-    {"GETNGRPE", "ETI=1 RID=2"},
-    {"ADDREQP", "EID=5 RID=0"},
-    {"ADDREQP", "EID= RID=2 ULI=1"},
-    {"NEWEGSTS", "EID=1 SID=2 SNO=lost ULI=1"},
     {"NEWEGSTS", "EID=1 SID=2 ULI=1"},
-    {"UPDROOMD", "RID=9 RTI=1 RTY=Class RNO=101 RNM= LOC=1 RCA="},
-    {"UPDEMAINTD", "MID=1 EID=2 BNO=x"},
-    {"UPDEMAINTD", "MID=1 EID=2 BNO=x MNO MDI=2026-01-01 MDO ENM MTI=1 MCO=a MTI=2 MCO"},
-    {"NEWBK",
-     "STIME=2026-11-24_09:00:00 ETIME=2026-11-24_10:00:00 STIME=2026-11-25_09:00:00 "
-     "ETIME=2026-11-25_10:00:00 PID=1 "
-     "PGID=2 PPID=0 ADBK=N RCOP=0 RCA=20 LOC=1 RTI=3 BTID=2 EID=4 EQIR=Y EID=5 ETI=6 IFL=Y ETI=7 IFL=N "
-     "MTID=1 BI=2 "
-     "MI=3 IM=0 SCHCOM ODE=0 OPU=0 WIZ=N UTIME=0 CTIME=15"},
-    {"UPDBK",
-     "BOOKID=8 STIME=2026-11-24_09:00:00 ETIME=2026-11-24_10:00:00 PID=0 PGID=0 PPID=0 ADBK=Y LOC=2 BTID=3 "
-     "SCHCOM ODE "
-     "OPU WIZ=N UTIME CTIME"},
-    {"CRMTM", "PGID=1 ADBK=N STIME=2026-11-24_09:00:00 SDOW=3 ETIME=2026-11-24_10:00:00 EDOW=3 RID=4"},
     {"VALDLO", "RID=1 PGID=2 MTID=1 BI=2 MI=3 IM=4 EID=1 EQIR=Y EID=2 ETI=3 IFL=N"},
-    {"VALRP", "PID=1 PGID=2 PUP=N"},
-    {"VALRP", "PID=1 PUP=Y"},
-    {"GLSRM", "ADBK=Y PGID=0"},
-    {"GLSRM", "WIZ=Y ADBK=Y"},
-    {"BOOKMTH", "DATE=2026-09-01 HBK=Y MNTHS=Y"},
-    {"BOOKMTH", "DATE=2026-09-01 HBK=Y YRS=Y"},
-    {"DELD", "LOC=1 LOC=2 LOC=1 HRS=24"},
     {"SSD", "IM=12?"},
-    {"SSD", "CN=QA_76 CNTY=MLC#"},
-    {"SSD", "EQBAR=E-1 QD=Y"},
-    {"DBK", "BOOKID=1"},
-    {"DBK", "BOOKID=1 IM=1 IM=2 EID=3 EID=4 ETIME=2026-11-24_09:00:00"},
-    {"FIND", "SRCHTAG=17 SRCHVAL=P-1 SRCHFOR=6 SRCHLOC=5 SRCHOP="},
     {"FIND", "SRCHTAG=10 SRCHTAG=22 SRCHVAL=Lee? SRCHTAG=24 SRCHVAL=Ann SRCHFOR=1 SRCHLOC=4 SRCHOP=AND"},
     {"FIND", "SRCHFOR=0 SRCHLOC=0"},
 };
 
-TEST(CheckMessage, TakesEachFormOfAMessage) {
+TEST(CheckMessage, TakesFormsThatNoWindowSends) {
   for (const Sent& row : kSound)
     EXPECT_EQ(verdictOn(row.code, row.message), "sound") << row.code << " " << row.message;
 }
