@@ -192,15 +192,8 @@ void ServerCase::sql(const std::string& statement) {
   store_->write([&](Connection& db) { db.run(statement); });
 }
 
-std::string ServerCase::value(const std::string& text) {
-  std::string result;
-  store_->read([&](Connection& db) {
-    Query query(db, text);
-    query.into(result);
-    while (query.next()) {
-    }
-  });
-  return result;
+std::string ServerCase::value(const std::string& query) {
+  return valueOf(*store_, query);
 }
 
 std::int64_t ServerCase::addBooking(const std::string& starts, const std::string& ends,

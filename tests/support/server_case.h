@@ -34,14 +34,11 @@ class TempFolder {
 using Record = std::map<std::string, std::string>;
 
 /// What came back over the wire, read apart.
-struct WireAnswer {
+struct WireAnswer : Got {
   int status = 0;
   std::string body;
   std::string error;       ///< of an answer that is no reply
   std::string retryAfter;  ///< the header
-  int rc = 0;
-  Record head;
-  std::vector<Record> records;
 
   /// The values of one tag, record by record.
   [[nodiscard]] std::vector<std::string> all(const std::string& tag) const;

@@ -111,21 +111,6 @@ void moveCountersOn(Connection& db) {
       "t.table_name, t.table_name); end loop; end $$");
 }
 
-std::vector<TagValue> readTags(const std::string& text) {
-  std::vector<TagValue> tags;
-  std::string_view rest = text;
-  while (!rest.empty()) {
-    const std::size_t end = rest.find("; ");
-    const std::string_view pair = rest.substr(0, end);
-    const std::size_t mark = pair.find('=');
-    if (mark != std::string_view::npos) {
-      tags.push_back({std::string(pair.substr(0, mark)), std::string(pair.substr(mark + 1))});
-    }
-    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 2);
-  }
-  return tags;
-}
-
 Got readReply(const std::string& json) {
   const nlohmann::json read = nlohmann::json::parse(json);
   Got got;
@@ -181,6 +166,28 @@ std::string Got::text() const {
   std::string text = std::to_string(rc) + "|" + pairsText(head);
   for (const auto& record : records) text += "|" + pairsText(record);
   return text;
+}
+
+std::vector<TagValue> readTags(const std::string& text) {
+  std::vector<TagValue> tags;
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find("; ");
+    const std::string_view pair = rest.substr(0, end);
+    const std::size_t mark = pair.find('=');
+    if (mark != std::string_view::npos) {
+      tags.push_back({std::string(pair.substr(0, mark)), std::string(pair.substr(mark + 1))});
+    }
+    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 2);
+  }
+  return tags;
+}
+
+Got answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming) {
+  const auto answer = runner.run(incoming);
+  if (answer.kind != RequestRunner::Answer::Kind::Done)
+    throw std::runtime_error("no answer to " + std::string(incoming.code));
+  return readReply(answer.json);
 }
 
 bool TestStore::isOffered(const std::string& kind) {
@@ -273,13 +280,6 @@ Got DeskLibrary::run(const std::string& code, std::span<const TagValue> tags, co
   return answerTo(*runner_, {.token = tokens_.at(login), .code = code, .requestId = id, .tags = tags});
 }
 
-Got DeskLibrary::answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming) {
-  const auto answer = runner.run(incoming);
-  if (answer.kind != RequestRunner::Answer::Kind::Done)
-    throw std::runtime_error("no answer to " + std::string(incoming.code));
-  return readReply(answer.json);
-}
-
 void DeskLibrary::setNow(int dayOfMarch, int hours, int minutes) {
   *now_ = makeMoment(2026, 3, dayOfMarch, hours, minutes);
   for (const auto& [login, token] : tokens_) logOn(login);  // sessions do not last for days
@@ -294,8 +294,12 @@ void DeskLibrary::foldForSearch() {
 }
 
 std::string DeskLibrary::value(const std::string& sql) {
+  return valueOf(*database_, sql);
+}
+
+std::string valueOf(Database& database, const std::string& sql) {
   std::string text;
-  database_->read([&](Connection& db) {
+  database.read([&](Connection& db) {
     Query query(db, sql);
     query.into(text);
     while (query.next()) {
@@ -304,9 +308,21 @@ std::string DeskLibrary::value(const std::string& sql) {
   return text;
 }
 
+void StoreOnEach::SetUp() {
+  if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
+  store = std::make_unique<TestStore>(GetParam());
+  prepare();
+}
+
 void OnEachDatabase::SetUp() {
   if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
   library_ = std::make_unique<DeskLibrary>(GetParam());
+  prepare();
+}
+
+Got OnEachDatabase::newBooking(const std::string& when, const std::string& things, const std::string& place,
+                               int type) {
+  return send("NEWBK", booking(when, place, type, things));
 }
 
 std::string databaseName(const testing::TestParamInfo<std::string>& kind) {

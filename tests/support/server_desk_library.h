@@ -32,6 +32,12 @@ struct Got {
   [[nodiscard]] std::string text() const;
 };
 
+/// Tags that are written as "TAG=value; TAG=value".
+[[nodiscard]] std::vector<TagValue> readTags(const std::string& text);
+
+/// What a runner that is not too busy answers.
+[[nodiscard]] Got answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming);
+
 /// A database of the kind "sqlite" or "postgresql", gone with this object. The second needs
 /// VANTRY_TEST_POSTGRESQL, the address of a server where a schema may be made.
 class TestStore {
@@ -50,6 +56,9 @@ class TestStore {
   std::string schema_;
   std::string url_;
 };
+
+/// What the statement finds, of several rows the last.
+[[nodiscard]] std::string valueOf(Database& database, const std::string& sql);
 
 /// A small library with one of everything that policy speaks of; see its SQL. Today is Monday, 2 March 2026,
 /// nine o'clock.
@@ -81,7 +90,6 @@ class DeskLibrary {
 
  private:
   std::string logOn(const std::string& login);
-  Got answerTo(RequestRunner& runner, const RequestRunner::Incoming& incoming);
 
   TestStore store_;
   std::shared_ptr<Moment> now_;
@@ -93,12 +101,27 @@ class DeskLibrary {
 /// The kind of error that the work ends with.
 [[nodiscard]] std::optional<StoreError::Kind> errorOf(const std::function<void()>& work);
 
+/// An empty store of each kind of database that is offered.
+class StoreOnEach : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override;
+  virtual void prepare() {}
+
+  std::unique_ptr<TestStore> store;
+};
+
 /// Runs its tests on each kind of database that is offered.
 class OnEachDatabase : public testing::TestWithParam<std::string> {
  protected:
   void SetUp() override;
+  /// What a suite adds to the library.
+  virtual void prepare() {}
   DeskLibrary& library() { return *library_; }
   Got send(const std::string& code, const std::string& tags) { return library_->send(code, tags); }
+  Got newBooking(const std::string& when, const std::string& things, const std::string& place = "LOC=1",
+                 int type = 3);
+  void execute(const std::string& sql) { library_->execute(sql); }
+  [[nodiscard]] std::string value(const std::string& sql) { return library_->value(sql); }
 
   std::unique_ptr<DeskLibrary> library_;
 };

@@ -11,6 +11,12 @@ std::string contentOf(const std::string& file) {
   return {std::istreambuf_iterator<char>(bytes), {}};
 }
 
+void makeReadOnly(const std::string& file) {
+  std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
+  bytes.seekp(18);
+  bytes.put(3);
+}
+
 std::string told(const std::function<void()>& work) {
   try {
     work();

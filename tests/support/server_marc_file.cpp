@@ -28,13 +28,16 @@ std::string escaped(const std::string& text) {
 
 }  // namespace
 
+std::string marked(std::string text) {
+  std::ranges::replace(text, '$', subfieldMark);
+  return text;
+}
+
 std::string exchanged(const std::vector<MarcLine>& lines, char kind, char coding) {
   std::string directory;
   std::string fields;
   for (const auto& [tag, text] : lines) {
-    std::string field = text;
-    std::ranges::replace(field, '$', subfieldMark);
-    field += fieldEnd;
+    const std::string field = marked(text) + fieldEnd;
     directory += tag + figures(field.size(), 4) + figures(fields.size(), 5);
     fields += field;
   }

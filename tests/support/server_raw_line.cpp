@@ -58,6 +58,12 @@ std::string RawLine::readToEnd() {
   return readUntil(std::string("\0 stands in no reply", 20));
 }
 
+std::string exchange(int port, const std::string& bytes) {
+  RawLine line(port);
+  line.send(bytes);
+  return line.readToEnd();
+}
+
 bool isServed(int port) {
   const int line = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const sockaddr_in there = addressOf("127.0.0.1", port);

@@ -25,6 +25,9 @@ class RawLine {
   int line_;
 };
 
+/// What comes back for bytes as they stand, until the server ends the connection.
+[[nodiscard]] std::string exchange(int port, const std::string& bytes);
+
 /// Whether anybody takes connections at that port of the loopback.
 [[nodiscard]] bool isServed(int port);
 

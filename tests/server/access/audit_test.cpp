@@ -16,12 +16,12 @@ class Audit : public OnEachDatabase {
  protected:
   /// The rows since the last look, as "code action subject: detail".
   std::string news() {
-    const std::string since = std::exchange(seen_, library().value("select coalesce(max(id), 0) from audit"));
+    const std::string since = std::exchange(seen_, value("select coalesce(max(id), 0) from audit"));
     std::string all;
     for (int id = std::stoi(since) + 1; id <= std::stoi(seen_); ++id) {
-      const std::string row = library().value(
-          "select code || ' ' || action || ' ' || subject || ': ' || detail from audit where id = " +
-          std::to_string(id));
+      const std::string row =
+          value("select code || ' ' || action || ' ' || subject || ': ' || detail from audit where id = " +
+                std::to_string(id));
       all += (all.empty() ? "" : "\n") + row;
     }
     return all;
@@ -48,7 +48,7 @@ TEST(AuditWords, AreThereForEveryRequestThatWrites) {
 TEST_P(Audit, TellsABookingsLifeWithWhatItWasBefore) {
   news();
   const std::string ten = times(2, "09:30", "10:00");
-  send("NEWBK", booking(ten, "LOC=1", 3, "EID=1"));
+  newBooking(ten, "EID=1");
   EXPECT_EQ(
       news(),
       "NEWBK booking made 0000001: STIME=2026-03-02 09:30:00, ETIME=2026-03-02 10:00:00, PID=1, PGID=1, "
@@ -64,7 +64,7 @@ TEST_P(Audit, TellsABookingsLifeWithWhatItWasBefore) {
       ", patron 1, room 0, equipment 1, media 0, 2026-03-02 09:30:00 to 2026-03-02 10:00:00";
   EXPECT_EQ(news(), "CBK booking charged 0000001: status 0" + still +
                         "\nDBK booking discharged 0000001: status 99" + still + " -> EID=3");
-  EXPECT_EQ(library().value("select operator_id || ' ' || location_id from audit where code = 'CBK'"), "1 1");
+  EXPECT_EQ(value("select operator_id || ' ' || location_id from audit where code = 'CBK'"), "1 1");
   EXPECT_EQ(send("CANBK", "BOOKID=1").rc, 7);
   send("DELBK", "BOOKID=1");
   EXPECT_EQ(send("DELBK", "BOOKID=1").rc, 0);
@@ -87,9 +87,8 @@ TEST_P(Audit, TellsWhatHappensToTheInventory) {
 
 TEST_P(Audit, NamesTheSystemsUserOfTheCommandLine) {
   library().database().write([](Connection& db) { setOperatorActive(db, "clerk", false, 0); });
-  EXPECT_EQ(
-      library().value("select subject from audit where system_user <> '' and action = 'operator disabled'"),
-      "clerk");
+  EXPECT_EQ(value("select subject from audit where system_user <> '' and action = 'operator disabled'"),
+            "clerk");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "server/catalogue/catalogue_store.h"
 #include "server/catalogue/marc_import.h"
 #include "server/setup/administration.h"
+#include "server/setup/marc_map_file.h"
 #include "server/store/migrations.h"
 #include "support/server_case.h"
 #include "support/server_desk_library.h"
@@ -35,12 +36,11 @@ const std::vector<MarcLine> holdingsOfEtudes{
 
 class Catalogue : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
+  void prepare() override {
     // The small library counts its keys itself; PostgreSQL must be told where to go on.
-    if (!library_ || library().database().dialect().kind != Dialect::Kind::Postgresql) return;
+    if (library().database().dialect().kind != Dialect::Kind::Postgresql) return;
     for (const char* table : {"titles", "holdings", "items"})
-      library().execute(std::string("alter table ") + table + " alter column id restart with 100");
+      execute(std::string("alter table ") + table + " alter column id restart with 100");
   }
   ImportReport import(const std::string& content, const ImportOptions& options = {}) {
     writeFile(folder_.file("records"), content);
@@ -52,7 +52,6 @@ class Catalogue : public OnEachDatabase {
                                         (rest.empty() ? "" : "; " + rest));
     return got.rc != 0 ? "rc " + std::to_string(got.rc) : got.all("TITL");
   }
-  std::string value(const std::string& sql) { return library().value(sql); }
 
  private:
   test::TempFolder folder_;
@@ -119,7 +118,7 @@ TEST_P(Catalogue, ATitleWithoutANumberIsKnownAgain) {
   second.insert(second.begin() + 2, {"250", "  $a2nd ed."});
   EXPECT_EQ(import(exchanged(first) + exchanged(second)).newTitles, 2) << "editions differ";
   EXPECT_EQ(import(exchanged(first) + exchanged(second)).sameTitles, 2);
-  library().execute("update titles set fingerprint = '', is_indexed = 0 where title = 'Bees'");
+  execute("update titles set fingerprint = '', is_indexed = 0 where title = 'Bees'");
   EXPECT_EQ(import(exchanged(first)).sameTitles, 1) << "so it is with those of an older program";
 }
 
@@ -169,11 +168,11 @@ TEST_P(Catalogue, ItemsThatTheFileLacksAreWithdrawnOnlyWhenAskedFor) {
       << "nobody knows what stood in the part that is cut off";
   EXPECT_EQ(import(exchanged(fewer), {.checkOnly = true, .retireMissing = true}).retiredItems, 2);
   EXPECT_EQ(value(withdrawn), "0");
-  library().execute(
+  execute(
       "insert into bookings (id, location_id, booking_type, patron_id, starts_at, ends_at, created_at, "
       "updated_at) "
       "values (9001, 1, 3, 1, 100, 200, 0, 0)");
-  library().execute(
+  execute(
       "insert into booking_items (booking_id, place, title_id, item_id) select 9001, 1, title_id, id from "
       "items where "
       "barcode = 'I101'");
@@ -189,31 +188,18 @@ TEST_P(Catalogue, ItemsThatTheFileLacksAreWithdrawnOnlyWhenAskedFor) {
 
 TEST_P(Catalogue, AMapTellsWhereItemsAreAndWhichRecordsAreWanted) {
   ImportOptions options;
-  options.map.practices = {{.items = {"949"},
-                            .holdings = {},
-                            .holdingsBarcode = {},
-                            .barcode = "x",
-                            .location = {},
-                            .callNumber = {},
-                            .copy = {},
-                            .status = {},
-                            .mediaType = {},
-                            .issue = {}},
-                           {.items = {"952"},
-                            .holdings = {},
-                            .holdingsBarcode = {},
-                            .barcode = "p",
-                            .location = "cb",
-                            .callNumber = "o",
-                            .copy = "t",
-                            .status = "01",
-                            .mediaType = "y",
-                            .issue = {}}};
-  options.map.locations = {{"BR", "Branch"}};
-  options.map.mediaTypes = {{"FI", "Film"}};
-  options.map.withdrawn = {"1"};
-  options.map.records = {{"LDR", "", RecordTest::Kind::Contains, "g", 6},
-                         {"998", "a", RecordTest::Kind::HasNot, "", -1}};
+  FileFaults faults;
+  options.map = readMarcMap(R"({
+    "practices": [{"items": ["949"], "barcode": "x"},
+                  {"items": ["952"], "barcode": "p", "location": "cb", "call_number": "o", "copy": "t",
+                   "status": "01", "media_type": "y"}],
+    "locations": [{"code": "BR", "location": "Branch"}],
+    "media_types": [{"code": "FI", "media_type": "Film"}],
+    "withdrawn": ["1"],
+    "records": [{"field": "LDR", "test": "contains", "text": "g", "place": 6},
+                {"field": "998", "subfields": "a", "test": "has not"}]})",
+                            faults);
+  ASSERT_THAT(faults.told(), testing::IsEmpty());
   const std::vector<MarcLine> film{{"001", "f1"},
                                    {"245", "00$aStorms"},
                                    {"949", "  $aX"},
@@ -324,17 +310,11 @@ TEST_P(Catalogue, RecordsAreShownAsTheyCameOrMadeFromWhatIsKept) {
   EXPECT_EQ(record.rc, 0);
   EXPECT_EQ(record.all("FLDT"), "LDR,001,100,245,246,260,300,520,650,852,876,876");
   EXPECT_EQ(record.records[3].at("FLDI"), "14");
-  EXPECT_EQ(record.records[3].at("FLDV"),
-            "\x1f"
-            "aThe bees :\x1f"
-            "ba guide /\x1f"
-            "cAnn Keeper.");
+  EXPECT_EQ(record.records[3].at("FLDV"), marked("$aThe bees :$ba guide /$cAnn Keeper."));
   const std::string holdings = value("select id from holdings where control_number = 'h9'");
   EXPECT_EQ(send("CATREC", "MI=" + holdings).all("FLDT"), "LDR,001,004,852,876");
   const Got made = send("CATREC", "BI=1");
-  EXPECT_EQ(made.records.back().at("FLDV"),
-            "\x1f"
-            "aVolcanoes");
+  EXPECT_EQ(made.records.back().at("FLDV"), marked("$aVolcanoes"));
   EXPECT_EQ(send("CATREC", "MI=1").all("FLDT"), "001,004,852,876,876");
   EXPECT_EQ(send("CATREC", "BI=999").rc, 2);
   EXPECT_EQ(send("CATREC", "MI=999").rc, 2);
@@ -346,8 +326,7 @@ TEST_P(Catalogue, TitlesFromBeforeTheSearchAreIndexedWhenTheServerStarts) {
   EXPECT_EQ(found(1, "volcanoes"), "Volcanoes");
   EXPECT_EQ(found(4, "qe 52?"), "Volcanoes") << "two holdings, one title";
   EXPECT_EQ(found(5, "m4", "KWHO=Y"), "Glaciers");
-  library().execute(
-      "delete from titles where id = 2 and not exists (select 1 from booking_items where title_id = 2)");
+  execute("delete from titles where id = 2 and not exists (select 1 from booking_items where title_id = 2)");
   EXPECT_EQ(found(1, "glaciers"), "");
 }
 

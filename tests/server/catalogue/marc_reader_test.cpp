@@ -55,10 +55,7 @@ TEST_F(MarcFiles, FieldsArriveWhole) {
   const MarcRecord& record = reading.record;
   ASSERT_EQ(record.fields.size(), bees.size());
   EXPECT_EQ(record.fields[0], (MarcField{"001", "", "b1"}));
-  EXPECT_EQ(record.fields[1], (MarcField{"100", "1 ",
-                                         "\x1f"
-                                         "aKeeper, Ann,\x1f"
-                                         "d1950-"}));
+  EXPECT_EQ(record.fields[1], (MarcField{"100", "1 ", marked("$aKeeper, Ann,$d1950-")}));
   EXPECT_EQ(fromStoredForm(storedForm(record)), record);
 }
 
@@ -148,20 +145,12 @@ TEST_F(MarcFiles, OtherFilesAreRefused) {
 }
 
 TEST(MarcFacts, AreTakenFromTheFieldsThatHoldThem) {
-  MarcRecord record{"01234ngm a2200000 i 4500",
-                    {{"001", "", " 77 "},
-                     {"008", "", "980203s1997    xxk"},
-                     {"245", "10",
-                      "\x1f"
-                      "aStorms /\x1f"
-                      "cby nobody."},
-                     {"700", "1 ",
-                      "\x1f"
-                      "aGale, Hugh,"},
-                     {"300", "  ",
-                      "\x1f"
-                      "a1 DVD (50 min.) :\x1f"
-                      "bsd., col."}}};
+  const MarcRecord record{"01234ngm a2200000 i 4500",
+                          {{"001", "", " 77 "},
+                           {"008", "", "980203s1997    xxk"},
+                           {"245", "10", marked("$aStorms /$cby nobody.")},
+                           {"700", "1 ", marked("$aGale, Hugh,")},
+                           {"300", "  ", marked("$a1 DVD (50 min.) :$bsd., col.")}}};
   const TitleFacts facts = titleFacts(record);
   EXPECT_EQ(facts.controlNumber, "77");
   EXPECT_EQ(facts.title, "Storms");
@@ -171,34 +160,12 @@ TEST(MarcFacts, AreTakenFromTheFieldsThatHoldThem) {
 }
 
 TEST(MarcFacts, ItemsGoToThePlaceThatTheirLinkNamesElseToTheOneBefore) {
-  MarcRecord record{"01234ngm a2200000 i 4500",
-                    {{"852", "0 ",
-                      "\x1f"
-                      "81\x1f"
-                      "bMain\x1f"
-                      "hQE 5\x1f"
-                      "i.B2"},
-                     {"852", "1 ",
-                      "\x1f"
-                      "82\x1f"
-                      "bBranch\x1f"
-                      "h595.7\x1f"
-                      "pX9"},
-                     {"863", "  ",
-                      "\x1f"
-                      "81.1\x1f"
-                      "av.2\x1f"
-                      "i2004"},
-                     {"876", "  ",
-                      "\x1f"
-                      "81.1\x1f"
-                      "pA1\x1f"
-                      "t2\x1f"
-                      "jLost in 2020"},
-                     {"876", "  ",
-                      "\x1f"
-                      "pB1\x1f"
-                      "jCharged"}}};
+  const MarcRecord record{"01234ngm a2200000 i 4500",
+                          {{"852", "0 ", marked("$81$bMain$hQE 5$i.B2")},
+                           {"852", "1 ", marked("$82$bBranch$h595.7$pX9")},
+                           {"863", "  ", marked("$81.1$av.2$i2004")},
+                           {"876", "  ", marked("$81.1$pA1$t2$jLost in 2020")},
+                           {"876", "  ", marked("$pB1$jCharged")}}};
   const std::vector<HoldingFacts> holdings = holdingsIn(record, usualMarcMap());
   ASSERT_EQ(holdings.size(), 2U);
   EXPECT_EQ(holdings[0].callNumber, "QE 5 .B2");

@@ -10,9 +10,6 @@ namespace {
 
 class Holds : public OnEachDatabase {
  protected:
-  Got save(const std::string& when, const std::string& place, int type, const std::string& things) {
-    return send("NEWBK", booking(when, place, type, things));
-  }
   Got saveFor(const std::string& requester) {
     std::string tags = booking(ten_, "LOC=1", 3, "EID=1");
     const std::string usual = "PID=1; PGID=1";
@@ -23,35 +20,35 @@ class Holds : public OnEachDatabase {
 INSTANTIATE_TEST_SUITE_P(Databases, Holds, eachDatabase, databaseName);
 
 TEST_P(Holds, ARoomsBookingHoldsThePiecesThatItNamesInIt) {
-  EXPECT_EQ(save(ten_, "RID=1", 1, "EID=4; EQIR=Y").rc, 0);
-  const Got refused = save(ten_, "RID=1", 2, "EID=4");
+  EXPECT_EQ(newBooking(ten_, "EID=4; EQIR=Y", "RID=1", 1).rc, 0);
+  const Got refused = newBooking(ten_, "EID=4", "RID=1", 2);
   EXPECT_EQ(refused.rc, 149);
   EXPECT_EQ(refused.all("CNUM"), "0000001");
-  EXPECT_EQ(save(times(2, "11:00", "12:00"), "RID=1", 2, "EID=4").rc, 0);
-  const Got other = save(times(2, "11:30", "12:30"), "RID=1", 1, "EID=4; EQIR=Y");
+  EXPECT_EQ(newBooking(times(2, "11:00", "12:00"), "EID=4", "RID=1", 2).rc, 0);
+  const Got other = newBooking(times(2, "11:30", "12:30"), "EID=4; EQIR=Y", "RID=1", 1);
   EXPECT_EQ(other.rc, 149) << "the other way round";
   EXPECT_EQ(other.all("CNUM"), "0000002");
-  EXPECT_EQ(save(ten_, "RID=1", 2, "EID=4; EQIR=Y").rc, 0) << "a delivery only uses what stands there";
+  EXPECT_EQ(newBooking(ten_, "EID=4; EQIR=Y", "RID=1", 2).rc, 0) << "a delivery only uses what stands there";
 }
 
 TEST_P(Holds, AGroupInTheRoomHoldsItsMembersUntilAllIsBack) {
-  library().execute("update equipment set room_id = 1 where id in (5, 6, 7)");
-  EXPECT_EQ(save(ten_, "RID=1", 1, "EID=5; EQIR=Y; EID=6; EQIR=Y; EID=1").rc, 0);
-  EXPECT_EQ(save(ten_, "RID=1", 2, "EID=5").rc, 149);
-  EXPECT_EQ(save(ten_, "RID=1", 2, "EID=6").rc, 149);
-  EXPECT_EQ(save(ten_, "RID=1", 2, "EID=7").rc, 149);
+  execute("update equipment set room_id = 1 where id in (5, 6, 7)");
+  EXPECT_EQ(newBooking(ten_, "EID=5; EQIR=Y; EID=6; EQIR=Y; EID=1", "RID=1", 1).rc, 0);
+  EXPECT_EQ(newBooking(ten_, "EID=5", "RID=1", 2).rc, 149);
+  EXPECT_EQ(newBooking(ten_, "EID=6", "RID=1", 2).rc, 149);
+  EXPECT_EQ(newBooking(ten_, "EID=7", "RID=1", 2).rc, 149);
   EXPECT_EQ(send("UPDBK", "BOOKID=1; " + booking(ten_, "RID=1", 1, "EID=5; EQIR=Y; EID=1")).rc, 0);
-  EXPECT_EQ(save(ten_, "RID=1", 2, "EID=7").rc, 149);
+  EXPECT_EQ(newBooking(ten_, "EID=7", "RID=1", 2).rc, 149);
   EXPECT_EQ(send("CBK", "BOOKID=1").rc, 0);
   EXPECT_EQ(send("DBK", "BOOKID=1; EID=1").rc, 0);
-  EXPECT_EQ(library().value("select count(*) from occupancy where booking_id = 1"), "0");
+  EXPECT_EQ(value("select count(*) from occupancy where booking_id = 1"), "0");
 }
 
 TEST_P(Holds, TheRequesterHasACardOfTheGroup) {
   EXPECT_EQ(saveFor("PID=4; PGID=2").text(), "-98|CANTREAD=PGID");
   EXPECT_EQ(saveFor("PID=1; PGID=0").text(), "-98|CANTREAD=PGID");
   EXPECT_EQ(saveFor("PID=5; PGID=1").rc, 0) << "whether the card is active is asked before";
-  library().execute("delete from patron_barcodes");
+  execute("delete from patron_barcodes");
   std::string same = booking(ten_, "LOC=1", 3, "EID=3");
   same.replace(same.find("PID=1"), 5, "PID=5");
   EXPECT_EQ(send("UPDBK", "BOOKID=1; " + same).rc, 0) << "it was judged when the booking was made";
@@ -66,19 +63,19 @@ TEST_P(Holds, ASaveHasNoEndOfTimesAndLines) {
             "; ETIME=" + momentText(at + hour);
   }
   EXPECT_EQ(send("NEWBK", booking(many + "; " + ten_, "LOC=1", 3, "")).text(), "-98|CANTREAD=STIME");
-  EXPECT_EQ(save(many, "LOC=1", 3, "").records.size(), 366U);
+  EXPECT_EQ(newBooking(many, "").records.size(), 366U);
   std::string lines = "ETI=1; IFL=N";
   for (int each = 0; each < 500; ++each) lines += "; ETI=1; IFL=N";
-  EXPECT_EQ(save(ten_, "LOC=1", 3, lines).text(), "-98|CANTREAD=EID");
+  EXPECT_EQ(newBooking(ten_, lines).text(), "-98|CANTREAD=EID");
   EXPECT_EQ(send("VALEAVL", "BOOKID=0; LOC=1; PGID=1; " + ten_ + "; " + lines).text(), "-98|CANTREAD=EID");
 }
 
 TEST_P(Holds, NothingComesBackBeforeItWentOut) {
-  save(times(2, "09:30", "11:00"), "LOC=1", 3, "EID=1");
+  newBooking(times(2, "09:30", "11:00"), "EID=1");
   EXPECT_EQ(send("CBK", "BOOKID=1").rc, 0);
   library().setNow(2, 7);
   EXPECT_EQ(send("DBK", "BOOKID=1; EID=1").rc, 0);
-  EXPECT_EQ(library().value("select returned_at - charged_at from bookings"), "0");
+  EXPECT_EQ(value("select returned_at - charged_at from bookings"), "0");
 }
 
 TEST_P(Holds, HousekeepingBelievesNoJumpOfDays) {

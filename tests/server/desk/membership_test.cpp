@@ -9,26 +9,26 @@ class Membership : public OnEachDatabase {
  protected:
   Got book(const std::string& from, const std::string& things, const std::string& place = "LOC=1",
            int type = 3) {
-    return send("NEWBK", booking(times(3, from + ":00", from + ":30"), place, type, things));
+    return newBooking(times(3, from + ":00", from + ":30"), things, place, type);
   }
   std::string heldBy(const std::string& booking) {
     std::string things;
     for (int thing = 1; thing <= 10; ++thing) {
       const std::string id = std::to_string(thing);
-      if (library().value("select count(*) from occupancy where kind = 1 and thing = " + id +
-                          " and booking_id = " + booking) != "0")
+      if (value("select count(*) from occupancy where kind = 1 and thing = " + id +
+                " and booking_id = " + booking) != "0")
         things += (things.empty() ? "" : ",") + id;
     }
     return things;
   }
   std::string roomOf(const std::string& id) {
-    return library().value("select room_id from equipment where id = " + id);
+    return value("select room_id from equipment where id = " + id);
   }
 };
 INSTANTIATE_TEST_SUITE_P(Databases, Membership, eachDatabase, databaseName);
 
 TEST_P(Membership, AMemberAddsItsWorthAndIsKeptWhereTheGroupIs) {
-  library().execute("update equipment set replacement_value = 250, room_id = 1 where id = 3");
+  execute("update equipment set replacement_value = 250, room_id = 1 where id = 3");
   EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").text(), "0|EQVR=2.50 LOC=1 MVL=2.50 RID=3 RNM=Store");
   EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").rc, 0) << "a member already";
   EXPECT_EQ(roomOf("3"), "3");
@@ -67,11 +67,10 @@ TEST_P(Membership, NothingIsBookedTwiceByJoiningOrStaying) {
 }
 
 TEST_P(Membership, AGroupThatIsOutOrHasAStatusIsNotChanged) {
-  library().execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (5, 3, 0)");
+  execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (5, 3, 0)");
   EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").rc, 125);
-  library().execute("delete from equipment_statuses where equipment_id = 5");
-  const std::string id =
-      send("NEWBK", booking(times(2, "09:15", "10:00"), "LOC=1", 3, "EID=5")).first("BOOKID");
+  execute("delete from equipment_statuses where equipment_id = 5");
+  const std::string id = newBooking(times(2, "09:15", "10:00"), "EID=5").first("BOOKID");
   ASSERT_EQ(send("CBK", "BOOKID=" + id).rc, 0);
   EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").rc, 125);
   EXPECT_EQ(send("REMGITM", "EID=6; GRPID=5; ULI=1").rc, 125);
@@ -85,7 +84,7 @@ TEST_P(Membership, APlaceIsAskedAboutAndChangedByOneRequest) {
   EXPECT_EQ(roomOf("1"), "1");
   EXPECT_EQ(send("ADDREQP", "EID=5; RID=6; ULI=1").rc, 0);
   EXPECT_EQ(roomOf("7"), "6") << "with its group";
-  EXPECT_EQ(library().value("select location_id from equipment where id = 7"), "2");
+  EXPECT_EQ(value("select location_id from equipment where id = 7"), "2");
   EXPECT_EQ(send("ADDREQP", "EID=7; RID=6; ULI=1").rc, 0) << "where it is";
   EXPECT_EQ(send("ADDREQP", "EID=7; RID=1; ULI=1").rc, 125) << "a member moves with its group only";
   EXPECT_EQ(roomOf("7"), "6");
@@ -98,14 +97,14 @@ TEST_P(Membership, APlaceIsAskedAboutAndChangedByOneRequest) {
 }
 
 TEST_P(Membership, ANumberStaysUniqueWhereverAThingIsMoved) {
-  library().execute("update equipment set number = 'PRJ1' where id = 10");
+  execute("update equipment set number = 'PRJ1' where id = 10");
   EXPECT_EQ(send("ADDREQP", "EID=10; RID=1; ULI=1").text(), "-98|CANTREAD=ENO");
   EXPECT_EQ(send("NEWGITM", "EID=10; GRPID=5; ULI=1").text(), "-98|CANTREAD=ENO");
   EXPECT_EQ(send("GETEDTL", "EID=10").first("RID"), "6") << "nothing of it is stored";
   EXPECT_EQ(send("GETEDTL", "EID=10").first("GRPID"), "");
   EXPECT_EQ(send("UPDROOMD", "RID=6; RTI=2; RTY=; RNO=200; RNM=Branch Store; LOC=1; RCA=0").text(),
             "-98|CANTREAD=ENO");
-  library().execute("update equipment set number = 'PRJ3', location_id = 2, room_id = 6 where id = 3");
+  execute("update equipment set number = 'PRJ3', location_id = 2, room_id = 6 where id = 3");
   EXPECT_EQ(send("ADDREQP", "EID=5; RID=6; ULI=1").text(), "-98|CANTREAD=ENO")
       << "nor does a member meet another";
 }

@@ -199,10 +199,7 @@ void joinAs(Connection& db, const std::string& code, const std::string& sql) {
 
 class QueryPlans : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (library_) sendAll();
-  }
+  void prepare() override { sendAll(); }
 
   void send(const std::string& code, const std::string& tags) {
     OnEachDatabase::send(code, tags);

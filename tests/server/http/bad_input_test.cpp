@@ -1,7 +1,6 @@
 // Whatever comes in gets a clear answer, and the server goes on.
 
 #include <algorithm>
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +9,7 @@
 #include "server/base/moment.h"
 #include "server/store/query.h"
 #include "support/server_case.h"
+#include "support/server_files.h"
 #include "support/server_messages.h"
 #include "support/server_raw_line.h"
 #include "words/pattern.h"
@@ -17,9 +17,9 @@
 namespace vantry::server {
 namespace {
 
+using test::exchange;
 using test::Record;
 using test::ServerOnEachDatabase;
-using test::Tags;
 using test::WireAnswer;
 using test::WireClient;
 
@@ -41,13 +41,6 @@ std::string nested(const std::string& open, int depth, const std::string& close)
   for (int each = 0; each < depth; ++each) text += open;
   for (int each = 0; each < depth; ++each) text += close;
   return text;
-}
-
-/// What comes back for bytes as they stand, until the server ends the connection.
-std::string exchange(int port, const std::string& bytes) {
-  test::RawLine line(port);
-  line.send(bytes);
-  return line.readToEnd();
 }
 
 std::string manyTags(int count) {
@@ -205,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(Databases, SqlInText, eachDatabase, databaseName);
 TEST_P(SqlInText, OfAnyTagOfAnyRequestIsRefusedOrStaysText) {
   ASSERT_EQ(library().run("NEWBK", messageWith(*findRequest("NEWBK"), tags::SCHCOM)).rc, 0);
   const std::string contents = contentsSql(library());
-  std::string before = library().value(contents);
+  std::string before = value(contents);
   EXPECT_THAT(before, testing::HasSubstr("Glaciers"));
   int written = 0;
   for (const SampleMessage& each : sampleMessages()) {
@@ -227,11 +220,11 @@ TEST_P(SqlInText, OfAnyTagOfAnyRequestIsRefusedOrStaysText) {
         ++written;
         EXPECT_EQ(send("GETMSD", "BOOKID=1").first("SCHCOM"), evil);
       }
-      const std::string after = library().value(contents);
+      const std::string after = value(contents);
       if (isText && got.rc != -98) {
         // Stored, or looked for, as text: what it would have destroyed is there.
         EXPECT_THAT(after, testing::HasSubstr("Glaciers"));
-        EXPECT_EQ(library().value("select count(*) from bookings"), "1");
+        EXPECT_EQ(value("select count(*) from bookings"), "1");
         before = after;
       }
       EXPECT_EQ(after, before);
@@ -241,7 +234,7 @@ TEST_P(SqlInText, OfAnyTagOfAnyRequestIsRefusedOrStaysText) {
   for (const std::string_view evil : evilTexts) {
     EXPECT_TRUE(library().runner().login(evil, evil, evil).token.empty());
   }
-  EXPECT_EQ(library().value(contents), before) << "nor did one that only reads change anything";
+  EXPECT_EQ(value(contents), before) << "nor did one that only reads change anything";
 }
 
 TEST_P(BadInputTest, ADatabaseHeldByAnotherProcessIsToldSoAndServesAgainAfterwards) {
@@ -306,12 +299,7 @@ TEST(ReadOnlyFile, IsToldSo) {
   Server::Options options;
   options.database = file;
   { const Server once(options); }
-  {
-    // A file of a format that may be read but not written: that holds for every user of the machine.
-    std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
-    bytes.seekp(18);
-    bytes.put(3);
-  }
+  test::makeReadOnly(file);
   Server server(options);
   server.start();
   WireClient client(server.port());

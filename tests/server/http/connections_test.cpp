@@ -22,6 +22,7 @@ namespace vantry::server {
 namespace {
 
 using test::contentOf;
+using test::exchange;
 using test::RawLine;
 using test::ServerCase;
 using test::WireClient;
@@ -97,26 +98,23 @@ TEST_F(ConnectionsTest, AnAddressHasOnlySoManyAndTheOthersAreServed) {
 }
 
 TEST_F(ConnectionsTest, HeadsAreBoundedAndRangesAreNotKnown) {
-  RawLine large(server->port());
-  large.send("GET /v1/health HTTP/1.1\r\nX: " + std::string(4'000'000, 'x') + "\r\n\r\n");
-  EXPECT_THAT(large.readToEnd(), testing::StartsWith("HTTP/1.1 431"));
-  RawLine many(server->port());
-  std::string head = "GET /v1/health HTTP/1.1\r\n";
-  for (int each = 0; each < 5000; ++each) head += "A: b\r\n";
-  many.send(head);
-  EXPECT_THAT(many.readToEnd(), testing::StartsWith("HTTP/1.1 431"));
-  RawLine ranges(server->port());
-  ranges.send("GET /v1/health HTTP/1.1\r\nRange: bytes=0-1,0-2,0-3\r\nConnection: close\r\n\r\n");
-  const std::string whole = ranges.readToEnd();
+  const auto isTooLarge = testing::StartsWith("HTTP/1.1 431");
+  const std::string call = "GET /v1/health HTTP/1.1\r\n";
+  EXPECT_THAT(exchange(server->port(), call + "X: " + std::string(4'000'000, 'x') + "\r\n\r\n"), isTooLarge);
+  std::string many = call;
+  for (int each = 0; each < 5000; ++each) many += "A: b\r\n";
+  EXPECT_THAT(exchange(server->port(), many), isTooLarge);
+  const std::string whole =
+      exchange(server->port(), call + "Range: bytes=0-1,0-2,0-3\r\nConnection: close\r\n\r\n");
   EXPECT_THAT(whole, testing::StartsWith("HTTP/1.1 200"));
   EXPECT_THAT(whole, testing::EndsWith("\"}"));
 }
 
 TEST_F(ConnectionsTest, RequestsSentAtOnceAreServedInOrder) {
-  RawLine line(server->port());
-  line.send(healthCall + "POST /v1/logout HTTP/1.1\r\nContent-Length: 0\r\n\r\n" +
-            "GET /v1/nothing HTTP/1.1\r\nConnection: close\r\n\r\n" + healthCall);
-  EXPECT_THAT(line.readToEnd(), testing::ContainsRegex("^HTTP/1.1 200.*HTTP/1.1 401.*HTTP/1.1 404[^1]*$"));
+  const std::string told =
+      exchange(server->port(), healthCall + "POST /v1/logout HTTP/1.1\r\nContent-Length: 0\r\n\r\n" +
+                                   "GET /v1/nothing HTTP/1.1\r\nConnection: close\r\n\r\n" + healthCall);
+  EXPECT_THAT(told, testing::ContainsRegex("^HTTP/1.1 200.*HTTP/1.1 401.*HTTP/1.1 404[^1]*$"));
 }
 
 TEST_F(ConnectionsTest, ALargeBodyIsTakenOnlyOfSomebodyKnown) {

@@ -12,7 +12,6 @@
 namespace vantry::server {
 namespace {
 
-using test::RawLine;
 using test::ServerOnEachDatabase;
 using testing::AllOf;
 using testing::HasSubstr;
@@ -45,9 +44,9 @@ class FeedsTest : public ServerOnEachDatabase {
   /// The whole answer, head and body.
   std::string get(const std::string& path, const std::string& headers = {},
                   const std::string& method = "GET") {
-    RawLine line(server->port());
-    line.send(method + " " + path + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n" + headers + "\r\n");
-    return line.readToEnd();
+    return test::exchange(
+        server->port(),
+        method + " " + path + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n" + headers + "\r\n");
   }
   std::string get(const AddedFeed& feed) { return get(pathOf(feed)); }
 };

@@ -14,7 +14,7 @@ class RetentionTest : public OnEachDatabase {
   /// A booking that ended at noon of that day; `status` is a number of the store's.
   void add(const std::string& day, const std::string& status) {
     const std::string noon = std::to_string(*parseMoment(day) + 12 * hour);
-    library().execute(
+    execute(
         "insert into bookings (location_id, booking_type, patron_id, patron_group_id, pickup_patron_id, "
         "setup_staff_id, starts_at, ends_at, note, status, created_at, updated_at) values (1, 3, 1, 1, 2, "
         "3, " +
@@ -22,8 +22,8 @@ class RetentionTest : public OnEachDatabase {
   }
 
   void addAudit(const std::string& day, const std::string& action) {
-    library().execute("insert into audit (at, action, subject, detail) values (" +
-                      std::to_string(*parseMoment(day)) + ", '" + action + "', '0000001', 'PID=1')");
+    execute("insert into audit (at, action, subject, detail) values (" + std::to_string(*parseMoment(day)) +
+            ", '" + action + "', '0000001', 'PID=1')");
   }
 
   void keep(int bookings, int audit) {
@@ -33,7 +33,7 @@ class RetentionTest : public OnEachDatabase {
   RetentionReport apply(int steps = 10'000) {
     return applyRetention(library().database(), library().clock()(), [&] { return steps-- > 0; });
   }
-  std::string countWhere(const std::string& what) { return library().value("select count(*) from " + what); }
+  std::string countWhere(const std::string& what) { return value("select count(*) from " + what); }
 };
 INSTANTIATE_TEST_SUITE_P(Databases, RetentionTest, eachDatabase, databaseName);
 
@@ -51,14 +51,14 @@ TEST_P(RetentionTest, MakesAnonymousWhatIsOverForLongerThanItIsKept) {
       "4");
   EXPECT_EQ(countWhere("bookings where patron_id = 1 and note <> ''"), "3") << "out, or not so long over";
   EXPECT_EQ(apply().bookings, 0);
-  library().execute("update bookings set status = 1 where status = 999");
+  execute("update bookings set status = 1 where status = 999");
   keepHouse(library().database(), library().clock()());
   EXPECT_EQ(countWhere("bookings where patron_id = 1"), "2") << "came back at last";
   EXPECT_EQ(send("GETMSD", "BOOKID=1").first("PATNM"), "");
 }
 
 TEST_P(RetentionTest, WorksThroughMoreThanOneStep) {
-  library().execute(
+  execute(
       "insert into bookings (location_id, booking_type, patron_id, starts_at, ends_at, status, created_at, "
       "updated_at) "
       "with recursive n(i) as (select 1 union all select i + 1 from n where i < 401) select 1, 3, 1, i, i, "
@@ -73,7 +73,7 @@ TEST_P(RetentionTest, WorksThroughMoreThanOneStep) {
 }
 
 TEST_P(RetentionTest, BlanksAndPrunesTheAudit) {
-  library().execute("delete from audit");
+  execute("delete from audit");
   for (const char* day : {"2020-05-01", "2024-12-31", "2025-03-02"}) {
     addAudit(day, "booking made");
     addAudit(day, "barcode written");

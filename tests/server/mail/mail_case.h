@@ -14,12 +14,10 @@ namespace vantry::server {
 /// has one as well, and asked not to be remembered.
 class MailCase : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (!library_) return;
-    library().execute("update patrons set email = 'ada@example.org' where id = 1");
-    library().execute("update patrons set email = 'hal@example.org' where id = 4");
-    library().execute("update patrons set email = 'lou@example.org', withheld = 1 where id = 6");
+  void prepare() override {
+    execute("update patrons set email = 'ada@example.org' where id = 1");
+    execute("update patrons set email = 'hal@example.org' where id = 4");
+    execute("update patrons set email = 'lou@example.org', withheld = 1 where id = 6");
     for (const MailKind kind : allMailKinds) all.add(kind);
     runner = std::make_unique<RequestRunner>(library().database(), library().clock(), HashCost::Quick,
                                              SearchLimits{}, RunnerUse{.mail = all});
@@ -54,7 +52,7 @@ class MailCase : public OnEachDatabase {
   }
 
   /// The news has settled.
-  void later() { library().execute("update outbox set due_at = 0 where state = 0"); }
+  void later() { execute("update outbox set due_at = 0 where state = 0"); }
 
   /// Sends what is there, and tells all that the mailbox has got.
   std::string sent() {

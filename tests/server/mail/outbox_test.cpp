@@ -37,7 +37,7 @@ TEST_P(Outbox, HasNothingForWhoMustNotBeWrittenTo) {
                {"update patrons set email = 'ada@example.org', withheld = 1 where id = 1", 3},
                {"update patrons set withheld = 0 where id = 1", 1}};
   for (const auto& each : cases) {
-    library().execute(each.sql);
+    execute(each.sql);
     EXPECT_EQ(book(each.dayOfMarch, "10:00", "11:00").rc, 0);
     EXPECT_EQ(outbox(), "") << each.sql;
   }
@@ -63,12 +63,12 @@ TEST_P(Outbox, IsAskedAgainAtTheTimeOfSending) {
   book(3, "10:00", "11:00");
   book(4, "10:00", "11:00");
   book(5, "10:00", "11:00");
-  library().execute("update bookings set status = 3 where id = 1");
+  execute("update bookings set status = 3 where id = 1");
   library().setNow(4, 12);
   EXPECT_EQ(sent(), "ada@example.org: Your booking 0000003\n") << "canceled by hand, over, and to come";
   EXPECT_EQ(outbox(), "");
   book(6, "10:00", "11:00");
-  library().execute("update patrons set withheld = 1 where id = 1");
+  execute("update patrons set withheld = 1 where id = 1");
   EXPECT_EQ(sent(), "ada@example.org: Your booking 0000003\n");
 }
 
@@ -129,13 +129,13 @@ TEST_P(Outbox, TellsOfABookingThatIsDeletedOrSomebodyElses) {
   EXPECT_EQ(sent(), moved +
                         "hal@example.org: Your booking 0000001 is canceled\n"
                         "ada@example.org: Your booking 0000002 is canceled\n");
-  EXPECT_EQ(library().value("select count(*) from outbox where kept <> ''"), "0");
+  EXPECT_EQ(value("select count(*) from outbox where kept <> ''"), "0");
 }
 
 TEST_P(Outbox, RemindsOnceOfEachEnd) {
   book(2, "10:00", "11:00");
-  library().execute("delete from outbox");
-  library().execute("update bookings set status = 99, ends_at = ends_at + 2 * 86400");
+  execute("delete from outbox");
+  execute("update bookings set status = 99, ends_at = ends_at + 2 * 86400");
   const auto keep = [&](int dayOfMarch, int hours) {
     library().setNow(dayOfMarch, hours);
     for (int twice = 0; twice < 2; ++twice) keepHouse(library().database(), library().clock()(), all);
@@ -148,7 +148,7 @@ TEST_P(Outbox, RemindsOnceOfEachEnd) {
   const std::string overdue = due + "ada@example.org: Overdue: booking 0000001\n";
   EXPECT_EQ(keep(4, 12), overdue);
   EXPECT_EQ(keep(5, 12), overdue);
-  library().execute("update bookings set status = 99, ends_at = ends_at + 2 * 86400");
+  execute("update bookings set status = 99, ends_at = ends_at + 2 * 86400");
   EXPECT_EQ(keep(5, 13), overdue + due) << "another end";
 }
 
@@ -159,8 +159,8 @@ TEST_P(Outbox, TellsTheBookingsOfOneSaveInOneLetter) {
   ASSERT_EQ(send("NEWBK", booking(dates, "LOC=1", 3, "EID=1")).rc, 0);
   book(10, "10:00", "11:00");
   send("CANBK", "BOOKID=2");
-  library().execute("update bookings set status = 3 where id = 4");
-  library().execute("delete from booking_equipment where booking_id = 5");
+  execute("update bookings set status = 3 where id = 4");
+  execute("delete from booking_equipment where booking_id = 5");
   mailbox.answer("DATA", "451 come back later");
   EXPECT_EQ(sent(), "");
   EXPECT_EQ(outbox(), "confirmed 1, cancelled 2, confirmed 3, confirmed 5, confirmed 6")
@@ -183,9 +183,9 @@ TEST_P(Outbox, ForgetsWhatWasSentLongAgo) {
   book(3, "10:00", "11:00");
   sent();
   keepHouse(library().database(), library().clock()() + 59 * day);
-  EXPECT_EQ(library().value("select count(*) from outbox"), "1");
+  EXPECT_EQ(value("select count(*) from outbox"), "1");
   keepHouse(library().database(), library().clock()() + 61 * day);
-  EXPECT_EQ(library().value("select count(*) from outbox"), "0");
+  EXPECT_EQ(value("select count(*) from outbox"), "0");
 }
 
 }  // namespace

@@ -15,9 +15,7 @@ namespace {
 
 class PostmanTest : public MailCase {
  protected:
-  std::string faults() {
-    return library().value("select coalesce(max(fault), '') from outbox where state <> 1");
-  }
+  std::string faults() { return value("select coalesce(max(fault), '') from outbox where state <> 1"); }
 };
 INSTANTIATE_TEST_SUITE_P(Databases, PostmanTest, eachDatabase, databaseName);
 
@@ -91,7 +89,7 @@ TEST_P(PostmanTest, LooksAgainForWhatItsSettingsName) {
 
 TEST_P(PostmanTest, GivesUpAnAddressThatWouldBeAHeader) {
   book(3, "10:00", "11:00");
-  library().execute("update patrons set email = 'ada@example.org\nBcc: all@example.org' where id = 1");
+  execute("update patrons set email = 'ada@example.org\nBcc: all@example.org' where id = 1");
   EXPECT_EQ(sent(), "");
   EXPECT_EQ(outbox(), "confirmed 1 given up");
 }
@@ -103,13 +101,12 @@ TEST_P(PostmanTest, TriesAgainLaterAndGivesUpAfterTwoDays) {
   const auto keeper = postman();
   library().setNow(2, 9, 5);
   EXPECT_FALSE(keeper->sendDue());
-  EXPECT_EQ(library().value("select sum(tries) from outbox"), "1")
-      << "the others wait for a server that works";
+  EXPECT_EQ(value("select sum(tries) from outbox"), "1") << "the others wait for a server that works";
   EXPECT_FALSE(keeper->sendDue());
   EXPECT_TRUE(keeper->sendDue()) << "both wait now";
   library().setNow(2, 9, 6);
   EXPECT_FALSE(keeper->sendDue());
-  EXPECT_EQ(library().value("select max(tries) from outbox"), "2");
+  EXPECT_EQ(value("select max(tries) from outbox"), "2");
   library().setNow(4, 9, 1);
   EXPECT_FALSE(keeper->sendDue());
   EXPECT_FALSE(keeper->sendDue());
@@ -125,7 +122,7 @@ TEST_P(PostmanTest, TriesAgainLaterAndGivesUpAfterTwoDays) {
 TEST_P(PostmanTest, SendsTheSameMailAfterACrashBeforeTheMark) {
   book(3, "10:00", "11:00");
   sent();
-  library().execute("update outbox set state = 0, leased_until = queued_at + 300, sent_at = null, told = ''");
+  execute("update outbox set state = 0, leased_until = queued_at + 300, sent_at = null, told = ''");
   EXPECT_TRUE(postman()->sendDue());
   ASSERT_EQ(mailbox.mails().size(), 1U) << "the lease of the one that crashed runs";
   library().setNow(2, 9, 10);
@@ -158,8 +155,7 @@ TEST_P(PostmanTest, KeepsNoDeskWaitingForAMailServerThatIsSilent) {
   later();
   const auto keeper = postman();
   keeper->start();
-  while (library().value("select count(*) from outbox where leased_until > 0") == "0")
-    std::this_thread::yield();
+  while (value("select count(*) from outbox where leased_until > 0") == "0") std::this_thread::yield();
   EXPECT_EQ(book(4, "10:00", "11:00").rc, 0);
   keeper->stop();
   EXPECT_EQ(outbox(), "confirmed 1, confirmed 2");

@@ -112,7 +112,7 @@ TEST_P(SmtpTest, ALetterWaitsUntilTheServerProvesItselfAndTakesTheLogOn) {
       EXPECT_EQ(outbox(), "");
     } else {
       EXPECT_EQ(outbox(), "confirmed 1");
-      EXPECT_THAT(library().value("select fault from outbox"), testing::HasSubstr(each.fault));
+      EXPECT_THAT(value("select fault from outbox"), testing::HasSubstr(each.fault));
     }
   }
 }

@@ -44,14 +44,6 @@ TEST(TimePolicy, LongestUseByUnit) {
   }
 }
 
-TEST(DeskPolicyTest, OnlyItsLocationsMayBeUsedAndNotAgainstTheirSecurity) {
-  DeskPolicy policy;
-  policy.locations = {{1, true}, {2, false}};
-  EXPECT_EQ(refusalOfLocation(policy, 1), std::nullopt);
-  EXPECT_EQ(refusalOfLocation(policy, 2), refusal::foreignSecurity);
-  EXPECT_EQ(refusalOfLocation(policy, 3), refusal::foreignLocation);
-}
-
 TEST(PatronPolicy, CardAndAddressComeBeforeLimits) {
   const PatronLimits limits{.bookings = 2, .items = 3, .equipment = 4, .lateReturns = 0, .fees = 500};
   const Moment now = start;
@@ -154,14 +146,6 @@ TEST(CirculationRules, TimeMakesBookingsUnclaimedAndOverdue) {
   EXPECT_EQ(statusByTime(Charged, {nine, nine}, makeMoment(2026, 3, 2, 23, 59)), std::nullopt)
       << "an immediate pick-up has the day";
   EXPECT_EQ(statusByTime(Charged, {nine, nine}, makeMoment(2026, 3, 3) + 1), Overdue);
-}
-
-TEST(CirculationRules, LateReturnsAreCountedOnce) {
-  using enum BookingStatus;
-  EXPECT_EQ(lateReturnsChange(Charged, false), 0);
-  EXPECT_EQ(lateReturnsChange(Charged, true), 1) << "returned late before the clock noticed";
-  EXPECT_EQ(lateReturnsChange(Overdue, true), 0);
-  EXPECT_EQ(lateReturnsChange(Overdue, false), -1) << "back-dated into its time";
 }
 
 }  // namespace

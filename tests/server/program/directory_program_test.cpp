@@ -27,12 +27,12 @@ class DirectoryProgram : public ProgramTest {
 TEST_F(DirectoryProgram, IsSetUpAndLetsOperatorsIn) {
   const DirectorySettings settings = slapd->bySearch();
   const std::string setup = "setup --yes --database " + database + " --login dana --directory ";
-  const Outcome made = command(setup + settings.address + " --directory-authority " + settings.authority +
-                                   " --directory-base " + settings.base + " --directory-account " +
-                                   settings.account + " --directory-password-file " + settings.passwordFile,
-                               "a-good-password\n");
-  EXPECT_EQ(made.code, 0) << made.text;
-  EXPECT_THAT(made.text, HasSubstr("The directory answers.\n"));
+  EXPECT_THAT(command(setup + settings.address + " --directory-authority " + settings.authority +
+                          " --directory-base " + settings.base + " --directory-account " + settings.account +
+                          " --directory-password-file " + settings.passwordFile,
+                      "a-good-password\n")
+                  .endedWith(0),
+              HasSubstr("The directory answers.\n"));
   EXPECT_THAT(command("config").text, HasSubstr("directory-base\t" + settings.base + "\t" + config + "\n"));
   EXPECT_EQ(
       command("operator add all --name Al --by-directory --location 'Main Desk' --rights view").text,

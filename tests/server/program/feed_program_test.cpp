@@ -11,7 +11,6 @@ namespace {
 using test::contentOf;
 using test::Outcome;
 using test::ProgramTest;
-using test::RawLine;
 using test::Serving;
 using testing::AllOf;
 using testing::HasSubstr;
@@ -37,9 +36,8 @@ TEST_F(FeedProgram, MakesAFeedWhoseAddressIsReadUntilItIsRevoked) {
               MatchesRegex("1\tdesk\tMain\tCity Library\twith names\t2 days back, 9 ahead\t....-..-..\n"));
   Serving serving(database, folder.file("log"), {"--log", "debug"});
   const auto answer = [&] {
-    RawLine line(serving.port());
-    line.send("GET " + path.substr(0, path.size() - 1) + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
-    return line.readToEnd();
+    return test::exchange(serving.port(), "GET " + path.substr(0, path.size() - 1) +
+                                              " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
   };
   EXPECT_THAT(answer(), AllOf(StartsWith("HTTP/1.1 200"), HasSubstr("BEGIN:VCALENDAR")));
   EXPECT_EQ(run("feed revoke 1").text, "Feed 1 is revoked: nobody can read it any more.\n");
@@ -71,9 +69,7 @@ TEST_F(FeedProgram, TellsWhatIsWrong) {
       {"statistics --month 2026-11 --csv /none/file", "\"/none/file\" cannot be written."},
   };
   for (const Case& each : cases) {
-    const Outcome outcome = run(each.arguments);
-    EXPECT_EQ(outcome.code, 1) << each.arguments;
-    EXPECT_THAT(outcome.text, HasSubstr(each.text)) << each.arguments;
+    EXPECT_THAT(run(each.arguments).endedWith(1), HasSubstr(each.text)) << each.arguments;
   }
   for (const char* arguments : {"feed add", "feed add --desk Main --group Students", "statistics",
                                 "feed add --desk Main --days-back -1", "feed add --desk Main --library Moon"})
@@ -85,9 +81,9 @@ TEST_F(FeedProgram, WritesTheStatisticsOfAMonth) {
   EXPECT_EQ(run("statistics --month 2026-11").text,
             "by,name,bookings,hours_out,late,unclaimed,cancelled,refused\r\n\"All\",\"\",0,0.0,0,0,0,\r\n"
             "\"Desk\",\"Main\",0,0.0,0,0,0,\r\n");
-  const Outcome written =
-      run("statistics --month 2026-11 --csv " + folder.file("a.csv") + " --html " + folder.file("a.html"));
-  EXPECT_EQ(written.code, 0);
+  const std::string written =
+      run("statistics --month 2026-11 --csv " + folder.file("a.csv") + " --html " + folder.file("a.html"))
+          .endedWith(0);
   EXPECT_THAT(contentOf(folder.file("a.csv")), StartsWith("by,name,"));
   EXPECT_THAT(contentOf(folder.file("a.html")),
               AllOf(StartsWith("<!DOCTYPE html>"), HasSubstr("Statistics of November 2026")));

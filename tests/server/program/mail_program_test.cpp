@@ -2,11 +2,15 @@
 
 #include <fstream>
 
+#include <gmock/gmock.h>
+
 #include "server/program/program_case.h"
 #include "support/server_mailbox.h"
 
 namespace vantry::server::test {
 namespace {
+
+using testing::HasSubstr;
 
 class MailProgram : public ProgramTest {
  protected:
@@ -31,13 +35,13 @@ class MailProgram : public ProgramTest {
 
 TEST_F(MailProgram, ChecksItsSettingsAndSendsATrial) {
   const std::string texts = folder.file("texts");
-  EXPECT_NE(run("mail texts " + texts).text.find("confirmed.txt was written."), std::string::npos);
-  EXPECT_NE(run("mail texts " + texts).text.find("confirmed.txt is there already"), std::string::npos);
+  EXPECT_THAT(run("mail texts " + texts).text, HasSubstr("confirmed.txt was written."));
+  EXPECT_THAT(run("mail texts " + texts).text, HasSubstr("confirmed.txt is there already"));
   const std::string settings = "mail check --mail-kinds due,overdue --mail-texts " + texts + from;
-  const Outcome sound = run(settings + " --mail-through " + sendmail() + " --to ada@example.org");
-  EXPECT_EQ(sound.code, 0) << sound.text;
-  EXPECT_NE(sound.text.find("Switched on: due overdue."), std::string::npos) << sound.text;
-  EXPECT_NE(contentOf(folder.file("mail")).find("To: ada@example.org\n"), std::string::npos);
+  const std::string sound =
+      run(settings + " --mail-through " + sendmail() + " --to ada@example.org").endedWith(0);
+  EXPECT_THAT(sound, HasSubstr("Switched on: due overdue."));
+  EXPECT_THAT(contentOf(folder.file("mail")), HasSubstr("To: ada@example.org\n"));
 
   Mailbox mailbox;
   EXPECT_EQ(run(settings + " --mail-through " + mailbox.address() + " --to ada@example.org").code, 0);
@@ -59,12 +63,11 @@ TEST_F(MailProgram, ChecksItsSettingsAndSendsATrial) {
   for (const auto& each : refused) {
     const Outcome outcome = run(each.arguments);
     EXPECT_NE(outcome.code, 0) << each.arguments;
-    EXPECT_NE(outcome.text.find(each.sentence), std::string::npos) << outcome.text;
+    EXPECT_THAT(outcome.text, HasSubstr(each.sentence));
   }
   std::ofstream(texts + "/due.txt") << "Subject: {nmae}\n\nDear\n";
-  const Outcome faulty = run(settings + " --mail-through " + sendmail());
-  EXPECT_EQ(faulty.code, 1);
-  EXPECT_NE(faulty.text.find("due.txt: line 1: there is no placeholder {nmae}."), std::string::npos);
+  const std::string faulty = run(settings + " --mail-through " + sendmail()).endedWith(1);
+  EXPECT_THAT(faulty, HasSubstr("due.txt: line 1: there is no placeholder {nmae}."));
 }
 
 TEST_F(MailProgram, SendsWhatADeskChangesAndTellsItsFigures) {
@@ -86,7 +89,7 @@ TEST_F(MailProgram, SendsWhatADeskChangesAndTellsItsFigures) {
   const Moment starts = startOfDay(wallClock()) + 2 * day + 10 * hour;
   ASSERT_EQ(desk.send("NEWBK", NewBooking{.from = starts, .until = starts + hour, .patron = "1"}.tags()).rc,
             0);
-  EXPECT_NE(run("mail list").text.find("1\tconfirmed\t0000001\twaits until"), std::string::npos);
+  EXPECT_THAT(run("mail list").text, HasSubstr("1\tconfirmed\t0000001\twaits until"));
   EXPECT_EQ(run("mail retry").text, "1 mail will be sent as soon as a server runs.\n");
   for (int wait = 0; wait < 3000 && desk.get("/metrics").body.find("result=\"sent\"} 1") == std::string::npos;
        ++wait)
@@ -105,7 +108,7 @@ TEST_F(MailProgram, DesksAreServedWithoutAWayToSendMail) {
   EXPECT_EQ(WireClient(serving.port()).get("/v1/ready").status, 200);
   const Outcome doctor =
       run("doctor --mail-kinds due --mail-from desk@library.example --mail-through " + mail.back());
-  EXPECT_NE(doctor.text.find("There is no program /nowhere/sendmail to send mail."), std::string::npos);
+  EXPECT_THAT(doctor.text, HasSubstr("There is no program /nowhere/sendmail to send mail."));
 }
 
 TEST_F(MailProgram, RetentionEndsAfterAStepWhenItIsInterrupted) {
@@ -146,7 +149,7 @@ TEST_F(MailProgram, KeepsAndErasesAsItIsTold) {
   patron("insert into patrons (id, last_name, search_name) values (1, 'Bell', 'bell')");
   patron(
       "insert into patron_barcodes (patron_id, patron_group_id, barcode, status_id) values (1, 1, 'P1', 1)");
-  EXPECT_NE(run("patron tell P1").text.find("\"last name\": \"Bell\""), std::string::npos);
+  EXPECT_THAT(run("patron tell P1").text, HasSubstr("\"last name\": \"Bell\""));
   EXPECT_EQ(run("patron erase P2").text, "vantry-server: There is no card \"P2\".\n");
   EXPECT_EQ(run("patron erase P1").code, 0);
   EXPECT_EQ(run("patron erase P1").code, 1);

@@ -23,6 +23,12 @@ namespace vantry::server::test {
 struct Outcome {
   int code = -1;
   std::string text;  ///< both outputs
+
+  /// The text, of a command that must end with this code.
+  [[nodiscard]] const std::string& endedWith(int expected) const {
+    EXPECT_EQ(code, expected) << text;
+    return text;
+  }
 };
 
 /// The program as it serves, until the end of the test.
@@ -82,6 +88,29 @@ class Serving {
   pid_t child_ = 0;
 };
 
+/// The desk of the operator "dana", without a server between it and the database.
+class DanasDesk {
+ public:
+  DanasDesk(const std::string& database, Moment now)
+      : store_(database),
+        runner_(
+            store_, [now] { return now; }, HashCost::Quick),
+        token_(runner_.login("dana", "a-good-password", "127.0.0.1").token) {}
+
+  /// Tags as "TAG=value; TAG=value".
+  Got ask(const std::string& code, const std::string& tags) {
+    const std::vector<TagValue> read = readTags(tags);
+    return answerTo(runner_,
+                    {.token = token_, .code = code, .requestId = std::to_string(++requests_), .tags = read});
+  }
+
+ private:
+  Database store_;
+  RequestRunner runner_;
+  std::string token_;
+  int requests_ = 0;
+};
+
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest() : database(folder.file("library.sqlite")) {}
@@ -113,16 +142,10 @@ class ProgramTest : public testing::Test {
         run("operator add Dana --name 'Dana D.' --location Main --rights all", "a-good-password\n").code, 0);
   }
 
-  /// The first column of the last row, read beside the program.
+  /// Read beside the program.
   std::string value(const std::string& sql) {
-    std::string text;
-    Database(database).read([&](Connection& db) {
-      Query query(db, sql);
-      query.into(text);
-      while (query.next()) {
-      }
-    });
-    return text;
+    Database store(database);
+    return valueOf(store, sql);
   }
 
   TempFolder folder;

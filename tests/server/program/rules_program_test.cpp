@@ -1,17 +1,8 @@
 // The real program sets a library up from a file of rules.
 
-#include <sys/wait.h>
-
-#include <fstream>
-
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "server/requests/runner.h"
-#include "server/store/query.h"
-#include "support/server_case.h"
-#include "support/server_desk_library.h"
-#include "support/server_files.h"
+#include "server/program/program_case.h"
 
 namespace vantry::server {
 namespace {
@@ -20,14 +11,8 @@ using test::contentOf;
 using test::TempFolder;
 using testing::HasSubstr;
 
-/// The real program sets a library up, from nothing but files and its own commands.
-class RulesProgram : public testing::TestWithParam<std::string> {
+class RulesProgram : public StoreOnEach {
  protected:
-  void SetUp() override {
-    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-    store = std::make_unique<TestStore>(GetParam());
-  }
-
   /// "exit code|standard output|standard error"
   std::string run(const std::string& arguments) {
     const std::string command = "echo a-good-password | " VANTRY_SERVER_PROGRAM " --database '" +
@@ -37,15 +22,7 @@ class RulesProgram : public testing::TestWithParam<std::string> {
     return std::to_string(code) + "|" + contentOf(folder.file("out")) + "|" + contentOf(folder.file("err"));
   }
 
-  std::string reply(RequestRunner& runner, const std::string& token, const char* code,
-                    const std::vector<TagValue>& tags) {
-    return runner.run({.token = token, .code = code, .requestId = std::to_string(++requests), .tags = tags})
-        .json;
-  }
-
   TempFolder folder;
-  std::unique_ptr<TestStore> store;
-  int requests = 0;
 };
 INSTANTIATE_TEST_SUITE_P(Databases, RulesProgram, eachDatabase, databaseName);
 
@@ -82,8 +59,7 @@ TEST_P(RulesProgram, ALibraryThatWasSetUpFromAFileDecidesByIt) {
       HasSubstr(
           R"({"type": "Laptop", "book": true, "deliver": true, "pick_up": true, "longest": "2 hours"})"));
 
-  Database database(store->url());
-  database.write([](Connection& db) {
+  Database(store->url()).write([](Connection& db) {
     db.run(
         "insert into rooms (id, location_id, room_type_id, number, name, created_at) values (1, 1, 1, '1', "
         "'Store', 0)");
@@ -91,35 +67,23 @@ TEST_P(RulesProgram, ALibraryThatWasSetUpFromAFileDecidesByIt) {
         "insert into equipment (id, equipment_type_id, number, location_id, room_id, created_at) values "
         "(1, 1, 'CAM1', 1, 1, 0), (2, 2, 'LAP1', 1, 1, 0)");
   });
-  RequestRunner runner(
-      database, [] { return makeMoment(2026, 3, 1, 9); }, HashCost::Quick);
-  const std::string token = runner.login("dana", "a-good-password", "127.0.0.1").token;
-  reply(runner, token, "SLL", {{"LOC", "1"}});
-  const auto use = [&](const char* piece, const char* until) {
-    return reply(runner, token, "VEQUSG",
-                 {{"BOOKID", "0"},
-                  {"EID", piece},
-                  {"PGID", "1"},
-                  {"LOC", "1"},
-                  {"STIME", "2026-03-02 10:00:00"},
-                  {"ETIME", until}});
+  test::DanasDesk dana(store->url(), makeMoment(2026, 3, 1, 9));
+  dana.ask("SLL", "LOC=1");
+  const auto use = [&](const std::string& piece, const std::string& clock) {
+    return dana.ask("VEQUSG", "BOOKID=0; EID=" + piece +
+                                  "; PGID=1; LOC=1; STIME=2026-03-02 10:00:00; ETIME=2026-03-02 " + clock);
   };
-  EXPECT_THAT(use("1", "2026-03-02 11:00:00"), HasSubstr(R"("VUF":"155")")) << "cameras are not for students";
-  EXPECT_THAT(use("2", "2026-03-02 12:00:00"), HasSubstr(R"("rc":0)"));
-  EXPECT_THAT(use("2", "2026-03-02 12:01:00"), HasSubstr(R"("VUF":"153")")) << "longer than two hours";
+  EXPECT_EQ(use("1", "11:00:00").all("VUF"), "155") << "cameras are not for students";
+  EXPECT_EQ(use("2", "12:00:00").rc, 0);
+  EXPECT_EQ(use("2", "12:01:00").all("VUF"), "153") << "longer than two hours";
   const auto fetch = [&](const std::string& day, const std::string& clock) {
-    return reply(runner, token, "CPUPTM",
-                 {{"PGID", "1"},
-                  {"ADBK", "N"},
-                  {"STIME", day + " 10:00:00"},
-                  {"SDOW", "2"},
-                  {"ETIME", day + " " + clock},
-                  {"EDOW", "2"}});
+    return dana.ask("CPUPTM", "PGID=1; ADBK=N; STIME=" + day + " 10:00:00; SDOW=2; ETIME=" + day + " " +
+                                  clock + "; EDOW=2");
   };
-  EXPECT_THAT(fetch("2026-03-02", "18:00:00"), HasSubstr(R"("rc":0)"));
-  EXPECT_THAT(fetch("2026-03-02", "18:30:00"), HasSubstr(R"("VUF":"170")")) << "it closes at six";
-  EXPECT_THAT(fetch("2026-03-03", "12:00:00"), HasSubstr(R"("VUF":"166")")) << "Mondays only";
-  EXPECT_THAT(fetch("2026-03-09", "12:00:00"), HasSubstr(R"("VUF":"168")")) << "closed on that Monday";
+  EXPECT_EQ(fetch("2026-03-02", "18:00:00").rc, 0);
+  EXPECT_EQ(fetch("2026-03-02", "18:30:00").all("VUF"), "170") << "it closes at six";
+  EXPECT_EQ(fetch("2026-03-03", "12:00:00").all("VUF"), "166,166") << "Mondays only";
+  EXPECT_EQ(fetch("2026-03-09", "12:00:00").all("VUF"), "168,168") << "closed on that Monday";
 }
 
 }  // namespace

@@ -19,7 +19,6 @@
 namespace vantry::server {
 namespace {
 
-using test::Outcome;
 using test::ProgramTest;
 using test::RawLine;
 using test::Serving;
@@ -28,6 +27,7 @@ using testing::HasSubstr;
 
 class ServingTest : public ProgramTest {
  protected:
+  void SetUp() override { makeLibrary(); }
   std::string log(const std::string& name = "log") { return test::contentOf(folder.file(name)); }
   bool awaitLog(const std::string& text) {
     for (int wait = 0; wait < 2000 && log().find(text) == std::string::npos; ++wait) usleep(10'000);
@@ -44,9 +44,7 @@ class ServingTest : public ProgramTest {
 };
 
 TEST_F(ServingTest, ClientsThatSayNothingOrDripKeepNobodyWaiting) {
-  makeLibrary();
   Serving serving(database, folder.file("log"));
-  ASSERT_NE(serving.port(), 0);
   std::vector<std::unique_ptr<RawLine>> silent;
   for (int each = 0; each < 400; ++each) silent.push_back(std::make_unique<RawLine>(serving.port()));
   std::vector<std::unique_ptr<RawLine>> dripping;
@@ -73,9 +71,7 @@ long memoryOf(pid_t process) {
 }
 
 TEST_F(ServingTest, BodiesOfStrangersTakeNoMemory) {
-  makeLibrary();
   Serving serving(database, folder.file("log"));
-  ASSERT_NE(serving.port(), 0);
   const long before = memoryOf(serving.process());
   std::string body = R"({"tags":[{})";
   while (body.size() < 1'000'000) body += ",{}";
@@ -91,12 +87,10 @@ TEST_F(ServingTest, BodiesOfStrangersTakeNoMemory) {
 }
 
 TEST_F(ServingTest, AHangUpHasTheCertificateReadAgain) {
-  makeLibrary();
   makeCertificate(folder, "first");
   makeCertificate(folder, "second");
   Serving serving(database, folder.file("log"),
                   {"--certificate", folder.file("first.pem"), "--key", folder.file("first.key")});
-  ASSERT_NE(serving.port(), 0);
   EXPECT_THAT(nameShown(serving.port()), HasSubstr("first"));
   std::filesystem::rename(folder.file("second.pem"), folder.file("first.pem"));
   serving.send(SIGHUP);
@@ -113,15 +107,14 @@ TEST_F(ServingTest, AHangUpHasTheCertificateReadAgain) {
 }
 
 TEST_F(ServingTest, AServerWhoseKeyDoesNotFitDoesNotStartAndTheDoctorTellsIt) {
-  makeLibrary();
   makeCertificate(folder, "mine");
   makeCertificate(folder, "yours");
   const std::string sentence = "The key \"" + folder.file("yours.key") +
                                "\" does not fit the certificate \"" + folder.file("mine.pem") + "\".\n";
-  const Outcome outcome =
-      run("serve --port 0 --certificate " + folder.file("mine.pem") + " --key " + folder.file("yours.key"));
-  EXPECT_EQ(outcome.code, 1);
-  EXPECT_EQ(outcome.text, "vantry-server: " + sentence);
+  EXPECT_EQ(
+      run("serve --port 0 --certificate " + folder.file("mine.pem") + " --key " + folder.file("yours.key"))
+          .endedWith(1),
+      "vantry-server: " + sentence);
   const std::string config = folder.file("server.conf");
   const auto settings = [&](const std::string& key) {
     std::ofstream(config) << "[serve]\ncertificate = \"" << folder.file("mine.pem") << "\"\nkey = \""
@@ -136,7 +129,6 @@ TEST_F(ServingTest, AServerWhoseKeyDoesNotFitDoesNotStartAndTheDoctorTellsIt) {
 }
 
 TEST_F(ServingTest, WithoutThreadsForItsWorkItEndsWithASentence) {
-  makeLibrary();
   ASSERT_EQ(std::system(("chmod -R a+rwX " + folder.file("")).c_str()), 0);
   const pid_t child = fork();
   if (child == 0) {
@@ -157,6 +149,7 @@ TEST_F(ServingTest, WithoutThreadsForItsWorkItEndsWithASentence) {
 }
 
 TEST_F(ServingTest, TheDemoIsServedToOthersOnlyWhenToldSo) {
+  database = folder.file("demo.sqlite");
   ASSERT_EQ(run("demo").code, 0);
   EXPECT_THAT(run("serve --behind-proxy --address 0.0.0.0 --port 0").text,
               HasSubstr("everybody knows its passwords"));
@@ -165,9 +158,7 @@ TEST_F(ServingTest, TheDemoIsServedToOthersOnlyWhenToldSo) {
 }
 
 TEST_F(ServingTest, WhatItWritesIsForItsUserAlone) {
-  makeLibrary();
   Serving serving(database, folder.file("log"));
-  ASSERT_NE(serving.port(), 0);
   ASSERT_EQ(run("backup " + folder.file("copy.sqlite")).code, 0);
   for (const std::string& each : {database, database + "-wal", folder.file("copy.sqlite")}) {
     struct stat found {};
@@ -177,7 +168,6 @@ TEST_F(ServingTest, WhatItWritesIsForItsUserAlone) {
 }
 
 TEST_F(ServingTest, TellsTheSystemThatItIsReadyAndWhoeverAsksHowItDoes) {
-  makeLibrary();
   const int notices = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -262,7 +252,6 @@ class PipedServing {
 };
 
 TEST_F(ServingTest, ALogThatNobodyReadsHoldsNobodyUp) {
-  makeLibrary();
   PipedServing serving(database);
   const std::string line = serving.awaitLine("serving on");
   WireClient client(std::stoi(line.substr(line.rfind(' ') + 1)));
@@ -280,7 +269,6 @@ TEST_F(ServingTest, ALogThatNobodyReadsHoldsNobodyUp) {
 }
 
 TEST_F(ServingTest, TheAuditIsShownByParts) {
-  makeLibrary();
   const auto sql = [&](const std::string& statement) {
     Database(database).write([&](Connection& db) { db.run(statement); });
   };

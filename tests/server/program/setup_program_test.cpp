@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include "server/program/program_case.h"
-#include "server/requests/runner.h"
 
 namespace vantry::server {
 namespace {
@@ -43,9 +42,7 @@ class SetupProgram : public ProgramTest {
 };
 
 TEST_F(SetupProgram, MakesALibraryWhoseDeskWorksAtOnce) {
-  const Outcome made = setUp(byOptions, "a-good-password\n");
-  EXPECT_EQ(made.code, 0) << made.text;
-  EXPECT_THAT(made.text,
+  EXPECT_THAT(setUp(byOptions, "a-good-password\n").endedWith(0),
               AllOf(HasSubstr("The library \"City Library\" is added.\n"),
                     HasSubstr("The booking desk \"Film Room\" is added.\n"),
                     HasSubstr("The operator \"dana\" is added, with all rights at all desks.\n"),
@@ -73,8 +70,7 @@ TEST_F(SetupProgram, ItsRulesLetADeskBookInOpeningHours) {
   ASSERT_EQ(setUp(byOptions, "a-good-password\n").code, 0);
   Moment monday = std::stoll(value("select max(starts_on) from calendars")) + 150 * day;
   while (weekdayOf(monday) != 1) monday += day;
-  Database library(database);
-  library.write([](Connection& db) {
+  Database(database).write([](Connection& db) {
     db.run(
         "insert into rooms (id, location_id, room_type_id, number, name, created_at) select 1, 1, id, '1', "
         "'Store', 0 "
@@ -84,53 +80,40 @@ TEST_F(SetupProgram, ItsRulesLetADeskBookInOpeningHours) {
         "min(id), "
         "'CAM1', 1, 1, 0 from equipment_types");
   });
-  RequestRunner runner(
-      library, [=] { return monday; }, HashCost::Quick);
-  const std::string token = runner.login("dana", "a-good-password", "127.0.0.1").token;
-  int requests = 0;
-  const auto ask = [&](const char* code, const std::vector<TagValue>& tags) {
-    return runner.run({.token = token, .code = code, .requestId = std::to_string(++requests), .tags = tags})
-        .json;
-  };
-  ask("SLL", {{"LOC", "1"}});
+  test::DanasDesk dana(database, monday);
+  dana.ask("SLL", "LOC=1");
   const std::string date = dateText(monday);
   const auto fetch = [&](const std::string& clock) {
-    return ask("CPUPTM", {{"PGID", "1"},
-                          {"ADBK", "N"},
-                          {"STIME", date + " 10:00:00"},
-                          {"SDOW", "2"},
-                          {"ETIME", date + " " + clock},
-                          {"EDOW", "2"}});
+    return dana.ask("CPUPTM", "PGID=1; ADBK=N; STIME=" + date + " 10:00:00; SDOW=2; ETIME=" + date + " " +
+                                  clock + "; EDOW=2");
   };
-  EXPECT_THAT(fetch("12:00:00"), HasSubstr(R"("rc":0)"));
-  EXPECT_THAT(fetch("18:30:00"), HasSubstr(R"("VUF":"170")")) << "it closes at six";
-  for (const char* desk : {"1", "2"}) {
-    ask("SLL", {{"LOC", desk}});
-    EXPECT_THAT(ask("VEQUSG", {{"BOOKID", "0"},
-                               {"EID", "1"},
-                               {"PGID", "1"},
-                               {"LOC", desk},
-                               {"STIME", date + " 10:00:00"},
-                               {"ETIME", date + " 12:00:00"}}),
-                HasSubstr(R"("rc":0)"))
+  EXPECT_EQ(fetch("12:00:00").rc, 0);
+  EXPECT_EQ(fetch("18:30:00").all("VUF"), "170") << "it closes at six";
+  for (const std::string desk : {"LOC=1", "LOC=2"}) {
+    dana.ask("SLL", desk);
+    EXPECT_EQ(dana.ask("VEQUSG", "BOOKID=0; EID=1; PGID=1; " + desk + "; STIME=" + date +
+                                     " 10:00:00; ETIME=" + date + " 12:00:00")
+                  .rc,
+              0)
         << "each desk books the things of both";
   }
 }
 
 TEST_F(SetupProgram, AsksAndAsksAgainUntilAnAnswerIsGood) {
   const std::string elsewhere = folder.file("nowhere/library.sqlite");
-  const Outcome made = setUp(
-      "", elsewhere + "\n" + database +
-              "\nMars/Base\nUTC\n\nMain, Film Room ,\nStudents\ndana\n\nshort\na-good-password\n"
-              "nobody\nproxy\nlocalhost\n\n80\n8752\nproxy.example\n::1\nldap:/host\nnone\nperhaps\nyes\n");
-  EXPECT_EQ(made.code, 0) << made.text;
+  const std::string made =
+      setUp("",
+            elsewhere + "\n" + database +
+                "\nMars/Base\nUTC\n\nMain, Film Room ,\nStudents\ndana\n\nshort\na-good-password\n"
+                "nobody\nproxy\nlocalhost\n\n80\n8752\nproxy.example\n::1\nldap:/host\nnone\nperhaps\nyes\n")
+          .endedWith(0);
   for (const char* fault :
        {"cannot be opened: its folder is missing", "There is no time zone \"Mars/Base\" on this machine.",
         "A password needs at least 8 characters.", "The answer is this-machine, proxy or certificate.",
         "\"localhost\" is no address", "A port is a number from 1024 to 65535.",
         "\"proxy.example\" is no address or network of a proxy.", "and not \"ldap:/host\".",
         "The answer is yes or no."}) {
-    EXPECT_THAT(made.text, HasSubstr(fault));
+    EXPECT_THAT(made, HasSubstr(fault));
   }
   EXPECT_EQ(command("location list").text, "2\tFilm Room\tLibrary\n1\tMain\tLibrary\n");
   EXPECT_THAT(contentOf(config),
@@ -166,9 +149,7 @@ TEST_F(SetupProgram, ASecondTimeItChangesWhatIsAnsweredAnew) {
         << R"({"policies": [{"location": "Main", "group": "Students", "limits": {"bookings": 3}, "locations": []}]})";
     return folder.file("rules.json");
   }());
-  const Outcome changed = setUp("--yes --library Town --desk Main --desk Annex --group Guests --port 8760");
-  EXPECT_EQ(changed.code, 0) << changed.text;
-  EXPECT_THAT(changed.text,
+  EXPECT_THAT(setUp("--yes --library Town --desk Main --desk Annex --group Guests --port 8760").endedWith(0),
               AllOf(HasSubstr("The library \"City Library\" is now named \"Town\".\n"),
                     HasSubstr("The booking desk \"Annex\" is added.\n"), Not(HasSubstr("desk \"Main\" is")),
                     HasSubstr("The operator \"dana\" has all rights at the new desks.\n")));
@@ -185,9 +166,7 @@ TEST_F(SetupProgram, ABrokenOffOneLeavesNothing) {
        {database, std::string("UTC"), std::string("City"), std::string("Main"), std::string("Students"),
         std::string("dana"), std::string("Dana"), std::string("a-good-password"), std::string("this-machine"),
         std::string("8750"), std::string("none"), std::string("no")}) {
-    const Outcome outcome = setUp("", answers);
-    EXPECT_EQ(outcome.code, 1);
-    EXPECT_THAT(outcome.text,
+    EXPECT_THAT(setUp("", answers).endedWith(1),
                 HasSubstr("The set-up was broken off before its last answer. Nothing was changed."));
     expectNothingMade();
     answers += line + '\n';
@@ -221,11 +200,12 @@ TEST_F(SetupProgram, AWrongAnswerThatWasGivenIsToldAndLeavesNothing) {
   };
   for (const Case& each : cases) {
     const bool isDatabase = each.arguments.starts_with("--database");
-    const Outcome outcome =
+    EXPECT_THAT(
         setUp("--yes " + (isDatabase ? std::string() : "--database " + database + " ") + each.arguments,
-              "a-good-password\n");
-    EXPECT_EQ(outcome.code, 1) << each.arguments;
-    EXPECT_THAT(outcome.text, HasSubstr(each.text)) << each.arguments;
+              "a-good-password\n")
+            .endedWith(1),
+        HasSubstr(each.text))
+        << each.arguments;
     expectNothingMade();
   }
   EXPECT_THAT(runBare("--config " + folder.file("nowhere/server.conf") + " setup").text,
@@ -235,9 +215,8 @@ TEST_F(SetupProgram, AWrongAnswerThatWasGivenIsToldAndLeavesNothing) {
 TEST_F(SetupProgram, WhatFailsInTheMiddleIsUndone) {
   ASSERT_EQ(setUp(byOptions, "a-good-password\n").code, 0);
   ASSERT_EQ(command("library add Other").code, 0);
-  const Outcome outcome = setUp("--yes --time-zone UTC --group Guests --desk Annex --port 9999");
-  EXPECT_EQ(outcome.code, 1);
-  EXPECT_THAT(outcome.text, HasSubstr("The database holds several libraries"));
+  EXPECT_THAT(setUp("--yes --time-zone UTC --group Guests --desk Annex --port 9999").endedWith(1),
+              HasSubstr("The database holds several libraries"));
   EXPECT_EQ(command("group list").text, "1\tStudents\n");
   EXPECT_EQ(value("select value from settings where name = 'time_zone'"), "Europe/Berlin");
   EXPECT_THAT(contentOf(config), HasSubstr("port = 8751"));
@@ -261,8 +240,7 @@ TEST_P(SetupOnEach, TheSameIsMadeOnBothDatabases) {
   const TestStore store(GetParam());
   const std::string options =
       "--yes --database '" + store.url() + "' --time-zone UTC --desk Main --login dana";
-  const Outcome made = setUp(options, "a-good-password\n");
-  EXPECT_EQ(made.code, 0) << made.text;
+  const std::string made = setUp(options, "a-good-password\n").endedWith(0);
   EXPECT_THAT(command("doctor").text, testing::StartsWith("There are no patrons yet"));
   EXPECT_THAT(setUp("--yes --desk Annex").text, HasSubstr("The booking desk \"Annex\" is added.\n"));
   EXPECT_EQ(command("operator list").text, "dana\tdana\tactive\tAnnex: all\tMain: all\n");

@@ -17,7 +17,6 @@ namespace {
 
 using test::TempFolder;
 using test::told;
-using testing::HasSubstr;
 
 Server::Options optionsFor(const std::string& database) {
   Server::Options options;
@@ -35,13 +34,6 @@ std::string toldByDemo(const std::string& database) {
   return told([&] { createDemoDatabase(database); });
 }
 
-/// A file of a format that may be read but not written: that holds for every user of the machine.
-void makeReadOnly(const std::string& file) {
-  std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
-  bytes.seekp(18);
-  bytes.put(3);
-}
-
 class StartTest : public testing::Test {
  protected:
   StartTest() : file(folder.file("library.sqlite")) {}
@@ -51,15 +43,6 @@ class StartTest : public testing::Test {
   TempFolder folder;
   std::string file;
 };
-
-TEST_F(StartTest, AFileOfAnotherKindIsToldSoAndLeftAlone) {
-  const std::string text = "Dear reader, this is a letter and no database.\n";
-  std::ofstream(file) << text;
-  const std::string expected = sentence("is no database of this program: the file holds something else.");
-  EXPECT_EQ(toldByServer(file), expected);
-  EXPECT_EQ(toldByDemo(file), expected);
-  EXPECT_EQ(test::contentOf(file), text);
-}
 
 TEST_F(StartTest, AMissingFolderIsToldSo) {
   file = folder.file("no such folder/library.sqlite");
@@ -71,7 +54,7 @@ TEST_F(StartTest, AMissingFolderIsToldSo) {
 
 TEST_F(StartTest, AReadOnlyFileIsToldSo) {
   test::makeSmallLibrary(file);
-  makeReadOnly(file);
+  test::makeReadOnly(file);
   EXPECT_EQ(toldByServer(file), sentence("can be read only: this user may not write it."));
 }
 
@@ -95,14 +78,8 @@ TEST_F(StartTest, ALibraryIsKnownAsOneWhileItIsHeldOrReadOnly) {
       EXPECT_EQ(toldByServer(file), sentence("is held by another program. Try again when that has ended."));
     });
   }
-  makeReadOnly(file);
+  test::makeReadOnly(file);
   EXPECT_FALSE(createDemoDatabase(file));
-}
-
-TEST_F(StartTest, AFileThatIsNotThereIsNotMade) {
-  EXPECT_EQ(toldByServer(file),
-            sentence("is not there: its name may be mistyped. The commands setup and init make a new one."));
-  EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 TEST_F(StartTest, ADatabaseWithoutALibraryIsNotMadeOne) {

@@ -18,20 +18,12 @@ namespace {
 
 constexpr int rounds = 40;
 
-struct Message {
-  std::string code;
-  std::string tags;
-  std::string login = "desk";
-};
-
 /// Desks of one server, and of two on one database.
 class TwoDesks : public OnEachDatabase {
  protected:
   using Desks = std::vector<RequestRunner*>;
 
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (!library_) return;
+  void prepare() override {
     other = std::make_unique<Database>(library().url());
     second_ = std::make_unique<RequestRunner>(*other, library().clock(), HashCost::Quick);
     ofOneServer = {&library().runner(), &library().runner()};
@@ -39,13 +31,13 @@ class TwoDesks : public OnEachDatabase {
   }
 
   /// Lets all desks ask at the same moment; the codes that they get, in their order.
-  std::string atOnce(const Desks& desks, const std::function<Message(std::size_t desk)>& message) {
+  std::string atOnce(const Desks& desks, const std::function<DeskMessage(std::size_t desk)>& message) {
     std::barrier start(static_cast<std::ptrdiff_t>(desks.size()));
     std::vector<int> codes(desks.size());
     std::vector<std::thread> threads;
     for (std::size_t desk = 0; desk < desks.size(); ++desk) {
       threads.emplace_back([&, desk] {
-        const Message sent = message(desk);
+        const DeskMessage sent = message(desk);
         start.arrive_and_wait();
         codes[desk] = library().sendTo(*desks[desk], sent.code, sent.tags, sent.login).rc;
       });
@@ -61,14 +53,14 @@ class TwoDesks : public OnEachDatabase {
   std::map<std::string, int> contest(const Desks& desks, const std::function<std::string(int round)>& save) {
     std::map<std::string, int> outcomes;
     for (int round = 0; round < rounds; ++round) {
-      ++outcomes[atOnce(desks, [&](std::size_t) { return Message{"NEWBK", save(round)}; })];
+      ++outcomes[atOnce(desks, [&](std::size_t) { return DeskMessage{"NEWBK", save(round)}; })];
     }
     return outcomes;
   }
 
   /// A booking of the second day; its number.
   std::string book(const std::string& from, const std::string& until, const std::string& things) {
-    return send("NEWBK", booking(times(2, from, until), "LOC=1", 3, things)).first("BOOKID");
+    return newBooking(times(2, from, until), things).first("BOOKID");
   }
 
   static std::string timesOf(int round) {
@@ -87,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Databases, TwoDesks, eachDatabase, databaseName);
 
 /// The short form; bench/server_contests plays many rounds, with two processes.
 TEST_P(TwoDesks, EveryRoundEndsAsIfOneHadBeenFirst) {
-  library().execute("insert into operator_rights (operator_id, location_id, code) values (3, 1, 'BKADD')");
+  execute("insert into operator_rights (operator_id, location_id, code) values (3, 1, 'BKADD')");
   std::atomic<int> count = 0;
   for (const Desks& desks : {ofOneServer, ofTwoServers}) {
     const auto sendBoth = [&](const std::array<DeskMessage, 2>& sent) {
@@ -105,7 +97,7 @@ TEST_P(TwoDesks, EveryRoundEndsAsIfOneHadBeenFirst) {
     for (const Contest& contest : contests()) {
       EXPECT_THAT(play(library(), contest, rounds / 4, sendBoth).faults, testing::IsEmpty());
     }
-    library().execute("delete from bookings");
+    execute("delete from bookings");
   }
 }
 
@@ -121,25 +113,25 @@ TEST_P(TwoDesks, AskForConflictsTogetherAndAWishGetsOneThing) {
   for (const Desks& desks : {ofOneServer, ofTwoServers}) {
     for (int round = 0; round < rounds; ++round) {
       send("NEWBK", booking(timesOf(round), "LOC=1", 3, "ETI=1; IFL=N; MTID=1; BI=1; MI=0; IM=0"));
-      ASSERT_EQ(atOnce(desks, [&](std::size_t) { return Message{"GECN", ask}; }), "0 0");
+      ASSERT_EQ(atOnce(desks, [&](std::size_t) { return DeskMessage{"GECN", ask}; }), "0 0");
     }
-    EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id is null"), "0");
-    EXPECT_EQ(library().value("select count(*) from occupancy"), std::to_string(2 * rounds));
-    library().execute("delete from bookings");
+    EXPECT_EQ(value("select count(*) from booking_equipment where equipment_id is null"), "0");
+    EXPECT_EQ(value("select count(*) from occupancy"), std::to_string(2 * rounds));
+    execute("delete from bookings");
   }
 }
 
 /// A booking of the group holds exactly its members, whichever comes first.
 TEST_P(TwoDesks, AMemberThatLeavesIsNotHeldWithItsGroup) {
   for (int round = 0; round < rounds / 2; ++round) {
-    library().execute("delete from bookings");
-    library().execute("update equipment set group_id = 5 where id = 3");
-    const Message messages[] = {{"NEWBK", booking(timesOf(0), "LOC=1", 3, "EID=5")},
-                                {"REMGITM", "EID=3; GRPID=5; ULI=1"}};
+    execute("delete from bookings");
+    execute("update equipment set group_id = 5 where id = 3");
+    const DeskMessage messages[] = {{"NEWBK", booking(timesOf(0), "LOC=1", 3, "EID=5")},
+                                    {"REMGITM", "EID=3; GRPID=5; ULI=1"}};
     const std::string outcome = atOnce(ofTwoServers, [&](std::size_t desk) { return messages[desk]; });
     EXPECT_TRUE(outcome == "0 0" || outcome == "0 100") << outcome;
-    EXPECT_EQ(library().value("select count(*) from occupancy where thing = 3"), "0");
-    EXPECT_EQ(library().value("select count(*) from occupancy where thing in (5, 6, 7)"), "3");
+    EXPECT_EQ(value("select count(*) from occupancy where thing = 3"), "0");
+    EXPECT_EQ(value("select count(*) from occupancy where thing in (5, 6, 7)"), "3");
   }
 }
 
@@ -148,16 +140,15 @@ TEST_P(TwoDesks, TwoWishesAreNotFilledWithTheLastPiece) {
   for (const Desks& desks : {ofOneServer, ofTwoServers}) {
     for (int round = 0; round < 10; ++round) {
       const std::string ids[] = {book("09:00", "10:00", wish), book("09:00", "10:00", wish)};
-      library().execute(
-          "insert into equipment_statuses (equipment_id, status_id, applied_at) values (2, 1, 0)");
+      execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (2, 1, 0)");
       EXPECT_EQ(atOnce(desks,
                        [&](std::size_t desk) {
-                         return Message{"CBK", "BOOKID=" + ids[desk]};
+                         return DeskMessage{"CBK", "BOOKID=" + ids[desk]};
                        }),
                 "0 128");
-      EXPECT_EQ(library().value("select count(*) from booking_equipment where equipment_id = 1"), "1");
-      library().execute("delete from bookings");
-      library().execute("delete from equipment_statuses where equipment_id = 2 and status_id = 1");
+      EXPECT_EQ(value("select count(*) from booking_equipment where equipment_id = 1"), "1");
+      execute("delete from bookings");
+      execute("delete from equipment_statuses where equipment_id = 2 and status_id = 1");
     }
   }
 }
@@ -178,14 +169,13 @@ TEST_P(TwoDesks, OneLoginOfASupervisorSentTwiceIsAnsweredAlike) {
     }));
   }
   EXPECT_EQ(answers[0].get().text(), answers[1].get().text());
-  EXPECT_EQ(library().value("select count(*) from audit where action like 'override%'"),
-            std::to_string(mostFailures));
+  EXPECT_EQ(value("select count(*) from audit where action like 'override%'"), std::to_string(mostFailures));
 }
 
 TEST_P(TwoDesks, BookingsThatComeDueAreCountedOnce) {
   for (Database* second : {&library().database(), other.get()}) {
     for (int number = 0; number < 250; ++number) send("NEWBK", booking(timesOf(number), "LOC=1", 3, "EID=1"));
-    library().execute("update bookings set status = 99 where id % 2 = 0");
+    execute("update bookings set status = 99 where id % 2 = 0");
     std::barrier start(2);
     const auto settle = [&](Database& database) {
       start.arrive_and_wait();
@@ -194,10 +184,10 @@ TEST_P(TwoDesks, BookingsThatComeDueAreCountedOnce) {
     std::thread beside([&] { settle(*second); });
     settle(library().database());
     beside.join();
-    EXPECT_EQ(library().value("select unclaimed_bookings from patrons where id = 1"), "125");
-    EXPECT_EQ(library().value("select late_returns from patrons where id = 1"), "125");
-    library().execute("delete from bookings");
-    library().execute("update patrons set unclaimed_bookings = 0, late_returns = 0 where id = 1");
+    EXPECT_EQ(value("select unclaimed_bookings from patrons where id = 1"), "125");
+    EXPECT_EQ(value("select late_returns from patrons where id = 1"), "125");
+    execute("delete from bookings");
+    execute("update patrons set unclaimed_bookings = 0, late_returns = 0 where id = 1");
   }
 }
 

@@ -7,9 +7,7 @@ namespace {
 
 class InventoryReads : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (!library_) return;
+  void prepare() override {
     for (const char* sql :
          {"update equipment set maker = 'Sony', format = '27 Inch', model = 'T1', serial = 'S1', supplier = "
           "'Shop', "
@@ -25,14 +23,13 @@ class InventoryReads : public OnEachDatabase {
           "(2, 3, 1772409600, null, '', 1772409600, null, null)",
           "insert into maintenance_lines (id, maintenance_id, maintenance_type_id, content) values "
           "(1, 1, 1, 'lens'), (2, 1, 2, 'plug')"})
-      library().execute(sql);
+      execute(sql);
   }
 };
 INSTANTIATE_TEST_SUITE_P(Databases, InventoryReads, eachDatabase, databaseName);
 
 TEST_P(InventoryReads, APieceIsReadWhole) {
-  library().execute(
-      "update equipment set updated_at = 1772000000, updated_by = 1, updated_location = 2 where id = 1");
+  execute("update equipment set updated_at = 1772000000, updated_by = 1, updated_location = 2 where id = 1");
   EXPECT_EQ(send("GETEDTL", "EID=1").text(),
             "0|BNO=E1 CDT=1970-01-01 00:00:00 EDP=2025-06-02 EFO=27 Inch EHB=0 EHM=1 EMA=Sony EMO=T1 ENO=TV1 "
             "EQVP=120.50 EQVR=99.00 ESN=S1 ESU=Shop LNA=Main Desk LOC=1 RID=3 RNM=Store STY=Not Charged "
@@ -79,9 +76,7 @@ TEST_P(InventoryReads, TheStatusShownIsTheFirstInPriorityAndChargedBeforeAll) {
   EXPECT_EQ(
       send("GETEGSTS", "EID=2").text(),
       "0||SDT=2026-02-25 SID=3 SNO=scratched SPR=5|SDT=2026-02-25 SID=7 SPR=8|SDT=1970-01-01 SID=6 SPR=9");
-  send("CBK",
-       "BOOKID=" +
-           send("NEWBK", booking(times(2, "09:15", "10:00"), "LOC=1", 3, "EID=2; EID=5")).first("BOOKID"));
+  send("CBK", "BOOKID=" + newBooking(times(2, "09:15", "10:00"), "EID=2; EID=5").first("BOOKID"));
   EXPECT_EQ(send("GETEDTL", "EID=2").first("STY"), "Charged") << "though it is damaged";
   EXPECT_EQ(send("GETEGSTS", "EID=2").all("SID"), "8,3,7");
   EXPECT_EQ(send("GETEGSTS", "EID=6").text(), "0||SDT=2026-03-02 SID=8 SPR=1")
@@ -93,16 +88,13 @@ TEST_P(InventoryReads, TheStatusShownIsTheFirstInPriorityAndChargedBeforeAll) {
 /// Windows keep them in a table that the ranks index, so that these must have no gap.
 TEST_P(InventoryReads, StatusTypesAreRankedFromOneWithoutGaps) {
   EXPECT_EQ(send("GETEGSTY", "").all("SPR"), "1,2,3,4,5,6,7,8,9");
-  EXPECT_EQ(send("GETEGSTY", "").all("STY"),
-            "Charged,Missing,In Maintenance,Out for Repair,Damaged,Incomplete,Cleaning Due,New,Not Charged");
   EXPECT_EQ(send("GETEGSTY", "").records.back().at("SID"), "6")
       << "the status by which a group takes members";
-  EXPECT_EQ(send("GETRSTY", "").all("STY"),
-            "Closed,Under Renovation,Equipment Faulty,Reserved for Staff,Available");
+  EXPECT_EQ(send("GETRSTY", "").all("SPR"), "1,2,3,4,5");
 }
 
 TEST_P(InventoryReads, NotesAreListedByTypeAndReadOneByOne) {
-  library().execute(
+  execute(
       "update equipment_notes set updated_at = 1772000000, operator_id = 1 where equipment_id = 1 and "
       "note_type_id = 2");
   EXPECT_EQ(
@@ -114,11 +106,6 @@ TEST_P(InventoryReads, NotesAreListedByTypeAndReadOneByOne) {
   EXPECT_EQ(send("GETEGN", "EID=1; ENID=1").text(), "0|");
   EXPECT_EQ(send("GETRNS", "RID=1").all("NX"), "N,Y,Y,N");
   EXPECT_EQ(send("GETRN", "RID=1; RNID=13").first("MNO"), "Take the key.");
-}
-
-TEST_P(InventoryReads, BarcodesTellTheActiveOneFirst) {
-  EXPECT_EQ(send("GETEGBAR", "EID=1").text(), "0||BNO=E1 BSI=1|BNO=E1OLD BSI=2");
-  EXPECT_EQ(send("GETEGBTY", "").all("BST"), "Active,Inactive,Lost,Expired");
 }
 
 TEST_P(InventoryReads, MaintenanceIsReadByRecordAndByMonth) {
@@ -137,8 +124,8 @@ TEST_P(InventoryReads, MaintenanceIsReadByRecordAndByMonth) {
 }
 
 TEST_P(InventoryReads, TheBookingsOfAThingAreCurrentOrPast) {
-  send("NEWBK", booking(times(3, "10:00", "11:00"), "RID=1", 1, "EID=5"));
-  send("NEWBK", booking(times(4, "10:00", "11:00"), "LOC=1", 3, "EID=1"));
+  newBooking(times(3, "10:00", "11:00"), "EID=5", "RID=1", 1);
+  newBooking(times(4, "10:00", "11:00"), "EID=1");
   send("CANBK", "BOOKID=2");
   EXPECT_EQ(send("GETCEB", "EID=6").text(),
             "0||BOOKID=1 BTYP=Library Scheduled CNUM=0000001 ETIME=2026-03-03 11:00:00 PATNM=Bell, Ada "
@@ -149,11 +136,11 @@ TEST_P(InventoryReads, TheBookingsOfAThingAreCurrentOrPast) {
   EXPECT_EQ(send("GETHEB", "EID=1").all("BOOKID"), "2");
   EXPECT_EQ(send("GETEDTL", "EID=1").first("EHB"), "1");
   EXPECT_EQ(send("GETHRB", "RID=1").records.size(), 0U);
-  library().execute("update booking_equipment set charged_at = 1 where booking_id = 1");
+  execute("update booking_equipment set charged_at = 1 where booking_id = 1");
   EXPECT_EQ(send("GETEDTL", "EID=6").first("TRNM"), "Classroom A") << "where the booking takes place";
-  library().execute("update booking_equipment set returned_at = 2 where booking_id = 1");
+  execute("update booking_equipment set returned_at = 2 where booking_id = 1");
   EXPECT_EQ(send("GETEDTL", "EID=6").first("TRNM"), "Store");
-  library().execute("update patrons set withheld = 1 where id = 1");
+  execute("update patrons set withheld = 1 where id = 1");
   EXPECT_EQ(send("GETHEB", "EID=1").all("PATNM"), "(name not kept)");
 }
 

@@ -10,9 +10,7 @@ namespace {
 
 class RoundTrips : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (!library_) return;
+  void prepare() override {
     database = std::make_unique<Database>(library().url(), StoreOptions{.connections = 1});
     database->holdToSchema(1000);
     runner = std::make_unique<RequestRunner>(*database, library().clock(), HashCost::Quick);

@@ -31,7 +31,7 @@ TEST_P(Staff, ArePutOntoTheListChangedAndTakenOffTogether) {
   EXPECT_EQ(list(), "1,2,3 N,N,Y 0,0,0") << "all or none";
   EXPECT_EQ(send("DELOPS", "PID=1; PID=3; PID=4").rc, 0);
   EXPECT_EQ(list(), "2 N 0");
-  EXPECT_EQ(library().value("select count(*) from audit where action like 'staff %'"), "6");
+  EXPECT_EQ(value("select count(*) from audit where action like 'staff %'"), "6");
   EXPECT_EQ(library().send("ADDOP", "PID=1; PSTS=Y", "clerk").rc, -96);
 }
 
@@ -48,13 +48,13 @@ TEST_P(Staff, WhoIsNotActiveIsAssignedToNothingNewAndStaysWhereTheyAre) {
   EXPECT_EQ(list(), "1,2 N,N 1,0");
   const std::string stamp = send("GETMSD", "BOOKID=1").first("UDT");
   EXPECT_EQ(send("DELOPS", "PID=1").rc, 0);
-  EXPECT_EQ(library().value("select count(*) from bookings where setup_staff_id is null"), "1");
+  EXPECT_EQ(value("select count(*) from bookings where setup_staff_id is null"), "1");
   EXPECT_EQ(send("CHKUPD", "BOOKID=1; UDT=" + stamp).rc, 180) << "an editor that is open notices";
 }
 
 TEST_P(Staff, CountersAreSetByHandWithinTheirLimits) {
   EXPECT_EQ(send("GPAI", "PID=6").text(), "0|CANBK=0 CURBK=0 HBK=0 LTRE=4 UNBK=0");
-  send("NEWBK", booking(times(3, "10:00", "11:00"), "LOC=1", 3, ""));
+  newBooking(times(3, "10:00", "11:00"), "");
   EXPECT_EQ(send("UPAI", "PID=1; LTRE=1; HBK=2; CANBK=3; UNBK=99999").rc, 0);
   EXPECT_EQ(send("GPAI", "PID=1").text(),
             "0|CANBK=3 CURBK=1 HBK=2 LTRE=1 OI=desk UDT=2026-03-02 09:00:00 UNBK=99999");

@@ -164,7 +164,7 @@ class HoursImported : public OnEachDatabase {
 
 TEST_P(HoursImported, AgainChangesNothingAndAllOrNone) {
   library().database().write([](Connection& db) { setSetting(db, "time_zone", "Europe/Berlin"); });
-  library().execute("delete from calendars");
+  execute("delete from calendars");
   const auto counts = [](const HoursReport& report) { return countsText(report.rules.counts.at(0)); };
   const std::string file = document(mondays);
   EXPECT_EQ(counts(take(file, december(), RulesUse::CheckOnly)),
@@ -181,7 +181,7 @@ TEST_P(HoursImported, AgainChangesNothingAndAllOrNone) {
   EXPECT_THROW(take("Dear library", december()), UserError);
   other.location = "Moon";
   EXPECT_THROW(take(file, other), UserError);
-  EXPECT_EQ(library().value("select count(*) from calendars"), "1");
+  EXPECT_EQ(value("select count(*) from calendars"), "1");
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, HoursImported, eachDatabase, databaseName);

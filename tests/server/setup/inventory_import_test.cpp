@@ -19,7 +19,6 @@ namespace {
 
 using test::TempFolder;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr Moment now = 1'772'442'000;
@@ -41,15 +40,12 @@ class InventoryImport : public OnEachDatabase {
     library().database().read([&](Connection& db) { text = inventoryTable(db, table); });
     return text;
   }
-  std::string value(const std::string& sql) { return library().value(sql); }
   std::string hash() {
     return value(
         "select count(*) || '/' || sum(id) || '/' || sum(coalesce(group_id, 0)) || '/' || "
         "sum(room_id) || '/' || sum(location_id) from equipment");
   }
-  void book(const std::string& things) {
-    ASSERT_EQ(send("NEWBK", booking(times(3, "10:00", "10:30"), "LOC=1", 3, things)).rc, 0);
-  }
+  void book(const std::string& things) { ASSERT_EQ(newBooking(times(3, "10:00", "10:30"), things).rc, 0); }
 
   TempFolder folder;
 };
@@ -97,7 +93,7 @@ TEST_P(InventoryImport, GroupsTakeTheirMembersAlong) {
 }
 
 TEST_P(InventoryImport, RoomsKeepTheirDetailsAndTakeWhatTheyName) {
-  library().execute("insert into room_detail_types (id, name) values (900, 'Seating')");
+  execute("insert into room_detail_types (id, name) values (900, 'Seating')");
   EXPECT_THAT(take(rooms,
                    "number,location,type,name,capacity,storage,detail: Seating,equipment\n"
                    "101,Main Desk,Classroom,Classroom A,30,no,Rows; Two;; or three,E1\n"
@@ -111,7 +107,7 @@ TEST_P(InventoryImport, RoomsKeepTheirDetailsAndTakeWhatTheyName) {
 
 TEST_P(InventoryImport, RefusesWhatADeskIsRefused) {
   book("EID=1");
-  send("NEWBK", booking(times(4, "10:00", "10:30"), "LOC=1", 3, "EID=5"));
+  newBooking(times(4, "10:00", "10:30"), "EID=5");
   struct Case {
     InventoryTable table;
     std::string file;

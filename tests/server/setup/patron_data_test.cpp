@@ -14,22 +14,19 @@ const std::string name = "Quillfeather";
 /// Ada Bell is given a name that stands nowhere else, and traces all over the library.
 class PatronData : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (!library_) return;
-    library().execute("update patrons set last_name = '" + name +
-                      "', search_name = 'quillfeather', first_name = '" + name +
-                      "', search_first = 'quillfeather', email = '" + name + "@example.org' where id = 1");
+  void prepare() override {
+    execute("update patrons set last_name = '" + name + "', search_name = 'quillfeather', first_name = '" +
+            name + "', search_first = 'quillfeather', email = '" + name + "@example.org' where id = 1");
     // Made, changed, canceled; one more that is fetched for somebody else, and one that is deleted.
     save(3, "NEWBK");
     save(4, "NEWBK");
     save(5, "NEWBK");
-    library().execute("update bookings set patron_id = 4, pickup_patron_id = 1 where id = 2");
+    execute("update bookings set patron_id = 4, pickup_patron_id = 1 where id = 2");
     send("CANBK", "BOOKID=1");
     send("CANBK", "BOOKID=2");
     send("DELBK", "BOOKID=3");
     send("UPAI", "PID=1; LTRE=0; HBK=0; CANBK=0; UNBK=0");
-    library().execute(
+    execute(
         "insert into outbox (kind, booking_id, patron_id, queued_at, due_at, fault) values "
         "(1, 1, 1, 0, 0, '550 " +
         name + "@example.org')");
@@ -90,27 +87,26 @@ TEST_P(PatronData, IsNowhereOnceErased) {
   EXPECT_NE(placesOfName().find("audit.detail"), std::string::npos) << "the traces are there";
   erase();
   EXPECT_EQ(placesOfName(), "");
-  EXPECT_EQ(library().value("select count(*) from patron_barcodes where barcode in ('P100', 'P101')"), "0");
-  EXPECT_EQ(library().value("select count(*) from bookings"), "2") << "statistics count them";
-  EXPECT_EQ(library().value("select patron_id from bookings where id = 2"), "4") << "is somebody else's";
-  EXPECT_EQ(library().value("select detail from audit where action = 'patron erased'"),
-            "2 bookings made anonymous");
-  EXPECT_EQ(library().value("select count(*) from audit where action = 'booking made' and detail = ''"), "3");
+  EXPECT_EQ(value("select count(*) from patron_barcodes where barcode in ('P100', 'P101')"), "0");
+  EXPECT_EQ(value("select count(*) from bookings"), "2") << "statistics count them";
+  EXPECT_EQ(value("select patron_id from bookings where id = 2"), "4") << "is somebody else's";
+  EXPECT_EQ(value("select detail from audit where action = 'patron erased'"), "2 bookings made anonymous");
+  EXPECT_EQ(value("select count(*) from audit where action = 'booking made' and detail = ''"), "3");
   EXPECT_THROW(erase(), UserError) << "the card is nobody's";
 }
 
 TEST_P(PatronData, StaysWhileABookingIsNotOver) {
   for (const char* held : {"patron_id = 1", "patron_id = 4, pickup_patron_id = 1", "setup_staff_id = 1"}) {
-    library().execute(
+    execute(
         std::string("update bookings set status = 99, patron_id = null, pickup_patron_id = null "
                     "where id = 1"));
-    library().execute(std::string("update bookings set ") + held + " where id = 1");
+    execute(std::string("update bookings set ") + held + " where id = 1");
     EXPECT_THROW(erase(), UserError) << held;
   }
-  library().execute("update bookings set status = 1");
-  library().execute("insert into staff (patron_id) values (1)");
+  execute("update bookings set status = 1");
+  execute("insert into staff (patron_id) values (1)");
   EXPECT_THROW(erase(), UserError) << "is on the staff list";
-  library().execute("delete from staff");
+  execute("delete from staff");
   EXPECT_NO_THROW(erase());
 }
 

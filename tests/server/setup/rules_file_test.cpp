@@ -168,7 +168,7 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
   if (GetParam() ==
       "postgresql") {  // the library's own rows came with keys, which the database did not count
     for (const char* table : {"equipment_types", "media_types"}) {
-      library().execute(std::string("alter table ") + table + " alter column id restart with 101");
+      execute(std::string("alter table ") + table + " alter column id restart with 101");
     }
   }
   const std::string before = rowsOf(library().database());
@@ -189,15 +189,14 @@ TEST_P(RulesFile, AddsChangesAndReplacesWhatItNamesAndLeavesTheRest) {
   EXPECT_EQ(after.find("Film/Camera"), std::string::npos) << "it is needed no more";
   EXPECT_EQ(after.find("Main DeskStudents/Main Desk"), std::string::npos);
   EXPECT_EQ(after.find("Main DeskStudents/0Television"), std::string::npos);
-  EXPECT_EQ(library().value("select id from policies where patron_group_id = 1"), "1") << "its key stays";
-  EXPECT_EQ(library().value(
-                "select action || ': ' || subject || ': ' || substr(detail, 1, 51) from audit where at = " +
-                std::to_string(now)),
+  EXPECT_EQ(value("select id from policies where patron_group_id = 1"), "1") << "its key stays";
+  EXPECT_EQ(value("select action || ': ' || subject || ': ' || substr(detail, 1, 51) from audit where at = " +
+                  std::to_string(now)),
             "rules taken: rules.json: Equipment types: 1 added, 1 changed, 0 as they were");
   EXPECT_EQ(countsOf(take(file)).find("1 added"), std::string::npos);
-  EXPECT_EQ(library().value("select count(*) from audit where action = 'rules taken'"), "1");
+  EXPECT_EQ(value("select count(*) from audit where action = 'rules taken'"), "1");
 
-  library().execute("update policy_rooms set room_id = 2, longest = 6, longest_unit = 'H'");
+  execute("update policy_rooms set room_id = 2, longest = 6, longest_unit = 'H'");
   EXPECT_THAT(countsOf(take(file)), HasSubstr("Policies: 0 added, 1 changed"));
   EXPECT_EQ(rowsOf(library().database()), after);
 }
@@ -216,6 +215,10 @@ std::string calendarWith(const std::string& members) {
 }
 
 const std::vector<FaultCase>& faultCases() {
+  const std::string badHours = ": must be \"closed\", or hours as \"08:00-21:00\".\n";
+  const std::string badLength =
+      ".longest: must be \"unlimited\", or a length as \"90 minutes\", \"8 hours\", \"7 days\", \"1 "
+      "term\".\n";
   const std::string span = R"("from": "2026-09-01", "until": "2026-12-31", "week": {})";
   static const std::vector<FaultCase> cases{
       {"", "line 1: this is no JSON text, or one that is cut off."},
@@ -272,13 +275,12 @@ const std::vector<FaultCase>& faultCases() {
        "calendars[0].week.Sunday: there is no such member here, but \"sunday\", \"monday\", \"tuesday\", "
        "\"wednesday\", \"thursday\", \"friday\", \"saturday\".\n"
        "calendars[0].week.sunday: closes before it opens.\n"
-       "calendars[0].week.monday: must be \"closed\", or hours as \"08:00-21:00\".\n"
-       "calendars[0].week.tuesday: must be \"closed\", or hours as \"08:00-21:00\".\n"
-       "calendars[0].week.wednesday: must be \"closed\", or hours as \"08:00-21:00\".\n"
-       "calendars[0].week.thursday: must be \"closed\", or hours as \"08:00-21:00\".\n"
-       "calendars[0].week.friday: closes before it opens.\n"
-       "calendars[0].week.saturday: must be \"closed\", or hours as \"08:00-21:00\".\n"
-       "calendars[0].until: lies before its start."},
+       "calendars[0].week.monday" +
+           badHours + "calendars[0].week.tuesday" + badHours + "calendars[0].week.wednesday" + badHours +
+           "calendars[0].week.thursday" + badHours +
+           "calendars[0].week.friday: closes before it opens.\n"
+           "calendars[0].week.saturday: must be \"closed\", or hours as \"08:00-21:00\".\n"
+           "calendars[0].until: lies before its start."},
       {calendarWith(R"("from": "2026-02-30", "until": "31.12.2026")"),
        "calendars[0].from: must be a date as \"2026-11-25\".\ncalendars[0].until: must be a date as "
        "\"2026-11-25\".\n"
@@ -328,23 +330,13 @@ const std::vector<FaultCase>& faultCases() {
       {policyWith(R"(, "group": "Students", "equipment_types": [{"type": "Camera", "longest": "2 weeks"},
            {"type": "Camera", "longest": "0 days"}, {"type": "Video Set", "longest": 7}],
            "room_types": [{"type": "Classroom", "pick_up": true, "longest": "-1 days"}])"),
-       "policies[0].equipment_types[0].longest: must be \"unlimited\", or a length as \"90 minutes\", \"8 "
-       "hours\", "
-       "\"7 days\", \"1 term\".\n"
-       "policies[0].equipment_types[1].longest: must be \"unlimited\", or a length as \"90 minutes\", \"8 "
-       "hours\", "
-       "\"7 days\", \"1 term\".\n"
-       "policies[0].equipment_types[2].longest: must be \"unlimited\", or a length as \"90 minutes\", \"8 "
-       "hours\", "
-       "\"7 days\", \"1 term\".\n"
-       "policies[0].room_types[0].pick_up: there is no such member here, but \"type\", \"deliver\", "
-       "\"schedule\", "
-       "\"longest\".\n"
-       "policies[0].room_types[0].longest: must be \"unlimited\", or a length as \"90 minutes\", \"8 "
-       "hours\", "
-       "\"7 days\", \"1 term\".\n"
-       "policies[0].equipment_types[1].type: \"Camera\" stands there twice.\n"
-       "policies[0].equipment_types[2].type: there is no equipment type \"Video Set\"."},
+       "policies[0].equipment_types[0]" + badLength + "policies[0].equipment_types[1]" + badLength +
+           "policies[0].equipment_types[2]" + badLength +
+           "policies[0].room_types[0].pick_up: there is no such member here, but \"type\", \"deliver\", "
+           "\"schedule\", \"longest\".\npolicies[0].room_types[0]" +
+           badLength +
+           "policies[0].equipment_types[1].type: \"Camera\" stands there twice.\n"
+           "policies[0].equipment_types[2].type: there is no equipment type \"Video Set\"."},
       {policyWith(
            R"(, "group": "Students", "rooms": [{"location": "Main Desk", "number": 101, "longest": "6 hours"},
            {"location": "Main Desk", "number": "101"}, {"location": "Main Desk", "number": "102", "longest": "1 day"},
@@ -363,7 +355,7 @@ const std::vector<FaultCase>& faultCases() {
 }
 
 TEST_P(RulesFile, TellsEveryFaultWithItsPlaceAndWritesNothing) {
-  library().execute("update rooms set location_id = 2, number = '200' where id = 2");
+  execute("update rooms set location_id = 2, number = '200' where id = 2");
   const std::string before = rowsOf(library().database());
   // Something that could be taken, in front of what cannot.
   const std::string sound = R"({"room_types": [{"name": "Sound"}], )";
@@ -373,7 +365,7 @@ TEST_P(RulesFile, TellsEveryFaultWithItsPlaceAndWritesNothing) {
     EXPECT_GT(take(sound + each.file.substr(1)).faults.count(), 0U);
   }
   EXPECT_EQ(rowsOf(library().database()), before);
-  EXPECT_EQ(library().value("select count(*) from audit where action = 'rules taken'"), "0");
+  EXPECT_EQ(value("select count(*) from audit where action = 'rules taken'"), "0");
 }
 
 TEST_P(RulesFile, TellsAHundredFaultsAndCountsAll) {
@@ -386,7 +378,7 @@ TEST_P(RulesFile, TellsAHundredFaultsAndCountsAll) {
 }
 
 TEST_P(RulesFile, TakesNoNameThatTheDatabaseHasMoreThanOnce) {
-  library().execute(
+  execute(
       "update calendars set kind = 0, starts_on = starts_on + id * 86400000, "
       "ends_on = ends_on + id * 86400000");
   const RulesReport report =

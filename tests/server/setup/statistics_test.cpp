@@ -15,75 +15,58 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// One booking of April 2026 in the words of SQL. Times are hours since the month's beginning.
-struct Booked {
-  int desk;
-  int type;
-  int status;
-  const char* group;
-  const char* room;
-  int from;
-  int until;
-  const char* charged;
-  const char* returned;
-};
-constexpr Booked bookings[] = {
-    // In the month:
-    {1, 3, 1, "1", "null", 9, 12, "10", "12"},         // 2 hours, in time
-    {1, 3, 1, "1", "null", 33, 36, "33", "40"},        // 7 hours, late
-    {1, 3, 999, "2", "null", 57, 60, "58", "null"},    // out until now, 14 hours, late
-    {1, 3, 99, "2", "null", 57, 90, "58", "null"},     // out until now, 14 hours, not due yet
-    {2, 1, 1, "null", "1", 80, 84, "80", "81"},        // administrative, a room, 1 hour
-    {1, 1, 2, "1", "2", 100, 104, "null", "null"},     // nobody came
-    {1, 3, 4, "1", "null", 110, 112, "null", "null"},  // canceled
-    {2, 3, 3, "2", "null", 719, 800, "null", "null"},  // canceled by the system; the month's last hour
-    {1, 3, 1, "1", "null", 130, 130, "130", "140"},    // no end of its own: back on the day, 10 hours
-    {1, 3, 1, "1", "null", 150, 150, "150", "170"},    // back on the day after, 20 hours, late
+/// The bookings of April 2026: desk, type, status, group, room, start, end, charge and return, in hours since
+/// the month's beginning.
+constexpr std::string_view bookings =
+    "(1, 3, 1, 1, null, 9, 12, 10, 12), "         // 2 hours, in time
+    "(1, 3, 1, 1, null, 33, 36, 33, 40), "        // 7 hours, late
+    "(1, 3, 999, 2, null, 57, 60, 58, null), "    // out until now, 14 hours, late
+    "(1, 3, 99, 2, null, 57, 90, 58, null), "     // out until now, 14 hours, not due yet
+    "(2, 1, 1, null, 1, 80, 84, 80, 81), "        // administrative, a room, 1 hour
+    "(1, 1, 2, 1, 2, 100, 104, null, null), "     // nobody came
+    "(1, 3, 4, 1, null, 110, 112, null, null), "  // canceled
+    "(2, 3, 3, 2, null, 719, 800, null, null), "  // canceled by the system; the month's last hour
+    "(1, 3, 1, 1, null, 130, 130, 130, 140), "    // no end of its own: back on the day, 10 hours
+    "(1, 3, 1, 1, null, 150, 150, 150, 170), "    // back on the day after, 20 hours, late
     // Before and behind it:
-    {1, 3, 1, "1", "null", -1, 5, "0", "5"},
-    {1, 3, 1, "1", "null", 720, 730, "720", "730"},
-};
+    "(1, 3, 1, 1, null, -1, 5, 0, 5), "
+    "(1, 3, 1, 1, null, 720, 730, 720, 730)";
 
 const Moment april = makeMoment(2026, 4, 1);
 
-std::string hourOf(const std::string& hours) {
-  return hours == "null" ? hours : std::to_string(april + std::stoi(hours) * hour);
+std::string hourOf(int hours) {
+  return std::to_string(april + hours * hour);
 }
 
 class StatisticsTest : public OnEachDatabase {
  protected:
-  void SetUp() override {
-    OnEachDatabase::SetUp();
-    if (IsSkipped()) return;
-    for (const Booked& each : bookings) {
-      library().execute(
-          "insert into bookings (location_id, booking_type, status, patron_group_id, room_id, starts_at, "
-          "ends_at, "
-          "charged_at, returned_at, room_charged_at, room_returned_at, created_at, updated_at) values (" +
-          std::to_string(each.desk) + ", " + std::to_string(each.type) + ", " + std::to_string(each.status) +
-          ", " + each.group + ", " + each.room + ", " + hourOf(std::to_string(each.from)) + ", " +
-          hourOf(std::to_string(each.until)) + ", " + hourOf(each.charged) + ", " + hourOf(each.returned) +
-          ", " + (each.type == 1 ? hourOf(each.charged) : "null") + ", " +
-          (each.type == 1 ? hourOf(each.returned) : "null") + ", 0, 0)");
-    }
+  void prepare() override {
+    const auto atHour = [](const std::string& column) { return hourOf(0) + " + 3600 * " + column; };
+    execute(
+        "insert into bookings (location_id, booking_type, status, patron_group_id, room_id, starts_at, "
+        "ends_at, charged_at, returned_at, room_charged_at, room_returned_at, created_at, updated_at) "
+        "with b (desk, type, status, card, room, starts, ends, charged, returned) as (values " +
+        std::string(bookings) + ") select desk, type, status, card, room, " + atHour("starts") + ", " +
+        atHour("ends") + ", " + atHour("charged") + ", " + atHour("returned") + ", case when type = 1 then " +
+        atHour("charged") + " end, case when type = 1 then " + atHour("returned") + " end, 0, 0 from b");
     // Booking 2: a television that came back late, a video set that did not, and what stands in a room.
     addLine(2, "equipment_id, equipment_type_id, charged_at, returned_at",
-            "1, 1, " + hourOf("33") + ", " + hourOf("40"));
+            "1, 1, " + hourOf(33) + ", " + hourOf(40));
     addLine(2, "equipment_id, equipment_type_id, charged_at, returned_at",
-            "5, 3, " + hourOf("33") + ", " + hourOf("35"));
+            "5, 3, " + hourOf(33) + ", " + hourOf(35));
     addLine(2, "equipment_id, equipment_type_id, in_room", "4, 2, 1");
     addLine(7, "equipment_type_id", "1");
     addLine(11, "equipment_id, equipment_type_id", "1, 1");
-    library().execute(
+    execute(
         "insert into booking_items (booking_id, place, media_type_id, title_id, charged_at, returned_at) "
         "values "
         "(1, 1, 1, 1, " +
-        hourOf("10") + ", " + hourOf("12") + "), (3, 1, null, 2, " + hourOf("58") + ", null)");
+        hourOf(10) + ", " + hourOf(12) + "), (3, 1, null, 2, " + hourOf(58) + ", null)");
   }
 
   void addLine(int booking, const std::string& columns, const std::string& values) {
-    library().execute("insert into booking_equipment (booking_id, place, " + columns + ") values (" +
-                      std::to_string(booking) + ", 1, " + values + ")");
+    execute("insert into booking_equipment (booking_id, place, " + columns + ") values (" +
+            std::to_string(booking) + ", 1, " + values + ")");
   }
 
   MonthStatistics read(std::string_view location = {}) {
@@ -97,11 +80,10 @@ class StatisticsTest : public OnEachDatabase {
 INSTANTIATE_TEST_SUITE_P(Databases, StatisticsTest, eachDatabase, databaseName);
 
 TEST_P(StatisticsTest, CountWhatBeginsWithinTheMonth) {
-  library().execute("insert into refusals (on_day, location_id, reason, times) values (" + hourOf("-1") +
-                    " - 82800, 1, 159, 50), (" + std::to_string(april) + ", 1, 159, 2), (" +
-                    std::to_string(april + 29 * day) + ", 2, 159, 1), (" + std::to_string(april) +
-                    ", 1, 138, 2), (" + std::to_string(april) + ", 1, 184, 2), (" +
-                    std::to_string(april + 30 * day) + ", 1, 159, 50)");
+  execute("insert into refusals (on_day, location_id, reason, times) values (" + hourOf(-1) +
+          " - 82800, 1, 159, 50), (" + std::to_string(april) + ", 1, 159, 2), (" +
+          std::to_string(april + 29 * day) + ", 2, 159, 1), (" + std::to_string(april) + ", 1, 138, 2), (" +
+          std::to_string(april) + ", 1, 184, 2), (" + std::to_string(april + 30 * day) + ", 1, 159, 50)");
   EXPECT_EQ(statisticsCsv(read()),
             "by,name,bookings,hours_out,late,unclaimed,cancelled,refused\r\n"
             "\"All\",\"\",10,68.0,3,1,2,\r\n"
@@ -126,7 +108,7 @@ TEST_P(StatisticsTest, CountWhatBeginsWithinTheMonth) {
 }
 
 TEST_P(StatisticsTest, PrintOnAPageOfTheirOwn) {
-  library().execute("update locations set name = '<b> & \"Branch\"' where id = 2");
+  execute("update locations set name = '<b> & \"Branch\"' where id = 2");
   const std::string page = statisticsHtml(read());
   EXPECT_THAT(page, HasSubstr("<h1>Statistics of April 2026</h1>\n<p>All locations</p>"));
   EXPECT_THAT(page, HasSubstr("<th scope=\"row\">&lt;b&gt; &amp; \"Branch\"</th><td>2</td><td>1.0</td>"));
@@ -160,8 +142,7 @@ TEST_P(StatisticsTest, CountWhatTheServerRefuses) {
   refusals.store(library().database());
   EXPECT_EQ(sending("NEWBK", made), 149);
   refusals.store(library().database());
-  EXPECT_EQ(library().value("select sum(times) from refusals where on_day = " +
-                            std::to_string(makeMoment(2026, 3, 3))),
+  EXPECT_EQ(value("select sum(times) from refusals where on_day = " + std::to_string(makeMoment(2026, 3, 3))),
             "2");
   std::string told;
   library().database().read([&](Connection& db) {

@@ -9,7 +9,6 @@
 
 #include "server/store/backup.h"
 #include "server/store/query.h"
-#include "server/store/query_help.h"
 #include "server/store/server_tools.h"
 #include "server/store/whole_file.h"
 #include "support/server_case.h"
@@ -22,25 +21,17 @@ using test::contentOf;
 using test::TempFolder;
 using test::told;
 
-class Backups : public testing::TestWithParam<std::string> {
+class Backups : public StoreOnEach {
  protected:
-  void SetUp() override {
-    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-    store = std::make_unique<TestStore>(GetParam());
-    test::makeSmallLibrary(store->url());
-  }
+  void prepare() override { test::makeSmallLibrary(store->url()); }
 
   void lose() {
     if (GetParam() == "sqlite") {
       for (const char* each : {"", "-wal", "-shm"}) std::filesystem::remove(store->url() + each);
       return;
     }
-    std::string schema;
     Database database(store->url());
-    database.read([&](Connection& db) {
-      Query query(db, "select current_schema()");
-      fetchOne(query, schema);
-    });
+    const std::string schema = valueOf(database, "select current_schema()");
     database.plain([&](Connection& db) { db.run("drop schema " + schema + " cascade"); });
   }
 
@@ -55,7 +46,6 @@ class Backups : public testing::TestWithParam<std::string> {
     return names;
   }
 
-  std::unique_ptr<TestStore> store;
   TempFolder folder;
 };
 INSTANTIATE_TEST_SUITE_P(Databases, Backups, eachDatabase, databaseName);

@@ -17,11 +17,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class DatabaseTest : public testing::TestWithParam<std::string> {
+class DatabaseTest : public StoreOnEach {
  protected:
-  void SetUp() override {
-    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-    store = std::make_unique<TestStore>(GetParam());
+  void prepare() override {
     database = std::make_unique<Database>(store->url());
     database->write([](Connection& db) {
       db.run("create table things (id integer primary key, name text, size bigint)");
@@ -29,16 +27,7 @@ class DatabaseTest : public testing::TestWithParam<std::string> {
     });
   }
 
-  std::int64_t total() {
-    std::int64_t sum = 0;
-    database->read([&](Connection& db) {
-      Query query(db, "select sum(size) from things");
-      query.into(sum);
-      while (query.next()) {
-      }
-    });
-    return sum;
-  }
+  int total() { return std::stoi(valueOf(*database, "select sum(size) from things")); }
 
   /// Lets writers wait until another is done, so that they go through together. Each adds 1 to the first
   /// thing and goes on as it is told.
@@ -68,7 +57,6 @@ class DatabaseTest : public testing::TestWithParam<std::string> {
   }
 
   static constexpr int writers = 6;
-  std::unique_ptr<TestStore> store;
   std::unique_ptr<Database> database;
 };
 INSTANTIATE_TEST_SUITE_P(Databases, DatabaseTest, eachDatabase, databaseName);

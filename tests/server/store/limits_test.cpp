@@ -33,22 +33,10 @@ using test::TempFolder;
 void nothing(Connection&) {}
 
 std::int64_t numberFrom(Database& database, const std::string& sql) {
-  std::int64_t number = 0;
-  database.read([&](Connection& db) {
-    Query query(db, sql);
-    fetchOne(query, number);
-  });
-  return number;
+  return std::stoll(valueOf(database, sql));
 }
 
-class StoreLimits : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override {
-    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-    store = std::make_unique<TestStore>(GetParam());
-  }
-  std::unique_ptr<TestStore> store;
-};
+class StoreLimits : public StoreOnEach {};
 INSTANTIATE_TEST_SUITE_P(Databases, StoreLimits, eachDatabase, databaseName);
 
 TEST_P(StoreLimits, ReadersWaitForAConnectionOnlySoLongAndNeverTakeTheLast) {
@@ -227,16 +215,10 @@ TEST(MovedFile, ANameMayHoldWhatAnAddressGivesAMeaning) {
   EXPECT_TRUE(std::filesystem::exists(file));
 }
 
-class LostServer : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!TestStore::isOffered("postgresql")) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-    store = std::make_unique<TestStore>("postgresql");
-  }
-  std::unique_ptr<TestStore> store;
-};
+class LostServer : public StoreOnEach {};
+INSTANTIATE_TEST_SUITE_P(OnAServer, LostServer, testing::Values(std::string("postgresql")));
 
-TEST_F(LostServer, AClockThatIsNotTheDatabasesIsRefused) {
+TEST_P(LostServer, AClockThatIsNotTheDatabasesIsRefused) {
   Database database(store->url());
   const std::int64_t now = numberFrom(database, "select cast(extract(epoch from now()) as bigint)");
   EXPECT_NO_THROW(checkClock(database, now));
@@ -244,7 +226,7 @@ TEST_F(LostServer, AClockThatIsNotTheDatabasesIsRefused) {
     EXPECT_THROW(checkClock(database, wrong), std::runtime_error);
 }
 
-TEST_F(LostServer, AFullDiskIsAFailureAndNoWait) {
+TEST_P(LostServer, AFullDiskIsAFailureAndNoWait) {
   Database database(store->url());
   const auto fill = [](Connection& db) {
     db.run("do 'begin raise exception using errcode = ''disk_full''; end'");
@@ -276,7 +258,7 @@ std::set<Keepalive> keepalivesTo(int port) {
   return found;
 }
 
-TEST_F(LostServer, ItsVanishedHostIsNoticedByProbesUnlessTheAddressSaysOtherwise) {
+TEST_P(LostServer, ItsVanishedHostIsNoticedByProbesUnlessTheAddressSaysOtherwise) {
   SilentProxy proxy(portOf(store->url()));
   const std::string url = throughPort(store->url(), proxy.port());
   for (const auto& [given, expected] : {std::pair{"", Keepalive{10, 5, 3, 20'000}},
@@ -287,7 +269,7 @@ TEST_F(LostServer, ItsVanishedHostIsNoticedByProbesUnlessTheAddressSaysOtherwise
 }
 
 /// As if its process were stopped: it holds the turn and does nothing.
-TEST_F(LostServer, OneThatStopsWithTheTurnDoesNotStopTheOthers) {
+TEST_P(LostServer, OneThatStopsWithTheTurnDoesNotStopTheOthers) {
   Database stopped(store->url(), {.silence = milliseconds(2000)});
   Database other(store->url());
   other.write([](Connection& db) { db.run("create table notes (id integer)"); });
@@ -303,7 +285,7 @@ TEST_F(LostServer, OneThatStopsWithTheTurnDoesNotStopTheOthers) {
 }
 
 /// As a restart of the database does.
-TEST_F(LostServer, LostConnectionsUndoWhatIsUnderWayAndAreNotNoticedAfterwards) {
+TEST_P(LostServer, LostConnectionsUndoWhatIsUnderWayAndAreNotNoticedAfterwards) {
   Database other(store->url());
   Database database(store->url() + "&application_name=to-be-lost", {.connections = 3});
   database.write([](Connection& db) { db.run("create table notes (id integer)"); });
@@ -329,7 +311,7 @@ TEST_F(LostServer, LostConnectionsUndoWhatIsUnderWayAndAreNotNoticedAfterwards) 
   EXPECT_EQ(numberFrom(database, "select count(*) from notes"), 1);
 }
 
-TEST_F(LostServer, AStatementThatTheServerEndedIsNotRepeated) {
+TEST_P(LostServer, AStatementThatTheServerEndedIsNotRepeated) {
   Database database(store->url());
   int runs = 0;
   EXPECT_EQ(errorOf([&] {
@@ -343,7 +325,7 @@ TEST_F(LostServer, AStatementThatTheServerEndedIsNotRepeated) {
 }
 
 /// Each would have to be waited for otherwise.
-TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
+TEST_P(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
   SilentProxy proxy(portOf(store->url()));
   Database database(throughPort(store->url(), proxy.port()),
                     {.connections = 4, .silence = milliseconds(400)});
@@ -376,7 +358,7 @@ TEST_F(LostServer, ASilentConnectionTakesTheIdleOnesAlong) {
 }
 
 /// Without the trial the request would wait until the connection is given up, and longer than it may.
-TEST_F(LostServer, AConnectionThatDiedWhileItWasIdleCostsNoRequestItsPatience) {
+TEST_P(LostServer, AConnectionThatDiedWhileItWasIdleCostsNoRequestItsPatience) {
   SilentProxy proxy(portOf(store->url()));
   Database database(throughPort(store->url(), proxy.port()),
                     {.connections = 2, .trustIdle = milliseconds(0)});
@@ -386,7 +368,7 @@ TEST_F(LostServer, AConnectionThatDiedWhileItWasIdleCostsNoRequestItsPatience) {
   EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt);
 }
 
-TEST_F(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
+TEST_P(LostServer, ASilentNetworkEndsARequestAndHoldsNothingUpAfterwards) {
   SilentProxy proxy(portOf(store->url()));
   Database database(throughPort(store->url(), proxy.port()) + "&connect_timeout=2",
                     {.connections = 2, .silence = milliseconds(400)});

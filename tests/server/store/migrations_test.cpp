@@ -144,22 +144,10 @@ int last() {
 }
 
 int countOf(Database& database, const std::string& table) {
-  int count = -1;
-  database.read([&](Connection& db) {
-    Query query(db, "select count(*) from " + table);
-    query.into(count);
-    while (query.next()) {
-    }
-  });
-  return count;
+  return std::stoi(valueOf(database, "select count(*) from " + table));
 }
 
-class Migrations : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override {
-    if (!TestStore::isOffered(GetParam())) GTEST_SKIP() << "VANTRY_TEST_POSTGRESQL is not set";
-  }
-};
+class Migrations : public StoreOnEach {};
 INSTANTIATE_TEST_SUITE_P(Databases, Migrations, eachDatabase, databaseName);
 
 TEST(MigrationSteps, AreNumberedWithoutGaps) {
@@ -170,8 +158,8 @@ TEST(MigrationSteps, AreNumberedWithoutGaps) {
 TEST_P(Migrations, BringEveryOlderDatabaseToThePresentAndKeepItsData) {
   for (int from = 1; from < last(); ++from) {
     SCOPED_TRACE(from);
-    const TestStore store(GetParam());
-    Database database(store.url());
+    const TestStore old(GetParam());
+    Database database(old.url());
     migrate(database, from);
     EXPECT_EQ(schemaVersion(database), from);
     database.write([&](Connection& db) {
@@ -193,10 +181,9 @@ TEST_P(Migrations, BringEveryOlderDatabaseToThePresentAndKeepItsData) {
 }
 
 TEST_P(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
-  const TestStore store(GetParam());
-  Database holder(store.url());
-  Database one(store.url());
-  Database two(store.url());
+  Database holder(store->url());
+  Database one(store->url());
+  Database two(store->url());
   std::vector<std::future<void>> runs;
   holder.write([&](Connection& held) {
     held.flush();  // the turn is taken with the first statement
@@ -214,8 +201,7 @@ TEST_P(Migrations, RunOnceAlsoWhenTwoProgramsStart) {
 }
 
 TEST_P(Migrations, RefuseADatabaseOfANewerProgram) {
-  const TestStore store(GetParam());
-  Database database(store.url());
+  Database database(store->url());
   migrate(database);
   database.write(
       [](Connection& db) { db.run("insert into schema_steps (number, name) values (999, 'later')"); });
