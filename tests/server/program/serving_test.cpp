@@ -72,6 +72,7 @@ long memoryOf(pid_t process) {
 
 TEST_F(ServingTest, BodiesOfStrangersTakeNoMemory) {
   Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
   const long before = memoryOf(serving.process());
   std::string body = R"({"tags":[{})";
   while (body.size() < 1'000'000) body += ",{}";
@@ -159,6 +160,7 @@ TEST_F(ServingTest, TheDemoIsServedToOthersOnlyWhenToldSo) {
 
 TEST_F(ServingTest, WhatItWritesIsForItsUserAlone) {
   Serving serving(database, folder.file("log"));
+  ASSERT_NE(serving.port(), 0);
   ASSERT_EQ(run("backup " + folder.file("copy.sqlite")).code, 0);
   for (const std::string& each : {database, database + "-wal", folder.file("copy.sqlite")}) {
     struct stat found {};
