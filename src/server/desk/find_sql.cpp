@@ -78,14 +78,16 @@ void markPlaceholders(std::string& text, std::size_t mark) {
 }
 
 // "$THINGSOUT" selects what is out, with the members of a group that is out and the group of a member.
-constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)", .finder = "$THINGSOUT"};
+constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)", .finder = "$THINGSOUT", .others = {}};
 constexpr StatusSql notCharged{
     // One set: each of all pieces is looked for in it.
     .test = "e.id not in (select s.equipment_id from equipment_statuses s union all $THINGSOUT)",
-    .finder = {}};
+    .finder = {},
+    .others = "select s.equipment_id as id from equipment_statuses s union all $THINGSOUT"};
 constexpr StatusSql applied{
     .test = "$STATUS = :a",
-    .finder = "select s.equipment_id as id from equipment_statuses s where s.status_id = :a"};
+    .finder = "select s.equipment_id as id from equipment_statuses s where s.status_id = :a",
+    .others = {}};
 
 }  // namespace
 

@@ -27,6 +27,7 @@ struct Writing {
 struct StatusSql {
   std::string_view test;
   std::string_view finder;  ///< empty: by the test
+  std::string_view others;  ///< finds what does not pass the test, where that is little; empty otherwise
 };
 [[nodiscard]] StatusSql sqlOfStatus(std::int64_t status);
 

@@ -195,7 +195,9 @@ class FindSearch::Impl {
   [[nodiscard]] std::int64_t count() {
     if (count_) return *count_;
     planForSearch(db_);
-    const std::int64_t count = countOf("select count(*) from (" + hits_ + ") hit");
+    const std::string_view others = othersSql();
+    const std::int64_t count =
+        others.empty() ? countOf("select count(*) from (" + hits_ + ") hit") : countBut(others);
     planAsUsual(db_);
     return count;
   }
@@ -286,6 +288,21 @@ class FindSearch::Impl {
     bind(query, sql);
     fetchOne(query, count);
     return count;
+  }
+
+  /// What finds the rows that do not pass, where they are the only ones and few.
+  [[nodiscard]] std::string_view othersSql() const {
+    const bool single = asked_.size() == 1 && isStatus(asked_.front());
+    return single ? statusOf(asked_.front()).others : std::string_view();
+  }
+
+  /// How many rows there are but those that are found: sooner than looking at each whether it passes.
+  [[nodiscard]] std::int64_t countBut(std::string_view found) const {
+    const auto rowsThat = [&](const std::string& condition) {
+      return "select count(*) from " + std::string(subject_.row) + where({whole_, scope_, condition});
+    };
+    return countOf(rowsThat({})) -
+           countOf(rowsThat(std::string(subject_.key) + " in (" + written(found, 0) + ")"));
   }
 
   /// Binds what is in the SQL.

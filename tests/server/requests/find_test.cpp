@@ -360,6 +360,7 @@ TEST_P(Find, TellsTheFirstHitsAndCountsAll) {
   EXPECT_EQ(count(send(bookings, "10")), "0|SRCHCNT=6");
   EXPECT_EQ(count(send(bookings, "1=1 12=1", "OR")), "0|SRCHCNT=3");
   EXPECT_EQ(count(send(equipment, "")), "0|SRCHCNT=9");
+  EXPECT_EQ(count(send(equipment, "6=6")), "0|SRCHCNT=5") << "all that show another status are left out once";
   EXPECT_EQ(count(send(patrons, "17=P?")), "0|SRCHCNT=8") << "cards";
   EXPECT_EQ(std::ranges::count(send(patrons, "17=P?"), '|'), 3) << "two of them";
   EXPECT_EQ(library().sendTo(few, "FIND", tagsOf("4=1") + equipment).all("ENO"), "CAM1,PRJ1");
