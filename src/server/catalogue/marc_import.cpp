@@ -72,8 +72,8 @@ class ImportedFile {
 };
 
 std::string countsText(const ImportReport& report) {
-  return std::to_string(report.newTitles) + " new titles, " + std::to_string(report.changedTitles) +
-         " changed, " + std::to_string(report.newItems) + " new items, " +
+  return "titles: " + std::to_string(report.newTitles) + " new, " + std::to_string(report.changedTitles) +
+         " changed; items: " + std::to_string(report.newItems) + " new, " +
          std::to_string(report.changedItems) + " changed, " + std::to_string(report.retiredItems) +
          " withdrawn";
 }

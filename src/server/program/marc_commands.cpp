@@ -45,13 +45,13 @@ void printAll(std::ostream& out, const std::vector<std::string>& lines) {
 
 void tellCounts(const ImportReport& report, bool checkOnly) {
   if (checkOnly) std::cout << "Nothing was written. Taken in, the file would come to this:\n";
-  std::cout << report.newTitles << " new titles, " << report.changedTitles << " changed, "
-            << report.sameTitles << " as they are; " << report.newHoldings << " new holdings; "
-            << report.newItems << " new items, " << report.changedItems << " changed, " << report.sameItems
-            << " as they are, " << report.retiredItems << " withdrawn.\n"
-            << report.bad << " records could not be taken, and " << report.lostFields << " fields of others; "
-            << report.leftOut << " holdings or items were left out; " << report.passedOver
-            << " records are not wanted by the map.\n";
+  std::cout << "Titles: " << report.newTitles << " new, " << report.changedTitles << " changed, "
+            << report.sameTitles << " as they are. Holdings: " << report.newHoldings
+            << " new. Items: " << report.newItems << " new, " << report.changedItems << " changed, "
+            << report.sameItems << " as they are, " << report.retiredItems << " withdrawn.\n"
+            << "Not taken: records " << report.bad << ", fields of others " << report.lostFields
+            << ", holdings or items " << report.leftOut << ", records that the map does not want "
+            << report.passedOver << ".\n";
 }
 
 /// Prints the counts; what was not taken is printed to the standard error.

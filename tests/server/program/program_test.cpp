@@ -160,9 +160,10 @@ TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
                 exchanged({{"001", "2"}, {"100", "1 $aNobody"}}));
   const Outcome taken = run("import marc " + folder.file("export.mrc"));
   EXPECT_EQ(taken.code, 0);
-  EXPECT_THAT(taken.text, HasSubstr("1 new titles, 0 changed, 0 as they are; 1 new holdings; 1 new items,"));
+  EXPECT_THAT(taken.text,
+              HasSubstr("Titles: 1 new, 0 changed, 0 as they are. Holdings: 1 new. Items: 1 new,"));
   EXPECT_THAT(taken.text, HasSubstr("Record 2, 001 2: it has no title in field 245."));
-  EXPECT_THAT(taken.text, HasSubstr("1 records could not be taken"));
+  EXPECT_THAT(taken.text, HasSubstr("Not taken: records 1,"));
   EXPECT_NE(run("import marc " + folder.file("missing.mrc")).code, 0);
   writeFile(folder.file("none.mrc"), exchanged({{"001", "2"}, {"100", "1 $aNobody"}}));
   EXPECT_THAT(run("import marc " + folder.file("none.mrc")).endedWith(1),
@@ -170,7 +171,7 @@ TEST_F(ProgramTest, TakesACatalogueInAndTellsWhatItCouldNotTake) {
   writeFile(folder.file("map.json"), run("import marc --show-map").text);
   EXPECT_THAT(
       run("import marc --check --map " + folder.file("map.json") + " " + folder.file("export.mrc")).text,
-      HasSubstr("0 new titles, 0 changed, 1 as they are;"))
+      HasSubstr("Titles: 0 new, 0 changed, 1 as they are."))
       << "the printed map is the one that counts without a file";
   writeFile(folder.file("map.json"), R"({"locations": [{"code": "M", "location": "Moon"}], "practise": []})");
   const std::string faulty =
