@@ -20,22 +20,28 @@ if(VANTRY_SANITIZE)
 endif()
 
 # The link target of one folder of src/: "server/store" becomes vantry_server_store. A main.cpp in it is the program's
-# own and no part of the layer.
+# own and no part of the layer. All layers share the precompiled headers of vantry_headers but those with OWN_HEADERS,
+# whose compiler options differ.
+set(VANTRY_HEADERS <algorithm> <array> <chrono> <cstdint> <functional> <map> <memory> <optional> <set> <span> <stdexcept>
+                   <string> <string_view> <unordered_map> <vector>)
 function(vantry_layer folder)
-  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "OWN_HEADERS" "" "LINKS" ${ARGN})
   set_property(GLOBAL APPEND PROPERTY VANTRY_LAYERS "${folder}")
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   string(REPLACE "/" "_" name "vantry_${folder}")
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC vantry_flags vantry_sanitized ${ARG_LINKS})
+  if(NOT ARG_OWN_HEADERS)
+    target_precompile_headers(${name} REUSE_FROM vantry_headers)
+  endif()
 endfunction()
 
 # The tests of one folder as one program; it links the lowest layer that holds what it tests. The suites that TOGETHER
 # names (a pattern) run in one process, since they share a server that is slow to set up; all others one by one.
 # All programs share the precompiled headers of vantry_test_headers but those with OWN_HEADERS, whose compiler options
 # differ.
-set(VANTRY_TEST_HEADERS <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
+set(VANTRY_TEST_HEADERS <gtest/gtest.h> <gmock/gmock.h> ${VANTRY_HEADERS})
 function(vantry_tests folder)
   cmake_parse_arguments(ARG "OWN_HEADERS" "TOGETHER" "LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
