@@ -21,7 +21,7 @@ endif()
 
 # The link target of one folder of src/: "server/store" becomes vantry_server_store. A main.cpp in it is the program's
 # own and no part of the layer. All layers share the precompiled headers of vantry_headers but those with OWN_HEADERS,
-# whose compiler options differ.
+# whose compiler options differ or whose files have more in common.
 set(VANTRY_HEADERS <algorithm> <array> <chrono> <cstdint> <functional> <map> <memory> <optional> <set> <span> <stdexcept>
                    <string> <string_view> <unordered_map> <vector>)
 function(vantry_layer folder)

@@ -43,12 +43,13 @@ constexpr std::string_view thingsOut =
     "n.group_id is not null";
 
 /// A word that is the beginning of another comes behind it, and one that is in the text of another as well.
-const std::array<WordRow, 6>& words() {
-  static const std::array<WordRow, 6> rows{
+const std::array<WordRow, 7>& words() {
+  static const std::array<WordRow, 7> rows{
       WordRow{"$LIBRARY", isOfLibrary("b.location_id")},
       WordRow{"$FREE", std::string(isFree)},
       WordRow{"$ROOMSTATUS", roomStatusKeySql()},
       WordRow{"$STATUS", equipmentStatusKeySql()},
+      WordRow{"$OTHERSTATUS", "select s.equipment_id as id from equipment_statuses s union all $THINGSOUT"},
       WordRow{"$THINGSOUT", std::string(thingsOut)},
       WordRow{"$OUT", "l.charged_at is not null and l.returned_at is null and l.in_room = 0"}};
   return rows;
@@ -79,11 +80,8 @@ void markPlaceholders(std::string& text, std::size_t mark) {
 
 // "$THINGSOUT" selects what is out, with the members of a group that is out and the group of a member.
 constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)", .finder = "$THINGSOUT", .others = {}};
-constexpr StatusSql notCharged{
-    // One set: each of all pieces is looked for in it.
-    .test = "e.id not in (select s.equipment_id from equipment_statuses s union all $THINGSOUT)",
-    .finder = {},
-    .others = "select s.equipment_id as id from equipment_statuses s union all $THINGSOUT"};
+// "$OTHERSTATUS" selects what has or shows a status, as one set: each of all pieces is looked for in it.
+constexpr StatusSql notCharged{.test = "e.id not in ($OTHERSTATUS)", .finder = {}, .others = "$OTHERSTATUS"};
 constexpr StatusSql applied{
     .test = "$STATUS = :a",
     .finder = "select s.equipment_id as id from equipment_statuses s where s.status_id = :a",
