@@ -112,16 +112,20 @@ Moment nextStamp(Moment last, Moment now) {
   return std::max(now, last + 1);
 }
 
-void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp) {
-  Query query(db,
-              "update bookings set status = :status, updated_at = :updated_at, updated_by = :updated_by, "
-              "updated_location = :updated_location where id = :id");
+void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp,
+                      const std::optional<MomentColumns>& also) {
+  std::string sql =
+      "update bookings set status = :status, updated_at = :updated_at, updated_by = :updated_by, "
+      "updated_location = :updated_location";
+  if (also) sql.append(", ").append(also->sql);
+  Query query(db, sql + " where id = :id");
   query.bind("status", static_cast<int>(status))
       .bind("updated_at", stamp.at)
       .bind("updated_by", stamp.operatorId)
       .bind("updated_location", stamp.locationId)
-      .bind("id", bookingId)
-      .later();
+      .bind("id", bookingId);
+  if (also) query.bind("at", also->at);
+  query.later();
 }
 
 void deleteBooking(Connection& db, std::int64_t bookingId) {

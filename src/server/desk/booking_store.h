@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "server/base/moment.h"
@@ -82,7 +83,14 @@ struct Stamp {
 /// moved.
 [[nodiscard]] Moment nextStamp(Moment last, Moment now);
 
-void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp);
+/// Columns that a change of status sets with it, as SQL that names the moment ":at". One statement for all:
+/// each that touches a booking goes through its indexes.
+struct MomentColumns {
+  std::string_view sql;
+  Moment at = 0;
+};
+void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp,
+                      const std::optional<MomentColumns>& also = {});
 void deleteBooking(Connection& db, std::int64_t bookingId);
 void countCancelled(Connection& db, std::int64_t patronId);
 

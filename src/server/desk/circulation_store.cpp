@@ -202,40 +202,37 @@ void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp)
   pieces.bind("at", stamp.at).bind("booking_id", booking.id).later();
   Query items(db, "update booking_items set charged_at = :at where booking_id = :booking_id");
   items.bind("at", stamp.at).bind("booking_id", booking.id).later();
-  Query head(db, "update bookings set charged_at = :at where id = :id");
-  head.bind("at", stamp.at).bind("id", booking.id).later();
   // Only a room that the library schedules is handed over; a delivery's room is just its address.
-  Query room(db,
-             "update bookings set room_charged_at = :at where id = :id and booking_type = 1 and "
-             "room_id is not null");
-  room.bind("at", stamp.at).bind("id", booking.id).later();
-  setBookingStatus(db, booking.id, BookingStatus::Charged, stamp);
+  setBookingStatus(db, booking.id, BookingStatus::Charged, stamp,
+                   MomentColumns{"charged_at = :at, room_charged_at = case when booking_type = 1 and room_id "
+                                 "is not null then :at else room_charged_at end",
+                                 stamp.at});
 }
 
 void markPieceReturned(Connection& db, std::int64_t lineId, Moment at) {
   Query query(db, "update booking_equipment set returned_at = :at where id = :id");
   query.bind("at", at).bind("id", lineId).later();
-  freeThingOf(db, false, lineId);
 }
 
 void markItemReturned(Connection& db, std::int64_t lineId, Moment at) {
   Query query(db, "update booking_items set returned_at = :at where id = :id");
   query.bind("at", at).bind("id", lineId).later();
+}
+
+void freePieceOf(Connection& db, std::int64_t lineId) {
+  freeThingOf(db, false, lineId);
+}
+
+void freeItemOf(Connection& db, std::int64_t lineId) {
   freeThingOf(db, true, lineId);
 }
 
-void markRoomReturned(Connection& db, std::int64_t bookingId, Moment at) {
-  Query query(db,
-              "update bookings set room_returned_at = :at where id = :id and room_charged_at is not null");
-  query.bind("at", at).bind("id", bookingId).later();
-}
-
 void markComplete(Connection& db, std::int64_t bookingId, Moment returnedAt, const Stamp& stamp) {
-  Query query(db, "update bookings set returned_at = :at where id = :id");
-  query.bind("at", returnedAt).bind("id", bookingId).later();
-  markRoomReturned(db, bookingId, returnedAt);
+  setBookingStatus(db, bookingId, BookingStatus::Complete, stamp,
+                   MomentColumns{"returned_at = :at, room_returned_at = case when room_charged_at is not "
+                                 "null then :at else room_returned_at end",
+                                 returnedAt});
   freeThingsOf(db, bookingId);
-  setBookingStatus(db, bookingId, BookingStatus::Complete, stamp);
 }
 
 void changeCounters(Connection& db, std::int64_t patronId, const CounterChanges& changes) {

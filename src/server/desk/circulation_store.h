@@ -89,7 +89,10 @@ void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp)
 
 void markPieceReturned(Connection& db, std::int64_t lineId, Moment at);
 void markItemReturned(Connection& db, std::int64_t lineId, Moment at);
-void markRoomReturned(Connection& db, std::int64_t bookingId, Moment at);
+/// The booking no longer takes the thing of the line.
+void freePieceOf(Connection& db, std::int64_t lineId);
+void freeItemOf(Connection& db, std::int64_t lineId);
+/// All is back: the booking takes nothing any more.
 void markComplete(Connection& db, std::int64_t bookingId, Moment returnedAt, const Stamp& stamp);
 
 /// Changes of a patron's counters; a counter never falls below 0.

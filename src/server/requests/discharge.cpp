@@ -139,6 +139,8 @@ Reply discharge(Context& context, const Message& message) {
     const int late = lateReturnsChange(booking->status, isLate(booking->times, last));
     changeCounters(context.db, booking->patronId, {.late = late, .historical = 1});
   } else {
+    for (const ItemLine& line : returned.items) freeItemOf(context.db, line.id);
+    for (const PieceLine& line : returned.pieces) freePieceOf(context.db, line.id);
     setBookingStatus(context.db, booking->id, booking->status, stamp);
   }
   Reply reply;
