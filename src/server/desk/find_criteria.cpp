@@ -27,94 +27,114 @@ using enum FindForm;
 constexpr std::string_view typeBooked =
     "(select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_type_id = :a and l.in_room "
     "= 0 limit 1) = 1";
-constexpr std::string_view typeHeld =
-    "select o.booking_id as id from equipment e cross join occupancy o where e.equipment_type_id = :a and "
-    "o.kind = (select 1) and o.thing = e.id union all select o.booking_id from occupancy o where o.kind = 11 "
-    "and "
-    "o.thing = :a";
-constexpr std::string_view typeInPast =
-    "select l.booking_id as id from booking_equipment l where l.equipment_type_id = :a and l.in_room = 0";
+constexpr FindWays byType{
+    "equipment e cross join occupancy o cross join bookings b where e.equipment_type_id = :a and o.kind = "
+    "(select 1) and o.thing = e.id and b.id = o.booking_id",
+    "occupancy o cross join bookings b where o.kind = 11 and o.thing = :a and b.id = o.booking_id"};
+constexpr FindWays byTypeInPast{
+    "booking_equipment l cross join bookings b where l.equipment_type_id = :a and l.in_room = 0 and b.id = "
+    "l.booking_id"};
+// The history of a whole desk is most of all there is.
+constexpr FindWays byReadingAll{"bookings b where true"};
 constexpr std::string_view starts = "b.starts_at >= :a and b.starts_at < :b";
 constexpr std::string_view nextMaintenance = "e.next_maintenance_on >= :a and e.next_maintenance_on < :b";
 constexpr std::string_view hasBarcode =
     "e.id in (select c.equipment_id from equipment_barcodes c where $RANGE(c.barcode))";
-constexpr std::string_view ofBarcode =
-    "select c.equipment_id as id from equipment_barcodes c where $RANGE(c.barcode)";
+constexpr FindWays byBarcode{
+    "equipment_barcodes c cross join equipment e where $RANGE(c.barcode) and e.id = c.equipment_id"};
 constexpr std::string_view keepsType =
     "(select 1 from equipment e where e.room_id = r.id and e.equipment_type_id = :a limit 1) = 1";
 constexpr std::string_view cameIn = "m.came_in_on >= :a and m.came_in_on < :b";
+constexpr std::string_view atLocation =
+    "(b.location_id = :a or b.pickup_location_id = :a or b.wanted_location_id = :a or (select q.location_id "
+    "from rooms q where q.id = b.room_id) = :a)";
 
 constexpr std::array criteria{
-    FindCriterion{Bookings, 1, Key, typeBooked, typeHeld, typeInPast},
-    FindCriterion{
-        Bookings, 4, Key,
-        "(b.location_id = :a or b.pickup_location_id = :a or b.wanted_location_id = :a or (select "
-        "q.location_id from rooms q where q.id = b.room_id) = :a)",
-        "select x.id from bookings x where x.location_id = :a $OPEN union all select x.id from bookings x "
-        "where x.pickup_location_id = :a $OPEN union all select x.id from bookings x where "
-        "x.wanted_location_id = :a $OPEN union all select x.id from rooms q cross join bookings x where "
-        "x.room_id = q.id and q.location_id = :a $OPEN",
-        "select b.id from bookings b where (b.location_id = :a or b.pickup_location_id = :a or "
-        "b.wanted_location_id = :a or (select q.location_id from rooms q where q.id = b.room_id) = :a)"},
+    FindCriterion{Bookings, 1, Key, typeBooked, byType, byTypeInPast},
+    FindCriterion{Bookings,
+                  4,
+                  Key,
+                  atLocation,
+                  {"bookings b where b.location_id = :a", "bookings b where b.pickup_location_id = :a",
+                   "bookings b where b.wanted_location_id = :a",
+                   "rooms q cross join bookings b where q.location_id = :a and b.room_id = q.id"},
+                  byReadingAll},
     FindCriterion{Bookings, 7, Day, starts},
     FindCriterion{Bookings, 8, Span, starts},
-    FindCriterion{Bookings, 11, Confirmation,
+    FindCriterion{Bookings,
+                  11,
+                  Confirmation,
                   "(b.id between :a and :b or b.id between :c and :d or b.id between :e and :f or b.id "
                   "between :g and :h)",
-                  "select x.id from bookings x where x.id between :a and :b or x.id between :c and :d or "
-                  "x.id between :e and :f or x.id between :g and :h"},
-    FindCriterion{Bookings, 12, Key, "b.room_id = :a",
-                  "select x.id from bookings x where x.room_id = :a $OPEN"},
-    FindCriterion{Bookings, 13, Key, typeBooked, typeHeld, typeInPast},
-    FindCriterion{Bookings, 14, Key, "(b.setup_staff_id = :a or b.cleanup_staff_id = :a)",
-                  "select x.id from bookings x where x.setup_staff_id = :a $OPEN union all select x.id from "
-                  "bookings x where x.cleanup_staff_id = :a $OPEN"},
+                  {"bookings b where b.id between :a and :b", "bookings b where b.id between :c and :d",
+                   "bookings b where b.id between :e and :f", "bookings b where b.id between :g and :h"}},
+    FindCriterion{Bookings, 12, Key, "b.room_id = :a", {"bookings b where b.room_id = :a"}},
+    FindCriterion{Bookings, 13, Key, typeBooked, byType, byTypeInPast},
+    FindCriterion{Bookings,
+                  14,
+                  Key,
+                  "(b.setup_staff_id = :a or b.cleanup_staff_id = :a)",
+                  {"bookings b where b.setup_staff_id = :a", "bookings b where b.cleanup_staff_id = :a"}},
     FindCriterion{
-        Bookings, 17, Code,
+        Bookings,
+        17,
+        Code,
         "(select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_id in (select "
         "c.equipment_id from equipment_barcodes c where $RANGE(c.barcode) union select g.group_id from "
         "equipment_barcodes c join equipment g on g.id = c.equipment_id where $RANGE(c.barcode)) limit 1) = "
         "1",
-        "select l.booking_id as id from booking_equipment l where l.equipment_id in (select c.equipment_id "
-        "from equipment_barcodes c where $RANGE(c.barcode) union select g.group_id from equipment_barcodes c "
-        "join equipment g on g.id = c.equipment_id where $RANGE(c.barcode))"},
+        {"equipment_barcodes c cross join booking_equipment l cross join bookings b where $RANGE(c.barcode) "
+         "and l.equipment_id = c.equipment_id and b.id = l.booking_id",
+         "equipment_barcodes c cross join equipment g cross join booking_equipment l cross join bookings b "
+         "where $RANGE(c.barcode) and g.id = c.equipment_id and l.equipment_id = g.group_id and b.id = "
+         "l.booking_id"}},
     FindCriterion{
-        Bookings, 22, Text,
+        Bookings,
+        22,
+        Text,
         "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_name) and (p.withheld = 0 or "
         "b.status in (0, 99, 999)) limit 1) = 1",
-        "select x.id from patrons p cross join bookings x where x.patron_id = p.id and $RANGE(p.search_name) "
-        "$OPEN"},
-    FindCriterion{Bookings, 23, Text,
+        {"patrons p cross join bookings b where $RANGE(p.search_name) and b.patron_id = p.id"}},
+    FindCriterion{Bookings,
+                  23,
+                  Text,
                   "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_middle) and "
                   "(p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
-                  "select x.id from patrons p cross join bookings x where x.patron_id = p.id and "
-                  "$RANGE(p.search_middle) $OPEN"},
-    FindCriterion{Bookings, 24, Text,
+                  {"patrons p cross join bookings b where $RANGE(p.search_middle) and b.patron_id = p.id"}},
+    FindCriterion{Bookings,
+                  24,
+                  Text,
                   "(select 1 from patrons p where p.id = b.patron_id and $RANGE(p.search_first) and "
                   "(p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
-                  "select x.id from patrons p cross join bookings x where x.patron_id = p.id and "
-                  "$RANGE(p.search_first) $OPEN"},
+                  {"patrons p cross join bookings b where $RANGE(p.search_first) and b.patron_id = p.id"}},
+    FindCriterion{Bookings,
+                  26,
+                  Code,
+                  "(select 1 from booking_items l join items i on i.id = l.item_id where l.booking_id = b.id "
+                  "and $RANGE(i.barcode) limit 1) = 1",
+                  {"items i cross join booking_items l cross join bookings b where $RANGE(i.barcode) and "
+                   "l.item_id = i.id and b.id = l.booking_id"}},
     FindCriterion{
-        Bookings, 26, Code,
-        "(select 1 from booking_items l join items i on i.id = l.item_id where l.booking_id = b.id "
-        "and $RANGE(i.barcode) limit 1) = 1",
-        "select l.booking_id as id from items i cross join booking_items l where l.item_id = i.id and "
-        "$RANGE(i.barcode)"},
-    FindCriterion{
-        Bookings, 27, Keys,
+        Bookings,
+        27,
+        Keys,
         "(select 1 from booking_items l where l.booking_id = b.id and l.title_id in ($KEYS) limit 1) = 1",
-        "select l.booking_id as id from ($KEYS) k cross join booking_items l where l.title_id = k.value"},
+        {"($KEYS) k cross join booking_items l cross join bookings b where l.title_id = k.value and b.id = "
+         "l.booking_id"}},
     FindCriterion{
-        Bookings, 29, Code,
+        Bookings,
+        29,
+        Code,
         "(select 1 from patron_barcodes c join patrons p on p.id = c.patron_id where c.patron_id = "
         "b.patron_id and $RANGE(c.barcode) and (p.withheld = 0 or b.status in (0, 99, 999)) limit 1) = 1",
-        "select x.id from patron_barcodes c cross join bookings x where x.patron_id = c.patron_id and "
-        "$RANGE(c.barcode) $OPEN"},
+        {"patron_barcodes c cross join bookings b where $RANGE(c.barcode) and b.patron_id = c.patron_id"}},
     FindCriterion{
-        Bookings, 30, Keys,
+        Bookings,
+        30,
+        Keys,
         "(select 1 from booking_items l where l.booking_id = b.id and l.holding_id in ($KEYS) limit 1) = 1",
-        "select l.booking_id as id from ($KEYS) k cross join holdings h cross join booking_items l where "
-        "h.id = k.value and l.title_id = h.title_id and l.holding_id = h.id"},
+        {"($KEYS) k cross join holdings h cross join booking_items l cross join bookings b where h.id = "
+         "k.value and l.title_id = h.title_id and l.holding_id = h.id and b.id = l.booking_id"}},
     FindCriterion{Equipment, 1, Key, "e.equipment_type_id = :a"},
     FindCriterion{Equipment, 2, Text, "$RANGE(e.search_number)"},
     FindCriterion{Equipment, 3, Text, "$RANGE(e.search_maker)"},
@@ -124,18 +144,20 @@ constexpr std::array criteria{
     FindCriterion{Equipment, 7, Day, nextMaintenance},
     FindCriterion{Equipment, 8, Span, nextMaintenance},
     FindCriterion{Equipment, 12, Key, "e.room_id = :a"},
-    FindCriterion{Equipment, 17, Code, hasBarcode, ofBarcode},
+    FindCriterion{Equipment, 17, Code, hasBarcode, byBarcode},
     FindCriterion{Equipment, 28, Text, "$RANGE(e.search_serial)"},
     FindCriterion{
-        Groups, 1, Key,
+        Groups,
+        1,
+        Key,
         "(select 1 from equipment n where n.group_id = e.id and n.equipment_type_id = :a limit 1) = 1",
-        "select n.group_id as id from equipment n where n.equipment_type_id = :a and n.group_id is not null"},
+        {"equipment n cross join equipment e where n.equipment_type_id = :a and e.id = n.group_id"}},
     FindCriterion{Groups, 2, Text, "$RANGE(e.search_number)"},
     FindCriterion{Groups, 4, Key, "e.location_id = :a"},
     FindCriterion{Groups, 6, Status, {}},
     FindCriterion{Groups, 12, Key, "e.room_id = :a"},
     FindCriterion{Groups, 13, Key, "e.equipment_type_id = :a"},
-    FindCriterion{Groups, 17, Code, hasBarcode, ofBarcode},
+    FindCriterion{Groups, 17, Code, hasBarcode, byBarcode},
     FindCriterion{Rooms, 1, Key, keepsType},
     FindCriterion{Rooms, 2, Text, "$RANGE(r.search_number)"},
     FindCriterion{Rooms, 4, Key, "r.location_id = :a"},
@@ -149,24 +171,32 @@ constexpr std::array criteria{
     FindCriterion{Rooms, 18, Text, "$RANGE(r.search_name)"},
     FindCriterion{Rooms, 21, Key, "r.room_type_id = :a"},
     FindCriterion{Rooms, 25, Minute, "$FREE"},
-    FindCriterion{Maintenance, 1, Key,
-                  "(select e.equipment_type_id from equipment e where e.id = m.equipment_id) = :a",
-                  "select y.id from equipment e join maintenance y on y.equipment_id = e.id where "
-                  "e.equipment_type_id = :a"},
     FindCriterion{
-        Maintenance, 2, Text,
+        Maintenance,
+        1,
+        Key,
+        "(select e.equipment_type_id from equipment e where e.id = m.equipment_id) = :a",
+        {"equipment e cross join maintenance m where e.equipment_type_id = :a and m.equipment_id = e.id"}},
+    FindCriterion{
+        Maintenance,
+        2,
+        Text,
         "(select 1 from equipment e where e.id = m.equipment_id and $RANGE(e.search_number) limit 1) = 1",
-        "select y.id from equipment e join maintenance y on y.equipment_id = e.id where "
-        "$RANGE(e.search_number)"},
+        {"equipment e cross join maintenance m where $RANGE(e.search_number) and m.equipment_id = e.id"}},
     FindCriterion{Maintenance, 7, Day, cameIn},
     FindCriterion{Maintenance, 8, Span, cameIn},
-    FindCriterion{Maintenance, 16, Key,
+    FindCriterion{Maintenance,
+                  16,
+                  Key,
                   "(select 1 from maintenance_lines y where y.maintenance_id = m.id and "
                   "y.maintenance_type_id = :a limit 1) = 1",
-                  "select y.maintenance_id as id from maintenance_lines y where y.maintenance_type_id = :a"},
-    FindCriterion{Patrons, 17, Code,
+                  {"maintenance_lines y cross join maintenance m where y.maintenance_type_id = :a and m.id = "
+                   "y.maintenance_id"}},
+    FindCriterion{Patrons,
+                  17,
+                  Code,
                   "p.id in (select c.patron_id from patron_barcodes c where $RANGE(c.barcode))",
-                  "select c.patron_id as id from patron_barcodes c where $RANGE(c.barcode)"},
+                  {"patron_barcodes c cross join patrons p where $RANGE(c.barcode) and p.id = c.patron_id"}},
     FindCriterion{Patrons, 19, Text, "$RANGE(p.search_social)"},
     FindCriterion{Patrons, 20, Text, "$RANGE(p.search_institution)"},
     FindCriterion{Patrons, 22, Text, "$RANGE(p.search_name)"},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -36,18 +37,20 @@ enum class FindForm {
 };
 
 /// One criterion of the search. Words in its SQL are written out later: "$RANGE(column)" is the condition
-/// that the text column lies from `:a` to `:b`, "$KEYS" the selection of the keys in `:a`, "$OPEN" the
-/// condition that the booking `x` is not over, which is left out where history is searched as well, "$STATUS"
-/// and "$ROOMSTATUS" the key of the status that a record shows, "$FREE" that a room can be had from `:a` to
-/// `:b`.
+/// that the text column lies from `:a` to `:b`, "$KEYS" the selection of the keys in `:a`, "$STATUS" and
+/// "$ROOMSTATUS" the key of the status that a record shows, "$FREE" that a room can be had from `:a` to `:b`.
+///
+/// A way leads to rows of the subject: "TABLES where CONDITION", the tables in the order in which they are
+/// read. Together the ways lead to all rows for which the test holds, to some more than once, and to others
+/// as well.
+using FindWays = std::array<std::string_view, 4>;
 struct FindCriterion {
   FindSubject subject;
   int number;  ///< the protocol's
   FindForm form;
   std::string_view test;  ///< on the row `b`, `e`, `r`, `m` or `p` of the subject
-  std::string_view finder =
-      {};                      ///< selects keys that contain all for which the test holds; empty: by the test
-  std::string_view past = {};  ///< the finder where history is searched as well, if it is another one
+  FindWays ways = {};     ///< none: the test finds by itself
+  FindWays past = {};     ///< where history is searched as well, if there are others
 };
 
 /// All of them, by subject.

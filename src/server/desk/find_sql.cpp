@@ -34,24 +34,23 @@ struct WordRow {
   std::string text;
 };
 
+/// Joined, PostgreSQL would read all pieces: of what went out it cannot know how little is not back.
 constexpr std::string_view thingsOut =
-    "select l.equipment_id as id from booking_equipment l where $OUT and l.equipment_id is not null union "
-    "all "
-    "select n.id from booking_equipment l join equipment n on n.group_id = l.equipment_id where $OUT union "
-    "all "
-    "select n.group_id from booking_equipment l join equipment n on n.id = l.equipment_id where $OUT and "
-    "n.group_id is not null";
+    "$LINESOUT union all select n.id from equipment n where n.group_id $AMONGOUT union all "
+    "select n.group_id from equipment n where n.id $AMONGOUT and n.group_id is not null";
+constexpr std::string_view linesOut =
+    "select l.equipment_id as id from booking_equipment l where l.charged_at is not null and l.returned_at "
+    "is null and l.in_room = 0 and l.equipment_id is not null";
 
 /// A word that is the beginning of another comes behind it, and one that is in the text of another as well.
-const std::array<WordRow, 7>& words() {
-  static const std::array<WordRow, 7> rows{
+const std::array<WordRow, 6>& words() {
+  static const std::array<WordRow, 6> rows{
       WordRow{"$LIBRARY", isOfLibrary("b.location_id")},
       WordRow{"$FREE", std::string(isFree)},
       WordRow{"$ROOMSTATUS", roomStatusKeySql()},
       WordRow{"$STATUS", equipmentStatusKeySql()},
       WordRow{"$OTHERSTATUS", "select s.equipment_id as id from equipment_statuses s union all $THINGSOUT"},
-      WordRow{"$THINGSOUT", std::string(thingsOut)},
-      WordRow{"$OUT", "l.charged_at is not null and l.returned_at is null and l.in_room = 0"}};
+      WordRow{"$THINGSOUT", std::string(thingsOut)}};
   return rows;
 }
 
@@ -79,12 +78,14 @@ void markPlaceholders(std::string& text, std::size_t mark) {
 }
 
 // "$THINGSOUT" selects what is out, with the members of a group that is out and the group of a member.
-constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)", .finder = "$THINGSOUT", .others = {}};
+constexpr StatusSql charged{.test = "e.id in ($THINGSOUT)",
+                            .ways = {"($THINGSOUT) o cross join equipment e where e.id = o.id"},
+                            .others = {}};
 // "$OTHERSTATUS" selects what has or shows a status, as one set: each of all pieces is looked for in it.
-constexpr StatusSql notCharged{.test = "e.id not in ($OTHERSTATUS)", .finder = {}, .others = "$OTHERSTATUS"};
+constexpr StatusSql notCharged{.test = "e.id not in ($OTHERSTATUS)", .ways = {}, .others = "$OTHERSTATUS"};
 constexpr StatusSql applied{
     .test = "$STATUS = :a",
-    .finder = "select s.equipment_id as id from equipment_statuses s where s.status_id = :a",
+    .ways = {"equipment_statuses s cross join equipment e where s.status_id = :a and e.id = s.equipment_id"},
     .others = {}};
 
 }  // namespace
@@ -102,13 +103,14 @@ bool hasPlaceholder(std::string_view sql, std::string_view name) {
   return false;
 }
 
-std::string writtenOut(Connection& db, std::string_view sql, const Writing& writing) {
+std::string writtenOut(Connection& db, std::string_view sql, std::size_t criterion) {
   std::string text(sql);
   for (const WordRow& each : words()) replaceAll(text, each.word, each.text);
-  replaceAll(text, "$OPEN", writing.hidesPast ? "and x.status in (0, 99, 999)" : "");
+  replaceAll(text, "$AMONGOUT", amongFew(db, linesOut));
+  replaceAll(text, "$LINESOUT", linesOut);
   replaceAll(text, "$KEYS", keysIn(db, "a"));
   writeRanges(db, text);
-  markPlaceholders(text, writing.mark);
+  markPlaceholders(text, criterion);
   return text;
 }
 

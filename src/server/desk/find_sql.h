@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "server/desk/find_criteria.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -15,19 +16,16 @@ namespace vantry::server {
 [[nodiscard]] std::string placeholder(std::size_t value, std::size_t criterion);
 [[nodiscard]] bool hasPlaceholder(std::string_view sql, std::string_view name);
 
-struct Writing {
-  std::size_t mark = 0;    ///< the place of the criterion, which its placeholders get
-  bool hidesPast = false;  ///< only bookings that are not over are asked for
-};
-/// The SQL with its words written out for the database, and with the criterion's own placeholders.
-[[nodiscard]] std::string writtenOut(Connection& db, std::string_view sql, const Writing& writing);
+/// The SQL with its words written out for the database, and with placeholders that belong to the criterion at
+/// the place.
+[[nodiscard]] std::string writtenOut(Connection& db, std::string_view sql, std::size_t criterion = 0);
 
-/// The test and the finder of a status that equipment shows. Statuses that the system sets are in no table:
+/// The test and the ways of a status that equipment shows. Statuses that the system sets are in no table:
 /// what is out is told by the bookings.
 struct StatusSql {
   std::string_view test;
-  std::string_view finder;  ///< empty: by the test
-  std::string_view others;  ///< finds what does not pass the test, where that is little; empty otherwise
+  FindWays ways;            ///< none: by the test
+  std::string_view others;  ///< selects what does not pass the test, where that is little; empty otherwise
 };
 [[nodiscard]] StatusSql sqlOfStatus(std::int64_t status);
 

@@ -133,15 +133,24 @@ std::vector<AskedCriterion> askedFor(const FindQuestion& question) {
 }
 
 constexpr const char* notOver = "b.status in (0, 99, 999)";
+// Of distinct ones PostgreSQL starts there, and with none it is at the end.
 constexpr const char* overButNotPast =
-    "select x.id as id from bookings x where x.status in (1, 2, 3, 4) and x.ends_at >= :today";
+    "(select distinct x.id from bookings x where x.status in (1, 2, 3, 4) and x.ends_at >= :today) late "
+    "cross join bookings b where b.id = late.id";
 
-/// From so many keys on, a finder is not worth counting further.
+/// From so many rows on, ways are not worth counting further.
 constexpr std::int64_t many = 400;
 
-/// What a finder gives is sorted whole: reading on behind the page tells how much there is sooner than
+/// What ways lead to is sorted whole: reading on behind the page tells how much there is sooner than
 /// finding it all again to count it.
 constexpr std::int64_t pagesOfKeys = 8;
+
+/// Ways to rows, each written out.
+using Ways = std::vector<std::string>;
+
+bool hasWays(const FindWays& ways) {
+  return !ways.front().empty();
+}
 
 std::string joined(const std::vector<std::string>& conditions, std::string_view word) {
   std::string text;
@@ -165,17 +174,17 @@ class FindSearch::Impl {
       : db_(db),
         question_(question),
         subject_(subjectOf(question.subject)),
-        whole_(writtenOut(db, subject_.whole, {})),
-        scope_(writtenOut(db, scopeTest(question), {})),
+        whole_(writtenOut(db, subject_.whole)),
+        scope_(writtenOut(db, scopeTest(question))),
         asked_(askedFor(question)),
         limit_(db, question.longest) {
-    planForSearch(db);
+    plan();
     hits_ = makeHits();
   }
 
   /// The rows of so few keys are read in whatever way the database likes best.
   [[nodiscard]] IdSelect page() {
-    const std::int64_t limit = question_.most * (hasFinder() ? pagesOfKeys : 1);
+    const std::int64_t limit = question_.most * (isByWays() ? pagesOfKeys : 1);
     const std::string sql =
         "select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " + std::to_string(limit);
     std::vector<std::int64_t> keys;
@@ -189,12 +198,12 @@ class FindSearch::Impl {
     }
     if (found < limit) count_ = found;
     planAsUsual(db_);
-    return {keysIn(db_, "found"), [list = keysText(keys)](Query& rows) { rows.bind("found", list); }};
+    return {manyKeysIn(db_, "found"), [list = keysText(keys)](Query& rows) { rows.bind("found", list); }};
   }
 
   [[nodiscard]] std::int64_t count() {
     if (count_) return *count_;
-    planForSearch(db_);
+    plan();
     const std::string_view others = othersSql();
     const std::int64_t count =
         others.empty() ? countOf("select count(*) from (" + hits_ + ") hit") : countBut(others);
@@ -207,27 +216,27 @@ class FindSearch::Impl {
     return question_.subject == FindSubject::Bookings && !question_.history;
   }
 
-  /// The SQL with its words written out, and with placeholders that belong to the criterion.
-  [[nodiscard]] std::string written(std::string_view sql, std::size_t place) const {
-    return writtenOut(db_, sql, {.mark = place, .hidesPast = hidesPast()});
-  }
+  /// Ways say by themselves in which order and by which index; what finds rows otherwise depends on the
+  /// values.
+  void plan() const { isByWays() ? planInOrder(db_) : planForSearch(db_); }
 
   [[nodiscard]] std::string test(std::size_t place) const {
     const AskedCriterion& asked = asked_[place];
-    return written(isStatus(asked) ? statusOf(asked).test : asked.criterion->test, place);
+    return writtenOut(db_, isStatus(asked) ? statusOf(asked).test : asked.criterion->test, place);
   }
 
-  /// Empty where the test itself finds the rows.
-  [[nodiscard]] std::string_view finderSql(const AskedCriterion& asked) const {
-    if (!hidesPast() && !asked.criterion->past.empty()) return asked.criterion->past;
-    return isStatus(asked) ? statusOf(asked).finder : asked.criterion->finder;
+  [[nodiscard]] FindWays waysFor(const AskedCriterion& asked) const {
+    if (!hidesPast() && hasWays(asked.criterion->past)) return asked.criterion->past;
+    return isStatus(asked) ? statusOf(asked).ways : asked.criterion->ways;
   }
 
-  [[nodiscard]] std::string finder(std::size_t place) const {
-    const std::string_view sql = finderSql(asked_[place]);
-    if (!sql.empty()) return written(sql, place);
-    return "select " + std::string(subject_.key) + " as id from " + std::string(subject_.row) +
-           where({whole_, hidesPast() ? notOver : "", test(place)});
+  [[nodiscard]] Ways waysOf(std::size_t place) const {
+    Ways ways;
+    for (const std::string_view each : waysFor(asked_[place])) {
+      if (!each.empty()) ways.push_back(writtenOut(db_, each, place));
+    }
+    if (ways.empty()) ways.push_back(std::string(subject_.row) + where({whole_, test(place)}));
+    return ways;
   }
 
   [[nodiscard]] std::string tests() const {
@@ -237,15 +246,16 @@ class FindSearch::Impl {
     return question_.any && all.size() > 1 ? "(" + text + ")" : text;
   }
 
-  /// The finder that gives the fewest keys, as far as it is worth to count them.
-  [[nodiscard]] std::string bestFinder() const {
-    std::string best;
+  /// Those that lead to the fewest rows, as far as it is worth to count them.
+  [[nodiscard]] Ways bestWays() const {
+    Ways best;
     std::int64_t fewest = many + 1;
     for (std::size_t place = 0; place < asked_.size(); ++place) {
-      const std::string candidate = finder(place);
+      const Ways candidate = waysOf(place);
       if (asked_.size() == 1) return candidate;
-      const std::int64_t count = countOf("select count(*) from (select 1 from (" + candidate + ") f limit " +
-                                         std::to_string(many) + ") k");
+      const std::int64_t count =
+          countOf("select count(*) from (" + alongAll(candidate, "1", {hidesPast() ? notOver : ""}) +
+                  " limit " + std::to_string(many) + ") k");
       if (count < fewest) best = candidate;
       fewest = std::min(fewest, count);
       if (fewest == 0) break;
@@ -253,33 +263,59 @@ class FindSearch::Impl {
     return best;
   }
 
-  [[nodiscard]] std::string allFinders() const {
-    std::string all;
-    for (std::size_t place = 0; place < asked_.size(); ++place)
-      all += (place == 0 ? "select f.id from (" : " union all select f.id from (") + finder(place) + ") f";
+  /// What the ways of one criterion lead to is judged by that criterion: the others have ways of their own.
+  [[nodiscard]] Ways allWays() const {
+    Ways all;
+    for (std::size_t place = 0; place < asked_.size(); ++place) {
+      for (const std::string& each : waysOf(place)) all.push_back(each + " and " + test(place));
+    }
     return all;
   }
 
-  /// Rows of the subject with key and place, among the keys of the finder where there is one.
-  [[nodiscard]] std::string rows(const std::string& finder, const char* condition) const {
-    const std::string key(subject_.key);
-    std::string sql = "select " + key + " as id, " + std::string(subject_.order) + " as place from ";
-    // The order of the join is told: who has found the keys has found the rows.
-    if (!finder.empty()) sql += "(select distinct f.id from (" + finder + ") f) d cross join ";
-    return sql + std::string(subject_.row) +
-           where({finder.empty() ? "" : key + " = d.id", whole_, condition, scope_, tests()});
+  /// Selects those rows at the ends of the ways that fulfil the conditions.
+  [[nodiscard]] static std::string alongAll(const Ways& ways, const std::string& columns,
+                                            const std::vector<std::string>& conditions) {
+    const std::string also = joined(conditions, "and");
+    std::string sql;
+    for (const std::string& each : ways) {
+      sql += (sql.empty() ? "select " : " union all select ") + columns + " from " + each;
+      if (!also.empty()) sql += " and " + also;
+    }
+    return sql;
   }
 
-  /// A single criterion without a finder of its own is one condition on the rows.
-  [[nodiscard]] bool hasFinder() const {
-    return asked_.size() > 1 || (asked_.size() == 1 && !finderSql(asked_.front()).empty());
+  [[nodiscard]] std::string columns() const {
+    return std::string(subject_.key) + " as id, " + std::string(subject_.order) + " as place";
+  }
+
+  /// Rows with key and place, found by all conditions together.
+  [[nodiscard]] std::string rows() const {
+    return "select " + columns() + " from " + std::string(subject_.row) +
+           where({whole_, hidesPast() ? notOver : "", scope_, tests()});
+  }
+
+  /// The same at the ends of the ways, for which the whole is no way of its own.
+  [[nodiscard]] std::string rowsAlong(const Ways& ways, const std::string& also) const {
+    const std::string judged = whole_.empty() ? "" : "(" + whole_ + ") = true";
+    return alongAll(ways, columns(), {judged, scope_, also});
+  }
+
+  [[nodiscard]] std::string rowsByWays() const {
+    const std::string open = hidesPast() ? notOver : "";
+    if (question_.any) return rowsAlong(allWays(), open);
+    return rowsAlong(bestWays(), joined({open, tests()}, "and"));
+  }
+
+  /// A single criterion without ways is one condition on the rows.
+  [[nodiscard]] bool isByWays() const {
+    return asked_.size() > 1 || (asked_.size() == 1 && hasWays(waysFor(asked_.front())));
   }
 
   [[nodiscard]] std::string makeHits() const {
-    std::string finder;
-    if (hasFinder()) finder = question_.any ? allFinders() : bestFinder();
-    if (!hidesPast()) return rows(finder, "");
-    return rows(finder, notOver) + " union all " + rows(overButNotPast, "");
+    std::string all = isByWays() ? rowsByWays() : rows();
+    if (hidesPast()) all += " union all " + rowsAlong({overButNotPast}, tests());
+    // Several ways lead to the same row, and one way does by each of several things.
+    return isByWays() ? "select distinct found.id, found.place from (" + all + ") found" : all;
   }
 
   [[nodiscard]] std::int64_t countOf(const std::string& sql) const {
@@ -302,7 +338,7 @@ class FindSearch::Impl {
       return "select count(*) from " + std::string(subject_.row) + where({whole_, scope_, condition});
     };
     return countOf(rowsThat({})) -
-           countOf(rowsThat(std::string(subject_.key) + " in (" + written(found, 0) + ")"));
+           countOf(rowsThat(std::string(subject_.key) + " in (" + writtenOut(db_, found) + ")"));
   }
 
   /// Binds what is in the SQL.

@@ -47,16 +47,18 @@ void visitPatronsAmong(Connection& db, const IdSelect& ids,
                        const std::function<void(const FoundPatron&)>& visit) {
   const std::string sql =
       "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name, "
-      "p.social_number, p.institution_id from patrons p left join patron_barcodes c on c.id = "
-      "(select x.id from patron_barcodes x join barcode_statuses y on y.id = x.status_id where "
-      "x.patron_id = p.id order by y.active desc, x.id limit 1) "
+      "p.social_number, p.institution_id from patrons p left join patron_barcodes c on c.patron_id = p.id "
       "left join patron_groups g on g.id = c.patron_group_id left join barcode_statuses s on s.id = "
-      "c.status_id "
-      "where p.id in (" +
-      ids.sql + ") order by p.last_name, p.first_name, p.id";
+      "c.status_id where p.id in (" +
+      ids.sql + ") order by p.last_name, p.first_name, p.id, s.active desc, c.id";
   Query query(db, sql);
   ids.bind(query);
-  visitFound(query, visit);
+  // With all cards, of which the first is the one to show: sooner than looking for it with each patron.
+  std::int64_t last = 0;
+  visitFound(query, [&](const FoundPatron& row) {
+    if (row.card.patronId != last) visit(row);
+    last = row.card.patronId;
+  });
 }
 
 std::vector<PatronCard> cardsOf(Connection& db, std::int64_t patronId) {

@@ -97,6 +97,10 @@ void planByIndexes(Connection& db) {
   setPlanning(db, {.cache = "force_generic_plan", .otherJoins = "off", .reordered = usual});
 }
 
+void planInOrder(Connection& db) {
+  setPlanning(db, {.cache = "force_generic_plan", .otherJoins = "off", .reordered = "1"});
+}
+
 void planAsUsual(Connection& db) {
   setPlanning(db, {.cache = "force_generic_plan", .otherJoins = "on", .reordered = usual});
 }
@@ -106,6 +110,19 @@ std::string keysIn(Connection& db, std::string_view name) {
   if (db.dialect().kind == Dialect::Kind::Sqlite) return "select value from json_each(" + value + ")";
   // Of an array the planner knows how long it is.
   return "select value from unnest(cast(translate(" + value + ", '[]', '{}') as bigint[])) value";
+}
+
+std::string manyKeysIn(Connection& db, std::string_view name) {
+  if (db.dialect().kind == Dialect::Kind::Sqlite) return keysIn(db, name);
+  // Of a text the planner expects a thousand parts.
+  return "select cast(value as bigint) from string_to_table(translate(:" + std::string(name) +
+         ", '[]', ''), ',') value";
+}
+
+std::string amongFew(Connection& db, std::string_view select) {
+  const std::string text(select);
+  // Of an array the planner expects ten.
+  return db.dialect().kind == Dialect::Kind::Sqlite ? "in (" + text + ")" : "= any(array(" + text + "))";
 }
 
 std::string keysText(std::span<const std::int64_t> keys) {

@@ -64,12 +64,21 @@ void planForSearch(Connection& db);
 /// Lets them be planned once, in the order that is best for any values, and reach joined rows one by one by
 /// their indexes.
 void planByIndexes(Connection& db);
+/// The same with tables joined in the order of the statement.
+void planInOrder(Connection& db);
 /// Statements are planned once, and joins made as ever, again.
 void planAsUsual(Connection& db);
 
 /// The keys of a text of the form "[1,2,3]", bound under that name, as a selection of one column "value".
 [[nodiscard]] std::string keysIn(Connection& db, std::string_view name);
 [[nodiscard]] std::string keysText(std::span<const std::int64_t> keys);
+
+/// The same for so many that joined tables that are small are better read whole than looked into for each.
+[[nodiscard]] std::string manyKeysIn(Connection& db, std::string_view name);
+
+/// The condition that the column before it is among the keys that the SQL selects, of which there are few
+/// though the planner may think otherwise.
+[[nodiscard]] std::string amongFew(Connection& db, std::string_view select);
 
 /// An id as it is stored: 0 points nowhere.
 inline std::optional<std::int64_t> orNothing(std::int64_t id) {
