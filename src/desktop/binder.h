@@ -14,6 +14,7 @@ class QWidget;
 namespace vantry {
 
 class Binder;
+class Frame;
 
 /// What a binder needs of its window.
 class Host {
@@ -23,6 +24,8 @@ class Host {
   virtual void flushLater() = 0;
   /// Keeps the window's size until the next `flush`: what is hidden for what is shown may follow.
   virtual void holdSize() = 0;
+  /// Makes what stands in a frame that was hidden until now.
+  virtual void fill(Frame& frame) = 0;
   /// Runs an event of the platform's. It must be the caller's last action: the window may no longer exist
   /// after it.
   virtual void act(const std::function<void()>& event) = 0;

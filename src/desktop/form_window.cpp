@@ -116,8 +116,26 @@ void FormWindow::buildControls(const Container& container, QWidget* parent) {
         isBar(control->kind()) || std::find(placed.begin(), placed.end(), control) != placed.end();
     if (!shows) continue;
     QWidget* widget = makeWidget(*control, parent);
-    if (widget && control->kind() == ControlKind::Frame) buildControls(*static_cast<Frame*>(control), widget);
+    if (!widget || control->kind() != ControlKind::Frame) continue;
+    auto& frame = *static_cast<Frame*>(control);
+    if (waits(frame)) continue;
+    filled_.insert(&frame);
+    buildControls(frame, widget);
   }
+}
+
+bool FormWindow::waits(const Frame& frame) const {
+  return frame.FillsWhenShown && !frame.Visible && !filled_.contains(&frame);
+}
+
+void FormWindow::fill(Frame& frame) {
+  if (!filled_.insert(&frame).second) return;
+  const std::size_t before = binders_.size();
+  buildControls(frame, widgetOf(frame));
+  arrangeFrame(frame);
+  arrangeFrames(frame);
+  for (std::size_t i = before; i < binders_.size(); ++i) binders_[i]->bind();
+  nameControls();
 }
 
 QWidget* FormWindow::makeWidget(Control& control, QWidget* parent) {
@@ -180,13 +198,25 @@ void FormWindow::arrange() {
   for (Control* bar : right) middle_->addWidget(widgetOf(*bar));
   const bool dialog = !menus_ || !menus_->bar();
   arrangeContainer(*body_, inner, (dialog ? 3 : 2) * style::kUnit, find);
-  for (const auto& [control, binder] : byControl_) {
-    if (control->kind() != ControlKind::Frame) continue;
-    const auto& frame = static_cast<const Frame&>(*control);
-    arrangeContainer(binder->widget(), frame.Layout, frame.BorderStyle == 0 ? 0 : 2 * style::kUnit, find);
-  }
+  arrangeFrames(form_);
   layout()->setSizeConstraint(form_.Resizable ? QLayout::SetDefaultConstraint : QLayout::SetFixedSize);
   nameControls();
+}
+
+void FormWindow::arrangeFrame(const Frame& frame) {
+  const WidgetOf find = [this](Control& control) { return widgetOf(control); };
+  const int margin = frame.BorderStyle == 0 ? 0 : 2 * style::kUnit;
+  arrangeContainer(binderOf(frame)->widget(), frame.Layout, margin, find);
+}
+
+void FormWindow::arrangeFrames(const Container& container) {
+  for (const Control* control : container.Controls()) {
+    if (control->kind() != ControlKind::Frame || !binderOf(*control)) continue;
+    const auto& frame = static_cast<const Frame&>(*control);
+    if (waits(frame)) continue;
+    arrangeFrame(frame);
+    arrangeFrames(frame);
+  }
 }
 
 /// The names of controls that have neither a label nor a text of their own.

@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "desktop/binder.h"
@@ -51,6 +52,7 @@ class FormWindow : public QWidget, public Host {
 
   void flushLater() override;
   void holdSize() override;
+  void fill(Frame& frame) override;
   void act(const std::function<void()>& event) override;
   void popupAt(const QPoint& position) override { popupPosition_ = position; }
   int paintInterval() const override;
@@ -65,7 +67,11 @@ class FormWindow : public QWidget, public Host {
   void build();
   void buildControls(const Container& container, QWidget* parent);
   QWidget* makeWidget(Control& control, QWidget* parent);
+  /// Whether what stands in the frame is made only when the frame is first shown.
+  bool waits(const Frame& frame) const;
   void arrange();
+  void arrangeFrame(const Frame& frame);
+  void arrangeFrames(const Container& container);
   void nameControls();
   void showCaption();
   void update(Aspect aspect);
@@ -92,6 +98,7 @@ class FormWindow : public QWidget, public Host {
   std::vector<std::unique_ptr<Binder>> binders_;
   std::unordered_map<const Control*, Binder*> byControl_;
   std::unordered_map<const QWidget*, Control*> byWidget_;
+  std::unordered_set<const Frame*> filled_;  ///< frames whose controls have their widgets
   QPoint popupPosition_;
   QElapsedTimer busy_;
   QElapsedTimer lastPaint_;

@@ -20,6 +20,7 @@ class FrameBinder : public Binder {
       widget_.setFlat(frame_.BorderStyle == 0);
       if (widget_.layout()) giveDistances();
     }
+    if (aspect == Aspect::Visible && frame_.Visible) host().fill(frame_);
     Binder::update(aspect);
   }
 

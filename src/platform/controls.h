@@ -179,6 +179,8 @@ class Frame : public Control, public Container {
   Frame(Container& parent, std::string name, std::string caption = {}, int border = 1);
   Property<std::string> Caption{*this, Aspect::Caption};
   Property<int> BorderStyle{*this, Aspect::State, 1};
+  /// One of many of which an operator sees some: what stands in it is made when it is first shown.
+  bool FillsWhenShown = false;
   bool reachable() const override { return usable(); }
 
   using Container::form;

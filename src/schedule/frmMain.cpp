@@ -12,7 +12,7 @@ namespace vantry {
 static constexpr int kTickMilliseconds = 1000;
 
 MainFrames::MainFrames(Form& form) {
-  for (const ViewRow& view : viewTable()) array(view.array).add(form);
+  for (const ViewRow& view : viewTable()) array(view.array).add(form).FillsWhenShown = true;
 }
 
 ControlArray<Frame>& MainFrames::array(FrameArray which) {

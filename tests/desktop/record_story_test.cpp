@@ -248,6 +248,7 @@ TEST_F(RecordStory, AMemberThatIsMadeInTheGroupsPaneIsListedThere) {
   EXPECT_EQ(rowsOf("fa(4)"), 1);
   const Grid& groups = viewAs<InventoryView>(mainWindow(), ViewId::Groups).fa;
   EXPECT_EQ(groups.TextMatrix(groups.Row, 1), "Y");
+  open(ViewId::Equipment);
   EXPECT_EQ(node("tvwDB(0)", "Television"), "Television (27)");
 }
 
@@ -486,6 +487,7 @@ struct EmptyShelvesStory : RecordStory {
 
 TEST_F(EmptyShelvesStory, AnInventoryIsBuiltUpByHand) {
   startAs("admin", 3);
+  open(ViewId::Rooms);
   EXPECT_EQ(node("tvwDB(2)", "Classroom"), "Classroom (0)");
   openList(ViewId::Equipment, kEquipment, "Television");
   auto& homeless = openNew<frmEquipment>(kEquipment);

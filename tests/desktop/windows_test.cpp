@@ -373,6 +373,26 @@ TEST_F(WindowsTest, BarsTellWhatWasChosen) {
   EXPECT_EQ(form.log, "7 202 staff ");
 }
 
+TEST_F(WindowsTest, AFrameOfManyIsFilledWhenItIsFirstShown) {
+  form.fraSecond.FillsWhenShown = true;
+  show(form);
+  EXPECT_EQ(window(form).findChild<QLabel*>("lblSecond"), nullptr);
+  form.lblSecond.Caption = "Later";
+  form.fraFirst.Visible = false;
+  form.fraSecond.Visible = true;
+  desktop.handleEvents();
+  const QLabel& made = find<QLabel>(form, "lblSecond");
+  EXPECT_EQ(made.text(), "Later");
+  EXPECT_TRUE(made.isVisible());
+  EXPECT_FALSE(made.geometry().isEmpty());
+  form.fraSecond.Visible = false;
+  form.lblSecond.Caption = "Hidden";
+  form.fraSecond.Visible = true;
+  desktop.handleEvents();
+  EXPECT_EQ(&find<QLabel>(form, "lblSecond"), &made);
+  EXPECT_EQ(made.text(), "Hidden");
+}
+
 TEST_F(WindowsTest, TheStatusBarShowsTheLastOfManyTexts) {
   show(form);
   auto& panel = find<QLabel>(form, "panel(2)");
