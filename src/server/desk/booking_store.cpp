@@ -112,20 +112,32 @@ Moment nextStamp(Moment last, Moment now) {
   return std::max(now, last + 1);
 }
 
-void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp,
-                      const std::optional<MomentColumns>& also) {
-  std::string sql =
-      "update bookings set status = :status, updated_at = :updated_at, updated_by = :updated_by, "
-      "updated_location = :updated_location";
-  if (also) sql.append(", ").append(also->sql);
-  Query query(db, sql + " where id = :id");
-  query.bind("status", static_cast<int>(status))
-      .bind("updated_at", stamp.at)
+static void writeStamped(Connection& db, std::int64_t bookingId, const Stamp& stamp, std::string_view also,
+                         const std::function<void(Query&)>& bindAlso) {
+  Query query(db,
+              "update bookings set updated_at = :updated_at, updated_by = :updated_by, updated_location = "
+              ":updated_location" +
+                  std::string(also) + " where id = :id");
+  query.bind("updated_at", stamp.at)
       .bind("updated_by", stamp.operatorId)
       .bind("updated_location", stamp.locationId)
       .bind("id", bookingId);
-  if (also) query.bind("at", also->at);
+  bindAlso(query);
   query.later();
+}
+
+void markChanged(Connection& db, std::int64_t bookingId, const Stamp& stamp) {
+  writeStamped(db, bookingId, stamp, {}, [](Query&) {});
+}
+
+void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp,
+                      const std::optional<MomentColumns>& also) {
+  std::string columns = ", status = :status";
+  if (also) columns.append(", ").append(also->sql);
+  writeStamped(db, bookingId, stamp, columns, [&](Query& query) {
+    query.bind("status", static_cast<int>(status));
+    if (also) query.bind("at", also->at);
+  });
 }
 
 void deleteBooking(Connection& db, std::int64_t bookingId) {

@@ -83,8 +83,9 @@ struct Stamp {
 /// moved.
 [[nodiscard]] Moment nextStamp(Moment last, Moment now);
 
-/// Columns that a change of status sets with it, as SQL that names the moment ":at". One statement for all:
-/// each that touches a booking goes through its indexes.
+/// Writes who changed the booking, and when. The status stays unnamed: naming it writes all its indexes.
+void markChanged(Connection& db, std::int64_t bookingId, const Stamp& stamp);
+/// Columns that a change of status sets with it, as SQL that names the moment ":at".
 struct MomentColumns {
   std::string_view sql;
   Moment at = 0;

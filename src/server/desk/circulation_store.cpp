@@ -197,16 +197,16 @@ void takeFrom(Connection& db, const DeskBooking& booking, Moment from) {
   for (const auto& [each, lineId] : things) take(db, early, each, lineId);
 }
 
-void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp) {
+void markCharged(Connection& db, const DeskBooking& booking, Moment at, const Stamp& stamp) {
   Query pieces(db, "update booking_equipment set charged_at = :at where booking_id = :booking_id");
-  pieces.bind("at", stamp.at).bind("booking_id", booking.id).later();
+  pieces.bind("at", at).bind("booking_id", booking.id).later();
   Query items(db, "update booking_items set charged_at = :at where booking_id = :booking_id");
-  items.bind("at", stamp.at).bind("booking_id", booking.id).later();
+  items.bind("at", at).bind("booking_id", booking.id).later();
   // Only a room that the library schedules is handed over; a delivery's room is just its address.
   setBookingStatus(db, booking.id, BookingStatus::Charged, stamp,
                    MomentColumns{"charged_at = :at, room_charged_at = case when booking_type = 1 and room_id "
                                  "is not null then :at else room_charged_at end",
-                                 stamp.at});
+                                 at});
 }
 
 void markPieceReturned(Connection& db, std::int64_t lineId, Moment at) {

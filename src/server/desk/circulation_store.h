@@ -85,7 +85,7 @@ void releaseRoom(Connection& db, const DeskBooking& booking);
 void takeFrom(Connection& db, const DeskBooking& booking, Moment from);
 
 /// Everything of the booking is handed out at the moment.
-void markCharged(Connection& db, const DeskBooking& booking, const Stamp& stamp);
+void markCharged(Connection& db, const DeskBooking& booking, Moment at, const Stamp& stamp);
 
 void markPieceReturned(Connection& db, std::int64_t lineId, Moment at);
 void markItemReturned(Connection& db, std::int64_t lineId, Moment at);

@@ -53,8 +53,7 @@ class Charger {
                       .operatorId = context_.session.operatorId,
                       .locationId = context_.session.locationId};
     takeFrom(db_, booking_, context_.now);
-    markCharged(db_, booking_, {context_.now, stamp.operatorId, stamp.locationId});
-    if (stamp.at != context_.now) setBookingStatus(db_, booking_.id, BookingStatus::Charged, stamp);
+    markCharged(db_, booking_, context_.now, stamp);
     addNotes();
     return reply_;
   }

@@ -141,7 +141,7 @@ Reply discharge(Context& context, const Message& message) {
   } else {
     for (const ItemLine& line : returned.items) freeItemOf(context.db, line.id);
     for (const PieceLine& line : returned.pieces) freePieceOf(context.db, line.id);
-    setBookingStatus(context.db, booking->id, booking->status, stamp);
+    markChanged(context.db, booking->id, stamp);
   }
   Reply reply;
   addNotes(reply, context, *booking, returned);
