@@ -34,9 +34,12 @@ TEST_P(CirculationRequests, ChargesAndTakesBackLineByLine) {
             "0||IM=1 MEDBAR=M1 TITL=Volcanoes|BNO=E1 EID=1 ENO=TV1 ETY=Television|BNO=E3 EID=3 ENO=PRJ1 "
             "ETY=Projector");
   EXPECT_EQ(send("VERCAN", "BOOKID=" + id).rc, 114);
+  const std::string asCharged = "BOOKID=" + id + "; UDT=2026-03-02 09:00:01";
+  EXPECT_EQ(send("CHKUPD", asCharged).rc, 0);
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").text(), "0||ENO=TV1 PMSG=Count the cables.");
   EXPECT_EQ(status(id), "99");
   EXPECT_EQ(taken(), "2") << "what is back is free again";
+  EXPECT_EQ(send("CHKUPD", asCharged).rc, 180) << "an open editor hears of it";
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; EID=1").rc, 7) << "another desk was quicker";
   EXPECT_EQ(send("DBK", "BOOKID=" + id + "; IM=1; EID=9").rc, 7);
   EXPECT_EQ(send("BND", "BOOKID=" + id).all("EID"), "3") << "a refused discharge takes nothing back";
