@@ -104,7 +104,7 @@ void FormWindow::build() {
     if (control->kind() == ControlKind::StatusBar) outer->addWidget(&binderOf(*control)->widget());
   }
   arrange();
-  for (const auto& binder : binders_) binder->bind();
+  bindFrom(0);
 }
 
 /// Makes the widgets in the order of the controls, which becomes their tab order.
@@ -124,6 +124,11 @@ void FormWindow::buildControls(const Container& container, QWidget* parent) {
   }
 }
 
+/// Binders may come in the meantime: a frame that shows makes what stands in it.
+void FormWindow::bindFrom(std::size_t first) {
+  for (std::size_t i = first; i < binders_.size(); ++i) binders_[i]->bind();
+}
+
 bool FormWindow::waits(const Frame& frame) const {
   return frame.FillsWhenShown && !frame.Visible && !filled_.contains(&frame);
 }
@@ -134,7 +139,7 @@ void FormWindow::fill(Frame& frame) {
   buildControls(frame, widgetOf(frame));
   arrangeFrame(frame);
   arrangeFrames(frame);
-  for (std::size_t i = before; i < binders_.size(); ++i) binders_[i]->bind();
+  bindFrom(before);
   nameControls();
 }
 
@@ -307,7 +312,7 @@ void FormWindow::update(Aspect aspect) {
     case Aspect::Structure: {
       const std::size_t before = binders_.size();
       arrange();
-      for (std::size_t i = before; i < binders_.size(); ++i) binders_[i]->bind();
+      bindFrom(before);
       break;
     }
     default:

@@ -69,6 +69,8 @@ class FormWindow : public QWidget, public Host {
   QWidget* makeWidget(Control& control, QWidget* parent);
   /// Whether what stands in the frame is made only when the frame is first shown.
   bool waits(const Frame& frame) const;
+  /// Binds the binders from that place on.
+  void bindFrom(std::size_t first);
   void arrange();
   void arrangeFrame(const Frame& frame);
   void arrangeFrames(const Container& container);

@@ -112,32 +112,32 @@ Moment nextStamp(Moment last, Moment now) {
   return std::max(now, last + 1);
 }
 
-static void writeStamped(Connection& db, std::int64_t bookingId, const Stamp& stamp, std::string_view also,
-                         const std::function<void(Query&)>& bindAlso) {
-  Query query(db,
-              "update bookings set updated_at = :updated_at, updated_by = :updated_by, updated_location = "
-              ":updated_location" +
-                  std::string(also) + " where id = :id");
+static constexpr const char* setStamp =
+    "update bookings set updated_at = :updated_at, updated_by = :updated_by, updated_location = "
+    ":updated_location";
+
+static void bindStamp(Query& query, std::int64_t bookingId, const Stamp& stamp) {
   query.bind("updated_at", stamp.at)
       .bind("updated_by", stamp.operatorId)
       .bind("updated_location", stamp.locationId)
       .bind("id", bookingId);
-  bindAlso(query);
-  query.later();
 }
 
 void markChanged(Connection& db, std::int64_t bookingId, const Stamp& stamp) {
-  writeStamped(db, bookingId, stamp, {}, [](Query&) {});
+  Query query(db, std::string(setStamp) + " where id = :id");
+  bindStamp(query, bookingId, stamp);
+  query.later();
 }
 
 void setBookingStatus(Connection& db, std::int64_t bookingId, BookingStatus status, const Stamp& stamp,
                       const std::optional<MomentColumns>& also) {
-  std::string columns = ", status = :status";
-  if (also) columns.append(", ").append(also->sql);
-  writeStamped(db, bookingId, stamp, columns, [&](Query& query) {
-    query.bind("status", static_cast<int>(status));
-    if (also) query.bind("at", also->at);
-  });
+  std::string sql = std::string(setStamp) + ", status = :status";
+  if (also) sql.append(", ").append(also->sql);
+  Query query(db, sql + " where id = :id");
+  bindStamp(query, bookingId, stamp);
+  query.bind("status", static_cast<int>(status));
+  if (also) query.bind("at", also->at);
+  query.later();
 }
 
 void deleteBooking(Connection& db, std::int64_t bookingId) {
