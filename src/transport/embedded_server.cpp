@@ -4,9 +4,6 @@
 
 namespace vantry {
 
-/// One client keeps one connection; a few more for whoever looks at the same library meanwhile.
-static constexpr int kThreads = 8;
-
 EmbeddedServer::EmbeddedServer(const Options& options) {
   std::error_code ignored;  // a folder that cannot be made shows when the database is opened
   std::filesystem::create_directories(options.database.parent_path(), ignored);
@@ -14,7 +11,7 @@ EmbeddedServer::EmbeddedServer(const Options& options) {
   createDemoDatabase(options.database.string(), options.demo);
   Server::Options server;
   server.database = options.database.string();
-  server.threads = kThreads;
+  server.threads = 0;  // its one client waits for each answer, so that to hand requests over only takes time
   server.trustsClock = true;  // nobody is there to answer when a library was left alone for days
   server.port = options.port;
   server.quickHashes = options.quickHashes;

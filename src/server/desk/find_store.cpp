@@ -300,10 +300,14 @@ class FindSearch::Impl {
     return alongAll(ways, columns(), {judged, scope_, also});
   }
 
-  [[nodiscard]] std::string rowsByWays() const {
+  [[nodiscard]] std::string rowsByWays(const Ways& ways) const {
     const std::string open = hidesPast() ? notOver : "";
-    if (question_.any) return rowsAlong(allWays(), open);
-    return rowsAlong(bestWays(), joined({open, tests()}, "and"));
+    return rowsAlong(ways, question_.any ? open : joined({open, tests()}, "and"));
+  }
+
+  /// Several ways lead to the same row, and one way does by each of several things.
+  [[nodiscard]] bool mayRepeat(const Ways& ways) const {
+    return ways.size() > 1 || !ways.front().starts_with(std::string(subject_.row) + " where");
   }
 
   /// A single criterion without ways is one condition on the rows.
@@ -312,10 +316,11 @@ class FindSearch::Impl {
   }
 
   [[nodiscard]] std::string makeHits() const {
-    std::string all = isByWays() ? rowsByWays() : rows();
+    const Ways ways = !isByWays() ? Ways() : question_.any ? allWays() : bestWays();
+    std::string all = ways.empty() ? rows() : rowsByWays(ways);
     if (hidesPast()) all += " union all " + rowsAlong({overButNotPast}, tests());
-    // Several ways lead to the same row, and one way does by each of several things.
-    return isByWays() ? "select distinct found.id, found.place from (" + all + ") found" : all;
+    if (ways.empty() || !mayRepeat(ways)) return all;
+    return "select distinct found.id, found.place from (" + all + ") found";
   }
 
   [[nodiscard]] std::int64_t countOf(const std::string& sql) const {

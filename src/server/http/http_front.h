@@ -16,14 +16,15 @@ struct HttpOptions {
   int port = 0;             ///< 0 takes any free one
   std::string certificate;  ///< PEM file; empty for plain HTTP
   std::string key;          ///< PEM file
-  int threads = 8;          ///< requests that are worked on at one time
+  int threads = 8;          ///< requests that are worked on at one time; 0: each as it comes, by the one
+                            ///< thread that reads them
   HttpLimits limits;
   std::vector<std::string> trustedProxies;  ///< addresses or networks whose X-Forwarded-For is believed
   std::function<MailFigures()> mail = {};   ///< what the figures tell of mail; empty for nothing
 };
 
 /// Speaks HTTP for a RequestRunner. One thread reads and writes on all connections, so that an idle one costs
-/// nothing but memory; requests that have arrived whole are worked on by others.
+/// nothing but memory; requests that have arrived whole are worked on by others, if there are any.
 class HttpFront {
  public:
   /// Starts the workers. Throws std::runtime_error when they, or the certificate, cannot be had.

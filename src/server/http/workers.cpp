@@ -7,7 +7,8 @@
 
 namespace vantry::server {
 
-Workers::Workers(int threads, std::size_t mostWaiting) : mostWaiting_(mostWaiting) {
+Workers::Workers(int threads, std::size_t mostWaiting)
+    : hasThreads_(threads > 0), mostWaiting_(mostWaiting) {
   try {
     for (int each = 0; each < threads; ++each) threads_.emplace_back([this] { run(); });
   } catch (const std::system_error&) {
@@ -25,9 +26,9 @@ bool Workers::take(Work work) {
   {
     const std::lock_guard lock(mutex_);
     if (stopping_ || waiting_.size() >= mostWaiting_) return false;
-    waiting_.push_back(std::move(work));
+    if (hasThreads_) waiting_.push_back(std::move(work));
   }
-  wake_.notify_one();
+  hasThreads_ ? wake_.notify_one() : work();
   return true;
 }
 

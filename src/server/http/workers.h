@@ -10,7 +10,8 @@
 
 namespace vantry::server {
 
-/// Threads that run what is handed to them, first come, first served.
+/// Threads that run what is handed to them, first come, first served. Where there are none, whoever hands work
+/// over runs it.
 class Workers {
  public:
   /// Throws std::runtime_error when the system does not allow so many threads.
@@ -21,7 +22,7 @@ class Workers {
 
   using Work = std::function<void()>;
 
-  /// False when too much waits already: the work is not taken.
+  /// False when too much waits already, or after `stop`: the work is not taken.
   [[nodiscard]] bool take(Work work);
   [[nodiscard]] std::size_t waiting() const;
   /// Waits for the work under way, and drops what waits.
@@ -30,6 +31,7 @@ class Workers {
  private:
   void run();
 
+  const bool hasThreads_;
   const std::size_t mostWaiting_;
   mutable std::mutex mutex_;
   std::condition_variable wake_;

@@ -23,7 +23,7 @@ class Server {
     int port = 0;                       ///< 0 takes any free one
     std::string certificate = {};       ///< PEM file; with `key` for HTTPS, both empty for HTTP
     std::string key = {};               ///< PEM file
-    int threads = 8;                    ///< requests that are worked on at one time
+    int threads = 8;                    ///< requests that are worked on at one time; 0: one, and no hand-over
     server::HttpLimits limits = {};     ///< what the server takes upon itself
     /// Addresses or networks whose X-Forwarded-For is believed.
     std::vector<std::string> trustedProxies = {};
