@@ -1,8 +1,5 @@
 #include "server/desk/booking_store.h"
 
-#include <algorithm>
-#include <map>
-
 #include "server/base/person_name.h"
 #include "server/store/query.h"
 #include "server/store/query_help.h"
@@ -14,7 +11,9 @@ namespace {
 constexpr const char* listColumns =
     "select b.id, b.status, b.starts_at, b.ends_at, b.administrative, p.withheld, p.last_name, p.first_name, "
     "p.middle_name, b.booking_type, coalesce(r.name, l.name, t.name, ''), b.equipment_count, b.item_count "
-    "from bookings b left join patrons p on p.id = b.patron_id left join rooms r on r.id = b.room_id "
+    "from ";
+constexpr const char* listJoins =
+    " left join patrons p on p.id = b.patron_id left join rooms r on r.id = b.room_id "
     "left join locations l on l.id = b.pickup_location_id "
     "left join room_types t on t.id = b.wanted_room_type_id ";
 
@@ -37,7 +36,7 @@ void visitRows(Query& query, const BookingListVisitor& visit) {
 
 void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
                    const BookingListVisitor& visit) {
-  static const std::string sql = std::string(listColumns) +
+  static const std::string sql = std::string(listColumns) + "bookings b" + listJoins +
                                  "where b.location_id = :location_id and b.starts_at >= :from_at and "
                                  "b.starts_at < :until_at order by b.starts_at, b.id";
   Query query(db, sql);
@@ -45,27 +44,12 @@ void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment 
   visitRows(query, visit);
 }
 
-void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit) {
-  const std::string sql =
-      std::string(listColumns) + "where b.id in (" + ids.sql + ") order by b.starts_at, b.id";
+void visitBookingsAmong(Connection& db, std::span<const std::int64_t> ids, const BookingListVisitor& visit) {
+  const std::string sql = std::string(listColumns) + "(" + orderedKeysIn(db, "ids") +
+                          ") k cross join bookings b" + listJoins + "where b.id = k.value order by k.place";
   Query query(db, sql);
-  ids.bind(query);
+  query.bind("ids", keysText(ids));
   visitRows(query, visit);
-}
-
-std::vector<BookingListRow> bookingRowsOf(Connection& db, std::span<const std::int64_t> ids) {
-  std::map<std::int64_t, BookingListRow> found;
-  for (auto left = ids; !left.empty(); left = left.subspan(std::min(keysAtOnce, left.size()))) {
-    const IdSelect select{keyList(), [keys = left.first(std::min(keysAtOnce, left.size()))](Query& query) {
-                            bindKeys(query, keys);
-                          }};
-    visitBookingsAmong(db, select, [&](const BookingListRow& row) { found.emplace(row.id, row); });
-  }
-  std::vector<BookingListRow> rows;
-  for (const std::int64_t id : ids) {
-    if (const auto row = found.find(id); row != found.end()) rows.push_back(row->second);
-  }
-  return rows;
 }
 
 void visitBookingMarks(Connection& db, std::int64_t locationId, Moment from, Moment until,

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "server/base/moment.h"
-#include "server/desk/id_select.h"
 #include "server/policy/booking_rules.h"
 #include "server/store/database.h"
 
@@ -35,11 +34,8 @@ using BookingListVisitor = std::function<void(const BookingListRow&)>;
 void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment until,
                    const BookingListVisitor& visit);
 
-/// The bookings whose keys are selected, by their start.
-void visitBookingsAmong(Connection& db, const IdSelect& ids, const BookingListVisitor& visit);
-
-/// The rows of bookings, in the order of the keys.
-[[nodiscard]] std::vector<BookingListRow> bookingRowsOf(Connection& db, std::span<const std::int64_t> ids);
+/// Those that there are of these bookings, in the order of the ids.
+void visitBookingsAmong(Connection& db, std::span<const std::int64_t> ids, const BookingListVisitor& visit);
 
 /// Start, end and status of the same bookings, for counts.
 struct BookingMark {

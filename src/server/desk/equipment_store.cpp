@@ -2,12 +2,14 @@
 
 #include "server/desk/status_sql.h"
 #include "server/store/query.h"
+#include "server/store/query_help.h"
 
 namespace vantry::server {
 
 namespace {
 
-std::string rowsWhere(const std::string& condition) {
+/// The source has the equipment as `e`.
+std::string rowsFrom(const std::string& source, const std::string& condition) {
   return std::string(
              "select e.id, e.equipment_type_id, e.is_group, e.number, e.name, t.name, e.maker, e.model, "
              "e.serial, e.format, "
@@ -17,11 +19,15 @@ std::string rowsWhere(const std::string& condition) {
          activeBarcodeSql() +
          ", (select substr(n.content, 1, 200) from equipment_notes n where n.equipment_id = e.id and "
          "n.note_type_id = 1), " +
-         equipmentStatusSql() +
-         " from equipment e join equipment_types t on t.id = e.equipment_type_id "
+         equipmentStatusSql() + " from " + source +
+         " join equipment_types t on t.id = e.equipment_type_id "
          "join locations l on l.id = e.location_id left join rooms r on r.id = e.room_id "
          "left join equipment g on g.id = e.group_id where " +
          condition;
+}
+
+std::string rowsWhere(const std::string& condition) {
+  return rowsFrom("equipment e", condition);
 }
 
 void visitRows(Query& query, const EquipmentVisitor& visit) {
@@ -73,10 +79,10 @@ void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentV
   visitRows(query, visit);
 }
 
-void visitEquipmentAmong(Connection& db, const IdSelect& ids, const EquipmentVisitor& visit) {
-  const std::string sql = rowsWhere("e.id in (" + ids.sql + ") order by e.number, e.id");
-  Query query(db, sql);
-  ids.bind(query);
+void visitEquipmentAmong(Connection& db, std::span<const std::int64_t> ids, const EquipmentVisitor& visit) {
+  Query query(db, rowsFrom("(" + orderedKeysIn(db, "ids") + ") k cross join equipment e",
+                           "e.id = k.value order by k.place"));
+  query.bind("ids", keysText(ids));
   visitRows(query, visit);
 }
 

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
-#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -34,8 +34,8 @@ struct EquipmentRow {
 };
 using EquipmentVisitor = std::function<void(const EquipmentRow&)>;
 
-/// The equipment whose keys are selected, by number.
-void visitEquipmentAmong(Connection& db, const IdSelect& ids, const EquipmentVisitor& visit);
+/// What there is of this equipment, in the order of the ids.
+void visitEquipmentAmong(Connection& db, std::span<const std::int64_t> ids, const EquipmentVisitor& visit);
 
 /// The equipment of a type, by number.
 void visitEquipmentOfType(Connection& db, std::int64_t typeId, const EquipmentVisitor& visit);

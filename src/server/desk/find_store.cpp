@@ -183,7 +183,7 @@ class FindSearch::Impl {
   }
 
   /// The rows of so few keys are read in whatever way the database likes best.
-  [[nodiscard]] IdSelect page() {
+  [[nodiscard]] std::vector<std::int64_t> page() {
     const std::int64_t limit = question_.most * (isByWays() ? pagesOfKeys : 1);
     const std::string sql =
         "select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " + std::to_string(limit);
@@ -198,8 +198,10 @@ class FindSearch::Impl {
     }
     if (found < limit) count_ = found;
     planAsUsual(db_);
-    return {manyKeysIn(db_, "found"), [list = keysText(keys)](Query& rows) { rows.bind("found", list); }};
+    return keys;
   }
+
+  [[nodiscard]] bool isCounted() const { return count_.has_value(); }
 
   [[nodiscard]] std::int64_t count() {
     if (count_) return *count_;
@@ -378,8 +380,12 @@ FindSearch::FindSearch(Connection& db, const FindQuestion& question)
 
 FindSearch::~FindSearch() = default;
 
-IdSelect FindSearch::page() {
+std::vector<std::int64_t> FindSearch::page() {
   return impl_->page();
+}
+
+bool FindSearch::isCounted() const {
+  return impl_->isCounted();
 }
 
 std::int64_t FindSearch::count() {

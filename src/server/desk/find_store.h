@@ -8,7 +8,6 @@
 
 #include "server/base/moment.h"
 #include "server/desk/find_criteria.h"
-#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -44,9 +43,11 @@ class FindSearch {
   FindSearch& operator=(const FindSearch&) = delete;
 
   /// The first hits in the order of their list, no more than the question wants.
-  [[nodiscard]] IdSelect page();
+  [[nodiscard]] std::vector<std::int64_t> page();
 
-  /// How many there are in all; asked after the page, which often tells.
+  /// Whether the page has told how many there are in all.
+  [[nodiscard]] bool isCounted() const;
+  /// How many there are in all.
   [[nodiscard]] std::int64_t count();
 
  private:

@@ -152,9 +152,9 @@ std::vector<RoomRow> roomsOfLocation(Connection& db, std::int64_t locationId) {
   return readRooms(query);
 }
 
-std::vector<RoomRow> roomsAmong(Connection& db, const IdSelect& ids) {
-  Query query(db, roomsSql("r.id in (" + ids.sql + ")"));
-  ids.bind(query);
+std::vector<RoomRow> roomsAmong(Connection& db, std::span<const std::int64_t> ids) {
+  Query query(db, roomsSql("r.id in (" + keysIn(db, "ids") + ")"));
+  query.bind("ids", keysText(ids));
   return readRooms(query);
 }
 

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "server/base/moment.h"
-#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -91,7 +91,7 @@ struct RoomRow {
 /// By number.
 [[nodiscard]] std::vector<RoomRow> roomsOfType(Connection& db, std::int64_t typeId);
 [[nodiscard]] std::vector<RoomRow> roomsOfLocation(Connection& db, std::int64_t locationId);
-[[nodiscard]] std::vector<RoomRow> roomsAmong(Connection& db, const IdSelect& ids);
+[[nodiscard]] std::vector<RoomRow> roomsAmong(Connection& db, std::span<const std::int64_t> ids);
 
 /// A booking that has a thing.
 struct ThingBooking {

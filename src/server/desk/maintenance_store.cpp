@@ -97,9 +97,9 @@ std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, 
   return readRows(query);
 }
 
-std::vector<MaintenanceRow> maintenanceAmong(Connection& db, const IdSelect& ids) {
-  Query query(db, rowsWhere("m.id in (" + ids.sql + ")"));
-  ids.bind(query);
+std::vector<MaintenanceRow> maintenanceAmong(Connection& db, std::span<const std::int64_t> ids) {
+  Query query(db, rowsWhere("m.id in (" + keysIn(db, "ids") + ")"));
+  query.bind("ids", keysText(ids));
   return readRows(query);
 }
 

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "server/base/named_row.h"
-#include "server/desk/id_select.h"
 #include "server/desk/inventory_record.h"
 #include "server/store/database.h"
 
@@ -56,8 +56,8 @@ struct MaintenanceRow {
 [[nodiscard]] std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, Moment from,
                                                         Moment until);
 
-/// The records whose keys are selected, by that day.
-[[nodiscard]] std::vector<MaintenanceRow> maintenanceAmong(Connection& db, const IdSelect& ids);
+/// These records, by that day.
+[[nodiscard]] std::vector<MaintenanceRow> maintenanceAmong(Connection& db, std::span<const std::int64_t> ids);
 
 [[nodiscard]] std::vector<NamedRow> maintenanceTypes(Connection& db);
 

@@ -43,16 +43,17 @@ std::int64_t countCards(Connection& db, const CardQuestion& question) {
   return count;
 }
 
-void visitPatronsAmong(Connection& db, const IdSelect& ids,
+void visitPatronsAmong(Connection& db, std::span<const std::int64_t> ids,
                        const std::function<void(const FoundPatron&)>& visit) {
   const std::string sql =
       "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name, "
-      "p.social_number, p.institution_id from patrons p left join patron_barcodes c on c.patron_id = p.id "
+      "p.social_number, p.institution_id from (" +
+      orderedKeysIn(db, "ids") +
+      ") k cross join patrons p left join patron_barcodes c on c.patron_id = p.id "
       "left join patron_groups g on g.id = c.patron_group_id left join barcode_statuses s on s.id = "
-      "c.status_id where p.id in (" +
-      ids.sql + ") order by p.last_name, p.first_name, p.id, s.active desc, c.id";
+      "c.status_id where p.id = k.value order by p.last_name, p.first_name, p.id, s.active desc, c.id";
   Query query(db, sql);
-  ids.bind(query);
+  query.bind("ids", keysText(ids));
   // With all cards, of which the first is the one to show: sooner than looking for it with each patron.
   std::int64_t last = 0;
   visitFound(query, [&](const FoundPatron& row) {

@@ -4,11 +4,11 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "server/desk/id_select.h"
 #include "server/store/database.h"
 
 namespace vantry::server {
@@ -42,8 +42,8 @@ void visitCards(Connection& db, const CardQuestion& question,
                 const std::function<void(const FoundPatron&)>& visit);
 [[nodiscard]] std::int64_t countCards(Connection& db, const CardQuestion& question);
 
-/// The patrons whose keys are selected, by name.
-void visitPatronsAmong(Connection& db, const IdSelect& ids,
+/// These patrons, by name.
+void visitPatronsAmong(Connection& db, std::span<const std::int64_t> ids,
                        const std::function<void(const FoundPatron&)>& visit);
 
 struct PatronCard {

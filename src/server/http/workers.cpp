@@ -7,8 +7,7 @@
 
 namespace vantry::server {
 
-Workers::Workers(int threads, std::size_t mostWaiting)
-    : hasThreads_(threads > 0), mostWaiting_(mostWaiting) {
+Workers::Workers(int threads, std::size_t mostWaiting) : hasThreads_(threads > 0), mostWaiting_(mostWaiting) {
   try {
     for (int each = 0; each < threads; ++each) threads_.emplace_back([this] { run(); });
   } catch (const std::system_error&) {

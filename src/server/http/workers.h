@@ -10,8 +10,8 @@
 
 namespace vantry::server {
 
-/// Threads that run what is handed to them, first come, first served. Where there are none, whoever hands work
-/// over runs it.
+/// Threads that run what is handed to them, first come, first served. Where there are none, whoever hands
+/// work over runs it.
 class Workers {
  public:
   /// Throws std::runtime_error when the system does not allow so many threads.

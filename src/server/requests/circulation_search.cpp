@@ -36,7 +36,7 @@ const SearchTag* tagOf(std::span<const SearchTag> known, const Message& message)
 }
 
 void addRows(Reply& reply, Context& context, const std::vector<std::int64_t>& ids) {
-  for (const BookingListRow& row : bookingRowsOf(context.db, ids)) addBookingRow(reply, row);
+  visitBookingsAmong(context.db, ids, [&](const BookingListRow& row) { addBookingRow(reply, row); });
 }
 
 /// Those made at this desk, and those to be fetched here.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
+#include <optional>
 #include <span>
 #include <tuple>
 
@@ -30,7 +32,9 @@ constexpr int withHistory = 10;
 /// Numbers that are nobody's business but of those who work with patrons.
 constexpr std::string_view numberRights = "PACOU PAV PAADD PAUPD PADEL";
 
-void addBookings(Context& context, const IdSelect& ids, Reply& reply) {
+using Keys = std::span<const std::int64_t>;
+
+void addBookings(Context& context, Keys ids, Reply& reply) {
   visitBookingsAmong(context.db, ids, [&](const BookingListRow& row) { addBookingRow(reply, row); });
 }
 
@@ -39,7 +43,7 @@ std::string_view groupName(const EquipmentRow& row) {
   return row.groupName.empty() ? row.group : row.groupName;
 }
 
-void addEquipment(Context& context, const IdSelect& ids, Reply& reply) {
+void addEquipment(Context& context, Keys ids, Reply& reply) {
   visitEquipmentAmong(context.db, ids, [&](const EquipmentRow& row) {
     reply.record()
         .set(tags::ETI, row.typeId)
@@ -59,7 +63,7 @@ void addEquipment(Context& context, const IdSelect& ids, Reply& reply) {
   });
 }
 
-void addRooms(Context& context, const IdSelect& ids, Reply& reply) {
+void addRooms(Context& context, Keys ids, Reply& reply) {
   for (const RoomRow& row : roomsAmong(context.db, ids)) {
     reply.record()
         .set(tags::RTI, row.typeId)
@@ -73,7 +77,7 @@ void addRooms(Context& context, const IdSelect& ids, Reply& reply) {
   }
 }
 
-void addMaintenance(Context& context, const IdSelect& ids, Reply& reply) {
+void addMaintenance(Context& context, Keys ids, Reply& reply) {
   for (const MaintenanceRow& row : maintenanceAmong(context.db, ids)) {
     reply.record()
         .set(tags::MSD, dayText(startOfMonth(row.cameInOn)))
@@ -108,14 +112,14 @@ auto patronAdder(Context& context, Reply& reply) {
   };
 }
 
-void addPatrons(Context& context, const IdSelect& ids, Reply& reply) {
+void addPatrons(Context& context, Keys ids, Reply& reply) {
   visitPatronsAmong(context.db, ids, patronAdder(context, reply));
 }
 
 struct SubjectRow {
   FindSubject subject;
   std::string_view rights;
-  void (*add)(Context&, const IdSelect&, Reply&);
+  void (*add)(Context&, Keys, Reply&);
 };
 /// Who may look for what: who works with it, and who books it.
 constexpr std::array subjects{
@@ -198,6 +202,18 @@ Reply cardsReply(Context& context, const FindQuestion& question) {
   return reply.head(tags::SRCHCNT, isCut ? countCards(context.db, cards) : reply.recordCount());
 }
 
+/// How many hits there are of which only the first are told. To count so many takes as long as to read the
+/// rows, so that it is done meanwhile where there is a connection to spare.
+using Counting = std::future<std::optional<std::int64_t>>;
+
+Counting beginCount(Database& store, const FindQuestion& question) {
+  return std::async([&store, &question] {
+    std::optional<std::int64_t> count;
+    const auto work = [&](Connection& db) { count = FindSearch(db, question).count(); };
+    return store.readIfFree(work) ? count : std::nullopt;
+  });
+}
+
 Reply find(Context& context, const Message& message) {
   // The window's advanced page asks for nothing.
   if (message.number(tags::SRCHFOR) == 0) {
@@ -212,8 +228,12 @@ Reply find(Context& context, const Message& message) {
   if (asksForCards(question)) return cardsReply(context, question);
   Reply reply;
   FindSearch search(context.db, question);
-  subject.add(context, search.page(), reply);
-  return reply.head(tags::SRCHCNT, search.count());
+  const std::vector<std::int64_t> hits = search.page();
+  Counting counting;
+  if (context.beside != nullptr && !search.isCounted()) counting = beginCount(*context.beside, question);
+  subject.add(context, hits, reply);
+  const std::optional<std::int64_t> count = counting.valid() ? counting.get() : std::nullopt;
+  return reply.head(tags::SRCHCNT, count ? *count : search.count());
 }
 
 constexpr std::array rows{HandlerRow{"FIND", find}};

@@ -115,6 +115,7 @@ Answer RequestRunner::runReading(const Incoming& incoming) {
     reply = {};
     if (!judged.session || judged.refusal || handler == nullptr) return;
     Context context{db, *judged.session, now, search_};
+    if (database_.dialect().kind == Dialect::Kind::Postgresql) context.beside = &database_;
     reply = runReader(*handler, context, Message(incoming.tags));
     judged.lacksRight = reply.rc() == rc::noRight;
     answer.json = reply.json();

@@ -162,16 +162,34 @@ void Database::runRepeated(Deadline until, const std::function<void()>& once) {
   }
 }
 
+void Database::readOn(Lease& lease, Deadline until, const Work& work) {
+  runOn(lease, until, Use::Reading, [&](Connection& db) {
+    db.later(db.dialect().beginRead);
+    work(db);
+    db.endReading();
+  });
+}
+
 void Database::read(const Work& work) {
   const Deadline until = deadlineFor(Wait::Full);
   runRepeated(until, [&] {
     Lease lease(pool_, ConnectionPool::Use::Read, until);
-    runOn(lease, until, Use::Reading, [&](Connection& db) {
-      db.later(dialect().beginRead);
-      work(db);
-      db.endReading();
-    });
+    readOn(lease, until, work);
   });
+}
+
+bool Database::readIfFree(const Work& work) {
+  const Deadline now = steady_clock::now();
+  try {
+    runRepeated(now, [&] {
+      Lease lease(pool_, ConnectionPool::Use::Read, now);
+      readOn(lease, deadlineFor(Wait::Full), work);
+    });
+    return true;
+  } catch (const StoreError& error) {
+    if (error.kind() != StoreError::Kind::Busy && error.kind() != StoreError::Kind::Contested) throw;
+    return false;
+  }
 }
 
 /// One that has to end does not take the others along: they wait on without it.

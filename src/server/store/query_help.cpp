@@ -112,11 +112,13 @@ std::string keysIn(Connection& db, std::string_view name) {
   return "select value from unnest(cast(translate(" + value + ", '[]', '{}') as bigint[])) value";
 }
 
-std::string manyKeysIn(Connection& db, std::string_view name) {
-  if (db.dialect().kind == Dialect::Kind::Sqlite) return keysIn(db, name);
+std::string orderedKeysIn(Connection& db, std::string_view name) {
+  const std::string text = ":" + std::string(name);
+  if (db.dialect().kind == Dialect::Kind::Sqlite)
+    return "select value, key as place from json_each(" + text + ")";
   // Of a text the planner expects a thousand parts.
-  return "select cast(value as bigint) from string_to_table(translate(:" + std::string(name) +
-         ", '[]', ''), ',') value";
+  return "select cast(part as bigint) as value, place from string_to_table(translate(" + text +
+         ", '[]', ''), ',') with ordinality parts(part, place)";
 }
 
 std::string amongFew(Connection& db, std::string_view select) {
