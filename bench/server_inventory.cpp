@@ -133,9 +133,10 @@ void makeBookings(Connection& db, const Size& size) {
 /// Bookings that are not over take their piece, the first of them at each time only.
 void makeOccupancy(Connection& db) {
   db.run(
-      "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) select 1, "
+      "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id, type_id) select 1, "
       "l.equipment_id, "
-      "b.starts_at, b.ends_at, min(b.id), min(l.id) from bookings b join booking_equipment l on l.booking_id "
+      "b.starts_at, b.ends_at, min(b.id), min(l.id), min(l.equipment_type_id) from bookings b join "
+      "booking_equipment l on l.booking_id "
       "= b.id "
       "where b.status = 0 group by l.equipment_id, b.starts_at, b.ends_at");
   db.run("insert into longest_occupancy (kind, seconds) values (1, 3600), (3, 3600)");
@@ -329,8 +330,9 @@ void makeWishes(Database& database) {
         "bench_wishes)");
     db.run("delete from occupancy where kind = 1 and line_id in (select id from bench_wishes)");
     db.run(
-        "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) select 11, "
-        "l.equipment_type_id, b.starts_at, b.ends_at, b.id, l.id from booking_equipment l join bookings b on "
+        "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id, type_id) select 11, "
+        "l.equipment_type_id, b.starts_at, b.ends_at, b.id, l.id, l.equipment_type_id from booking_equipment "
+        "l join bookings b on "
         "b.id = l.booking_id where l.id in (select id from bench_wishes)");
     db.run("insert into longest_occupancy (kind, seconds) values (11, 3600)");
   });

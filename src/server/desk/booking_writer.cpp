@@ -147,6 +147,19 @@ void takePiece(Connection& db, Occupier& occupier, const ResolvedPiece& line, st
   }
 }
 
+std::int64_t placeOf(std::size_t number) {
+  return static_cast<std::int64_t>(number + 1);
+}
+
+void takePieces(Connection& db, Occupier& occupier, const StoredBooking& booking, bool inRoom) {
+  const std::vector<ResolvedPiece>& pieces = booking.things.equipment;
+  for (std::size_t number = 0; number < pieces.size(); ++number) {
+    const ResolvedPiece& piece = pieces[number];
+    if (piece.inRoom == inRoom && holds(booking.draft, piece))
+      takePiece(db, occupier, piece, placeOf(number));
+  }
+}
+
 constexpr std::array<InsertColumn, 7> pieceColumns{{{"booking_id"},
                                                     {"place"},
                                                     {"equipment_id"},
@@ -187,10 +200,6 @@ struct LineTable {
 };
 const LineTable<ResolvedPiece> pieceTable{"booking_equipment", pieceColumns, bindPiece};
 const LineTable<MediaAsk> mediaTable{"booking_items", mediaColumns, bindMedia};
-
-std::int64_t placeOf(std::size_t number) {
-  return static_cast<std::int64_t>(number + 1);
-}
 
 template <class Line>
 void insertLines(Connection& db, const LineTable<Line>& table, std::int64_t bookingId,
@@ -323,10 +332,9 @@ void addLines(Connection& db, std::int64_t bookingId, const StoredBooking& booki
   Occupier occupier(bookingId, takenFor(times, draft.setupMinutes, draft.cleanupMinutes));
   takeRoom(draft, occupier);
   insertLines(db, pieceTable, bookingId, things.equipment);
-  for (std::size_t number = 0; number < things.equipment.size(); ++number) {
-    if (holds(draft, things.equipment[number]))
-      takePiece(db, occupier, things.equipment[number], placeOf(number));
-  }
+  // A thing is taken once. A member that is booked while its group only stands in the room is taken for the
+  // line that asks for it.
+  for (const bool inRoom : {false, true}) takePieces(db, occupier, booking, inRoom);
   insertLines(db, mediaTable, bookingId, things.media);
   for (std::size_t number = 0; number < things.media.size(); ++number) {
     const MediaAsk& line = things.media[number];

@@ -27,10 +27,7 @@ using enum FindForm;
 constexpr std::string_view typeBooked =
     "(select 1 from booking_equipment l where l.booking_id = b.id and l.equipment_type_id = :a and l.in_room "
     "= 0 limit 1) = 1";
-constexpr FindWays byType{
-    "equipment e cross join occupancy o cross join bookings b where e.equipment_type_id = :a and o.kind = "
-    "(select 1) and o.thing = e.id and b.id = o.booking_id",
-    "occupancy o cross join bookings b where o.kind = 11 and o.thing = :a and b.id = o.booking_id"};
+constexpr FindWays byType{"occupancy o cross join bookings b where o.type_id = :a and b.id = o.booking_id"};
 constexpr FindWays byTypeInPast{
     "booking_equipment l cross join bookings b where l.equipment_type_id = :a and l.in_room = 0 and b.id = "
     "l.booking_id"};
@@ -50,7 +47,7 @@ constexpr std::string_view atLocation =
     "from rooms q where q.id = b.room_id) = :a)";
 
 constexpr std::array criteria{
-    FindCriterion{Bookings, 1, Key, typeBooked, byType, byTypeInPast},
+    FindCriterion{Bookings, 1, Key, typeBooked, byType, byTypeInPast, true},
     FindCriterion{Bookings,
                   4,
                   Key,
@@ -69,7 +66,7 @@ constexpr std::array criteria{
                   {"bookings b where b.id between :a and :b", "bookings b where b.id between :c and :d",
                    "bookings b where b.id between :e and :f", "bookings b where b.id between :g and :h"}},
     FindCriterion{Bookings, 12, Key, "b.room_id = :a", {"bookings b where b.room_id = :a"}},
-    FindCriterion{Bookings, 13, Key, typeBooked, byType, byTypeInPast},
+    FindCriterion{Bookings, 13, Key, typeBooked, byType, byTypeInPast, true},
     FindCriterion{Bookings,
                   14,
                   Key,

@@ -51,6 +51,7 @@ struct FindCriterion {
   std::string_view test;  ///< on the row `b`, `e`, `r`, `m` or `p` of the subject
   FindWays ways = {};     ///< none: the test finds by itself
   FindWays past = {};     ///< where history is searched as well, if there are others
+  bool exact = false;     ///< whether all these ways lead only to rows for which the test holds
 };
 
 /// All of them, by subject.

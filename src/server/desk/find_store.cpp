@@ -248,6 +248,11 @@ class FindSearch::Impl {
     return question_.any && all.size() > 1 ? "(" + text + ")" : text;
   }
 
+  /// What exact ways lead to needs none: it would cost a selection for each row.
+  [[nodiscard]] std::string testBehindWays(std::size_t place) const {
+    return asked_[place].criterion->exact ? std::string() : test(place);
+  }
+
   /// Those that lead to the fewest rows, as far as it is worth to count them.
   [[nodiscard]] Ways bestWays() const {
     Ways best;
@@ -269,7 +274,8 @@ class FindSearch::Impl {
   [[nodiscard]] Ways allWays() const {
     Ways all;
     for (std::size_t place = 0; place < asked_.size(); ++place) {
-      for (const std::string& each : waysOf(place)) all.push_back(each + " and " + test(place));
+      for (const std::string& each : waysOf(place))
+        all.push_back(joined({each, testBehindWays(place)}, "and"));
     }
     return all;
   }
@@ -304,7 +310,8 @@ class FindSearch::Impl {
 
   [[nodiscard]] std::string rowsByWays(const Ways& ways) const {
     const std::string open = hidesPast() ? notOver : "";
-    return rowsAlong(ways, question_.any ? open : joined({open, tests()}, "and"));
+    const std::string judged = asked_.size() == 1 ? testBehindWays(0) : tests();
+    return rowsAlong(ways, question_.any ? open : joined({open, judged}, "and"));
   }
 
   /// Several ways lead to the same row, and one way does by each of several things.

@@ -23,8 +23,9 @@ void keepLongest(Connection& db, ThingKind kind, Moment seconds) {
   query.bind("kind", static_cast<int>(kind)).bind("seconds", seconds).later();
 }
 
-/// Lines that are written with what they hold are known by their place.
-constexpr std::array<InsertColumn, 6> columns{
+/// Lines that are written with what they hold are known by their place. A type is that of the line, also for
+/// the members of a group: it leads to the bookings that ask for it.
+constexpr std::array<InsertColumn, 7> columns{
     {{"kind"},
      {"thing"},
      {"starts_at"},
@@ -33,7 +34,11 @@ constexpr std::array<InsertColumn, 6> columns{
      {"line_id",
       "coalesce(cast(:line_id# as bigint), (select l.id from booking_equipment l where "
       "l.booking_id = :of_piece# and l.place = :piece_place#), (select l.id from booking_items l where "
-      "l.booking_id = :of_item# and l.place = :item_place#))"}}};
+      "l.booking_id = :of_item# and l.place = :item_place#))"},
+     {"type_id",
+      "coalesce((select l.equipment_type_id from booking_equipment l where l.id = :piece_line# and "
+      "l.in_room = 0), (select l.equipment_type_id from booking_equipment l where l.booking_id = "
+      ":of_piece# and l.place = :piece_place# and l.in_room = 0))"}}};
 
 void bindOccupancy(Query& query, std::size_t row, const Thing& thing, const Occupation& occupation,
                    std::int64_t place = 0) {
@@ -47,6 +52,7 @@ void bindOccupancy(Query& query, std::size_t row, const Thing& thing, const Occu
   const bool ofItem = thing.kind == ThingKind::Item || thing.kind == ThingKind::ItemWish;
   bindRow(query, row, "of_piece", occupation.bookingId);
   bindRow(query, row, "piece_place", ofPiece ? place : 0);
+  bindRow(query, row, "piece_line", ofPiece ? occupation.lineId : std::nullopt);
   bindRow(query, row, "of_item", occupation.bookingId);
   bindRow(query, row, "item_place", ofItem ? place : 0);
 }

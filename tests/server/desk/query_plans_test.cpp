@@ -56,8 +56,8 @@ constexpr std::string_view many[] = {
     "select n, 1, n % 4000 + 20, n % 1000 + 1, 0, case when n % 10 > 0 then 0 end",
     "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
     "select 11 + n % 3, n, n * 3600, n * 3600 + 3600, n, n",
-    "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) "
-    "select 1, n % 4000 + 20, n * 3600, n * 3600 + 3600, n, n",
+    "occupancy (kind, thing, starts_at, ends_at, booking_id, line_id, type_id) "
+    "select 1, n % 4000 + 20, n * 3600, n * 3600 + 3600, n, n, n % 1000 + 1",
     "maintenance (equipment_id, came_in_on, created_at) select n + 10, n * 86400, 0",
     "sessions (token, operator_id, expires_at) select 't' || n, 1, n",
     "replies (operator_id, request_id, code, reply, at) select 1, 'i' || n, 'C', '', n",

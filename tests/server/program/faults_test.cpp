@@ -50,6 +50,10 @@ constexpr Rule rules[] = {
      "occupancy o where (o.kind in (1, 11) and not exists (select 1 from booking_equipment l where "
      "l.id = o.line_id and l.booking_id = o.booking_id)) or (o.kind in (2, 12) and not exists (select 1 from "
      "booking_items l where l.id = o.line_id and l.booking_id = o.booking_id))"},
+    {"something taken by which a search for the type of its line does not find it",
+     "occupancy o where coalesce(o.type_id, 0) <> coalesce((select l.equipment_type_id from "
+     "booking_equipment l "
+     "where o.kind in (1, 11) and l.id = o.line_id and l.in_room = 0), 0)"},
     {"two bookings of one thing",
      "occupancy a join occupancy b on a.kind = b.kind and a.thing = b.thing and a.id < b.id and "
      "a.starts_at < b.ends_at and b.starts_at < a.ends_at where a.kind < 10"},

@@ -57,12 +57,12 @@ constexpr const char* content[] = {
     "null)",
     "insert into booking_items (id, booking_id, place, media_type_id, title_id, holding_id, item_id) values "
     "(1, 11, 1, 1, 1, 1, 1), (2, 13, 1, 1, 2, null, null), (3, 15, 1, 1, 1, 2, 3)",
-    "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) values "
-    "(1, 3, 1772532000, 1772535600, 11, 1), (2, 1, 1772532000, 1772535600, 11, 1), (3, 1, 1772532000, "
-    "1772535600, 11, "
-    "null), (1, 5, 1772438400, 1772448000, 12, 2), (1, 6, 1772438400, 1772448000, 12, 2), (1, 7, 1772438400, "
-    "1772448000, 12, 2), (11, 1, 1772704800, 1772712000, 13, 3), (12, 2, 1772704800, 1772712000, 13, 2), "
-    "(1, 2, 1772532000, 1772535600, 17, 7)",
+    "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id, type_id) values "
+    "(1, 3, 1772532000, 1772535600, 11, 1, 2), (2, 1, 1772532000, 1772535600, 11, 1, null), "
+    "(3, 1, 1772532000, 1772535600, 11, null, null), "
+    "(1, 5, 1772438400, 1772448000, 12, 2, 3), (1, 6, 1772438400, 1772448000, 12, 2, 3), "
+    "(1, 7, 1772438400, 1772448000, 12, 2, 3), (11, 1, 1772704800, 1772712000, 13, 3, 1), "
+    "(12, 2, 1772704800, 1772712000, 13, 2, null), (1, 2, 1772532000, 1772535600, 17, 7, 1)",
     "insert into longest_occupancy (kind, seconds) values (1, 10000), (2, 10000), (3, 10000), (11, 10000), "
     "(12, 10000)",
 };
@@ -248,6 +248,99 @@ TEST_P(Find, JoinsCriteriaByAndAndOr) {
                      {equipment, "2=cam1 6=3 17=E3", "9,3,2"}, {rooms, "16=1 18=museum?", "2,5,4"},
                      {maintenance, "2=prj1 16=1", "1,2"},      {patrons, "22=bell 24=zoe 20=u_77", "1,2"}};
   for (const Row& row : any) EXPECT_EQ(found(row.where, row.criteria, "OR"), row.ids) << row.criteria;
+}
+
+/// Bookings that requests have made, changed and ended.
+class FindByType : public Find {
+ protected:
+  void prepare() override {}
+  std::string save(const std::string& when, const std::string& things, const std::string& place = "LOC=1",
+                   int type = 3) {
+    const Got made = newBooking(when, things, place, type);
+    EXPECT_EQ(made.rc, 0) << things << ": " << made.text();
+    return made.first("BOOKID");
+  }
+  void cancel(const std::string& id) { EXPECT_EQ(send("CANBK", "BOOKID=" + id).rc, 0); }
+  /// Both criteria ask for a type, of single pieces and of groups. Together they are judged row by row.
+  std::string ofType(const std::string& type) {
+    const std::string ids = found(bookings, "1=" + type);
+    EXPECT_EQ(found(bookings, "13=" + type), ids);
+    EXPECT_EQ(found(bookings, "1=" + type + " 13=" + type), ids);
+    EXPECT_EQ(found(bookings, "1=" + type + " 13=" + type, "OR"), ids);
+    return ids;
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Databases, FindByType, eachDatabase, databaseName);
+
+TEST_P(FindByType, FindsWhatTheLinesOfABookingAskFor) {
+  EXPECT_EQ(save(times(3, "09:00", "10:00"), "EID=1; MTID=1; BI=1; MI=1; IM=1"), "1");
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "ETI=1; IFL=N"), "2");
+  EXPECT_EQ(save(times(3, "11:00", "12:00"), "EID=5"), "3");
+  EXPECT_EQ(ofType("1"), "1,2");
+  EXPECT_EQ(ofType("2"), "") << "of a group the members are not asked for";
+  EXPECT_EQ(ofType("3"), "3");
+  EXPECT_EQ(ofType("99"), "");
+  EXPECT_EQ(send("UPDBK", "BOOKID=2; " + booking(times(3, "10:00", "11:00"), "LOC=1", 3, "ETI=2; IFL=N")).rc,
+            0);
+  EXPECT_EQ(ofType("1"), "1");
+  EXPECT_EQ(ofType("2"), "2");
+  execute("update equipment set equipment_type_id = 4 where id = 1");
+  EXPECT_EQ(ofType("1"), "1") << "what was booked, whatever the piece is now";
+  EXPECT_EQ(ofType("4"), "");
+}
+
+TEST_P(FindByType, LeavesOutWhatOnlyStandsInTheRoom) {
+  execute("update equipment set room_id = 1 where id in (5, 6, 7)");
+  save(times(3, "09:00", "10:00"), "EID=4; EQIR=Y", "RID=1", 1);
+  EXPECT_EQ(ofType("2"), "");
+  EXPECT_EQ(save(times(3, "10:00", "11:00"), "EID=4; EQIR=Y; EID=3", "RID=1", 1), "2");
+  EXPECT_EQ(ofType("2"), "2");
+  EXPECT_EQ(save(times(3, "11:00", "12:00"), "EID=5; EQIR=Y; EID=6", "RID=1", 1), "3");
+  EXPECT_EQ(ofType("1"), "3") << "a member is asked for, its group is not";
+  EXPECT_EQ(ofType("3"), "");
+}
+
+TEST_P(FindByType, FollowsThePiecesThatAWishIsGiven) {
+  const std::string wish = save(times(2, "10:00", "11:00"), "ETI=1; IFL=N");
+  EXPECT_EQ(send("GECN", "LOC=1; DHRS=4; RHRS=4; PHRS=4").text(), "0|") << "it is given one";
+  EXPECT_EQ(ofType("1"), wish);
+  execute("insert into equipment_statuses (equipment_id, status_id, applied_at) values (1, 1, 0), (2, 1, 0)");
+  EXPECT_EQ(send("GECN", "LOC=1; DHRS=4; RHRS=4; PHRS=4").all("BKERR"), "135") << "and waits again";
+  EXPECT_EQ(ofType("1"), wish);
+  execute("delete from equipment_statuses where status_id = 1");
+  library().setNow(2, 9, 30);
+  EXPECT_EQ(send("CBK", "BOOKID=" + wish).rc, 0) << "early, so that it is taken from now on";
+  EXPECT_EQ(ofType("1"), wish);
+  EXPECT_EQ(send("DBK", "BOOKID=" + wish + "; EID=1").rc, 0);
+  EXPECT_EQ(ofType("1"), wish) << "over, but of today";
+  library().setNow(3, 9);
+  EXPECT_EQ(ofType("1"), "");
+  EXPECT_EQ(found(bookings, "10 1=1"), wish);
+}
+
+TEST_P(FindByType, FindsNoneOfWhatIsBackOrCancelled) {
+  const std::string out = save(times(2, "09:30", "12:00"), "EID=1; EID=3; EID=5");
+  const std::string off = save(times(2, "13:00", "14:00"), "EID=1; ETI=2; IFL=N");
+  EXPECT_EQ(send("CBK", "BOOKID=" + out).rc, 0);
+  EXPECT_EQ(ofType("1"), out + "," + off);
+  EXPECT_EQ(send("DBK", "BOOKID=" + out + "; EID=1; EID=-5").rc, 0);
+  cancel(off);
+  EXPECT_EQ(ofType("2"), out + "," + off) << "over, but not past";
+  library().setNow(3, 9);
+  EXPECT_EQ(ofType("2"), out);
+  EXPECT_EQ(found(bookings, "1=1") + found(bookings, "1=3"), "");
+  EXPECT_EQ(found(bookings, "10 1=1"), out + "," + off);
+}
+
+TEST_P(FindByType, FollowsMembersThatJoinAndLeave) {
+  save(times(3, "10:00", "11:00"), "EID=5");
+  EXPECT_EQ(send("NEWGITM", "EID=3; GRPID=5; ULI=1").rc, 182);
+  EXPECT_EQ(ofType("2"), "") << "it is booked with its group";
+  EXPECT_EQ(send("REMGITM", "EID=3; GRPID=5; ULI=1").rc, 100);
+  EXPECT_EQ(ofType("2"), "");
+  EXPECT_EQ(send("AETGB", "EID=3; GRPID=5").rc, 0);
+  EXPECT_EQ(ofType("2"), "1") << "by a line of its own";
+  EXPECT_EQ(ofType("3"), "1");
 }
 
 TEST_P(Find, TellsWhatTheListsShow) {

@@ -87,6 +87,15 @@ constexpr Rows filled[] = {
      "300, "
      "900, 3)"},
     {13, 18, "insert into longest_occupancy (kind, seconds) values (1, 100), (3, 600)"},
+    {19, always,
+     "insert into bookings (id, location_id, booking_type, room_id, starts_at, ends_at, created_at, "
+     "updated_at) values (4, 1, 1, 1, 1000, 1100, 0, 0)"},
+    {19, always,
+     "insert into booking_equipment (id, booking_id, place, equipment_id, equipment_type_id, in_room) values "
+     "(4, 4, 1, null, 1, 0), (5, 4, 2, 1, 1, 1)"},
+    {19, always,
+     "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) values "
+     "(11, 1, 1000, 1100, 4, 4), (1, 1, 1000, 1100, 4, 5), (3, 1, 1000, 1100, 4, null)"},
     {8, 22,
      "insert into titles (id, title, search_title, control_number, is_indexed) values (2, 'N', 'n', 'k', 1), "
      "(3, 'F', 'f', '', 1)"},
@@ -131,6 +140,10 @@ constexpr Kept kept[] = {
      "x.thing = 1 and x.booking_id = 3 and x.starts_at = 300 and x.ends_at = 900)",
      0},
     {13, "longest_occupancy where kind = 1 and seconds < 600", 0},
+    {5, "occupancy where kind = 1 and line_id = 1 and type_id = 1", 1},
+    {19, "occupancy where kind = 11 and line_id = 4 and type_id = 1", 1},
+    {5, "occupancy where type_id is not null and line_id not in (1, 4)", 0},
+    {5, "occupancy where type_id is not null and kind not in (1, 11)", 0},
     {1, "barcode_statuses", 4},
     {2, "room_details where room_id = 1 and room_detail_type_id = 1 and content = '20'", 1},
     {6, "equipment_statuses where status_id in (3, 7)", 2},

@@ -141,6 +141,9 @@ TEST_F(DemoTest, HasNothingThatContradictsItself) {
       "occupancy a join occupancy b on a.kind = b.kind and a.thing = b.thing and a.id < b.id and "
       "a.starts_at < b.ends_at and b.starts_at < a.ends_at where a.kind < 10",
       "occupancy o join bookings b on b.id = o.booking_id where b.status in (1, 2, 3, 4)",
+      "occupancy o where coalesce(o.type_id, 0) <> coalesce((select l.equipment_type_id from "
+      "booking_equipment l "
+      "where o.kind in (1, 11) and l.id = o.line_id and l.in_room = 0), 0)",
       "pragma_foreign_key_check",
       "bookings b where item_count <> (select count(*) from booking_items i where i.booking_id = b.id)",
       "bookings b where equipment_count <> "
