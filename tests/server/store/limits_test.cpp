@@ -44,8 +44,23 @@ TEST_P(StoreLimits, ReadersWaitForAConnectionOnlySoLongAndNeverTakeTheLast) {
   database.read([&](Connection&) {
     EXPECT_EQ(errorOf([&] { database.read(nothing); }), StoreError::Kind::Busy);
     EXPECT_EQ(errorOf([&] { database.write(nothing); }), std::nullopt) << "one is kept for those that write";
+    EXPECT_FALSE(database.readIfFree([](Connection&) { ADD_FAILURE() << "on no connection"; }));
   });
   EXPECT_EQ(errorOf([&] { database.read(nothing); }), std::nullopt);
+}
+
+TEST_P(StoreLimits, WhoReadsIfAConnectionIsFreeDoesNotWaitForIt) {
+  Database database(store->url(), {.connections = 3, .patience = 600});
+  database.read([&](Connection& own) {
+    bool apart = false;
+    EXPECT_TRUE(database.readIfFree([&](Connection& other) {
+      apart = &other != &own;
+      EXPECT_FALSE(database.readIfFree(nothing));
+    }));
+    EXPECT_TRUE(apart);
+  });
+  const auto takeTooLong = [](Connection&) { throw StoreError(StoreError::Kind::TooLong, "too long"); };
+  EXPECT_EQ(errorOf([&] { static_cast<void>(database.readIfFree(takeTooLong)); }), StoreError::Kind::TooLong);
 }
 
 TEST_P(StoreLimits, WorkIsNotRepeatedOnceItsTimeIsOver) {
