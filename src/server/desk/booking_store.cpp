@@ -45,6 +45,7 @@ void visitBookings(Connection& db, std::int64_t locationId, Moment from, Moment 
 }
 
 void visitBookingsAmong(Connection& db, std::span<const std::int64_t> ids, const BookingListVisitor& visit) {
+  planByIndexes(db);
   const std::string sql = std::string(listColumns) + "(" + orderedKeysIn(db, "ids") +
                           ") k cross join bookings b" + listJoins + "where b.id = k.value order by k.place";
   Query query(db, sql);

@@ -80,6 +80,7 @@ void visitGroupedEquipment(Connection& db, std::int64_t typeId, const EquipmentV
 }
 
 void visitEquipmentAmong(Connection& db, std::span<const std::int64_t> ids, const EquipmentVisitor& visit) {
+  planByIndexes(db);
   Query query(db, rowsFrom("(" + orderedKeysIn(db, "ids") + ") k cross join equipment e",
                            "e.id = k.value order by k.place"));
   query.bind("ids", keysText(ids));

@@ -182,7 +182,6 @@ class FindSearch::Impl {
     hits_ = makeHits();
   }
 
-  /// The rows of so few keys are read in whatever way the database likes best.
   [[nodiscard]] std::vector<std::int64_t> page() {
     const std::int64_t limit = question_.most * (isByWays() ? pagesOfKeys : 1);
     const std::string sql =
@@ -197,7 +196,6 @@ class FindSearch::Impl {
       if (++found <= question_.most) keys.push_back(id);
     }
     if (found < limit) count_ = found;
-    planAsUsual(db_);
     return keys;
   }
 

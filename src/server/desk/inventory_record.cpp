@@ -153,6 +153,7 @@ std::vector<RoomRow> roomsOfLocation(Connection& db, std::int64_t locationId) {
 }
 
 std::vector<RoomRow> roomsAmong(Connection& db, std::span<const std::int64_t> ids) {
+  planByIndexes(db);
   Query query(db, roomsSql("r.id in (" + keysIn(db, "ids") + ")"));
   query.bind("ids", keysText(ids));
   return readRooms(query);

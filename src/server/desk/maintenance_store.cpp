@@ -98,6 +98,7 @@ std::vector<MaintenanceRow> maintenanceOf(Connection& db, std::int64_t pieceId, 
 }
 
 std::vector<MaintenanceRow> maintenanceAmong(Connection& db, std::span<const std::int64_t> ids) {
+  planByIndexes(db);
   Query query(db, rowsWhere("m.id in (" + keysIn(db, "ids") + ")"));
   query.bind("ids", keysText(ids));
   return readRows(query);

@@ -45,6 +45,7 @@ std::int64_t countCards(Connection& db, const CardQuestion& question) {
 
 void visitPatronsAmong(Connection& db, std::span<const std::int64_t> ids,
                        const std::function<void(const FoundPatron&)>& visit) {
+  planByIndexes(db);
   const std::string sql =
       "select p.id, p.last_name, p.first_name, p.middle_name, g.id, g.name, c.barcode, s.id, s.name, "
       "p.social_number, p.institution_id from (" +
