@@ -22,12 +22,22 @@ Workers::~Workers() {
 }
 
 bool Workers::take(Work work) {
+  if (hasThreads_) return queue(std::move(work));
+  {
+    const std::lock_guard lock(mutex_);
+    if (stopping_) return false;
+  }
+  work();
+  return true;
+}
+
+bool Workers::queue(Work work) {
   {
     const std::lock_guard lock(mutex_);
     if (stopping_ || waiting_.size() >= mostWaiting_) return false;
-    if (hasThreads_) waiting_.push_back(std::move(work));
+    waiting_.push_back(std::move(work));
   }
-  hasThreads_ ? wake_.notify_one() : work();
+  wake_.notify_one();
   return true;
 }
 

@@ -29,6 +29,7 @@ class Workers {
   void stop();
 
  private:
+  [[nodiscard]] bool queue(Work work);
   void run();
 
   const bool hasThreads_;
