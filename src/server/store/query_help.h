@@ -71,8 +71,8 @@ void planAsUsual(Connection& db);
 
 /// The keys of a text of the form "[1,2,3]", bound under that name, as a selection of one column "value".
 [[nodiscard]] std::string keysIn(Connection& db, std::string_view name);
-/// The same with the "place" of each, for so many that joined tables that are small are better read whole
-/// than looked into for each.
+/// The same with the "place" of each, for many: the planner expects so many that it keeps what it looked up
+/// in small tables.
 [[nodiscard]] std::string orderedKeysIn(Connection& db, std::string_view name);
 /// The text of that form.
 [[nodiscard]] std::string keysText(std::span<const std::int64_t> keys);
