@@ -52,7 +52,7 @@ void visitPatronsAmong(Connection& db, std::span<const std::int64_t> ids,
       orderedKeysIn(db, "ids") +
       ") k cross join patrons p left join patron_barcodes c on c.patron_id = p.id "
       "left join patron_groups g on g.id = c.patron_group_id left join barcode_statuses s on s.id = "
-      "c.status_id where p.id = k.value order by p.last_name, p.first_name, p.id, s.active desc, c.id";
+      "c.status_id where p.id = k.value order by k.place, s.active desc, c.id";
   Query query(db, sql);
   query.bind("ids", keysText(ids));
   // With all cards, of which the first is the one to show: sooner than looking for it with each patron.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <future>
 #include <optional>
 #include <span>
 #include <tuple>
@@ -18,6 +17,7 @@
 #include "server/requests/booking_list.h"
 #include "server/requests/handlers.h"
 #include "server/requests/inventory_message.h"
+#include "server/store/parted_read.h"
 #include "words/tags.h"
 
 namespace vantry::server {
@@ -202,16 +202,49 @@ Reply cardsReply(Context& context, const FindQuestion& question) {
   return reply.head(tags::SRCHCNT, isCut ? countCards(context.db, cards) : reply.recordCount());
 }
 
-/// How many hits there are of which only the first are told. To count so many takes as long as to read the
-/// rows, so that it is done meanwhile where there is a connection to spare.
-using Counting = std::future<std::optional<std::int64_t>>;
+/// From so many rows on, another connection reads some of them meanwhile.
+constexpr std::size_t rowsOfPart = 500;
 
-Counting beginCount(Database& store, const FindQuestion& question) {
-  return std::async([&store, &question] {
-    std::optional<std::int64_t> count;
-    const auto work = [&](Connection& db) { count = FindSearch(db, question).count(); };
-    return store.readIfFree(work) ? count : std::nullopt;
-  });
+std::vector<Keys> groupsOf(Keys keys, std::size_t most) {
+  std::vector<Keys> groups;
+  for (; !keys.empty(); keys = keys.subspan(groups.back().size()))
+    groups.push_back(keys.first(std::min(most, keys.size())));
+  return groups;
+}
+
+/// A search with what it is run in.
+struct Finding {
+  Context& context;
+  const SubjectRow& subject;
+  const FindQuestion& question;
+  FindSearch& search;
+};
+
+/// To count what was cut takes as long as to read many rows: it is the last part, with which another
+/// connection begins.
+Reply tellHits(const Finding& finding, Keys hits) {
+  Context& context = finding.context;
+  const std::vector<Keys> groups = groupsOf(hits, context.beside == nullptr ? hits.size() : rowsOfPart);
+  std::vector<Reply> replies(groups.size());
+  std::vector<Database::Work> parts;
+  for (std::size_t place = 0; place < groups.size(); ++place) {
+    parts.emplace_back([&, place](Connection& db) {
+      Context there{db, context.session, context.now};
+      replies[place] = Reply();
+      finding.subject.add(there, groups[place], replies[place]);
+    });
+  }
+  std::int64_t count = 0;
+  const auto tellCount = [&](Connection& db) {
+    const bool isOwn = &db == &context.db;
+    count = isOwn ? finding.search.count() : FindSearch(db, finding.question).count();
+  };
+  if (!finding.search.isCounted()) parts.emplace_back(tellCount);
+  readInParts({context.db, context.beside, finding.question.longest}, parts);
+  if (finding.search.isCounted()) count = finding.search.count();
+  Reply reply;
+  for (const Reply& each : replies) reply.append(each);
+  return reply.head(tags::SRCHCNT, count);
 }
 
 Reply find(Context& context, const Message& message) {
@@ -226,14 +259,9 @@ Reply find(Context& context, const Message& message) {
   if (asksForNumbers(question) && !holdsAnyRight(context.db, context.session, numberRights))
     return Reply(rc::noRight);
   if (asksForCards(question)) return cardsReply(context, question);
-  Reply reply;
   FindSearch search(context.db, question);
   const std::vector<std::int64_t> hits = search.page();
-  Counting counting;
-  if (context.beside != nullptr && !search.isCounted()) counting = beginCount(*context.beside, question);
-  subject.add(context, hits, reply);
-  const std::optional<std::int64_t> count = counting.valid() ? counting.get() : std::nullopt;
-  return reply.head(tags::SRCHCNT, count ? *count : search.count());
+  return tellHits({context, subject, question, search}, hits);
 }
 
 constexpr std::array rows{HandlerRow{"FIND", find}};

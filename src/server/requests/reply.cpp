@@ -39,6 +39,14 @@ Reply& Reply::set(std::string_view tag, std::int64_t value) {
   return set(tag, std::to_string(value));
 }
 
+void Reply::append(const Reply& other) {
+  if (other.records_ == 0) return;
+  if (records_ > 0) body_ += "},";
+  body_ += other.body_;
+  records_ += other.records_;
+  reasons_.insert(reasons_.end(), other.reasons_.begin(), other.reasons_.end());
+}
+
 std::string Reply::json() const {
   std::string text;
   text.reserve(head_.size() + body_.size() + 48);

@@ -28,6 +28,9 @@ class Reply {
   Reply& set(std::string_view tag, std::string_view value);
   Reply& set(std::string_view tag, std::int64_t value);
 
+  /// Adds the records of another one.
+  void append(const Reply& other);
+
   [[nodiscard]] std::int64_t recordCount() const { return records_; }
 
   /// The codes by which records refuse something, one for each record that does.

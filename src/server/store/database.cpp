@@ -162,9 +162,10 @@ void Database::runRepeated(Deadline until, const std::function<void()>& once) {
   }
 }
 
-void Database::readOn(Lease& lease, Deadline until, const Work& work) {
+void Database::readOn(Lease& lease, Deadline until, std::string_view exported, const Work& work) {
   runOn(lease, until, Use::Reading, [&](Connection& db) {
     db.later(db.dialect().beginRead);
+    if (!exported.empty()) db.later("set transaction snapshot '" + std::string(exported) + "'");
     work(db);
     db.endReading();
   });
@@ -174,16 +175,16 @@ void Database::read(const Work& work) {
   const Deadline until = deadlineFor(Wait::Full);
   runRepeated(until, [&] {
     Lease lease(pool_, ConnectionPool::Use::Read, until);
-    readOn(lease, until, work);
+    readOn(lease, until, {}, work);
   });
 }
 
-bool Database::readIfFree(const Work& work) {
+bool Database::readIfFree(const Work& work, std::string_view exported) {
   const Deadline now = steady_clock::now();
   try {
     runRepeated(now, [&] {
       Lease lease(pool_, ConnectionPool::Use::Read, now);
-      readOn(lease, deadlineFor(Wait::Full), work);
+      readOn(lease, deadlineFor(Wait::Full), exported, work);
     });
     return true;
   } catch (const StoreError& error) {

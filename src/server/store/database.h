@@ -31,8 +31,8 @@ class Database {
   void read(const Work& work);
 
   /// The same if a connection is free just now, for what can be had otherwise; false when none was, or it was
-  /// lost.
-  [[nodiscard]] bool readIfFree(const Work& work);
+  /// lost. It sees the state that another transaction of a database server has exported, where one is named.
+  [[nodiscard]] bool readIfFree(const Work& work, std::string_view exported = {});
 
   /// Runs the work inside one serializable transaction, committed when it returns and undone when it throws.
   /// Work that met another transaction, or that shared one with work that broke it, runs again from its
@@ -69,7 +69,7 @@ class Database {
   [[nodiscard]] Deadline deadlineFor(Wait wait) const;
   enum class Use { Reading, Writing };
   static void runOn(Lease& lease, Deadline until, Use use, const Work& work);
-  static void readOn(Lease& lease, Deadline until, const Work& work);
+  static void readOn(Lease& lease, Deadline until, std::string_view exported, const Work& work);
   void beginWrite(Connection& db, std::string_view statement) const;
   void commit(Lease& lease);
   void runWriter(const Work& work, std::string_view beginning, Deadline until);
