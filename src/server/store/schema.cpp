@@ -304,6 +304,11 @@ update occupancy set type_id = l.equipment_type_id from booking_equipment l
 create index occupancy_type on occupancy (type_id, booking_id) where type_id is not null;
 )";
 
+// A search for what most pieces are counts all of them.
+constexpr std::string_view countedPieces = R"(
+create index equipment_pieces on equipment (id) where is_group = 0;
+)";
+
 const std::array steps{
     Migration{1, "accounts", accounts},
     Migration{2, "inventory", inventory},
@@ -333,6 +338,7 @@ const std::array steps{
     Migration{26, "operators of the directory", byDirectory},
     Migration{27, "mails of one save", mailsOfOneSave},
     Migration{28, "types of what is taken", typesOfTheTaken},
+    Migration{29, "counted pieces", countedPieces},
 };
 
 }  // namespace

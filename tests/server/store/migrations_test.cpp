@@ -96,6 +96,7 @@ constexpr Rows filled[] = {
     {19, always,
      "insert into occupancy (kind, thing, starts_at, ends_at, booking_id, line_id) values "
      "(11, 1, 1000, 1100, 4, 4), (1, 1, 1000, 1100, 4, 5), (3, 1, 1000, 1100, 4, null)"},
+    {28, always, "update occupancy set type_id = 1 where kind in (1, 11) and line_id in (1, 4)"},
     {8, 22,
      "insert into titles (id, title, search_title, control_number, is_indexed) values (2, 'N', 'n', 'k', 1), "
      "(3, 'F', 'f', '', 1)"},
