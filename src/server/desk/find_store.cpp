@@ -18,10 +18,11 @@ namespace {
 
 struct SubjectRow {
   FindSubject subject;
-  std::string_view row;    ///< the table with its name in the SQL
-  std::string_view key;    ///< its key
-  std::string_view order;  ///< what the list is ordered by
-  std::string_view whole;  ///< what belongs to the subject at all
+  std::string_view row;          ///< the table with its name in the SQL
+  std::string_view key;          ///< its key
+  std::string_view order;        ///< what the list is ordered by
+  std::string_view whole;        ///< what belongs to the subject at all
+  std::string_view within = {};  ///< what those with the same place in that order are ordered by
 };
 constexpr std::array subjects{
     SubjectRow{FindSubject::Bookings, "bookings b", "b.id", "b.starts_at", "$LIBRARY"},
@@ -29,7 +30,7 @@ constexpr std::array subjects{
     SubjectRow{FindSubject::Groups, "equipment e", "e.id", "e.number", "e.is_group = 1"},
     SubjectRow{FindSubject::Rooms, "rooms r", "r.id", "r.number", {}},
     SubjectRow{FindSubject::Maintenance, "maintenance m", "m.id", "m.came_in_on", {}},
-    SubjectRow{FindSubject::Patrons, "patrons p", "p.id", "p.search_name", {}},
+    SubjectRow{FindSubject::Patrons, "patrons p", "p.id", "p.search_name", {}, "p.search_first"},
 };
 
 struct ScopeRow {
@@ -184,8 +185,8 @@ class FindSearch::Impl {
 
   [[nodiscard]] std::vector<std::int64_t> page() {
     const std::int64_t limit = question_.most * (isByWays() ? pagesOfKeys : 1);
-    const std::string sql =
-        "select hit.id from (" + hits_ + ") hit order by hit.place, hit.id limit " + std::to_string(limit);
+    const std::string sql = "select hit.id from (" + hits_ + ") hit order by " + placesOf("hit") +
+                            ", hit.id limit " + std::to_string(limit);
     std::vector<std::int64_t> keys;
     std::int64_t found = 0;
     std::int64_t id = 0;
@@ -291,7 +292,13 @@ class FindSearch::Impl {
   }
 
   [[nodiscard]] std::string columns() const {
-    return std::string(subject_.key) + " as id, " + std::string(subject_.order) + " as place";
+    const std::string key =
+        std::string(subject_.key) + " as id, " + std::string(subject_.order) + " as place";
+    return subject_.within.empty() ? key : key + ", " + std::string(subject_.within) + " as place2";
+  }
+
+  [[nodiscard]] std::string placesOf(const std::string& row) const {
+    return row + ".place" + (subject_.within.empty() ? "" : ", " + row + ".place2");
   }
 
   /// Rows with key and place, found by all conditions together.
@@ -327,7 +334,7 @@ class FindSearch::Impl {
     std::string all = ways.empty() ? rows() : rowsByWays(ways);
     if (hidesPast()) all += " union all " + rowsAlong({overButNotPast}, tests());
     if (ways.empty() || !mayRepeat(ways)) return all;
-    return "select distinct found.id, found.place from (" + all + ") found";
+    return "select distinct found.id, " + placesOf("found") + " from (" + all + ") found";
   }
 
   [[nodiscard]] std::int64_t countOf(const std::string& sql) const {

@@ -40,8 +40,9 @@ struct Context {
   SearchLimits search = {};
   MailKinds mail = {};                  ///< what patrons are told by mail
   std::vector<std::int64_t> made = {};  ///< the keys of the records that the request made
-  std::int64_t movedTo = 0;    ///< the location for which the session works from now on; 0 for as before
-  Database* beside = nullptr;  ///< for reading large things in parts, where the store has processors of its own
+  std::int64_t movedTo = 0;  ///< the location for which the session works from now on; 0 for as before
+  Database* beside =
+      nullptr;  ///< for reading large things in parts, where the store has processors of its own
 };
 
 /// Thrown by a request that refuses after it has begun to write: everything that it wrote is undone, and the
