@@ -258,7 +258,8 @@ void ReplyList::sortWhole(SortOrder order) {
   SetColumnOrderBookings(grid_, 1);
   for (int col = 1; col < grid_.Cols; ++col) grid_.ColSort(col, order);
   grid_.Sort();
-  grid_.Row = grid_.hasData() ? grid_.FixedRows : 0;
+  grid_.Row = 0;  // the row of the same number is another record now
+  if (grid_.hasData()) grid_.Row = grid_.FixedRows;
   grid_.Redraw = true;
 }
 
