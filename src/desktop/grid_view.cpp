@@ -224,8 +224,9 @@ void GridView::keyPressEvent(QKeyEvent* event) {
       QTableView::keyPressEvent(event);
     }
   }
-  const auto rows = selectedRows();
-  if (onSelectRows && rows != rowsBefore && rows.size() > 1) return tellRows();
+  // With Ctrl the keys only move to a row that may be selected then.
+  if (selectedRows() == rowsBefore) return;
+  if (onSelectRows) return tellRows();
   const int row = selectedRow();
   if (row >= 0 && row != before) tell(Action::Select, row, std::max(0, currentIndex().column()));
 }

@@ -300,6 +300,18 @@ TEST_F(GridTest, SeveralRowsAreSelectedByMouseAndKeys) {
   EXPECT_EQ(several.faList.SelectedRows(), (Rows{1, 3, 4})) << "the menu is for all";
   click(1, {});
   EXPECT_EQ(several.faList.SelectedRows(), Rows{2});
+  const auto press = [&](int key, Qt::KeyboardModifiers keys = Qt::ControlModifier) {
+    QTest::keyClick(&list, static_cast<Qt::Key>(key), keys);
+    desktop.handleEvents();
+    return several.faList.SelectedRows();
+  };
+  press(Qt::Key_Down);
+  EXPECT_EQ(press(Qt::Key_Down), Rows{2}) << "on the way to another row";
+  EXPECT_EQ(press(Qt::Key_Space), (Rows{2, 4}));
+  press(Qt::Key_Up);
+  EXPECT_EQ(press(Qt::Key_Up, {}), Rows{2});
+  EXPECT_EQ(press(Qt::Key_Space), Rows{});
+  EXPECT_EQ(press(Qt::Key_Space), Rows{2});
   several.faList.IsSelected(5, true);
   desktop.handleEvents();
   EXPECT_EQ(list.selectedRows(), (Rows{1, 4}));
