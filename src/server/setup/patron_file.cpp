@@ -20,6 +20,7 @@ constexpr PatronColumn columns[] = {
     {"last name", "surname familyname", "last_name", "search_name", longestName},
     {"first name", "givenname", "first_name", "search_first", longestName},
     {"middle name", "", "middle_name", "search_middle", longestName},
+    {"social security number", "ssn socialnumber", "social_number", "search_social", longestCode},
     {"institution id", "", "institution_id", "search_institution", longestCode},
     {"address1", "address street", "address1", "", longestName},
     {"address2", "", "address2", "", longestName},

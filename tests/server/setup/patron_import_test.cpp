@@ -82,6 +82,14 @@ TEST_P(PatronImport, TakesAFileAndKnowsItAgain) {
       << "what the file has no column for stays";
 }
 
+TEST_P(PatronImport, TakesTheNumbersByWhichPatronsAreFound) {
+  take("card,group,last name,SSN,institution id\nN1,Readers,Ink,900-12-0077,U1\n");
+  for (const char* number : {"19; SRCHVAL=900-12-00?", "20; SRCHVAL=u1"}) {
+    const auto found = send("FIND", std::string("SRCHTAG=") + number + "; SRCHFOR=6; SRCHLOC=5; SRCHOP=");
+    EXPECT_EQ(found.all("PLN") + found.all("PSSN") + found.all("PIID"), "Ink900-12-0077U1") << found.text();
+  }
+}
+
 TEST_P(PatronImport, OnePatronMayHaveSeveralCards) {
   const PatronReport report =
       take("card,group,last name,institution id\nN1,Readers,Ink,U1\nN2,Pupils,Ink,U1\nN3,Readers,Ash,\n");
