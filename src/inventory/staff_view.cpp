@@ -137,9 +137,10 @@ void StaffView::addSelected() {
 }
 
 bool StaffView::isOnList(std::string_view patronId) const {
-  const auto& staff = app().context.staff;
-  return std::any_of(staff.begin(), staff.end(),
-                     [patronId](const StaffMember& member) { return member.id == patronId; });
+  for (int row = faStaff.FixedRows; row < faStaff.Rows; ++row) {
+    if (list_.valueOf(row, tags::PID) == patronId) return true;
+  }
+  return false;
 }
 
 bool StaffView::acceptsBookings(bool onlyActive, std::string_view command) {

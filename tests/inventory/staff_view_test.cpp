@@ -72,8 +72,14 @@ TEST_F(StaffViewTest, AFailedReadLeavesNoRowOfBefore) {
   main().menus.mnuViewStaff.choose();
   expectFailure("GETOPS");
   main().menus.mnuViewStaff.choose();
-  EXPECT_EQ(viewAs<StaffView>(main(), ViewId::Staff).faStaff.Rows, 1);
+  StaffView& staff = viewAs<StaffView>(main(), ViewId::Staff);
+  EXPECT_EQ(staff.faStaff.Rows, 1);
   EXPECT_EQ(app->context.staff.size(), 1U) << "bookings keep their staff";
+  staff.cmdStaffAdd.press();
+  findByCard(staff, "PID=4 PLN=Ink PFN=Ina");
+  server.expect("ADDOP", "PID=4 PSTS=Y");
+  expectList();
+  staff.cmdOK.press();
 }
 
 TEST_F(StaffViewTest, CommandsWorkOnAllRowsThatAreSelected) {
