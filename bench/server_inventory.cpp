@@ -160,7 +160,11 @@ void makeLibrary(Database& database, const Size& size) {
   database.write([&](Connection& db) { makeOperator(db); });
   if (database.dialect().kind != Dialect::Kind::Postgresql) return;
   // As the server does by itself in the night.
-  database.plain([](Connection& db) { db.run("vacuum analyze"); });
+  database.plain([](Connection& db) {
+    db.run("vacuum analyze");
+    // What is not written yet would be written while it is measured.
+    db.run("checkpoint");
+  });
 }
 
 using Pairs = std::vector<TagValue>;
