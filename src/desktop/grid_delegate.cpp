@@ -57,9 +57,7 @@ static void paintLines(QPainter& painter, const QRect& rect, const Merge& merge)
   if (!merge.right) painter.drawLine(rect.topRight(), rect.bottomRight());
 }
 
-/// The selected row keeps its colour and gets a frame, whose colour tells whether the list has the focus.
-static void paintFrame(QPainter& painter, const QRect& rect, bool first, bool last, bool focus) {
-  const QColor colour = focus ? style::accent() : style::outline();
+static void paintFrame(QPainter& painter, const QRect& rect, bool first, bool last, const QColor& colour) {
   constexpr int kWidth = style::kRowFrame;
   painter.fillRect(rect.left(), rect.top(), rect.width(), kWidth, colour);
   painter.fillRect(rect.left(), rect.bottom() + 1 - kWidth, rect.width(), kWidth, colour);
@@ -92,7 +90,11 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   paintLines(*painter, option.rect, merge);
   if (marked && first)
     painter->fillRect(option.rect.left(), option.rect.top(), style::kRowStripe, option.rect.height(), mark);
-  if (selected) paintFrame(*painter, option.rect, first, last, view_.hasFocus());
+  // A selected row keeps its colour and gets a frame, whose colour tells whether the list has the focus. The
+  // keys may also be on a row that is not selected.
+  if (selected || view_.isReached(index.row()))
+    paintFrame(*painter, option.rect, first, last,
+               selected && view_.hasFocus() ? style::accent() : style::outline());
 
   // The text of merged cells is in the first of them that can be seen.
   const bool hidden = (merge.above && index.row() != view_.rowAt(0)) || merge.left;

@@ -89,6 +89,16 @@ int GridView::selectedRow() const {
   return std::binary_search(rows.begin(), rows.end(), current) ? current : rows.front();
 }
 
+bool GridView::isReached(int row) const {
+  return selectionMode() == ExtendedSelection && hasFocus() && row == currentIndex().row();
+}
+
+/// What marks the reached row is as wide as the row.
+void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  if (selectionMode() == ExtendedSelection) viewport()->update();
+}
+
 void GridView::showSelectedRows(const std::vector<int>& rows) {
   if (rows == selectedRows()) return;
   QItemSelection selection;

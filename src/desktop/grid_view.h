@@ -35,6 +35,8 @@ class GridView : public QTableView {
   /// Lets the operator select several rows.
   void takeSeveral() { setSelectionMode(ExtendedSelection); }
   std::vector<int> selectedRows() const;
+  /// Whether the keys are on that row, of a list of which several may be selected.
+  bool isReached(int row) const;
   /// Shows these rows as selected, beside the current one.
   void showSelectedRows(const std::vector<int>& rows);
   /// Shows this row as the selected one; -1 for none.
@@ -51,6 +53,7 @@ class GridView : public QTableView {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
  private:
   void tell(Action action, int row, int column);
