@@ -121,9 +121,9 @@ void frmBooking::selectStaff(ComboBox& combo, const std::string& memberId) {
     const bool isKept = member.id == memberId && !opening().copy;
     if (isKept && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
   }
-  // Another desk may have added the member since; a save must not take them off the booking.
+  // A save must not take a member off the booking whom another desk has added since.
   if (intOf(memberId) != 0 && combo.indexOfData(memberId) < 0 && !opening().copy)
-    combo.AddItem("Staff member " + memberId, memberId);
+    combo.AddItem(app_.context.staffName(memberId), memberId);
   combo.ListIndex = std::max(0, combo.indexOfData(memberId));
 }
 

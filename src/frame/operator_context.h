@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frame/rights.h"
@@ -47,6 +48,9 @@ struct OperatorContext {
   Rights rights;
   CategoryLists categories;
   bool abort = false;  ///< no location can be used
+
+  /// Whom another desk has added since the log-on goes by the number. Empty for the number of nobody.
+  [[nodiscard]] std::string staffName(std::string_view id) const;
 };
 
 }  // namespace vantry

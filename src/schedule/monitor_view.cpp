@@ -287,12 +287,7 @@ ConflictView::ConflictView(const MainParts& parts, Frame& frame, const ViewRow& 
 
 std::string ConflictView::ownText(const ReplyColumn& column) {
   const TagMessage& message = app().message;
-  if (column.tag == tags::ODE) {
-    for (const StaffMember& member : app().context.staff) {
-      if (member.id == message.Get(tags::ODE)) return member.name;
-    }
-    return {};
-  }
+  if (column.tag == tags::ODE) return app().context.staffName(message.Get(tags::ODE));
   std::string text = conflictText(intOf(message.Get(tags::BKERR)));
   if (const std::string type = message.Get(tags::ETY); !type.empty()) text += " (" + type + ")";
   for (const std::string_view tag : {tags::ENO, tags::TITL, tags::RNM}) {

@@ -17,6 +17,7 @@ struct MonitorTest : Desk {
     for (int sound = 4; sound <= 8; ++sound)
       settings.prefer("Sound" + std::to_string(sound), "sound" + std::to_string(sound) + ".wav");
     start(rights);
+    app->context.staff = {{.id = "4", .name = "Gray, Hal"}};
     expectConflicts().replies(conflicts);
     main().menus.mnuModeDaemon.choose();
   }
@@ -67,16 +68,18 @@ constexpr const char* kDelivery = R"(
 TEST_F(MonitorTest, ConflictsAreWordedByTheirNumbers) {
   enter(R"(
     BKERR=125 BOOKID=7 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" ODE=5 PATNM="Ink, Ina" PPATNM="Pen, Pia" CNUM=M7 ETY=Camera ENO=C-1
-    BKERR=128 BOOKID=8 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M8 ETY=Film TITL=Volcanoes STY=Lost
-    BKERR=107 BOOKID=9 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M9 RNM="Room 1"
+    BKERR=128 BOOKID=8 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" ODE=4 CNUM=M8 ETY=Film TITL=Volcanoes STY=Lost
+    BKERR=107 BOOKID=9 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" ODE=0 CNUM=M9 RNM="Room 1"
     BKERR=131 BOOKID=9 STIME="2026-11-24 10:30:00" ETIME="2026-11-24 12:00:00" CNUM=M9
     BKERR=135 BOOKID=9 ETY=Television
     BKERR=199 BOOKID=9)");
   const Grid& grid = monitor(ViewId::Conflict).faDaemon;
   ASSERT_EQ(grid.Rows, 7);
   const std::string times = "24/11/2026|10:30|10:30 AM|24/11/2026|12:00|12:00 PM|";
-  EXPECT_EQ(row(grid, 1), "7|" + times + "|Equipment Booked (Camera) - C-1|Ink, Ina|Pen, Pia|M7");
-  EXPECT_EQ(row(grid, 2), "8|" + times + "|Charging Failure (Film) - Volcanoes: Lost|Administrative||M8");
+  EXPECT_EQ(row(grid, 1),
+            "7|" + times + "Staff member 5|Equipment Booked (Camera) - C-1|Ink, Ina|Pen, Pia|M7");
+  EXPECT_EQ(row(grid, 2),
+            "8|" + times + "Gray, Hal|Charging Failure (Film) - Volcanoes: Lost|Administrative||M8");
   EXPECT_EQ(row(grid, 3), "9|" + times + "|Room already booked: Room 1|Administrative||M9");
   EXPECT_EQ(row(grid, 4), "9|" + times + "|Pick-Up / Drop Off Overdue|Administrative||M9");
   EXPECT_EQ(grid.TextMatrix(5, grid.columnOfData(8)), "No Items Available (Television)");
