@@ -1,6 +1,7 @@
 // Who gets in, for how long, and who does not.
 
 #include <future>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,6 +26,14 @@ class LoginTest : public ServerOnEachDatabase {
   WireAnswer changePassword(WireClient& client, const std::string& old, const std::string& fresh) {
     return client.post("/v1/password", R"({"old":")" + old + R"(","new":")" + fresh + R"("})",
                        client.authorization());
+  }
+  /// Starts the server anew and waits until it has kept house, which it does at the moment of its start:
+  /// later on it would shorten what was prolonged at a moment that lies hours ahead of that.
+  void startAndSettle() {
+    stop();
+    sql("insert into sessions (token, operator_id, expires_at) values ('over', 1, 0)");
+    start();
+    while (value("select count(*) from sessions where token = 'over'") != "0") std::this_thread::yield();
   }
 };
 INSTANTIATE_TEST_SUITE_P(Databases, LoginTest, eachDatabase, databaseName);
@@ -146,6 +155,7 @@ TEST_P(LoginTest, StopsOneAddressThatTriesManyNames) {
 }
 
 TEST_P(LoginTest, ASessionLivesAsLongAsItIsUsed) {
+  startAndSettle();
   auto client = this->client();
   for (int each = 0; each < 4; ++each) {
     now += sessionLife - minute;
