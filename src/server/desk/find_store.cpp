@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -254,19 +255,26 @@ class FindSearch::Impl {
 
   /// Those that lead to the fewest rows, as far as it is worth to count them.
   [[nodiscard]] Ways bestWays() const {
-    Ways best;
-    std::int64_t fewest = many + 1;
+    if (asked_.size() == 1) return waysOf(0);
+    std::vector<Ways> candidates;
+    std::deque<Query> counts;
     for (std::size_t place = 0; place < asked_.size(); ++place) {
-      const Ways candidate = waysOf(place);
-      if (asked_.size() == 1) return candidate;
-      const std::int64_t count =
-          countOf("select count(*) from (" + alongAll(candidate, "1", {hidesPast() ? notOver : ""}) +
-                  " limit " + std::to_string(many) + ") k");
-      if (count < fewest) best = candidate;
-      fewest = std::min(fewest, count);
-      if (fewest == 0) break;
+      candidates.push_back(waysOf(place));
+      const std::string sql = "select count(*) from (" +
+                              alongAll(candidates.back(), "1", {hidesPast() ? notOver : ""}) + " limit " +
+                              std::to_string(many) + ") k";
+      bind(counts.emplace_back(db_, sql), sql);
+      counts.back().send();
     }
-    return best;
+    std::size_t best = 0;
+    std::int64_t fewest = many + 1;
+    for (std::size_t place = 0; place < counts.size() && fewest > 0; ++place) {
+      std::int64_t count = 0;
+      fetchOne(counts[place], count);
+      if (count < fewest) best = place;
+      fewest = std::min(fewest, count);
+    }
+    return candidates[best];
   }
 
   /// What the ways of one criterion lead to is judged by that criterion: the others have ways of their own.
