@@ -253,7 +253,8 @@ class FindSearch::Impl {
     return asked_[place].criterion->exact ? std::string() : test(place);
   }
 
-  /// Those that lead to the fewest rows, as far as it is worth to count them.
+  /// Those that lead to the fewest rows, as far as it is worth to count them. Of those that lead to as few
+  /// the one with the fewest ways, since each way repeats the tests of all criteria.
   [[nodiscard]] Ways bestWays() const {
     if (asked_.size() == 1) return waysOf(0);
     std::vector<Ways> candidates;
@@ -271,7 +272,8 @@ class FindSearch::Impl {
     for (std::size_t place = 0; place < counts.size() && fewest > 0; ++place) {
       std::int64_t count = 0;
       fetchOne(counts[place], count);
-      if (count < fewest) best = place;
+      const bool hasFewerWays = candidates[place].size() < candidates[best].size();
+      if (count < fewest || (count == fewest && hasFewerWays)) best = place;
       fewest = std::min(fewest, count);
     }
     return candidates[best];
