@@ -115,15 +115,11 @@ void frmBooking::showFields() {
   fields_.load([this](std::string_view tag) { return headValue(record, tag); });
 }
 
-/// A booking keeps a member who is not active any longer; its copy is a new booking.
+/// A booking keeps a member who is not active any longer, and one whom another desk has added since; its copy
+/// is a new booking.
 void frmBooking::selectStaff(ComboBox& combo, const std::string& memberId) {
-  for (const StaffMember& member : app_.context.staff) {
-    const bool isKept = member.id == memberId && !opening().copy;
-    if (isKept && combo.indexOfData(memberId) < 0) combo.AddItem(member.name, memberId);
-  }
-  // A save must not take a member off the booking whom another desk has added since.
-  if (intOf(memberId) != 0 && combo.indexOfData(memberId) < 0 && !opening().copy)
-    combo.AddItem(app_.context.staffName(memberId), memberId);
+  const bool isKept = intOf(memberId) != 0 && !opening().copy;
+  if (isKept && combo.indexOfData(memberId) < 0) combo.AddItem(app_.context.staffName(memberId), memberId);
   combo.ListIndex = std::max(0, combo.indexOfData(memberId));
 }
 

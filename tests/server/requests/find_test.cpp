@@ -466,9 +466,9 @@ TEST_P(Find, TellsTheFirstHitsAndCountsAll) {
 
 TEST_P(Find, ListsManyInOneOrderOnOneConnectionOrTwo) {
   execute(
-      "insert into patrons (id, last_name, search_name, search_first) with recursive n(i) as (select 1 union "
-      "all "
-      "select i + 1 from n where i < 1100) select 10000 - i, 'Crowd', 'crowd', 'no ' || (3000 + i) from n");
+      "insert into patrons (id, last_name, search_name, search_first) with recursive n(i) as (select 1 "
+      "union all select i + 1 from n where i < 1100) select 10000 - i, 'Crowd', 'crowd', 'no ' || (3000 + i) "
+      "from n");
   std::string expected = "9999";
   for (int id = 9998; id >= 8900; --id) expected += "," + std::to_string(id);
   Database narrow(library().url(), {.connections = 2});
